@@ -1,0 +1,28 @@
+#pragma once
+
+namespace zolt::oss {
+
+/// Base of every shared object. The count lives in the object and starts at 0; `PointerTC` keeps it.
+///
+/// The count is not atomic: objects are shared within one thread, the host's user-interface thread.
+/// Copying an object copies its count too, as a member-by-member copy does. A copy made on the heap and
+/// given to a `PointerTC` therefore outlives its holders unless the original's count was 0; copy shared
+/// objects only as values.
+class RefCountedBC {
+ public:
+  RefCountedBC() = default;
+  RefCountedBC(RefCountedBC const&) = default;
+  RefCountedBC& operator=(RefCountedBC const&) = default;
+  virtual ~RefCountedBC();
+
+  /// Adds one holder.
+  void reference() const { ++count_; }
+
+  /// Removes one holder and returns how many remain. Never destroys: whoever removes the last one does.
+  unsigned long dereference() const { return --count_; }
+
+ private:
+  mutable unsigned long count_ = 0;
+};
+
+}  // namespace zolt::oss

@@ -1,0 +1,20 @@
+#pragma once
+
+namespace zolt::math::ved {
+
+/// A box in surface units. `right` and `bottom` lie one unit past the box.
+struct RectangleS {
+  RectangleS(long left = 0, long top = 0, long right = 0, long bottom = 0)
+      : left(left), top(top), right(right), bottom(bottom) {}
+
+  /// Whether this is the all-zero rectangle, which stands for "nothing to show". A rectangle that is merely
+  /// empty (left equal to right, but not all zero) is not null.
+  bool isNull() const { return left == 0 && top == 0 && right == 0 && bottom == 0; }
+
+  long left;
+  long top;
+  long right;
+  long bottom;
+};
+
+}  // namespace zolt::math::ved
