@@ -1,0 +1,13 @@
+#pragma once
+
+namespace zolt::math::ved::limits {
+
+/// How many rows may stand inside one another, the root's row included. An edit that would nest deeper is
+/// refused; bytes that nest deeper are unreadable; an expression that nests deeper shows its too-deep parts
+/// as prefix text between grave accents. Every walk of a tree within this limit fits a 1 MiB stack.
+constexpr unsigned long max_nested_rows = 1200;
+
+/// Radius of the pointer hit test in surface units: a pointer farther from every text leaves the caret alone.
+constexpr long hit_radius = 400;
+
+}  // namespace zolt::math::ved::limits

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <stack>
+#include <utility>
+#include <vector>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/ref_counted.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/geometry/graphics.h"
+
+namespace zolt::math::algexpr {
+class NodeABC;
+}
+
+namespace zolt::math::ved {
+
+using oss::PointerTC;
+using oss::wstring;
+
+class Node4C;
+class ViewZNT4C;
+
+/// Finished subtrees on the way from an expression to a tree, each with its binding precedence (larger binds
+/// looser). A subtree on the stack is owned by the stack until a parent takes it.
+using ConversionStackT = std::stack<std::pair<Node4C*, int>>;
+
+/// One operation that the editor knows: a sign, a function or a two-dimensional construct.
+///
+/// An operator is an immutable description shared through `PointerTC`: the host makes each one once and
+/// registers it in the `OperatorListC`. Subclasses add what is particular to a construct, in one file pair
+/// each: how it is built from an expression, how its arguments are written, how it is laid out, drawn and
+/// inserted. An operator used as it stands is a function: name, "(", arguments, ")" in a row; with arity 0 a
+/// named constant or a function of any number of arguments.
+class OperatorBC : public oss::RefCountedBC {
+ public:
+  /// `name`: the expression library's name, key of the by-name table. `text`: what is typed and shown, key of
+  /// the by-text table. `arity` 0: any number of arguments. `precedence`: larger binds looser. `linear`:
+  /// written in a row beside its operands. `coreElement` and `code` are the host's and only reported back.
+  OperatorBC(wstring const& name, wstring const& text, unsigned long arity, int precedence, bool linear,
+             bool coreElement, int code);
+  ~OperatorBC() override;
+
+  virtual wstring getName() const;
+  virtual wstring getText() const;
+  virtual unsigned long getArity() const;
+  virtual int getPrecedence() const;
+  virtual bool isLinear() const;
+  virtual bool isCoreElement() const;
+  virtual int getCode() const;
+
+  /// Builds the shape of an expression node whose children are the topmost entries of `stack` (the last child
+  /// on top), pops those that it uses and returns the new subtree, owned by the caller, with its precedence.
+  virtual std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const;
+
+  /// Joins the prefix texts of a construct's rows, given in tree order, into the argument list of its prefix
+  /// call.
+  virtual wstring arrangeArgumentList(std::vector<wstring> const& arguments) const;
+
+  /// Called before the rows of `node` are laid out; raises the font depth of the small ones.
+  virtual void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const;
+  /// Places the laid-out rows of `node` and sets its size and axis. The font of `node` is current.
+  virtual void layoutNode4(Node4C* node, GraphicsABC const& graphics) const;
+  /// Draws the construct's own ink; its rows draw themselves. (x, y) is the absolute top-left corner.
+  virtual void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
+                            long height, long midHeight) const;
+
+  /// Inserts the construct at the view's caret. False: refused, with the view unchanged.
+  virtual bool runOperator(ViewZNT4C& view) const;
+
+  /// Whether the argument at `index` (in the expression's order) gets a row of its own, one nesting level
+  /// below the construct's. False for everything that is written in the construct's own row.
+  virtual bool hasOwnRow(unsigned long index) const;
+
+ protected:
+  wstring const& crefName() const { return name_; }
+  wstring const& crefText() const { return text_; }
+
+ private:
+  wstring name_;
+  wstring text_;
+  unsigned long arity_;
+  int precedence_;
+  bool linear_;
+  bool coreElement_;
+  int code_;
+};
+
+}  // namespace zolt::math::ved

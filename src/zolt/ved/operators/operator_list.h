@@ -1,0 +1,42 @@
+#pragma once
+
+#include <map>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/ref_counted.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::math::ved {
+
+/// The operators that the editor knows, by name (from expressions, the clipboard and typed names), by text
+/// (from infix text) and by key code (from key events). The host fills it; the editor only reads it.
+class OperatorListC : public oss::RefCountedBC {
+ public:
+  OperatorListC();
+  OperatorListC(OperatorListC const&);
+  OperatorListC& operator=(OperatorListC const&);
+  ~OperatorListC() override;
+
+  /// Registers by name and by text; in each table the last registration of a key wins.
+  void add(PointerTC<OperatorBC> op);
+  /// Binds a key code of the host's; the last binding wins.
+  void addKey(unsigned long key, PointerTC<OperatorBC> op);
+  /// Forgets the name only: the operator stays known by its text and key, so that typed text still reads.
+  void remove(wstring const& name);
+
+  /// The operator, or null.
+  PointerTC<OperatorBC> lookup(wstring const& name) const;
+  PointerTC<OperatorBC> lookupText(wstring const& text) const;
+  PointerTC<OperatorBC> lookupKey(unsigned long key) const;
+
+  /// All operators by name, for palettes and completeness checks.
+  std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return byName_; }
+
+ private:
+  std::map<wstring, PointerTC<OperatorBC>> byName_;
+  std::map<wstring, PointerTC<OperatorBC>> byText_;
+  std::map<unsigned long, PointerTC<OperatorBC>> byKey_;
+};
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::math::ved {
+
+/// A sign or word before its operand, such as "−" or "not". Plain text in a row. `spaced`: shown with one
+/// blank behind.
+class OperatorUnaryPrefixC : public OperatorBC {
+ public:
+  OperatorUnaryPrefixC(wstring const& name, wstring const& text, int precedence, bool spaced,
+                       bool coreElement, int code);
+  ~OperatorUnaryPrefixC() override;
+
+  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
+  bool runOperator(ViewZNT4C& view) const override;
+
+  /// The text as it stands before an operand.
+  wstring const& crefDisplayText() const { return displayText_; }
+
+ private:
+  wstring displayText_;
+};
+
+}  // namespace zolt::math::ved

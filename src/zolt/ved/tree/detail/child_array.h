@@ -1,0 +1,54 @@
+// Internal to Node4C: the container of its children.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace zolt::math::ved {
+
+class Node4C;
+
+/// Contiguous array of child pointers with spare room at both ends, so that a row grows at either end in
+/// amortised constant time. It neither owns nor reads the nodes.
+class ChildArrayC {
+ public:
+  ChildArrayC() = default;
+  ~ChildArrayC() { delete[] slots_; }
+  ChildArrayC(ChildArrayC const&) = delete;
+  ChildArrayC& operator=(ChildArrayC const&) = delete;
+
+  std::size_t size() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  Node4C*& operator[](std::size_t i) { return slots_[first_ + i]; }
+  Node4C* operator[](std::size_t i) const { return slots_[first_ + i]; }
+  Node4C** begin() { return slots_ + first_; }
+  Node4C** end() { return slots_ + first_ + size_; }
+  Node4C* const* begin() const { return slots_ + first_; }
+  Node4C* const* end() const { return slots_ + first_ + size_; }
+
+  /// Fills up with, or drops, slots at the end; new slots are null.
+  void resize(std::size_t size);
+  /// Opens `count` null slots before slot i, moving the shorter side.
+  void insertSlots(std::size_t i, std::size_t count);
+  void insert(std::size_t i, Node4C* node) {
+    insertSlots(i, 1);
+    (*this)[i] = node;
+  }
+  /// Removes `count` slots from slot i on, moving the shorter side.
+  void erase(std::size_t i, std::size_t count = 1);
+  void clear() { first_ = size_ = 0; }
+  void swap(ChildArrayC& other) noexcept;
+  /// Gives back spare room beyond what `size()` slots need.
+  void shrink();
+  std::size_t capacity() const { return capacity_; }
+
+ private:
+  void reallocate(std::uint32_t capacity, std::uint32_t first);
+
+  Node4C** slots_ = nullptr;
+  std::uint32_t first_ = 0;
+  std::uint32_t size_ = 0;
+  std::uint32_t capacity_ = 0;
+};
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,219 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/serializable.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/geometry/graphics.h"
+#include "zolt/ved/geometry/point.h"
+#include "zolt/ved/tree/detail/child_array.h"
+#include "zolt/ved/tree/node4_type.h"
+
+namespace zolt::math::algexpr {
+class AlgebraicExpressionC;
+enum NumberDisplayFormatE : int;
+}  // namespace zolt::math::algexpr
+
+namespace zolt::math::ved {
+
+using oss::PointerTC;
+using oss::wstring;
+
+class LexicalAnalyserC;
+class OperatorBC;
+enum ErrorCauseE : int;
+struct ErrorSelectionS;
+
+/// The one node class of the editable two-dimensional expression.
+///
+/// A well-formed tree is a NODE4_ROOT with one NODE4_LINE; a row's items are of kinds 2 to 8; operators hold
+/// only rows; an exponent holds exactly one row. `checkTree` brings every row into its canonical form (see
+/// docs/invariants.md).
+///
+/// Ownership: a node owns its children and destroys them with itself; parents are plain back pointers. A node
+/// that is in no parent's list belongs to whoever holds it. Indices are trusted, no operation reports an
+/// error unless it says so. Destruction, like every walk, is safe for any depth of nesting.
+///
+/// Metrics (position, size, axis) are in surface units, relative to the parent's top-left corner; they are
+/// written by layout and mean nothing before it. They are kept as signed 32-bit values.
+class Node4C : public oss::SerializableABC {
+ public:
+  static constexpr char16_t PREFIX_C = u'`';  ///< encloses finished prefix text inside a row's infix text
+  static constexpr char16_t OPEN_C = u'(';
+  static constexpr char16_t COMMA_C = u',';
+  static constexpr char16_t CLOSE_C = u')';
+  static constexpr char16_t POWER_C = u'^';
+  static wstring const PLACEHOLDER_STR;  ///< "●", shown and measured in place of an empty slot
+  static constexpr unsigned long max_nb_args_error_cls = 4;
+  static constexpr unsigned long nb_acceptable_characters = 128;
+  static bool const acceptable_characters[nb_acceptable_characters];
+  static bool const identifier_characters[nb_acceptable_characters];
+  static constexpr char16_t TheCastableId[] = u"Node4C";
+
+  /// A text without characters; for reading from a stream.
+  Node4C();
+  /// A detached node with `nbChildren` null slots. With an operator, the text becomes the operator's name.
+  Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text, unsigned long nbChildren);
+  ~Node4C() override;
+  Node4C(Node4C const&) = delete;
+  Node4C& operator=(Node4C const&) = delete;
+
+  /// A detached node of the same kind, operator and text with as many null slots as this one has children.
+  Node4C* cloneNode() const;
+  /// A detached deep copy; metrics and font depths are not copied.
+  Node4C* clone() const;
+
+  // ---- Record -------------------------------------------------------------------------------------------
+  Node4TypeE getType() const { return type_; }
+  /// Changes the kind; any kind but NODE4_OPERATOR drops the operator.
+  void setType(Node4TypeE type);
+  wstring& refText() { return text_; }
+  wstring const& crefText() const { return text_; }
+  wstring getText() const { return text_; }
+  unsigned long sizeText() const { return text_.size(); }
+  /// Sets the text and makes the node a NODE4_TEXT. Only for nodes without an operator, which it would keep.
+  void setText(wstring const& text);
+  PointerTC<OperatorBC> getOperator() const;
+  OperatorBC const* crefOperator() const { return op_.get(); }
+  /// Makes the node a NODE4_OPERATOR of `op`; the text stays.
+  void setOperator(PointerTC<OperatorBC> const& op);
+  /// The operator's precedence, 0 without one.
+  int getPrecedence() const;
+
+  // ---- Metrics ------------------------------------------------------------------------------------------
+  long getWidth() const { return width_; }
+  void setWidth(long width) { width_ = static_cast<std::int32_t>(width); }
+  long getHeight() const { return height_; }
+  void setHeight(long height) { height_ = static_cast<std::int32_t>(height); }
+  /// Distance from the top down to the axis on which a row aligns its items.
+  long getMidHeight() const { return midHeight_; }
+  void setMidHeight(long midHeight) { midHeight_ = static_cast<std::int32_t>(midHeight); }
+  long getDX() const { return dx_; }
+  void setDX(long dx) { dx_ = static_cast<std::int32_t>(dx); }
+  long getDY() const { return dy_; }
+  void setDY(long dy) { dy_ = static_cast<std::int32_t>(dy); }
+  unsigned long getFontDepth() const { return fontDepth_; }
+  void increaseFontDepth() { ++fontDepth_; }
+  void selectFont(GraphicsABC const& graphics) const { graphics.selectFont(fontDepth_); }
+
+  // ---- Children -----------------------------------------------------------------------------------------
+  unsigned long numChildren() const { return children_.size(); }
+  Node4C* child(unsigned long i) const { return children_[i]; }
+  Node4C* getParent() const { return parent_; }
+  void setParent(Node4C* parent) { parent_ = parent; }
+  /// Puts `node` (may be null) into slot i; what stood there is the caller's from now on.
+  void setChild(unsigned long i, Node4C* node);
+  /// Puts `node` into slot i and destroys what stood there, unless it is the same node.
+  void replaceChild(unsigned long i, Node4C* node);
+  /// Inserts `node` before slot i; i == numChildren() appends. Amortised constant at both ends.
+  void insertChild(unsigned long i, Node4C* node);
+  /// Takes the node in slot i out, closes the gap and clears the node's parent; the node is the caller's.
+  void removeChild(unsigned long i);
+  /// Destroys the node in slot i and closes the gap.
+  void deleteChild(unsigned long i);
+  /// Takes the node out of slot i, leaving the slot null; the node, whose parent stays as it was, is the
+  /// caller's.
+  Node4C* cutChild(unsigned long i);
+  /// Moves all children of `row` into this node before slot i, in order, and destroys `row`.
+  void spliceChildren(unsigned long i, Node4C* row);
+
+  // ---- Navigation ---------------------------------------------------------------------------------------
+  /// This node's index in its parent; 0 without a parent or when the parent does not hold it.
+  unsigned long findChildNumber() const;
+  Node4C* goLeft() const;
+  Node4C* goRight() const;
+  /// The last leaf before this node in reading order; null when there is none.
+  Node4C* goLeftLeaf() const;
+  /// The first leaf after this node (not inside it) in reading order; null when there is none.
+  Node4C* goRightLeaf() const;
+  /// The sum of all offsets from the root down to this node.
+  PointS getAbsolutePosition() const;
+
+  // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
+  /// Brings every row of this subtree into canonical form. The caret and the anchor stay on their characters
+  /// when the text that holds them is merged into another; pass null nodes when there are none. Linear.
+  void checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos);
+  /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
+  Node4C* inLine();
+  /// Whether a character may be typed into a text (`identifier`: may be part of a name).
+  static bool isAcceptable(unsigned short c, bool identifier);
+
+  // ---- Serialisation (tree/node4_stream.cpp) --------------------------------------------------------------
+  static char16_t const* getCastableId() { return TheCastableId; }
+  static oss::SerializableABC* create();
+  static void registerSerializable();
+  oss::SerializableABC const* lookUpBase(char16_t const* id) const override;
+  char16_t const* qCastableId() const override;
+  void writeObject(PointerTC<oss::ObjectOutputStreamABC>& out) const override;
+  /// Rebuilds this default-constructed node from a stream. False on a stream error, an operator name that the
+  /// engine's table does not know, or rows nested beyond the limit; the tree is walkable (no null slot) then.
+  bool readObject(PointerTC<oss::ObjectInputStreamABC>& in) override;
+
+  // ---- Layout and drawing (render/) -----------------------------------------------------------------------
+  /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
+  bool layout(GraphicsABC const& graphics);
+  void layout_standard(GraphicsABC const& graphics);
+  /// Draws the laid-out subtree; (x, y) is the absolute position of the parent. `current`, the node that
+  /// holds the caret, shows no placeholder; with a null `current` none is drawn at all.
+  bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
+  void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
+
+  static long maxDim(long a, long b) { return a < b ? b : a; }
+  static long minDim(long a, long b) { return b < a ? b : a; }
+  static void max1stDim(long& a, long b) {
+    if (a < b) a = b;
+  }
+  static void min1stDim(long& a, long b) {
+    if (a > b) a = b;
+  }
+
+  // ---- Conversion (parser/, convert/)
+  // -----------------------------------------------------------------------
+  /// Infix text to prefix text. On failure false, with the start and end of the offending token in `infix`
+  /// (in characters) and the cause; outputs are untouched by what they do not report.
+  static bool convertInfixToPrefix(wstring const& infix, wstring& prefix, unsigned int& first,
+                                   unsigned int& second, ErrorCauseE& cause);
+  /// The infix text of this row, as the grammar reads it: constructs stand as prefix text between grave
+  /// accents. False, with `error` filled, on an empty slot or a construct that does not convert.
+  bool getInfixString(wstring& infix, ErrorSelectionS& error);
+  /// The prefix text of this row. On failure false with `error` filled and `prefix` untouched.
+  bool getExpressionString(wstring& prefix, ErrorSelectionS& error);
+  /// The expression of a root or a row; null, with `error` (may be null) filled, when there is none.
+  PointerTC<algexpr::AlgebraicExpressionC> getAlgebraicExpression(ErrorSelectionS* error);
+  /// The tree of an expression; never null and never without a row under the root; the caller owns it. A null
+  /// expression gives an empty row. Numbers show `precision` significant digits (0: as written).
+  static Node4C* fromAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> const& expression,
+                                         unsigned long precision, algexpr::NumberDisplayFormatE format);
+
+ private:
+  friend class RowWriterC;
+  friend class RowNormaliserC;
+  friend struct Node4AccessS;
+
+  /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that
+  /// has no base.
+  bool isPlaceholder() const;
+  bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long rowsAbove);
+  void adopt(unsigned long i, Node4C* node);
+
+  using RuleT = bool(wstring&, LexicalAnalyserC&, unsigned int&, unsigned int&, ErrorCauseE&);
+  static RuleT readAssignment, readOR, readAND, readNOT, readEquation, readExpression, readTerm, readFactor,
+      readUnaryTerm, readFact, readAtom;
+
+  wstring text_;
+  PointerTC<OperatorBC> op_;
+  Node4C* parent_ = nullptr;
+  ChildArrayC children_;
+  Node4TypeE type_ = NODE4_TEXT;
+  std::uint32_t fontDepth_ = 0;
+  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
+  std::int32_t dx_ = 0;
+  std::int32_t dy_ = 0;
+  std::int32_t width_ = 0;
+  std::int32_t height_ = 0;
+  std::int32_t midHeight_ = 0;
+};
+
+}  // namespace zolt::math::ved

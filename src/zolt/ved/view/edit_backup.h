@@ -1,0 +1,37 @@
+#pragma once
+
+#include "zolt/oss/ref_counted.h"
+
+namespace zolt::math::ved {
+
+class Node4C;
+
+/// A snapshot of a tree with its caret and anchor, from which a rejected edit is undone.
+class EditBackupC : public oss::RefCountedBC {
+ public:
+  /// `deep`: keeps a deep copy of `root`, with caret and anchor found in the copy by their paths. Otherwise
+  /// takes over the pointers as they are. Either way the snapshot owns its root until `releaseRoot`.
+  EditBackupC(bool deep, Node4C* root, Node4C* caretNode, unsigned long caretPos, Node4C* anchorNode,
+              unsigned long anchorPos);
+  ~EditBackupC() override;
+  EditBackupC(EditBackupC const&) = delete;
+  EditBackupC& operator=(EditBackupC const&) = delete;
+
+  Node4C* getCaretNode() const { return caretNode_; }
+  unsigned int getCaretPos() const { return caretPos_; }
+  /// Null when there was no anchor.
+  Node4C* getAnchorNode() const { return anchorNode_; }
+  unsigned int getAnchorPos() const { return anchorPos_; }
+  Node4C const* crefRoot() const { return root_; }
+  /// Hands the tree over to the caller.
+  Node4C* releaseRoot();
+
+ private:
+  Node4C* root_;
+  Node4C* caretNode_;
+  unsigned int caretPos_;
+  Node4C* anchorNode_;
+  unsigned int anchorPos_;
+};
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,174 @@
+#pragma once
+
+#include <memory>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/constraints.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/geometry/graphics.h"
+#include "zolt/ved/geometry/point.h"
+#include "zolt/ved/geometry/rectangle.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/view/edit_backup.h"
+#include "zolt/ved/view/event.h"
+
+namespace zolt::math::ved {
+
+/// The editor: one formula, its caret and its selection, on a drawing surface of the host's.
+///
+/// The host feeds events through `addEvent`, calls `display` from its paint handler when the surface was
+/// asked to `invalidate`, and exchanges whole expressions through `setAlgebraicExpression` and
+/// `getAlgebraicExpression`. Everything happens on the caller's thread, at once; layout waits until somebody
+/// asks for it. A refused input leaves everything as it was. Calls that would change the view from inside one
+/// of its own events (from a constraints object, say) are refused.
+class ViewZNT4C {
+ public:
+  /// Starts with an empty expression. Keeps `graphics` for its lifetime; it must not be null.
+  explicit ViewZNT4C(PointerTC<GraphicsABC> graphics);
+  virtual ~ViewZNT4C();
+  ViewZNT4C(ViewZNT4C const&) = delete;
+  ViewZNT4C& operator=(ViewZNT4C const&) = delete;
+
+  /// The box around the selection in view coordinates; null (all zero) when nothing is selected.
+  virtual RectangleS getCurrentNodeRectangle();
+  /// The caret's box in view coordinates: one unit wide, as high as its text.
+  virtual RectangleS getCaretRectangle();
+
+  // ---- Expression ---------------------------------------------------------------------------------------
+  /// Shows `expression` (null: an empty formula), all selected, so that the first character typed replaces
+  /// it. Every later edit must satisfy `constraints` (null: none). Numbers show `precision` significant
+  /// digits (0: as written) in `format`.
+  void setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
+                              PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
+                              algexpr::NumberDisplayFormatE format);
+  /// The formula as it stands. Null when it is incomplete or wrong; then an editable view selects the faulty
+  /// part and stores why in `cause` (may be null). A view that is not editable returns the expression it was
+  /// given.
+  PointerTC<algexpr::AlgebraicExpressionC> getAlgebraicExpression(ErrorCauseE* cause);
+  bool isEditable() const { return editable_; }
+  bool setEditable(bool editable);
+
+  // ---- Size and drawing -----------------------------------------------------------------------------------
+  /// Width and height of the formula in surface units.
+  PointS getExpressionSize();
+  /// Draws the formula with its top-left corner at (x, y). Caret and selection are the host's to draw.
+  void display(long x, long y) const;
+  bool needLayout();
+  bool needRedraw();
+
+  // ---- Input ----------------------------------------------------------------------------------------------
+  /// Executes an event at once. True when it was consumed. `shift` turns a caret move into a selection move.
+  bool addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
+  /// A whole text as one event (input methods, plain-text paste): an operator's name inserts the operator,
+  /// any other text is typed character by character. False, with nothing changed, when a character is
+  /// refused.
+  bool insertText(wstring const& text);
+
+  // ---- Clipboard ------------------------------------------------------------------------------------------
+  /// The selection as bytes for the clipboard and as an expression. Null when the selection is not a complete
+  /// expression (`bytes` is filled all the same) or when nothing is selected (`bytes` is left alone).
+  PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
+  /// `copy`, then the backspace key: call only with a selection.
+  PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
+  /// Replaces the selection by what `copy` wrote. Bytes that do not read, or would nest too deep, do nothing.
+  void paste(oss::bytestring const& bytes);
+  void paste(PointerTC<algexpr::AlgebraicExpressionC> expression);
+
+  // ---- Undo -----------------------------------------------------------------------------------------------
+  bool undo();
+  bool redo();
+  bool canUndo() const;
+  bool canRedo() const;
+
+  // ---- State, for hosts, tests and assistive technology
+  // -----------------------------------------------------
+  Node4C const& crefRoot() const { return *root_; }
+  Node4C const* getCaretNode() const { return caretNode_; }
+  unsigned int getCaretPos() const { return caretPos_; }
+  /// Null when there is no selection.
+  Node4C const* getAnchorNode() const { return anchorNode_; }
+  unsigned int getAnchorPos() const { return anchorPos_; }
+  /// Whether a non-empty selection exists. An empty one is dropped by the way, unless the pointer is down.
+  bool isSelected() const;
+  /// Selects from the anchor to the caret place; equal places only move the caret; a null anchor node drops
+  /// the selection. False, with nothing changed, when one of them is not a place of this tree.
+  bool selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
+                   unsigned int caretPos);
+  GraphicsABC const& crefGraphics() const { return *graphics_; }
+  OperatorListC const& crefOperatorList() const { return *operatorList_; }
+
+ private:
+  friend class ViewInsertionC;
+
+  // view_core.cpp
+  bool executeEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
+  bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
+  bool dispatchKey(unsigned long code, bool shift);
+  void finishEdit();
+  void layoutIfPending() const;
+  void replaceTree(Node4C* root);
+  void selectError(ErrorSelectionS const& error);
+  bool bip() const { return false; }
+
+  // view_caret.cpp
+  bool doLeft();
+  bool doRight();
+  bool doSelLeft();
+  bool doSelRight();
+  bool doUp();
+  bool doDown();
+  bool doSelUp();
+  bool doSelDown();
+  bool moveCaretLeft();
+  bool moveCaretRight();
+  void setSelection(long x, long y);
+  bool findSelectionNode(Node4C* node, long x, long y);
+
+  // view_selection.cpp
+  bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
+                          unsigned int& lastPos) const;
+
+  // view_text.cpp
+  bool doAddText(wstring const& text);
+  void splitText(bool toRight);
+
+  // view_delete.cpp
+  bool deleteSelection();
+  bool doDelete();
+  bool doClear();
+  bool doBackspace();
+
+  // view_insertion.cpp
+  bool doRunOperator(PointerTC<OperatorBC> op);
+
+  // view_clipboard.cpp
+  Node4C* copySelection() const;
+  Node4C* cutSelection();
+  bool backupBeforeModif();
+
+  PointerTC<GraphicsABC> graphics_;
+  PointerTC<OperatorListC> operatorList_;
+  bool editable_ = true;
+  PointerTC<algexpr::ConstraintsBC> constraints_;
+  mutable bool layoutPending_ = false;
+  PointerTC<EditBackupC> backup_;
+  bool penDown_ = false;
+  bool executing_ = false;  // an event is under way: no layout, no drawing, no second event
+  long hitBestDistance_ = 0;
+  long hitLeft_ = 0;
+  long hitWidth_ = 0;
+  long hitDistance_ = 0;
+  long hitX_ = 0;
+  long hitY_ = 0;
+  PointerTC<algexpr::AlgebraicExpressionC> expression_;
+  Node4C* root_ = nullptr;
+  Node4C* caretNode_ = nullptr;
+  unsigned int caretPos_ = 0;
+  mutable Node4C* anchorNode_ = nullptr;
+  unsigned int anchorPos_ = 0;
+};
+
+}  // namespace zolt::math::ved
