@@ -1,0 +1,14 @@
+#pragma once
+
+#include "zolt/algexpr/algebraic_expression.h"
+
+namespace zolt::math::algexpr {
+
+/// A host's rule on which expressions may be entered.
+class ConstraintsBC : public oss::RefCountedBC {
+ public:
+  virtual ~ConstraintsBC() override;
+  virtual bool check(PointerTC<AlgebraicExpressionC> expression) const = 0;
+};
+
+}  // namespace zolt::math::algexpr

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <utility>
+
+#include "zolt/algexpr/node.h"
+#include "zolt/algexpr/number_display_format.h"
+
+namespace zolt::math::algexpr {
+
+namespace detail {
+struct NodeAccessS;
+}  // namespace detail
+
+/// A number with a point or an exponent. Its text is kept as it was read: no binary value stands behind it.
+class FloatNodeC : public NodeABC {
+ public:
+  wstring const& crefName() const override { return text_; }
+
+  /// The number's text in a format, rounded to at most `precision` significant digits, exactly on the decimal
+  /// digits and ties to even. 0 and `Float64UtilC::max_display_precision` and more mean all digits that are
+  /// written. Minus signs made here are U+2212, exponents read "E3". A number whose plain form would need
+  /// hundreds of zeros is shown scientific instead; one whose exponent does not fit 32 bits, as written.
+  wstring toString(unsigned long precision, NumberDisplayFormatE format) const;
+
+  static char16_t const* getCastableId();
+  char16_t const* qCastableId() const override;
+  NodeABC const* lookUpBase(char16_t const* id) const override;
+  void visit(NodeVisitorABC& visitor) override;
+
+ private:
+  friend struct detail::NodeAccessS;
+  explicit FloatNodeC(wstring text) : text_(std::move(text)) {}
+
+  wstring text_;
+};
+
+}  // namespace zolt::math::algexpr

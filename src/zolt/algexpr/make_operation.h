@@ -1,0 +1,26 @@
+#pragma once
+
+#include <vector>
+
+#include "zolt/algexpr/node.h"
+
+namespace zolt::math::algexpr {
+
+// For whoever makes expressions that a person will see and edit: importers, adapters of algebra engines. The
+// textbook form writes no brackets around a power, so a power of a power, say, would be read back as another
+// expression than was meant. These makers put `_quietpos`, the brackets that a person types, where that would
+// happen, and nowhere else. Each answers null when an operand is null or missing.
+
+/// `base` to the `exponent`. Guards a base that is a power, and the exponents "r" and "o", which in textbook
+/// form mark an angle's unit.
+PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
+
+/// `operand`!. Guards a power and a negative number.
+PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
+
+/// Any operation by its core name: "^" and "!" as above, "_rad" and "_deg" guard like a power's base, "+",
+/// "*", "and" and "or" of several operands become binary ones nested to the left (of one operand, the operand
+/// itself). All else is `makeFunction`.
+PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands);
+
+}  // namespace zolt::math::algexpr

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::common {
+
+using oss::wstring;
+using wstring_view = std::u16string_view;
+
+constexpr char16_t minus_sign = u'\u2212';
+
+/// "-", U+2013 or U+2212: what a minus may look like in text that is read. Only U+2212 is written.
+constexpr bool isMinus(char16_t c) { return c == u'-' || c == u'\u2013' || c == minus_sign; }
+constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+
+/// Where the parts of an unsigned decimal number stand in its text: `digits[.digits]` or `.digits`, then
+/// optionally "E" or "e", a sign ("+" or a minus) and digits. "3." is a number, "." is not.
+struct DecimalTextS {
+  wstring_view integerDigits;
+  wstring_view fractionDigits;
+  wstring_view exponentDigits;
+  bool hasPoint = false;
+  bool exponentNegative = false;
+
+  bool hasExponent() const { return !exponentDigits.empty(); }
+  bool isInteger() const { return !hasPoint && !hasExponent(); }
+};
+
+/// Cuts the whole of `text`. On a text that is no number: false, and `*breakPosition` is the index of the
+/// first character that breaks the form, the text's length when something is missing at its end.
+bool readDecimalText(wstring_view text, DecimalTextS& decimal, std::size_t* breakPosition = nullptr);
+
+/// A decimal number by its significant digits: 0.d1d2d3… times 10 to the `exponent`, d1 not zero. Zero has no
+/// digits.
+struct DecimalS {
+  wstring digits;
+  std::int64_t exponent = 0;
+};
+
+/// The digits as they stand, trailing zeros included, leading ones dropped. False, with nothing changed, when
+/// the exponent does not fit 32 bits.
+bool toDecimal(DecimalTextS const& text, DecimalS& decimal);
+
+/// Keeps at most `digits` (not 0) significant digits, the last one rounded to nearest, a tie to the even
+/// digit; exact for any length. Trailing zeros that rounding leaves are dropped.
+void roundDecimal(DecimalS& decimal, std::size_t digits);
+
+}  // namespace zolt::math::common

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "zolt/oss/byte_stream.h"
+#include "zolt/oss/object_stream.h"
+#include "zolt/oss/pointer.h"
+
+namespace zolt::oss {
+
+/// Writes objects in the byte form that `byte_format.h` describes. A failed byte stream sets the error.
+class BinaryOutputStreamC : public ObjectOutputStreamABC {
+ public:
+  /// `bytes` must not be null.
+  explicit BinaryOutputStreamC(PointerTC<ByteOutputStreamABC> bytes);
+
+  void writeStartAggregate(short kind) override;
+  void writeMember(short value) override;
+  void writeMember(wstring const& value) override;
+  void writeMember(unsigned long value) override;
+  void writeEndAggregate() override;
+
+ private:
+  void write(unsigned char const* bytes, std::size_t count);
+
+  PointerTC<ByteOutputStreamABC> bytes_;
+};
+
+/// Reads that form. Bytes from anywhere may be given: nothing is allocated that the bytes left could not
+/// fill, and bytes behind the last item read are nobody's business.
+class BinaryInputStreamC : public ObjectInputStreamABC {
+ public:
+  /// `bytes` must not be null.
+  explicit BinaryInputStreamC(PointerTC<ByteInputStreamABC> bytes);
+
+  bool readStartAggregate(short kind) override;
+  bool readMember(short& value) override;
+  bool readMember(wstring& value) override;
+  bool readMember(unsigned long& value) override;
+  bool readEndAggregate() override;
+  std::size_t bytesLeft() const override;
+
+ private:
+  bool read(unsigned char* bytes, std::size_t count);
+  bool fail();
+
+  PointerTC<ByteInputStreamABC> bytes_;
+};
+
+}  // namespace zolt::oss

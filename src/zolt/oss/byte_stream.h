@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+
+#include "zolt/oss/ref_counted.h"
+
+namespace zolt::oss {
+
+/// Destination of raw bytes. The first failure lasts: every later write is ignored.
+class ByteOutputStreamABC : public RefCountedBC {
+ public:
+  /// Appends `count` bytes.
+  virtual void write(unsigned char const* bytes, std::size_t count) = 0;
+  /// Hands on everything written so far.
+  virtual void flush() = 0;
+  virtual bool isError() const = 0;
+};
+
+/// Source of raw bytes of known length.
+class ByteInputStreamABC : public RefCountedBC {
+ public:
+  /// Reads exactly `count` bytes; false, with nothing consumed, when fewer are left.
+  virtual bool read(unsigned char* bytes, std::size_t count) = 0;
+  /// How many bytes can still be read: the bound on what any count found in the stream can stand for.
+  virtual std::size_t bytesLeft() const = 0;
+};
+
+}  // namespace zolt::oss
