@@ -1,0 +1,81 @@
+#!/usr/bin/env python3
+"""Checks what no compiler does: layout of files, sizes, that every source is built, what the core does without."""
+
+import re
+import sys
+
+import sources
+
+CORE = ("src/zolt/oss", "src/zolt/common", "src/zolt/algexpr", "src/zolt/ved", "src/zolt/catalogue")
+MAX_LINES = {".h": 300, ".cpp": 600}
+TEXT_SUFFIXES = sources.CODE_SUFFIXES + (".cmake", ".in", ".txt", ".md", ".py", ".sh", ".json", ".js", ".html", ".css")
+NOT_IN_CORE = re.compile(
+    r"\b(?:throw|try|catch|dynamic_cast|typeid|goto)\b"
+    r"|\b(?:abort|assert|exit|terminate|printf|fprintf|puts|setlocale)\s*\("
+)
+
+
+def check_text(path, text):
+    """Blanks and line ends. Data files of the tests may hold any blanks."""
+    if "\r" in text:
+        yield f"{path}: carriage return"
+    if text and not text.endswith("\n"):
+        yield f"{path}: no line end at the end"
+    if path.suffix == ".txt" and path.name != "CMakeLists.txt":
+        return
+    for number, line in enumerate(text.splitlines(), 1):
+        if "\t" in line:
+            yield f"{path}:{number}: tab"
+        if line != line.rstrip():
+            yield f"{path}:{number}: blank at the end of the line"
+
+
+def check_size(path, text):
+    lines = text.count("\n")
+    if lines > MAX_LINES[path.suffix]:
+        yield f"{path}: {lines} lines; {MAX_LINES[path.suffix]} is the most that one {path.suffix} file should have"
+
+
+def check_header(path, text):
+    if path.suffix == ".h" and not re.search(r"^#pragma once$", text, re.MULTILINE):
+        yield f"{path}: no #pragma once"
+
+
+def check_core(path, text):
+    for number, line in enumerate(sources.code_only(text).splitlines(), 1):
+        found = NOT_IN_CORE.search(line)
+        if found:
+            yield f"{path}:{number}: the core does without {found.group().rstrip('( ')}"
+
+
+def check_listed(path):
+    """A source that no CMakeLists.txt names is built by nobody, a header that none names is installed by nobody."""
+    for folder in path.parents:
+        lists = sources.ROOT / folder / "CMakeLists.txt"
+        if lists.is_file():
+            name = path.relative_to(folder).as_posix()
+            if re.search(r"(?<![\w./-])" + re.escape(name) + r"(?![\w.-])", lists.read_text(encoding="utf-8")):
+                return
+    yield f"{path}: listed in no CMakeLists.txt"
+
+
+def main():
+    complaints = []
+    for path in sources.files(*sources.CODE_FOLDERS, "cmake", "docs", "tools", suffixes=TEXT_SUFFIXES):
+        try:
+            complaints += check_text(path, sources.read(path))
+        except UnicodeDecodeError:
+            complaints.append(f"{path}: not UTF-8")
+    for path in sources.files():
+        text = sources.read(path)
+        complaints += check_header(path, text)
+        complaints += check_listed(path)
+        if path.parts[0] != "tests":
+            complaints += check_size(path, text)
+    for path in sources.files(*CORE):
+        complaints += check_core(path, sources.read(path))
+    return sources.report(complaints)
+
+
+if __name__ == "__main__":
+    sys.exit(main())
