@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/parser/token_type.h"
@@ -13,8 +15,8 @@ class OperatorBC;
 class OperatorListC;
 
 /// Cuts infix text into tokens. The current token is always read: the constructor reads the first one. At the
-/// end of the text every further read gives the end again. A stored U+0000 is an ordinary stop inside the
-/// text.
+/// end of the text every further read gives the end again. A stored U+0000 stops names and numbers and is a
+/// token of its own, so that nothing behind it gets lost.
 class LexicalAnalyserC {
  public:
   /// Copies `text`. Operator words are recognised through the operator table of the current session's engine.
@@ -27,27 +29,33 @@ class LexicalAnalyserC {
 
   TokenTypeE getCurrentTokenType() const { return tokenType_; }
   /// The text of a name, number or verbatim token (without its grave accents); an operator word's operator
-  /// name.
-  wstring getCurrentToken() const { return token_; }
-  wstring const& crefCurrentToken() const { return token_; }
+  /// name; empty for every other token.
+  wstring getCurrentToken() const { return wstring(token_); }
+  /// The same without a copy: alive until the next read, and unless it is an operator's name as long as the
+  /// analyser.
+  std::u16string_view viewCurrentToken() const { return token_; }
   /// The operator of an operator word; null for every other token.
   PointerTC<OperatorBC> getCurrentTokenOperator() const;
   /// The index of the token's first character and the index after its last one.
   void getCurrentTokenPosition(unsigned int& start, unsigned int& end) const;
 
  private:
-  char16_t peek(unsigned long ahead = 0) const;
-  void readNumber();
-  void readName();
-  void readVerbatim();
+  /// The character `ahead` of the current one; U+0000 past the end.
+  char16_t peek(unsigned int ahead = 0) const;
+  void takeSign(TokenTypeE type, unsigned int length = 1);
+  void takeNumber();
+  void takeVerbatim();
+  void takeName();
 
-  wstring text_;
+  wstring const text_;
   unsigned int position_ = 0;
   unsigned int tokenStart_ = 0;
   TokenTypeE tokenType_ = TOKEN_END;
-  wstring token_;
+  std::u16string_view token_;  // in text_ or operatorName_
   PointerTC<OperatorBC> tokenOperator_;
   PointerTC<OperatorListC> operators_;
+  wstring run_;  // a name on its way to the operator table, kept for its storage
+  wstring operatorName_;
 };
 
 }  // namespace zolt::math::ved

@@ -26,6 +26,7 @@ enum TokenTypeE {
   TOKEN_STORE = 19,
   TOKEN_ASSIGNMENT = 20,
   TOKEN_VERBATIM = 21,  ///< text between grave accents
+  TOKEN_NUL = 22,       ///< a U+0000 that is stored in the text: part of no expression, and not its end
 };
 
 }  // namespace zolt::math::ved

@@ -1,0 +1,258 @@
+#include "zolt/ved/parser/detail/infix_parser.h"
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/common/float64_util.h"
+#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/parser/detail/number_run.h"
+
+namespace zolt::math::ved::detail {
+
+namespace {
+
+constexpr std::u16string_view power_name = u"^";
+constexpr std::u16string_view negation_name = u"_neg";
+
+}  // namespace
+
+/// A sign that stands behind an operand.
+struct InfixParserC::SignS {
+  RuleE rule;       ///< the rule that reads the sign
+  RuleE rightRule;  ///< the rule that reads its right operand
+  std::u16string_view name;
+};
+
+InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) { frames_.reserve(8); }
+
+bool InfixParserC::read(RuleE rule, wstring& output, unsigned int& start, unsigned int& end,
+                        ErrorCauseE& cause) {
+  outermostRule_ = rule;
+  NextE next = NEXT_OPERAND;
+  while (next == NEXT_OPERAND || next == NEXT_SIGN) next = next == NEXT_OPERAND ? readOperand() : readSign();
+  if (next == NEXT_FAILED) {
+    start = errorStart_;
+    end = errorEnd_;
+    cause = errorCause_;
+    return false;
+  }
+  builder_.write(operand_, output);
+  return true;
+}
+
+InfixParserC::NextE InfixParserC::readOperand() {
+  switch (lexer_.getCurrentTokenType()) {
+    case TOKEN_END:
+      return fail(ERROR_CAUSE_UNEXPECTED_END);
+    case TOKEN_NAME:
+      return readName();
+    case TOKEN_OPERATOR_WORD:
+      if (currentRule() <= RULE_NOT && lexer_.viewCurrentToken() == u"not")
+        return beginPrefix(u"not", RULE_NOT);
+      return readWord();
+    case TOKEN_NUMBER:
+      return readNumber();
+    case TOKEN_PI:
+      return takeLeaf(u"_PI");
+    case TOKEN_VERBATIM:
+      return takeLeaf(lexer_.viewCurrentToken());
+    case TOKEN_OPEN:
+      frames_.push_back({PENDING_GROUP, RULE_OR, builder_.addFunction(u"_quietpos")});
+      lexer_.readNextToken();
+      return NEXT_OPERAND;
+    case TOKEN_PLUS:
+      if (currentRule() <= RULE_FACTOR) return beginPrefix(u"_pos", RULE_FACTOR);
+      return fail(ERROR_CAUSE_SYNTAX);
+    case TOKEN_MINUS:
+      if (currentRule() <= RULE_FACTOR) return beginPrefix(negation_name.data(), RULE_FACTOR);
+      return fail(ERROR_CAUSE_SYNTAX);
+    default:
+      return fail(ERROR_CAUSE_SYNTAX);
+  }
+}
+
+InfixParserC::NextE InfixParserC::beginPrefix(char16_t const* name, RuleE operandRule) {
+  frames_.push_back({PENDING_PREFIX, operandRule, builder_.addFunction(name)});
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
+  operand_ = builder_.addLeaf(text);
+  lexer_.readNextToken();
+  return NEXT_SIGN;
+}
+
+InfixParserC::NextE InfixParserC::readName() {
+  // A colon takes any character into its name, a tab is part of one: what prefix text cannot carry would be
+  // read back as something else.
+  if (!algexpr::isWritableName(lexer_.getCurrentToken())) return fail(ERROR_CAUSE_SYNTAX);
+  takeLeaf(lexer_.viewCurrentToken());
+  if (lexer_.getCurrentTokenType() != TOKEN_OPEN) return NEXT_SIGN;
+  builder_.makeFunction(operand_);
+  frames_.push_back({PENDING_CALL, RULE_OR, operand_});
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+InfixParserC::NextE InfixParserC::readWord() {
+  FrameS call{PENDING_CALL, RULE_OR, 0};
+  call.arity = lexer_.getCurrentTokenOperator()->getArity();
+  lexer_.getCurrentTokenPosition(call.wordStart, call.wordEnd);
+  takeLeaf(operatorNames_.emplace_front(lexer_.viewCurrentToken()));
+  if (lexer_.getCurrentTokenType() != TOKEN_OPEN) {
+    if (call.arity == 0) return NEXT_SIGN;
+    return failAt(call.wordStart, call.wordEnd, ERROR_CAUSE_MISSING_OPEN);
+  }
+  builder_.makeFunction(operand_);
+  call.part = operand_;
+  frames_.push_back(call);
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+InfixParserC::NextE InfixParserC::readNumber() {
+  if (!common::Float64UtilC::isFinite(common::Float64UtilC::fromString(lexer_.getCurrentToken()))) {
+    return fail(ERROR_CAUSE_BAD_NUMBER);
+  }
+  return takeLeaf(lexer_.viewCurrentToken());
+}
+
+InfixParserC::SignS const* InfixParserC::findSign() const {
+  static constexpr SignS assignment{RULE_ASSIGNMENT, RULE_OR, u":="};
+  static constexpr SignS store{RULE_ASSIGNMENT, RULE_OR, u":>"};
+  static constexpr SignS disjunction{RULE_OR, RULE_AND, u"or"};
+  static constexpr SignS conjunction{RULE_AND, RULE_NOT, u"and"};
+  static constexpr SignS equal{RULE_EQUATION, RULE_EXPRESSION, u"="};
+  static constexpr SignS notEqual{RULE_EQUATION, RULE_EXPRESSION, u"<>"};
+  static constexpr SignS less{RULE_EQUATION, RULE_EXPRESSION, u"<"};
+  static constexpr SignS lessOrEqual{RULE_EQUATION, RULE_EXPRESSION, u"<="};
+  static constexpr SignS greater{RULE_EQUATION, RULE_EXPRESSION, u">"};
+  static constexpr SignS greaterOrEqual{RULE_EQUATION, RULE_EXPRESSION, u">="};
+  static constexpr SignS plus{RULE_EXPRESSION, RULE_TERM, u"+"};
+  static constexpr SignS minus{RULE_EXPRESSION, RULE_TERM, u"-"};
+  static constexpr SignS times{RULE_TERM, RULE_FACTOR, u"*"};
+  static constexpr SignS quotient{RULE_TERM, RULE_FACTOR, u"div"};
+  static constexpr SignS remainder{RULE_TERM, RULE_FACTOR, u"mod"};
+  static constexpr SignS power{RULE_UNARY_TERM, RULE_UNARY_TERM, power_name};
+  static constexpr SignS factorial{RULE_FACT, RULE_FACT, u"!"};
+
+  switch (lexer_.getCurrentTokenType()) {
+    case TOKEN_ASSIGNMENT:
+      return &assignment;
+    case TOKEN_STORE:
+      return &store;
+    case TOKEN_EQUAL:
+      return &equal;
+    case TOKEN_NOT_EQUAL:
+      return &notEqual;
+    case TOKEN_LESS:
+      return &less;
+    case TOKEN_LESS_OR_EQUAL:
+      return &lessOrEqual;
+    case TOKEN_GREATER:
+      return &greater;
+    case TOKEN_GREATER_OR_EQUAL:
+      return &greaterOrEqual;
+    case TOKEN_PLUS:
+      return &plus;
+    case TOKEN_MINUS:
+      return &minus;
+    case TOKEN_TIMES:
+      return &times;
+    case TOKEN_POWER:
+      return &power;
+    case TOKEN_FACTORIAL:
+      return &factorial;
+    case TOKEN_OPERATOR_WORD:
+      for (SignS const* word : {&disjunction, &conjunction, &quotient, &remainder}) {
+        if (lexer_.viewCurrentToken() == word->name) return word;
+      }
+      return nullptr;
+    default:
+      return nullptr;
+  }
+}
+
+InfixParserC::NextE InfixParserC::readSign() {
+  SignS const* const sign = findSign();
+  // Whatever is read by a tighter rule than the sign's ends here.
+  while (!frames_.empty() &&
+         (frames_.back().kind == PENDING_PREFIX || frames_.back().kind == PENDING_INFIX) &&
+         (!sign || sign->rule < frames_.back().operandRule)) {
+    finishOperation();
+  }
+  if (!sign || sign->rule < currentRule()) return readBracketEnd();
+
+  PartT const operation = builder_.addFunction(sign->name);
+  builder_.addArgument(operation, operand_);
+  lexer_.readNextToken();
+  if (sign->rule == RULE_FACT) {
+    operand_ = operation;
+    return NEXT_SIGN;
+  }
+  // There is one assignment at most, so nothing looser than its right side may follow.
+  if (sign->rule == RULE_ASSIGNMENT) outermostRule_ = RULE_OR;
+  frames_.push_back({PENDING_INFIX, sign->rightRule, operation});
+  return NEXT_OPERAND;
+}
+
+void InfixParserC::finishOperation() {
+  FrameS const frame = frames_.back();
+  frames_.pop_back();
+  std::u16string_view const name = builder_.crefText(frame.part);
+  if (builder_.isLeaf(operand_)) {
+    std::u16string_view const text = builder_.crefText(operand_);
+    std::u16string_view number;
+    if (frame.kind == PENDING_PREFIX && name == negation_name && isNumberToken(text, number)) {
+      operand_ = builder_.addNegativeNumber(number);
+      return;
+    }
+    if (frame.kind == PENDING_INFIX && name == power_name && (text == u"r" || text == u"o")) {
+      builder_.rename(frame.part, text == u"r" ? u"_rad" : u"_deg");
+      operand_ = frame.part;
+      return;
+    }
+  }
+  builder_.addArgument(frame.part, operand_);
+  operand_ = frame.part;
+}
+
+InfixParserC::NextE InfixParserC::readBracketEnd() {
+  if (frames_.empty()) return NEXT_NOTHING;
+  FrameS& frame = frames_.back();
+  TokenTypeE const type = lexer_.getCurrentTokenType();
+  builder_.addArgument(frame.part, operand_);
+  if (frame.kind == PENDING_GROUP) {
+    if (type != TOKEN_CLOSE) return fail(ERROR_CAUSE_PAREN_NOT_CLOSED);
+  } else {
+    ++frame.numArguments;
+    if (type == TOKEN_COMMA) {
+      lexer_.readNextToken();
+      return NEXT_OPERAND;
+    }
+    if (type != TOKEN_CLOSE) return fail(ERROR_CAUSE_CALL_NOT_CLOSED);
+    if (frame.arity != 0 && frame.numArguments != frame.arity) {
+      return failAt(frame.wordStart, frame.wordEnd, ERROR_CAUSE_ARGUMENT_COUNT);
+    }
+  }
+  operand_ = frame.part;
+  frames_.pop_back();
+  lexer_.readNextToken();
+  return NEXT_SIGN;
+}
+
+InfixParserC::NextE InfixParserC::fail(ErrorCauseE cause) {
+  unsigned int start = 0;
+  unsigned int end = 0;
+  lexer_.getCurrentTokenPosition(start, end);
+  return failAt(start, end, cause);
+}
+
+InfixParserC::NextE InfixParserC::failAt(unsigned int start, unsigned int end, ErrorCauseE cause) {
+  errorStart_ = start;
+  errorEnd_ = end;
+  errorCause_ = cause;
+  return NEXT_FAILED;
+}
+
+}  // namespace zolt::math::ved::detail
