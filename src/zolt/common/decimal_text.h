@@ -45,8 +45,8 @@ struct DecimalS {
 /// the exponent does not fit 32 bits.
 bool toDecimal(DecimalTextS const& text, DecimalS& decimal);
 
-/// Keeps at most `digits` (not 0) significant digits, the last one rounded to nearest, a tie to the even
-/// digit; exact for any length. Trailing zeros that rounding leaves are dropped.
+/// Keeps at most `digits` (not 0) significant digits, rounding halves away from zero as people do on paper;
+/// exact for any length. Trailing zeros that rounding leaves are dropped.
 void roundDecimal(DecimalS& decimal, std::size_t digits);
 
 }  // namespace zolt::math::common

@@ -1,0 +1,99 @@
+#include "zolt/common/decimal_text.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace zolt::math::common {
+
+namespace {
+
+std::size_t skipDigits(wstring_view text, std::size_t from) {
+  while (from < text.size() && isDigit(text[from])) ++from;
+  return from;
+}
+
+// The most digits that any 32-bit exponent has once its leading zeros are gone.
+constexpr std::size_t max_exponent_digits = 10;
+
+bool readExponent(DecimalTextS const& text, std::int64_t& exponent) {
+  wstring_view digits = text.exponentDigits;
+  digits.remove_prefix(std::min(digits.find_first_not_of(u'0'), digits.size()));
+  if (digits.size() > max_exponent_digits) return false;
+  std::int64_t value = 0;
+  for (char16_t const c : digits) value = 10 * value + (c - u'0');
+  if (text.exponentNegative) value = -value;
+  using limits = std::numeric_limits<std::int32_t>;
+  if (value < limits::min() || value > limits::max()) return false;
+  exponent = value;
+  return true;
+}
+
+}  // namespace
+
+bool readDecimalText(wstring_view text, DecimalTextS& decimal, std::size_t* breakPosition) {
+  DecimalTextS parts;
+  std::size_t at = skipDigits(text, 0);
+  parts.integerDigits = text.substr(0, at);
+  if (at < text.size() && text[at] == u'.') {
+    parts.hasPoint = true;
+    std::size_t const start = ++at;
+    at = skipDigits(text, at);
+    parts.fractionDigits = text.substr(start, at - start);
+  }
+  bool valid = !parts.integerDigits.empty() || !parts.fractionDigits.empty();
+  if (valid && at < text.size() && (text[at] == u'E' || text[at] == u'e')) {
+    ++at;
+    if (at < text.size() && (text[at] == u'+' || isMinus(text[at]))) {
+      parts.exponentNegative = text[at] != u'+';
+      ++at;
+    }
+    std::size_t const start = at;
+    at = skipDigits(text, at);
+    parts.exponentDigits = text.substr(start, at - start);
+    valid = parts.hasExponent();
+  }
+  if (!valid || at < text.size()) {
+    if (breakPosition) *breakPosition = at;
+    return false;
+  }
+  decimal = parts;
+  return true;
+}
+
+bool toDecimal(DecimalTextS const& text, DecimalS& decimal) {
+  std::int64_t exponent = 0;
+  if (!readExponent(text, exponent)) return false;
+  wstring digits;
+  digits.reserve(text.integerDigits.size() + text.fractionDigits.size());
+  digits.append(text.integerDigits).append(text.fractionDigits);
+  std::size_t const zeros = digits.find_first_not_of(u'0');
+  if (zeros == wstring::npos) {
+    decimal = DecimalS();
+    return true;
+  }
+  digits.erase(0, zeros);
+  decimal.digits = std::move(digits);
+  decimal.exponent =
+      exponent + static_cast<std::int64_t>(text.integerDigits.size()) - static_cast<std::int64_t>(zeros);
+  return true;
+}
+
+void roundDecimal(DecimalS& decimal, std::size_t digits) {
+  wstring& all = decimal.digits;
+  if (all.size() <= digits) return;
+  bool const up = all[digits] >= u'5';
+  all.resize(digits);
+  if (up) {
+    // Nines turn into zeros, which are dropped with the other trailing ones below.
+    while (!all.empty() && all.back() == u'9') all.pop_back();
+    if (all.empty()) {
+      all = u"1";
+      ++decimal.exponent;
+    } else {
+      ++all.back();
+    }
+  }
+  all.erase(all.find_last_not_of(u'0') + 1);
+}
+
+}  // namespace zolt::math::common
