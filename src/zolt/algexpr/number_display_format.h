@@ -3,7 +3,7 @@
 namespace zolt::math::algexpr {
 
 /// How a decimal number is shown.
-enum NumberDisplayFormatE {
+enum NumberDisplayFormatE : int {
   NUMBER_FORMAT_AUTOMATIC = 0,   ///< as written; rounded, the plainer of the next two
   NUMBER_FORMAT_FIXED = 1,       ///< without an exponent
   NUMBER_FORMAT_SCIENTIFIC = 2,  ///< one digit before the point

@@ -7,6 +7,10 @@ namespace zolt::math::ved::limits {
 /// as prefix text between grave accents. Every walk of a tree within this limit fits a 1 MiB stack.
 constexpr unsigned long max_nested_rows = 1200;
 
+/// How many steps can be undone, and how many bytes they may take together.
+constexpr unsigned long max_history_steps = 10000;
+constexpr unsigned long max_history_bytes = 4ul << 20;
+
 /// Radius of the pointer hit test in surface units: a pointer farther from every text leaves the caret alone.
 constexpr long hit_radius = 400;
 

@@ -4,7 +4,7 @@ namespace zolt::math::ved {
 
 /// A position in surface units; x grows right, y grows down.
 struct PointS {
-  PointS(long x = 0, long y = 0) : x(x), y(y) {}
+  PointS(long atX = 0, long atY = 0) : x(atX), y(atY) {}
 
   long x;
   long y;

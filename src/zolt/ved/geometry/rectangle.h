@@ -4,8 +4,8 @@ namespace zolt::math::ved {
 
 /// A box in surface units. `right` and `bottom` lie one unit past the box.
 struct RectangleS {
-  RectangleS(long left = 0, long top = 0, long right = 0, long bottom = 0)
-      : left(left), top(top), right(right), bottom(bottom) {}
+  RectangleS(long leftEdge = 0, long topEdge = 0, long rightEdge = 0, long bottomEdge = 0)
+      : left(leftEdge), top(topEdge), right(rightEdge), bottom(bottomEdge) {}
 
   /// Whether this is the all-zero rectangle, which stands for "nothing to show". A rectangle that is merely
   /// empty (left equal to right, but not all zero) is not null.

@@ -190,12 +190,12 @@ class Node4C : public oss::SerializableABC {
  private:
   friend class RowWriterC;
   friend class RowNormaliserC;
-  friend struct Node4AccessS;
+  friend class RowLayoutC;
 
   /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that
   /// has no base.
   bool isPlaceholder() const;
-  bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long rowsAbove);
+  bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
 
   using RuleT = bool(wstring&, LexicalAnalyserC&, unsigned int&, unsigned int&, ErrorCauseE&);

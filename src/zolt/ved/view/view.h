@@ -4,6 +4,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
+#include "zolt/algexpr/number_display_format.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/convert/error_selection.h"
@@ -13,7 +14,9 @@
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/edit_backup.h"
+#include "zolt/ved/view/edit_history.h"
 #include "zolt/ved/view/event.h"
+#include "zolt/ved/view/key_code.h"
 
 namespace zolt::math::ved {
 
@@ -78,13 +81,19 @@ class ViewZNT4C {
   void paste(PointerTC<algexpr::AlgebraicExpressionC> expression);
 
   // ---- Undo -----------------------------------------------------------------------------------------------
+  /// Takes back the last event that changed the formula, or brings back the last one taken back: formula,
+  /// caret and selection as they were. False when there is none or the view is not editable. Refused and
+  /// rejected edits leave no step; an expression set by the host starts a new history.
   bool undo();
   bool redo();
   bool canUndo() const;
   bool canRedo() const;
+  /// Whether the step that `undo` (`redo`) would go over next is a typed character that directly follows the
+  /// step before it, so that a host which treats typing as one act goes on.
+  bool undoContinues() const;
+  bool redoContinues() const;
 
-  // ---- State, for hosts, tests and assistive technology
-  // -----------------------------------------------------
+  // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
   Node4C const& crefRoot() const { return *root_; }
   Node4C const* getCaretNode() const { return caretNode_; }
   unsigned int getCaretPos() const { return caretPos_; }
@@ -107,9 +116,15 @@ class ViewZNT4C {
   bool executeEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
+  /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
+  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot (`dropStep`).
   void finishEdit();
+  bool isRejected() const;
+  /// `setAlgebraicExpression` without forgetting the history; also for use inside an event.
+  void showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
+                      PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
+                      algexpr::NumberDisplayFormatE format);
   void layoutIfPending() const;
-  void replaceTree(Node4C* root);
   void selectError(ErrorSelectionS const& error);
   bool bip() const { return false; }
 
@@ -147,7 +162,15 @@ class ViewZNT4C {
   // view_clipboard.cpp
   Node4C* copySelection() const;
   Node4C* cutSelection();
+  bool pasteRow(Node4C* row);
   bool backupBeforeModif();
+  /// Makes the tree, caret and anchor of `state` the view's own.
+  void takeOver(EditBackupC& state);
+
+  // view_undo.cpp
+  void recordStep();
+  void dropStep();
+  bool travel(PointerTC<EditBackupC> const& state);
 
   PointerTC<GraphicsABC> graphics_;
   PointerTC<OperatorListC> operatorList_;
@@ -157,6 +180,7 @@ class ViewZNT4C {
   PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
   bool executing_ = false;  // an event is under way: no layout, no drawing, no second event
+  mutable bool paintMissed_ = false;
   long hitBestDistance_ = 0;
   long hitLeft_ = 0;
   long hitWidth_ = 0;
@@ -169,6 +193,7 @@ class ViewZNT4C {
   unsigned int caretPos_ = 0;
   mutable Node4C* anchorNode_ = nullptr;
   unsigned int anchorPos_ = 0;
+  EditHistoryC history_;
 };
 
 }  // namespace zolt::math::ved

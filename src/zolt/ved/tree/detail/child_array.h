@@ -38,7 +38,7 @@ class ChildArrayC {
   void erase(std::size_t i, std::size_t count = 1);
   void clear() { first_ = size_ = 0; }
   void swap(ChildArrayC& other) noexcept;
-  /// Gives back spare room beyond what `size()` slots need.
+  /// Gives spare room back when it is more than the slots in use.
   void shrink();
   std::size_t capacity() const { return capacity_; }
 

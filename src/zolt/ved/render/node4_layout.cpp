@@ -1,0 +1,57 @@
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/render/row_layout.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+bool Node4C::layout(GraphicsABC const& graphics) {
+  if (!parent_) fontDepth_ = 0;
+  for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
+  if (op_) {
+    op_->beforeChildrenLayout(this, graphics);
+  } else if (type_ == NODE4_POWER) {
+    child(0)->increaseFontDepth();
+  }
+  for (Node4C* child : children_) {
+    if (!child->layout(graphics)) return false;
+  }
+  selectFont(graphics);
+  switch (type_) {
+    case NODE4_ROOT:
+      dx_ = dy_ = 0;
+      [[fallthrough]];
+    case NODE4_POWER:
+      width_ = child(0)->width_;
+      height_ = child(0)->height_;
+      midHeight_ = child(0)->midHeight_;
+      child(0)->dx_ = child(0)->dy_ = 0;
+      break;
+    case NODE4_LINE:
+      RowLayoutC(*this, graphics).layout();
+      break;
+    case NODE4_OPERATOR:
+      op_->layoutNode4(this, graphics);
+      break;
+    case NODE4_OPEN:
+    case NODE4_CLOSE:
+    case NODE4_AUTO_OPEN:
+    case NODE4_AUTO_CLOSE:
+      setWidth(graphics.getMetric(1));
+      break;
+    default: {
+      long width = 0;
+      long height = 0;
+      long midHeight = 0;
+      bool const slot = type_ == NODE4_TEXT && isPlaceholder();
+      graphics.getTextExtent(slot ? PLACEHOLDER_STR : text_, width, height, midHeight);
+      setWidth(width);
+      setHeight(height);
+      setMidHeight(midHeight);
+    }
+  }
+  return true;
+}
+
+void Node4C::layout_standard(GraphicsABC const&) {}
+
+}  // namespace zolt::math::ved

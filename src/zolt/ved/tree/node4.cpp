@@ -1,0 +1,191 @@
+#include "zolt/ved/tree/node4.h"
+
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::math::ved {
+
+wstring const Node4C::PLACEHOLDER_STR = u"\u25CF";
+
+Node4C::Node4C() = default;
+
+Node4C::Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text,
+               unsigned long nbChildren)
+    : op_(op), type_(type) {
+  if (op_) {
+    text_ = op_->getName();
+  } else {
+    text_ = text;
+  }
+  if (nbChildren > 0) children_.resize(nbChildren);
+}
+
+// Destroys the subtree depth first without recursion: nodes already carry the way back up.
+Node4C::~Node4C() {
+  Node4C* node = this;
+  for (;;) {
+    if (!node->children_.empty()) {
+      Node4C* child = node->children_[0];
+      node->children_.erase(0);
+      if (!child) continue;
+      child->parent_ = node;
+      node = child;
+    } else {
+      if (node == this) return;
+      Node4C* parent = node->parent_;
+      delete node;
+      node = parent;
+    }
+  }
+}
+
+Node4C* Node4C::cloneNode() const {
+  auto* node = new Node4C(type_, op_, text_, children_.size());
+  node->text_ = text_;
+  return node;
+}
+
+Node4C* Node4C::clone() const {
+  Node4C* const copy = cloneNode();
+  Node4C const* from = this;
+  Node4C* to = copy;
+  unsigned long i = 0;
+  for (;;) {
+    if (i < from->numChildren()) {
+      if (Node4C const* child = from->child(i)) {
+        to->setChild(i, child->cloneNode());
+        from = child;
+        to = to->child(i);
+        i = 0;
+      } else {
+        ++i;
+      }
+    } else {
+      if (from == this) return copy;
+      i = to->findChildNumber() + 1;
+      from = from->parent_;
+      to = to->parent_;
+    }
+  }
+}
+
+void Node4C::setType(Node4TypeE type) {
+  type_ = type;
+  if (type != NODE4_OPERATOR) op_.reset();
+}
+
+void Node4C::setText(wstring const& text) {
+  text_ = text;
+  type_ = NODE4_TEXT;
+}
+
+PointerTC<OperatorBC> Node4C::getOperator() const { return op_; }
+
+void Node4C::setOperator(PointerTC<OperatorBC> const& op) {
+  type_ = NODE4_OPERATOR;
+  op_ = op;
+}
+
+int Node4C::getPrecedence() const { return op_ ? op_->getPrecedence() : 0; }
+
+void Node4C::adopt(unsigned long i, Node4C* node) {
+  children_[i] = node;
+  if (!node) return;
+  node->parent_ = this;
+  node->slotHint_ = static_cast<std::uint32_t>(i);
+}
+
+void Node4C::setChild(unsigned long i, Node4C* node) { adopt(i, node); }
+
+void Node4C::replaceChild(unsigned long i, Node4C* node) {
+  Node4C* const old = children_[i];
+  if (old == node) return;
+  adopt(i, node);
+  delete old;
+}
+
+void Node4C::insertChild(unsigned long i, Node4C* node) {
+  children_.insertSlots(i, 1);
+  adopt(i, node);
+}
+
+void Node4C::removeChild(unsigned long i) {
+  children_[i]->parent_ = nullptr;
+  children_.erase(i);
+}
+
+void Node4C::deleteChild(unsigned long i) {
+  Node4C* const old = children_[i];
+  children_.erase(i);
+  delete old;
+}
+
+Node4C* Node4C::cutChild(unsigned long i) {
+  Node4C* const node = children_[i];
+  children_[i] = nullptr;
+  return node;
+}
+
+void Node4C::spliceChildren(unsigned long i, Node4C* row) {
+  unsigned long const count = row->numChildren();
+  children_.insertSlots(i, count);
+  for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);
+  row->children_.clear();
+  delete row;
+}
+
+// Siblings move when a row is edited, so the place where a node last stood is only a hint; the search goes
+// outwards from it and remembers what it finds. In an unchanged row it costs one comparison.
+unsigned long Node4C::findChildNumber() const {
+  if (!parent_) return 0;
+  ChildArrayC const& siblings = parent_->children_;
+  std::size_t const count = siblings.size();
+  if (count == 0) return 0;
+  std::size_t up = slotHint_ < count ? slotHint_ : count - 1;
+  std::size_t down = up;
+  for (;;) {
+    if (siblings[up] == this) return slotHint_ = static_cast<std::uint32_t>(up);
+    if (siblings[down] == this) return slotHint_ = static_cast<std::uint32_t>(down);
+    if (up + 1 == count && down == 0) return 0;
+    if (up + 1 < count) ++up;
+    if (down > 0) --down;
+  }
+}
+
+Node4C* Node4C::goLeft() const {
+  if (!parent_) return nullptr;
+  unsigned long const i = findChildNumber();
+  return i > 0 ? parent_->children_[i - 1] : nullptr;
+}
+
+Node4C* Node4C::goRight() const {
+  if (!parent_) return nullptr;
+  unsigned long const i = findChildNumber() + 1;
+  return i < parent_->numChildren() ? parent_->children_[i] : nullptr;
+}
+
+Node4C* Node4C::goLeftLeaf() const {
+  Node4C const* node = this;
+  Node4C* left = nullptr;
+  while (node && !(left = node->goLeft())) node = node->parent_;
+  while (left && left->numChildren() > 0) left = left->child(left->numChildren() - 1);
+  return left;
+}
+
+Node4C* Node4C::goRightLeaf() const {
+  Node4C const* node = this;
+  Node4C* right = nullptr;
+  while (node && !(right = node->goRight())) node = node->parent_;
+  while (right && right->numChildren() > 0) right = right->child(0);
+  return right;
+}
+
+PointS Node4C::getAbsolutePosition() const {
+  PointS position;
+  for (Node4C const* node = this; node; node = node->parent_) {
+    position.x += node->dx_;
+    position.y += node->dy_;
+  }
+  return position;
+}
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,268 @@
+#include "zolt/ved/tree/tree_notation.h"
+
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+constexpr char16_t caret_mark = u'\u2038';
+constexpr char16_t anchor_mark = u'\u2691';
+
+/// Writes with a walk that follows parent links, so that no nesting is too deep for it.
+class NotationWriterC {
+ public:
+  NotationWriterC(Node4C const* caretNode, unsigned int caretPos, Node4C const* anchorNode,
+                  unsigned int anchorPos)
+      : caretNode_(caretNode), caretPos_(caretPos), anchorNode_(anchorNode), anchorPos_(anchorPos) {}
+
+  wstring write(Node4C const& top) {
+    Node4C const* node = &top;
+    open(*node);
+    unsigned long next = 0;
+    for (;;) {
+      if (next < node->numChildren()) {
+        if (next > 0) out_ += node->getType() == NODE4_OPERATOR ? u" ; " : u", ";
+        Node4C const* child = node->child(next);
+        if (!child) {
+          out_ += u"null";
+          ++next;
+          continue;
+        }
+        node = child;
+        next = 0;
+        open(*node);
+      } else {
+        close(*node);
+        if (node == &top) return std::move(out_);
+        next = node->findChildNumber() + 1;
+        node = node->getParent();
+      }
+    }
+  }
+
+ private:
+  void open(Node4C const& node) {
+    switch (node.getType()) {
+      case NODE4_ROOT:
+        break;
+      case NODE4_LINE:
+        out_ += u'[';
+        break;
+      case NODE4_TEXT:
+        writeText(node);
+        break;
+      case NODE4_OPERATOR:
+        out_ += node.crefText();
+        out_ += u'<';
+        break;
+      case NODE4_POWER:
+        out_ += u'P';
+        break;
+      case NODE4_OPEN:
+        out_ += u'(';
+        break;
+      case NODE4_CLOSE:
+        out_ += u')';
+        break;
+      case NODE4_AUTO_OPEN:
+        out_ += u"AO";
+        break;
+      case NODE4_AUTO_CLOSE:
+        out_ += u"AC";
+        break;
+    }
+  }
+
+  void close(Node4C const& node) {
+    if (node.getType() == NODE4_LINE) out_ += u']';
+    if (node.getType() == NODE4_OPERATOR) out_ += u'>';
+  }
+
+  void writeText(Node4C const& node) {
+    out_ += u'"';
+    wstring const& text = node.crefText();
+    for (unsigned int i = 0;; ++i) {
+      if (&node == anchorNode_ && i == anchorPos_) out_ += anchor_mark;
+      if (&node == caretNode_ && i == caretPos_) out_ += caret_mark;
+      if (i >= text.size()) break;
+      writeCharacter(text[i]);
+    }
+    out_ += u'"';
+  }
+
+  void writeCharacter(char16_t c) {
+    if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
+      static constexpr char16_t digits[] = u"0123456789ABCDEF";
+      out_ += u"\\u";
+      for (int shift = 12; shift >= 0; shift -= 4) out_ += digits[(c >> shift) & 0xF];
+      return;
+    }
+    if (c == u'"' || c == u'\\' || c == caret_mark || c == anchor_mark) out_ += u'\\';
+    out_ += c;
+  }
+
+  Node4C const* caretNode_;
+  unsigned int caretPos_;
+  Node4C const* anchorNode_;
+  unsigned int anchorPos_;
+  wstring out_;
+};
+
+class NotationReaderC {
+ public:
+  NotationReaderC(wstring const& text, OperatorListC const& operators) : text_(text), operators_(operators) {}
+
+  bool read(TreeNotationS& tree) {
+    tree_.root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 0);
+    skipBlanks();
+    if (!take(u'[')) return false;
+    Node4C* node = begin(*tree_.root, NODE4_LINE);
+    while (node != tree_.root.get()) {
+      skipBlanks();
+      if (!(node->getType() == NODE4_OPERATOR ? readRow(node) : readItem(node))) return false;
+    }
+    skipBlanks();
+    if (position_ != text_.size()) return false;
+    tree = std::move(tree_);
+    return true;
+  }
+
+  unsigned long getPosition() const { return position_; }
+
+ private:
+  bool take(char16_t c) {
+    if (position_ >= text_.size() || text_[position_] != c) return false;
+    ++position_;
+    return true;
+  }
+  bool take(wstring const& word) {
+    if (text_.compare(position_, word.size(), word) != 0) return false;
+    position_ += word.size();
+    return true;
+  }
+  void skipBlanks() {
+    while (take(u' ')) {
+    }
+  }
+
+  static Node4C* begin(Node4C& parent, Node4TypeE type) {
+    auto* node = new Node4C(type, nullptr, wstring(), 0);
+    parent.insertChild(parent.numChildren(), node);
+    return node;
+  }
+
+  // Inside a row: the next item, or the row's end, which also ends the exponent around it.
+  bool readItem(Node4C*& row) {
+    if (take(u']')) {
+      row = row->getParent();
+      if (row->getType() == NODE4_POWER) row = row->getParent();
+      return true;
+    }
+    if (row->numChildren() > 0 && !take(u',')) return false;
+    skipBlanks();
+    if (take(u'"')) return readText(*begin(*row, NODE4_TEXT));
+    if (take(u'(')) return begin(*row, NODE4_OPEN) != nullptr;
+    if (take(u')')) return begin(*row, NODE4_CLOSE) != nullptr;
+    if (take(u"AO")) return begin(*row, NODE4_AUTO_OPEN) != nullptr;
+    if (take(u"AC")) return begin(*row, NODE4_AUTO_CLOSE) != nullptr;
+    if (take(u"P[")) {
+      row = begin(*begin(*row, NODE4_POWER), NODE4_LINE);
+      return true;
+    }
+    if (take(u'[')) {
+      row = begin(*row, NODE4_LINE);
+      return true;
+    }
+    std::size_t const end = text_.find(u'<', position_);
+    if (end == wstring::npos) return false;
+    PointerTC<OperatorBC> const op = operators_.lookup(text_.substr(position_, end - position_));
+    if (!op) return false;
+    position_ = end + 1;
+    row = begin(*row, NODE4_OPERATOR);
+    row->setOperator(op);
+    row->refText() = op->getName();
+    return true;
+  }
+
+  // Inside a construct: its next row or its end.
+  bool readRow(Node4C*& construct) {
+    if (take(u'>')) {
+      construct = construct->getParent();
+      return true;
+    }
+    if (construct->numChildren() > 0 && !take(u';')) return false;
+    skipBlanks();
+    if (!take(u'[')) return false;
+    construct = begin(*construct, NODE4_LINE);
+    return true;
+  }
+
+  bool readText(Node4C& node) {
+    wstring& text = node.refText();
+    while (position_ < text_.size()) {
+      char16_t const c = text_[position_++];
+      if (c == u'"') return true;
+      if (c == caret_mark) {
+        tree_.caretNode = &node;
+        tree_.caretPos = static_cast<unsigned int>(text.size());
+      } else if (c == anchor_mark) {
+        tree_.anchorNode = &node;
+        tree_.anchorPos = static_cast<unsigned int>(text.size());
+      } else if (c != u'\\') {
+        text += c;
+      } else if (!readEscape(text)) {
+        return false;
+      }
+    }
+    return false;
+  }
+
+  bool readEscape(wstring& text) {
+    if (position_ >= text_.size()) return false;
+    char16_t const c = text_[position_++];
+    if (c != u'u') {
+      text += c;
+      return true;
+    }
+    unsigned value = 0;
+    for (int i = 0; i < 4; ++i) {
+      if (position_ >= text_.size()) return false;
+      char16_t const digit = text_[position_];
+      if (digit >= u'0' && digit <= u'9') {
+        value = value * 16 + (digit - u'0');
+      } else if (digit >= u'A' && digit <= u'F') {
+        value = value * 16 + (digit - u'A' + 10);
+      } else {
+        return false;
+      }
+      ++position_;
+    }
+    text += static_cast<char16_t>(value);
+    return true;
+  }
+
+  wstring const& text_;
+  OperatorListC const& operators_;
+  TreeNotationS tree_;
+  unsigned long position_ = 0;
+};
+
+}  // namespace
+
+wstring writeTreeNotation(Node4C const& node, Node4C const* caretNode, unsigned int caretPos,
+                          Node4C const* anchorNode, unsigned int anchorPos) {
+  return NotationWriterC(caretNode, caretPos, anchorNode, anchorPos).write(node);
+}
+
+bool readTreeNotation(wstring const& text, OperatorListC const& operators, TreeNotationS& tree,
+                      unsigned long& position) {
+  NotationReaderC reader(text, operators);
+  if (reader.read(tree)) return true;
+  position = reader.getPosition();
+  return false;
+}
+
+}  // namespace zolt::math::ved

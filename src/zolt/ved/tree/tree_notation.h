@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::ved {
+
+using oss::wstring;
+
+class Node4C;
+class OperatorListC;
+
+/// A tree with the places of caret and anchor, as the notation carries it.
+struct TreeNotationS {
+  std::unique_ptr<Node4C> root;
+  Node4C* caretNode = nullptr;
+  unsigned int caretPos = 0;
+  Node4C* anchorNode = nullptr;
+  unsigned int anchorPos = 0;
+};
+
+/// A tree as one line of text, for dumps, tests and bug reports: rows in brackets, texts in quotes,
+/// constructs by name with their rows, `P[…]` an exponent, `(` `)` typed brackets, `AO` `AC` supplied ones,
+/// `‸` the caret and `⚑` the anchor: `["a+", /<["b‸"] ; ["c"]>, ""]`. Inside quotes `\` escapes a quote,
+/// itself and the two marks, and `\uXXXX` a control character. `node` is a root or a row; null caret and
+/// anchor nodes are left out.
+wstring writeTreeNotation(Node4C const& node, Node4C const* caretNode = nullptr, unsigned int caretPos = 0,
+                          Node4C const* anchorNode = nullptr, unsigned int anchorPos = 0);
+
+/// Reads that notation into a tree, exactly as written: nothing is normalised. On failure false, with `tree`
+/// untouched and `position` at the character that could not be read. Constructs are looked up by name.
+bool readTreeNotation(wstring const& text, OperatorListC const& operators, TreeNotationS& tree,
+                      unsigned long& position);
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,145 @@
+#include "zolt/ved/tree/validate_tree.h"
+
+#include "zolt/ved/limits.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+TreeInvariantE checkRow(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  if (count % 2 == 0) return TREE_TEXTS_ALTERNATE;
+  unsigned long autoOpen = 0;
+  unsigned long autoClose = 0;
+  long depth = 0;
+  long lowest = 0;
+  bool content = false;  // something other than an empty text or a supplied opening bracket was seen
+  for (unsigned long i = 0; i < count; ++i) {
+    Node4C const& item = *row.child(i);
+    bool const text = item.getType() == NODE4_TEXT;
+    if (text != (i % 2 == 0)) return TREE_TEXTS_ALTERNATE;
+    switch (item.getType()) {
+      case NODE4_AUTO_OPEN:
+        if (content || autoClose > 0) return TREE_AUTO_BRACKETS_AT_ENDS;
+        ++autoOpen;
+        break;
+      case NODE4_AUTO_CLOSE:
+        ++autoClose;
+        break;
+      default:
+        if (text && item.crefText().empty()) break;
+        if (autoClose > 0) return TREE_AUTO_BRACKETS_AT_ENDS;
+        content = true;
+        if (item.getType() == NODE4_OPEN) ++depth;
+        if (item.getType() == NODE4_CLOSE && --depth < lowest) lowest = depth;
+    }
+  }
+  // Exactly one supplied bracket for each that the user left without a partner.
+  if (autoOpen != static_cast<unsigned long>(-lowest)) return TREE_BRACKETS_BALANCE;
+  return autoClose == static_cast<unsigned long>(depth - lowest) ? TREE_VALID : TREE_BRACKETS_BALANCE;
+}
+
+TreeInvariantE checkConstruct(Node4C const& node) {
+  OperatorBC const* op = node.crefOperator();
+  if (!op || op->isLinear() || node.crefText() != op->getName()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
+  if (op->getArity() != 0 && op->getArity() != node.numChildren()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
+  for (unsigned long i = 0; i < node.numChildren(); ++i) {
+    if (node.child(i)->getType() != NODE4_LINE) return TREE_OPERATOR_HOLDS_ITS_ROWS;
+  }
+  return TREE_VALID;
+}
+
+TreeInvariantE checkNode(Node4C const& node, unsigned long rows) {
+  for (unsigned long i = 0; i < node.numChildren(); ++i) {
+    if (!node.child(i) || node.child(i)->getParent() != &node) return TREE_PARENTS_MATCH;
+  }
+  if (node.getType() != NODE4_OPERATOR && node.crefOperator()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
+  switch (node.getType()) {
+    case NODE4_ROOT:
+      if (node.getParent() || node.numChildren() != 1 || node.child(0)->getType() != NODE4_LINE) {
+        return TREE_ROOT_HOLDS_ONE_ROW;
+      }
+      return TREE_VALID;
+    case NODE4_LINE:
+      for (unsigned long i = 0; i < node.numChildren(); ++i) {
+        Node4TypeE const type = node.child(i)->getType();
+        if (type < NODE4_TEXT || type > NODE4_AUTO_CLOSE) return TREE_ROW_ITEM_KINDS;
+      }
+      if (rows > limits::max_nested_rows) return TREE_NESTING_WITHIN_LIMIT;
+      return checkRow(node);
+    case NODE4_OPERATOR:
+      return checkConstruct(node);
+    case NODE4_POWER:
+      return node.numChildren() == 1 && node.child(0)->getType() == NODE4_LINE ? TREE_VALID
+                                                                               : TREE_POWER_HOLDS_ONE_ROW;
+    default:
+      return node.numChildren() == 0 ? TREE_VALID : TREE_LEAVES_HAVE_NO_CHILDREN;
+  }
+}
+
+}  // namespace
+
+TreeFaultS validateTree(Node4C const& root) {
+  if (root.getType() != NODE4_ROOT) return {TREE_ROOT_HOLDS_ONE_ROW, &root};
+  Node4C const* node = &root;
+  unsigned long rows = 0;
+  for (;;) {
+    if (node->getType() == NODE4_LINE) ++rows;
+    TreeInvariantE const fault = checkNode(*node, rows);
+    if (fault != TREE_VALID) return {fault, node};
+    if (node->numChildren() > 0) {
+      node = node->child(0);
+      continue;
+    }
+    Node4C const* next = nullptr;
+    while (node != &root && !(next = node->goRight())) {
+      if (node->getType() == NODE4_LINE) --rows;
+      node = node->getParent();
+    }
+    if (node == &root) return {};
+    if (node->getType() == NODE4_LINE) --rows;
+    node = next;
+  }
+}
+
+TreeFaultS validatePlace(Node4C const& root, Node4C const* node, unsigned int pos) {
+  if (!node || node->getType() != NODE4_TEXT || pos > node->sizeText()) return {TREE_PLACE_IN_TEXT, node};
+  Node4C const* top = node;
+  while (top->getParent()) top = top->getParent();
+  if (top != &root) return {TREE_PLACE_IN_TEXT, node};
+  return {};
+}
+
+wstring describeInvariant(TreeInvariantE invariant) {
+  switch (invariant) {
+    case TREE_VALID:
+      return u"the tree is valid";
+    case TREE_ROOT_HOLDS_ONE_ROW:
+      return u"the root has no parent and holds exactly one row";
+    case TREE_PARENTS_MATCH:
+      return u"no child slot is empty and every child names its parent";
+    case TREE_ROW_ITEM_KINDS:
+      return u"a row holds only texts, constructs, exponents and brackets";
+    case TREE_OPERATOR_HOLDS_ITS_ROWS:
+      return u"a construct, and nothing else, has an operator, its name, and as many rows as its arity";
+    case TREE_POWER_HOLDS_ONE_ROW:
+      return u"an exponent holds exactly one row";
+    case TREE_LEAVES_HAVE_NO_CHILDREN:
+      return u"texts and brackets have no children";
+    case TREE_TEXTS_ALTERNATE:
+      return u"texts and other items alternate in a row, with a text at both ends";
+    case TREE_BRACKETS_BALANCE:
+      return u"brackets balance in each row, with exactly as many supplied ones as it takes";
+    case TREE_AUTO_BRACKETS_AT_ENDS:
+      return u"nothing but empty texts stands outside a supplied bracket";
+    case TREE_NESTING_WITHIN_LIMIT:
+      return u"rows nest no deeper than the limit";
+    case TREE_PLACE_IN_TEXT:
+      return u"the caret and the anchor are places in texts of the tree";
+  }
+  return wstring();
+}
+
+}  // namespace zolt::math::ved

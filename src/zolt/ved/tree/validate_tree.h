@@ -1,0 +1,42 @@
+#pragma once
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::ved {
+
+using oss::wstring;
+
+class Node4C;
+
+/// The invariants of a normalised tree, numbered as in docs/invariants.md.
+enum TreeInvariantE {
+  TREE_VALID = 0,
+  TREE_ROOT_HOLDS_ONE_ROW = 1,
+  TREE_PARENTS_MATCH = 2,
+  TREE_ROW_ITEM_KINDS = 3,
+  TREE_OPERATOR_HOLDS_ITS_ROWS = 4,
+  TREE_POWER_HOLDS_ONE_ROW = 5,
+  TREE_LEAVES_HAVE_NO_CHILDREN = 6,
+  TREE_TEXTS_ALTERNATE = 7,
+  TREE_BRACKETS_BALANCE = 8,
+  TREE_AUTO_BRACKETS_AT_ENDS = 9,
+  TREE_NESTING_WITHIN_LIMIT = 10,
+  TREE_PLACE_IN_TEXT = 11,
+};
+
+struct TreeFaultS {
+  TreeInvariantE invariant = TREE_VALID;
+  Node4C const* node = nullptr;  ///< where it is broken
+};
+
+/// Checks invariants 1 to 10 over a whole tree and returns the first fault in reading order. Linear, without
+/// recursion.
+TreeFaultS validateTree(Node4C const& root);
+
+/// Checks invariant 11: `node` is a text of the tree `root` and `pos` a position in it.
+TreeFaultS validatePlace(Node4C const& root, Node4C const* node, unsigned int pos);
+
+/// What an invariant demands, in one line of English.
+wstring describeInvariant(TreeInvariantE invariant);
+
+}  // namespace zolt::math::ved

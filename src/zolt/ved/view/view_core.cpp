@@ -1,0 +1,258 @@
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/validate_tree.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+algexpr::CASEngineABC const& engineOf(PointerTC<algexpr::AlgebraicExpressionC> const& expression) {
+  return expression ? expression->getCASEngine() : algexpr::CASSessionBC::getSession()->getEngine();
+}
+
+/// Turns one end of a faulty range into a place for the caret: an item other than a text is entered from the
+/// text before it where the range starts, from the text after it where the range ends.
+void toCaretPlace(Node4C*& node, unsigned int& index, bool first) {
+  if (node->getType() == NODE4_ROOT) node = node->child(0);
+  if (node->getType() == NODE4_LINE) {
+    node = node->child(node->numChildren() - 1);
+    index = static_cast<unsigned int>(node->sizeText());
+  } else if (node->getType() == NODE4_TEXT) {
+    if (index > node->sizeText()) index = static_cast<unsigned int>(node->sizeText());
+  } else if (first || index == 0) {
+    node = node->goLeft();
+    index = static_cast<unsigned int>(node->sizeText());
+  } else {
+    node = node->goRight();
+    index = 0;
+  }
+}
+
+}  // namespace
+
+ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(graphics)) {
+  showExpression(nullptr, nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
+}
+
+ViewZNT4C::~ViewZNT4C() {
+  delete root_;
+  expression_.reset();
+  backup_.reset();
+  constraints_.reset();
+  operatorList_.reset();
+}
+
+// ---- Expression
+// ---------------------------------------------------------------------------------------------
+
+void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
+                                       PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
+                                       algexpr::NumberDisplayFormatE format) {
+  if (executing_) return;
+  history_.clear();
+  showExpression(std::move(expression), std::move(constraints), precision, format);
+}
+
+void ViewZNT4C::showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
+                               PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
+                               algexpr::NumberDisplayFormatE format) {
+  delete root_;
+  root_ = Node4C::fromAlgebraicExpression(expression, precision, format);
+  operatorList_ = OperatorListRepositoryC::lookup(engineOf(expression));
+  constraints_ = std::move(constraints);
+
+  Node4C const* row = root_->child(0);
+  anchorNode_ = row->child(0);
+  anchorPos_ = 0;
+  caretNode_ = row->child(row->numChildren() - 1);
+  caretPos_ = static_cast<unsigned int>(caretNode_->sizeText());
+
+  needLayout();
+  expression_ = std::move(expression);
+}
+
+PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(ErrorCauseE* cause) {
+  if (!editable_ && expression_) return expression_;
+  ErrorSelectionS error;
+  auto expression = root_->getAlgebraicExpression(&error);
+  if (!expression && editable_ && !executing_ && cause) {
+    selectError(error);
+    bool const empty = error.cause == ERROR_CAUSE_PLACEHOLDER && root_->child(0)->numChildren() == 1;
+    *cause = empty ? ERROR_CAUSE_EMPTY : error.cause;
+    needRedraw();
+  }
+  return expression;
+}
+
+void ViewZNT4C::selectError(ErrorSelectionS const& error) {
+  if (error.firstNode) {
+    anchorNode_ = error.firstNode;
+    anchorPos_ = error.firstIndex;
+    toCaretPlace(anchorNode_, anchorPos_, true);
+  }
+  if (error.secondNode) {
+    caretNode_ = error.secondNode;
+    caretPos_ = error.secondIndex;
+    toCaretPlace(caretNode_, caretPos_, false);
+  }
+}
+
+bool ViewZNT4C::setEditable(bool editable) {
+  editable_ = editable;
+  return true;
+}
+
+bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
+                            unsigned int caretPos) {
+  if (executing_) return false;
+  if (validatePlace(*root_, caretNode, caretPos).invariant != TREE_VALID) return false;
+  if (anchorNode && validatePlace(*root_, anchorNode, anchorPos).invariant != TREE_VALID) return false;
+  bool const empty = anchorNode == caretNode && anchorPos == caretPos;
+  anchorNode_ = empty ? nullptr : const_cast<Node4C*>(anchorNode);
+  anchorPos_ = anchorPos;
+  caretNode_ = const_cast<Node4C*>(caretNode);
+  caretPos_ = caretPos;
+  return needRedraw();
+}
+
+// ---- Size and drawing
+// ---------------------------------------------------------------------------------------
+
+void ViewZNT4C::layoutIfPending() const {
+  if (!layoutPending_) return;
+  root_->layout(*graphics_);
+  layoutPending_ = false;
+}
+
+PointS ViewZNT4C::getExpressionSize() {
+  if (!executing_) layoutIfPending();
+  return {root_->getWidth(), root_->getHeight()};
+}
+
+void ViewZNT4C::display(long x, long y) const {
+  // A surface that paints from inside `invalidate` meets a tree in the middle of a change.
+  if (executing_) {
+    paintMissed_ = true;
+    return;
+  }
+  layoutIfPending();
+  root_->display(*graphics_, x, y, caretNode_);
+}
+
+bool ViewZNT4C::needLayout() {
+  layoutPending_ = true;
+  return needRedraw();
+}
+
+bool ViewZNT4C::needRedraw() {
+  graphics_->invalidate();
+  return true;
+}
+
+// ---- Events
+// -------------------------------------------------------------------------------------------------
+
+bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x,
+                         long y) {
+  return executeEvent(event, code, shift, second, third, x, y);
+}
+
+bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
+  if (executing_) return false;
+  executing_ = true;
+  bool const consumed = dispatchEvent(event, code, shift, x, y);
+  if (consumed) finishEdit();
+  executing_ = false;
+  if (paintMissed_) {
+    paintMissed_ = false;
+    needRedraw();
+  }
+  return consumed;
+}
+
+bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y) {
+  switch (event) {
+    case EVENT_CHAR:
+      doAddText(wstring(1, static_cast<char16_t>(code & 0xFFFF)));
+      return true;
+    case EVENT_KEY:
+      return dispatchKey(code, shift);
+    case EVENT_PEN_DOWN:
+      penDown_ = true;
+      setSelection(x, y);
+      anchorNode_ = caretNode_;
+      anchorPos_ = caretPos_;
+      return needRedraw();
+    case EVENT_PEN_UP: {
+      bool const wasDown = penDown_;
+      penDown_ = false;
+      return wasDown;
+    }
+    case EVENT_PEN_MOVE: {
+      if (!penDown_) return false;
+      Node4C const* const node = caretNode_;
+      unsigned int const pos = caretPos_;
+      setSelection(x, y);
+      if (node != caretNode_ || pos != caretPos_) needRedraw();
+      return true;
+    }
+  }
+  return false;
+}
+
+bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
+  if (auto const op = operatorList_->lookupKey(code)) {
+    doRunOperator(op);
+    return true;
+  }
+  switch (code) {
+    case KEY_BACKSPACE:
+      doBackspace();
+      return true;
+    case KEY_CLEAR:
+      doClear();
+      return true;
+    case KEY_DELETE:
+      doDelete();
+      return true;
+    case KEY_LEFT:
+      return shift ? doSelLeft() : doLeft();
+    case KEY_UP:
+      return shift ? doSelUp() : doUp();
+    case KEY_RIGHT:
+      return shift ? doSelRight() : doRight();
+    case KEY_DOWN:
+      return shift ? doSelDown() : doDown();
+    case KEY_THETA:
+      doAddText(u"\u03B8");
+      return true;
+    case KEY_CAPITAL_E:
+      doAddText(u"E");
+      return true;
+    default:
+      return false;
+  }
+}
+
+void ViewZNT4C::finishEdit() {
+  if (layoutPending_) {
+    root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    if (isRejected()) {
+      takeOver(*backup_);
+      dropStep();
+    } else {
+      recordStep();
+    }
+  }
+  backup_.reset();
+}
+
+// An expression that is still incomplete is never rejected.
+bool ViewZNT4C::isRejected() const {
+  if (!constraints_ || !backup_) return false;
+  auto const expression = root_->getAlgebraicExpression(nullptr);
+  return expression && !constraints_->check(expression);
+}
+
+}  // namespace zolt::math::ved
