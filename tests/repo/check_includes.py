@@ -62,7 +62,8 @@ def check(rules):
             complaints.append(f"{path}: include_rules.txt says nothing about this folder")
             continue
         in_core = any(within(name, folder) for folder in rules.core)
-        allowed = (rules.header if path.suffix == ".h" else rules.source)[rule] + [rule]
+        public = path.suffix == ".h" and "detail" not in path.parts
+        allowed = (rules.header if public else rules.source)[rule] + [rule]
         for number, quoted, target in includes(sources.read(path)):
             place = f"{path}:{number}"
             if not quoted:
