@@ -17,9 +17,9 @@ class FloatNodeC : public NodeABC {
   wstring const& crefName() const override { return text_; }
 
   /// The number's text in a format, rounded to at most `precision` significant digits, exactly on the decimal
-  /// digits and halves away from zero. 0 and `Float64UtilC::max_display_precision` and more mean all digits that are
-  /// written. Minus signs made here are U+2212, exponents read "E3". A number whose plain form would need
-  /// hundreds of zeros is shown scientific instead; one whose exponent does not fit 32 bits, as written.
+  /// digits and halves away from zero. 0 and `Float64UtilC::max_display_precision` and more mean all digits
+  /// that are written. Minus signs made here are U+2212, exponents read "E3". A number whose plain form would
+  /// need hundreds of zeros is shown scientific instead; one whose exponent does not fit 32 bits, as written.
   wstring toString(unsigned long precision, NumberDisplayFormatE format) const;
 
   static char16_t const* getCastableId();

@@ -16,6 +16,7 @@ class ParentNodeABC : public NodeABC {
   unsigned long numChildren() const { return count_; }
   /// `i` is below `numChildren()`.
   NodeABC const& child(unsigned long i) const { return *slots()[i]; }
+  NodeABC& child(unsigned long i) { return *slots()[i]; }
   PointerTC<NodeABC> childPointer(unsigned long i) const { return slots()[i]; }
 
   static char16_t const* getCastableId();

@@ -21,6 +21,9 @@ class RefCountedBC {
   /// Removes one holder and returns how many remain. Never destroys: whoever removes the last one does.
   unsigned long dereference() const { return --count_; }
 
+  /// True when more than one holder shares the object.
+  bool isShared() const { return count_ > 1; }
+
  private:
   mutable unsigned long count_ = 0;
 };

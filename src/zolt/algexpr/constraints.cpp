@@ -1,0 +1,7 @@
+#include "zolt/algexpr/constraints.h"
+
+namespace zolt::math::algexpr {
+
+ConstraintsBC::~ConstraintsBC() = default;
+
+}  // namespace zolt::math::algexpr

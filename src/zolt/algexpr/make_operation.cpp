@@ -1,0 +1,76 @@
+#include "zolt/algexpr/make_operation.h"
+
+#include <utility>
+
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/integer_node.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/common/decimal_text.h"
+
+namespace zolt::math::algexpr {
+
+namespace {
+
+using OperandsT = std::vector<PointerTC<NodeABC>>;
+
+bool isPower(NodeABC const& node) {
+  wstring const& name = node.crefName();
+  return node.asParent() && (name == u"^" || name == u"_rad" || name == u"_deg");
+}
+
+bool isNegativeNumber(NodeABC const& node) {
+  bool const isNumber = castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node);
+  return isNumber && node.crefName()[0] == common::minus_sign;
+}
+
+bool isAngleUnit(NodeABC const& node) {
+  return !node.asParent() && (node.crefName() == u"r" || node.crefName() == u"o");
+}
+
+PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {
+  if (!needed) return operand;
+  return makeFunction(u"_quietpos", {std::move(operand)});
+}
+
+// The operand that stands before an exponent or "!".
+PointerTC<NodeABC> guardedPower(PointerTC<NodeABC> operand) {
+  return guarded(operand, operand && isPower(*operand));
+}
+
+bool isChained(wstring const& name) {
+  return name == u"+" || name == u"*" || name == u"and" || name == u"or";
+}
+
+PointerTC<NodeABC> makeChain(wstring const& name, OperandsT operands) {
+  if (operands.empty()) return nullptr;
+  PointerTC<NodeABC> chain = std::move(operands[0]);
+  for (std::size_t i = 1; i < operands.size(); ++i) {
+    chain = makeFunction(name, {std::move(chain), std::move(operands[i])});
+  }
+  return chain;
+}
+
+}  // namespace
+
+PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent) {
+  bool const unit = exponent && isAngleUnit(*exponent);
+  return makeFunction(u"^", {guardedPower(std::move(base)), guarded(std::move(exponent), unit)});
+}
+
+PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
+  bool const ambiguous = operand && (isPower(*operand) || isNegativeNumber(*operand));
+  return makeFunction(u"!", {guarded(std::move(operand), ambiguous)});
+}
+
+PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands) {
+  if (isChained(name)) return makeChain(name, std::move(operands));
+  if (name == u"^" && operands.size() == 2) return makePower(std::move(operands[0]), std::move(operands[1]));
+  if (operands.size() == 1) {
+    if (name == u"!") return makeFactorial(std::move(operands[0]));
+    if (name == u"_rad" || name == u"_deg") return makeFunction(name, {guardedPower(std::move(operands[0]))});
+  }
+  return makeFunction(name, std::move(operands));
+}
+
+}  // namespace zolt::math::algexpr
