@@ -21,6 +21,7 @@ class OperatorPowerC : public OperatorBC {
                     long midHeight) const override;
   bool runOperator(ViewZNT4C& view) const override;
   bool hasOwnRow(unsigned long index) const override;
+  bool isConstruct() const override { return false; }
 
  private:
   wstring fixedExponent_;

@@ -119,6 +119,11 @@ void Node4C::deleteChild(unsigned long i) {
   delete old;
 }
 
+void Node4C::deleteChildren(unsigned long i, unsigned long count) {
+  for (unsigned long k = i; k < i + count; ++k) delete children_[k];
+  children_.erase(i, count);
+}
+
 Node4C* Node4C::cutChild(unsigned long i) {
   Node4C* const node = children_[i];
   children_[i] = nullptr;

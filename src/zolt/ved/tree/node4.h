@@ -113,6 +113,8 @@ class Node4C : public oss::SerializableABC {
   void removeChild(unsigned long i);
   /// Destroys the node in slot i and closes the gap.
   void deleteChild(unsigned long i);
+  /// Destroys the nodes in `count` slots from slot i on and closes the gap.
+  void deleteChildren(unsigned long i, unsigned long count);
   /// Takes the node out of slot i, leaving the slot null; the node, whose parent stays as it was, is the
   /// caller's.
   Node4C* cutChild(unsigned long i);

@@ -14,11 +14,12 @@
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/edit_backup.h"
-#include "zolt/ved/view/edit_history.h"
 #include "zolt/ved/view/event.h"
 #include "zolt/ved/view/key_code.h"
 
 namespace zolt::math::ved {
+
+class EditHistoryC;
 
 /// The editor: one formula, its caret and its selection, on a drawing surface of the host's.
 ///
@@ -124,6 +125,8 @@ class ViewZNT4C {
   void showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                       PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                       algexpr::NumberDisplayFormatE format);
+  /// Ends what `executing_` began, and makes up for a repaint that came too early.
+  void finishEvent();
   void layoutIfPending() const;
   void selectError(ErrorSelectionS const& error);
   bool bip() const { return false; }
@@ -139,15 +142,29 @@ class ViewZNT4C {
   bool doSelDown();
   bool moveCaretLeft();
   bool moveCaretRight();
+  void startSelection();
+
+  // view_hit.cpp
   void setSelection(long x, long y);
   bool findSelectionNode(Node4C* node, long x, long y);
+  bool examineText(Node4C* node, long x, long y);
+  bool isWorthVisiting(Node4C const& node, long x, long y) const;
 
   // view_selection.cpp
   bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
                           unsigned int& lastPos) const;
+  /// The row that an insertion goes into: the selection's, or the caret's.
+  Node4C const& crefCurrentRow() const;
+  /// How deep the rows in the selection nest; 0 without a selection.
+  unsigned long countSelectedRows() const;
+  bool mayNest(unsigned long rows) const;
 
   // view_text.cpp
   bool doAddText(wstring const& text);
+  bool addTexts(wstring const& text);
+  void addCharacter(char16_t c);
+  void addBracket(Node4TypeE type);
+  bool promoteAutoBracket(Node4TypeE type);
   void splitText(bool toRight);
 
   // view_delete.cpp
@@ -155,6 +172,10 @@ class ViewZNT4C {
   bool doDelete();
   bool doClear();
   bool doBackspace();
+  bool backspaceOver(Node4C& item);
+  bool backspaceOutOfRow();
+  bool stepToEnd(Node4C const& row);
+  void placeCaretAtEnd(Node4C const& row);
 
   // view_insertion.cpp
   bool doRunOperator(PointerTC<OperatorBC> op);
@@ -162,7 +183,9 @@ class ViewZNT4C {
   // view_clipboard.cpp
   Node4C* copySelection() const;
   Node4C* cutSelection();
-  bool pasteRow(Node4C* row);
+  bool isAllSelected() const;
+  /// Null: nothing to paste.
+  void pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
   /// Makes the tree, caret and anchor of `state` the view's own.
   void takeOver(EditBackupC& state);
@@ -170,13 +193,13 @@ class ViewZNT4C {
   // view_undo.cpp
   void recordStep();
   void dropStep();
-  bool travel(PointerTC<EditBackupC> const& state);
 
   PointerTC<GraphicsABC> graphics_;
   PointerTC<OperatorListC> operatorList_;
   bool editable_ = true;
   PointerTC<algexpr::ConstraintsBC> constraints_;
   mutable bool layoutPending_ = false;
+  long textOverhang_ = -1;  // how far texts reach out of the boxes around them; -1: not measured
   PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
   bool executing_ = false;  // an event is under way: no layout, no drawing, no second event
@@ -193,7 +216,7 @@ class ViewZNT4C {
   unsigned int caretPos_ = 0;
   mutable Node4C* anchorNode_ = nullptr;
   unsigned int anchorPos_ = 0;
-  EditHistoryC history_;
+  std::unique_ptr<EditHistoryC> history_;
 };
 
 }  // namespace zolt::math::ved

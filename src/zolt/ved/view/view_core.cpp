@@ -1,6 +1,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/validate_tree.h"
+#include "zolt/ved/view/edit_history.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -31,7 +32,8 @@ void toCaretPlace(Node4C*& node, unsigned int& index, bool first) {
 
 }  // namespace
 
-ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(graphics)) {
+ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics)
+    : graphics_(std::move(graphics)), history_(std::make_unique<EditHistoryC>()) {
   showExpression(nullptr, nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
 }
 
@@ -50,7 +52,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
                                        PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                                        algexpr::NumberDisplayFormatE format) {
   if (executing_) return;
-  history_.clear();
+  history_->clear();
   showExpression(std::move(expression), std::move(constraints), precision, format);
 }
 
@@ -142,6 +144,7 @@ void ViewZNT4C::display(long x, long y) const {
 
 bool ViewZNT4C::needLayout() {
   layoutPending_ = true;
+  textOverhang_ = -1;
   return needRedraw();
 }
 
@@ -163,12 +166,15 @@ bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool,
   executing_ = true;
   bool const consumed = dispatchEvent(event, code, shift, x, y);
   if (consumed) finishEdit();
-  executing_ = false;
-  if (paintMissed_) {
-    paintMissed_ = false;
-    needRedraw();
-  }
+  finishEvent();
   return consumed;
+}
+
+void ViewZNT4C::finishEvent() {
+  executing_ = false;
+  if (!paintMissed_) return;
+  paintMissed_ = false;
+  needRedraw();
 }
 
 bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y) {

@@ -44,7 +44,8 @@ class ViewInsertionC {
   void insertBeforeCaret(std::unique_ptr<Node4C> node);
   /// Brings `row` (in the tree or detached) into canonical form, keeping the view's caret and anchor.
   void checkRow(Node4C& row);
-  /// Whether one more row may be nested at the caret's place around rows that nest `rows` deep.
+  /// Whether one more row may be nested at the caret's place around rows that nest `rows` deep. A selection
+  /// counts as going into that row, with the rows in it. Ask before anything is changed.
   bool mayNest(unsigned long rows) const;
 
  private:

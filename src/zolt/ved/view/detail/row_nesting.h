@@ -1,0 +1,14 @@
+// Internal to the view: how deep rows nest, against the limit.
+#pragma once
+
+namespace zolt::math::ved {
+
+class Node4C;
+
+/// How deep rows nest in a subtree, its top included.
+unsigned long countNestedRows(Node4C const& top);
+
+/// How many rows `node` stands in, itself included.
+unsigned long countRowsAround(Node4C const& node);
+
+}  // namespace zolt::math::ved

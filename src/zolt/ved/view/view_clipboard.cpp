@@ -1,0 +1,134 @@
+#include "zolt/common/float64_util.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/view/detail/pastable_row.h"
+#include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/edit_history.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::math::ved {
+
+using oss::bytestring;
+
+namespace {
+
+bytestring writeBytes(Node4C const& row) {
+  auto* const bytes = new oss::BinaryStringOutputStreamC;
+  PointerTC<oss::ByteOutputStreamABC> const held(bytes);
+  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(held));
+  row.writeObject(out);
+  bytes->flush();
+  return bytes->getString();
+}
+
+/// Null when the bytes are not a row.
+std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
+  PointerTC<oss::ByteInputStreamABC> const held(new oss::BinaryStringInputStreamC(bytes));
+  PointerTC<oss::ObjectInputStreamABC> in(new oss::BinaryInputStreamC(held));
+  auto row = std::make_unique<Node4C>();
+  if (!row->readObject(in) || !isPastableRow(*row)) return nullptr;
+  return row;
+}
+
+}  // namespace
+
+Node4C* ViewZNT4C::copySelection() const {
+  Node4C* line = nullptr;
+  unsigned long first = 0;
+  unsigned long last = 0;
+  unsigned int firstPos = 0;
+  unsigned int lastPos = 0;
+  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return nullptr;
+
+  unsigned long const count = last - first + 1;
+  auto copy = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), count);
+  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, line->child(first + i)->clone());
+  // The end first: both may be the same text.
+  Node4C* const lastItem = copy->child(count - 1);
+  if (lastItem->getType() == NODE4_TEXT) lastItem->refText().erase(lastPos);
+  Node4C* const firstItem = copy->child(0);
+  if (firstItem->getType() == NODE4_TEXT) firstItem->refText().erase(0, firstPos);
+
+  Node4C* noNode = nullptr;
+  unsigned noPos = 0;
+  copy->checkTree(noNode, noPos, noNode, noPos);
+  return copy.release();
+}
+
+Node4C* ViewZNT4C::cutSelection() {
+  Node4C* const copy = copySelection();
+  if (copy) deleteSelection();
+  return copy;
+}
+
+bool ViewZNT4C::isAllSelected() const {
+  Node4C const* const row = root_->child(0);
+  Node4C const* const first = row->child(0);
+  Node4C const* const last = row->child(row->numChildren() - 1);
+  auto const spans = [&](Node4C const* a, unsigned int posA, Node4C const* b, unsigned int posB) {
+    return a == first && posA == 0 && b == last && posB == last->sizeText();
+  };
+  return spans(anchorNode_, anchorPos_, caretNode_, caretPos_) ||
+         spans(caretNode_, caretPos_, anchorNode_, anchorPos_);
+}
+
+PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) const {
+  if (!editable_ && expression_ && isSelected() && isAllSelected()) return expression_;
+  std::unique_ptr<Node4C> const row(copySelection());
+  if (!row) return nullptr;
+  bytes = writeBytes(*row);
+  return row->getAlgebraicExpression(nullptr);
+}
+
+PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
+  auto expression = copy(bytes);
+  executeEvent(EVENT_KEY, KEY_BACKSPACE, false, false, false, 0, 0);
+  return expression;
+}
+
+void ViewZNT4C::paste(bytestring const& bytes) {
+  if (executing_ || !editable_) return;
+  pasteRow(readRow(bytes));
+}
+
+void ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
+  if (executing_ || !editable_ || !expression) return;
+  std::unique_ptr<Node4C> const root(Node4C::fromAlgebraicExpression(
+      expression, common::Float64UtilC::max_display_precision, algexpr::NUMBER_FORMAT_AUTOMATIC));
+  pasteRow(std::unique_ptr<Node4C>(root->cutChild(0)));
+}
+
+void ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
+  // The row itself dissolves in the row that it goes into.
+  if (!row || !mayNest(countNestedRows(*row) - 1)) return;
+  executing_ = true;
+  if (deleteSelection()) {
+    splitText(true);
+    caretNode_->getParent()->insertChild(caretNode_->findChildNumber(), row.release());
+  }
+  finishEdit();
+  finishEvent();
+}
+
+bool ViewZNT4C::backupBeforeModif() {
+  if (!editable_) return bip();
+  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
+  if (constraints_ && !backup_) {
+    backup_ = new EditBackupC(true, root_, caretNode_, caretPos_, anchorNode_, anchorPos_);
+  }
+  // An empty selection must not grow around what the edit is about to insert.
+  if (!isSelected()) anchorNode_ = nullptr;
+  return needLayout();
+}
+
+void ViewZNT4C::takeOver(EditBackupC& state) {
+  delete root_;
+  root_ = state.releaseRoot();
+  caretNode_ = state.getCaretNode();
+  caretPos_ = state.getCaretPos();
+  anchorNode_ = state.getAnchorNode();
+  anchorPos_ = state.getAnchorPos();
+  needLayout();
+}
+
+}  // namespace zolt::math::ved

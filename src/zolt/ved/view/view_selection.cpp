@@ -1,0 +1,100 @@
+#include <algorithm>
+#include <utility>
+
+#include "zolt/ved/limits.h"
+#include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+unsigned long countAncestors(Node4C const* node) {
+  unsigned long count = 0;
+  while ((node = node->getParent())) ++count;
+  return count;
+}
+
+/// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
+void climbToSiblings(Node4C const*& a, Node4C const*& b) {
+  unsigned long depthA = countAncestors(a);
+  unsigned long depthB = countAncestors(b);
+  for (; depthA > depthB; --depthA) a = a->getParent();
+  for (; depthB > depthA; --depthB) b = b->getParent();
+  while (a->getParent() != b->getParent()) {
+    a = a->getParent();
+    b = b->getParent();
+  }
+}
+
+}  // namespace
+
+bool ViewZNT4C::isSelected() const {
+  if (!anchorNode_) return false;
+  if (anchorNode_ != caretNode_ || anchorPos_ != caretPos_) return true;
+  if (!penDown_) anchorNode_ = nullptr;
+  return false;
+}
+
+bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos,
+                                   unsigned long& last, unsigned int& lastPos) const {
+  if (!isSelected()) return false;
+  Node4C const* caretItem = caretNode_;
+  Node4C const* anchorItem = anchorNode_;
+  firstPos = caretPos_;
+  lastPos = anchorPos_;
+  if (caretItem == anchorItem) {
+    line = caretItem->getParent();
+    first = last = caretItem->findChildNumber();
+    if (firstPos > lastPos) std::swap(firstPos, lastPos);
+    return true;
+  }
+
+  climbToSiblings(caretItem, anchorItem);
+  Node4C const* const common = caretItem->getParent();
+  if (common->getType() != NODE4_LINE) {
+    unsigned long const item = common->findChildNumber();
+    line = common->getParent();
+    first = item - 1;
+    last = item + 1;
+    firstPos = static_cast<unsigned int>(line->child(first)->sizeText());
+    lastPos = 0;
+    return true;
+  }
+
+  line = caretItem->getParent();
+  first = caretItem->findChildNumber();
+  last = anchorItem->findChildNumber();
+  if (first > last) {
+    std::swap(first, last);
+    std::swap(firstPos, lastPos);
+  }
+  return true;
+}
+
+Node4C const& ViewZNT4C::crefCurrentRow() const {
+  Node4C* line = nullptr;
+  unsigned long first = 0;
+  unsigned long last = 0;
+  unsigned int firstPos = 0;
+  unsigned int lastPos = 0;
+  return getSelectionBounds(line, first, firstPos, last, lastPos) ? *line : *caretNode_->getParent();
+}
+
+unsigned long ViewZNT4C::countSelectedRows() const {
+  Node4C* line = nullptr;
+  unsigned long first = 0;
+  unsigned long last = 0;
+  unsigned int firstPos = 0;
+  unsigned int lastPos = 0;
+  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return 0;
+  unsigned long rows = 0;
+  for (unsigned long i = first; i <= last; ++i) rows = std::max(rows, countNestedRows(*line->child(i)));
+  return rows;
+}
+
+bool ViewZNT4C::mayNest(unsigned long rows) const {
+  return countRowsAround(crefCurrentRow()) + rows <= limits::max_nested_rows;
+}
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,123 @@
+#include "zolt/ved/view/edit_history.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+Node4C* makeNode(Node4TypeE type) { return new Node4C(type, nullptr, wstring(), 0); }
+
+/// Whether a character may be typed as such. Of the signs below 128, most come in only through the operators
+/// that they name.
+bool isTypable(char16_t c) {
+  return c >= Node4C::nb_acceptable_characters || Node4C::acceptable_characters[c] || c == Node4C::COMMA_C ||
+         c == Node4C::OPEN_C || c == Node4C::CLOSE_C;
+}
+
+/// Whether supplied brackets stand in the row: typing before the first or behind the last makes them typed
+/// ones.
+bool hasAutoBrackets(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  if (count < 3) return false;
+  return row.child(1)->getType() == NODE4_AUTO_OPEN || row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
+}
+
+}  // namespace
+
+bool ViewZNT4C::insertText(wstring const& text) {
+  if (executing_) return bip();
+  executing_ = true;
+  bool const taken = doAddText(text);
+  if (taken) {
+    finishEdit();
+  } else {
+    if (history_->isStepOpen()) takeOver(*history_->stateBeforeStep());
+    dropStep();
+    backup_.reset();
+  }
+  finishEvent();
+  return taken;
+}
+
+bool ViewZNT4C::doAddText(wstring const& text) {
+  if (!editable_ || text.empty()) return bip();
+  if (auto const op = operatorList_->lookup(text)) return doRunOperator(op);
+  if (text.size() > 1) return addTexts(text);
+
+  char16_t const c = text[0];
+  if (!isTypable(c) || !deleteSelection()) return bip();
+  if (c == Node4C::OPEN_C) {
+    addBracket(NODE4_OPEN);
+  } else if (c == Node4C::CLOSE_C) {
+    addBracket(NODE4_CLOSE);
+  } else {
+    addCharacter(c);
+  }
+  return true;
+}
+
+// The tree is normal again before each further character, as if each had been an event of its own.
+bool ViewZNT4C::addTexts(wstring const& text) {
+  for (char16_t c : text) {
+    bool const selected = isSelected();
+    Node4C const* const node = caretNode_;
+    Node4C const& row = *node->getParent();
+    unsigned long const count = row.numChildren();
+    if (!doAddText(wstring(1, c))) return false;
+    bool const onlyText =
+        !selected && caretNode_ == node && caretNode_->getParent() == &row && row.numChildren() == count;
+    if (!onlyText || hasAutoBrackets(row)) {
+      root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    }
+  }
+  history_->markTyping(false);
+  return true;
+}
+
+void ViewZNT4C::addCharacter(char16_t c) {
+  caretNode_->refText().insert(caretPos_, 1, c);
+  ++caretPos_;
+  history_->markTyping(true);
+}
+
+void ViewZNT4C::addBracket(Node4TypeE type) {
+  if (caretPos_ == 0) {
+    if (promoteAutoBracket(type)) return;
+  } else {
+    splitText(true);
+  }
+  Node4C* const row = caretNode_->getParent();
+  row->insertChild(caretNode_->findChildNumber(), makeNode(type));
+}
+
+/// At an end of a row, turns the supplied bracket there into the typed one that takes its place.
+bool ViewZNT4C::promoteAutoBracket(Node4TypeE type) {
+  Node4C* const row = caretNode_->getParent();
+  unsigned long const count = row->numChildren();
+  if (count < 2) return false;
+  bool const open = type == NODE4_OPEN;
+  if (caretNode_ != row->child(open ? 0 : count - 1)) return false;
+  Node4C* const bracket = row->child(open ? 1 : count - 2);
+  if (bracket->getType() != (open ? NODE4_AUTO_OPEN : NODE4_AUTO_CLOSE)) return false;
+  bracket->setType(type);
+  return true;
+}
+
+void ViewZNT4C::splitText(bool toRight) {
+  Node4C* const row = caretNode_->getParent();
+  unsigned long const place = caretNode_->findChildNumber();
+  Node4C* const part = makeNode(NODE4_TEXT);
+  if (caretPos_ == 0) {
+    row->insertChild(place, part);
+    if (!toRight) caretNode_ = part;
+    return;
+  }
+  row->insertChild(place + 1, part);
+  part->refText() = caretNode_->crefText().substr(caretPos_);
+  caretNode_->refText().erase(caretPos_);
+  if (!toRight) return;
+  caretNode_ = part;
+  caretPos_ = 0;
+}
+
+}  // namespace zolt::math::ved
