@@ -25,7 +25,8 @@ class PrefixBuilderC {
   /// Appends the function's next argument, a part that is no argument yet.
   void addArgument(PartT function, PartT argument);
 
-  bool isLeaf(PartT part) const { return parts_[part].kind != KIND_FUNCTION; }
+  /// Whether the part is `crefText` and nothing else.
+  bool isLeaf(PartT part) const { return parts_[part].kind == KIND_LEAF; }
   std::u16string_view crefText(PartT part) const { return parts_[part].text; }
   /// Makes a leaf that was added without arguments a function.
   void makeFunction(PartT leaf) { parts_[leaf].kind = KIND_FUNCTION; }
