@@ -88,7 +88,7 @@ void roundDecimal(DecimalS& decimal, std::size_t digits) {
     // Nines turn into zeros, which are dropped with the other trailing ones below.
     while (!all.empty() && all.back() == u'9') all.pop_back();
     if (all.empty()) {
-      all = u"1";
+      all.assign(1, u'1');
       ++decimal.exponent;
     } else {
       ++all.back();

@@ -1,0 +1,319 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <iterator>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/foundation/allocations.h"
+#include "tests/support/cases.h"
+#include "tests/support/small_stack.h"
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/core_constant_node.h"
+#include "zolt/algexpr/core_function_node.h"
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/integer_node.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/node_visitor.h"
+#include "zolt/algexpr/standard_engine.h"
+#include "zolt/algexpr/symbol_node.h"
+#include "zolt/algexpr/user_function_node.h"
+
+namespace zolt::math::algexpr {
+namespace {
+
+using tests::AllocationsS;
+using tests::toText;
+using tests::toUtf8;
+using ExpressionP = PointerTC<AlgebraicExpressionC>;
+
+// Puts the values of the children together to the value of the whole, as whoever converts expressions does.
+template <class ValueT>
+class FoldC : public NodeVisitorABC {
+ public:
+  using MakeF = std::function<ValueT(NodeABC&, char kind, std::vector<ValueT> children)>;
+
+  explicit FoldC(MakeF make) : NodeVisitorABC(VISIT_CHILDREN_FIRST), make_(std::move(make)) {}
+
+  ValueT of(AlgebraicExpressionC const& expression) {
+    expression.accept(*this);
+    EXPECT_EQ(values_.size(), 1U);
+    ValueT value = std::move(values_.back());
+    values_.clear();
+    return value;
+  }
+
+  void visitCoreFunction(CoreFunctionNodeC& node) override { fold(node, 'C', node.numChildren()); }
+  void visitUserFunction(UserFunctionNodeC& node) override { fold(node, 'U', node.numChildren()); }
+  void visitCoreConstant(CoreConstantNodeC& node) override { fold(node, 'K', 0); }
+  void visitInteger(IntegerNodeC& node) override { fold(node, 'I', 0); }
+  void visitFloat(FloatNodeC& node) override { fold(node, 'F', 0); }
+  void visitSymbol(SymbolNodeC& node) override { fold(node, 'S', 0); }
+
+ private:
+  void fold(NodeABC& node, char kind, unsigned long count) {
+    auto const first = values_.end() - static_cast<std::ptrdiff_t>(count);
+    std::vector<ValueT> children(std::make_move_iterator(first), std::make_move_iterator(values_.end()));
+    values_.erase(first, values_.end());
+    values_.push_back(make_(node, kind, std::move(children)));
+  }
+
+  MakeF make_;
+  std::vector<ValueT> values_;
+};
+
+std::string classified(AlgebraicExpressionC const& expression) {
+  return FoldC<std::string>([](NodeABC& node, char kind, std::vector<std::string> children) {
+           std::string text = std::string(1, kind) + ":" + toUtf8(node.getName());
+           for (std::size_t i = 0; i < children.size(); ++i) text += (i == 0 ? "(" : ",") + children[i];
+           return children.empty() ? text : text + ")";
+         })
+      .of(expression);
+}
+
+char const* nameOf(PrefixErrorE cause) {
+  static std::map<PrefixErrorE, char const*> const names = {{PREFIX_ERROR_NONE, "none"},
+                                                            {PREFIX_ERROR_MISSING_OPERAND, "missing-operand"},
+                                                            {PREFIX_ERROR_BAD_NUMBER, "bad-number"},
+                                                            {PREFIX_ERROR_BAD_CHARACTER, "bad-character"},
+                                                            {PREFIX_ERROR_NOT_CLOSED, "not-closed"},
+                                                            {PREFIX_ERROR_MISSING_COMMA, "missing-comma"},
+                                                            {PREFIX_ERROR_TRAILING_TEXT, "trailing-text"}};
+  return names.at(cause);
+}
+
+TEST(PrefixText, ReadsAndReadsBack) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/prefix.cases")) {
+    PrefixErrorS error;
+    ExpressionP const read = AlgebraicExpressionC::fromPrefixString(toText(one.input), nullptr, &error);
+    if (!read) {
+      std::string const seen =
+          std::string("error ") + nameOf(error.cause) + " " + std::to_string(error.position);
+      EXPECT_EQ(seen, one.expected) << one.where << ": " << one.input;
+      continue;
+    }
+    EXPECT_EQ(error.cause, PREFIX_ERROR_NONE) << one.where;
+    EXPECT_EQ(classified(*read), one.expected) << one.where;
+    ExpressionP const again = AlgebraicExpressionC::fromPrefixString(read->toPrefixString());
+    EXPECT_TRUE(again && again->equals(*read)) << one.where;
+  }
+}
+
+TEST(PrefixText, TakesUnpairedSurrogatesAsNames) {
+  for (wstring const& name : {wstring(u"\xD800"), wstring(u"\xDC00x"), wstring(u"a\xDBFF")}) {
+    wstring const text = name + u"(" + name + u",1)";
+    ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->toPrefixString(), text);
+  }
+}
+
+TEST(PrefixText, EveryCutAndEveryChangeIsReadOrRefused) {
+  wstring const text = u"+(f(a,\u22121.5E3),^(_PI,2))";
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    // Up to the first bracket stands a name, and no text at all is refused as well.
+    EXPECT_EQ(bool(AlgebraicExpressionC::fromPrefixString(text.substr(0, at))), at == 1);
+    for (char16_t const c : {u'(', u')', u',', u' ', u'`', u'\0', u'1', u'-', u'.', u'E', u'x', u'\xD800'}) {
+      wstring changed = text;
+      changed[at] = c;
+      PrefixErrorS error;
+      ExpressionP const read = AlgebraicExpressionC::fromPrefixString(changed, nullptr, &error);
+      EXPECT_LE(error.position, changed.size());
+      if (!read) continue;
+      EXPECT_TRUE(AlgebraicExpressionC::fromPrefixString(read->toPrefixString())->equals(*read));
+    }
+  }
+}
+
+TEST(Nodes, CastToTheirClassesOnly) {
+  std::vector<std::pair<char const*, std::string>> const cases = {
+      {"sin(x)", "NodeABC ParentNodeABC CoreFunctionNodeC"},
+      {"f(x)", "NodeABC ParentNodeABC UserFunctionNodeC"},
+      {"_PI", "NodeABC CoreConstantNodeC"},
+      {"1", "NodeABC IntegerNodeC"},
+      {"1.", "NodeABC FloatNodeC"},
+      {"x", "NodeABC SymbolNodeC"}};
+  for (auto const& [text, expected] : cases) {
+    PointerTC<NodeABC> const node = AlgebraicExpressionC::fromPrefixString(toText(text))->getNode();
+    std::string casts;
+    // Ids are compared as text, since each library may have its own copy of one.
+    for (wstring const& id : {wstring(u"NodeABC"), wstring(u"ParentNodeABC"), wstring(u"CoreFunctionNodeC"),
+                              wstring(u"UserFunctionNodeC"), wstring(u"CoreConstantNodeC"),
+                              wstring(u"IntegerNodeC"), wstring(u"FloatNodeC"), wstring(u"SymbolNodeC")}) {
+      if (node->lookUpBase(id.c_str()) == node.get()) casts += (casts.empty() ? "" : " ") + toUtf8(id);
+    }
+    EXPECT_EQ(casts, expected) << text;
+    EXPECT_EQ(castNode<ParentNodeABC>(*node), node->asParent());
+  }
+}
+
+TEST(Nodes, AreMadeOnlyIfTheyCanBeWritten) {
+  PointerTC<NodeABC> const x = makeNamed(u"x");
+  for (wstring const& name : {wstring(), wstring(u"a b"), wstring(u"f("), wstring(u"a,b"), wstring(u"a`"),
+                              wstring(u"a\0", 2), wstring(u"2x"), wstring(u"\u22121"), wstring(u".x")}) {
+    EXPECT_FALSE(isWritableName(name));
+    EXPECT_FALSE(makeNamed(name));
+    EXPECT_FALSE(makeFunction(name, {x}));
+  }
+  EXPECT_FALSE(makeFunction(u"f", {}));
+  EXPECT_FALSE(makeFunction(u"f", {x, nullptr}));
+  for (wstring const& text :
+       {wstring(), wstring(u"x"), wstring(u"\u2212"), wstring(u"--1"), wstring(u"+1"), wstring(u"1 ")}) {
+    EXPECT_FALSE(makeNumber(text));
+  }
+  EXPECT_EQ(makeNumber(u"-1")->getName(), u"\u22121");
+}
+
+TEST(Operations, ReadBackAsTheyWereMeant) {
+  FoldC<PointerTC<NodeABC>> remake([](NodeABC& node, char, std::vector<PointerTC<NodeABC>> operands) {
+    return operands.empty() ? PointerTC<NodeABC>(&node) : makeOperation(node.getName(), std::move(operands));
+  });
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/operations.cases")) {
+    ExpressionP const given = AlgebraicExpressionC::fromPrefixString(toText(one.input));
+    ASSERT_TRUE(given) << one.where;
+    AlgebraicExpressionC const made(remake.of(*given), nullptr);
+    EXPECT_EQ(toUtf8(made.toPrefixString()), one.expected) << one.where;
+  }
+  PointerTC<NodeABC> const x = makeNamed(u"x");
+  EXPECT_FALSE(makePower(nullptr, x));
+  EXPECT_FALSE(makePower(x, nullptr));
+  EXPECT_FALSE(makeFactorial(nullptr));
+  EXPECT_FALSE(makeOperation(u"+", {}));
+  EXPECT_FALSE(makeOperation(u"+", {x, nullptr, x}));
+}
+
+TEST(Walks, GoInTheOrderAskedFor) {
+  class NamesC : public NodeVisitorABC {
+   public:
+    using NodeVisitorABC::NodeVisitorABC;
+    void visitCoreFunction(CoreFunctionNodeC& node) override { add(node); }
+    void visitUserFunction(UserFunctionNodeC& node) override { add(node); }
+    void visitCoreConstant(CoreConstantNodeC& node) override { add(node); }
+    void visitInteger(IntegerNodeC& node) override { add(node); }
+    void visitFloat(FloatNodeC& node) override { add(node); }
+    void visitSymbol(SymbolNodeC& node) override { add(node); }
+    wstring names;
+
+   private:
+    void add(NodeABC const& node) { names += node.getName(); }
+  };
+  ExpressionP const expression = AlgebraicExpressionC::fromPrefixString(u"+(f(a,b,c),*(1,x))");
+  for (auto const& [order, expected] :
+       {std::pair<unsigned long, wstring>{4, u"abcf1x*+"}, {1, u"+fabc*1x"}}) {
+    NamesC visitor(order);
+    expression->accept(visitor);
+    EXPECT_EQ(visitor.names, expected);
+  }
+  NamesC visitor(VISIT_CHILDREN_FIRST);
+  AlgebraicExpressionC(nullptr, nullptr).accept(visitor);
+  EXPECT_EQ(visitor.names, u"");
+}
+
+TEST(Expressions, AreEqualDigitForDigit) {
+  auto const equal = [](wstring const& a, wstring const& b) {
+    ExpressionP const first = AlgebraicExpressionC::fromPrefixString(a);
+    ExpressionP const second = AlgebraicExpressionC::fromPrefixString(b, new CASSessionBC);
+    return first->equals(*second) && second->equals(*first);
+  };
+  EXPECT_TRUE(equal(u"+(a,f(-1))", u" + ( a , f(\u22121) ) "));
+  EXPECT_FALSE(equal(u"1.0", u"1.00"));
+  EXPECT_FALSE(equal(u"f(a)", u"f(a,a)"));
+  EXPECT_FALSE(equal(u"f(a)", u"g(a)"));
+  EXPECT_FALSE(equal(u"f(a,b)", u"f(b,a)"));
+  EXPECT_FALSE(equal(u"error", u"error(a)"));
+  EXPECT_FALSE(equal(u"f", u"f(a)"));
+
+  AlgebraicExpressionC const empty(nullptr, nullptr);
+  EXPECT_TRUE(empty.equals(AlgebraicExpressionC(nullptr, new CASSessionBC)));
+  EXPECT_FALSE(empty.equals(*AlgebraicExpressionC::fromPrefixString(u"x")));
+  EXPECT_EQ(empty.toPrefixString(), u"");
+}
+
+// Parts shared at every level: 2^60 leaves to whoever goes down every way.
+TEST(Expressions, MayShareParts) {
+  auto const doubled = [](wstring const& leaf) {
+    PointerTC<NodeABC> node = makeNamed(leaf);
+    for (int level = 0; level < 60; ++level) node = makeFunction(u"+", {node, node});
+    return AlgebraicExpressionC(node, nullptr);
+  };
+  EXPECT_TRUE(doubled(u"x").equals(doubled(u"x")));
+  EXPECT_FALSE(doubled(u"x").equals(doubled(u"y")));
+
+  // A part outlives the whole that it was taken from.
+  PointerTC<NodeABC> part;
+  {
+    ExpressionP const whole = AlgebraicExpressionC::fromPrefixString(u"f(g(a,b),h(c),d)");
+    part = castNode<ParentNodeABC>(*whole->getNode())->childPointer(0);
+  }
+  EXPECT_EQ(AlgebraicExpressionC(part, nullptr).toPrefixString(), u"g(a,b)");
+}
+
+TEST(Expressions, MayBeAsDeepAndAsWideAsTheyLike) {
+  constexpr unsigned long terms = 100000;
+  wstring left;
+  wstring right;
+  wstring wide = u"f(a";
+  for (unsigned long i = 1; i < terms; ++i) {
+    left += u"+(";
+    right += u"+(a,";
+    wide += u",a";
+  }
+  left += u'a';
+  right += u'a';
+  wide += u')';
+  for (unsigned long i = 1; i < terms; ++i) {
+    left += u",a)";
+    right += u')';
+  }
+  tests::onSmallStack([&] {
+    for (wstring const& text : {left, right, wide}) {
+      AllocationsS::reset();
+      ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
+      ASSERT_TRUE(read);
+      std::size_t const nodes = text == wide ? terms : 2 * terms;
+      EXPECT_LE(AllocationsS::get().count, nodes + 100) << "more than one allocation for each node";
+      EXPECT_EQ(read->toPrefixString(), text);
+      EXPECT_TRUE(read->equals(*AlgebraicExpressionC::fromPrefixString(text)));
+      unsigned long visited = 0;
+      FoldC<unsigned long> size([&](NodeABC&, char, std::vector<unsigned long> const& children) {
+        unsigned long sum = 1;
+        for (unsigned long const one : children) sum += one;
+        ++visited;
+        return sum;
+      });
+      EXPECT_EQ(size.of(*read), visited);
+      EXPECT_FALSE(AlgebraicExpressionC::fromPrefixString(text.substr(0, text.size() - 1)));
+    }
+  });
+}
+
+TEST(Sessions, AreNeverNull) {
+  class OtherEngineC : public StandardEngineC {
+   public:
+    wstring getName() const override { return u"other"; }
+  };
+  ExpressionP const own = AlgebraicExpressionC::fromPrefixString(u"x", new CASSessionBC(new OtherEngineC));
+  AlgebraicExpressionC const none(nullptr, nullptr);
+  EXPECT_EQ(CASSessionBC::getSession()->getEngine().getName(), u"standard");
+  EXPECT_EQ(own->getCASEngine().getName(), u"other");
+  EXPECT_EQ(none.getCASEngine().getName(), u"standard");
+  EXPECT_FALSE(none.getCASSession());
+
+  CASSessionBC::setSession(own->getCASSession());
+  EXPECT_EQ(none.getCASEngine().getName(), u"other");
+  EXPECT_EQ(AlgebraicExpressionC::fromPrefixString(u"x")->getCASSession(), own->getCASSession());
+  CASSessionBC::setSession(nullptr);
+  EXPECT_EQ(CASSessionBC::getSession()->getEngine().getName(), u"standard");
+  EXPECT_EQ(CASSessionBC(nullptr).getEngine().getName(), u"standard");
+
+  CASEngineABC const& engine = CASSessionBC::getSession()->getEngine();
+  EXPECT_TRUE(engine.isCoreFunction(u"nthroot") && engine.isCoreFunction(u"error"));
+  EXPECT_TRUE(engine.isCoreConstant(u"_PI") && engine.isCoreConstant(u"error"));
+  EXPECT_FALSE(engine.isCoreFunction(u"d") || engine.isCoreFunction(u"_PI") || engine.isCoreConstant(u"sin"));
+}
+
+}  // namespace
+}  // namespace zolt::math::algexpr

@@ -1,0 +1,113 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <locale>
+#include <map>
+#include <random>
+#include <sstream>
+#include <string>
+
+#include "tests/support/cases.h"
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/common/float64_util.h"
+
+namespace zolt::math {
+namespace {
+
+using algexpr::FloatNodeC;
+using common::Float64UtilC;
+using oss::wstring;
+using tests::toText;
+using tests::toUtf8;
+
+TEST(Float64, ReadsTheNearestValue) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/float64.cases")) {
+    double const value = Float64UtilC::fromString(toText(one.input));
+    bool const finite = one.expected != "none" && one.expected != "inf";
+    EXPECT_EQ(Float64UtilC::isFinite(value), finite) << one.where;
+    EXPECT_EQ(std::isinf(value), one.expected == "inf") << one.where;
+    if (!finite) continue;
+    EXPECT_EQ(value, std::strtod(one.expected.c_str(), nullptr)) << one.where << ": " << one.input;
+  }
+}
+
+TEST(Float64, DoesNotKnowTheLocale) {
+  bool found = false;
+  for (char const* const name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "ru_RU.UTF-8", "de_DE"}) {
+    found = found || std::setlocale(LC_ALL, name);
+  }
+  if (!found) GTEST_SKIP() << "no locale with a decimal comma is installed";
+  EXPECT_EQ(Float64UtilC::fromString(u"1234.5"), 0x9A5p-1);
+  EXPECT_FALSE(Float64UtilC::isFinite(Float64UtilC::fromString(u"1234,5")));
+  std::setlocale(LC_ALL, "C");
+}
+
+// The C library's reader, in its own locale, is the other opinion.
+TEST(Float64, AgreesWithTheCLibrary) {
+  std::mt19937_64 random(1);
+  auto const check = [](std::string const& text) {
+    double const value = Float64UtilC::fromString(wstring(text.begin(), text.end()));
+    EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+  };
+  char text[64];
+  for (int i = 0; i < 20000; ++i) {
+    std::uint64_t const bits = random() >> 1U;
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    if (!std::isfinite(value)) continue;
+    std::snprintf(text, sizeof text, "%.*e", static_cast<int>(random() % 20), value);
+    check(text);
+  }
+  // Half-way between neighbours, and the least bit beside it, in all the digits there are.
+  for (int i = 0; i < 300; ++i) {
+    std::uint64_t const bits = random() % 0x7FE0000000000000U;
+    double value = 0;
+    std::memcpy(&value, &bits, sizeof value);
+    std::ostringstream digits;
+    digits.imbue(std::locale::classic());
+    digits.precision(1100);
+    long double const half = (static_cast<long double>(value) + std::nextafter(value, INFINITY)) / 2;
+    digits << std::scientific << half;
+    std::string const middle = digits.str();
+    std::size_t const end = middle.find('e');
+    check(middle);
+    check(middle.substr(0, end) + "1" + middle.substr(end));
+    std::size_t const last = middle.find_last_not_of('0', end - 1);
+    if (middle[last] == '.') continue;
+    std::string below = middle;
+    --below[last];
+    for (std::size_t at = last + 1; at < end; ++at) below[at] = '9';
+    check(below);
+  }
+}
+
+TEST(NumberFormats, WorkOnTheDigits) {
+  std::map<std::string, algexpr::NumberDisplayFormatE> const formats = {
+      {"automatic", algexpr::NUMBER_FORMAT_AUTOMATIC},
+      {"fixed", algexpr::NUMBER_FORMAT_FIXED},
+      {"scientific", algexpr::NUMBER_FORMAT_SCIENTIFIC},
+      {"engineering", algexpr::NUMBER_FORMAT_ENGINEERING}};
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/number_formats.cases")) {
+    std::istringstream input(one.input);
+    std::string format;
+    unsigned long precision = 0;
+    std::string number;
+    input >> format >> precision >> number;
+    auto const node = algexpr::makeNumber(toText(number));
+    FloatNodeC const* const decimal = node ? algexpr::castNode<FloatNodeC>(*node) : nullptr;
+    ASSERT_TRUE(decimal) << one.where;
+    wstring const shown = decimal->toString(precision, formats.at(format));
+    EXPECT_EQ(toUtf8(shown), one.expected) << one.where;
+    auto const again = algexpr::makeNumber(shown);
+    EXPECT_TRUE(again && algexpr::castNode<FloatNodeC>(*again)) << one.where << ": no decimal any more";
+  }
+}
+
+}  // namespace
+}  // namespace zolt::math

@@ -1,0 +1,293 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/foundation/allocations.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/oss/byte_format.h"
+#include "zolt/oss/castable_id.h"
+#include "zolt/oss/serializable.h"
+
+namespace zolt::oss {
+namespace {
+
+using tests::AllocationsS;
+
+// A tree of boxes with a number and a label, as simple as an object with parts can be.
+class BoxC : public SerializableABC {
+ public:
+  static char16_t const* getCastableId() { return u"BoxC"; }
+  static SerializableABC* create() { return new BoxC; }
+
+  SerializableABC const* lookUpBase(char16_t const* id) const override {
+    return equalCastableIds(id, getCastableId()) ? this : SerializableABC::lookUpBase(id);
+  }
+  char16_t const* qCastableId() const override { return getCastableId(); }
+
+  void writeObject(PointerTC<ObjectOutputStreamABC>& out) const override {
+    out->writeStartAggregate(AGGREGATE_RECORD);
+    out->writeMember(number);
+    out->writeMember(label);
+    out->writeMember(static_cast<unsigned long>(parts.size()));
+    for (BoxC const& part : parts) part.writeObject(out);
+    out->writeEndAggregate();
+  }
+
+  bool readObject(PointerTC<ObjectInputStreamABC>& in) override {
+    constexpr std::size_t least = byte_format::start_aggregate_size + byte_format::int16_size +
+                                  byte_format::empty_string_size + byte_format::uint32_size +
+                                  byte_format::end_aggregate_size;
+    unsigned long count = 0;
+    bool const headRead = in->readStartAggregate(AGGREGATE_RECORD) && in->readMember(number) &&
+                          in->readMember(label) && in->readMember(count);
+    if (!headRead) return false;
+    if (count > in->bytesLeft() / least) {
+      in->setError();
+      return false;
+    }
+    parts.resize(count);
+    for (BoxC& part : parts) {
+      if (!part.readObject(in)) return false;
+    }
+    return in->readEndAggregate();
+  }
+
+  short number = 0;
+  wstring label;
+  std::vector<BoxC> parts;
+};
+
+bool operator==(BoxC const& a, BoxC const& b) {
+  return a.number == b.number && a.label == b.label && a.parts == b.parts;
+}
+
+BoxC sample() {
+  BoxC first;
+  first.number = -2;
+  first.label = u"a\u2212\xD800";
+  BoxC box;
+  box.number = 0x1234;
+  box.parts = {first, BoxC()};
+  return box;
+}
+
+// `sample` as every version of the byte form must write and read it.
+bytestring const sampleBytes = {
+    0x01, 0x02, 0x00,                                                  // start, kind 2
+    0x03, 0x34, 0x12,                                                  // 0x1234
+    0x05, 0x00, 0x00, 0x00, 0x00,                                      // ""
+    0x04, 0x02, 0x00, 0x00, 0x00,                                      // 2 parts
+    0x01, 0x02, 0x00,                                                  // start, kind 2
+    0x03, 0xFE, 0xFF,                                                  // -2
+    0x05, 0x03, 0x00, 0x00, 0x00, 0x61, 0x00, 0x12, 0x22, 0x00, 0xD8,  // 3 characters
+    0x04, 0x00, 0x00, 0x00, 0x00,                                      // no parts
+    0x02,                                                              // end
+    0x01, 0x02, 0x00, 0x03, 0x00, 0x00, 0x05, 0x00, 0x00, 0x00, 0x00,  // a default box
+    0x04, 0x00, 0x00, 0x00, 0x00, 0x02,                                //
+    0x02};
+
+PointerTC<ObjectInputStreamABC> readerOf(bytestring const& bytes) {
+  return new BinaryInputStreamC(new BinaryStringInputStreamC(bytes));
+}
+
+template <class WriteF>
+bytestring written(WriteF write, bool* error = nullptr) {
+  PointerTC<BinaryStringOutputStreamC> const bytes = new BinaryStringOutputStreamC;
+  PointerTC<ObjectOutputStreamABC> out = new BinaryOutputStreamC(bytes);
+  write(out);
+  bytes->flush();
+  if (error) *error = out->isError();
+  return bytes->getString();
+}
+
+TEST(ObjectStreams, HaveOneByteForm) {
+  EXPECT_EQ(written([](auto& out) { sample().writeObject(out); }), sampleBytes);
+
+  // What follows the object is nobody's business.
+  PointerTC<ObjectInputStreamABC> in = readerOf(sampleBytes + bytestring{0x07, 0x08});
+  BoxC box;
+  EXPECT_TRUE(box.readObject(in));
+  EXPECT_EQ(box, sample());
+  EXPECT_EQ(in->bytesLeft(), 2U);
+  EXPECT_FALSE(in->isError());
+}
+
+TEST(ObjectStreams, CarryTheWholeRangeOfEachMember) {
+  wstring longText;
+  for (int i = 0; i < 70000; ++i) longText += static_cast<char16_t>(i);
+  bytestring const bytes = written([&](auto& out) {
+    for (short const value : {short{-32768}, short{-1}, short{32767}}) out->writeMember(value);
+    for (unsigned long const value : {0UL, 0xFFFFFFFFUL}) out->writeMember(value);
+    out->writeMember(longText);
+    out->writeStartAggregate(-1);
+  });
+  PointerTC<ObjectInputStreamABC> in = readerOf(bytes);
+  for (short const expected : {short{-32768}, short{-1}, short{32767}}) {
+    short value = 0;
+    EXPECT_TRUE(in->readMember(value));
+    EXPECT_EQ(value, expected);
+  }
+  for (unsigned long const expected : {0UL, 0xFFFFFFFFUL}) {
+    unsigned long value = 1;
+    EXPECT_TRUE(in->readMember(value));
+    EXPECT_EQ(value, expected);
+  }
+  wstring text;
+  EXPECT_TRUE(in->readMember(text));
+  EXPECT_EQ(text, longText);
+  EXPECT_TRUE(in->readStartAggregate(-1));
+  EXPECT_EQ(in->bytesLeft(), 0U);
+}
+
+TEST(ObjectStreams, FirstFailureLastsAndLeavesValuesAlone) {
+  bytestring const bytes = written([](auto& out) {
+    out->writeMember(short{7});
+    out->writeMember(short{8});
+  });
+  PointerTC<ObjectInputStreamABC> in = readerOf(bytes);
+  wstring text = u"kept";
+  unsigned long count = 5;
+  short number = 6;
+  EXPECT_FALSE(in->readMember(text));
+  EXPECT_TRUE(in->isError());
+  EXPECT_FALSE(in->readMember(number)) << "the second member would be readable";
+  EXPECT_FALSE(in->readMember(count));
+  EXPECT_FALSE(in->readStartAggregate(2));
+  EXPECT_FALSE(in->readEndAggregate());
+  EXPECT_EQ(in->bytesLeft(), 0U);
+  EXPECT_EQ(text, u"kept");
+  EXPECT_EQ(count, 5U);
+  EXPECT_EQ(number, 6);
+
+  PointerTC<ObjectInputStreamABC> other = readerOf({0x01, 0x02, 0x00});
+  EXPECT_FALSE(other->readStartAggregate(1)) << "an aggregate of another kind";
+}
+
+TEST(ObjectStreams, WritersFailOnWhatTheFormCannotHold) {
+  if (sizeof(unsigned long) > 4) {
+    bool error = false;
+    bytestring const bytes = written(
+        [](auto& out) {
+          out->writeMember(static_cast<unsigned long>(0x1'0000'0000ULL));
+          out->writeMember(short{1});
+        },
+        &error);
+    EXPECT_TRUE(error);
+    EXPECT_TRUE(bytes.empty());
+  }
+
+  // A byte stream that takes so many bytes and no more.
+  class FullStreamC : public ByteOutputStreamABC {
+   public:
+    void write(unsigned char const*, std::size_t count) override { room_ -= std::min(room_, count); }
+    void flush() override {}
+    bool isError() const override { return room_ == 0; }
+
+   private:
+    std::size_t room_ = 20;
+  };
+  PointerTC<ObjectOutputStreamABC> out = new BinaryOutputStreamC(new FullStreamC);
+  sample().writeObject(out);
+  EXPECT_TRUE(out->isError());
+}
+
+TEST(ObjectStreams, SurviveAnyBytes) {
+  auto const read = [](bytestring const& bytes) {
+    PointerTC<ObjectInputStreamABC> in = readerOf(bytes);
+    BoxC box;
+    AllocationsS::reset();
+    bool const ok = box.readObject(in);
+    EXPECT_EQ(ok, !in->isError());
+    EXPECT_LE(AllocationsS::get().largest, 16 * sampleBytes.size());
+    return ok;
+  };
+  for (std::size_t length = 0; length < sampleBytes.size(); ++length) {
+    EXPECT_FALSE(read(sampleBytes.substr(0, length))) << "cut to " << length;
+  }
+  // A number or a character is as good as any other; a tag, a kind and a count of parts are not.
+  std::set<std::size_t> const structure = {0,  1,  2,  3,  6,  11, 12, 13,
+                                           14, 15, 16, 19, 22, 33, 38, sampleBytes.size() - 1};
+  for (std::size_t at = 0; at < sampleBytes.size(); ++at) {
+    for (int value = 0; value < 256; ++value) {
+      bytestring bytes = sampleBytes;
+      bytes[at] = static_cast<unsigned char>(value);
+      bool const ok = read(bytes);
+      if (structure.count(at) > 0) {
+        EXPECT_EQ(ok, bytes == sampleBytes) << at << " is " << value;
+      }
+    }
+  }
+}
+
+TEST(SerializableObjects, AreMadeByTheirId) {
+  SerializableABC::registerSerializable(BoxC::getCastableId(), &BoxC::create);
+  BoxC const box = sample();
+  bytestring const bytes = written([&](auto& out) { SerializableABC::writeIdentified(box, out); });
+
+  PointerTC<ObjectInputStreamABC> in = readerOf(bytes);
+  std::unique_ptr<SerializableABC> const copy = SerializableABC::readIdentified(in);
+  ASSERT_TRUE(copy && copy->lookUpBase(wstring(u"BoxC").c_str()));
+  EXPECT_EQ(static_cast<BoxC&>(*copy), box);
+  EXPECT_EQ(copy->lookUpBase(u"SerializableABC"), copy.get());
+  EXPECT_FALSE(copy->lookUpBase(u"Box"));
+  EXPECT_FALSE(copy->lookUpBase(nullptr));
+
+  EXPECT_FALSE(SerializableABC::createById(u"UnknownC"));
+  for (std::size_t length = 0; length < bytes.size(); ++length) {
+    PointerTC<ObjectInputStreamABC> cut = readerOf(bytes.substr(0, length));
+    EXPECT_FALSE(SerializableABC::readIdentified(cut));
+    EXPECT_TRUE(cut->isError());
+  }
+  bytestring unknown = bytes;
+  unknown[8] = 'X';  // the first character of the id
+  PointerTC<ObjectInputStreamABC> stranger = readerOf(unknown);
+  EXPECT_FALSE(SerializableABC::readIdentified(stranger));
+  EXPECT_TRUE(stranger->isError());
+}
+
+// Tells how many of its kind are alive.
+class CountedC : public RefCountedBC {
+ public:
+  CountedC() { ++alive; }
+  CountedC(CountedC const& other) : RefCountedBC(other) { ++alive; }
+  ~CountedC() override { --alive; }
+  static int alive;
+};
+int CountedC::alive = 0;
+class DerivedC : public CountedC {};
+
+TEST(SharedPointers, DestroyWithTheLastHolder) {
+  {
+    PointerTC<DerivedC> const derived = new DerivedC;
+    PointerTC<CountedC> base = derived;
+    EXPECT_TRUE(base == derived);
+    EXPECT_TRUE(base->isShared());
+    PointerTC<CountedC> again(base.get());  // the count is in the object
+    base.reset();
+    EXPECT_FALSE(base);
+    base = std::move(again);
+    EXPECT_FALSE(again);
+    CountedC* const self = base.get();
+    base = PointerTC<CountedC>(self);
+    EXPECT_EQ(CountedC::alive, 1);
+    base = new CountedC;
+    EXPECT_EQ(CountedC::alive, 2);
+    base = nullptr;
+    EXPECT_EQ(CountedC::alive, 1);
+    EXPECT_FALSE(derived->isShared());
+  }
+  EXPECT_EQ(CountedC::alive, 0);
+
+  CountedC original;
+  original.reference();
+  CountedC copy(original);
+  EXPECT_EQ(copy.dereference(), 0U) << "a copy brings the count along";
+}
+
+}  // namespace
+}  // namespace zolt::oss
