@@ -1,0 +1,196 @@
+#include "zolt/surfaces/cairo/cairo_graphics.h"
+
+#include <cairo-pdf.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "zolt/surfaces/cairo/detail/cairo_painter.h"
+#include "zolt/surfaces/cairo/detail/file_replacement.h"
+#include "zolt/surfaces/cairo/detail/png_text.h"
+#include "zolt/surfaces/cairo/detail/svg_writer.h"
+#include "zolt/surfaces/utf.h"
+
+namespace zolt::surfaces {
+
+namespace {
+
+constexpr double most_pixels_a_side = 30000;
+constexpr double points_per_pixel = 0.75;
+
+struct ContextCloserS {
+  void operator()(cairo_t* context) const { cairo_destroy(context); }
+};
+struct SurfaceCloserS {
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+using ContextT = std::unique_ptr<cairo_t, ContextCloserS>;
+using SurfaceT = std::unique_ptr<cairo_surface_t, SurfaceCloserS>;
+
+cairo_status_t appendBytes(void* out, unsigned char const* data, unsigned length) {
+  static_cast<std::string*>(out)->append(reinterpret_cast<char const*>(data), length);
+  return CAIRO_STATUS_SUCCESS;
+}
+
+bool failed(cairo_status_t status, std::string& error) {
+  if (status == CAIRO_STATUS_SUCCESS) return false;
+  error = std::string("the picture cannot be made: ") + cairo_status_to_string(status);
+  return true;
+}
+
+/// Everything that goes into one picture.
+struct PictureJobS {
+  DrawingT const& drawing;
+  CairoFacesC const& faces;
+  PictureFrameS frame;
+  PictureOptionsS const& options;
+};
+
+/// Paints background and drawing; `scale` is target units to a surface unit.
+void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale, PaintTargetE target) {
+  ContextT const context(cairo_create(surface));
+  ColourS const& background = job.options.background;
+  if (background.opacity > 0) {
+    cairo_set_source_rgba(context.get(), background.red, background.green, background.blue,
+                          background.opacity);
+    cairo_paint(context.get());
+  }
+  cairo_scale(context.get(), scale, scale);
+  cairo_translate(context.get(), -job.frame.left, -job.frame.top);
+  paintDrawing(context.get(), job.faces, job.drawing, job.options.foreground, target);
+}
+
+bool makePng(PictureJobS const& job, std::string& bytes, std::string& error) {
+  int const width = int(std::ceil(job.frame.width * job.frame.zoom));
+  int const height = int(std::ceil(job.frame.height * job.frame.zoom));
+  SurfaceT const surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
+  if (failed(cairo_surface_status(surface.get()), error)) return false;
+  paintPicture(surface.get(), job, job.frame.zoom, PAINT_PIXELS);
+  if (failed(cairo_surface_status(surface.get()), error)) return false;
+  if (failed(cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes), error)) return false;
+  return job.options.expression.empty() ||
+         insertPngText(bytes, "zolt:expression", toCleanUtf8(job.options.expression));
+}
+
+bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
+  double const scale = job.frame.zoom * points_per_pixel;
+  SurfaceT const surface(cairo_pdf_surface_create_for_stream(appendBytes, &bytes, job.frame.width * scale,
+                                                             job.frame.height * scale));
+  if (failed(cairo_surface_status(surface.get()), error)) return false;
+  cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATOR, "zolt ved");
+  if (!job.options.expression.empty()) {
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_SUBJECT,
+                                   toCleanUtf8(job.options.expression).c_str());
+  }
+  paintPicture(surface.get(), job, scale, PAINT_PAPER);
+  cairo_surface_finish(surface.get());
+  return !failed(cairo_surface_status(surface.get()), error);
+}
+
+}  // namespace
+
+std::string toCleanUtf8(oss::wstring const& text) {
+  constexpr char32_t replacement = 0xFFFD;
+  std::string out;
+  for (std::size_t i = 0; i < text.size();) {
+    char32_t const c = readCodePoint(text, i);
+    bool const unfit = c < 0x20 || c == 0xFFFE || c == 0xFFFF || isHighSurrogate(c) || isLowSurrogate(c);
+    appendUtf8(out, unfit ? replacement : c);
+  }
+  return out;
+}
+
+struct CairoGraphicsC::StateS {
+  explicit StateS(FontSetC const& fonts) : faces(oss::PointerTC<FontSetC const>(&fonts)) {}
+
+  CairoFacesC faces;
+  DrawingT drawing;
+};
+
+CairoGraphicsC::CairoGraphicsC(oss::PointerTC<TypesetterC> typesetter)
+    : TypesetGraphicsABC(typesetter), state_(std::make_unique<StateS>(typesetter->getFonts())) {}
+CairoGraphicsC::~CairoGraphicsC() = default;
+
+void CairoGraphicsC::clear() {
+  finish();
+  state_->drawing.clear();
+}
+
+bool CairoGraphicsC::render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
+                            std::string& bytes, std::string& error) const {
+  finish();
+  double const margin = std::fmax(0, options.margin);
+  PictureFrameS const frame{-margin, -margin, double(std::max(width, 0L)) + 2 * margin,
+                            double(std::max(height, 0L)) + 2 * margin, options.zoom};
+  double const longest = std::fmax(frame.width, frame.height) * options.zoom;
+  double const shortest = std::fmin(frame.width, frame.height) * options.zoom;
+  if (!(options.zoom > 0) || !(shortest > 0)) {
+    error = "the picture is empty";
+    return false;
+  }
+  if (!(longest <= most_pixels_a_side)) {
+    error = "the picture is larger than " + std::to_string(int(most_pixels_a_side)) + " pixels on a side";
+    return false;
+  }
+  if (!state_->faces.open()) {
+    error = "the fonts cannot be opened for drawing";
+    return false;
+  }
+  PictureJobS const job{state_->drawing, state_->faces, frame, options};
+  std::string made;
+  switch (format) {
+    case PICTURE_PNG:
+      if (!makePng(job, made, error)) return false;
+      break;
+    case PICTURE_SVG:
+      made = writeSvg(job.drawing, frame, options, getTypesetter().getFonts(), job.faces);
+      break;
+    case PICTURE_PDF:
+      if (!makePdf(job, made, error)) return false;
+      break;
+  }
+  bytes = std::move(made);
+  return true;
+}
+
+bool CairoGraphicsC::renderToFile(std::string const& path, PictureFormatE format, long width, long height,
+                                  PictureOptionsS const& options, std::string& error) const {
+  std::string bytes;
+  return render(format, width, height, options, bytes, error) && replaceFile(path, bytes, error);
+}
+
+void CairoGraphicsC::fillGlyphs(GlyphRunS const& run) const {
+  DrawingItemS item;
+  item.kind = ITEM_GLYPHS;
+  item.run = run;
+  item.glyphs.assign(run.glyphs, run.glyphs + run.count);
+  item.run.glyphs = nullptr;
+  state_->drawing.push_back(std::move(item));
+}
+
+void CairoGraphicsC::fillPath(PathC const& path, InkE ink) const {
+  DrawingItemS item;
+  item.kind = ITEM_FILL;
+  item.ink = ink;
+  item.path = path;
+  state_->drawing.push_back(std::move(item));
+}
+
+void CairoGraphicsC::strokePath(PathC const& path, double thickness, InkE ink) const {
+  DrawingItemS item;
+  item.kind = ITEM_STROKE;
+  item.ink = ink;
+  item.path = path;
+  item.thickness = thickness;
+  state_->drawing.push_back(std::move(item));
+}
+
+void CairoGraphicsC::fillRule(RuleS const& rule, InkE ink) const {
+  DrawingItemS item;
+  item.kind = ITEM_RULE;
+  item.ink = ink;
+  item.rule = rule;
+  state_->drawing.push_back(std::move(item));
+}
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "zolt/surfaces/typeset/typeset_graphics.h"
+
+namespace zolt::surfaces {
+
+enum PictureFormatE { PICTURE_PNG = 0, PICTURE_SVG = 1, PICTURE_PDF = 2 };
+
+/// What the letters of an SVG picture are.
+enum SvgTextE {
+  SVG_TEXT_OUTLINES = 0,  ///< paths: the same everywhere, but not text any more
+  SVG_TEXT_NAMED = 1,     ///< text in fonts named "KaTeX_Main", "KaTeX_Math", …, which the viewer must have
+  SVG_TEXT_EMBEDDED = 2   ///< text, with the files of the fonts that it uses inside the picture
+};
+
+/// Components from 0 to 1.
+struct ColourS {
+  double red = 0, green = 0, blue = 0, opacity = 1;
+};
+
+struct PictureOptionsS {
+  /// Device pixels, in PDF 1/96 inches, to a surface unit.
+  double zoom = 1.75;
+  /// Free space around the formula, in surface units.
+  double margin = 4;
+  ColourS foreground;
+  /// Transparent unless given.
+  ColourS background{1, 1, 1, 0};
+  SvgTextE svgText = SVG_TEXT_OUTLINES;
+  /// The formula in prefix notation, kept inside the picture when not empty: in PNG as the text
+  /// "zolt:expression", in SVG as `<metadata>`, in PDF as the subject.
+  oss::wstring expression;
+};
+
+/// A surface that keeps what is drawn on it and makes pictures of it: PNG, SVG and PDF. A picture depends on
+/// the drawing and the options only (a PDF also carries the time when it was made).
+class CairoGraphicsC final : public TypesetGraphicsABC {
+ public:
+  /// `typesetter` must not be null.
+  explicit CairoGraphicsC(oss::PointerTC<TypesetterC> typesetter);
+  ~CairoGraphicsC() override;
+
+  /// Forgets what was drawn.
+  void clear();
+
+  /// Makes a picture of the area from (0, 0) to (width, height), in surface units, and the margin around it.
+  /// False, with `error`, when the picture would be too large or cannot be made; `bytes` is replaced on
+  /// success and untouched on failure.
+  bool render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
+              std::string& bytes, std::string& error) const;
+
+  /// The same into a file. On failure `error` names the cause, and a file that was there before is unchanged.
+  bool renderToFile(std::string const& path, PictureFormatE format, long width, long height,
+                    PictureOptionsS const& options, std::string& error) const;
+
+ protected:
+  void fillGlyphs(GlyphRunS const& run) const override;
+  void fillPath(PathC const& path, InkE ink) const override;
+  void strokePath(PathC const& path, double thickness, InkE ink) const override;
+  void fillRule(RuleS const& rule, InkE ink) const override;
+
+ private:
+  struct StateS;
+  std::unique_ptr<StateS> state_;
+};
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cairo.h>
+
+#include <vector>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/surfaces/typeset/font_set.h"
+
+// Internal to the Cairo library.
+
+namespace zolt::surfaces {
+
+/// The faces of a font set as Cairo knows them. Cairo may keep a face in its own caches for longer than this
+/// object lives; each face therefore holds on to the bytes of its file itself.
+class CairoFacesC {
+ public:
+  explicit CairoFacesC(oss::PointerTC<FontSetC const> fonts) : fonts_(fonts) {}
+  ~CairoFacesC();
+  CairoFacesC(CairoFacesC const&) = delete;
+  CairoFacesC& operator=(CairoFacesC const&) = delete;
+
+  /// Opens every face on the first call. False when FreeType refuses one.
+  bool open();
+
+  /// Makes a face current in `context`, without hinting. Only after `open` has succeeded.
+  void select(cairo_t* context, unsigned face, double em) const;
+
+ private:
+  oss::PointerTC<FontSetC const> fonts_;
+  std::vector<cairo_font_face_t*> faces_;
+};
+
+}  // namespace zolt::surfaces

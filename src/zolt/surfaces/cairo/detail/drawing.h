@@ -1,0 +1,40 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "zolt/surfaces/cairo/cairo_graphics.h"
+
+// Internal to the Cairo library.
+
+namespace zolt::surfaces {
+
+enum DrawingItemE { ITEM_GLYPHS, ITEM_FILL, ITEM_STROKE, ITEM_RULE };
+
+/// One primitive as it was drawn, in surface units.
+struct DrawingItemS {
+  DrawingItemE kind = ITEM_GLYPHS;
+  InkE ink = INK_TEXT;
+  PathC path;
+  double thickness = 0;
+  RuleS rule{};
+  GlyphRunS run{};                   // its glyphs are those below
+  std::vector<PlacedGlyphS> glyphs;  // of a run
+};
+
+using DrawingT = std::vector<DrawingItemS>;
+
+/// The area that a picture shows, in surface units, and its scale.
+struct PictureFrameS {
+  double left, top, width, height;
+  double zoom;
+};
+
+inline ColourS inkColour(ColourS const& foreground, InkE ink) {
+  return {foreground.red, foreground.green, foreground.blue, foreground.opacity * getInkStrength(ink)};
+}
+
+/// UTF-8 that every format can hold: no control characters, surrogates without a partner replaced.
+std::string toCleanUtf8(oss::wstring const& text);
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,49 @@
+#include "zolt/surfaces/cairo/detail/png_text.h"
+
+#include <array>
+#include <cstdint>
+
+namespace zolt::surfaces {
+
+namespace {
+
+constexpr std::size_t signature_size = 8;
+/// Length, name, 13 bytes and checksum of the first chunk, the header.
+constexpr std::size_t header_size = 4 + 4 + 13 + 4;
+
+std::array<std::uint32_t, 256> makeChecksumTable() {
+  std::array<std::uint32_t, 256> table{};
+  for (std::uint32_t i = 0; i < table.size(); ++i) {
+    std::uint32_t value = i;
+    for (int bit = 0; bit < 8; ++bit) value = value & 1 ? 0xEDB88320u ^ value >> 1 : value >> 1;
+    table[i] = value;
+  }
+  return table;
+}
+
+std::uint32_t checksum(std::string const& bytes) {
+  static std::array<std::uint32_t, 256> const table = makeChecksumTable();
+  std::uint32_t value = 0xFFFFFFFFu;
+  for (char const c : bytes) value = table[(value ^ static_cast<unsigned char>(c)) & 0xFF] ^ value >> 8;
+  return ~value;
+}
+
+void append32(std::string& out, std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) out += char(value >> shift & 0xFF);
+}
+
+}  // namespace
+
+bool insertPngText(std::string& png, std::string const& keyword, std::string const& text) {
+  if (png.size() < signature_size + header_size || png.compare(1, 3, "PNG") != 0) return false;
+  // The keyword's end, no compression (two bytes), no language, no translated keyword.
+  std::string const content = "iTXt" + keyword + std::string(5, '\0') + text;
+  std::string chunk;
+  append32(chunk, std::uint32_t(content.size() - 4));
+  chunk += content;
+  append32(chunk, checksum(content));
+  png.insert(signature_size + header_size, chunk);
+  return true;
+}
+
+}  // namespace zolt::surfaces

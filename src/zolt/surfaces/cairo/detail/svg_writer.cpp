@@ -1,0 +1,290 @@
+#include "zolt/surfaces/cairo/detail/svg_writer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "zolt/surfaces/utf.h"
+
+namespace zolt::surfaces {
+
+namespace {
+
+constexpr double outline_em = 1000;
+
+/// Rounded to so many decimals at most, whatever the process locale says.
+void appendNumber(std::string& out, double value, int decimals = 3) {
+  long long unit = 1;
+  for (int i = 0; i < decimals; ++i) unit *= 10;
+  long long const parts = std::llround(value * double(unit));
+  if (parts < 0) out += '-';
+  out += std::to_string(std::llabs(parts) / unit);
+  long long const fraction = std::llabs(parts) % unit;
+  if (fraction == 0) return;
+  std::string digits = std::to_string(unit + fraction).substr(1);
+  digits.erase(digits.find_last_not_of('0') + 1);
+  out += '.' + digits;
+}
+
+std::string number(double value) {
+  std::string out;
+  appendNumber(out, value);
+  return out;
+}
+
+void appendPoint(std::string& out, double x, double y) {
+  appendNumber(out, x);
+  out += ' ';
+  appendNumber(out, y);
+}
+
+std::string escape(std::string const& text) {
+  std::string out;
+  for (char const c : text) {
+    switch (c) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
+        break;
+    }
+  }
+  return out;
+}
+
+std::string encodeBase64(std::string const& bytes) {
+  constexpr char digits[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string out;
+  out.reserve((bytes.size() + 2) / 3 * 4);
+  for (std::size_t i = 0; i < bytes.size(); i += 3) {
+    unsigned group = 0;
+    for (std::size_t k = 0; k < 3; ++k) {
+      group = group << 8 | (i + k < bytes.size() ? static_cast<unsigned char>(bytes[i + k]) : 0u);
+    }
+    for (std::size_t k = 0; k < 4; ++k) {
+      out += i + k > bytes.size() ? '=' : digits[group >> (18 - 6 * k) & 0x3F];
+    }
+  }
+  return out;
+}
+
+std::string paint(char const* property, ColourS const& colour) {
+  auto const level = [](double share) {
+    return std::to_string(std::lround(std::clamp(share, 0.0, 1.0) * 255));
+  };
+  std::string out = std::string(" ") + property + "=\"rgb(" + level(colour.red) + ',' + level(colour.green) +
+                    ',' + level(colour.blue) + ")\"";
+  if (colour.opacity < 1) out += std::string(" ") + property + "-opacity=\"" + number(colour.opacity) + '"';
+  return out;
+}
+
+std::string pathData(PathC const& path) {
+  std::string out;
+  for (PathStepS const& step : path.getSteps()) {
+    PathPointS const* const p = step.points;
+    switch (step.verb) {
+      case PATH_MOVE:
+      case PATH_LINE:
+        out += step.verb == PATH_MOVE ? 'M' : 'L';
+        appendPoint(out, p[0].x, p[0].y);
+        break;
+      case PATH_CURVE:
+        out += 'C';
+        for (int i = 0; i < 3; ++i) {
+          if (i > 0) out += ' ';
+          appendPoint(out, p[i].x, p[i].y);
+        }
+        break;
+      case PATH_CLOSE:
+        out += 'Z';
+        break;
+    }
+  }
+  return out;
+}
+
+class WriterC {
+ public:
+  WriterC(PictureOptionsS const& options, FontSetC const& fonts, CairoFacesC const& faces)
+      : options_(options), fonts_(fonts), faces_(faces) {
+    scratchSurface_ = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
+    scratch_ = cairo_create(scratchSurface_);
+  }
+  ~WriterC() {
+    cairo_destroy(scratch_);
+    cairo_surface_destroy(scratchSurface_);
+  }
+  WriterC(WriterC const&) = delete;
+  WriterC& operator=(WriterC const&) = delete;
+
+  std::string write(DrawingT const& drawing, PictureFrameS const& frame) {
+    for (DrawingItemS const& item : drawing) append(item);
+    std::string out =
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
+        number(frame.width * frame.zoom) + "\" height=\"" + number(frame.height * frame.zoom) +
+        "\" viewBox=\"" + box(frame) + "\">\n";
+    if (!options_.expression.empty()) {
+      out += "<metadata><expression xmlns=\"urn:zolt:ved\">" + escape(toCleanUtf8(options_.expression)) +
+             "</expression></metadata>\n";
+    }
+    if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
+    if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
+    if (options_.background.opacity > 0) {
+      out += "<rect x=\"" + number(frame.left) + "\" y=\"" + number(frame.top) + "\" width=\"" +
+             number(frame.width) + "\" height=\"" + number(frame.height) + '"' +
+             paint("fill", options_.background) + "/>\n";
+    }
+    return out + body_ + "</svg>\n";
+  }
+
+ private:
+  static std::string box(PictureFrameS const& frame) {
+    return number(frame.left) + ' ' + number(frame.top) + ' ' + number(frame.width) + ' ' +
+           number(frame.height);
+  }
+
+  void append(DrawingItemS const& item) {
+    ColourS const colour = inkColour(options_.foreground, item.ink);
+    switch (item.kind) {
+      case ITEM_GLYPHS:
+        if (options_.svgText == SVG_TEXT_OUTLINES) {
+          appendOutlines(item, colour);
+        } else {
+          appendText(item, colour);
+        }
+        break;
+      case ITEM_FILL:
+        body_ += "<path d=\"" + pathData(item.path) + '"' + paint("fill", colour) + "/>\n";
+        break;
+      case ITEM_STROKE:
+        body_ += "<path d=\"" + pathData(item.path) + "\" fill=\"none\" stroke-width=\"" +
+                 number(item.thickness) + "\" stroke-linecap=\"round\" stroke-linejoin=\"round\"" +
+                 paint("stroke", colour) + "/>\n";
+        break;
+      case ITEM_RULE:
+        appendRule(item.rule, colour);
+        break;
+    }
+  }
+
+  void appendRule(RuleS const& rule, ColourS const& colour) {
+    double const half = rule.thickness / 2;
+    double const left = std::min(rule.x1, rule.x2) - half, top = std::min(rule.y1, rule.y2) - half;
+    body_ += "<rect x=\"" + number(left) + "\" y=\"" + number(top) + "\" width=\"" +
+             number(std::fabs(rule.x2 - rule.x1) + rule.thickness) + "\" height=\"" +
+             number(std::fabs(rule.y2 - rule.y1) + rule.thickness) + "\" shape-rendering=\"crispEdges\"" +
+             paint("fill", colour) + "/>\n";
+  }
+
+  void appendText(DrawingItemS const& item, ColourS const& colour) {
+    usedFaces_[item.run.face] = true;
+    std::string const& name = fonts_.getFaceName(item.run.face);
+    std::string places, text;
+    for (PlacedGlyphS const& glyph : item.glyphs) {
+      if (!places.empty()) places += ' ';
+      appendNumber(places, item.run.x + glyph.x);
+      appendUtf8(text, glyph.codePoint);
+    }
+    body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(name) + "', serif\" font-size=\"" +
+             number(item.run.em) + '"' + (item.run.face == FACE_MATH ? " font-style=\"italic\"" : "") +
+             " x=\"" + places + "\" y=\"" + number(item.run.baseline) + '"' + paint("fill", colour) + '>' +
+             escape(text) + "</text>\n";
+  }
+
+  void appendOutlines(DrawingItemS const& item, ColourS const& colour) {
+    body_ += "<g" + paint("fill", colour) + ">";
+    for (PlacedGlyphS const& glyph : item.glyphs) {
+      std::string const id = define(item.run.face, glyph.glyph);
+      if (id.empty()) continue;
+      body_ += "<use href=\"#" + id + "\" transform=\"translate(";
+      appendPoint(body_, item.run.x + glyph.x, item.run.baseline);
+      body_ += ") scale(";
+      appendNumber(body_, item.run.em / outline_em, 6);
+      body_ += ")\"/>";
+    }
+    body_ += "</g>\n";
+  }
+
+  /// The name of a glyph's outline; empty for a glyph without ink.
+  std::string define(unsigned face, std::uint16_t glyph) {
+    auto const [place, isNew] = outlines_.try_emplace({face, glyph});
+    if (!isNew) return place->second;
+    faces_.select(scratch_, face, outline_em);
+    cairo_glyph_t const drawn = {glyph, 0, 0};
+    cairo_new_path(scratch_);
+    cairo_glyph_path(scratch_, &drawn, 1);
+    cairo_path_t* const path = cairo_copy_path(scratch_);
+    PathC const outline = copyOutline(*path);
+    cairo_path_destroy(path);
+    if (outline.getSteps().empty()) return {};
+    place->second = "g" + std::to_string(face) + '-' + std::to_string(glyph);
+    definitions_ += "<path id=\"" + place->second + "\" d=\"" + pathData(outline) + "\"/>\n";
+    return place->second;
+  }
+
+  static PathC copyOutline(cairo_path_t const& path) {
+    PathC outline;
+    int next = 0;
+    for (int i = 0; i < path.num_data; i = next) {
+      cairo_path_data_t const* const data = path.data + i;
+      next = i + data->header.length;
+      auto const point = [&](int k) { return PathPointS{data[k].point.x, data[k].point.y}; };
+      switch (data->header.type) {
+        case CAIRO_PATH_MOVE_TO:
+          // Cairo starts a new piece after every closed one, also where none follows.
+          if (next < path.num_data && path.data[next].header.type != CAIRO_PATH_MOVE_TO)
+            outline.moveTo(point(1));
+          break;
+        case CAIRO_PATH_LINE_TO:
+          outline.lineTo(point(1));
+          break;
+        case CAIRO_PATH_CURVE_TO:
+          outline.curveTo(point(1), point(2), point(3));
+          break;
+        case CAIRO_PATH_CLOSE_PATH:
+          outline.close();
+          break;
+      }
+    }
+    return outline;
+  }
+
+  std::string fontRules() const {
+    std::string out = "<style>\n";
+    for (auto const& used : usedFaces_) {
+      out += "@font-face{font-family:'" + escape(fonts_.getFaceName(used.first)) + "';" +
+             (used.first == FACE_MATH ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
+             encodeBase64(fonts_.getFont(used.first).getBytes()) + ")}\n";
+    }
+    return out + "</style>\n";
+  }
+
+  PictureOptionsS const& options_;
+  FontSetC const& fonts_;
+  CairoFacesC const& faces_;
+  cairo_surface_t* scratchSurface_;
+  cairo_t* scratch_;
+  std::map<std::pair<unsigned, std::uint16_t>, std::string> outlines_;
+  std::map<unsigned, bool> usedFaces_;
+  std::string definitions_, body_;
+};
+
+}  // namespace
+
+std::string writeSvg(DrawingT const& drawing, PictureFrameS const& frame, PictureOptionsS const& options,
+                     FontSetC const& fonts, CairoFacesC const& faces) {
+  return WriterC(options, fonts, faces).write(drawing, frame);
+}
+
+}  // namespace zolt::surfaces

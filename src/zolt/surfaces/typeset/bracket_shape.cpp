@@ -1,0 +1,46 @@
+#include "zolt/surfaces/typeset/bracket_shape.h"
+
+#include <algorithm>
+
+#include "zolt/surfaces/typeset/detail/brush.h"
+
+namespace zolt::surfaces {
+
+namespace {
+
+double mix(double a, double b, double t) { return a + (b - a) * t; }
+
+/// How far the height is on the way from the letter's own to the highest that is one single bend.
+double growthOf(double height, double em) { return std::clamp((height / em - 1.2) / 2.4, 0.0, 1.0); }
+
+}  // namespace
+
+void appendBracket(PathC& path, BracketSideE side, BracketPlaceE place, double x, double y, double height,
+                   FontSizeS const& size) {
+  if (height <= 0) return;
+  double const em = size.em, cell = double(size.metrics[1]);
+  double const growth = growthOf(height, em);
+  double const inset = std::min(0.06 * em, height * 0.08);
+  double const top = y + inset, bottom = y + height - inset, half = (bottom - top) / 2;
+  double const bend = std::min(half, 1.5 * em);
+  double const middleRadius = em * mix(0.036, 0.046, growth), tipRadius = em * mix(0.016, 0.020, growth);
+
+  double const outer = mix(0.28, 0.17, growth) * cell, tip = mix(0.80, 0.90, growth) * cell;
+  bool const open = side == BRACKET_OPEN;
+  // The gap of a row stands before a closing bracket only: half of it moves over to the opening one.
+  double const left = place == BRACKET_IN_ROW ? x - 0.45 * double(size.metrics[0]) : x;
+  double const middleX = open ? left + outer : left + cell - outer;
+  double const tipX = open ? left + tip : left + cell - tip;
+  double const reach = tipX - middleX;
+
+  BrushC brush;
+  brush.moveTo({tipX, top + tipRadius, tipRadius});
+  brush.curveTo({tipX - 0.62 * reach, top + 0.27 * bend}, {middleX, top + 0.60 * bend},
+                {middleX, top + bend, middleRadius});
+  if (bend < half) brush.lineTo({middleX, bottom - bend, middleRadius});
+  brush.curveTo({middleX, bottom - 0.60 * bend}, {tipX - 0.62 * reach, bottom - 0.27 * bend},
+                {tipX, bottom - tipRadius, tipRadius});
+  brush.finish(path);
+}
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,164 @@
+#include "zolt/surfaces/typeset/detail/char_table.h"
+
+#include "zolt/surfaces/utf.h"
+
+namespace zolt::surfaces {
+
+namespace {
+
+constexpr int missing_advance = em_parts / 2;
+constexpr int slot_advance = em_parts * 6 / 10;
+/// Primes stand as small and as high as an exponent.
+constexpr int prime_percent = 75;
+
+/// The stroke that KaTeX Main lays over a sign to negate it.
+constexpr char32_t negating_stroke = 0xE020;
+
+CharClassE classify(char32_t c) {
+  switch (c) {
+    case ' ':
+    case 0xA0:
+      return CLASS_SPACE;
+    case '!':
+    case ')':
+    case ']':
+    case '}':
+    case '^':
+    case '`':
+    case 0x960:
+      return CLASS_STOP;
+    case '(':
+    case '[':
+    case '{':
+      return CLASS_OPEN;
+    case ',':
+    case ';':
+      return CLASS_COMMA;
+    case ':':
+      return CLASS_COLON;
+    case '.':
+      return CLASS_DIGIT;
+    case '\'':
+    case 0x2032:
+      return CLASS_PRIME;
+    case 0x25CF:
+      return CLASS_SLOT;
+    case '+':
+    case '-':
+    case 0xB1:
+    case 0x2013:
+    case 0x2212:
+    case 0x2213:
+      return CLASS_PLUS_MINUS;
+    case '*':
+    case 0xB7:
+    case 0xD7:
+    case 0xF7:
+    case 0x2217:
+    case 0x2218:
+    case 0x2219:
+    case 0x22C5:
+      return CLASS_BINARY;
+    case '<':
+    case '=':
+    case '>':
+    case 0xBB:
+    case 0x2208:
+    case 0x2248:
+    case 0x2260:
+    case 0x2261:
+    case 0x2264:
+    case 0x2265:
+    case 0x2190:
+    case 0x2192:
+    case 0x21D2:
+    case 0x21D4:
+      return CLASS_RELATION;
+    default:
+      break;
+  }
+  if (c >= '0' && c <= '9') return CLASS_DIGIT;
+  bool const letter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= 0xC0 && c <= 0x24F) ||
+                      (c >= 0x370 && c <= 0x52F);
+  return letter ? CLASS_LETTER : CLASS_ORDINARY;
+}
+
+/// The signs that a keyboard sends in the shape that print has for them.
+char32_t showAs(char32_t c) {
+  switch (c) {
+    case '-':
+    case 0x2013:
+      return 0x2212;
+    case '*':
+    case 0xB7:
+    case 0x2219:
+      return 0x22C5;
+    case '\'':
+      return 0x2032;
+    case 0x960:
+      return 0x3C0;
+    default:
+      return c;
+  }
+}
+
+}  // namespace
+
+CharLookS CharTableC::find(char32_t codePoint) {
+  if (codePoint > 0xFFFF) return make(codePoint);
+  std::unique_ptr<PageS>& page = pages_[codePoint / page_size];
+  if (!page) page = std::make_unique<PageS>();
+  std::size_t const index = codePoint % page_size;
+  if (!page->known[index]) {
+    page->looks[index] = make(codePoint);
+    page->known[index] = true;
+  }
+  return page->looks[index];
+}
+
+CharLookS CharTableC::make(char32_t codePoint) const {
+  CharLookS look;
+  look.charClass = classify(codePoint);
+  if (look.charClass == CLASS_SLOT) {
+    look.upright = look.italic = {FaceGlyphS::no_face, SfntFontC::no_glyph, codePoint, slot_advance};
+    return look;
+  }
+  constexpr char32_t not_equal = 0x2260;
+  char32_t const shown = showAs(codePoint);
+  look.upright = findGlyph(shown, false);
+  if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
+  if (shown == not_equal && look.upright.face != FACE_MAIN) {
+    FaceGlyphS stroke;
+    if (findGlyphIn(FACE_MAIN, negating_stroke, stroke)) {
+      look.upright = findGlyph('=', false);
+      look.overlay = stroke;
+    }
+  }
+  look.italic = look.charClass == CLASS_LETTER || shown == 0x3C0 ? findGlyph(shown, true) : look.upright;
+  return look;
+}
+
+FaceGlyphS CharTableC::findGlyph(char32_t codePoint, bool italic) const {
+  FaceGlyphS found;
+  // Print sets capital Greek letters upright, though KaTeX Math has them too.
+  bool const mathFirst = italic && !(codePoint >= 0x391 && codePoint <= 0x3A9);
+  unsigned const first = mathFirst ? FACE_MATH : FACE_MAIN, second = mathFirst ? FACE_MAIN : FACE_MATH;
+  bool here = findGlyphIn(first, codePoint, found) || findGlyphIn(second, codePoint, found);
+  for (unsigned face = FACE_FALLBACK; !here && face < fonts_->getFaceCount(); ++face) {
+    here = findGlyphIn(face, codePoint, found);
+  }
+  if (!here) found = {FaceGlyphS::no_face, SfntFontC::no_glyph, codePoint, missing_advance};
+  return found;
+}
+
+bool CharTableC::findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& found) const {
+  if (isHighSurrogate(codePoint) || isLowSurrogate(codePoint)) return false;
+  SfntFontC const& font = fonts_->getFont(face);
+  std::uint16_t const glyph = font.findGlyph(codePoint);
+  if (glyph == SfntFontC::no_glyph) return false;
+  std::int64_t const advance = std::int64_t(font.getAdvance(glyph)) * em_parts / font.getUnitsPerEm();
+  found = {std::uint8_t(face), glyph, codePoint, int(advance)};
+  return true;
+}
+
+}  // namespace zolt::surfaces

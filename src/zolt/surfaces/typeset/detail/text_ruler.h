@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstdint>
+
+#include "zolt/surfaces/typeset/detail/char_table.h"
+#include "zolt/surfaces/typeset/detail/name_table.h"
+
+// Internal to the typeset library.
+
+namespace zolt::surfaces {
+
+/// What one 16-bit character of a text occupies. All distances are in `em_parts` from the start of the text.
+struct RuledCharS {
+  CharLookS look;
+  std::int64_t start = 0;    ///< where the text before it ends
+  std::int64_t origin = 0;   ///< where its glyph stands
+  std::int64_t end = 0;      ///< where the text up to and with it ends; at least `start`
+  bool inRun = false;        ///< a letter of a run whose face is known only at its end
+  NameTableC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
+};
+
+/// Reads a text from left to right and says where each character ends: the width of every beginning.
+class TextRulerC {
+ public:
+  /// `tight`: signs get next to no space, as is usual in exponents and limits.
+  TextRulerC(CharTableC& characters, NameTableC const& names, bool tight)
+      : characters_(characters), names_(names), tight_(tight) {}
+
+  RuledCharS const& read(char16_t c);
+  std::int64_t getEnd() const { return current_.end; }
+
+ private:
+  enum TokenE { TOKEN_NONE, TOKEN_NUMBER, TOKEN_EXPONENT_MARK, TOKEN_EXPONENT, TOKEN_NAME };
+  enum BeforeE { BEFORE_NOTHING, BEFORE_OPERAND, BEFORE_SIGN, BEFORE_RELATION };
+
+  bool joinPair(char16_t c);
+  void readLetter(char16_t c);
+  void readSign();
+  void add(int left, int right);
+  int scaled(int thousandths) const;
+
+  CharTableC& characters_;
+  NameTableC const& names_;
+  bool tight_;
+  TokenE token_ = TOKEN_NONE;
+  BeforeE before_ = BEFORE_NOTHING;
+  char16_t high_ = 0;          // a surrogate waiting for its partner
+  int trailing_ = 0;           // the space that the sign just read put behind itself
+  std::int64_t runStart_ = 0;  // where the current run of letters starts
+  std::int64_t runUprightWidth_ = 0;
+  RuledCharS current_;
+};
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,96 @@
+#include "zolt/surfaces/typeset/font_set.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <utility>
+
+namespace zolt::surfaces {
+
+namespace {
+
+#ifdef _WIN32
+constexpr char folder_separator = ';';
+#else
+constexpr char folder_separator = ':';
+#endif
+
+struct KnownFileS {
+  char const* name;
+  char const* file;
+  bool required;
+};
+
+constexpr KnownFileS known_files[] = {{"KaTeX_Main", "KaTeX_Main-Regular.ttf", true},
+                                      {"KaTeX_Math", "KaTeX_Math-Italic.ttf", true},
+                                      {"DejaVu Serif", "DejaVuSerif.ttf", false},
+                                      {"DejaVu Sans", "DejaVuSans.ttf", false}};
+
+void appendFolders(std::vector<std::string>& folders, std::string const& list) {
+  for (std::size_t start = 0; start <= list.size();) {
+    std::size_t end = list.find(folder_separator, start);
+    if (end == std::string::npos) end = list.size();
+    if (end > start) folders.push_back(list.substr(start, end - start));
+    start = end + 1;
+  }
+}
+
+bool readFile(std::string const& path, std::string& bytes) {
+  std::ifstream file(path, std::ios::binary);
+  if (!file) return false;
+  bytes.assign(std::istreambuf_iterator<char>(file), {});
+  return !file.bad();
+}
+
+bool readFromFolders(std::vector<std::string> const& folders, std::string const& name, std::string& bytes) {
+  for (std::string const& folder : folders) {
+    if (readFile(folder + '/' + name, bytes)) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+std::vector<std::string> FontSetC::getDefaultFolders() {
+  std::vector<std::string> folders;
+  if (char const* const chosen = std::getenv("ZOLT_FONT_DIR")) appendFolders(folders, chosen);
+  appendFolders(folders, ZOLT_DEFAULT_FONT_DIRS);
+  return folders;
+}
+
+oss::PointerTC<FontSetC> FontSetC::load(std::vector<std::string> const& folders, std::string& error) {
+  std::vector<FileS> files;
+  for (KnownFileS const& known : known_files) {
+    std::string bytes;
+    if (readFromFolders(folders, known.file, bytes)) {
+      files.push_back({known.name, std::move(bytes)});
+    } else if (known.required) {
+      error = std::string("font file ") + known.file + " not found in:";
+      for (std::string const& folder : folders) error += " " + folder;
+      error += "; name its folder in the environment variable ZOLT_FONT_DIR";
+      return nullptr;
+    }
+  }
+  return fromMemory(std::move(files), error);
+}
+
+oss::PointerTC<FontSetC> FontSetC::fromMemory(std::vector<FileS> files, std::string& error) {
+  if (files.size() < FACE_FALLBACK) {
+    error = "formulas need two faces, KaTeX Main and KaTeX Math";
+    return nullptr;
+  }
+  oss::PointerTC<FontSetC> set(new FontSetC);
+  set->faces_.reserve(files.size());
+  for (FileS& file : files) {
+    SfntFontC font;
+    std::string cause;
+    if (!font.parse(std::move(file.bytes), cause)) {
+      error = "font " + file.name + ": " + cause;
+      return nullptr;
+    }
+    set->faces_.push_back({std::move(file.name), std::move(font)});
+  }
+  return set;
+}
+
+}  // namespace zolt::surfaces

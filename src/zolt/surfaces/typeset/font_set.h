@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/ref_counted.h"
+#include "zolt/surfaces/typeset/sfnt_font.h"
+
+namespace zolt::surfaces {
+
+/// Index of a face in a `FontSetC`; the fallbacks count up from `FACE_FALLBACK`.
+enum FaceE : unsigned { FACE_MAIN = 0, FACE_MATH = 1, FACE_FALLBACK = 2 };
+
+/// The faces that formulas are set in: KaTeX Main (upright), KaTeX Math (italic), and fallbacks for what both
+/// lack. Immutable.
+class FontSetC final : public oss::RefCountedBC {
+ public:
+  /// Name of a face and the bytes of its file.
+  struct FileS {
+    std::string name, bytes;
+  };
+
+  /// The folders named by the environment variable `ZOLT_FONT_DIR` (separated as in `PATH`), then those the
+  /// library was built with.
+  static std::vector<std::string> getDefaultFolders();
+
+  /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present, `DejaVuSerif.ttf` and
+  /// `DejaVuSans.ttf`, each from the first folder that holds it. Null, with `error` naming the file and the
+  /// folders, when one of the first two is missing or any file is unusable.
+  static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders, std::string& error);
+
+  /// The same from bytes that the host has at hand: main, math, then the fallbacks in order of preference.
+  /// Null, with `error`, when there are fewer than two or one is unusable.
+  static oss::PointerTC<FontSetC> fromMemory(std::vector<FileS> files, std::string& error);
+
+  unsigned getFaceCount() const { return unsigned(faces_.size()); }
+  SfntFontC const& getFont(unsigned face) const { return faces_[face].font; }
+  /// "KaTeX_Main", "KaTeX_Math", "DejaVu Serif", …
+  std::string const& getFaceName(unsigned face) const { return faces_[face].name; }
+
+ private:
+  struct LoadedFaceS {
+    std::string name;
+    SfntFontC font;
+  };
+
+  FontSetC() = default;
+
+  std::vector<LoadedFaceS> faces_;
+};
+
+}  // namespace zolt::surfaces

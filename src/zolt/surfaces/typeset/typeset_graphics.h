@@ -1,0 +1,88 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/surfaces/typeset/bracket_shape.h"
+#include "zolt/surfaces/typeset/path.h"
+#include "zolt/surfaces/typeset/rule.h"
+#include "zolt/surfaces/typeset/typesetter.h"
+#include "zolt/ved/geometry/graphics.h"
+
+namespace zolt::surfaces {
+
+/// What a shape is painted for; each kind has its own strength of the foreground colour.
+enum InkE {
+  INK_TEXT = 0,      ///< texts, bars, signs and typed brackets
+  INK_SUPPLIED = 1,  ///< brackets that the editor supplied
+  INK_SLOT = 2       ///< empty places
+};
+
+/// Share of the foreground colour, 0 to 1.
+constexpr double getInkStrength(InkE ink) {
+  return ink == INK_TEXT ? 1.0 : ink == INK_SUPPLIED ? 0.45 : 0.16;
+}
+
+/// Glyphs of one face and size on one baseline. `PlacedGlyphS::x` counts from `x`.
+struct GlyphRunS {
+  unsigned face;
+  double em;
+  double x, baseline;
+  PlacedGlyphS const* glyphs;
+  std::size_t count;
+};
+
+/// The shared look as a drawing surface: it measures, shapes brackets and signs, joins strokes, and leaves
+/// four primitives to whoever derives from it. All hosts on it lay a formula out alike.
+///
+/// Coordinates handed to the primitives are surface units as the component counts them; a derived surface
+/// scales its painter and nothing else. Strokes are held back until they cannot be continued any more, so
+/// call `finish` after displaying.
+class TypesetGraphicsABC : public math::ved::GraphicsABC {
+ public:
+  /// `typesetter` must not be null; surfaces may share one.
+  explicit TypesetGraphicsABC(oss::PointerTC<TypesetterC> typesetter);
+  ~TypesetGraphicsABC() override;
+  TypesetGraphicsABC(TypesetGraphicsABC const&) = delete;
+  TypesetGraphicsABC& operator=(TypesetGraphicsABC const&) = delete;
+
+  TypesetterC& getTypesetter() const;
+
+  /// Paints the strokes held back.
+  void finish() const;
+
+  void invalidate() const override {}
+  void getTextExtent(oss::wstring const& text, long& width, long& height, long& midHeight) const final;
+  long getTextWidth(oss::wstring const& text) const final;
+  long getTextHeight(oss::wstring const& text) const final;
+  long getTextMidHeight(oss::wstring const& text) const final;
+  long getMetric(long index) const final;
+  void drawText(oss::wstring const& text, long x, long y) const final;
+  void drawLine(long x1, long y1, long x2, long y2) const final;
+  void drawHorizontalLine(long x, long y, long length) const final;
+  void drawVerticalLine(long x, long y, long length) const final;
+  void drawOpenBracket(long x, long y, long height, bool automatic) const final;
+  void drawCloseBracket(long x, long y, long height, bool automatic) const final;
+  /// The brackets overhang the content box by `getMetric(2)`, like those that enclose part of a row.
+  void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
+  void selectFont(unsigned long fontDepth) const final;
+
+ protected:
+  virtual void fillGlyphs(GlyphRunS const& run) const = 0;
+  /// Fills by the nonzero winding rule.
+  virtual void fillPath(PathC const& path, InkE ink) const = 0;
+  /// Strokes an open path with round ends and joins.
+  virtual void strokePath(PathC const& path, double thickness, InkE ink) const = 0;
+  /// Paints a bar; a surface of pixels aligns it with `snapRule`.
+  virtual void fillRule(RuleS const& rule, InkE ink) const = 0;
+
+ private:
+  void fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
+                   bool automatic) const;
+
+  struct StateS;
+  std::unique_ptr<StateS> state_;
+};
+
+}  // namespace zolt::surfaces

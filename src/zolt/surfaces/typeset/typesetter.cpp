@@ -1,0 +1,115 @@
+#include "zolt/surfaces/typeset/typesetter.h"
+
+#include "zolt/surfaces/typeset/detail/text_ruler.h"
+#include "zolt/surfaces/typeset/font_size.h"
+#include "zolt/surfaces/utf.h"
+
+namespace zolt::surfaces {
+
+namespace {
+
+constexpr double prime_size = 0.75, prime_rise = 0.36;
+
+/// Puts ruled characters on paper at one font size.
+class PlacerC {
+ public:
+  PlacerC(int em, std::vector<PlacedGlyphS>& glyphs) : em_(em), glyphs_(glyphs) {}
+
+  void place(RuledCharS const& ruled) {
+    bool const prime = ruled.look.charClass == CLASS_PRIME;
+    append(ruled.look.charClass, ruled.look.upright, ruled.origin, prime);
+    if (ruled.look.overlay.face != FaceGlyphS::no_face) {
+      append(CLASS_ORDINARY, ruled.look.overlay, ruled.origin, false);
+    }
+  }
+
+  /// Places a whole run of letters.
+  void placeRun(std::vector<RuledCharS> const& run, bool upright) {
+    std::int64_t natural = 0;
+    for (RuledCharS const& letter : run) natural += glyphOf(letter, upright).advance;
+    std::int64_t const start = run.front().start, room = run.back().end - start;
+    std::int64_t used = 0;
+    for (RuledCharS const& letter : run) {
+      FaceGlyphS const& glyph = glyphOf(letter, upright);
+      // A run that was measured as the beginning of a name and did not become one is spread over that room.
+      append(CLASS_LETTER, glyph, start + (natural == 0 ? 0 : used * room / natural), false);
+      used += glyph.advance;
+    }
+  }
+
+ private:
+  static FaceGlyphS const& glyphOf(RuledCharS const& letter, bool upright) {
+    return upright ? letter.look.upright : letter.look.italic;
+  }
+
+  double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
+
+  void append(CharClassE charClass, FaceGlyphS const& glyph, std::int64_t x, bool prime) {
+    PlacedGlyphS placed{};
+    bool const missing = glyph.face == FaceGlyphS::no_face;
+    placed.shape = charClass == CLASS_SLOT ? SHAPE_SLOT : missing ? SHAPE_MISSING : SHAPE_GLYPH;
+    placed.face = missing ? 0 : glyph.face;
+    placed.glyph = glyph.glyph;
+    placed.codePoint = glyph.codePoint;
+    placed.x = toUnits(x);
+    placed.width = toUnits(glyph.advance);
+    placed.em = prime ? em_ * prime_size : em_;
+    placed.rise = prime ? em_ * prime_rise : 0;
+    glyphs_.push_back(placed);
+  }
+
+  int em_;
+  std::vector<PlacedGlyphS>& glyphs_;
+};
+
+bool isTight(unsigned long depth) { return depth > 0; }
+
+}  // namespace
+
+struct TypesetterC::StateS {
+  explicit StateS(oss::PointerTC<FontSetC> fonts) : characters(fonts) {}
+
+  CharTableC characters;
+  NameTableC names;
+  std::vector<RuledCharS> run;  // kept for its memory
+};
+
+TypesetterC::TypesetterC(oss::PointerTC<FontSetC> fonts) : state_(std::make_unique<StateS>(fonts)) {}
+TypesetterC::~TypesetterC() = default;
+
+FontSetC const& TypesetterC::getFonts() const { return state_->characters.getFonts(); }
+
+void TypesetterC::addUprightName(oss::wstring const& name) { state_->names.add(name); }
+
+long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  for (char16_t const c : text) ruler.read(c);
+  return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
+}
+
+void TypesetterC::place(oss::wstring const& text, unsigned long depth,
+                        std::vector<PlacedGlyphS>& glyphs) const {
+  glyphs.clear();
+  PlacerC placer(getFontSize(depth).em, glyphs);
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  std::vector<RuledCharS>& run = state_->run;
+  auto const endRun = [&] {
+    if (run.empty()) return;
+    placer.placeRun(run, state_->names.isName(run.back().names));
+    run.clear();
+  };
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    RuledCharS const& ruled = ruler.read(text[i]);
+    // The second half of a pair stands for both.
+    if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) continue;
+    if (ruled.inRun) {
+      run.push_back(ruled);
+    } else {
+      endRun();
+      placer.place(ruled);
+    }
+  }
+  endRun();
+}
+
+}  // namespace zolt::surfaces

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/ref_counted.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/surfaces/typeset/font_set.h"
+
+namespace zolt::surfaces {
+
+enum ShapeE {
+  SHAPE_GLYPH = 0,
+  SHAPE_SLOT = 1,    ///< an empty place to fill in, painted as an area
+  SHAPE_MISSING = 2  ///< a character that no face has
+};
+
+/// One thing to paint for a text. Positions are in surface units from the left edge of the text box and from
+/// the baseline.
+struct PlacedGlyphS {
+  ShapeE shape;
+  unsigned face;        ///< of a glyph
+  std::uint16_t glyph;  ///< its index in the font file
+  char32_t codePoint;   ///< the character that the glyph shows, for surfaces that draw by characters
+  double x;             ///< of the glyph's origin, or the left edge of a slot or a missing character
+  double width;         ///< the advance
+  double em;            ///< size of the letters
+  double rise;          ///< how far the origin stands above the baseline
+};
+
+/// Decides how texts look and how wide they are: the one place that every surface asks, so that all lay a
+/// formula out alike. Letters are italic; digits, signs and the names of functions are upright; signs keep
+/// their distance.
+///
+/// The width of a text is the width of each of its beginnings plus what follows, never less than theirs: what
+/// a character adds depends on the characters before it only. That is why a sign's space is on both sides of
+/// the sign itself, and why a name such as "sin" is as wide upright as its letters promised.
+///
+/// A sign that can be a prefix ("+", "−", "±") has no space around it after another sign, "(" or ","; first
+/// in a text it may be either, and gets a little.
+class TypesetterC final : public oss::RefCountedBC {
+ public:
+  /// `fonts` must not be null.
+  explicit TypesetterC(oss::PointerTC<FontSetC> fonts);
+  ~TypesetterC() override;
+  TypesetterC(TypesetterC const&) = delete;
+  TypesetterC& operator=(TypesetterC const&) = delete;
+
+  FontSetC const& getFonts() const;
+
+  /// Has a run of letters set upright where it makes up exactly `name`. Changes widths, so that whatever was
+  /// measured has to be laid out again.
+  void addUprightName(oss::wstring const& name);
+
+  /// Width in surface units.
+  long measure(oss::wstring const& text, unsigned long depth) const;
+
+  /// Replaces the contents of `glyphs` by what `text` consists of, left to right.
+  void place(oss::wstring const& text, unsigned long depth, std::vector<PlacedGlyphS>& glyphs) const;
+
+ private:
+  struct StateS;
+  std::unique_ptr<StateS> state_;
+};
+
+}  // namespace zolt::surfaces
