@@ -7,7 +7,7 @@ namespace zolt::math::algexpr {
 /// A host's rule on which expressions may be entered.
 class ConstraintsBC : public oss::RefCountedBC {
  public:
-  virtual ~ConstraintsBC() override;
+  ~ConstraintsBC() override;
   virtual bool check(PointerTC<AlgebraicExpressionC> expression) const = 0;
 };
 
