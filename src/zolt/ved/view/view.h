@@ -77,9 +77,10 @@ class ViewZNT4C {
   PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
   /// `copy`, then the backspace key: call only with a selection.
   PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
-  /// Replaces the selection by what `copy` wrote. Bytes that do not read, or would nest too deep, do nothing.
-  void paste(oss::bytestring const& bytes);
-  void paste(PointerTC<algexpr::AlgebraicExpressionC> expression);
+  /// Replaces the selection by what `copy` wrote. False, with nothing done, for bytes that do not read or
+  /// would nest too deep, and when the view is not editable.
+  bool paste(oss::bytestring const& bytes);
+  bool paste(PointerTC<algexpr::AlgebraicExpressionC> expression);
 
   // ---- Undo -----------------------------------------------------------------------------------------------
   /// Takes back the last event that changed the formula, or brings back the last one taken back: formula,
@@ -93,6 +94,13 @@ class ViewZNT4C {
   /// step before it, so that a host which treats typing as one act goes on.
   bool undoContinues() const;
   bool redoContinues() const;
+  /// Until `endGroup`, all edits are one: one step to undo, checked by the constraints as a whole. Undo and
+  /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest.
+  void beginGroup() { grouping_ = true; }
+  /// False when the constraints rejected the group, which then leaves nothing behind.
+  bool endGroup();
+  /// Ends the group and takes back its edits.
+  void cancelGroup();
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
   Node4C const& crefRoot() const { return *root_; }
@@ -118,8 +126,11 @@ class ViewZNT4C {
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
-  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot (`dropStep`).
+  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot (`dropStep`). Within a group
+  /// the second half waits for its end.
   void finishEdit();
+  /// The second half; false when the edit was rejected.
+  bool settleEdit();
   bool isRejected() const;
   /// `setAlgebraicExpression` without forgetting the history; also for use inside an event.
   void showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
@@ -185,7 +196,7 @@ class ViewZNT4C {
   Node4C* cutSelection();
   bool isAllSelected() const;
   /// Null: nothing to paste.
-  void pasteRow(std::unique_ptr<Node4C> row);
+  bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
   /// Makes the tree, caret and anchor of `state` the view's own.
   void takeOver(EditBackupC& state);
@@ -202,6 +213,7 @@ class ViewZNT4C {
   long textOverhang_ = -1;  // how far texts reach out of the boxes around them; -1: not measured
   PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
+  bool grouping_ = false;
   bool executing_ = false;  // an event is under way: no layout, no drawing, no second event
   mutable bool paintMissed_ = false;
   long hitBestDistance_ = 0;

@@ -86,21 +86,21 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
   return expression;
 }
 
-void ViewZNT4C::paste(bytestring const& bytes) {
-  if (executing_ || !editable_) return;
-  pasteRow(readRow(bytes));
+bool ViewZNT4C::paste(bytestring const& bytes) {
+  if (executing_ || !editable_) return bip();
+  return pasteRow(readRow(bytes));
 }
 
-void ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
-  if (executing_ || !editable_ || !expression) return;
+bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
+  if (executing_ || !editable_ || !expression) return bip();
   std::unique_ptr<Node4C> const root(Node4C::fromAlgebraicExpression(
       expression, common::Float64UtilC::max_display_precision, algexpr::NUMBER_FORMAT_AUTOMATIC));
-  pasteRow(std::unique_ptr<Node4C>(root->cutChild(0)));
+  return pasteRow(std::unique_ptr<Node4C>(root->cutChild(0)));
 }
 
-void ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
+bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   // The row itself dissolves in the row that it goes into.
-  if (!row || !mayNest(countNestedRows(*row) - 1)) return;
+  if (!row || !mayNest(countNestedRows(*row) - 1)) return bip();
   executing_ = true;
   if (deleteSelection()) {
     splitText(true);
@@ -108,6 +108,7 @@ void ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   }
   finishEdit();
   finishEvent();
+  return true;
 }
 
 bool ViewZNT4C::backupBeforeModif() {

@@ -242,16 +242,20 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
 }
 
 void ViewZNT4C::finishEdit() {
-  if (layoutPending_) {
-    root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
-    if (isRejected()) {
-      takeOver(*backup_);
-      dropStep();
-    } else {
-      recordStep();
-    }
+  if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+  if (!grouping_) settleEdit();
+}
+
+bool ViewZNT4C::settleEdit() {
+  bool const rejected = isRejected();
+  if (rejected) {
+    takeOver(*backup_);
+    dropStep();
+  } else {
+    recordStep();
   }
   backup_.reset();
+  return !rejected;
 }
 
 // An expression that is still incomplete is never rejected.

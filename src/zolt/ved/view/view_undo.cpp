@@ -12,15 +12,33 @@ bool ViewZNT4C::undoContinues() const { return canUndo() && history_->undoContin
 bool ViewZNT4C::redoContinues() const { return canRedo() && history_->redoContinues(); }
 
 bool ViewZNT4C::undo() {
-  if (executing_ || !canUndo()) return bip();
+  if (executing_ || grouping_ || !canUndo()) return bip();
   takeOver(*history_->undo());
   return true;
 }
 
 bool ViewZNT4C::redo() {
-  if (executing_ || !canRedo()) return bip();
+  if (executing_ || grouping_ || !canRedo()) return bip();
   takeOver(*history_->redo());
   return true;
+}
+
+bool ViewZNT4C::endGroup() {
+  if (executing_ || !grouping_) return bip();
+  grouping_ = false;
+  executing_ = true;
+  history_->markTyping(false);
+  bool const kept = settleEdit();
+  finishEvent();
+  return kept;
+}
+
+void ViewZNT4C::cancelGroup() {
+  if (executing_ || !grouping_) return;
+  grouping_ = false;
+  if (history_->isStepOpen()) takeOver(*history_->stateBeforeStep());
+  dropStep();
+  backup_.reset();
 }
 
 void ViewZNT4C::recordStep() { history_->endStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_}); }
