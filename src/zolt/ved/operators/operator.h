@@ -71,8 +71,8 @@ class OperatorBC : public oss::RefCountedBC {
   /// Whether the argument at `index` (in the expression's order) gets a row of its own, one nesting level
   /// below the construct's. False for everything that is written in the construct's own row.
   virtual bool hasOwnRow(unsigned long index) const;
-  /// Whether the operator stands in a tree as a node of its own (NODE4_OPERATOR). False for what is written as
-  /// text and for powers, whose nodes know no operator.
+  /// Whether the operator stands in a tree as a node of its own (NODE4_OPERATOR). False for what is written
+  /// as text and for powers, whose nodes know no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }
 
  protected:

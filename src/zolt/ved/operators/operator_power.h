@@ -24,6 +24,9 @@ class OperatorPowerC : public OperatorBC {
   bool isConstruct() const override { return false; }
 
  private:
+  bool hasFixedExponent() const;
+  bool hasFixedBase() const;
+
   wstring fixedExponent_;
   bool exponentFlag_;
 };

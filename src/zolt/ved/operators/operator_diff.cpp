@@ -1,0 +1,56 @@
+#include "zolt/ved/operators/operator_diff.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+OperatorDiffC::OperatorDiffC(wstring const& name, wstring const& text, int precedence, bool coreElement,
+                             int code)
+    : OperatorBC(name, text, 2, precedence, false, coreElement, code) {}
+
+OperatorDiffC::~OperatorDiffC() = default;
+
+std::pair<Node4C*, int> OperatorDiffC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {0, 1}, stack), getPrecedence()};
+}
+
+wstring OperatorDiffC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
+  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
+}
+
+void OperatorDiffC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const variable = node->child(0);
+  Node4C* const expression = node->child(1);
+  long const bracket = graphics.getMetric(1);
+  variable->setDX(graphics.getTextWidth(crefText()) + 2);
+  expression->setDX(variable->getDX() + variable->getWidth() + bracket + 3);
+  node->setWidth(expression->getDX() + expression->getWidth() + bracket);
+  node->setMidHeight(Node4C::maxDim(expression->getMidHeight() + graphics.getMetric(2),
+                                    graphics.getTextHeight(crefText()) + 1));
+  expression->setDY(node->getMidHeight() - expression->getMidHeight());
+  variable->setDY(node->getMidHeight() + graphics.getMetric(3) + 1);
+  node->setHeight(Node4C::maxDim(expression->getDY() + expression->getHeight(),
+                                 variable->getDY() + variable->getHeight()));
+}
+
+void OperatorDiffC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long, long,
+                                 long midHeight) const {
+  Node4C const* const variable = node->child(0);
+  Node4C const* const expression = node->child(1);
+  long const bar = y + midHeight;
+  long const length = variable->getDX() + variable->getWidth() + 2;
+  graphics.drawText(crefText(), x, bar + graphics.getMetric(3) + 1);
+  graphics.drawText(crefText(), x + (length - graphics.getTextWidth(crefText())) / 2,
+                    bar - graphics.getTextHeight(crefText()) - 1);
+  graphics.drawHorizontalLine(x, bar, length);
+  graphics.drawBracketPair(x + expression->getDX(), y + expression->getDY(), expression->getWidth(),
+                           expression->getHeight(), true);
+}
+
+bool OperatorDiffC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 1, 0); }
+
+bool OperatorDiffC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

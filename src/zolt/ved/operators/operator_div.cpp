@@ -1,0 +1,163 @@
+#include "zolt/ved/operators/operator_div.h"
+
+#include <memory>
+
+#include "zolt/ved/operators/detail/operand_search.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/view/view_insertion.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+using RowT = std::unique_ptr<Node4C>;
+
+/// Selects from `stretch.far` to the caret.
+void select(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
+  insertion.placeAnchor(stretch.far, stretch.farPos);
+}
+
+bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
+  if (!stretch.isFound()) return insertion.mayNest(0);
+  select(insertion, stretch);
+  bool const fits = insertion.mayNest(0);
+  insertion.clearAnchor();
+  return fits;
+}
+
+bool isOpen(Node4C const& item) { return item.getType() == NODE4_OPEN || item.getType() == NODE4_AUTO_OPEN; }
+bool isClose(Node4C const& item) {
+  return item.getType() == NODE4_CLOSE || item.getType() == NODE4_AUTO_CLOSE;
+}
+
+/// Whether the row is one bracketed group and nothing else: the bar can stand for its parentheses then.
+bool isWholeGroup(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  if (count < 5 || row.child(0)->sizeText() > 0 || row.child(count - 1)->sizeText() > 0) return false;
+  if (!isOpen(*row.child(1)) || !isClose(*row.child(count - 2))) return false;
+  long depth = 0;
+  for (unsigned long i = 1; i + 2 < count; ++i) {
+    if (isOpen(*row.child(i))) ++depth;
+    if (isClose(*row.child(i)) && --depth == 0) return false;
+  }
+  return true;
+}
+
+void stripBrackets(ViewInsertionC& insertion, Node4C& row) {
+  if (!isWholeGroup(row)) return;
+  row.deleteChild(row.numChildren() - 2);
+  row.deleteChild(1);
+  insertion.checkRow(row);
+}
+
+RowT take(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
+  insertion.clearAnchor();
+  if (!stretch.isFound()) return nullptr;
+  select(insertion, stretch);
+  RowT row = insertion.cutSelection();
+  if (row && stretch.group) stripBrackets(insertion, *row);
+  return row;
+}
+
+RowT takeLeft(ViewInsertionC& insertion) {
+  Node4C* const node = insertion.getCaretNode();
+  unsigned int const pos = insertion.getCaretPos();
+  auto const stretch = detail::findLeftOperand(node, pos);
+  node->refText().erase(stretch.nearPos, pos - stretch.nearPos);
+  insertion.placeCaret(node, stretch.nearPos);
+  return take(insertion, stretch);
+}
+
+RowT takeRight(ViewInsertionC& insertion) {
+  Node4C* const node = insertion.getCaretNode();
+  unsigned int const pos = insertion.getCaretPos();
+  wstring& text = node->refText();
+  std::size_t blanks = 0;
+  while (pos + blanks < text.size() && text[pos + blanks] == u' ') ++blanks;
+  text.erase(pos, blanks);
+  return take(insertion, detail::findRightOperand(node, pos));
+}
+
+/// Whether a selected stretch begins with a sign, which cannot begin a numerator.
+bool startsWithSign(ViewInsertionC const& insertion, Node4C const& row) {
+  if (row.numChildren() == 0 || row.child(0)->getType() != NODE4_TEXT) return false;
+  auto const op = insertion.crefOperatorList().lookupText(row.child(0)->crefText());
+  return op && op->isLinear();
+}
+
+}  // namespace
+
+OperatorDivC::OperatorDivC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 2, 0, false, coreElement, code) {}
+
+OperatorDivC::~OperatorDivC() = default;
+
+std::pair<Node4C*, int> OperatorDivC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {1, 0}, stack), getPrecedence()};
+}
+
+void OperatorDivC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const numerator = node->child(0);
+  Node4C* const denominator = node->child(1);
+  long const margin = graphics.getMetric(3);
+  // The bar overhangs the wider argument by a unit on each side.
+  long const width = Node4C::maxDim(numerator->getWidth(), denominator->getWidth()) + 2;
+  node->setWidth(width);
+  numerator->setDX((width - numerator->getWidth()) / 2);
+  denominator->setDX((width - denominator->getWidth()) / 2);
+  numerator->setDY(0);
+  node->setMidHeight(numerator->getHeight() + margin / 2 + 1);
+  node->setHeight(denominator->getHeight() + (margin + 1) / 2 + node->getMidHeight() + 1);
+  denominator->setDY(node->getHeight() - denominator->getHeight());
+}
+
+void OperatorDivC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width, long,
+                                long midHeight) const {
+  graphics.drawHorizontalLine(x, y + midHeight, width);
+}
+
+bool OperatorDivC::runOperator(ViewZNT4C& view) const {
+  ViewInsertionC insertion(view);
+  RowT numerator;
+  RowT denominator;
+  bool around = !insertion.isSelected();
+  if (!around) {
+    if (!insertion.mayNest(0)) return false;
+    numerator = insertion.cutSelection();
+    if (numerator && startsWithSign(insertion, *numerator)) {
+      numerator.reset();
+      around = true;
+    }
+  } else {
+    auto const left = detail::findLeftOperand(insertion.getCaretNode(), insertion.getCaretPos());
+    auto const right = detail::findRightOperand(insertion.getCaretNode(), insertion.getCaretPos());
+    if (!mayTake(insertion, left) || !mayTake(insertion, right)) return false;
+  }
+  if (around) {
+    numerator = takeLeft(insertion);
+    denominator = takeRight(insertion);
+  }
+
+  insertion.splitText(true);
+  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorDivC*>(this), wstring(), 2);
+  Node4C* const fraction = node.get();
+  insertion.insertBeforeCaret(std::move(node));
+  if (!denominator) {
+    denominator.reset(detail::makeEmptyRow());
+    insertion.placeCaret(denominator->child(0), 0);
+  }
+  if (!numerator) {
+    numerator.reset(detail::makeEmptyRow());
+    insertion.placeCaret(numerator->child(0), 0);
+  }
+  insertion.placeCaret(insertion.getCaretNode(), 0);
+  fraction->setChild(0, numerator.release());
+  fraction->setChild(1, denominator.release());
+  return true;
+}
+
+bool OperatorDivC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

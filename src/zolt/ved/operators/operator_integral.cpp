@@ -1,0 +1,79 @@
+#include "zolt/ved/operators/operator_integral.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+// The column of the sign, to the left of the bounds.
+constexpr long sign_width = 6;
+wstring const differential = u"d";
+
+}  // namespace
+
+OperatorIntegralC::OperatorIntegralC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 4, 0, false, coreElement, code) {}
+
+OperatorIntegralC::~OperatorIntegralC() = default;
+
+std::pair<Node4C*, int> OperatorIntegralC::fromAlgebraicNode(algexpr::NodeABC&,
+                                                             ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack), getPrecedence()};
+}
+
+void OperatorIntegralC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
+  node->child(0)->increaseFontDepth();
+  node->child(1)->increaseFontDepth();
+}
+
+void OperatorIntegralC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const lower = node->child(0);
+  Node4C* const upper = node->child(1);
+  Node4C* const integrand = node->child(2);
+  Node4C* const variable = node->child(3);
+  long const gap = graphics.getMetric(0);
+
+  long const bounds = Node4C::maxDim(lower->getWidth(), upper->getWidth());
+  lower->setDX((bounds - lower->getWidth()) / 2 + sign_width);
+  upper->setDX((bounds - upper->getWidth()) / 2 + sign_width);
+  integrand->setDX(bounds + gap + sign_width);
+  variable->setDX(integrand->getDX() + integrand->getWidth() + gap + graphics.getTextWidth(differential) +
+                  gap);
+  node->setWidth(variable->getDX() + variable->getWidth());
+
+  upper->setDY(0);
+  integrand->setDY(upper->getHeight());
+  node->setMidHeight(integrand->getDY() + integrand->getMidHeight());
+  variable->setDY(node->getMidHeight() - variable->getMidHeight());
+  lower->setDY(integrand->getDY() + integrand->getHeight());
+  node->setHeight(lower->getDY() + lower->getHeight());
+}
+
+void OperatorIntegralC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
+                                     long height, long midHeight) const {
+  long const stem = x + 2;
+  long const bottom = y + height - 1;
+  graphics.drawLine(stem + 2, y + 1, stem + 1, y);
+  graphics.drawLine(stem + 1, y, stem, y + 1);
+  graphics.drawVerticalLine(stem, y + 1, height - 2);
+  graphics.drawLine(x, bottom - 1, x + 1, bottom);
+  graphics.drawLine(x + 1, bottom, stem, bottom - 1);
+
+  long textWidth = 0;
+  long textHeight = 0;
+  long textMidHeight = 0;
+  graphics.getTextExtent(differential, textWidth, textHeight, textMidHeight);
+  graphics.drawText(differential, x + node->child(3)->getDX() - graphics.getMetric(0) - textWidth,
+                    y + midHeight - textMidHeight);
+}
+
+bool OperatorIntegralC::runOperator(ViewZNT4C& view) const {
+  return detail::insertConstruct(*this, view, 2, 0);
+}
+
+bool OperatorIntegralC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

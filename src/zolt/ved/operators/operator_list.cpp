@@ -1,0 +1,33 @@
+#include "zolt/ved/operators/operator_list.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+template <class Map, class Key>
+PointerTC<OperatorBC> find(Map const& map, Key const& key) {
+  auto const entry = map.find(key);
+  return entry == map.end() ? nullptr : entry->second;
+}
+
+}  // namespace
+
+OperatorListC::OperatorListC() = default;
+OperatorListC::OperatorListC(OperatorListC const&) = default;
+OperatorListC& OperatorListC::operator=(OperatorListC const&) = default;
+OperatorListC::~OperatorListC() = default;
+
+void OperatorListC::add(PointerTC<OperatorBC> op) {
+  byName_[op->getName()] = op;
+  byText_[op->getText()] = op;
+}
+
+void OperatorListC::addKey(unsigned long key, PointerTC<OperatorBC> op) { byKey_[key] = std::move(op); }
+
+void OperatorListC::remove(wstring const& name) { byName_.erase(name); }
+
+PointerTC<OperatorBC> OperatorListC::lookup(wstring const& name) const { return find(byName_, name); }
+PointerTC<OperatorBC> OperatorListC::lookupText(wstring const& text) const { return find(byText_, text); }
+PointerTC<OperatorBC> OperatorListC::lookupKey(unsigned long key) const { return find(byKey_, key); }
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,68 @@
+#include "zolt/ved/operators/operator_nth_root.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+constexpr long tick_size = 4;
+// How far the radicand's bottom lies at least below the index, which stands above the tick.
+constexpr long index_clearance = 2;
+
+}  // namespace
+
+OperatorNthRootC::OperatorNthRootC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 2, 0, false, coreElement, code) {}
+
+OperatorNthRootC::~OperatorNthRootC() = default;
+
+std::pair<Node4C*, int> OperatorNthRootC::fromAlgebraicNode(algexpr::NodeABC&,
+                                                            ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {0, 1}, stack), getPrecedence()};
+}
+
+wstring OperatorNthRootC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
+  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
+}
+
+void OperatorNthRootC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
+  node->child(0)->increaseFontDepth();
+}
+
+void OperatorNthRootC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const index = node->child(0);
+  Node4C* const radicand = node->child(1);
+  long const gap = graphics.getMetric(0);
+  long const margin = graphics.getMetric(3);
+  long const top = gap + margin;
+  index->setDX(0);
+  index->setDY(0);
+  radicand->setDX(margin + 2 * gap + index->getWidth());
+  radicand->setDY(Node4C::maxDim(top, index->getHeight() + index_clearance - radicand->getHeight()));
+  node->setWidth(radicand->getDX() + radicand->getWidth() + 1);
+  node->setHeight(radicand->getDY() + radicand->getHeight() + 2);
+  node->setMidHeight(radicand->getDY() + radicand->getMidHeight());
+}
+
+void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
+                                    long height, long) const {
+  Node4C const* const radicand = node->child(1);
+  long const margin = graphics.getMetric(0) + graphics.getMetric(3);
+  long const stroke = x + radicand->getDX() - margin;
+  long const top = y + radicand->getDY() - margin;
+  long const bottom = y + height - 1;
+  graphics.drawLine(stroke - tick_size, bottom - tick_size, stroke, bottom);
+  graphics.drawVerticalLine(stroke, top, margin + radicand->getHeight() + 2);
+  graphics.drawHorizontalLine(stroke, top, margin + radicand->getWidth() + 1);
+}
+
+bool OperatorNthRootC::runOperator(ViewZNT4C& view) const {
+  return detail::insertConstruct(*this, view, 1, 0);
+}
+
+bool OperatorNthRootC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

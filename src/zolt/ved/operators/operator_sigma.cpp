@@ -1,0 +1,94 @@
+#include "zolt/ved/operators/operator_sigma.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+wstring const equals = u"=";
+// The sign is twice as high as this letter in the font of the limits.
+wstring const measure = u"M";
+
+long signSize(Node4C const& node, GraphicsABC const& graphics) {
+  node.child(0)->selectFont(graphics);
+  return 2 * graphics.getTextHeight(measure);
+}
+
+}  // namespace
+
+OperatorSigmaC::OperatorSigmaC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 4, 0, false, coreElement, code) {}
+
+OperatorSigmaC::~OperatorSigmaC() = default;
+
+std::pair<Node4C*, int> OperatorSigmaC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack), getPrecedence()};
+}
+
+void OperatorSigmaC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
+  node->child(0)->increaseFontDepth();
+  node->child(1)->increaseFontDepth();
+  node->child(2)->increaseFontDepth();
+}
+
+void OperatorSigmaC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const index = node->child(0);
+  Node4C* const start = node->child(1);
+  Node4C* const end = node->child(2);
+  Node4C* const summand = node->child(3);
+  long const size = signSize(*node, graphics);
+  long const equalsWidth = graphics.getTextWidth(equals);
+  long const bracket = graphics.getMetric(1);
+  long const overhang = graphics.getMetric(2);
+
+  long const lower = index->getWidth() + equalsWidth + start->getWidth();
+  long const column = Node4C::maxDim(Node4C::maxDim(lower, end->getWidth()), size + 1);
+  summand->setDX(column + bracket);
+  node->setWidth(column + 2 * bracket + summand->getWidth());
+  end->setDX((column - end->getWidth()) / 2);
+  index->setDX((column - lower) / 2);
+  start->setDX(index->getDX() + index->getWidth() + equalsWidth);
+
+  long const above = end->getHeight() + size / 2;
+  node->setMidHeight(Node4C::maxDim(above, overhang + summand->getMidHeight()));
+  summand->setDY(node->getMidHeight() - summand->getMidHeight());
+  end->setDY(node->getMidHeight() - above);
+  long const bottom =
+      Node4C::maxDim(index->getHeight(), start->getHeight()) + (size + 1) / 2 + node->getMidHeight();
+  index->setDY(bottom - index->getHeight());
+  start->setDY(bottom - start->getHeight());
+  node->setHeight(Node4C::maxDim(summand->getDY() + summand->getHeight() + overhang, bottom));
+}
+
+void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long, long,
+                                  long midHeight) const {
+  Node4C const* const start = node->child(1);
+  Node4C const* const summand = node->child(3);
+  long const size = signSize(*node, graphics);
+  long const axis = y + midHeight;
+  long const left = x + (summand->getDX() - size - graphics.getMetric(1)) / 2;
+  long const top = axis - size / 2;
+  long const bottom = axis + (size + 1) / 2;
+  graphics.drawHorizontalLine(left, top, size);
+  graphics.drawHorizontalLine(left, bottom, size);
+  graphics.drawLine(left, top, left + size / 2, axis);
+  graphics.drawLine(left + size / 2, axis, left, bottom);
+
+  long textWidth = 0;
+  long textHeight = 0;
+  long textMidHeight = 0;
+  graphics.getTextExtent(equals, textWidth, textHeight, textMidHeight);
+  graphics.drawText(equals, x + start->getDX() - textWidth,
+                    y + start->getDY() + start->getMidHeight() - textMidHeight);
+  graphics.drawBracketPair(x + summand->getDX(), y + summand->getDY(), summand->getWidth(),
+                           summand->getHeight(), true);
+}
+
+bool OperatorSigmaC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 3, 0); }
+
+bool OperatorSigmaC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

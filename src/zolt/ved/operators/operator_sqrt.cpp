@@ -1,0 +1,51 @@
+#include "zolt/ved/operators/operator_sqrt.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+// What the radical sign takes to the left of the radicand, and the bar to the right of it.
+constexpr long sign_width = 5;
+constexpr long bar_overhang = 1;
+
+}  // namespace
+
+OperatorSqrtC::OperatorSqrtC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 1, 0, false, coreElement, code) {}
+
+OperatorSqrtC::~OperatorSqrtC() = default;
+
+std::pair<Node4C*, int> OperatorSqrtC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {0}, stack), getPrecedence()};
+}
+
+void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const radicand = node->child(0);
+  long const top = graphics.getMetric(3) + graphics.getMetric(0);
+  radicand->setDX(sign_width);
+  radicand->setDY(top);
+  node->setWidth(radicand->getWidth() + sign_width + bar_overhang);
+  node->setHeight(top + radicand->getHeight() + 2);
+  node->setMidHeight(top + radicand->getMidHeight());
+}
+
+void OperatorSqrtC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
+                                 long height, long) const {
+  // The tick is as wide and as high as the gap leaves of the sign.
+  long const tick = 4 - graphics.getMetric(0);
+  long const stroke = x + tick;
+  long const bottom = y + height - 1;
+  graphics.drawLine(x, bottom - tick, stroke, bottom);
+  graphics.drawVerticalLine(stroke, y, height);
+  graphics.drawHorizontalLine(stroke, y, width - tick);
+}
+
+bool OperatorSqrtC::runOperator(ViewZNT4C& view) const { return detail::insertEnclosure(*this, view); }
+
+bool OperatorSqrtC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,33 @@
+#include "zolt/ved/operators/operator_unary_postfix.h"
+
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/view/view_insertion.h"
+
+namespace zolt::math::ved {
+
+OperatorUnaryPostfixC::OperatorUnaryPostfixC(wstring const& name, wstring const& text, int precedence,
+                                             bool coreElement, int code)
+    : OperatorBC(name, text, 1, precedence, true, coreElement, code) {}
+
+OperatorUnaryPostfixC::~OperatorUnaryPostfixC() = default;
+
+std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeABC&,
+                                                                 ConversionStackT& stack) const {
+  auto [operand, operandPrecedence] = detail::popOperand(stack);
+  Node4C* const row = operandPrecedence > getPrecedence() ? detail::bracket(operand) : operand->inLine();
+  detail::append(*row, detail::makeText(crefText()));
+  return {row, getPrecedence()};
+}
+
+bool OperatorUnaryPostfixC::runOperator(ViewZNT4C& view) const {
+  // The caret goes behind the first character of the sign, whatever its length.
+  ViewInsertionC insertion(view);
+  Node4C* const text = insertion.getCaretNode();
+  unsigned int const pos = insertion.getCaretPos();
+  insertion.insertText(crefText());
+  insertion.placeCaret(text, pos + 1);
+  return true;
+}
+
+}  // namespace zolt::math::ved

@@ -1,0 +1,72 @@
+#include "zolt/ved/operators/operator_where.h"
+
+#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+wstring const equals = u"=";
+
+}  // namespace
+
+OperatorWhereC::OperatorWhereC(wstring const& name, wstring const& text, bool coreElement, int code)
+    : OperatorBC(name, text, 3, 0, false, coreElement, code) {}
+
+OperatorWhereC::~OperatorWhereC() = default;
+
+std::pair<Node4C*, int> OperatorWhereC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
+  return {detail::makeConstruct(*this, {2, 1, 0}, stack), getPrecedence()};
+}
+
+void OperatorWhereC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
+  node->child(1)->increaseFontDepth();
+  node->child(2)->increaseFontDepth();
+}
+
+void OperatorWhereC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
+  Node4C* const expression = node->child(0);
+  Node4C* const variable = node->child(1);
+  Node4C* const value = node->child(2);
+  variable->selectFont(graphics);
+  long const equalsWidth = graphics.getTextWidth(equals);
+  node->selectFont(graphics);
+  expression->setDX(0);
+  variable->setDX(expression->getWidth() + 2 * graphics.getMetric(0) + 1);
+  value->setDX(variable->getDX() + variable->getWidth() + equalsWidth);
+  node->setWidth(value->getDX() + value->getWidth());
+
+  // The qualification hangs from the axis of the expression, variable and value on an axis of their own.
+  expression->setDY(0);
+  node->setMidHeight(expression->getMidHeight());
+  long const axis = node->getMidHeight() + Node4C::maxDim(variable->getMidHeight(), value->getMidHeight());
+  long height = expression->getHeight();
+  for (Node4C* item : {variable, value}) {
+    item->setDY(axis - item->getMidHeight());
+    Node4C::max1stDim(height, item->getDY() + item->getHeight());
+  }
+  node->setHeight(height);
+}
+
+void OperatorWhereC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
+                                  long height, long) const {
+  Node4C const* const variable = node->child(1);
+  Node4C const* const value = node->child(2);
+  graphics.drawVerticalLine(x + node->child(0)->getWidth() + graphics.getMetric(0), y, height);
+
+  variable->selectFont(graphics);
+  long textWidth = 0;
+  long textHeight = 0;
+  long textMidHeight = 0;
+  graphics.getTextExtent(equals, textWidth, textHeight, textMidHeight);
+  graphics.drawText(equals, x + value->getDX() - textWidth,
+                    y + value->getDY() + value->getMidHeight() - textMidHeight);
+}
+
+bool OperatorWhereC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 0, 1); }
+
+bool OperatorWhereC::hasOwnRow(unsigned long) const { return true; }
+
+}  // namespace zolt::math::ved

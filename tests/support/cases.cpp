@@ -1,0 +1,54 @@
+#include "tests/support/cases.h"
+
+#include <gtest/gtest.h>
+#include <utf8.h>
+
+#include <fstream>
+
+namespace zolt::tests {
+
+std::vector<CaseS> readCases(std::string const& path) {
+  std::ifstream in(path);
+  std::string const file = path.substr(path.rfind('/') + 1);
+  std::vector<CaseS> cases;
+  std::string const arrow = " ⇒ ";
+  std::string line;
+  for (int number = 1; std::getline(in, line); ++number) {
+    if (line.empty() || line.compare(0, 2, "# ") == 0) continue;
+    std::string const where = file + ":" + std::to_string(number);
+    std::size_t const at = line.find(arrow);
+    if (at == std::string::npos) {
+      ADD_FAILURE() << where << " has no" << arrow;
+    } else {
+      cases.push_back({where, line.substr(0, at), line.substr(at + arrow.size())});
+    }
+  }
+  EXPECT_FALSE(cases.empty()) << file;
+  return cases;
+}
+
+oss::wstring toText(std::string const& utf8) {
+  oss::wstring text;
+  for (std::size_t start = 0; start < utf8.size();) {
+    std::size_t const escape = std::min(utf8.find('\\', start), utf8.size());
+    text += utf8::utf8to16(utf8.substr(start, escape - start));
+    if (escape == utf8.size()) break;
+    char const kind = utf8[escape + 1];
+    start = escape + 2;
+    if (kind == 'u') {
+      text += static_cast<char16_t>(std::stoul(utf8.substr(start, 4), nullptr, 16));
+      start += 4;
+    } else {
+      text += kind == '0' ? u'\0' : u'\t';
+    }
+  }
+  return text;
+}
+
+std::string toUtf8(oss::wstring const& text) {
+  std::string result;
+  utf8::unchecked::utf16to8(text.begin(), text.end(), std::back_inserter(result));
+  return result;
+}
+
+}  // namespace zolt::tests

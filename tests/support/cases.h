@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::tests {
+
+/// A line `input ⇒ expected` of a case file; empty lines and lines that start with "# " are left out.
+struct CaseS {
+  std::string where;  ///< file name and line, for messages
+  std::string input;
+  std::string expected;
+};
+
+/// Reads a case file. A file that is missing, empty or has a line without an arrow fails the running test.
+std::vector<CaseS> readCases(std::string const& path);
+
+/// UTF-8, in which `\0`, `\t` and `\uXXXX` (four hexadecimal digits, unpaired surrogates too) stand for one
+/// character.
+oss::wstring toText(std::string const& utf8);
+std::string toUtf8(oss::wstring const& text);
+
+}  // namespace zolt::tests

@@ -1,0 +1,78 @@
+#include "tests/support/script_player.h"
+
+namespace zolt::tests {
+
+using math::algexpr::AlgebraicExpressionC;
+using namespace math::ved;
+
+bool ScriptPlayerC::play(EventScriptT const& script) {
+  bool result = true;
+  for (ScriptStepS const& step : script) result = play(step);
+  return result;
+}
+
+bool ScriptPlayerC::play(ScriptStepS const& step) {
+  switch (step.word) {
+    case SCRIPT_CHAR:
+      return character(step.code);
+    case SCRIPT_KEY:
+      return key(step.code, step.shift);
+    case SCRIPT_TYPE: {
+      bool result = true;
+      for (char16_t c : step.text) result = character(c);
+      return result;
+    }
+    case SCRIPT_INSERT:
+    case SCRIPT_OPERATOR:
+      return view_.insertText(step.text);
+    case SCRIPT_DOWN:
+      return pointer(EVENT_PEN_DOWN, step);
+    case SCRIPT_MOVE:
+      return pointer(EVENT_PEN_MOVE, step);
+    case SCRIPT_UP:
+      return pointer(EVENT_PEN_UP, step);
+    case SCRIPT_COPY:
+      copied_ = view_.copy(clipboard_);
+      return static_cast<bool>(copied_);
+    case SCRIPT_CUT:
+      copied_ = view_.cut(clipboard_);
+      return static_cast<bool>(copied_);
+    case SCRIPT_PASTE:
+      if (step.hasText) {
+        view_.paste(AlgebraicExpressionC::fromPrefixString(step.text));
+      } else {
+        view_.paste(clipboard_);
+      }
+      return true;
+    case SCRIPT_UNDO:
+      return view_.undo();
+    case SCRIPT_REDO:
+      return view_.redo();
+    case SCRIPT_SHOW:
+      view_.setAlgebraicExpression(AlgebraicExpressionC::fromPrefixString(step.text), nullptr, 0,
+                                   math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+      return true;
+    case SCRIPT_LOCK:
+      return view_.setEditable(false);
+    case SCRIPT_UNLOCK:
+      return view_.setEditable(true);
+    case SCRIPT_PAINT:
+      view_.display(0, 0);
+      return true;
+  }
+  return false;
+}
+
+bool ScriptPlayerC::key(unsigned long code, bool shift) {
+  return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
+}
+
+bool ScriptPlayerC::character(unsigned long code) {
+  return view_.addEvent(EVENT_CHAR, code, false, false, false, 0, 0);
+}
+
+bool ScriptPlayerC::pointer(EventE event, ScriptStepS const& step) {
+  return view_.addEvent(event, 0, false, false, false, step.x, step.y);
+}
+
+}  // namespace zolt::tests

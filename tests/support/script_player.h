@@ -1,0 +1,32 @@
+#pragma once
+
+#include "tests/support/event_script.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::tests {
+
+/// Plays scripts on a view, with a clipboard of its own.
+class ScriptPlayerC {
+ public:
+  explicit ScriptPlayerC(math::ved::ViewZNT4C& view) : view_(view) {}
+
+  /// True when the view took the (last) event, and for what has no answer.
+  bool play(ScriptStepS const& step);
+  bool play(EventScriptT const& script);
+
+  oss::bytestring const& crefClipboard() const { return clipboard_; }
+  void setClipboard(oss::bytestring bytes) { clipboard_ = std::move(bytes); }
+  /// What the last `copy` or `cut` gave as an expression, perhaps null.
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> getCopied() const { return copied_; }
+
+ private:
+  bool key(unsigned long code, bool shift);
+  bool character(unsigned long code);
+  bool pointer(math::ved::EventE event, ScriptStepS const& step);
+
+  math::ved::ViewZNT4C& view_;
+  oss::bytestring clipboard_;
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> copied_;
+};
+
+}  // namespace zolt::tests

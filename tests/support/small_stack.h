@@ -1,0 +1,10 @@
+#pragma once
+
+#include <functional>
+
+namespace zolt::tests {
+
+/// Runs `work` on a thread with a stack of 1 MiB and waits for it.
+void onSmallStack(std::function<void()> work);
+
+}  // namespace zolt::tests
