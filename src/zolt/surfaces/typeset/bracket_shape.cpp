@@ -23,7 +23,9 @@ void appendBracket(PathC& path, BracketSideE side, BracketPlaceE place, double x
   double const inset = std::min(0.06 * em, height * 0.08);
   double const top = y + inset, bottom = y + height - inset, half = (bottom - top) / 2;
   double const bend = std::min(half, 1.5 * em);
-  double const middleRadius = em * mix(0.036, 0.046, growth), tipRadius = em * mix(0.016, 0.020, growth);
+  double const strength = em * std::min(1.0, height / (0.6 * em));
+  double const middleRadius = strength * mix(0.036, 0.046, growth);
+  double const tipRadius = strength * mix(0.016, 0.020, growth);
 
   double const outer = mix(0.28, 0.17, growth) * cell, tip = mix(0.80, 0.90, growth) * cell;
   bool const open = side == BRACKET_OPEN;

@@ -14,13 +14,20 @@ PathPointS operator+(PathPointS a, PathPointS b) { return {a.x + b.x, a.y + b.y}
 PathPointS operator-(PathPointS a, PathPointS b) { return {a.x - b.x, a.y - b.y}; }
 PathPointS operator*(PathPointS a, double f) { return {a.x * f, a.y * f}; }
 
-/// A smooth curve through all points.
+double lengthOf(PathPointS a) { return std::hypot(a.x, a.y); }
+
+/// A smooth curve through all points. The control arms have the length of their own piece, so that a short
+/// piece beside a long one does not loop.
 void appendThrough(PathC& path, std::vector<PathPointS> const& side) {
   std::size_t const last = side.size() - 1;
+  auto const direction = [&](std::size_t i) {
+    PathPointS const along = side[i == last ? i : i + 1] - side[i == 0 ? i : i - 1];
+    double const length = lengthOf(along);
+    return length > 0 ? along * (1 / length) : PathPointS{};
+  };
   for (std::size_t i = 0; i < last; ++i) {
-    PathPointS const before = side[i == 0 ? 0 : i - 1], after = side[i + 2 > last ? last : i + 2];
-    path.curveTo(side[i] + (side[i + 1] - before) * (1.0 / 6), side[i + 1] - (after - side[i]) * (1.0 / 6),
-                 side[i + 1]);
+    double const arm = lengthOf(side[i + 1] - side[i]) / 3;
+    path.curveTo(side[i] + direction(i) * arm, side[i + 1] - direction(i + 1) * arm, side[i + 1]);
   }
 }
 

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "zolt/surfaces/typeset/font_set.h"
+#include "zolt/surfaces/typeset/typeset_graphics.h"
+
+namespace zolt::surfaces {
+
+/// A typesetter on the installed fonts. A machine without them fails the test instead of skipping it.
+inline oss::PointerTC<TypesetterC> makeTypesetter() {
+  std::string error;
+  oss::PointerTC<FontSetC> const fonts = FontSetC::load(FontSetC::getDefaultFolders(), error);
+  if (!fonts) {
+    ADD_FAILURE() << error;
+    std::abort();
+  }
+  return new TypesetterC(fonts);
+}
+
+/// Smallest box around all points of a path, controls included.
+struct BoundsS {
+  double left = 1e9, top = 1e9, right = -1e9, bottom = -1e9;
+
+  explicit BoundsS(PathC const& path) {
+    for (PathStepS const& step : path.getSteps()) {
+      int const count = step.verb == PATH_CURVE ? 3 : step.verb == PATH_CLOSE ? 0 : 1;
+      for (int i = 0; i < count; ++i) {
+        left = std::min(left, step.points[i].x), right = std::max(right, step.points[i].x);
+        top = std::min(top, step.points[i].y), bottom = std::max(bottom, step.points[i].y);
+      }
+    }
+  }
+};
+
+/// Keeps the primitives that the shared look asks for.
+class ProbeGraphicsC final : public TypesetGraphicsABC {
+ public:
+  using TypesetGraphicsABC::TypesetGraphicsABC;
+
+  /// Kinds in order: 'g' glyphs, 'f' fill, 's' stroke, 'r' rule.
+  mutable std::string kinds;
+  mutable std::vector<BoundsS> fills;
+  mutable std::vector<PathC> strokes;
+  mutable std::vector<RuleS> rules;
+  mutable std::vector<InkE> inks;
+
+  void clear() const {
+    kinds.clear();
+    fills.clear(), strokes.clear(), rules.clear(), inks.clear();
+  }
+
+ protected:
+  void fillGlyphs(GlyphRunS const&) const override { kinds += 'g'; }
+  void fillPath(PathC const& path, InkE ink) const override {
+    kinds += 'f';
+    fills.emplace_back(path);
+    inks.push_back(ink);
+  }
+  void strokePath(PathC const& path, double, InkE) const override {
+    kinds += 's';
+    strokes.push_back(path);
+  }
+  void fillRule(RuleS const& rule, InkE) const override {
+    kinds += 'r';
+    rules.push_back(rule);
+  }
+};
+
+}  // namespace zolt::surfaces

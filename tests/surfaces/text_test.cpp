@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+
+#include "tests/surfaces/probe_graphics.h"
+#include "zolt/surfaces/typeset/font_size.h"
+
+namespace zolt::surfaces {
+namespace {
+
+class TypesetText : public ::testing::Test {
+ protected:
+  std::vector<PlacedGlyphS> place(oss::wstring const& text, unsigned long depth = 0) const {
+    std::vector<PlacedGlyphS> glyphs;
+    typesetter->place(text, depth, glyphs);
+    return glyphs;
+  }
+  /// Space between two neighbours, in thousandths of an em of depth 0.
+  int gap(oss::wstring const& text, std::size_t left) const {
+    std::vector<PlacedGlyphS> const glyphs = place(text);
+    double const units = glyphs[left + 1].x - glyphs[left].x - glyphs[left].width;
+    return int(std::lround(units * 1000 / getFontSize(0).em));
+  }
+
+  oss::PointerTC<TypesetterC> const typesetter = makeTypesetter();
+};
+
+TEST_F(TypesetText, ChoosesFacesByMeaning) {
+  struct CaseS {
+    oss::wstring text;
+    std::string faces;  // u upright, i italic, f fallback, per glyph
+  };
+  CaseS const cases[] = {{u"x", "i"},
+                         {u"sin", "uuu"},
+                         {u"si", "ii"},
+                         {u"sinh", "uuuu"},
+                         {u"sine", "iiii"},
+                         {u"2sin", "uuuu"},
+                         {u"asin", "uuuu"},
+                         {u"bsin", "iiii"},
+                         {u"a mod b", "iuuuuui"},
+                         {u"x1", "iu"},
+                         {u"log10", "uuuuu"},
+                         {u"3e5", "uuu"},
+                         {u"xe5", "iiu"},
+                         {u"1.5E\u22123", "uuuuuu"},
+                         {u"\u03B1\u0393", "iu"},
+                         {u"\u0960", "i"},
+                         {u"a-b", "iui"},
+                         {u"f'", "iu"},
+                         {u"\u00BB", "f"},
+                         {u"\u2260", "uu"},
+                         {u"\u0416", "f"}};
+  for (CaseS const& c : cases) {
+    std::string faces;
+    for (PlacedGlyphS const& glyph : place(c.text)) {
+      EXPECT_EQ(glyph.shape, SHAPE_GLYPH);
+      faces += glyph.face == FACE_MAIN ? 'u' : glyph.face == FACE_MATH ? 'i' : 'f';
+    }
+    EXPECT_EQ(faces, c.faces) << std::string(c.text.begin(), c.text.end());
+  }
+  typesetter->addUprightName(u"bsin");
+  EXPECT_EQ(place(u"bsin")[0].face, FACE_MAIN);
+}
+
+TEST_F(TypesetText, ShowsKeyboardSignsAsPrint) {
+  oss::wstring const typed = u"-\u2013*\u2219'\u0960";
+  char32_t const shown[] = {0x2212, 0x2212, 0x22C5, 0x22C5, 0x2032, 0x3C0};
+  std::vector<PlacedGlyphS> const glyphs = place(typed);
+  ASSERT_EQ(glyphs.size(), typed.size());
+  for (std::size_t i = 0; i < glyphs.size(); ++i) EXPECT_EQ(glyphs[i].codePoint, shown[i]) << i;
+  EXPECT_GT(glyphs[4].rise, 0);
+  EXPECT_LT(glyphs[4].em, glyphs[0].em);
+  EXPECT_EQ(place(u"\u25CF")[0].shape, SHAPE_SLOT);
+  EXPECT_EQ(place(u"\uE123")[0].shape, SHAPE_MISSING);
+}
+
+TEST_F(TypesetText, GivesSignsTheirSpace) {
+  EXPECT_EQ(gap(u"a+b", 0), 222);
+  EXPECT_EQ(gap(u"a+b", 1), 222);
+  EXPECT_EQ(gap(u"a\u2219b", 0), 222);
+  EXPECT_EQ(gap(u"a=b", 0), 278);
+  EXPECT_EQ(gap(u"a\u2264b", 1), 278);
+  EXPECT_EQ(gap(u"a,b", 1), 167);
+  // A prefix sign clings to its operand, and so does the sign of an exponent.
+  EXPECT_EQ(gap(u"(-b", 1), 0);
+  EXPECT_EQ(gap(u"a,-b", 2), 0);
+  EXPECT_EQ(gap(u"a=-b", 2), 0);
+  EXPECT_EQ(gap(u"a=-b", 1), 278);
+  EXPECT_EQ(gap(u"2E-3", 1), 0);
+  EXPECT_EQ(gap(u"2E-3", 2), 0);
+  EXPECT_EQ(gap(u"2e-3-1", 3), 222);
+  EXPECT_GT(gap(u"xe-3", 1), 200) << "a name that ends in e is no number";
+  // One relation in two characters.
+  EXPECT_EQ(gap(u"a:=b", 0), 278);
+  EXPECT_EQ(gap(u"a:=b", 1), 0);
+  EXPECT_EQ(gap(u"a:=b", 2), 278);
+  EXPECT_EQ(gap(u"a<=b", 1), 0);
+  EXPECT_EQ(gap(u"a<=b", 2), 278);
+  // First in a text a minus may be either.
+  EXPECT_GT(gap(u"-b", 0), 0);
+  EXPECT_LT(gap(u"-b", 0), 222);
+  EXPECT_LT(place(u"a+b", 1)[1].x, place(u"a+b", 0)[1].x * 0.6) << "tight in exponents";
+}
+
+/// Every width must be that of a beginning plus something, or carets would run backwards.
+TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
+  std::vector<oss::wstring> texts = {
+      u"arcsinh(x)+max-min",        u"fififi",           u"sinsi",        u"1.5E-3e", u"::=<=>=<>",
+      u"\xD835\xDC65\xD835x\xDC65", u"f''+\u0960\u25CF", u"\u0301e\u0301"};
+  constexpr char16_t alphabet[] =
+      u"abcdefilmnosxtpg0123456789.,+-*/=<>:()!' "
+      u"E\u2212\u2219\u2260\u03B1\u0393\u0416\u4E2D\u25CF\u0960\xD835\xDC65_";
+  std::mt19937 random(7);
+  for (int i = 0; i < 3000; ++i) {
+    oss::wstring text;
+    for (auto n = random() % 24; n > 0; --n) text += alphabet[random() % (std::size(alphabet) - 1)];
+    texts.push_back(text);
+  }
+  for (oss::wstring const& text : texts) {
+    for (unsigned long depth = 0; depth < 4; ++depth) {
+      long before = 0;
+      for (std::size_t length = 0; length <= text.size(); ++length) {
+        long const width = typesetter->measure(text.substr(0, length), depth);
+        ASSERT_GE(width, before);
+        ASSERT_LE(width - before, 2 * getFontSize(depth).em) << "one character";
+        before = width;
+      }
+      for (PlacedGlyphS const& glyph : place(text, depth)) {
+        ASSERT_GT(glyph.x, -1e-9);
+        ASSERT_LT(glyph.x, double(before) + 0.5 + getFontSize(depth).em * 0.3);
+      }
+    }
+  }
+}
+
+/// Each letter's middle lies between the caret places before and after it.
+TEST_F(TypesetText, CaretsStandBetweenLetters) {
+  for (oss::wstring const text :
+       {u"sin", u"cosh", u"arctan", u"limit", u"xyz", u"12+34", u"a\u2264b", u"exp", u"max"}) {
+    std::vector<PlacedGlyphS> const glyphs = place(text);
+    ASSERT_EQ(glyphs.size(), text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      double const middle = glyphs[i].x + glyphs[i].width / 2;
+      EXPECT_GT(middle, double(typesetter->measure(text.substr(0, i), 0)) - 0.5) << i;
+      EXPECT_LT(middle, double(typesetter->measure(text.substr(0, i + 1), 0)) + 0.5) << i;
+    }
+  }
+}
+
+TEST_F(TypesetText, TakesAnyCharacter) {
+  for (unsigned c = 0; c <= 0xFFFF; ++c) {
+    oss::wstring const text(1, char16_t(c));
+    long const width = typesetter->measure(text, 0);
+    ASSERT_GE(width, 0) << c;
+    ASSERT_LE(width, 60) << c;
+    ASSERT_LE(place(text).size(), 2u) << c;
+    ASSERT_GE(typesetter->measure(u"a" + text + u"b", 1), width / 2) << c;
+  }
+  EXPECT_EQ(place(u"\xD835\xDC65").size(), 1u);
+  EXPECT_EQ(place(u"\xD835\xDC65")[0].codePoint, 0x1D465u);
+  EXPECT_EQ(place(u"\xDC65\xD835").size(), 2u);
+}
+
+TEST(FontSet, ExplainsWhatIsMissing) {
+  std::string error;
+  EXPECT_FALSE(FontSetC::load({"/nowhere", "/neither"}, error));
+  EXPECT_NE(error.find("KaTeX_Main-Regular.ttf"), std::string::npos) << error;
+  EXPECT_NE(error.find("/nowhere"), std::string::npos) << error;
+  EXPECT_NE(error.find("ZOLT_FONT_DIR"), std::string::npos) << error;
+  EXPECT_FALSE(FontSetC::fromMemory({{"one", ""}}, error));
+  EXPECT_FALSE(FontSetC::fromMemory({{"one", "no font"}, {"two", "none either"}}, error));
+  EXPECT_NE(error.find("one"), std::string::npos) << error;
+}
+
+TEST(FontSet, LooksInTheFolderOfTheEnvironmentFirst) {
+  ASSERT_EQ(setenv("ZOLT_FONT_DIR", "/first:/second", 1), 0);
+  std::vector<std::string> const folders = FontSetC::getDefaultFolders();
+  unsetenv("ZOLT_FONT_DIR");
+  ASSERT_GE(folders.size(), 2u);
+  EXPECT_EQ(folders[0], "/first");
+  EXPECT_EQ(folders[1], "/second");
+}
+
+TEST(SfntFont, SurvivesDamagedFiles) {
+  oss::PointerTC<TypesetterC> const typesetter = makeTypesetter();
+  std::string const whole = typesetter->getFonts().getFont(FACE_MATH).getBytes();
+  std::string error;
+  SfntFontC font;
+  auto const use = [&] {
+    int sum = 0;
+    for (char32_t c = 0; c < 0x500; ++c) sum += font.getAdvance(font.findGlyph(c));
+    return sum;
+  };
+  for (std::size_t length = 0; length < whole.size(); length += length < 600 ? 1 : 499) {
+    font.parse(whole.substr(0, length), error);
+    EXPECT_GE(use(), 0);
+  }
+  EXPECT_FALSE(font.parse(whole.substr(0, whole.size() / 2), error));
+  EXPECT_EQ(use(), 0) << "what could not be read has no glyphs";
+  std::mt19937 random(11);
+  for (int i = 0; i < 2000; ++i) {
+    std::string damaged = whole;
+    for (int k = 0; k < 6; ++k) damaged[random() % 1200] = char(random());
+    font.parse(damaged, error);
+    EXPECT_GE(use(), 0);
+  }
+}
+
+}  // namespace
+}  // namespace zolt::surfaces
