@@ -1,6 +1,7 @@
 #include "bench/stages.h"
 
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/algexpr/number_display_format.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 

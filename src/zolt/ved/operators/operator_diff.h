@@ -13,7 +13,6 @@ class OperatorDiffC : public OperatorBC {
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   wstring arrangeArgumentList(std::vector<wstring> const& arguments) const override;
-  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;

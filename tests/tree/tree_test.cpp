@@ -1,0 +1,523 @@
+#include <gtest/gtest.h>
+#include <utf8.h>
+
+#include <memory>
+#include <random>
+
+#include "tests/support/cases.h"
+#include "tests/support/operators.h"
+#include "tests/support/small_stack.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/limits.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::tests {
+
+namespace {
+
+using namespace math::ved;
+
+using NodeT = std::unique_ptr<Node4C>;
+
+NodeT make(Node4TypeE type, oss::wstring const& text = oss::wstring()) {
+  return std::make_unique<Node4C>(type, nullptr, text, 0);
+}
+
+void append(Node4C& parent, NodeT node) { parent.insertChild(parent.numChildren(), node.release()); }
+
+TreeNotationS readTree(std::string const& notation) {
+  TreeNotationS tree;
+  unsigned long position = 0;
+  EXPECT_TRUE(readTreeNotation(utf8::utf8to16(notation), standardOperators(), tree, position))
+      << notation << " at " << position;
+  return tree;
+}
+
+std::string write(TreeNotationS const& tree) {
+  return toUtf8(
+      writeTreeNotation(*tree.root, tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos));
+}
+
+void normalise(TreeNotationS& tree) {
+  tree.root->checkTree(tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos);
+}
+
+// ---- Normalisation
+// ----------------------------------------------------------------------------------------------
+
+/// The eight steps one after the other, with the row's own operations: slow and obvious.
+class ReferenceNormaliserC {
+ public:
+  explicit ReferenceNormaliserC(TreeNotationS& tree) : tree_(tree) {}
+
+  void normalise(Node4C& node) {
+    if (node.getType() == NODE4_LINE) normaliseRow(node);
+    for (unsigned long i = 0; i < node.numChildren(); ++i) normalise(*node.child(i));
+  }
+
+ private:
+  static bool isText(Node4C const& node) { return node.getType() == NODE4_TEXT; }
+  static bool isEmptyText(Node4C const& node) { return isText(node) && node.sizeText() == 0; }
+
+  void normaliseRow(Node4C& row) {
+    for (unsigned long i = 0; i < row.numChildren();) {
+      if (row.child(i)->getType() != NODE4_LINE) {
+        ++i;
+        continue;
+      }
+      Node4C& inner = *row.child(i);
+      while (inner.numChildren() > 0) {
+        unsigned long const last = inner.numChildren() - 1;
+        Node4C* const item = inner.child(last);
+        inner.removeChild(last);
+        row.insertChild(i + 1, item);
+      }
+      row.deleteChild(i);
+    }
+    bool outside = false;
+    for (unsigned long i = 0; i < row.numChildren(); ++i) {
+      Node4C& item = *row.child(i);
+      if (outside && item.getType() == NODE4_AUTO_OPEN) item.setType(NODE4_OPEN);
+      if (item.getType() != NODE4_AUTO_OPEN && !isEmptyText(item)) outside = true;
+    }
+    outside = false;
+    for (unsigned long i = row.numChildren(); i-- > 0;) {
+      Node4C& item = *row.child(i);
+      if (outside && item.getType() == NODE4_AUTO_CLOSE) item.setType(NODE4_CLOSE);
+      if (item.getType() != NODE4_AUTO_CLOSE && !isEmptyText(item)) outside = true;
+    }
+    long depth = 0;
+    for (unsigned long i = 0; i < row.numChildren(); ++i) {
+      switch (row.child(i)->getType()) {
+        case NODE4_OPEN:
+          ++depth;
+          break;
+        case NODE4_CLOSE:
+          if (--depth < 0) {
+            row.insertChild(0, make(NODE4_AUTO_OPEN).release());
+            ++i;
+            depth = 0;
+          }
+          break;
+        case NODE4_AUTO_OPEN:
+        case NODE4_AUTO_CLOSE:
+          // Those inserted by this very walk stand before i and are not met.
+          row.deleteChild(i--);
+          break;
+        default:
+          break;
+      }
+    }
+    for (; depth > 0; --depth) append(row, make(NODE4_AUTO_CLOSE));
+    for (unsigned long i = 1; i < row.numChildren(); ++i) {
+      if (!isText(*row.child(i - 1)) && !isText(*row.child(i)))
+        row.insertChild(i++, make(NODE4_TEXT).release());
+    }
+    for (unsigned long i = row.numChildren(); i-- > 1;) {
+      if (!isText(*row.child(i)) || !isText(*row.child(i - 1))) continue;
+      unsigned long first = i - 1;
+      while (first > 0 && isText(*row.child(first - 1))) --first;
+      while (first + 1 < row.numChildren() && isText(*row.child(first + 1))) merge(row, first);
+      i = first + 1;
+    }
+    if (row.numChildren() == 0 || !isText(*row.child(0))) row.insertChild(0, make(NODE4_TEXT).release());
+    if (!isText(*row.child(row.numChildren() - 1))) append(row, make(NODE4_TEXT));
+  }
+
+  void merge(Node4C& row, unsigned long i) {
+    Node4C* const text = row.child(i);
+    Node4C* const next = row.child(i + 1);
+    auto const offset = static_cast<unsigned>(text->sizeText());
+    if (tree_.caretNode == next) {
+      tree_.caretNode = text;
+      tree_.caretPos += offset;
+    }
+    if (tree_.anchorNode == next) {
+      tree_.anchorNode = text;
+      tree_.anchorPos += offset;
+    }
+    text->refText() += next->crefText();
+    row.deleteChild(i + 1);
+  }
+
+  TreeNotationS& tree_;
+};
+
+class RandomTreeC {
+ public:
+  explicit RandomTreeC(unsigned seed) : random_(seed) {}
+
+  TreeNotationS make() {
+    TreeNotationS tree;
+    tree.root = tests::make(NODE4_ROOT);
+    append(*tree.root, makeRow(0));
+    if (!texts_.empty()) {
+      place(tree.caretNode, tree.caretPos);
+      place(tree.anchorNode, tree.anchorPos);
+    }
+    return tree;
+  }
+
+ private:
+  unsigned long below(unsigned long bound) { return random_() % bound; }
+
+  void place(Node4C*& node, unsigned& pos) {
+    node = texts_[below(texts_.size())];
+    pos = static_cast<unsigned>(below(node->sizeText() + 1));
+  }
+
+  NodeT makeRow(int level) {
+    auto row = tests::make(NODE4_LINE);
+    for (unsigned long i = below(7); i-- > 0;) append(*row, makeItem(level));
+    return row;
+  }
+
+  NodeT makeItem(int level) {
+    switch (below(level > 3 ? 6 : 9)) {
+      case 0:
+      case 1:
+        texts_.push_back(tests::make(NODE4_TEXT, oss::wstring(below(3), u'a')).release());
+        return NodeT(texts_.back());
+      case 2:
+        return tests::make(NODE4_OPEN);
+      case 3:
+        return tests::make(NODE4_CLOSE);
+      case 4:
+        return tests::make(NODE4_AUTO_OPEN);
+      case 5:
+        return tests::make(NODE4_AUTO_CLOSE);
+      case 6: {
+        auto power = tests::make(NODE4_POWER);
+        append(*power, makeRow(level + 1));
+        return power;
+      }
+      case 7: {
+        auto fraction = std::make_unique<Node4C>(NODE4_OPERATOR, standardOperators().lookup(u"/"), u"", 0);
+        append(*fraction, makeRow(level + 1));
+        append(*fraction, makeRow(level + 1));
+        return fraction;
+      }
+      default:
+        return makeRow(level + 1);
+    }
+  }
+
+  std::mt19937 random_;
+  std::vector<Node4C*> texts_;
+};
+
+TEST(NormalisationTest, Cases) {
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/check.cases")) {
+    SCOPED_TRACE(one.where);
+    TreeNotationS tree = readTree(one.input);
+    normalise(tree);
+    EXPECT_EQ(one.expected, write(tree));
+    EXPECT_EQ(TREE_VALID, validateTree(*tree.root).invariant);
+    normalise(tree);
+    std::string const again = write({std::move(tree.root), nullptr, 0, nullptr, 0});
+    EXPECT_EQ(write({readTree(one.expected).root, nullptr, 0, nullptr, 0}), again);
+  }
+}
+
+TEST(NormalisationTest, EqualsTheStepsOneByOneOnAnyRow) {
+  for (unsigned seed = 0; seed < 20000; ++seed) {
+    TreeNotationS tree = RandomTreeC(seed).make();
+    TreeNotationS expected = RandomTreeC(seed).make();
+    std::string const before = write(tree);
+    normalise(tree);
+    ReferenceNormaliserC(expected).normalise(*expected.root);
+    ASSERT_EQ(write(expected), write(tree)) << "seed " << seed << ", " << before;
+    TreeFaultS const fault = validateTree(*tree.root);
+    ASSERT_EQ(TREE_VALID, fault.invariant)
+        << "seed " << seed << ", " << before << ": " << toUtf8(describeInvariant(fault.invariant));
+    if (tree.caretNode) {
+      ASSERT_EQ(TREE_VALID, validatePlace(*tree.root, tree.caretNode, tree.caretPos).invariant) << before;
+    }
+  }
+}
+
+TEST(NormalisationTest, ValidationNamesWhatIsBroken) {
+  std::pair<char const*, TreeInvariantE> const faults[] = {
+      {"[\"a\", \"b\"]", TREE_TEXTS_ALTERNATE},
+      {"[\"a\", (]", TREE_TEXTS_ALTERNATE},
+      {"[\"a\", [\"b\"], \"c\"]", TREE_ROW_ITEM_KINDS},
+      {"[\"a\", (, \"b\"]", TREE_BRACKETS_BALANCE},
+      {"[\"\", AO, \"b\"]", TREE_BRACKETS_BALANCE},
+      {"[\"a\", AO, \"b\", ), \"\"]", TREE_AUTO_BRACKETS_AT_ENDS},
+      {"[\"\", (, \"b\", AC, \"c\"]", TREE_AUTO_BRACKETS_AT_ENDS},
+      {"[\"\", sqrt<[\"b\"] ; [\"c\"]>, \"\"]", TREE_OPERATOR_HOLDS_ITS_ROWS},
+  };
+  for (auto const& [notation, invariant] : faults) {
+    EXPECT_EQ(invariant, validateTree(*readTree(notation).root).invariant) << notation;
+  }
+  TreeNotationS tree = readTree("[\"ab‸\"]");
+  EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, tree.caretNode, 3).invariant);
+  EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, readTree("[\"ab‸\"]").root->child(0), 0).invariant);
+}
+
+TEST(NormalisationTest, SurvivesAnyLengthAndDepthOnASmallStack) {
+  onSmallStack([] {
+    TreeNotationS tree;
+    tree.root = make(NODE4_ROOT);
+    append(*tree.root, make(NODE4_LINE));
+    Node4C* row = tree.root->child(0);
+    for (int i = 0; i < 100000; ++i) {
+      append(*row, make(i % 2 == 0 ? NODE4_OPEN : NODE4_AUTO_OPEN));
+      append(*row, make(NODE4_TEXT, u"x"));
+    }
+    normalise(tree);
+    EXPECT_EQ(TREE_VALID, validateTree(*tree.root).invariant);
+    EXPECT_EQ(TREE_VALID, validateTree(*NodeT(tree.root->clone())).invariant);
+
+    for (int i = 0; i < 50000; ++i) {
+      append(*row, make(NODE4_POWER));
+      Node4C* const power = row->child(row->numChildren() - 1);
+      append(*power, make(NODE4_LINE));
+      row = power->child(0);
+    }
+    normalise(tree);
+    EXPECT_EQ(TREE_NESTING_WITHIN_LIMIT, validateTree(*tree.root).invariant);
+  });
+}
+
+// ---- Record and children
+// ------------------------------------------------------------------------------------------
+
+TEST(NodeTest, KindsTextsAndOperators) {
+  auto const root = standardOperators().lookup(u"sqrt");
+  Node4C construct(NODE4_OPERATOR, root, u"x", 2);
+  EXPECT_EQ(u"sqrt", construct.getText());
+  EXPECT_EQ(2u, construct.numChildren());
+  EXPECT_EQ(nullptr, construct.child(1));
+  NodeT const copy(construct.cloneNode());
+  EXPECT_EQ(root, copy->getOperator());
+  EXPECT_EQ(2u, copy->numChildren());
+
+  construct.setType(NODE4_TEXT);
+  EXPECT_FALSE(construct.getOperator());
+  construct.setOperator(root);
+  EXPECT_EQ(NODE4_OPERATOR, construct.getType());
+  EXPECT_EQ(u"sqrt", construct.getText());
+
+  Node4C text;
+  EXPECT_EQ(NODE4_TEXT, text.getType());
+  EXPECT_EQ(0, text.getWidth() + text.getHeight() + text.getMidHeight());
+  NodeT line = make(NODE4_LINE);
+  line->setText(u"a");
+  EXPECT_EQ(NODE4_TEXT, line->getType());
+}
+
+TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
+  NodeT row = make(NODE4_LINE);
+  for (char16_t c = u'a'; c < u'h'; ++c)
+    row->insertChild(row->numChildren() / 2, make(NODE4_TEXT, {c}).release());
+  oss::wstring order;
+  for (unsigned long i = 0; i < row->numChildren(); ++i) {
+    order += row->child(i)->crefText();
+    EXPECT_EQ(row.get(), row->child(i)->getParent());
+    EXPECT_EQ(i, row->child(i)->findChildNumber());
+  }
+  EXPECT_EQ(u"bdfgeca", order);
+
+  Node4C* const cut = row->cutChild(1);
+  NodeT const holdCut(cut);
+  EXPECT_EQ(7u, row->numChildren());
+  EXPECT_EQ(nullptr, row->child(1));
+  EXPECT_EQ(row.get(), cut->getParent());
+  EXPECT_EQ(0u, cut->findChildNumber());
+  row->deleteChild(1);
+
+  NodeT const removed(row->child(0));
+  row->removeChild(0);
+  EXPECT_EQ(nullptr, removed->getParent());
+
+  Node4C* const kept = row->child(2);
+  row->replaceChild(2, kept);
+  EXPECT_EQ(u"e", row->child(2)->crefText());
+  row->replaceChild(2, make(NODE4_TEXT, u"new").release());
+  EXPECT_EQ(u"new", row->child(2)->crefText());
+
+  NodeT other = make(NODE4_LINE);
+  append(*other, make(NODE4_TEXT, u"1"));
+  append(*other, make(NODE4_TEXT, u"2"));
+  row->spliceChildren(1, other.release());
+  EXPECT_EQ("[\"f\", \"1\", \"2\", \"g\", \"new\", \"c\", \"a\"]", toUtf8(writeTreeNotation(*row)));
+}
+
+TEST(NodeTest, RowsGrowAtBothEndsWithoutMovingTheirItemsOverAndOver) {
+  ChildArrayC array;
+  std::size_t reallocations = 0;
+  for (int i = 0; i < 100000; ++i) {
+    std::size_t const capacity = array.capacity();
+    array.insert(i % 2 == 0 ? 0 : array.size(), nullptr);
+    if (array.capacity() != capacity) ++reallocations;
+  }
+  EXPECT_LT(reallocations, 100u);
+}
+
+TEST(NodeTest, Navigation) {
+  TreeNotationS const tree = readTree(R"(["a", /<["b", sqrt<["c"]>, ""] ; ["d"]>, "e", P["f"], "g"])");
+  Node4C* const row = tree.root->child(0);
+  Node4C* leaf = row->child(0);
+  EXPECT_EQ(nullptr, leaf->goLeft());
+  EXPECT_EQ(nullptr, leaf->goLeftLeaf());
+  oss::wstring forwards;
+  Node4C* last = leaf;
+  for (; leaf; leaf = leaf->goRightLeaf()) {
+    forwards += leaf->sizeText() == 0 ? u"_" : leaf->crefText();
+    last = leaf;
+  }
+  EXPECT_EQ(u"abc_defg", forwards);
+  oss::wstring backwards;
+  for (leaf = last; leaf; leaf = leaf->goLeftLeaf())
+    backwards += leaf->sizeText() == 0 ? u"_" : leaf->crefText();
+  EXPECT_EQ(u"gfed_cba", backwards);
+
+  row->setDX(3);
+  row->child(1)->setDX(10);
+  row->child(1)->setDY(4);
+  row->child(1)->child(1)->setDY(7);
+  PointS const position = row->child(1)->child(1)->child(0)->getAbsolutePosition();
+  EXPECT_EQ(13, position.x);
+  EXPECT_EQ(11, position.y);
+}
+
+TEST(NodeTest, AcceptableCharacters) {
+  EXPECT_FALSE(Node4C::isAcceptable(':', true));
+  EXPECT_TRUE(Node4C::isAcceptable(':', false));
+  EXPECT_TRUE(Node4C::isAcceptable(' ', false));
+  EXPECT_FALSE(Node4C::isAcceptable(' ', true));
+  for (char16_t const c :
+       oss::wstring(u"\u2013\u2212\u2219\u2260\u2264\u2265\u00BB+-*/^=<>!,;()[]`\\\"'#$%&~|?\u0007")) {
+    EXPECT_FALSE(Node4C::isAcceptable(c, false)) << static_cast<unsigned>(c);
+    EXPECT_FALSE(Node4C::isAcceptable(c, true)) << static_cast<unsigned>(c);
+  }
+  for (char16_t const c : oss::wstring(u"aZ09_.@{}\u03B8\u00AB\u2261\uFFFF")) {
+    EXPECT_TRUE(Node4C::isAcceptable(c, true)) << static_cast<unsigned>(c);
+  }
+  EXPECT_TRUE(Node4C::isAcceptable(0x0960, false));
+  EXPECT_FALSE(Node4C::isAcceptable(0x0960, true));
+}
+
+// ---- Streams and notation
+// -------------------------------------------------------------------------------------------
+
+oss::bytestring toBytes(Node4C const& node) {
+  auto* const bytes = new oss::BinaryStringOutputStreamC;
+  oss::PointerTC<oss::ByteOutputStreamABC> const hold(bytes);
+  oss::PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(hold));
+  node.writeObject(out);
+  return bytes->getString();
+}
+
+bool fromBytes(oss::bytestring const& bytes, Node4C& node) {
+  oss::PointerTC<oss::ObjectInputStreamABC> in(
+      new oss::BinaryInputStreamC(new oss::BinaryStringInputStreamC(bytes)));
+  return node.readObject(in);
+}
+
+void countSlots(Node4C const& node, unsigned long& slots) {
+  for (unsigned long i = 0; i < node.numChildren(); ++i) {
+    ASSERT_NE(nullptr, node.child(i));
+    ++slots;
+    countSlots(*node.child(i), slots);
+  }
+}
+
+TEST(StreamTest, GoldenBytes) {
+  unsigned char const golden[] = {
+      1, 2, 0, 3, 1, 0, 5, 0, 0, 0, 0, 4,    3,    0,   0, 0,                         // row
+      1, 2, 0, 3, 2, 0, 5, 1, 0, 0, 0, 0xB1, 0x03, 4,   0, 0,   0, 0, 2,              // "α"
+      1, 2, 0, 3, 3, 0, 5, 3, 0, 0, 0, 'a',  0,    'b', 0, 's', 0, 4, 1, 0, 0, 0,     // abs
+      1, 2, 0, 3, 1, 0, 5, 0, 0, 0, 0, 4,    1,    0,   0, 0,                         // its row
+      1, 2, 0, 3, 2, 0, 5, 2, 0, 0, 0, 'x',  0,    'y', 0, 4,   0, 0, 0, 0, 2, 2, 2,  // "xy"
+      1, 2, 0, 3, 2, 0, 5, 0, 0, 0, 0, 4,    0,    0,   0, 0,   2, 2};                // ""
+  TreeNotationS const tree = readTree(R"(["α", abs<["xy"]>, ""])");
+  EXPECT_EQ(oss::bytestring(golden, sizeof golden), toBytes(*tree.root->child(0)));
+}
+
+TEST(StreamTest, ReadsBackWhatItWroteAndNothingElse) {
+  TreeNotationS const tree =
+      readTree(R"(["a+", /<["", (, "b", ), ""] ; ["c", P["2"], ""]>, "", error<>, "x", AC, "", AC, ""])");
+  oss::bytestring const bytes = toBytes(*tree.root);
+  Node4C copy;
+  ASSERT_TRUE(fromBytes(bytes + oss::bytestring(3, 7), copy));
+  EXPECT_EQ(writeTreeNotation(*tree.root), writeTreeNotation(copy));
+  EXPECT_EQ(standardOperators().lookup(u"/"), copy.child(0)->child(1)->getOperator());
+
+  for (std::size_t size = 0; size < bytes.size(); ++size) {
+    Node4C part;
+    EXPECT_FALSE(fromBytes(bytes.substr(0, size), part)) << size;
+    unsigned long slots = 0;
+    countSlots(part, slots);
+  }
+  std::mt19937 random(1);
+  for (int i = 0; i < 20000; ++i) {
+    oss::bytestring broken = bytes;
+    for (int k = 0; k < 3; ++k) broken[random() % broken.size()] = static_cast<unsigned char>(random());
+    Node4C part;
+    fromBytes(broken, part);
+    unsigned long slots = 0;
+    countSlots(part, slots);
+    EXPECT_LE(slots, bytes.size());
+  }
+}
+
+TEST(StreamTest, RefusesUnknownOperatorsAndRowsNestedTooDeep) {
+  TreeNotationS tree = readTree(R"(["", sqrt<["x"]>, ""])");
+  oss::bytestring bytes = toBytes(*tree.root);
+  bytes[bytes.find(static_cast<unsigned char>('s'))] = 'z';
+  Node4C unknown;
+  EXPECT_FALSE(fromBytes(bytes, unknown));
+  EXPECT_EQ(NODE4_OPERATOR, unknown.child(0)->child(1)->getType());
+  EXPECT_EQ(u"zqrt", unknown.child(0)->child(1)->crefText());
+
+  onSmallStack([] {
+    auto const nested = [](unsigned long rows) {
+      NodeT top = make(NODE4_LINE);
+      for (Node4C* row = top.get(); --rows > 0; row = row->child(0)->child(0)) {
+        append(*row, make(NODE4_POWER));
+        append(*row->child(0), make(NODE4_LINE));
+      }
+      return top;
+    };
+    Node4C within;
+    EXPECT_TRUE(fromBytes(toBytes(*nested(limits::max_nested_rows)), within));
+    Node4C beyond;
+    EXPECT_FALSE(fromBytes(toBytes(*nested(limits::max_nested_rows + 2)), beyond));
+  });
+}
+
+TEST(NotationTest, WritesWhatItReadsAndSaysWhereItStops) {
+  for (char const* notation :
+       {R"([""])", R"(["a\"b\\c\‸\⚑‸d⚑"])", R"(["\u0007\uD800"])",
+        R"(["a", (, "b", ), "", P["2"], "", integral<["0"] ; ["1"] ; ["x⚑"] ; ["x"]>, "", error<>, ""])"}) {
+    EXPECT_EQ(notation, write(readTree(notation)));
+  }
+  std::pair<char16_t const*, unsigned long> const broken[] = {
+      {u"", 0},
+      {u"[", 1},
+      {u"[\"a\"", 4},
+      {u"[\"a\"]x", 5},
+      {u"[\"a\" \"b\"]", 5},
+      {u"[nope<[]>]", 1},
+      {u"[\"\\u12G4\"]", 6},
+      {u"[sqrt<[\"\"]", 10},
+      {u"[\"a", 3},
+  };
+  for (auto const& [text, stop] : broken) {
+    TreeNotationS tree;
+    unsigned long position = 99;
+    EXPECT_FALSE(readTreeNotation(text, standardOperators(), tree, position)) << toUtf8(text);
+    EXPECT_EQ(stop, position) << toUtf8(text);
+    EXPECT_EQ(nullptr, tree.root);
+  }
+}
+
+}  // namespace
+
+}  // namespace zolt::tests
