@@ -1,0 +1,296 @@
+#include "zolt/exchange/detail/plain_lexer.h"
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/common/decimal_text.h"
+
+namespace zolt::exchange::detail {
+
+namespace common = math::common;
+
+namespace {
+
+constexpr char16_t quote = u'"';
+
+struct RangeS {
+  char16_t first;
+  char16_t last;
+};
+
+// Marks, letters and digits of all scripts in rough ranges; signs, punctuation, arrows and shapes stay out,
+// so that a sign that means nothing here is not taken for a variable.
+constexpr RangeS name_ranges[] = {
+    {u'A', u'Z'},           {u'_', u'_'},           {u'a', u'z'},           {u'\u00AA', u'\u00AA'},
+    {u'\u00B5', u'\u00B5'}, {u'\u00C0', u'\u00D6'}, {u'\u00D8', u'\u00F6'}, {u'\u00F8', u'\u02B2'},
+    {u'\u02B4', u'\u03BF'}, {u'\u03C1', u'\u095F'}, {u'\u0961', u'\u167F'}, {u'\u1681', u'\u1FFF'},
+    {u'\u2080', u'\u2089'}, {u'\u2090', u'\u209C'}, {u'\u20D0', u'\u20FF'}, {u'\u2100', u'\u214F'},
+    {u'\u221E', u'\u221E'}, {u'\u2C00', u'\u2DFF'}, {u'\u2E80', u'\u2FFF'}, {u'\u3040', u'\uFDFF'},
+    {u'\uFE00', u'\uFE0F'}, {u'\uFE70', u'\uFEFE'}, {u'\uFF66', u'\uFFDC'}};
+
+bool isNameCharacter(char16_t c) {
+  if (c >= 0xD800 && c <= 0xDFFF) return true;
+  for (RangeS const& range : name_ranges) {
+    if (c <= range.last) return c >= range.first;
+  }
+  return false;
+}
+
+std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
+  std::size_t end = begin;
+  while (end < text.size() && (isNameCharacter(text[end]) || (end > begin && common::isDigit(text[end]))))
+    ++end;
+  return end;
+}
+
+bool isBlank(char16_t c) {
+  switch (c) {
+    case u' ':
+    case u'\t':
+    case u'\n':
+    case u'\r':
+    case u'\u00A0':
+    case u'\u1680':
+    case u'\u202F':
+    case u'\u205F':
+    case u'\u2060':
+    case u'\u2061':  // function application: the brackets say it
+    case u'\u3000':
+    case u'\uFEFF':
+      return true;
+    default:
+      return c >= u'\u2000' && c <= u'\u200B';
+  }
+}
+
+/// The character that is raised, U+0000 when `c` is no superscript.
+char16_t lowered(char16_t c) {
+  switch (c) {
+    case u'\u00B9':
+      return u'1';
+    case u'\u00B2':
+      return u'2';
+    case u'\u00B3':
+      return u'3';
+    case u'\u2070':
+      return u'0';
+    case u'\u207B':
+      return common::minus_sign;
+    case u'\u207F':
+      return u'n';
+    default:
+      return c >= u'\u2074' && c <= u'\u2079' ? static_cast<char16_t>(u'4' + (c - u'\u2074')) : u'\0';
+  }
+}
+
+}  // namespace
+
+bool isBareName(std::u16string_view name) {
+  return !name.empty() && !common::isDigit(name[0]) && findNameEnd(name, 0) == name.size();
+}
+
+PlainLexerC::PlainLexerC(std::u16string_view text) : text_(text) { readNextToken(); }
+
+char16_t PlainLexerC::peek(std::size_t ahead) const {
+  return ahead < text_.size() - position_ ? text_[position_ + ahead] : u'\0';
+}
+
+bool PlainLexerC::take(char16_t c) {
+  if (peek() != c) return false;
+  ++position_;
+  return true;
+}
+
+void PlainLexerC::set(PlainTokenE type, std::u16string_view text) {
+  token_.type = type;
+  token_.text = text;
+}
+
+void PlainLexerC::setInfix(std::u16string_view name) {
+  token_.type = PLAIN_TOKEN_INFIX;
+  token_.infix = findInfix(name);
+}
+
+void PlainLexerC::setBracket(PlainTokenE type, char16_t bracket, std::u16string_view function) {
+  set(type, function);
+  token_.bracket = bracket;
+}
+
+void PlainLexerC::setError(PlainTextErrorE error) {
+  token_.type = PLAIN_TOKEN_BAD;
+  token_.error = error;
+}
+
+void PlainLexerC::readNextToken() {
+  while (isBlank(peek())) ++position_;
+  token_.begin = position_;
+  token_.text.clear();
+  token_.infix = nullptr;
+  char16_t const c = peek();
+  if (position_ == text_.size()) {
+    set(PLAIN_TOKEN_END);
+  } else if (common::isDigit(c) || (c == u'.' && common::isDigit(peek(1)))) {
+    readNumber();
+  } else if (isNameCharacter(c)) {
+    readName();
+  } else if (c == quote) {
+    readQuotedName();
+  } else if (lowered(c) != u'\0') {
+    readSuperscript();
+  } else {
+    ++position_;
+    readSign(c);
+  }
+  token_.end = position_;
+}
+
+void PlainLexerC::readSign(char16_t c) {
+  switch (c) {
+    case u'(':
+      return setBracket(PLAIN_TOKEN_OPEN, u')');
+    case u'[':
+      return setBracket(PLAIN_TOKEN_OPEN, u']');
+    case u'{':
+      return setBracket(PLAIN_TOKEN_OPEN, u'}');
+    case u'\u230A':
+      return setBracket(PLAIN_TOKEN_OPEN, u'\u230B', u"floor");
+    case u'\u2308':
+      return setBracket(PLAIN_TOKEN_OPEN, u'\u2309', u"ceil");
+    case u')':
+    case u']':
+    case u'}':
+    case u'\u230B':
+    case u'\u2309':
+      return setBracket(PLAIN_TOKEN_CLOSE, c);
+    case u'|':
+      return set(PLAIN_TOKEN_BAR);
+    case u',':
+      return set(PLAIN_TOKEN_COMMA);
+    case u'+':
+      return setInfix(u"+");
+    case u'-':
+    case u'\u2013':
+    case u'\u2212':
+      return setInfix(u"-");
+    case u'*':
+      return setInfix(take(u'*') ? u"^" : u"*");
+    case u'\u00D7':
+    case u'\u00B7':
+    case u'\u2062':  // invisible times
+    case u'\u2217':
+    case u'\u2219':
+    case u'\u22C5':
+      return setInfix(u"*");
+    case u'/':
+    case u'\u00F7':
+    case u'\u2044':
+    case u'\u2215':
+      return setInfix(u"/");
+    case u'^':
+      return setInfix(u"^");
+    case u'!':
+      if (take(u'=')) return setInfix(u"<>");
+      return set(PLAIN_TOKEN_POSTFIX, u"!");
+    case u'\u00B0':
+    case u'\u00BA':
+      return set(PLAIN_TOKEN_POSTFIX, u"_deg");
+    case u'\u02B3':
+      return set(PLAIN_TOKEN_POSTFIX, u"_rad");
+    case u'\u221A':
+      return set(PLAIN_TOKEN_ROOT);
+    case u'\u221B':
+      return set(PLAIN_TOKEN_ROOT, u"3");
+    case u'\u221C':
+      return set(PLAIN_TOKEN_ROOT, u"4");
+    case u'\u03C0':
+    case u'\u0960':
+      return set(PLAIN_TOKEN_PI);
+    case u'=':
+      take(u'=');
+      return setInfix(u"=");
+    case u'\u2260':
+      return setInfix(u"<>");
+    case u'<':
+      if (take(u'=')) return setInfix(u"<=");
+      return setInfix(take(u'>') ? u"<>" : u"<");
+    case u'\u2264':
+      return setInfix(u"<=");
+    case u'>':
+      return setInfix(take(u'=') ? u">=" : u">");
+    case u'\u2265':
+      return setInfix(u">=");
+    case u'\u2227':
+      return setInfix(u"and");
+    case u'&':
+      if (take(u'&')) return setInfix(u"and");
+      break;
+    case u'\u2228':
+      return setInfix(u"or");
+    case u'\u00AC':
+      return set(PLAIN_TOKEN_NOT);
+    case u':':
+      if (take(u'=')) return setInfix(u":=");
+      if (take(u'>')) return setInfix(u":>");
+      break;
+    case u'\u2254':
+      return setInfix(u":=");
+    case u'\u00BB':
+    case u'\u2192':
+      return setInfix(u":>");
+    default:
+      break;
+  }
+  setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
+}
+
+void PlainLexerC::readNumber() {
+  auto const skipDigits = [this] {
+    while (common::isDigit(peek())) ++position_;
+  };
+  skipDigits();
+  if (take(u'.')) skipDigits();
+  bool const exponent = peek() == u'e' || peek() == u'E';
+  std::size_t const signLength = peek(1) == u'+' || common::isMinus(peek(1)) ? 1 : 0;
+  // "2e" is twice e, "2ex" twice ex.
+  if (exponent && common::isDigit(peek(1 + signLength))) {
+    position_ += 1 + signLength;
+    skipDigits();
+  }
+  if (peek() == u'.') {
+    while (common::isDigit(peek()) || peek() == u'.') ++position_;
+    return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  }
+  set(PLAIN_TOKEN_NUMBER, text_.substr(token_.begin, position_ - token_.begin));
+}
+
+void PlainLexerC::readName() {
+  position_ = findNameEnd(text_, position_);
+  std::u16string_view const name = text_.substr(token_.begin, position_ - token_.begin);
+  if (!isWord(name)) return set(isPi(name) ? PLAIN_TOKEN_PI : PLAIN_TOKEN_NAME, name);
+  if (name == u"not") return set(PLAIN_TOKEN_NOT);
+  setInfix(name);
+}
+
+void PlainLexerC::readQuotedName() {
+  ++position_;
+  for (; position_ < text_.size(); ++position_) {
+    if (peek() == quote) {
+      ++position_;
+      if (peek() != quote) {
+        if (!math::algexpr::isWritableName(token_.text)) return setError(PLAIN_TEXT_ERROR_BAD_NAME);
+        token_.type = PLAIN_TOKEN_QUOTED_NAME;
+        return;
+      }
+    }
+    token_.text += peek();
+  }
+  setError(PLAIN_TEXT_ERROR_MISSING_CLOSE);
+}
+
+void PlainLexerC::readSuperscript() {
+  for (; lowered(peek()) != u'\0'; ++position_) token_.text += lowered(peek());
+  if (token_.text != u"n" && !math::algexpr::makeNumber(token_.text)) {
+    return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  }
+  token_.type = PLAIN_TOKEN_SUPERSCRIPT;
+}
+
+}  // namespace zolt::exchange::detail

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+#include "zolt/exchange/detail/plain_notation.h"
+#include "zolt/exchange/plain_text.h"
+
+namespace zolt::exchange::detail {
+
+enum PlainTokenE {
+  PLAIN_TOKEN_END,
+  PLAIN_TOKEN_NUMBER,
+  PLAIN_TOKEN_NAME,  ///< a bare name that is no word
+  PLAIN_TOKEN_QUOTED_NAME,
+  PLAIN_TOKEN_PI,
+  PLAIN_TOKEN_INFIX,
+  PLAIN_TOKEN_NOT,
+  PLAIN_TOKEN_POSTFIX,      ///< text: the name of the operation
+  PLAIN_TOKEN_SUPERSCRIPT,  ///< text: the number or name that is raised
+  PLAIN_TOKEN_ROOT,         ///< text: the index, empty for a square root
+  PLAIN_TOKEN_OPEN,         ///< text: the function of such brackets, empty when they only group
+  PLAIN_TOKEN_CLOSE,
+  PLAIN_TOKEN_BAR,
+  PLAIN_TOKEN_COMMA,
+  PLAIN_TOKEN_BAD  ///< error says why
+};
+
+struct PlainTokenS {
+  PlainTokenE type = PLAIN_TOKEN_END;
+  std::size_t begin = 0;
+  std::size_t end = 0;
+  /// The number, the name without its quotes, or what the kind of token says.
+  wstring text;
+  InfixS const* infix = nullptr;
+  /// Of an opening bracket the closing one that fits, of a closing one itself.
+  char16_t bracket = u'\0';
+  PlainTextErrorE error = PLAIN_TEXT_ERROR_NONE;
+};
+
+/// Cuts plain text into tokens.
+class PlainLexerC {
+ public:
+  /// `text` outlives the lexer. The first token is read.
+  explicit PlainLexerC(std::u16string_view text);
+
+  /// At the end of the text every further read gives the end again.
+  void readNextToken();
+  PlainTokenS const& crefToken() const { return token_; }
+
+ private:
+  char16_t peek(std::size_t ahead = 0) const;
+  bool take(char16_t c);
+  void readSign(char16_t c);
+  void readNumber();
+  void readName();
+  void readQuotedName();
+  void readSuperscript();
+  void setInfix(std::u16string_view name);
+  void set(PlainTokenE type, std::u16string_view text = {});
+  void setBracket(PlainTokenE type, char16_t bracket, std::u16string_view function = {});
+  void setError(PlainTextErrorE error);
+
+  std::u16string_view text_;
+  std::size_t position_ = 0;
+  PlainTokenS token_;
+};
+
+/// Whether `name` can stand without quotes, as far as its characters are concerned.
+bool isBareName(std::u16string_view name);
+
+}  // namespace zolt::exchange::detail

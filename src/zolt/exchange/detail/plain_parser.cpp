@@ -1,0 +1,406 @@
+#include "zolt/exchange/detail/plain_parser.h"
+
+#include <iterator>
+#include <utility>
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/make_operation.h"
+#include "zolt/common/decimal_text.h"
+
+namespace zolt::exchange::detail {
+
+namespace common = math::common;
+using math::algexpr::makeFunction;
+using math::algexpr::makeNamed;
+using math::algexpr::makeNumber;
+using math::algexpr::makeOperation;
+using math::algexpr::makePower;
+
+namespace {
+
+constexpr char16_t bar = u'|';
+constexpr int no_rule = -1;  // looser than any
+
+}  // namespace
+
+PointerTC<math::algexpr::NodeABC> PlainParserC::read() {
+  if (token().type == PLAIN_TOKEN_END) {
+    fail(PLAIN_TEXT_ERROR_EMPTY);
+    return nullptr;
+  }
+  NextE next = NEXT_OPERAND;
+  while (next == NEXT_OPERAND || next == NEXT_SIGN) next = next == NEXT_OPERAND ? readOperand() : readSign();
+  return next == NEXT_FAILED ? nullptr : takeOperand();
+}
+
+// ---- Operands ---------------------------------------------------------------------------------------------
+
+PlainParserC::NextE PlainParserC::readOperand() {
+  switch (token().type) {
+    case PLAIN_TOKEN_NUMBER:
+      return takeToken(makeNumber(token().text), true);
+    case PLAIN_TOKEN_NAME:
+      return readName();
+    case PLAIN_TOKEN_QUOTED_NAME:
+      return readQuotedName();
+    case PLAIN_TOKEN_PI:
+      return takeToken(makeNamed(wstring(pi_name)));
+    case PLAIN_TOKEN_OPEN:
+      return beginGroup(token().text, token().bracket);
+    case PLAIN_TOKEN_BAR:
+      return beginGroup(u"abs", bar);
+    case PLAIN_TOKEN_ROOT:
+      return readRoot();
+    case PLAIN_TOKEN_NOT:
+      if (currentRule() <= RULE_NOT) return readPrefix(u"not", RULE_NOT);
+      return readWordCall(u"not");
+    case PLAIN_TOKEN_INFIX:
+      if (isWord(token().infix->name)) return readWordCall(token().infix->name);
+      return readSignBeforeOperand();
+    case PLAIN_TOKEN_BAD:
+      return fail(token().error);
+    default:
+      return fail(PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  }
+}
+
+PlainParserC::NextE PlainParserC::readPrefix(wstring const& name, RuleE operandRule) {
+  FrameS frame;
+  frame.kind = PENDING_PREFIX;
+  frame.operandRule = operandRule;
+  frame.takesSign = true;
+  frame.name = name;
+  frames_.push_back(std::move(frame));
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
+  std::u16string_view const sign = token().infix->name;
+  bool const tight = currentRule() > RULE_SIGN;
+  bool const allowed = !tight || frames_.back().takesSign;
+  if (!allowed || (sign != u"+" && sign != u"-")) return fail(PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  return readPrefix(sign == u"+" ? u"_pos" : u"_neg", tight ? currentRule() : RULE_SIGN);
+}
+
+PlainParserC::NextE PlainParserC::readRoot() {
+  FrameS frame;
+  frame.kind = PENDING_ROOT;
+  frame.operandRule = RULE_ATOM;
+  if (!token().text.empty()) frame.exponent = makeNumber(token().text);
+  frames_.push_back(std::move(frame));
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+PlainParserC::NextE PlainParserC::readName() {
+  FrameS frame;
+  frame.name = token().text;
+  frame.begin = token().begin;
+  frame.end = token().end;
+  lexer_.readNextToken();
+  if (isFunction(frame.name)) {
+    frame.isWritten = true;
+    return readFunction(std::move(frame));
+  }
+  // Behind a blank the brackets are a factor: "a (b+c)".
+  if (opensCall() && token().begin == frame.end) return beginCall(std::move(frame));
+  std::u16string_view const letter = findGreekLetter(frame.name);
+  return keep(makeNamed(letter.empty() ? frame.name : wstring(letter)));
+}
+
+PlainParserC::NextE PlainParserC::readQuotedName() {
+  FrameS frame;
+  frame.name = token().text;
+  lexer_.readNextToken();
+  if (opensCall()) return beginCall(std::move(frame));
+  return keep(makeNamed(frame.name));
+}
+
+PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
+  FrameS frame;
+  frame.name = name;
+  frame.begin = token().begin;
+  frame.end = token().end;
+  lexer_.readNextToken();
+  if (!opensCall()) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  return beginCall(std::move(frame));
+}
+
+PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
+  if (opensCall()) return beginCall(std::move(frame));
+  FunctionS const* const unary = findFunction(frame.name, 1);
+  if (unary && unary->numArguments == 0) {
+    return keep(makeNamed(frame.name));
+  }
+  if (unary && readFunctionExponent(frame)) {
+    if (opensCall()) return beginCall(std::move(frame));
+    if (startsOperand()) {
+      frame.kind = PENDING_APPLICATION;
+      frame.operandRule = RULE_ARGUMENT;
+      frames_.push_back(std::move(frame));
+      return NEXT_OPERAND;
+    }
+  }
+  return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_ARGUMENTS);
+}
+
+// Reads what stands between a function's name and its argument in "sin^2 x", if anything does.
+bool PlainParserC::readFunctionExponent(FrameS& frame) {
+  wstring exponent;
+  if (token().type == PLAIN_TOKEN_SUPERSCRIPT) {
+    exponent = token().text;
+  } else if (token().type == PLAIN_TOKEN_INFIX && token().infix->name == u"^") {
+    lexer_.readNextToken();
+    if (token().type == PLAIN_TOKEN_INFIX && token().infix->name == u"-") {
+      exponent = common::minus_sign;
+      lexer_.readNextToken();
+    }
+    if (token().type != PLAIN_TOKEN_NUMBER && token().type != PLAIN_TOKEN_NAME) return false;
+    exponent += token().text;
+  } else {
+    return true;
+  }
+  lexer_.readNextToken();
+  if (exponent[0] != common::minus_sign) {
+    frame.exponent = common::isDigit(exponent[0]) ? makeNumber(exponent) : makeNamed(exponent);
+    return true;
+  }
+  std::u16string_view const inverse = findInverse(frame.name);
+  if (inverse.empty() || exponent.compare(1, wstring::npos, u"1") != 0) return false;
+  frame.name = inverse;
+  return true;
+}
+
+PlainParserC::NextE PlainParserC::beginCall(FrameS frame) {
+  frame.kind = PENDING_CALL;
+  frame.close = u')';
+  return beginBracket(std::move(frame));
+}
+
+PlainParserC::NextE PlainParserC::beginGroup(wstring const& function, char16_t close) {
+  FrameS frame;
+  frame.kind = PENDING_GROUP;
+  frame.name = function;
+  frame.close = close;
+  return beginBracket(std::move(frame));
+}
+
+PlainParserC::NextE PlainParserC::beginBracket(FrameS frame) {
+  frame.operandRule = RULE_ASSIGNMENT;
+  frame.firstOperand = operands_.size();
+  closes_.push_back(frame.close);
+  frames_.push_back(std::move(frame));
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+bool PlainParserC::opensCall() const { return token().type == PLAIN_TOKEN_OPEN && token().bracket == u')'; }
+
+bool PlainParserC::startsOperand() const {
+  switch (token().type) {
+    case PLAIN_TOKEN_NUMBER:
+    case PLAIN_TOKEN_NAME:
+    case PLAIN_TOKEN_QUOTED_NAME:
+    case PLAIN_TOKEN_PI:
+    case PLAIN_TOKEN_OPEN:
+    case PLAIN_TOKEN_BAR:
+    case PLAIN_TOKEN_ROOT:
+      return true;
+    default:
+      return false;
+  }
+}
+
+// ---- Behind an operand ------------------------------------------------------------------------------------
+
+PlainParserC::NextE PlainParserC::readSign() {
+  switch (token().type) {
+    case PLAIN_TOKEN_INFIX:
+      return readInfix();
+    case PLAIN_TOKEN_POSTFIX:
+    case PLAIN_TOKEN_SUPERSCRIPT:
+      return readPostfix();
+    case PLAIN_TOKEN_BAR:
+      return !closes_.empty() && closes_.back() == bar ? readBracketEnd() : readProduct();
+    case PLAIN_TOKEN_END:
+    case PLAIN_TOKEN_CLOSE:
+    case PLAIN_TOKEN_COMMA:
+      return readBracketEnd();
+    case PLAIN_TOKEN_BAD:
+      return fail(token().error);
+    case PLAIN_TOKEN_NUMBER:
+      // "x 2" is a power or an index that lost its form on the way more often than a product.
+      return fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
+    default:
+      return startsOperand() ? readProduct() : fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
+  }
+}
+
+PlainParserC::NextE PlainParserC::readInfix() {
+  FrameS frame;
+  frame.kind = PENDING_INFIX;
+  frame.infix = token().infix;
+  frame.operandRule = frame.infix->rightRule;
+  frame.takesSign = true;
+  finishTighterThan(frame.infix->rule);
+  if (frame.infix->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
+    return fail(PLAIN_TEXT_ERROR_SECOND_ASSIGNMENT);
+  }
+  frames_.push_back(std::move(frame));
+  lexer_.readNextToken();
+  return NEXT_OPERAND;
+}
+
+PlainParserC::NextE PlainParserC::readPostfix() {
+  finishTighterThan(RULE_POSTFIX);
+  NodeT operand = takeOperand();
+  wstring const& text = token().text;
+  if (token().type == PLAIN_TOKEN_POSTFIX) return takeToken(makeOperation(text, {std::move(operand)}));
+  return takeToken(makePower(std::move(operand), text == u"n" ? makeNamed(text) : makeNumber(text)));
+}
+
+PlainParserC::NextE PlainParserC::readProduct() {
+  static InfixS const* const times = findInfix(u"*");
+  // Behind a function without brackets, factors belong to its argument, up to the next function.
+  finishTighterThan(RULE_ARGUMENT);
+  bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
+                          !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
+  if (!inArgument) finishTighterThan(times->rule);
+  FrameS frame;
+  frame.kind = PENDING_INFIX;
+  frame.infix = times;
+  frame.operandRule = RULE_POWER;
+  frames_.push_back(std::move(frame));
+  return NEXT_OPERAND;
+}
+
+PlainParserC::NextE PlainParserC::readBracketEnd() {
+  finishTighterThan(no_rule);
+  PlainTokenE const type = token().type;
+  if (frames_.empty()) {
+    if (type == PLAIN_TOKEN_END) return NEXT_NOTHING;
+    return fail(type == PLAIN_TOKEN_COMMA ? PLAIN_TEXT_ERROR_UNEXPECTED_COMMA
+                                          : PLAIN_TEXT_ERROR_UNEXPECTED_CLOSE);
+  }
+  if (type == PLAIN_TOKEN_COMMA) {
+    if (frames_.back().kind != PENDING_CALL) return fail(PLAIN_TEXT_ERROR_UNEXPECTED_COMMA);
+    lexer_.readNextToken();
+    return NEXT_OPERAND;
+  }
+  bool const fits =
+      type == PLAIN_TOKEN_BAR || (type == PLAIN_TOKEN_CLOSE && token().bracket == closes_.back());
+  if (!fits) return fail(PLAIN_TEXT_ERROR_MISSING_CLOSE);
+
+  FrameS const frame = std::move(frames_.back());
+  frames_.pop_back();
+  closes_.pop_back();
+  OperandS result;
+  if (frame.kind == PENDING_GROUP && frame.name.empty()) {
+    result.node = operands_.back().node;
+    if (operands_.back().bracketed) result.node = makeFunction(wstring(bracket_name), {result.node});
+    result.bracketed = true;
+  } else {
+    auto const first = operands_.begin() + static_cast<std::ptrdiff_t>(frame.firstOperand);
+    std::vector<NodeT> arguments;
+    for (auto operand = first; operand != operands_.end(); ++operand) {
+      arguments.push_back(std::move(operand->node));
+    }
+    result.node = makeCall(frame, std::move(arguments));
+    if (!result.node) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_ARGUMENT_COUNT);
+  }
+  operands_.resize(frame.firstOperand);
+  operands_.push_back(std::move(result));
+  lexer_.readNextToken();
+  return NEXT_SIGN;
+}
+
+void PlainParserC::finishTighterThan(int rule) {
+  while (!frames_.empty() && frames_.back().close == u'\0' && frames_.back().operandRule > rule) {
+    FrameS const frame = std::move(frames_.back());
+    frames_.pop_back();
+    finish(frame);
+  }
+}
+
+void PlainParserC::finish(FrameS const& frame) {
+  bool const isNumber = operands_.back().literal;
+  NodeT operand = takeOperand();
+  OperandS result;
+  switch (frame.kind) {
+    case PENDING_PREFIX:
+      if (isNumber && frame.name == u"_neg") {
+        result.node = makeNumber(common::minus_sign + operand->getName());
+      } else {
+        result.node = makeFunction(frame.name, {std::move(operand)});
+      }
+      break;
+    case PENDING_ROOT:
+      if (frame.exponent) {
+        result.node = makeFunction(u"nthroot", {std::move(operand), frame.exponent});
+      } else {
+        result.node = makeFunction(u"sqrt", {std::move(operand)});
+      }
+      break;
+    case PENDING_INFIX: {
+      NodeT left = takeOperand();
+      result.assignment = frame.infix->rule == RULE_ASSIGNMENT;
+      if (frame.infix->rule == RULE_POWER) {
+        result.node = makePower(std::move(left), std::move(operand));
+      } else {
+        result.node = makeFunction(wstring(frame.infix->name), {std::move(left), std::move(operand)});
+      }
+      break;
+    }
+    default:
+      result.node = makeCall(frame, {std::move(operand)});
+      break;
+  }
+  operands_.push_back(std::move(result));
+}
+
+PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
+  if (!frame.isWritten) return makeFunction(frame.name, std::move(arguments));
+  FunctionS const* const function = findFunction(frame.name, arguments.size());
+  if (!function) return nullptr;
+  if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));
+  NodeT call = makeFunction(wstring(function->name), std::move(arguments));
+  return frame.exponent ? makePower(std::move(call), frame.exponent) : call;
+}
+
+// ---- Operands read ----------------------------------------------------------------------------------------
+
+// The operand that the current token finishes.
+PlainParserC::NextE PlainParserC::takeToken(NodeT node, bool literal) {
+  if (!node) return fail(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  lexer_.readNextToken();
+  return keep(std::move(node), literal);
+}
+
+// The operand that stands before the current token.
+PlainParserC::NextE PlainParserC::keep(NodeT node, bool literal) {
+  OperandS operand;
+  operand.node = std::move(node);
+  operand.literal = literal;
+  operands_.push_back(std::move(operand));
+  return NEXT_SIGN;
+}
+
+PlainParserC::NodeT PlainParserC::takeOperand() {
+  NodeT node = std::move(operands_.back().node);
+  operands_.pop_back();
+  return node;
+}
+
+PlainParserC::NextE PlainParserC::fail(PlainTextErrorE cause) {
+  return failAt(token().begin, token().end, cause);
+}
+
+PlainParserC::NextE PlainParserC::failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause) {
+  error_.begin = static_cast<unsigned long>(begin);
+  error_.end = static_cast<unsigned long>(end);
+  error_.cause = cause;
+  return NEXT_FAILED;
+}
+
+}  // namespace zolt::exchange::detail

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+#include <vector>
+
+#include "zolt/algexpr/node.h"
+#include "zolt/exchange/detail/plain_lexer.h"
+#include "zolt/exchange/detail/plain_notation.h"
+#include "zolt/exchange/plain_text.h"
+
+namespace zolt::exchange::detail {
+
+/// Reads plain text into expression nodes, with a stack of its own in place of recursion.
+class PlainParserC {
+ public:
+  /// `text` outlives the parser.
+  explicit PlainParserC(std::u16string_view text) : lexer_(text) {}
+
+  /// The whole text's node. Null when malformed, `crefError` then saying where and why.
+  PointerTC<math::algexpr::NodeABC> read();
+  PlainTextErrorS const& crefError() const { return error_; }
+
+ private:
+  using NodeT = PointerTC<math::algexpr::NodeABC>;
+
+  enum PendingE {
+    PENDING_PREFIX,       ///< a sign or "not" before its operand
+    PENDING_INFIX,        ///< a sign or word between its operands
+    PENDING_ROOT,         ///< a radical sign
+    PENDING_APPLICATION,  ///< a function without brackets
+    PENDING_CALL,         ///< a function with brackets
+    PENDING_GROUP         ///< any other brackets, or bars
+  };
+
+  /// Something begun whose next operand is being read.
+  struct FrameS {
+    PendingE kind{};
+    RuleE operandRule{};
+    bool takesSign = false;  // the operand may start with a sign, however tight its rule is
+    bool isWritten = false;  // `name` is as people write it, else the expression library's
+    char16_t close = u'\0';  // of brackets only
+    wstring name;            // empty: brackets that only group
+    InfixS const* infix = nullptr;
+    NodeT exponent;  // of a function, as in sin²x; of a root, its index
+    std::size_t firstOperand = 0;
+    std::size_t begin = 0;  // what an error in the arguments marks
+    std::size_t end = 0;
+  };
+
+  struct OperandS {
+    NodeT node;
+    bool bracketed = false;   // by brackets that have left no trace
+    bool literal = false;     // a number as it stands in the text
+    bool assignment = false;  // without brackets around
+  };
+
+  /// What comes after something that was read.
+  enum NextE { NEXT_OPERAND, NEXT_SIGN, NEXT_NOTHING, NEXT_FAILED };
+
+  NextE readOperand();
+  NextE readPrefix(wstring const& name, RuleE operandRule);
+  NextE readSignBeforeOperand();
+  NextE readRoot();
+  NextE readName();
+  NextE readQuotedName();
+  NextE readWordCall(std::u16string_view name);
+  NextE readFunction(FrameS frame);
+  bool readFunctionExponent(FrameS& frame);
+  NextE beginCall(FrameS frame);
+  NextE beginGroup(wstring const& function, char16_t close);
+  NextE beginBracket(FrameS frame);
+
+  NextE readSign();
+  NextE readInfix();
+  NextE readPostfix();
+  NextE readProduct();
+  NextE readBracketEnd();
+
+  /// Makes what stands on top of the stack while its operands are tighter than `rule`; stops at brackets.
+  void finishTighterThan(int rule);
+  void finish(FrameS const& frame);
+  NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);
+
+  NextE takeToken(NodeT node, bool literal = false);
+  NextE keep(NodeT node, bool literal = false);
+  NodeT takeOperand();
+
+  RuleE currentRule() const { return frames_.empty() ? RULE_ASSIGNMENT : frames_.back().operandRule; }
+  bool opensCall() const;
+  bool startsOperand() const;
+  PlainTokenS const& token() const { return lexer_.crefToken(); }
+  NextE fail(PlainTextErrorE cause);
+  NextE failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause);
+
+  PlainLexerC lexer_;
+  std::vector<FrameS> frames_;
+  std::vector<char16_t> closes_;  // of the brackets among the frames
+  std::vector<OperandS> operands_;
+  PlainTextErrorS error_;
+};
+
+}  // namespace zolt::exchange::detail

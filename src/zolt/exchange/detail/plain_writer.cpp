@@ -1,0 +1,197 @@
+#include "zolt/exchange/detail/plain_writer.h"
+
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/integer_node.h"
+#include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/exchange/detail/plain_lexer.h"
+
+namespace zolt::exchange::detail {
+
+namespace common = math::common;
+using math::algexpr::castNode;
+using math::algexpr::FloatNodeC;
+using math::algexpr::IntegerNodeC;
+using math::algexpr::NodeABC;
+using math::algexpr::ParentNodeABC;
+
+namespace {
+
+bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
+
+ParentNodeABC const* asBrackets(NodeABC const& node) {
+  ParentNodeABC const* const parent = node.asParent();
+  return parent && parent->numChildren() == 1 && node.crefName() == bracket_name ? parent : nullptr;
+}
+
+enum GuardE {
+  GUARD_NONE,      ///< the reader takes the operand as it is
+  GUARD_RESTORED,  ///< the operand is in brackets, which the reader puts there by itself
+  GUARD_MISSING    ///< the reader would put brackets there that are not
+};
+
+// What the reader, who makes operations with `makeOperation`, would do to an operand.
+GuardE findGuard(ParentNodeABC const& node, unsigned long index) {
+  auto const isGuarded = [&](PointerTC<NodeABC> const& operand) {
+    std::vector<PointerTC<NodeABC>> const operands(node.numChildren(), operand);
+    PointerTC<NodeABC> const made = math::algexpr::makeOperation(node.crefName(), operands);
+    return made->asParent()->childPointer(index) != operand;
+  };
+  PointerTC<NodeABC> const operand = node.childPointer(index);
+  ParentNodeABC const* const brackets = asBrackets(*operand);
+  if (brackets) return isGuarded(brackets->childPointer(0)) ? GUARD_RESTORED : GUARD_NONE;
+  return isGuarded(operand) ? GUARD_MISSING : GUARD_NONE;
+}
+
+/// The operand as it is written; null when the reader would not read the same back.
+NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
+  switch (findGuard(node, index)) {
+    case GUARD_RESTORED:
+      return &asBrackets(node.child(index))->child(0);
+    case GUARD_MISSING:
+      return nullptr;
+    default:
+      return &node.child(index);
+  }
+}
+
+/// Whether a bare name would be read as something else than itself.
+bool isReserved(std::u16string_view name) { return isWord(name) || isPi(name) || isFunction(name); }
+
+}  // namespace
+
+wstring PlainWriterC::write(NodeABC const& node) {
+  later(node, RULE_ASSIGNMENT);
+  while (!tasks_.empty()) {
+    TaskS const task = tasks_.back();
+    tasks_.pop_back();
+    if (task.node) {
+      writeNode(*task.node, task.rule);
+    } else {
+      output_ += task.text;
+    }
+  }
+  return std::move(output_);
+}
+
+void PlainWriterC::writeNode(NodeABC const& node, RuleE rule) {
+  ParentNodeABC const* const parent = node.asParent();
+  return parent ? writeParent(*parent, rule) : writeLeaf(node, rule);
+}
+
+void PlainWriterC::writeLeaf(NodeABC const& node, RuleE rule) {
+  wstring const& name = node.crefName();
+  if (isNumber(node)) {
+    bool const negative = name[0] == common::minus_sign;
+    open(rule == RULE_BRACKETS || (negative && (rule > RULE_SIGN || !signFits())));
+    if (negative) output_ += u'-';
+    output_.append(name, negative ? 1 : 0, wstring::npos);
+  } else if (name == pi_name) {
+    output_ += u"pi";
+  } else if (isBareName(name) && findGreekLetter(name).empty() && (!isReserved(name) || name == u"error")) {
+    output_ += name;
+  } else {
+    writeQuoted(name);
+  }
+}
+
+void PlainWriterC::writeParent(ParentNodeABC const& node, RuleE rule) {
+  wstring const& name = node.crefName();
+  if (node.numChildren() == 2) {
+    InfixS const* const infix = findInfix(name);
+    if (infix) return writeInfix(node, *infix, rule);
+  } else if (node.numChildren() == 1) {
+    NodeABC const& operand = node.child(0);
+    if (name == bracket_name) return writeBrackets(operand);
+    if (name == u"_neg") return writePrefix(u"-", operand, RULE_SIGN, rule);
+    if (name == u"_pos") return writePrefix(u"+", operand, RULE_SIGN, rule);
+    if (name == u"not") return writePrefix(u"not ", operand, RULE_NOT, rule);
+    bool const isPostfix = name == u"!" || name == u"_deg" || name == u"_rad";
+    NodeABC const* const written = isPostfix ? findWrittenOperand(node, 0) : nullptr;
+    if (written)
+      return writePostfix(name == u"!" ? u"!" : name == u"_deg" ? u"\u00B0" : u"\u02B3", *written, rule);
+  }
+  writeCall(node);
+}
+
+void PlainWriterC::writeInfix(ParentNodeABC const& node, InfixS const& infix, RuleE rule) {
+  NodeABC const* left = &node.child(0);
+  NodeABC const* right = &node.child(1);
+  if (infix.rule == RULE_POWER) {
+    left = findWrittenOperand(node, 0);
+    right = findWrittenOperand(node, 1);
+    if (!left || !right) return writeCall(node);
+  }
+  open(infix.rule < rule);
+  later(*right, infix.rightRule);
+  later(infix.written);
+  later(*left, infix.leftRule);
+}
+
+void PlainWriterC::writePrefix(std::u16string_view sign, NodeABC const& operand, RuleE own, RuleE rule) {
+  bool const isSign = own == RULE_SIGN;
+  open(own < rule || (isSign && !signFits()));
+  output_ += sign;
+  // "-2" would be the number.
+  later(operand, isSign && sign == u"-" && isNumber(operand) ? RULE_BRACKETS : own);
+}
+
+void PlainWriterC::writePostfix(std::u16string_view sign, NodeABC const& operand, RuleE rule) {
+  open(RULE_POSTFIX < rule);
+  later(sign);
+  later(operand, RULE_POSTFIX);
+}
+
+void PlainWriterC::writeBrackets(NodeABC const& operand) {
+  // The reader drops one pair of those that stand directly inside each other.
+  NodeABC const* inner = &operand;
+  open(true);
+  bool const dropped = style_ == PLAIN_TEXT_EXACT;
+  open(dropped);
+  while (ParentNodeABC const* const brackets = asBrackets(*inner)) {
+    open(true);
+    inner = &brackets->child(0);
+  }
+  later(*inner, RULE_ASSIGNMENT);
+}
+
+void PlainWriterC::writeCall(ParentNodeABC const& node) {
+  wstring const& name = node.crefName();
+  FunctionS const* const function = findWritten(name, node.numChildren());
+  if (function) {
+    output_ += function->written;
+  } else if (isBareName(name) && !isReserved(name)) {
+    output_ += name;
+  } else {
+    writeQuoted(name);
+  }
+  open(true);
+  for (unsigned long i = node.numChildren(); i-- > 0;) {
+    later(node.child(i), RULE_ASSIGNMENT);
+    if (i > 0) later(u",");
+  }
+}
+
+void PlainWriterC::writeQuoted(wstring const& name) {
+  output_ += u'"';
+  for (char16_t const c : name) {
+    if (c == u'"') output_ += c;
+    output_ += c;
+  }
+  output_ += u'"';
+}
+
+void PlainWriterC::open(bool needed) {
+  if (!needed) return;
+  output_ += u'(';
+  later(u")");
+}
+
+bool PlainWriterC::signFits() const {
+  if (output_.empty()) return true;
+  char16_t const last = output_.back();
+  return last == u'(' || last == u',' || last == u' ';
+}
+
+}  // namespace zolt::exchange::detail

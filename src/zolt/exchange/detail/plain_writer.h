@@ -1,0 +1,49 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "zolt/algexpr/node.h"
+#include "zolt/exchange/detail/plain_notation.h"
+#include "zolt/exchange/plain_text.h"
+
+namespace zolt::exchange::detail {
+
+/// Writes expression nodes as plain text, with a stack of its own in place of recursion.
+class PlainWriterC {
+ public:
+  explicit PlainWriterC(PlainTextStyleE style) : style_(style) {}
+
+  wstring write(math::algexpr::NodeABC const& node);
+
+ private:
+  /// Something to be written: a node, in brackets when it is looser than `rule`, or else a text.
+  struct TaskS {
+    math::algexpr::NodeABC const* node;
+    RuleE rule;
+    std::u16string_view text;
+  };
+
+  void writeNode(math::algexpr::NodeABC const& node, RuleE rule);
+  void writeLeaf(math::algexpr::NodeABC const& node, RuleE rule);
+  void writeParent(math::algexpr::ParentNodeABC const& node, RuleE rule);
+  void writeInfix(math::algexpr::ParentNodeABC const& node, InfixS const& infix, RuleE rule);
+  void writePrefix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE own, RuleE rule);
+  void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
+  void writeBrackets(math::algexpr::NodeABC const& operand);
+  void writeCall(math::algexpr::ParentNodeABC const& node);
+  void writeQuoted(wstring const& name);
+
+  /// Writes "(" and sees to ")" when `needed`.
+  void open(bool needed);
+  void later(math::algexpr::NodeABC const& node, RuleE rule) { tasks_.push_back({&node, rule, {}}); }
+  void later(std::u16string_view text) { tasks_.push_back({nullptr, RULE_ASSIGNMENT, text}); }
+  /// Whether a sign may follow what is written so far without looking like a part of it.
+  bool signFits() const;
+
+  PlainTextStyleE style_;
+  wstring output_;
+  std::vector<TaskS> tasks_;  // the next one last
+};
+
+}  // namespace zolt::exchange::detail
