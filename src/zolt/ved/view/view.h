@@ -111,6 +111,10 @@ class ViewZNT4C {
   unsigned int getAnchorPos() const { return anchorPos_; }
   /// Whether a non-empty selection exists. An empty one is dropped by the way, unless the pointer is down.
   bool isSelected() const;
+  /// The selection as a stretch of one row, in reading order: from a position in its item `first` to one in
+  /// its item `last`. Ends in different rows of a construct widen to the construct. False: no selection.
+  bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
+                          unsigned int& lastPos) const;
   /// Selects from the anchor to the caret place; equal places only move the caret; a null anchor node drops
   /// the selection. False, with nothing changed, when one of them is not a place of this tree.
   bool selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
@@ -162,8 +166,6 @@ class ViewZNT4C {
   bool isWorthVisiting(Node4C const& node, long x, long y) const;
 
   // view_selection.cpp
-  bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
-                          unsigned int& lastPos) const;
   /// The row that an insertion goes into: the selection's, or the caret's.
   Node4C const& crefCurrentRow() const;
   /// How deep the rows in the selection nest; 0 without a selection.

@@ -41,7 +41,12 @@ bool ViewZNT4C::insertText(wstring const& text) {
 
 bool ViewZNT4C::doAddText(wstring const& text) {
   if (!editable_ || text.empty()) return bip();
-  if (auto const op = operatorList_->lookup(text)) return doRunOperator(op);
+  if (auto const op = operatorList_->lookup(text)) {
+    bool const ran = doRunOperator(op);
+    // A letter that names an operator is typed like any other.
+    if (ran && text.size() == 1 && Node4C::isAcceptable(text[0], true)) history_->markTyping(true);
+    return ran;
+  }
   if (text.size() > 1) return addTexts(text);
 
   char16_t const c = text[0];
