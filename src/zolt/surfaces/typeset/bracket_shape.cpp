@@ -27,7 +27,7 @@ void appendBracket(PathC& path, BracketSideE side, BracketPlaceE place, double x
   double const middleRadius = strength * mix(0.036, 0.046, growth);
   double const tipRadius = strength * mix(0.016, 0.020, growth);
 
-  double const outer = mix(0.28, 0.17, growth) * cell, tip = mix(0.80, 0.90, growth) * cell;
+  double const outer = mix(0.28, 0.21, growth) * cell, tip = mix(0.80, 0.90, growth) * cell;
   bool const open = side == BRACKET_OPEN;
   // The gap of a row stands before a closing bracket only: half of it moves over to the opening one.
   double const left = place == BRACKET_IN_ROW ? x - 0.45 * double(size.metrics[0]) : x;

@@ -187,19 +187,27 @@ class WriterC {
              paint("fill", colour) + "/>\n";
   }
 
+  /// One piece for every stretch in which the letters follow each other as the font has them: not all
+  /// viewers heed a list of places.
   void appendText(DrawingItemS const& item, ColourS const& colour) {
     usedFaces_[item.run.face] = true;
-    std::string const& name = fonts_.getFaceName(item.run.face);
-    std::string places, text;
+    body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(fonts_.getFaceName(item.run.face)) +
+             "', serif\" font-size=\"" + number(item.run.em) + '"' +
+             (item.run.face == FACE_MATH ? " font-style=\"italic\"" : "") +
+             " style=\"font-kerning:none\" y=\"" + number(item.run.baseline) + '"' + paint("fill", colour) +
+             '>';
+    std::string text;
+    double next = 0;
     for (PlacedGlyphS const& glyph : item.glyphs) {
-      if (!places.empty()) places += ' ';
-      appendNumber(places, item.run.x + glyph.x);
+      if (text.empty() || std::fabs(glyph.x - next) > 1e-3) {
+        body_ += escape(text) + (text.empty() ? "" : "</tspan>") + "<tspan x=\"" +
+                 number(item.run.x + glyph.x) + "\">";
+        text.clear();
+      }
       appendUtf8(text, glyph.codePoint);
+      next = glyph.x + glyph.width;
     }
-    body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(name) + "', serif\" font-size=\"" +
-             number(item.run.em) + '"' + (item.run.face == FACE_MATH ? " font-style=\"italic\"" : "") +
-             " x=\"" + places + "\" y=\"" + number(item.run.baseline) + '"' + paint("fill", colour) + '>' +
-             escape(text) + "</text>\n";
+    body_ += escape(text) + "</tspan></text>\n";
   }
 
   void appendOutlines(DrawingItemS const& item, ColourS const& colour) {

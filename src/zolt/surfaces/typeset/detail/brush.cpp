@@ -6,7 +6,7 @@ namespace zolt::surfaces {
 
 namespace {
 
-constexpr int curve_steps = 12;
+constexpr int curve_steps = 6;
 /// Length of a cubic's control arm that makes it a quarter of a circle of radius 1.
 constexpr double circle_arm = 0.5522847498;
 

@@ -101,7 +101,7 @@ bool drawRadical(PointsT const& p, FontSizeS const& size, SignS& sign) {
   constexpr double wide_tick = 4;
   double const left = p[0].x - 0.6, foot = p[1].y + 0.9, height = foot - p[2].y, tick = p[1].x - left;
   double const thickness = getRuleThickness(size);
-  double const rise = p[1].x - p[0].x >= wide_tick ? std::min(p[1].y - p[0].y + 1, height)
+  double const rise = p[1].x - p[0].x >= wide_tick ? std::min(p[1].y - p[0].y + 0.4, height)
                                                    : std::clamp(0.46 * height, 4.0, 8.5);
   double const hair = 0.22, thick = 0.042 * size.em, thin = thickness / 2;
   double const tickX = left + 0.30 * tick, footX = left + 0.66 * tick + 0.25, headX = p[2].x + 0.5;
