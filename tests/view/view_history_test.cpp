@@ -1,0 +1,161 @@
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "tests/support/cases.h"
+#include "tests/support/view_stage.h"
+#include "zolt/ved/view/detail/byte_delta.h"
+#include "zolt/ved/view/edit_history.h"
+
+namespace zolt::tests {
+namespace {
+
+using namespace math::ved;
+using oss::bytestring;
+
+bytestring randomBytes(std::mt19937& random, std::size_t size, unsigned letters) {
+  bytestring bytes;
+  for (std::size_t i = 0; i < size; ++i) bytes += static_cast<unsigned char>(random() % letters);
+  return bytes;
+}
+
+TEST(ByteDelta, TurnsEitherStringIntoTheOther) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 3000; ++round) {
+    // Few different bytes make false matches likely.
+    unsigned const letters = round % 2 ? 3 : 200;
+    bytestring const before = randomBytes(random, random() % 300, letters);
+    bytestring after = before;
+    for (auto edits = random() % 6; edits > 0; --edits) {
+      std::size_t const at = random() % (after.size() + 1);
+      after.replace(at, random() % 90, randomBytes(random, random() % 90, letters));
+    }
+    bytestring const delta = makeDelta(before, after);
+    EXPECT_EQ(applyDelta(before, delta, false), after);
+    EXPECT_EQ(applyDelta(after, delta, true), before);
+    EXPECT_EQ(delta.empty(), before == after);
+  }
+}
+
+TEST(ByteDelta, IsSmallForFarApartEdits) {
+  std::mt19937 random(2);
+  bytestring const before = randomBytes(random, 100000, 200);
+  bytestring after = before;
+  after.insert(10, 2, 7);
+  after.erase(50000, 3);
+  after.insert(99000, 1, 9);
+  EXPECT_LT(makeDelta(before, after).size(), 40u);
+}
+
+/// A history fed from outside about what a view does.
+class Observed : public testing::Test {
+ protected:
+  EditPlacesS places() const {
+    auto& view = stage.refView();
+    bool const selected = view.isSelected();
+    return {view.getCaretNode(), view.getCaretPos(), selected ? view.getAnchorNode() : nullptr,
+            view.getAnchorPos()};
+  }
+  void edit(EditHistoryC& history, EventScriptT const& script) {
+    history.beginStep(stage.refView().crefRoot(), places());
+    stage.refPlayer().play(script);
+    history.endStep(stage.refView().crefRoot(), places());
+  }
+  static EventScriptT script(wstring const& text) {
+    EventScriptT steps;
+    unsigned long position = 0;
+    EXPECT_TRUE(readEventScript(text, steps, position));
+    return steps;
+  }
+
+  mutable ViewStageC stage;
+};
+
+TEST_F(Observed, KeysCostFewBytesInALargeFormula) {
+  wstring row = u"[\"\u2038\"";
+  for (int i = 0; i < 500; ++i) row += u", /<[\"a\"] ; [\"b\"]>, \"+\"";
+  ASSERT_TRUE(stage.setUp(row + u"]"));
+  // Unmatched brackets change the row's other end as well.
+  EventScriptT const keys[] = {script(u"char x"), script(u"char )"), script(u"char ("), script(u"op sqrt"),
+                               script(u"key backspace")};
+  EditHistoryC history;
+  std::mt19937 random(3);
+  unsigned long steps = 0;
+  while (steps < 1000) {
+    stage.refPlayer().play(script(random() % 2 ? u"key right" : u"key left"));
+    bytestring const before = stage.bytes();
+    edit(history, keys[random() % std::size(keys)]);
+    if (stage.bytes() != before) ++steps;
+  }
+  EXPECT_LE(history.byteSize(), 4ul << 20);
+  RecordProperty("bytes_for_1000_steps", static_cast<int>(history.byteSize()));
+  while (history.undo()) --steps;
+  EXPECT_EQ(steps, 0u);
+}
+
+TEST_F(Observed, OldStepsAreForgottenPastTheLimits) {
+  ASSERT_TRUE(stage.setUp(u"[\"\u2038\"]"));
+  EditHistoryC history(3, 1ul << 20);
+  for (char16_t c : wstring(u"abcde")) edit(history, script(wstring(u"char ") + c));
+  int undone = 0;
+  while (history.undo()) ++undone;
+  EXPECT_EQ(undone, 3);
+  EXPECT_TRUE(history.canRedo());
+  EXPECT_FALSE(history.undoContinues());
+
+  EditHistoryC small(1000, 1);
+  for (char16_t c : wstring(u"abc")) edit(small, script(wstring(u"char ") + c));
+  EXPECT_TRUE(small.undo()) << "the newest step is kept whatever it takes";
+  EXPECT_FALSE(small.undo());
+  small.clear();
+  EXPECT_FALSE(small.canUndo());
+  EXPECT_FALSE(small.canRedo());
+  EXPECT_EQ(small.byteSize(), 0u);
+}
+
+TEST_F(Observed, BringsBackOperatorsThatTheTableForgot) {
+  ASSERT_TRUE(stage.setUp(u"[\"\", sqrt<[\"x\u2038\"]>, \"\"]"));
+  PointerTC<OperatorBC> const op = stage.refView().crefRoot().child(0)->child(1)->getOperator();
+  EditHistoryC history;
+  edit(history, script(u"key clear"));
+  auto const state = history.undo();
+  ASSERT_TRUE(state);
+  EXPECT_EQ(state->crefRoot()->child(0)->child(1)->crefOperator(), op.get());
+}
+
+TEST(ViewHistory, MarksTypingThatGoesOn) {
+  struct {
+    wstring script;
+    bool continues;
+  } const cases[] = {
+      {u"char a", false},
+      {u"char a char b", true},
+      {u"char a insert \"b\"", true},
+      {u"char a insert \"bc\"", false},
+      {u"char a key left char b", false},
+      {u"char a key left key right char b", true},
+      {u"char a char +", false},
+      {u"char + char a", false},
+      {u"char a key backspace char b", false},
+      {u"char a char b key left shift char c", false},
+      {u"char a char b undo", false},
+      {u"char a char b char c undo", true},
+      {u"char a undo char b", false},
+  };
+  for (auto const& one : cases) {
+    SCOPED_TRACE(toUtf8(one.script));
+    ViewStageC stage;
+    stage.refView().setAlgebraicExpression(nullptr, nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+    EventScriptT script;
+    unsigned long position = 0;
+    ASSERT_TRUE(readEventScript(one.script, script, position));
+    stage.play(script);
+    EXPECT_EQ(stage.refView().undoContinues(), one.continues);
+    if (stage.refView().undo()) {
+      EXPECT_EQ(stage.refView().redoContinues(), one.continues);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zolt::tests

@@ -1,0 +1,564 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+
+#include "tests/support/cases.h"
+#include "tests/support/small_stack.h"
+#include "tests/support/view_stage.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/limits.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::tests {
+namespace {
+
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::ConstraintsBC;
+using oss::bytestring;
+
+EventScriptT toScript(wstring const& text) {
+  EventScriptT script;
+  unsigned long position = 0;
+  EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text.substr(position));
+  return script;
+}
+
+bool play(ViewStageC& stage, wstring const& script) { return stage.play(toScript(script)); }
+
+PointerTC<AlgebraicExpressionC> expressionOf(wstring const& prefix) {
+  return AlgebraicExpressionC::fromPrefixString(prefix);
+}
+
+// ---- Pointer --------------------------------------------------------------------------------------------
+
+/// The nearest text and boundary, found by looking at everything.
+class NearestPlaceC {
+ public:
+  NearestPlaceC(ViewStageC& stage, long x, long y) : stage_(stage), x_(x), y_(y) {
+    auto& view = stage.refView();
+    node_ = view.getCaretNode();
+    left_ = node_->getAbsolutePosition().x;
+    width_ = node_->getWidth();
+    visit(*view.crefRoot().child(0), 0, 0);
+    pos_ = findBoundary();
+  }
+
+  Node4C const* node() const { return node_; }
+  unsigned int pos() const { return pos_; }
+
+ private:
+  bool visit(Node4C const& node, long px, long py) {
+    long const ax = px + node.getDX();
+    long const ay = py + node.getDY();
+    for (unsigned long i = 0; i < node.numChildren(); ++i) {
+      if (visit(*node.child(i), ax, ay)) return true;
+    }
+    if (node.numChildren() > 0 || node.getType() != NODE4_TEXT) return false;
+    long const w = node.getWidth();
+    long const h = node.getHeight();
+    bool const inside = ax <= x_ && x_ < ax + w && ay <= y_ && y_ < ay + h;
+    long dx = 0;
+    if (x_ < ax) dx = ax - x_;
+    if (x_ >= ax + w) dx = x_ - w - ax;
+    long dy = 0;
+    if (y_ < ay) dy = ay - y_;
+    if (y_ >= ay + h) dy = y_ - h - ay;
+    if (!inside && dx * dx + dy * dy >= best_) return false;
+    best_ = dx * dx + dy * dy;
+    node_ = &node;
+    left_ = ax;
+    width_ = w;
+    return inside;
+  }
+
+  unsigned int findBoundary() const {
+    auto const size = static_cast<unsigned int>(node_->sizeText());
+    if (x_ < left_) return 0;
+    if (x_ >= left_ + width_) return size;
+    auto const& graphics = stage_.refGraphics();
+    node_->selectFont(graphics);
+    unsigned int pos = 0;
+    long best = stage_.refView().crefRoot().getWidth();
+    for (unsigned int i = 0; i <= size; ++i) {
+      long const d = std::labs(graphics.getTextWidth(node_->crefText().substr(0, i)) + left_ - x_);
+      if (d > best) break;
+      pos = i;
+      best = d;
+    }
+    return pos;
+  }
+
+  ViewStageC& stage_;
+  long x_;
+  long y_;
+  long best_ = 160000;
+  Node4C const* node_ = nullptr;
+  long left_ = 0;
+  long width_ = 0;
+  unsigned int pos_ = 0;
+};
+
+wstring manyFractions(int count) {
+  wstring row = u"[\"a\u2038\"";
+  for (int i = 0; i < count; ++i) row += u", /<[\"b\"] ; [\"cd\"]>, \"+\"";
+  return row + u"]";
+}
+
+TEST(Pointer, FindsTheNearestText) {
+  wstring const formulas[] = {
+      u"[\"\u2038\"]",
+      u"[\"abc\u2038def\"]",
+      u"[\"\", (, \"\", (, \"a\u2038\", ), \"\", ), \"b\"]",
+      u"[\"\", AO, \"a\", ), \"\u2038\"]",
+      u"[\"x\", P[\"2\"], \"\", P[\"ab\"], \"y\u2038\"]",
+      u"[\"a\u2038\", /<[\"b\", sqrt<[\"c\"]>, \"\"] ; [\"\", nthroot<[\"3\"] ; [\"\"]>, \"d\"]>, \"\"]",
+      u"[\"\u2038\", integral<[\"a\"] ; [\"b\"] ; [\"f\", P[\"2\"], \"\"] ; [\"x\"]>, \"+\", "
+      u"sum<[\"k\"] ; [\"1\"] ; [\"n\"] ; [\"\", log<[\"2\"] ; [\"k\"]>, \"\"]>, \"\"]",
+      u"[\"\u2038\", where<[\"f\"] ; [\"x\"] ; [\"1\"]>, \"\", abs<[\"\", floor<[\"\"]>, \"\"]>, \"\", "
+      u"diff<[\"x\"] ; [\"\", ceil<[\"y\"]>, \"\"]>, \"\", error<[\"p\"] ; [\"q\"]>, \"\"]",
+      manyFractions(40),
+  };
+  for (wstring const& formula : formulas) {
+    SCOPED_TRACE(toUtf8(formula));
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(formula));
+    auto& view = stage.refView();
+    PointS const size = view.getExpressionSize();
+    for (long y = -25; y <= size.y + 25; y += 3) {
+      for (long x = -25; x <= size.x + 25; ++x) {
+        NearestPlaceC const expected(stage, x, y);
+        view.addEvent(EVENT_PEN_DOWN, 0, false, false, false, x, y);
+        ASSERT_TRUE(view.getCaretNode() == expected.node() && view.getCaretPos() == expected.pos())
+            << x << "," << y << ": " << toUtf8(stage.notation());
+      }
+    }
+  }
+}
+
+TEST(Pointer, SurvivesFarAwayPlaces) {
+  ViewStageC stage;
+  ASSERT_TRUE(stage.setUp(u"[\"ab\u2038c\"]"));
+  for (long far : {2147483647L, -2147483647L}) {
+    stage.refView().addEvent(EVENT_PEN_DOWN, 0, false, false, false, 0, far);
+    EXPECT_EQ(stage.refView().getCaretPos(), 0u);
+  }
+}
+
+TEST(Pointer, MeasuresLittleInALongText) {
+  ViewStageC stage;
+  stage.refView().insertText(wstring(20000, u'x'));
+  stage.refView().display(0, 0);
+  stage.refGraphics().resetCounts();
+  play(stage, u"down 60003 5");
+  EXPECT_EQ(stage.refView().getCaretPos(), 10001u);
+  EXPECT_LT(stage.refGraphics().getMeasureCount(), 100u);
+}
+
+// ---- Rectangles -------------------------------------------------------------------------------------------
+
+std::string toText(RectangleS const& box) {
+  return std::to_string(box.left) + " " + std::to_string(box.top) + " " + std::to_string(box.right) + " " +
+         std::to_string(box.bottom);
+}
+
+TEST(Rectangles, BoundTheCaretAndTheSelection) {
+  struct {
+    wstring formula;
+    char const* caret;
+    char const* selection;
+  } const cases[] = {
+      {u"[\"\u2038abc\"]", "-1 0 0 10", "0 0 0 0"},
+      {u"[\"ab\u2038c\"]", "11 0 12 10", "0 0 0 0"},
+      {u"[\"a\u2691b\u2038c\"]", "11 0 12 10", "6 0 13 10"},
+      {u"[\"a\u2038b\u2691c\"]", "5 0 6 10", "6 0 13 10"},
+      {u"[\"\u2691abc\u2038\"]", "17 0 18 10", "0 0 19 10"},
+      {u"[\"x\", P[\"\u20382\"], \"\"]", "7 0 8 8", "0 0 0 0"},
+      {u"[\"x\u2691\", P[\"2\"], \"\u2038\"]", "13 3 14 13", "6 0 15 13"},
+  };
+  for (auto const& one : cases) {
+    SCOPED_TRACE(toUtf8(one.formula));
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(one.formula));
+    EXPECT_EQ(toText(stage.refView().getCaretRectangle()), one.caret);
+    EXPECT_EQ(toText(stage.refView().getCurrentNodeRectangle()), one.selection);
+    EXPECT_EQ(stage.refView().getCurrentNodeRectangle().isNull(), std::string(one.selection) == "0 0 0 0");
+  }
+}
+
+TEST(Rectangles, AreLaidOutFirst) {
+  ViewStageC stage;
+  ASSERT_TRUE(stage.setUp(u"[\"a\u2691b\u2038c\"]"));
+  stage.refPlayer().play(toScript(u"op sqrt key right key left shift"));
+  RectangleS const fresh = stage.refView().getCurrentNodeRectangle();
+  stage.refView().display(0, 0);
+  EXPECT_EQ(toText(stage.refView().getCurrentNodeRectangle()), toText(fresh));
+  EXPECT_FALSE(fresh.isNull());
+}
+
+// ---- Constraints ------------------------------------------------------------------------------------------
+
+class RuleC : public ConstraintsBC {
+ public:
+  explicit RuleC(std::function<bool(wstring const&)> rule) : rule_(std::move(rule)) {}
+  bool check(PointerTC<AlgebraicExpressionC> expression) const override {
+    return rule_(expression->toPrefixString());
+  }
+
+ private:
+  std::function<bool(wstring const&)> rule_;
+};
+
+class Constraints : public testing::Test {
+ protected:
+  void show(wstring const& prefix, std::function<bool(wstring const&)> rule) {
+    stage.refView().setAlgebraicExpression(expressionOf(prefix), new RuleC(std::move(rule)), 0,
+                                           math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+    stage.refView().display(0, 0);
+  }
+
+  ViewStageC stage;
+};
+
+TEST_F(Constraints, UndoARejectedEditAsAWhole) {
+  show(u"+(sqrt(b),a)", [](wstring const&) { return false; });
+  for (wstring const place :
+       {u"key right", u"key left", u"key left key right shift", u"down 3 20", u"down 3 20 up"}) {
+    for (wstring const edit : {u"char x", u"key backspace", u"key delete", u"insert \"+y\"", u"paste \"y\"",
+                               u"cut", u"op sin", u"char !"}) {
+      SCOPED_TRACE(toUtf8(place + u" " + edit));
+      show(u"+(sqrt(b),a)", [](wstring const&) { return false; });
+      play(stage, place);
+      wstring const before = stage.notation();
+      bytestring const bytes = stage.bytes();
+      play(stage, edit);
+      if (stage.refView().getAlgebraicExpression(nullptr)) {
+        EXPECT_EQ(toUtf8(stage.notation()), toUtf8(before));
+        EXPECT_FALSE(stage.refView().canUndo());
+      }
+      EXPECT_EQ(stage.findFault(), "");
+      EXPECT_EQ(stage.refView().canUndo(), stage.bytes() != bytes);
+    }
+  }
+}
+
+TEST_F(Constraints, LetIncompleteFormulasPass) {
+  show(u"a", [](wstring const& prefix) { return prefix == u"a" || prefix == u"+(a,b)"; });
+  play(stage, u"key right char + char c");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"a+\u2038\"]");
+  play(stage, u"char b");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"a+b\u2038\"]");
+  play(stage, u"undo undo undo");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"a\u2038\"]");
+}
+
+TEST_F(Constraints, ForbidClearing) {
+  show(u"a", [](wstring const&) { return true; });
+  wstring const before = stage.notation();
+  play(stage, u"key clear");
+  EXPECT_EQ(toUtf8(stage.notation()), toUtf8(before));
+  EXPECT_FALSE(stage.refView().canUndo());
+}
+
+TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
+  int calls = 0;
+  show(u"a", [&](wstring const&) {
+    ++calls;
+    auto& view = stage.refView();
+    wstring const before = stage.notation();
+    EXPECT_FALSE(view.addEvent(EVENT_CHAR, u'z', false, false, false, 0, 0));
+    EXPECT_FALSE(view.addEvent(EVENT_KEY, KEY_LEFT, false, false, false, 0, 0));
+    EXPECT_FALSE(view.insertText(u"z"));
+    EXPECT_FALSE(view.undo());
+    EXPECT_FALSE(view.redo());
+    EXPECT_FALSE(view.selectRange(nullptr, 0, view.getCaretNode(), 0));
+    bytestring bytes;
+    view.cut(bytes);
+    view.paste(expressionOf(u"z"));
+    view.paste(writeBytes(*view.crefRoot().child(0)));
+    view.setAlgebraicExpression(expressionOf(u"z"), nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+    view.display(0, 0);
+    view.getExpressionSize();
+    view.getCaretRectangle();
+    EXPECT_EQ(toUtf8(stage.notation()), toUtf8(before));
+    return true;
+  });
+  play(stage, u"key right char b");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"ab\u2038\"]");
+  play(stage, u"insert \"c\" paste \"d\" key backspace");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"abc\u2038\"]");
+  EXPECT_EQ(calls, 4);
+}
+
+// ---- Clipboard --------------------------------------------------------------------------------------------
+
+TEST(Clipboard, CopiesExpressions) {
+  struct {
+    wstring formula;
+    wstring prefix;  // empty: none
+  } const cases[] = {
+      {u"[\"\u2691a+b\u2038*c\"]", u"+(a,b)"},
+      {u"[\"a\u2691+b\u2038\"]", u"_pos(b)"},
+      {u"[\"\u2691a+\u2038b\"]", u""},
+      {u"[\"a+\u2691\", sqrt<[\"x\"]>, \"\u2038+1\"]", u"sqrt(x)"},
+      {u"[\"a+\", sqrt<[\"\u2691x\"]>, \"\u2038+1\"]", u"sqrt(x)"},
+      {u"[\"a\u2691\", sqrt<[\"\"]>, \"\u2038\"]", u""},
+      {u"[\"a+\u2691\", (, \"b\u2038\", ), \"\"]", u"_quietpos(b)"},
+  };
+  for (auto const& one : cases) {
+    SCOPED_TRACE(toUtf8(one.formula));
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(one.formula));
+    bytestring bytes;
+    auto const expression = stage.refView().copy(bytes);
+    EXPECT_EQ(toUtf8(expression ? expression->toPrefixString() : wstring()), toUtf8(one.prefix));
+    EXPECT_FALSE(bytes.empty()) << "the bytes are filled all the same";
+    EXPECT_EQ(toUtf8(stage.notation()), toUtf8(one.formula));
+  }
+}
+
+TEST(Clipboard, LeavesTheBytesAloneWithoutASelection) {
+  ViewStageC stage;
+  ASSERT_TRUE(stage.setUp(u"[\"a\u2038\"]"));
+  bytestring bytes{1, 2, 3};
+  EXPECT_FALSE(stage.refView().copy(bytes));
+  EXPECT_EQ(bytes, (bytestring{1, 2, 3}));
+}
+
+TEST(Clipboard, GivesTheHostsOwnExpressionBackWhenNotEditable) {
+  ViewStageC stage;
+  auto& view = stage.refView();
+  auto const expression = expressionOf(u"+(a,0.10)");
+  view.setAlgebraicExpression(expression, nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  view.setEditable(false);
+  Node4C const* const text = view.getCaretNode();
+  bytestring bytes;
+  EXPECT_EQ(view.copy(bytes), expression);
+  EXPECT_TRUE(view.selectRange(text, static_cast<unsigned int>(text->sizeText()), text, 0));
+  EXPECT_EQ(view.copy(bytes), expression);
+  EXPECT_TRUE(bytes.empty());
+  EXPECT_TRUE(view.selectRange(text, 0, text, 1));
+  auto const part = view.copy(bytes);
+  ASSERT_TRUE(part);
+  EXPECT_EQ(toUtf8(part->toPrefixString()), "a");
+  EXPECT_FALSE(bytes.empty());
+  EXPECT_EQ(view.getAlgebraicExpression(nullptr), expression);
+}
+
+/// The bytes of one node, with children as given.
+bytestring record(short type, wstring const& text, std::vector<bytestring> const& children) {
+  oss::PointerTC<oss::BinaryStringOutputStreamC> const bytes(new oss::BinaryStringOutputStreamC);
+  oss::PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(bytes));
+  out->writeStartAggregate(2);
+  out->writeMember(type);
+  out->writeMember(text);
+  out->writeMember(static_cast<unsigned long>(children.size()));
+  for (bytestring const& child : children) bytes->write(child.data(), child.size());
+  out->writeEndAggregate();
+  return bytes->getString();
+}
+
+TEST(Clipboard, PastesOnlyWhatTheEditorCouldHaveWritten) {
+  bytestring const text = record(NODE4_TEXT, u"x", {});
+  bytestring const row = record(NODE4_LINE, u"", {text});
+  auto const inRow = [](bytestring const& item) { return record(NODE4_LINE, u"", {item}); };
+  auto const construct = [&](wstring const& name, std::vector<bytestring> const& children) {
+    return inRow(record(NODE4_OPERATOR, name, children));
+  };
+  struct {
+    char const* what;
+    bytestring bytes;
+    bool good;
+  } const cases[] = {
+      {"a row", row, true},
+      {"a row without items", record(NODE4_LINE, u"", {}), true},
+      {"bytes behind the row", row + bytestring{9, 9}, true},
+      {"a fraction", construct(u"/", {row, row}), true},
+      {"an exponent alone", inRow(record(NODE4_POWER, u"", {row})), true},
+      {"an error with any number of rows", construct(u"error", {row, row, row}), true},
+      {"a closing bracket", inRow(record(NODE4_CLOSE, u"", {})), true},
+      {"nothing", {}, false},
+      {"a text at the top", text, false},
+      {"a root at the top", record(NODE4_ROOT, u"", {row}), false},
+      {"a row in a row", inRow(row), false},
+      {"a root in a row", inRow(record(NODE4_ROOT, u"", {row})), false},
+      {"an unknown kind", inRow(record(9, u"", {})), false},
+      {"a negative kind", inRow(record(-1, u"", {})), false},
+      {"a text with children", inRow(record(NODE4_TEXT, u"x", {text})), false},
+      {"a bracket with children", inRow(record(NODE4_OPEN, u"", {text})), false},
+      {"an exponent without a row", inRow(record(NODE4_POWER, u"", {})), false},
+      {"an exponent with two rows", inRow(record(NODE4_POWER, u"", {row, row})), false},
+      {"an exponent of a text", inRow(record(NODE4_POWER, u"", {text})), false},
+      {"a fraction with one row", construct(u"/", {row}), false},
+      {"a fraction of texts", construct(u"/", {text, text}), false},
+      {"an unknown operator", construct(u"nosuch", {row}), false},
+      {"an infix sign as a construct", construct(u"+", {row, row}), false},
+      {"a power as a construct", construct(u"^", {row, row}), false},
+      {"a fixed power as a construct", construct(u"_deg", {row}), false},
+      {"a call as a construct", construct(u"sin", {row}), false},
+      {"a constant as a construct", construct(u"_PI", {}), false},
+      {"a grave accent", inRow(record(NODE4_TEXT, u"a`b", {})), false},
+      {"a zero character", inRow(record(NODE4_TEXT, wstring(1, u'\0'), {})), false},
+      {"a deep grave accent", construct(u"/", {row, inRow(record(NODE4_TEXT, u"`", {}))}), false},
+  };
+  for (auto const& one : cases) {
+    SCOPED_TRACE(one.what);
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(u"[\"a\u2691b\u2038c\"]"));
+    stage.refView().paste(one.bytes);
+    EXPECT_EQ(stage.notation() != u"[\"a\u2691b\u2038c\"]", one.good);
+    EXPECT_EQ(stage.findFault(), "");
+    stage.refView().display(0, 0);
+    stage.refView().getAlgebraicExpression(nullptr);
+  }
+}
+
+TEST(Clipboard, SurvivesDamagedBytes) {
+  ViewStageC stage;
+  ASSERT_TRUE(
+      stage.setUp(u"[\"\u2691a\", /<[\"b\", P[\"2\"], \"\"] ; [\"c\", (, \"d\", AC, \"\"]>, \"\u2038\"]"));
+  bytestring good;
+  stage.refView().copy(good);
+  play(stage, u"key right");
+  wstring const before = stage.notation();
+  for (std::size_t size = 0; size < good.size(); ++size) {
+    stage.refView().paste(good.substr(0, size));
+    ASSERT_EQ(toUtf8(stage.notation()), toUtf8(before)) << "the first " << size << " bytes";
+  }
+  for (std::size_t i = 0; i < good.size(); ++i) {
+    for (int bit = 0; bit < 8; ++bit) {
+      bytestring damaged = good;
+      damaged[i] = static_cast<unsigned char>(damaged[i] ^ (1 << bit));
+      stage.refView().paste(damaged);
+      ASSERT_EQ(stage.findFault(), "") << "byte " << i << ", bit " << bit;
+      stage.refView().undo();
+    }
+  }
+}
+
+// ---- Limits -----------------------------------------------------------------------------------------------
+
+wstring nestedRoots(unsigned long rows, wstring const& innermost) {
+  wstring text;
+  for (unsigned long i = 1; i < rows; ++i) text += u"[\"\", sqrt<";
+  text += innermost;
+  for (unsigned long i = 1; i < rows; ++i) text += u">, \"\"]";
+  return text;
+}
+
+TEST(Limits, RefuseToNestDeeper) {
+  onSmallStack([] {
+    unsigned long const most = limits::max_nested_rows;
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(u"[\"\u2038\"]"));
+    for (unsigned long rows = 1; rows < most; ++rows)
+      ASSERT_TRUE(stage.refPlayer().play(toScript(u"op sqrt")));
+    wstring const deepest = stage.notation();
+    for (wstring const edit : {u"op sqrt", u"op /", u"op ^", u"op nthroot", u"op integral", u"insert \"/\"",
+                               u"insert \"a/b\"", u"paste \"sqrt(x)\"", u"paste \"+(a,sqrt(x))\""}) {
+      SCOPED_TRACE(toUtf8(edit));
+      stage.play(toScript(edit));
+      EXPECT_EQ(stage.notation(), deepest);
+    }
+    play(stage, u"paste \"+(a,b)\" op sin char x key left shift copy");
+    EXPECT_EQ(stage.findFault(), "");
+    play(stage, u"key backspace undo redo undo key left key left key backspace");
+    EXPECT_EQ(stage.findFault(), "");
+  });
+}
+
+TEST(Limits, CountTheRowsThatAreWrapped) {
+  onSmallStack([] {
+    unsigned long const most = limits::max_nested_rows;
+    struct {
+      wstring script;
+      unsigned long rows;  // of a formula that it nests one deeper
+    } const cases[] = {
+        {u"op sqrt", most},  {u"op nthroot", most}, {u"op integral", most},
+        {u"op where", most}, {u"op ^", most},       {u"key right op /", most},
+    };
+    for (auto const& one : cases) {
+      SCOPED_TRACE(toUtf8(one.script));
+      for (bool fits : {false, true}) {
+        ViewStageC stage;
+        ASSERT_TRUE(stage.setUp(nestedRoots(one.rows - (fits ? 1 : 0), u"[\"\u2038\"]")));
+        Node4C const* const row = stage.refView().crefRoot().child(0);
+        stage.refView().selectRange(row->child(0), 0, row->child(2), 0);
+        EXPECT_EQ(stage.findFault(), "");
+        bytestring const before = stage.bytes();
+        stage.play(toScript(one.script));
+        EXPECT_EQ(stage.bytes() != before, fits);
+        EXPECT_EQ(stage.findFault(), "");
+      }
+    }
+  });
+}
+
+TEST(Limits, CountTheRowsThatArePasted) {
+  onSmallStack([] {
+    unsigned long const most = limits::max_nested_rows;
+    ViewStageC source;
+    ASSERT_TRUE(source.setUp(nestedRoots(most, u"[\"\u2038\"]")));
+    bytestring const bytes = writeBytes(*source.refView().crefRoot().child(0));
+    ViewStageC stage;
+    ASSERT_TRUE(stage.setUp(u"[\"\", sqrt<[\"\u2038\"]>, \"\"]"));
+    bytestring const before = stage.bytes();
+    stage.refView().paste(bytes);
+    EXPECT_EQ(stage.bytes(), before);
+    // The row that it would go into counts, not the one with the caret.
+    ASSERT_TRUE(stage.setUp(u"[\"\u2691\", sqrt<[\"\u2038\"]>, \"\"]"));
+    stage.refView().paste(bytes);
+    EXPECT_NE(stage.bytes(), before);
+    EXPECT_EQ(stage.findFault(), "");
+    play(stage, u"down 5 5 move 50 9 up copy undo redo key clear");
+    EXPECT_EQ(stage.findFault(), "");
+  });
+}
+
+TEST(Limits, LargeRowsStayQuick) {
+  ViewStageC stage;
+  wstring row = u"[\"\u2691\"";
+  for (int i = 0; i < 50000; ++i) row += u", (, \"\", ), \"\"";
+  row.insert(row.rfind(u'"'), u"\u2038");
+  ASSERT_TRUE(stage.setUp(row + u"]"));
+  bytestring const full = stage.bytes();
+  play(stage, u"copy key delete");
+  EXPECT_EQ(toUtf8(stage.notation()), "[\"\u2038\"]");
+  play(stage, u"paste");
+  EXPECT_EQ(stage.bytes(), full);
+  Node4C const* const items = stage.refView().crefRoot().child(0);
+  stage.refView().selectRange(items->child(40000), 0, items->child(120000), 0);
+  play(stage, u"key delete undo");
+  EXPECT_EQ(stage.bytes(), full);
+}
+
+// ---- Snapshots --------------------------------------------------------------------------------------------
+
+TEST(EditBackup, KeepsACopyOrWhatItIsGiven) {
+  ViewStageC stage;
+  ASSERT_TRUE(stage.setUp(u"[\"a\", /<[\"b\u2038\"] ; [\"\u2691c\"]>, \"\"]"));
+  auto& view = stage.refView();
+  std::unique_ptr<Node4C> root(view.crefRoot().clone());
+  Node4C* const fraction = root->child(0)->child(1);
+  Node4C* const caret = fraction->child(0)->child(0);
+  Node4C* const anchor = fraction->child(1)->child(0);
+  {
+    EditBackupC const deep(true, root.get(), caret, 1, anchor, 0);
+    EXPECT_NE(deep.crefRoot(), root.get());
+    EXPECT_EQ(toUtf8(writeTreeNotation(*deep.crefRoot(), deep.getCaretNode(), deep.getCaretPos(),
+                                       deep.getAnchorNode(), deep.getAnchorPos())),
+              toUtf8(stage.notation()));
+    EditBackupC const withoutAnchor(true, root.get(), caret, 1, nullptr, 0);
+    EXPECT_EQ(withoutAnchor.getAnchorNode(), nullptr);
+  }
+  EditBackupC shallow(false, root.get(), caret, 1, anchor, 0);
+  EXPECT_EQ(shallow.crefRoot(), root.get());
+  EXPECT_EQ(shallow.getCaretNode(), caret);
+  EXPECT_EQ(shallow.releaseRoot(), root.get());
+  EXPECT_EQ(shallow.crefRoot(), nullptr);
+}
+
+}  // namespace
+}  // namespace zolt::tests
