@@ -22,7 +22,9 @@ inline std::string toUtf8(wstring const& text) {
   return out;
 }
 
-/// A drawing surface made of characters: everything goes into cells of 8 by 10 units.
+/// A drawing surface made of characters, in cells of 5 by 20 units. A text is two cells high and stands in
+/// the lower one, which leaves the upper one to what comes above it: an exponent, a bar. Strokes give way to
+/// texts.
 class CharacterGridC : public zolt::math::ved::GraphicsABC {
  public:
   std::string toString() const {
@@ -41,55 +43,53 @@ class CharacterGridC : public zolt::math::ved::GraphicsABC {
   void invalidate() const override { cells_.clear(); }
   void getTextExtent(wstring const& text, long& width, long& height, long& midHeight) const override {
     width = getTextWidth(text);
-    height = CELL_HEIGHT;
-    midHeight = CELL_HEIGHT / 2;
+    height = getTextHeight(text);
+    midHeight = getTextMidHeight(text);
   }
-  long getTextWidth(wstring const& text) const override {
-    return static_cast<long>(text.size()) * CELL_WIDTH;
-  }
-  long getTextHeight(wstring const&) const override { return CELL_HEIGHT; }
-  long getTextMidHeight(wstring const&) const override { return CELL_HEIGHT / 2; }
+  long getTextWidth(wstring const& text) const override { return static_cast<long>(text.size()) * WIDTH; }
+  long getTextHeight(wstring const&) const override { return 2 * HEIGHT; }
+  long getTextMidHeight(wstring const&) const override { return HEIGHT + 2; }
   long getMetric(long index) const override {
-    constexpr long metrics[] = {0, CELL_WIDTH, 0, 8};  // 8: a fraction's bar gets a row of its own
+    constexpr long metrics[] = {0, WIDTH, 0, 3};
     return metrics[index];
   }
   void drawText(wstring const& text, long x, long y) const override {
-    for (std::size_t i = 0; i < text.size(); ++i) put(x + static_cast<long>(i) * CELL_WIDTH, y, text[i]);
+    for (std::size_t i = 0; i < text.size(); ++i)
+      put(x + WIDTH - 1 + static_cast<long>(i) * WIDTH, y + HEIGHT, text[i]);
   }
   void drawLine(long x1, long y1, long x2, long y2) const override {
+    long const steps = std::abs(y2 - y1) / HEIGHT + 1;
     char16_t const stroke = (x1 < x2) == (y1 < y2) ? u'\\' : u'/';
-    long const rows = std::abs(y2 - y1) / CELL_HEIGHT + 1;
-    for (long i = 0; i < rows; ++i) put(x1 + (x2 - x1) * i / rows, y1 + (y2 - y1) * i / rows, stroke);
+    for (long i = 0; i < steps; ++i) put(x1 + (x2 - x1) * i / steps, y1 - 5 + (y2 - y1) * i / steps, stroke);
   }
   void drawHorizontalLine(long x, long y, long length) const override {
-    for (long i = 0; i < length / CELL_WIDTH; ++i) put(x + i * CELL_WIDTH, y - CELL_HEIGHT / 2, u'-');
+    for (long i = 0; i < length; i += WIDTH) put(x + i, y, u'-');
   }
   void drawVerticalLine(long x, long y, long length) const override {
-    for (long i = 0; i < length / CELL_HEIGHT; ++i) put(x, y + i * CELL_HEIGHT, u'|');
+    for (long i = HEIGHT; i + HEIGHT <= length; i += HEIGHT) put(x, y + i, u'|');
   }
   void drawOpenBracket(long x, long y, long height, bool) const override {
-    drawVerticalLine(x, y, height);
-    put(x, y, height > CELL_HEIGHT ? u'/' : u'(');
-    if (height > CELL_HEIGHT) put(x, y + height - CELL_HEIGHT, u'\\');
+    drawBracket(x + WIDTH - 1, y, height, height > 3 * HEIGHT ? u"/\\" : u"(");
   }
   void drawCloseBracket(long x, long y, long height, bool) const override {
-    drawVerticalLine(x - CELL_WIDTH, y, height);
-    put(x - CELL_WIDTH, y, height > CELL_HEIGHT ? u'\\' : u')');
-    if (height > CELL_HEIGHT) put(x - CELL_WIDTH, y + height - CELL_HEIGHT, u'/');
+    drawBracket(x - 1, y, height, height > 3 * HEIGHT ? u"\\/" : u")");
   }
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const override {
-    drawOpenBracket(x - CELL_WIDTH, y, height, automatic);
-    drawCloseBracket(x + width + CELL_WIDTH, y, height, automatic);
+    drawOpenBracket(x - WIDTH, y, height, automatic);
+    drawCloseBracket(x + width + WIDTH, y, height, automatic);
   }
   void selectFont(unsigned long) const override {}  // characters have one size
 
  private:
-  static constexpr long CELL_WIDTH = 8;
-  static constexpr long CELL_HEIGHT = 10;
+  static constexpr long WIDTH = 5;
+  static constexpr long HEIGHT = 20;
 
-  void put(long x, long y, char16_t character) const {
-    cells_[{(y + CELL_HEIGHT / 2) / CELL_HEIGHT, (x + CELL_WIDTH / 2) / CELL_WIDTH}] = character;
+  void drawBracket(long x, long y, long height, wstring const& ends) const {
+    put(x, y + HEIGHT, ends.front());
+    put(x, y + height - HEIGHT, ends.back());
+    drawVerticalLine(x, y, height);
   }
+  void put(long x, long y, char16_t character) const { cells_.insert({{y / HEIGHT, x / WIDTH}, character}); }
 
   mutable std::map<std::pair<long, long>, char16_t> cells_;  // by row, then column
 };
