@@ -5,10 +5,23 @@
 
 namespace zolt::tests {
 
+namespace {
+
+// The sanitizers' frames are several times as large as those of a release build, for which the limit counts.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr std::size_t stack_size = 8u << 20;
+#elif defined(__has_feature)
+constexpr std::size_t stack_size = __has_feature(address_sanitizer) ? 8u << 20 : 1u << 20;
+#else
+constexpr std::size_t stack_size = 1u << 20;
+#endif
+
+}  // namespace
+
 void onSmallStack(std::function<void()> work) {
   pthread_attr_t attributes;
   pthread_attr_init(&attributes);
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 1u << 20));
+  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, stack_size));
   auto const run = [](void* function) -> void* {
     (*static_cast<std::function<void()>*>(function))();
     return nullptr;
