@@ -1,13 +1,20 @@
-// One run that shows how each stage grows: time per leaf at 1,000, 10,000 and 100,000 leaves, the ratio of
-// the last to the first, the speed of the whole trip and the heap that a tree and its expression take. Only
-// ratios within one run compare; the best of several rounds is taken because other work on the machine can
-// only make a round slower.
+// One run that shows how each stage grows: processor time per leaf for formulas of 1,000, 10,000 and 100,000
+// leaves, the ratio of the last to the first, the speed of the whole trip and the heap that a tree and its
+// expression take.
+//
+// Every round works through 100,000 leaves, as 100 formulas of 1,000, ten of 10,000 or one of 100,000, so
+// that all sizes meet the same caches and only the growth of the work itself shows. Only ratios within one
+// run compare; the best of several rounds is taken because other work on the machine can only make a round
+// slower. The last column is the time per leaf of one formula of 1,000 leaves that stays in the cache.
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
 
 #include "bench/allocations.h"
 #include "bench/expressions.h"
@@ -20,19 +27,6 @@ using namespace zolt::bench;
 using zolt::surfaces::RecordingGraphicsC;
 
 constexpr long sizes[] = {1000, 10000, 100000};
-
-/// Seconds that one call takes, the best of several rounds of about equal work.
-double bestTime(long leaves, std::function<void()> const& call) {
-  long const repeat = std::max(1L, sizes[2] / leaves);
-  double best = std::numeric_limits<double>::max();
-  for (int round = 0; round < 7; ++round) {
-    auto const start = std::chrono::steady_clock::now();
-    for (long i = 0; i < repeat; ++i) call();
-    std::chrono::duration<double> const taken = std::chrono::steady_clock::now() - start;
-    best = std::min(best, taken.count() / static_cast<double>(repeat));
-  }
-  return best;
-}
 
 struct SubjectS {
   SubjectS(ShapeE shape, long size) : leaves(size), prefix(makePrefix(shape, size)) {
@@ -53,55 +47,111 @@ struct SubjectS {
   RecordingGraphicsC surface{RecordingGraphicsC::LOG_NOTHING};
 };
 
-using StageT = std::function<void(SubjectS&)>;
+/// What a stage made; kept until the round ends, so that every round fills as much memory.
+struct ProductS {
+  ExpressionT read;
+  TreeT tree;
+  ExpressionT written;
+  zolt::oss::wstring prefix;
+};
 
-void wholeTrip(SubjectS& subject) {
-  auto const tree = buildTree(readPrefix(subject.prefix));
-  layOut(*tree, subject.surface);
-  draw(*tree, subject.surface);
-  writeExpression(*tree)->toPrefixString();
+using StageT = ProductS (*)(SubjectS&);
+
+ProductS read(SubjectS& subject) { return {readPrefix(subject.prefix), nullptr, nullptr, {}}; }
+
+ProductS build(SubjectS& subject) { return {nullptr, buildTree(subject.expression), nullptr, {}}; }
+
+ProductS layout(SubjectS& subject) {
+  layOut(*subject.tree, subject.surface);
+  return {};
+}
+
+ProductS drawing(SubjectS& subject) {
+  draw(*subject.tree, subject.surface);
+  return {};
+}
+
+ProductS write(SubjectS& subject) {
+  ProductS product{nullptr, nullptr, writeExpression(*subject.tree), {}};
+  product.prefix = product.written->toPrefixString();
+  return product;
+}
+
+ProductS wholeTrip(SubjectS& subject) {
+  ProductS product;
+  product.read = readPrefix(subject.prefix);
+  product.tree = buildTree(product.read);
+  layOut(*product.tree, subject.surface);
+  draw(*product.tree, subject.surface);
+  product.written = writeExpression(*product.tree);
+  product.prefix = product.written->toPrefixString();
+  return product;
+}
+
+constexpr std::pair<char const*, StageT> stages[] = {{"read", read},     {"build", build},
+                                                     {"layout", layout}, {"draw", drawing},
+                                                     {"write", write},   {"whole trip", wholeTrip}};
+
+/// Nanoseconds of processor time a leaf, the best of several rounds over all the formulas.
+double bestTime(std::vector<std::unique_ptr<SubjectS>> const& subjects, StageT const& stage) {
+  double best = std::numeric_limits<double>::max();
+  for (int round = 0; round < 7; ++round) {
+    std::clock_t const start = std::clock();
+    {
+      std::vector<ProductS> products;
+      for (auto const& subject : subjects) products.push_back(stage(*subject));
+    }
+    best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  }
+  return best * 1e9 / static_cast<double>(static_cast<long>(subjects.size()) * subjects.front()->leaves);
+}
+
+/// The same for one formula again and again.
+double bestCachedTime(SubjectS& subject, StageT const& stage) {
+  double best = std::numeric_limits<double>::max();
+  for (int round = 0; round < 7; ++round) {
+    std::clock_t const start = std::clock();
+    for (int i = 0; i < 20; ++i) stage(subject);
+    best = std::min(best, static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC);
+  }
+  return best * 1e9 / static_cast<double>(20 * subject.leaves);
+}
+
+std::vector<std::unique_ptr<SubjectS>> makeSubjects(ShapeE shape, long leaves) {
+  std::vector<std::unique_ptr<SubjectS>> subjects;
+  for (long i = 0; i < sizes[2] / leaves; ++i) subjects.push_back(std::make_unique<SubjectS>(shape, leaves));
+  return subjects;
 }
 
 void printShape(ShapeE shape) {
-  SubjectS subjects[] = {{shape, sizes[0]}, {shape, sizes[1]}, {shape, sizes[2]}};
-  std::pair<char const*, StageT> const stages[] = {
-      {"read", [](SubjectS& s) { readPrefix(s.prefix); }},
-      {"build", [](SubjectS& s) { buildTree(s.expression); }},
-      {"layout", [](SubjectS& s) { layOut(*s.tree, s.surface); }},
-      {"draw", [](SubjectS& s) { draw(*s.tree, s.surface); }},
-      {"write", [](SubjectS& s) { writeExpression(*s.tree)->toPrefixString(); }},
-      {"whole trip", wholeTrip},
-  };
-  for (auto const& [name, stage] : stages) {
-    double perLeaf[3] = {};
-    for (int i = 0; i < 3; ++i) {
-      SubjectS& subject = subjects[i];
-      perLeaf[i] = bestTime(subject.leaves, [&, run = stage] { run(subject); }) * 1e9 /
-                   static_cast<double>(subject.leaves);
+  double perLeaf[6][4] = {};
+  double nodesPerLeaf = 0;
+  for (int size = 0; size < 3; ++size) {
+    auto const subjects = makeSubjects(shape, sizes[size]);
+    for (int i = 0; i < 6; ++i) perLeaf[i][size] = bestTime(subjects, stages[i].second);
+    if (size == 0) {
+      for (int i = 0; i < 6; ++i) perLeaf[i][3] = bestCachedTime(*subjects[0], stages[i].second);
     }
-    std::printf("%-11s %-11s %9.0f %9.0f %9.0f   %5.2f", nameOf(shape), name, perLeaf[0], perLeaf[1],
-                perLeaf[2], perLeaf[2] / perLeaf[0]);
-    if (name == stages[5].first) {
-      double const nodesPerLeaf =
-          static_cast<double>(subjects[2].nodes) / static_cast<double>(subjects[2].leaves);
-      std::printf("   %.0f nodes/s at 1,000 and %.0f at 100,000 leaves", nodesPerLeaf * 1e9 / perLeaf[0],
-                  nodesPerLeaf * 1e9 / perLeaf[2]);
-    }
-    std::printf("\n");
+    SubjectS const& subject = *subjects.back();
+    nodesPerLeaf = static_cast<double>(subject.nodes) / static_cast<double>(subject.leaves);
+    std::printf("%-11s %7ld leaves, %6ld nodes: %4ld bytes of heap a node, %4ld a leaf\n", nameOf(shape),
+                subject.leaves, subject.nodes, subject.bytes / subject.nodes, subject.bytes / subject.leaves);
   }
-  for (SubjectS const& subject : subjects) {
-    std::printf("%-11s heap: %ld leaves, %ld nodes, %ld bytes, %ld a node, %ld a leaf\n", nameOf(shape),
-                subject.leaves, subject.nodes, subject.bytes, subject.bytes / subject.nodes,
-                subject.bytes / subject.leaves);
+  for (int i = 0; i < 6; ++i) {
+    double const* const t = perLeaf[i];
+    std::printf("%-11s %-11s %9.0f %9.0f %9.0f %8.2f %9.0f\n", nameOf(shape), stages[i].first, t[0], t[1],
+                t[2], t[2] / t[0], t[3]);
   }
+  std::printf("%-11s whole trip: %.0f nodes/s at 1,000 leaves, %.0f at 100,000\n\n", nameOf(shape),
+              nodesPerLeaf * 1e9 / perLeaf[5][0], nodesPerLeaf * 1e9 / perLeaf[5][2]);
 }
 
 }  // namespace
 
 int main() {
   registerOperators();
-  std::printf("%-11s %-11s %9s %9s %9s   %s\n", "shape", "stage", "1,000", "10,000", "100,000", "growth");
-  std::printf("%-11s %-11s %30s\n", "", "", "nanoseconds a leaf");
+  std::printf("nanoseconds a leaf\n%-11s %-11s %9s %9s %9s %8s %9s\n", "shape", "stage", "1,000", "10,000",
+              "100,000", "growth", "cached");
   for (ShapeE shape : {ShapeE::flat_sum, ShapeE::constructs, ShapeE::mix}) printShape(shape);
   return 0;
 }

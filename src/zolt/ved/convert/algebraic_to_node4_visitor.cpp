@@ -14,6 +14,35 @@
 
 namespace zolt::math::ved {
 
+namespace {
+
+// Merging at the head of a row copies the text there, so only a short one is merged.
+constexpr unsigned long longest_merged_head = 64;
+
+bool isPlainText(Node4C const& node) { return node.getType() == NODE4_TEXT && node.numChildren() == 0; }
+
+bool isTextPair(Node4C const& row, unsigned long first) {
+  return isPlainText(*row.child(first)) && isPlainText(*row.child(first + 1));
+}
+
+void mergePair(Node4C& row, unsigned long first) {
+  row.child(first)->refText() += row.child(first + 1)->crefText();
+  row.deleteChild(first + 1);
+}
+
+/// Merges the texts that an operator put at the ends of its row. Normalisation would do it in the end; done
+/// at once, the nodes of signs and names are used again for the next ones, and a tree lies close together in
+/// memory.
+void mergeEnds(Node4C& row) {
+  while (row.numChildren() > 1 && isTextPair(row, row.numChildren() - 2))
+    mergePair(row, row.numChildren() - 2);
+  while (row.numChildren() > 1 && row.child(1)->sizeText() <= longest_merged_head && isTextPair(row, 0)) {
+    mergePair(row, 0);
+  }
+}
+
+}  // namespace
+
 AlgebraicToNode4VisitorC::AlgebraicToNode4VisitorC(PointerTC<OperatorListC> operators,
                                                    unsigned long precision,
                                                    algexpr::NumberDisplayFormatE format,
@@ -83,6 +112,7 @@ void AlgebraicToNode4VisitorC::makeNode(algexpr::NodeABC& node, OperatorBC const
 }
 
 void AlgebraicToNode4VisitorC::push(Node4C* node, int precedence, unsigned long rowDepth) {
+  if (node->getType() == NODE4_LINE) mergeEnds(*node);
   stack_.emplace(node, precedence);
   rowDepths_.push_back(rowDepth);
 }

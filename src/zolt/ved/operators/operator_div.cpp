@@ -20,9 +20,9 @@ void select(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
 }
 
 bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
-  if (!stretch.isFound()) return insertion.mayNest(0);
+  if (!stretch.isFound()) return insertion.mayNest();
   select(insertion, stretch);
-  bool const fits = insertion.mayNest(0);
+  bool const fits = insertion.mayNestSelection();
   insertion.clearAnchor();
   return fits;
 }
@@ -120,22 +120,20 @@ void OperatorDivC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, lo
 
 bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
-  RowT numerator;
+  RowT numerator = insertion.copySelection();
   RowT denominator;
-  bool around = !insertion.isSelected();
-  if (!around) {
-    if (!insertion.mayNest(0)) return false;
-    numerator = insertion.cutSelection();
-    if (numerator && startsWithSign(insertion, *numerator)) {
-      numerator.reset();
-      around = true;
-    }
-  } else {
+  if (!numerator) {
     auto const left = detail::findLeftOperand(insertion.getCaretNode(), insertion.getCaretPos());
     auto const right = detail::findRightOperand(insertion.getCaretNode(), insertion.getCaretPos());
     if (!mayTake(insertion, left) || !mayTake(insertion, right)) return false;
+  } else {
+    // A selected sign makes room for the fraction bar between its operands.
+    bool const isSign = startsWithSign(insertion, *numerator);
+    if (!(isSign ? insertion.mayNestRow() : insertion.mayNestSelection())) return false;
+    insertion.deleteSelection();
+    if (isSign) numerator.reset();
   }
-  if (around) {
+  if (!numerator) {
     numerator = takeLeft(insertion);
     denominator = takeRight(insertion);
   }

@@ -65,7 +65,8 @@ void OperatorPowerC::displayNode4(Node4C*, GraphicsABC const&, long, long, long,
 
 bool OperatorPowerC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
-  if (!insertion.mayNest(0)) return false;
+  // A selection stays in the row when it becomes the base, and goes into the exponent otherwise.
+  if (!(hasFixedExponent() ? insertion.mayNest() : insertion.mayNestSelection())) return false;
   std::unique_ptr<Node4C> selection = insertion.cutSelection();
   insertion.splitText(true);
   auto const insertItem = [&](Node4C* item) { insertion.insertBeforeCaret(std::unique_ptr<Node4C>(item)); };

@@ -1,6 +1,7 @@
 #include "zolt/ved/tree/node4.h"
 
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/detail/node_pool.h"
 
 namespace zolt::math::ved {
 
@@ -10,13 +11,25 @@ Node4C::Node4C() = default;
 
 Node4C::Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text,
                unsigned long nbChildren)
-    : op_(op), type_(type) {
+    : type_(type), op_(op) {
   if (op_) {
     text_ = op_->getName();
   } else {
     text_ = text;
   }
   if (nbChildren > 0) children_.resize(nbChildren);
+}
+
+void* Node4C::operator new(std::size_t size) {
+  return size == sizeof(Node4C) ? NodePoolC::allocate() : ::operator new(size);
+}
+
+void Node4C::operator delete(void* node, std::size_t size) {
+  if (size == sizeof(Node4C)) {
+    NodePoolC::release(node);
+  } else {
+    ::operator delete(node);
+  }
 }
 
 // Destroys the subtree depth first without recursion: nodes already carry the way back up.

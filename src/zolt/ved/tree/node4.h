@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -59,6 +60,9 @@ class Node4C : public oss::SerializableABC {
   ~Node4C() override;
   Node4C(Node4C const&) = delete;
   Node4C& operator=(Node4C const&) = delete;
+  /// Nodes stand side by side in memory, in the order in which they are made.
+  static void* operator new(std::size_t size);
+  static void operator delete(void* node, std::size_t size);
 
   /// A detached node of the same kind, operator and text with as many null slots as this one has children.
   Node4C* cloneNode() const;
@@ -204,18 +208,19 @@ class Node4C : public oss::SerializableABC {
   static RuleT readAssignment, readOR, readAND, readNOT, readEquation, readExpression, readTerm, readFactor,
       readUnaryTerm, readFact, readAtom;
 
-  wstring text_;
-  PointerTC<OperatorBC> op_;
-  Node4C* parent_ = nullptr;
+  // What layout and drawing read stands together at the front.
   ChildArrayC children_;
   Node4TypeE type_ = NODE4_TEXT;
-  std::uint32_t fontDepth_ = 0;
-  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
   std::int32_t dx_ = 0;
   std::int32_t dy_ = 0;
   std::int32_t width_ = 0;
   std::int32_t height_ = 0;
   std::int32_t midHeight_ = 0;
+  std::uint32_t fontDepth_ = 0;
+  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
+  Node4C* parent_ = nullptr;
+  PointerTC<OperatorBC> op_;
+  wstring text_;
 };
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,6 @@
 #include "zolt/ved/view/view_insertion.h"
 
-#include <algorithm>
-
+#include "zolt/ved/view/detail/row_nesting.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -24,14 +23,16 @@ void ViewInsertionC::placeCaret(Node4C* node, unsigned int pos) {
 
 void ViewInsertionC::placeCaretAtEnd(Node4C* row) { view_.placeCaretAtEnd(*row); }
 
-bool ViewInsertionC::isSelected() const { return view_.isSelected(); }
-
 void ViewInsertionC::placeAnchor(Node4C* node, unsigned int pos) {
   view_.anchorNode_ = node;
   view_.anchorPos_ = pos;
 }
 
 void ViewInsertionC::clearAnchor() { view_.anchorNode_ = nullptr; }
+
+std::unique_ptr<Node4C> ViewInsertionC::copySelection() const {
+  return std::unique_ptr<Node4C>(view_.copySelection());
+}
 
 std::unique_ptr<Node4C> ViewInsertionC::cutSelection() {
   return std::unique_ptr<Node4C>(view_.cutSelection());
@@ -55,8 +56,11 @@ void ViewInsertionC::checkRow(Node4C& row) {
   row.checkTree(view_.caretNode_, view_.caretPos_, view_.anchorNode_, view_.anchorPos_);
 }
 
-bool ViewInsertionC::mayNest(unsigned long rows) const {
-  return view_.mayNest(1 + std::max(rows, view_.countSelectedRows()));
-}
+bool ViewInsertionC::mayNest() const { return view_.mayNest(1); }
+
+bool ViewInsertionC::mayNestSelection() const { return view_.mayNest(1 + view_.countSelectedRows()); }
+
+// The row itself, which the count includes, stands for the new one.
+bool ViewInsertionC::mayNestRow() const { return view_.mayNest(countNestedRows(view_.crefCurrentRow())); }
 
 }  // namespace zolt::math::ved

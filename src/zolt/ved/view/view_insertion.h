@@ -27,11 +27,12 @@ class ViewInsertionC {
   /// Puts the caret at the end of the last text of `row`, which must end in a text.
   void placeCaretAtEnd(Node4C* row);
 
-  bool isSelected() const;
   void placeAnchor(Node4C* node, unsigned int pos);
   void clearAnchor();
 
-  /// Takes the selection out of the tree as a new row; null when nothing is selected.
+  /// The selection as a new row; null when nothing is selected.
+  std::unique_ptr<Node4C> copySelection() const;
+  /// The same, taken out of the tree.
   std::unique_ptr<Node4C> cutSelection();
   /// False when the view refuses to change.
   bool deleteSelection();
@@ -44,9 +45,11 @@ class ViewInsertionC {
   void insertBeforeCaret(std::unique_ptr<Node4C> node);
   /// Brings `row` (in the tree or detached) into canonical form, keeping the view's caret and anchor.
   void checkRow(Node4C& row);
-  /// Whether one more row may be nested at the caret's place around rows that nest `rows` deep. A selection
-  /// counts as going into that row, with the rows in it. Ask before anything is changed.
-  bool mayNest(unsigned long rows) const;
+  /// Whether one more row may be nested at the caret's place: an empty one, one that the selection (if any)
+  /// goes into, one that everything in the caret's row may go into. Ask before anything is changed.
+  bool mayNest() const;
+  bool mayNestSelection() const;
+  bool mayNestRow() const;
 
  private:
   ViewZNT4C& view_;

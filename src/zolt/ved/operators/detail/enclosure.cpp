@@ -22,7 +22,7 @@ Node4C* insertNode(OperatorBC const& op, ViewInsertionC& insertion) {
 
 bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
   ViewInsertionC insertion(view);
-  if (!insertion.mayNest(0)) return false;
+  if (!insertion.mayNestSelection()) return false;
   std::unique_ptr<Node4C> content = insertion.cutSelection();
   Node4C* const construct = insertNode(op, insertion);
   Node4C* const row = content ? content.release() : makeEmptyRow();
@@ -33,7 +33,7 @@ bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
 
 bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long content, unsigned long first) {
   ViewInsertionC insertion(view);
-  if (!insertion.mayNest(0)) return false;
+  if (!insertion.mayNestSelection()) return false;
   std::unique_ptr<Node4C> selection = insertion.cutSelection();
   unsigned long const target = selection ? first : 0;
   Node4C* const construct = insertNode(op, insertion);

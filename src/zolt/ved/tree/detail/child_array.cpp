@@ -5,10 +5,18 @@
 namespace zolt::math::ved {
 
 void ChildArrayC::reallocate(std::uint32_t capacity, std::uint32_t first) {
-  Node4C** slots = capacity ? new Node4C*[capacity] : nullptr;
-  std::copy(begin(), end(), slots + first);
-  delete[] slots_;
-  slots_ = slots;
+  if (capacity > 1) {
+    auto** const slots = new Node4C*[capacity];
+    std::copy(begin(), end(), slots + first);
+    if (isOutside()) delete[] outside_;
+    outside_ = slots;
+  } else {
+    Node4C* const only = size_ > 0 ? (*this)[0] : nullptr;
+    if (isOutside()) delete[] outside_;
+    inside_ = only;
+    first = 0;
+    capacity = 1;
+  }
   first_ = first;
   capacity_ = capacity;
 }
@@ -54,13 +62,6 @@ void ChildArrayC::erase(std::size_t i, std::size_t count) {
     std::copy(begin() + i + count, end(), begin() + i);
   }
   size_ -= removed;
-}
-
-void ChildArrayC::swap(ChildArrayC& other) noexcept {
-  std::swap(slots_, other.slots_);
-  std::swap(first_, other.first_);
-  std::swap(size_, other.size_);
-  std::swap(capacity_, other.capacity_);
 }
 
 void ChildArrayC::shrink() {
