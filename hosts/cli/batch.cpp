@@ -1,0 +1,88 @@
+#include "hosts/cli/batch.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+
+#include "hosts/cli/error_text.h"
+#include "hosts/cli/utf8_text.h"
+
+namespace zolt::cli {
+
+namespace {
+
+bool isBlank(std::string const& bytes) { return bytes.find_first_not_of(" \t\r") == std::string::npos; }
+
+}  // namespace
+
+BatchC::BatchC(InputS const& input, unsigned long progressStep, StandardOutputC& output)
+    : output_(output),
+      source_(input),
+      progressStep_(progressStep),
+      // Where results appear on the terminal they are the progress.
+      showsProgress_(!source_.areArguments() && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0) {
+  source_.onWait([this] { output_.flush(); });
+}
+
+bool BatchC::next() {
+  if (!output_.isGood() || !source_.next(line_)) return false;
+  if (line_.number % progressStep_ == 0) showProgress();
+  // An empty argument is a mistake, an empty line parts others.
+  hasText_ = (source_.areArguments() || !isBlank(line_.bytes)) && decode();
+  return true;
+}
+
+bool BatchC::decode() {
+  std::size_t badByte = 0;
+  std::size_t badCharacter = 0;
+  bool const isUtf8 = fromUtf8(line_.bytes, text_, badByte, badCharacter);
+  FaultS fault;
+  if (line_.tooLong) {
+    fault.message =
+        "This line is longer than " + std::to_string(LineSourceC::max_line_bytes >> 20) + " megabytes";
+  } else if (!isUtf8) {
+    fault = {"Byte " + std::to_string(badByte + 1) + " is not UTF-8", true, badCharacter, badCharacter + 1};
+  } else if (isBlank(line_.bytes)) {
+    fault = {describeCause(math::ved::ERROR_CAUSE_EMPTY), true, 0, 0};
+  } else {
+    return true;
+  }
+  report(fault);
+  return false;
+}
+
+void BatchC::report(FaultS const& fault) {
+  ++faults_;
+  clearProgress();
+  output_.flush();
+  printFault(line_.place, text_, fault);
+}
+
+void BatchC::report(std::string const& message) {
+  ++faults_;
+  clearProgress();
+  output_.flush();
+  printMessage(message);
+}
+
+ExitStatusE BatchC::finish() {
+  clearProgress();
+  bool const wasRead = source_.finish();
+  bool const wasWritten = output_.finish();
+  return wasRead && wasWritten && faults_ == 0 ? EXIT_STATUS_OK : EXIT_STATUS_FAILED;
+}
+
+void BatchC::showProgress() {
+  if (!showsProgress_) return;
+  std::fprintf(stderr, "\r%lu lines, %lu wrong", line_.number, faults_);
+  std::fflush(stderr);
+  isProgressShown_ = true;
+}
+
+void BatchC::clearProgress() {
+  if (!isProgressShown_) return;
+  std::fputs("\r\x1b[K", stderr);
+  isProgressShown_ = false;
+}
+
+}  // namespace zolt::cli

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "hosts/cli/exit_status.h"
+#include "hosts/cli/line_source.h"
+#include "hosts/cli/message.h"
+#include "hosts/cli/standard_output.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::cli {
+
+/// The work of one subcommand on one input, text by text. A wrong text is reported and the next one follows.
+/// When many come from a file or a pipe, a line on the terminal tells how far it is.
+class BatchC {
+ public:
+  /// Reports progress after every `progressStep` lines. `output` is flushed whenever the input has to be
+  /// waited for, and the batch ends when it fails.
+  BatchC(InputS const& input, unsigned long progressStep, StandardOutputC& output);
+
+  /// Goes to the next line or argument. False at the end.
+  bool next();
+  /// Whether there is something to work on: not in a blank line, nor in one that is not UTF-8, which has been
+  /// reported.
+  bool hasText() const { return hasText_; }
+  oss::wstring const& getText() const { return text_; }
+  /// From 1; blank and wrong lines count.
+  unsigned long getNumber() const { return line_.number; }
+  /// Whether another line follows.
+  bool hasNext() { return source_.hasNext(); }
+
+  /// Reports what is wrong with the current text.
+  void report(FaultS const& fault);
+  /// Reports what else went wrong.
+  void report(std::string const& message);
+
+  /// Reports what went wrong with input and output, and tells how it all went.
+  ExitStatusE finish();
+
+ private:
+  bool decode();
+  void showProgress();
+  void clearProgress();
+
+  StandardOutputC& output_;
+  LineSourceC source_;
+  LineS line_;
+  oss::wstring text_;
+  bool hasText_ = false;
+  unsigned long faults_ = 0;
+  unsigned long progressStep_;
+  bool showsProgress_;
+  bool isProgressShown_ = false;
+};
+
+}  // namespace zolt::cli

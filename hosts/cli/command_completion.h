@@ -1,0 +1,15 @@
+#pragma once
+
+#include "hosts/cli/command.h"
+
+namespace CLI {
+class App;
+}
+
+namespace zolt::cli {
+
+/// `ved completion`: a script that makes a shell complete the words of a `ved` command. Made from the
+/// program's own description, so add this command last.
+void addCompletionCommand(CLI::App& program, ActionT& action);
+
+}  // namespace zolt::cli

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "hosts/cli/command.h"
+
+namespace CLI {
+class App;
+}
+
+namespace zolt::cli {
+
+/// `ved gallery`: a folder of pictures of everything that the standard operators can look like.
+void addGalleryCommand(CLI::App& program, ActionT& action);
+
+}  // namespace zolt::cli

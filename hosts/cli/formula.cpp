@@ -1,0 +1,112 @@
+#include "hosts/cli/formula.h"
+
+#include "hosts/cli/error_text.h"
+#include "hosts/cli/utf8_text.h"
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/number_display_format.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::cli {
+
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::CASSessionBC;
+using math::ved::Node4C;
+using oss::PointerTC;
+using oss::wstring;
+
+namespace {
+
+PointerTC<AlgebraicExpressionC> readPlain(wstring const& text, FaultS& fault) {
+  exchange::PlainTextErrorS error;
+  auto expression = exchange::fromPlainText(text, CASSessionBC::getSession(), &error);
+  if (!expression) fault = {toUtf8(exchange::describe(error.cause)), true, error.begin, error.end};
+  return expression;
+}
+
+PointerTC<AlgebraicExpressionC> readPrefix(wstring const& text, FaultS& fault) {
+  math::algexpr::PrefixErrorS error;
+  auto expression = AlgebraicExpressionC::fromPrefixString(text, CASSessionBC::getSession(), &error);
+  if (!expression) fault = {describeCause(error.cause), true, error.position, error.position + 1};
+  return expression;
+}
+
+PointerTC<AlgebraicExpressionC> readInfix(wstring const& text, FaultS& fault) {
+  wstring prefix;
+  unsigned int first = 0;
+  unsigned int second = 0;
+  auto cause = math::ved::ERROR_CAUSE_SYNTAX;
+  if (!Node4C::convertInfixToPrefix(text, prefix, first, second, cause)) {
+    fault = {describeCause(cause), true, first, second};
+    return {};
+  }
+  auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
+  // Text in grave accents is passed on unread, so only now can it turn out wrong, and nobody knows which.
+  if (!expression) fault = {describeCause(math::ved::ERROR_CAUSE_SYNTAX), true, 0, text.size()};
+  return expression;
+}
+
+std::unique_ptr<Node4C> readTree(wstring const& text, FaultS& fault) {
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  math::ved::TreeNotationS tree;
+  unsigned long position = 0;
+  if (!math::ved::readTreeNotation(text, *operators, tree, position)) {
+    fault = {describeCause(math::ved::ERROR_CAUSE_SYNTAX), true, position, position + 1};
+    return nullptr;
+  }
+  // Layout and conversion trust a tree's shape.
+  auto const invariant = math::ved::validateTree(*tree.root).invariant;
+  if (invariant != math::ved::TREE_VALID) {
+    fault.message = "In an editor's tree " + toUtf8(math::ved::describeInvariant(invariant));
+    return nullptr;
+  }
+  return std::move(tree.root);
+}
+
+}  // namespace
+
+FormulaC::FormulaC() = default;
+FormulaC::~FormulaC() = default;
+
+std::unique_ptr<FormulaC> FormulaC::read(wstring const& text, NotationE notation, FaultS& fault) {
+  std::unique_ptr<FormulaC> formula(new FormulaC);
+  if (notation == NOTATION_TREE) {
+    formula->tree_ = readTree(text, fault);
+  } else {
+    formula->expression_ = notation == NOTATION_PLAIN    ? readPlain(text, fault)
+                           : notation == NOTATION_PREFIX ? readPrefix(text, fault)
+                                                         : readInfix(text, fault);
+  }
+  if (!formula->expression_ && !formula->tree_) return nullptr;
+  return formula;
+}
+
+Node4C& FormulaC::refTree() {
+  if (!tree_)
+    tree_.reset(Node4C::fromAlgebraicExpression(expression_, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+  return *tree_;
+}
+
+PointerTC<AlgebraicExpressionC> FormulaC::getExpression(FaultS& fault) {
+  if (!expression_) return getExpressionOfTree(fault);
+  return expression_;
+}
+
+PointerTC<AlgebraicExpressionC> FormulaC::getExpressionOfTree(FaultS& fault) {
+  math::ved::ErrorSelectionS error;
+  auto expression = refTree().getAlgebraicExpression(&error);
+  if (!expression) fault.message = describeCause(error.cause);
+  return expression;
+}
+
+bool FormulaC::getInfix(wstring& infix, FaultS& fault) {
+  math::ved::ErrorSelectionS error;
+  bool const isComplete = refTree().child(0)->getInfixString(infix, error);
+  if (!isComplete) fault.message = describeCause(error.cause);
+  return isComplete;
+}
+
+}  // namespace zolt::cli

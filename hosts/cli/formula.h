@@ -1,0 +1,50 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "hosts/cli/message.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::algexpr {
+class AlgebraicExpressionC;
+}
+namespace zolt::math::ved {
+class Node4C;
+}
+
+namespace zolt::cli {
+
+enum NotationE {
+  NOTATION_PLAIN,   ///< as people type formulas
+  NOTATION_INFIX,   ///< the component's own infix text
+  NOTATION_PREFIX,  ///< as the algebra engine gets it
+  NOTATION_TREE     ///< the editor's tree, incomplete formulas too
+};
+
+/// One formula that was read, as an expression and as a tree, each made from the other when it is asked for.
+class FormulaC {
+ public:
+  /// Null, with `fault` filled, when `text` is not a formula.
+  static std::unique_ptr<FormulaC> read(oss::wstring const& text, NotationE notation, FaultS& fault);
+  ~FormulaC();
+
+  /// The tree, normalised; the formula keeps it.
+  math::ved::Node4C& refTree();
+  /// The expression as it was read; null, with `fault` filled, when a tree was read and is incomplete.
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FaultS& fault);
+  /// What an editor would hand back: the expression of the tree. Null, with `fault` filled, when the tree is
+  /// incomplete.
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpressionOfTree(FaultS& fault);
+  /// The infix text of the tree. False, with `fault` filled, when the tree is incomplete.
+  bool getInfix(oss::wstring& infix, FaultS& fault);
+
+ private:
+  FormulaC();
+
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> expression_;
+  std::unique_ptr<math::ved::Node4C> tree_;
+};
+
+}  // namespace zolt::cli

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zolt::cli {
+
+/// One formula of the gallery.
+struct GalleryEntryS {
+  std::string section;
+  std::string name;  ///< of its picture, without the extension
+  std::string text;  ///< in plain notation
+};
+
+/// The formulas of gallery.txt, which the program carries inside.
+std::vector<GalleryEntryS> readGallery();
+
+/// The contents of gallery.txt; the build makes this function from the file.
+std::string_view getGalleryText();
+
+}  // namespace zolt::cli

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::cli {
+
+/// Decodes UTF-8. On other bytes false: `text` then has a U+FFFD for each wrong sequence, `badByte` is the
+/// index of the first wrong byte and `badCharacter` that of its U+FFFD in `text`.
+bool fromUtf8(std::string_view bytes, oss::wstring& text, std::size_t& badByte, std::size_t& badCharacter);
+
+/// Encodes in UTF-8; a surrogate without its partner becomes U+FFFD.
+std::string toUtf8(std::u16string_view text);
+
+/// Reads the code point at `index` (below the length) and moves `index` past it.
+char32_t readCodePoint(std::u16string_view text, std::size_t& index);
+
+}  // namespace zolt::cli

@@ -1,0 +1,393 @@
+#!/usr/bin/env python3
+"""Runs the tool as people do. usage: cli_test.py <ved> <version> [unittest arguments]"""
+
+import os
+import pathlib
+import pty
+import re
+import resource
+import select
+import shlex
+import subprocess
+import sys
+import tempfile
+import unittest
+
+HERE = pathlib.Path(__file__).resolve().parent
+VED, VERSION = sys.argv[1:3]
+OK, FAILED, USAGE = 0, 1, 2
+MAGIC = {"svg": b"<", "png": b"\x89PNG\r\n\x1a\n", "pdf": b"%PDF-"}
+
+
+def ved(*arguments, stdin=b"", folder=None):
+    """Status, standard output and standard error as bytes."""
+    if isinstance(stdin, str):
+        stdin = stdin.encode()
+    done = subprocess.run([VED, *arguments], input=stdin, capture_output=True, cwd=folder, timeout=120, check=False)
+    return done.returncode, done.stdout, done.stderr
+
+
+def blocks(name):
+    """The blocks of a case file, without comments."""
+    text = (HERE / name).read_text(encoding="utf-8")
+    text = "".join(line for line in text.splitlines(keepends=True) if not line.startswith("#"))
+    return [block.strip("\n") for block in re.split(r"\n{2,}", text) if block.strip()]
+
+
+class ConvertTest(unittest.TestCase):
+    def test_cases(self):
+        for block in blocks("convert.cases"):
+            for line in block.splitlines():
+                head, _, rest = line.partition(": ")
+                source, target = head.split()
+                text, expected = rest.split(" ⇒ ")
+                with self.subTest(line):
+                    status, out, err = ved("convert", "--from", source, "--to", target, "--", text)
+                    self.assertEqual((out.decode(), err.decode(), status), (expected + "\n", "", OK))
+
+    def test_faults_are_told_in_words_and_marked(self):
+        for block in blocks("faults.cases"):
+            command, _, expected = block.partition("\n")
+            with self.subTest(command):
+                self.assertTrue(command.startswith("$ "))
+                status, out, err = ved("convert", *shlex.split(command[2:]))
+                self.assertEqual((err.decode(), out, status), (expected + "\n", b"\n", FAILED))
+
+    def test_every_notation_reads_what_it_wrote(self):
+        texts = [line.partition(": ")[2] for line in gallery_lines()]
+        _, prefixes, _ = ved("convert", stdin="\n".join(texts))
+        for notation in "plain", "infix", "prefix", "tree":
+            with self.subTest(notation):
+                status, there, _ = ved("convert", "--from", "prefix", "--to", notation, stdin=prefixes)
+                self.assertEqual(status, OK)
+                status, back, _ = ved("convert", "--from", notation, "--to", "prefix", stdin=there)
+                self.assertEqual((status, back.decode().splitlines()), (OK, prefixes.decode().splitlines()))
+
+    def test_a_line_for_a_line_whatever_is_in_it(self):
+        stdin = b"\xef\xbb\xbfa+b\r\n\na+\n \t\n\xff\nx\x00y\nc"
+        status, out, err = ved("convert", "--to", "plain", stdin=stdin)
+        self.assertEqual((status, out), (FAILED, b"a+b\n\n\n\n\n\nc\n"))
+        self.assertEqual(
+            [line for line in err.decode().splitlines() if line.startswith("ved:")],
+            [
+                "ved: standard input:3:3: an operand is missing",
+                "ved: standard input:5:1: byte 1 is not UTF-8",
+                "ved: standard input:6:2: this character has no meaning here",
+            ],
+        )
+        self.assertNotIn(b"\x00", err)
+
+    def test_wrong_bytes_are_refused_where_they_are(self):
+        for wrong, byte in ((b"a+\xc3(", 3), (b"\xc3\xa9+\xed\xa0\x80", 4), (b"x\xf0\x9f\x98", 2), (b"a\xc0\x80", 2)):
+            with self.subTest(wrong):
+                status, out, err = ved("convert", wrong)
+                self.assertEqual((status, out), (FAILED, b"\n"))
+                self.assertIn(f"byte {byte} is not UTF-8", err.decode())
+
+    def test_terminals_are_not_commanded(self):
+        _, _, err = ved("convert", stdin="a+\x1b[31m*\u202eb\x9b")
+        shown = err.decode()
+        self.assertIn("␛", shown)
+        self.assertEqual([c for c in shown if c != "\n" and (ord(c) < 32 or c in "\u202e\x9b")], [])
+
+    def test_long_lines_show_what_surrounds_the_fault(self):
+        for ahead, behind in ((5000, 5000), (0, 5000), (5000, 0)):
+            text = "a+" * ahead + "+)" + "+b" * behind
+            _, _, err = ved("convert", text)
+            _, shown, marker = err.decode().splitlines()
+            self.assertLessEqual(len(shown), 80)
+            self.assertIn(shown[marker.index("^")], "+)")
+            self.assertEqual("…" in shown[:4], ahead > 0)
+
+    def test_blocks_are_parted_by_blank_lines(self):
+        status, out, _ = ved("convert", "--to", "layout", "x", "a+", "x^2")
+        first, second, third, rest = re.fullmatch(r"(.*?)\n\n(.*?)\n(.*?)\n\n(.*)", out.decode(), re.DOTALL).groups()
+        self.assertEqual((status, second, rest), (FAILED, "", ""))
+        size = "width 6 height 10 midHeight 5 depth 0"
+        self.assertEqual(
+            first.splitlines(),
+            [f"root dx 0 dy 0 {size}", f"  line dx 0 dy 0 {size}", f'    text "x" dx 0 dy 0 {size}'],
+        )
+        self.assertRegex(third, r'(?m)^    power dx \d+ dy 0 .*\n      line .* depth 1\n        text "2" .* depth 1$')
+        _, real, _ = ved("convert", "--to", "layout", "--surface", "typeset", "x")
+        self.assertRegex(real.decode(), r"^root dx 0 dy 0 width \d+ height \d+ ")
+        self.assertNotEqual(real.decode().splitlines()[:-1], first.splitlines())
+        _, drawing, _ = ved("convert", "--to", "drawing", "a/b")
+        self.assertRegex(drawing.decode(), r'(?s)\ndrawText "a" \d+ \d+\n.*drawHorizontalLine .*\n\n$')
+
+    def test_answers_come_while_the_input_stays_open(self):
+        with subprocess.Popen([VED, "convert"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0) as process:
+            for text, answer in ((b"a+b\n", b"+(a,b)\n"), (b"x\n", b"x\n")):
+                process.stdin.write(text)
+                self.assertTrue(select.select([process.stdout], [], [], 60)[0], "no answer")
+                self.assertEqual(process.stdout.readline(), answer)
+            process.stdin.close()
+            self.assertEqual(process.wait(60), OK)
+
+
+class BatchTest(unittest.TestCase):
+    LINES = 100_000
+
+    def test_large_batches_run_in_constant_memory(self):
+        lines = [f"x{i}^2/(a+{i})" for i in range(self.LINES)]
+        lines[50_000] = "a+"
+        with tempfile.TemporaryDirectory() as folder:
+            source, target = pathlib.Path(folder, "in"), pathlib.Path(folder, "out")
+            source.write_text("\n".join(lines) + "\n", encoding="utf-8")
+            with open(target, "wb") as out:
+                process = subprocess.Popen([VED, "convert", "-i", source], stdout=out, stderr=subprocess.PIPE)
+                err = process.stderr.read()
+                process.stderr.close()
+                _, status, usage = os.wait4(process.pid, 0)
+                process.returncode = os.waitstatus_to_exitcode(status)
+            written = target.read_text(encoding="utf-8").splitlines()
+        self.assertEqual(process.returncode, FAILED)
+        self.assertIn(f"{source}:50001:3: an operand is missing", err.decode())
+        self.assertEqual((len(written), written[50_000], written[-1]), (self.LINES, "", "/(^(x99999,2),+(a,99999))"))
+        self.assertLess(usage.ru_maxrss, 200_000)
+
+    def test_progress_is_shown_on_terminals_only(self):
+        stdin = b"x\n" * 5000
+        self.assertEqual(ved("convert", stdin=stdin)[2], b"")
+        terminal, end = pty.openpty()
+        with subprocess.Popen([VED, "convert"], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=end) as process:
+            os.close(end)
+            process.stdin.write(stdin)
+            process.stdin.close()
+            shown = read_terminal(terminal)
+        self.assertIn("2000 lines, 0 wrong", shown)
+        self.assertTrue(shown.endswith("\r\x1b[K"), "the line stays behind")
+
+    def test_endless_lines_are_refused(self):
+        limit = 17 << 20
+        status, out, err = ved("convert", stdin=b"a" * limit + b"\nx\n")
+        self.assertEqual((status, out), (FAILED, b"\nx\n"))
+        self.assertIn(b"longer than 16 megabytes", err)
+        self.assertLess(len(err), 1000)
+
+    def test_long_and_deep_expressions(self):
+        texts = ["+".join(["a"] * 100_000), "(" * 900 + "x" + ")" * 900, "sqrt(" * 900 + "x" + ")" * 900]
+
+        def small_stack():
+            resource.setrlimit(resource.RLIMIT_STACK, (1 << 20, 1 << 20))
+
+        for target in "prefix", "plain", "drawing":
+            done = subprocess.run(
+                [VED, "convert", "--to", target], input="\n".join(texts).encode(), capture_output=True, timeout=120,
+                preexec_fn=small_stack, check=False)  # fmt: skip
+            self.assertEqual((done.returncode, done.stderr), (OK, b""), target)
+
+
+class RenderTest(unittest.TestCase):
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = pathlib.Path(holder.name)
+
+    def ved(self, *arguments, **others):
+        return ved(*arguments, folder=self.folder, **others)
+
+    def files(self):
+        return sorted(path.name for path in self.folder.iterdir())
+
+    def test_formats(self):
+        for name, kind in (("a.svg", "svg"), ("b.PNG", "png"), ("c.pdf", "pdf")):
+            status, out, err = self.ved("render", "-o", name, "a/b")
+            self.assertEqual((status, out.decode(), err), (OK, name + "\n", b""))
+            self.assertTrue((self.folder / name).read_bytes().startswith(MAGIC[kind]), name)
+        for kind, magic in MAGIC.items():
+            status, out, _ = self.ved("render", "-o", "-", "--format", kind, "a/b")
+            self.assertEqual((status, out.startswith(magic)), (OK, True), kind)
+        self.assertEqual(self.ved("render", "x")[:2], (OK, b"formula.svg\n"))
+
+    def test_pictures_hold_the_expression(self):
+        self.ved("render", "-o", "a.svg", "a<b")
+        self.assertRegex((self.folder / "a.svg").read_text(encoding="utf-8"), r"<metadata>.*&lt;\(a,b\).*</metadata>")
+        self.ved("render", "-o", "a.png", "a<b")
+        self.assertIn(b"zolt:expression\0", (self.folder / "a.png").read_bytes())
+
+    def test_options_change_the_picture(self):
+        def png_size(*options):
+            picture = self.ved("render", "-o", "-", "--format", "png", *options, "a/b")[1]
+            return int.from_bytes(picture[16:20], "big"), int.from_bytes(picture[20:24], "big")
+
+        width, height = png_size("--margin", "0")
+        double = png_size("--margin", "0", "--scale", "2")
+        self.assertTrue(abs(double[0] - 2 * width) <= 1 and abs(double[1] - 2 * height) <= 1)
+        self.assertEqual(png_size("--margin", "4")[0], width + 14)
+        svg = self.ved("render", "-o", "-", "--foreground", "#f08", "--background", "#00ff0080", "x")[1].decode().lower()
+        self.assertIn("rgb(255,0,136)", svg)
+        self.assertIn("rgb(0,255,0)", svg)
+        self.assertNotIn("<text", svg)
+        self.assertIn("<text", self.ved("render", "-o", "-", "--svg-text", "named", "x")[1].decode())
+
+    def test_several_expressions_get_numbers(self):
+        status, out, err = self.ved("render", "-o", "p.q.svg", "-", stdin="a\n\nb+\nc\n")
+        self.assertEqual((status, out), (FAILED, b"p.q-1.svg\np.q-4.svg\n"))
+        self.assertIn(b"standard input:3:3: an operand is missing\n  b+\n    ^\n", err)
+        self.assertEqual(self.files(), ["p.q-1.svg", "p.q-4.svg"])
+        status, out, err = self.ved("render", "-o", "-", "a", "b")
+        self.assertEqual((status, out), (FAILED, b""))
+        self.assertIn(b"a single picture", err)
+
+    def test_incomplete_formulas_can_be_drawn(self):
+        status, _, err = self.ved("render", "--from", "tree", '["", /<[""] ; ["x"]>, ""]')
+        self.assertEqual((status, err), (OK, b""))
+
+    def test_unwritable_files(self):
+        (self.folder / "old.svg").write_text("old", encoding="utf-8")
+        status, _, err = self.ved("render", "-o", "old.svg", "--scale", "100", "+".join(["a"] * 999))
+        self.assertEqual((status, (self.folder / "old.svg").read_text(encoding="utf-8")), (FAILED, "old"))
+        self.assertIn(b"larger than", err)
+        for path in "/dev/full", "missing/a.svg", ".", "/proc/a.svg":
+            with self.subTest(path):
+                status, out, err = self.ved("render", "-o", path, "--format", "svg", "x")
+                self.assertEqual((status, out), (FAILED, b""))
+                self.assertRegex(err.decode(), rf"^ved: cannot write .*{re.escape(path)}.*: \w.*\n$")
+        for arguments in ("convert", "x"), ("render", "-o", "-", "x"), ("completion", "bash"):
+            with open("/dev/full", "wb") as full:
+                done = subprocess.run([VED, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
+            self.assertEqual(done.returncode, FAILED, arguments)
+            self.assertIn(b"cannot write to standard output: No space left", done.stderr)
+        self.assertEqual(self.files(), ["old.svg"])
+
+    def test_missing_fonts_are_an_error(self):
+        # A folder that is searched first, with a file that is no font.
+        (self.folder / "KaTeX_Main-Regular.ttf").write_bytes(b"no font")
+        done = subprocess.run([VED, "render", "x"], cwd=self.folder, env={"ZOLT_FONT_DIR": str(self.folder)},
+                              capture_output=True, timeout=60, check=False)  # fmt: skip
+        self.assertEqual((done.returncode, done.stdout), (FAILED, b""))
+        self.assertIn(b"KaTeX_Main", done.stderr)
+
+
+class GalleryTest(unittest.TestCase):
+    def test_gallery(self):
+        with tempfile.TemporaryDirectory() as folder:
+            target = pathlib.Path(folder, "new", "gallery")
+            status, out, err = ved("gallery", str(target))
+            self.assertEqual((status, err), (OK, b""))
+            names = [line.partition(": ")[0] for line in gallery_lines()]
+            self.assertIn(str(len(names)), out.decode())
+            self.assertEqual(
+                sorted(path.name for path in target.iterdir()),
+                sorted([name + ".svg" for name in names] + ["gallery.png", "index.html"]),
+            )
+            page = (target / "index.html").read_text(encoding="utf-8")
+            self.assertEqual(re.findall(r'img src="([^"]+)\.svg"', page), names)
+            self.assertEqual(page.count("<main>"), page.count("</main>"))
+            self.assertTrue((target / "gallery.png").read_bytes().startswith(MAGIC["png"]))
+        for path in "/proc/gallery", VED, os.path.join(VED, "below"):
+            status, _, err = ved("gallery", path)
+            self.assertEqual((status, err.count(b"\n")), (FAILED, 1), path)
+
+
+class CommandLineTest(unittest.TestCase):
+    def test_version_and_help(self):
+        self.assertEqual(ved("--version"), (OK, f"ved {VERSION}\n".encode(), b""))
+        status, out, _ = ved("--help")
+        self.assertEqual(status, OK)
+        for command in "render", "convert", "gallery", "completion":
+            self.assertIn(command, out.decode())
+            status, own, err = ved(command, "--help")
+            self.assertEqual((status, err), (OK, b""))
+            self.assertIn(f"ved {command} ", own.decode().partition("Example")[2])
+
+    def test_examples_of_the_help_work(self):
+        with tempfile.TemporaryDirectory() as folder:
+            pathlib.Path(folder, "formulas.txt").write_text("x\ny\n", encoding="utf-8")
+            pathlib.Path(folder, "f").write_text("+(a,b)\n", encoding="utf-8")
+            for command in "--help", "render --help", "convert --help":
+                examples = re.findall(r"^  (ved \S.*?)(?:   .*|\| .*)?$", ved(*command.split())[1].decode(), re.MULTILINE)
+                self.assertGreater(len(examples), 3)
+                for example in examples:
+                    with self.subTest(example):
+                        line = example.replace("ved", shlex.quote(VED), 1)
+                        done = subprocess.run(["bash", "-c", line], cwd=folder, capture_output=True, timeout=60, check=False)
+                        self.assertEqual((done.returncode, done.stderr), (OK, b""))
+
+    def test_wrong_usage(self):
+        wrong = [
+            (),
+            ("draw",),
+            ("convert", "--from", "french", "x"),
+            ("convert", "--to"),
+            ("convert", "--frm", "plain", "x"),
+            ("convert", "-i", "f", "x"),
+            ("convert", "--surface", "typeset", "--to", "drawing", "x"),
+            ("render", "-o", "a.gif", "x"),
+            ("render", "-o", "a", "x"),
+            ("render", "--scale", "0", "x"),
+            ("render", "--scale", "nan", "x"),
+            ("render", "--foreground", "#12", "x"),
+            ("render", "--foreground", "#1234zz", "x"),
+            ("gallery",),
+            ("gallery", "a", "b"),
+            ("completion",),
+            ("completion", "fish"),
+        ]
+        for arguments in wrong:
+            with self.subTest(arguments):
+                status, out, err = ved(*arguments)
+                self.assertEqual((status, out), (USAGE, b""))
+                self.assertNotEqual(err, b"")
+
+    def test_inputs(self):
+        self.assertEqual(ved("convert", "[a"), ved("convert", "-i", "-", stdin="[a")[:1] + ved("convert", "[a")[1:])
+        self.assertEqual(ved("convert", "-", stdin="x")[:2], (OK, b"x\n"))
+        self.assertEqual(ved("convert", stdin="")[:2], (OK, b""))
+        self.assertEqual(ved("convert", "-2*x")[:2], (OK, "*(−2,x)\n".encode()))
+        self.assertEqual(ved("convert", "--", "-x")[:2], (OK, b"_neg(x)\n"))
+        for argument in "", " ":
+            status, out, err = ved("convert", argument)
+            self.assertEqual((status, out), (FAILED, b"\n"))
+            self.assertIn(b"there is no expression", err)
+        for path in "missing", "/":
+            status, out, err = ved("convert", "-i", path)
+            self.assertEqual((status, out), (FAILED, b""))
+            self.assertRegex(err.decode(), rf"^ved: cannot read {path}: \w.*\n$")
+
+    def test_completion(self):
+        status, script, _ = ved("completion", "bash")
+        self.assertEqual(status, OK)
+
+        def complete(*words):
+            program = script.decode() + (
+                f'COMP_WORDS=({shlex.join(words)}); COMP_CWORD={len(words) - 1}; _ved; printf "%s\\n" "${{COMPREPLY[@]}}"'
+            )
+            done = subprocess.run(["bash", "-uc", program], capture_output=True, cwd=HERE, timeout=60, check=True)
+            return done.stdout.decode().split()
+
+        self.assertEqual(complete("ved", "re"), ["render"])
+        self.assertEqual(complete("ved", "convert", "--from", "p"), ["plain", "prefix"])
+        self.assertEqual(complete("ved", "convert", "x", "--to", "l"), ["layout"])
+        self.assertEqual(complete("ved", "render", "--sc"), ["--scale"])
+        self.assertEqual(complete("ved", "render", "-o", "cli_"), ["cli_test.py"])
+        self.assertEqual(complete("ved", "completion", ""), ["-h", "--help", "bash", "zsh"])
+        status, script, _ = ved("completion", "zsh")
+        self.assertEqual(status, OK)
+        self.assertTrue(script.startswith(b"#compdef ved\n"))
+        for word in b"--svg-text", b"(plain infix prefix tree)", b"_files -/":
+            self.assertIn(word, script)
+
+
+def gallery_lines():
+    text = (HERE.parents[1] / "hosts/cli/gallery.txt").read_text(encoding="utf-8")
+    return [line for line in text.splitlines() if line and line[0] not in "#["]
+
+
+def read_terminal(terminal):
+    shown = b""
+    while True:
+        try:
+            chunk = os.read(terminal, 4096)
+        except OSError:
+            break
+        if not chunk:
+            break
+        shown += chunk
+    os.close(terminal)
+    return shown.decode()
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:])
