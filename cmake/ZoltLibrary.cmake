@@ -64,8 +64,10 @@ function(zolt_add_library name)
     set_target_properties(
       ${target} PROPERTIES CXX_EXTENSIONS OFF VERSION ${PROJECT_VERSION}
                            SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-    if(arg_CORE)
-      target_link_libraries(${target} PRIVATE $<BUILD_INTERFACE:zolt_core_flags>)
+    if(arg_CORE AND ZOLT_BARE_CORE)
+      # A class compiled without type information cannot be derived from where there is any, so RTTI is off for whoever
+      # uses the library, too. By default the core has both, for that reason.
+      target_compile_options(${target} PRIVATE -fno-exceptions PUBLIC -fno-rtti)
     endif()
   endif()
 
