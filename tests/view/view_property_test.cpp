@@ -185,5 +185,31 @@ TEST(ViewProperty, HoldsItsInvariantsWhateverHappens) {
   }
 }
 
+TEST(ViewProperty, WholeTextsEndLikeTypedOnes) {
+  wstring const starts[] = {u"[\"a\u2038b\"]",
+                            u"[\"\u2038\", AO, \"a\", ), \"\"]",
+                            u"[\"a\", (, \"b\", AC, \"\u2038\"]",
+                            u"[\"a\", (, \"\", (, \"b\u2038\", AC, \"\", AC, \"\"]",
+                            u"[\"x\", P[\"\u2691a\u2038\"], \"\"]",
+                            u"[\"\", AO, \"\u2038\", AO, \"\", ), \"\", ), \"\"]"};
+  std::mt19937 random(5);
+  for (int round = 0; round < 3000 && !HasFailure(); ++round) {
+    wstring text;
+    for (auto size = 2 + random() % 9; size > 0; --size) text += u"ab(()) +!/^d,"[random() % 13];
+    wstring const& start = starts[random() % std::size(starts)];
+    SCOPED_TRACE(toUtf8(start + u" " + text));
+    ViewStageC typed;
+    ViewStageC inserted;
+    ASSERT_TRUE(typed.setUp(start) && inserted.setUp(start));
+    for (char16_t c : text) {
+      typed.refView().addEvent(EVENT_CHAR, c, false, false, false, 0, 0);
+      typed.refView().display(0, 0);
+    }
+    ASSERT_TRUE(inserted.refView().insertText(text));
+    EXPECT_EQ(toUtf8(inserted.notation()), toUtf8(typed.notation()));
+    EXPECT_EQ(inserted.findFault(), "");
+  }
+}
+
 }  // namespace
 }  // namespace zolt::tests

@@ -3,7 +3,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/ved/convert/algebraic_to_node4_visitor.h"
+#include "zolt/ved/convert/detail/algebraic_to_node4_visitor.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"

@@ -1,5 +1,5 @@
 #include "zolt/ved/operators/operator.h"
-#include "zolt/ved/render/row_layout.h"
+#include "zolt/ved/render/detail/row_layout.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {

@@ -46,31 +46,38 @@ unsigned long findBoundary(PrefixMeasureC const& measure, unsigned long size, lo
   return measure.firstBeyond(width, beyond) - 1;
 }
 
+/// How far a node's box reaches out of its parent's; negative when it stays inside.
+long measureOverhang(Node4C const& node) {
+  Node4C const& outer = *node.getParent();
+  return std::max({-node.getDX(), -node.getDY(), node.getDX() + node.getWidth() - outer.getWidth(),
+                   node.getDY() + node.getHeight() - outer.getHeight()});
+}
+
 /// How far the boxes of texts reach out of the boxes around them, at most. Rows leave out the gap after their
 /// last item, for example, so that an empty text may stand just behind its row's box.
 long measureTextOverhang(Node4C const& root) {
-  std::vector<long> overhangs{0};  // of the nodes on the way down, from the children seen so far
-  Node4C const* node = &root;
-  unsigned long next = 0;
+  struct LevelS {
+    Node4C const* node;
+    unsigned long next;
+    long overhang;  // from the children seen so far
+  };
+  std::vector<LevelS> levels{{&root, 0, 0}};
   for (;;) {
-    if (next < node->numChildren()) {
-      node = node->child(next);
-      overhangs.push_back(0);
-      next = 0;
+    LevelS& level = levels.back();
+    if (level.next < level.node->numChildren()) {
+      Node4C const* const child = level.node->child(level.next++);
+      if (child->numChildren() > 0) {
+        levels.push_back({child, 0, 0});
+      } else if (child->getType() == NODE4_TEXT) {
+        level.overhang = std::max(level.overhang, measureOverhang(*child));
+      }
       continue;
     }
-    if (node == &root) return overhangs.front();
-    long const inner = overhangs.back();
-    overhangs.pop_back();
-    Node4C const& outer = *node->getParent();
-    if (node->numChildren() > 0 || node->getType() == NODE4_TEXT) {
-      long const own =
-          std::max({-node->getDX(), -node->getDY(), node->getDX() + node->getWidth() - outer.getWidth(),
-                    node->getDY() + node->getHeight() - outer.getHeight()});
-      overhangs.back() = std::max(overhangs.back(), own + inner);
-    }
-    next = node->findChildNumber() + 1;
-    node = &outer;
+    long const inner = level.overhang;
+    if (levels.size() == 1) return inner;
+    long const own = measureOverhang(*level.node);
+    levels.pop_back();
+    levels.back().overhang = std::max(levels.back().overhang, own + inner);
   }
 }
 
@@ -106,6 +113,29 @@ void ViewZNT4C::setSelection(long x, long y) {
   needRedraw();
 }
 
+/// The first item of a row that starts at `x` that may be near enough. The items stand one behind the other.
+unsigned long ViewZNT4C::findFirstInReach(Node4C const& row, long x) const {
+  unsigned long first = 0;
+  unsigned long last = row.numChildren() - 1;
+  while (first < last) {
+    unsigned long const middle = first + (last - first) / 2;
+    Node4C const& item = *row.child(middle);
+    if (x + item.getDX() + item.getWidth() + textOverhang_ + limits::hit_radius < hitX_) {
+      first = middle + 1;
+    } else {
+      last = middle;
+    }
+  }
+  return first;
+}
+
+/// The next sibling, unless it and all behind it are out of reach.
+Node4C* ViewZNT4C::findNextInReach(Node4C const& node, long x) const {
+  Node4C* const next = node.goRight();
+  if (!next || next->getParent()->getType() != NODE4_LINE) return next;
+  return x + next->getDX() - textOverhang_ - limits::hit_radius > hitX_ ? nullptr : next;
+}
+
 // Walks in tree order, so that the earliest of equally near texts wins.
 bool ViewZNT4C::findSelectionNode(Node4C* node, long x, long y) {
   if (textOverhang_ < 0) textOverhang_ = measureTextOverhang(*root_);
@@ -114,12 +144,12 @@ bool ViewZNT4C::findSelectionNode(Node4C* node, long x, long y) {
     if (node->numChildren() > 0 && isWorthVisiting(*node, x + node->getDX(), y + node->getDY())) {
       x += node->getDX();
       y += node->getDY();
-      node = node->child(0);
+      node = node->child(node->getType() == NODE4_LINE ? findFirstInReach(*node, x) : 0);
       continue;
     }
     if (node->getType() == NODE4_TEXT && examineText(node, x + node->getDX(), y + node->getDY())) return true;
     Node4C* next = nullptr;
-    while (node != top && !(next = node->goRight())) {
+    while (node != top && !(next = findNextInReach(*node, x))) {
       node = node->getParent();
       x -= node->getDX();
       y -= node->getDY();

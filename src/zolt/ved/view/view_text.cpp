@@ -14,12 +14,15 @@ bool isTypable(char16_t c) {
          c == Node4C::OPEN_C || c == Node4C::CLOSE_C;
 }
 
-/// Whether supplied brackets stand in the row: typing before the first or behind the last makes them typed
-/// ones.
-bool hasAutoBrackets(Node4C const& row) {
-  unsigned long const count = row.numChildren();
-  if (count < 3) return false;
-  return row.child(1)->getType() == NODE4_AUTO_OPEN || row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
+/// Whether the text is outside a supplied bracket: what is typed there makes it a typed one.
+bool isOutsideAutoBracket(Node4C const& text) {
+  Node4C const* const left = text.goLeft();
+  Node4C const* const right = text.goRight();
+  return (left && left->getType() == NODE4_AUTO_CLOSE) || (right && right->getType() == NODE4_AUTO_OPEN);
+}
+
+bool isWrittenAsText(OperatorBC const& op) {
+  return op.isLinear() || (op.getArity() == 0 && !op.isConstruct());
 }
 
 }  // namespace
@@ -61,20 +64,34 @@ bool ViewZNT4C::doAddText(wstring const& text) {
   return true;
 }
 
-// The tree is normal again before each further character, as if each had been an event of its own.
+// Ends like an event for each character, after each of which the tree would be normal again. A row of
+// brackets is brought in order only when something looks at it, so that long texts do not cost their square:
+// further characters and brackets do not, as long as no supplied bracket stands beside the caret.
 bool ViewZNT4C::addTexts(wstring const& text) {
+  bool pending = false;
+  auto const normalise = [&] {
+    root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    pending = false;
+  };
   for (char16_t c : text) {
+    wstring const one(1, c);
+    auto const op = operatorList_->lookup(one);
+    if (pending && op && !isWrittenAsText(*op)) normalise();
+
     bool const selected = isSelected();
     Node4C const* const node = caretNode_;
-    Node4C const& row = *node->getParent();
-    unsigned long const count = row.numChildren();
-    if (!doAddText(wstring(1, c))) return false;
-    bool const onlyText =
-        !selected && caretNode_ == node && caretNode_->getParent() == &row && row.numChildren() == count;
-    if (!onlyText || hasAutoBrackets(row)) {
-      root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    Node4C const* const row = node->getParent();
+    unsigned long const count = row->numChildren();
+    if (!doAddText(one)) return false;
+    bool const bracket = !op && (c == Node4C::OPEN_C || c == Node4C::CLOSE_C);
+    bool const onlyText = caretNode_ == node && node->getParent() == row && row->numChildren() == count;
+    if (selected || !(bracket || onlyText) || isOutsideAutoBracket(*caretNode_)) {
+      normalise();
+    } else if (bracket) {
+      pending = true;
     }
   }
+  if (pending) normalise();
   history_->markTyping(false);
   return true;
 }

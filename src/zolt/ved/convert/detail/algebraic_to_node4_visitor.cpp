@@ -1,4 +1,4 @@
-#include "zolt/ved/convert/algebraic_to_node4_visitor.h"
+#include "zolt/ved/convert/detail/algebraic_to_node4_visitor.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "zolt/ved/render/row_layout.h"
+#include "zolt/ved/render/detail/row_layout.h"
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
