@@ -177,6 +177,9 @@ TEST(Rectangles, BoundTheCaretAndTheSelection) {
       {u"[\"\u2691abc\u2038\"]", "17 0 18 10", "0 0 19 10"},
       {u"[\"x\", P[\"\u20382\"], \"\"]", "7 0 8 8", "0 0 0 0"},
       {u"[\"x\u2691\", P[\"2\"], \"\u2038\"]", "13 3 14 13", "6 0 15 13"},
+      {u"[\"\u2691a\u2038\", /<[\"b\"] ; [\"c\"]>, \"\"]", "5 7 6 17", "0 7 7 17"},
+      {u"[\"a\", (, \"\u2691b\u2038\", ), \"\"]", "17 1 18 11", "12 1 19 11"},
+      {u"[\"a\", sqrt<[\"\u2691b\"]>, \"\u2038\"]", "21 5 22 15", "7 0 23 17"},
   };
   for (auto const& one : cases) {
     SCOPED_TRACE(toUtf8(one.formula));
@@ -492,6 +495,21 @@ TEST(Limits, CountTheRowsThatAreWrapped) {
         EXPECT_EQ(stage.bytes() != before, fits);
         EXPECT_EQ(stage.findFault(), "");
       }
+    }
+  });
+}
+
+TEST(Limits, CountTheRowsThatTheSelectionEndsIn) {
+  onSmallStack([] {
+    for (bool fits : {false, true}) {
+      ViewStageC stage;
+      ASSERT_TRUE(stage.setUp(nestedRoots(limits::max_nested_rows - (fits ? 1 : 0), u"[\"\u2038\"]")));
+      auto& view = stage.refView();
+      ASSERT_TRUE(view.selectRange(view.crefRoot().child(0)->child(0), 0, view.getCaretNode(), 0));
+      bytestring const before = stage.bytes();
+      play(stage, u"op sqrt");
+      EXPECT_EQ(stage.bytes() != before, fits);
+      EXPECT_EQ(stage.findFault(), "");
     }
   });
 }
