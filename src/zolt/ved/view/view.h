@@ -96,10 +96,10 @@ class ViewZNT4C {
   bool redoContinues() const;
   /// Until `endGroup`, all edits are one: one step to undo, checked by the constraints as a whole. Undo and
   /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest.
-  void beginGroup() { grouping_ = true; }
+  void beginGroup();
   /// False when the constraints rejected the group, which then leaves nothing behind.
   bool endGroup();
-  /// Ends the group and takes back its edits.
+  /// Ends the group and takes everything back to where it began, caret and selection too.
   void cancelGroup();
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------

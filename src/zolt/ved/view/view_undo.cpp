@@ -23,6 +23,15 @@ bool ViewZNT4C::redo() {
   return true;
 }
 
+// The step starts here and not with the first edit: undoing it brings back the selection that the person had.
+void ViewZNT4C::beginGroup() {
+  if (executing_ || grouping_) return;
+  grouping_ = true;
+  if (!editable_) return;
+  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
+  if (constraints_) backup_ = new EditBackupC(true, root_, caretNode_, caretPos_, anchorNode_, anchorPos_);
+}
+
 bool ViewZNT4C::endGroup() {
   if (executing_ || !grouping_) return bip();
   grouping_ = false;

@@ -1,0 +1,191 @@
+#include "zolt/field/auto_replace.h"
+
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/sign_folding.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::field {
+
+using namespace detail;
+using namespace math::ved;
+
+namespace {
+
+PlaceS caretOf(ViewZNT4C const& view) { return {view.getCaretNode(), view.getCaretPos()}; }
+
+InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
+  wstring const text(1, lowered);
+  // A dead "^" goes on raising what is already raised.
+  Node4C const* const item = enclosingItem(place.node);
+  if (!selected && item && item->getType() == NODE4_POWER && !endsOperandAt(place)) {
+    return {INPUT_TEXT, text, {}};
+  }
+  bool const completes = math::common::isDigit(lowered) || lowered == u'n' || lowered == u'i';
+  return {completes ? INPUT_EXPONENT : INPUT_OPEN_EXPONENT, text, {}};
+}
+
+InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, wstring const& name) {
+  PlaceS const behind = view.isSelected() ? PlaceS() : findEndOfConstruct(caretOf(view), name);
+  if (c == u'|' && behind) return {INPUT_MOVE, {}, behind};
+  return {INPUT_OPERATOR, name, {}};
+}
+
+/// Where a closing sign leads that only ends a construct; null when it ends none.
+PlaceS findClosedConstruct(PlaceS place, char16_t c) {
+  if (c == u'\u230B') return findEndOfConstruct(place, u"floor");
+  if (c == u'\u2309') return findEndOfConstruct(place, u"ceil");
+  return {};
+}
+
+bool isRelation(char16_t c) {
+  return c == u'=' || c == u'<' || c == u'>' || c == u'\u2260' || c == u'\u2264' || c == u'\u2265';
+}
+
+/// Whether `text` ends in `sign` before `pos`.
+bool endsIn(wstring const& text, unsigned int pos, wstring const& sign) {
+  return pos >= sign.size() && text.compare(pos - sign.size(), sign.size(), sign) == 0;
+}
+
+/// The name that ends at the place, without a number in front of it: "2pi" ends in the name "pi".
+unsigned int nameStart(PlaceS end) {
+  wstring const& text = end.node->crefText();
+  unsigned int start = wordStart(text, end.pos);
+  while (start < end.pos && (math::common::isDigit(text[start]) || text[start] == u'.')) ++start;
+  return start;
+}
+
+bool hasSuppliedClose(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  return count > 2 && row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
+}
+
+/// "name(" just typed.
+ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
+  PlaceS const nameEnd = placeBefore(open);
+  unsigned int const start = nameStart(nameEnd);
+  ConstructNameS name =
+      findConstruct(view.crefOperatorList(), nameEnd.node->crefText().substr(start, nameEnd.pos - start));
+  ConstructReplacementS found;
+  if (!name.op) return found;
+  found.op = name.op;
+  found.begin = {nameEnd.node, start};
+  found.end = caretOf(view);
+  // The bracket may have been the missing one of a pair, whose content then becomes the argument.
+  Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
+  if (close && isTypedClose(*close)) {
+    found.contentBegin = found.end;
+    found.contentEnd = placeBefore(*close);
+    found.end = placeBehind(*close);
+  }
+  auto const rows = argumentRows(*name.op);
+  found.contentRow = found.caretRow = rows.front();
+  if (rows.size() > 1) found.markRow = rows[1];
+  found.mark = std::move(name.mark);
+  return found;
+}
+
+/// "name(argument," just typed, with nothing but the bracket's end behind it.
+ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
+  ConstructReplacementS found;
+  Node4C const* const open = findOpenBracket(caret);
+  Node4C const* const next = caret.pos == caret.node->sizeText() ? caret.node->goRight() : nullptr;
+  if (!open || !next || !isClose(*next)) return found;
+  PlaceS const nameEnd = placeBefore(*open);
+  unsigned int const start = nameStart(nameEnd);
+  auto const op = findConstructOfPair(view.crefOperatorList(),
+                                      nameEnd.node->crefText().substr(start, nameEnd.pos - start));
+  PlaceS const comma{caret.node, caret.pos - 1};
+  if (!op || hasComma(placeBehind(*open), comma)) return found;
+  found.op = op;
+  found.begin = {nameEnd.node, start};
+  found.end = isTypedClose(*next) ? placeBehind(*next) : caret;
+  found.contentBegin = placeBehind(*open);
+  found.contentEnd = comma;
+  auto const rows = argumentRows(*op);
+  found.contentRow = rows[0];
+  found.caretRow = rows[1];
+  return found;
+}
+
+}  // namespace
+
+InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
+  bool const selected = view.isSelected();
+  PlaceS const place = caretOf(view);
+  if (char16_t const lowered = loweredCharacter(typed)) return decideExponent(place, selected, lowered);
+  char16_t const c = foldCharacter(typed, options);
+  if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
+  wstring const name = operatorOfSign(c);
+  if (!name.empty() && view.crefOperatorList().lookup(name)) return decideSign(view, c, name);
+
+  wstring const text(1, c);
+  if (selected || !options.leaving) return {INPUT_TEXT, text, {}};
+  if (PlaceS const behind = findClosedConstruct(place, c)) return {INPUT_MOVE, {}, behind};
+  if (c == u')') {
+    LeavingS const leaving = leaveByClose(place);
+    return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
+  }
+  if (c == u',') {
+    LeavingS const leaving = leaveByComma(place);
+    return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
+  }
+  if (c == u' ') {
+    PlaceS const behind = leaveByBlank(place);
+    return {behind ? INPUT_MOVE : INPUT_TEXT, text, behind};
+  }
+  if (isRelation(c)) return {INPUT_TEXT, text, leaveByRelation(place)};
+  return {INPUT_TEXT, text, {}};
+}
+
+ReplacementS findSignReplacement(ViewZNT4C const& view) {
+  struct SignS {
+    char16_t const* typed;
+    char16_t const* name;
+  };
+  // As they stand in the tree: "*" has already become the table's sign.
+  static constexpr SignS signs[] = {{u"<=", u"<="}, {u">=", u">="}, {u"<>", u"<>"},
+                                    {u"!=", u"<>"}, {u":>", u":>"}, {u"\u2219\u2219", u"^"}};
+  PlaceS const caret = caretOf(view);
+  wstring const& text = caret.node->crefText();
+  for (SignS const& sign : signs) {
+    wstring const typed = sign.typed;
+    if (!endsIn(text, caret.pos, typed) || !view.crefOperatorList().lookup(sign.name)) continue;
+    return {{caret.node, caret.pos - static_cast<unsigned int>(typed.size())}, caret, sign.name, {}};
+  }
+  if (caret.pos == 0) return {};
+  char16_t const letter = withoutCircumflex(text[caret.pos - 1]);
+  PlaceS const before{caret.node, caret.pos - 1};
+  if (letter == u'\0' || !endsOperandAt(before) || !view.crefOperatorList().lookup(u"^")) return {};
+  return {before, caret, u"^", wstring(1, letter)};
+}
+
+ReplacementS findLetterReplacement(PlaceS end) {
+  unsigned int const start = nameStart(end);
+  wstring const name = end.node->crefText().substr(start, end.pos - start);
+  if (name.size() < 2) return {};
+  // What pasted text would read.
+  auto const read = exchange::fromPlainText(name, math::algexpr::CASSessionBC::getSession());
+  if (!read) return {};
+  wstring const letter = read->getNode()->getName();
+  if (letter == name || letter.find(u'(') != wstring::npos) return {};
+  return {{end.node, start}, end, letter, {}};
+}
+
+ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {
+  PlaceS const caret = caretOf(view);
+  if (caret.pos == 0) {
+    Node4C const* const left = caret.node->goLeft();
+    if (left && isTypedOpen(*left)) return findOpenedConstruct(view, *left);
+  } else if (caret.node->crefText()[caret.pos - 1] == u',') {
+    return findPairedConstruct(view, caret);
+  }
+  return {};
+}
+
+}  // namespace zolt::field

@@ -1,0 +1,111 @@
+#include "zolt/field/clipboard.h"
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/field/detail/row_text.h"
+#include "zolt/field/detail/stretch.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::field {
+
+using namespace detail;
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::CASSessionBC;
+using math::ved::ViewZNT4C;
+using oss::PointerTC;
+
+namespace {
+
+wstring exchanged(wstring text, char16_t const (&from)[3], char16_t const (&to)[3]) {
+  for (char16_t& c : text) {
+    if (c == from[0]) {
+      c = to[0];
+    } else if (c == from[1]) {
+      c = to[1];
+    }
+  }
+  return text;
+}
+
+wstring toCommas(wstring const& text) { return exchanged(text, u".,", u",;"); }
+
+wstring toPoints(wstring const& text) { return exchanged(text, u",;", u".,"); }
+
+PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, bool decimalComma,
+                                              exchange::PlainTextErrorS* error) {
+  auto const session = CASSessionBC::getSession();
+  // Text from elsewhere may have points all the same.
+  if (decimalComma) {
+    if (auto expression = exchange::fromPlainText(toPoints(text), session)) return expression;
+  }
+  return exchange::fromPlainText(text, session, error);
+}
+
+/// Whether the text means the same when its characters are typed one by one: a fraction bar or an exponent
+/// would take in more or less than it says.
+bool isTypable(wstring const& text) {
+  static wstring const construct_signs = u"/^\u00F7\u2044\u2215\u221A";
+  return text.find_first_of(construct_signs) == wstring::npos;
+}
+
+bool typeCharacters(ViewZNT4C& view, wstring const& text) {
+  if (!view.crefOperatorList().lookup(text)) return view.insertText(text);
+  // A whole operator's name would insert the operator.
+  view.beginGroup();
+  for (char16_t const c : text) {
+    if (view.insertText(wstring(1, c))) continue;
+    view.cancelGroup();
+    return false;
+  }
+  return view.endGroup();
+}
+
+wstring withoutLineEnds(wstring text) {
+  while (!text.empty() && (text.back() == u'\n' || text.back() == u'\r')) text.pop_back();
+  for (char16_t& c : text) {
+    if (c == u'\n' || c == u'\r' || c == u'\t') c = u' ';
+  }
+  return text;
+}
+
+PasteE pastePlainText(ViewZNT4C& view, wstring const& text, bool decimalComma,
+                      exchange::PlainTextErrorS* error) {
+  if (auto const expression = readPlainText(text, decimalComma, error)) {
+    return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
+  }
+  wstring const characters = withoutLineEnds(decimalComma ? toPoints(text) : text);
+  if (!isTypable(characters) || !typeCharacters(view, characters)) return PASTE_REFUSED;
+  return PASTE_AS_CHARACTERS;
+}
+
+}  // namespace
+
+ClipboardABC::~ClipboardABC() = default;
+
+MemoryClipboardC::~MemoryClipboardC() = default;
+
+ClipboardContentS copySelection(ViewZNT4C const& view, bool decimalComma) {
+  ClipboardContentS content;
+  if (!view.isSelected()) return content;
+  if (auto const expression = view.copy(content.bytes)) {
+    content.prefix = expression->toPrefixString();
+    content.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
+  } else {
+    content.plainText = writeRowText(selectedStretch(view));
+  }
+  if (decimalComma) content.plainText = toCommas(content.plainText);
+  return content;
+}
+
+PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
+                    exchange::PlainTextErrorS* error) {
+  if (!view.isEditable()) return PASTE_REFUSED;
+  if (!content.bytes.empty() && view.paste(content.bytes)) return PASTE_DONE;
+  if (!content.prefix.empty() && view.paste(AlgebraicExpressionC::fromPrefixString(content.prefix))) {
+    return PASTE_DONE;
+  }
+  return content.plainText.empty() ? PASTE_REFUSED
+                                   : pastePlainText(view, content.plainText, decimalComma, error);
+}
+
+}  // namespace zolt::field

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "zolt/exchange/plain_text.h"
+#include "zolt/oss/ref_counted.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::ved {
+class ViewZNT4C;
+}
+
+namespace zolt::field {
+
+using oss::bytestring;
+using oss::wstring;
+
+/// One copied piece of formula in several forms, for whoever pastes it. Empty forms are not there.
+struct ClipboardContentS {
+  bytestring bytes;   ///< exactly the items that were selected, for other formula fields
+  wstring prefix;     ///< the expression as an algebra engine reads it; not there when it is incomplete
+  wstring plainText;  ///< as people type formulas; of an incomplete one whatever can be told
+
+  bool isEmpty() const { return bytes.empty() && prefix.empty() && plainText.empty(); }
+};
+
+/// Where a field's copy and paste commands put and find what they move. A host with a clipboard of the
+/// system's implements it; a field without one has its own memory.
+class ClipboardABC : public oss::RefCountedBC {
+ public:
+  ~ClipboardABC() override;
+  virtual void write(ClipboardContentS const& content) = 0;
+  /// Empty when there is nothing that a field could paste.
+  virtual ClipboardContentS read() const = 0;
+  /// Whether `read` would give anything; cheap, asked whenever a menu is shown.
+  virtual bool hasContent() const = 0;
+};
+
+/// Keeps what was written last.
+class MemoryClipboardC final : public ClipboardABC {
+ public:
+  ~MemoryClipboardC() override;
+  void write(ClipboardContentS const& content) override { content_ = content; }
+  ClipboardContentS read() const override { return content_; }
+  bool hasContent() const override { return !content_.isEmpty(); }
+
+ private:
+  ClipboardContentS content_;
+};
+
+/// The view's selection; empty when nothing is selected. `decimalComma`: the plain text has "," for the
+/// decimal sign and ";" between arguments.
+ClipboardContentS copySelection(math::ved::ViewZNT4C const& view, bool decimalComma);
+
+enum PasteE {
+  PASTE_DONE,
+  PASTE_AS_CHARACTERS,  ///< the text is no formula and was typed in as it stands
+  PASTE_REFUSED         ///< nothing was changed
+};
+
+/// Replaces the view's selection by the first form of `content` that reads. Plain text that is no formula is
+/// typed in when its characters can be; when they cannot, `error` (may be null) says why it was refused.
+PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
+                    exchange::PlainTextErrorS* error);
+
+}  // namespace zolt::field

@@ -1,0 +1,170 @@
+#include "zolt/field/commands.h"
+
+namespace zolt::field {
+
+namespace {
+
+constexpr bool modifies = true;
+constexpr bool reads = false;
+
+/// A chord in a form in which equal ones are equal.
+struct ChordS {
+  bool ctrl = false;
+  bool alt = false;
+  bool shift = false;
+  wstring key;
+
+  bool operator==(ChordS const& other) const {
+    return ctrl == other.ctrl && alt == other.alt && shift == other.shift && key == other.key;
+  }
+};
+
+wstring lowered(wstring text) {
+  for (char16_t& c : text) {
+    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
+  }
+  return text;
+}
+
+ChordS readChord(wstring const& text) {
+  ChordS chord;
+  wstring rest = lowered(text);
+  for (;;) {
+    std::size_t const plus = rest.find(u'+', 1);
+    wstring const word = rest.substr(0, plus);
+    if (plus == wstring::npos || plus + 1 == rest.size()) break;
+    if (word == u"ctrl") {
+      chord.ctrl = true;
+    } else if (word == u"alt") {
+      chord.alt = true;
+    } else if (word == u"shift") {
+      chord.shift = true;
+    } else {
+      break;
+    }
+    rest.erase(0, plus + 1);
+  }
+  chord.key = rest;
+  return chord;
+}
+
+bool hasChord(wstring const& keys, ChordS const& chord) {
+  static wstring const separator = u", ";
+  for (std::size_t start = 0; start < keys.size();) {
+    std::size_t const found = keys.find(separator, start);
+    std::size_t const end = found == wstring::npos ? keys.size() : found;
+    if (readChord(keys.substr(start, end - start)) == chord) return true;
+    start = end + separator.size();
+  }
+  return false;
+}
+
+}  // namespace
+
+std::array<CommandS, COMMAND_COUNT> const& commands() {
+  static std::array<CommandS, COMMAND_COUNT> const table = {{
+      {COMMAND_LEFT, u"left", u"Left",
+       u"Moves the caret one character to the left, or to the start of the selection.", u"Left", reads},
+      {COMMAND_RIGHT, u"right", u"Right",
+       u"Moves the caret one character to the right, or to the end of the selection.", u"Right", reads},
+      {COMMAND_UP, u"up", u"Up",
+       u"Moves the caret to the nearest place above: into an exponent, from a denominator to the numerator.",
+       u"Up", reads},
+      {COMMAND_DOWN, u"down", u"Down",
+       u"Moves the caret to the nearest place below: out of an exponent, from a numerator to the "
+       u"denominator.",
+       u"Down", reads},
+      {COMMAND_WORD_LEFT, u"word-left", u"Item left",
+       u"Moves the caret to the left over a name, number, sign or whole construct.", u"Ctrl+Left", reads},
+      {COMMAND_WORD_RIGHT, u"word-right", u"Item right",
+       u"Moves the caret to the right over a name, number, sign or whole construct.", u"Ctrl+Right", reads},
+      {COMMAND_HOME, u"home", u"Start of row",
+       u"Moves the caret to the start of its row, and from there to the start of the formula.", u"Home",
+       reads},
+      {COMMAND_END, u"end", u"End of row",
+       u"Moves the caret to the end of its row, and from there to the end of the formula.", u"End", reads},
+      {COMMAND_FORMULA_START, u"formula-start", u"Start of formula",
+       u"Moves the caret to the start of the formula.", u"Ctrl+Home", reads},
+      {COMMAND_FORMULA_END, u"formula-end", u"End of formula", u"Moves the caret to the end of the formula.",
+       u"Ctrl+End", reads},
+      {COMMAND_NEXT_SLOT, u"next-slot", u"Next empty place",
+       u"Moves the caret to the next empty place; when there is none, behind the construct around it.",
+       u"Tab", reads},
+      {COMMAND_PREVIOUS_SLOT, u"previous-slot", u"Previous empty place",
+       u"Moves the caret to the previous empty place; when there is none, before the construct around it.",
+       u"Shift+Tab", reads},
+      {COMMAND_OUT_LEFT, u"out-left", u"Out to the left", u"Moves the caret before the construct around it.",
+       u"Alt+Left", reads},
+      {COMMAND_OUT_RIGHT, u"out-right", u"Out to the right",
+       u"Moves the caret behind the construct around it.", u"Alt+Right", reads},
+      {COMMAND_SELECT_LEFT, u"select-left", u"Select left",
+       u"Moves the end of the selection one character to the left.", u"Shift+Left", reads},
+      {COMMAND_SELECT_RIGHT, u"select-right", u"Select right",
+       u"Moves the end of the selection one character to the right.", u"Shift+Right", reads},
+      {COMMAND_SELECT_UP, u"select-up", u"Select up",
+       u"Moves the end of the selection to the nearest place above.", u"Shift+Up", reads},
+      {COMMAND_SELECT_DOWN, u"select-down", u"Select down",
+       u"Moves the end of the selection to the nearest place below.", u"Shift+Down", reads},
+      {COMMAND_SELECT_WORD_LEFT, u"select-word-left", u"Select item left",
+       u"Moves the end of the selection to the left over a name, number, sign or whole construct.",
+       u"Ctrl+Shift+Left", reads},
+      {COMMAND_SELECT_WORD_RIGHT, u"select-word-right", u"Select item right",
+       u"Moves the end of the selection to the right over a name, number, sign or whole construct.",
+       u"Ctrl+Shift+Right", reads},
+      {COMMAND_SELECT_HOME, u"select-home", u"Select to start of row",
+       u"Selects to the start of the row, and from there to the start of the formula.", u"Shift+Home", reads},
+      {COMMAND_SELECT_END, u"select-end", u"Select to end of row",
+       u"Selects to the end of the row, and from there to the end of the formula.", u"Shift+End", reads},
+      {COMMAND_SELECT_FORMULA_START, u"select-formula-start", u"Select to start",
+       u"Selects to the start of the formula.", u"Ctrl+Shift+Home", reads},
+      {COMMAND_SELECT_FORMULA_END, u"select-formula-end", u"Select to end",
+       u"Selects to the end of the formula.", u"Ctrl+Shift+End", reads},
+      {COMMAND_SELECT_ALL, u"select-all", u"Select all", u"Selects the whole formula.", u"Ctrl+A", reads},
+      {COMMAND_GROW_SELECTION, u"grow-selection", u"Grow selection",
+       u"Selects the name or number at the caret, then the operand, term, brackets, row and construct "
+       u"around.",
+       u"Alt+Shift+Right, Alt+Shift+Up", reads},
+      {COMMAND_SHRINK_SELECTION, u"shrink-selection", u"Shrink selection", u"Takes back the last growth.",
+       u"Alt+Shift+Left, Alt+Shift+Down", reads},
+      {COMMAND_DROP_SELECTION, u"drop-selection", u"Drop selection", u"Leaves the caret where it is.",
+       u"Escape", reads},
+      {COMMAND_DELETE_LEFT, u"delete-left", u"Delete left",
+       u"Deletes the selection, or the character before the caret; steps into a construct that is not empty.",
+       u"Backspace, Shift+Backspace", modifies},
+      {COMMAND_DELETE_RIGHT, u"delete-right", u"Delete right",
+       u"Deletes the selection, or the character behind the caret; steps into a construct that is not empty.",
+       u"Delete", modifies},
+      {COMMAND_DELETE_WORD_LEFT, u"delete-word-left", u"Delete item left",
+       u"Deletes the name, number, sign or whole construct before the caret.", u"Ctrl+Backspace", modifies},
+      {COMMAND_DELETE_WORD_RIGHT, u"delete-word-right", u"Delete item right",
+       u"Deletes the name, number, sign or whole construct behind the caret.", u"Ctrl+Delete", modifies},
+      {COMMAND_CLEAR, u"clear", u"Clear", u"Empties the formula.", u"Ctrl+Shift+Delete", modifies},
+      {COMMAND_UNDO, u"undo", u"Undo", u"Takes back the last change.", u"Ctrl+Z, Alt+Backspace", modifies},
+      {COMMAND_REDO, u"redo", u"Redo", u"Brings back the change that was taken back last.",
+       u"Ctrl+Y, Ctrl+Shift+Z", modifies},
+      {COMMAND_CUT, u"cut", u"Cut", u"Moves the selection to the clipboard.", u"Ctrl+X, Shift+Delete",
+       modifies},
+      {COMMAND_COPY, u"copy", u"Copy", u"Copies the selection to the clipboard.", u"Ctrl+C, Ctrl+Insert",
+       reads},
+      {COMMAND_PASTE, u"paste", u"Paste", u"Replaces the selection by what is on the clipboard.",
+       u"Ctrl+V, Shift+Insert", modifies},
+  }};
+  return table;
+}
+
+CommandS const* findCommand(wstring const& name) {
+  for (CommandS const& command : commands()) {
+    if (command.name == name) return &command;
+  }
+  return nullptr;
+}
+
+CommandS const* findCommandForKeys(wstring const& chord) {
+  ChordS const wanted = readChord(chord);
+  for (CommandS const& command : commands()) {
+    if (hasChord(command.keys, wanted)) return &command;
+  }
+  return nullptr;
+}
+
+}  // namespace zolt::field

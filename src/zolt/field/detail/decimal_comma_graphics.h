@@ -1,0 +1,53 @@
+#pragma once
+
+#include "zolt/oss/pointer.h"
+#include "zolt/ved/geometry/graphics.h"
+
+namespace zolt::field::detail {
+
+using oss::wstring;
+
+/// A surface that shows the decimal sign as "," and the comma between arguments as ";" when asked to, and
+/// hands everything else on. Each character is replaced by itself, so that measured beginnings of a text
+/// still add up.
+class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
+ public:
+  explicit DecimalCommaGraphicsC(oss::PointerTC<math::ved::GraphicsABC> surface)
+      : surface_(std::move(surface)) {}
+  ~DecimalCommaGraphicsC() override;
+
+  void showCommas(bool commas) { commas_ = commas; }
+
+  void invalidate() const override { surface_->invalidate(); }
+  void getTextExtent(wstring const& text, long& width, long& height, long& midHeight) const override;
+  long getTextWidth(wstring const& text) const override;
+  long getTextHeight(wstring const& text) const override;
+  long getTextMidHeight(wstring const& text) const override;
+  long getMetric(long index) const override { return surface_->getMetric(index); }
+  void drawText(wstring const& text, long x, long y) const override;
+  void drawLine(long x1, long y1, long x2, long y2) const override { surface_->drawLine(x1, y1, x2, y2); }
+  void drawHorizontalLine(long x, long y, long length) const override {
+    surface_->drawHorizontalLine(x, y, length);
+  }
+  void drawVerticalLine(long x, long y, long length) const override {
+    surface_->drawVerticalLine(x, y, length);
+  }
+  void drawOpenBracket(long x, long y, long height, bool automatic) const override {
+    surface_->drawOpenBracket(x, y, height, automatic);
+  }
+  void drawCloseBracket(long x, long y, long height, bool automatic) const override {
+    surface_->drawCloseBracket(x, y, height, automatic);
+  }
+  void drawBracketPair(long x, long y, long width, long height, bool automatic) const override {
+    surface_->drawBracketPair(x, y, width, height, automatic);
+  }
+  void selectFont(unsigned long fontDepth) const override { surface_->selectFont(fontDepth); }
+
+ private:
+  bool isChanged(wstring const& text) const;
+
+  oss::PointerTC<math::ved::GraphicsABC> surface_;
+  bool commas_ = false;
+};
+
+}  // namespace zolt::field::detail

@@ -1,0 +1,119 @@
+#include "zolt/field/detail/implied_products.h"
+
+#include "zolt/common/decimal_text.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
+
+namespace zolt::field::detail {
+
+using namespace math::ved;
+using math::common::isDigit;
+using math::common::isMinus;
+
+namespace {
+
+constexpr char16_t times_sign = u'\u2219';
+constexpr char16_t pi = u'\u0960';
+
+/// Where the number that starts at `pos` ends; an "e" belongs to it only with digits behind.
+std::size_t numberEnd(wstring const& text, std::size_t pos) {
+  auto const skipDigits = [&](std::size_t at) {
+    while (at < text.size() && (isDigit(text[at]) || text[at] == u'.')) ++at;
+    return at;
+  };
+  pos = skipDigits(pos);
+  if (pos >= text.size() || (text[pos] != u'E' && text[pos] != u'e')) return pos;
+  std::size_t digits = pos + 1;
+  if (digits < text.size() && (text[digits] == u'+' || isMinus(text[digits]))) ++digits;
+  return digits < text.size() && isDigit(text[digits]) ? skipDigits(digits) : pos;
+}
+
+}  // namespace
+
+ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators)
+    : original_(root), operators_(operators), root_(root.clone()) {
+  Node4C* node = root_.get();
+  unsigned long next = 0;
+  for (;;) {
+    if (next < node->numChildren()) {
+      node = node->child(next);
+      next = 0;
+      if (node->getType() == NODE4_LINE) addToRow(*node);
+    } else if (node == root_.get()) {
+      return;
+    } else {
+      next = node->findChildNumber() + 1;
+      node = node->getParent();
+    }
+  }
+}
+
+PlaceS ImpliedProductsC::toOriginal(Node4C const& node, unsigned int pos) const {
+  unsigned int before = 0;
+  for (PlaceS const place : added_) {
+    if (place.node == &node && place.pos < pos) ++before;
+  }
+  return {nodeAt(original_, pathOf(node)), pos - before};
+}
+
+void ImpliedProductsC::add(Node4C& text, std::size_t pos) {
+  text.refText().insert(pos, 1, times_sign);
+  added_.push_back({&text, static_cast<unsigned int>(pos)});
+}
+
+void ImpliedProductsC::addToRow(Node4C& row) {
+  EndE end = END_NOTHING;
+  for (unsigned long i = 0; i < row.numChildren(); ++i) {
+    Node4C& item = *row.child(i);
+    bool const operandBefore = end == END_NUMBER || end == END_OTHER;
+    if (item.getType() == NODE4_TEXT) {
+      addToText(item, end);
+    } else if (isOpen(item)) {
+      if (operandBefore) add(*row.child(i - 1), row.child(i - 1)->sizeText());
+      end = END_NOTHING;
+    } else if (item.getType() == NODE4_OPERATOR) {
+      if (operandBefore || end == END_NAME) add(*row.child(i - 1), row.child(i - 1)->sizeText());
+      end = END_OTHER;
+    } else if (end != END_FUNCTION) {
+      end = END_OTHER;
+    }
+  }
+}
+
+void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
+  wstring const& text = node.crefText();
+  for (std::size_t pos = 0; pos < text.size();) {
+    char16_t const c = text[pos];
+    bool const number = isDigit(c) || c == u'.';
+    if (c == u' ') {
+      ++pos;
+      continue;
+    }
+    if (!number && !isWordCharacter(c)) {
+      if (c != u'!') end = END_NOTHING;
+      ++pos;
+      continue;
+    }
+    std::size_t stop = pos + 1;
+    EndE kind = END_OTHER;
+    if (number) {
+      stop = numberEnd(text, pos);
+      kind = END_NUMBER;
+    } else if (c != pi) {
+      while (stop < text.size() && text[stop] != pi && isWordCharacter(text[stop])) ++stop;
+      auto const op = operators_.lookupText(text.substr(pos, stop - pos));
+      kind = op && op->getArity() > 0 ? END_FUNCTION : END_NAME;
+      if (op && op->isLinear()) kind = END_NOTHING;
+    }
+    bool const joined = end == END_OTHER || end == END_NAME || (end == END_NUMBER && !number);
+    if (joined && kind != END_NOTHING) {
+      add(node, pos);
+      ++stop;
+    }
+    end = kind;
+    pos = stop;
+  }
+}
+
+}  // namespace zolt::field::detail

@@ -1,0 +1,120 @@
+#include "zolt/field/detail/input_places.h"
+
+#include <algorithm>
+
+#include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::field::detail {
+
+using namespace math::ved;
+
+namespace {
+
+bool isCallConstruct(Node4C const& item) {
+  return item.getType() == NODE4_OPERATOR && isWrittenAsCall(*item.crefOperator());
+}
+
+bool hasSuppliedBrackets(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  return count > 2 &&
+         (row.child(1)->getType() == NODE4_AUTO_OPEN || row.child(count - 2)->getType() == NODE4_AUTO_CLOSE);
+}
+
+/// The ")" just behind the place when the row's brackets balance without a further one; else null.
+Node4C const* findClosedAlready(PlaceS place) {
+  if (place.pos < place.node->sizeText() || hasSuppliedBrackets(*place.node->getParent())) return nullptr;
+  Node4C const* const next = place.node->goRight();
+  return next && isTypedClose(*next) ? next : nullptr;
+}
+
+/// The place behind the exponent or fraction whose last row ends at `place`, when nothing in that row is
+/// still open; else null.
+PlaceS behindFinishedItem(PlaceS place) {
+  Node4C const* const item = enclosingItem(place.node);
+  if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
+  Node4C const& row = *place.node->getParent();
+  if (isEmptyRow(row) || item->child(item->numChildren() - 1) != &row) return {};
+  return placeBehind(*item);
+}
+
+/// The place behind the item around `place` when the sign may leave it, whatever the item: its row ends here.
+PlaceS behindItem(PlaceS place) {
+  Node4C const* const item = enclosingItem(place.node);
+  return item && isAtRowEnd(place) ? placeBehind(*item) : PlaceS();
+}
+
+PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
+  auto const rows = argumentRows(*construct.crefOperator());
+  auto at = std::find(rows.begin(), rows.end(), row.findChildNumber());
+  if (at == rows.end() || ++at == rows.end() || *at >= construct.numChildren()) return {};
+  return rowEnd(*construct.child(*at));
+}
+
+}  // namespace
+
+LeavingS leaveByClose(PlaceS place) {
+  for (PlaceS at = place; at; at = behindItem(at)) {
+    if (findOpenBracket(at)) {
+      Node4C const* const closed = findClosedAlready(at);
+      if (closed) return {placeBehind(*closed), true};
+      return {at == place ? PlaceS() : at, false};
+    }
+    Node4C const* const item = enclosingItem(at.node);
+    if (item && isCallConstruct(*item) && isAtRowEnd(at)) return {placeBehind(*item), true};
+  }
+  return {};
+}
+
+LeavingS leaveByComma(PlaceS place) {
+  for (PlaceS at = place; at; at = behindItem(at)) {
+    if (findOpenBracket(at)) return {at == place ? PlaceS() : at, false};
+    Node4C const* const item = enclosingItem(at.node);
+    if (!item || !isCallConstruct(*item) || !isAtRowEnd(at)) continue;
+    if (PlaceS const next = nextArgument(*item, *at.node->getParent())) return {next, true};
+  }
+  return {};
+}
+
+PlaceS leaveByBlank(PlaceS place) { return behindFinishedItem(place); }
+
+PlaceS leaveByRelation(PlaceS place) {
+  PlaceS target;
+  while (PlaceS const behind = behindFinishedItem(target ? target : place)) target = behind;
+  return target;
+}
+
+PlaceS findEndOfConstruct(PlaceS place, wstring const& name) {
+  Node4C const* const item = enclosingItem(place.node);
+  if (!item || item->getType() != NODE4_OPERATOR || item->crefText() != name) return {};
+  if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
+  return placeBehind(*item);
+}
+
+bool endsOperandAt(PlaceS place) {
+  if (place.pos > 0) {
+    char16_t const c = place.node->crefText()[place.pos - 1];
+    return isWordCharacter(c) || c == u'!';
+  }
+  Node4C const* const left = place.node->goLeft();
+  return left && !isOpen(*left);
+}
+
+bool hasComma(PlaceS begin, PlaceS end) {
+  Node4C const& row = *begin.node->getParent();
+  unsigned long depth = 0;
+  for (unsigned long i = begin.node->findChildNumber(); i < row.numChildren(); ++i) {
+    Node4C const& item = *row.child(i);
+    if (isOpen(item)) ++depth;
+    if (isClose(item)) --depth;
+    if (item.getType() == NODE4_TEXT && depth == 0) {
+      std::size_t const comma = item.crefText().find(u',', &item == begin.node ? begin.pos : 0);
+      if (comma < (&item == end.node ? end.pos : wstring::npos)) return true;
+    }
+    if (&item == end.node) return false;
+  }
+  return false;
+}
+
+}  // namespace zolt::field::detail

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "zolt/field/place.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::field::detail {
+
+using oss::wstring;
+
+// Where typed signs lead that end an exponent, a fraction or a construct. A place counts as the end of a row
+// only when nothing is behind it, so that a sign typed in the middle stays where it is typed.
+
+/// A place to go to before a sign is typed, or instead of it.
+struct LeavingS {
+  PlaceS target;          ///< null: the sign is typed where the caret is
+  bool complete = false;  ///< going there is all that the sign is to do
+};
+
+/// ")": past the bracket that already closes the pair, else behind the construct that is written with
+/// brackets, else out of exponents and fractions to a row with an open bracket.
+LeavingS leaveByClose(PlaceS place);
+
+/// ",": to the construct's next argument, or out to a row with an open bracket.
+LeavingS leaveByComma(PlaceS place);
+
+/// " ": behind the exponent or the denominator that ends here; null: it is a blank.
+PlaceS leaveByBlank(PlaceS place);
+
+/// "=", "<", …: behind all exponents and fractions that end here; null: none does.
+PlaceS leaveByRelation(PlaceS place);
+
+/// Behind the construct of that name whose filled row ends here; null when this is not so.
+PlaceS findEndOfConstruct(PlaceS place, wstring const& name);
+
+/// Whether an operand ends at the place: a name, a number, a construct or a closing bracket stands before it.
+bool endsOperandAt(PlaceS place);
+
+/// Whether a "," stands between two places of one row, outside brackets.
+bool hasComma(PlaceS begin, PlaceS end);
+
+}  // namespace zolt::field::detail

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "zolt/field/detail/stretch.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::field::detail {
+
+using oss::wstring;
+
+/// A stretch of a row as plain text, however incomplete it is: empty slots leave nothing, constructs are
+/// calls. What is complete is better written from its expression.
+wstring writeRowText(StretchS const& stretch);
+
+}  // namespace zolt::field::detail

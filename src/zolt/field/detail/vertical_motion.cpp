@@ -1,0 +1,128 @@
+#include "zolt/field/detail/vertical_motion.h"
+
+#include <cstdint>
+#include <cstdlib>
+#include <initializer_list>
+
+#include "zolt/field/caret_motion.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::field::detail {
+
+using namespace math::ved;
+
+namespace {
+
+long measure(Node4C const& text, unsigned int count, GraphicsABC const& graphics) {
+  return graphics.getTextWidth(text.crefText().substr(0, count));
+}
+
+/// The boundary between characters nearest to `x`, counted from the start of the text. Widths only grow with
+/// the text.
+unsigned int findBoundary(Node4C const& text, long x, GraphicsABC const& graphics) {
+  text.selectFont(graphics);
+  unsigned int low = 0;
+  auto high = static_cast<unsigned int>(text.sizeText());
+  while (low < high) {
+    unsigned int const middle = low + (high - low) / 2;
+    if (measure(text, middle + 1, graphics) <= x) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  if (low < text.sizeText() && measure(text, low + 1, graphics) - x < x - measure(text, low, graphics)) ++low;
+  while (low > 0 && low < text.sizeText() && isContinuation(text.crefText()[low])) --low;
+  return low;
+}
+
+class VerticalSearchC {
+ public:
+  VerticalSearchC(PlaceS from, RectangleS caret, bool up, long column)
+      : up_(up), column_(column), edge_(up ? caret.top : caret.bottom) {
+    axis_ = caret.top + from.node->getMidHeight();
+  }
+
+  /// Examines the texts of a subtree.
+  void search(Node4C const& top) {
+    Node4C const* node = &top;
+    for (;;) {
+      if (node->numChildren() > 0) {
+        node = node->child(0);
+        continue;
+      }
+      if (node->getType() == NODE4_TEXT) examine(*node);
+      Node4C const* next = nullptr;
+      while (node != &top && !(next = node->goRight())) node = node->getParent();
+      if (node == &top) return;
+      node = next;
+    }
+  }
+
+  void examine(Node4C const& text) {
+    PointS const at = text.getAbsolutePosition();
+    long const axis = at.y + text.getMidHeight();
+    if (up_ ? axis >= axis_ : axis <= axis_) return;
+    std::int64_t const h = outside(column_, at.x, at.x + text.getWidth());
+    std::int64_t const v = up_ ? edge_ - (at.y + text.getHeight()) : at.y - edge_;
+    std::int64_t const distance = h * h + (v > 0 ? v * v : 0);
+    if (best_ && distance >= bestDistance_) return;
+    best_ = &text;
+    bestLeft_ = at.x;
+    bestDistance_ = distance;
+  }
+
+  bool hasFound() const { return best_; }
+  PlaceS place(GraphicsABC const& graphics) const {
+    return {best_, findBoundary(*best_, column_ - bestLeft_, graphics)};
+  }
+
+ private:
+  static long outside(long at, long low, long high) {
+    if (at < low) return low - at;
+    return at > high ? at - high : 0;
+  }
+
+  bool up_;
+  long column_;
+  long edge_;
+  long axis_ = 0;
+  Node4C const* best_ = nullptr;
+  long bestLeft_ = 0;
+  std::int64_t bestDistance_ = 0;
+};
+
+}  // namespace
+
+PlaceS findVertical(ViewZNT4C& view, PlaceS from, bool up, long& column) {
+  view.getExpressionSize();  // lays out
+  GraphicsABC const& graphics = view.crefGraphics();
+  PointS const at = from.node->getAbsolutePosition();
+  from.node->selectFont(graphics);
+  RectangleS const caret{0, at.y, at.x + measure(*from.node, from.pos, graphics),
+                         at.y + from.node->getHeight()};
+  if (column == no_column) column = caret.right;
+
+  VerticalSearchC search(from, caret, up, column);
+  Node4C const* const left = from.pos == 0 ? from.node->goLeft() : nullptr;
+  Node4C const* const right = from.pos == from.node->sizeText() ? from.node->goRight() : nullptr;
+  for (Node4C const* const item : {left, right}) {
+    if (item && isConstruct(*item)) search.search(*item);
+  }
+  Node4C const* text = from.node;
+  while (!search.hasFound()) {
+    Node4C const* const row = text->getParent();
+    Node4C const* const item = enclosingItem(text);
+    if (!item) return {};
+    for (unsigned long i = 0; i < item->numChildren(); ++i) {
+      if (item->child(i) != row) search.search(*item->child(i));
+    }
+    search.examine(*item->goLeft());
+    search.examine(*item->goRight());
+    text = item->goLeft();
+  }
+  return search.place(graphics);
+}
+
+}  // namespace zolt::field::detail

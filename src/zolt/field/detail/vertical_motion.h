@@ -1,0 +1,16 @@
+#pragma once
+
+#include "zolt/field/place.h"
+
+namespace zolt::math::ved {
+class ViewZNT4C;
+}
+
+namespace zolt::field::detail {
+
+/// The text place above (or below) `from` that is nearest to `column`; null when there is none. Looked for in
+/// the constructs beside the place, then in the other rows of the constructs around it and the rows that
+/// these stand in, the innermost first.
+PlaceS findVertical(math::ved::ViewZNT4C& view, PlaceS from, bool up, long& column);
+
+}  // namespace zolt::field::detail

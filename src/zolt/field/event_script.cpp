@@ -1,0 +1,372 @@
+#include "zolt/field/event_script.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "zolt/ved/view/key_code.h"
+
+namespace zolt::field {
+
+namespace {
+
+enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH };
+
+/// The longer ones first where one begins like another.
+struct WordS {
+  char16_t const* name;
+  ScriptWordE word;
+  ArgumentsE arguments;
+};
+
+constexpr WordS words[] = {
+    {u"char", SCRIPT_CHAR, CHARACTER},
+    {u"key", SCRIPT_KEY, KEY},
+    {u"type", SCRIPT_TYPE, TEXT},
+    {u"insert", SCRIPT_INSERT, TEXT},
+    {u"op", SCRIPT_OPERATOR, NAME},
+    {u"pen down", SCRIPT_PEN_DOWN, PRESS},
+    {u"pen move", SCRIPT_PEN_MOVE, POINT},
+    {u"pen up", SCRIPT_PEN_UP, NO_ARGUMENT},
+    {u"command", SCRIPT_COMMAND, NAME},
+    {u"copy", SCRIPT_COPY, NO_ARGUMENT},
+    {u"cut", SCRIPT_CUT, NO_ARGUMENT},
+    {u"paste prefix", SCRIPT_PASTE_PREFIX, TEXT},
+    {u"paste bytes", SCRIPT_PASTE_BYTES, TEXT},
+    {u"paste", SCRIPT_PASTE, NO_ARGUMENT},
+    {u"paste", SCRIPT_PASTE_TEXT, TEXT},
+    {u"undo", SCRIPT_UNDO, NO_ARGUMENT},
+    {u"redo", SCRIPT_REDO, NO_ARGUMENT},
+    {u"show", SCRIPT_SHOW, TEXT},
+    {u"tree", SCRIPT_TREE, TEXT},
+    {u"set", SCRIPT_SET, SWITCH},
+    {u"lock", SCRIPT_LOCK, NO_ARGUMENT},
+    {u"unlock", SCRIPT_UNLOCK, NO_ARGUMENT},
+    {u"paint", SCRIPT_PAINT, NO_ARGUMENT},
+};
+
+struct KeyS {
+  char16_t const* name;
+  unsigned long code;
+};
+
+constexpr KeyS keys[] = {
+    {u"backspace", math::ved::KEY_BACKSPACE}, {u"clear", math::ved::KEY_CLEAR},
+    {u"left", math::ved::KEY_LEFT},           {u"up", math::ved::KEY_UP},
+    {u"right", math::ved::KEY_RIGHT},         {u"down", math::ved::KEY_DOWN},
+    {u"delete", math::ved::KEY_DELETE},
+};
+
+constexpr char16_t digits[] = u"0123456789ABCDEF";
+
+bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
+
+int digitOf(char16_t c) {
+  if (c >= u'0' && c <= u'9') return c - u'0';
+  if (c >= u'A' && c <= u'F') return c - u'A' + 10;
+  if (c >= u'a' && c <= u'f') return c - u'a' + 10;
+  return 16;
+}
+
+bool readNumber(wstring const& word, int base, unsigned long& value) {
+  value = 0;
+  for (char16_t const c : word) {
+    int const digit = digitOf(c);
+    if (digit >= base || value > 0xFFFFFF) return false;
+    value = value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit);
+  }
+  return !word.empty();
+}
+
+class ScriptReaderC {
+ public:
+  explicit ScriptReaderC(wstring const& text) : text_(text) {}
+
+  bool read(EventScriptT& script, unsigned long& position) {
+    EventScriptT steps;
+    for (skipBlanks(); at_ < text_.size(); skipBlanks()) {
+      position = at_;
+      if (text_[at_] == u'#') {
+        at_ = std::min(text_.find(u'\n', at_), text_.size());
+        continue;
+      }
+      ScriptStepS step;
+      if (!readStep(step)) return false;
+      steps.push_back(std::move(step));
+    }
+    script = std::move(steps);
+    return true;
+  }
+
+ private:
+  void skipBlanks() {
+    while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+  }
+
+  wstring readWord() {
+    skipBlanks();
+    std::size_t const start = at_;
+    while (at_ < text_.size() && !isBlank(text_[at_])) ++at_;
+    return text_.substr(start, at_ - start);
+  }
+
+  /// Reads `word` when it is next; else nothing.
+  bool take(wstring const& word) {
+    std::size_t const before = at_;
+    if (readWord() == word) return true;
+    at_ = before;
+    return false;
+  }
+
+  bool takeName(wstring const& name) {
+    std::size_t const before = at_;
+    std::size_t const blank = name.find(u' ');
+    if (take(name.substr(0, blank)) && (blank == wstring::npos || take(name.substr(blank + 1)))) return true;
+    at_ = before;
+    return false;
+  }
+
+  bool readStep(ScriptStepS& step) {
+    for (WordS const& word : words) {
+      if (!takeName(word.name)) continue;
+      step.word = word.word;
+      if (word.word == SCRIPT_PASTE && isAtQuote()) step.word = SCRIPT_PASTE_TEXT;
+      return readArguments(step, step.word == SCRIPT_PASTE_TEXT ? TEXT : word.arguments);
+    }
+    return false;
+  }
+
+  bool isAtQuote() {
+    skipBlanks();
+    return at_ < text_.size() && text_[at_] == u'"';
+  }
+
+  bool readArguments(ScriptStepS& step, ArgumentsE arguments) {
+    switch (arguments) {
+      case NO_ARGUMENT:
+        return true;
+      case CHARACTER:
+        return readCharacter(step.code);
+      case KEY:
+        return readKey(step);
+      case TEXT:
+        return readText(step.text);
+      case NAME:
+        step.text = readWord();
+        return !step.text.empty();
+      case POINT:
+        return readCoordinate(step.x) && readCoordinate(step.y);
+      case PRESS:
+        return readCoordinate(step.x) && readCoordinate(step.y) && readPress(step);
+      case SWITCH:
+        step.text = readWord();
+        step.on = take(u"on");
+        return !step.text.empty() && (step.on || take(u"off"));
+    }
+    return false;
+  }
+
+  bool readCharacter(unsigned long& code) {
+    wstring const word = readWord();
+    if (word.size() == 1) {
+      code = word[0];
+      return true;
+    }
+    return word.compare(0, 2, u"U+") == 0 && readNumber(word.substr(2), 16, code);
+  }
+
+  bool readKey(ScriptStepS& step) {
+    wstring const name = readWord();
+    auto const* const key =
+        std::find_if(std::begin(keys), std::end(keys), [&](KeyS const& k) { return name == k.name; });
+    if (key != std::end(keys)) {
+      step.code = key->code;
+    } else if (!readNumber(name, 10, step.code)) {
+      return false;
+    }
+    step.shift = take(u"shift");
+    return true;
+  }
+
+  bool readPress(ScriptStepS& step) {
+    std::size_t const before = at_;
+    wstring const word = readWord();
+    unsigned long clicks = 1;
+    if (!word.empty() && word[0] == u'x' && readNumber(word.substr(1), 10, clicks)) {
+      step.clicks = static_cast<unsigned>(clicks);
+    } else {
+      at_ = before;
+    }
+    step.shift = take(u"shift");
+    return true;
+  }
+
+  bool readCoordinate(long& value) {
+    wstring const word = readWord();
+    bool const negative = !word.empty() && word[0] == u'-';
+    unsigned long size = 0;
+    if (!readNumber(word.substr(negative ? 1 : 0), 10, size)) return false;
+    value = negative ? -static_cast<long>(size) : static_cast<long>(size);
+    return true;
+  }
+
+  bool readText(wstring& text) {
+    if (!isAtQuote()) return false;
+    ++at_;
+    while (at_ < text_.size()) {
+      char16_t c = text_[at_++];
+      if (c == u'"') return true;
+      if (c == u'\\') {
+        if (at_ == text_.size()) return false;
+        c = text_[at_++];
+        if (c == u'u') {
+          unsigned long code = 0;
+          if (text_.size() - at_ < 4 || !readNumber(text_.substr(at_, 4), 16, code)) return false;
+          at_ += 4;
+          c = static_cast<char16_t>(code);
+        }
+      }
+      text += c;
+    }
+    return false;
+  }
+
+  wstring const& text_;
+  std::size_t at_ = 0;
+};
+
+void appendNumber(wstring& out, long value, unsigned base = 10) {
+  wstring reversed;
+  bool const negative = value < 0;
+  auto size = static_cast<unsigned long>(negative ? -value : value);
+  do {
+    reversed += digits[size % base];
+    size /= base;
+  } while (size > 0);
+  if (negative) reversed += u'-';
+  out.append(reversed.rbegin(), reversed.rend());
+}
+
+void appendText(wstring& out, wstring const& text) {
+  out += u'"';
+  for (char16_t const c : text) {
+    if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
+      out += u"\\u";
+      for (int shift = 12; shift >= 0; shift -= 4) out += digits[(c >> shift) & 0xF];
+      continue;
+    }
+    if (c == u'"' || c == u'\\') out += u'\\';
+    out += c;
+  }
+  out += u'"';
+}
+
+void appendCharacter(wstring& out, unsigned long code) {
+  if (code > u' ' && code < 0x7F) {
+    out += static_cast<char16_t>(code);
+  } else {
+    out += u"U+";
+    appendNumber(out, static_cast<long>(code), 16);
+  }
+}
+
+void appendKey(wstring& out, unsigned long code) {
+  for (KeyS const& key : keys) {
+    if (key.code != code) continue;
+    out += key.name;
+    return;
+  }
+  appendNumber(out, static_cast<long>(code));
+}
+
+void appendPoint(wstring& out, ScriptStepS const& step) {
+  appendNumber(out, step.x);
+  out += u' ';
+  appendNumber(out, step.y);
+}
+
+void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments) {
+  switch (arguments) {
+    case NO_ARGUMENT:
+      break;
+    case CHARACTER:
+      appendCharacter(out, step.code);
+      break;
+    case KEY:
+      appendKey(out, step.code);
+      if (step.shift) out += u" shift";
+      break;
+    case TEXT:
+      appendText(out, step.text);
+      break;
+    case NAME:
+      out += step.text;
+      break;
+    case POINT:
+      appendPoint(out, step);
+      break;
+    case PRESS:
+      appendPoint(out, step);
+      if (step.clicks > 1) {
+        out += u" x";
+        appendNumber(out, static_cast<long>(step.clicks));
+      }
+      if (step.shift) out += u" shift";
+      break;
+    case SWITCH:
+      out += step.text;
+      out += step.on ? u" on" : u" off";
+      break;
+  }
+}
+
+}  // namespace
+
+bool readEventScript(wstring const& text, EventScriptT& script, unsigned long& position) {
+  return ScriptReaderC(text).read(script, position);
+}
+
+wstring writeScriptStep(ScriptStepS const& step) {
+  wstring out;
+  for (WordS const& word : words) {
+    if (word.word != step.word) continue;
+    out = word.name;
+    if (word.arguments == NO_ARGUMENT) break;
+    out += u' ';
+    appendArguments(out, step, word.arguments);
+    break;
+  }
+  return out;
+}
+
+wstring writeEventScript(EventScriptT const& script) {
+  wstring out;
+  for (ScriptStepS const& step : script) {
+    out += writeScriptStep(step);
+    out += u'\n';
+  }
+  return out;
+}
+
+wstring toHexadecimal(bytestring const& bytes) {
+  wstring text;
+  for (unsigned char const byte : bytes) {
+    text += digits[byte >> 4];
+    text += digits[byte & 0xF];
+  }
+  return text;
+}
+
+bool fromHexadecimal(wstring const& text, bytestring& bytes) {
+  if (text.size() % 2 != 0) return false;
+  bytestring read;
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    int const high = digitOf(text[i]);
+    int const low = digitOf(text[i + 1]);
+    if (high > 15 || low > 15) return false;
+    read += static_cast<unsigned char>(high * 16 + low);
+  }
+  bytes = std::move(read);
+  return true;
+}
+
+}  // namespace zolt::field

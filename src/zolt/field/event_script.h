@@ -1,0 +1,67 @@
+#pragma once
+
+#include <vector>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::field {
+
+using oss::bytestring;
+using oss::wstring;
+
+// What a person and a host do to a formula field or a view, as lines of text: for tests, fuzz seeds, benches,
+// recordings and bug reports. docs/event-scripts.md describes the format.
+
+enum ScriptWordE {
+  SCRIPT_CHAR,          ///< `char a`, `char U+0028`: a typed character
+  SCRIPT_KEY,           ///< `key left`, `key 37 shift`: a key by its code
+  SCRIPT_TYPE,          ///< `type "abc"`: typed characters, one by one
+  SCRIPT_INSERT,        ///< `insert "abc"`: a whole text as one event
+  SCRIPT_OPERATOR,      ///< `op sqrt`: inserts the operator of that name
+  SCRIPT_PEN_DOWN,      ///< `pen down 10 5`, `pen down 10 5 x2 shift`
+  SCRIPT_PEN_MOVE,      ///< `pen move 10 5`
+  SCRIPT_PEN_UP,        ///< `pen up`
+  SCRIPT_COMMAND,       ///< `command select-all`
+  SCRIPT_COPY,          ///< `copy`
+  SCRIPT_CUT,           ///< `cut`
+  SCRIPT_PASTE,         ///< `paste`: what was copied
+  SCRIPT_PASTE_TEXT,    ///< `paste "(a+b)/2"`: plain text
+  SCRIPT_PASTE_PREFIX,  ///< `paste prefix "+(a,b)"`: an expression
+  SCRIPT_PASTE_BYTES,   ///< `paste bytes "0103…"`: a copied row, in hexadecimal
+  SCRIPT_UNDO,          ///< `undo`
+  SCRIPT_REDO,          ///< `redo`
+  SCRIPT_SHOW,          ///< `show "+(a,b)"`: the host shows an expression
+  SCRIPT_TREE,          ///< `tree "[\"a‸\"]"`: a tree with caret and selection, in tree notation
+  SCRIPT_SET,           ///< `set decimal-comma on`: an option
+  SCRIPT_LOCK,          ///< `lock`: not editable
+  SCRIPT_UNLOCK,        ///< `unlock`
+  SCRIPT_PAINT          ///< `paint`: the host draws
+};
+
+struct ScriptStepS {
+  ScriptWordE word = SCRIPT_CHAR;
+  wstring text;            ///< of a text word, or the name of an operator, command or option
+  unsigned long code = 0;  ///< of a character or a key
+  bool shift = false;      ///< of a key or the pointer
+  bool on = false;         ///< of an option
+  unsigned clicks = 1;     ///< of the pointer
+  long x = 0;
+  long y = 0;
+};
+
+using EventScriptT = std::vector<ScriptStepS>;
+
+/// Reads steps separated by blanks or line ends; a line that starts with "#" is a comment. On failure false,
+/// with `script` untouched and `position` at the step that could not be read.
+bool readEventScript(wstring const& text, EventScriptT& script, unsigned long& position);
+
+/// The script as it reads back, a line for each step, every one ended by "\n".
+wstring writeEventScript(EventScriptT const& script);
+/// One step, without the line end.
+wstring writeScriptStep(ScriptStepS const& step);
+
+wstring toHexadecimal(bytestring const& bytes);
+/// False when `text` is no sequence of pairs of hexadecimal digits.
+bool fromHexadecimal(wstring const& text, bytestring& bytes);
+
+}  // namespace zolt::field

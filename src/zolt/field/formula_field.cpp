@@ -1,0 +1,219 @@
+#include "zolt/field/formula_field.h"
+
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/field/detail/act.h"
+#include "zolt/field/detail/decimal_comma_graphics.h"
+#include "zolt/field/detail/implied_products.h"
+#include "zolt/field/detail/stretch.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/error_text.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::field {
+
+using namespace detail;
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+
+namespace {
+
+bytestring writeBytes(Node4C const& row) {
+  auto* const bytes = new oss::BinaryStringOutputStreamC;
+  PointerTC<oss::ByteOutputStreamABC> const held(bytes);
+  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(held));
+  row.writeObject(out);
+  bytes->flush();
+  return bytes->getString();
+}
+
+/// A place that a conversion found fault with, as a place for the caret: other items than texts are entered
+/// from outside.
+PlaceS toCaretPlace(PlaceS place, bool first) {
+  Node4C const& node = *place.node;
+  if (node.getType() == NODE4_ROOT) return rowEnd(*node.child(0));
+  if (node.getType() == NODE4_LINE) return rowEnd(node);
+  if (node.getType() != NODE4_TEXT) return first || place.pos == 0 ? placeBefore(node) : placeBehind(node);
+  return place.pos > node.sizeText() ? endOf(&node) : place;
+}
+
+}  // namespace
+
+FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
+    : surface_(new DecimalCommaGraphicsC(std::move(surface))),
+      view_(surface_),
+      clipboard_(new MemoryClipboardC) {}
+
+FormulaFieldC::~FormulaFieldC() = default;
+
+void FormulaFieldC::setOptions(InputOptionsS const& options) {
+  if (options.decimalComma != options_.decimalComma) {
+    surface_->showCommas(options.decimalComma);
+    view_.needLayout();
+  }
+  options_ = options;
+}
+
+void FormulaFieldC::setEditable(bool editable) {
+  ActC const act(*this, makeStep(editable ? SCRIPT_UNLOCK : SCRIPT_LOCK));
+  view_.setEditable(editable);
+}
+
+void FormulaFieldC::record(EventScriptT* script) {
+  recorded_ = script;
+  copied_ = ClipboardContentS();
+}
+
+// ---- Expression
+// ---------------------------------------------------------------------------------------------
+
+void FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression,
+                                  PointerTC<math::algexpr::ConstraintsBC> constraints,
+                                  unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
+  ActC const act(*this, makeStep(SCRIPT_SHOW, expression ? expression->toPrefixString() : wstring()));
+  wordTyped_ = false;
+  view_.setAlgebraicExpression(std::move(expression), std::move(constraints), precision, format);
+}
+
+bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS* error) {
+  auto expression = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession(), error);
+  if (!expression) return false;
+  setExpression(std::move(expression));
+  return true;
+}
+
+PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* error) {
+  completeWord();
+  if (auto expression = view_.getAlgebraicExpression(nullptr)) return expression;
+  if (options_.impliedProducts) {
+    ImpliedProductsC products(view_.crefRoot(), view_.crefOperatorList());
+    if (products.hasAdded()) {
+      ErrorSelectionS found;
+      auto expression = products.refRoot().getAlgebraicExpression(&found);
+      if (expression || !error || !found.firstNode || !found.secondNode) return expression;
+      select({toCaretPlace(products.toOriginal(*found.firstNode, found.firstIndex), true),
+              toCaretPlace(products.toOriginal(*found.secondNode, found.secondIndex), false)});
+      fillError(found.cause, *error);
+      return nullptr;
+    }
+  }
+  if (!error) return nullptr;
+  ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
+  view_.getAlgebraicExpression(&cause);
+  fillError(cause, *error);
+  return nullptr;
+}
+
+void FormulaFieldC::fillError(ErrorCauseE cause, FormulaErrorS& error) {
+  error.cause = cause;
+  error.text = describe(cause);
+  error.range = {anchor(), caret()};
+  error.box = view_.isSelected() ? view_.getCurrentNodeRectangle() : view_.getCaretRectangle();
+  reveal_ = true;
+}
+
+wstring FormulaFieldC::writeNotation() const {
+  bool const selected = view_.isSelected();
+  return writeTreeNotation(view_.crefRoot(), view_.getCaretNode(), view_.getCaretPos(),
+                           selected ? view_.getAnchorNode() : nullptr, view_.getAnchorPos());
+}
+
+bool FormulaFieldC::setNotation(wstring const& notation) {
+  ActC const act(*this, makeStep(SCRIPT_TREE, notation));
+  wordTyped_ = false;
+  TreeNotationS tree;
+  unsigned long position = 0;
+  if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
+  Node4C const& row = *view_.crefRoot().child(0);
+  select({rowStart(row), rowEnd(row)});
+  if (!view_.paste(writeBytes(*tree.root->child(0)))) return false;
+  if (!tree.caretNode) return true;
+  SavedSelectionS places;
+  places.caretPath = pathOf(*tree.caretNode);
+  places.caretPos = tree.caretPos;
+  places.anchorPath = tree.anchorNode ? pathOf(*tree.anchorNode) : places.caretPath;
+  places.anchorPos = tree.anchorNode ? tree.anchorPos : tree.caretPos;
+  restoreSelection(places);
+  return true;
+}
+
+// ---- Selection and groups
+// -----------------------------------------------------------------------------------
+
+PlaceS FormulaFieldC::anchor() const {
+  return view_.isSelected() ? PlaceS{view_.getAnchorNode(), view_.getAnchorPos()} : caret();
+}
+
+bool FormulaFieldC::select(SelectionS selection) {
+  return view_.selectRange(selection.anchor.node, selection.anchor.pos, selection.caret.node,
+                           selection.caret.pos);
+}
+
+bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
+  return begin == end ? placeCaret(begin) : select({begin, end}) && sendKey(KEY_DELETE);
+}
+
+FormulaFieldC::SavedSelectionS FormulaFieldC::saveSelection() const {
+  return {pathOf(*anchor().node), pathOf(*caret().node), anchor().pos, caret().pos};
+}
+
+void FormulaFieldC::restoreSelection(SavedSelectionS const& saved) {
+  Node4C const* const anchorNode = nodeAt(view_.crefRoot(), saved.anchorPath);
+  Node4C const* const caretNode = nodeAt(view_.crefRoot(), saved.caretPath);
+  if (anchorNode && caretNode) select({{anchorNode, saved.anchorPos}, {caretNode, saved.caretPos}});
+}
+
+void FormulaFieldC::beginGroup() {
+  if (groups_++ > 0) return;
+  groupFailed_ = false;
+  view_.beginGroup();
+}
+
+bool FormulaFieldC::endGroup(bool succeeded) {
+  if (!succeeded) groupFailed_ = true;
+  if (--groups_ > 0) return succeeded;
+  if (!groupFailed_) return view_.endGroup();
+  view_.cancelGroup();
+  return false;
+}
+
+// ---- For painting
+// ---------------------------------------------------------------------------------------
+
+std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() {
+  std::vector<RectangleS> bands;
+  if (!view_.isSelected()) return bands;
+  view_.getExpressionSize();  // lays out
+  StretchS const stretch = selectedStretch(view_);
+  PointS const at = stretch.row->getAbsolutePosition();
+  GraphicsABC const& graphics = view_.crefGraphics();
+  for (unsigned long i = stretch.first; i <= stretch.last; ++i) {
+    Node4C const& item = *stretch.row->child(i);
+    item.selectFont(graphics);
+    auto const width = [&](unsigned int count) {
+      return graphics.getTextWidth(item.crefText().substr(0, count));
+    };
+    RectangleS band{at.x + item.getDX(), at.y + item.getDY(), at.x + item.getDX() + item.getWidth(),
+                    at.y + item.getDY() + item.getHeight()};
+    if (i == stretch.last) band.right = band.left + width(stretch.lastPos);
+    if (i == stretch.first) band.left += width(stretch.firstPos);
+    if (band.right <= band.left) continue;
+    if (!bands.empty()) bands.back().right = band.left;  // no gaps between bands
+    if (!bands.empty() && bands.back().top == band.top && bands.back().bottom == band.bottom) {
+      bands.back().right = band.right;
+    } else {
+      bands.push_back(band);
+    }
+  }
+  return bands;
+}
+
+bool FormulaFieldC::takeRevealRequest(RectangleS& box) {
+  if (!reveal_) return false;
+  reveal_ = false;
+  box = view_.getCaretRectangle();
+  return true;
+}
+
+}  // namespace zolt::field

@@ -1,0 +1,183 @@
+#pragma once
+
+#include <vector>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/constraints.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/auto_replace.h"
+#include "zolt/field/caret_motion.h"
+#include "zolt/field/clipboard.h"
+#include "zolt/field/commands.h"
+#include "zolt/field/event_script.h"
+#include "zolt/field/input_options.h"
+#include "zolt/field/place.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/geometry/graphics.h"
+#include "zolt/ved/geometry/rectangle.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::field {
+
+using oss::PointerTC;
+using oss::wstring;
+
+namespace detail {
+class DecimalCommaGraphicsC;
+}
+
+/// Why a formula is not an expression yet, and which part of it is to blame (also selected).
+struct FormulaErrorS {
+  math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
+  wstring text;               ///< the cause as a sentence, without a full stop
+  SelectionS range;           ///< its ends are equal where something is missing
+  math::ved::RectangleS box;  ///< around the range, in view coordinates
+};
+
+/// A formula field without a window: one view, and around it what people expect of a formula field on any
+/// toolkit. A host translates its events into the calls below, paints the view and the rectangles, and shows
+/// what is asked of it.
+///
+/// Calls that take input answer whether it was taken; what is refused changes nothing. One thing that a
+/// person does is one step to undo, a run of typed characters too. Everything is in the surface's units.
+class FormulaFieldC {
+ public:
+  /// Keeps `surface` for its lifetime; it must not be null.
+  explicit FormulaFieldC(PointerTC<math::ved::GraphicsABC> surface);
+  ~FormulaFieldC();
+  FormulaFieldC(FormulaFieldC const&) = delete;
+  FormulaFieldC& operator=(FormulaFieldC const&) = delete;
+
+  /// For painting, sizes and whatever only reads. Input goes through the field.
+  math::ved::ViewZNT4C& refView() { return view_; }
+  math::ved::ViewZNT4C const& crefView() const { return view_; }
+
+  InputOptionsS const& getOptions() const { return options_; }
+  void setOptions(InputOptionsS const& options);
+  bool isEditable() const { return view_.isEditable(); }
+  void setEditable(bool editable);
+
+  // ---- Expression (formula_field.cpp) -------------------------------------------------------------------
+  /// As `ViewZNT4C::setAlgebraicExpression`: shown all selected, with a new history.
+  void setExpression(PointerTC<math::algexpr::AlgebraicExpressionC> expression,
+                     PointerTC<math::algexpr::ConstraintsBC> constraints = nullptr,
+                     unsigned long precision = 0,
+                     math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  /// Shows plain text as a formula. False, with nothing changed, when it is none; `error` may be null.
+  bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
+  /// The formula as it stands. Null when it is incomplete or wrong; with `error` (may be null) the faulty
+  /// part is then selected.
+  PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FormulaErrorS* error = nullptr);
+  /// The formula as a tree with caret and selection, for dumps and tests.
+  wstring writeNotation() const;
+  /// Puts up a tree with its caret and selection as one edit. False when the text does not read or is no tree
+  /// of a formula.
+  bool setNotation(wstring const& notation);
+
+  // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
+  /// One typed character, by the rules of typing.
+  bool typeCharacter(char16_t c);
+  /// A text from an input method: typed as one act.
+  bool insertText(wstring const& text);
+  /// Inserts the operator of that name, as a palette does.
+  bool insertOperator(wstring const& name);
+  /// A key by its code: the operator that is bound to it, or the command of the usual editing keys.
+  bool pressKey(unsigned long code, bool shift);
+
+  // ---- Pointer (formula_field_pointer.cpp) ----------------------------------------------------------------
+  /// `clicks` 2 selects the item at the pointer, 3 its row, 4 everything. `extend` keeps the selection's
+  /// other end, as with Shift held.
+  bool pressPointer(long x, long y, unsigned clicks = 1, bool extend = false);
+  bool movePointer(long x, long y);
+  bool releasePointer();
+
+  // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
+  /// Whether `run` would do anything now.
+  bool isEnabled(CommandE command);
+  bool run(CommandE command);
+
+  // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
+  /// Where the clipboard commands put and find content; at first a memory of the field's own. Not null.
+  void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
+  ClipboardABC& refClipboard() { return *clipboard_; }
+  /// The selection, for hosts that are handed the clipboard with the event.
+  ClipboardContentS copy() const { return copySelection(view_, options_.decimalComma); }
+  PasteE paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error = nullptr);
+
+  // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
+  math::ved::RectangleS getCaretRectangle() { return view_.getCaretRectangle(); }
+  /// The selection as bands, one for each part that has a height of its own, from left to right; none when
+  /// nothing is selected. `ViewZNT4C::getCurrentNodeRectangle` is the box around them.
+  std::vector<math::ved::RectangleS> getSelectionRectangles();
+  /// True, once, when input has moved the caret: `box` is then what should be brought into sight.
+  bool takeRevealRequest(math::ved::RectangleS& box);
+
+  // ---- Recording ------------------------------------------------------------------------------------------
+  /// Appends all input from now on to `script`, which the caller keeps alive until it passes null.
+  void record(EventScriptT* script);
+
+ private:
+  class ActC;
+
+  /// A caret and anchor by their paths, which survive what gives the tree new nodes.
+  struct SavedSelectionS {
+    std::vector<unsigned long> anchorPath;
+    std::vector<unsigned long> caretPath;
+    unsigned int anchorPos = 0;
+    unsigned int caretPos = 0;
+  };
+
+  // formula_field.cpp
+  PlaceS caret() const { return {view_.getCaretNode(), view_.getCaretPos()}; }
+  PlaceS anchor() const;  ///< the caret when nothing is selected
+  bool placeCaret(PlaceS place) { return select({place, place}); }
+  bool select(SelectionS selection);
+  bool deleteRange(PlaceS begin, PlaceS end);
+  SavedSelectionS saveSelection() const;
+  void restoreSelection(SavedSelectionS const& saved);
+  /// Until `endGroup`, all edits are one step; groups may nest. `endGroup` is false, with everything as it
+  /// was before the outermost group, when it or one inside failed.
+  void beginGroup();
+  bool endGroup(bool succeeded);
+  PointerTC<math::algexpr::AlgebraicExpressionC> readImpliedProducts(FormulaErrorS* error);
+  void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
+
+  // formula_field_input.cpp
+  bool actOn(InputDecisionS const& decision);
+  bool typeExponent(wstring const& text, bool stays);
+  bool bracketSelection();
+  void replaceCompleted(InputDecisionS const& decision, bool wordBefore);
+  bool replaceText(ReplacementS const& replacement);
+  bool replaceCall(ConstructReplacementS const& replacement);
+  /// Turns the name that was just typed into its letter.
+  void completeWord();
+
+  // formula_field_commands.cpp
+  bool isMotionEnabled(CaretMotionE motion, bool selecting);
+  bool runMotion(CaretMotionE motion, bool selecting);
+  bool runSelection(CommandE command);
+  bool runEdit(CommandE command);
+  bool runHistory(bool redo);
+  bool deleteLeft();
+  bool deleteRight();
+  bool deleteItem(CaretMotionE motion);
+  bool sendKey(unsigned long code);
+
+  PointerTC<detail::DecimalCommaGraphicsC> surface_;
+  math::ved::ViewZNT4C view_;
+  InputOptionsS options_;
+  PointerTC<ClipboardABC> clipboard_;
+  ClipboardContentS copied_;  // by the commands, since the recording began
+  EventScriptT* recorded_ = nullptr;
+  unsigned acts_ = 0;  // calls under way, one inside another
+  unsigned groups_ = 0;
+  bool groupFailed_ = false;
+  bool reveal_ = false;
+  bool wordTyped_ = false;  // the last input typed a letter, so that a name may be on its way
+  long column_ = no_column;
+  std::vector<SelectionS> grown_;  // the selections before each growth
+};
+
+}  // namespace zolt::field

@@ -1,0 +1,22 @@
+#include "zolt/field/detail/act.h"
+#include "zolt/field/formula_field.h"
+
+namespace zolt::field {
+
+namespace {
+
+ScriptStepS stepOfPaste(ClipboardContentS const& content) {
+  if (!content.bytes.empty()) return makeStep(SCRIPT_PASTE_BYTES, toHexadecimal(content.bytes));
+  if (!content.prefix.empty()) return makeStep(SCRIPT_PASTE_PREFIX, content.prefix);
+  return makeStep(SCRIPT_PASTE_TEXT, content.plainText);
+}
+
+}  // namespace
+
+PasteE FormulaFieldC::paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error) {
+  ActC const act(*this, stepOfPaste(content));
+  completeWord();
+  return pasteContent(view_, content, options_.decimalComma, error);
+}
+
+}  // namespace zolt::field

@@ -1,0 +1,206 @@
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/field/detail/act.h"
+#include "zolt/field/detail/sign_folding.h"
+#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/formula_field.h"
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::field {
+
+using namespace detail;
+using namespace math::ved;
+
+namespace {
+
+/// The exponent just before the place when a raised character can still join it: "x¹⁰".
+Node4C const* findGrowingExponent(PlaceS place) {
+  Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
+  if (!left || left->getType() != NODE4_POWER || left->child(0)->numChildren() != 1) return nullptr;
+  for (char16_t const c : left->child(0)->child(0)->crefText()) {
+    if (!math::common::isDigit(c) && !math::common::isMinus(c)) return nullptr;
+  }
+  return left;
+}
+
+bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
+
+}  // namespace
+
+bool FormulaFieldC::typeCharacter(char16_t c) {
+  ScriptStepS step = makeStep(SCRIPT_CHAR);
+  step.code = c;
+  ActC const act(*this, step);
+  bool const wordBefore = wordTyped_;
+  if (!view_.isEditable()) return false;
+  InputDecisionS decision = decideInput(view_, c, options_);
+  if (wordBefore && decision.target) {
+    // The name has to be looked for before the caret leaves it.
+    completeWord();
+    decision = decideInput(view_, c, options_);
+  }
+  wordTyped_ = false;
+  if (!actOn(decision)) return false;
+  replaceCompleted(decision, wordBefore);
+  wordTyped_ = decision.kind == INPUT_TEXT && isWord(decision.text) &&
+               (wordBefore || !math::common::isDigit(decision.text[0]));
+  return true;
+}
+
+bool FormulaFieldC::insertText(wstring const& text) {
+  ActC const act(*this, makeStep(SCRIPT_INSERT, text));
+  if (text.size() == 1) return typeCharacter(text[0]);
+  bool taken = !text.empty();
+  beginGroup();
+  for (std::size_t i = 0; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
+  return endGroup(taken);
+}
+
+bool FormulaFieldC::insertOperator(wstring const& name) {
+  ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
+  if (!view_.crefOperatorList().lookup(name)) return false;
+  completeWord();
+  return view_.insertText(name);
+}
+
+bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
+  ScriptStepS step = makeStep(SCRIPT_KEY);
+  step.code = code;
+  step.shift = shift;
+  bool const vertical = code == KEY_UP || code == KEY_DOWN;
+  ActC const act(*this, step, vertical ? ActC::KEEP_COLUMN : ActC::KEEP_NOTHING);
+  if (!view_.crefOperatorList().lookupKey(code)) {
+    switch (code) {
+      case KEY_BACKSPACE:
+        return run(COMMAND_DELETE_LEFT);
+      case KEY_CLEAR:
+        return run(COMMAND_CLEAR);
+      case KEY_DELETE:
+        return run(COMMAND_DELETE_RIGHT);
+      case KEY_LEFT:
+        return run(shift ? COMMAND_SELECT_LEFT : COMMAND_LEFT);
+      case KEY_UP:
+        return run(shift ? COMMAND_SELECT_UP : COMMAND_UP);
+      case KEY_RIGHT:
+        return run(shift ? COMMAND_SELECT_RIGHT : COMMAND_RIGHT);
+      case KEY_DOWN:
+        return run(shift ? COMMAND_SELECT_DOWN : COMMAND_DOWN);
+      default:
+        break;
+    }
+  }
+  completeWord();
+  return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
+}
+
+bool FormulaFieldC::actOn(InputDecisionS const& decision) {
+  switch (decision.kind) {
+    case INPUT_MOVE:
+      return placeCaret(decision.target);
+    case INPUT_TEXT:
+    case INPUT_OPERATOR:
+      if (!decision.target) return view_.insertText(decision.text);
+      beginGroup();
+      return endGroup(placeCaret(decision.target) && view_.insertText(decision.text));
+    case INPUT_EXPONENT:
+      return typeExponent(decision.text, false);
+    case INPUT_OPEN_EXPONENT:
+      return typeExponent(decision.text, true);
+    case INPUT_BRACKETS:
+      return bracketSelection();
+  }
+  return false;
+}
+
+bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
+  beginGroup();
+  bool done = !view_.isSelected() || bracketSelection();
+  Node4C const* const growing = findGrowingExponent(caret());
+  done = done && (growing ? placeCaret(rowEnd(*growing->child(0))) : view_.insertText(u"^"));
+  done = done && view_.insertText(text);
+  Node4C const* const item = done ? enclosingItem(caret().node) : nullptr;
+  if (item && !stays) placeCaret(placeBehind(*item));
+  return endGroup(done);
+}
+
+bool FormulaFieldC::bracketSelection() {
+  bytestring content;
+  view_.copy(content);
+  beginGroup();
+  return endGroup(view_.insertText(u"(") && view_.paste(content) && view_.insertText(u")"));
+}
+
+void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBefore) {
+  if (decision.kind == INPUT_MOVE) return;
+  bool const typed = decision.kind == INPUT_TEXT;
+  if (options_.letters && typed) {
+    if (ReplacementS const found = findSignReplacement(view_); found.begin) {
+      replaceText(found);
+      return;
+    }
+  }
+  if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
+    if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
+      replaceCall(found);
+      return;
+    }
+  }
+  if (!options_.letters || !wordBefore || (typed && isWord(decision.text))) return;
+  // What ended the name stands behind it, in the same text or, as an item, before the caret's.
+  PlaceS const at = caret();
+  Node4C const* const text = at.pos > 0 ? at.node : previousText(at.node);
+  if (!text || decision.text == u"(") return;
+  ReplacementS const found = findLetterReplacement(at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text));
+  if (found.begin) replaceText(found);
+}
+
+void FormulaFieldC::completeWord() {
+  if (!wordTyped_ || !options_.letters) return;
+  wordTyped_ = false;
+  ReplacementS const found = findLetterReplacement(caret());
+  if (found.begin && !view_.isSelected()) replaceText(found);
+}
+
+bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
+  SavedSelectionS places = saveSelection();
+  bool const caretMoves = caret() != replacement.end;
+  bool const sameText = caret().node == replacement.end.node;
+  unsigned int const behind = places.caretPos - replacement.end.pos;
+  beginGroup();
+  bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.text);
+  for (std::size_t i = 0; done && i < replacement.exponent.size(); ++i) {
+    done = view_.insertText(replacement.exponent.substr(i, 1));
+  }
+  if (done && caretMoves) {
+    if (sameText) places.caretPos = view_.getCaretPos() + behind;
+    places.anchorPath = places.caretPath;
+    places.anchorPos = places.caretPos;
+    restoreSelection(places);
+  }
+  return endGroup(done);
+}
+
+bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
+  bytestring content;
+  if (replacement.contentBegin && replacement.contentBegin != replacement.contentEnd) {
+    SavedSelectionS const places = saveSelection();
+    select({replacement.contentBegin, replacement.contentEnd});
+    view_.copy(content);
+    restoreSelection(places);
+  }
+  beginGroup();
+  bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.op->getName());
+  Node4C const* const construct = done ? enclosingItem(caret().node) : nullptr;
+  if (!construct || construct->getType() != NODE4_OPERATOR) return endGroup(false);
+  PathT const path = pathOf(*construct);
+  auto const enter = [&](unsigned long row) {
+    Node4C const* const node = nodeAt(view_.crefRoot(), path);
+    return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));
+  };
+  if (!content.empty()) done = enter(replacement.contentRow) && view_.paste(content);
+  if (!replacement.mark.empty())
+    done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
+  return endGroup(done && enter(replacement.caretRow));
+}
+
+}  // namespace zolt::field

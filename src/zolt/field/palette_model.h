@@ -1,0 +1,42 @@
+#pragma once
+
+#include <vector>
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::math::ved {
+class ViewZNT4C;
+}
+
+namespace zolt::field {
+
+using oss::wstring;
+
+class FormulaFieldC;
+
+/// One button of a palette.
+struct PaletteEntryS {
+  wstring insert;    ///< an operator's name, or else the letter to be typed
+  wstring title;     ///< for menus and screen readers: "Square root"
+  wstring label;     ///< a few characters for a button that shows no picture: "√"
+  wstring shortcut;  ///< what can be typed instead: "sqrt("; empty: nothing
+  wstring toolTip;   ///< title and shortcut in one line
+  /// What it inserts, as a tree in tree notation without caret, to be laid out and drawn small.
+  wstring picture;
+};
+
+struct PaletteGroupS {
+  wstring title;
+  std::vector<PaletteEntryS> entries;
+};
+
+/// The groups of a palette for a view: the standard operators that its operator table knows, then the Greek
+/// letters. Makes each picture by inserting it once, so call it once and keep the result.
+std::vector<PaletteGroupS> makePalette(math::ved::ViewZNT4C const& view);
+
+/// Whether the entry could be inserted now.
+bool isEnabled(PaletteEntryS const& entry, FormulaFieldC const& field);
+/// Inserts it at the field's caret, as a step of its own.
+bool runEntry(PaletteEntryS const& entry, FormulaFieldC& field);
+
+}  // namespace zolt::field

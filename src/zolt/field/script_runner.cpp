@@ -1,0 +1,113 @@
+#include "zolt/field/script_runner.h"
+
+namespace zolt::field {
+
+using math::algexpr::AlgebraicExpressionC;
+
+ScriptRunnerC::ScriptRunnerC(FormulaFieldC& field) : field_(field) {
+  field_.setClipboard(new MemoryClipboardC);
+}
+
+bool ScriptRunnerC::run(EventScriptT const& script) {
+  bool taken = true;
+  for (ScriptStepS const& step : script) taken = run(step);
+  return taken;
+}
+
+bool ScriptRunnerC::run(ScriptStepS const& step) {
+  ClipboardContentS content;
+  switch (step.word) {
+    case SCRIPT_CHAR:
+      return field_.typeCharacter(static_cast<char16_t>(step.code & 0xFFFF));
+    case SCRIPT_KEY:
+      return field_.pressKey(step.code, step.shift);
+    case SCRIPT_TYPE: {
+      bool taken = true;
+      for (char16_t const c : step.text) taken = field_.typeCharacter(c);
+      return taken;
+    }
+    case SCRIPT_INSERT:
+      return field_.insertText(step.text);
+    case SCRIPT_OPERATOR:
+      return field_.insertOperator(step.text);
+    case SCRIPT_PEN_DOWN:
+      return field_.pressPointer(step.x, step.y, step.clicks, step.shift);
+    case SCRIPT_PEN_MOVE:
+      return field_.movePointer(step.x, step.y);
+    case SCRIPT_PEN_UP:
+      return field_.releasePointer();
+    case SCRIPT_COMMAND: {
+      CommandS const* const command = findCommand(step.text);
+      return command && field_.run(command->command);
+    }
+    case SCRIPT_COPY:
+      return field_.run(COMMAND_COPY);
+    case SCRIPT_CUT:
+      return field_.run(COMMAND_CUT);
+    case SCRIPT_PASTE:
+      return field_.run(COMMAND_PASTE);
+    case SCRIPT_PASTE_TEXT:
+      content.plainText = step.text;
+      return paste(content);
+    case SCRIPT_PASTE_PREFIX:
+      content.prefix = step.text;
+      return paste(content);
+    case SCRIPT_PASTE_BYTES:
+      return fromHexadecimal(step.text, content.bytes) && paste(content);
+    case SCRIPT_UNDO:
+      return field_.run(COMMAND_UNDO);
+    case SCRIPT_REDO:
+      return field_.run(COMMAND_REDO);
+    case SCRIPT_SHOW:
+      return show(step.text);
+    case SCRIPT_TREE:
+      return field_.setNotation(step.text);
+    case SCRIPT_SET:
+      return set(step.text, step.on);
+    case SCRIPT_LOCK:
+      field_.setEditable(false);
+      return true;
+    case SCRIPT_UNLOCK:
+      field_.setEditable(true);
+      return true;
+    case SCRIPT_PAINT:
+      field_.refView().display(0, 0);
+      return true;
+  }
+  return false;
+}
+
+StepReportS ScriptRunnerC::runAndReport(ScriptStepS const& step) {
+  StepReportS report;
+  report.step = step;
+  report.taken = run(step);
+  report.notation = field_.writeNotation();
+  return report;
+}
+
+bool ScriptRunnerC::show(wstring const& prefix) {
+  auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
+  if (!expression) return false;
+  field_.setExpression(std::move(expression));
+  return true;
+}
+
+bool ScriptRunnerC::paste(ClipboardContentS const& content) {
+  pasteError_ = exchange::PlainTextErrorS();
+  return field_.paste(content, &pasteError_) != PASTE_REFUSED;
+}
+
+bool ScriptRunnerC::set(wstring const& option, bool on) {
+  InputOptionsS options = field_.getOptions();
+  if (!setOption(options, option, on)) return false;
+  field_.setOptions(options);
+  return true;
+}
+
+wstring writeReport(StepReportS const& report) {
+  wstring line = writeScriptStep(report.step) + u" \u2192 " + report.notation;
+  if (!report.taken) line += u" refused";
+  return line;
+}
+
+}  // namespace zolt::field

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "zolt/field/event_script.h"
+#include "zolt/field/formula_field.h"
+
+namespace zolt::field {
+
+/// What a step of a script did.
+struct StepReportS {
+  ScriptStepS step;
+  bool taken = false;  ///< whether the field took it; steps without an answer are always taken
+  wstring notation;    ///< the formula afterwards, with caret and selection
+};
+
+/// Plays event scripts on a formula field, which is left with a clipboard of its own.
+class ScriptRunnerC {
+ public:
+  explicit ScriptRunnerC(FormulaFieldC& field);
+
+  bool run(ScriptStepS const& step);
+  /// The last step's answer; true for an empty script.
+  bool run(EventScriptT const& script);
+  StepReportS runAndReport(ScriptStepS const& step);
+
+  /// Why the last paste was refused.
+  exchange::PlainTextErrorS const& getPasteError() const { return pasteError_; }
+
+ private:
+  bool show(wstring const& prefix);
+  bool paste(ClipboardContentS const& content);
+  bool set(wstring const& option, bool on);
+
+  FormulaFieldC& field_;
+  exchange::PlainTextErrorS pasteError_;
+};
+
+/// `char a → ["a‸"]`, with "refused" behind it when the step was.
+wstring writeReport(StepReportS const& report);
+
+}  // namespace zolt::field
