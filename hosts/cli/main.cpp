@@ -36,6 +36,17 @@ std::vector<std::string> getWords(int argc, char** argv) {
   return words;
 }
 
+/// What is wrong with the command line, and where to read how it should be.
+std::string describe(CLI::ParseError const& error, CLI::App const& program, std::string const& firstWord) {
+  auto const commands = program.get_subcommands();
+  if (commands.empty() && firstWord[0] != '-')
+    return "there is no command \"" + firstWord + "\"\nTry: ved --help";
+  std::string message = error.what();
+  if (dynamic_cast<CLI::ExtrasError const*>(&error) && !commands.empty())
+    message += "\nAn expression that begins with \"-\" needs \"--\" before it.";
+  return message + "\nTry: ved " + (commands.empty() ? "" : commands.front()->get_name() + ' ') + "--help";
+}
+
 int run(int argc, char** argv) {
   CLI::App program("Formulas from text to pictures and between notations", "ved");
   program.set_version_flag("--version", "ved " ZOLT_VERSION, "Print the version");
@@ -58,7 +69,7 @@ int run(int argc, char** argv) {
   } catch (CLI::Success const& request) {
     return program.exit(request);
   } catch (CLI::ParseError const& error) {
-    cli::printMessage(std::string(error.what()) + "\nTry: ved --help");
+    cli::printMessage(describe(error, program, argv[1]));
     return cli::EXIT_STATUS_USAGE;
   }
   auto const session = math::algexpr::CASSessionBC::getSession();

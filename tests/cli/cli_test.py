@@ -331,6 +331,13 @@ class CommandLineTest(unittest.TestCase):
                 self.assertEqual((status, out), (USAGE, b""))
                 self.assertNotEqual(err, b"")
 
+    def test_wrong_usage_is_explained(self):
+        self.assertEqual(ved("draw", "x")[2], b'ved: there is no command "draw"\nTry: ved --help\n')
+        message = ved("convert", "-x")[2].decode()
+        self.assertIn("-x", message.splitlines()[0])
+        self.assertIn('needs "--" before it', message)
+        self.assertTrue(message.endswith("Try: ved convert --help\n"))
+
     def test_inputs(self):
         self.assertEqual(ved("convert", "[a"), ved("convert", "-i", "-", stdin="[a")[:1] + ved("convert", "[a")[1:])
         self.assertEqual(ved("convert", "-", stdin="x")[:2], (OK, b"x\n"))
