@@ -5,13 +5,18 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "zolt/algexpr/make_node.h"
-#include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/number_display_format.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/catalogue/standard_operators.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/node4.h"
 
 namespace zolt::exchange {
 namespace {
@@ -47,6 +52,55 @@ void onSmallStack(std::function<void()> work) {
   pthread_attr_destroy(&attributes);
 }
 
+PointerTC<math::ved::OperatorListC> standardOperators() {
+  PointerTC<math::ved::OperatorListC> const operators =
+      math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  if (operators->crefByName().empty()) catalogue::registerStandardOperators(*operators);
+  return operators;
+}
+
+/// The node without the brackets that change nothing.
+NodeT withoutBrackets(NodeT const& node) {
+  math::algexpr::ParentNodeABC const* const parent = node->asParent();
+  if (!parent) return node;
+  if (parent->crefName() == u"_quietpos") return withoutBrackets(parent->childPointer(0));
+  std::vector<NodeT> children;
+  for (unsigned long i = 0; i < parent->numChildren(); ++i) {
+    children.push_back(withoutBrackets(parent->childPointer(i)));
+  }
+  return makeFunction(parent->crefName(), std::move(children));
+}
+
+std::string prefixWithoutBrackets(AlgebraicExpressionC const& expression) {
+  return shown(AlgebraicExpressionC(withoutBrackets(expression.getNode()), nullptr).toPrefixString());
+}
+
+/// Through the formula on the screen and back.
+ExpressionT shownAndRead(ExpressionT const& expression) {
+  standardOperators();
+  std::unique_ptr<math::ved::Node4C> const tree(
+      math::ved::Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+  return tree->getAlgebraicExpression(nullptr);
+}
+
+TEST(PlainText, EveryStandardOperatorHasAForm) {
+  for (auto const& [name, op] : standardOperators()->crefByName()) {
+    NodeT node = makeNamed(name);
+    if (op->getArity() > 0) {
+      std::vector<NodeT> arguments;
+      for (unsigned long i = 0; i < op->getArity(); ++i)
+        arguments.push_back(makeNamed(wstring(1, u'a' + char16_t(i))));
+      node = makeFunction(name, std::move(arguments));
+    }
+    AlgebraicExpressionC const expression(node, nullptr);
+    wstring const text = toPlainText(expression);
+    EXPECT_EQ(wstring::npos, text.find(u'"')) << shown(text);
+    ExpressionT const again = fromPlainText(text, nullptr);
+    ASSERT_TRUE(again) << shown(text);
+    EXPECT_EQ(shown(expression.toPrefixString()), shown(again->toPrefixString()));
+  }
+}
+
 TEST(PlainText, Cases) {
   std::ifstream in(ZOLT_TEST_DATA "/plain.cases");
   std::string line;
@@ -55,6 +109,8 @@ TEST(PlainText, Cases) {
   int count = 0;
   for (int number = 1; std::getline(in, line); ++number) {
     if (line.empty() || line[0] == '#') continue;
+    bool const hasFormula = line.compare(0, 2, "~ ") != 0;
+    if (!hasFormula) line.erase(0, 2);
     bool const isBoth = line.find(both) != std::string::npos;
     std::size_t const at = line.find(isBoth ? both : to);
     ASSERT_NE(std::string::npos, at) << "plain.cases:" << number;
@@ -72,6 +128,11 @@ TEST(PlainText, Cases) {
       EXPECT_TRUE(!isBoth || text == written) << "plain.cases:" << number << " wrote " << shown(written);
       ExpressionT const again = fromPlainText(written, nullptr);
       EXPECT_TRUE(again && again->equals(*expression)) << "plain.cases:" << number;
+      if (hasFormula && written.find(u'"') == wstring::npos) {
+        ExpressionT const edited = shownAndRead(expression);
+        EXPECT_EQ(prefixWithoutBrackets(*expression), edited ? prefixWithoutBrackets(*edited) : "")
+            << "plain.cases:" << number;
+      }
     } else {
       found = "error " + std::to_string(error.cause) + " " + std::to_string(error.begin) + "-" +
               std::to_string(error.end);
@@ -211,14 +272,14 @@ TEST(PlainText, LengthAndDepth) {
       repeated(depth, u"(a+") + u"b" + repeated(depth, u")*c"),
       repeated(depth, u"-(") + u"-a" + repeated(depth, u")"),
       repeated(depth, u"(") + u"a" + repeated(depth, u")"),
-      u"f(a" + repeated(terms, u",b") + u")",
+      u"f(a" + repeated(depth, u",b") + u")",
   };
   std::vector<wstring> const others{
       repeated(depth, u"-") + u"a",     repeated(depth, u"√") + u"2",
       repeated(depth, u"sin ") + u"x",  repeated(depth, u"|a+") + u"b" + repeated(depth, u"|"),
-      repeated(terms, u"a "),           repeated(depth, u"2^-") + u"x",
+      repeated(depth, u"a "),           repeated(depth, u"2^-") + u"x",
       repeated(depth, u"sin x "),       repeated(depth, u"[") + u"a" + repeated(depth, u"]"),
-      u"sin " + repeated(terms, u"a "),
+      u"sin " + repeated(depth, u"a "),
   };
   onSmallStack([&] {
     for (wstring const& text : canonical) {

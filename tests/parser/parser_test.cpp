@@ -208,8 +208,8 @@ TEST_F(ParserTest, LengthAndDepth) {
   constexpr unsigned long depth = 20000;
   std::vector<LongS> const texts{
       {u"a" + repeated(terms, u"+b"), 1 + terms * 5},
-      {u"a" + repeated(terms, u" and b"), 1 + terms * 7},
-      {u"a" + repeated(terms, u"<b"), 1 + terms * 5},
+      {u"a" + repeated(depth, u" and b"), 1 + depth * 7},
+      {u"a" + repeated(depth, u"<b"), 1 + depth * 5},
       {u"a" + repeated(depth, u"^b"), 1 + depth * 5},
       {u"a" + repeated(depth, u"!"), 1 + depth * 3},
       {repeated(depth, u"-") + u"a", 1 + depth * 6},
@@ -218,7 +218,7 @@ TEST_F(ParserTest, LengthAndDepth) {
       {repeated(depth, u"(") + u"a" + repeated(depth, u")"), 1 + depth * 11},
       {repeated(depth, u"f(a,") + u"a" + repeated(depth, u")"), 1 + depth * 5},
       {repeated(depth, u"(a+sin(-") + u"a" + repeated(depth, u"))^b!"), 1 + depth * 35},
-      {u"f(a" + repeated(terms, u",b") + u")", 4 + terms * 2},
+      {u"f(a" + repeated(depth, u",b") + u")", 4 + depth * 2},
       {repeated(terms, u"x.....") + u"+1", 6 * terms + 5},
   };
   onSmallStack([&] {
