@@ -14,7 +14,15 @@ PointerTC<OperatorBC> find(Map const& map, Key const& key) {
 
 OperatorListC::OperatorListC() = default;
 OperatorListC::OperatorListC(OperatorListC const&) = default;
-OperatorListC& OperatorListC::operator=(OperatorListC const&) = default;
+
+// The tables only: the holders of this list stay its holders.
+OperatorListC& OperatorListC::operator=(OperatorListC const& other) {
+  byName_ = other.byName_;
+  byText_ = other.byText_;
+  byKey_ = other.byKey_;
+  return *this;
+}
+
 OperatorListC::~OperatorListC() = default;
 
 void OperatorListC::add(PointerTC<OperatorBC> op) {

@@ -14,7 +14,9 @@ namespace zolt::math::ved {
 class OperatorListC : public oss::RefCountedBC {
  public:
   OperatorListC();
+  /// Copies the tables and, like every copy of a counted object, its count: a copy is a value of its own.
   OperatorListC(OperatorListC const&);
+  /// Copies the tables.
   OperatorListC& operator=(OperatorListC const&);
   ~OperatorListC() override;
 

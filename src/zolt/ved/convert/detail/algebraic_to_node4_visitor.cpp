@@ -16,13 +16,15 @@ namespace zolt::math::ved {
 
 namespace {
 
-// Merging at the head of a row copies the text there, so only a short one is merged.
-constexpr unsigned long longest_merged_head = 64;
+// Merging copies the right text of the two, so only a short one is merged: in a sum nested to the right that
+// text is the whole sum behind it.
+constexpr unsigned long longest_merged_text = 64;
 
 bool isPlainText(Node4C const& node) { return node.getType() == NODE4_TEXT && node.numChildren() == 0; }
 
-bool isTextPair(Node4C const& row, unsigned long first) {
-  return isPlainText(*row.child(first)) && isPlainText(*row.child(first + 1));
+bool isMergeable(Node4C const& row, unsigned long first) {
+  return isPlainText(*row.child(first)) && isPlainText(*row.child(first + 1)) &&
+         row.child(first + 1)->sizeText() <= longest_merged_text;
 }
 
 void mergePair(Node4C& row, unsigned long first) {
@@ -34,11 +36,10 @@ void mergePair(Node4C& row, unsigned long first) {
 /// at once, the nodes of signs and names are used again for the next ones, and a tree lies close together in
 /// memory.
 void mergeEnds(Node4C& row) {
-  while (row.numChildren() > 1 && isTextPair(row, row.numChildren() - 2))
+  while (row.numChildren() > 1 && isMergeable(row, row.numChildren() - 2)) {
     mergePair(row, row.numChildren() - 2);
-  while (row.numChildren() > 1 && row.child(1)->sizeText() <= longest_merged_head && isTextPair(row, 0)) {
-    mergePair(row, 0);
   }
+  while (row.numChildren() > 1 && isMergeable(row, 0)) mergePair(row, 0);
 }
 
 }  // namespace
