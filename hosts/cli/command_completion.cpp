@@ -77,8 +77,8 @@ std::string writeBashReply(WordS const& word) {
 }
 
 std::string writeBash(std::vector<CommandS> const& commands, CommandS const& program) {
-  std::vector<std::string> names;
-  for (CommandS const& command : commands) names.push_back(command.name);
+  std::vector<std::string> names(commands.size());
+  std::transform(commands.begin(), commands.end(), names.begin(), [](CommandS const& c) { return c.name; });
   std::string values;
   std::string words =
       "    '') words='" + joinWords(names) + ' ' + joinWords(collectNames(program)) + "' ;;\n";
