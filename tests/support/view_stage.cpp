@@ -1,5 +1,7 @@
 #include "tests/support/view_stage.h"
 
+#include <memory>
+#include <tuple>
 #include <vector>
 
 #include "tests/support/cases.h"
@@ -23,6 +25,30 @@ Node4C const* findCounterpart(Node4C const& tree, Node4C const* node) {
   Node4C const* found = &tree;
   for (auto i = path.rbegin(); i != path.rend(); ++i) found = found->child(*i);
   return found;
+}
+
+/// Whether two trees of one shape have the same metrics everywhere.
+bool isLaidOutAlike(Node4C const& a, Node4C const& b) {
+  auto const metrics = [](Node4C const& node) {
+    return std::make_tuple(node.getDX(), node.getDY(), node.getWidth(), node.getHeight(), node.getMidHeight(),
+                           node.getFontDepth());
+  };
+  if (metrics(a) != metrics(b) || a.numChildren() != b.numChildren()) return false;
+  for (unsigned long i = 0; i < a.numChildren(); ++i) {
+    if (!isLaidOutAlike(*a.child(i), *b.child(i))) return false;
+  }
+  return true;
+}
+
+/// What was done since the last time must come to the same as doing everything at once.
+std::string findShortcutFault(Node4C const& root) {
+  std::unique_ptr<Node4C> const fresh(root.clone());
+  Node4C* noNode = nullptr;
+  unsigned noPos = 0;
+  fresh->checkTree(noNode, noPos, noNode, noPos);
+  if (writeTreeNotation(*fresh) != writeTreeNotation(root)) return "the tree is not normal";
+  fresh->layout(surfaces::RecordingGraphicsC(surfaces::RecordingGraphicsC::LOG_NOTHING));
+  return isLaidOutAlike(root, *fresh) ? std::string() : "the layout is not that of the whole tree";
 }
 
 }  // namespace
@@ -80,7 +106,9 @@ std::string ViewStageC::findFault() const {
   if (fault.invariant == TREE_VALID && view_.isSelected()) {
     fault = validatePlace(root, view_.getAnchorNode(), view_.getAnchorPos());
   }
-  return fault.invariant == TREE_VALID ? std::string() : toUtf8(describeInvariant(fault.invariant));
+  if (fault.invariant != TREE_VALID) return toUtf8(describeInvariant(fault.invariant));
+  view_.display(0, 0);
+  return findShortcutFault(root);
 }
 
 }  // namespace zolt::tests

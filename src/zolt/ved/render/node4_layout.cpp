@@ -4,7 +4,20 @@
 
 namespace zolt::math::ved {
 
-bool Node4C::layout(GraphicsABC const& graphics) {
+bool Node4C::layout(GraphicsABC const& graphics) { return layoutNode(graphics, true); }
+
+bool Node4C::layoutChanged(GraphicsABC const& graphics) {
+  return !needsLayout() || layoutNode(graphics, false);
+}
+
+// An unchanged node may stand at another font depth than before, and an empty text may have become a slot, or
+// ceased to be one, because of what stands beside it now.
+bool Node4C::needsLayout() const {
+  if ((stale_ & STALE_LAYOUT) || fontDepth_ != laidOutDepth_) return true;
+  return type_ == NODE4_TEXT && text_.empty() && isPlaceholder() != laidOutAsSlot_;
+}
+
+bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
   if (!parent_) fontDepth_ = 0;
   for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
   if (op_) {
@@ -13,8 +26,10 @@ bool Node4C::layout(GraphicsABC const& graphics) {
     child(0)->increaseFontDepth();
   }
   for (Node4C* child : children_) {
-    if (!child->layout(graphics)) return false;
+    if ((all || child->needsLayout()) && !child->layoutNode(graphics, all)) return false;
   }
+  stale_ &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+  laidOutDepth_ = fontDepth_;
   selectFont(graphics);
   switch (type_) {
     case NODE4_ROOT:
@@ -42,8 +57,8 @@ bool Node4C::layout(GraphicsABC const& graphics) {
       long width = 0;
       long height = 0;
       long midHeight = 0;
-      bool const slot = type_ == NODE4_TEXT && isPlaceholder();
-      graphics.getTextExtent(slot ? PLACEHOLDER_STR : text_, width, height, midHeight);
+      laidOutAsSlot_ = type_ == NODE4_TEXT && isPlaceholder();
+      graphics.getTextExtent(laidOutAsSlot_ ? PLACEHOLDER_STR : text_, width, height, midHeight);
       setWidth(width);
       setHeight(height);
       setMidHeight(midHeight);

@@ -82,11 +82,13 @@ Node4C* Node4C::clone() const {
 }
 
 void Node4C::setType(Node4TypeE type) {
+  touch(STALE_ALL);
   type_ = type;
   if (type != NODE4_OPERATOR) op_.reset();
 }
 
 void Node4C::setText(wstring const& text) {
+  touch(STALE_ALL);
   text_ = text;
   type_ = NODE4_TEXT;
 }
@@ -94,6 +96,7 @@ void Node4C::setText(wstring const& text) {
 PointerTC<OperatorBC> Node4C::getOperator() const { return op_; }
 
 void Node4C::setOperator(PointerTC<OperatorBC> const& op) {
+  touch(STALE_ALL);
   type_ = NODE4_OPERATOR;
   op_ = op;
 }
@@ -107,43 +110,54 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   node->slotHint_ = static_cast<std::uint32_t>(i);
 }
 
-void Node4C::setChild(unsigned long i, Node4C* node) { adopt(i, node); }
+void Node4C::setChild(unsigned long i, Node4C* node) {
+  touch(STALE_ALL);
+  adopt(i, node);
+}
 
 void Node4C::replaceChild(unsigned long i, Node4C* node) {
   Node4C* const old = children_[i];
   if (old == node) return;
+  touch(STALE_ALL);
   adopt(i, node);
   delete old;
 }
 
 void Node4C::insertChild(unsigned long i, Node4C* node) {
+  touch(STALE_ALL);
   children_.insertSlots(i, 1);
   adopt(i, node);
 }
 
 void Node4C::removeChild(unsigned long i) {
+  touch(STALE_ALL);
   children_[i]->parent_ = nullptr;
   children_.erase(i);
 }
 
 void Node4C::deleteChild(unsigned long i) {
+  touch(STALE_ALL);
   Node4C* const old = children_[i];
   children_.erase(i);
   delete old;
 }
 
 void Node4C::deleteChildren(unsigned long i, unsigned long count) {
+  touch(STALE_ALL);
   for (unsigned long k = i; k < i + count; ++k) delete children_[k];
   children_.erase(i, count);
 }
 
 Node4C* Node4C::cutChild(unsigned long i) {
   Node4C* const node = children_[i];
+  touch(STALE_ALL);
+  if (node) node->stale_ = STALE_ALL;
   children_[i] = nullptr;
   return node;
 }
 
 void Node4C::spliceChildren(unsigned long i, Node4C* row) {
+  touch(STALE_ALL);
   unsigned long const count = row->numChildren();
   children_.insertSlots(i, count);
   for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);

@@ -73,7 +73,11 @@ class Node4C : public oss::SerializableABC {
   Node4TypeE getType() const { return type_; }
   /// Changes the kind; any kind but NODE4_OPERATOR drops the operator.
   void setType(Node4TypeE type);
-  wstring& refText() { return text_; }
+  /// For a change at once: a reference kept beyond the next normalisation or layout must not be written to.
+  wstring& refText() {
+    touch(STALE_ALL);
+    return text_;
+  }
   wstring const& crefText() const { return text_; }
   wstring getText() const { return text_; }
   unsigned long sizeText() const { return text_.size(); }
@@ -119,8 +123,8 @@ class Node4C : public oss::SerializableABC {
   void deleteChild(unsigned long i);
   /// Destroys the nodes in `count` slots from slot i on and closes the gap.
   void deleteChildren(unsigned long i, unsigned long count);
-  /// Takes the node out of slot i, leaving the slot null; the node, whose parent stays as it was, is the
-  /// caller's.
+  /// Takes the node out of slot i, leaving the slot null; the node is the caller's. Its parent stays as it
+  /// was: it must get another one, or none, before that parent goes.
   Node4C* cutChild(unsigned long i);
   /// Moves all children of `row` into this node before slot i, in order, and destroys `row`.
   void spliceChildren(unsigned long i, Node4C* row);
@@ -139,7 +143,8 @@ class Node4C : public oss::SerializableABC {
 
   // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
   /// Brings every row of this subtree into canonical form. The caret and the anchor stay on their characters
-  /// when the text that holds them is merged into another; pass null nodes when there are none. Linear.
+  /// when the text that holds them is merged into another; pass null nodes when there are none. Linear in the
+  /// rows that changed since the last time (and those with supplied brackets); the others are not visited.
   void checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
@@ -160,6 +165,10 @@ class Node4C : public oss::SerializableABC {
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
   bool layout(GraphicsABC const& graphics);
+  /// The same result with less work, as long as the surface measures as it did: visits only nodes that
+  /// changed since they were last laid out and the rows and constructs around them, and measures only texts
+  /// that changed.
+  bool layoutChanged(GraphicsABC const& graphics);
   void layout_standard(GraphicsABC const& graphics);
   /// Draws the laid-out subtree; (x, y) is the absolute position of the parent. `current`, the node that
   /// holds the caret, shows no placeholder; with a null `current` none is drawn at all.
@@ -194,6 +203,10 @@ class Node4C : public oss::SerializableABC {
                                          unsigned long precision, algexpr::NumberDisplayFormatE format);
 
  private:
+  /// What has to be done again for a node or for something inside it. A node's marks stand on all its
+  /// ancestors.
+  enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_ALL = 3 };
+
   friend class RowWriterC;
   friend class RowNormaliserC;
   friend class RowLayoutC;
@@ -203,6 +216,12 @@ class Node4C : public oss::SerializableABC {
   bool isPlaceholder() const;
   bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
+  void touch(std::uint8_t stale) {
+    for (Node4C* node = this; node && (node->stale_ & stale) != stale; node = node->parent_)
+      node->stale_ |= stale;
+  }
+  bool needsLayout() const;
+  bool layoutNode(GraphicsABC const& graphics, bool all);
 
   using RuleT = bool(wstring&, LexicalAnalyserC&, unsigned int&, unsigned int&, ErrorCauseE&);
   static RuleT readAssignment, readOR, readAND, readNOT, readEquation, readExpression, readTerm, readFactor,
@@ -217,6 +236,9 @@ class Node4C : public oss::SerializableABC {
   std::int32_t height_ = 0;
   std::int32_t midHeight_ = 0;
   std::uint32_t fontDepth_ = 0;
+  std::uint32_t laidOutDepth_ = 0;  // the font depth of the last layout
+  bool laidOutAsSlot_ = false;      // whether the last layout measured the placeholder
+  std::uint8_t stale_ = STALE_ALL;
   mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
   Node4C* parent_ = nullptr;
   PointerTC<OperatorBC> op_;

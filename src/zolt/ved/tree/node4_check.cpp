@@ -22,15 +22,26 @@ class RowNormaliserC {
   RowNormaliserC(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos)
       : caretNode_(caretNode), caretPos_(caretPos), anchorNode_(anchorNode), anchorPos_(anchorPos) {}
 
+  /// Takes the mark off the node; a row is normalised.
+  void visit(Node4C& node) {
+    node.stale_ &= static_cast<std::uint8_t>(~Node4C::STALE_CHECK);
+    if (node.getType() == NODE4_LINE && !isCanonical(node)) normalise(node);
+  }
+
+  /// Supplied brackets are made anew on every pass, so their rows are never done with.
+  void markRowsWithAutoBrackets() {
+    for (Node4C* row : autoRows_) row->touch(Node4C::STALE_CHECK);
+  }
+
+ private:
   void normalise(Node4C& row) {
-    if (isCanonical(row)) return;
     collectItems(row);
     promoteAutoBrackets();
     dropAutoBracketsAndCount();
     rebuild(row);
+    if (unmatchedOpen_ + unmatchedClose_ > 0) autoRows_.push_back(&row);
   }
 
- private:
   /// Texts and other items alternate, texts at both ends, typed brackets balanced, none supplied. (Supplied
   /// brackets are made anew on every pass, so a row that has some is never left alone.)
   static bool isCanonical(Node4C const& row) {
@@ -74,6 +85,7 @@ class RowNormaliserC {
         delete item;
         continue;
       }
+      item->parent_ = &row;
       items_.push_back(item);
       if (item->getType() == NODE4_TEXT && item->numChildren() > 0) pushReversed(*item);
     }
@@ -91,7 +103,7 @@ class RowNormaliserC {
     bool outside = false;
     for (Node4C* item : items_) {
       if (item->getType() == NODE4_AUTO_OPEN) {
-        if (outside) item->setType(NODE4_OPEN);
+        if (outside) item->type_ = NODE4_OPEN;
       } else if (!isEmptyText(*item)) {
         outside = true;
       }
@@ -99,7 +111,7 @@ class RowNormaliserC {
     outside = false;
     for (auto i = items_.rbegin(); i != items_.rend(); ++i) {
       if ((*i)->getType() == NODE4_AUTO_CLOSE) {
-        if (outside) (*i)->setType(NODE4_CLOSE);
+        if (outside) (*i)->type_ = NODE4_CLOSE;
       } else if (!isEmptyText(**i)) {
         outside = true;
       }
@@ -134,6 +146,7 @@ class RowNormaliserC {
     for (unsigned long i = 0; i < unmatchedOpen_; ++i) append(make(NODE4_AUTO_CLOSE));
     if (row_.empty() || row_.back()->getType() != NODE4_TEXT) row_.push_back(make(NODE4_TEXT));
 
+    row.touch(Node4C::STALE_LAYOUT);
     row.children_.resize(row_.size());
     row.children_.shrink();
     for (std::size_t i = 0; i < row_.size(); ++i) row.adopt(i, row_[i]);
@@ -161,7 +174,8 @@ class RowNormaliserC {
       anchorNode_ = &text;
       anchorPos_ += offset;
     }
-    text.refText() += next->crefText();
+    text.text_ += next->text_;
+    text.stale_ |= Node4C::STALE_LAYOUT;
     delete next;
   }
 
@@ -174,29 +188,32 @@ class RowNormaliserC {
   std::vector<Node4C*> items_;
   std::vector<Node4C*> pending_;
   std::vector<Node4C*> row_;
+  std::vector<Node4C*> autoRows_;
   unsigned long unmatchedOpen_ = 0;
   unsigned long unmatchedClose_ = 0;
 };
 
 void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos) {
+  if (!(stale_ & STALE_CHECK)) return;
   RowNormaliserC normaliser(caretNode, caretPos, anchorNode, anchorPos);
   Node4C* node = this;
   unsigned long next = 0;  // the child of `node` to visit next
-  if (type_ == NODE4_LINE) normaliser.normalise(*node);
+  normaliser.visit(*node);
   for (;;) {
     if (next < node->numChildren()) {
       Node4C* const child = node->child(next++);
-      if (!child || child->type_ == NODE4_TEXT) continue;
-      if (child->type_ == NODE4_LINE) normaliser.normalise(*child);
+      if (!child || !(child->stale_ & STALE_CHECK)) continue;
+      normaliser.visit(*child);
       if (child->numChildren() == 0) continue;
       node = child;
       next = 0;
     } else {
-      if (node == this) return;
+      if (node == this) break;
       next = node->findChildNumber() + 1;
       node = node->parent_;
     }
   }
+  normaliser.markRowsWithAutoBrackets();
 }
 
 Node4C* Node4C::inLine() {

@@ -62,6 +62,9 @@ class ViewZNT4C {
   void display(long x, long y) const;
   bool needLayout();
   bool needRedraw();
+  /// To be called when the surface measures differently than before (another font, other metrics): the next
+  /// layout measures everything again, where it otherwise visits only what changed.
+  bool measureAgain();
 
   // ---- Input ----------------------------------------------------------------------------------------------
   /// Executes an event at once. True when it was consumed. `shift` turns a caret move into a selection move.
@@ -214,7 +217,8 @@ class ViewZNT4C {
   bool editable_ = true;
   PointerTC<algexpr::ConstraintsBC> constraints_;
   mutable bool layoutPending_ = false;
-  long textOverhang_ = -1;  // how far texts reach out of the boxes around them; -1: not measured
+  mutable bool measurePending_ = false;  // the next layout measures everything
+  long textOverhang_ = -1;               // how far texts reach out of the boxes around them; -1: not measured
   PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
   bool grouping_ = false;

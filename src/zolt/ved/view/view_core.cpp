@@ -123,8 +123,12 @@ bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, No
 
 void ViewZNT4C::layoutIfPending() const {
   if (!layoutPending_) return;
-  root_->layout(*graphics_);
-  layoutPending_ = false;
+  if (measurePending_) {
+    root_->layout(*graphics_);
+  } else {
+    root_->layoutChanged(*graphics_);
+  }
+  layoutPending_ = measurePending_ = false;
 }
 
 PointS ViewZNT4C::getExpressionSize() {
@@ -146,6 +150,11 @@ bool ViewZNT4C::needLayout() {
   layoutPending_ = true;
   textOverhang_ = -1;
   return needRedraw();
+}
+
+bool ViewZNT4C::measureAgain() {
+  measurePending_ = true;
+  return needLayout();
 }
 
 bool ViewZNT4C::needRedraw() {
