@@ -14,9 +14,14 @@ namespace {
 
 using OperandsT = std::vector<PointerTC<NodeABC>>;
 
-bool isPower(NodeABC const& node) {
+// What, with an exponent behind it, would read back differently (a power: its exponent would get the new one)
+// or be read differently by a person (a fraction, an integral, a qualified expression: its last part would
+// seem to get it).
+bool needsGuardBeforeExponent(NodeABC const& node) {
+  if (!node.asParent()) return false;
   wstring const& name = node.crefName();
-  return node.asParent() && (name == u"^" || name == u"_rad" || name == u"_deg");
+  return name == u"^" || name == u"_rad" || name == u"_deg" || name == u"/" || name == u"integral" ||
+         name == u"where";
 }
 
 bool isNegativeNumber(NodeABC const& node) {
@@ -35,7 +40,7 @@ PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {
 
 // The operand that stands before an exponent or "!".
 PointerTC<NodeABC> guardedPower(PointerTC<NodeABC> operand) {
-  return guarded(operand, operand && isPower(*operand));
+  return guarded(operand, operand && needsGuardBeforeExponent(*operand));
 }
 
 bool isChained(wstring const& name) {
@@ -59,7 +64,7 @@ PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponen
 }
 
 PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
-  bool const ambiguous = operand && (isPower(*operand) || isNegativeNumber(*operand));
+  bool const ambiguous = operand && (needsGuardBeforeExponent(*operand) || isNegativeNumber(*operand));
   return makeFunction(u"!", {guarded(std::move(operand), ambiguous)});
 }
 

@@ -11,11 +11,12 @@ namespace zolt::math::algexpr {
 // expression than was meant. These makers put `_quietpos`, the brackets that a person types, where that would
 // happen, and nowhere else. Each answers null when an operand is null or missing.
 
-/// `base` to the `exponent`. Guards a base that is a power, and the exponents "r" and "o", which in textbook
-/// form mark an angle's unit.
+/// `base` to the `exponent`. Guards a base that is a power, or that a person would read otherwise with an
+/// exponent behind it (a fraction, an integral, a qualified expression), and the exponents "r" and "o", which
+/// in textbook form mark an angle's unit.
 PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
 
-/// `operand`!. Guards a power and a negative number.
+/// `operand`!. Guards what `makePower` guards as a base, and a negative number.
 PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
 
 /// Any operation by its core name: "^" and "!" as above, "_rad" and "_deg" guard like a power's base, "+",
