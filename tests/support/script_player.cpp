@@ -2,6 +2,7 @@
 
 namespace zolt::tests {
 
+using namespace field;
 using math::algexpr::AlgebraicExpressionC;
 using namespace math::ved;
 
@@ -25,11 +26,11 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_INSERT:
     case SCRIPT_OPERATOR:
       return view_.insertText(step.text);
-    case SCRIPT_DOWN:
+    case SCRIPT_PEN_DOWN:
       return pointer(EVENT_PEN_DOWN, step);
-    case SCRIPT_MOVE:
+    case SCRIPT_PEN_MOVE:
       return pointer(EVENT_PEN_MOVE, step);
-    case SCRIPT_UP:
+    case SCRIPT_PEN_UP:
       return pointer(EVENT_PEN_UP, step);
     case SCRIPT_COPY:
       copied_ = view_.copy(clipboard_);
@@ -38,12 +39,15 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
       copied_ = view_.cut(clipboard_);
       return static_cast<bool>(copied_);
     case SCRIPT_PASTE:
-      if (step.hasText) {
-        view_.paste(AlgebraicExpressionC::fromPrefixString(step.text));
-      } else {
-        view_.paste(clipboard_);
-      }
+      view_.paste(clipboard_);
       return true;
+    case SCRIPT_PASTE_PREFIX:
+      view_.paste(AlgebraicExpressionC::fromPrefixString(step.text));
+      return true;
+    case SCRIPT_PASTE_BYTES: {
+      oss::bytestring bytes;
+      return fromHexadecimal(step.text, bytes) && view_.paste(bytes);
+    }
     case SCRIPT_UNDO:
       return view_.undo();
     case SCRIPT_REDO:
@@ -59,6 +63,11 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_PAINT:
       view_.display(0, 0);
       return true;
+    case SCRIPT_COMMAND:
+    case SCRIPT_PASTE_TEXT:
+    case SCRIPT_TREE:
+    case SCRIPT_SET:
+      return false;
   }
   return false;
 }

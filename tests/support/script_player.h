@@ -1,11 +1,18 @@
 #pragma once
 
-#include "tests/support/event_script.h"
+#include "zolt/field/event_script.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::tests {
 
-/// Plays scripts on a view, with a clipboard of its own.
+using field::EventScriptT;
+using field::readEventScript;
+using field::ScriptStepS;
+using field::ScriptWordE;
+using field::writeEventScript;
+using oss::wstring;
+
+/// Plays scripts on a bare view, with a clipboard of its own. What needs a field around the view is refused.
 class ScriptPlayerC {
  public:
   explicit ScriptPlayerC(math::ved::ViewZNT4C& view) : view_(view) {}

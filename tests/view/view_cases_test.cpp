@@ -49,7 +49,7 @@ void checkHistory(ViewStageC& stage, oss::bytestring const& start) {
 
 bool startsHistory(EventScriptT const& script) {
   for (ScriptStepS const& step : script) {
-    if (step.word == SCRIPT_SHOW) return true;
+    if (step.word == field::SCRIPT_SHOW) return true;
   }
   return false;
 }

@@ -139,7 +139,7 @@ TEST(Pointer, MeasuresLittleInALongText) {
   stage.refView().insertText(wstring(20000, u'x'));
   stage.refView().display(0, 0);
   stage.refGraphics().resetCounts();
-  play(stage, u"down 60003 5");
+  play(stage, u"pen down 60003 5");
   EXPECT_EQ(stage.refView().getCaretPos(), 10001u);
   EXPECT_LT(stage.refGraphics().getMeasureCount(), 100u);
 }

@@ -11,6 +11,7 @@
 namespace zolt::tests {
 namespace {
 
+using namespace field;
 using namespace math::ved;
 using oss::bytestring;
 
@@ -18,7 +19,6 @@ ScriptStepS textStep(ScriptWordE word, wstring text) {
   ScriptStepS step;
   step.word = word;
   step.text = std::move(text);
-  step.hasText = true;
   return step;
 }
 
@@ -69,11 +69,11 @@ class RandomPersonC {
         return textStep(SCRIPT_INSERT, texts[pick(std::size(texts))]);
       case 12:
         return pick(2) ? plainStep(SCRIPT_PASTE)
-                       : textStep(SCRIPT_PASTE, expressions[pick(std::size(expressions))]);
+                       : textStep(SCRIPT_PASTE_PREFIX, expressions[pick(std::size(expressions))]);
       case 13:
         return plainStep(pick(2) ? SCRIPT_COPY : SCRIPT_CUT);
       case 14: {
-        ScriptWordE const words[] = {SCRIPT_DOWN, SCRIPT_MOVE, SCRIPT_UP};
+        ScriptWordE const words[] = {SCRIPT_PEN_DOWN, SCRIPT_PEN_MOVE, SCRIPT_PEN_UP};
         ScriptStepS step = plainStep(words[pick(3)]);
         step.x = static_cast<long>(pick(200)) - 20;
         step.y = static_cast<long>(pick(80)) - 20;

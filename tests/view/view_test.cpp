@@ -58,9 +58,9 @@ class Constraints : public testing::Test {
 TEST_F(Constraints, UndoARejectedEditAsAWhole) {
   show(u"+(sqrt(b),a)", [](wstring const&) { return false; });
   for (wstring const place :
-       {u"key right", u"key left", u"key left key right shift", u"down 3 20", u"down 3 20 up"}) {
-    for (wstring const edit : {u"char x", u"key backspace", u"key delete", u"insert \"+y\"", u"paste \"y\"",
-                               u"cut", u"op sin", u"char !"}) {
+       {u"key right", u"key left", u"key left key right shift", u"pen down 3 20", u"pen down 3 20 pen up"}) {
+    for (wstring const edit : {u"char x", u"key backspace", u"key delete", u"insert \"+y\"",
+                               u"paste prefix \"y\"", u"cut", u"op sin", u"char !"}) {
       SCOPED_TRACE(toUtf8(place + u" " + edit));
       show(u"+(sqrt(b),a)", [](wstring const&) { return false; });
       play(stage, place);
@@ -120,7 +120,7 @@ TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
   });
   play(stage, u"key right char b");
   EXPECT_EQ(toUtf8(stage.notation()), "[\"ab\u2038\"]");
-  play(stage, u"insert \"c\" paste \"d\" key backspace");
+  play(stage, u"insert \"c\" paste prefix \"d\" key backspace");
   EXPECT_EQ(toUtf8(stage.notation()), "[\"abc\u2038\"]");
   EXPECT_EQ(calls, 4);
 }
@@ -289,13 +289,14 @@ TEST(Limits, RefuseToNestDeeper) {
     for (unsigned long rows = 1; rows < most; ++rows)
       ASSERT_TRUE(stage.refPlayer().play(toScript(u"op sqrt")));
     wstring const deepest = stage.notation();
-    for (wstring const edit : {u"op sqrt", u"op /", u"op ^", u"op nthroot", u"op integral", u"insert \"/\"",
-                               u"insert \"a/b\"", u"paste \"sqrt(x)\"", u"paste \"+(a,sqrt(x))\""}) {
+    for (wstring const edit :
+         {u"op sqrt", u"op /", u"op ^", u"op nthroot", u"op integral", u"insert \"/\"", u"insert \"a/b\"",
+          u"paste prefix \"sqrt(x)\"", u"paste prefix \"+(a,sqrt(x))\""}) {
       SCOPED_TRACE(toUtf8(edit));
       stage.play(toScript(edit));
       EXPECT_EQ(stage.notation(), deepest);
     }
-    play(stage, u"paste \"+(a,b)\" op sin char x key left shift copy");
+    play(stage, u"paste prefix \"+(a,b)\" op sin char x key left shift copy");
     EXPECT_EQ(stage.findFault(), "");
     play(stage, u"key backspace undo redo undo key left key left key backspace");
     EXPECT_EQ(stage.findFault(), "");
@@ -360,7 +361,7 @@ TEST(Limits, CountTheRowsThatArePasted) {
     stage.refView().paste(bytes);
     EXPECT_NE(stage.bytes(), before);
     EXPECT_EQ(stage.findFault(), "");
-    play(stage, u"down 5 5 move 50 9 up copy undo redo key clear");
+    play(stage, u"pen down 5 5 pen move 50 9 pen up copy undo redo key clear");
     EXPECT_EQ(stage.findFault(), "");
   });
 }

@@ -21,13 +21,9 @@ PlaceS caretOf(ViewZNT4C const& view) { return {view.getCaretNode(), view.getCar
 
 InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
   wstring const text(1, lowered);
-  // A dead "^" goes on raising what is already raised.
-  Node4C const* const item = enclosingItem(place.node);
-  if (!selected && item && item->getType() == NODE4_POWER && !endsOperandAt(place)) {
-    return {INPUT_TEXT, text, {}};
-  }
   bool const completes = math::common::isDigit(lowered) || lowered == u'n' || lowered == u'i';
-  return {completes ? INPUT_EXPONENT : INPUT_OPEN_EXPONENT, text, {}};
+  if (completes) return {INPUT_EXPONENT, text, {}};
+  return {!selected && isRaising(place) ? INPUT_TEXT : INPUT_OPEN_EXPONENT, text, {}};
 }
 
 InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, wstring const& name) {
@@ -139,6 +135,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
     PlaceS const behind = leaveByBlank(place);
     return {behind ? INPUT_MOVE : INPUT_TEXT, text, behind};
   }
+  if (PlaceS const value = c == u'=' ? goToValue(place) : PlaceS()) return {INPUT_MOVE, text, value};
   if (isRelation(c)) return {INPUT_TEXT, text, leaveByRelation(place)};
   return {INPUT_TEXT, text, {}};
 }

@@ -151,7 +151,9 @@ bool FormulaFieldC::select(SelectionS selection) {
 }
 
 bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
-  return begin == end ? placeCaret(begin) : select({begin, end}) && sendKey(KEY_DELETE);
+  if (begin == end) return placeCaret(begin);
+  beginGroup();  // so that undoing brings back the caret and not this selection
+  return endGroup(select({begin, end}) && sendKey(KEY_DELETE));
 }
 
 FormulaFieldC::SavedSelectionS FormulaFieldC::saveSelection() const {

@@ -92,6 +92,9 @@ class FormulaFieldC {
   bool pressPointer(long x, long y, unsigned clicks = 1, bool extend = false);
   bool movePointer(long x, long y);
   bool releasePointer();
+  /// Moves the selection to another place, as a drag within the field does. False, with nothing changed, when
+  /// nothing is selected or the place is in the selection.
+  bool moveSelection(PlaceS target);
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
   /// Whether `run` would do anything now.
@@ -146,6 +149,7 @@ class FormulaFieldC {
 
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
+  bool runOperator(wstring const& name);
   bool typeExponent(wstring const& text, bool stays);
   bool bracketSelection();
   void replaceCompleted(InputDecisionS const& decision, bool wordBefore);

@@ -1,7 +1,8 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/field/detail/act.h"
-#include "zolt/field/detail/sign_folding.h"
+#include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
@@ -25,6 +26,13 @@ Node4C const* findGrowingExponent(PlaceS place) {
 
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
+/// Whether the operator is written as letters in front of what it applies to.
+bool isWordBeforeOperand(OperatorBC const& op) {
+  wstring const text = op.getText();
+  bool const letters = isWord(text) && text[0] != u'_' && text[0] != u'\u0960';
+  return letters && !op.isConstruct() && op.getArity() > 0 && (!op.isLinear() || op.getArity() == 1);
+}
+
 }  // namespace
 
 bool FormulaFieldC::typeCharacter(char16_t c) {
@@ -34,7 +42,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const wordBefore = wordTyped_;
   if (!view_.isEditable()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
-  if (wordBefore && decision.target) {
+  if (wordBefore && (decision.target || decision.kind != INPUT_TEXT)) {
     // The name has to be looked for before the caret leaves it.
     completeWord();
     decision = decideInput(view_, c, options_);
@@ -58,9 +66,22 @@ bool FormulaFieldC::insertText(wstring const& text) {
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
-  if (!view_.crefOperatorList().lookup(name)) return false;
   completeWord();
-  return view_.insertText(name);
+  return runOperator(name);
+}
+
+// "a" and the function "sin" are not to become "asin".
+bool FormulaFieldC::runOperator(wstring const& name) {
+  auto const op = view_.crefOperatorList().lookup(name);
+  if (!op) return false;
+  StretchS const stretch = selectedStretch(view_);
+  if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.begin())) return view_.insertText(name);
+  SavedSelectionS places{pathOf(*stretch.begin().node), pathOf(*stretch.end().node), stretch.firstPos + 1,
+                         stretch.lastPos + (stretch.first == stretch.last ? 1 : 0)};
+  beginGroup();
+  bool const done = placeCaret(stretch.begin()) && view_.insertText(u" ");
+  restoreSelection(places);
+  return endGroup(done && view_.insertText(name));
 }
 
 bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
@@ -97,8 +118,9 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
   switch (decision.kind) {
     case INPUT_MOVE:
       return placeCaret(decision.target);
-    case INPUT_TEXT:
     case INPUT_OPERATOR:
+      return runOperator(decision.text);
+    case INPUT_TEXT:
       if (!decision.target) return view_.insertText(decision.text);
       beginGroup();
       return endGroup(placeCaret(decision.target) && view_.insertText(decision.text));
@@ -115,8 +137,11 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
 bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
   beginGroup();
   bool done = !view_.isSelected() || bracketSelection();
-  Node4C const* const growing = findGrowingExponent(caret());
-  done = done && (growing ? placeCaret(rowEnd(*growing->child(0))) : view_.insertText(u"^"));
+  if (Node4C const* const growing = findGrowingExponent(caret())) {
+    done = done && placeCaret(rowEnd(*growing->child(0)));
+  } else if (!isRaising(caret())) {
+    done = done && view_.insertText(u"^");
+  }
   done = done && view_.insertText(text);
   Node4C const* const item = done ? enclosingItem(caret().node) : nullptr;
   if (item && !stays) placeCaret(placeBehind(*item));

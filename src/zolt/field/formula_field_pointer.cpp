@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <utility>
+
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
@@ -7,6 +11,41 @@ namespace zolt::field {
 
 using namespace detail;
 using namespace math::ved;
+
+namespace {
+
+/// Whether `a` stands before `b` in reading order.
+bool isBefore(PlaceS a, PlaceS b) {
+  return a.node == b.node ? a.pos < b.pos : pathOf(*a.node) < pathOf(*b.node);
+}
+
+/// A place counted from the ends of rows and texts: survives edits before it.
+struct FromEndS {
+  PathT path;
+  unsigned long pos = 0;
+};
+
+FromEndS countFromEnd(PlaceS place) {
+  FromEndS counted;
+  for (Node4C const* node = place.node; node->getParent(); node = node->getParent()) {
+    counted.path.push_back(node->getParent()->numChildren() - 1 - node->findChildNumber());
+  }
+  std::reverse(counted.path.begin(), counted.path.end());
+  counted.pos = place.node->sizeText() - place.pos;
+  return counted;
+}
+
+PlaceS findFromEnd(Node4C const& root, FromEndS const& counted) {
+  Node4C const* node = &root;
+  for (unsigned long const step : counted.path) {
+    if (step >= node->numChildren()) return {};
+    node = node->child(node->numChildren() - 1 - step);
+  }
+  if (node->getType() != NODE4_TEXT || counted.pos > node->sizeText()) return {};
+  return {node, static_cast<unsigned int>(node->sizeText() - counted.pos)};
+}
+
+}  // namespace
 
 bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
   ScriptStepS step = makeStep(SCRIPT_PEN_DOWN);
@@ -37,6 +76,43 @@ bool FormulaFieldC::movePointer(long x, long y) {
 bool FormulaFieldC::releasePointer() {
   ActC const act(*this, makeStep(SCRIPT_PEN_UP));
   return view_.addEvent(EVENT_PEN_UP, 0, false, false, false, 0, 0);
+}
+
+bool FormulaFieldC::moveSelection(PlaceS target) {
+  if (!view_.isSelected() || !view_.isEditable()) return false;
+  StretchS const stretch = selectedStretch(view_);
+  bool const forwards = isBefore(stretch.end(), target);
+  if (!forwards && !isBefore(target, stretch.begin())) return false;
+  // Where it leads is recorded: the places cannot be told in a script.
+  EventScriptT* const script = std::exchange(recorded_, nullptr);
+  bytestring content;
+  view_.copy(content);
+  SavedSelectionS places = saveSelection();
+  places.anchorPath = pathOf(*stretch.begin().node);
+  places.anchorPos = stretch.firstPos;
+  places.caretPath = pathOf(*stretch.end().node);
+  places.caretPos = stretch.lastPos;
+  PathT const targetPath = pathOf(*target.node);
+  beginGroup();
+  // The later place first: the path to the earlier one stays what it is.
+  bool done = false;
+  if (forwards) {
+    done = placeCaret(target) && view_.paste(content);
+    FromEndS const behind = countFromEnd(caret());
+    restoreSelection(places);
+    done = done && view_.isSelected() && sendKey(KEY_DELETE);
+    PlaceS const place = findFromEnd(view_.crefRoot(), behind);
+    if (done && place) placeCaret(place);
+  } else {
+    done = sendKey(KEY_DELETE);
+    Node4C const* const node = nodeAt(view_.crefRoot(), targetPath);
+    done = done && node && placeCaret({node, target.pos}) && view_.paste(content);
+  }
+  done = endGroup(done);
+  recorded_ = script;
+  if (done && recorded_) recorded_->push_back(makeStep(SCRIPT_TREE, writeNotation()));
+  reveal_ = true;
+  return done;
 }
 
 }  // namespace zolt::field

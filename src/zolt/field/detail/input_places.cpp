@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "zolt/common/decimal_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
@@ -77,6 +78,15 @@ LeavingS leaveByComma(PlaceS place) {
   return {};
 }
 
+PlaceS goToValue(PlaceS place) {
+  Node4C const* const item = enclosingItem(place.node);
+  if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
+  Node4C const& row = *place.node->getParent();
+  bool const sum = item->crefText() == u"sum" && &row == item->child(0);
+  bool const where = item->crefText() == u"where" && &row == item->child(1);
+  return sum || where ? rowEnd(*row.goRight()) : PlaceS();
+}
+
 PlaceS leaveByBlank(PlaceS place) { return behindFinishedItem(place); }
 
 PlaceS leaveByRelation(PlaceS place) {
@@ -90,6 +100,17 @@ PlaceS findEndOfConstruct(PlaceS place, wstring const& name) {
   if (!item || item->getType() != NODE4_OPERATOR || item->crefText() != name) return {};
   if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
   return placeBehind(*item);
+}
+
+bool isRaising(PlaceS place) {
+  Node4C const* const item = enclosingItem(place.node);
+  return item && item->getType() == NODE4_POWER && !endsOperandAt(place);
+}
+
+bool endsNameAt(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  unsigned int const start = wordStart(text, place.pos);
+  return start < place.pos && !math::common::isDigit(text[start]) && text[start] != u'.';
 }
 
 bool endsOperandAt(PlaceS place) {

@@ -23,6 +23,9 @@ LeavingS leaveByClose(PlaceS place);
 /// ",": to the construct's next argument, or out to a row with an open bracket.
 LeavingS leaveByComma(PlaceS place);
 
+/// "=" in a construct that shows one between two of its rows: to the second of them; null elsewhere.
+PlaceS goToValue(PlaceS place);
+
 /// " ": behind the exponent or the denominator that ends here; null: it is a blank.
 PlaceS leaveByBlank(PlaceS place);
 
@@ -31,6 +34,12 @@ PlaceS leaveByRelation(PlaceS place);
 
 /// Behind the construct of that name whose filled row ends here; null when this is not so.
 PlaceS findEndOfConstruct(PlaceS place, wstring const& name);
+
+/// Whether the place is in an exponent whose next operand is still to come: what is raised there joins it.
+bool isRaising(PlaceS place);
+
+/// Whether a name ends at the place, so that letters put there would change it.
+bool endsNameAt(PlaceS place);
 
 /// Whether an operand ends at the place: a name, a number, a construct or a closing bracket stands before it.
 bool endsOperandAt(PlaceS place);

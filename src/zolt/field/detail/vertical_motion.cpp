@@ -118,8 +118,10 @@ PlaceS findVertical(ViewZNT4C& view, PlaceS from, bool up, long& column) {
     for (unsigned long i = 0; i < item->numChildren(); ++i) {
       if (item->child(i) != row) search.search(*item->child(i));
     }
-    search.examine(*item->goLeft());
-    search.examine(*item->goRight());
+    if (!search.hasFound()) {
+      search.examine(*item->goLeft());
+      search.examine(*item->goRight());
+    }
     text = item->goLeft();
   }
   return search.place(graphics);
