@@ -51,13 +51,10 @@ bool isTypable(wstring const& text) {
 bool typeCharacters(ViewZNT4C& view, wstring const& text) {
   if (!view.crefOperatorList().lookup(text)) return view.insertText(text);
   // A whole operator's name would insert the operator.
-  view.beginGroup();
   for (char16_t const c : text) {
-    if (view.insertText(wstring(1, c))) continue;
-    view.cancelGroup();
-    return false;
+    if (!view.insertText(wstring(1, c))) return false;
   }
-  return view.endGroup();
+  return true;
 }
 
 wstring withoutLineEnds(wstring text) {

@@ -53,11 +53,12 @@ ClipboardContentS copySelection(math::ved::ViewZNT4C const& view, bool decimalCo
 enum PasteE {
   PASTE_DONE,
   PASTE_AS_CHARACTERS,  ///< the text is no formula and was typed in as it stands
-  PASTE_REFUSED         ///< nothing was changed
+  PASTE_REFUSED         ///< nothing is changed
 };
 
 /// Replaces the view's selection by the first form of `content` that reads. Plain text that is no formula is
-/// typed in when its characters can be; when they cannot, `error` (may be null) says why it was refused.
+/// typed in when its characters can be; when they cannot, `error` (may be null) says why it was refused. To
+/// be called in a group of the view's, which the caller cancels after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
                     exchange::PlainTextErrorS* error);
 

@@ -84,7 +84,7 @@ bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS*
 }
 
 PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* error) {
-  completeWord();
+  completeName();
   if (auto expression = view_.getAlgebraicExpression(nullptr)) return expression;
   if (options_.impliedProducts) {
     ImpliedProductsC products(view_.crefRoot(), view_.crefOperatorList());
@@ -126,8 +126,9 @@ bool FormulaFieldC::setNotation(wstring const& notation) {
   unsigned long position = 0;
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
   Node4C const& row = *view_.crefRoot().child(0);
+  beginGroup();
   select({rowStart(row), rowEnd(row)});
-  if (!view_.paste(writeBytes(*tree.root->child(0)))) return false;
+  if (!endGroup(view_.paste(writeBytes(*tree.root->child(0))))) return false;
   if (!tree.caretNode) return true;
   SavedSelectionS places;
   places.caretPath = pathOf(*tree.caretNode);

@@ -83,6 +83,9 @@ class FormulaFieldC {
   bool insertText(wstring const& text);
   /// Inserts the operator of that name, as a palette does.
   bool insertOperator(wstring const& name);
+  /// Turns the name that was just typed into its letter, as going on with something else does. For hosts
+  /// whose field loses the focus.
+  void completeName();
   /// A key by its code: the operator that is bound to it, or the command of the usual editing keys.
   bool pressKey(unsigned long code, bool shift);
 
@@ -155,8 +158,6 @@ class FormulaFieldC {
   void replaceCompleted(InputDecisionS const& decision, bool wordBefore);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
-  /// Turns the name that was just typed into its letter.
-  void completeWord();
 
   // formula_field_commands.cpp
   bool isMotionEnabled(CaretMotionE motion, bool selecting);

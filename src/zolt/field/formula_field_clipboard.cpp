@@ -15,8 +15,10 @@ ScriptStepS stepOfPaste(ClipboardContentS const& content) {
 
 PasteE FormulaFieldC::paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error) {
   ActC const act(*this, stepOfPaste(content));
-  completeWord();
-  return pasteContent(view_, content, options_.decimalComma, error);
+  beginGroup();
+  completeName();
+  PasteE const result = pasteContent(view_, content, options_.decimalComma, error);
+  return endGroup(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
 }
 
 }  // namespace zolt::field

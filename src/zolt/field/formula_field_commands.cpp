@@ -175,7 +175,8 @@ bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, bool selecting) {
 }
 
 bool FormulaFieldC::runMotion(CaretMotionE motion, bool selecting) {
-  completeWord();
+  if (!isMotionEnabled(motion, selecting)) return false;
+  completeName();
   bool const dropped = view_.isSelected() && !selecting;
   if (dropped && (motion == MOTION_LEFT || motion == MOTION_RIGHT)) {
     StretchS const stretch = selectedStretch(view_);
@@ -187,8 +188,8 @@ bool FormulaFieldC::runMotion(CaretMotionE motion, bool selecting) {
 }
 
 bool FormulaFieldC::runSelection(CommandE command) {
-  if (command != COMMAND_SHRINK_SELECTION) completeWord();
   if (!isEnabled(command)) return false;
+  if (command != COMMAND_SHRINK_SELECTION) completeName();
   Node4C const& formula = *view_.crefRoot().child(0);
   switch (command) {
     case COMMAND_SELECT_ALL:
@@ -253,10 +254,11 @@ bool FormulaFieldC::runHistory(bool redo) {
 }
 
 bool FormulaFieldC::deleteLeft() {
+  if (view_.isSelected()) return sendKey(KEY_BACKSPACE);
   PlaceS const at = caret();
   Node4C const* const row = at.node->getParent();
   unsigned long const count = row->numChildren();
-  if (!view_.isSelected() && at.pos > 0 && isContinuation(at.node->crefText()[at.pos - 1])) {
+  if (at.pos > 0 && isContinuation(at.node->crefText()[at.pos - 1])) {
     long column = no_column;
     return deleteRange(findTarget(MOTION_LEFT, view_, at, column), at);
   }

@@ -44,7 +44,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   InputDecisionS decision = decideInput(view_, c, options_);
   if (wordBefore && (decision.target || decision.kind != INPUT_TEXT)) {
     // The name has to be looked for before the caret leaves it.
-    completeWord();
+    completeName();
     decision = decideInput(view_, c, options_);
   }
   wordTyped_ = false;
@@ -66,8 +66,10 @@ bool FormulaFieldC::insertText(wstring const& text) {
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
-  completeWord();
-  return runOperator(name);
+  if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;
+  beginGroup();
+  completeName();
+  return endGroup(runOperator(name));
 }
 
 // "a" and the function "sin" are not to become "asin".
@@ -109,8 +111,9 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
       default:
         break;
     }
+  } else {
+    completeName();
   }
-  completeWord();
   return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
 }
 
@@ -179,7 +182,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
   if (found.begin) replaceText(found);
 }
 
-void FormulaFieldC::completeWord() {
+void FormulaFieldC::completeName() {
   if (!wordTyped_ || !options_.letters) return;
   wordTyped_ = false;
   ReplacementS const found = findLetterReplacement(caret());

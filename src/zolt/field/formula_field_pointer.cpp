@@ -54,7 +54,7 @@ bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
   step.clicks = clicks;
   step.shift = extend;
   ActC const act(*this, step);
-  completeWord();
+  completeName();
   PlaceS const kept = anchor();
   if (!view_.addEvent(EVENT_PEN_DOWN, 0, false, false, false, x, y)) return false;
   if (extend) return select({kept, caret()});

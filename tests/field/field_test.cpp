@@ -1,0 +1,302 @@
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tests/field/field_stage.h"
+#include "tests/support/small_stack.h"
+#include "zolt/algexpr/constraints.h"
+#include "zolt/field/error_text.h"
+
+namespace zolt::tests {
+namespace {
+
+using namespace field;
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+
+std::string writeBox(RectangleS const& box) {
+  return std::to_string(box.left) + "," + std::to_string(box.top) + "-" + std::to_string(box.right) + "," +
+         std::to_string(box.bottom);
+}
+
+// ---- Commands ---------------------------------------------------------------------------------------------
+
+TEST(FieldCommandTable, IsConsistent) {
+  std::set<wstring> names;
+  std::set<wstring> chords;
+  for (std::size_t i = 0; i < commands().size(); ++i) {
+    CommandS const& command = commands()[i];
+    SCOPED_TRACE(toUtf8(command.name));
+    EXPECT_EQ(command.command, i);
+    EXPECT_TRUE(names.insert(command.name).second);
+    EXPECT_EQ(findCommand(command.name), &command);
+    EXPECT_EQ(command.help.back(), u'.');
+    for (std::size_t start = 0; start < command.keys.size();) {
+      std::size_t const end = std::min(command.keys.find(u", ", start), command.keys.size());
+      wstring const chord = command.keys.substr(start, end - start);
+      EXPECT_TRUE(chords.insert(chord).second) << toUtf8(chord);
+      EXPECT_EQ(findCommandForKeys(chord), &command) << toUtf8(chord);
+      start = end + 2;
+    }
+  }
+  EXPECT_EQ(findCommand(u"nothing"), nullptr);
+}
+
+TEST(FieldCommandTable, FindsChordsHoweverTheyAreWritten) {
+  EXPECT_EQ(findCommandForKeys(u"shift+ctrl+LEFT")->command, COMMAND_SELECT_WORD_LEFT);
+  EXPECT_EQ(findCommandForKeys(u"Ctrl+z")->command, COMMAND_UNDO);
+  EXPECT_EQ(findCommandForKeys(u"Left")->command, COMMAND_LEFT);
+  for (wstring const chord :
+       {u"", u"+", u"Ctrl", u"Ctrl+", u"Ctrl++", u"Meta+Left", u"Ctrl+Alt+Shift+Left", u"L"}) {
+    EXPECT_EQ(findCommandForKeys(chord), nullptr) << toUtf8(chord);
+  }
+}
+
+// ---- Clipboard --------------------------------------------------------------------------------------------
+
+TEST(FieldClipboard, OffersSeveralForms) {
+  FieldStageC stage("[\"⚑\", /<[\"a\"] ; [\"b\"]>, \"+ॠ‸\"]");
+  ClipboardContentS content = stage.refField().copy();
+  EXPECT_EQ(toUtf8(content.prefix), "+(/(a,b),_PI)");
+  EXPECT_EQ(toUtf8(content.plainText), "a/b+pi");
+
+  // Each form alone gives the formula back.
+  ClipboardContentS bytes;
+  bytes.bytes = content.bytes;
+  ClipboardContentS prefix;
+  prefix.prefix = content.prefix;
+  ClipboardContentS text;
+  text.plainText = content.plainText;
+  for (ClipboardContentS const& form : {bytes, prefix, text}) {
+    FieldStageC other;
+    EXPECT_EQ(other.refField().paste(form), PASTE_DONE);
+    EXPECT_EQ(other.tree(), stage.tree());
+  }
+  EXPECT_TRUE(FieldStageC("[\"a‸b\"]").refField().copy().isEmpty());
+}
+
+TEST(FieldClipboard, WritesWhatIsIncompleteAsFarAsItCan) {
+  struct CaseS {
+    char const* tree;
+    char const* text;
+  };
+  for (CaseS const& one : {CaseS{"[\"⚑a+‸b\"]", "a+"}, CaseS{"[\"⚑2∙‸x\"]", "2*"},
+                           CaseS{"[\"⚑\", /<[\"a+b\"] ; [\"\"]>, \"‸\"]", "(a+b)/"},
+                           CaseS{"[\"⚑x\", P[\"\"], \"≤ॠ−1‸\"]", "x^<=pi-1"},
+                           CaseS{"[\"⚑\", nthroot<[\"3\"] ; [\"\"]>, \"‸\"]", "nthroot(,3)"},
+                           CaseS{"[\"⚑f\", (, \"x\", P[\"n+1\"], \"‸\", ), \"\"]", "f(x^(n+1))"}}) {
+    EXPECT_EQ(toUtf8(FieldStageC(one.tree).refField().copy().plainText), one.text) << one.tree;
+  }
+}
+
+TEST(FieldClipboard, TriesTheNextFormWhenOneDoesNotRead) {
+  FieldStageC stage;
+  ClipboardContentS content;
+  content.bytes = {1, 2, 3};
+  content.prefix = u"+(a";
+  content.plainText = u"a+b";
+  EXPECT_EQ(stage.refField().paste(content), PASTE_DONE);
+  EXPECT_EQ(stage.notation(), "[\"a+b‸\"]");
+}
+
+TEST(FieldClipboard, TellsWhyATextIsRefused) {
+  FieldStageC stage("[\"a⚑b‸c\"]");
+  ClipboardContentS content;
+  content.plainText = u"x/(y";
+  exchange::PlainTextErrorS error;
+  EXPECT_EQ(stage.refField().paste(content, &error), PASTE_REFUSED);
+  EXPECT_EQ(error.cause, exchange::PLAIN_TEXT_ERROR_MISSING_CLOSE);
+  EXPECT_EQ(stage.notation(), "[\"a⚑b‸c\"]");
+  content.plainText = u"x+";
+  EXPECT_EQ(stage.refField().paste(content, &error), PASTE_AS_CHARACTERS);
+}
+
+TEST(FieldClipboard, IsTheHostsWhenItGivesOne) {
+  FieldStageC one("[\"⚑ab‸\"]");
+  FieldStageC other;
+  oss::PointerTC<ClipboardABC> const shared(new MemoryClipboardC);
+  one.refField().setClipboard(shared);
+  other.refField().setClipboard(shared);
+  EXPECT_FALSE(other.refField().isEnabled(COMMAND_PASTE));
+  EXPECT_TRUE(one.refField().run(COMMAND_COPY));
+  EXPECT_TRUE(other.refField().run(COMMAND_PASTE));
+  EXPECT_EQ(other.notation(), "[\"ab‸\"]");
+}
+
+TEST(FieldClipboard, PastesDeepFormulas) {
+  onSmallStack([] {
+    FieldStageC stage;
+    std::string notation;
+    for (int i = 0; i < 1000; ++i) notation += "[\"1+\", /<[\"a\"] ; ";
+    notation += "[\"b+\"]";
+    for (int i = 0; i < 1000; ++i) notation += ">, \"\"]";
+    ASSERT_TRUE(stage.refField().setNotation(fromUtf8(notation)));
+    EXPECT_TRUE(stage.refField().run(COMMAND_SELECT_ALL));
+    ClipboardContentS const content = stage.refField().copy();
+    EXPECT_GT(content.plainText.size(), 5000u);
+    EXPECT_EQ(stage.refField().paste(content), PASTE_DONE);
+    EXPECT_EQ(stage.tree(), notation);
+    for (int i = 0; i < 1001; ++i) EXPECT_TRUE(stage.refField().run(COMMAND_LEFT));
+    EXPECT_TRUE(stage.refField().run(COMMAND_UP));
+    EXPECT_FALSE(stage.refField().getExpression());
+  });
+}
+
+// ---- Decimal comma ----------------------------------------------------------------------------------------
+
+TEST(FieldDecimalComma, IsTypedShownCopiedAndPasted) {
+  FieldStageC stage;
+  stage.play("set decimal-comma on type \"log(3,5;2)\"");
+  EXPECT_EQ(stage.notation(), "[\"\", log<[\"2\"] ; [\"3.5\"]>, \"‸\"]");
+  stage.refGraphics().clear();
+  stage.refField().refView().display(0, 0);
+  EXPECT_NE(stage.refGraphics().getText().find("drawText \"3,5\""), std::string::npos);
+
+  EXPECT_TRUE(stage.play("command select-all"));
+  EXPECT_EQ(toUtf8(stage.refField().copy().plainText), "log(3,5;2)");
+  EXPECT_EQ(toUtf8(stage.refField().copy().prefix), "log(3.5,2)");
+  EXPECT_TRUE(stage.play("paste \"f(1,5;2)\""));
+  EXPECT_EQ(stage.notation(), "[\"f\", (, \"1.5,2\", ), \"‸\"]");
+  EXPECT_TRUE(stage.play("command select-all paste \"f(1.5,2)\""));
+  EXPECT_EQ(stage.notation(), "[\"f\", (, \"1.5,2\", ), \"‸\"]");
+  EXPECT_TRUE(stage.play("command select-all paste \"1,5+\""));
+  EXPECT_EQ(stage.notation(), "[\"1.5+‸\"]");
+}
+
+TEST(FieldDecimalComma, ChangesOnlyWhatIsShown) {
+  FieldStageC stage("[\"1.5,2‸\"]");
+  std::string const before = stage.notation();
+  PointS const size = stage.refField().refView().getExpressionSize();
+  EXPECT_TRUE(stage.play("set decimal-comma on"));
+  EXPECT_EQ(stage.notation(), before);
+  EXPECT_EQ(stage.refField().refView().getExpressionSize().x, size.x);
+  EXPECT_FALSE(stage.play("set no-such-option on"));
+}
+
+// ---- Expressions and errors -------------------------------------------------------------------------------
+
+TEST(FieldErrors, HaveEachASentence) {
+  std::set<wstring> texts;
+  for (int const cause : {0, 1, 2, 3, 4, 5, 6, 7, 12}) {
+    wstring const text = describe(static_cast<ErrorCauseE>(cause));
+    EXPECT_TRUE(texts.insert(text).second) << toUtf8(text);
+    EXPECT_NE(text.back(), u'.');
+  }
+}
+
+TEST(FieldErrors, TellWhere) {
+  FieldStageC stage("[\"2x 3 4‸\"]");
+  FormulaErrorS error;
+  EXPECT_FALSE(stage.refField().getExpression(&error));
+  EXPECT_EQ(error.cause, ERROR_CAUSE_SYNTAX);
+  EXPECT_EQ(writeBox(error.box), "30,0-37,10");
+  EXPECT_EQ(error.range.anchor.pos, 5u);
+  EXPECT_EQ(error.range.caret.pos, 6u);
+}
+
+TEST(FieldErrors, LeaveTheSelectionAloneWhenNobodyAsks) {
+  FieldStageC stage("[\"a+‸\"]");
+  EXPECT_FALSE(stage.refField().getExpression());
+  EXPECT_EQ(stage.notation(), "[\"a+‸\"]");
+}
+
+TEST(FieldExpressions, KeepTheOriginalWhenOnlyRead) {
+  FieldStageC stage;
+  auto const expression = AlgebraicExpressionC::fromPrefixString(u"+(a,1.50)");
+  stage.refField().setExpression(expression);
+  stage.refField().setEditable(false);
+  EXPECT_EQ(stage.refField().getExpression().get(), expression.get());
+}
+
+TEST(FieldExpressions, AreSetFromPlainText) {
+  FieldStageC stage;
+  exchange::PlainTextErrorS error;
+  EXPECT_TRUE(stage.refField().setPlainText(u"x^2/2", &error));
+  EXPECT_EQ(stage.tree(), "[\"\", /<[\"x\", P[\"2\"], \"\"] ; [\"2\"]>, \"\"]");
+  EXPECT_FALSE(stage.refField().setPlainText(u"x+", &error));
+  EXPECT_EQ(error.cause, exchange::PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  EXPECT_EQ(stage.tree(), "[\"\", /<[\"x\", P[\"2\"], \"\"] ; [\"2\"]>, \"\"]");
+}
+
+/// Rejects every expression with a given name in it.
+class NoNameC final : public math::algexpr::ConstraintsBC {
+ public:
+  explicit NoNameC(wstring name) : name_(std::move(name)) {}
+  bool check(oss::PointerTC<AlgebraicExpressionC> expression) const override {
+    return expression->toPrefixString().find(name_) == wstring::npos;
+  }
+
+ private:
+  wstring name_;
+};
+
+// What is only half done is not for the constraints to judge.
+TEST(FieldConstraints, JudgeWholeActs) {
+  struct CaseS {
+    wstring forbidden;
+    char const* script;
+    char const* end;
+  };
+  for (CaseS const& one :
+       {CaseS{u"^(x,2)", "type \"²\"", "[\"x‸\"]"}, CaseS{u"xx", "type \"²\"", "[\"x\", P[\"2\"], \"‸\"]"},
+        CaseS{u"α", "type \"+alpha!\"", "[\"x+alpha!‸\"]"}, CaseS{u"+(x,1)", "insert \"+1\"", "[\"x‸\"]"},
+        CaseS{u"+(x,1)", "insert \"+12\"", "[\"x+12‸\"]"}}) {
+    SCOPED_TRACE(one.script);
+    FieldStageC stage;
+    stage.refField().setExpression(AlgebraicExpressionC::fromPrefixString(u"x"), new NoNameC(one.forbidden));
+    stage.play("command end");
+    stage.play(one.script);
+    EXPECT_EQ(stage.notation(), one.end);
+    EXPECT_EQ(stage.findFault(), "");
+  }
+}
+
+// ---- For painting -----------------------------------------------------------------------------------------
+
+TEST(FieldPainting, ShowsASelectionInBands) {
+  auto const bands = [](char const* notation) {
+    std::string text;
+    for (RectangleS const& band : FieldStageC(notation).refField().getSelectionRectangles()) {
+      text += writeBox(band) + " ";
+    }
+    return text;
+  };
+  EXPECT_EQ(bands("[\"ab‸c\"]"), "");
+  EXPECT_EQ(bands("[\"a⚑bc‸d\"]"), "6,0-18,10 ");
+  EXPECT_EQ(bands("[\"a‸bc⚑d\"]"), "6,0-18,10 ");
+  std::string const mixed = bands("[\"a⚑b\", /<[\"x\"] ; [\"y\"]>, \"c‸d\"]");
+  EXPECT_EQ(std::count(mixed.begin(), mixed.end(), ' '), 3);
+  EXPECT_EQ(bands("[\"⚑ab‸\"]"), "0,0-12,10 ");
+}
+
+TEST(FieldPainting, AsksOnceToShowTheCaret) {
+  FieldStageC stage("[\"ab‸c\"]");
+  RectangleS box;
+  EXPECT_TRUE(stage.refField().takeRevealRequest(box));
+  EXPECT_FALSE(stage.refField().takeRevealRequest(box));
+  stage.play("command end");
+  EXPECT_TRUE(stage.refField().takeRevealRequest(box));
+  EXPECT_EQ(writeBox(box), "17,0-18,10");
+  stage.play("paint");
+  EXPECT_FALSE(stage.refField().takeRevealRequest(box));
+}
+
+// ---- Work per key -----------------------------------------------------------------------------------------
+
+// Up and down look at what is around the caret, not at the whole formula.
+TEST(FieldWork, OfAVerticalMoveStaysSmall) {
+  auto const measure = [](int terms) {
+    FieldStageC stage;
+    std::string notation = "[\"‸\", /<[\"a\"] ; [\"b\"]>, \"";
+    for (int i = 0; i < terms; ++i) notation += "+\", sqrt<[\"x\"]>, \"";
+    EXPECT_TRUE(stage.refField().setNotation(fromUtf8(notation + "\"]")));
+    stage.refField().refView().getExpressionSize();
+    stage.refGraphics().resetCounts();
+    EXPECT_TRUE(stage.play("command down"));
+    return stage.refGraphics().getMeasureCount();
+  };
+  EXPECT_EQ(measure(1000), measure(10));
+}
+
+}  // namespace
+}  // namespace zolt::tests
