@@ -57,5 +57,37 @@ template <class T, class U>
 bool operator!=(PointerTC<T> const& a, PointerTC<U> const& b) {
   return a.get() != b.get();
 }
+template <class T, class U>
+bool operator==(PointerTC<T> const& a, U const* b) {
+  return a.get() == b;
+}
+template <class T, class U>
+bool operator!=(PointerTC<T> const& a, U const* b) {
+  return a.get() != b;
+}
+template <class T, class U>
+bool operator==(U const* a, PointerTC<T> const& b) {
+  return a == b.get();
+}
+template <class T, class U>
+bool operator!=(U const* a, PointerTC<T> const& b) {
+  return a != b.get();
+}
+template <class T>
+bool operator==(PointerTC<T> const& a, std::nullptr_t) {
+  return !a;
+}
+template <class T>
+bool operator!=(PointerTC<T> const& a, std::nullptr_t) {
+  return bool(a);
+}
+template <class T>
+bool operator==(std::nullptr_t, PointerTC<T> const& b) {
+  return !b;
+}
+template <class T>
+bool operator!=(std::nullptr_t, PointerTC<T> const& b) {
+  return bool(b);
+}
 
 }  // namespace zolt::oss
