@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/foundation/allocations.h"
+#include "tests/support/allocations.h"
 #include "tests/support/cases.h"
 #include "tests/support/small_stack.h"
 #include "zolt/algexpr/algebraic_expression.h"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/foundation/allocations.h"
+#include "tests/support/allocations.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
 #include "zolt/oss/byte_format.h"
