@@ -48,6 +48,11 @@ FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
 FormulaFieldC::~FormulaFieldC() = default;
 
 void FormulaFieldC::setOptions(InputOptionsS const& options) {
+  for (auto const& change : listChanges(options_, options)) {
+    if (!recorded_) break;
+    recorded_->push_back(makeStep(SCRIPT_SET, change.first));
+    recorded_->back().on = change.second;
+  }
   if (options.decimalComma != options_.decimalComma) {
     surface_->showCommas(options.decimalComma);
     view_.needLayout();

@@ -121,7 +121,8 @@ class FormulaFieldC {
   bool takeRevealRequest(math::ved::RectangleS& box);
 
   // ---- Recording ------------------------------------------------------------------------------------------
-  /// Appends all input from now on to `script`, which the caller keeps alive until it passes null.
+  /// Appends all input and changes of options from now on to `script`, which the caller keeps alive until it
+  /// passes null.
   void record(EventScriptT* script);
 
  private:

@@ -2,22 +2,36 @@
 
 namespace zolt::field {
 
+namespace {
+
+struct OptionS {
+  char16_t const* name;
+  bool InputOptionsS::*member;
+};
+
+constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
+                             {u"letters", &InputOptionsS::letters},
+                             {u"leaving", &InputOptionsS::leaving},
+                             {u"decimal-comma", &InputOptionsS::decimalComma},
+                             {u"implied-products", &InputOptionsS::impliedProducts}};
+
+}  // namespace
+
 bool setOption(InputOptionsS& options, wstring const& name, bool on) {
-  struct OptionS {
-    char16_t const* name;
-    bool InputOptionsS::*member;
-  };
-  static constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
-                                      {u"letters", &InputOptionsS::letters},
-                                      {u"leaving", &InputOptionsS::leaving},
-                                      {u"decimal-comma", &InputOptionsS::decimalComma},
-                                      {u"implied-products", &InputOptionsS::impliedProducts}};
   for (OptionS const& option : table) {
     if (name != option.name) continue;
     options.*option.member = on;
     return true;
   }
   return false;
+}
+
+std::vector<std::pair<wstring, bool>> listChanges(InputOptionsS const& from, InputOptionsS const& to) {
+  std::vector<std::pair<wstring, bool>> changes;
+  for (OptionS const& option : table) {
+    if (from.*option.member != to.*option.member) changes.emplace_back(option.name, to.*option.member);
+  }
+  return changes;
 }
 
 }  // namespace zolt::field

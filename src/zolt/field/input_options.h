@@ -1,5 +1,8 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "zolt/oss/wstring.h"
 
 namespace zolt::field {
@@ -25,5 +28,8 @@ struct InputOptionsS {
 /// Sets an option by the name that scripts and settings have for it, such as "decimal-comma". False when
 /// there is none of that name.
 bool setOption(InputOptionsS& options, wstring const& name, bool on);
+
+/// The names of the options that differ, each with what it is in `to`.
+std::vector<std::pair<wstring, bool>> listChanges(InputOptionsS const& from, InputOptionsS const& to);
 
 }  // namespace zolt::field

@@ -19,8 +19,11 @@ class FormulaFieldC::ActC {
     if (keep != KEEP_GROWTH) field_.grown_.clear();
   }
   ~ActC() {
-    --field_.acts_;
+    if (--field_.acts_ > 0) return;
     field_.reveal_ = true;
+    // The view tidies up after an event only what was not laid out before it, and that can move a caret
+    // beside a supplied bracket: what a person sees must not depend on when the host paints.
+    field_.view_.getExpressionSize();
   }
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
