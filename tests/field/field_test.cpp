@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <set>
 
 #include "tests/field/field_stage.h"
@@ -50,6 +51,21 @@ TEST(FieldCommandTable, FindsChordsHoweverTheyAreWritten) {
        {u"", u"+", u"Ctrl", u"Ctrl+", u"Ctrl++", u"Meta+Left", u"Ctrl+Alt+Shift+Left", u"L"}) {
     EXPECT_EQ(findCommandForKeys(chord), nullptr) << toUtf8(chord);
   }
+}
+
+std::string writeRow(CommandS const& command) {
+  return "| `" + toUtf8(command.name) + "` | " + toUtf8(command.title) + " | " + toUtf8(command.keys) +
+         " | " + toUtf8(command.help) + " |" + (command.modifies ? " yes |" : " |");
+}
+
+TEST(FieldCommandTable, IsTheOneInTheDocument) {
+  std::ifstream in(ZOLT_TEST_DATA "/../../docs/commands.md");
+  std::vector<std::string> rows;
+  for (std::string line; std::getline(in, line) && line != "## Typing";) {
+    if (line.compare(0, 3, "| `") == 0) rows.push_back(line);
+  }
+  ASSERT_EQ(rows.size(), commands().size());
+  for (std::size_t i = 0; i < rows.size(); ++i) EXPECT_EQ(rows[i], writeRow(commands()[i]));
 }
 
 // ---- Clipboard --------------------------------------------------------------------------------------------
