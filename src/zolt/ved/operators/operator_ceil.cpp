@@ -2,15 +2,9 @@
 
 #include "zolt/ved/operators/detail/enclosure.h"
 #include "zolt/ved/operators/detail/operands.h"
-#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/operators/detail/serif_bars.h"
 
 namespace zolt::math::ved {
-
-namespace {
-
-constexpr long serif_length = 5;
-
-}  // namespace
 
 OperatorCeilC::OperatorCeilC(wstring const& name, wstring const& text, bool coreElement, int code)
     : OperatorBC(name, text, 1, 0, false, coreElement, code) {}
@@ -22,23 +16,12 @@ std::pair<Node4C*, int> OperatorCeilC::fromAlgebraicNode(algexpr::NodeABC&, Conv
 }
 
 void OperatorCeilC::layoutNode4(Node4C* node, GraphicsABC const&) const {
-  // The serifs at the top have a free row of their own below them.
-  constexpr long above = 2;
-  Node4C* const content = node->child(0);
-  content->setDX(serif_length);
-  content->setDY(above);
-  node->setWidth(content->getWidth() + 2 * serif_length);
-  node->setHeight(content->getHeight() + 3);
-  node->setMidHeight(content->getMidHeight() + above);
+  detail::layoutSerifBars(*node, detail::SERIFS_AT_TOP);
 }
 
 void OperatorCeilC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
                                  long height, long) const {
-  long const right = x + width - 1;
-  graphics.drawVerticalLine(x, y, height);
-  graphics.drawHorizontalLine(x, y, serif_length);
-  graphics.drawVerticalLine(right, y, height);
-  graphics.drawHorizontalLine(right + 1 - serif_length, y, serif_length);
+  detail::drawSerifBars(graphics, {x, y}, width, height, detail::SERIFS_AT_TOP);
 }
 
 bool OperatorCeilC::runOperator(ViewZNT4C& view) const { return detail::insertEnclosure(*this, view); }

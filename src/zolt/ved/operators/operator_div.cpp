@@ -27,20 +27,16 @@ bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) 
   return fits;
 }
 
-bool isOpen(Node4C const& item) { return item.getType() == NODE4_OPEN || item.getType() == NODE4_AUTO_OPEN; }
-bool isClose(Node4C const& item) {
-  return item.getType() == NODE4_CLOSE || item.getType() == NODE4_AUTO_CLOSE;
-}
-
 /// Whether the row is one bracketed group and nothing else: the bar can stand for its parentheses then.
 bool isWholeGroup(Node4C const& row) {
   unsigned long const count = row.numChildren();
   if (count < 5 || row.child(0)->sizeText() > 0 || row.child(count - 1)->sizeText() > 0) return false;
-  if (!isOpen(*row.child(1)) || !isClose(*row.child(count - 2))) return false;
+  auto const type = [&row](unsigned long i) { return row.child(i)->getType(); };
+  if (!isOpeningBracket(type(1)) || !isClosingBracket(type(count - 2))) return false;
   long depth = 0;
   for (unsigned long i = 1; i + 2 < count; ++i) {
-    if (isOpen(*row.child(i))) ++depth;
-    if (isClose(*row.child(i)) && --depth == 0) return false;
+    if (isOpeningBracket(type(i))) ++depth;
+    if (isClosingBracket(type(i)) && --depth == 0) return false;
   }
   return true;
 }

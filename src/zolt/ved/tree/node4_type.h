@@ -15,4 +15,9 @@ enum Node4TypeE {
   NODE4_AUTO_CLOSE = 8,  ///< ")" supplied at the end of a row to balance it
 };
 
+/// "(", typed or supplied.
+constexpr bool isOpeningBracket(Node4TypeE type) { return type == NODE4_OPEN || type == NODE4_AUTO_OPEN; }
+/// ")", typed or supplied.
+constexpr bool isClosingBracket(Node4TypeE type) { return type == NODE4_CLOSE || type == NODE4_AUTO_CLOSE; }
+
 }  // namespace zolt::math::ved

@@ -8,10 +8,6 @@ namespace {
 
 constexpr char16_t factorial = u'!';
 
-bool isOpen(Node4C const& item) { return item.getType() == NODE4_OPEN || item.getType() == NODE4_AUTO_OPEN; }
-bool isClose(Node4C const& item) {
-  return item.getType() == NODE4_CLOSE || item.getType() == NODE4_AUTO_CLOSE;
-}
 bool isEmptyText(Node4C const& item) { return item.getType() == NODE4_TEXT && item.sizeText() == 0; }
 bool isOperandCharacter(char16_t c) { return c != u' ' && Node4C::isAcceptable(c, false); }
 
@@ -37,13 +33,13 @@ unsigned int backOverName(wstring const& text, unsigned int pos) {
 
 /// The index of the bracket that matches the one at `i`, or the number of items when there is none.
 unsigned long findMatch(Node4C const& row, unsigned long i) {
-  bool const forwards = isOpen(*row.child(i));
+  bool const forwards = isOpeningBracket(row.child(i)->getType());
   unsigned long const count = row.numChildren();
   long depth = 0;
   for (unsigned long k = i; k < count; k = forwards ? k + 1 : k - 1) {
-    Node4C const& item = *row.child(k);
-    if (isOpen(item)) ++depth;
-    if (isClose(item)) --depth;
+    Node4TypeE const type = row.child(k)->getType();
+    if (isOpeningBracket(type)) ++depth;
+    if (isClosingBracket(type)) --depth;
     if (depth == 0) return k;
   }
   return count;
@@ -85,7 +81,7 @@ OperandStretchS findLeftOperand(Node4C* caretNode, unsigned int caretPos) {
   } else if (item->getType() == NODE4_OPERATOR) {
     stretch.far = item->goLeft();
     if (stretch.far) stretch.farPos = static_cast<unsigned int>(stretch.far->sizeText());
-  } else if (isClose(*item)) {
+  } else if (isClosingBracket(item->getType())) {
     unsigned long const open = findMatch(row, i);
     if (open == 0 || open >= row.numChildren()) return stretch;
     stretch.far = row.child(open - 1);
@@ -111,7 +107,7 @@ OperandStretchS findRightOperand(Node4C* caretNode, unsigned int caretPos) {
     Node4C* const item = row.child(next);
     if (item->getType() == NODE4_OPERATOR) {
       stretch.far = row.child(next + 1);
-    } else if (isOpen(*item)) {
+    } else if (isOpeningBracket(item->getType())) {
       unsigned long const close = findMatch(row, next);
       if (close + 1 >= row.numChildren()) return stretch;
       stretch.far = row.child(close + 1);
@@ -124,7 +120,7 @@ OperandStretchS findRightOperand(Node4C* caretNode, unsigned int caretPos) {
   while (pos < text.size() && isOperandCharacter(text[pos])) ++pos;
   stretch.far = caretNode;
   stretch.farPos = pos;
-  if (pos == text.size() && next < row.numChildren() && isOpen(*row.child(next))) {
+  if (pos == text.size() && next < row.numChildren() && isOpeningBracket(row.child(next)->getType())) {
     unsigned long const close = findMatch(row, next);
     if (close + 1 < row.numChildren()) {
       stretch.far = row.child(close + 1);

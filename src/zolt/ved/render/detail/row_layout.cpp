@@ -12,8 +12,6 @@ constexpr long exponent_overlap = 5;
 // What stands between the brackets of an empty pair.
 constexpr long empty_pair_gap = 2;
 
-bool isOpen(Node4TypeE type) { return type == NODE4_OPEN || type == NODE4_AUTO_OPEN; }
-
 wstring const empty_text;
 
 }  // namespace
@@ -56,7 +54,7 @@ void RowLayoutC::placeHorizontally() {
         break;
       case NODE4_CLOSE:
       case NODE4_AUTO_CLOSE: {
-        bool const emptyPair = i > 1 && isOpen(row_.child(i - 2)->getType()) &&
+        bool const emptyPair = i > 1 && isOpeningBracket(row_.child(i - 2)->getType()) &&
                                row_.child(i - 1)->getType() == NODE4_TEXT &&
                                row_.child(i - 1)->sizeText() == 0;
         if (emptyPair) {
@@ -84,9 +82,9 @@ void RowLayoutC::prepareExponents() {
   pushSteps_.assign(count_ + 1, 0);
   for (unsigned long i = 0; i < count_; ++i) {
     Node4TypeE const type = row_.child(i)->getType();
-    if (isOpen(type)) {
+    if (isOpeningBracket(type)) {
       opens_.push_back(i);
-    } else if ((type == NODE4_CLOSE || type == NODE4_AUTO_CLOSE) && !opens_.empty()) {
+    } else if (isClosingBracket(type) && !opens_.empty()) {
       baseStart_[i] = opens_.back();
       opens_.pop_back();
     }

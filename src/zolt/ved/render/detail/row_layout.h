@@ -53,8 +53,7 @@ class RowLayoutC {
   // Only in a row with exponents. A base can be a long bracketed group, and groups nest, so pushing bases
   // down item by item could cost a square; the pushes are collected as differences between neighbours
   // instead.
-  std::vector<unsigned long>
-      baseStart_;  // of an exponent or a closing bracket: where its base or group starts
+  std::vector<unsigned long> baseStart_;  // of an exponent or ")": where its base or group starts
   std::vector<long> pushSteps_;
 };
 
