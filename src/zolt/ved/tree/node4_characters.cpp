@@ -2,31 +2,38 @@
 
 namespace zolt::math::ved {
 
-// One row of 16 characters a line, from U+0000 to U+007F.
+namespace {
+
+constexpr bool X = true;
+constexpr bool o = false;
+
+}  // namespace
+
+// A line of 16 characters for each leading digit.
+// clang-format off
 bool const Node4C::acceptable_characters[nb_acceptable_characters] = {
-    false, false, false, false, false, false, false, false, false, false, false, false, false, false, false,
-    false, false, false, false, false, false, false, false, false, false, false, false, false, false, false,
-    false, false, true,  false, false, false, false, false, false, false, false, false, false, false, false,
-    false, true,  false, true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  false,
-    false, false, false, false, true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  false, false, false, false, true,  false, true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  false, true,  false, false,
+    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 00
+    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 10
+    X, o, o, o, o, o, o, o, o, o, o, o, o, o, X, o,  // 20
+    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, o,  // 30
+    X, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 40
+    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, X,  // 50
+    o, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 60
+    X, X, X, X, X, X, X, X, X, X, X, X, o, X, o, o,  // 70
 };
 
 // The same without the blank and ":".
 bool const Node4C::identifier_characters[nb_acceptable_characters] = {
-    false, false, false, false, false, false, false, false, false, false, false, false, false, false, false,
-    false, false, false, false, false, false, false, false, false, false, false, false, false, false, false,
-    false, false, false, false, false, false, false, false, false, false, false, false, false, false, false,
-    false, true,  false, true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  false, false,
-    false, false, false, false, true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  false, false, false, false, true,  false, true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,  true,
-    true,  true,  true,  true,  false, true,  false, false,
+    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 00
+    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 10
+    o, o, o, o, o, o, o, o, o, o, o, o, o, o, X, o,  // 20
+    X, X, X, X, X, X, X, X, X, X, o, o, o, o, o, o,  // 30
+    X, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 40
+    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, X,  // 50
+    o, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 60
+    X, X, X, X, X, X, X, X, X, X, X, X, o, X, o, o,  // 70
 };
+// clang-format on
 
 bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   if (c < nb_acceptable_characters) return identifier ? identifier_characters[c] : acceptable_characters[c];

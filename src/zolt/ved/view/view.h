@@ -73,6 +73,8 @@ class ViewZNT4C {
   /// any other text is typed character by character. False, with nothing changed, when a character is
   /// refused.
   bool insertText(wstring const& text);
+  /// Where every refused input ends: does nothing and answers false.
+  bool bip() const { return false; }
 
   // ---- Clipboard ------------------------------------------------------------------------------------------
   /// The selection as bytes for the clipboard and as an expression. Null when the selection is not a complete
@@ -147,8 +149,6 @@ class ViewZNT4C {
   void finishEvent();
   void layoutIfPending() const;
   void selectError(ErrorSelectionS const& error);
-  bool bip() const { return false; }
-
   // view_caret.cpp
   bool doLeft();
   bool doRight();

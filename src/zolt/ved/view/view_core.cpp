@@ -1,3 +1,5 @@
+#include <cassert>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -30,6 +32,10 @@ void toCaretPlace(Node4C*& node, unsigned int& index, bool first) {
   }
 }
 
+bool isPlace(Node4C const& root, Node4C const* node, unsigned int pos) {
+  return validatePlace(root, node, pos).invariant == TREE_VALID;
+}
+
 }  // namespace
 
 ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics)
@@ -45,8 +51,7 @@ ViewZNT4C::~ViewZNT4C() {
   operatorList_.reset();
 }
 
-// ---- Expression
-// ---------------------------------------------------------------------------------------------
+// ---- Expression -----------------------------------------------------------------------------------------
 
 void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                                        PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
@@ -108,8 +113,8 @@ bool ViewZNT4C::setEditable(bool editable) {
 bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
                             unsigned int caretPos) {
   if (executing_) return false;
-  if (validatePlace(*root_, caretNode, caretPos).invariant != TREE_VALID) return false;
-  if (anchorNode && validatePlace(*root_, anchorNode, anchorPos).invariant != TREE_VALID) return false;
+  if (!isPlace(*root_, caretNode, caretPos)) return false;
+  if (anchorNode && !isPlace(*root_, anchorNode, anchorPos)) return false;
   bool const empty = anchorNode == caretNode && anchorPos == caretPos;
   anchorNode_ = empty ? nullptr : const_cast<Node4C*>(anchorNode);
   anchorPos_ = anchorPos;
@@ -118,8 +123,7 @@ bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, No
   return needRedraw();
 }
 
-// ---- Size and drawing
-// ---------------------------------------------------------------------------------------
+// ---- Size and drawing -----------------------------------------------------------------------------------
 
 void ViewZNT4C::layoutIfPending() const {
   if (!layoutPending_) return;
@@ -162,8 +166,7 @@ bool ViewZNT4C::needRedraw() {
   return true;
 }
 
-// ---- Events
-// -------------------------------------------------------------------------------------------------
+// ---- Events ---------------------------------------------------------------------------------------------
 
 bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x,
                          long y) {
@@ -180,6 +183,9 @@ bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool,
 }
 
 void ViewZNT4C::finishEvent() {
+  assert(validateTree(*root_).invariant == TREE_VALID);
+  assert(isPlace(*root_, caretNode_, caretPos_));
+  assert(!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
   executing_ = false;
   if (!paintMissed_) return;
   paintMissed_ = false;
