@@ -46,8 +46,7 @@ void normalise(TreeNotationS& tree) {
   tree.root->checkTree(tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos);
 }
 
-// ---- Normalisation
-// ----------------------------------------------------------------------------------------------
+// ---- Normalisation --------------------------------------------------------------------------------------
 
 /// The eight steps one after the other, with the row's own operations: slow and obvious.
 class ReferenceNormaliserC {
@@ -284,8 +283,7 @@ TEST(NormalisationTest, SurvivesAnyLengthAndDepthOnASmallStack) {
   });
 }
 
-// ---- Record and children
-// ------------------------------------------------------------------------------------------
+// ---- Record and children --------------------------------------------------------------------------------
 
 TEST(NodeTest, KindsTextsAndOperators) {
   auto const root = standardOperators().lookup(u"sqrt");
@@ -353,7 +351,7 @@ TEST(NodeTest, RowsGrowAtBothEndsWithoutMovingTheirItemsOverAndOver) {
   std::size_t reallocations = 0;
   for (int i = 0; i < 100000; ++i) {
     std::size_t const capacity = array.capacity();
-    array.insert(i % 2 == 0 ? 0 : array.size(), nullptr);
+    array.insertSlots(i % 2 == 0 ? 0 : array.size(), 1);
     if (array.capacity() != capacity) ++reallocations;
   }
   EXPECT_LT(reallocations, 100u);
@@ -403,8 +401,7 @@ TEST(NodeTest, AcceptableCharacters) {
   EXPECT_FALSE(Node4C::isAcceptable(0x0960, true));
 }
 
-// ---- Streams and notation
-// -------------------------------------------------------------------------------------------
+// ---- Streams and notation -------------------------------------------------------------------------------
 
 oss::bytestring toBytes(Node4C const& node) {
   auto* const bytes = new oss::BinaryStringOutputStreamC;

@@ -184,8 +184,7 @@ class Node4C : public oss::SerializableABC {
     if (a > b) a = b;
   }
 
-  // ---- Conversion (parser/, convert/)
-  // -----------------------------------------------------------------------
+  // ---- Conversion (parser/, convert/) -------------------------------------------------------------------
   /// Infix text to prefix text. On failure false, with the start and end of the offending token in `infix`
   /// (in characters) and the cause; outputs are untouched by what they do not report.
   static bool convertInfixToPrefix(wstring const& infix, wstring& prefix, unsigned int& first,

@@ -33,10 +33,6 @@ class ChildArrayC {
   void resize(std::size_t size);
   /// Opens `count` null slots before slot i, moving the shorter side.
   void insertSlots(std::size_t i, std::size_t count);
-  void insert(std::size_t i, Node4C* node) {
-    insertSlots(i, 1);
-    (*this)[i] = node;
-  }
   /// Removes `count` slots from slot i on, moving the shorter side.
   void erase(std::size_t i, std::size_t count = 1);
   void clear() { first_ = size_ = 0; }
