@@ -1,0 +1,234 @@
+#include <gtest/gtest.h>
+#include <utf8.h>
+
+#include <cstdio>
+#include <functional>
+#include <set>
+#include <vector>
+
+#include "tests/formula/formula_support.h"
+#include "tests/support/cases.h"
+#include "tests/support/operators.h"
+#include "zolt/algexpr/number_display_format.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/operators/operator_power.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::tests {
+
+namespace {
+
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::NodeABC;
+using surfaces::RecordingGraphicsC;
+using NamesT = std::set<wstring>;
+
+class FormulaCases : public testing::Test {
+ protected:
+  FormulaCases() { standardOperators(); }
+};
+
+// ---- What the corpora speak of ----------------------------------------------------------------------------
+
+void collectNames(NodeABC const& node, NamesT& names) {
+  names.insert(node.getName());
+  if (auto const* parent = node.asParent()) {
+    for (unsigned long i = 0; i < parent->numChildren(); ++i) collectNames(parent->child(i), names);
+  }
+}
+
+void collectNames(Node4C const& node, NamesT& names) {
+  if (auto const* op = node.crefOperator()) names.insert(op->getName());
+  for (unsigned long i = 0; i < node.numChildren(); ++i) collectNames(*node.child(i), names);
+}
+
+void expectOperators(NamesT const& names, std::function<bool(OperatorBC const&)> const& isWanted) {
+  for (auto const& [name, op] : standardOperators().crefByName()) {
+    EXPECT_TRUE(!isWanted(*op) || names.count(name) > 0) << "no case for " << toUtf8(name);
+  }
+}
+
+bool isAny(OperatorBC const&) { return true; }
+bool isConstruct(OperatorBC const& op) { return op.isConstruct(); }
+
+// ---- Conversion -------------------------------------------------------------------------------------------
+
+TEST_F(FormulaCases, ToTree) {
+  NamesT names;
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/to_tree.cases")) {
+    SCOPED_TRACE(one.where);
+    std::string prefix = one.input;
+    unsigned precision = 0;
+    int format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
+    int behind = 0;
+    if (std::sscanf(prefix.c_str(), "{%u %d} %n", &precision, &format, &behind) == 2)
+      prefix.erase(0, static_cast<std::size_t>(behind));
+    auto const expression = AlgebraicExpressionC::fromPrefixString(utf8::utf8to16(prefix));
+    ASSERT_TRUE(expression);
+    collectNames(*expression->getNode(), names);
+    TreeT const tree(Node4C::fromAlgebraicExpression(
+        expression, precision, static_cast<math::algexpr::NumberDisplayFormatE>(format)));
+    EXPECT_EQ(one.expected, describe(*tree));
+    EXPECT_EQ(TREE_VALID, validateTree(*tree).invariant);
+  }
+  expectOperators(names, isAny);
+}
+
+TEST_F(FormulaCases, EmptyExpressionsAreASlot) {
+  EXPECT_EQ("[\"\"]", describe(*showTree(nullptr)));
+  EXPECT_EQ("[\"\"]", describe(*showTree(new AlgebraicExpressionC(nullptr, nullptr))));
+}
+
+std::string toPrefix(Node4C& root) {
+  Node4C& row = *root.child(0);
+  ErrorSelectionS error;
+  auto const expression = root.getAlgebraicExpression(&error);
+  std::string const result = expression ? describe(expression) : describe(error, row);
+
+  // The same from the row, with and without the record; and its prefix text without the library.
+  ErrorSelectionS rowError;
+  EXPECT_EQ(result, row.getAlgebraicExpression(&rowError) ? result : describe(rowError, row));
+  EXPECT_EQ(bool(expression), bool(row.getAlgebraicExpression(nullptr)));
+  wstring prefix = u"untouched";
+  ErrorSelectionS textError;
+  if (row.getExpressionString(prefix, textError)) {
+    EXPECT_TRUE(!expression || result == toUtf8(prefix)) << toUtf8(prefix);
+  } else {
+    EXPECT_EQ(result, describe(textError, row));
+    EXPECT_EQ(u"untouched", prefix);
+  }
+  return result;
+}
+
+TEST_F(FormulaCases, ToPrefix) {
+  NamesT names;
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/to_prefix.cases")) {
+    SCOPED_TRACE(one.where);
+    TreeNotationS const tree = readTree(one.input);
+    EXPECT_EQ(one.expected, toPrefix(*tree.root));
+    EXPECT_EQ(one.input, describe(*tree.root));
+    if (auto const expression = tree.root->getAlgebraicExpression(nullptr))
+      collectNames(*expression->getNode(), names);
+  }
+  expectOperators(names, isAny);
+}
+
+TEST_F(FormulaCases, OnlyRootsAndRowsHaveAnExpression) {
+  TreeNotationS const tree = readTree(R"(["x", P["2"], "", sqrt<["y"]>, ""])");
+  Node4C& row = *tree.root->child(0);
+  for (unsigned long i = 0; i < row.numChildren(); ++i) {
+    ErrorSelectionS error{&row, 1, &row, 1, ERROR_CAUSE_BAD_NUMBER};
+    EXPECT_FALSE(row.child(i)->getAlgebraicExpression(&error)) << i;
+    EXPECT_EQ("0@null:0 null:0", describe(error, row));
+  }
+  EXPECT_EQ("2", describe(row.child(1)->child(0)->getAlgebraicExpression(nullptr)));
+}
+
+// The text with its exponent as a child becomes two items, wherever it stands.
+TEST_F(FormulaCases, FixedBasesAreOrdinaryItemsAfterNormalisation) {
+  standardOperators().add(new OperatorPowerC(u"epower", u"epower", 10, u"e", false, false, 0));
+  std::pair<char16_t const*, char const*> const cases[] = {
+      {u"epower(x)", R"(["e", P["x"], ""])"},
+      {u"+(a,epower(+(x,1)))", R"(["a+e", P["x+1"], ""])"},
+      {u"*(epower(x),epower(y))", R"(["e", P["x"], "∙e", P["y"], ""])"},
+      {u"f(epower(x),b)", R"(["f", (, "e", P["x"], ",b", ), ""])"},
+      {u"sqrt(epower(epower(x)))", R"(["", sqrt<["e", P["e", P["x"], ""], ""]>, ""])"},
+      {u"!(epower(x))", R"(["e", P["x"], "!"])"},
+      {u"epower(−2)", R"(["e", P["−2"], ""])"},
+  };
+  for (auto const& [prefix, expected] : cases) {
+    TreeT const tree = showTree(AlgebraicExpressionC::fromPrefixString(prefix));
+    EXPECT_EQ(expected, describe(*tree));
+    EXPECT_EQ(TREE_VALID, validateTree(*tree).invariant);
+  }
+  standardOperators().remove(u"epower");
+  EXPECT_EQ(R"(["epower", (, "x", ), ""])",
+            describe(*showTree(AlgebraicExpressionC::fromPrefixString(u"epower(x)"))));
+}
+
+// ---- Layout and drawing -----------------------------------------------------------------------------------
+
+std::vector<std::string> split(std::string const& text, std::string const& separator) {
+  std::vector<std::string> parts;
+  for (std::size_t start = 0;;) {
+    std::size_t const end = text.find(separator, start);
+    parts.push_back(text.substr(start, end - start));
+    if (end == std::string::npos) return parts;
+    start = end + separator.size();
+  }
+}
+
+std::string describeBox(Node4C const& node) {
+  std::string text;
+  for (long value : {node.getDX(), node.getDY(), node.getWidth(), node.getHeight(), node.getMidHeight()})
+    text += " " + std::to_string(value);
+  if (node.getFontDepth() > 0) text += " @" + std::to_string(node.getFontDepth());
+  return text;
+}
+
+/// The layout in the words of a case, for the nodes that the case names.
+std::string describeLayout(Node4C const& root, std::string const& expected) {
+  Node4C const& row = *root.child(0);
+  std::string text;
+  for (std::string const& part : split(expected, " ; ")) {
+    if (part[0] != '/') {
+      EXPECT_EQ(describeBox(row), describeBox(root));
+      text += describeBox(row).substr(5);
+      continue;
+    }
+    std::string const name = part.substr(0, part.find(' '));
+    Node4C const* const node = findNode(row, name);
+    text += " ; " + name + (node ? describeBox(*node) : " is no node");
+  }
+  return text;
+}
+
+TEST_F(FormulaCases, Layout) {
+  NamesT names;
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/layout.cases")) {
+    SCOPED_TRACE(one.where);
+    TreeNotationS const tree = readTree(one.input);
+    collectNames(*tree.root, names);
+    RecordingGraphicsC const graphics;
+    EXPECT_TRUE(tree.root->layout(graphics));
+    EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected));
+    EXPECT_TRUE(graphics.getLines().empty());
+    // Nothing of the first layout is left in the second, the font depths least of all.
+    tree.root->layout(graphics);
+    EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected));
+  }
+  expectOperators(names, isConstruct);
+}
+
+std::string join(std::vector<std::string> const& lines) {
+  std::string text;
+  for (std::string const& line : lines) text += (text.empty() ? "" : " ; ") + line;
+  return text;
+}
+
+TEST_F(FormulaCases, Drawing) {
+  NamesT names;
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/drawing.cases")) {
+    SCOPED_TRACE(one.where);
+    long x = 0;
+    long y = 0;
+    int behind = 0;
+    std::sscanf(one.input.c_str(), "%ld %ld: %n", &x, &y, &behind);
+    TreeNotationS const tree = readTree(one.input.substr(static_cast<std::size_t>(behind)));
+    collectNames(*tree.root, names);
+    RecordingGraphicsC graphics;
+    tree.root->layout(graphics);
+    EXPECT_TRUE(tree.root->display(graphics, x, y, tree.caretNode));
+    EXPECT_EQ(one.expected, join(graphics.getLines()));
+    EXPECT_EQ(0u, graphics.getInvalidateCount());
+  }
+  expectOperators(names, isConstruct);
+}
+
+}  // namespace
+
+}  // namespace zolt::tests

@@ -1,0 +1,216 @@
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "tests/formula/formula_support.h"
+#include "tests/formula/random_formula.h"
+#include "tests/formula/reference_conversion.h"
+#include "tests/formula/reference_row_layout.h"
+#include "tests/support/cases.h"
+#include "tests/support/operators.h"
+#include "tests/support/view_stage.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::tests {
+
+namespace {
+
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::NodeABC;
+using surfaces::RecordingGraphicsC;
+
+class FormulaProperty : public testing::Test {
+ protected:
+  FormulaProperty() { standardOperators(); }
+};
+
+std::string describeBoxes(Node4C const& node) {
+  std::string text;
+  for (long value : {node.getDX(), node.getDY(), node.getWidth(), node.getHeight(), node.getMidHeight(),
+                     static_cast<long>(node.getFontDepth())})
+    text += std::to_string(value) + " ";
+  for (unsigned long i = 0; i < node.numChildren(); ++i) text += describeBoxes(*node.child(i));
+  return text;
+}
+
+/// Everything that holds for any normalised tree, whether it stands for an expression or not.
+void expectSoundTree(Node4C& root) {
+  ASSERT_EQ(TREE_VALID, validateTree(root).invariant);
+
+  std::string const notation = describe(root);
+  ASSERT_EQ(notation, describe(*readTree(notation).root));
+  ASSERT_EQ(notation, describe(*TreeT(root.clone())));
+  PointerTC<oss::ObjectInputStreamABC> in(
+      new oss::BinaryInputStreamC(new oss::BinaryStringInputStreamC(writeBytes(root))));
+  Node4C copy;
+  ASSERT_TRUE(copy.readObject(in));
+  ASSERT_EQ(notation, describe(copy));
+
+  RecordingGraphicsC graphics;
+  ASSERT_TRUE(root.layout(graphics));
+  ASSERT_EQ("", findLayoutDifference(root, graphics));
+  std::string const boxes = describeBoxes(root);
+  root.layout(graphics);
+  ASSERT_EQ(boxes, describeBoxes(root));
+  ASSERT_TRUE(root.display(graphics, 0, 0, nullptr));
+  ASSERT_EQ(boxes, describeBoxes(root));
+
+  Node4C& row = *root.child(0);
+  wstring prefix;
+  wstring expected;
+  ErrorSelectionS error;
+  ErrorSelectionS expectedError;
+  bool const converts = row.getExpressionString(prefix, error);
+  ASSERT_EQ(writePrefixStepByStep(row, expected, expectedError), converts);
+  ASSERT_EQ(toUtf8(expected), toUtf8(prefix));
+  ASSERT_EQ(describe(expectedError, row), describe(error, row));
+  ASSERT_EQ(notation, describe(root));
+}
+
+/// An expression as the tree that it is shown as says it; null when that tree does not convert.
+ExpressionT readBack(ExpressionT const& expression) {
+  return showTree(expression)->getAlgebraicExpression(nullptr);
+}
+
+/// Shown and read a second time, nothing changes any more.
+void expectFixpoint(ExpressionT const& once) {
+  ExpressionT const twice = readBack(once);
+  ASSERT_TRUE(twice) << describe(once);
+  ASSERT_EQ(describe(once), describe(twice));
+}
+
+/// A number for what an expression means: sums, signs and brackets are what they are, "and" and "or" do not
+/// depend on their bracketing, everything else depends on its name and on all its operands in their order.
+class MeaningC {
+ public:
+  static std::uint64_t of(NodeABC const& node) {
+    wstring const name = node.getName();
+    std::vector<std::uint64_t> operands;
+    if (auto const* parent = node.asParent()) {
+      for (unsigned long i = 0; i < parent->numChildren(); ++i) operands.push_back(of(parent->child(i)));
+    }
+    if (operands.empty() && name[0] == u'\u2212') return 0 - hash(name.substr(1));
+    if (operands.size() == 1 && name == u"_neg") return 0 - operands[0];
+    if (operands.size() == 1 && (name == u"_pos" || name == u"_quietpos")) return operands[0];
+    if (operands.size() == 2 && name == u"+") return operands[0] + operands[1];
+    if (operands.size() == 2 && name == u"-") return operands[0] - operands[1];
+    if (operands.size() == 2 && name == u"and") return (operands[0] | 1) * (operands[1] | 1);
+    if (operands.size() == 2 && name == u"or") return operands[0] ^ operands[1];
+    std::uint64_t result = hash(name);
+    for (std::uint64_t operand : operands) result = mix(result, operand);
+    return result;
+  }
+
+ private:
+  static std::uint64_t mix(std::uint64_t a, std::uint64_t b) {
+    std::uint64_t mixed = (a ^ (b + 0x9E3779B97F4A7C15)) * 0xBF58476D1CE4E5B9;
+    return mixed ^ (mixed >> 29);
+  }
+  static std::uint64_t hash(wstring const& text) {
+    std::uint64_t result = text.size();
+    for (char16_t c : text) result = mix(result, c);
+    return result;
+  }
+};
+
+TEST_F(FormulaProperty, AnyExpressionIsShown) {
+  unsigned numConverting = 0;
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    ExpressionT const expression = RandomExpressionC(seed, RandomExpressionC::ANYTHING).make(1 + seed % 30);
+    SCOPED_TRACE("seed " + std::to_string(seed) + ": " + describe(expression));
+    TreeT const tree = showTree(expression);
+    ASSERT_EQ(describe(*showTreeStepByStep(expression)), describe(*tree));
+    ASSERT_NO_FATAL_FAILURE(expectSoundTree(*tree));
+    if (ExpressionT const once = tree->getAlgebraicExpression(nullptr)) {
+      ++numConverting;
+      ASSERT_NO_FATAL_FAILURE(expectFixpoint(once));
+    }
+  }
+  EXPECT_GT(numConverting, 200u);
+}
+
+TEST_F(FormulaProperty, WellMadeExpressionsKeepTheirMeaning) {
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    ExpressionT const expression = RandomExpressionC(seed, RandomExpressionC::WELL_MADE).make(1 + seed % 40);
+    SCOPED_TRACE("seed " + std::to_string(seed) + ": " + describe(expression));
+    ExpressionT const once = readBack(expression);
+    ASSERT_TRUE(once) << describe(*showTree(expression));
+    ASSERT_EQ(MeaningC::of(*expression->getNode()), MeaningC::of(*once->getNode())) << describe(once);
+    ASSERT_NO_FATAL_FAILURE(expectFixpoint(once));
+
+    // What the formula says is also what its plain text says, in either style.
+    for (auto const style : {exchange::PLAIN_TEXT_EXACT, exchange::PLAIN_TEXT_READABLE}) {
+      wstring const plain = exchange::toPlainText(*once, style);
+      ExpressionT const read = exchange::fromPlainText(plain, nullptr);
+      ASSERT_TRUE(read) << toUtf8(plain);
+      ASSERT_EQ(MeaningC::of(*once->getNode()), MeaningC::of(*read->getNode())) << toUtf8(plain);
+    }
+  }
+}
+
+TEST_F(FormulaProperty, AnyTreeIsLaidOutDrawnAndReadOrRefused) {
+  std::map<int, unsigned> causes;
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    TreeT const tree = RandomTreeC(seed).make();
+    SCOPED_TRACE("seed " + std::to_string(seed) + ": " + describe(*tree));
+    ASSERT_NO_FATAL_FAILURE(expectSoundTree(*tree));
+    ErrorSelectionS error;
+    if (ExpressionT const expression = tree->getAlgebraicExpression(&error)) {
+      ++causes[-1];
+      ASSERT_TRUE(showTree(expression)) << describe(expression);
+    } else {
+      ++causes[error.cause];
+      ASSERT_TRUE(error.firstNode && error.secondNode);
+    }
+  }
+  for (int cause : {-1, static_cast<int>(ERROR_CAUSE_SYNTAX), static_cast<int>(ERROR_CAUSE_PLACEHOLDER),
+                    static_cast<int>(ERROR_CAUSE_UNEXPECTED_END), static_cast<int>(ERROR_CAUSE_BAD_NUMBER),
+                    static_cast<int>(ERROR_CAUSE_MISSING_OPEN)})
+    EXPECT_GT(causes[cause], 10u) << cause;
+}
+
+TEST_F(FormulaProperty, TypedTextComesToRest) {
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    wstring const text = RandomTextC(seed).make(seed % 4);
+    SCOPED_TRACE("seed " + std::to_string(seed) + ": " + toUtf8(text));
+    wstring prefix;
+    unsigned first = 0;
+    unsigned second = 0;
+    ErrorCauseE cause{};
+    ASSERT_TRUE(Node4C::convertInfixToPrefix(text, prefix, first, second, cause)) << cause << " " << first;
+    ExpressionT const expression = AlgebraicExpressionC::fromPrefixString(prefix);
+    ASSERT_TRUE(expression) << toUtf8(prefix);
+    ExpressionT const once = readBack(expression);
+    ASSERT_TRUE(once) << describe(expression);
+    ASSERT_EQ(MeaningC::of(*expression->getNode()), MeaningC::of(*once->getNode())) << describe(once);
+    ASSERT_NO_FATAL_FAILURE(expectFixpoint(once));
+  }
+}
+
+TEST_F(FormulaProperty, NumbersKeepTheirDigits) {
+  std::mt19937 random(7);
+  auto const digits = [&](unsigned most) {
+    wstring text;
+    for (unsigned i = 1 + static_cast<unsigned>(random()) % most; i > 0; --i)
+      text += static_cast<char16_t>(u'0' + random() % 10);
+    return text;
+  };
+  for (int round = 0; round < 2000; ++round) {
+    wstring number = random() % 2 ? u"\u2212" : u"";
+    number += digits(40);
+    if (random() % 2) number += u"." + digits(40);
+    if (random() % 2) number += (random() % 2 ? u"E" : u"e\u2212") + digits(2);
+    auto const prefix = u"+(f(" + number + u"),x)";
+    EXPECT_EQ(toUtf8(prefix), describe(readBack(AlgebraicExpressionC::fromPrefixString(prefix))));
+  }
+}
+
+}  // namespace
+
+}  // namespace zolt::tests
