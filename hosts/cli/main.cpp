@@ -9,6 +9,7 @@
 #include "hosts/cli/command_convert.h"
 #include "hosts/cli/command_gallery.h"
 #include "hosts/cli/command_render.h"
+#include "hosts/cli/command_replay.h"
 #include "hosts/cli/message.h"
 #include "hosts/cli/options.h"
 #include "zolt/algexpr/cas_session.h"
@@ -58,6 +59,7 @@ int run(int argc, char** argv) {
   cli::addRenderCommand(program, action);
   cli::addConvertCommand(program, action);
   cli::addGalleryCommand(program, action);
+  cli::addReplayCommand(program, action);
   cli::addCompletionCommand(program, action);
 
   if (argc < 2) {

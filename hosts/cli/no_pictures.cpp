@@ -2,6 +2,7 @@
 
 #include "hosts/cli/command_gallery.h"
 #include "hosts/cli/command_render.h"
+#include "hosts/cli/command_replay.h"
 #include "hosts/cli/message.h"
 
 // Stands in for the commands that draw where the program is built without Cairo, so that they are missing
@@ -25,6 +26,7 @@ void addMissingCommand(CLI::App& program, std::string const& name, ActionT& acti
 }  // namespace
 
 void addRenderCommand(CLI::App& program, ActionT& action) { addMissingCommand(program, "render", action); }
+void addReplayCommand(CLI::App& program, ActionT& action) { addMissingCommand(program, "replay", action); }
 void addGalleryCommand(CLI::App& program, ActionT& action) { addMissingCommand(program, "gallery", action); }
 
 }  // namespace zolt::cli

@@ -281,12 +281,53 @@ class GalleryTest(unittest.TestCase):
             self.assertEqual((status, err.count(b"\n")), (FAILED, 1), path)
 
 
+class ReplayTest(unittest.TestCase):
+    SCRIPT = '# a fraction\ntype "x/"\nkey left\nundo\nkey left key left\n'
+
+    def test_end_and_trace(self):
+        status, out, err = ved("replay", "-", stdin=self.SCRIPT)
+        self.assertEqual((status, out.decode(), err), (OK, '["‸x"]\n', b""))
+        status, out, err = ved("replay", "--trace", "-", stdin=self.SCRIPT)
+        self.assertEqual((status, err), (OK, b""))
+        self.assertEqual(
+            out.decode().splitlines(),
+            [
+                'type "x/" → ["", /<["x"] ; ["‸"]>, ""]',
+                'key left → ["", /<["x‸"] ; [""]>, ""]',
+                'undo → ["x‸"]',
+                'key left → ["‸x"]',
+                'key left → ["‸x"] refused',
+            ],
+        )
+
+    def test_pictures_show_the_end(self):
+        with tempfile.TemporaryDirectory() as folder:
+            pathlib.Path(folder, "s").write_text('type "1/2"', encoding="utf-8")
+            self.assertEqual(ved("replay", "-o", "p.png", "s", folder=folder), (OK, b"p.png\n", b""))
+            self.assertEqual(pathlib.Path(folder, "p.png").read_bytes()[:8], MAGIC["png"])
+
+    def test_places_of_the_pointer(self):
+        script = 'type "abc" pen down 7 5 pen up'
+        self.assertEqual(ved("replay", "--surface", "recording", "-", stdin=script)[1].decode(), '["a‸bc"]\n')
+        self.assertEqual(ved("replay", "-", stdin=script)[0], OK)
+
+    def test_wrong_scripts(self):
+        status, out, err = ved("replay", "-", stdin="undo\n  char ab redo\n")
+        self.assertEqual((status, out), (FAILED, b""))
+        self.assertEqual(
+            err.decode().splitlines(),
+            ["ved: standard input:2:3: this is no step of a script", "    char ab redo", "    ^~~~~~~~~~~~"],
+        )
+        self.assertEqual(ved("replay", "missing")[:2], (FAILED, b""))
+        self.assertEqual(ved("replay", "-", stdin=b"char \xff")[:2], (FAILED, b""))
+
+
 class CommandLineTest(unittest.TestCase):
     def test_version_and_help(self):
         self.assertEqual(ved("--version"), (OK, f"ved {VERSION}\n".encode(), b""))
         status, out, _ = ved("--help")
         self.assertEqual(status, OK)
-        for command in "render", "convert", "gallery", "completion":
+        for command in "render", "convert", "gallery", "replay", "completion":
             self.assertIn(command, out.decode())
             status, own, err = ved(command, "--help")
             self.assertEqual((status, err), (OK, b""))
@@ -322,6 +363,8 @@ class CommandLineTest(unittest.TestCase):
             ("render", "--foreground", "#1234zz", "x"),
             ("gallery",),
             ("gallery", "a", "b"),
+            ("replay",),
+            ("replay", "-o", "a.gif", "-"),
             ("completion",),
             ("completion", "fish"),
         ]
@@ -364,7 +407,7 @@ class CommandLineTest(unittest.TestCase):
             done = subprocess.run(["bash", "-uc", program], capture_output=True, cwd=HERE, timeout=60, check=True)
             return done.stdout.decode().split()
 
-        self.assertEqual(complete("ved", "re"), ["render"])
+        self.assertEqual(complete("ved", "re"), ["render", "replay"])
         self.assertEqual(complete("ved", "convert", "--from", "p"), ["plain", "prefix"])
         self.assertEqual(complete("ved", "convert", "x", "--to", "l"), ["layout"])
         self.assertEqual(complete("ved", "render", "--sc"), ["--scale"])

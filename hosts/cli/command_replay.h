@@ -1,0 +1,14 @@
+#pragma once
+
+#include "hosts/cli/command.h"
+
+namespace CLI {
+class App;
+}
+
+namespace zolt::cli {
+
+/// `ved replay`: event scripts played on a formula field.
+void addReplayCommand(CLI::App& program, ActionT& action);
+
+}  // namespace zolt::cli
