@@ -1,0 +1,239 @@
+#include "hosts/qt/desktop/exporter.h"
+
+#include <QBuffer>
+#include <QFontMetricsF>
+#include <QImage>
+#include <QPageSize>
+#include <QPagedPaintDevice>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QSvgGenerator>
+#include <algorithm>
+#include <vector>
+
+#include "zolt/qt/formula_picture.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::desktop {
+
+namespace {
+
+// In pixels of 1/96 inch, which everything is laid out in.
+constexpr qreal pixels_per_inch = 96;
+constexpr qreal formula_zoom = 1.4;
+constexpr qreal formula_indent = 28;
+constexpr qreal number_width = 48;
+constexpr qreal picture_margin = 24;
+constexpr qreal least_text_width = 480;
+constexpr qreal block_gap = 14;
+
+// Of pictures of single formulas.
+constexpr qreal single_zoom = 3;
+constexpr qreal single_margin = 2;
+
+constexpr qreal picture_scale = 2;  // device pixels to a pixel of PNG pictures
+constexpr qreal most_pixels = 100e6;
+
+/// One line of the sheet, laid out for a width.
+struct BlockS {
+  std::unique_ptr<qt::FormulaPicture> formula;  // null: a text
+  QString text;
+  QFont font;
+  int number = 0;
+  qreal width = 0;
+  qreal height = 0;
+  qreal zoom = formula_zoom;
+};
+
+std::unique_ptr<qt::FormulaPicture> makePicture(SheetLine const& line,
+                                                std::shared_ptr<qt::FormulaFonts> const& fonts,
+                                                bool decimalComma) {
+  auto picture = std::make_unique<qt::FormulaPicture>(fonts, decimalComma);
+  bool const shown = line.tree.isEmpty() ? picture->setPrefix(qt::toWstring(line.prefix))
+                                         : picture->setTree(qt::toWstring(line.tree));
+  return shown ? std::move(picture) : nullptr;
+}
+
+/// The sheet as blocks one below the other.
+class PageFlow {
+ public:
+  PageFlow(Sheet const& sheet, std::shared_ptr<qt::FormulaFonts> const& fonts, QFont const& font,
+           bool decimalComma) {
+    int number = 0;
+    for (SheetLine const& line : sheet) {
+      BlockS block;
+      block.font = font;
+      block.font.setPixelSize(line.kind == LineKind::Heading ? 20 : 15);
+      if (line.kind == LineKind::Heading) block.font.setWeight(QFont::DemiBold);
+      if (line.kind == LineKind::Formula) {
+        ++number;
+        if (line.prefix.isEmpty() && line.tree.isEmpty()) continue;
+        block.formula = makePicture(line, fonts, decimalComma);
+        if (!block.formula) continue;
+        block.number = number;
+      } else {
+        block.text = line.text;
+      }
+      blocks_.push_back(std::move(block));
+    }
+  }
+
+  std::vector<BlockS> const& blocks() const { return blocks_; }
+
+  qreal naturalWidth() const {
+    qreal width = least_text_width;
+    for (BlockS const& block : blocks_) {
+      if (!block.formula) continue;
+      width = std::max(width, formula_indent + block.formula->size().width() * formula_zoom + number_width);
+    }
+    return width;
+  }
+
+  /// Decides on the blocks' sizes; `most` is the height of a page.
+  void layOut(qreal width, qreal most) {
+    for (BlockS& block : blocks_) {
+      block.width = width;
+      if (block.formula) {
+        QSizeF const size = block.formula->size();
+        // What is too large for the paper is made to fit.
+        block.zoom = std::min(
+            {formula_zoom, (width - formula_indent - number_width) / size.width(), most / size.height()});
+        block.height = size.height() * block.zoom;
+      } else {
+        QRectF const room(0, 0, width, 1e6);
+        block.height = QFontMetricsF(block.font).boundingRect(room, Qt::TextWordWrap, block.text).height();
+        block.height = std::max(block.height, QFontMetricsF(block.font).height());
+      }
+    }
+  }
+
+  qreal height() const {
+    qreal sum = 0;
+    for (BlockS const& block : blocks_) sum += block.height + block_gap;
+    return std::max(0.0, sum - block_gap);
+  }
+
+  static void paint(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
+    painter.setPen(Qt::black);
+    if (!block.formula) {
+      painter.setFont(block.font);
+      painter.drawText(QRectF(at, QSizeF(block.width, block.height)), Qt::TextWordWrap, block.text);
+      return;
+    }
+    block.formula->paint(painter, at + QPointF(formula_indent, 0), block.zoom, Qt::black, target);
+    painter.setFont(block.font);
+    painter.setPen(Qt::darkGray);
+    QRectF const box(at.x() + block.width - number_width, at.y(), number_width, block.height);
+    painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("(%1)").arg(block.number));
+  }
+
+  void paintAll(QPainter& painter, QPointF at, qt::PaintTargetE target) const {
+    for (BlockS const& block : blocks_) {
+      paint(block, painter, at, target);
+      at.ry() += block.height + block_gap;
+    }
+  }
+
+ private:
+  std::vector<BlockS> blocks_;
+};
+
+QByteArray toPng(PageFlow const& flow, QSizeF size) {
+  QByteArray bytes;
+  QSizeF const pixels = size * picture_scale;
+  if (pixels.width() * pixels.height() > most_pixels) return bytes;
+  QImage image(pixels.toSize(), QImage::Format_ARGB32_Premultiplied);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.scale(picture_scale, picture_scale);
+  flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PIXELS);
+  painter.end();
+  QBuffer buffer(&bytes);
+  image.save(&buffer, "PNG");
+  return bytes;
+}
+
+QByteArray toSvg(PageFlow const& flow, QSizeF size, QString const& title) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QSvgGenerator generator;
+  generator.setOutputDevice(&buffer);
+  generator.setResolution(int(pixels_per_inch));
+  generator.setSize(size.toSize());
+  generator.setViewBox(QRectF(QPointF(), size));
+  generator.setTitle(title.toHtmlEscaped());
+  QPainter painter(&generator);
+  painter.fillRect(QRectF(QPointF(), size), Qt::white);
+  flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PAPER);
+  painter.end();
+  return bytes;
+}
+
+}  // namespace
+
+PictureFormat pictureFormatOf(QString const& path) {
+  if (path.endsWith(QLatin1String(".svg"), Qt::CaseInsensitive)) return PictureFormat::Svg;
+  if (path.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive)) return PictureFormat::Pdf;
+  return PictureFormat::Png;
+}
+
+Exporter::Exporter(std::shared_ptr<qt::FormulaFonts> fonts, QFont textFont, bool decimalComma)
+    : fonts_(std::move(fonts)), textFont_(std::move(textFont)), decimalComma_(decimalComma) {}
+
+QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QString const& title) const {
+  if (format == PictureFormat::Pdf) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    QPdfWriter writer(&buffer);
+    writer.setTitle(title);
+    writer.setCreator(QStringLiteral("ved-desktop"));
+    return print(sheet, writer, writer.resolution()) ? bytes : QByteArray();
+  }
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_);
+  qreal const width = flow.naturalWidth();
+  flow.layOut(width, 1e6);
+  QSizeF const size(width + 2 * picture_margin, flow.height() + 2 * picture_margin);
+  return format == PictureFormat::Svg ? toSvg(flow, size, title) : toPng(flow, size);
+}
+
+QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) const {
+  auto const picture = makePicture(line, fonts_, decimalComma_);
+  if (!picture) return {};
+  if (format == PictureFormat::Png) return picture->toPng(single_zoom, single_margin, Qt::black, Qt::white);
+  if (format == PictureFormat::Svg) return picture->toSvg(formula_zoom, single_margin, Qt::black);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  QPdfWriter writer(&buffer);
+  qreal const zoom = formula_zoom * 72 / pixels_per_inch;  // points to a unit
+  QSizeF const page = (QSizeF(picture->size()) + QSizeF(2 * single_margin, 2 * single_margin)) * zoom;
+  writer.setPageSize(QPageSize(page, QPageSize::Point, {}, QPageSize::ExactMatch));
+  writer.setPageMargins({});
+  QPainter painter(&writer);
+  qreal const scale = writer.resolution() / 72.0 * zoom;
+  picture->paint(painter, QPointF(single_margin, single_margin) * scale, scale, Qt::black, qt::PAINT_PAPER);
+  painter.end();
+  return bytes;
+}
+
+bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const {
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_);
+  qreal const scale = resolution / pixels_per_inch;
+  QSizeF const page = QSizeF(device.pageLayout().paintRectPixels(resolution).size()) / scale;
+  flow.layOut(page.width(), page.height());
+  QPainter painter;
+  if (!painter.begin(&device)) return false;
+  painter.scale(scale, scale);
+  qreal y = 0;
+  for (BlockS const& block : flow.blocks()) {
+    if (y > 0 && y + block.height > page.height()) {
+      if (!device.newPage()) return false;
+      y = 0;
+    }
+    PageFlow::paint(block, painter, {0, y}, qt::PAINT_PAPER);
+    y += block.height + block_gap;
+  }
+  return painter.end();
+}
+
+}  // namespace zolt::desktop

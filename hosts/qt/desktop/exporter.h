@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QByteArray>
+#include <QFont>
+#include <QString>
+#include <memory>
+
+#include "hosts/qt/desktop/sheet.h"
+
+class QPagedPaintDevice;
+
+namespace zolt::qt {
+class FormulaFonts;
+}
+
+namespace zolt::desktop {
+
+enum class PictureFormat { Png, Svg, Pdf };
+
+/// The format that a file's name asks for by its ending; PNG when it asks for none.
+PictureFormat pictureFormatOf(QString const& path);
+
+/// Makes pictures and pages of a sheet, always dark on white. Empty formulas are left out.
+class Exporter final {
+ public:
+  /// `fonts` must not be null; `textFont` sets the texts between the formulas.
+  Exporter(std::shared_ptr<qt::FormulaFonts> fonts, QFont textFont, bool decimalComma);
+
+  /// The whole sheet as the contents of a file; a PDF has pages of the usual paper size. Empty when it would
+  /// be larger than pictures may be.
+  QByteArray exportSheet(Sheet const& sheet, PictureFormat format, QString const& title) const;
+  /// One formula, as large as it is.
+  QByteArray exportFormula(SheetLine const& line, PictureFormat format) const;
+  /// On a printer or a PDF; `resolution` is the device's, in dots to the inch. False when it cannot be
+  /// painted on.
+  bool print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const;
+
+ private:
+  std::shared_ptr<qt::FormulaFonts> fonts_;
+  QFont textFont_;
+  bool decimalComma_;
+};
+
+}  // namespace zolt::desktop

@@ -1,0 +1,155 @@
+#include "hosts/qt/desktop/help_dialog.h"
+
+#include <QAction>
+#include <QDialogButtonBox>
+#include <QKeySequence>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTextBrowser>
+#include <QVBoxLayout>
+
+#include "zolt/field/commands.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::desktop {
+
+using qt::toQString;
+
+namespace {
+
+QString tr(char const* text) { return HelpDialog::tr(text); }
+
+/// Chords as the platform writes them.
+QString nativeKeys(QString const& keys) {
+  QStringList chords;
+  for (QString const& chord : keys.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
+    chords
+        << QKeySequence(chord, QKeySequence::PortableText).toString(QKeySequence::NativeText).toHtmlEscaped();
+  }
+  return chords.join(QStringLiteral("<br/>"));
+}
+
+QString heading(QString const& text) { return QStringLiteral("<h3>%1</h3>").arg(text.toHtmlEscaped()); }
+
+QString paragraph(QString const& html) { return QStringLiteral("<p>%1</p>").arg(html); }
+
+class Table {
+ public:
+  void add(QString const& left, QString const& right) {
+    rows_ += QStringLiteral(
+                 "<tr><td style='padding:2px 18px 2px 0; white-space:nowrap'><b>%1</b></td>"
+                 "<td style='padding:2px 0'>%2</td></tr>")
+                 .arg(left, right);
+  }
+  QString html() const { return QStringLiteral("<table cellspacing='0'>%1</table>").arg(rows_); }
+
+ private:
+  QString rows_;
+};
+
+QString makeTyping() {
+  QString html = heading(tr("Typing"));
+  html += paragraph(
+      tr("Type a formula as you would in one line: it takes its shape as you go. <b>1/2</b> becomes a "
+         "fraction, <b>x^2</b> a power, <b>sqrt(</b> a root; <b>pi</b> and the names of Greek letters "
+         "become the letters, <b>&lt;=</b> becomes ≤. Whatever was done for you, one undo takes back."));
+  html += paragraph(
+      tr("<b>Tab</b> leads to the next empty place, <b>→</b> or a blank out of an exponent or a fraction. "
+         "What is selected when you type an operator becomes its operand. On an incomplete formula the "
+         "Enter key shows what is missing."));
+  return html;
+}
+
+QString makeCommands() {
+  Table table;
+  for (field::CommandS const& command : field::commands()) {
+    if (command.keys.empty()) continue;
+    table.add(nativeKeys(toQString(command.keys)), toQString(command.help).toHtmlEscaped());
+  }
+  return heading(tr("Keys in a formula")) + table.html();
+}
+
+QString makeActions(QList<QAction*> const& actions) {
+  Table table;
+  table.add(nativeKeys(QStringLiteral("Return")), tr("Goes to the next formula, at the end to a new one."));
+  table.add(nativeKeys(QStringLiteral("Up, Down")),
+            tr("At the edge of a formula: to the line before or after."));
+  table.add(nativeKeys(QStringLiteral("Backspace, Delete")), tr("On an empty line: deletes the line."));
+  table.add(tr("Ctrl and the wheel").toHtmlEscaped(), tr("Zooms."));
+  for (QAction const* const action : actions) {
+    QStringList keys;
+    for (QKeySequence const& key : action->shortcuts()) keys << key.toString(QKeySequence::PortableText);
+    if (keys.isEmpty()) continue;
+    QString text = action->text();
+    text.remove(u'&').remove(QStringLiteral("…"));
+    table.add(nativeKeys(keys.join(QStringLiteral(", "))), text.toHtmlEscaped());
+  }
+  return heading(tr("Keys of the sheet")) + table.html();
+}
+
+QString makePointer() {
+  Table table;
+  table.add(tr("Double click"), tr("Selects the name, number or construct there."));
+  table.add(tr("Triple click"), tr("Selects the row."));
+  table.add(tr("Drag the selection"), tr("Moves it to another place or formula; with Ctrl, copies it."));
+  table.add(tr("Middle button"), tr("Inserts what was selected last, where the platform has this."));
+  return heading(tr("Pointer")) + table.html();
+}
+
+QString makePalette(std::vector<field::PaletteGroupS> const& palette) {
+  QString html = heading(tr("What can be typed for the buttons of the palette"));
+  for (field::PaletteGroupS const& group : palette) {
+    Table table;
+    for (field::PaletteEntryS const& entry : group.entries) {
+      if (entry.shortcut.empty()) continue;
+      QString const what = entry.label == entry.insert
+                               ? toQString(entry.title)
+                               : toQString(entry.title) + QStringLiteral("  ") + toQString(entry.label);
+      table.add(toQString(entry.shortcut).toHtmlEscaped(), what.toHtmlEscaped());
+    }
+    html += QStringLiteral("<h4>%1</h4>").arg(toQString(group.title).toHtmlEscaped()) + table.html();
+  }
+  return html;
+}
+
+}  // namespace
+
+QString makeHelp(std::vector<field::PaletteGroupS> const& palette, QList<QAction*> const& actions) {
+  return makeTyping() + makeCommands() + makeActions(actions) + makePointer() + makePalette(palette);
+}
+
+HelpDialog::HelpDialog(std::vector<field::PaletteGroupS> const& palette, QList<QAction*> const& actions,
+                       QWidget* parent)
+    : QDialog(parent) {
+  setWindowTitle(tr("Keys and Typing"));
+  resize(640, 720);
+  auto* const layout = new QVBoxLayout(this);
+  auto* const search = new QLineEdit(this);
+  search->setPlaceholderText(tr("Search"));
+  search->setClearButtonEnabled(true);
+  auto* const page = new QTextBrowser(this);
+  page->setFrameShape(QFrame::NoFrame);
+  page->setHtml(makeHelp(palette, actions));
+  auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  // Enter searches on.
+  buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
+  auto const find = [page, search] {
+    if (search->text().isEmpty() || page->find(search->text())) return;
+    page->moveCursor(QTextCursor::Start);
+    page->find(search->text());
+  };
+  connect(search, &QLineEdit::textChanged, page, [=] {
+    page->moveCursor(QTextCursor::Start);
+    find();
+  });
+  connect(search, &QLineEdit::returnPressed, page, find);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  layout->addWidget(search);
+  layout->addWidget(page);
+  layout->addWidget(buttons);
+  search->setFocus();
+}
+
+HelpDialog::~HelpDialog() = default;
+
+}  // namespace zolt::desktop

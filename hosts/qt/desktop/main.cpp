@@ -1,0 +1,123 @@
+#include <QApplication>
+#include <QCommandLineParser>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QSettings>
+#include <QTimer>
+#include <cstdio>
+#include <cstring>
+
+#include "hosts/qt/desktop/icons.h"
+#include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/sheet_file.h"
+#include "zolt/qt/formula_fonts.h"
+
+namespace {
+
+using namespace zolt;
+
+constexpr int exit_failure = 1;
+constexpr int paint_time = 200;  // ms, for everything to be laid out and painted
+
+bool hasArgument(int argc, char** argv, char const* start) {
+  for (int i = 1; i < argc; ++i) {
+    if (std::strncmp(argv[i], start, std::strlen(start)) == 0) return true;
+  }
+  return false;
+}
+
+/// Qt ends the program without a word of use when there is no display.
+bool findPlatform(int argc, char** argv) {
+#if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
+  bool const chosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || hasArgument(argc, argv, "-platform");
+  bool const display =
+      !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+  if (chosen || display) return true;
+  for (char const* const option : {"--screenshot", "--help", "-h", "--version", "-v"}) {
+    if (!hasArgument(argc, argv, option)) continue;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return true;
+  }
+  std::fputs(
+      "ved-desktop: there is no display; ved-desktop --screenshot FILE draws the window into a picture\n",
+      stderr);
+  return false;
+#else
+  (void)argc;
+  (void)argv;
+  return true;
+#endif
+}
+
+void complain(QString const& text, bool inWindow) {
+  std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(text));
+  if (inWindow) QMessageBox::critical(nullptr, QStringLiteral("zolt ved"), text);
+}
+
+int takeScreenshot(desktop::MainWindow& window, QString const& file) {
+  QTimer::singleShot(paint_time, &window, [&window, file] {
+    bool const done = window.grab().save(file);
+    if (!done) complain(QApplication::translate("main", "%1 could not be written").arg(file), false);
+    QApplication::exit(done ? 0 : exit_failure);
+  });
+  return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (!findPlatform(argc, argv)) return exit_failure;
+  QApplication app(argc, argv);
+  QApplication::setOrganizationName(QStringLiteral("zolt"));
+  QApplication::setApplicationName(QStringLiteral("ved-desktop"));
+  QApplication::setApplicationVersion(QStringLiteral(ZOLT_VERSION));
+  QApplication::setApplicationDisplayName(QStringLiteral("zolt ved"));
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription(
+      QApplication::translate("main", "A sheet of formulas in their textbook form."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  QCommandLineOption const screenshot(
+      QStringLiteral("screenshot"),
+      QApplication::translate("main", "Draw the window with the sheet (else the sample) into FILE and end."),
+      QStringLiteral("FILE"));
+  QCommandLineOption const appearance(QStringLiteral("appearance"),
+                                      QApplication::translate("main", "Colours: system, light or dark."),
+                                      QStringLiteral("NAME"));
+  QCommandLineOption const sample(QStringLiteral("sample"),
+                                  QApplication::translate("main", "Open the sample sheet."));
+  parser.addOptions({screenshot, appearance, sample});
+  parser.addPositionalArgument(QStringLiteral("sheet"), QApplication::translate("main", "The sheet to open."),
+                               QStringLiteral("[sheet]"));
+  parser.process(app);
+
+  bool const pictured = parser.isSet(screenshot);
+  QString fontError;
+  auto const fonts = qt::FormulaFonts::share(fontError);
+  if (!fonts) {
+    complain(fontError, !pictured);
+    return exit_failure;
+  }
+  QApplication::setWindowIcon(desktop::programIcon(fonts));
+
+  QStringList const files = parser.positionalArguments();
+  if (QString error; pictured && !files.isEmpty() && !desktop::loadSheet(files.constFirst(), error)) {
+    complain(files.constFirst() + QStringLiteral(": ") + error, false);
+    return exit_failure;
+  }
+
+  QSettings settings;
+  bool const firstTime = settings.allKeys().isEmpty();
+  // A screenshot is the same whoever takes it.
+  desktop::MainWindow window(fonts, pictured ? nullptr : &settings);
+  if (parser.isSet(appearance)) window.setAppearance(desktop::appearanceOf(parser.value(appearance)));
+  window.show();
+  if (!files.isEmpty()) {
+    window.open(files.constFirst());
+  } else if (pictured || firstTime || parser.isSet(sample)) {
+    window.openSample();
+  }
+  if (pictured) return takeScreenshot(window, parser.value(screenshot));
+  return QApplication::exec();
+}

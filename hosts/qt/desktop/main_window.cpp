@@ -1,0 +1,263 @@
+#include "hosts/qt/desktop/main_window.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFontDatabase>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QMimeData>
+#include <QSettings>
+#include <QStatusBar>
+#include <QToolButton>
+#include <cmath>
+
+#include "hosts/qt/desktop/elided_label.h"
+#include "hosts/qt/desktop/icons.h"
+#include "hosts/qt/desktop/palette_dock.h"
+#include "hosts/qt/desktop/recorder.h"
+#include "hosts/qt/desktop/sheet_view.h"
+#include "zolt/qt/formula_edit.h"
+#include "zolt/qt/formula_mime.h"
+
+namespace zolt::desktop {
+
+using qt::FormulaEdit;
+
+namespace {
+
+constexpr QSize first_size(1180, 780);
+constexpr int status_delay = 150;  // ms
+constexpr qreal zoom_step = 1.15;
+
+constexpr QRgb neutral_colour = 0xff8a9099;
+constexpr QRgb complete_colour = 0xff3a9a5b;
+constexpr QRgb incomplete_colour = 0xffe09a20;
+constexpr QRgb error_colour = 0xffd64545;
+
+}  // namespace
+
+MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings)
+    : fonts_(std::move(fonts)),
+      settings_(settings),
+      view_(new SheetView(this)),
+      palette_(new PaletteDock(fonts_, this)),
+      recorder_(new Recorder(this)) {
+  setCentralWidget(view_);
+  addDockWidget(Qt::LeftDockWidgetArea, palette_);
+  makeActions();
+  makeStatusBar();
+  connectView();
+  resize(first_size);
+  restore();
+  setPath({});
+  updateActions();
+  updateStatus();
+}
+
+MainWindow::~MainWindow() {
+  // What the view tells while it goes would find a half-destroyed window.
+  view_->disconnect(this);
+  view_->history().disconnect(this);
+}
+
+void MainWindow::connectView() {
+  connect(view_, &SheetView::modifiedChanged, this, &QWidget::setWindowModified);
+  connect(view_, &SheetView::currentChanged, this, [this] {
+    recorder_->follow(view_->currentFormula());
+    updateActions();
+    updateStatus();
+  });
+  statusTimer_.setSingleShot(true);
+  statusTimer_.setInterval(status_delay);
+  connect(&statusTimer_, &QTimer::timeout, this, &MainWindow::updateStatus);
+  connect(view_, &SheetView::formulaChanged, this, [this] {
+    updateActions();
+    statusTimer_.start();
+  });
+  connect(view_, &SheetView::errorOccurred, this, [this](QString const& text) {
+    // The selection of the faulty part is no reason to take the message away.
+    statusTimer_.stop();
+    showState(text, error_colour);
+  });
+  connect(view_, &SheetView::zoomRequested, this,
+          [this](int steps) { setZoom(view_->zoom() * std::pow(zoom_step, steps)); });
+  connect(palette_, &PaletteDock::picked, this, &MainWindow::pick);
+  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &MainWindow::updateActions);
+}
+
+// ---- Status line ------------------------------------------------------------------------------------------
+
+void MainWindow::makeStatusBar() {
+  stateDot_ = new QLabel(this);
+  state_ = new ElidedLabel(this);
+  source_ = new ElidedLabel(this);
+  source_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  source_->setAccessibleName(tr("The formula in prefix notation"));
+  auto const makeZoomButton = [this](QAction* action) {
+    auto* const button = new QToolButton(this);
+    button->setAutoRaise(true);
+    button->setDefaultAction(action);
+    button->setFocusPolicy(Qt::NoFocus);
+    return button;
+  };
+  zoomLabel_ = makeZoomButton(action(QStringLiteral("zoom-normal")));
+  statusBar()->addWidget(stateDot_);
+  statusBar()->addWidget(state_, 2);
+  statusBar()->addPermanentWidget(source_, 3);
+  statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-out"))));
+  statusBar()->addPermanentWidget(zoomLabel_);
+  statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-in"))));
+}
+
+void MainWindow::showState(QString const& text, QRgb colour) {
+  stateDot_->setText(QStringLiteral("<span style='color:%1'>●</span>").arg(QColor(colour).name()));
+  state_->setFullText(text);
+  state_->setAccessibleName(text);
+}
+
+void MainWindow::updateStatus() {
+  FormulaEdit const* const formula = view_->currentFormula();
+  if (!formula || formula->isEmpty()) {
+    showState(formula ? tr("Type a formula, or pick from the palette") : tr("Text"), neutral_colour);
+    source_->setFullText({});
+    return;
+  }
+  if (formula->isComplete()) {
+    showState(tr("Complete"), complete_colour);
+  } else {
+    showState(tr("Incomplete: %1").arg(formula->incompleteReason()), incomplete_colour);
+  }
+  source_->setFullText(formula->prefix());
+}
+
+void MainWindow::updateActions() {
+  FormulaEdit const* const formula = view_->currentFormula();
+  QLineEdit const* const text = view_->currentRow()->text();
+  bool const selected = formula ? formula->hasSelection() : text->hasSelectedText();
+  auto const enable = [this](char const* name, bool enabled) {
+    action(QLatin1String(name))->setEnabled(enabled);
+  };
+  enable("cut", selected);
+  enable("copy", selected || !formula);
+  enable("paste", qt::FormulaMimeData::canRead(QGuiApplication::clipboard()->mimeData()));
+  enable("clear", formula && !formula->isEmpty());
+  enable("check", formula && !formula->isEmpty());
+  for (char const* const name : {"copy-text", "copy-prefix", "copy-picture", "export-formula", "grow"}) {
+    enable(name, formula && !formula->isEmpty());
+  }
+  qsizetype const index = view_->rows().indexOf(view_->currentRow());
+  enable("move-up", index > 0);
+  enable("move-down", index + 1 < view_->rows().size());
+  palette_->setInsertable(formula);
+}
+
+// ---- Settings ---------------------------------------------------------------------------------------------
+
+void MainWindow::restore() {
+  bool const localComma = QLocale().decimalPoint() == QLatin1String(",");
+  setZoom(1);
+  if (!settings_) {
+    setDecimalComma(false);
+    return;
+  }
+  restoreGeometry(settings_->value(QStringLiteral("geometry")).toByteArray());
+  restoreState(settings_->value(QStringLiteral("state")).toByteArray());
+  setZoom(settings_->value(QStringLiteral("zoom"), 1.0).toDouble());
+  setDecimalComma(settings_->value(QStringLiteral("decimalComma"), localComma).toBool());
+  setAppearance(appearanceOf(settings_->value(QStringLiteral("appearance")).toString()));
+}
+
+void MainWindow::remember() {
+  if (!settings_) return;
+  settings_->setValue(QStringLiteral("geometry"), saveGeometry());
+  settings_->setValue(QStringLiteral("state"), saveState());
+  settings_->setValue(QStringLiteral("zoom"), view_->zoom());
+  settings_->setValue(QStringLiteral("decimalComma"), decimalComma_);
+  settings_->setValue(QStringLiteral("appearance"), appearanceName(appearance_));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!mayLeave()) {
+    event->ignore();
+    return;
+  }
+  if (recorder_->isRecording()) action(QStringLiteral("record"))->setChecked(false);
+  remember();
+  event->accept();
+}
+
+void MainWindow::setZoom(qreal zoom) {
+  // Steps up and down end where they began.
+  view_->setZoom(std::isfinite(zoom) && std::abs(zoom - 1) > 0.02 ? zoom : 1);
+  if (zoomLabel_) zoomLabel_->setText(tr("%1 %").arg(qRound(view_->zoom() * 100)));
+}
+
+void MainWindow::setDecimalComma(bool decimalComma) {
+  decimalComma_ = decimalComma;
+  view_->setDecimalComma(decimalComma);
+  action(QStringLiteral("decimal-comma"))->setChecked(decimalComma);
+}
+
+void MainWindow::setAppearance(Appearance appearance) {
+  appearance_ = appearance;
+  applyAppearance(appearance);
+  action(QStringLiteral("appearance-") + appearanceName(appearance))->setChecked(true);
+}
+
+// ---- The current line -------------------------------------------------------------------------------------
+
+void MainWindow::pick(field::PaletteEntryS const& entry) {
+  FormulaEdit* const formula = view_->currentFormula();
+  if (!formula) return;
+  formula->setFocus(Qt::OtherFocusReason);
+  formula->insertEntry(entry);
+}
+
+void MainWindow::runInFormula(field::CommandE command) {
+  if (FormulaEdit* const formula = view_->currentFormula()) {
+    formula->runCommand(command);
+    return;
+  }
+  QLineEdit& text = *view_->currentRow()->text();
+  switch (command) {
+    case field::COMMAND_CUT:
+      text.cut();
+      break;
+    case field::COMMAND_COPY:
+      text.copy();
+      break;
+    case field::COMMAND_PASTE:
+      text.paste();
+      break;
+    case field::COMMAND_SELECT_ALL:
+      text.selectAll();
+      break;
+    default:
+      break;
+  }
+}
+
+void MainWindow::copyAs(QString const& form) {
+  FormulaEdit const* const formula = view_->currentFormula();
+  std::unique_ptr<QMimeData> const copied(formula ? formula->createMimeData(formula->hasSelection())
+                                                  : nullptr);
+  if (!copied) return;
+  QClipboard& clipboard = *QGuiApplication::clipboard();
+  if (form == QLatin1String("picture")) {
+    clipboard.setImage(copied->imageData().value<QImage>());
+  } else if (form == QLatin1String("prefix")) {
+    QByteArray const prefix = copied->data(QLatin1String(qt::prefix_mime_type));
+    if (prefix.isEmpty()) {
+      showState(tr("Not copied: the formula is incomplete"), error_colour);
+    } else {
+      clipboard.setText(QString::fromUtf8(prefix));
+    }
+  } else {
+    clipboard.setText(copied->text());
+  }
+}
+
+}  // namespace zolt::desktop

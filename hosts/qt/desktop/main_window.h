@@ -1,0 +1,122 @@
+#pragma once
+
+#include <QHash>
+#include <QMainWindow>
+#include <QTimer>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "hosts/qt/desktop/appearance.h"
+#include "hosts/qt/desktop/exporter.h"
+#include "hosts/qt/desktop/sheet.h"
+#include "zolt/field/commands.h"
+#include "zolt/field/palette_model.h"
+
+class QLabel;
+class QMenu;
+class QSettings;
+class QToolButton;
+
+namespace zolt::desktop {
+
+class ElidedLabel;
+class HelpDialog;
+class PaletteDock;
+class Recorder;
+class SheetView;
+
+/// The program's window: one sheet with its palette, menus and status line.
+class MainWindow final : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  /// `fonts` must not be null. With `settings` (may be null, kept by the caller) the window is as it was
+  /// left.
+  MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings);
+  ~MainWindow() override;
+
+  SheetView& view() { return *view_; }
+  QString path() const { return path_; }
+  QAction* action(QString const& name) const { return actions_.value(name); }
+
+  /// Shows the file. On failure says why and changes nothing.
+  bool open(QString const& path);
+  void openSample();
+  void setAppearance(Appearance appearance);
+
+ public slots:
+  bool save();
+  bool saveAs();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  // main_window.cpp
+  void connectView();
+  void makeStatusBar();
+  void restore();
+  void remember();
+  void setZoom(qreal zoom);
+  void setDecimalComma(bool decimalComma);
+  void updateActions();
+  void updateStatus();
+  void showState(QString const& text, QRgb colour);
+  void pick(field::PaletteEntryS const& entry);
+  void runInFormula(field::CommandE command);
+  void copyAs(QString const& form);
+
+  // main_window_actions.cpp
+  struct ActionS {
+    char const* name;
+    char const* text;
+    char const* keys;  // portable; separated by ", "
+  };
+  void makeActions();
+  QAction* add(QMenu& menu, ActionS const& entry, std::function<void()> run);
+  QAction* addToggle(QMenu& menu, ActionS const& entry, std::function<void(bool)> run);
+  void makeFileMenu();
+  void makeEditMenu();
+  void makeInsertMenu();
+  void makeViewMenu();
+  void makeHelpMenu();
+  void makeToolBar();
+  void showHelp();
+  void showAbout();
+
+  // main_window_files.cpp
+  /// Asks what to do with unsaved changes; false: stay.
+  bool mayLeave();
+  void newSheet();
+  void openAsked();
+  void showSheet(Sheet const& sheet, QString const& path);
+  bool saveTo(QString const& path);
+  void setPath(QString const& path);
+  QStringList recentFiles() const;
+  void addRecentFile(QString const& path);
+  void fillRecentMenu();
+  void exportAsked(bool wholeSheet);
+  void printAsked();
+  void record(bool on);
+  void complain(QString const& what, QString const& why);
+  QString askPathToWrite(QString const& title, QString const& filter, QString const& suffix);
+
+  std::shared_ptr<qt::FormulaFonts> fonts_;
+  QSettings* settings_;
+  SheetView* view_;
+  PaletteDock* palette_;
+  Recorder* recorder_;
+  QHash<QString, QAction*> actions_;
+  QMenu* recentMenu_ = nullptr;
+  QLabel* stateDot_ = nullptr;
+  ElidedLabel* state_ = nullptr;
+  ElidedLabel* source_ = nullptr;
+  QToolButton* zoomLabel_ = nullptr;
+  QTimer statusTimer_;
+  QString path_;
+  Appearance appearance_ = Appearance::System;
+  bool decimalComma_ = false;
+};
+
+}  // namespace zolt::desktop

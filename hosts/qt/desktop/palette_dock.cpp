@@ -1,0 +1,151 @@
+#include "hosts/qt/desktop/palette_dock.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollArea>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "hosts/qt/desktop/icons.h"
+#include "zolt/field/formula_field.h"
+#include "zolt/qt/formula_fonts.h"
+#include "zolt/qt/qt_graphics.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::desktop {
+
+using qt::toQString;
+
+namespace {
+
+constexpr int columns = 5;
+constexpr QSize icon_size(44, 34);
+constexpr QSize button_size(50, 40);
+
+bool matches(field::PaletteEntryS const& entry, QString const& wanted) {
+  return toQString(entry.title).contains(wanted, Qt::CaseInsensitive) ||
+         toQString(entry.insert).contains(wanted, Qt::CaseInsensitive) ||
+         toQString(entry.shortcut).startsWith(wanted, Qt::CaseInsensitive);
+}
+
+}  // namespace
+
+PaletteDock::PaletteDock(std::shared_ptr<qt::FormulaFonts> fonts, QWidget* parent)
+    : QDockWidget(tr("Palette"), parent), fonts_(std::move(fonts)) {
+  setObjectName(QStringLiteral("palette"));
+  setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
+
+  auto* const body = new QWidget(this);
+  auto* const column = new QVBoxLayout(body);
+  column->setContentsMargins(8, 8, 4, 0);
+  search_ = new QLineEdit(body);
+  search_->setPlaceholderText(tr("Search"));
+  search_->setAccessibleName(tr("Search the palette"));
+  search_->setClearButtonEnabled(true);
+  connect(search_, &QLineEdit::textChanged, this, &PaletteDock::filter);
+  connect(search_, &QLineEdit::returnPressed, this, &PaletteDock::pickFirst);
+  column->addWidget(search_);
+
+  auto* const area = new QScrollArea(body);
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setFocusPolicy(Qt::NoFocus);
+  auto* const page = new QWidget(area);
+  auto* const list = new QVBoxLayout(page);
+  list->setContentsMargins(0, 0, 4, 8);
+  list->setSpacing(2);
+
+  groups_ = field::makePalette(field::FormulaFieldC(new qt::QtGraphicsC(fonts_)).crefView());
+  for (field::PaletteGroupS const& group : groups_) {
+    SectionS section{new QLabel(toQString(group.title), page), new QGridLayout, {}};
+    QFont font = section.title->font();
+    font.setWeight(QFont::DemiBold);
+    section.title->setFont(font);
+    section.title->setContentsMargins(2, 8, 0, 2);
+    section.grid->setSpacing(1);
+    section.grid->setColumnStretch(columns, 1);
+    for (field::PaletteEntryS const& entry : group.entries) section.buttons.push_back(makeButton(entry));
+    list->addWidget(section.title);
+    list->addLayout(section.grid);
+    arrange(section, group.entries, QString());
+    sections_.push_back(std::move(section));
+  }
+  nothing_ = new QLabel(tr("Nothing of that name"), page);
+  nothing_->setEnabled(false);
+  nothing_->hide();
+  list->addWidget(nothing_);
+  list->addStretch(1);
+  area->setWidget(page);
+  area->setMinimumWidth(columns * (button_size.width() + 1) + 24);
+  column->addWidget(area);
+  setWidget(body);
+}
+
+PaletteDock::~PaletteDock() = default;
+
+QToolButton* PaletteDock::makeButton(field::PaletteEntryS const& entry) {
+  auto* const button = new QToolButton(this);
+  button->setIcon(formulaIcon(toQString(entry.picture), fonts_));
+  button->setIconSize(icon_size);
+  button->setFixedSize(button_size);
+  button->setAutoRaise(true);
+  // The formula keeps the keyboard.
+  button->setFocusPolicy(Qt::NoFocus);
+  button->setText(toQString(entry.label));
+  button->setToolTip(toQString(entry.toolTip).toHtmlEscaped());
+  button->setAccessibleName(toQString(entry.title));
+  button->setAccessibleDescription(toQString(entry.toolTip));
+  connect(button, &QToolButton::clicked, this, [this, &entry] { emit picked(entry); });
+  return button;
+}
+
+void PaletteDock::arrange(SectionS const& section, std::vector<field::PaletteEntryS> const& entries,
+                          QString const& wanted) {
+  int place = 0;
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    bool const shown = wanted.isEmpty() || matches(entries[i], wanted);
+    section.buttons[i]->setVisible(shown);
+    if (!shown) continue;
+    section.grid->addWidget(section.buttons[i], place / columns, place % columns);
+    ++place;
+  }
+  section.title->setVisible(place > 0);
+}
+
+void PaletteDock::filter(QString const& wanted) {
+  bool any = false;
+  for (std::size_t i = 0; i < sections_.size(); ++i) {
+    arrange(sections_[i], groups_[i].entries, wanted.trimmed());
+    any = any || sections_[i].title->isVisibleTo(this);
+  }
+  nothing_->setVisible(!any);
+}
+
+void PaletteDock::pickFirst() {
+  QString const wanted = search_->text().trimmed();
+  for (field::PaletteGroupS const& group : groups_) {
+    for (field::PaletteEntryS const& entry : group.entries) {
+      if (!matches(entry, wanted)) continue;
+      search_->clear();
+      emit picked(entry);
+      return;
+    }
+  }
+}
+
+void PaletteDock::setInsertable(bool insertable) {
+  for (SectionS const& section : sections_) {
+    for (QToolButton* const button : section.buttons) button->setEnabled(insertable);
+  }
+}
+
+void PaletteDock::search() {
+  show();
+  raise();
+  search_->setFocus(Qt::ShortcutFocusReason);
+  search_->selectAll();
+}
+
+}  // namespace zolt::desktop

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QDockWidget>
+#include <memory>
+#include <vector>
+
+#include "zolt/field/palette_model.h"
+
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QToolButton;
+
+namespace zolt::qt {
+class FormulaFonts;
+}
+
+namespace zolt::desktop {
+
+/// What can be put into a formula, as pictures in groups. A button's tool tip says what to type instead.
+class PaletteDock final : public QDockWidget {
+  Q_OBJECT
+
+ public:
+  /// `fonts` must not be null.
+  PaletteDock(std::shared_ptr<qt::FormulaFonts> fonts, QWidget* parent);
+  ~PaletteDock() override;
+
+  std::vector<field::PaletteGroupS> const& groups() const { return groups_; }
+  /// Off while there is no formula to insert into.
+  void setInsertable(bool insertable);
+
+ public slots:
+  /// Puts the keyboard into the search field.
+  void search();
+
+ signals:
+  void picked(field::PaletteEntryS const& entry);
+
+ private:
+  struct SectionS {
+    QLabel* title;
+    QGridLayout* grid;
+    std::vector<QToolButton*> buttons;
+  };
+
+  QToolButton* makeButton(field::PaletteEntryS const& entry);
+  void arrange(SectionS const& section, std::vector<field::PaletteEntryS> const& entries,
+               QString const& wanted);
+  void filter(QString const& wanted);
+  void pickFirst();
+
+  std::shared_ptr<qt::FormulaFonts> fonts_;
+  std::vector<field::PaletteGroupS> groups_;
+  std::vector<SectionS> sections_;
+  QLineEdit* search_;
+  QLabel* nothing_;
+};
+
+}  // namespace zolt::desktop

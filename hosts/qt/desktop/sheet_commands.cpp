@@ -1,0 +1,119 @@
+#include "hosts/qt/desktop/sheet_commands.h"
+
+#include <QCoreApplication>
+#include <QLineEdit>
+
+#include "zolt/qt/formula_edit.h"
+
+namespace zolt::desktop {
+
+namespace {
+
+QString tr(char const* text) { return QCoreApplication::translate("zolt::desktop::SheetCommand", text); }
+
+}  // namespace
+
+void SheetCommand::place(qsizetype index) {
+  view_.placeRow(row_, index);
+  enter();
+}
+
+void SheetCommand::take() { view_.takeRow(row_); }
+
+void SheetCommand::enter() {
+  view_.setCurrent(row_);
+  row_->editor()->setFocus(Qt::OtherFocusReason);
+  view_.reveal();
+}
+
+// ---- Rows -------------------------------------------------------------------------------------------------
+
+InsertRowCommand::InsertRowCommand(SheetView& view, SheetRow* row, qsizetype index)
+    : SheetCommand(view, row, tr("inserting a line")), index_(index) {}
+
+InsertRowCommand::~InsertRowCommand() {
+  if (!done_) delete row();
+}
+
+void InsertRowCommand::redo() {
+  done_ = true;
+  place(index_);
+}
+
+void InsertRowCommand::undo() {
+  done_ = false;
+  take();
+}
+
+RemoveRowCommand::RemoveRowCommand(SheetView& view, SheetRow* row)
+    : SheetCommand(view, row, tr("deleting a line")), index_(index()) {}
+
+RemoveRowCommand::~RemoveRowCommand() {
+  if (done_) delete row();
+}
+
+void RemoveRowCommand::redo() {
+  done_ = true;
+  take();
+}
+
+void RemoveRowCommand::undo() {
+  done_ = false;
+  place(index_);
+}
+
+MoveRowCommand::MoveRowCommand(SheetView& view, SheetRow* row, int distance)
+    : SheetCommand(view, row, tr("moving a line")), distance_(distance) {}
+
+void MoveRowCommand::redo() { move(distance_); }
+void MoveRowCommand::undo() { move(-distance_); }
+
+void MoveRowCommand::move(int distance) {
+  qsizetype const target = index() + distance;
+  take();
+  place(target);
+}
+
+// ---- Edits ------------------------------------------------------------------------------------------------
+
+EditFormulaCommand::EditFormulaCommand(SheetView& view, SheetRow* row)
+    : SheetCommand(view, row, tr("editing a formula")) {}
+
+void EditFormulaCommand::redo() {
+  if (!fresh_) run(field::COMMAND_REDO);
+  fresh_ = false;
+}
+
+void EditFormulaCommand::undo() { run(field::COMMAND_UNDO); }
+
+void EditFormulaCommand::run(field::CommandE command) {
+  // A very long history forgets its oldest steps.
+  replay([&] { setObsolete(!row()->formula()->runCommand(command)); });
+  enter();
+}
+
+EditTextCommand::EditTextCommand(SheetView& view, SheetRow* row, QString before)
+    : SheetCommand(view, row, tr("editing a text")),
+      before_(std::move(before)),
+      after_(row->text()->text()) {}
+
+bool EditTextCommand::mergeWith(QUndoCommand const* other) {
+  auto const* const next = static_cast<EditTextCommand const*>(other);
+  if (next->row() != row()) return false;
+  after_ = next->after_;
+  return true;
+}
+
+void EditTextCommand::redo() {
+  if (!fresh_) show(after_);
+  fresh_ = false;
+}
+
+void EditTextCommand::undo() { show(before_); }
+
+void EditTextCommand::show(QString const& text) {
+  replay([&] { row()->text()->setText(text); });
+  enter();
+}
+
+}  // namespace zolt::desktop

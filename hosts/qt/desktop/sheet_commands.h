@@ -1,0 +1,100 @@
+#pragma once
+
+#include <QUndoCommand>
+
+#include "hosts/qt/desktop/sheet_view.h"
+#include "zolt/field/commands.h"
+
+namespace zolt::desktop {
+
+/// A step of the sheet's history. Rows that are out of the sheet belong to the step that can bring them back.
+class SheetCommand : public QUndoCommand {
+ public:
+  SheetCommand(SheetView& view, SheetRow* row, QString const& text)
+      : QUndoCommand(text), view_(view), row_(row) {}
+
+ protected:
+  void place(qsizetype index);
+  void take();
+  void enter();
+  qsizetype index() const { return view_.rows_.indexOf(row_); }
+  SheetRow* row() const { return row_; }
+  /// Runs `action` so that what it changes is no step of its own.
+  template <class ActionT>
+  void replay(ActionT action) {
+    view_.replaying_ = true;
+    action();
+    view_.replaying_ = false;
+  }
+
+ private:
+  SheetView& view_;
+  SheetRow* row_;
+};
+
+class InsertRowCommand final : public SheetCommand {
+ public:
+  InsertRowCommand(SheetView& view, SheetRow* row, qsizetype index);
+  ~InsertRowCommand() override;
+  void redo() override;
+  void undo() override;
+
+ private:
+  qsizetype index_;
+  bool done_ = false;
+};
+
+class RemoveRowCommand final : public SheetCommand {
+ public:
+  RemoveRowCommand(SheetView& view, SheetRow* row);
+  ~RemoveRowCommand() override;
+  void redo() override;
+  void undo() override;
+
+ private:
+  qsizetype index_;
+  bool done_ = false;
+};
+
+class MoveRowCommand final : public SheetCommand {
+ public:
+  MoveRowCommand(SheetView& view, SheetRow* row, int distance);
+  void redo() override;
+  void undo() override;
+
+ private:
+  void move(int distance);
+
+  int distance_;
+};
+
+/// An edit of a formula, which has its own history: the sheet's only knows whose turn it is.
+class EditFormulaCommand final : public SheetCommand {
+ public:
+  EditFormulaCommand(SheetView& view, SheetRow* row);
+  void redo() override;
+  void undo() override;
+
+ private:
+  void run(field::CommandE command);
+
+  bool fresh_ = true;
+};
+
+class EditTextCommand final : public SheetCommand {
+ public:
+  EditTextCommand(SheetView& view, SheetRow* row, QString before);
+  int id() const override { return 1; }
+  bool mergeWith(QUndoCommand const* other) override;
+  void redo() override;
+  void undo() override;
+
+ private:
+  void show(QString const& text);
+
+  QString before_;
+  QString after_;
+  bool fresh_ = true;
+};
+
+}  // namespace zolt::desktop

@@ -1,0 +1,185 @@
+#include "hosts/qt/desktop/sheet_row.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QTimer>
+
+#include "hosts/qt/desktop/sheet_file.h"
+#include "zolt/qt/formula_edit.h"
+
+namespace zolt::desktop {
+
+using qt::FormulaEdit;
+
+namespace {
+
+// In logical pixels.
+constexpr int margin_width = 52;
+constexpr int bar_width = 3;
+constexpr int dot_size = 6;
+
+constexpr int state_delay = 400;  // ms: while somebody types, every formula is incomplete
+
+constexpr QRgb incomplete_colour = 0xffe09a20;
+
+}  // namespace
+
+SheetRow::SheetRow(SheetLine const& line, QWidget* parent) : QWidget(parent), kind_(line.kind) {
+  auto* const layout = new QHBoxLayout(this);
+  layout->setContentsMargins(margin_width, 3, 12, 3);
+  if (kind_ == LineKind::Formula) {
+    makeFormula(line);
+  } else {
+    makeText(line);
+  }
+  layout->addWidget(editor());
+  setFocusProxy(editor());
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+SheetRow::~SheetRow() = default;
+
+void SheetRow::makeFormula(SheetLine const& line) {
+  formula_ = new FormulaEdit(this);
+  formula_->setFrame(false);
+  formula_->setUndoRedoEnabled(false);
+  formula_->setPlaceholderText(tr("Formula"));
+  formula_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  if (!line.tree.isEmpty()) {
+    formula_->setTree(line.tree);
+  } else {
+    formula_->setPrefix(line.prefix);
+  }
+  formula_->runCommand(field::COMMAND_FORMULA_END);
+  stateTimer_ = new QTimer(this);
+  stateTimer_->setSingleShot(true);
+  stateTimer_->setInterval(state_delay);
+  connect(stateTimer_, &QTimer::timeout, this, &SheetRow::updateState);
+  connect(formula_, &FormulaEdit::expressionChanged, stateTimer_, qOverload<>(&QTimer::start));
+  stateTimer_->start();
+}
+
+void SheetRow::makeText(SheetLine const& line) {
+  text_ = new QLineEdit(line.text, this);
+  text_->setFrame(false);
+  text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));
+  text_->setAccessibleName(text_->placeholderText());
+  QPalette clear = text_->palette();
+  clear.setBrush(QPalette::Base, Qt::transparent);
+  text_->setPalette(clear);
+  updateFont();
+}
+
+QWidget* SheetRow::editor() const {
+  if (formula_) return formula_;
+  return text_;
+}
+
+SheetLine SheetRow::line() const {
+  if (formula_) return makeFormulaLine(formula_->prefix(), formula_->tree());
+  return {kind_, text_->text(), {}, {}};
+}
+
+bool SheetRow::isEmpty() const { return formula_ ? formula_->isEmpty() : text_->text().isEmpty(); }
+
+void SheetRow::setNumber(int number) {
+  if (number == number_) return;
+  number_ = number;
+  if (formula_) formula_->setAccessibleName(tr("Formula %1").arg(number));
+  update();
+}
+
+void SheetRow::setCurrent(bool current) {
+  if (current == current_) return;
+  current_ = current;
+  update();
+}
+
+void SheetRow::setZoom(qreal zoom) {
+  zoom_ = zoom;
+  if (formula_) {
+    formula_->setZoom(zoom * FormulaEdit::default_zoom);
+  } else {
+    updateFont();
+  }
+}
+
+void SheetRow::updateFont() {
+  QFont scaled = font();
+  double const size = scaled.pointSizeF() * zoom_;
+  scaled.setPointSizeF(kind_ == LineKind::Heading ? 1.35 * size : 1.05 * size);
+  if (kind_ == LineKind::Heading) scaled.setWeight(QFont::DemiBold);
+  text_->setFont(scaled);
+}
+
+void SheetRow::enterAt(QPoint global) {
+  editor()->setFocus(Qt::OtherFocusReason);
+  QPoint const at = editor()->mapFromGlobal(global);
+  if (formula_) {
+    formula_->setCaretNear({at.x(), std::clamp(at.y(), 0, std::max(0, formula_->height() - 1))});
+  } else {
+    text_->setCursorPosition(text_->cursorPositionAt({at.x(), text_->height() / 2}));
+  }
+}
+
+void SheetRow::enterAtEnd() {
+  editor()->setFocus(Qt::OtherFocusReason);
+  if (formula_) {
+    formula_->runCommand(field::COMMAND_FORMULA_END);
+  } else {
+    text_->end(false);
+  }
+}
+
+QRect SheetRow::caretOnScreen() const {
+  QRect const caret =
+      formula_ ? formula_->caretRectangle() : text_->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+  return {editor()->mapToGlobal(caret.topLeft()), caret.size()};
+}
+
+void SheetRow::updateState() {
+  bool const incomplete = !formula_->isEmpty() && !formula_->isComplete();
+  if (incomplete != incomplete_) {
+    incomplete_ = incomplete;
+    update();
+  }
+  emit formulaStateChanged();
+}
+
+void SheetRow::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  if (current_) painter.fillRect(0, 0, bar_width, height(), palette().color(QPalette::Highlight));
+  if (!formula_) return;
+  QFont small = font();
+  small.setPointSizeF(0.85 * small.pointSizeF());
+  painter.setFont(small);
+  painter.setPen(palette().color(current_ ? QPalette::Text : QPalette::PlaceholderText));
+  QRect const box(bar_width, 0, margin_width - bar_width - 2 * dot_size, height());
+  painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter, QString::number(number_));
+  if (incomplete_) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(incomplete_colour));
+    painter.drawEllipse(
+        QRectF(margin_width - 1.5 * dot_size, 0.5 * (height() - dot_size), dot_size, dot_size));
+  }
+}
+
+void SheetRow::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    enterAt(event->globalPosition().toPoint());
+  } else {
+    editor()->setFocus(Qt::MouseFocusReason);
+    event->ignore();
+  }
+}
+
+void SheetRow::changeEvent(QEvent* event) {
+  if (event->type() == QEvent::FontChange && text_) updateFont();
+  QWidget::changeEvent(event);
+}
+
+}  // namespace zolt::desktop

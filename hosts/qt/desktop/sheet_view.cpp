@@ -1,0 +1,327 @@
+#include "hosts/qt/desktop/sheet_view.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QVBoxLayout>
+#include <QWheelEvent>
+#include <algorithm>
+
+#include "hosts/qt/desktop/sheet_commands.h"
+#include "zolt/qt/formula_edit.h"
+
+namespace zolt::desktop {
+
+using qt::FormulaEdit;
+
+namespace {
+
+constexpr int page_margin = 14;
+constexpr int reveal_margin = 24;
+constexpr qreal least_zoom = 0.5;
+constexpr qreal most_zoom = 4;
+
+/// Ends what could be redone, and leaves no trace itself.
+class ForgetRedoCommand final : public QUndoCommand {
+ public:
+  ForgetRedoCommand() { setObsolete(true); }
+};
+
+}  // namespace
+
+SheetView::SheetView(QWidget* parent)
+    : QScrollArea(parent), page_(new QWidget), layout_(new QVBoxLayout(page_)) {
+  layout_->setContentsMargins(0, page_margin, 0, page_margin);
+  layout_->setSpacing(0);
+  layout_->addStretch(1);
+  page_->setBackgroundRole(QPalette::Base);
+  page_->setAutoFillBackground(true);
+  setWidget(page_);
+  setWidgetResizable(true);
+  setFrameShape(QFrame::NoFrame);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  setFocusPolicy(Qt::NoFocus);
+  connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { onFocusChanged(now); });
+  connect(&history_, &QUndoStack::cleanChanged, this, [this](bool clean) { emit modifiedChanged(!clean); });
+  setSheet({});
+}
+
+SheetView::~SheetView() {
+  // Its steps refer to rows.
+  disconnect(qApp, nullptr, this, nullptr);
+  history_.disconnect(this);
+  history_.clear();
+}
+
+void SheetView::setSheet(Sheet const& sheet) {
+  page_->setUpdatesEnabled(false);
+  history_.clear();
+  current_ = nullptr;
+  QList<SheetRow*> const before = std::exchange(rows_, {});
+  for (SheetRow* const row : before) delete row;
+  Sheet const lines = sheet.isEmpty() ? Sheet{SheetLine()} : sheet;
+  for (SheetLine const& line : lines) {
+    SheetRow* const row = makeRow(line);
+    layout_->insertWidget(int(rows_.size()), row);
+    rows_.push_back(row);
+  }
+  renumber();
+  setCurrent(rows_.front());
+  page_->setUpdatesEnabled(true);
+  verticalScrollBar()->setValue(0);
+}
+
+Sheet SheetView::sheet() const {
+  Sheet lines;
+  for (SheetRow* const row : rows_) lines.push_back(row->line());
+  return lines;
+}
+
+FormulaEdit* SheetView::currentFormula() const { return current_->formula(); }
+
+void SheetView::setZoom(qreal zoom) {
+  zoom_ = std::clamp(zoom, least_zoom, most_zoom);
+  for (SheetRow* const row : rows_) row->setZoom(zoom_);
+}
+
+void SheetView::setDecimalComma(bool decimalComma) {
+  decimalComma_ = decimalComma;
+  for (SheetRow* const row : rows_) {
+    if (row->formula()) row->formula()->setDecimalComma(decimalComma);
+  }
+}
+
+void SheetView::setRowActions(QList<QAction*> const& actions) {
+  rowActions_ = actions;
+  for (SheetRow* const row : rows_) row->addActions(actions);
+}
+
+// ---- Rows -------------------------------------------------------------------------------------------------
+
+SheetRow* SheetView::makeRow(SheetLine const& line) {
+  auto* const row = new SheetRow(line, page_);
+  row->setZoom(zoom_);
+  row->addActions(rowActions_);
+  row->setContextMenuPolicy(Qt::ActionsContextMenu);
+  row->editor()->installEventFilter(this);
+  if (row->formula()) {
+    connectFormula(row);
+  } else {
+    connectText(row);
+  }
+  return row;
+}
+
+void SheetView::connectFormula(SheetRow* row) {
+  FormulaEdit* const edit = row->formula();
+  edit->setDecimalComma(decimalComma_);
+  auto const tell = [this, row] {
+    if (row == current_) emit formulaChanged();
+  };
+  connect(edit, &FormulaEdit::edited, this, [this, row](bool continued) { onFormulaEdited(row, continued); });
+  connect(edit, &FormulaEdit::expressionChanged, this, tell);
+  connect(edit, &FormulaEdit::selectionChanged, this, tell);
+  connect(row, &SheetRow::formulaStateChanged, this, tell);
+  connect(edit, &FormulaEdit::caretMoved, this, [this, row] {
+    if (row == current_) reveal();
+  });
+  connect(edit, &FormulaEdit::errorOccurred, this,
+          [this](int, QString const& text) { emit errorOccurred(text); });
+  connect(edit, &FormulaEdit::returnPressed, this, &SheetView::goOn);
+}
+
+void SheetView::connectText(SheetRow* row) {
+  QLineEdit* const edit = row->text();
+  connect(edit, &QLineEdit::textChanged, this,
+          [this, row, before = edit->text()](QString const& text) mutable {
+            if (!replaying_) history_.push(new EditTextCommand(*this, row, before));
+            before = text;
+          });
+  connect(edit, &QLineEdit::returnPressed, this, &SheetView::goOn);
+}
+
+void SheetView::placeRow(SheetRow* row, qsizetype index) {
+  layout_->insertWidget(int(index), row);
+  rows_.insert(index, row);
+  row->show();
+  renumber();
+}
+
+void SheetView::takeRow(SheetRow* row) {
+  qsizetype const index = rows_.indexOf(row);
+  rows_.removeAt(index);
+  layout_->removeWidget(row);
+  if (row == current_ && !rows_.isEmpty()) {
+    SheetRow* const next = rows_[std::min(index, rows_.size() - 1)];
+    setCurrent(next);
+    next->editor()->setFocus(Qt::OtherFocusReason);
+  }
+  row->hide();
+  renumber();
+}
+
+void SheetView::renumber() {
+  int number = 0;
+  for (SheetRow* const row : rows_) {
+    if (row->formula()) row->setNumber(++number);
+  }
+}
+
+void SheetView::setCurrent(SheetRow* row) {
+  if (row == current_) return;
+  if (current_) current_->setCurrent(false);
+  current_ = row;
+  current_->setCurrent(true);
+  emit currentChanged();
+}
+
+void SheetView::onFocusChanged(QWidget* now) {
+  if (!now || !page_->isAncestorOf(now)) return;
+  for (SheetRow* const row : rows_) {
+    if (row->editor() != now) continue;
+    setCurrent(row);
+    reveal();
+    return;
+  }
+}
+
+void SheetView::onFormulaEdited(SheetRow* row, bool continued) {
+  if (replaying_) return;
+  if (!continued) {
+    history_.push(new EditFormulaCommand(*this, row));
+    return;
+  }
+  // The formula's own last step has grown; the sheet has that step already.
+  if (history_.canRedo()) history_.push(new ForgetRedoCommand);
+  if (history_.isClean()) history_.resetClean();
+}
+
+void SheetView::enterFirstFormula() {
+  auto const found = std::find_if(rows_.begin(), rows_.end(), [](SheetRow* row) { return row->formula(); });
+  (found == rows_.end() ? rows_.front() : *found)->enterAtEnd();
+}
+
+// ---- Edits ------------------------------------------------------------------------------------------------
+
+void SheetView::insertBelow(SheetLine const& line) {
+  SheetRow* const row = makeRow(line);
+  history_.push(new InsertRowCommand(*this, row, rows_.indexOf(current_) + 1));
+}
+
+void SheetView::duplicateCurrent() { insertBelow(current_->line()); }
+
+void SheetView::removeCurrent() {
+  bool const last = rows_.size() == 1;
+  if (last && current_->formula() && current_->isEmpty()) return;
+  history_.beginMacro(tr("deleting a line"));
+  // A sheet is never without a line.
+  if (last) insertBelow(SheetLine());
+  history_.push(new RemoveRowCommand(*this, last ? rows_.front() : current_));
+  history_.endMacro();
+}
+
+void SheetView::moveCurrent(int distance) {
+  qsizetype const target = rows_.indexOf(current_) + distance;
+  if (target < 0 || target >= rows_.size()) return;
+  history_.push(new MoveRowCommand(*this, current_, distance));
+}
+
+void SheetView::goOn() {
+  for (qsizetype i = rows_.indexOf(current_) + 1; i < rows_.size(); ++i) {
+    if (!rows_[i]->formula()) continue;
+    rows_[i]->enterAtEnd();
+    return;
+  }
+  // Not one empty line after the other.
+  if (current_->formula() && current_->isEmpty()) return;
+  insertBelow(SheetLine());
+}
+
+// ---- Keys and wheel ---------------------------------------------------------------------------------------
+
+void SheetView::reveal() {
+  layout_->activate();
+  QRect const caret = current_->caretOnScreen();
+  QPoint const top = page_->mapFromGlobal(caret.topLeft()), bottom = page_->mapFromGlobal(caret.bottomLeft());
+  ensureVisible(0, bottom.y(), 0, reveal_margin);
+  ensureVisible(0, top.y(), 0, reveal_margin);
+}
+
+bool SheetView::enterNeighbour(int distance) {
+  qsizetype const target = rows_.indexOf(current_) + distance;
+  if (target < 0 || target >= rows_.size()) return false;
+  SheetRow* const row = rows_[target];
+  int const x = current_->caretOnScreen().center().x();
+  QRect const box = row->editor()->rect();
+  int const y = row->editor()->mapToGlobal(distance < 0 ? box.bottomLeft() : box.topLeft()).y();
+  row->enterAt({x, y});
+  return true;
+}
+
+void SheetView::keyPressEvent(QKeyEvent* event) {
+  // Only what the current line had no use for comes here.
+  switch (event->key()) {
+    case Qt::Key_Up:
+      event->setAccepted(enterNeighbour(-1));
+      break;
+    case Qt::Key_Down:
+      event->setAccepted(enterNeighbour(1));
+      break;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      QScrollArea::keyPressEvent(event);
+      break;
+    default:
+      event->ignore();
+  }
+}
+
+void SheetView::wheelEvent(QWheelEvent* event) {
+  if (event->modifiers() & Qt::ControlModifier) {
+    if (event->angleDelta().y() != 0) emit zoomRequested(event->angleDelta().y() > 0 ? 1 : -1);
+    event->accept();
+    return;
+  }
+  QScrollArea::wheelEvent(event);
+}
+
+bool SheetView::focusNextPrevChild(bool next) {
+  qsizetype const target = rows_.indexOf(current_) + (next ? 1 : -1);
+  if (!page_->isAncestorOf(QApplication::focusWidget()) || target < 0 || target >= rows_.size()) {
+    return QScrollArea::focusNextPrevChild(next);
+  }
+  rows_[target]->editor()->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  return true;
+}
+
+bool SheetView::removeEmptyRow(int key) {
+  if (!current_->isEmpty() || rows_.size() == 1) return false;
+  qsizetype const index = rows_.indexOf(current_);
+  bool const back = key == Qt::Key_Backspace;
+  if (back && index == 0) return false;
+  history_.push(new RemoveRowCommand(*this, current_));
+  if (back) rows_[index - 1]->enterAtEnd();
+  return true;
+}
+
+bool SheetView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    auto const* const key = static_cast<QKeyEvent*>(event);
+    bool const deletes = key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete;
+    if (deletes && !key->modifiers() && watched == current_->editor() && removeEmptyRow(key->key()))
+      return true;
+  }
+  if (event->type() == QEvent::ShortcutOverride && qobject_cast<QLineEdit*>(watched)) {
+    // The sheet's history, not the line's own.
+    auto* const key = static_cast<QKeyEvent*>(event);
+    if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
+      event->ignore();
+      return true;
+    }
+  }
+  return QScrollArea::eventFilter(watched, event);
+}
+
+}  // namespace zolt::desktop

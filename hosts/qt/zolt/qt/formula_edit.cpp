@@ -1,0 +1,399 @@
+#include "zolt/qt/formula_edit.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QPointer>
+#include <algorithm>
+#include <cmath>
+
+#include "zolt/catalogue/standard_operators.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/palette_model.h"
+#include "zolt/qt/formula_accessible.h"
+#include "zolt/qt/formula_edit_state.h"
+#include "zolt/qt/formula_mime.h"
+#include "zolt/qt/text.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::qt {
+
+using math::algexpr::AlgebraicExpressionC;
+
+namespace {
+
+constexpr int no_cause = -1;
+
+void mix(std::size_t& print, std::size_t value) { print ^= value + 0x9e3779b9 + (print << 6) + (print >> 2); }
+
+/// Differs, in all likelihood, when two formulas do. The nesting of rows is limited, so it may recurse.
+std::size_t printOf(math::ved::Node4C const& node) {
+  std::size_t print = std::hash<oss::wstring>()(node.crefText());
+  mix(print, std::size_t(node.getType()));
+  for (unsigned long i = 0; i < node.numChildren(); ++i) mix(print, printOf(*node.child(i)));
+  return print;
+}
+
+void provideStandardOperators() {
+  auto const session = math::algexpr::CASSessionBC::getSession();
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(session->getEngine());
+  if (operators->crefByName().empty()) catalogue::registerStandardOperators(*operators);
+}
+
+oss::PointerTC<math::ved::GraphicsABC> makeBlindSurface() { return new surfaces::RecordingGraphicsC; }
+
+}  // namespace
+
+// ---- State ------------------------------------------------------------------------------------------------
+
+FormulaEdit::StateS::StateS(FormulaEdit& owner) : edit(owner) {
+  provideStandardOperators();
+  fonts = FormulaFonts::share(fontError);
+  oss::PointerTC<math::ved::GraphicsABC> surface;
+  if (fonts) {
+    graphics = new QtGraphicsC(fonts);
+    graphics->onInvalidate([this] { edit.update(); });
+    surface = graphics;
+  } else {
+    surface = makeBlindSurface();
+  }
+  field = std::make_unique<field::FormulaFieldC>(surface);
+  clipboard = new SystemClipboardC(fonts);
+  primary = new SystemClipboardC(fonts, QClipboard::Selection);
+  field->setClipboard(clipboard);
+  formulaPrint = printOf(field->crefView().crefRoot());
+}
+
+FormulaEdit::StateS::~StateS() {
+  if (graphics) graphics->onInvalidate({});
+}
+
+bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgram) {
+  bool const taken = action();
+  math::ved::ViewZNT4C const& view = field->crefView();
+  std::size_t const print = printOf(view.crefRoot());
+  bool const changed = print != formulaPrint;
+  formulaPrint = print;
+  if (changed) examined = false;
+
+  field::PlaceS const caret{view.getCaretNode(), view.getCaretPos()};
+  field::PlaceS anchor;
+  if (view.isSelected()) anchor = {view.getAnchorNode(), view.getAnchorPos()};
+  bool const moved = changed || caret != caretSeen;
+  bool const selected = anchor != anchorSeen || (anchor && moved);
+  caretSeen = caret;
+  anchorSeen = anchor;
+
+  QSize const size = contentSize();
+  if (size != contentSeen) {
+    contentSeen = size;
+    edit.updateGeometry();
+  }
+  math::ved::RectangleS box;
+  if (byProgram && changed) scroll = QPoint();
+  if (field->takeRevealRequest(box) && !byProgram) reveal(box);
+  clampScroll();
+  if (moved || selected) restartBlinking();
+  edit.update();
+  edit.updateMicroFocus();
+
+  bool const continued = changed && view.undoContinues();
+  QPointer<FormulaEdit> const alive(&edit);
+  if (changed) emit alive->expressionChanged();
+  if (alive && changed && !byProgram) emit alive->edited(continued);
+  if (alive && selected) emit alive->selectionChanged();
+  if (alive && moved) emit alive->caretMoved();
+  if (alive && (moved || selected)) notifyAccessibility(*alive, changed);
+  return taken;
+}
+
+void FormulaEdit::StateS::change(std::function<void()> const& action) {
+  act(
+      [&] {
+        action();
+        return true;
+      },
+      true);
+}
+
+void FormulaEdit::StateS::examine() {
+  if (examined) return;
+  examined = true;
+  field::FormulaFieldC copy(makeBlindSurface());
+  copy.setOptions(field->getOptions());
+  copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
+  field::FormulaErrorS error;
+  expression = copy.getExpression(&error);
+  cause = error.cause;
+  reason = expression ? QString() : toQString(error.text);
+}
+
+field::ClipboardContentS FormulaEdit::StateS::wholeContent() {
+  field::FormulaFieldC copy(makeBlindSurface());
+  copy.setOptions(field->getOptions());
+  copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
+  copy.run(field::COMMAND_SELECT_ALL);
+  return copy.copy();
+}
+
+// ---- Formula ----------------------------------------------------------------------------------------------
+
+FormulaEdit::FormulaEdit(QWidget* parent) : QWidget(parent), state_(std::make_unique<StateS>(*this)) {
+  installAccessibility();
+  setFocusPolicy(Qt::StrongFocus);
+  setAttribute(Qt::WA_InputMethodEnabled);
+  setAttribute(Qt::WA_KeyCompression);
+  setInputMethodHints(Qt::ImhNoAutoUppercase | Qt::ImhNoPredictiveText);
+  setAcceptDrops(true);
+  setMouseTracking(true);
+  setCursor(Qt::IBeamCursor);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  state_->contentSeen = state_->contentSize();
+}
+
+FormulaEdit::FormulaEdit(QString const& expression, QWidget* parent) : FormulaEdit(parent) {
+  setExpression(expression);
+}
+
+FormulaEdit::~FormulaEdit() = default;
+
+QString FormulaEdit::expression() const {
+  auto const expression = algebraicExpression();
+  return expression ? toQString(exchange::toPlainText(*expression)) : QString();
+}
+
+bool FormulaEdit::setExpression(QString const& expression) {
+  if (expression.trimmed().isEmpty()) {
+    setAlgebraicExpression(nullptr);
+    return true;
+  }
+  exchange::PlainTextErrorS error;
+  auto read =
+      exchange::fromPlainText(toWstring(expression), math::algexpr::CASSessionBC::getSession(), &error);
+  if (!read) {
+    emit errorOccurred(no_cause, toQString(exchange::describe(error.cause)));
+    return false;
+  }
+  setAlgebraicExpression(read);
+  return true;
+}
+
+QString FormulaEdit::prefix() const {
+  auto const expression = algebraicExpression();
+  return expression ? toQString(expression->toPrefixString()) : QString();
+}
+
+bool FormulaEdit::setPrefix(QString const& prefix) {
+  if (prefix.trimmed().isEmpty()) {
+    setAlgebraicExpression(nullptr);
+    return true;
+  }
+  auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix));
+  if (!read) {
+    emit errorOccurred(no_cause, tr("This is no expression in prefix notation"));
+    return false;
+  }
+  setAlgebraicExpression(read);
+  return true;
+}
+
+QString FormulaEdit::tree() const {
+  return toQString(writeTreeNotation(state_->field->crefView().crefRoot()));
+}
+
+bool FormulaEdit::setTree(QString const& tree) {
+  bool const done = state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, true);
+  if (!done) emit errorOccurred(no_cause, tr("This is no formula in tree notation"));
+  return done;
+}
+
+FormulaEdit::Expression FormulaEdit::algebraicExpression() const {
+  state_->examine();
+  return state_->expression;
+}
+
+void FormulaEdit::setAlgebraicExpression(Expression const& expression) {
+  state_->change([&] {
+    state_->field->setExpression(expression, state_->constraints, state_->precision, state_->format);
+  });
+}
+
+void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
+  state_->precision = precision;
+  state_->format = format;
+}
+
+bool FormulaEdit::isComplete() const { return bool(algebraicExpression()); }
+
+QString FormulaEdit::incompleteReason() const {
+  state_->examine();
+  return state_->reason;
+}
+
+bool FormulaEdit::isEmpty() const {
+  math::ved::Node4C const& row = *state_->field->crefView().crefRoot().child(0);
+  return row.numChildren() == 1 && row.child(0)->sizeText() == 0;
+}
+
+bool FormulaEdit::check() {
+  field::FormulaErrorS error;
+  bool complete = false;
+  state_->act([&] { return complete = bool(state_->field->getExpression(&error)); });
+  if (!complete) emit errorOccurred(error.cause, toQString(error.text));
+  return complete;
+}
+
+// ---- Properties -------------------------------------------------------------------------------------------
+
+bool FormulaEdit::isReadOnly() const { return !state_->field->isEditable(); }
+
+void FormulaEdit::setReadOnly(bool readOnly) {
+  if (readOnly == isReadOnly()) return;
+  state_->change([&] { state_->field->setEditable(!readOnly); });
+  setAttribute(Qt::WA_InputMethodEnabled, !readOnly);
+  emit readOnlyChanged(readOnly);
+}
+
+qreal FormulaEdit::zoom() const { return state_->zoom; }
+
+void FormulaEdit::setZoom(qreal zoom) {
+  qreal const clamped = std::clamp(zoom, min_zoom, max_zoom);
+  if (!std::isfinite(zoom) || qFuzzyCompare(clamped, state_->zoom)) return;
+  state_->zoom = clamped;
+  state_->contentSeen = state_->contentSize();
+  state_->clampScroll();
+  updateGeometry();
+  update();
+  updateMicroFocus();
+  emit zoomChanged(clamped);
+}
+
+FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->constraints; }
+
+void FormulaEdit::setConstraints(Constraints const& constraints) {
+  state_->constraints = constraints;
+  QString const before = tree();
+  setAlgebraicExpression(algebraicExpression());
+  if (tree() != before) setTree(before);
+}
+
+bool FormulaEdit::decimalComma() const { return state_->field->getOptions().decimalComma; }
+
+void FormulaEdit::setDecimalComma(bool decimalComma) {
+  state_->clipboard->setDecimalComma(decimalComma);
+  state_->primary->setDecimalComma(decimalComma);
+  state_->change([&] {
+    field::InputOptionsS options = state_->field->getOptions();
+    options.decimalComma = decimalComma;
+    state_->field->setOptions(options);
+  });
+}
+
+bool FormulaEdit::hasFrame() const { return state_->frame; }
+
+void FormulaEdit::setFrame(bool frame) {
+  state_->frame = frame;
+  updateGeometry();
+  update();
+}
+
+Qt::Alignment FormulaEdit::alignment() const { return state_->alignment; }
+
+void FormulaEdit::setAlignment(Qt::Alignment alignment) {
+  state_->alignment = alignment;
+  update();
+}
+
+QString FormulaEdit::placeholderText() const { return state_->placeholder; }
+
+void FormulaEdit::setPlaceholderText(QString const& text) {
+  state_->placeholder = text;
+  updateGeometry();
+  update();
+}
+
+bool FormulaEdit::isUndoRedoEnabled() const { return state_->undoRedo; }
+void FormulaEdit::setUndoRedoEnabled(bool enabled) { state_->undoRedo = enabled; }
+bool FormulaEdit::hasSelection() const { return state_->field->crefView().isSelected(); }
+QString FormulaEdit::fontError() const { return state_->fontError; }
+
+// ---- Commands ---------------------------------------------------------------------------------------------
+
+bool FormulaEdit::isCommandEnabled(field::CommandE command) const {
+  return state_->field->isEnabled(command);
+}
+
+bool FormulaEdit::runCommand(field::CommandE command) {
+  if (command == field::COMMAND_PASTE) return !isReadOnly() && state_->paste(state_->clipboard->read());
+  return state_->act([&] { return state_->field->run(command); });
+}
+
+bool FormulaEdit::insertOperator(QString const& name) {
+  return state_->act([&] { return state_->field->insertOperator(toWstring(name)); });
+}
+
+bool FormulaEdit::insertText(QString const& text) {
+  return state_->act([&] { return state_->field->insertText(toWstring(text)); });
+}
+
+bool FormulaEdit::insertEntry(field::PaletteEntryS const& entry) {
+  return state_->act([&] { return field::runEntry(entry, *state_->field); });
+}
+
+void FormulaEdit::setCaretNear(QPoint pos) {
+  QPoint const at = state_->toUnits(pos);
+  state_->act([&] {
+    bool const done = state_->field->pressPointer(at.x(), at.y());
+    state_->field->releasePointer();
+    return done;
+  });
+}
+
+QMimeData* FormulaEdit::createMimeData(bool selectionOnly) const {
+  field::ClipboardContentS content = selectionOnly ? state_->field->copy() : state_->wholeContent();
+  if (content.isEmpty()) return nullptr;
+  return new FormulaMimeData(std::move(content), state_->fonts, decimalComma());
+}
+
+void FormulaEdit::record(field::EventScriptT* script) { state_->field->record(script); }
+
+void FormulaEdit::undo() { runCommand(field::COMMAND_UNDO); }
+void FormulaEdit::redo() { runCommand(field::COMMAND_REDO); }
+void FormulaEdit::cut() { runCommand(field::COMMAND_CUT); }
+void FormulaEdit::copy() { runCommand(field::COMMAND_COPY); }
+void FormulaEdit::paste() { runCommand(field::COMMAND_PASTE); }
+void FormulaEdit::selectAll() { runCommand(field::COMMAND_SELECT_ALL); }
+void FormulaEdit::clear() { runCommand(field::COMMAND_CLEAR); }
+
+QMenu* FormulaEdit::createStandardContextMenu() {
+  auto* const menu = new QMenu(this);
+  auto const add = [&](field::CommandE command) {
+    field::CommandS const& entry = field::commands()[command];
+    QString const keys = toQString(entry.keys).section(QStringLiteral(", "), 0, 0);
+    QAction* const action = menu->addAction(toQString(entry.title), this, [=] { runCommand(command); });
+    // Shown only: the keys themselves are handled by the widget.
+    action->setShortcut(QKeySequence(keys));
+    action->setShortcutContext(Qt::WidgetShortcut);
+    action->setShortcutVisibleInContextMenu(true);
+    action->setEnabled(isCommandEnabled(command));
+  };
+  if (!isReadOnly() && isUndoRedoEnabled()) {
+    add(field::COMMAND_UNDO);
+    add(field::COMMAND_REDO);
+    menu->addSeparator();
+  }
+  if (!isReadOnly()) add(field::COMMAND_CUT);
+  add(field::COMMAND_COPY);
+  if (!isReadOnly()) {
+    add(field::COMMAND_PASTE);
+    add(field::COMMAND_CLEAR);
+  }
+  menu->addSeparator();
+  add(field::COMMAND_SELECT_ALL);
+  add(field::COMMAND_GROW_SELECTION);
+  return menu;
+}
+
+}  // namespace zolt::qt

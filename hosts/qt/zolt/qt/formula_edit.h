@@ -1,0 +1,203 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <memory>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/constraints.h"
+#include "zolt/algexpr/number_display_format.h"
+#include "zolt/field/commands.h"
+#include "zolt/field/event_script.h"
+#include "zolt/oss/pointer.h"
+
+class QMenu;
+class QMimeData;
+
+namespace zolt::field {
+class FormulaFieldC;
+struct PaletteEntryS;
+}  // namespace zolt::field
+
+namespace zolt::qt {
+
+/// A widget in which a person reads and edits one formula in its textbook form, as `QLineEdit` is one for a
+/// line of text.
+///
+///     auto* edit = new zolt::qt::FormulaEdit(parent);
+///     edit->setExpression("sqrt(x^2+1)/2");
+///     connect(edit, &zolt::qt::FormulaEdit::expressionChanged, this, [=] { use(edit->prefix()); });
+///
+/// The first one made in a process fills the operator table with the standard operators when the host has
+/// not. Without its font files (`fontError`) it keeps its formula, but shows that message instead.
+class FormulaEdit : public QWidget {
+  Q_OBJECT
+  /// The formula as people type it, "sqrt(x^2+1)/2". Empty when it is incomplete.
+  Q_PROPERTY(QString expression READ expression WRITE setExpression NOTIFY expressionChanged USER true)
+  /// The formula in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)". Empty when it
+  /// is incomplete.
+  Q_PROPERTY(QString prefix READ prefix WRITE setPrefix NOTIFY expressionChanged)
+  /// The formula as it stands, complete or not, in tree notation.
+  Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
+  Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
+  Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
+  /// Logical pixels to a surface unit, 12 of which make the base size of letters.
+  Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
+  /// What may be entered; null: everything.
+  Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints)
+  /// The decimal sign is shown and typed as ",", and what stands between arguments as ";".
+  Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma)
+  Q_PROPERTY(bool frame READ hasFrame WRITE setFrame)
+  Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
+  /// Shown in place of an empty formula.
+  Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
+  /// Off: the keys and menu entries of undo and redo are left to the window, which runs the commands itself.
+  Q_PROPERTY(bool undoRedoEnabled READ isUndoRedoEnabled WRITE setUndoRedoEnabled)
+  Q_PROPERTY(bool hasSelectedFormula READ hasSelection NOTIFY selectionChanged)
+
+ public:
+  using Expression = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
+  using Constraints = oss::PointerTC<math::algexpr::ConstraintsBC>;
+
+  static constexpr qreal default_zoom = 1.75;
+  static constexpr qreal min_zoom = 0.5;
+  static constexpr qreal max_zoom = 10;
+
+  explicit FormulaEdit(QWidget* parent = nullptr);
+  explicit FormulaEdit(QString const& expression, QWidget* parent = nullptr);
+  ~FormulaEdit() override;
+
+  QString expression() const;
+  /// Shows it all selected, with a new history. False, with nothing changed and `errorOccurred` emitted, when
+  /// it is no formula.
+  bool setExpression(QString const& expression);
+  QString prefix() const;
+  bool setPrefix(QString const& prefix);
+  QString tree() const;
+  bool setTree(QString const& tree);
+  /// Null when the formula is incomplete. Never disturbs who is typing.
+  Expression algebraicExpression() const;
+  /// Null: an empty formula.
+  void setAlgebraicExpression(Expression const& expression);
+  /// Numbers of expressions set from now on show `precision` significant digits (0: as written) in `format`.
+  void setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format);
+  bool isComplete() const;
+  /// Why the formula is incomplete, as a sentence without a full stop; empty when it is complete.
+  QString incompleteReason() const;
+  bool isEmpty() const;
+
+  bool isReadOnly() const;
+  void setReadOnly(bool readOnly);
+  qreal zoom() const;
+  /// Clamped to what is legible and paintable.
+  void setZoom(qreal zoom);
+  Constraints constraints() const;
+  void setConstraints(Constraints const& constraints);
+  bool decimalComma() const;
+  void setDecimalComma(bool decimalComma);
+  bool hasFrame() const;
+  void setFrame(bool frame);
+  Qt::Alignment alignment() const;
+  void setAlignment(Qt::Alignment alignment);
+  QString placeholderText() const;
+  void setPlaceholderText(QString const& text);
+  bool isUndoRedoEnabled() const;
+  void setUndoRedoEnabled(bool enabled);
+  bool hasSelection() const;
+  /// Empty when the fonts are there.
+  QString fontError() const;
+
+  bool isCommandEnabled(field::CommandE command) const;
+  bool runCommand(field::CommandE command);
+  bool insertOperator(QString const& name);
+  bool insertText(QString const& text);
+  bool insertEntry(field::PaletteEntryS const& entry);
+  /// Puts the caret as near to `pos` (widget coordinates) as there is a place for it.
+  void setCaretNear(QPoint pos);
+
+  /// The formula (or the selection) on its way to a clipboard; the caller owns it. Null when there is none.
+  QMimeData* createMimeData(bool selectionOnly) const;
+  /// The caller owns the menu.
+  QMenu* createStandardContextMenu();
+
+  /// The caret's box in widget coordinates.
+  QRect caretRectangle() const;
+
+  // For assistive technology. Offsets count the characters of `readableText`.
+  struct CaretOffsets {
+    int anchor = 0;
+    int caret = 0;
+  };
+  /// The formula in words: "fraction 1 over x plus 1 end fraction".
+  QString readableText() const;
+  /// Equal when nothing is selected.
+  CaretOffsets caretOffsets() const;
+  /// Goes to the nearest places of the caret.
+  void selectOffsets(int anchor, int caret);
+  /// The caret's box, in widget coordinates, if it were there.
+  QRect placeRectangle(int offset) const;
+  int offsetNear(QPoint pos) const;
+  void revealOffset(int offset);
+
+  /// Appends all input from now on to `script`, which the caller keeps alive until it passes null.
+  void record(field::EventScriptT* script);
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+  QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+ public slots:
+  /// Checks the formula as when editing ends: when it is incomplete, selects the faulty part, emits
+  /// `errorOccurred` and answers false.
+  bool check();
+  void undo();
+  void redo();
+  void cut();
+  void copy();
+  void paste();
+  void selectAll();
+  void clear();
+
+ signals:
+  /// The formula is another one, whoever changed it.
+  void expressionChanged();
+  /// The person changed it. `continued`: by typing on, so that it is one undo step with the change before.
+  void edited(bool continued);
+  void selectionChanged();
+  void caretMoved();
+  /// `cause` is a `math::ved::ErrorCauseE`, or -1 when there is none of these; `text` is a sentence without a
+  /// full stop.
+  void errorOccurred(int cause, QString const& text);
+  void returnPressed();
+  void editingFinished();
+  void readOnlyChanged(bool readOnly);
+  void zoomChanged(qreal zoom);
+
+ protected:
+  bool event(QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void inputMethodEvent(QInputMethodEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+  void timerEvent(QTimerEvent* event) override;
+
+ private:
+  struct StateS;
+
+  std::unique_ptr<StateS> state_;
+};
+
+}  // namespace zolt::qt

@@ -1,0 +1,216 @@
+#include <QFocusEvent>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QKeySequence>
+
+#include "zolt/field/readable_text.h"
+#include "zolt/qt/formula_edit_state.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::qt {
+
+namespace {
+
+/// The chord as the table of commands writes it. A Mac's Command key is Ctrl in Qt as well.
+oss::wstring chordOf(QKeyEvent const& event) {
+  QString key;
+  Qt::KeyboardModifiers modifiers = event.modifiers();
+  switch (event.key()) {
+    case Qt::Key_Backtab:
+      key = QStringLiteral("Tab");
+      modifiers |= Qt::ShiftModifier;
+      break;
+    case Qt::Key_Delete:
+      key = QStringLiteral("Delete");
+      break;
+    case Qt::Key_Insert:
+      key = QStringLiteral("Insert");
+      break;
+    case Qt::Key_Escape:
+      key = QStringLiteral("Escape");
+      break;
+    default:
+      key = QKeySequence(event.key()).toString(QKeySequence::PortableText);
+  }
+  QString chord;
+  if (modifiers & Qt::ControlModifier) chord += QStringLiteral("Ctrl+");
+  if (modifiers & Qt::AltModifier) chord += QStringLiteral("Alt+");
+  if (modifiers & Qt::ShiftModifier) chord += QStringLiteral("Shift+");
+  return toWstring(chord + key);
+}
+
+struct PlatformKeyS {
+  QKeySequence::StandardKey key;
+  field::CommandE command;
+};
+
+/// Keys that platforms have besides those of the table.
+constexpr PlatformKeyS platform_keys[] = {
+    {QKeySequence::Undo, field::COMMAND_UNDO},
+    {QKeySequence::Redo, field::COMMAND_REDO},
+    {QKeySequence::Cut, field::COMMAND_CUT},
+    {QKeySequence::Copy, field::COMMAND_COPY},
+    {QKeySequence::Paste, field::COMMAND_PASTE},
+    {QKeySequence::SelectAll, field::COMMAND_SELECT_ALL},
+    {QKeySequence::MoveToNextWord, field::COMMAND_WORD_RIGHT},
+    {QKeySequence::MoveToPreviousWord, field::COMMAND_WORD_LEFT},
+    {QKeySequence::MoveToStartOfLine, field::COMMAND_HOME},
+    {QKeySequence::MoveToEndOfLine, field::COMMAND_END},
+    {QKeySequence::MoveToStartOfDocument, field::COMMAND_FORMULA_START},
+    {QKeySequence::MoveToEndOfDocument, field::COMMAND_FORMULA_END},
+    {QKeySequence::SelectNextWord, field::COMMAND_SELECT_WORD_RIGHT},
+    {QKeySequence::SelectPreviousWord, field::COMMAND_SELECT_WORD_LEFT},
+    {QKeySequence::SelectStartOfLine, field::COMMAND_SELECT_HOME},
+    {QKeySequence::SelectEndOfLine, field::COMMAND_SELECT_END},
+    {QKeySequence::SelectStartOfDocument, field::COMMAND_SELECT_FORMULA_START},
+    {QKeySequence::SelectEndOfDocument, field::COMMAND_SELECT_FORMULA_END},
+    {QKeySequence::DeleteStartOfWord, field::COMMAND_DELETE_WORD_LEFT},
+    {QKeySequence::DeleteEndOfWord, field::COMMAND_DELETE_WORD_RIGHT},
+    {QKeySequence::Delete, field::COMMAND_DELETE_RIGHT},
+    {QKeySequence::Backspace, field::COMMAND_DELETE_LEFT},
+};
+
+std::optional<field::CommandE> commandOf(QKeyEvent const& event) {
+  if (field::CommandS const* const command = field::findCommandForKeys(chordOf(event))) {
+    return command->command;
+  }
+  for (PlatformKeyS const& entry : platform_keys) {
+    if (const_cast<QKeyEvent&>(event).matches(entry.key)) return entry.command;
+  }
+  return std::nullopt;
+}
+
+bool isTypedText(QKeyEvent const& event) {
+  QString const text = event.text();
+  if (text.isEmpty()) return false;
+  Qt::KeyboardModifiers const shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
+  // Both together are AltGr where the platform has no other way to say it.
+  if (shortcut & Qt::ControlModifier && !(shortcut & Qt::AltModifier)) return false;
+  return text.at(0).isPrint() || text.at(0).isSurrogate();
+}
+
+/// Commands that others make use of when the formula has none for them.
+bool isSharedWithParent(field::CommandE command) {
+  return command == field::COMMAND_UP || command == field::COMMAND_DOWN ||
+         command == field::COMMAND_DROP_SELECTION;
+}
+
+bool isHistory(field::CommandE command) {
+  return command == field::COMMAND_UNDO || command == field::COMMAND_REDO;
+}
+
+}  // namespace
+
+bool FormulaEdit::event(QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    auto* const key = static_cast<QKeyEvent*>(event);
+    auto const command = commandOf(*key);
+    bool const ours = command ? !(isHistory(*command) && !state_->undoRedo) &&
+                                    !(field::commands()[*command].modifies && isReadOnly())
+                              : isTypedText(*key) && !isReadOnly();
+    if (ours) {
+      event->accept();
+      return true;
+    }
+  } else if (event->type() == QEvent::KeyPress) {
+    // Before Qt takes the key for moving the focus.
+    auto* const key = static_cast<QKeyEvent*>(event);
+    auto const command = commandOf(*key);
+    bool const slots_ = command == field::COMMAND_NEXT_SLOT || command == field::COMMAND_PREVIOUS_SLOT;
+    if (slots_ && !isReadOnly() && runCommand(*command)) {
+      event->accept();
+      return true;
+    }
+  }
+  return QWidget::event(event);
+}
+
+void FormulaEdit::keyPressEvent(QKeyEvent* event) {
+  if (auto const command = commandOf(*event)) {
+    if (isHistory(*command) && !state_->undoRedo) {
+      event->ignore();
+    } else {
+      bool const taken = runCommand(*command);
+      event->setAccepted(taken || !isSharedWithParent(*command));
+    }
+    return;
+  }
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    // A dialog's default button listens to the same key.
+    event->ignore();
+    if (isEmpty() || check()) {
+      QPointer<FormulaEdit> const alive(this);
+      emit returnPressed();
+      if (alive) emit editingFinished();
+    }
+    return;
+  }
+  if (!isTypedText(*event)) {
+    QWidget::keyPressEvent(event);
+    return;
+  }
+  if (isReadOnly()) {
+    event->ignore();
+    return;
+  }
+  oss::wstring const text = toWstring(event->text());
+  state_->act([&] {
+    return text.size() == 1 ? state_->field->typeCharacter(text[0]) : state_->field->insertText(text);
+  });
+  event->accept();
+}
+
+void FormulaEdit::inputMethodEvent(QInputMethodEvent* event) {
+  if (isReadOnly()) {
+    event->ignore();
+    return;
+  }
+  state_->preedit = event->preeditString();
+  state_->preeditCaret = int(state_->preedit.size());
+  for (QInputMethodEvent::Attribute const& attribute : event->attributes()) {
+    if (attribute.type == QInputMethodEvent::Cursor) state_->preeditCaret = attribute.start;
+  }
+  oss::wstring const text = toWstring(event->commitString());
+  if (text.empty()) {
+    update();
+  } else {
+    state_->act([&] { return state_->field->insertText(text); });
+  }
+  event->accept();
+}
+
+QVariant FormulaEdit::inputMethodQuery(Qt::InputMethodQuery query) const {
+  switch (query) {
+    case Qt::ImEnabled:
+      return !isReadOnly();
+    case Qt::ImReadOnly:
+      return isReadOnly();
+    case Qt::ImCursorRectangle:
+    case Qt::ImAnchorRectangle:
+      return caretRectangle();
+    case Qt::ImCurrentSelection:
+      return toQString(state_->field->copy().plainText);
+    default:
+      return QWidget::inputMethodQuery(query);
+  }
+}
+
+void FormulaEdit::focusInEvent(QFocusEvent* event) {
+  state_->restartBlinking();
+  update();
+  QWidget::focusInEvent(event);
+}
+
+void FormulaEdit::focusOutEvent(QFocusEvent* event) {
+  state_->blinkTimer.stop();
+  state_->preedit.clear();
+  update();
+  bool const done = event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason;
+  QPointer<FormulaEdit> const alive(this);
+  // Turns a name that was just typed into its letter.
+  if (done) state_->act([&] { return bool(state_->field->getExpression()); });
+  if (alive && done) emit editingFinished();
+  if (alive) QWidget::focusOutEvent(event);
+}
+
+}  // namespace zolt::qt

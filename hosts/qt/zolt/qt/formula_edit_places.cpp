@@ -1,0 +1,87 @@
+#include <algorithm>
+
+#include "zolt/field/readable_text.h"
+#include "zolt/qt/formula_edit_state.h"
+#include "zolt/qt/text.h"
+
+// Places of the caret by position and by offset, without moving it.
+
+namespace zolt::qt {
+
+namespace {
+
+/// Keeps caret and selection as they are while the view is asked about other places. The view's own
+/// operations are used, since none of this is input of the person's.
+class KeptSelectionC {
+ public:
+  explicit KeptSelectionC(math::ved::ViewZNT4C& view)
+      : view_(view),
+        caret_{view.getCaretNode(), view.getCaretPos()},
+        anchor_{view.isSelected() ? view.getAnchorNode() : nullptr, view.getAnchorPos()} {}
+  ~KeptSelectionC() { view_.selectRange(anchor_.node, anchor_.pos, caret_.node, caret_.pos); }
+  KeptSelectionC(KeptSelectionC const&) = delete;
+  KeptSelectionC& operator=(KeptSelectionC const&) = delete;
+
+ private:
+  math::ved::ViewZNT4C& view_;
+  field::PlaceS caret_;
+  field::PlaceS anchor_;
+};
+
+unsigned long toOffset(int offset) { return static_cast<unsigned long>(std::max(0, offset)); }
+
+}  // namespace
+
+field::PlaceS FormulaEdit::StateS::placeNear(QPointF pos, QRect* caret) {
+  math::ved::ViewZNT4C& view = field->refView();
+  KeptSelectionC const kept(view);
+  QPoint const units = toUnits(pos);
+  view.addEvent(math::ved::EVENT_PEN_DOWN, 0, false, false, false, units.x(), units.y());
+  view.addEvent(math::ved::EVENT_PEN_UP, 0, false, false, false, 0, 0);
+  if (caret) *caret = toPixels(view.getCaretRectangle());
+  return {view.getCaretNode(), view.getCaretPos()};
+}
+
+math::ved::RectangleS FormulaEdit::StateS::caretBoxAt(field::PlaceS place) {
+  math::ved::ViewZNT4C& view = field->refView();
+  KeptSelectionC const kept(view);
+  view.selectRange(nullptr, 0, place.node, place.pos);
+  return view.getCaretRectangle();
+}
+
+QString FormulaEdit::readableText() const {
+  return toQString(field::makeReadableText(state_->field->crefView()).text);
+}
+
+FormulaEdit::CaretOffsets FormulaEdit::caretOffsets() const {
+  math::ved::ViewZNT4C const& view = state_->field->crefView();
+  field::ReadableTextS const text = field::makeReadableText(view);
+  int const caret = int(text.offsetOf({view.getCaretNode(), view.getCaretPos()}));
+  int const anchor =
+      view.isSelected() ? int(text.offsetOf({view.getAnchorNode(), view.getAnchorPos()})) : caret;
+  return {anchor, caret};
+}
+
+void FormulaEdit::selectOffsets(int anchor, int caret) {
+  field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
+  field::PlaceS const from = text.placeAt(toOffset(anchor)), to = text.placeAt(toOffset(caret));
+  state_->act([&] { return state_->field->refView().selectRange(from.node, from.pos, to.node, to.pos); });
+}
+
+QRect FormulaEdit::placeRectangle(int offset) const {
+  field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
+  return state_->toPixels(state_->caretBoxAt(text.placeAt(toOffset(offset))));
+}
+
+int FormulaEdit::offsetNear(QPoint pos) const {
+  field::PlaceS const place = state_->placeNear(pos);
+  return int(field::makeReadableText(state_->field->crefView()).offsetOf(place));
+}
+
+void FormulaEdit::revealOffset(int offset) {
+  field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
+  state_->reveal(state_->caretBoxAt(text.placeAt(toOffset(offset))));
+  update();
+}
+
+}  // namespace zolt::qt

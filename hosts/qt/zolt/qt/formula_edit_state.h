@@ -1,0 +1,115 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QElapsedTimer>
+#include <QPoint>
+#include <QPointer>
+#include <QRect>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "zolt/field/formula_field.h"
+#include "zolt/qt/formula_edit.h"
+#include "zolt/qt/formula_fonts.h"
+#include "zolt/qt/qt_graphics.h"
+#include "zolt/qt/system_clipboard.h"
+
+// Internal to FormulaEdit: what its source files share.
+
+namespace zolt::qt {
+
+struct FormulaEdit::StateS {
+  explicit StateS(FormulaEdit& owner);
+  ~StateS();
+
+  // ---- Acts (formula_edit.cpp) ---------------------------------------------------------------------------
+  /// Runs what a person (or `byProgram` the host) does to the field, and then whatever follows from it:
+  /// layout, scrolling, repainting, signals.
+  bool act(std::function<bool()> const& action, bool byProgram = false);
+  /// The same for `action` of the host's, which always happens.
+  void change(std::function<void()> const& action);
+  /// The formula and why it is incomplete, found out on a copy, so that nobody's typing is disturbed.
+  void examine();
+  field::ClipboardContentS wholeContent();
+
+  // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
+  /// The part of the widget in which the formula is seen.
+  QRect viewport() const;
+  QSize contentSize();
+  /// Where the formula's top-left corner is, in widget coordinates.
+  QPoint origin();
+  QPoint toUnits(QPointF pos);
+  QRect toPixels(math::ved::RectangleS const& box);
+  /// Keeps the formula within sight after a change of size.
+  void clampScroll();
+  void reveal(math::ved::RectangleS const& box);
+  int frameWidth() const;
+
+  /// Where the caret's box would be, in view coordinates, if the caret stood at `place`.
+  math::ved::RectangleS caretBoxAt(field::PlaceS place);
+
+  // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
+  void restartBlinking();
+  void paintSelection(QPainter& painter);
+  void paintCaret(QPainter& painter);
+  void paintPreedit(QPainter& painter);
+  /// Fades the formula out where more of it is out of sight.
+  void paintEdges(QPainter& painter);
+
+  // ---- Pointer (formula_edit_pointer.cpp) ----------------------------------------------------------------
+  void press(QMouseEvent const& event);
+  bool isOverSelection(QPointF pos);
+  void startDrag();
+  void dragTo(QPointF pos);
+  /// Where a press at `pos` would put the caret; the formula stays as it is.
+  field::PlaceS placeNear(QPointF pos, QRect* caret = nullptr);
+  bool paste(field::ClipboardContentS const& content);
+  void offerPrimarySelection();
+
+  FormulaEdit& edit;
+  std::shared_ptr<FormulaFonts> fonts;  // null without font files
+  QString fontError;
+  oss::PointerTC<QtGraphicsC> graphics;  // null without fonts
+  std::unique_ptr<field::FormulaFieldC> field;
+  oss::PointerTC<SystemClipboardC> clipboard;
+  oss::PointerTC<SystemClipboardC> primary;  // what was selected last, on platforms that have it
+
+  qreal zoom = default_zoom;
+  bool frame = true;
+  Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
+  QString placeholder;
+  bool undoRedo = true;
+  Constraints constraints;
+  unsigned long precision = 0;
+  math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
+
+  QPoint scroll;  // what is scrolled out of sight on the left and at the top
+  QBasicTimer blinkTimer;
+  bool caretShown = true;
+  QString preedit;
+  int preeditCaret = 0;
+
+  // What the signals have been told about.
+  std::size_t formulaPrint = 0;
+  field::PlaceS caretSeen;
+  field::PlaceS anchorSeen;
+  QSize contentSeen;
+
+  bool examined = false;
+  Expression expression;
+  math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_EMPTY;
+  QString reason;
+
+  unsigned clicks = 0;
+  QElapsedTimer sinceClick;
+  QPoint clickedAt;
+  bool selecting = false;  // the pointer is down in the field
+  bool mayDrag = false;    // the pointer went down on the selection
+  QPointF pointer;         // for scrolling while it rests outside
+  QBasicTimer scrollTimer;
+  bool draggingHere = false;       // our own selection is under way
+  std::optional<QRect> dropCaret;  // where something that is dragged over the field would go
+};
+
+}  // namespace zolt::qt

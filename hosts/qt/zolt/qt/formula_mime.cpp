@@ -1,0 +1,76 @@
+#include "zolt/qt/formula_mime.h"
+
+#include "zolt/qt/formula_picture.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::qt {
+
+namespace {
+
+constexpr char text_type[] = "text/plain";
+constexpr char svg_type[] = "image/svg+xml";
+constexpr char png_type[] = "image/png";
+constexpr char image_type[] = "application/x-qt-image";  // what Qt turns into the platform's own pictures
+
+constexpr qreal picture_zoom = 3;
+constexpr qreal picture_margin = 2;
+
+/// More text than this is not a formula that somebody copied.
+constexpr qsizetype max_text = 1 << 20;
+
+QByteArray toByteArray(oss::bytestring const& bytes) {
+  return QByteArray(reinterpret_cast<char const*>(bytes.data()), qsizetype(bytes.size()));
+}
+
+oss::bytestring toBytes(QByteArray const& bytes) { return oss::bytestring(bytes.begin(), bytes.end()); }
+
+}  // namespace
+
+FormulaMimeData::FormulaMimeData(field::ClipboardContentS content, std::shared_ptr<FormulaFonts> fonts,
+                                 bool decimalComma)
+    : content_(std::move(content)), fonts_(std::move(fonts)), decimalComma_(decimalComma) {}
+
+FormulaMimeData::~FormulaMimeData() = default;
+
+field::ClipboardContentS FormulaMimeData::read(QMimeData const& data) {
+  field::ClipboardContentS content;
+  content.bytes = toBytes(data.data(QLatin1String(formula_mime_type)));
+  content.prefix = toWstring(QString::fromUtf8(data.data(QLatin1String(prefix_mime_type))));
+  QString const text = data.text();
+  if (text.size() <= max_text) content.plainText = toWstring(text);
+  return content;
+}
+
+bool FormulaMimeData::canRead(QMimeData const* data) {
+  return data && (data->hasFormat(QLatin1String(formula_mime_type)) ||
+                  data->hasFormat(QLatin1String(prefix_mime_type)) || data->hasText());
+}
+
+QStringList FormulaMimeData::formats() const {
+  QStringList types;
+  if (!content_.bytes.empty()) types << QLatin1String(formula_mime_type);
+  if (!content_.prefix.empty()) types << QLatin1String(prefix_mime_type);
+  if (!content_.plainText.empty()) types << QLatin1String(text_type);
+  if (!content_.bytes.empty() && fonts_) {
+    types << QLatin1String(svg_type) << QLatin1String(png_type) << QLatin1String(image_type);
+  }
+  return types;
+}
+
+bool FormulaMimeData::hasFormat(QString const& type) const { return formats().contains(type); }
+
+QVariant FormulaMimeData::retrieveData(QString const& type, QMetaType) const {
+  if (type == QLatin1String(formula_mime_type)) return toByteArray(content_.bytes);
+  if (type == QLatin1String(prefix_mime_type)) return toQString(content_.prefix).toUtf8();
+  if (type == QLatin1String(text_type)) return toQString(content_.plainText);
+  if (!fonts_ || !hasFormat(type)) return {};
+  FormulaPicture picture(fonts_, decimalComma_);
+  if (!picture.setContent(content_)) return {};
+  if (type == QLatin1String(svg_type)) return picture.toSvg(picture_zoom, picture_margin, Qt::black);
+  if (type == QLatin1String(png_type)) {
+    return picture.toPng(picture_zoom, picture_margin, Qt::black, Qt::white);
+  }
+  return picture.toImage(picture_zoom, picture_margin, Qt::black, Qt::white);
+}
+
+}  // namespace zolt::qt

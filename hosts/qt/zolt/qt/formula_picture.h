@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QImage>
+#include <QPointF>
+#include <QSize>
+#include <memory>
+
+#include "zolt/field/clipboard.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/qt/formula_fonts.h"
+#include "zolt/qt/qt_graphics.h"
+
+class QPainter;
+
+namespace zolt::field {
+class FormulaFieldC;
+}
+
+namespace zolt::qt {
+
+/// A formula to look at: for icons, for pictures on the clipboard and in files, for paper.
+class FormulaPicture final {
+ public:
+  /// Nothing to see at first. `fonts` must not be null. `decimalComma` as in the field.
+  explicit FormulaPicture(std::shared_ptr<FormulaFonts> fonts, bool decimalComma = false);
+  ~FormulaPicture();
+  FormulaPicture(FormulaPicture const&) = delete;
+  FormulaPicture& operator=(FormulaPicture const&) = delete;
+
+  /// Shows what was copied. False when it does not read.
+  bool setContent(field::ClipboardContentS const& content);
+  /// Shows an expression in prefix notation. False when it does not read.
+  bool setPrefix(oss::wstring const& prefix);
+  /// Shows a formula in the notation of `FormulaEdit::tree`. False when it does not read.
+  bool setTree(oss::wstring const& tree);
+
+  /// Whether the formula is complete, that is an expression.
+  bool isComplete() const;
+  /// In surface units.
+  QSize size() const;
+  /// Paints the formula with its top-left corner at `topLeft`, `zoom` painter units to a surface unit.
+  void paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
+             PaintTargetE target = PAINT_PIXELS) const;
+
+  /// With `margin` surface units around; `background` may be transparent. The formula in prefix notation is
+  /// kept inside the picture as the text "zolt:expression", when it is complete. Null when it would be larger
+  /// than pictures may be.
+  QImage toImage(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
+  QByteArray toPng(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
+  /// Letters are outlines, so that it looks alike everywhere.
+  QByteArray toSvg(qreal zoom, qreal margin, QColor const& colour) const;
+
+ private:
+  oss::PointerTC<QtGraphicsC> graphics_;
+  std::unique_ptr<field::FormulaFieldC> field_;
+};
+
+}  // namespace zolt::qt

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QColor>
+#include <functional>
+#include <memory>
+
+#include "zolt/qt/formula_fonts.h"
+#include "zolt/surfaces/typeset/typeset_graphics.h"
+
+class QPainter;
+
+namespace zolt::qt {
+
+/// What a painter paints on.
+enum PaintTargetE {
+  PAINT_PIXELS = 0,  ///< widgets and images: bars and other straight strokes are aligned with the pixels
+  PAINT_PAPER = 1    ///< printers, PDF, SVG
+};
+
+/// The textbook look on a `QPainter`. One unit of the surface is one unit of the painter's coordinates: to
+/// zoom, scale the painter; the layout stays.
+class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
+ public:
+  /// `fonts` must not be null.
+  explicit QtGraphicsC(std::shared_ptr<FormulaFonts> fonts);
+  ~QtGraphicsC() override;
+
+  /// Called when the view on this surface wants to be painted again; must not paint from inside the call.
+  void onInvalidate(std::function<void()> handler) { invalidated_ = std::move(handler); }
+
+  /// Draws with `painter` in `colour` until `end`; whatever is drawn at other times is lost.
+  void begin(QPainter& painter, QColor const& colour, PaintTargetE target = PAINT_PIXELS);
+  void end();
+
+  void invalidate() const override;
+
+ protected:
+  void fillGlyphs(surfaces::GlyphRunS const& run) const override;
+  void fillPath(surfaces::PathC const& path, surfaces::InkE ink) const override;
+  void strokePath(surfaces::PathC const& path, double thickness, surfaces::InkE ink) const override;
+  void fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) const override;
+
+ private:
+  QColor inkColour(surfaces::InkE ink) const;
+
+  std::shared_ptr<FormulaFonts> fonts_;
+  std::function<void()> invalidated_;
+  QPainter* painter_ = nullptr;
+  QColor colour_;
+  PaintTargetE target_ = PAINT_PIXELS;
+};
+
+}  // namespace zolt::qt
