@@ -291,7 +291,7 @@ TEST(Expressions, MayBeAsDeepAndAsWideAsTheyLike) {
 }
 
 TEST(Sessions, AreNeverNull) {
-  class OtherEngineC : public StandardEngineC {
+  class OtherEngineC : public CASEngineABC {
    public:
     wstring getName() const override { return u"other"; }
   };

@@ -15,9 +15,8 @@ class AlgebraicExpressionC : public oss::RefCountedBC {
 
   /// Reads prefix text: a name, a number, or `name(argument,argument,…)`; blanks (U+0020) around these are
   /// skipped. A name is any run of characters without "(", ")", ",", blank, grave accent and control
-  /// characters; what starts with a digit,
-  /// "." or a minus before one of these must be a number (`makeNumber`). Null when malformed, `*error` then
-  /// saying where and why.
+  /// characters; what starts with a digit, "." or a minus before one of these must be a number
+  /// (`makeNumber`). Null when malformed, `*error` then saying where and why.
   static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix,
                                                           PointerTC<CASSessionBC> session,
                                                           PrefixErrorS* error = nullptr);

@@ -13,9 +13,17 @@ using oss::wstring;
 /// Which class a node gets never depends on the engine.
 class CASEngineABC : public oss::RefCountedBC {
  public:
-  virtual wstring getName() const = 0;
-  virtual bool isCoreFunction(wstring const& name) const = 0;
-  virtual bool isCoreConstant(wstring const& name) const = 0;
+  ~CASEngineABC() override;
+
+  /// Empty for an engine that has no name.
+  virtual wstring getName() const;
+  /// Whether the engine knows a function or a constant of this name; unless it says otherwise, those of the
+  /// library's own table.
+  virtual bool isCoreFunction(wstring const& name) const;
+  virtual bool isCoreConstant(wstring const& name) const;
+
+ protected:
+  CASEngineABC() = default;
 };
 
 }  // namespace zolt::math::algexpr

@@ -8,8 +8,6 @@ namespace zolt::math::algexpr {
 class StandardEngineC : public CASEngineABC {
  public:
   wstring getName() const override;
-  bool isCoreFunction(wstring const& name) const override;
-  bool isCoreConstant(wstring const& name) const override;
 };
 
 }  // namespace zolt::math::algexpr
