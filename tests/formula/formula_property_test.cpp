@@ -120,19 +120,13 @@ class MeaningC {
 };
 
 TEST_F(FormulaProperty, AnyExpressionIsShown) {
-  unsigned numConverting = 0;
   for (unsigned seed = 0; seed < 1500; ++seed) {
     ExpressionT const expression = RandomExpressionC(seed, RandomExpressionC::ANYTHING).make(1 + seed % 30);
     SCOPED_TRACE("seed " + std::to_string(seed) + ": " + describe(expression));
     TreeT const tree = showTree(expression);
     ASSERT_EQ(describe(*showTreeStepByStep(expression)), describe(*tree));
     ASSERT_NO_FATAL_FAILURE(expectSoundTree(*tree));
-    if (ExpressionT const once = tree->getAlgebraicExpression(nullptr)) {
-      ++numConverting;
-      ASSERT_NO_FATAL_FAILURE(expectFixpoint(once));
-    }
   }
-  EXPECT_GT(numConverting, 200u);
 }
 
 TEST_F(FormulaProperty, WellMadeExpressionsKeepTheirMeaning) {
@@ -163,7 +157,9 @@ TEST_F(FormulaProperty, AnyTreeIsLaidOutDrawnAndReadOrRefused) {
     ErrorSelectionS error;
     if (ExpressionT const expression = tree->getAlgebraicExpression(&error)) {
       ++causes[-1];
-      ASSERT_TRUE(showTree(expression)) << describe(expression);
+      ExpressionT const once = readBack(expression);
+      EXPECT_TRUE(once) << describe(expression);
+      if (once) expectFixpoint(once);
     } else {
       ++causes[error.cause];
       ASSERT_TRUE(error.firstNode && error.secondNode);
