@@ -32,7 +32,7 @@ def check_folder_table():
     rules = (sources.ROOT / "tests/repo/include_rules.txt").read_text(encoding="utf-8")
     table = sources.read(pathlib.Path("docs/architecture.md"))
     for folder in re.findall(r"^([a-z/0-9]+):.*\|", rules, re.MULTILINE):
-        if f"| `{folder}/` |" not in table:
+        if (sources.ROOT / "src/zolt" / folder).is_dir() and f"| `{folder}/` |" not in table:
             yield f"docs/architecture.md: the table lacks {folder}"
 
 
