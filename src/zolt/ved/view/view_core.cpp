@@ -1,5 +1,3 @@
-#include <cassert>
-
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -183,9 +181,11 @@ bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool,
 }
 
 void ViewZNT4C::finishEvent() {
-  assert(validateTree(*root_).invariant == TREE_VALID);
-  assert(isPlace(*root_, caretNode_, caretPos_));
-  assert(!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
+#ifdef ZOLT_CHECK_TREES
+  bool const sound = validateTree(*root_).invariant == TREE_VALID && isPlace(*root_, caretNode_, caretPos_) &&
+                     (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
+  if (!sound) __builtin_trap();
+#endif
   executing_ = false;
   if (!paintMissed_) return;
   paintMissed_ = false;
