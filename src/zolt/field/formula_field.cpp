@@ -76,7 +76,8 @@ void FormulaFieldC::record(EventScriptT* script) {
 void FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression,
                                   PointerTC<math::algexpr::ConstraintsBC> constraints,
                                   unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
-  ActC const act(*this, makeStep(SCRIPT_SHOW, expression ? expression->toPrefixString() : wstring()));
+  bool const written = recorded_ && expression;
+  ActC const act(*this, makeStep(SCRIPT_SHOW, written ? expression->toPrefixString() : wstring()));
   wordTyped_ = false;
   view_.setAlgebraicExpression(std::move(expression), std::move(constraints), precision, format);
 }

@@ -14,7 +14,7 @@ ScriptStepS stepOfPaste(ClipboardContentS const& content) {
 }  // namespace
 
 PasteE FormulaFieldC::paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error) {
-  ActC const act(*this, stepOfPaste(content));
+  ActC const act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
   beginGroup();
   completeName();
   PasteE const result = pasteContent(view_, content, options_.decimalComma, error);

@@ -44,9 +44,11 @@ void extendLeft(StretchS& s, StopT stops) {
     if (s.firstPos > 0 || s.first == 0) return;
     Node4C const* item = s.row->child(s.first - 1);
     if (isOpen(*item)) return;
-    if (isClose(*item)) item = findPartner(*item);
-    if (!item) return;
-    s.first = item->findChildNumber() - 1;
+    s.first -= 2;
+    if (isClose(*item)) {
+      item = findPartner(*item);
+      s.first = item->findChildNumber() - 1;
+    }
     s.firstPos = sizeOf(s, s.first);
   }
 }
@@ -58,9 +60,11 @@ void extendRight(StretchS& s, StopT stops) {
     if (s.lastPos < text.size() || s.last + 1 == s.row->numChildren()) return;
     Node4C const* item = s.row->child(s.last + 1);
     if (isClose(*item)) return;
-    if (isOpen(*item)) item = findPartner(*item);
-    if (!item) return;
-    s.last = item->findChildNumber() + 1;
+    s.last += 2;
+    if (isOpen(*item)) {
+      item = findPartner(*item);
+      s.last = item->findChildNumber() + 1;
+    }
     s.lastPos = 0;
   }
 }
@@ -132,13 +136,12 @@ SelectionS toSelection(StretchS const& s) { return {s.begin(), s.end()}; }
 
 SelectionS growSelection(ViewZNT4C const& view) {
   StretchS const now = selectedStretch(view);
-  StretchS const candidates[] = {
-      wordAround(now),         extended(now, endsOperand),  extended(now, endsTerm),
-      extended(now, endsSide), extended(now, endsArgument), extended(now, endsNothing),
-      withBrackets(now),       wholeRow(*now.row)};
-  for (StretchS const& candidate : candidates) {
-    if (isLarger(candidate, now)) return toSelection(candidate);
+  if (StretchS const word = wordAround(now); isLarger(word, now)) return toSelection(word);
+  for (StopT* const stops : {endsOperand, endsTerm, endsSide, endsArgument, endsNothing}) {
+    if (StretchS const part = extended(now, stops); isLarger(part, now)) return toSelection(part);
   }
+  if (StretchS const pair = withBrackets(now); isLarger(pair, now)) return toSelection(pair);
+  if (StretchS const row = wholeRow(*now.row); isLarger(row, now)) return toSelection(row);
   Node4C const* const item = enclosingItem(now.begin().node);
   return toSelection(item ? aroundItem(*item) : now);
 }
