@@ -49,14 +49,21 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
   mutable std::vector<PathC> strokes;
   mutable std::vector<RuleS> rules;
   mutable std::vector<InkE> inks;
+  mutable std::vector<double> glyphs;  ///< where they stand
+  mutable double inkEnd = 0;           ///< of the last glyph
 
   void clear() const {
     kinds.clear();
-    fills.clear(), strokes.clear(), rules.clear(), inks.clear();
+    fills.clear(), strokes.clear(), rules.clear(), inks.clear(), glyphs.clear();
   }
 
  protected:
-  void fillGlyphs(GlyphRunS const&) const override { kinds += 'g'; }
+  void fillGlyphs(GlyphRunS const& run) const override {
+    kinds += 'g';
+    for (std::size_t i = 0; i < run.count; ++i) glyphs.push_back(run.x + run.glyphs[i].x);
+    PlacedGlyphS const& last = run.glyphs[run.count - 1];
+    inkEnd = glyphs.back() + last.width + last.overhang;
+  }
   void fillPath(PathC const& path, InkE ink) const override {
     kinds += 'f';
     fills.emplace_back(path);

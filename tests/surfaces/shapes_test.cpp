@@ -58,7 +58,8 @@ TEST_F(TypesetShapes, SumIsOneOutline) {
   graphics.drawLine(left + size / 2, middle, left, bottom);
   graphics.finish();
   EXPECT_EQ(graphics.kinds, "f");
-  expectFill(box(left, top, left + size, bottom + 1), 0);
+  // A unit away from the limit above, which may have a descender, and half a unit from that below.
+  expectFill(box(left, top + 1, left + size, bottom - 0.5), 1e-9);
 }
 
 TEST_F(TypesetShapes, RadicalIsAnOutlineUnderAStraightBar) {
@@ -163,12 +164,12 @@ TEST_F(TypesetShapes, BracketsGrowInsideTheirCells) {
   EXPECT_TRUE(none.getSteps().empty());
 }
 
-TEST_F(TypesetShapes, SuppliedBracketsAreLighterAndPairsOverhang) {
+TEST_F(TypesetShapes, SuppliedBracketsAreLighterAndThoseOfConstructsOverhang) {
   graphics.drawOpenBracket(0, 0, 15, false);
   graphics.drawCloseBracket(40, 0, 15, true);
   graphics.drawBracketPair(20, 10, 30, 13, true);
   ASSERT_EQ(graphics.kinds, "ffff");
-  EXPECT_EQ(graphics.inks, (std::vector{INK_TEXT, INK_SUPPLIED, INK_SUPPLIED, INK_SUPPLIED}));
+  EXPECT_EQ(graphics.inks, (std::vector{INK_TEXT, INK_SUPPLIED, INK_TEXT, INK_TEXT}));
   EXPECT_LT(getInkStrength(INK_SUPPLIED), getInkStrength(INK_TEXT));
   long const cell = graphics.getMetric(1);
   BoundsS const& open = graphics.fills[2];
@@ -179,6 +180,75 @@ TEST_F(TypesetShapes, SuppliedBracketsAreLighterAndPairsOverhang) {
   EXPECT_LE(close.right, 50 + cell);
   EXPECT_LE(open.top, 10);
   EXPECT_GE(open.bottom, 23);
+}
+
+/// The drawing calls of a row follow one another edge to edge; what stands left of a sign tells what it is.
+TEST_F(TypesetShapes, WhatStandsLeftOfASignPlacesIt) {
+  long const gap = graphics.getMetric(0), cell = graphics.getMetric(1);
+  auto const shiftOfMinus = [&](long x) {
+    graphics.drawText(u"\u2212b", x, 0);
+    double const shift = graphics.glyphs.front() - double(x);
+    graphics.clear();
+    graphics.finish();
+    return shift;
+  };
+  auto const drawAtDepth = [&](oss::wstring const& text, long x, long y, unsigned long depth) {
+    graphics.selectFont(depth);
+    graphics.drawText(text, x, y);
+    graphics.selectFont(0);
+    graphics.clear();
+  };
+  double const prefix = shiftOfMinus(50);
+  graphics.drawCloseBracket(50, -1, 15, false);
+  graphics.clear();
+  double const binary = shiftOfMinus(50);
+  EXPECT_LT(binary, prefix - 1) << "a prefix stands close to its operand";
+  EXPECT_EQ(shiftOfMinus(50), prefix) << "another drawing";
+  graphics.drawOpenBracket(50 - cell, -1, 15, false);
+  graphics.clear();
+  EXPECT_EQ(shiftOfMinus(50), prefix);
+  graphics.drawBracketPair(20, 0, 50 - gap - cell - 20, 13, true);
+  graphics.clear();
+  EXPECT_EQ(shiftOfMinus(50), binary);
+  graphics.drawHorizontalLine(20, -12, 50 - gap - 20);
+  EXPECT_EQ(shiftOfMinus(50), binary) << "the bar of a radical";
+
+  graphics.selectFont(1);
+  long const width = graphics.getTextWidth(u"10");
+  long const height = graphics.getTextHeight(u"");
+  graphics.selectFont(0);
+  drawAtDepth(u"10", 50 - gap - width, -30, 1);
+  EXPECT_EQ(shiftOfMinus(50), binary) << "the exponent of something high";
+  drawAtDepth(u"0", 50 - gap - width, 20, 1);
+  drawAtDepth(u"10", 50 - gap - width, -height, 1);
+  EXPECT_EQ(shiftOfMinus(50), prefix) << "the bounds of an integral";
+  drawAtDepth(u"a", 50 - gap - graphics.getTextWidth(u"a"), -20, 0);
+  EXPECT_EQ(shiftOfMinus(50), prefix) << "another row";
+}
+
+TEST_F(TypesetShapes, ExponentsStandCloseWhateverTheirBaseRoundsTo) {
+  constexpr long overlap = 5;
+  double least = 1e9, most = -1e9;
+  for (oss::wstring const base :
+       {u"x", u"a", u"b", u"n", u"f", u"T", u"V", u"10", u"x1", u"1+x", u"\u03B1"}) {
+    graphics.finish();
+    graphics.drawText(base, 0, 0);
+    long const x = graphics.getTextWidth(base) + graphics.getMetric(0);
+    double const end = graphics.inkEnd;
+    graphics.selectFont(1);
+    graphics.clear();
+    graphics.drawText(u"2", x, overlap - graphics.getTextHeight(u""));
+    double const distance = graphics.glyphs[0] - end;
+    least = std::min(least, distance);
+    most = std::max(most, distance);
+    graphics.clear();
+    graphics.drawText(u"2", x, 3);
+    EXPECT_EQ(graphics.glyphs[0], double(x)) << "a limit or an index is no exponent";
+    graphics.selectFont(0);
+    graphics.clear();
+  }
+  EXPECT_GT(least, -0.5);
+  EXPECT_LT(most, 0.7);
 }
 
 TEST(Rules, CoverWholePixels) {

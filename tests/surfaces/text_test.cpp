@@ -11,9 +11,10 @@ namespace {
 
 class TypesetText : public ::testing::Test {
  protected:
-  std::vector<PlacedGlyphS> place(oss::wstring const& text, unsigned long depth = 0) const {
+  std::vector<PlacedGlyphS> place(oss::wstring const& text, unsigned long depth = 0,
+                                  TextStartE start = TEXT_STARTS_GROUP) const {
     std::vector<PlacedGlyphS> glyphs;
-    typesetter->place(text, depth, glyphs);
+    typesetter->place(text, depth, start, glyphs);
     return glyphs;
   }
   /// Space between two neighbours, in thousandths of an em of depth 0.
@@ -79,7 +80,7 @@ TEST_F(TypesetText, ShowsKeyboardSignsAsPrint) {
 TEST_F(TypesetText, GivesSignsTheirSpace) {
   EXPECT_EQ(gap(u"a+b", 0), 222);
   EXPECT_EQ(gap(u"a+b", 1), 222);
-  EXPECT_EQ(gap(u"a\u2219b", 0), 222);
+  EXPECT_EQ(gap(u"a\u2219b", 0), 150) << "products are closer than sums";
   EXPECT_EQ(gap(u"a=b", 0), 278);
   EXPECT_EQ(gap(u"a\u2264b", 1), 278);
   EXPECT_EQ(gap(u"a,b", 1), 167);
@@ -101,6 +102,15 @@ TEST_F(TypesetText, GivesSignsTheirSpace) {
   // First in a text a minus may be either.
   EXPECT_GT(gap(u"-b", 0), 0);
   EXPECT_LT(gap(u"-b", 0), 222);
+  for (oss::wstring const text : {u"-b", u"+b", u"=b", u"\u2219b", u":=b"}) {
+    // Behind an item there is the row's gap, too.
+    PlacedGlyphS const& sign = place(text, 0, TEXT_FOLLOWS_ITEM)[text.size() - 2];
+    PlacedGlyphS const& first = place(text, 0, TEXT_FOLLOWS_ITEM)[0];
+    double const left = first.x + double(getFontSize(0).metrics[0]);
+    double const right = place(text, 0, TEXT_FOLLOWS_ITEM).back().x - sign.x - sign.width;
+    EXPECT_NEAR(left, right, 1e-9) << "in the middle";
+    EXPECT_GT(left, 1.5);
+  }
   EXPECT_LT(place(u"a+b", 1)[1].x, place(u"a+b", 0)[1].x * 0.6) << "tight in exponents";
 }
 
@@ -128,7 +138,7 @@ TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
         before = width;
       }
       for (PlacedGlyphS const& glyph : place(text, depth)) {
-        ASSERT_GT(glyph.x, -1e-9);
+        ASSERT_GT(glyph.x, -1e-9) << "the text starts a group";
         ASSERT_LT(glyph.x, double(before) + 0.5 + getFontSize(depth).em * 0.3);
       }
     }

@@ -33,6 +33,8 @@ bool SfntFontC::readTables(std::string& error) {
     error = "the font lacks a table for measuring text, or the file is cut short";
     return false;
   }
+  if (!findTable("glyf", outlines_) || !findTable("loca", outlinePlaces_)) outlines_.length = 0;
+  placesAreLong_ = read16(head.offset + 50) != 0;
   unitsPerEm_ = int(read16(head.offset + 18));
   glyphCount_ = read16(maxp.offset + 4);
   advanceCount_ = read16(hhea.offset + 34);
@@ -146,6 +148,21 @@ int SfntFontC::getAdvance(std::uint16_t glyph) const {
   // Glyphs behind the last listed advance share it.
   std::uint32_t const entry = std::min<std::uint32_t>(glyph, advanceCount_ - 1);
   return int(read16(advances_.offset + entry * 4));
+}
+
+int SfntFontC::getOverhang(std::uint16_t glyph) const {
+  std::size_t const entry = placesAreLong_ ? 4 : 2;
+  if (glyph >= glyphCount_ || outlinePlaces_.length < (std::size_t(glyph) + 2) * entry) return 0;
+  auto const placeOf = [&](std::size_t index) {
+    std::size_t const at = outlinePlaces_.offset + index * entry;
+    return placesAreLong_ ? std::size_t(read32(at)) : std::size_t(read16(at)) * 2;
+  };
+  constexpr std::size_t header_size = 10, right_edge = 6;
+  std::size_t const place = placeOf(glyph);
+  // A glyph without ink has no outline.
+  if (placeOf(std::size_t(glyph) + 1) <= place || place + header_size > outlines_.length) return 0;
+  int const right = static_cast<std::int16_t>(read16(outlines_.offset + place + right_edge));
+  return std::max(0, right - getAdvance(glyph));
 }
 
 }  // namespace zolt::surfaces

@@ -25,6 +25,9 @@ class SfntFontC {
   std::uint16_t findGlyph(char32_t codePoint) const;
   /// Advance width of a glyph in font units; 0 when there is no such glyph.
   int getAdvance(std::uint16_t glyph) const;
+  /// How far the ink of a glyph reaches beyond its advance, in font units; 0 when it does not, or when the
+  /// font keeps its outlines in a form that is not read.
+  int getOverhang(std::uint16_t glyph) const;
 
  private:
   struct TableS {
@@ -42,7 +45,10 @@ class SfntFontC {
   std::string bytes_;
   TableS advances_;
   TableS map_;
+  TableS outlines_;
+  TableS outlinePlaces_;
   bool mapHasGroups_ = false;
+  bool placesAreLong_ = false;
   int unitsPerEm_ = 1000;
   std::uint32_t glyphCount_ = 0;
   std::uint32_t advanceCount_ = 0;

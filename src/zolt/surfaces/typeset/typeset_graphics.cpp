@@ -1,6 +1,9 @@
 #include "zolt/surfaces/typeset/typeset_graphics.h"
 
+#include <algorithm>
+
 #include "zolt/surfaces/typeset/detail/brush.h"
+#include "zolt/surfaces/typeset/detail/row_context.h"
 #include "zolt/surfaces/typeset/detail/sign_shape.h"
 #include "zolt/surfaces/typeset/detail/stroke_joiner.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -8,6 +11,10 @@
 namespace zolt::surfaces {
 
 namespace {
+
+/// How far an exponent stands from the ink of its base, and by how much it is moved for that at most: closer
+/// to a base whose width was rounded up, away from one that leans over. In surface units.
+constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 
 PathPointS cellCentre(PathPointS cell) { return {cell.x + 0.5, cell.y + 0.5}; }
 
@@ -37,6 +44,7 @@ struct TypesetGraphicsABC::StateS {
   oss::PointerTC<TypesetterC> typesetter;
   unsigned long depth = 0;
   StrokeJoinerC strokes;
+  RowContextC row;
   std::vector<PlacedGlyphS> glyphs;  // kept for their memory
   PathC path;
 };
@@ -48,6 +56,11 @@ TypesetGraphicsABC::~TypesetGraphicsABC() = default;
 TypesetterC& TypesetGraphicsABC::getTypesetter() const { return *state_->typesetter; }
 
 void TypesetGraphicsABC::finish() const {
+  paintStrokes();
+  state_->row.clear();
+}
+
+void TypesetGraphicsABC::paintStrokes() const {
   FontSizeS const& size = state_->size();
   double const thickness = getRuleThickness(size);
   for (ChainS const& chain : state_->strokes.getChains()) {
@@ -91,11 +104,14 @@ long TypesetGraphicsABC::getMetric(long index) const {
 }
 
 void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) const {
-  finish();
+  paintStrokes();
+  if (text.empty()) return;
   std::vector<PlacedGlyphS>& glyphs = state_->glyphs;
-  state_->typesetter->place(text, state_->depth, glyphs);
   FontSizeS const& size = state_->size();
-  double const left = double(x), top = double(y), baseline = top + size.baseline;
+  TextStartE const start = state_->row.findStart(x, y, size.height, state_->depth);
+  state_->typesetter->place(text, state_->depth, start, glyphs);
+  double const left = double(x) - state_->row.findKern(x, y + size.height, state_->depth), top = double(y),
+               baseline = top + size.baseline;
   for (std::size_t i = 0; i < glyphs.size();) {
     PlacedGlyphS const& first = glyphs[i];
     std::size_t end = i + 1;
@@ -118,6 +134,12 @@ void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) cons
     }
     i = end;
   }
+  PlacedGlyphS const& last = glyphs.back();
+  long const next = x + getTextWidth(text) + size.metrics[0];
+  double const room = double(next - x) - (last.x + last.width + last.overhang);
+  double const kern =
+      last.shape == SHAPE_GLYPH ? std::clamp(room - exponent_distance, -most_away, most_closer) : 0;
+  state_->row.add({PieceS::KIND_TEXT, next, y, y + size.height, state_->depth, kern});
 }
 
 void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
@@ -125,37 +147,45 @@ void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
 }
 
 void TypesetGraphicsABC::drawHorizontalLine(long x, long y, long length) const {
-  if (length > 0) state_->strokes.add({double(x), double(y)}, {double(x) + double(length - 1), double(y)});
+  if (length <= 0) return;
+  state_->strokes.add({double(x), double(y)}, {double(x) + double(length - 1), double(y)});
+  state_->row.add({PieceS::KIND_BAR, x + length + getMetric(0), y, y + 1, state_->depth, 0});
 }
 
 void TypesetGraphicsABC::drawVerticalLine(long x, long y, long length) const {
-  if (length > 0) state_->strokes.add({double(x), double(y)}, {double(x), double(y) + double(length - 1)});
+  if (length <= 0) return;
+  state_->strokes.add({double(x), double(y)}, {double(x), double(y) + double(length - 1)});
+  state_->row.add({PieceS::KIND_BAR, x + 1 + getMetric(0), y, y + length, state_->depth, 0});
 }
 
 void TypesetGraphicsABC::drawOpenBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_OPEN, BRACKET_IN_ROW, x, y, height, automatic);
+  fillBracket(BRACKET_OPEN, BRACKET_IN_ROW, x, y, height, automatic ? INK_SUPPLIED : INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawCloseBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_CLOSE, BRACKET_IN_ROW, x - getMetric(1), y, height, automatic);
+  fillBracket(BRACKET_CLOSE, BRACKET_IN_ROW, x - getMetric(1), y, height,
+              automatic ? INK_SUPPLIED : INK_TEXT);
+  state_->row.add({PieceS::KIND_BRACKET, x, y, y + height, state_->depth, 0});
 }
 
-void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height, bool automatic) const {
-  long const top = y - getMetric(2), full = height + 2 * getMetric(2);
-  fillBracket(BRACKET_OPEN, BRACKET_AROUND_BOX, x - getMetric(1), top, full, automatic);
-  fillBracket(BRACKET_CLOSE, BRACKET_AROUND_BOX, x + width, top, full, automatic);
+void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height, bool) const {
+  long const cell = getMetric(1), top = y - getMetric(2), full = height + 2 * getMetric(2);
+  fillBracket(BRACKET_OPEN, BRACKET_AROUND_BOX, x - cell, top, full, INK_TEXT);
+  fillBracket(BRACKET_CLOSE, BRACKET_AROUND_BOX, x + width, top, full, INK_TEXT);
+  long const next = x + width + cell + getMetric(0);
+  state_->row.add({PieceS::KIND_BRACKET, next, top, top + full, state_->depth, 0});
 }
 
 void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
-                                     bool automatic) const {
-  finish();
+                                     InkE ink) const {
+  paintStrokes();
   state_->path.clear();
   appendBracket(state_->path, side, place, double(left), double(top), double(height), state_->size());
-  if (!state_->path.getSteps().empty()) fillPath(state_->path, automatic ? INK_SUPPLIED : INK_TEXT);
+  if (!state_->path.getSteps().empty()) fillPath(state_->path, ink);
 }
 
 void TypesetGraphicsABC::selectFont(unsigned long fontDepth) const {
-  finish();
+  paintStrokes();
   state_->depth = fontDepth;
 }
 

@@ -14,8 +14,8 @@ namespace zolt::surfaces {
 
 /// What a shape is painted for; each kind has its own strength of the foreground colour.
 enum InkE {
-  INK_TEXT = 0,      ///< texts, bars, signs and typed brackets
-  INK_SUPPLIED = 1,  ///< brackets that the editor supplied
+  INK_TEXT = 0,      ///< texts, bars, signs, typed brackets and those of constructs
+  INK_SUPPLIED = 1,  ///< brackets that the editor supplied because their partner is missing
   INK_SLOT = 2       ///< empty places
 };
 
@@ -37,8 +37,8 @@ struct GlyphRunS {
 /// four primitives to whoever derives from it. All hosts on it lay a formula out alike.
 ///
 /// Coordinates handed to the primitives are surface units as the component counts them; a derived surface
-/// scales its painter and nothing else. Strokes are held back until they cannot be continued any more, so
-/// call `finish` after displaying.
+/// scales its painter and nothing else. Strokes are held back until they cannot be continued any more, and
+/// texts are spaced by what was drawn left of them, so call `finish` after displaying.
 class TypesetGraphicsABC : public math::ved::GraphicsABC {
  public:
   /// `typesetter` must not be null; surfaces may share one.
@@ -49,7 +49,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
 
   TypesetterC& getTypesetter() const;
 
-  /// Paints the strokes held back.
+  /// Paints the strokes held back and forgets what was drawn.
   void finish() const;
 
   void invalidate() const override {}
@@ -64,7 +64,10 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawVerticalLine(long x, long y, long length) const final;
   void drawOpenBracket(long x, long y, long height, bool automatic) const final;
   void drawCloseBracket(long x, long y, long height, bool automatic) const final;
-  /// The brackets overhang the content box by `getMetric(2)`, like those that enclose part of a row.
+  /// The brackets overhang the content box by `getMetric(2)`, like those that enclose part of a row. They are
+  /// in full ink even when `automatic`: nobody typed them, but they belong to a sum, a derivative or a
+  /// logarithm as its bar or its sign does, and nothing about them is provisional, as it is about a single
+  /// bracket that the editor supplied for a missing one.
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
   void selectFont(unsigned long fontDepth) const final;
 
@@ -78,8 +81,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   virtual void fillRule(RuleS const& rule, InkE ink) const = 0;
 
  private:
-  void fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
-                   bool automatic) const;
+  void fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height, InkE ink) const;
+  void paintStrokes() const;
 
   struct StateS;
   std::unique_ptr<StateS> state_;

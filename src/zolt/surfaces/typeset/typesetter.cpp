@@ -1,5 +1,7 @@
 #include "zolt/surfaces/typeset/typesetter.h"
 
+#include <algorithm>
+
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
 #include "zolt/surfaces/typeset/font_size.h"
 #include "zolt/surfaces/utf.h"
@@ -9,22 +11,46 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr double prime_size = 0.75, prime_rise = 0.36;
+/// Between a prefix and its operand, in ems.
+constexpr double prefix_space = 0.07;
+
+bool isSign(CharClassE charClass) {
+  return charClass == CLASS_PLUS_MINUS || charClass == CLASS_BINARY || charClass == CLASS_RELATION ||
+         charClass == CLASS_COLON;
+}
 
 /// Puts ruled characters on paper at one font size.
 class PlacerC {
  public:
-  PlacerC(int em, std::vector<PlacedGlyphS>& glyphs) : em_(em), glyphs_(glyphs) {}
+  PlacerC(FontSizeS const& size, TextStartE start, std::vector<PlacedGlyphS>& glyphs)
+      : em_(size.em), halfGap_(double(size.metrics[0]) / 2), start_(start), glyphs_(glyphs) {}
 
   void place(RuledCharS const& ruled) {
     bool const prime = ruled.look.charClass == CLASS_PRIME;
+    if (glyphs_.empty()) {
+      firstShift_ = findFirstShift(ruled);
+    } else if (!ruled.joined) {
+      firstShift_ = 0;
+    }
+    if (!ruled.joined) sign_ = glyphs_.size();
+    signIsLast_ = isSign(ruled.look.charClass) && ruled.behind > 0;
     append(ruled.look.charClass, ruled.look.upright, ruled.origin, prime);
     if (ruled.look.overlay.face != FaceGlyphS::no_face) {
       append(CLASS_ORDINARY, ruled.look.overlay, ruled.origin, false);
     }
   }
 
+  /// To be called after the last character: behind the text comes the row's gap. A sign alone at the start
+  /// has nothing before it to keep away from, or is one that a construct draws between two rows of its own.
+  void finish() {
+    if (!signIsLast_ || (sign_ == 0 && start_ == TEXT_STARTS_GROUP)) return;
+    for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
+  }
+
   /// Places a whole run of letters.
   void placeRun(std::vector<RuledCharS> const& run, bool upright) {
+    firstShift_ = 0;
+    signIsLast_ = false;
     std::int64_t natural = 0;
     for (RuledCharS const& letter : run) natural += glyphOf(letter, upright).advance;
     std::int64_t const start = run.front().start, room = run.back().end - start;
@@ -42,6 +68,15 @@ class PlacerC {
     return upright ? letter.look.upright : letter.look.italic;
   }
 
+  double findFirstShift(RuledCharS const& ruled) const {
+    CharClassE const charClass = ruled.look.charClass;
+    if (start_ == TEXT_FOLLOWS_ITEM) {
+      return isSign(charClass) ? -halfGap_ : charClass == CLASS_COMMA ? -2 * halfGap_ : 0;
+    }
+    if (charClass != CLASS_PLUS_MINUS) return 0;
+    return std::max(0.0, toUnits(ruled.behind) - prefix_space * em_);
+  }
+
   double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
 
   void append(CharClassE charClass, FaceGlyphS const& glyph, std::int64_t x, bool prime) {
@@ -51,15 +86,21 @@ class PlacerC {
     placed.face = missing ? 0 : glyph.face;
     placed.glyph = glyph.glyph;
     placed.codePoint = glyph.codePoint;
-    placed.x = toUnits(x);
+    placed.x = toUnits(x) + firstShift_;
     placed.width = toUnits(glyph.advance);
+    placed.overhang = toUnits(glyph.overhang);
     placed.em = prime ? em_ * prime_size : em_;
     placed.rise = prime ? em_ * prime_rise : 0;
     glyphs_.push_back(placed);
   }
 
   int em_;
+  double halfGap_;
+  TextStartE start_;
   std::vector<PlacedGlyphS>& glyphs_;
+  double firstShift_ = 0;  // of a sign or comma that starts the text
+  std::size_t sign_ = 0;   // glyph of the last sign
+  bool signIsLast_ = false;
 };
 
 bool isTight(unsigned long depth) { return depth > 0; }
@@ -87,10 +128,10 @@ long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
 }
 
-void TypesetterC::place(oss::wstring const& text, unsigned long depth,
+void TypesetterC::place(oss::wstring const& text, unsigned long depth, TextStartE start,
                         std::vector<PlacedGlyphS>& glyphs) const {
   glyphs.clear();
-  PlacerC placer(getFontSize(depth).em, glyphs);
+  PlacerC placer(getFontSize(depth), start, glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth));
   std::vector<RuledCharS>& run = state_->run;
   auto const endRun = [&] {
@@ -110,6 +151,7 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth,
     }
   }
   endRun();
+  placer.finish();
 }
 
 }  // namespace zolt::surfaces

@@ -17,6 +17,12 @@ enum ShapeE {
   SHAPE_MISSING = 2  ///< a character that no face has
 };
 
+/// What stands left of a text in its row.
+enum TextStartE {
+  TEXT_STARTS_GROUP = 0,  ///< nothing, or an opening bracket: a sign is a prefix
+  TEXT_FOLLOWS_ITEM = 1   ///< an operand, after the gap of the row: a sign joins two operands
+};
+
 /// One thing to paint for a text. Positions are in surface units from the left edge of the text box and from
 /// the baseline.
 struct PlacedGlyphS {
@@ -26,6 +32,7 @@ struct PlacedGlyphS {
   char32_t codePoint;   ///< the character that the glyph shows, for surfaces that draw by characters
   double x;             ///< of the glyph's origin, or the left edge of a slot or a missing character
   double width;         ///< the advance
+  double overhang;      ///< how far the ink reaches beyond it
   double em;            ///< size of the letters
   double rise;          ///< how far the origin stands above the baseline
 };
@@ -39,7 +46,9 @@ struct PlacedGlyphS {
 /// the sign itself, and why a name such as "sin" is as wide upright as its letters promised.
 ///
 /// A sign that can be a prefix ("+", "−", "±") has no space around it after another sign, "(" or ","; first
-/// in a text it may be either, and gets a little.
+/// in a text it may be either, and gets some. Within that room it is placed by what stands before the text:
+/// close to its operand as a prefix, otherwise in the middle. The signs at both ends of a text take the gap
+/// that a row leaves between its items into account, so that they too stand in the middle.
 class TypesetterC final : public oss::RefCountedBC {
  public:
   /// `fonts` must not be null.
@@ -58,7 +67,8 @@ class TypesetterC final : public oss::RefCountedBC {
   long measure(oss::wstring const& text, unsigned long depth) const;
 
   /// Replaces the contents of `glyphs` by what `text` consists of, left to right.
-  void place(oss::wstring const& text, unsigned long depth, std::vector<PlacedGlyphS>& glyphs) const;
+  void place(oss::wstring const& text, unsigned long depth, TextStartE start,
+             std::vector<PlacedGlyphS>& glyphs) const;
 
  private:
   struct StateS;

@@ -156,8 +156,9 @@ bool CharTableC::findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& foun
   SfntFontC const& font = fonts_->getFont(face);
   std::uint16_t const glyph = font.findGlyph(codePoint);
   if (glyph == SfntFontC::no_glyph) return false;
-  std::int64_t const advance = std::int64_t(font.getAdvance(glyph)) * em_parts / font.getUnitsPerEm();
-  found = {std::uint8_t(face), glyph, codePoint, int(advance)};
+  auto const toParts = [&](int units) { return int(std::int64_t(units) * em_parts / font.getUnitsPerEm()); };
+  found = {std::uint8_t(face), glyph, codePoint, toParts(font.getAdvance(glyph)),
+           toParts(font.getOverhang(glyph))};
   return true;
 }
 

@@ -36,6 +36,7 @@ struct FaceGlyphS {
   std::uint16_t glyph = SfntFontC::no_glyph;
   char32_t codePoint = 0;  ///< what is shown, which need not be the character of the text
   int advance = 0;         ///< in `em_parts`
+  int overhang = 0;        ///< how far the ink reaches beyond the advance, in `em_parts`
 };
 
 /// How one character looks. A character that no face has keeps the advance of the box drawn in its place.

@@ -63,8 +63,10 @@ bool drawIntegral(PointsT const& p, SignS& sign) {
 /// Two bars and, from their left ends, two diagonals that meet between them.
 bool drawSum(PointsT const& p, SignS& sign) {
   if (p.size() != 5 || p[0].y != p[1].y || p[3].y != p[4].y || p[1].x != p[3].x) return false;
-  // The limits stand right above and below the strokes: the sign keeps clear of them.
-  double const left = p[1].x, top = p[1].y + 0.3, width = p[0].x + 1 - left, height = p[3].y + 0.1 - top;
+  // The limits stand right above and below the strokes: the sign keeps clear of them, of their ascenders and
+  // descenders too. Its bars end on whole and half units, which are sharp at whole scales.
+  double const left = p[1].x, top = p[1].y + 1, width = p[0].x + 1 - left, height = p[3].y - 0.5 - top;
+  double const upperBar = 1 / height, lowerBar = 1 - 1.5 / height;
   if (p[0].x != p[4].x || p[2].x <= left || p[2].x >= p[0].x || p[2].y <= top || p[2].y >= p[3].y)
     return false;
 
@@ -74,12 +76,12 @@ bool drawSum(PointsT const& p, SignS& sign) {
   path.lineTo(at(0.93, 0));
   path.lineTo(at(0.985, 0.215));
   path.lineTo(at(0.955, 0.215));
-  path.curveTo(at(0.915, 0.10), at(0.85, 0.062), at(0.70, 0.062));
-  path.lineTo(at(0.205, 0.062));
+  path.curveTo(at(0.915, 0.10), at(0.85, upperBar), at(0.70, upperBar));
+  path.lineTo(at(0.205, upperBar));
   path.lineTo(at(0.545, 0.475));
-  path.lineTo(at(0.165, 0.905));
-  path.lineTo(at(0.72, 0.905));
-  path.curveTo(at(0.865, 0.905), at(0.92, 0.86), at(0.955, 0.755));
+  path.lineTo(at(0.165, lowerBar));
+  path.lineTo(at(0.72, lowerBar));
+  path.curveTo(at(0.865, lowerBar), at(0.92, 0.86), at(0.955, 0.755));
   path.lineTo(at(0.985, 0.755));
   path.lineTo(at(0.93, 1));
   path.lineTo(at(0.02, 1));

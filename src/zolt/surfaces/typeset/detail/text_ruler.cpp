@@ -8,13 +8,13 @@ namespace zolt::surfaces {
 
 namespace {
 
-// Thousandths of an em. The first two are the traditional medium and thick space of printed formulas.
-constexpr int binary_space = 222, relation_space = 278, comma_space = 167;
+// Thousandths of an em: the traditional medium and thick space of printed formulas, and a narrower one for
+// products, which are written out here much more often than in print and should still look closer than sums.
+constexpr int binary_space = 222, product_space = 150, relation_space = 278, comma_space = 167;
 constexpr int tight_binary_space = 40, tight_relation_space = 60, tight_comma_space = 50;
-// A sign that starts a text may follow a construct (then it is binary) or start the row (then it is a
-// prefix). A minus is as often the one as the other, a plus mostly binary.
-constexpr int leading_minus_left = 70, leading_minus_right = 95;
-constexpr int leading_plus_left = 130, leading_plus_right = 200;
+// A sign that starts a text may follow a construct (then it is binary) or start the row (then it is a prefix,
+// and all of this stands before it). A minus is as often the one as the other, a plus mostly binary.
+constexpr int leading_minus_space = 120, leading_plus_space = 185;
 
 }  // namespace
 
@@ -22,6 +22,7 @@ int TextRulerC::scaled(int thousandths) const { return thousandths * (em_parts /
 
 void TextRulerC::add(int left, int right) {
   current_.origin = current_.start + left;
+  current_.behind = right;
   current_.end = std::max(current_.start, current_.origin + current_.look.upright.advance + right);
 }
 
@@ -127,6 +128,7 @@ void TextRulerC::readSign() {
     // Two relation signs in a row are one relation: the second moves up into the space behind the first.
     int const space = charClass == CLASS_COLON ? 0 : scaled(tight_ ? tight_relation_space : relation_space);
     add(-trailing_, space);
+    current_.joined = true;
     trailing_ = int(current_.end - current_.origin) - current_.look.upright.advance;
     return;
   }
@@ -135,16 +137,14 @@ void TextRulerC::readSign() {
     left = right = tight_ ? tight_relation_space : relation_space;
     if (charClass == CLASS_COLON) right = 0;
   } else if (charClass == CLASS_BINARY) {
-    left = right = tight_ ? tight_binary_space : binary_space;
+    left = right = tight_ ? tight_binary_space : product_space;
   } else if (token_ == TOKEN_EXPONENT_MARK || before_ == BEFORE_SIGN || before_ == BEFORE_RELATION) {
     left = right = 0;
   } else if (before_ == BEFORE_OPERAND) {
     left = right = tight_ ? tight_binary_space : binary_space;
   } else if (!tight_) {
     constexpr char32_t plus = '+';
-    bool const isPlus = current_.look.upright.codePoint == plus;
-    left = isPlus ? leading_plus_left : leading_minus_left;
-    right = isPlus ? leading_plus_right : leading_minus_right;
+    left = right = current_.look.upright.codePoint == plus ? leading_plus_space : leading_minus_space;
   }
   trailing_ = scaled(right);
   add(scaled(left), trailing_);

@@ -15,6 +15,8 @@ struct RuledCharS {
   std::int64_t start = 0;    ///< where the text before it ends
   std::int64_t origin = 0;   ///< where its glyph stands
   std::int64_t end = 0;      ///< where the text up to and with it ends; at least `start`
+  int behind = 0;            ///< the space that it keeps behind itself
+  bool joined = false;       ///< the second half of a relation written with two characters
   bool inRun = false;        ///< a letter of a run whose face is known only at its end
   NameTableC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
 };
