@@ -13,7 +13,7 @@ packages_for() {
   case $1 in
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config' ;;
     tool) echo "$tool" ;;
-    test) echo "$tool python3=python3 libgtest-dev librapidcheck-dev" ;;
+    test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev" ;;
     clang) echo 'clang++=clang' ;;
     tidy) echo 'clang++=clang clang-tidy=clang-tidy' ;;
     coverage) echo 'gcovr=gcovr' ;;

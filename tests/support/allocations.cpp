@@ -33,8 +33,11 @@ void AllocationsS::reset() { allocations = AllocationsS(); }
 
 #ifdef ZOLT_HEAP_IS_CHECKED
 
-// The sanitizer checks more with operators of its own than it could with ours.
-#include <sanitizer/allocator_interface.h>
+// The sanitizer checks more with operators of its own than it could with ours. Its header for this comes with
+// Clang only, the function with GCC too.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onAllocate)(void const volatile*,
+                                                                            std::size_t),
+                                                         void (*onFree)(void const volatile*));
 
 namespace zolt::tests {
 
