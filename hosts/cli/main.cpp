@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 #include <new>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@
 #include "hosts/cli/command_replay.h"
 #include "hosts/cli/message.h"
 #include "hosts/cli/options.h"
+#include "hosts/cli/standard_output.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/ved/operators/operator_list_repository.h"
@@ -69,7 +71,12 @@ int run(int argc, char** argv) {
   try {
     program.parse(getWords(argc, argv));
   } catch (CLI::Success const& request) {
-    return program.exit(request);
+    // Help or the version.
+    std::ostringstream text;
+    program.exit(request, text);
+    cli::StandardOutputC output;
+    output.write(text.str());
+    return output.finish() ? cli::EXIT_STATUS_OK : cli::EXIT_STATUS_FAILED;
   } catch (CLI::ParseError const& error) {
     cli::printMessage(describe(error, program, argv[1]));
     return cli::EXIT_STATUS_USAGE;

@@ -244,7 +244,7 @@ class RenderTest(unittest.TestCase):
                 status, out, err = self.ved("render", "-o", path, "--format", "svg", "x")
                 self.assertEqual((status, out), (FAILED, b""))
                 self.assertRegex(err.decode(), rf"^ved: cannot write .*{re.escape(path)}.*: \w.*\n$")
-        for arguments in ("convert", "x"), ("render", "-o", "-", "x"), ("completion", "bash"):
+        for arguments in ("convert", "x"), ("render", "-o", "-", "x"), ("completion", "bash"), ("--help",):
             with open("/dev/full", "wb") as full:
                 done = subprocess.run([VED, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
             self.assertEqual(done.returncode, FAILED, arguments)
