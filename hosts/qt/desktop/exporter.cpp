@@ -185,6 +185,7 @@ QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QStri
   if (format == PictureFormat::Pdf) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
     writer.setTitle(title);
     writer.setCreator(QStringLiteral("ved-desktop"));
@@ -204,6 +205,7 @@ QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) 
   if (format == PictureFormat::Svg) return picture->toSvg(formula_zoom, single_margin, Qt::black);
   QByteArray bytes;
   QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
   QPdfWriter writer(&buffer);
   qreal const zoom = formula_zoom * 72 / pixels_per_inch;  // points to a unit
   QSizeF const page = (QSizeF(picture->size()) + QSizeF(2 * single_margin, 2 * single_margin)) * zoom;

@@ -112,7 +112,7 @@ class FormulaIconEngine final : public InkIconEngine {
   }
 
  private:
-  static constexpr qreal largest_share = 1.35 / 24;  // zoom to a pixel of the icon's height
+  static constexpr qreal largest_share = 1.25 / 34;  // zoom to a pixel of the icon's height
 
   QString tree_;
   std::shared_ptr<qt::FormulaFonts> fonts_;

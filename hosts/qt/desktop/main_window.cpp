@@ -128,7 +128,7 @@ void MainWindow::updateStatus() {
   if (formula->isComplete()) {
     showState(tr("Complete"), complete_colour);
   } else {
-    showState(tr("Incomplete: %1").arg(formula->incompleteReason()), incomplete_colour);
+    showState(tr("Incomplete – the Enter key shows what is missing"), incomplete_colour);
   }
   source_->setFullText(formula->prefix());
 }

@@ -72,6 +72,7 @@ FormulaEdit::StateS::~StateS() {
 
 bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgram) {
   bool const taken = action();
+  faultyBox.reset();
   math::ved::ViewZNT4C const& view = field->crefView();
   std::size_t const print = printOf(view.crefRoot());
   bool const changed = print != formulaPrint;
@@ -241,8 +242,10 @@ bool FormulaEdit::check() {
   field::FormulaErrorS error;
   bool complete = false;
   state_->act([&] { return complete = bool(state_->field->getExpression(&error)); });
-  if (!complete) emit errorOccurred(error.cause, toQString(error.text));
-  return complete;
+  if (complete) return true;
+  state_->faultyBox = error.box;
+  emit errorOccurred(error.cause, toQString(error.text));
+  return false;
 }
 
 // ---- Properties -------------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 #include <QGuiApplication>
 #include <QLinearGradient>
 #include <QPainter>
+#include <QPainterPath>
 #include <QStyle>
 #include <QStyleHints>
 #include <QStyleOptionFrame>
@@ -23,6 +24,8 @@ constexpr int reveal_margin = 12;  // what is shown beyond the caret when it scr
 constexpr int edge_width = 18;
 
 constexpr float band_opacity = 0.30F;
+constexpr QRgb fault_colour = 0xffe04848;
+constexpr float fault_opacity = 0.22F;
 
 /// A box that lies on whole device pixels whatever the zoom.
 QRect toWholePixels(QRectF const& box) {
@@ -157,6 +160,21 @@ void FormulaEdit::StateS::paintSelection(QPainter& painter) {
   }
 }
 
+void FormulaEdit::StateS::paintFault(QPainter& painter) {
+  if (!faultyBox) return;
+  QRect const box = toPixels(*faultyBox);
+  // Where something is missing, the box is no wider than the caret.
+  int const spare = std::max(2, (box.height() / 2 - box.width()) / 2);
+  QPainterPath path;
+  path.addRoundedRect(QRectF(box.adjusted(-spare, -2, spare, 2)), 3, 3);
+  QColor colour(fault_colour);
+  colour.setAlphaF(fault_opacity);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.fillPath(path, colour);
+  painter.restore();
+}
+
 void FormulaEdit::StateS::paintCaret(QPainter& painter) {
   if (!dropCaret && (!edit.hasFocus() || !caretShown || !preedit.isEmpty())) return;
   QRect caret = dropCaret ? *dropCaret : edit.caretRectangle();
@@ -219,6 +237,7 @@ void FormulaEdit::paintEvent(QPaintEvent*) {
   }
   QPoint const at = state_->origin();
   state_->paintSelection(painter);
+  state_->paintFault(painter);
   if (isEmpty() && !state_->placeholder.isEmpty() && !hasFocus()) {
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(state_->viewport().adjusted(side_margin, 0, -side_margin, 0),

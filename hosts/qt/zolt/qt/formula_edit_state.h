@@ -52,6 +52,7 @@ struct FormulaEdit::StateS {
   // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
   void restartBlinking();
   void paintSelection(QPainter& painter);
+  void paintFault(QPainter& painter);
   void paintCaret(QPainter& painter);
   void paintPreedit(QPainter& painter);
   /// Fades the formula out where more of it is out of sight.
@@ -95,6 +96,8 @@ struct FormulaEdit::StateS {
   field::PlaceS caretSeen;
   field::PlaceS anchorSeen;
   QSize contentSeen;
+
+  std::optional<math::ved::RectangleS> faultyBox;  // marked until the next act
 
   bool examined = false;
   Expression expression;
