@@ -17,6 +17,7 @@ packages_for() {
     clang) echo 'clang++=clang' ;;
     tidy) echo 'clang++=clang clang-tidy=clang-tidy' ;;
     coverage) echo 'gcovr=gcovr' ;;
+    fuzz) echo 'clang++=clang libclang-rt-dev' ;;
     *) die "nobody needs $1" ;;
   esac
 }

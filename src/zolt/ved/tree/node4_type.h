@@ -2,8 +2,8 @@
 
 namespace zolt::math::ved {
 
-/// Kinds of node. The values are part of the clipboard format.
-enum Node4TypeE {
+/// Kinds of node. The values are part of the clipboard format; a node of unreadable bytes may hold any other.
+enum Node4TypeE : int {
   NODE4_ROOT = 0,        ///< the root of a tree; one child, a row
   NODE4_LINE = 1,        ///< a row: items (kinds 2 to 8) from left to right
   NODE4_TEXT = 2,        ///< typed characters; when empty, a place for the caret or a slot to be filled

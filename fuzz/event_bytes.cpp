@@ -1,0 +1,251 @@
+#include "fuzz/event_bytes.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "fuzz/bytes_text.h"
+#include "zolt/catalogue/standard_operators.h"
+#include "zolt/field/commands.h"
+#include "zolt/ved/view/key_code.h"
+
+namespace zolt::fuzz {
+
+using namespace field;
+
+namespace {
+
+constexpr unsigned first_code = 0x80;
+
+constexpr ScriptWordE words[] = {SCRIPT_KEY,      SCRIPT_CHAR,         SCRIPT_INSERT,      SCRIPT_OPERATOR,
+                                 SCRIPT_PEN_DOWN, SCRIPT_PEN_MOVE,     SCRIPT_PEN_UP,      SCRIPT_COMMAND,
+                                 SCRIPT_COPY,     SCRIPT_CUT,          SCRIPT_PASTE,       SCRIPT_UNDO,
+                                 SCRIPT_REDO,     SCRIPT_PASTE_PREFIX, SCRIPT_PASTE_BYTES, SCRIPT_SHOW,
+                                 SCRIPT_TREE,     SCRIPT_SET,          SCRIPT_PASTE_TEXT,  SCRIPT_LOCK,
+                                 SCRIPT_UNLOCK,   SCRIPT_PAINT};
+
+constexpr char16_t const* operators[] = {
+    u"+",     u"-",     u"*",   u"div",     u"mod",       u"_pos", u"_neg",  u"^",     u"_rad",
+    u"_deg",  u"!",     u"=",   u"<>",      u"<",         u">",    u"<=",    u">=",    u"not",
+    u"and",   u"or",    u":=",  u":>",      u"_PI",       u"/",    u"d",     u"sqrt",  u"abs",
+    u"floor", u"ceil",  u"log", u"diff",    u"integral",  u"sum",  u"where", u"error", u"sin",
+    u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln"};
+
+constexpr char16_t const* options[] = {u"constructs", u"letters", u"leaving", u"decimal-comma",
+                                       u"implied-products"};
+
+// The view's own keys, then as many codes as there are operators with one.
+constexpr unsigned long view_keys[] = {
+    math::ved::KEY_LEFT,      math::ved::KEY_RIGHT,  math::ved::KEY_UP,
+    math::ved::KEY_DOWN,      math::ved::KEY_DELETE, math::ved::KEY_CLEAR,
+    math::ved::KEY_BACKSPACE, math::ved::KEY_THETA,  math::ved::KEY_CAPITAL_E};
+constexpr unsigned long first_operator_key = catalogue::KEY_PLUS;
+constexpr unsigned long operator_keys = catalogue::KEY_EXP - catalogue::KEY_PLUS + 1;
+
+unsigned long toKey(unsigned long code) {
+  code %= std::size(view_keys) + operator_keys;
+  return code < std::size(view_keys) ? view_keys[code] : first_operator_key + (code - std::size(view_keys));
+}
+
+unsigned long fromKey(unsigned long key) {
+  if (key >= first_operator_key) return std::size(view_keys) + (key - first_operator_key);
+  auto const* const found = std::find(std::begin(view_keys), std::end(view_keys), key);
+  return static_cast<unsigned long>(found - std::begin(view_keys));
+}
+
+template <class TableT>
+std::size_t find(TableT const& table, wstring const& name) {
+  auto const found = std::find(std::begin(table), std::end(table), name);
+  return static_cast<std::size_t>(found - std::begin(table));
+}
+
+/// Reads arguments; behind the end everything is 0.
+class ReaderC {
+ public:
+  ReaderC(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
+
+  bool atEnd() const { return at_ == size_; }
+  unsigned byte() { return atEnd() ? 0 : data_[at_++]; }
+  template <class TableT>
+  wstring name(TableT const& table) {
+    return table[byte() % std::size(table)];
+  }
+  long coordinate() { return static_cast<std::int8_t>(byte()) * 2L; }
+  wstring text() {
+    std::size_t const length = takeLength();
+    return toText(data_ + at_ - length, length);
+  }
+  bytestring bytes() {
+    std::size_t const length = takeLength();
+    return bytestring(data_ + at_ - length, data_ + at_);
+  }
+
+ private:
+  /// Goes behind a length and what has it.
+  std::size_t takeLength() {
+    std::size_t const announced = byte();
+    std::size_t const length = std::min(announced, size_ - at_);
+    at_ += length;
+    return length;
+  }
+
+  std::uint8_t const* data_;
+  std::size_t size_;
+  std::size_t at_ = 0;
+};
+
+void readArguments(ReaderC& reader, ScriptStepS& step) {
+  switch (step.word) {
+    case SCRIPT_KEY: {
+      unsigned const code = reader.byte();
+      step.shift = (code & 0x80U) != 0;
+      step.code = toKey(code & 0x7FU);
+      break;
+    }
+    case SCRIPT_CHAR:
+      step.code = reader.byte();
+      step.code |= static_cast<unsigned long>(reader.byte()) << 8U;
+      break;
+    case SCRIPT_OPERATOR:
+      step.text = reader.name(operators);
+      break;
+    case SCRIPT_COMMAND:
+      step.text = commands()[reader.byte() % COMMAND_COUNT].name;
+      break;
+    case SCRIPT_SET: {
+      unsigned const code = reader.byte();
+      step.on = (code & 0x80U) != 0;
+      step.text = options[(code & 0x7FU) % std::size(options)];
+      break;
+    }
+    case SCRIPT_PEN_DOWN: {
+      unsigned const code = reader.byte();
+      step.clicks = 1 + code % 4;
+      step.shift = (code & 0x80U) != 0;
+      [[fallthrough]];
+    }
+    case SCRIPT_PEN_MOVE:
+      step.x = reader.coordinate();
+      step.y = reader.coordinate();
+      break;
+    case SCRIPT_PASTE_BYTES:
+      step.text = toHexadecimal(reader.bytes());
+      break;
+    case SCRIPT_INSERT:
+    case SCRIPT_PASTE_TEXT:
+    case SCRIPT_PASTE_PREFIX:
+    case SCRIPT_SHOW:
+    case SCRIPT_TREE:
+      step.text = reader.text();
+      break;
+    default:
+      break;
+  }
+}
+
+class WriterC {
+ public:
+  BytesT take() { return std::move(out_); }
+
+  void write(ScriptStepS const& step) {
+    if (step.word == SCRIPT_TYPE) {
+      for (char16_t const c : step.text) writeCharacter(c);
+    } else if (step.word == SCRIPT_CHAR) {
+      writeCharacter(step.code);
+    } else {
+      writeEvent(step);
+    }
+  }
+
+ private:
+  void put(unsigned long byte) { out_.push_back(static_cast<std::uint8_t>(byte & 0xFFU)); }
+  void putWord(ScriptWordE word) {
+    auto const* const found = std::find(std::begin(words), std::end(words), word);
+    put(first_code + static_cast<unsigned long>(found - std::begin(words)));
+  }
+  void putCoordinate(long value) { put(static_cast<unsigned long>(std::clamp(value / 2, -128L, 127L))); }
+
+  template <class BytesT>
+  void putBytes(ScriptWordE word, BytesT const& bytes) {
+    if (bytes.size() > 0xFF) return;
+    putWord(word);
+    put(bytes.size());
+    for (auto const byte : bytes) put(static_cast<unsigned char>(byte));
+  }
+
+  void writeCharacter(unsigned long code) {
+    if (code < first_code) return put(code);
+    putWord(SCRIPT_CHAR);
+    put(code);
+    put(code >> 8U);
+  }
+
+  void writeEvent(ScriptStepS const& step) {
+    switch (step.word) {
+      case SCRIPT_KEY:
+        putWord(step.word);
+        return put((step.shift ? 0x80U : 0) | fromKey(step.code));
+      case SCRIPT_OPERATOR:
+        putWord(step.word);
+        return put(find(operators, step.text));
+      case SCRIPT_COMMAND: {
+        CommandS const* const command = findCommand(step.text);
+        putWord(step.word);
+        return put(command ? command->command : 0);
+      }
+      case SCRIPT_SET:
+        putWord(step.word);
+        return put((step.on ? 0x80U : 0) | find(options, step.text));
+      case SCRIPT_PEN_DOWN:
+        putWord(step.word);
+        put((step.shift ? 0x80U : 0) | (step.clicks - 1));
+        putCoordinate(step.x);
+        return putCoordinate(step.y);
+      case SCRIPT_PEN_MOVE:
+        putWord(step.word);
+        putCoordinate(step.x);
+        return putCoordinate(step.y);
+      case SCRIPT_PASTE_BYTES: {
+        bytestring bytes;
+        fromHexadecimal(step.text, bytes);
+        return putBytes(step.word, bytes);
+      }
+      case SCRIPT_INSERT:
+      case SCRIPT_PASTE_TEXT:
+      case SCRIPT_PASTE_PREFIX:
+      case SCRIPT_SHOW:
+      case SCRIPT_TREE:
+        return putBytes(step.word, toBytes(step.text));
+      default:
+        putWord(step.word);
+    }
+  }
+
+  BytesT out_;
+};
+
+}  // namespace
+
+EventScriptT toEvents(std::uint8_t const* data, std::size_t size) {
+  EventScriptT script;
+  for (ReaderC reader(data, size); !reader.atEnd();) {
+    ScriptStepS step;
+    unsigned const code = reader.byte();
+    if (code < first_code) {
+      step.word = SCRIPT_CHAR;
+      step.code = code;
+    } else {
+      step.word = words[(code - first_code) % std::size(words)];
+      readArguments(reader, step);
+    }
+    script.push_back(std::move(step));
+  }
+  return script;
+}
+
+BytesT fromEvents(EventScriptT const& script) {
+  WriterC writer;
+  for (ScriptStepS const& step : script) writer.write(step);
+  return writer.take();
+}
+
+}  // namespace zolt::fuzz

@@ -1,0 +1,17 @@
+// Anything a person and a host may do to a view.
+
+#include "fuzz/bytes_text.h"
+#include "fuzz/event_bytes.h"
+#include "fuzz/view_session.h"
+
+namespace zolt::fuzz {
+
+std::string checkEvents(std::uint8_t const* data, std::size_t size) {
+  field::EventScriptT const script = toEvents(data, size);
+  ViewSessionC session;
+  std::string fault = session.play(script);
+  if (fault.empty()) fault = session.finish();
+  return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+}
+
+}  // namespace zolt::fuzz

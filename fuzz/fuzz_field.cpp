@@ -1,0 +1,128 @@
+// Anything a person and a host may do to a formula field.
+
+#include <memory>
+
+#include "fuzz/bytes_text.h"
+#include "fuzz/event_bytes.h"
+#include "fuzz/trip.h"
+#include "zolt/field/script_runner.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::fuzz {
+
+using namespace field;
+using namespace math::ved;
+using surfaces::RecordingGraphicsC;
+
+namespace {
+
+/// A field and who uses it.
+class FieldSessionC {
+ public:
+  FieldSessionC()
+      : field_((prepare(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))), runner_(field_) {
+    start_ = bytes();
+    field_.record(&recorded_);
+  }
+
+  bytestring bytes() const { return writeBytes(field_.crefView().crefRoot()); }
+  EventScriptT const& getRecorded() const { return recorded_; }
+  wstring notation() const { return field_.writeNotation(); }
+
+  std::string play(EventScriptT const& script) {
+    for (ScriptStepS const& step : script) {
+      if (bytes().size() > 30000) break;
+      if (auto fault = play(step); !fault.empty()) return toBytes(writeScriptStep(step)) + ": " + fault;
+    }
+    return {};
+  }
+
+  std::string finish() {
+    field_.record(nullptr);
+    field_.setEditable(true);
+    bytestring const end = bytes();
+    unsigned long steps = 0;
+    for (; field_.run(COMMAND_UNDO); ++steps) {
+      if (auto fault = checkState(); !fault.empty()) return "undoing: " + fault;
+    }
+    if (bytes() != start_) return "undoing everything does not lead back to the start";
+    for (; steps > 0; --steps) {
+      if (!field_.run(COMMAND_REDO)) return "what was undone cannot be done again";
+    }
+    if (bytes() != end) return "doing everything again does not lead back to the end";
+
+    FormulaErrorS error;
+    auto const expression = field_.getExpression(&error);
+    if (auto fault = checkState(); !fault.empty()) return "after conversion: " + fault;
+    if (!expression) return error.text.empty() ? "no expression, and no word why" : "";
+    if (auto fault = checkTexts(*expression); !fault.empty()) return fault;
+    return checkTrips(expression, false);
+  }
+
+ private:
+  std::string play(ScriptStepS const& step) {
+    wstring const before = notation();
+    bool const taken = runner_.run(step);
+    if (auto fault = checkState(); !fault.empty()) return fault;
+    if (step.word == SCRIPT_SHOW && taken) start_ = bytes();
+    if (!taken && step.word != SCRIPT_TYPE && notation() != before)
+      return "refused, and yet changed something";
+    return {};
+  }
+
+  std::string checkState() {
+    Node4C const& root = field_.crefView().crefRoot();
+    if (auto fault = checkInvariants(root); !fault.empty()) return fault;
+    ViewZNT4C const& view = field_.crefView();
+    if (validatePlace(root, view.getCaretNode(), view.getCaretPos()).invariant != TREE_VALID) {
+      return "the caret is nowhere";
+    }
+    if (view.isSelected() &&
+        validatePlace(root, view.getAnchorNode(), view.getAnchorPos()).invariant != TREE_VALID) {
+      return "the anchor is nowhere";
+    }
+    RectangleS const caret = field_.getCaretRectangle();
+    if (caret.right - caret.left != 1 || caret.top > caret.bottom) return "the caret has no box";
+    RectangleS box;
+    field_.takeRevealRequest(box);
+    for (RectangleS const& band : field_.getSelectionRectangles()) {
+      if (band.left >= band.right || band.top > band.bottom) return "a band of the selection is empty";
+    }
+    askedFor_ = (askedFor_ + 1) % COMMAND_COUNT;
+    field_.isEnabled(static_cast<CommandE>(askedFor_));
+    return {};
+  }
+
+  FormulaFieldC field_;
+  ScriptRunnerC runner_;
+  EventScriptT recorded_;
+  bytestring start_;
+  int askedFor_ = 0;
+};
+
+/// What was recorded does the same again, also by way of its text.
+std::string checkRecording(FieldSessionC const& session) {
+  wstring const text = writeEventScript(session.getRecorded());
+  EventScriptT script;
+  unsigned long position = 0;
+  if (!readEventScript(text, script, position)) return "the recording does not read: " + toBytes(text);
+  if (writeEventScript(script) != text) return "the recording reads as another: " + toBytes(text);
+  FieldSessionC again;
+  if (auto fault = again.play(script); !fault.empty()) return fault;
+  if (again.notation() == session.notation()) return {};
+  return "the recording leads to " + toBytes(again.notation()) + " and not to " + toBytes(session.notation());
+}
+
+}  // namespace
+
+std::string checkField(std::uint8_t const* data, std::size_t size) {
+  EventScriptT const script = toEvents(data, size);
+  FieldSessionC session;
+  std::string fault = session.play(script);
+  if (fault.empty()) fault = checkRecording(session);
+  if (fault.empty()) fault = session.finish();
+  return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+}
+
+}  // namespace zolt::fuzz

@@ -1,0 +1,145 @@
+// Inputs to start from: every line of the tests' corpora, as each target reads it.
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "fuzz/bytes_text.h"
+#include "fuzz/event_bytes.h"
+#include "fuzz/trip.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::fuzz {
+
+namespace {
+
+std::string trimmed(std::string const& text) {
+  std::size_t const first = text.find_first_not_of(' ');
+  return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(' ') + 1 - first);
+}
+
+std::vector<std::string> splitAt(std::string const& text, std::string const& separator) {
+  std::vector<std::string> parts;
+  std::size_t start = 0;
+  for (std::size_t at; (at = text.find(separator, start)) != std::string::npos;
+       start = at + separator.size()) {
+    parts.push_back(trimmed(text.substr(start, at - start)));
+  }
+  parts.push_back(trimmed(text.substr(start)));
+  return parts;
+}
+
+/// The lines of all corpora, without comments.
+std::vector<std::string> const& lines() {
+  static std::vector<std::string> const all = [] {
+    std::vector<std::filesystem::path> files;
+    for (auto const& entry : std::filesystem::recursive_directory_iterator(ZOLT_TEST_FOLDER)) {
+      if (entry.path().extension() == ".cases") files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    std::vector<std::string> found;
+    for (auto const& file : files) {
+      std::ifstream in(file);
+      for (std::string line; std::getline(in, line);) {
+        if (!line.empty() && line.compare(0, 2, "# ") != 0) found.push_back(line);
+      }
+    }
+    return found;
+  }();
+  return all;
+}
+
+/// Both sides of each arrow, and what stands on either side of a bar.
+std::set<std::string> const& texts() {
+  static std::set<std::string> const all = [] {
+    std::set<std::string> found;
+    for (std::string const& line : lines()) {
+      for (std::string const& side : splitAt(line, "\u21D2")) {
+        found.insert(side);
+        for (std::string const& part : splitAt(side, " | ")) found.insert(part);
+      }
+    }
+    return found;
+  }();
+  return all;
+}
+
+bool isNotation(std::string const& text) {
+  return !text.empty() && text.front() == '[' && text.back() == ']';
+}
+
+BytesT toSeed(std::string const& text) { return {text.begin(), text.end()}; }
+
+std::vector<BytesT> textSeeds(bool notations) {
+  std::vector<BytesT> seeds;
+  for (std::string const& text : texts()) {
+    if (isNotation(text) == notations) seeds.push_back(toSeed(text));
+  }
+  return seeds;
+}
+
+field::EventScriptT readScript(std::string const& text) {
+  field::EventScriptT steps;
+  unsigned long position = 0;
+  field::readEventScript(toText(text), steps, position);
+  return steps;
+}
+
+}  // namespace
+
+std::vector<BytesT> prefixSeeds() { return textSeeds(false); }
+std::vector<BytesT> infixSeeds() { return textSeeds(false); }
+std::vector<BytesT> plainSeeds() { return textSeeds(false); }
+std::vector<BytesT> notationSeeds() { return textSeeds(true); }
+
+std::vector<BytesT> eventsSeeds() {
+  std::vector<BytesT> seeds;
+  for (std::string const& line : lines()) {
+    std::vector<std::string> const parts = splitAt(splitAt(line, "\u21D2").front(), " | ");
+    field::EventScriptT script;
+    if (isNotation(parts.front())) {
+      field::ScriptStepS tree;
+      tree.word = field::SCRIPT_TREE;
+      tree.text = toText(parts.front());
+      script.push_back(tree);
+      if (parts.size() < 2) continue;
+    }
+    field::EventScriptT const rest = readScript(parts.back());
+    script.insert(script.end(), rest.begin(), rest.end());
+    if (!rest.empty()) seeds.push_back(fromEvents(script));
+  }
+  // Some of what stands in no script is typed.
+  unsigned long number = 0;
+  for (std::string const& text : texts()) {
+    if (isNotation(text) || text.size() > 40 || number++ % 4 > 0) continue;
+    field::ScriptStepS typed;
+    typed.word = field::SCRIPT_TYPE;
+    typed.text = toText(text);
+    seeds.push_back(fromEvents({typed}));
+  }
+  return seeds;
+}
+
+std::vector<BytesT> clipboardSeeds() {
+  prepare();
+  auto const operators =
+      math::ved::OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
+  std::vector<BytesT> seeds;
+  for (std::string const& text : texts()) {
+    math::ved::TreeNotationS tree;
+    unsigned long position = 0;
+    if (!readTreeNotation(toText(text), *operators, tree, position)) continue;
+    bytestring const bytes = writeBytes(*tree.root->child(0));
+    BytesT seed{static_cast<std::uint8_t>(seeds.size()), 0};
+    seed.insert(seed.end(), bytes.begin(), bytes.end());
+    seeds.push_back(std::move(seed));
+  }
+  return seeds;
+}
+
+}  // namespace zolt::fuzz

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zolt::fuzz {
+
+using BytesT = std::vector<std::uint8_t>;
+
+/// One way into the component for what comes from outside. Every sequence of bytes is an input.
+struct TargetS {
+  char const* name;  ///< of its program (fuzz_<name>) and its folders
+  /// Empty, or what the component promised and did not keep, with the input in readable form. What breaks the
+  /// program (a sanitizer's finding, a crash) is no answer.
+  std::string (*check)(std::uint8_t const* data, std::size_t size);
+  /// Inputs to start from, made of the corpora of the tests.
+  std::vector<BytesT> (*seeds)();
+};
+
+std::string checkPrefix(std::uint8_t const* data, std::size_t size);
+std::string checkInfix(std::uint8_t const* data, std::size_t size);
+std::string checkPlain(std::uint8_t const* data, std::size_t size);
+std::string checkClipboard(std::uint8_t const* data, std::size_t size);
+std::string checkEvents(std::uint8_t const* data, std::size_t size);
+std::string checkField(std::uint8_t const* data, std::size_t size);
+std::string checkNotation(std::uint8_t const* data, std::size_t size);
+
+std::vector<BytesT> prefixSeeds();
+std::vector<BytesT> infixSeeds();
+std::vector<BytesT> plainSeeds();
+std::vector<BytesT> clipboardSeeds();
+std::vector<BytesT> eventsSeeds();
+std::vector<BytesT> notationSeeds();
+
+constexpr TargetS targets[] = {
+    {"prefix", checkPrefix, prefixSeeds},       {"infix", checkInfix, infixSeeds},
+    {"plain", checkPlain, plainSeeds},          {"clipboard", checkClipboard, clipboardSeeds},
+    {"events", checkEvents, eventsSeeds},       {"field", checkField, eventsSeeds},
+    {"notation", checkNotation, notationSeeds},
+};
+
+}  // namespace zolt::fuzz

@@ -1,0 +1,192 @@
+#include "fuzz/trip.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "fuzz/bytes_text.h"
+#include "tests/support/allocations.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/algexpr/number_display_format.h"
+#include "zolt/catalogue/standard_operators.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::fuzz {
+
+using math::algexpr::CASSessionBC;
+using namespace math::ved;
+using surfaces::RecordingGraphicsC;
+using tests::AllocationsS;
+
+namespace {
+
+// The smallest record of a node takes 17 bytes and becomes a node of about ten times that; texts and stacks
+// that grow by doubling pass through twice their size.
+constexpr std::size_t bytes_per_input = 200;
+constexpr std::size_t bytes_for_nothing = 20000;
+
+using TreeT = std::unique_ptr<Node4C>;
+
+OperatorListC const& operators() {
+  return *OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+}
+
+TreeT show(PointerTC<AlgebraicExpressionC> const& expression) {
+  return TreeT(Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+}
+
+std::string readBack(bytestring const& bytes, bytestring& again) {
+  PointerTC<oss::BinaryStringInputStreamC> const held(new oss::BinaryStringInputStreamC(bytes));
+  PointerTC<oss::ObjectInputStreamABC> in(new oss::BinaryInputStreamC(held));
+  Node4C root;
+  if (!root.readObject(in)) return "the byte form does not read back";
+  again = writeBytes(root);
+  return {};
+}
+
+/// Whether the expression means what it looks like. Names that only expression objects have can also be
+/// typed, and make what no sign makes: an exponent on an exponent, or pi with arguments, which show and do
+/// not read.
+bool isTextbook(wstring const& prefix) {
+  struct CallS {
+    wstring name;
+    bool first;
+  };
+  std::vector<CallS> calls;
+  wstring name;
+  for (char16_t const c : prefix) {
+    if (c == u'(') {
+      auto const isPower = [](wstring const& n) { return n == u"^" || n == u"_deg" || n == u"_rad"; };
+      bool const onPower = !calls.empty() && calls.back().first && isPower(name);
+      if (onPower && (isPower(calls.back().name) || calls.back().name == u"!")) return false;
+      if (name == u"_PI") return false;
+      calls.push_back({name, true});
+      name.clear();
+    } else if (c == u')') {
+      calls.pop_back();
+      name.clear();
+    } else if (c == u',') {
+      calls.back().first = false;
+      name.clear();
+    } else {
+      name += c;
+    }
+  }
+  return true;
+}
+
+std::string draw(Node4C const& root) {
+  RecordingGraphicsC surface;
+  root.display(surface, 3, 5, nullptr);
+  return surface.getText();
+}
+
+}  // namespace
+
+void prepare() {
+  static bool const registered = [] {
+    auto const session = CASSessionBC::getSession();
+    catalogue::registerStandardOperators(*OperatorListRepositoryC::lookup(session->getEngine()));
+    return true;
+  }();
+  static_cast<void>(registered);
+}
+
+void startMeter() { AllocationsS::reset(); }
+
+std::string checkMeter(std::size_t size) {
+  std::size_t const bytes = AllocationsS::get().bytes;
+  if (bytes <= bytes_for_nothing + bytes_per_input * size) return {};
+  return "asked for " + std::to_string(bytes) + " bytes of memory for an input of " + std::to_string(size);
+}
+
+bytestring writeBytes(Node4C const& node) {
+  PointerTC<oss::BinaryStringOutputStreamC> const bytes(new oss::BinaryStringOutputStreamC);
+  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(bytes));
+  node.writeObject(out);
+  return bytes->getString();
+}
+
+std::string checkInvariants(Node4C const& root) {
+  TreeFaultS const fault = validateTree(root);
+  return fault.invariant == TREE_VALID ? std::string()
+                                       : "broken: " + toBytes(describeInvariant(fault.invariant));
+}
+
+std::string checkTreeForms(Node4C& root) {
+  bytestring const bytes = writeBytes(root);
+  bytestring again;
+  if (auto fault = readBack(bytes, again); !fault.empty()) return fault;
+  if (again != bytes) return "the byte form reads back as something else";
+
+  wstring const notation = writeTreeNotation(root);
+  TreeNotationS read;
+  unsigned long position = 0;
+  if (!readTreeNotation(notation, operators(), read, position)) return "the notation does not read back";
+  if (writeBytes(*read.root) != bytes) return "the notation reads back as something else";
+
+  Node4C* noNode = nullptr;
+  unsigned noPos = 0;
+  root.checkTree(noNode, noPos, noNode, noPos);
+  if (writeBytes(root) != bytes) return "normalising again changes the tree";
+
+  RecordingGraphicsC const surface(RecordingGraphicsC::LOG_NOTHING);
+  root.layout(surface);
+  if (root.getWidth() < 0 || root.getHeight() <= 0) return "the size is not a size";
+  std::string const first = draw(root);
+  root.layout(surface);
+  if (draw(root) != first) return "laying out again changes the picture";
+  TreeT const copy(root.clone());
+  copy->layout(surface);
+  if (draw(*copy) != first) return "a copy gives another picture";
+  return {};
+}
+
+std::string checkTexts(AlgebraicExpressionC const& expression) {
+  wstring const prefix = expression.toPrefixString();
+  auto const read = AlgebraicExpressionC::fromPrefixString(prefix);
+  if (!read) return "the prefix text does not read back: " + toBytes(prefix);
+  if (!read->equals(expression) || !expression.equals(*read)) {
+    return "the prefix text reads back as something else: " + toBytes(prefix);
+  }
+  if (read->toPrefixString() != prefix) return "the prefix text changes: " + toBytes(prefix);
+
+  wstring const plain = exchange::toPlainText(expression);
+  auto const fromPlain = exchange::fromPlainText(plain, nullptr);
+  if (!fromPlain) return "the plain text does not read back: " + toBytes(plain);
+  if (!fromPlain->equals(expression)) {
+    return "the plain text " + toBytes(plain) + " of " + toBytes(prefix) + " reads back as " +
+           toBytes(fromPlain->toPrefixString());
+  }
+  return {};
+}
+
+std::string checkTrips(PointerTC<AlgebraicExpressionC> const& expression, bool wasRead) {
+  PointerTC<AlgebraicExpressionC> current = expression;
+  wstring prefix = current->toPrefixString();
+  for (int trip = 0; trip < 3; ++trip) {
+    TreeT const root = show(current);
+    if (auto fault = checkInvariants(*root); !fault.empty()) return fault;
+    if (trip == 0) {
+      if (auto fault = checkTreeForms(*root); !fault.empty()) return fault;
+    }
+    current = root->getAlgebraicExpression(nullptr);
+    if (!current) {
+      bool const readable = (wasRead || trip > 0) && isTextbook(prefix);
+      return readable ? "what is shown of " + toBytes(prefix) + " does not read" : std::string();
+    }
+    wstring const next = current->toPrefixString();
+    if (next != prefix && trip == 2)
+      return toBytes(prefix) + " becomes " + toBytes(next) + " on the third trip";
+    prefix = next;
+  }
+  return {};
+}
+
+}  // namespace zolt::fuzz

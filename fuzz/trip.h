@@ -1,0 +1,46 @@
+#pragma once
+
+#include <string>
+
+#include "fuzz/targets.h"
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::fuzz {
+
+using math::algexpr::AlgebraicExpressionC;
+using math::ved::Node4C;
+using oss::bytestring;
+using oss::PointerTC;
+using oss::wstring;
+
+// What holds whatever the formula. Each answers with the first promise that is not kept, empty for none.
+
+/// Registers the standard operators in the process's table, once.
+void prepare();
+
+/// Starts to count what is asked of the heap.
+void startMeter();
+/// Whether it was no more than in proportion to an input of `size` bytes or characters.
+std::string checkMeter(std::size_t size);
+
+/// The byte form of a row or a root.
+bytestring writeBytes(Node4C const& node);
+
+/// The numbered invariants.
+std::string checkInvariants(Node4C const& root);
+
+/// Normalising and laying out again change nothing, the byte form and the notation read back to the same
+/// tree, and what is drawn is drawn again. Lays the tree out.
+std::string checkTreeForms(Node4C& root);
+
+/// The expression reads back from its prefix text and from its plain text.
+std::string checkTexts(AlgebraicExpressionC const& expression);
+
+/// Shown and read again, an expression is the same from the second time at the latest. `wasRead`: it stems
+/// from a row, and not from the outside, and so reads again already the first time.
+std::string checkTrips(PointerTC<AlgebraicExpressionC> const& expression, bool wasRead);
+
+}  // namespace zolt::fuzz

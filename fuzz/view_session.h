@@ -1,0 +1,64 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "fuzz/trip.h"
+#include "tests/support/script_player.h"
+#include "zolt/field/event_script.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::fuzz {
+
+/// A view and somebody who does anything to it, checked after every event.
+///
+/// Script steps mean what they say; of the options, which only fields have, the first switches constraints on
+/// for the next formula shown, the second begins (on) or ends a group, and all others cancel one. Answers are
+/// the first promise that is not kept, empty for none.
+class ViewSessionC {
+ public:
+  ViewSessionC();
+
+  std::string play(field::ScriptStepS const& step);
+  std::string play(field::EventScriptT const& script);
+  /// The session's end: everything is undone and done again, and the formula as a whole is looked at.
+  std::string finish();
+
+  math::ved::ViewZNT4C& refView() { return view_; }
+  wstring notation() const;
+
+ private:
+  /// The states around one step of the history; perhaps only the tree is known.
+  struct StepS {
+    wstring before;
+    wstring after;
+    bytestring treeBefore;
+    bytestring treeAfter;
+    bool onlyTree;
+  };
+
+  bool perform(field::ScriptStepS const& step);
+  bool paste(bytestring const& bytes);
+  bool showTree(wstring const& notation);
+  void show(PointerTC<AlgebraicExpressionC> const& expression);
+  void set(field::ScriptStepS const& step);
+  void endGroup(bool keep);
+  std::string checkHistory(field::ScriptStepS const& step, bool answer, wstring const& before,
+                           bytestring const& treeBefore);
+  /// Looks at the tree again: its picture is compared only when it has changed.
+  std::string checkState();
+
+  PointerTC<surfaces::RecordingGraphicsC> graphics_;
+  math::ved::ViewZNT4C view_;
+  tests::ScriptPlayerC player_;
+  bool constrained_ = false;
+  bool grouping_ = false;
+  bytestring groupStart_;
+  bytestring tree_;  // when it was last looked at
+  bytestring start_;
+  std::vector<StepS> steps_;
+  std::size_t done_ = 0;
+};
+
+}  // namespace zolt::fuzz
