@@ -3,6 +3,7 @@
 #include "zolt/oss/binary_string_stream.h"
 #include "zolt/ved/view/detail/pastable_row.h"
 #include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/edit_history.h"
 #include "zolt/ved/view/view.h"
 
@@ -33,21 +34,17 @@ std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
 }  // namespace
 
 Node4C* ViewZNT4C::copySelection() const {
-  Node4C* line = nullptr;
-  unsigned long first = 0;
-  unsigned long last = 0;
-  unsigned int firstPos = 0;
-  unsigned int lastPos = 0;
-  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return nullptr;
+  SelectionBoundsS const bounds(*this);
+  if (!bounds.line) return nullptr;
 
-  unsigned long const count = last - first + 1;
+  unsigned long const count = bounds.last - bounds.first + 1;
   auto copy = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), count);
-  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, line->child(first + i)->clone());
+  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, bounds.line->child(bounds.first + i)->clone());
   // The end first: both may be the same text.
   Node4C* const lastItem = copy->child(count - 1);
-  if (lastItem->getType() == NODE4_TEXT) lastItem->refText().erase(lastPos);
+  if (lastItem->getType() == NODE4_TEXT) lastItem->refText().erase(bounds.lastPos);
   Node4C* const firstItem = copy->child(0);
-  if (firstItem->getType() == NODE4_TEXT) firstItem->refText().erase(0, firstPos);
+  if (firstItem->getType() == NODE4_TEXT) firstItem->refText().erase(0, bounds.firstPos);
 
   Node4C* noNode = nullptr;
   unsigned noPos = 0;

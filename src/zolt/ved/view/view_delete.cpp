@@ -1,3 +1,4 @@
+#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -34,33 +35,31 @@ bool isTypedBracket(Node4C const& node) {
 
 bool ViewZNT4C::deleteSelection() {
   if (!backupBeforeModif()) return false;
-  Node4C* line = nullptr;
-  unsigned long first = 0;
-  unsigned long last = 0;
-  unsigned int firstPos = 0;
-  unsigned int lastPos = 0;
-  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return true;
+  SelectionBoundsS const bounds(*this);
+  if (!bounds.line) return true;
   anchorNode_ = nullptr;
 
+  Node4C* const line = bounds.line;
+  unsigned long const first = bounds.first;
   Node4C* const firstItem = line->child(first);
-  if (first == last) {
-    firstItem->refText().erase(firstPos, lastPos - firstPos);
-    caretPos_ = firstPos;
+  if (first == bounds.last) {
+    firstItem->refText().erase(bounds.firstPos, bounds.lastPos - bounds.firstPos);
+    caretPos_ = bounds.firstPos;
     return true;
   }
 
-  line->deleteChildren(first + 1, last - first - 1);
+  line->deleteChildren(first + 1, bounds.last - first - 1);
   caretPos_ = 0;
   Node4C* const lastItem = line->child(first + 1);
   if (lastItem->getType() == NODE4_TEXT) {
-    lastItem->refText().erase(0, lastPos);
+    lastItem->refText().erase(0, bounds.lastPos);
     caretNode_ = lastItem;
   } else {
     caretNode_ = new Node4C(NODE4_TEXT, nullptr, wstring(), 0);
     line->replaceChild(first + 1, caretNode_);
   }
   if (firstItem->getType() == NODE4_TEXT) {
-    firstItem->refText().erase(firstPos);
+    firstItem->refText().erase(bounds.firstPos);
   } else {
     line->deleteChild(first);
   }

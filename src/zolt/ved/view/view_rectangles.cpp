@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -24,25 +25,22 @@ RectangleS ViewZNT4C::getCaretRectangle() {
 RectangleS ViewZNT4C::getCurrentNodeRectangle() {
   if (!isSelected()) return {};
   if (!executing_) layoutIfPending();
-  Node4C* line = nullptr;
-  unsigned long first = 0;
-  unsigned long last = 0;
-  unsigned int firstPos = 0;
-  unsigned int lastPos = 0;
-  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return {};
+  SelectionBoundsS const bounds(*this);
+  if (!bounds.line) return {};
 
-  PointS const position = line->getAbsolutePosition();
-  Node4C const& firstItem = *line->child(first);
-  Node4C const& lastItem = *line->child(last);
+  Node4C const& line = *bounds.line;
+  PointS const position = line.getAbsolutePosition();
+  Node4C const& firstItem = *line.child(bounds.first);
+  Node4C const& lastItem = *line.child(bounds.last);
   RectangleS box;
   box.left = position.x + firstItem.getDX() - 1;
-  if (firstItem.getType() == NODE4_TEXT) box.left += 1 + measureStart(firstItem, firstPos, *graphics_);
+  if (firstItem.getType() == NODE4_TEXT) box.left += 1 + measureStart(firstItem, bounds.firstPos, *graphics_);
   box.right = position.x + lastItem.getDX();
-  box.right += lastItem.getType() == NODE4_TEXT ? measureStart(lastItem, lastPos, *graphics_) + 1
+  box.right += lastItem.getType() == NODE4_TEXT ? measureStart(lastItem, bounds.lastPos, *graphics_) + 1
                                                 : lastItem.getWidth() - 1;
-  box.top = line->getHeight();
-  for (unsigned long i = first; i <= last; ++i) {
-    Node4C const& item = *line->child(i);
+  box.top = line.getHeight();
+  for (unsigned long i = bounds.first; i <= bounds.last; ++i) {
+    Node4C const& item = *line.child(i);
     box.top = std::min(box.top, item.getDY());
     box.bottom = std::max(box.bottom, item.getDY() + item.getHeight());
   }

@@ -3,6 +3,7 @@
 
 #include "zolt/ved/limits.h"
 #include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -72,24 +73,22 @@ bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned
   return true;
 }
 
+SelectionBoundsS::SelectionBoundsS(ViewZNT4C const& view) {
+  view.getSelectionBounds(line, first, firstPos, last, lastPos);
+}
+
 Node4C const& ViewZNT4C::crefCurrentRow() const {
-  Node4C* line = nullptr;
-  unsigned long first = 0;
-  unsigned long last = 0;
-  unsigned int firstPos = 0;
-  unsigned int lastPos = 0;
-  return getSelectionBounds(line, first, firstPos, last, lastPos) ? *line : *caretNode_->getParent();
+  Node4C const* const line = SelectionBoundsS(*this).line;
+  return line ? *line : *caretNode_->getParent();
 }
 
 unsigned long ViewZNT4C::countSelectedRows() const {
-  Node4C* line = nullptr;
-  unsigned long first = 0;
-  unsigned long last = 0;
-  unsigned int firstPos = 0;
-  unsigned int lastPos = 0;
-  if (!getSelectionBounds(line, first, firstPos, last, lastPos)) return 0;
+  SelectionBoundsS const bounds(*this);
+  if (!bounds.line) return 0;
   unsigned long rows = 0;
-  for (unsigned long i = first; i <= last; ++i) rows = std::max(rows, countNestedRows(*line->child(i)));
+  for (unsigned long i = bounds.first; i <= bounds.last; ++i) {
+    rows = std::max(rows, countNestedRows(*bounds.line->child(i)));
+  }
   return rows;
 }
 
