@@ -1,12 +1,14 @@
 #include <gtest/gtest.h>
 #include <utf8.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <functional>
 #include <set>
 #include <vector>
 
 #include "tests/formula/formula_support.h"
+#include "tests/formula/uneven_graphics.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/algexpr/number_display_format.h"
@@ -187,6 +189,25 @@ std::string describeLayout(Node4C const& root, std::string const& expected) {
   return text;
 }
 
+/// The same with those of the case's drawing calls that were made.
+std::string describeRendering(Node4C& root, std::string const& expected) {
+  UnevenGraphicsC const graphics;
+  root.layout(graphics);
+  root.display(graphics, 0, 0, nullptr);
+  std::string text;
+  std::string boxes;
+  for (std::string const& part : split(expected, " ; ")) {
+    if (part.compare(0, 4, "draw") != 0) {
+      boxes += (boxes.empty() ? "" : " ; ") + part;
+      continue;
+    }
+    auto const& lines = graphics.crefRecord().getLines();
+    bool const isDrawn = std::find(lines.begin(), lines.end(), part) != lines.end();
+    text += " ; " + (isDrawn ? part : "no " + part);
+  }
+  return describeLayout(root, boxes) + text;
+}
+
 TEST_F(FormulaCases, Layout) {
   NamesT names;
   for (CaseS const& one : readCases(ZOLT_TEST_DATA "/layout.cases")) {
@@ -202,6 +223,33 @@ TEST_F(FormulaCases, Layout) {
     EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected));
   }
   expectOperators(names, isConstruct);
+}
+
+TEST_F(FormulaCases, RenderingOnASurfaceOfOddSizes) {
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/uneven.cases")) {
+    SCOPED_TRACE(one.where);
+    TreeNotationS const tree = readTree(one.input);
+    EXPECT_EQ(one.expected, describeRendering(*tree.root, one.expected));
+  }
+}
+
+// What is laid out by itself is at depth 0, what is laid out in its place keeps its depth.
+TEST_F(FormulaCases, FontDepthsCountFromTheTopOfWhatIsLaidOut) {
+  TreeNotationS const tree = readTree(R"(["x", P["y", P["z"], ""], ""])");
+  RecordingGraphicsC const graphics;
+  tree.root->layout(graphics);
+  Node4C& power = *tree.root->child(0)->child(1);
+  Node4C& row = *power.child(0);
+  std::string const inPlace = describeBox(row);
+  row.layout(graphics);
+  EXPECT_EQ(inPlace, describeBox(row));
+  power.removeChild(0);
+  TreeT const alone(&row);
+  row.layout(graphics);
+  EXPECT_EQ(0u, row.getFontDepth());
+  EXPECT_EQ(1u, row.child(1)->child(0)->getFontDepth());
+  EXPECT_EQ(12, row.getWidth());
+  power.insertChild(0, showTree(nullptr)->child(0)->clone());
 }
 
 std::string join(std::vector<std::string> const& lines) {

@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <random>
 
 #include "tests/formula/formula_support.h"
 #include "tests/formula/random_formula.h"
 #include "tests/formula/reference_conversion.h"
 #include "tests/formula/reference_row_layout.h"
+#include "tests/formula/uneven_graphics.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "tests/support/view_stage.h"
@@ -13,7 +15,6 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
-#include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::tests {
@@ -23,7 +24,6 @@ namespace {
 using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
 using math::algexpr::NodeABC;
-using surfaces::RecordingGraphicsC;
 
 class FormulaProperty : public testing::Test {
  protected:
@@ -52,7 +52,7 @@ void expectSoundTree(Node4C& root) {
   ASSERT_TRUE(copy.readObject(in));
   ASSERT_EQ(notation, describe(copy));
 
-  RecordingGraphicsC graphics;
+  UnevenGraphicsC const graphics;
   ASSERT_TRUE(root.layout(graphics));
   ASSERT_EQ("", findLayoutDifference(root, graphics));
   std::string const boxes = describeBoxes(root);
@@ -148,6 +148,31 @@ TEST_F(FormulaProperty, WellMadeExpressionsKeepTheirMeaning) {
   }
 }
 
+/// Takes some of the empty texts out of all rows, so that brackets, exponents and constructs touch.
+void closeUp(Node4C& node, std::mt19937& random) {
+  for (unsigned long i = 0; i < node.numChildren();) {
+    Node4C& child = *node.child(i);
+    bool const isEmptyText = child.getType() == NODE4_TEXT && child.sizeText() == 0;
+    if (isEmptyText && node.numChildren() > 1 && random() % 2 == 0) {
+      node.deleteChild(i);
+    } else {
+      closeUp(child, random);
+      ++i;
+    }
+  }
+}
+
+TEST_F(FormulaProperty, AnyRowWithBalancedBracketsIsLaidOut) {
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    TreeT const tree = RandomTreeC(seed).make();
+    std::mt19937 random(seed);
+    closeUp(*tree, random);
+    UnevenGraphicsC const graphics;
+    ASSERT_TRUE(tree->layout(graphics));
+    ASSERT_EQ("", findLayoutDifference(*tree, graphics)) << "seed " << seed << ": " << describe(*tree);
+  }
+}
+
 TEST_F(FormulaProperty, AnyTreeIsLaidOutDrawnAndReadOrRefused) {
   std::map<int, unsigned> causes;
   for (unsigned seed = 0; seed < 1500; ++seed) {
@@ -169,6 +194,82 @@ TEST_F(FormulaProperty, AnyTreeIsLaidOutDrawnAndReadOrRefused) {
                     static_cast<int>(ERROR_CAUSE_UNEXPECTED_END), static_cast<int>(ERROR_CAUSE_BAD_NUMBER),
                     static_cast<int>(ERROR_CAUSE_MISSING_OPEN)})
     EXPECT_GT(causes[cause], 10u) << cause;
+}
+
+/// Changes a tree in one place as editing commands do.
+class RandomEditC {
+ public:
+  explicit RandomEditC(unsigned seed) : random_(seed), items_(seed) {}
+
+  void edit(Node4C& root) {
+    Node4C& row = pickRow(root);
+    bool const isEmpty = row.numChildren() == 0;
+    unsigned long const i = isEmpty ? 0 : below(row.numChildren());
+    switch (isEmpty ? 0 : below(5)) {
+      case 0:
+        row.insertChild(below(row.numChildren() + 1), items_.makeItem(3).release());
+        break;
+      case 1:
+        row.deleteChild(i);
+        break;
+      case 2: {  // to another row, unless that row is inside the item
+        Node4C* const item = row.child(i);
+        row.removeChild(i);
+        Node4C& target = pickRow(root);
+        target.insertChild(below(target.numChildren() + 1), item);
+        break;
+      }
+      case 3:
+        if (row.child(i)->getType() == NODE4_TEXT) row.child(i)->refText().assign(below(3), u'a');
+        break;
+      default:
+        if (isOpeningBracket(row.child(i)->getType())) {
+          row.child(i)->setType(NODE4_CLOSE);
+        } else if (isClosingBracket(row.child(i)->getType())) {
+          row.child(i)->setType(NODE4_OPEN);
+        }
+    }
+  }
+
+ private:
+  unsigned long below(unsigned long bound) { return random_() % bound; }
+
+  /// A row that is not empty; the root's own when it is the only one.
+  Node4C& pickRow(Node4C const& root) {
+    std::vector<Node4C*> rows;
+    std::vector<Node4C*> pending{root.child(0)};
+    while (!pending.empty()) {
+      Node4C* const node = pending.back();
+      pending.pop_back();
+      if (node->getType() == NODE4_LINE && (rows.empty() || node->numChildren() > 0)) rows.push_back(node);
+      for (unsigned long i = 0; i < node->numChildren(); ++i) pending.push_back(node->child(i));
+    }
+    return *rows[below(rows.size())];
+  }
+
+  std::mt19937 random_;
+  RandomTreeC items_;
+};
+
+TEST_F(FormulaProperty, EditedTreesAreNormalisedAndLaidOutAsIfNew) {
+  Node4C* none = nullptr;
+  unsigned position = 0;
+  UnevenGraphicsC const graphics;
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    TreeT const tree = RandomTreeC(seed).make();
+    RandomEditC edits(seed);
+    for (int step = 0; step < 30; ++step) {
+      SCOPED_TRACE("seed " + std::to_string(seed) + ", step " + std::to_string(step));
+      for (int i = 0; i <= step % 3; ++i) edits.edit(*tree);
+      TreeT const fresh(tree->clone());
+      for (Node4C* root : {tree.get(), fresh.get()}) root->checkTree(none, position, none, position);
+      ASSERT_EQ(describe(*fresh), describe(*tree));
+      ASSERT_EQ(TREE_VALID, validateTree(*tree).invariant);
+      ASSERT_TRUE(tree->layoutChanged(graphics));
+      ASSERT_TRUE(fresh->layout(graphics));
+      ASSERT_EQ(describeBoxes(*fresh), describeBoxes(*tree)) << describe(*tree);
+    }
+  }
 }
 
 TEST_F(FormulaProperty, TypedTextComesToRest) {

@@ -41,10 +41,11 @@ class RandomTreeC {
   explicit RandomTreeC(unsigned seed) : random_(seed) {}
 
   TreeT make();
+  /// An item as rows may hold it, with whatever is inside; nothing is normalised.
+  TreeT makeItem(unsigned level);
 
  private:
   TreeT makeRow(unsigned level);
-  TreeT makeItem(unsigned level);
   unsigned below(std::size_t bound) { return static_cast<unsigned>(random_() % bound); }
 
   std::mt19937 random_;

@@ -92,17 +92,20 @@ void RowLayoutC::prepareExponents() {
 }
 
 // The base of an exponent is the item before it or the whole bracketed group before it, together with the
-// exponents that stand on that already.
+// exponents that stand on that already. Directly behind an opening bracket, where normalisation leaves none,
+// everything back to the bracket's level counts as base.
 unsigned long RowLayoutC::findBase(unsigned long power) const {
+  long depth = 0;
   for (unsigned long i = power; i-- > 0;) {
     if (isPassedOver(i)) continue;
-    switch (row_.child(i)->getType()) {
-      case NODE4_POWER:
-      case NODE4_CLOSE:
-      case NODE4_AUTO_CLOSE:
-        return baseStart_[i];
-      default:
-        return i;
+    Node4TypeE const type = row_.child(i)->getType();
+    bool const isClose = isClosingBracket(type);
+    if (isOpeningBracket(type)) {
+      --depth;
+    } else if (depth < 0) {
+      if (isClose) ++depth;
+    } else {
+      return isClose || type == NODE4_POWER ? baseStart_[i] : i;
     }
   }
   return 0;
