@@ -26,9 +26,9 @@ using tests::AllocationsS;
 
 namespace {
 
-// The smallest record of a node takes 17 bytes and becomes a node of about ten times that; texts and stacks
-// that grow by doubling pass through twice their size.
-constexpr std::size_t bytes_per_input = 200;
+// The smallest record of a node takes 17 bytes and becomes a node of about ten times that; in plain text each
+// character may be a factor of a product. What grows by doubling passes through twice its size.
+constexpr std::size_t bytes_per_input = 400;
 constexpr std::size_t bytes_for_nothing = 20000;
 
 using TreeT = std::unique_ptr<Node4C>;

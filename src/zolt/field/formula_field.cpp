@@ -128,6 +128,7 @@ wstring FormulaFieldC::writeNotation() const {
 bool FormulaFieldC::setNotation(wstring const& notation) {
   ActC const act(*this, makeStep(SCRIPT_TREE, notation));
   wordTyped_ = false;
+  if (!isEditable()) return false;
   TreeNotationS tree;
   unsigned long position = 0;
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;

@@ -165,22 +165,23 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   delete row;
 }
 
-// Siblings move when a row is edited, so the place where a node last stood is only a hint; the search goes
-// outwards from it and remembers what it finds. In an unchanged row it costs one comparison.
+// Siblings move when a row is edited, so the place where a node last stood is only a hint. It is exact in an
+// unchanged row and near after a few edits. When it is far off, the row was built or changed as a whole: then
+// all siblings learn their places at once, since the next one to be asked would have to search as far.
 unsigned long Node4C::findChildNumber() const {
+  constexpr std::size_t farthest = 8;
   if (!parent_) return 0;
   ChildArrayC const& siblings = parent_->children_;
   std::size_t const count = siblings.size();
-  if (count == 0) return 0;
-  std::size_t up = slotHint_ < count ? slotHint_ : count - 1;
-  std::size_t down = up;
-  for (;;) {
-    if (siblings[up] == this) return slotHint_ = static_cast<std::uint32_t>(up);
-    if (siblings[down] == this) return slotHint_ = static_cast<std::uint32_t>(down);
-    if (up + 1 == count && down == 0) return 0;
-    if (up + 1 < count) ++up;
-    if (down > 0) --down;
+  std::size_t const hint = slotHint_;
+  if (hint < count && siblings[hint] == this) return hint;
+  for (std::size_t i = hint > farthest ? hint - farthest : 0; i < count && i <= hint + farthest; ++i) {
+    if (siblings[i] == this) return slotHint_ = static_cast<std::uint32_t>(i);
   }
+  for (std::size_t i = 0; i < count; ++i) {
+    if (siblings[i]) siblings[i]->slotHint_ = static_cast<std::uint32_t>(i);
+  }
+  return slotHint_ < count && siblings[slotHint_] == this ? slotHint_ : 0;
 }
 
 Node4C* Node4C::goLeft() const {
