@@ -13,6 +13,7 @@ packages_for() {
   case $1 in
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config' ;;
     tool) echo "$tool" ;;
+    desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
     test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev" ;;
     clang) echo 'clang++=clang' ;;
     tidy) echo 'clang++=clang clang-tidy=clang-tidy' ;;

@@ -230,6 +230,15 @@ void WidgetTest::keysThatAreOfNoUseGoToTheParent() {
   QVERIFY(!isTaken(Qt::Key_Up));
   QVERIFY(isTaken(Qt::Key_Down));
   QVERIFY(isTaken(Qt::Key_Left));
+  // A menu's letter is no text, AltGr's is.
+  QTest::keyClick(stage.edit, 'i', Qt::AltModifier);
+  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x,y)"));
+  QKeyEvent menu(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i"));
+  menu.ignore();
+  QApplication::sendEvent(stage.edit, &menu);
+  QVERIFY(!menu.isAccepted());
+  QTest::keyClick(stage.edit, '2', Qt::ControlModifier | Qt::AltModifier);
+  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x2,y)"));
   QVERIFY(!isTaken(Qt::Key_F5));
 }
 

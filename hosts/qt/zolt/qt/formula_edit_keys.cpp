@@ -82,11 +82,16 @@ std::optional<field::CommandE> commandOf(QKeyEvent const& event) {
 
 bool isTypedText(QKeyEvent const& event) {
   QString const text = event.text();
-  if (text.isEmpty()) return false;
-  Qt::KeyboardModifiers const shortcut = event.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-  // Both together are AltGr where the platform has no other way to say it.
-  if (shortcut & Qt::ControlModifier && !(shortcut & Qt::AltModifier)) return false;
-  return text.at(0).isPrint() || text.at(0).isSurrogate();
+  if (text.isEmpty() || !(text.at(0).isPrint() || text.at(0).isSurrogate())) return false;
+#ifdef Q_OS_MACOS
+  // Option is what other keyboards have AltGr for.
+  return !(event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+#else
+  // Ctrl and Alt together are AltGr where the platform has no other way to say it; each alone is for
+  // shortcuts.
+  bool const ctrl = event.modifiers() & Qt::ControlModifier, alt = event.modifiers() & Qt::AltModifier;
+  return ctrl == alt && !(event.modifiers() & Qt::MetaModifier);
+#endif
 }
 
 /// Commands that others make use of when the formula has none for them.
