@@ -1,0 +1,288 @@
+// How the work for one act of a person, or one call of a host, grows with the formula. Steps are counted, no
+// clock is read.
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <memory>
+
+#include "tests/growth/step_count.h"
+#include "tests/support/cases.h"
+#include "tests/support/operators.h"
+#include "tests/support/small_stack.h"
+#include "tests/support/view_stage.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/script_runner.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::tests {
+namespace {
+
+using namespace field;
+using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
+using surfaces::RecordingGraphicsC;
+
+constexpr unsigned long small_size = 1000;
+constexpr unsigned long large_size = 10000;
+constexpr unsigned long largest_size = 100000;
+
+// Ten times as much formula may take twelve times the work, and a logarithm: sorting counts as linear,
+// squares do not.
+constexpr unsigned long most_growth = 14;
+// Work that does not grow is not looked at closely.
+constexpr unsigned long negligible_steps = 20000;
+
+wstring repeat(unsigned long count, wstring const& text) {
+  wstring result;
+  for (unsigned long i = 0; i < count; ++i) result += text;
+  return result;
+}
+
+/// A formula of any size, in tree notation with the caret in its middle.
+struct ShapeS {
+  char const* name;
+  wstring (*make)(unsigned long size);
+};
+
+wstring row(wstring const& half, wstring const& middle, wstring const& otherHalf) {
+  return u"[" + half + middle + otherHalf + u"]";
+}
+
+/// `item` again and again, with `text` between, before and behind, where a number makes it whole.
+wstring rowOf(unsigned long size, wstring const& text, wstring const& item) {
+  wstring const quoted = u"\"" + text + u"\"";
+  return row(repeat(size / 2, quoted + u", " + item + u", "), u"\"" + text + u"\u20382" + text + u"\"",
+             repeat(size / 2 - 1, u", " + item + u", " + quoted) + u", " + item + u", \"" + text + u"1\"");
+}
+
+constexpr ShapeS shapes[] = {
+    {"text",
+     [](unsigned long n) {
+       return row({}, u"\"" + repeat(n / 4, u"a+") + u"\u2038" + repeat(n / 4, u"b+") + u"c\"", {});
+     }},
+    {"fractions", [](unsigned long n) { return rowOf(n, u"+", u"/<[\"a\"] ; [\"b\"]>"); }},
+    {"exponents", [](unsigned long n) { return rowOf(n, u"x", u"P[\"2\"]"); }},
+    {"brackets", [](unsigned long n) { return rowOf(n / 4, u"+", u"(, \"a\", )"); }},
+    {"nested brackets",
+     [](unsigned long n) {
+       return row(repeat(n / 4, u"\"\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"\""));
+     }},
+    {"open brackets",
+     [](unsigned long n) {
+       return row(u"\"\"" + repeat(n / 4, u", (, \"\""), u", (, \"a\u2038b\"",
+                  u", AC, \"\"" + repeat(n / 4, u", AC, \"\""));
+     }},
+    {"factorials",
+     [](unsigned long n) {
+       return row(repeat(n / 4, u"\"\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"!\""));
+     }},
+    {"signs",
+     [](unsigned long n) {
+       return row({}, u"\"" + repeat(n / 2, u"\u2212") + u"\u2038" + repeat(n / 2, u"\u2212") + u"x\"", {});
+     }},
+    {"exponents on groups",
+     [](unsigned long n) {
+       return row(repeat(n / 6, u"\"\", (, "), u"\"a\u2038b\"", repeat(n / 6, u", ), \"\", P[\"2\"], \"\""));
+     }},
+    {"calls",
+     [](unsigned long n) {
+       return row(repeat(n / 4, u"\"f\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"\""));
+     }},
+    {"names", [](unsigned long n) { return rowOf(n, u"alpha 2x", u"sqrt<[\"y\"]>"); }},
+};
+
+/// Something done to a field: a script, played as a person would, and painted after each step.
+struct ActS {
+  std::string name;
+  wstring before;  ///< to get ready; its work does not count
+  wstring script;
+};
+
+std::vector<ActS> allActs() {
+  std::vector<ActS> acts;
+  wstring const places[] = {u"", u"command formula-start", u"command formula-end"};
+  char const* const placeNames[] = {"in the middle", "at the start", "at the end"};
+  for (int i = 0; i < 3; ++i) {
+    for (wstring const script : {u"char x", u"char +", u"char (", u"char )", u"char !", u"op sqrt", u"op /",
+                                 u"op ^", u"op sin", u"key backspace", u"key delete",
+                                 u"paste prefix \"+(a,b)\"", u"insert \"((x+1)\"", u"char U+0020"}) {
+      acts.push_back({toUtf8(script) + " " + placeNames[i], places[i], script});
+    }
+  }
+  for (CommandS const& command : commands()) {
+    acts.push_back({"command " + toUtf8(command.name), u"", u"command " + command.name});
+  }
+  for (wstring const script : {u"char x", u"key backspace", u"op sqrt", u"op /", u"op ^", u"char (", u"copy",
+                               u"cut", u"op !", u"command grow-selection", u"command delete-left"}) {
+    acts.push_back({toUtf8(script) + " over everything", u"command select-all", script});
+    acts.push_back({toUtf8(script) + " over a half", u"command select-formula-end", script});
+  }
+  acts.push_back({"paste everything", u"command select-all copy", u"paste"});
+  acts.push_back({"paste everything behind it", u"command select-all copy command formula-end", u"paste"});
+  acts.push_back({"pointer", u"", u"pen down 50 3 pen move 200000 5 pen up"});
+  acts.push_back({"double click", u"", u"pen down 50 3 x2 pen up"});
+  acts.push_back({"undo", u"char x", u"undo"});
+  acts.push_back({"redo", u"char x undo", u"redo"});
+  return acts;
+}
+
+EventScriptT toScript(wstring const& text) {
+  EventScriptT script;
+  unsigned long position = 0;
+  EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text);
+  return script;
+}
+
+/// Something that a host asks for.
+struct CallS {
+  char const* name;
+  void (*call)(FormulaFieldC& field);
+};
+
+constexpr CallS calls[] = {
+    {"to an expression or its fault",
+     [](FormulaFieldC& field) {
+       FormulaErrorS error;
+       field.getExpression(&error);
+     }},
+    {"to plain text and back",
+     [](FormulaFieldC& field) {
+       auto const expression = field.getExpression();
+       if (!expression) return;
+       exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
+       exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
+     }},
+    {"shown again", [](FormulaFieldC& field) { field.setExpression(field.getExpression()); }},
+    {"to notation and back", [](FormulaFieldC& field) { field.setNotation(field.writeNotation()); }},
+    {"copied out",
+     [](FormulaFieldC& field) {
+       field.run(COMMAND_SELECT_ALL);
+       field.copy();
+     }},
+};
+
+struct CostS {
+  unsigned long act = 0;
+  unsigned long paint = 0;  ///< of what a host does after it
+};
+
+/// A field with a shape of some size in it, and what things cost there.
+class SubjectC {
+ public:
+  SubjectC(ShapeS const& shape, unsigned long size)
+      : field_((standardOperators(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))),
+        runner_(field_) {
+    EXPECT_TRUE(field_.setNotation(shape.make(size))) << shape.name;
+    notation_ = field_.writeNotation();
+    paint();
+  }
+
+  CostS cost(ActS const& act) {
+    play(act.before);
+    EventScriptT const script = toScript(act.script);
+    return cost([&](FormulaFieldC&) { runner_.run(script); });
+  }
+
+  template <class CallT>
+  CostS cost(CallT const& call) {
+    CostS cost;
+    unsigned long const start = countSteps();
+    call(field_);
+    cost.act = countSteps() - start;
+    paint();
+    cost.paint = countSteps() - start - cost.act;
+    // Back to the beginning, whatever was done.
+    if (field_.writeNotation() != notation_) {
+      EXPECT_TRUE(field_.setNotation(notation_));
+      paint();
+    }
+    return cost;
+  }
+
+ private:
+  void play(wstring const& script) {
+    for (ScriptStepS const& step : toScript(script)) {
+      runner_.run(step);
+      paint();
+    }
+  }
+  void paint() {
+    field_.refView().display(0, 0);
+    field_.getCaretRectangle();
+    field_.getSelectionRectangles();
+  }
+
+  FormulaFieldC field_;
+  ScriptRunnerC runner_;
+  wstring notation_;
+};
+
+bool isLinear(unsigned long small, unsigned long large) {
+  return large <= most_growth * small + negligible_steps;
+}
+
+void expectGrowth(std::string const& what, CostS const& small, CostS const& large) {
+  if (std::getenv("ZOLT_GROWTH_TABLE")) {
+    std::printf("%-70s %10lu %10lu %10lu %10lu\n", what.c_str(), small.act, large.act, small.paint,
+                large.paint);
+  }
+  EXPECT_TRUE(isLinear(small.act, large.act)) << what << ": from " << small.act << " to " << large.act;
+  EXPECT_TRUE(isLinear(small.paint, large.paint))
+      << what << ", painting: from " << small.paint << " to " << large.paint;
+}
+
+class Growth : public testing::TestWithParam<ShapeS> {};
+
+TEST_P(Growth, OfEveryAct) {
+  SubjectC small(GetParam(), small_size);
+  SubjectC large(GetParam(), large_size);
+  for (ActS const& act : allActs()) {
+    expectGrowth(std::string(GetParam().name) + ": " + act.name, small.cost(act), large.cost(act));
+  }
+}
+
+TEST_P(Growth, OfEveryCall) {
+  SubjectC small(GetParam(), small_size);
+  SubjectC large(GetParam(), large_size);
+  for (CallS const& call : calls) {
+    expectGrowth(std::string(GetParam().name) + ": " + call.name, small.cost(call.call),
+                 large.cost(call.call));
+  }
+}
+
+// The largest formulas, with what is done to them most.
+TEST_P(Growth, ToAHundredThousandItems) {
+  SubjectC large(GetParam(), large_size);
+  SubjectC largest(GetParam(), largest_size);
+  ActS const acts[] = {{"typing", u"", u"char x"},
+                       {"deleting", u"", u"key backspace"},
+                       {"pasting", u"command select-formula-end copy", u"paste"},
+                       {"balancing", u"", u"char ( char ("},
+                       {"cutting", u"command select-formula-end", u"cut"}};
+  for (ActS const& act : acts) {
+    expectGrowth(std::string(GetParam().name) + ": " + act.name, large.cost(act), largest.cost(act));
+  }
+  for (CallS const& call : calls) {
+    expectGrowth(std::string(GetParam().name) + ": " + call.name, large.cost(call.call),
+                 largest.cost(call.call));
+  }
+}
+
+// Where the caret goes next does not depend on what is far away.
+TEST_P(Growth, OfNoCaretMove) {
+  SubjectC large(GetParam(), large_size);
+  for (wstring const script : {u"left", u"right", u"up", u"down", u"word-left", u"word-right", u"home",
+                               u"end", u"select-left", u"select-right", u"select-end", u"select-all"}) {
+    EXPECT_LT(large.cost(ActS{"", u"", u"command " + script}).act, 3000u) << toUtf8(script);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, Growth, testing::ValuesIn(shapes), [](auto const& one) {
+  std::string name = one.param.name;
+  for (char& c : name) c = c == ' ' ? '_' : c;
+  return name;
+});
+
+}  // namespace
+}  // namespace zolt::tests
