@@ -85,7 +85,13 @@ void MainWindow::connectView() {
   connect(view_, &SheetView::zoomRequested, this,
           [this](int steps) { setZoom(view_->zoom() * std::pow(zoom_step, steps)); });
   connect(palette_, &PaletteDock::picked, this, &MainWindow::pick);
-  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, &MainWindow::updateActions);
+  // Asked for when it changes only: the answer may come from another program.
+  auto const lookAtClipboard = [this] {
+    mayPaste_ = qt::FormulaMimeData::canRead(QGuiApplication::clipboard()->mimeData());
+    updateActions();
+  };
+  connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, lookAtClipboard);
+  lookAtClipboard();
 }
 
 // ---- Status line ------------------------------------------------------------------------------------------
@@ -142,7 +148,7 @@ void MainWindow::updateActions() {
   };
   enable("cut", selected);
   enable("copy", selected || !formula);
-  enable("paste", qt::FormulaMimeData::canRead(QGuiApplication::clipboard()->mimeData()));
+  enable("paste", mayPaste_);
   enable("clear", formula && !formula->isEmpty());
   enable("check", formula && !formula->isEmpty());
   for (char const* const name : {"copy-text", "copy-prefix", "copy-picture", "export-formula", "grow"}) {

@@ -117,6 +117,7 @@ class MainWindow final : public QMainWindow {
   QString path_;
   Appearance appearance_ = Appearance::System;
   bool decimalComma_ = false;
+  bool mayPaste_ = false;
 };
 
 }  // namespace zolt::desktop

@@ -58,8 +58,12 @@ void SheetRow::makeFormula(SheetLine const& line) {
   stateTimer_->setSingleShot(true);
   stateTimer_->setInterval(state_delay);
   connect(stateTimer_, &QTimer::timeout, this, &SheetRow::updateState);
-  connect(formula_, &FormulaEdit::expressionChanged, stateTimer_, qOverload<>(&QTimer::start));
-  stateTimer_->start();
+  connect(formula_, &FormulaEdit::expressionChanged, this, [this] {
+    line_.reset();
+    stateTimer_->start();
+  });
+  line_ = line;
+  incomplete_ = line.prefix.isEmpty() && !line.tree.isEmpty();
 }
 
 void SheetRow::makeText(SheetLine const& line) {
@@ -79,8 +83,9 @@ QWidget* SheetRow::editor() const {
 }
 
 SheetLine SheetRow::line() const {
-  if (formula_) return makeFormulaLine(formula_->prefix(), formula_->tree());
-  return {kind_, text_->text(), {}, {}};
+  if (!formula_) return {kind_, text_->text(), {}, {}};
+  if (!line_) line_ = makeFormulaLine(formula_->prefix(), formula_->tree());
+  return *line_;
 }
 
 bool SheetRow::isEmpty() const { return formula_ ? formula_->isEmpty() : text_->text().isEmpty(); }

@@ -2,6 +2,7 @@
 
 #include <QPoint>
 #include <QWidget>
+#include <optional>
 
 #include "hosts/qt/desktop/sheet.h"
 
@@ -59,6 +60,7 @@ class SheetRow final : public QWidget {
   void updateFont();
 
   LineKind kind_;
+  mutable std::optional<SheetLine> line_;  // of a formula, until it changes
   qt::FormulaEdit* formula_ = nullptr;
   QLineEdit* text_ = nullptr;
   QTimer* stateTimer_ = nullptr;

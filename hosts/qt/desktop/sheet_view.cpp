@@ -56,7 +56,8 @@ SheetView::~SheetView() {
 }
 
 void SheetView::setSheet(Sheet const& sheet) {
-  page_->setUpdatesEnabled(false);
+  // Shown one by one, each row would have all of them laid out again.
+  page_->hide();
   history_.clear();
   current_ = nullptr;
   QList<SheetRow*> const before = std::exchange(rows_, {});
@@ -65,11 +66,12 @@ void SheetView::setSheet(Sheet const& sheet) {
   for (SheetLine const& line : lines) {
     SheetRow* const row = makeRow(line);
     layout_->insertWidget(int(rows_.size()), row);
+    row->show();
     rows_.push_back(row);
   }
   renumber();
   setCurrent(rows_.front());
-  page_->setUpdatesEnabled(true);
+  page_->show();
   verticalScrollBar()->setValue(0);
 }
 

@@ -1,6 +1,7 @@
 #include <QEvent>
 #include <QGuiApplication>
 #include <QLinearGradient>
+#include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
@@ -21,7 +22,7 @@ namespace {
 constexpr int side_margin = 6;
 constexpr int top_margin = 4;
 constexpr int reveal_margin = 12;  // what is shown beyond the caret when it scrolls into sight
-constexpr int edge_width = 18;
+constexpr int edge_width = 28;
 
 constexpr float band_opacity = 0.30F;
 constexpr QRgb fault_colour = 0xffe04848;
@@ -216,7 +217,7 @@ void FormulaEdit::StateS::paintEdges(QPainter& painter) {
   if (hidden > side_margin) fade(area.right() + 1, area.right() + 1 - edge_width);
 }
 
-void FormulaEdit::paintEvent(QPaintEvent*) {
+void FormulaEdit::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   if (state_->frame) {
     QStyleOptionFrame option;
@@ -229,7 +230,7 @@ void FormulaEdit::paintEvent(QPaintEvent*) {
   } else if (autoFillBackground() || backgroundRole() != QPalette::NoRole) {
     painter.fillRect(contentsRect(), palette().brush(backgroundRole()));
   }
-  painter.setClipRect(state_->viewport());
+  painter.setClipRect(state_->viewport() & event->rect());
   if (!state_->graphics) {
     painter.setPen(palette().color(QPalette::PlaceholderText));
     painter.drawText(state_->viewport(), Qt::AlignCenter | Qt::TextWordWrap, state_->fontError);

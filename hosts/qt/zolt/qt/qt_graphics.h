@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QRectF>
 #include <functional>
 #include <memory>
 
@@ -28,7 +29,8 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
   /// Called when the view on this surface wants to be painted again; must not paint from inside the call.
   void onInvalidate(std::function<void()> handler) { invalidated_ = std::move(handler); }
 
-  /// Draws with `painter` in `colour` until `end`; whatever is drawn at other times is lost.
+  /// Draws with `painter` in `colour` until `end`; whatever is drawn at other times is lost. The painter's
+  /// clipping, as it is now, saves work: clip when much of a formula is out of sight.
   void begin(QPainter& painter, QColor const& colour, PaintTargetE target = PAINT_PIXELS);
   void end();
 
@@ -42,11 +44,13 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
 
  private:
   QColor inkColour(surfaces::InkE ink) const;
+  bool isVisible(QRectF const& box) const { return seen_.isNull() || seen_.intersects(box); }
 
   std::shared_ptr<FormulaFonts> fonts_;
   std::function<void()> invalidated_;
   QPainter* painter_ = nullptr;
   QColor colour_;
+  QRectF seen_;  // what the painter's clipping leaves, null when it leaves all
   PaintTargetE target_ = PAINT_PIXELS;
 };
 
