@@ -1,5 +1,8 @@
 #include "zolt/ved/tree/tree_notation.h"
 
+#include <string_view>
+
+#include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
@@ -118,8 +121,8 @@ class NotationReaderC {
   bool read(TreeNotationS& tree) {
     tree_.root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 0);
     skipBlanks();
-    if (!take(u'[')) return false;
-    Node4C* node = begin(*tree_.root, NODE4_LINE);
+    Node4C* node = beginRow(*tree_.root);
+    if (!node) return false;
     while (node != tree_.root.get()) {
       skipBlanks();
       if (!(node->getType() == NODE4_OPERATOR ? readRow(node) : readItem(node))) return false;
@@ -138,8 +141,9 @@ class NotationReaderC {
     ++position_;
     return true;
   }
-  bool take(wstring const& word) {
-    if (text_.compare(position_, word.size(), word) != 0) return false;
+  bool isNext(std::u16string_view word) const { return text_.compare(position_, word.size(), word) == 0; }
+  bool take(std::u16string_view word) {
+    if (!isNext(word)) return false;
     position_ += word.size();
     return true;
   }
@@ -154,9 +158,24 @@ class NotationReaderC {
     return node;
   }
 
+  /// Null when no row starts here, or one too deep.
+  Node4C* beginRow(Node4C& parent) {
+    if (rows_ == limits::max_nested_rows || !take(u'[')) return nullptr;
+    ++rows_;
+    return begin(parent, NODE4_LINE);
+  }
+
+  /// Goes on in a new row of `parent`.
+  bool enterRow(Node4C*& node, Node4C& parent) {
+    Node4C* const row = beginRow(parent);
+    if (row) node = row;
+    return row != nullptr;
+  }
+
   // Inside a row: the next item, or the row's end, which also ends the exponent around it.
   bool readItem(Node4C*& row) {
     if (take(u']')) {
+      --rows_;
       row = row->getParent();
       if (row->getType() == NODE4_POWER) row = row->getParent();
       return true;
@@ -168,14 +187,11 @@ class NotationReaderC {
     if (take(u')')) return begin(*row, NODE4_CLOSE) != nullptr;
     if (take(u"AO")) return begin(*row, NODE4_AUTO_OPEN) != nullptr;
     if (take(u"AC")) return begin(*row, NODE4_AUTO_CLOSE) != nullptr;
-    if (take(u"P[")) {
-      row = begin(*begin(*row, NODE4_POWER), NODE4_LINE);
-      return true;
+    if (isNext(u"P[")) {
+      ++position_;
+      return enterRow(row, *begin(*row, NODE4_POWER));
     }
-    if (take(u'[')) {
-      row = begin(*row, NODE4_LINE);
-      return true;
-    }
+    if (isNext(u"[")) return enterRow(row, *row);
     std::size_t const end = text_.find(u'<', position_);
     if (end == wstring::npos) return false;
     PointerTC<OperatorBC> const op = operators_.lookup(text_.substr(position_, end - position_));
@@ -195,9 +211,7 @@ class NotationReaderC {
     }
     if (construct->numChildren() > 0 && !take(u';')) return false;
     skipBlanks();
-    if (!take(u'[')) return false;
-    construct = begin(*construct, NODE4_LINE);
-    return true;
+    return enterRow(construct, *construct);
   }
 
   bool readText(Node4C& node) {
@@ -248,6 +262,7 @@ class NotationReaderC {
   OperatorListC const& operators_;
   TreeNotationS tree_;
   unsigned long position_ = 0;
+  unsigned long rows_ = 0;  // that have begun and not ended
 };
 
 }  // namespace

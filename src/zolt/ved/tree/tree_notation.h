@@ -29,7 +29,8 @@ wstring writeTreeNotation(Node4C const& node, Node4C const* caretNode = nullptr,
                           Node4C const* anchorNode = nullptr, unsigned int anchorPos = 0);
 
 /// Reads that notation into a tree, exactly as written: nothing is normalised. On failure false, with `tree`
-/// untouched and `position` at the character that could not be read. Constructs are looked up by name.
+/// untouched and `position` at the character that could not be read: also the start of a row that nests
+/// deeper than `limits` allow. Constructs are looked up by name.
 bool readTreeNotation(wstring const& text, OperatorListC const& operators, TreeNotationS& tree,
                       unsigned long& position);
 
