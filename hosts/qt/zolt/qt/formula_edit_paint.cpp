@@ -248,7 +248,13 @@ void FormulaEdit::paintEvent(QPaintEvent* event) {
     painter.translate(at);
     painter.scale(state_->zoom, state_->zoom);
     state_->graphics->begin(painter, palette().color(QPalette::Text));
-    state_->field->crefView().display(0, 0);
+    math::ved::ViewZNT4C const& view = state_->field->crefView();
+    if (hasFocus()) {
+      view.display(0, 0);
+    } else {
+      // Nobody is about to type: the empty place at the caret shows, too.
+      view.crefRoot().display(view.crefGraphics(), 0, 0, &view.crefRoot());
+    }
     state_->graphics->end();
     painter.restore();
   }

@@ -50,11 +50,14 @@ QSize FormulaPicture::size() const {
 
 void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
                            PaintTargetE target) const {
+  field_->refView().getExpressionSize();  // lays out
   painter.save();
   painter.translate(topLeft);
   painter.scale(zoom, zoom);
   graphics_->begin(painter, colour, target);
-  field_->crefView().display(0, 0);
+  // Without a caret, every empty place shows.
+  math::ved::Node4C const& root = field_->crefView().crefRoot();
+  root.display(field_->crefView().crefGraphics(), 0, 0, &root);
   graphics_->end();
   painter.restore();
 }
