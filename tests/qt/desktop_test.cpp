@@ -163,8 +163,8 @@ void DesktopTest::badFilesSayWhy_data() {
   add("behind the end", "zolt-sheet 1\nend 0\nformula a\n", 3);
   add("not UTF-8", "zolt-sheet 1\ntext \xff\xfe\nend 1\n", 0);
   add("too many lines",
-      "zolt-sheet 1\n" + QByteArray("formula\n").repeated(int(max_sheet_lines) + 1) + "end 5001\n",
-      int(max_sheet_lines) + 2);
+      "zolt-sheet 1\n" + QByteArray("formula\n").repeated(int(field::max_sheet_lines) + 1) + "end 20001\n",
+      int(field::max_sheet_lines) + 2);
   add("too large", QByteArray(int(max_sheet_bytes) + 1, ' '), 0);
   add("nested too deep",
       "zolt-sheet 1\nformula\ntree " + QByteArray("[\"\", sqrt<").repeated(5000) + "\nend 1\n", 3);

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "hosts/qt/desktop/sheet.h"
+#include "zolt/field/sheet_text.h"
 
 namespace zolt::desktop {
 
@@ -14,8 +15,7 @@ namespace zolt::desktop {
 constexpr char sheet_suffix[] = "zved";
 
 /// What a file may hold at most; more is refused before it takes memory.
-constexpr qint64 max_sheet_bytes = 16 << 20;
-constexpr qsizetype max_sheet_lines = 5000;
+constexpr qint64 max_sheet_bytes = field::max_sheet_characters;
 
 /// Nothing, with `error` naming the line and what is wrong with it, when the bytes are no sheet.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);

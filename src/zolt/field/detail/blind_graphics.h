@@ -1,0 +1,30 @@
+#pragma once
+
+#include "zolt/ved/geometry/graphics.h"
+
+namespace zolt::field::detail {
+
+/// A surface on which everything has no size, for formulas that nobody looks at.
+class BlindGraphicsC final : public math::ved::GraphicsABC {
+ public:
+  ~BlindGraphicsC() override;
+
+  void invalidate() const override {}
+  void getTextExtent(oss::wstring const&, long& width, long& height, long& midHeight) const override {
+    width = height = midHeight = 0;
+  }
+  long getTextWidth(oss::wstring const&) const override { return 0; }
+  long getTextHeight(oss::wstring const&) const override { return 0; }
+  long getTextMidHeight(oss::wstring const&) const override { return 0; }
+  long getMetric(long) const override { return 0; }
+  void drawText(oss::wstring const&, long, long) const override {}
+  void drawLine(long, long, long, long) const override {}
+  void drawHorizontalLine(long, long, long) const override {}
+  void drawVerticalLine(long, long, long) const override {}
+  void drawOpenBracket(long, long, long, bool) const override {}
+  void drawCloseBracket(long, long, long, bool) const override {}
+  void drawBracketPair(long, long, long, long, bool) const override {}
+  void selectFont(unsigned long) const override {}
+};
+
+}  // namespace zolt::field::detail

@@ -1,0 +1,252 @@
+#include "zolt/field/sheet_text.h"
+
+#include <string_view>
+#include <utility>
+
+#include "zolt/field/detail/blind_graphics.h"
+#include "zolt/field/formula_field.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::field {
+
+namespace detail {
+
+BlindGraphicsC::~BlindGraphicsC() = default;
+
+}  // namespace detail
+
+namespace {
+
+using math::algexpr::AlgebraicExpressionC;
+using TextViewT = std::u16string_view;
+
+constexpr TextViewT magic = u"zolt-sheet";
+constexpr unsigned long version = 1;
+constexpr unsigned long no_number = ~0ul;
+
+/// Tries formulas before anybody shows them.
+class FormulaTrialC {
+ public:
+  FormulaTrialC() : field_(new detail::BlindGraphicsC) {}
+
+  bool show(wstring const& prefix) {
+    auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
+    if (!expression) return false;
+    field_.setExpression(std::move(expression));
+    return true;
+  }
+  bool showTree(wstring const& tree) {
+    field_.setExpression(nullptr);  // with what was tried before, its history goes
+    return field_.setNotation(tree);
+  }
+
+  wstring tree() const { return writeTreeNotation(field_.crefView().crefRoot()); }
+  wstring prefix() {
+    auto const expression = field_.getExpression();
+    return expression ? expression->toPrefixString() : wstring();
+  }
+
+ private:
+  FormulaFieldC field_;
+};
+
+unsigned long toNumber(TextViewT digits) {
+  unsigned long number = 0;
+  if (digits.empty() || digits.size() > 9) return no_number;
+  for (char16_t const c : digits) {
+    if (c < u'0' || c > u'9') return no_number;
+    number = 10 * number + (c - u'0');
+  }
+  return number;
+}
+
+wstring toText(unsigned long number) {
+  wstring digits;
+  do digits.insert(digits.begin(), char16_t(u'0' + number % 10));
+  while (number /= 10);
+  return digits;
+}
+
+class SheetReaderC {
+ public:
+  SheetReaderC(TextViewT text, bool salvages) : rest_(text), salvages_(salvages) {}
+
+  bool read() {
+    if (rest_.size() > max_sheet_characters) return fail(SHEET_ERROR_TOO_LARGE);
+    if (!takeLine() || !readHeader()) return false;
+    while (takeLine()) {
+      if (readLine()) continue;
+      if (!salvages_) return false;
+      if (sheet_.size() == max_sheet_lines) return false;
+      sheet_.push_back({SHEET_TEXT, wstring(line_), {}, {}});
+    }
+    return ended_ || salvages_ || fail(SHEET_ERROR_NO_END);
+  }
+
+  SheetT& refSheet() { return sheet_; }
+  SheetErrorS const& error() const { return error_; }
+
+ private:
+  bool fail(SheetErrorE cause) {
+    error_ = {cause, number_};
+    return false;
+  }
+
+  /// The empty text has one line; a line end at the end starts no other.
+  bool takeLine() {
+    if (number_ > 0 && rest_.empty()) return false;
+    std::size_t const end = rest_.find(u'\n');
+    line_ = rest_.substr(0, end);
+    rest_ = end == TextViewT::npos ? TextViewT() : rest_.substr(end + 1);
+    if (end != TextViewT::npos && !line_.empty() && line_.back() == u'\r') line_.remove_suffix(1);
+    ++number_;
+    return true;
+  }
+
+  bool readHeader() {
+    std::size_t const blank = line_.find(u' ');
+    if (line_.substr(0, blank) != magic) return fail(SHEET_ERROR_NO_SHEET);
+    unsigned long const written = blank == TextViewT::npos ? no_number : toNumber(line_.substr(blank + 1));
+    if (written == no_number || written < version) return fail(SHEET_ERROR_BAD_VERSION);
+    return written == version || fail(SHEET_ERROR_NEWER_VERSION);
+  }
+
+  bool readLine() {
+    if (ended_) return line_.empty() || fail(SHEET_ERROR_BEHIND_END);
+    std::size_t const blank = line_.find(u' ');
+    TextViewT const word = line_.substr(0, blank);
+    wstring const rest(blank == TextViewT::npos ? TextViewT() : line_.substr(blank + 1));
+    if (word == u"end") return readEnd(rest);
+    if (word == u"tree") return readTree(rest);
+    if (sheet_.size() == max_sheet_lines) return fail(SHEET_ERROR_TOO_MANY_LINES);
+    if (word == u"formula") {
+      if (!rest.empty() && !AlgebraicExpressionC::fromPrefixString(rest)) {
+        return fail(SHEET_ERROR_BAD_EXPRESSION);
+      }
+      sheet_.push_back({SHEET_FORMULA, {}, rest, {}});
+    } else if (word == u"text" || word == u"heading") {
+      sheet_.push_back({word == u"text" ? SHEET_TEXT : SHEET_HEADING, rest, {}, {}});
+    } else {
+      return fail(SHEET_ERROR_UNKNOWN_WORD);
+    }
+    return true;
+  }
+
+  bool readTree(wstring const& tree) {
+    if (sheet_.empty() || sheet_.back().kind != SHEET_FORMULA || !sheet_.back().tree.empty()) {
+      return fail(SHEET_ERROR_STRAY_TREE);
+    }
+    if (!trial_.showTree(tree)) return fail(SHEET_ERROR_BAD_TREE);
+    // Somebody may have changed the expression by hand.
+    wstring const& prefix = sheet_.back().prefix;
+    if (prefix.empty() || prefix == trial_.prefix()) sheet_.back().tree = tree;
+    return true;
+  }
+
+  bool readEnd(TextViewT count) {
+    // Of a damaged sheet the number tells nothing.
+    ended_ = salvages_ || toNumber(count) == sheet_.size();
+    return ended_ || fail(SHEET_ERROR_WRONG_COUNT);
+  }
+
+  TextViewT rest_;
+  TextViewT line_;
+  unsigned long number_ = 0;
+  bool const salvages_;
+  bool ended_ = false;
+  SheetT sheet_;
+  SheetErrorS error_;
+  FormulaTrialC trial_;
+};
+
+void appendLine(wstring& text, TextViewT word, wstring const& rest) {
+  text += word;
+  text += u' ';
+  for (char16_t const c : rest) text += c == u'\n' || c == u'\r' ? u' ' : c;
+  text += u'\n';
+}
+
+wstring describe(SheetErrorE cause) {
+  switch (cause) {
+    case SHEET_ERROR_NONE:
+      break;
+    case SHEET_ERROR_TOO_LARGE:
+      return u"this is too large for a sheet";
+    case SHEET_ERROR_NO_SHEET:
+      return u"this is no sheet: it does not start with \"zolt-sheet\"";
+    case SHEET_ERROR_BAD_VERSION:
+      return u"the version cannot be read";
+    case SHEET_ERROR_NEWER_VERSION:
+      return u"the sheet was written by a newer program";
+    case SHEET_ERROR_UNKNOWN_WORD:
+      return u"its first word means nothing in a sheet";
+    case SHEET_ERROR_BAD_EXPRESSION:
+      return u"the expression cannot be read";
+    case SHEET_ERROR_BAD_TREE:
+      return u"the formula cannot be read";
+    case SHEET_ERROR_STRAY_TREE:
+      return u"\"tree\" stands behind no formula";
+    case SHEET_ERROR_TOO_MANY_LINES:
+      return u"a sheet has " + toText(max_sheet_lines) + u" lines at most";
+    case SHEET_ERROR_WRONG_COUNT:
+      return u"the sheet has another number of lines than it says";
+    case SHEET_ERROR_NO_END:
+      return u"the sheet ends too early; its last line, \"end\", is missing";
+    case SHEET_ERROR_BEHIND_END:
+      return u"there is something behind the end";
+  }
+  return u"this cannot be read";
+}
+
+}  // namespace
+
+wstring describe(SheetErrorS const& error) {
+  wstring why = describe(error.cause);
+  if (error.line > 0) return u"Line " + toText(error.line) + u": " + why;
+  why[0] = static_cast<char16_t>(why[0] - u'a' + u'A');
+  return why;
+}
+
+bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
+  SheetReaderC reader(text, false);
+  if (!reader.read()) {
+    error = reader.error();
+    return false;
+  }
+  sheet = std::move(reader.refSheet());
+  return true;
+}
+
+bool salvageSheet(wstring const& text, SheetT& sheet) {
+  SheetReaderC reader(text, true);
+  if (!reader.read()) return false;
+  sheet = std::move(reader.refSheet());
+  return true;
+}
+
+wstring writeSheet(SheetT const& sheet) {
+  wstring text(magic);
+  text += u' ' + toText(version) + u'\n';
+  for (SheetLineS const& line : sheet) {
+    if (line.kind == SHEET_FORMULA) {
+      if (line.prefix.empty()) {
+        text += u"formula\n";
+      } else {
+        appendLine(text, u"formula", line.prefix);
+      }
+      if (!line.tree.empty()) appendLine(text, u"tree", line.tree);
+    } else {
+      appendLine(text, line.kind == SHEET_TEXT ? u"text" : u"heading", line.text);
+    }
+  }
+  text += u"end " + toText(static_cast<unsigned long>(sheet.size())) + u'\n';
+  return text;
+}
+
+SheetLineS makeFormulaLine(wstring const& prefix, wstring const& tree) {
+  FormulaTrialC trial;
+  bool const tellsAll = (prefix.empty() || trial.show(prefix)) && trial.tree() == tree;
+  return {SHEET_FORMULA, {}, prefix, tellsAll ? wstring() : tree};
+}
+
+}  // namespace zolt::field
