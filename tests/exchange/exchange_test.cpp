@@ -1,21 +1,19 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <utf8.h>
 
 #include <algorithm>
 #include <fstream>
-#include <functional>
 #include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "tests/support/operators.h"
+#include "tests/support/small_stack.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/catalogue/standard_operators.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::exchange {
@@ -37,28 +35,6 @@ wstring repeated(unsigned long count, wstring const& text) {
   return result;
 }
 
-/// Runs `work` on a thread with a stack of 1 MiB.
-void onSmallStack(std::function<void()> work) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 1u << 20));
-  pthread_t thread;
-  auto const run = [](void* function) -> void* {
-    (*static_cast<std::function<void()>*>(function))();
-    return nullptr;
-  };
-  ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
-PointerTC<math::ved::OperatorListC> standardOperators() {
-  PointerTC<math::ved::OperatorListC> const operators =
-      math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
-  if (operators->crefByName().empty()) catalogue::registerStandardOperators(*operators);
-  return operators;
-}
-
 /// The node without the brackets that change nothing.
 NodeT withoutBrackets(NodeT const& node) {
   math::algexpr::ParentNodeABC const* const parent = node->asParent();
@@ -77,14 +53,14 @@ std::string prefixWithoutBrackets(AlgebraicExpressionC const& expression) {
 
 /// Through the formula on the screen and back.
 ExpressionT shownAndRead(ExpressionT const& expression) {
-  standardOperators();
+  tests::standardOperators();
   std::unique_ptr<math::ved::Node4C> const tree(
       math::ved::Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
   return tree->getAlgebraicExpression(nullptr);
 }
 
 TEST(PlainText, EveryStandardOperatorHasAForm) {
-  for (auto const& [name, op] : standardOperators()->crefByName()) {
+  for (auto const& [name, op] : tests::standardOperators().crefByName()) {
     NodeT node = makeNamed(name);
     if (op->getArity() > 0) {
       std::vector<NodeT> arguments;
@@ -281,7 +257,7 @@ TEST(PlainText, LengthAndDepth) {
       repeated(depth, u"sin x "),       repeated(depth, u"[") + u"a" + repeated(depth, u"]"),
       u"sin " + repeated(depth, u"a "),
   };
-  onSmallStack([&] {
+  tests::onSmallStack([&] {
     for (wstring const& text : canonical) {
       ExpressionT const expression = fromPlainText(text, nullptr);
       ASSERT_TRUE(expression) << shown(text.substr(0, 20));

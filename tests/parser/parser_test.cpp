@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <utf8.h>
 
 #include <fstream>
-#include <functional>
 #include <map>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "tests/support/small_stack.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/operators/operator_binary_infix.h"
@@ -111,21 +110,6 @@ class ParserTest : public testing::Test {
   }
 };
 
-/// Runs `work` on a thread with a stack of 1 MiB.
-void onSmallStack(std::function<void()> work) {
-  pthread_attr_t attributes;
-  pthread_attr_init(&attributes);
-  ASSERT_EQ(0, pthread_attr_setstacksize(&attributes, 1u << 20));
-  pthread_t thread;
-  auto const run = [](void* function) -> void* {
-    (*static_cast<std::function<void()>*>(function))();
-    return nullptr;
-  };
-  ASSERT_EQ(0, pthread_create(&thread, &attributes, run, &work));
-  pthread_join(thread, nullptr);
-  pthread_attr_destroy(&attributes);
-}
-
 TEST_F(ParserTest, Tokens) {
   static char const* const kinds[] = {
       "end",         "name",    "word",           "number", "pi",         "open",     "close",    "comma",
@@ -221,7 +205,7 @@ TEST_F(ParserTest, LengthAndDepth) {
       {u"f(a" + repeated(depth, u",b") + u")", 4 + depth * 2},
       {repeated(terms, u"x.....") + u"+1", 6 * terms + 5},
   };
-  onSmallStack([&] {
+  tests::onSmallStack([&] {
     for (LongS const& one : texts) {
       wstring prefix;
       unsigned int start = 0;

@@ -1,6 +1,14 @@
 #include "tests/support/small_stack.h"
 
 #include <gtest/gtest.h>
+
+#ifdef __EMSCRIPTEN__
+
+// The only thread there is was linked with the small stack.
+void zolt::tests::onSmallStack(std::function<void()> work) { work(); }
+
+#else
+
 #include <pthread.h>
 
 namespace zolt::tests {
@@ -33,3 +41,5 @@ void onSmallStack(std::function<void()> work) {
 }
 
 }  // namespace zolt::tests
+
+#endif
