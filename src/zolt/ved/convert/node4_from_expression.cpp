@@ -1,3 +1,4 @@
+#include <memory>
 #include <set>
 #include <vector>
 
@@ -44,36 +45,44 @@ std::set<algexpr::NodeABC const*> findTooDeep(algexpr::NodeABC const& top, Opera
   return tooDeep;
 }
 
-Node4C* buildRow(algexpr::AlgebraicExpressionC const& expression, unsigned long precision,
-                 algexpr::NumberDisplayFormatE format) {
+using NodeT = std::unique_ptr<Node4C>;
+
+NodeT toRow(NodeT node) {
+  NodeT row(node->inLine());
+  node.release();
+  return row;
+}
+
+NodeT buildRow(algexpr::AlgebraicExpressionC const& expression, unsigned long precision,
+               algexpr::NumberDisplayFormatE format) {
   auto const operators = OperatorListRepositoryC::lookup(expression.getCASEngine());
   AlgebraicToNode4VisitorC builder(operators, precision, format, nullptr);
   expression.accept(builder);
-  Node4C* const result = builder.takeResult();
-  if (builder.getRowDepth() <= max_row_depth) return result->inLine();
+  NodeT result(builder.takeResult());
+  if (builder.getRowDepth() <= max_row_depth) return toRow(std::move(result));
 
-  delete result;
+  result.reset();
   auto const tooDeep = findTooDeep(*expression.getNode(), *operators);
   AlgebraicToNode4VisitorC bounded(operators, precision, format, &tooDeep);
   expression.accept(bounded);
-  return bounded.takeResult()->inLine();
+  return toRow(NodeT(bounded.takeResult()));
 }
 
 }  // namespace
 
 Node4C* Node4C::fromAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> const& expression,
                                         unsigned long precision, algexpr::NumberDisplayFormatE format) {
-  auto* root = new Node4C(NODE4_ROOT, nullptr, wstring(), 1);
+  auto root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 1);
   if (!expression || !expression->getNode()) {
-    root->setChild(0, (new Node4C(NODE4_TEXT, nullptr, wstring(), 0))->inLine());
-    return root;
+    root->setChild(0, toRow(std::make_unique<Node4C>(NODE4_TEXT, nullptr, wstring(), 0)).release());
+    return root.release();
   }
-  root->setChild(0, buildRow(*expression, precision, format));
+  root->setChild(0, buildRow(*expression, precision, format).release());
 
   Node4C* noNode = nullptr;
   unsigned noPos = 0;
   root->checkTree(noNode, noPos, noNode, noPos);
-  return root;
+  return root.release();
 }
 
 }  // namespace zolt::math::ved

@@ -1,56 +1,49 @@
 #include "zolt/ved/operators/call_row.h"
 
-#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/operators/detail/operands.h"
 
 namespace zolt::math::ved {
 
+using namespace detail;
+
 namespace {
 
-Node4C* makeItem(Node4TypeE type, wstring const& text) { return new Node4C(type, nullptr, text, 0); }
-
-void insertOperand(Node4C& row, unsigned long i, Node4C* operand) {
+void insertOperand(Node4C& row, unsigned long i, NodeT operand) {
   if (operand->getType() == NODE4_LINE) {
-    row.spliceChildren(i, operand);
+    row.spliceChildren(i, operand.release());
   } else {
-    row.insertChild(i, operand);
+    row.insertChild(i, operand.release());
   }
 }
-
-void append(Node4C& row, Node4C* item) { row.insertChild(row.numChildren(), item); }
 
 }  // namespace
 
 Node4C* makeCallRow(wstring const& name, unsigned long numArguments, ConversionStackT& stack) {
-  std::vector<Node4C*> arguments(numArguments, nullptr);
-  for (unsigned long i = numArguments; i-- > 0 && !stack.empty();) {
-    arguments[i] = stack.top().first;
-    stack.pop();
-  }
+  std::vector<NodeT> arguments(numArguments);
+  for (unsigned long i = numArguments; i-- > 0;) arguments[i] = popOperand(stack).first;
   unsigned long largest = 0;
   for (unsigned long i = 0; i < numArguments; ++i) {
-    if (!arguments[i]) arguments[i] = makeItem(NODE4_TEXT, wstring());
     if (arguments[i]->numChildren() > arguments[largest]->numChildren()) largest = i;
   }
 
-  Node4C* row = nullptr;
-  if (numArguments > 0 && arguments[largest]->getType() == NODE4_LINE) {
-    row = arguments[largest];
+  NodeT row;
+  if (numArguments > 0) {
+    row = toRow(std::move(arguments[largest]));
   } else {
-    row = new Node4C(NODE4_LINE, nullptr, wstring(), 0);
-    if (numArguments > 0) append(*row, arguments[largest]);
+    row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), 0);
   }
   for (unsigned long i = largest + 1; i < numArguments; ++i) {
-    append(*row, makeItem(NODE4_TEXT, u","));
-    insertOperand(*row, row->numChildren(), arguments[i]);
+    append(*row, makeText(u","));
+    insertOperand(*row, row->numChildren(), std::move(arguments[i]));
   }
   for (unsigned long i = largest; i-- > 0;) {
-    row->insertChild(0, makeItem(NODE4_TEXT, u","));
-    insertOperand(*row, 0, arguments[i]);
+    row->insertChild(0, makeText(u",").release());
+    insertOperand(*row, 0, std::move(arguments[i]));
   }
-  row->insertChild(0, makeItem(NODE4_OPEN, wstring()));
-  row->insertChild(0, makeItem(NODE4_TEXT, name));
-  append(*row, makeItem(NODE4_CLOSE, wstring()));
-  return row;
+  row->insertChild(0, makeItem(NODE4_OPEN).release());
+  row->insertChild(0, makeText(name).release());
+  append(*row, makeItem(NODE4_CLOSE));
+  return row.release();
 }
 
 }  // namespace zolt::math::ved

@@ -33,7 +33,7 @@ std::pair<Node4C*, int> OperatorBC::fromAlgebraicNode(algexpr::NodeABC& node, Co
   auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
   if (parent && parent->numChildren() > 0)
     return {makeCallRow(text_, parent->numChildren(), stack), precedence_};
-  return {detail::makeText(text_), 0};
+  return {detail::makeText(text_).release(), 0};
 }
 
 wstring OperatorBC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
@@ -63,13 +63,14 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
   Node4C* const name = insertion.getCaretNode();
   wstring const behind = name->crefText().substr(insertion.getCaretPos());
   name->refText().erase(insertion.getCaretPos());
-  Node4C* const arguments = detail::makeText(wstring(arity_ - 1, Node4C::COMMA_C));
+  detail::NodeT commas = detail::makeText(wstring(arity_ - 1, Node4C::COMMA_C));
+  Node4C* const arguments = commas.get();
   Node4C* const row = name->getParent();
   unsigned long place = name->findChildNumber() + 1;
-  row->insertChild(place++, detail::makeItem(NODE4_OPEN));
-  row->insertChild(place, arguments);
-  row->insertChild(place + 1, detail::makeItem(NODE4_CLOSE));
-  row->insertChild(place + 2, detail::makeText(behind));
+  row->insertChild(place++, detail::makeItem(NODE4_OPEN).release());
+  row->insertChild(place, commas.release());
+  row->insertChild(place + 1, detail::makeItem(NODE4_CLOSE).release());
+  row->insertChild(place + 2, detail::makeText(behind).release());
 
   if (selection) {
     while (selection->numChildren() > 0) {

@@ -12,7 +12,7 @@ OperatorAbsC::OperatorAbsC(wstring const& name, wstring const& text, bool coreEl
 OperatorAbsC::~OperatorAbsC() = default;
 
 std::pair<Node4C*, int> OperatorAbsC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
 }
 
 void OperatorAbsC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {

@@ -23,10 +23,11 @@ std::pair<Node4C*, int> OperatorBinaryInfixC::fromAlgebraicNode(algexpr::NodeABC
   int const precedence = getPrecedence();
   auto [right, rightPrecedence] = detail::popOperand(stack);
   auto [left, leftPrecedence] = detail::popOperand(stack);
-  if (rightPrecedence + (associative_ ? 0 : 1) > precedence) right = detail::bracket(right);
-  Node4C* row = leftPrecedence > precedence ? detail::bracket(left) : left->inLine();
+  if (rightPrecedence + (associative_ ? 0 : 1) > precedence) right = detail::bracket(std::move(right));
+  bool const bracketed = leftPrecedence > precedence;
+  detail::NodeT row = bracketed ? detail::bracket(std::move(left)) : detail::toRow(std::move(left));
   detail::append(*row, detail::makeText(displayText_));
-  return {detail::join(row, right), precedence};
+  return {detail::join(std::move(row), std::move(right)).release(), precedence};
 }
 
 bool OperatorBinaryInfixC::runOperator(ViewZNT4C& view) const {

@@ -12,7 +12,7 @@ OperatorCeilC::OperatorCeilC(wstring const& name, wstring const& text, bool core
 OperatorCeilC::~OperatorCeilC() = default;
 
 std::pair<Node4C*, int> OperatorCeilC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
 }
 
 void OperatorCeilC::layoutNode4(Node4C* node, GraphicsABC const&) const {

@@ -13,7 +13,7 @@ OperatorDiffC::OperatorDiffC(wstring const& name, wstring const& text, int prece
 OperatorDiffC::~OperatorDiffC() = default;
 
 std::pair<Node4C*, int> OperatorDiffC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
 }
 
 wstring OperatorDiffC::arrangeArgumentList(std::vector<wstring> const& arguments) const {

@@ -12,7 +12,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-using RowT = std::unique_ptr<Node4C>;
+using RowT = detail::NodeT;
 
 /// Selects from `stretch.far` to the caret.
 void select(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
@@ -91,7 +91,7 @@ OperatorDivC::OperatorDivC(wstring const& name, wstring const& text, bool coreEl
 OperatorDivC::~OperatorDivC() = default;
 
 std::pair<Node4C*, int> OperatorDivC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {1, 0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {1, 0}, stack).release(), getPrecedence()};
 }
 
 void OperatorDivC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
@@ -139,11 +139,11 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   Node4C* const fraction = node.get();
   insertion.insertBeforeCaret(std::move(node));
   if (!denominator) {
-    denominator.reset(detail::makeEmptyRow());
+    denominator = detail::makeEmptyRow();
     insertion.placeCaret(denominator->child(0), 0);
   }
   if (!numerator) {
-    numerator.reset(detail::makeEmptyRow());
+    numerator = detail::makeEmptyRow();
     insertion.placeCaret(numerator->child(0), 0);
   }
   insertion.placeCaret(insertion.getCaretNode(), 0);

@@ -21,9 +21,9 @@ std::pair<Node4C*, int> OperatorErrorC::fromAlgebraicNode(algexpr::NodeABC& node
                                                           ConversionStackT& stack) const {
   auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
   unsigned long const count = parent ? parent->numChildren() : 0;
-  auto* mark = new Node4C(NODE4_OPERATOR, const_cast<OperatorErrorC*>(this), wstring(), count);
-  for (unsigned long i = count; i-- > 0;) mark->setChild(i, detail::popRow(stack));
-  return {mark, getPrecedence()};
+  auto mark = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorErrorC*>(this), wstring(), count);
+  for (unsigned long i = count; i-- > 0;) mark->setChild(i, detail::popRow(stack).release());
+  return {mark.release(), getPrecedence()};
 }
 
 void OperatorErrorC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {

@@ -12,7 +12,7 @@ OperatorFloorC::OperatorFloorC(wstring const& name, wstring const& text, bool co
 OperatorFloorC::~OperatorFloorC() = default;
 
 std::pair<Node4C*, int> OperatorFloorC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
 }
 
 void OperatorFloorC::layoutNode4(Node4C* node, GraphicsABC const&) const {

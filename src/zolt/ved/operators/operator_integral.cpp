@@ -21,7 +21,7 @@ OperatorIntegralC::~OperatorIntegralC() = default;
 
 std::pair<Node4C*, int> OperatorIntegralC::fromAlgebraicNode(algexpr::NodeABC&,
                                                              ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack).release(), getPrecedence()};
 }
 
 void OperatorIntegralC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {

@@ -13,7 +13,7 @@ OperatorLogC::OperatorLogC(wstring const& name, wstring const& text, int precede
 OperatorLogC::~OperatorLogC() = default;
 
 std::pair<Node4C*, int> OperatorLogC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
 }
 
 wstring OperatorLogC::arrangeArgumentList(std::vector<wstring> const& arguments) const {

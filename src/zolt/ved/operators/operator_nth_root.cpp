@@ -21,7 +21,7 @@ OperatorNthRootC::~OperatorNthRootC() = default;
 
 std::pair<Node4C*, int> OperatorNthRootC::fromAlgebraicNode(algexpr::NodeABC&,
                                                             ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
 }
 
 wstring OperatorNthRootC::arrangeArgumentList(std::vector<wstring> const& arguments) const {

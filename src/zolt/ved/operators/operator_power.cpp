@@ -19,9 +19,9 @@ bool startsWithMinus(Node4C const& operand) {
   return item->getType() == NODE4_TEXT && item->sizeText() > 0 && item->crefText()[0] == minus_sign;
 }
 
-Node4C* makePower(Node4C* exponentRow) {
-  auto* power = new Node4C(NODE4_POWER, nullptr, wstring(), 1);
-  power->setChild(0, exponentRow);
+detail::NodeT makePower(detail::NodeT exponentRow) {
+  auto power = std::make_unique<Node4C>(NODE4_POWER, nullptr, wstring(), 1);
+  power->setChild(0, exponentRow.release());
   return power;
 }
 
@@ -40,23 +40,24 @@ bool OperatorPowerC::hasFixedBase() const { return !fixedExponent_.empty() && !e
 
 // A power never causes parentheses in what stands around it, so its result binds tightest.
 std::pair<Node4C*, int> OperatorPowerC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  Node4C* exponent = nullptr;
+  detail::NodeT exponent;
   if (hasFixedExponent()) {
-    exponent = detail::makeText(fixedExponent_)->inLine();
+    exponent = detail::toRow(detail::makeText(fixedExponent_));
   } else {
-    auto const [operand, precedence] = detail::popOperand(stack);
-    exponent = precedence == getPrecedence() ? detail::bracket(operand) : operand->inLine();
+    auto [operand, precedence] = detail::popOperand(stack);
+    bool const bracketed = precedence == getPrecedence();
+    exponent = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
   }
+  detail::NodeT base;
   if (hasFixedBase()) {
-    Node4C* const base = detail::makeText(fixedExponent_);
-    detail::append(*base, makePower(exponent));
-    return {base, 0};
+    base = detail::makeText(fixedExponent_);
+  } else {
+    auto [operand, precedence] = detail::popOperand(stack);
+    bool const bracketed = precedence > getPrecedence() || startsWithMinus(*operand);
+    base = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
   }
-  auto const [operand, precedence] = detail::popOperand(stack);
-  bool const bracketed = precedence > getPrecedence() || startsWithMinus(*operand);
-  Node4C* const base = bracketed ? detail::bracket(operand) : operand->inLine();
-  detail::append(*base, makePower(exponent));
-  return {base, 0};
+  detail::append(*base, makePower(std::move(exponent)));
+  return {base.release(), 0};
 }
 
 // The exponent is an item of its own kind, which the row places.
@@ -67,21 +68,21 @@ bool OperatorPowerC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
   // A selection stays in the row when it becomes the base, and goes into the exponent otherwise.
   if (!(hasFixedExponent() ? insertion.mayNest() : insertion.mayNestSelection())) return false;
-  std::unique_ptr<Node4C> selection = insertion.cutSelection();
+  detail::NodeT selection = insertion.cutSelection();
   insertion.splitText(true);
-  auto const insertItem = [&](Node4C* item) { insertion.insertBeforeCaret(std::unique_ptr<Node4C>(item)); };
   if (hasFixedExponent()) {
     if (selection) {
-      insertItem(detail::makeItem(NODE4_OPEN));
-      insertItem(selection.release());
-      insertItem(detail::makeItem(NODE4_CLOSE));
+      insertion.insertBeforeCaret(detail::makeItem(NODE4_OPEN));
+      insertion.insertBeforeCaret(std::move(selection));
+      insertion.insertBeforeCaret(detail::makeItem(NODE4_CLOSE));
     }
-    insertItem(makePower(detail::makeText(fixedExponent_)->inLine()));
+    insertion.insertBeforeCaret(makePower(detail::toRow(detail::makeText(fixedExponent_))));
     return true;
   }
-  if (hasFixedBase()) insertItem(detail::makeText(fixedExponent_));
-  Node4C* const exponent = selection ? selection.release() : detail::makeEmptyRow();
-  insertItem(makePower(exponent));
+  if (hasFixedBase()) insertion.insertBeforeCaret(detail::makeText(fixedExponent_));
+  if (!selection) selection = detail::makeEmptyRow();
+  Node4C* const exponent = selection.get();
+  insertion.insertBeforeCaret(makePower(std::move(selection)));
   insertion.placeCaretAtEnd(exponent);
   return true;
 }

@@ -25,7 +25,7 @@ OperatorSigmaC::OperatorSigmaC(wstring const& name, wstring const& text, bool co
 OperatorSigmaC::~OperatorSigmaC() = default;
 
 std::pair<Node4C*, int> OperatorSigmaC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack).release(), getPrecedence()};
 }
 
 void OperatorSigmaC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {

@@ -20,7 +20,7 @@ OperatorSqrtC::OperatorSqrtC(wstring const& name, wstring const& text, bool core
 OperatorSqrtC::~OperatorSqrtC() = default;
 
 std::pair<Node4C*, int> OperatorSqrtC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
 }
 
 void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {

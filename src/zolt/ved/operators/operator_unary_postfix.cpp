@@ -15,9 +15,10 @@ OperatorUnaryPostfixC::~OperatorUnaryPostfixC() = default;
 std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeABC&,
                                                                  ConversionStackT& stack) const {
   auto [operand, operandPrecedence] = detail::popOperand(stack);
-  Node4C* const row = operandPrecedence > getPrecedence() ? detail::bracket(operand) : operand->inLine();
+  bool const bracketed = operandPrecedence > getPrecedence();
+  detail::NodeT row = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
   detail::append(*row, detail::makeText(crefText()));
-  return {row, getPrecedence()};
+  return {row.release(), getPrecedence()};
 }
 
 bool OperatorUnaryPostfixC::runOperator(ViewZNT4C& view) const {

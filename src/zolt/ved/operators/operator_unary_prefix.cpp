@@ -20,9 +20,10 @@ std::pair<Node4C*, int> OperatorUnaryPrefixC::fromAlgebraicNode(algexpr::NodeABC
   if (!parent || parent->numChildren() != 1) return OperatorBC::fromAlgebraicNode(node, stack);
 
   auto [operand, operandPrecedence] = detail::popOperand(stack);
-  Node4C* const row = operandPrecedence > getPrecedence() ? detail::bracket(operand) : operand->inLine();
-  row->insertChild(0, detail::makeText(displayText_));
-  return {row, getPrecedence()};
+  bool const bracketed = operandPrecedence > getPrecedence();
+  detail::NodeT row = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
+  row->insertChild(0, detail::makeText(displayText_).release());
+  return {row.release(), getPrecedence()};
 }
 
 bool OperatorUnaryPrefixC::runOperator(ViewZNT4C& view) const {

@@ -18,7 +18,7 @@ OperatorWhereC::OperatorWhereC(wstring const& name, wstring const& text, bool co
 OperatorWhereC::~OperatorWhereC() = default;
 
 std::pair<Node4C*, int> OperatorWhereC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {2, 1, 0}, stack), getPrecedence()};
+  return {detail::makeConstruct(*this, {2, 1, 0}, stack).release(), getPrecedence()};
 }
 
 void OperatorWhereC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {

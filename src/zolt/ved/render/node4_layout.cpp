@@ -28,8 +28,6 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
   for (Node4C* child : children_) {
     if ((all || child->needsLayout()) && !child->layoutNode(graphics, all)) return false;
   }
-  stale_ &= static_cast<std::uint8_t>(~STALE_LAYOUT);
-  laidOutDepth_ = fontDepth_;
   selectFont(graphics);
   switch (type_) {
     case NODE4_ROOT:
@@ -64,6 +62,9 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
       setMidHeight(midHeight);
     }
   }
+  // Last, so that a layout for which memory runs out is begun anew.
+  stale_ &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+  laidOutDepth_ = fontDepth_;
   return true;
 }
 

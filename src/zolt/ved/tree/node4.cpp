@@ -1,5 +1,7 @@
 #include "zolt/ved/tree/node4.h"
 
+#include <memory>
+
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/detail/node_pool.h"
 
@@ -52,15 +54,15 @@ Node4C::~Node4C() {
 }
 
 Node4C* Node4C::cloneNode() const {
-  auto* node = new Node4C(type_, op_, text_, children_.size());
+  auto node = std::make_unique<Node4C>(type_, op_, text_, children_.size());
   node->text_ = text_;
-  return node;
+  return node.release();
 }
 
 Node4C* Node4C::clone() const {
-  Node4C* const copy = cloneNode();
+  std::unique_ptr<Node4C> copy(cloneNode());
   Node4C const* from = this;
-  Node4C* to = copy;
+  Node4C* to = copy.get();
   unsigned long i = 0;
   for (;;) {
     if (i < from->numChildren()) {
@@ -73,7 +75,7 @@ Node4C* Node4C::clone() const {
         ++i;
       }
     } else {
-      if (from == this) return copy;
+      if (from == this) return copy.release();
       i = to->findChildNumber() + 1;
       from = from->parent_;
       to = to->parent_;
@@ -124,9 +126,10 @@ void Node4C::replaceChild(unsigned long i, Node4C* node) {
 }
 
 void Node4C::insertChild(unsigned long i, Node4C* node) {
+  std::unique_ptr<Node4C> held(node);
   touch(STALE_ALL);
   children_.insertSlots(i, 1);
-  adopt(i, node);
+  adopt(i, held.release());
 }
 
 void Node4C::removeChild(unsigned long i) {
@@ -157,12 +160,12 @@ Node4C* Node4C::cutChild(unsigned long i) {
 }
 
 void Node4C::spliceChildren(unsigned long i, Node4C* row) {
+  std::unique_ptr<Node4C> const held(row);
   touch(STALE_ALL);
   unsigned long const count = row->numChildren();
   children_.insertSlots(i, count);
   for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);
   row->children_.clear();
-  delete row;
 }
 
 // Siblings move when a row is edited, so the place where a node last stood is only a hint. It is exact in an

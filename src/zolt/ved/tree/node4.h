@@ -115,7 +115,8 @@ class Node4C : public oss::SerializableABC {
   void setChild(unsigned long i, Node4C* node);
   /// Puts `node` into slot i and destroys what stood there, unless it is the same node.
   void replaceChild(unsigned long i, Node4C* node);
-  /// Inserts `node` before slot i; i == numChildren() appends. Amortised constant at both ends.
+  /// Inserts `node` before slot i; i == numChildren() appends. Amortised constant at both ends. When memory
+  /// runs out the node is destroyed, as is the row given to `spliceChildren`.
   void insertChild(unsigned long i, Node4C* node);
   /// Takes the node in slot i out, closes the gap and clears the node's parent; the node is the caller's.
   void removeChild(unsigned long i);

@@ -1,3 +1,5 @@
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "zolt/ved/operators/operator.h"
@@ -6,6 +8,8 @@
 namespace zolt::math::ved {
 
 namespace {
+
+using NodeT = std::unique_ptr<Node4C>;
 
 bool isAutoBracket(Node4C const& node) {
   return node.getType() == NODE4_AUTO_OPEN || node.getType() == NODE4_AUTO_CLOSE;
@@ -78,22 +82,24 @@ class RowNormaliserC {
     pending_.clear();
     pushReversed(row);
     while (!pending_.empty()) {
-      Node4C* const item = pending_.back();
+      NodeT item = std::move(pending_.back());
       pending_.pop_back();
-      if (item->getType() == NODE4_LINE) {
-        pushReversed(*item);
-        delete item;
+      Node4C& node = *item;
+      if (node.getType() == NODE4_LINE) {
+        pushReversed(node);
         continue;
       }
-      item->parent_ = &row;
-      items_.push_back(item);
-      if (item->getType() == NODE4_TEXT && item->numChildren() > 0) pushReversed(*item);
+      node.parent_ = &row;
+      items_.push_back(std::move(item));
+      if (node.getType() == NODE4_TEXT && node.numChildren() > 0) pushReversed(node);
     }
   }
 
   void pushReversed(Node4C& node) {
     for (unsigned long i = node.numChildren(); i-- > 0;) {
-      if (Node4C* child = node.child(i)) pending_.push_back(child);
+      if (!node.child(i)) continue;
+      pending_.emplace_back();
+      pending_.back().reset(std::exchange(node.children_[i], nullptr));
     }
     node.children_.clear();
   }
@@ -101,7 +107,7 @@ class RowNormaliserC {
   /// A supplied bracket becomes the user's own as soon as something stands outside it.
   void promoteAutoBrackets() {
     bool outside = false;
-    for (Node4C* item : items_) {
+    for (NodeT const& item : items_) {
       if (item->getType() == NODE4_AUTO_OPEN) {
         if (outside) item->type_ = NODE4_OPEN;
       } else if (!isEmptyText(*item)) {
@@ -121,11 +127,8 @@ class RowNormaliserC {
   void dropAutoBracketsAndCount() {
     unmatchedOpen_ = unmatchedClose_ = 0;
     std::size_t kept = 0;
-    for (Node4C* item : items_) {
-      if (isAutoBracket(*item)) {
-        delete item;
-        continue;
-      }
+    for (NodeT& item : items_) {
+      if (isAutoBracket(*item)) continue;
       if (item->getType() == NODE4_OPEN) ++unmatchedOpen_;
       if (item->getType() == NODE4_CLOSE) {
         if (unmatchedOpen_ > 0) {
@@ -134,7 +137,7 @@ class RowNormaliserC {
           ++unmatchedClose_;
         }
       }
-      items_[kept++] = item;
+      std::swap(items_[kept++], item);
     }
     items_.resize(kept);
   }
@@ -142,52 +145,52 @@ class RowNormaliserC {
   void rebuild(Node4C& row) {
     row_.clear();
     for (unsigned long i = 0; i < unmatchedClose_; ++i) append(make(NODE4_AUTO_OPEN));
-    for (Node4C* item : items_) append(item);
+    for (NodeT& item : items_) append(std::move(item));
     for (unsigned long i = 0; i < unmatchedOpen_; ++i) append(make(NODE4_AUTO_CLOSE));
     if (row_.empty() || row_.back()->getType() != NODE4_TEXT) row_.push_back(make(NODE4_TEXT));
 
     row.touch(Node4C::STALE_LAYOUT);
     row.children_.resize(row_.size());
     row.children_.shrink();
-    for (std::size_t i = 0; i < row_.size(); ++i) row.adopt(i, row_[i]);
+    for (std::size_t i = 0; i < row_.size(); ++i) row.adopt(i, row_[i].release());
   }
 
-  void append(Node4C* item) {
+  void append(NodeT item) {
     bool const afterText = !row_.empty() && row_.back()->getType() == NODE4_TEXT;
     if (item->getType() != NODE4_TEXT) {
       if (!afterText) row_.push_back(make(NODE4_TEXT));
-      row_.push_back(item);
+      row_.push_back(std::move(item));
     } else if (!afterText) {
-      row_.push_back(item);
+      row_.push_back(std::move(item));
     } else {
-      merge(*row_.back(), item);
+      merge(*row_.back(), *item);
     }
   }
 
-  void merge(Node4C& text, Node4C* next) {
+  void merge(Node4C& text, Node4C const& next) {
     auto const offset = static_cast<unsigned>(text.sizeText());
-    if (caretNode_ == next) {
+    if (caretNode_ == &next) {
       caretNode_ = &text;
       caretPos_ += offset;
     }
-    if (anchorNode_ == next) {
+    if (anchorNode_ == &next) {
       anchorNode_ = &text;
       anchorPos_ += offset;
     }
-    text.text_ += next->text_;
+    text.text_ += next.text_;
     text.stale_ |= Node4C::STALE_LAYOUT;
-    delete next;
   }
 
-  static Node4C* make(Node4TypeE type) { return new Node4C(type, nullptr, wstring(), 0); }
+  static NodeT make(Node4TypeE type) { return std::make_unique<Node4C>(type, nullptr, wstring(), 0); }
 
   Node4C*& caretNode_;
   unsigned& caretPos_;
   Node4C*& anchorNode_;
   unsigned& anchorPos_;
-  std::vector<Node4C*> items_;
-  std::vector<Node4C*> pending_;
-  std::vector<Node4C*> row_;
+  // A node is in one of these or in its row. Where memory runs out they go, and the row is left with less.
+  std::vector<NodeT> items_;
+  std::vector<NodeT> pending_;
+  std::vector<NodeT> row_;
   std::vector<Node4C*> autoRows_;
   unsigned long unmatchedOpen_ = 0;
   unsigned long unmatchedClose_ = 0;

@@ -1,6 +1,7 @@
 #include "zolt/ved/convert/detail/algebraic_to_node4_visitor.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/core_constant_node.h"
@@ -113,9 +114,11 @@ void AlgebraicToNode4VisitorC::makeNode(algexpr::NodeABC& node, OperatorBC const
 }
 
 void AlgebraicToNode4VisitorC::push(Node4C* node, int precedence, unsigned long rowDepth) {
+  std::unique_ptr<Node4C> held(node);
   if (node->getType() == NODE4_LINE) mergeEnds(*node);
-  stack_.emplace(node, precedence);
   rowDepths_.push_back(rowDepth);
+  stack_.emplace(node, precedence);
+  held.release();
 }
 
 unsigned long AlgebraicToNode4VisitorC::popRowDepths(OperatorBC const* op, unsigned long numChildren) {

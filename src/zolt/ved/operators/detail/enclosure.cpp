@@ -23,22 +23,23 @@ Node4C* insertNode(OperatorBC const& op, ViewInsertionC& insertion) {
 bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
   ViewInsertionC insertion(view);
   if (!insertion.mayNestSelection()) return false;
-  std::unique_ptr<Node4C> content = insertion.cutSelection();
+  NodeT row = insertion.cutSelection();
   Node4C* const construct = insertNode(op, insertion);
-  Node4C* const row = content ? content.release() : makeEmptyRow();
-  construct->setChild(0, row);
-  insertion.placeCaretAtEnd(row);
+  if (!row) row = makeEmptyRow();
+  construct->setChild(0, row.release());
+  insertion.placeCaretAtEnd(construct->child(0));
   return true;
 }
 
 bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long content, unsigned long first) {
   ViewInsertionC insertion(view);
   if (!insertion.mayNestSelection()) return false;
-  std::unique_ptr<Node4C> selection = insertion.cutSelection();
+  NodeT selection = insertion.cutSelection();
   unsigned long const target = selection ? first : 0;
   Node4C* const construct = insertNode(op, insertion);
   for (unsigned long i = 0; i < construct->numChildren(); ++i) {
-    construct->setChild(i, i == content && selection ? selection.release() : makeEmptyRow());
+    NodeT row = i == content && selection ? std::move(selection) : makeEmptyRow();
+    construct->setChild(i, row.release());
   }
   insertion.placeCaret(construct->child(target)->child(0), 0);
   return true;

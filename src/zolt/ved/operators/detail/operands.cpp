@@ -1,51 +1,55 @@
 #include "zolt/ved/operators/detail/operands.h"
 
-#include "zolt/ved/tree/node4.h"
-
 namespace zolt::math::ved::detail {
 
-Node4C* makeText(wstring const& text) { return new Node4C(NODE4_TEXT, nullptr, text, 0); }
+NodeT makeText(wstring const& text) { return std::make_unique<Node4C>(NODE4_TEXT, nullptr, text, 0); }
 
-Node4C* makeItem(Node4TypeE type) { return new Node4C(type, nullptr, wstring(), 0); }
+NodeT makeItem(Node4TypeE type) { return std::make_unique<Node4C>(type, nullptr, wstring(), 0); }
 
-Node4C* makeEmptyRow() { return makeText(wstring())->inLine(); }
+NodeT makeEmptyRow() { return toRow(makeText(wstring())); }
 
-std::pair<Node4C*, int> popOperand(ConversionStackT& stack) {
+NodeT toRow(NodeT node) {
+  NodeT row(node->inLine());
+  node.release();
+  return row;
+}
+
+std::pair<NodeT, int> popOperand(ConversionStackT& stack) {
   if (stack.empty()) return {makeText(wstring()), 0};
-  std::pair<Node4C*, int> const operand = stack.top();
+  std::pair<NodeT, int> operand(stack.top().first, stack.top().second);
   stack.pop();
   return operand;
 }
 
-Node4C* popRow(ConversionStackT& stack) { return popOperand(stack).first->inLine(); }
+NodeT popRow(ConversionStackT& stack) { return toRow(popOperand(stack).first); }
 
-Node4C* makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
-                      ConversionStackT& stack) {
-  auto* node = new Node4C(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), rows.size());
-  for (unsigned long row : rows) node->setChild(row, popRow(stack));
+NodeT makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
+                    ConversionStackT& stack) {
+  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), rows.size());
+  for (unsigned long row : rows) node->setChild(row, popRow(stack).release());
   return node;
 }
 
-Node4C* bracket(Node4C* operand) {
-  Node4C* const row = operand->inLine();
-  row->insertChild(0, makeItem(NODE4_OPEN));
+NodeT bracket(NodeT operand) {
+  NodeT row = toRow(std::move(operand));
+  row->insertChild(0, makeItem(NODE4_OPEN).release());
   append(*row, makeItem(NODE4_CLOSE));
   return row;
 }
 
-Node4C* join(Node4C* row, Node4C* operand) {
+NodeT join(NodeT row, NodeT operand) {
   if (operand->getType() != NODE4_LINE) {
-    append(*row, operand);
+    append(*row, std::move(operand));
     return row;
   }
   if (operand->numChildren() > row->numChildren()) {
-    operand->spliceChildren(0, row);
+    operand->spliceChildren(0, row.release());
     return operand;
   }
-  row->spliceChildren(row->numChildren(), operand);
+  row->spliceChildren(row->numChildren(), operand.release());
   return row;
 }
 
-void append(Node4C& row, Node4C* item) { row.insertChild(row.numChildren(), item); }
+void append(Node4C& row, NodeT item) { row.insertChild(row.numChildren(), item.release()); }
 
 }  // namespace zolt::math::ved::detail

@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/detail/node_pool.h"
 
+#include <memory>
 #include <new>
 
 #include "zolt/ved/operators/operator.h"
@@ -47,10 +48,10 @@ struct PoolS {
 } pool;
 
 void addBlock() {
-  auto* const slots = new SlotU[pool.blockSize];
-  pool.blocks = new BlockS{pool.blocks, slots};
-  pool.unused = slots;
-  pool.end = slots + pool.blockSize;
+  std::unique_ptr<SlotU[]> slots(new SlotU[pool.blockSize]);
+  pool.blocks = new BlockS{pool.blocks, slots.get()};
+  pool.unused = slots.release();
+  pool.end = pool.unused + pool.blockSize;
   if (pool.blockSize < largest_block) pool.blockSize *= 2;
 }
 
@@ -66,13 +67,15 @@ void dropBlocks() {
 }  // namespace
 
 void* NodePoolC::allocate() {
-  ++pool.live;
-  if (SlotU* const slot = pool.free) {
+  SlotU* slot = pool.free;
+  if (slot) {
     pool.free = slot->next;
-    return slot;
+  } else {
+    if (pool.unused == pool.end) addBlock();
+    slot = pool.unused++;
   }
-  if (pool.unused == pool.end) addBlock();
-  return pool.unused++;
+  ++pool.live;
+  return slot;
 }
 
 void NodePoolC::release(void* node) {
