@@ -38,7 +38,7 @@ class ClipboardABC : public oss::RefCountedBC {
 class MemoryClipboardC final : public ClipboardABC {
  public:
   ~MemoryClipboardC() override;
-  void write(ClipboardContentS const& content) override { content_ = content; }
+  void write(ClipboardContentS const& content) override { content_ = ClipboardContentS(content); }
   ClipboardContentS read() const override { return content_; }
   bool hasContent() const override { return !content_.isEmpty(); }
 

@@ -133,9 +133,9 @@ bool FormulaFieldC::setNotation(wstring const& notation) {
   unsigned long position = 0;
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
   Node4C const& row = *view_.crefRoot().child(0);
-  beginGroup();
+  GroupC group(*this);
   select({rowStart(row), rowEnd(row)});
-  if (!endGroup(view_.paste(writeBytes(*tree.root->child(0))))) return false;
+  if (!group.end(view_.paste(writeBytes(*tree.root->child(0))))) return false;
   if (!tree.caretNode) return true;
   SavedSelectionS places;
   places.caretPath = pathOf(*tree.caretNode);
@@ -160,8 +160,8 @@ bool FormulaFieldC::select(SelectionS selection) {
 
 bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
   if (begin == end) return placeCaret(begin);
-  beginGroup();  // so that undoing brings back the caret and not this selection
-  return endGroup(select({begin, end}) && sendKey(KEY_DELETE));
+  GroupC group(*this);  // so that undoing brings back the caret and not this selection
+  return group.end(select({begin, end}) && sendKey(KEY_DELETE));
 }
 
 FormulaFieldC::SavedSelectionS FormulaFieldC::saveSelection() const {
@@ -172,20 +172,6 @@ void FormulaFieldC::restoreSelection(SavedSelectionS const& saved) {
   Node4C const* const anchorNode = nodeAt(view_.crefRoot(), saved.anchorPath);
   Node4C const* const caretNode = nodeAt(view_.crefRoot(), saved.caretPath);
   if (anchorNode && caretNode) select({{anchorNode, saved.anchorPos}, {caretNode, saved.caretPos}});
-}
-
-void FormulaFieldC::beginGroup() {
-  if (groups_++ > 0) return;
-  groupFailed_ = false;
-  view_.beginGroup();
-}
-
-bool FormulaFieldC::endGroup(bool succeeded) {
-  if (!succeeded) groupFailed_ = true;
-  if (--groups_ > 0) return succeeded;
-  if (!groupFailed_) return view_.endGroup();
-  view_.cancelGroup();
-  return false;
 }
 
 // ---- For painting

@@ -127,6 +127,7 @@ class FormulaFieldC {
 
  private:
   class ActC;
+  class GroupC;
 
   /// A caret and anchor by their paths, which survive what gives the tree new nodes.
   struct SavedSelectionS {
@@ -144,10 +145,6 @@ class FormulaFieldC {
   bool deleteRange(PlaceS begin, PlaceS end);
   SavedSelectionS saveSelection() const;
   void restoreSelection(SavedSelectionS const& saved);
-  /// Until `endGroup`, all edits are one step; groups may nest. `endGroup` is false, with everything as it
-  /// was before the outermost group, when it or one inside failed.
-  void beginGroup();
-  bool endGroup(bool succeeded);
   PointerTC<math::algexpr::AlgebraicExpressionC> readImpliedProducts(FormulaErrorS* error);
   void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
 

@@ -15,10 +15,10 @@ ScriptStepS stepOfPaste(ClipboardContentS const& content) {
 
 PasteE FormulaFieldC::paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error) {
   ActC const act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
-  beginGroup();
+  GroupC group(*this);
   completeName();
   PasteE const result = pasteContent(view_, content, options_.decimalComma, error);
-  return endGroup(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
+  return group.end(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
 }
 
 }  // namespace zolt::field

@@ -59,17 +59,17 @@ bool FormulaFieldC::insertText(wstring const& text) {
   ActC const act(*this, makeStep(SCRIPT_INSERT, text));
   if (text.size() == 1) return typeCharacter(text[0]);
   bool taken = !text.empty();
-  beginGroup();
+  GroupC group(*this);
   for (std::size_t i = 0; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
-  return endGroup(taken);
+  return group.end(taken);
 }
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
   if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;
-  beginGroup();
+  GroupC group(*this);
   completeName();
-  return endGroup(runOperator(name));
+  return group.end(runOperator(name));
 }
 
 // "a" and the function "sin" are not to become "asin".
@@ -80,10 +80,10 @@ bool FormulaFieldC::runOperator(wstring const& name) {
   if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.begin())) return view_.insertText(name);
   SavedSelectionS places{pathOf(*stretch.begin().node), pathOf(*stretch.end().node), stretch.firstPos + 1,
                          stretch.lastPos + (stretch.first == stretch.last ? 1 : 0)};
-  beginGroup();
+  GroupC group(*this);
   bool const done = placeCaret(stretch.begin()) && view_.insertText(u" ");
   restoreSelection(places);
-  return endGroup(done && view_.insertText(name));
+  return group.end(done && view_.insertText(name));
 }
 
 bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
@@ -123,10 +123,11 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return placeCaret(decision.target);
     case INPUT_OPERATOR:
       return runOperator(decision.text);
-    case INPUT_TEXT:
+    case INPUT_TEXT: {
       if (!decision.target) return view_.insertText(decision.text);
-      beginGroup();
-      return endGroup(placeCaret(decision.target) && view_.insertText(decision.text));
+      GroupC group(*this);
+      return group.end(placeCaret(decision.target) && view_.insertText(decision.text));
+    }
     case INPUT_EXPONENT:
       return typeExponent(decision.text, false);
     case INPUT_OPEN_EXPONENT:
@@ -138,7 +139,7 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
 }
 
 bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
-  beginGroup();
+  GroupC group(*this);
   bool done = !view_.isSelected() || bracketSelection();
   if (Node4C const* const growing = findGrowingExponent(caret())) {
     done = done && placeCaret(rowEnd(*growing->child(0)));
@@ -148,14 +149,14 @@ bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
   done = done && view_.insertText(text);
   Node4C const* const item = done ? enclosingItem(caret().node) : nullptr;
   if (item && !stays) placeCaret(placeBehind(*item));
-  return endGroup(done);
+  return group.end(done);
 }
 
 bool FormulaFieldC::bracketSelection() {
   bytestring content;
   view_.copy(content);
-  beginGroup();
-  return endGroup(view_.insertText(u"(") && view_.paste(content) && view_.insertText(u")"));
+  GroupC group(*this);
+  return group.end(view_.insertText(u"(") && view_.paste(content) && view_.insertText(u")"));
 }
 
 void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBefore) {
@@ -194,7 +195,7 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   bool const caretMoves = caret() != replacement.end;
   bool const sameText = caret().node == replacement.end.node;
   unsigned int const behind = places.caretPos - replacement.end.pos;
-  beginGroup();
+  GroupC group(*this);
   bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.text);
   for (std::size_t i = 0; done && i < replacement.exponent.size(); ++i) {
     done = view_.insertText(replacement.exponent.substr(i, 1));
@@ -205,7 +206,7 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
     places.anchorPos = places.caretPos;
     restoreSelection(places);
   }
-  return endGroup(done);
+  return group.end(done);
 }
 
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
@@ -216,10 +217,10 @@ bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
     view_.copy(content);
     restoreSelection(places);
   }
-  beginGroup();
+  GroupC group(*this);
   bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.op->getName());
   Node4C const* const construct = done ? enclosingItem(caret().node) : nullptr;
-  if (!construct || construct->getType() != NODE4_OPERATOR) return endGroup(false);
+  if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
   PathT const path = pathOf(*construct);
   auto const enter = [&](unsigned long row) {
     Node4C const* const node = nodeAt(view_.crefRoot(), path);
@@ -228,7 +229,7 @@ bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
   if (!content.empty()) done = enter(replacement.contentRow) && view_.paste(content);
   if (!replacement.mark.empty())
     done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
-  return endGroup(done && enter(replacement.caretRow));
+  return group.end(done && enter(replacement.caretRow));
 }
 
 }  // namespace zolt::field

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <utility>
 
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/stretch.h"
@@ -83,8 +82,6 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   StretchS const stretch = selectedStretch(view_);
   bool const forwards = isBefore(stretch.end(), target);
   if (!forwards && !isBefore(target, stretch.begin())) return false;
-  // Where it leads is recorded: the places cannot be told in a script.
-  EventScriptT* const script = std::exchange(recorded_, nullptr);
   bytestring content;
   view_.copy(content);
   SavedSelectionS places = saveSelection();
@@ -93,7 +90,7 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   places.caretPath = pathOf(*stretch.end().node);
   places.caretPos = stretch.lastPos;
   PathT const targetPath = pathOf(*target.node);
-  beginGroup();
+  GroupC group(*this);
   // The later place first: the path to the earlier one stays what it is.
   bool done = false;
   if (forwards) {
@@ -108,8 +105,8 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
     Node4C const* const node = nodeAt(view_.crefRoot(), targetPath);
     done = done && node && placeCaret({node, target.pos}) && view_.paste(content);
   }
-  done = endGroup(done);
-  recorded_ = script;
+  done = group.end(done);
+  // Where it leads is recorded: the places cannot be told in a script.
   if (done && recorded_) recorded_->push_back(makeStep(SCRIPT_TREE, writeNotation()));
   reveal_ = true;
   return done;

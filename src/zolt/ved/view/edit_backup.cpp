@@ -2,8 +2,6 @@
 
 #include <vector>
 
-#include "zolt/ved/tree/node4.h"
-
 namespace zolt::math::ved {
 
 namespace {
@@ -22,17 +20,13 @@ Node4C* findCounterpart(Node4C const* node, Node4C* copy) {
 EditBackupC::EditBackupC(bool deep, Node4C* root, Node4C* caretNode, unsigned long caretPos,
                          Node4C* anchorNode, unsigned long anchorPos)
     : root_(deep ? root->clone() : root),
-      caretNode_(deep ? findCounterpart(caretNode, root_) : caretNode),
+      caretNode_(deep ? findCounterpart(caretNode, root_.get()) : caretNode),
       caretPos_(static_cast<unsigned int>(caretPos)),
-      anchorNode_(deep ? findCounterpart(anchorNode, root_) : anchorNode),
+      anchorNode_(deep ? findCounterpart(anchorNode, root_.get()) : anchorNode),
       anchorPos_(static_cast<unsigned int>(anchorPos)) {}
 
-EditBackupC::~EditBackupC() { delete root_; }
+EditBackupC::~EditBackupC() = default;
 
-Node4C* EditBackupC::releaseRoot() {
-  Node4C* const root = root_;
-  root_ = nullptr;
-  return root;
-}
+Node4C* EditBackupC::releaseRoot() { return root_.release(); }
 
 }  // namespace zolt::math::ved

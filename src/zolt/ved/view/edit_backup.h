@@ -1,10 +1,11 @@
 #pragma once
 
+#include <memory>
+
 #include "zolt/oss/ref_counted.h"
+#include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
-
-class Node4C;
 
 /// A snapshot of a tree with its caret and anchor, from which a rejected edit is undone.
 class EditBackupC : public oss::RefCountedBC {
@@ -22,12 +23,12 @@ class EditBackupC : public oss::RefCountedBC {
   /// Null when there was no anchor.
   Node4C* getAnchorNode() const { return anchorNode_; }
   unsigned int getAnchorPos() const { return anchorPos_; }
-  Node4C const* crefRoot() const { return root_; }
+  Node4C const* crefRoot() const { return root_.get(); }
   /// Hands the tree over to the caller.
   Node4C* releaseRoot();
 
  private:
-  Node4C* root_;
+  std::unique_ptr<Node4C> root_;
   Node4C* caretNode_;
   unsigned int caretPos_;
   Node4C* anchorNode_;

@@ -1,5 +1,7 @@
 #include "zolt/ved/view/edit_history.h"
 
+#include <iterator>
+
 #include "zolt/ved/view/detail/byte_delta.h"
 
 namespace zolt::math::ved {
@@ -19,10 +21,10 @@ void EditHistoryC::clear() {
 
 void EditHistoryC::beginStep(Node4C const& root, EditPlacesS const& places) {
   if (open_) return;
-  open_ = true;
-  typing_ = false;
   if (tree_.empty()) tree_ = recorder_.recordTree(root);
   placesBefore_ = TreeRecorderC::recordPlaces(places);
+  typing_ = false;
+  open_ = true;
 }
 
 PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
@@ -31,32 +33,38 @@ PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
 
 void EditHistoryC::endStep(Node4C const& root, EditPlacesS const& places) {
   if (!open_) return;
-  open_ = false;
   oss::bytestring tree = recorder_.recordTree(root);
-  if (tree == tree_) return;
+  if (tree == tree_) {
+    open_ = false;
+    return;
+  }
 
+  // What asks for memory comes first: when there is none, the history is as it was and the step still open.
   StepS step;
   step.tree = makeDelta(tree_, tree);
   step.placesAfter = makeDelta(placesBefore_, TreeRecorderC::recordPlaces(places));
-  forgetRedo();
-  if (typing_ && !steps_.empty()) {
-    StepS const& last = steps_.back();
+  if (typing_ && next_ > 0) {
+    StepS const& last = steps_[next_ - 1];
     step.continues = last.typing && applyDelta(last.placesBefore, last.placesAfter, false) == placesBefore_;
   }
   step.typing = typing_;
+  steps_.emplace_back();
   step.placesBefore = std::move(placesBefore_);
   tree_ = std::move(tree);
+  forgetRedo();
   bytes_ += step.byteSize();
-  steps_.push_back(std::move(step));
+  steps_.back() = std::move(step);
   next_ = steps_.size();
   trim();
+  open_ = false;
 }
 
+/// All behind the place of the new step but the last, which is to become it.
 void EditHistoryC::forgetRedo() {
-  while (steps_.size() > next_) {
-    bytes_ -= steps_.back().byteSize();
-    steps_.pop_back();
-  }
+  auto const first = steps_.begin() + static_cast<std::ptrdiff_t>(next_);
+  auto const last = std::prev(steps_.end());
+  for (auto step = first; step != last; ++step) bytes_ -= step->byteSize();
+  steps_.erase(first, last);
 }
 
 void EditHistoryC::trim() {
@@ -70,16 +78,23 @@ void EditHistoryC::trim() {
 
 PointerTC<EditBackupC> EditHistoryC::undo() {
   if (!canUndo() || open_) return nullptr;
-  StepS const& step = steps_[--next_];
-  tree_ = applyDelta(tree_, step.tree, true);
-  return recorder_.restore(tree_, step.placesBefore);
+  StepS const& step = steps_[next_ - 1];
+  return moveTo(next_ - 1, applyDelta(tree_, step.tree, true), step.placesBefore);
 }
 
 PointerTC<EditBackupC> EditHistoryC::redo() {
   if (!canRedo() || open_) return nullptr;
-  StepS const& step = steps_[next_++];
-  tree_ = applyDelta(tree_, step.tree, false);
-  return recorder_.restore(tree_, applyDelta(step.placesBefore, step.placesAfter, false));
+  StepS const& step = steps_[next_];
+  return moveTo(next_ + 1, applyDelta(tree_, step.tree, false),
+                applyDelta(step.placesBefore, step.placesAfter, false));
+}
+
+PointerTC<EditBackupC> EditHistoryC::moveTo(unsigned long next, oss::bytestring tree,
+                                            oss::bytestring const& places) {
+  auto state = recorder_.restore(tree, places);
+  tree_ = std::move(tree);
+  next_ = next;
+  return state;
 }
 
 }  // namespace zolt::math::ved

@@ -61,6 +61,7 @@ class EditHistoryC {
     unsigned long byteSize() const;
   };
 
+  PointerTC<EditBackupC> moveTo(unsigned long next, oss::bytestring tree, oss::bytestring const& places);
   void forgetRedo();
   void trim();
 

@@ -28,6 +28,10 @@ class EditHistoryC;
 /// `getAlgebraicExpression`. Everything happens on the caller's thread, at once; layout waits until somebody
 /// asks for it. A refused input leaves everything as it was. Calls that would change the view from inside one
 /// of its own events (from a constraints object, say) are refused.
+///
+/// When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection and history are as
+/// before the call, or as before the group around it. Taking back needs memory itself: the next call that
+/// looks at the formula does it, and throws as long as there is none.
 class ViewZNT4C {
  public:
   /// Starts with an empty expression. Keeps `graphics` for its lifetime; it must not be null.
@@ -108,12 +112,12 @@ class ViewZNT4C {
   void cancelGroup();
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
-  Node4C const& crefRoot() const { return *root_; }
-  Node4C const* getCaretNode() const { return caretNode_; }
-  unsigned int getCaretPos() const { return caretPos_; }
+  Node4C const& crefRoot() const { return takeBackIfDue(), *root_; }
+  Node4C const* getCaretNode() const { return takeBackIfDue(), caretNode_; }
+  unsigned int getCaretPos() const { return takeBackIfDue(), caretPos_; }
   /// Null when there is no selection.
-  Node4C const* getAnchorNode() const { return anchorNode_; }
-  unsigned int getAnchorPos() const { return anchorPos_; }
+  Node4C const* getAnchorNode() const { return takeBackIfDue(), anchorNode_; }
+  unsigned int getAnchorPos() const { return takeBackIfDue(), anchorPos_; }
   /// Whether a non-empty selection exists. An empty one is dropped by the way, unless the pointer is down.
   bool isSelected() const;
   /// The selection as a stretch of one row, in reading order: from a position in its item `first` to one in
@@ -128,6 +132,7 @@ class ViewZNT4C {
   OperatorListC const& crefOperatorList() const { return *operatorList_; }
 
  private:
+  class EventC;
   friend class ViewInsertionC;
 
   // view_core.cpp
@@ -145,8 +150,6 @@ class ViewZNT4C {
   void showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                       PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                       algexpr::NumberDisplayFormatE format);
-  /// Ends what `executing_` began, and makes up for a repaint that came too early.
-  void finishEvent();
   void layoutIfPending() const;
   void selectError(ErrorSelectionS const& error);
   // view_caret.cpp
@@ -205,12 +208,16 @@ class ViewZNT4C {
   /// Null: nothing to paste.
   bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
-  /// Makes the tree, caret and anchor of `state` the view's own.
-  void takeOver(EditBackupC& state);
+  /// Opens a step, and keeps what goes back to its beginning; ignored while one is open.
+  void announceEdit();
+  /// Makes the tree, caret and anchor of `state` the view's own; asking for a repaint is the caller's.
+  void takeOver(EditBackupC& state) const;
 
   // view_undo.cpp
   void recordStep();
-  void dropStep();
+  void takeBackIfDue() const { takeBackDue_ ? takeBack() : void(); }
+  /// Goes back to where the open step began, which is then no step.
+  void takeBack() const;
 
   PointerTC<GraphicsABC> graphics_;
   PointerTC<OperatorListC> operatorList_;
@@ -218,11 +225,12 @@ class ViewZNT4C {
   PointerTC<algexpr::ConstraintsBC> constraints_;
   mutable bool layoutPending_ = false;
   mutable bool measurePending_ = false;  // the next layout measures everything
-  long textOverhang_ = -1;               // how far texts reach out of the boxes around them; -1: not measured
-  PointerTC<EditBackupC> backup_;
+  mutable long textOverhang_ = -1;       // how far texts reach out of the boxes around them; -1: not measured
+  mutable PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
   bool grouping_ = false;
-  bool executing_ = false;  // an event is under way: no layout, no drawing, no second event
+  bool executing_ = false;            // an event is under way: no layout, no drawing, no second event
+  mutable bool takeBackDue_ = false;  // the tree is that of an edit which did not end
   mutable bool paintMissed_ = false;
   long hitBestDistance_ = 0;
   long hitLeft_ = 0;
@@ -231,11 +239,11 @@ class ViewZNT4C {
   long hitX_ = 0;
   long hitY_ = 0;
   PointerTC<algexpr::AlgebraicExpressionC> expression_;
-  Node4C* root_ = nullptr;
-  Node4C* caretNode_ = nullptr;
-  unsigned int caretPos_ = 0;
+  mutable std::unique_ptr<Node4C> root_;
+  mutable Node4C* caretNode_ = nullptr;
+  mutable unsigned int caretPos_ = 0;
   mutable Node4C* anchorNode_ = nullptr;
-  unsigned int anchorPos_ = 0;
+  mutable unsigned int anchorPos_ = 0;
   std::unique_ptr<EditHistoryC> history_;
 };
 

@@ -1,10 +1,10 @@
 #include "zolt/common/float64_util.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/detail/pastable_row.h"
 #include "zolt/ved/view/detail/row_nesting.h"
 #include "zolt/ved/view/detail/selection_bounds.h"
-#include "zolt/ved/view/edit_history.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -73,8 +73,10 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) cons
   if (!editable_ && expression_ && isSelected() && isAllSelected()) return expression_;
   std::unique_ptr<Node4C> const row(copySelection());
   if (!row) return nullptr;
-  bytes = writeBytes(*row);
-  return row->getAlgebraicExpression(nullptr);
+  bytestring written = writeBytes(*row);
+  auto expression = row->getAlgebraicExpression(nullptr);
+  bytes = std::move(written);
+  return expression;
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
@@ -97,36 +99,41 @@ bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
 
 bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   // The row itself dissolves in the row that it goes into.
+  takeBackIfDue();
   if (!row || !mayNest(countNestedRows(*row) - 1)) return bip();
-  executing_ = true;
+  EventC guard(*this);
   if (deleteSelection()) {
     splitText(true);
     caretNode_->getParent()->insertChild(caretNode_->findChildNumber(), row.release());
   }
   finishEdit();
-  finishEvent();
+  guard.finish();
   return true;
 }
 
 bool ViewZNT4C::backupBeforeModif() {
   if (!editable_) return bip();
-  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
-  if (constraints_ && !backup_) {
-    backup_ = new EditBackupC(true, root_, caretNode_, caretPos_, anchorNode_, anchorPos_);
-  }
+  announceEdit();
   // An empty selection must not grow around what the edit is about to insert.
   if (!isSelected()) anchorNode_ = nullptr;
   return needLayout();
 }
 
-void ViewZNT4C::takeOver(EditBackupC& state) {
-  delete root_;
-  root_ = state.releaseRoot();
+void ViewZNT4C::announceEdit() {
+  if (constraints_ && !backup_) {
+    backup_ = new EditBackupC(true, root_.get(), caretNode_, caretPos_, anchorNode_, anchorPos_);
+  }
+  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
+}
+
+void ViewZNT4C::takeOver(EditBackupC& state) const {
+  root_.reset(state.releaseRoot());
   caretNode_ = state.getCaretNode();
   caretPos_ = state.getCaretPos();
   anchorNode_ = state.getAnchorNode();
   anchorPos_ = state.getAnchorPos();
-  needLayout();
+  layoutPending_ = true;
+  textOverhang_ = -1;
 }
 
 }  // namespace zolt::math::ved

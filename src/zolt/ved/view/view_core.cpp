@@ -1,7 +1,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/validate_tree.h"
-#include "zolt/ved/view/edit_history.h"
+#include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -42,7 +42,7 @@ ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics)
 }
 
 ViewZNT4C::~ViewZNT4C() {
-  delete root_;
+  root_.reset();
   expression_.reset();
   backup_.reset();
   constraints_.reset();
@@ -55,16 +55,18 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
                                        PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                                        algexpr::NumberDisplayFormatE format) {
   if (executing_) return;
-  history_->clear();
   showExpression(std::move(expression), std::move(constraints), precision, format);
+  history_->clear();
+  backup_.reset();
+  takeBackDue_ = false;
 }
 
 void ViewZNT4C::showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                                PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                                algexpr::NumberDisplayFormatE format) {
-  delete root_;
-  root_ = Node4C::fromAlgebraicExpression(expression, precision, format);
-  operatorList_ = OperatorListRepositoryC::lookup(engineOf(expression));
+  auto operators = OperatorListRepositoryC::lookup(engineOf(expression));
+  root_.reset(Node4C::fromAlgebraicExpression(expression, precision, format));
+  operatorList_ = std::move(operators);
   constraints_ = std::move(constraints);
 
   Node4C const* row = root_->child(0);
@@ -79,6 +81,7 @@ void ViewZNT4C::showExpression(PointerTC<algexpr::AlgebraicExpressionC> expressi
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(ErrorCauseE* cause) {
   if (!editable_ && expression_) return expression_;
+  takeBackIfDue();
   ErrorSelectionS error;
   auto expression = root_->getAlgebraicExpression(&error);
   if (!expression && editable_ && !executing_ && cause) {
@@ -111,6 +114,7 @@ bool ViewZNT4C::setEditable(bool editable) {
 bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
                             unsigned int caretPos) {
   if (executing_) return false;
+  takeBackIfDue();
   if (!isPlace(*root_, caretNode, caretPos)) return false;
   if (anchorNode && !isPlace(*root_, anchorNode, anchorPos)) return false;
   bool const empty = anchorNode == caretNode && anchorPos == caretPos;
@@ -124,6 +128,7 @@ bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, No
 // ---- Size and drawing -----------------------------------------------------------------------------------
 
 void ViewZNT4C::layoutIfPending() const {
+  takeBackIfDue();
   if (!layoutPending_) return;
   if (measurePending_) {
     root_->layout(*graphics_);
@@ -173,23 +178,41 @@ bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool seco
 
 bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
   if (executing_) return false;
-  executing_ = true;
+  EventC guard(*this);
   bool const consumed = dispatchEvent(event, code, shift, x, y);
   if (consumed) finishEdit();
-  finishEvent();
+  guard.finish();
   return consumed;
 }
 
-void ViewZNT4C::finishEvent() {
-#ifdef ZOLT_CHECK_TREES
-  bool const sound = validateTree(*root_).invariant == TREE_VALID && isPlace(*root_, caretNode_, caretPos_) &&
-                     (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
-  if (!sound) __builtin_trap();
-#endif
-  executing_ = false;
-  if (!paintMissed_) return;
-  paintMissed_ = false;
-  needRedraw();
+ViewZNT4C::EventC::EventC(ViewZNT4C& view) : view_(view) {
+  view_.takeBackIfDue();
+  view_.executing_ = true;
+  caretNode_ = view_.caretNode_;
+  caretPos_ = view_.caretPos_;
+  anchorNode_ = view_.anchorNode_;
+  anchorPos_ = view_.anchorPos_;
+  penDown_ = view_.penDown_;
+}
+
+ViewZNT4C::EventC::~EventC() {
+  if (finished_) return;
+  view_.executing_ = view_.paintMissed_ = false;
+  view_.penDown_ = penDown_;
+  view_.takeBackDue_ = view_.history_->isStepOpen();
+  if (view_.takeBackDue_) return;
+  view_.caretNode_ = caretNode_;
+  view_.caretPos_ = caretPos_;
+  view_.anchorNode_ = anchorNode_;
+  view_.anchorPos_ = anchorPos_;
+}
+
+void ViewZNT4C::EventC::finish() {
+  finished_ = true;
+  view_.executing_ = false;
+  if (!view_.paintMissed_) return;
+  view_.paintMissed_ = false;
+  view_.needRedraw();
 }
 
 bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y) {
@@ -258,6 +281,11 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
 
 void ViewZNT4C::finishEdit() {
   if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+#ifdef ZOLT_CHECK_TREES
+  bool const sound = validateTree(*root_).invariant == TREE_VALID && isPlace(*root_, caretNode_, caretPos_) &&
+                     (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
+  if (!sound) __builtin_trap();
+#endif
   if (!grouping_) settleEdit();
 }
 
@@ -265,7 +293,8 @@ bool ViewZNT4C::settleEdit() {
   bool const rejected = isRejected();
   if (rejected) {
     takeOver(*backup_);
-    dropStep();
+    needRedraw();
+    history_->dropStep();
   } else {
     recordStep();
   }

@@ -31,6 +31,7 @@ void climbToSiblings(Node4C const*& a, Node4C const*& b) {
 }  // namespace
 
 bool ViewZNT4C::isSelected() const {
+  takeBackIfDue();
   if (!anchorNode_) return false;
   if (anchorNode_ != caretNode_ || anchorPos_ != caretPos_) return true;
   if (!penDown_) anchorNode_ = nullptr;

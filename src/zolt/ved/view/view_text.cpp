@@ -1,11 +1,13 @@
-#include "zolt/ved/view/edit_history.h"
+#include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
 
 namespace {
 
-Node4C* makeNode(Node4TypeE type) { return new Node4C(type, nullptr, wstring(), 0); }
+std::unique_ptr<Node4C> makeNode(Node4TypeE type) {
+  return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
+}
 
 /// Whether a character may be typed as such. Of the signs below 128, most come in only through the operators
 /// that they name.
@@ -29,16 +31,15 @@ bool isWrittenAsText(OperatorBC const& op) {
 
 bool ViewZNT4C::insertText(wstring const& text) {
   if (executing_) return bip();
-  executing_ = true;
+  EventC guard(*this);
   bool const taken = doAddText(text);
   if (taken) {
     finishEdit();
-  } else {
-    if (history_->isStepOpen()) takeOver(*history_->stateBeforeStep());
-    dropStep();
-    backup_.reset();
+  } else if (history_->isStepOpen()) {
+    takeBack();
+    needRedraw();
   }
-  finishEvent();
+  guard.finish();
   return taken;
 }
 
@@ -109,7 +110,7 @@ void ViewZNT4C::addBracket(Node4TypeE type) {
     splitText(true);
   }
   Node4C* const row = caretNode_->getParent();
-  row->insertChild(caretNode_->findChildNumber(), makeNode(type));
+  row->insertChild(caretNode_->findChildNumber(), makeNode(type).release());
 }
 
 /// At an end of a row, turns the supplied bracket there into the typed one that takes its place.
@@ -128,7 +129,7 @@ bool ViewZNT4C::promoteAutoBracket(Node4TypeE type) {
 void ViewZNT4C::splitText(bool toRight) {
   Node4C* const row = caretNode_->getParent();
   unsigned long const place = caretNode_->findChildNumber();
-  Node4C* const part = makeNode(NODE4_TEXT);
+  Node4C* const part = makeNode(NODE4_TEXT).release();
   if (caretPos_ == 0) {
     row->insertChild(place, part);
     if (!toRight) caretNode_ = part;

@@ -1,4 +1,4 @@
-#include "zolt/ved/view/edit_history.h"
+#include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -13,45 +13,51 @@ bool ViewZNT4C::redoContinues() const { return canRedo() && history_->redoContin
 
 bool ViewZNT4C::undo() {
   if (executing_ || grouping_ || !canUndo()) return bip();
+  takeBackIfDue();
   takeOver(*history_->undo());
-  return true;
+  return needRedraw();
 }
 
 bool ViewZNT4C::redo() {
   if (executing_ || grouping_ || !canRedo()) return bip();
+  takeBackIfDue();
   takeOver(*history_->redo());
-  return true;
+  return needRedraw();
 }
 
 // The step starts here and not with the first edit: undoing it brings back the selection that the person had.
 void ViewZNT4C::beginGroup() {
   if (executing_ || grouping_) return;
+  takeBackIfDue();
+  if (editable_) announceEdit();
   grouping_ = true;
-  if (!editable_) return;
-  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
-  if (constraints_) backup_ = new EditBackupC(true, root_, caretNode_, caretPos_, anchorNode_, anchorPos_);
 }
 
 bool ViewZNT4C::endGroup() {
   if (executing_ || !grouping_) return bip();
+  EventC guard(*this);
   grouping_ = false;
-  executing_ = true;
   history_->markTyping(false);
   bool const kept = settleEdit();
-  finishEvent();
+  guard.finish();
   return kept;
 }
 
 void ViewZNT4C::cancelGroup() {
   if (executing_ || !grouping_) return;
   grouping_ = false;
-  if (history_->isStepOpen()) takeOver(*history_->stateBeforeStep());
-  dropStep();
+  if (!history_->isStepOpen()) return;
+  takeBackDue_ = true;
+  needRedraw();
+}
+
+void ViewZNT4C::takeBack() const {
+  takeOver(*history_->stateBeforeStep());
+  history_->dropStep();
   backup_.reset();
+  takeBackDue_ = false;
 }
 
 void ViewZNT4C::recordStep() { history_->endStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_}); }
-
-void ViewZNT4C::dropStep() { history_->dropStep(); }
 
 }  // namespace zolt::math::ved
