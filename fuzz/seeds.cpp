@@ -125,6 +125,13 @@ std::vector<BytesT> eventsSeeds() {
   return seeds;
 }
 
+std::vector<BytesT> memorySeeds() {
+  std::vector<BytesT> seeds = eventsSeeds();
+  std::uint8_t manner = 0;
+  for (BytesT& seed : seeds) seed.insert(seed.begin(), manner++);
+  return seeds;
+}
+
 std::vector<BytesT> clipboardSeeds() {
   prepare();
   auto const operators =

@@ -1,64 +1,75 @@
 #include "tests/support/allocations.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
+#include <limits>
 #include <new>
-
-#if defined(__SANITIZE_ADDRESS__)
-#define ZOLT_HEAP_IS_CHECKED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZOLT_HEAP_IS_CHECKED 1
-#endif
-#endif
 
 namespace zolt::tests {
 
 namespace {
 
-AllocationsS allocations;
+constexpr std::size_t plenty = std::numeric_limits<std::size_t>::max();
 
-void note(std::size_t size) {
+AllocationsS allocations;
+std::size_t blocksHeld = 0;
+std::size_t bytesHeld = 0;  // since the reset; wraps below zero when older blocks are given back
+std::size_t allocationsLeft = plenty;
+
+void* allocate(std::size_t size) {
+  if (allocationsLeft == 0) return nullptr;
+  void* const memory = std::malloc(size > 0 ? size : 1);
+  if (!memory) return nullptr;
+  if (allocationsLeft != plenty) --allocationsLeft;
+  ++blocksHeld;
   ++allocations.count;
   allocations.bytes += size;
   allocations.largest = std::max(allocations.largest, size);
+  bytesHeld += malloc_usable_size(memory);
+  if (bytesHeld <= plenty / 2) allocations.peak = std::max(allocations.peak, bytesHeld);
+  return memory;
+}
+
+void release(void* memory) {
+  if (!memory) return;
+  --blocksHeld;
+  bytesHeld -= malloc_usable_size(memory);
+  std::free(memory);
 }
 
 }  // namespace
 
 AllocationsS const& AllocationsS::get() { return allocations; }
-void AllocationsS::reset() { allocations = AllocationsS(); }
 
-}  // namespace zolt::tests
-
-#ifdef ZOLT_HEAP_IS_CHECKED
-
-// The sanitizer checks more with operators of its own than it could with ours. Its header for this comes with
-// Clang only, the function with GCC too.
-extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*onAllocate)(void const volatile*,
-                                                                            std::size_t),
-                                                         void (*onFree)(void const volatile*));
-
-namespace zolt::tests {
-
-namespace {
-
-int const installed = __sanitizer_install_malloc_and_free_hooks(
-    [](void const volatile*, std::size_t size) { note(size); }, [](void const volatile*) {});
-
-}  // namespace
-
-}  // namespace zolt::tests
-
-#else
-
-void* operator new(std::size_t size) {
-  zolt::tests::note(size);
-  if (void* const memory = std::malloc(size > 0 ? size : 1)) return memory;
-  std::abort();
+void AllocationsS::reset() {
+  allocations = AllocationsS();
+  bytesHeld = 0;
 }
 
-void operator delete(void* memory) noexcept { std::free(memory); }
-void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+std::size_t AllocationsS::blocks() { return blocksHeld; }
 
+ScarceHeapC::ScarceHeapC(std::size_t count) { allocationsLeft = count; }
+
+ScarceHeapC::~ScarceHeapC() { allocationsLeft = plenty; }
+
+}  // namespace zolt::tests
+
+// All forms, since a sanitizer has one of its own for each. Without exceptions there is nothing else to do
+// for a program that has no memory.
+void* operator new(std::size_t size) {
+  if (void* const memory = zolt::tests::allocate(size)) return memory;
+#ifdef __cpp_exceptions
+  throw std::bad_alloc();
+#else
+  std::abort();
 #endif
+}
+
+void* operator new[](std::size_t size) { return ::operator new(size); }
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept { return zolt::tests::allocate(size); }
+void operator delete(void* memory) noexcept { zolt::tests::release(memory); }
+void operator delete[](void* memory) noexcept { zolt::tests::release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { zolt::tests::release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { zolt::tests::release(memory); }

@@ -1,0 +1,200 @@
+// Anything a person and a host may do to a view or a field, with memory running out on the way.
+//
+// The first byte of an input says how: every step is tried with ever more allocations until it gets through,
+// first one by one, then in steps that the byte chooses; its lowest bit chooses between view and field.
+
+#include <memory>
+#include <new>
+
+#include "fuzz/bytes_text.h"
+#include "fuzz/event_bytes.h"
+#include "fuzz/trip.h"
+#include "tests/support/allocations.h"
+#include "tests/support/script_player.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/script_runner.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/tree/validate_tree.h"
+
+namespace zolt::fuzz {
+
+#ifdef __cpp_exceptions
+
+using namespace field;
+using namespace math::ved;
+using surfaces::RecordingGraphicsC;
+
+namespace {
+
+constexpr std::size_t first_allocations = 40;  // of a step, each of which fails once
+constexpr std::size_t largest_notation = 2000;
+
+PointerTC<RecordingGraphicsC> makeSurface() {
+  return new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING);
+}
+
+/// A view of which every call has to be all or nothing.
+class ScarceViewC {
+ public:
+  static constexpr bool all_or_nothing = true;
+
+  ScarceViewC() : view_(makeSurface()), player_(view_) {}
+
+  ViewZNT4C& refView() { return view_; }
+  void play(ScriptStepS const& step) {
+    switch (step.word) {
+      case SCRIPT_PASTE_TEXT:
+        view_.paste(exchange::fromPlainText(step.text, nullptr));
+        break;
+      case SCRIPT_TREE: {
+        TreeNotationS tree;
+        unsigned long position = 0;
+        if (readTreeNotation(step.text, view_.crefOperatorList(), tree, position))
+          view_.paste(writeBytes(*tree.root->child(0)));
+        break;
+      }
+      case SCRIPT_SET:
+        if (!step.on) {
+          view_.getAlgebraicExpression(nullptr);
+        } else if (step.text == u"letters") {
+          view_.measureAgain();
+        } else {
+          view_.getCaretRectangle();
+          view_.getCurrentNodeRectangle();
+        }
+        break;
+      default:
+        player_.play(step);
+    }
+  }
+
+ private:
+  ViewZNT4C view_;
+  tests::ScriptPlayerC player_;
+};
+
+/// A field, of whose acts some are several steps to undo.
+class ScarceFieldC {
+ public:
+  static constexpr bool all_or_nothing = false;
+
+  ScarceFieldC() : field_(makeSurface()), runner_(field_) {}
+
+  ViewZNT4C& refView() { return field_.refView(); }
+  void play(ScriptStepS const& step) {
+    runner_.run(step);
+    RectangleS box;
+    field_.takeRevealRequest(box);
+    field_.getSelectionRectangles();
+    if (step.word == SCRIPT_SET) field_.getExpression();
+  }
+
+ private:
+  FormulaFieldC field_;
+  ScriptRunnerC runner_;
+};
+
+wstring write(ViewZNT4C const& view) {
+  bool const selected = view.isSelected();
+  return writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
+                           selected ? view.getAnchorNode() : nullptr, view.getAnchorPos());
+}
+
+std::string checkSound(ViewZNT4C const& view) {
+  if (auto fault = checkInvariants(view.crefRoot()); !fault.empty()) return fault;
+  bool const placed =
+      validatePlace(view.crefRoot(), view.getCaretNode(), view.getCaretPos()).invariant == TREE_VALID;
+  return placed ? "" : "the caret is nowhere";
+}
+
+/// The picture is the one that a layout of everything gives.
+std::string checkPicture(ViewZNT4C& view) {
+  PointerTC<RecordingGraphicsC> const surface = makeSurface();
+  std::unique_ptr<Node4C> const copy(view.crefRoot().clone());
+  copy->layout(*surface);
+  PointS const size = view.getExpressionSize();
+  RecordingGraphicsC shown;
+  view.crefRoot().display(shown, 0, 0, nullptr);
+  RecordingGraphicsC full;
+  copy->display(full, 0, 0, nullptr);
+  bool const same = size.x == copy->getWidth() && size.y == copy->getHeight();
+  return same && shown.getText() == full.getText() ? "" : "the picture is not that of the tree";
+}
+
+/// True when it got through.
+template <class SubjectT>
+bool playScarce(SubjectT& subject, ScriptStepS const& step, std::size_t allocations) {
+  tests::ScarceHeapC const heap(allocations);
+  try {
+    subject.play(step);
+    return true;
+  } catch (std::bad_alloc const&) {
+    return false;
+  }
+}
+
+template <class SubjectT>
+std::string playStep(SubjectT& subject, ScriptStepS const& step, std::size_t stride) {
+  ViewZNT4C& view = subject.refView();
+  wstring const before = write(view);
+  bool const undoable = view.canUndo();
+  bool const redoable = view.canRedo();
+  for (std::size_t n = 0; !playScarce(subject, step, n); n += n < first_allocations ? 1 : n / 8 + stride) {
+    wstring const after = write(view);
+    if (auto fault = checkSound(view); !fault.empty()) return fault;
+    if (!SubjectT::all_or_nothing) {
+      if (after.size() > largest_notation) break;
+      continue;
+    }
+    bool const same = after == before && view.canUndo() == undoable && view.canRedo() == redoable;
+    if (!same) return "left after " + std::to_string(n) + " allocations: " + toBytes(after);
+  }
+  if (auto fault = checkSound(view); !fault.empty()) return fault;
+  return checkPicture(view);
+}
+
+template <class SubjectT>
+std::string playAll(EventScriptT const& script, std::size_t stride) {
+  SubjectT subject;
+  ViewZNT4C& view = subject.refView();
+  bytestring start = writeBytes(view.crefRoot());
+  for (ScriptStepS const& step : script) {
+    if (write(view).size() > largest_notation) break;
+    if (auto fault = playStep(subject, step, stride); !fault.empty())
+      return toBytes(writeScriptStep(step)) + ": " + fault;
+    if (step.word == SCRIPT_SHOW && !view.canUndo()) start = writeBytes(view.crefRoot());
+  }
+  view.setEditable(true);
+  while (view.undo()) {
+  }
+  return writeBytes(view.crefRoot()) == start ? "" : "undoing everything does not lead back to the start";
+}
+
+}  // namespace
+
+std::string checkMemory(std::uint8_t const* data, std::size_t size) {
+  if (size < 1) return {};
+  prepare();
+  EventScriptT const script = toEvents(data + 1, size - 1);
+  auto const play = data[0] % 2 ? playAll<ScarceFieldC> : playAll<ScarceViewC>;
+  std::string fault = play(script, 1 + data[0] / 2);
+  std::size_t const blocks = tests::AllocationsS::blocks();
+  // What is kept for good was made the first time.
+  if (fault.empty()) {
+    fault = play(script, 1 + data[0] / 2);
+    if (fault.empty() && tests::AllocationsS::blocks() != blocks) {
+      fault = std::to_string(tests::AllocationsS::blocks() - blocks) + " blocks of memory are lost";
+    }
+  }
+  return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+}
+
+#else
+
+// Without exceptions a program that has no memory ends.
+std::string checkMemory(std::uint8_t const*, std::size_t) { return {}; }
+
+#endif
+
+}  // namespace zolt::fuzz
