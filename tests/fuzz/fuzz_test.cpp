@@ -8,9 +8,9 @@
 #include <iterator>
 #include <random>
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/targets.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/targets.h"
 
 namespace zolt::fuzz {
 namespace {

@@ -4,7 +4,7 @@ import pathlib
 import re
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-CODE_FOLDERS = ("src", "hosts", "examples", "tests", "fuzz", "bench")
+CODE_FOLDERS = ("src", "hosts", "examples", "tests", "fuzzing", "bench")
 CODE_SUFFIXES = (".h", ".cpp")
 
 

@@ -26,6 +26,8 @@ std::string checkClipboard(std::uint8_t const* data, std::size_t size);
 std::string checkEvents(std::uint8_t const* data, std::size_t size);
 std::string checkField(std::uint8_t const* data, std::size_t size);
 std::string checkNotation(std::uint8_t const* data, std::size_t size);
+std::string checkScript(std::uint8_t const* data, std::size_t size);
+std::string checkSheet(std::uint8_t const* data, std::size_t size);
 std::string checkMemory(std::uint8_t const* data, std::size_t size);
 
 std::vector<BytesT> prefixSeeds();
@@ -34,13 +36,16 @@ std::vector<BytesT> plainSeeds();
 std::vector<BytesT> clipboardSeeds();
 std::vector<BytesT> eventsSeeds();
 std::vector<BytesT> notationSeeds();
+std::vector<BytesT> scriptSeeds();
+std::vector<BytesT> sheetSeeds();
 std::vector<BytesT> memorySeeds();
 
 constexpr TargetS targets[] = {
     {"prefix", checkPrefix, prefixSeeds},       {"infix", checkInfix, infixSeeds},
     {"plain", checkPlain, plainSeeds},          {"clipboard", checkClipboard, clipboardSeeds},
     {"events", checkEvents, eventsSeeds},       {"field", checkField, eventsSeeds},
-    {"notation", checkNotation, notationSeeds}, {"memory", checkMemory, memorySeeds},
+    {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
+    {"sheet", checkSheet, sheetSeeds},          {"memory", checkMemory, memorySeeds},
 };
 
 }  // namespace zolt::fuzz

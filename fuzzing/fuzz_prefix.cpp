@@ -1,7 +1,7 @@
 // Prefix text from outside: read, written, shown.
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/trip.h"
 
 namespace zolt::fuzz {
 

@@ -1,7 +1,7 @@
 // Plain text, as people write formulas.
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/trip.h"
 #include "zolt/exchange/plain_text.h"
 
 namespace zolt::fuzz {

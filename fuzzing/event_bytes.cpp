@@ -1,9 +1,9 @@
-#include "fuzz/event_bytes.h"
+#include "fuzzing/event_bytes.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "fuzz/bytes_text.h"
+#include "fuzzing/bytes_text.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/commands.h"
 #include "zolt/ved/view/key_code.h"

@@ -1,10 +1,11 @@
-// Anything a person and a host may do to a formula field.
+// Anything a person and a host may do to a formula field: as bytes that are events, and as the text of a
+// script.
 
 #include <memory>
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/trip.h"
 #include "zolt/field/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -114,15 +115,37 @@ std::string checkRecording(FieldSessionC const& session) {
   return "the recording leads to " + toBytes(again.notation()) + " and not to " + toBytes(session.notation());
 }
 
-}  // namespace
-
-std::string checkField(std::uint8_t const* data, std::size_t size) {
-  EventScriptT const script = toEvents(data, size);
+std::string playOnField(EventScriptT const& script) {
   FieldSessionC session;
   std::string fault = session.play(script);
   if (fault.empty()) fault = checkRecording(session);
   if (fault.empty()) fault = session.finish();
   return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+}
+
+}  // namespace
+
+std::string checkField(std::uint8_t const* data, std::size_t size) {
+  return playOnField(toEvents(data, size));
+}
+
+std::string checkScript(std::uint8_t const* data, std::size_t size) {
+  prepare();
+  wstring const text = toText(data, size);
+  EventScriptT script;
+  unsigned long position = 0;
+  startMeter();
+  bool const read = readEventScript(text, script, position);
+  if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
+  if (!read) {
+    if (!script.empty()) return "a refused text has left steps";
+    return position <= text.size() ? "" : "the fault is behind the text";
+  }
+  wstring const written = writeEventScript(script);
+  EventScriptT again;
+  if (!readEventScript(written, again, position)) return "the script does not read back: " + toBytes(written);
+  if (writeEventScript(again) != written) return "the script reads back as another: " + toBytes(written);
+  return playOnField(script);
 }
 
 }  // namespace zolt::fuzz

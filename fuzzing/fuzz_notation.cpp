@@ -1,7 +1,7 @@
 // Trees in notation, from dumps and bug reports.
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/surfaces/recording/recording_graphics.h"

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -121,6 +121,34 @@ std::vector<BytesT> eventsSeeds() {
     typed.word = field::SCRIPT_TYPE;
     typed.text = toText(text);
     seeds.push_back(fromEvents({typed}));
+  }
+  return seeds;
+}
+
+std::vector<BytesT> scriptSeeds() {
+  std::vector<BytesT> seeds;
+  for (BytesT const& events : eventsSeeds()) {
+    seeds.push_back(toSeed(toBytes(writeEventScript(toEvents(events.data(), events.size())))));
+  }
+  return seeds;
+}
+
+/// Sheets of a few formulas and texts each, some of them not as they should be.
+std::vector<BytesT> sheetSeeds() {
+  std::vector<BytesT> seeds;
+  std::string sheet;
+  unsigned long count = 0;
+  for (std::string const& text : texts()) {
+    if (sheet.empty()) sheet = "zolt-sheet 1\nheading \n";
+    if (isNotation(text)) {
+      sheet += "formula\ntree " + text + "\n";
+    } else {
+      bool const prefix = static_cast<bool>(AlgebraicExpressionC::fromPrefixString(toText(text)));
+      sheet += (prefix ? "formula " : "text ") + text + "\n";
+    }
+    if (++count % 4 > 0) continue;
+    seeds.push_back(toSeed(sheet + "end 5\n"));
+    sheet.clear();
   }
   return seeds;
 }

@@ -1,7 +1,7 @@
 // A row's infix text, as the grammar reads it.
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/trip.h"
 #include "zolt/ved/convert/error_selection.h"
 
 namespace zolt::fuzz {

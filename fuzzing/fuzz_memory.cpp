@@ -6,9 +6,9 @@
 #include <memory>
 #include <new>
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/trip.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/trip.h"
 #include "tests/support/allocations.h"
 #include "tests/support/script_player.h"
 #include "zolt/exchange/plain_text.h"
@@ -19,7 +19,7 @@
 
 namespace zolt::fuzz {
 
-#ifdef __cpp_exceptions
+#if defined(__cpp_exceptions) && !defined(ZOLT_BARE_CORE)
 
 using namespace field;
 using namespace math::ved;

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "fuzz/trip.h"
+#include "fuzzing/trip.h"
 #include "tests/support/script_player.h"
 #include "zolt/field/event_script.h"
 #include "zolt/surfaces/recording/recording_graphics.h"

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <iterator>
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/view_session.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/view_session.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
 

@@ -1,4 +1,4 @@
-#include "fuzz/bytes_text.h"
+#include "fuzzing/bytes_text.h"
 
 namespace zolt::fuzz {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fuzz/targets.h"
+#include "fuzzing/targets.h"
 #include "zolt/field/event_script.h"
 
 namespace zolt::fuzz {

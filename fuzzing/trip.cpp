@@ -1,10 +1,10 @@
-#include "fuzz/trip.h"
+#include "fuzzing/trip.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
 
-#include "fuzz/bytes_text.h"
+#include "fuzzing/bytes_text.h"
 #include "tests/support/allocations.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/number_display_format.h"

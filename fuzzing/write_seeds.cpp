@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "fuzz/targets.h"
+#include "fuzzing/targets.h"
 
 int main(int argc, char** argv) {
   for (auto const& target : zolt::fuzz::targets) {

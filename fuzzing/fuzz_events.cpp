@@ -1,8 +1,8 @@
 // Anything a person and a host may do to a view.
 
-#include "fuzz/bytes_text.h"
-#include "fuzz/event_bytes.h"
-#include "fuzz/view_session.h"
+#include "fuzzing/bytes_text.h"
+#include "fuzzing/event_bytes.h"
+#include "fuzzing/view_session.h"
 
 namespace zolt::fuzz {
 

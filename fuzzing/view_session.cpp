@@ -1,8 +1,8 @@
-#include "fuzz/view_session.h"
+#include "fuzzing/view_session.h"
 
 #include <memory>
 
-#include "fuzz/bytes_text.h"
+#include "fuzzing/bytes_text.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/tree_notation.h"
 #include "zolt/ved/tree/validate_tree.h"

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "fuzz/targets.h"
+#include "fuzzing/targets.h"
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
   static zolt::fuzz::TargetS const* const target = [] {

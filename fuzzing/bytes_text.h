@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "fuzz/targets.h"
+#include "fuzzing/targets.h"
 #include "zolt/oss/wstring.h"
 
 namespace zolt::fuzz {
