@@ -6,84 +6,36 @@
 #include <QClipboard>
 #include <QFile>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPdfWriter>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 #include <QUndoStack>
 
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
+#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/help_dialog.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "tests/qt/desktop_stage.h"
 #include "zolt/field/script_runner.h"
 #include "zolt/qt/formula_edit.h"
-#include "zolt/qt/formula_fonts.h"
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/text.h"
-
-#ifdef Q_OS_UNIX
-#include <sys/resource.h>
-
-#include <csignal>
-#endif
 
 using namespace zolt;
 using namespace zolt::desktop;
 using qt::FormulaEdit;
 
 namespace {
-
-QByteArray sampleBytes() {
-  return "zolt-sheet 1\n"
-         "heading Ünicode\n"
-         "text \n"
-         "formula +(a,b)\n"
-         "formula *(2,x)\n"
-         "tree [\"2x\"]\n"
-         "formula\n"
-         "tree [\"a+\", /<[\"b\"] ; [\"\"]>, \"\"]\n"
-         "formula\n"
-         "end 6\n";
-}
-
-SheetLine formulaLine(char const* prefix) { return {LineKind::Formula, {}, QLatin1String(prefix), {}}; }
-
-/// Presses a button of the next message box that comes up, and keeps what it said.
-class BoxAnswer final : public QObject {
- public:
-  explicit BoxAnswer(QMessageBox::StandardButton button) {
-    connect(&timer_, &QTimer::timeout, this, [this, button] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (!box) return;
-      said = box->text() + u'\n' + box->informativeText();
-      ++count;
-      box->button(button)->click();
-    });
-    timer_.start(5);
-  }
-
-  QString said;
-  int count = 0;
-
- private:
-  QTimer timer_;
-};
-
-std::shared_ptr<qt::FormulaFonts> fonts() {
-  QString error;
-  return qt::FormulaFonts::share(error);
-}
 
 void type(char const* keys) { QTest::keyClicks(QApplication::focusWidget(), keys); }
 
@@ -100,432 +52,351 @@ class DesktopTest final : public QObject {
   Q_OBJECT
 
  private slots:
-  void initTestCase();
-  void sheetsComeBackAsTheyWere();
-  void badFilesSayWhy_data();
-  void badFilesSayWhy();
-  void everyTruncationIsFound();
-  void anExpressionChangedByHandCounts();
-  void filesAreReplacedOrLeftAlone();
-  void oneHistoryForAllLines();
-  void typingOnAfterSavingIsAChange();
-  void linesMoveAndGo();
-  void keysLeadFromLineToLine();
-  void theWindowKeepsItsSheetWhateverFails();
-  void unsavedChangesAreAskedAbout();
-  void recentFilesAreRemembered();
-  void thePaletteInsertsAndFinds();
-  void everyKeyIsInTheHelp();
-  void picturesAndPages();
-  void recordingsReplay();
-  void darkAndLight();
-};
+  void initTestCase() {
+    QApplication::setOrganizationName(QStringLiteral("zolt"));
+    QApplication::setApplicationName(QStringLiteral("desktop-test"));
+    FormulaEdit provider;  // the operators
+  }
 
-void DesktopTest::initTestCase() {
-  QApplication::setOrganizationName(QStringLiteral("zolt"));
-  QApplication::setApplicationName(QStringLiteral("desktop-test"));
-  FormulaEdit provider;  // the operators
-}
+  // ---- Files ----------------------------------------------------------------------------------------------
 
-// ---- Files ------------------------------------------------------------------------------------------------
-
-void DesktopTest::sheetsComeBackAsTheyWere() {
-  QString error;
-  auto const sheet = readSheet(sampleBytes(), error);
-  QVERIFY2(sheet, qPrintable(error));
-  QCOMPARE(writeSheet(*sheet), sampleBytes());
-  auto const windows = readSheet(sampleBytes().replace("\n", "\r\n"), error);
-  QVERIFY(windows && *windows == *sheet);
-
-  SheetView view;
-  view.setSheet(*sheet);
-  QCOMPARE(writeSheet(view.sheet()), sampleBytes());
-  QVERIFY(!view.isModified());
-}
-
-void DesktopTest::badFilesSayWhy_data() {
-  QTest::addColumn<QByteArray>("bytes");
-  QTest::addColumn<int>("line");
-  auto const add = [](char const* name, QByteArray const& bytes, int line) {
-    QTest::newRow(name) << bytes << line;
-  };
-  add("empty", "", 1);
-  add("something else", "%PDF-1.4\n", 1);
-  add("newer version", "zolt-sheet 2\nend 0\n", 1);
-  add("no version", "zolt-sheet\nend 0\n", 1);
-  add("unknown word", "zolt-sheet 1\npicture x\nend 1\n", 2);
-  add("bad expression", "zolt-sheet 1\nformula +(a\nend 1\n", 2);
-  add("bad tree", "zolt-sheet 1\nformula\ntree [\"a\nend 1\n", 3);
-  add("tree of an unknown construct", "zolt-sheet 1\nformula\ntree [\"\", nosuch<[\"a\"]>, \"\"]\nend 1\n",
-      3);
-  add("tree without a formula", "zolt-sheet 1\ntext a\ntree [\"a\"]\nend 1\n", 3);
-  add("wrong count", "zolt-sheet 1\nformula a\nend 2\n", 3);
-  add("behind the end", "zolt-sheet 1\nend 0\nformula a\n", 3);
-  add("not UTF-8", "zolt-sheet 1\ntext \xff\xfe\nend 1\n", 0);
-  add("too many lines",
-      "zolt-sheet 1\n" + QByteArray("formula\n").repeated(int(field::max_sheet_lines) + 1) + "end 20001\n",
-      int(field::max_sheet_lines) + 2);
-  add("too large", QByteArray(int(max_sheet_bytes) + 1, ' '), 0);
-  add("nested too deep",
-      "zolt-sheet 1\nformula\ntree " + QByteArray("[\"\", sqrt<").repeated(5000) + "\nend 1\n", 3);
-}
-
-void DesktopTest::badFilesSayWhy() {
-  QFETCH(QByteArray, bytes);
-  QFETCH(int, line);
-  QString error;
-  QVERIFY(!readSheet(bytes, error));
-  QVERIFY(!error.isEmpty());
-  QCOMPARE(error.startsWith(QStringLiteral("Line %1:").arg(line)), line > 0);
-}
-
-void DesktopTest::everyTruncationIsFound() {
-  QByteArray const whole = sampleBytes();
-  // Only the last line end may be missing.
-  for (int length = 0; length < whole.size() - 1; ++length) {
+  void sheetsComeBackAsTheyWere() {
     QString error;
-    QVERIFY2(!readSheet(whole.left(length), error), qPrintable(QString::number(length)));
+    auto const sheet = readSheet(sampleBytes(), error);
+    QVERIFY2(sheet, qPrintable(error));
+    QCOMPARE(writeSheet(*sheet), sampleBytes());
+    auto const windows = readSheet(sampleBytes().replace("\n", "\r\n"), error);
+    QVERIFY(windows && *windows == *sheet);
+
+    SheetView view;
+    view.setSheet(*sheet);
+    QCOMPARE(writeSheet(view.sheet()), sampleBytes());
+    QVERIFY(!view.isModified());
   }
-}
 
-void DesktopTest::anExpressionChangedByHandCounts() {
-  QString error;
-  auto const sheet = readSheet("zolt-sheet 1\nformula *(3,x)\ntree [\"2x\"]\nend 1\n", error);
-  QVERIFY(sheet);
-  QCOMPARE(*sheet, Sheet{formulaLine("*(3,x)")});
-}
+  void badFilesSayWhy_data() {
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<int>("line");
+    auto const add = [](char const* name, QByteArray const& bytes, int line) {
+      QTest::newRow(name) << bytes << line;
+    };
+    add("empty", "", 1);
+    add("something else", "%PDF-1.4\n", 1);
+    add("newer version", "zolt-sheet 2\nend 0\n", 1);
+    add("no version", "zolt-sheet\nend 0\n", 1);
+    add("unknown word", "zolt-sheet 1\npicture x\nend 1\n", 2);
+    add("bad expression", "zolt-sheet 1\nformula +(a\nend 1\n", 2);
+    add("bad tree", "zolt-sheet 1\nformula\ntree [\"a\nend 1\n", 3);
+    add("tree of an unknown construct", "zolt-sheet 1\nformula\ntree [\"\", nosuch<[\"a\"]>, \"\"]\nend 1\n",
+        3);
+    add("tree without a formula", "zolt-sheet 1\ntext a\ntree [\"a\"]\nend 1\n", 3);
+    add("wrong count", "zolt-sheet 1\nformula a\nend 2\n", 3);
+    add("behind the end", "zolt-sheet 1\nend 0\nformula a\n", 3);
+    add("not UTF-8", "zolt-sheet 1\ntext \xff\xfe\nend 1\n", 0);
+    add("too many lines",
+        "zolt-sheet 1\n" + QByteArray("formula\n").repeated(int(field::max_sheet_lines) + 1) + "end 20001\n",
+        int(field::max_sheet_lines) + 2);
+    add("too large", QByteArray(int(max_sheet_bytes) + 1, ' '), 0);
+    add("nested too deep",
+        "zolt-sheet 1\nformula\ntree " + QByteArray("[\"\", sqrt<").repeated(5000) + "\nend 1\n", 3);
+  }
 
-void DesktopTest::filesAreReplacedOrLeftAlone() {
-  QTemporaryDir folder;
-  QString const path = folder.filePath(QStringLiteral("sheet.zved"));
-  QString error;
-  QVERIFY(replaceFile(path, "first", error));
-  QVERIFY(!replaceFile(folder.filePath(QStringLiteral("no/such/folder.zved")), "x", error));
-  QVERIFY(!error.isEmpty());
-  QVERIFY(!replaceFile(folder.path(), "x", error));
-#ifdef Q_OS_UNIX
-  // A full disk, as far as this process can tell.
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  rlimit const small{1000, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  error.clear();
-  bool const written = replaceFile(path, QByteArray(100000, 'x'), error);
-  setrlimit(RLIMIT_FSIZE, &before);
-  QVERIFY(!written);
-  QVERIFY(!error.isEmpty());
-#endif
-  QFile file(path);
-  QVERIFY(file.open(QIODevice::ReadOnly));
-  QCOMPARE(file.readAll(), QByteArray("first"));
-  QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), 1);
-}
+  void badFilesSayWhy() {
+    QFETCH(QByteArray, bytes);
+    QFETCH(int, line);
+    QString error;
+    QVERIFY(!readSheet(bytes, error));
+    QVERIFY(!error.isEmpty());
+    QCOMPARE(error.startsWith(QStringLiteral("Line %1:").arg(line)), line > 0);
+  }
 
-// ---- The open sheet ---------------------------------------------------------------------------------------
+  void everyTruncationIsFound() {
+    QByteArray const whole = sampleBytes();
+    // Only the last line end may be missing.
+    for (int length = 0; length < whole.size() - 1; ++length) {
+      QString error;
+      QVERIFY2(!readSheet(whole.left(length), error), qPrintable(QString::number(length)));
+    }
+  }
 
-void DesktopTest::oneHistoryForAllLines() {
-  SheetView view;
-  view.setSheet({formulaLine("a"), {LineKind::Text, QStringLiteral("note"), {}, {}}, formulaLine("b")});
-  view.show();
-  QApplication::setActiveWindow(&view);
-  QSignalSpy modified(&view, &SheetView::modifiedChanged);
-  view.rows()[0]->enterAtEnd();
-  type("+1");
-  view.rows()[1]->enterAtEnd();
-  type("!?");
-  view.rows()[2]->enterAtEnd();
-  type("/2");
-  view.removeCurrent();
-  QCOMPARE(prefixes(view), (QStringList{"+(a,1)", "note!?"}));
-  QVERIFY(view.isModified());
+  void anExpressionChangedByHandCounts() {
+    QString error;
+    auto const sheet = readSheet("zolt-sheet 1\nformula *(3,x)\ntree [\"2x\"]\nend 1\n", error);
+    QVERIFY(sheet);
+    QCOMPARE(*sheet, Sheet{formulaLine("*(3,x)")});
+  }
 
-  QList<QStringList> seen;
-  while (view.history().canUndo()) {
+  // ---- The open sheet -------------------------------------------------------------------------------------
+
+  void oneHistoryForAllLines() {
+    SheetView view;
+    view.setSheet({formulaLine("a"), {LineKind::Text, QStringLiteral("note"), {}, {}}, formulaLine("b")});
+    view.show();
+    QApplication::setActiveWindow(&view);
+    QSignalSpy modified(&view, &SheetView::modifiedChanged);
+    view.rows()[0]->enterAtEnd();
+    type("+1");
+    view.rows()[1]->enterAtEnd();
+    type("!?");
+    view.rows()[2]->enterAtEnd();
+    type("/2");
+    view.removeCurrent();
+    QCOMPARE(prefixes(view), (QStringList{"+(a,1)", "note!?"}));
+    QVERIFY(view.isModified());
+
+    QList<QStringList> seen;
+    while (view.history().canUndo()) {
+      view.history().undo();
+      seen << prefixes(view);
+    }
+    QCOMPARE(seen.first(), (QStringList{"+(a,1)", "note!?", "/(b,2)"}));
+    QVERIFY(seen.contains(QStringList{"+(a,1)", "note!?", "b"}));
+    QVERIFY(seen.contains(QStringList{"+(a,1)", "note", "b"}));
+    QCOMPARE(seen.last(), (QStringList{"a", "note", "b"}));
+    QVERIFY(!view.isModified());
+    while (view.history().canRedo()) view.history().redo();
+    QCOMPARE(prefixes(view), (QStringList{"+(a,1)", "note!?"}));
+    QVERIFY(modified.count() >= 3);
+
+    // What was undone in one line is not redone after an edit in another.
     view.history().undo();
-    seen << prefixes(view);
-  }
-  QCOMPARE(seen.first(), (QStringList{"+(a,1)", "note!?", "/(b,2)"}));
-  QVERIFY(seen.contains(QStringList{"+(a,1)", "note!?", "b"}));
-  QVERIFY(seen.contains(QStringList{"+(a,1)", "note", "b"}));
-  QCOMPARE(seen.last(), (QStringList{"a", "note", "b"}));
-  QVERIFY(!view.isModified());
-  while (view.history().canRedo()) view.history().redo();
-  QCOMPARE(prefixes(view), (QStringList{"+(a,1)", "note!?"}));
-  QVERIFY(modified.count() >= 3);
-
-  // What was undone in one line is not redone after an edit in another.
-  view.history().undo();
-  view.rows()[0]->enterAtEnd();
-  type("x");
-  QVERIFY(!view.history().canRedo());
-  view.setSheet({});
-  QVERIFY(!view.history().canUndo());
-}
-
-void DesktopTest::typingOnAfterSavingIsAChange() {
-  SheetView view;
-  view.show();
-  QApplication::setActiveWindow(&view);
-  view.rows()[0]->enterAtEnd();
-  type("a");
-  view.setSaved();
-  QVERIFY(!view.isModified());
-  type("b");
-  QVERIFY(view.isModified());
-  view.history().undo();
-  QCOMPARE(prefixes(view), QStringList{QString()});
-  QVERIFY(view.isModified());
-}
-
-void DesktopTest::linesMoveAndGo() {
-  SheetView view;
-  view.setSheet({formulaLine("a"), formulaLine("b")});
-  view.show();
-  QApplication::setActiveWindow(&view);
-  view.rows()[0]->enterAtEnd();
-  view.moveCurrent(1);
-  view.moveCurrent(1);  // there is no place farther down
-  QCOMPARE(prefixes(view), (QStringList{"b", "a"}));
-  view.duplicateCurrent();
-  QCOMPARE(prefixes(view), (QStringList{"b", "a", "a"}));
-  for (int i = 0; i < 5; ++i) view.removeCurrent();
-  QCOMPARE(prefixes(view), QStringList{QString()});
-  while (view.history().canUndo()) view.history().undo();
-  QCOMPARE(prefixes(view), (QStringList{"a", "b"}));
-}
-
-void DesktopTest::keysLeadFromLineToLine() {
-  SheetView view;
-  view.setSheet({formulaLine("a"), {LineKind::Heading, QStringLiteral("h"), {}, {}}, formulaLine("b")});
-  view.resize(500, 400);
-  view.show();
-  QApplication::setActiveWindow(&view);
-  view.rows()[0]->enterAtEnd();
-  auto const press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
-  press(Qt::Key_Down);
-  QCOMPARE(view.currentRow(), view.rows()[1]);
-  press(Qt::Key_Down);
-  QCOMPARE(view.currentRow(), view.rows()[2]);
-  press(Qt::Key_Up);
-  press(Qt::Key_Tab);
-  QCOMPARE(view.currentRow(), view.rows()[2]);
-  press(Qt::Key_Return);
-  QCOMPARE(view.rows().size(), 4);
-  QVERIFY(view.currentRow()->isEmpty());
-  press(Qt::Key_Return);  // an empty one is enough
-  QCOMPARE(view.rows().size(), 4);
-  press(Qt::Key_Backspace);
-  QCOMPARE(view.rows().size(), 3);
-  QCOMPARE(view.currentRow(), view.rows()[2]);
-  view.rows()[0]->enterAtEnd();
-  press(Qt::Key_Return);
-  QCOMPARE(view.currentRow(), view.rows()[2]);
-
-  type("+");
-  QSignalSpy errors(&view, &SheetView::errorOccurred);
-  press(Qt::Key_Return);
-  QCOMPARE(errors.count(), 1);
-  QCOMPARE(view.currentRow(), view.rows()[2]);
-}
-
-// ---- The window -------------------------------------------------------------------------------------------
-
-void DesktopTest::theWindowKeepsItsSheetWhateverFails() {
-  QTemporaryDir folder;
-  MainWindow window(fonts(), nullptr);
-  window.show();
-  QString const path = folder.filePath(QStringLiteral("a.zved"));
-  QString error;
-  QVERIFY(replaceFile(path, sampleBytes(), error));
-  QVERIFY(window.open(path));
-  QCOMPARE(window.path(), path);
-
-  QString const bad = folder.filePath(QStringLiteral("bad.zved"));
-  QVERIFY(replaceFile(bad, sampleBytes().chopped(8), error));
-  for (QString const& file : {bad, folder.filePath(QStringLiteral("missing.zved")), folder.path()}) {
-    BoxAnswer answer(QMessageBox::Ok);
-    QVERIFY(!window.open(file));
-    QCOMPARE(answer.count, 1);
-    QCOMPARE(window.path(), path);
-    QCOMPARE(writeSheet(window.view().sheet()), sampleBytes());
+    view.rows()[0]->enterAtEnd();
+    type("x");
+    QVERIFY(!view.history().canRedo());
+    view.setSheet({});
+    QVERIFY(!view.history().canUndo());
   }
 
-  window.view().insertBelow(formulaLine("new"));
-  QVERIFY(QFile::remove(path));
-  QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("a.zved")));  // nothing can be saved there now
-  BoxAnswer answer(QMessageBox::Ok);
-  QVERIFY(!window.save());
-  QCOMPARE(answer.count, 1);
-  QVERIFY(window.isWindowModified());
-  QCOMPARE(window.view().rows().size(), 7);
-  QVERIFY(QDir(folder.path()).rmdir(QStringLiteral("a.zved")));
-  QVERIFY(window.save());
-  QVERIFY(!window.isWindowModified());
-  auto const saved = loadSheet(path, error);
-  QVERIFY(saved && saved->size() == 7);
-}
-
-void DesktopTest::unsavedChangesAreAskedAbout() {
-  MainWindow window(fonts(), nullptr);
-  window.show();
-  window.openSample();
-  QVERIFY(window.view().rows().size() > 10);
-  QVERIFY(window.close());
-  window.show();
-  window.view().insertBelow(formulaLine("x"));
-  {
-    BoxAnswer answer(QMessageBox::Cancel);
-    QVERIFY(!window.close());
-    QCOMPARE(answer.count, 1);
-    window.action(QStringLiteral("new"))->trigger();
-    QCOMPARE(answer.count, 2);
-    QVERIFY(window.view().rows().size() > 1);
+  void typingOnAfterSavingIsAChange() {
+    SheetView view;
+    view.show();
+    QApplication::setActiveWindow(&view);
+    view.rows()[0]->enterAtEnd();
+    type("a");
+    view.setSaved();
+    QVERIFY(!view.isModified());
+    type("b");
+    QVERIFY(view.isModified());
+    view.history().undo();
+    QCOMPARE(prefixes(view), QStringList{QString()});
+    QVERIFY(view.isModified());
   }
-  BoxAnswer answer(QMessageBox::Discard);
-  QVERIFY(window.close());
-}
 
-void DesktopTest::recentFilesAreRemembered() {
-  QTemporaryDir folder;
-  QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
-  QString const path = folder.filePath(QStringLiteral("a.zved"));
-  QString error;
-  QVERIFY(replaceFile(path, sampleBytes(), error));
-  {
-    MainWindow window(fonts(), &settings);
+  void linesMoveAndGo() {
+    SheetView view;
+    view.setSheet({formulaLine("a"), formulaLine("b")});
+    view.show();
+    QApplication::setActiveWindow(&view);
+    view.rows()[0]->enterAtEnd();
+    view.moveCurrent(1);
+    view.moveCurrent(1);  // there is no place farther down
+    QCOMPARE(prefixes(view), (QStringList{"b", "a"}));
+    view.duplicateCurrent();
+    QCOMPARE(prefixes(view), (QStringList{"b", "a", "a"}));
+    for (int i = 0; i < 5; ++i) view.removeCurrent();
+    QCOMPARE(prefixes(view), QStringList{QString()});
+    while (view.history().canUndo()) view.history().undo();
+    QCOMPARE(prefixes(view), (QStringList{"a", "b"}));
+  }
+
+  void keysLeadFromLineToLine() {
+    SheetView view;
+    view.setSheet({formulaLine("a"), {LineKind::Heading, QStringLiteral("h"), {}, {}}, formulaLine("b")});
+    view.resize(500, 400);
+    view.show();
+    QApplication::setActiveWindow(&view);
+    view.rows()[0]->enterAtEnd();
+    auto const press = [](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    press(Qt::Key_Down);
+    QCOMPARE(view.currentRow(), view.rows()[1]);
+    press(Qt::Key_Down);
+    QCOMPARE(view.currentRow(), view.rows()[2]);
+    press(Qt::Key_Up);
+    press(Qt::Key_Tab);
+    QCOMPARE(view.currentRow(), view.rows()[2]);
+    press(Qt::Key_Return);
+    QCOMPARE(view.rows().size(), 4);
+    QVERIFY(view.currentRow()->isEmpty());
+    press(Qt::Key_Return);  // an empty one is enough
+    QCOMPARE(view.rows().size(), 4);
+    press(Qt::Key_Backspace);
+    QCOMPARE(view.rows().size(), 3);
+    QCOMPARE(view.currentRow(), view.rows()[2]);
+    view.rows()[0]->enterAtEnd();
+    press(Qt::Key_Return);
+    QCOMPARE(view.currentRow(), view.rows()[2]);
+
+    type("+");
+    QSignalSpy errors(&view, &SheetView::errorOccurred);
+    press(Qt::Key_Return);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(view.currentRow(), view.rows()[2]);
+  }
+
+  // ---- The window -----------------------------------------------------------------------------------------
+
+  void unsavedChangesAreAskedAbout() {
+    MainWindow window(fonts(), nullptr);
     window.show();
-    QVERIFY(window.open(path));
-    QVERIFY(window.open(path));
-    window.action(QStringLiteral("zoom-in"))->trigger();
-    window.close();
+    window.openSample();
+    QVERIFY(window.view().rows().size() > 10);
+    QVERIFY(window.close());
+    window.show();
+    window.view().insertBelow(formulaLine("x"));
+    {
+      DialogAnswer answer("Cancel");
+      QVERIFY(!window.close());
+      QCOMPARE(answer.count, 1);
+      window.action(QStringLiteral("new"))->trigger();
+      QCOMPARE(answer.count, 2);
+      QVERIFY(window.view().rows().size() > 1);
+    }
+    DialogAnswer answer("Discard");
+    QVERIFY(window.close());
   }
-  QCOMPARE(settings.value(QStringLiteral("recentFiles")).toStringList(), QStringList{path});
-  MainWindow window(fonts(), &settings);
-  QVERIFY(window.view().zoom() > 1.1);
-}
 
-void DesktopTest::thePaletteInsertsAndFinds() {
-  MainWindow window(fonts(), nullptr);
-  window.show();
-  QApplication::setActiveWindow(&window);
-  window.view().currentRow()->enterAtEnd();
-  auto* const palette = window.findChild<PaletteDock*>();
-  for (QToolButton* const button : palette->findChildren<QToolButton*>()) {
-    if (button->accessibleName() == QLatin1String("Square root")) {
-      QVERIFY(button->toolTip().contains(QLatin1String("sqrt(")));
-      QVERIFY(!button->icon().pixmap(button->iconSize()).isNull());
-      button->click();
+  void recentFilesAreRemembered() {
+    QTemporaryDir folder;
+    QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    QString const path = folder.filePath(QStringLiteral("a.zved"));
+    QString error;
+    QVERIFY(replaceFile(path, sampleBytes(), error));
+    {
+      MainWindow window(fonts(), &settings);
+      window.show();
+      QVERIFY(window.open(path));
+      QVERIFY(window.open(path));
+      window.action(QStringLiteral("zoom-in"))->trigger();
+      window.close();
+    }
+    QCOMPARE(settings.value(QStringLiteral("recentFiles")).toStringList(), QStringList{path});
+    MainWindow window(fonts(), &settings);
+    QVERIFY(window.view().zoom() > 1.1);
+  }
+
+  void thePaletteInsertsAndFinds() {
+    MainWindow window(fonts(), nullptr);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    window.view().currentRow()->enterAtEnd();
+    auto* const palette = window.findChild<PaletteDock*>();
+    for (QToolButton* const button : palette->findChildren<QToolButton*>()) {
+      if (button->accessibleName() == QLatin1String("Square root")) {
+        QVERIFY(button->toolTip().contains(QLatin1String("sqrt(")));
+        QVERIFY(!button->icon().pixmap(button->iconSize()).isNull());
+        button->click();
+      }
+    }
+    QVERIFY(window.view().currentFormula()->hasFocus());
+    type("x");
+    QCOMPARE(window.view().currentFormula()->prefix(), QStringLiteral("sqrt(x)"));
+
+    palette->search();
+    auto* const search = palette->findChild<QLineEdit*>();
+    QTest::keyClicks(search, "alpha");
+    int shown = 0;
+    for (QToolButton* const button : palette->findChildren<QToolButton*>()) {
+      if (!button->accessibleName().isEmpty() && button->isVisible()) ++shown;
+    }
+    QVERIFY(shown >= 1 && shown < 4);
+    QTest::keyClick(search, Qt::Key_Return);
+    QVERIFY(window.view().currentFormula()->prefix().contains(u'α'));
+    QVERIFY(search->text().isEmpty());
+
+    for (QToolBar* const bar : window.findChildren<QToolBar*>()) {
+      for (QAction* const action : bar->actions()) {
+        if (!action->isSeparator()) QVERIFY2(!action->icon().pixmap(20).isNull(), qPrintable(action->text()));
+      }
     }
   }
-  QVERIFY(window.view().currentFormula()->hasFocus());
-  type("x");
-  QCOMPARE(window.view().currentFormula()->prefix(), QStringLiteral("sqrt(x)"));
 
-  palette->search();
-  auto* const search = palette->findChild<QLineEdit*>();
-  QTest::keyClicks(search, "alpha");
-  int shown = 0;
-  for (QToolButton* const button : palette->findChildren<QToolButton*>()) {
-    if (!button->accessibleName().isEmpty() && button->isVisible()) ++shown;
-  }
-  QVERIFY(shown >= 1 && shown < 4);
-  QTest::keyClick(search, Qt::Key_Return);
-  QVERIFY(window.view().currentFormula()->prefix().contains(u'α'));
-  QVERIFY(search->text().isEmpty());
-
-  for (QToolBar* const bar : window.findChildren<QToolBar*>()) {
-    for (QAction* const action : bar->actions()) {
-      if (!action->isSeparator()) QVERIFY2(!action->icon().pixmap(20).isNull(), qPrintable(action->text()));
+  void everyKeyIsInTheHelp() {
+    MainWindow window(fonts(), nullptr);
+    QList<QAction*> const actions = window.findChildren<QAction*>();
+    QString const help = makeHelp(window.findChild<PaletteDock*>()->groups(), actions);
+    QString plain = help;
+    plain.replace(QLatin1String("<br/>"), QLatin1String(" "));
+    for (field::CommandS const& command : field::commands()) {
+      QVERIFY2(help.contains(qt::toQString(command.help).toHtmlEscaped()),
+               qPrintable(qt::toQString(command.name)));
+    }
+    QHash<QString, QString> users;
+    for (QAction const* const action : actions) {
+      for (QKeySequence const& key : action->shortcuts()) {
+        QString const chord = key.toString(QKeySequence::PortableText);
+        QVERIFY2(help.contains(key.toString(QKeySequence::NativeText).toHtmlEscaped()), qPrintable(chord));
+        QVERIFY2(!users.contains(chord),
+                 qPrintable(chord + u' ' + users.value(chord) + u' ' + action->text()));
+        users.insert(chord, action->text());
+      }
     }
   }
-}
 
-void DesktopTest::everyKeyIsInTheHelp() {
-  MainWindow window(fonts(), nullptr);
-  QList<QAction*> const actions = window.findChildren<QAction*>();
-  QString const help = makeHelp(window.findChild<PaletteDock*>()->groups(), actions);
-  QString plain = help;
-  plain.replace(QLatin1String("<br/>"), QLatin1String(" "));
-  for (field::CommandS const& command : field::commands()) {
-    QVERIFY2(help.contains(qt::toQString(command.help).toHtmlEscaped()),
-             qPrintable(qt::toQString(command.name)));
+  void picturesAndPages() {
+    QString error;
+    Sheet sheet = *readSheet(sampleBytes(), error);
+    Exporter const exporter(fonts(), QApplication::font(), false);
+    QByteArray const png = exporter.exportSheet(sheet, PictureFormat::Png, {});
+    QVERIFY(QImage::fromData(png, "PNG").width() > 400);
+    QVERIFY(QSvgRenderer(exporter.exportSheet(sheet, PictureFormat::Svg, QStringLiteral("<&>"))).isValid());
+    QVERIFY(QSvgRenderer(exporter.exportFormula(sheet[4], PictureFormat::Svg)).isValid());
+    QVERIFY(exporter.exportFormula(sheet[2], PictureFormat::Pdf).startsWith("%PDF"));
+    QByteArray const onePage = exporter.exportSheet(sheet, PictureFormat::Pdf, QStringLiteral("Sheet"));
+    QVERIFY(onePage.startsWith("%PDF"));
+    QCOMPARE(onePage.count("/Type /Page\n"), 1);
+    for (int i = 0; i < 200; ++i) sheet << formulaLine("/(a,b)");
+    // Wider than any page, it is made to fit.
+    QByteArray wide = "x";
+    for (int i = 0; i < 300; ++i) wide = "+(" + wide + ",x)";
+    sheet << formulaLine(wide.constData());
+    QVERIFY(exporter.exportSheet(sheet, PictureFormat::Pdf, {}).count("/Type /Page\n") > 3);
+    QVERIFY(!exporter.exportSheet({}, PictureFormat::Png, {}).isEmpty());
   }
-  QHash<QString, QString> users;
-  for (QAction const* const action : actions) {
-    for (QKeySequence const& key : action->shortcuts()) {
-      QString const chord = key.toString(QKeySequence::PortableText);
-      QVERIFY2(help.contains(key.toString(QKeySequence::NativeText).toHtmlEscaped()), qPrintable(chord));
-      QVERIFY2(!users.contains(chord), qPrintable(chord + u' ' + users.value(chord) + u' ' + action->text()));
-      users.insert(chord, action->text());
-    }
+
+  void recordingsReplay() {
+    QTemporaryDir folder;
+    QString const path = folder.filePath(QStringLiteral("input.script"));
+    SheetView view;
+    view.setSheet({formulaLine("a"), formulaLine("b")});
+    view.show();
+    QApplication::setActiveWindow(&view);
+    Recorder recorder(nullptr);
+    connect(&view, &SheetView::currentChanged, &recorder, [&] { recorder.follow(view.currentFormula()); });
+    view.rows()[0]->enterAtEnd();
+    recorder.follow(view.currentFormula());
+    QString error;
+    QVERIFY(!recorder.start(folder.filePath(QStringLiteral("no/such.script")), error));
+    QVERIFY(recorder.start(path, error));
+    type("+1/2");
+    view.rows()[1]->enterAtEnd();
+    type("^2");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QVERIFY(recorder.stop(error));
+    type("9");
+
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    field::EventScriptT script;
+    unsigned long position = 0;
+    QVERIFY(field::readEventScript(qt::toWstring(QString::fromUtf8(file.readAll())), script, position));
+    field::FormulaFieldC field(new qt::QtGraphicsC(fonts()));
+    field::ScriptRunnerC(field).run(script);
+    QCOMPARE(qt::toQString(field.getExpression()->toPrefixString()), QStringLiteral("^(b,2)"));
   }
-}
 
-void DesktopTest::picturesAndPages() {
-  QString error;
-  Sheet sheet = *readSheet(sampleBytes(), error);
-  Exporter const exporter(fonts(), QApplication::font(), false);
-  QByteArray const png = exporter.exportSheet(sheet, PictureFormat::Png, {});
-  QVERIFY(QImage::fromData(png, "PNG").width() > 400);
-  QVERIFY(QSvgRenderer(exporter.exportSheet(sheet, PictureFormat::Svg, QStringLiteral("<&>"))).isValid());
-  QVERIFY(QSvgRenderer(exporter.exportFormula(sheet[4], PictureFormat::Svg)).isValid());
-  QVERIFY(exporter.exportFormula(sheet[2], PictureFormat::Pdf).startsWith("%PDF"));
-  QByteArray const onePage = exporter.exportSheet(sheet, PictureFormat::Pdf, QStringLiteral("Sheet"));
-  QVERIFY(onePage.startsWith("%PDF"));
-  QCOMPARE(onePage.count("/Type /Page\n"), 1);
-  for (int i = 0; i < 200; ++i) sheet << formulaLine("/(a,b)");
-  // Wider than any page, it is made to fit.
-  QByteArray wide = "x";
-  for (int i = 0; i < 300; ++i) wide = "+(" + wide + ",x)";
-  sheet << formulaLine(wide.constData());
-  QVERIFY(exporter.exportSheet(sheet, PictureFormat::Pdf, {}).count("/Type /Page\n") > 3);
-  QVERIFY(!exporter.exportSheet({}, PictureFormat::Png, {}).isEmpty());
-}
-
-void DesktopTest::recordingsReplay() {
-  QTemporaryDir folder;
-  QString const path = folder.filePath(QStringLiteral("input.script"));
-  SheetView view;
-  view.setSheet({formulaLine("a"), formulaLine("b")});
-  view.show();
-  QApplication::setActiveWindow(&view);
-  Recorder recorder(nullptr);
-  connect(&view, &SheetView::currentChanged, &recorder, [&] { recorder.follow(view.currentFormula()); });
-  view.rows()[0]->enterAtEnd();
-  recorder.follow(view.currentFormula());
-  QString error;
-  QVERIFY(!recorder.start(folder.filePath(QStringLiteral("no/such.script")), error));
-  QVERIFY(recorder.start(path, error));
-  type("+1/2");
-  view.rows()[1]->enterAtEnd();
-  type("^2");
-  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
-  QVERIFY(recorder.stop(error));
-  type("9");
-
-  QFile file(path);
-  QVERIFY(file.open(QIODevice::ReadOnly));
-  field::EventScriptT script;
-  unsigned long position = 0;
-  QVERIFY(field::readEventScript(qt::toWstring(QString::fromUtf8(file.readAll())), script, position));
-  field::FormulaFieldC field(new qt::QtGraphicsC(fonts()));
-  field::ScriptRunnerC(field).run(script);
-  QCOMPARE(qt::toQString(field.getExpression()->toPrefixString()), QStringLiteral("^(b,2)"));
-}
-
-void DesktopTest::darkAndLight() {
-  MainWindow window(fonts(), nullptr);
-  window.show();
-  window.openSample();
-  auto const brightness = [&] { return qGray(window.view().grab().toImage().pixel(600, 5)); };
-  window.setAppearance(Appearance::Light);
-  int const light = brightness();
-  window.setAppearance(Appearance::Dark);
-  QTRY_VERIFY(light - brightness() > 150);
-  QCOMPARE(appearanceOf(appearanceName(Appearance::Dark)), Appearance::Dark);
-  window.setAppearance(Appearance::System);
-}
+  void darkAndLight() {
+    MainWindow window(fonts(), nullptr);
+    window.show();
+    window.openSample();
+    auto const brightness = [&] { return qGray(window.view().grab().toImage().pixel(600, 5)); };
+    window.setAppearance(Appearance::Light);
+    int const light = brightness();
+    window.setAppearance(Appearance::Dark);
+    QTRY_VERIFY(light - brightness() > 150);
+    QCOMPARE(appearanceOf(appearanceName(Appearance::Dark)), Appearance::Dark);
+    window.setAppearance(Appearance::System);
+  }
+};
 
 QTEST_MAIN(DesktopTest)
 #include "desktop_test.moc"

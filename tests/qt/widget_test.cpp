@@ -78,452 +78,429 @@ class WidgetTest final : public QObject {
   Q_OBJECT
 
  private slots:
-  void typing_data();
-  void typing();
-  void namesAreNotCompletedBehindATypistsBack();
-  void expressionsComeAndGo();
-  void fieldsCanBeReadOnly();
-  void historyCanBeLeftToTheWindow();
-  void tabLeadsThroughSlotsAndThenOn();
-  void keysThatAreOfNoUseGoToTheParent();
-  void enterChecks();
-  void constraintsHold();
-  void pointerPlacesAndSelects();
-  void draggingBeyondTheEdgeScrolls();
-  void theCaretStaysInSight();
-  void inputMethodsCompose();
-  void copiesComeInEveryForm();
-  void pastesOrSaysWhyNot();
-  void dropsGoWhereTheyFall();
-  void selectionsMoveWithinTheField();
-  void sizesFollowFormulaAndZoom();
-  void coloursAreThePalettes();
-  void screenReadersReadIt();
-  void decimalCommasShowAndRead();
-};
-
-void WidgetTest::typing_data() {
-  QTest::addColumn<QString>("keys");
-  QTest::addColumn<QString>("prefix");
-  QTest::newRow("fraction") << "1/2"
-                            << "/(1,2)";
-  QTest::newRow("root") << "sqrt(x"
-                        << "sqrt(x)";
-  QTest::newRow("power, left by a relation") << "x^2=4"
-                                             << "=(^(x,2),4)";
-  QTest::newRow("signs by their key names") << "a<=b"
-                                            << "<=(a,b)";
-  QTest::newRow("implied product") << "2x+1"
-                                   << "+(*(2,x),1)";
-}
-
-void WidgetTest::typing() {
-  QFETCH(QString, keys);
-  StageS stage;
-  QSignalSpy changed(stage.edit, &FormulaEdit::expressionChanged);
-  QSignalSpy edited(stage.edit, &FormulaEdit::edited);
-  QTest::keyClicks(stage.edit, keys);
-  QTEST(stage.edit->prefix(), "prefix");
-  QVERIFY(changed.count() >= keys.size() - 1);
-  QCOMPARE(edited.count(), changed.count());
-}
-
-void WidgetTest::namesAreNotCompletedBehindATypistsBack() {
-  StageS stage;
-  // A host that reads the formula at every key must not turn the "nu" of "number" into a letter.
-  connect(stage.edit, &FormulaEdit::expressionChanged, stage.edit, [&] { (void)stage.edit->prefix(); });
-  QTest::keyClicks(stage.edit, "number");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("number"));
-  QTest::keyClicks(stage.edit, "+pi");
-  stage.after->setFocus();
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("+(number,_PI)"));
-}
-
-void WidgetTest::expressionsComeAndGo() {
-  FormulaEdit edit(QStringLiteral("(a+b)/2"));
-  QCOMPARE(edit.prefix(), QStringLiteral("/(+(a,b),2)"));
-  QCOMPARE(edit.property("expression").toString(), QStringLiteral("(a+b)/2"));
-  QVERIFY(edit.setProperty("prefix", QStringLiteral("sqrt(x)")));
-  QCOMPARE(edit.expression(), QStringLiteral("sqrt(x)"));
-
-  QSignalSpy errors(&edit, &FormulaEdit::errorOccurred);
-  QSignalSpy changed(&edit, &FormulaEdit::expressionChanged);
-  QVERIFY(!edit.setExpression(QStringLiteral("a+*")));
-  QVERIFY(!edit.setPrefix(QStringLiteral("+(a")));
-  QVERIFY(!edit.setTree(QStringLiteral("[\"a")));
-  QCOMPARE(errors.count(), 3);
-  QCOMPARE(changed.count(), 0);
-  QCOMPARE(edit.prefix(), QStringLiteral("sqrt(x)"));
-
-  QVERIFY(edit.setTree(QStringLiteral("[\"\", /<[\"a\"] ; [\"\"]>, \"\"]")));
-  QVERIFY(!edit.isComplete());
-  QVERIFY(!edit.incompleteReason().isEmpty());
-  QVERIFY(edit.expression().isEmpty());
-  edit.setAlgebraicExpression(nullptr);
-  QVERIFY(edit.isEmpty());
-}
-
-void WidgetTest::fieldsCanBeReadOnly() {
-  StageS stage;
-  QTest::keyClicks(stage.edit, "a+b");
-  stage.edit->setReadOnly(true);
-  QTest::keyClicks(stage.edit, "c");
-  QTest::keyClick(stage.edit, Qt::Key_Backspace);
-  stage.commit(QStringLiteral("d"));
-  stage.edit->paste();
-  stage.edit->cut();
-  QVERIFY(!stage.edit->insertOperator(QStringLiteral("sqrt")));
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("+(a,b)"));
-  QVERIFY(!stage.edit->inputMethodQuery(Qt::ImEnabled).toBool());
-
-  QTest::keyClick(stage.edit, Qt::Key_A, Qt::ControlModifier);
-  QVERIFY(stage.edit->hasSelection());
-  stage.edit->copy();
-  QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("a+b"));
-  stage.edit->setReadOnly(false);
-  QTest::keyClicks(stage.edit, "x");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
-}
-
-void WidgetTest::historyCanBeLeftToTheWindow() {
-  StageS stage;
-  QTest::keyClicks(stage.edit, "ab");
-  QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
-  QVERIFY(stage.edit->isEmpty());
-  QTest::keyClick(stage.edit, Qt::Key_Y, Qt::ControlModifier);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
-  stage.edit->setUndoRedoEnabled(false);
-  QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
-  QKeyEvent override(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
-  override.ignore();
-  QApplication::sendEvent(stage.edit, &override);
-  QVERIFY(!override.isAccepted());
-}
-
-void WidgetTest::tabLeadsThroughSlotsAndThenOn() {
-  StageS stage;
-  stage.edit->insertOperator(QStringLiteral("/"));
-  QTest::keyClicks(stage.edit, "1");
-  QTest::keyClick(stage.edit, Qt::Key_Tab);
-  QTest::keyClicks(stage.edit, "2");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(1,2)"));
-  QTest::keyClick(stage.edit, Qt::Key_Tab);
-  QVERIFY(stage.edit->hasFocus());
-  QTest::keyClick(stage.edit, Qt::Key_Tab);
-  QVERIFY(stage.after->hasFocus());
-  QTest::keyClick(stage.after, Qt::Key_Backtab);
-  QVERIFY(stage.edit->hasFocus());
-}
-
-void WidgetTest::keysThatAreOfNoUseGoToTheParent() {
-  StageS stage;
-  stage.edit->setExpression(QStringLiteral("x/y"));
-  stage.edit->runCommand(field::COMMAND_FORMULA_START);
-  auto const isTaken = [&](int key) {
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-    press.accept();
-    QApplication::sendEvent(stage.edit, &press);
-    return press.isAccepted();
-  };
-  QVERIFY(isTaken(Qt::Key_Up));
-  QVERIFY(!isTaken(Qt::Key_Up));
-  QVERIFY(isTaken(Qt::Key_Down));
-  QVERIFY(isTaken(Qt::Key_Left));
-  // A menu's letter is no text, AltGr's is.
-  QTest::keyClick(stage.edit, 'i', Qt::AltModifier);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x,y)"));
-  QKeyEvent menu(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i"));
-  menu.ignore();
-  QApplication::sendEvent(stage.edit, &menu);
-  QVERIFY(!menu.isAccepted());
-  QTest::keyClick(stage.edit, '2', Qt::ControlModifier | Qt::AltModifier);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x2,y)"));
-  QVERIFY(!isTaken(Qt::Key_F5));
-}
-
-void WidgetTest::enterChecks() {
-  StageS stage;
-  QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
-  QSignalSpy returned(stage.edit, &FormulaEdit::returnPressed);
-  QTest::keyClicks(stage.edit, "a+*b");
-  QTest::keyClick(stage.edit, Qt::Key_Return);
-  QCOMPARE(errors.count(), 1);
-  QVERIFY(!errors[0][1].toString().isEmpty());
-  QVERIFY(stage.edit->hasSelection());
-  QCOMPARE(returned.count(), 0);
-  QTest::keyClick(stage.edit, Qt::Key_Delete);
-  QTest::keyClick(stage.edit, Qt::Key_Enter);
-  QCOMPARE(errors.count(), 1);
-  QCOMPARE(returned.count(), 1);
-}
-
-void WidgetTest::constraintsHold() {
-  StageS stage;
-  QTest::keyClicks(stage.edit, "1+");
-  stage.edit->setConstraints(new RefusesSevens);
-  QCOMPARE(stage.edit->tree(), QStringLiteral("[\"1+\"]"));
-  QTest::keyClick(stage.edit, Qt::Key_End);
-  QTest::keyClicks(stage.edit, "678");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("+(1,68)"));
-}
-
-void WidgetTest::pointerPlacesAndSelects() {
-  StageS stage;
-  stage.edit->setExpression(QStringLiteral("abc+def"));
-  stage.edit->setFrame(false);
-  QTest::keyClick(stage.edit, Qt::Key_End);
-  QPoint const end = stage.edit->caretRectangle().center();
-  QTest::keyClick(stage.edit, Qt::Key_Home);
-  QPoint const start = stage.edit->caretRectangle().center();
-
-  QTest::mouseClick(stage.edit, Qt::LeftButton, {}, end);
-  QVERIFY(std::abs(stage.edit->caretRectangle().center().x() - end.x()) <= 2);
-  QVERIFY(!stage.edit->hasSelection());
-
-  QSignalSpy selected(stage.edit, &FormulaEdit::selectionChanged);
-  QTest::mousePress(stage.edit, Qt::LeftButton, {}, start);
-  QTest::mouseMove(stage.edit, end);
-  QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, end);
-  QVERIFY(selected.count() > 0);
-  stage.edit->copy();
-  QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("abc+def"));
-
-  QPoint const inFirst = start + QPoint(8, 0);
-  QTest::mouseDClick(stage.edit, Qt::LeftButton, {}, end);  // elsewhere, so that no click counts on
-  QTest::mousePress(stage.edit, Qt::LeftButton, {}, inFirst);
-  QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, inFirst);
-  QTest::mousePress(stage.edit, Qt::LeftButton, {}, inFirst);
-  stage.edit->copy();
-  QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("abc"));
-  QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, inFirst);
-}
-
-void WidgetTest::draggingBeyondTheEdgeScrolls() {
-  StageS stage;
-  QStringList terms;
-  for (int i = 0; i < 60; ++i) terms << QStringLiteral("x");
-  stage.edit->setExpression(terms.join(u'+'));
-  QTest::keyClick(stage.edit, Qt::Key_Home, Qt::ControlModifier);
-  QPoint const start = stage.edit->caretRectangle().center();
-  QTest::mousePress(stage.edit, Qt::LeftButton, {}, start);
-  QTest::mouseMove(stage.edit, {stage.edit->width() + 60, start.y()});
-  // The pointer rests; the formula comes to it.
-  QTRY_VERIFY(stage.edit->caretOffsets().caret == stage.edit->readableText().size());
-  QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, start);
-  QCOMPARE(stage.edit->caretOffsets().anchor, 0);
-}
-
-void WidgetTest::theCaretStaysInSight() {
-  StageS stage;
-  stage.edit->setPlaceholderText(QStringLiteral("Formula"));
-  for (int i = 0; i < 40; ++i) QTest::keyClicks(stage.edit, "abc+");
-  QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
-  QTest::keyClick(stage.edit, Qt::Key_Home);
-  QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
-  stage.window.resize(200, 200);
-  QTest::keyClick(stage.edit, Qt::Key_End);
-  QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
-}
-
-void WidgetTest::inputMethodsCompose() {
-  StageS stage;
-  QTest::keyClicks(stage.edit, "x");
-  QInputMethodEvent composing(QStringLiteral("^"), {});
-  QApplication::sendEvent(stage.edit, &composing);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
-  stage.commit(QStringLiteral("^"));
-  QTest::keyClicks(stage.edit, "2");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("^(x,2)"));
-  // A dead key that met the letter behind it.
-  QTest::keyClick(stage.edit, Qt::Key_End);
-  QTest::keyClicks(stage.edit, "+a");
-  QKeyEvent dead(QEvent::KeyPress, Qt::Key_Dead_Circumflex, Qt::NoModifier);
-  QApplication::sendEvent(stage.edit, &dead);
-  stage.commit(QStringLiteral("ê"));
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("+(^(x,2),^(a,e))"));
-  QRect const caret = stage.edit->inputMethodQuery(Qt::ImCursorRectangle).toRect();
-  QVERIFY(stage.edit->rect().contains(caret.center()));
-}
-
-void WidgetTest::copiesComeInEveryForm() {
-  StageS stage;
-  stage.edit->setExpression(QStringLiteral("sqrt(x)/2"));
-  stage.edit->selectAll();
-  stage.edit->copy();
-  QMimeData const& data = *QGuiApplication::clipboard()->mimeData();
-  QVERIFY(data.hasFormat(QLatin1String(qt::formula_mime_type)));
-  QCOMPARE(data.data(QLatin1String(qt::prefix_mime_type)), QByteArray("/(sqrt(x),2)"));
-  QCOMPARE(data.text(), QStringLiteral("sqrt(x)/2"));
-  QVERIFY(QSvgRenderer(data.data(QStringLiteral("image/svg+xml"))).isValid());
-  QImage const png = QImage::fromData(data.data(QStringLiteral("image/png")), "PNG");
-  QCOMPARE(png.text(QStringLiteral("zolt:expression")), QStringLiteral("/(sqrt(x),2)"));
-  QVERIFY(countInk(png, Qt::white) > 50);
-
-  // Pasted, it is exactly what was copied, also when it is no expression.
-  stage.edit->setTree(QStringLiteral("[\"a+\", /<[\"\"] ; [\"b\"]>, \"\"]"));
-  QString const tree = stage.edit->tree();
-  stage.edit->selectAll();
-  stage.edit->cut();
-  QVERIFY(stage.edit->isEmpty());
-  stage.edit->paste();
-  QCOMPARE(stage.edit->tree(), tree);
-  QVERIFY(!QGuiApplication::clipboard()->mimeData()->hasFormat(QLatin1String(qt::prefix_mime_type)));
-}
-
-void WidgetTest::pastesOrSaysWhyNot() {
-  StageS stage;
-  QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
-  QGuiApplication::clipboard()->setText(QStringLiteral("(a+b)/c"));
-  QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
-  QGuiApplication::clipboard()->setText(QStringLiteral("see §3/4 below"));
-  QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-  QCOMPARE(errors.count(), 1);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
-
-  auto* const hostile = new QMimeData;
-  hostile->setData(QLatin1String(qt::formula_mime_type), QByteArray(5000, '\x01'));
-  hostile->setData(QLatin1String(qt::prefix_mime_type), QByteArray("+(a,"));
-  QGuiApplication::clipboard()->setMimeData(hostile);
-  QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-  QCOMPARE(errors.count(), 2);
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
-}
-
-void WidgetTest::dropsGoWhereTheyFall() {
-  StageS stage;
-  stage.edit->setExpression(QStringLiteral("a+b"));
-  QTest::keyClick(stage.edit, Qt::Key_Home);
-  QPointF const start = stage.edit->caretRectangle().center();
-  QTest::keyClick(stage.edit, Qt::Key_End);
-  QMimeData data;
-  data.setText(QStringLiteral("x/y"));
-  QDragEnterEvent enter(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(stage.edit, &enter);
-  QVERIFY(enter.isAccepted());
-  QString const before = stage.edit->tree();
-  QDragMoveEvent move(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(stage.edit, &move);
-  QCOMPARE(stage.edit->tree(), before);
-  QDropEvent drop(start, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  QApplication::sendEvent(stage.edit, &drop);
-  QVERIFY(stage.edit->tree().startsWith(QLatin1String("[\"\", /<[\"x\"] ; [\"y\"]>, \"a+b\"")));
-
-  stage.edit->setReadOnly(true);
-  QDragEnterEvent refused(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-  refused.ignore();
-  QApplication::sendEvent(stage.edit, &refused);
-  QVERIFY(!refused.isAccepted());
-}
-
-void WidgetTest::selectionsMoveWithinTheField() {
-  FormulaEdit owner;  // provides the operators
-  struct CaseS {
-    char16_t const* tree;
-    bool toEnd;
-    char16_t const* expected;
-  };
-  CaseS const cases[] = {
-      {u"[\"⚑ab‸+c\"]", true, u"[\"+cab‸\"]"},
-      {u"[\"ab+⚑c‸\"]", false, u"[\"c‸ab+\"]"},
-      {u"[\"a\", /<[\"⚑b‸\"] ; [\"c\"]>, \"d\"]", true, u"[\"a\", /<[\"\"] ; [\"c\"]>, \"db‸\"]"},
-      {u"[\"⚑a\", /<[\"b\"] ; [\"c\"]>, \"‸+d\"]", true, u"[\"+da\", /<[\"b\"] ; [\"c\"]>, \"‸\"]"},
-      {u"[\"x+\", /<[\"⚑b‸\"] ; [\"c\"]>, \"\"]", false, u"[\"b‸x+\", /<[\"\"] ; [\"c\"]>, \"\"]"},
-  };
-  for (CaseS const& test : cases) {
-    QString error;
-    field::FormulaFieldC field(new qt::QtGraphicsC(qt::FormulaFonts::share(error)));
-    QVERIFY(field.setNotation(test.tree));
-    math::ved::Node4C const& row = *field.crefView().crefRoot().child(0);
-    math::ved::Node4C const& text = *row.child(test.toEnd ? row.numChildren() - 1 : 0);
-    field::EventScriptT script;
-    field.record(&script);
-    field::PlaceS const target{&text, test.toEnd ? unsigned(text.sizeText()) : 0};
-    QVERIFY(field.moveSelection(target));
-    QCOMPARE(qt::toQString(field.writeNotation()), QString::fromUtf16(test.expected));
-    QVERIFY(!field.moveSelection({field.crefView().getCaretNode(), 0}));  // nothing is selected
-    QCOMPARE(script.size(), std::size_t(1));
-    QVERIFY(field.run(field::COMMAND_UNDO));
-    QCOMPARE(qt::toQString(field.writeNotation()), QString::fromUtf16(test.tree));
+  void typing_data() {
+    QTest::addColumn<QString>("keys");
+    QTest::addColumn<QString>("prefix");
+    QTest::newRow("fraction") << "1/2"
+                              << "/(1,2)";
+    QTest::newRow("root") << "sqrt(x"
+                          << "sqrt(x)";
+    QTest::newRow("power, left by a relation") << "x^2=4"
+                                               << "=(^(x,2),4)";
+    QTest::newRow("signs by their key names") << "a<=b"
+                                              << "<=(a,b)";
+    QTest::newRow("implied product") << "2x+1"
+                                     << "+(*(2,x),1)";
   }
-}
 
-void WidgetTest::sizesFollowFormulaAndZoom() {
-  StageS stage;
-  stage.edit->setFrame(false);
-  stage.edit->setExpression(QStringLiteral("x"));
-  int const flat = stage.edit->sizeHint().height();
-  stage.edit->setExpression(QStringLiteral("x/(1+x/(1+x))"));
-  QSize const high = stage.edit->sizeHint();
-  QVERIFY(high.height() > 2 * flat);
-  QSignalSpy zoomed(stage.edit, &FormulaEdit::zoomChanged);
-  stage.edit->setZoom(2 * stage.edit->zoom());
-  QCOMPARE(zoomed.count(), 1);
-  // The margins stay; the layout is scaled, not made anew.
-  QVERIFY(std::abs(stage.edit->sizeHint().height() - 2 * high.height()) <= 10);
-  stage.edit->setZoom(1e9);
-  QCOMPARE(stage.edit->zoom(), FormulaEdit::max_zoom);
-  stage.edit->setZoom(std::numeric_limits<qreal>::quiet_NaN());
-  QCOMPARE(stage.edit->zoom(), FormulaEdit::max_zoom);
-  QVERIFY(grab(*stage.edit).size() == stage.edit->size());
-}
+  void typing() {
+    QFETCH(QString, keys);
+    StageS stage;
+    QSignalSpy changed(stage.edit, &FormulaEdit::expressionChanged);
+    QSignalSpy edited(stage.edit, &FormulaEdit::edited);
+    QTest::keyClicks(stage.edit, keys);
+    QTEST(stage.edit->prefix(), "prefix");
+    QVERIFY(changed.count() >= keys.size() - 1);
+    QCOMPARE(edited.count(), changed.count());
+  }
 
-void WidgetTest::coloursAreThePalettes() {
-  StageS stage;
-  stage.edit->setExpression(QStringLiteral("(a+b)/c"));
-  stage.after->setFocus();
-  QImage const light = grab(*stage.edit);
-  QPalette dark = stage.edit->palette();
-  dark.setColor(QPalette::Base, QColor(20, 20, 24));
-  dark.setColor(QPalette::Text, QColor(235, 235, 240));
-  stage.edit->setPalette(dark);
-  QImage const onDark = grab(*stage.edit);
-  QVERIFY(countInk(light, stage.window.palette().color(QPalette::Base)) > 50);
-  QVERIFY(countInk(onDark, QColor(20, 20, 24)) > 50);
-  QVERIFY(qGray(onDark.pixel(onDark.width() - 20, onDark.height() / 2)) < 60);
-  // A selection is a band behind the ink, in the palette's colour.
-  stage.edit->setFocus();
-  stage.edit->selectAll();
-  QVERIFY(grab(*stage.edit) != onDark);
-}
+  void namesAreNotCompletedBehindATypistsBack() {
+    StageS stage;
+    // A host that reads the formula at every key must not turn the "nu" of "number" into a letter.
+    connect(stage.edit, &FormulaEdit::expressionChanged, stage.edit, [&] { (void)stage.edit->prefix(); });
+    QTest::keyClicks(stage.edit, "number");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("number"));
+    QTest::keyClicks(stage.edit, "+pi");
+    stage.after->setFocus();
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(number,_PI)"));
+  }
 
-void WidgetTest::screenReadersReadIt() {
-  StageS stage;
-  QTest::keyClicks(stage.edit, "x+1/2");
-  QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(stage.edit);
-  QVERIFY(interface);
-  QCOMPARE(interface->role(), QAccessible::EditableText);
-  QString const words = interface->text(QAccessible::Value);
-  QCOMPARE(words, QStringLiteral("x plus fraction 1 over 2 end fraction"));
-  QAccessibleTextInterface* const text = interface->textInterface();
-  QVERIFY(text);
-  QCOMPARE(text->characterCount(), int(words.size()));
-  QCOMPARE(text->cursorPosition(), int(words.indexOf(QLatin1String("2"))) + 1);
-  text->setCursorPosition(0);
-  QCOMPARE(text->cursorPosition(), 0);
-  QVERIFY(text->characterRect(0).isValid());
-  QCOMPARE(text->offsetAtPoint(text->characterRect(0).center()), 0);
-  text->setSelection(0, 0, 1);
-  int from = -1, to = -1;
-  text->selection(0, &from, &to);
-  QCOMPARE(from, 0);
-  QCOMPARE(to, 1);
-  QTest::keyClick(stage.edit, Qt::Key_Delete);
-  QVERIFY(interface->text(QAccessible::Value).startsWith(QLatin1String(" plus")));
-  stage.edit->setReadOnly(true);
-  QVERIFY(interface->state().readOnly);
-}
+  void expressionsComeAndGo() {
+    FormulaEdit edit(QStringLiteral("(a+b)/2"));
+    QCOMPARE(edit.prefix(), QStringLiteral("/(+(a,b),2)"));
+    QCOMPARE(edit.property("expression").toString(), QStringLiteral("(a+b)/2"));
+    QVERIFY(edit.setProperty("prefix", QStringLiteral("sqrt(x)")));
+    QCOMPARE(edit.expression(), QStringLiteral("sqrt(x)"));
 
-void WidgetTest::decimalCommasShowAndRead() {
-  StageS stage;
-  stage.edit->setDecimalComma(true);
-  QTest::keyClicks(stage.edit, "1,5+x");
-  QCOMPARE(stage.edit->prefix(), QStringLiteral("+(1.5,x)"));
-  stage.edit->selectAll();
-  stage.edit->copy();
-  QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1,5+x"));
-}
+    QSignalSpy errors(&edit, &FormulaEdit::errorOccurred);
+    QSignalSpy changed(&edit, &FormulaEdit::expressionChanged);
+    QVERIFY(!edit.setExpression(QStringLiteral("a+*")));
+    QVERIFY(!edit.setPrefix(QStringLiteral("+(a")));
+    QVERIFY(!edit.setTree(QStringLiteral("[\"a")));
+    QCOMPARE(errors.count(), 3);
+    QCOMPARE(changed.count(), 0);
+    QCOMPARE(edit.prefix(), QStringLiteral("sqrt(x)"));
+
+    QVERIFY(edit.setTree(QStringLiteral("[\"\", /<[\"a\"] ; [\"\"]>, \"\"]")));
+    QVERIFY(!edit.isComplete());
+    QVERIFY(!edit.incompleteReason().isEmpty());
+    QVERIFY(edit.expression().isEmpty());
+    edit.setAlgebraicExpression(nullptr);
+    QVERIFY(edit.isEmpty());
+  }
+
+  void fieldsCanBeReadOnly() {
+    StageS stage;
+    QTest::keyClicks(stage.edit, "a+b");
+    stage.edit->setReadOnly(true);
+    QTest::keyClicks(stage.edit, "c");
+    QTest::keyClick(stage.edit, Qt::Key_Backspace);
+    stage.commit(QStringLiteral("d"));
+    stage.edit->paste();
+    stage.edit->cut();
+    QVERIFY(!stage.edit->insertOperator(QStringLiteral("sqrt")));
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(a,b)"));
+    QVERIFY(!stage.edit->inputMethodQuery(Qt::ImEnabled).toBool());
+
+    QTest::keyClick(stage.edit, Qt::Key_A, Qt::ControlModifier);
+    QVERIFY(stage.edit->hasSelection());
+    stage.edit->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("a+b"));
+    stage.edit->setReadOnly(false);
+    QTest::keyClicks(stage.edit, "x");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
+  }
+
+  void historyCanBeLeftToTheWindow() {
+    StageS stage;
+    QTest::keyClicks(stage.edit, "ab");
+    QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(stage.edit->isEmpty());
+    QTest::keyClick(stage.edit, Qt::Key_Y, Qt::ControlModifier);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
+    stage.edit->setUndoRedoEnabled(false);
+    QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
+    QKeyEvent override(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
+    override.ignore();
+    QApplication::sendEvent(stage.edit, &override);
+    QVERIFY(!override.isAccepted());
+  }
+
+  void tabLeadsThroughSlotsAndThenOn() {
+    StageS stage;
+    stage.edit->insertOperator(QStringLiteral("/"));
+    QTest::keyClicks(stage.edit, "1");
+    QTest::keyClick(stage.edit, Qt::Key_Tab);
+    QTest::keyClicks(stage.edit, "2");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(1,2)"));
+    QTest::keyClick(stage.edit, Qt::Key_Tab);
+    QVERIFY(stage.edit->hasFocus());
+    QTest::keyClick(stage.edit, Qt::Key_Tab);
+    QVERIFY(stage.after->hasFocus());
+    QTest::keyClick(stage.after, Qt::Key_Backtab);
+    QVERIFY(stage.edit->hasFocus());
+  }
+
+  void keysThatAreOfNoUseGoToTheParent() {
+    StageS stage;
+    stage.edit->setExpression(QStringLiteral("x/y"));
+    stage.edit->runCommand(field::COMMAND_FORMULA_START);
+    auto const isTaken = [&](int key) {
+      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+      press.accept();
+      QApplication::sendEvent(stage.edit, &press);
+      return press.isAccepted();
+    };
+    QVERIFY(isTaken(Qt::Key_Up));
+    QVERIFY(!isTaken(Qt::Key_Up));
+    QVERIFY(isTaken(Qt::Key_Down));
+    QVERIFY(isTaken(Qt::Key_Left));
+    // A menu's letter is no text, AltGr's is.
+    QTest::keyClick(stage.edit, 'i', Qt::AltModifier);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x,y)"));
+    QKeyEvent menu(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i"));
+    menu.ignore();
+    QApplication::sendEvent(stage.edit, &menu);
+    QVERIFY(!menu.isAccepted());
+    QTest::keyClick(stage.edit, '2', Qt::ControlModifier | Qt::AltModifier);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x2,y)"));
+    QVERIFY(!isTaken(Qt::Key_F5));
+  }
+
+  void enterChecks() {
+    StageS stage;
+    QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
+    QSignalSpy returned(stage.edit, &FormulaEdit::returnPressed);
+    QTest::keyClicks(stage.edit, "a+*b");
+    QTest::keyClick(stage.edit, Qt::Key_Return);
+    QCOMPARE(errors.count(), 1);
+    QVERIFY(!errors[0][1].toString().isEmpty());
+    QVERIFY(stage.edit->hasSelection());
+    QCOMPARE(returned.count(), 0);
+    QTest::keyClick(stage.edit, Qt::Key_Delete);
+    QTest::keyClick(stage.edit, Qt::Key_Enter);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(returned.count(), 1);
+  }
+
+  void constraintsHold() {
+    StageS stage;
+    QTest::keyClicks(stage.edit, "1+");
+    stage.edit->setConstraints(new RefusesSevens);
+    QCOMPARE(stage.edit->tree(), QStringLiteral("[\"1+\"]"));
+    QTest::keyClick(stage.edit, Qt::Key_End);
+    QTest::keyClicks(stage.edit, "678");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(1,68)"));
+  }
+
+  void pointerPlacesAndSelects() {
+    StageS stage;
+    stage.edit->setExpression(QStringLiteral("abc+def"));
+    stage.edit->setFrame(false);
+    QTest::keyClick(stage.edit, Qt::Key_End);
+    QPoint const end = stage.edit->caretRectangle().center();
+    QTest::keyClick(stage.edit, Qt::Key_Home);
+    QPoint const start = stage.edit->caretRectangle().center();
+
+    QTest::mouseClick(stage.edit, Qt::LeftButton, {}, end);
+    QVERIFY(std::abs(stage.edit->caretRectangle().center().x() - end.x()) <= 2);
+    QVERIFY(!stage.edit->hasSelection());
+
+    QSignalSpy selected(stage.edit, &FormulaEdit::selectionChanged);
+    QTest::mousePress(stage.edit, Qt::LeftButton, {}, start);
+    QTest::mouseMove(stage.edit, end);
+    QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, end);
+    QVERIFY(selected.count() > 0);
+    stage.edit->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("abc+def"));
+
+    QPoint const inFirst = start + QPoint(8, 0);
+    QTest::mouseDClick(stage.edit, Qt::LeftButton, {}, end);  // elsewhere, so that no click counts on
+    QTest::mousePress(stage.edit, Qt::LeftButton, {}, inFirst);
+    QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, inFirst);
+    QTest::mousePress(stage.edit, Qt::LeftButton, {}, inFirst);
+    stage.edit->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("abc"));
+    QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, inFirst);
+  }
+
+  void draggingBeyondTheEdgeScrolls() {
+    StageS stage;
+    QStringList terms;
+    for (int i = 0; i < 60; ++i) terms << QStringLiteral("x");
+    stage.edit->setExpression(terms.join(u'+'));
+    QTest::keyClick(stage.edit, Qt::Key_Home, Qt::ControlModifier);
+    QPoint const start = stage.edit->caretRectangle().center();
+    QTest::mousePress(stage.edit, Qt::LeftButton, {}, start);
+    QTest::mouseMove(stage.edit, {stage.edit->width() + 60, start.y()});
+    // The pointer rests; the formula comes to it.
+    QTRY_VERIFY(stage.edit->caretOffsets().caret == stage.edit->readableText().size());
+    QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, start);
+    QCOMPARE(stage.edit->caretOffsets().anchor, 0);
+  }
+
+  void theCaretStaysInSight() {
+    StageS stage;
+    stage.edit->setPlaceholderText(QStringLiteral("Formula"));
+    for (int i = 0; i < 40; ++i) QTest::keyClicks(stage.edit, "abc+");
+    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
+    QTest::keyClick(stage.edit, Qt::Key_Home);
+    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
+    stage.window.resize(200, 200);
+    QTest::keyClick(stage.edit, Qt::Key_End);
+    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
+  }
+
+  void inputMethodsCompose() {
+    StageS stage;
+    QTest::keyClicks(stage.edit, "x");
+    QInputMethodEvent composing(QStringLiteral("^"), {});
+    QApplication::sendEvent(stage.edit, &composing);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
+    stage.commit(QStringLiteral("^"));
+    QTest::keyClicks(stage.edit, "2");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("^(x,2)"));
+    // A dead key that met the letter behind it.
+    QTest::keyClick(stage.edit, Qt::Key_End);
+    QTest::keyClicks(stage.edit, "+a");
+    QKeyEvent dead(QEvent::KeyPress, Qt::Key_Dead_Circumflex, Qt::NoModifier);
+    QApplication::sendEvent(stage.edit, &dead);
+    stage.commit(QStringLiteral("ê"));
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(^(x,2),^(a,e))"));
+    QRect const caret = stage.edit->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+    QVERIFY(stage.edit->rect().contains(caret.center()));
+  }
+
+  void copiesComeInEveryForm() {
+    StageS stage;
+    stage.edit->setExpression(QStringLiteral("sqrt(x)/2"));
+    stage.edit->selectAll();
+    stage.edit->copy();
+    QMimeData const& data = *QGuiApplication::clipboard()->mimeData();
+    QVERIFY(data.hasFormat(QLatin1String(qt::formula_mime_type)));
+    QCOMPARE(data.data(QLatin1String(qt::prefix_mime_type)), QByteArray("/(sqrt(x),2)"));
+    QCOMPARE(data.text(), QStringLiteral("sqrt(x)/2"));
+    QVERIFY(QSvgRenderer(data.data(QStringLiteral("image/svg+xml"))).isValid());
+    QImage const png = QImage::fromData(data.data(QStringLiteral("image/png")), "PNG");
+    QCOMPARE(png.text(QStringLiteral("zolt:expression")), QStringLiteral("/(sqrt(x),2)"));
+    QVERIFY(countInk(png, Qt::white) > 50);
+
+    // Pasted, it is exactly what was copied, also when it is no expression.
+    stage.edit->setTree(QStringLiteral("[\"a+\", /<[\"\"] ; [\"b\"]>, \"\"]"));
+    QString const tree = stage.edit->tree();
+    stage.edit->selectAll();
+    stage.edit->cut();
+    QVERIFY(stage.edit->isEmpty());
+    stage.edit->paste();
+    QCOMPARE(stage.edit->tree(), tree);
+    QVERIFY(!QGuiApplication::clipboard()->mimeData()->hasFormat(QLatin1String(qt::prefix_mime_type)));
+  }
+
+  void pastesOrSaysWhyNot() {
+    StageS stage;
+    QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
+    QGuiApplication::clipboard()->setText(QStringLiteral("(a+b)/c"));
+    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("see §3/4 below"));
+    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
+
+    auto* const hostile = new QMimeData;
+    hostile->setData(QLatin1String(qt::formula_mime_type), QByteArray(5000, '\x01'));
+    hostile->setData(QLatin1String(qt::prefix_mime_type), QByteArray("+(a,"));
+    QGuiApplication::clipboard()->setMimeData(hostile);
+    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(errors.count(), 2);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
+  }
+
+  void dropsGoWhereTheyFall() {
+    StageS stage;
+    stage.edit->setExpression(QStringLiteral("a+b"));
+    QTest::keyClick(stage.edit, Qt::Key_Home);
+    QPointF const start = stage.edit->caretRectangle().center();
+    QTest::keyClick(stage.edit, Qt::Key_End);
+    QMimeData data;
+    data.setText(QStringLiteral("x/y"));
+    QDragEnterEvent enter(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(stage.edit, &enter);
+    QVERIFY(enter.isAccepted());
+    QString const before = stage.edit->tree();
+    QDragMoveEvent move(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(stage.edit, &move);
+    QCOMPARE(stage.edit->tree(), before);
+    QDropEvent drop(start, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(stage.edit, &drop);
+    QVERIFY(stage.edit->tree().startsWith(QLatin1String("[\"\", /<[\"x\"] ; [\"y\"]>, \"a+b\"")));
+
+    stage.edit->setReadOnly(true);
+    QDragEnterEvent refused(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    refused.ignore();
+    QApplication::sendEvent(stage.edit, &refused);
+    QVERIFY(!refused.isAccepted());
+  }
+
+  void selectionsMoveWithinTheField() {
+    FormulaEdit owner;  // provides the operators
+    struct CaseS {
+      char16_t const* tree;
+      bool toEnd;
+      char16_t const* expected;
+    };
+    CaseS const cases[] = {
+        {u"[\"⚑ab‸+c\"]", true, u"[\"+cab‸\"]"},
+        {u"[\"ab+⚑c‸\"]", false, u"[\"c‸ab+\"]"},
+        {u"[\"a\", /<[\"⚑b‸\"] ; [\"c\"]>, \"d\"]", true, u"[\"a\", /<[\"\"] ; [\"c\"]>, \"db‸\"]"},
+        {u"[\"⚑a\", /<[\"b\"] ; [\"c\"]>, \"‸+d\"]", true, u"[\"+da\", /<[\"b\"] ; [\"c\"]>, \"‸\"]"},
+        {u"[\"x+\", /<[\"⚑b‸\"] ; [\"c\"]>, \"\"]", false, u"[\"b‸x+\", /<[\"\"] ; [\"c\"]>, \"\"]"},
+    };
+    for (CaseS const& test : cases) {
+      QString error;
+      field::FormulaFieldC field(new qt::QtGraphicsC(qt::FormulaFonts::share(error)));
+      QVERIFY(field.setNotation(test.tree));
+      math::ved::Node4C const& row = *field.crefView().crefRoot().child(0);
+      math::ved::Node4C const& text = *row.child(test.toEnd ? row.numChildren() - 1 : 0);
+      field::EventScriptT script;
+      field.record(&script);
+      field::PlaceS const target{&text, test.toEnd ? unsigned(text.sizeText()) : 0};
+      QVERIFY(field.moveSelection(target));
+      QCOMPARE(qt::toQString(field.writeNotation()), QString::fromUtf16(test.expected));
+      QVERIFY(!field.moveSelection({field.crefView().getCaretNode(), 0}));  // nothing is selected
+      QCOMPARE(script.size(), std::size_t(1));
+      QVERIFY(field.run(field::COMMAND_UNDO));
+      QCOMPARE(qt::toQString(field.writeNotation()), QString::fromUtf16(test.tree));
+    }
+  }
+
+  void sizesFollowFormulaAndZoom() {
+    StageS stage;
+    stage.edit->setFrame(false);
+    stage.edit->setExpression(QStringLiteral("x"));
+    int const flat = stage.edit->sizeHint().height();
+    stage.edit->setExpression(QStringLiteral("x/(1+x/(1+x))"));
+    QSize const high = stage.edit->sizeHint();
+    QVERIFY(high.height() > 2 * flat);
+    QSignalSpy zoomed(stage.edit, &FormulaEdit::zoomChanged);
+    stage.edit->setZoom(2 * stage.edit->zoom());
+    QCOMPARE(zoomed.count(), 1);
+    // The margins stay; the layout is scaled, not made anew.
+    QVERIFY(std::abs(stage.edit->sizeHint().height() - 2 * high.height()) <= 10);
+    stage.edit->setZoom(1e9);
+    QCOMPARE(stage.edit->zoom(), FormulaEdit::max_zoom);
+    stage.edit->setZoom(std::numeric_limits<qreal>::quiet_NaN());
+    QCOMPARE(stage.edit->zoom(), FormulaEdit::max_zoom);
+    QVERIFY(grab(*stage.edit).size() == stage.edit->size());
+  }
+
+  void coloursAreThePalettes() {
+    StageS stage;
+    stage.edit->setExpression(QStringLiteral("(a+b)/c"));
+    stage.after->setFocus();
+    QImage const light = grab(*stage.edit);
+    QPalette dark = stage.edit->palette();
+    dark.setColor(QPalette::Base, QColor(20, 20, 24));
+    dark.setColor(QPalette::Text, QColor(235, 235, 240));
+    stage.edit->setPalette(dark);
+    QImage const onDark = grab(*stage.edit);
+    QVERIFY(countInk(light, stage.window.palette().color(QPalette::Base)) > 50);
+    QVERIFY(countInk(onDark, QColor(20, 20, 24)) > 50);
+    QVERIFY(qGray(onDark.pixel(onDark.width() - 20, onDark.height() / 2)) < 60);
+    // A selection is a band behind the ink, in the palette's colour.
+    stage.edit->setFocus();
+    stage.edit->selectAll();
+    QVERIFY(grab(*stage.edit) != onDark);
+  }
+
+  void screenReadersReadIt() {
+    StageS stage;
+    QTest::keyClicks(stage.edit, "x+1/2");
+    QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(stage.edit);
+    QVERIFY(interface);
+    QCOMPARE(interface->role(), QAccessible::EditableText);
+    QString const words = interface->text(QAccessible::Value);
+    QCOMPARE(words, QStringLiteral("x plus fraction 1 over 2 end fraction"));
+    QAccessibleTextInterface* const text = interface->textInterface();
+    QVERIFY(text);
+    QCOMPARE(text->characterCount(), int(words.size()));
+    QCOMPARE(text->cursorPosition(), int(words.indexOf(QLatin1String("2"))) + 1);
+    text->setCursorPosition(0);
+    QCOMPARE(text->cursorPosition(), 0);
+    QVERIFY(text->characterRect(0).isValid());
+    QCOMPARE(text->offsetAtPoint(text->characterRect(0).center()), 0);
+    text->setSelection(0, 0, 1);
+    int from = -1, to = -1;
+    text->selection(0, &from, &to);
+    QCOMPARE(from, 0);
+    QCOMPARE(to, 1);
+    QTest::keyClick(stage.edit, Qt::Key_Delete);
+    QVERIFY(interface->text(QAccessible::Value).startsWith(QLatin1String(" plus")));
+    stage.edit->setReadOnly(true);
+    QVERIFY(interface->state().readOnly);
+  }
+
+  void decimalCommasShowAndRead() {
+    StageS stage;
+    stage.edit->setDecimalComma(true);
+    QTest::keyClicks(stage.edit, "1,5+x");
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(1.5,x)"));
+    stage.edit->selectAll();
+    stage.edit->copy();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("1,5+x"));
+  }
+};
 
 QTEST_MAIN(WidgetTest)
 #include "widget_test.moc"

@@ -1,83 +1,217 @@
 #!/usr/bin/env python3
-"""Runs ved-desktop in a real window on a display of its own, types into it and looks at what it saved.
+"""Runs ved-desktop in a real window on a display of its own: with real keys, and with everything that can go wrong
+around it.
 
 usage: window_test.py <ved-desktop> <folder to work in>; exits with 77 (skipped) without Xvfb or xdotool.
 """
 
 import os
 import pathlib
+import re
 import shutil
+import signal
 import subprocess
 import sys
 import time
 
 PATIENCE = 30  # seconds for anything to happen
-
-
-def start_display():
-    """A virtual display; its process and its name."""
-    read_end, write_end = os.pipe()
-    server = subprocess.Popen(
-        ["Xvfb", "-displayfd", str(write_end), "-screen", "0", "1280x900x24", "-nolisten", "tcp"],
-        pass_fds=[write_end],
-        stderr=subprocess.DEVNULL,
-    )
-    os.close(write_end)
-    with os.fdopen(read_end) as answer:
-        number = answer.readline().strip()
-    return server, f":{number}"
+OFFER = "Recover Unsaved Sheets"
 
 
 def wait_for(condition, what):
     deadline = time.monotonic() + PATIENCE
     while time.monotonic() < deadline:
-        if condition():
-            return
-        time.sleep(0.1)
+        if result := condition():
+            return result
+        time.sleep(0.05)
     raise SystemExit(f"waited in vain for {what}")
 
 
-def main(program, folder):
+def expect(condition, what):
+    if not condition:
+        raise SystemExit(f"not so: {what}")
+
+
+class Stage:
+    """A folder, a virtual display and the program on it."""
+
+    def __init__(self, program, folder):
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir(parents=True)
+        self.program, self.folder = program, folder
+        self.sheet = folder / "sheet.zved"
+        self.env = dict(os.environ, HOME=str(folder), LC_ALL="C.UTF-8")
+        for name in ("config", "data", "runtime"):
+            (folder / name).mkdir(mode=0o700)
+        self.env.update(XDG_CONFIG_HOME=f"{folder}/config", XDG_DATA_HOME=f"{folder}/data")
+        self.env.update(XDG_RUNTIME_DIR=f"{folder}/runtime")
+        self.env.pop("QT_QPA_PLATFORM", None)
+        self.server = self.desktop = None
+        self.start_display()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *_):
+        for process in (self.desktop, self.server):
+            if process and process.poll() is None:
+                process.kill()
+                process.wait()
+
+    def start_display(self):
+        read_end, write_end = os.pipe()
+        screen = ["-screen", "0", "1280x900x24", "-nolisten", "tcp", "-noreset"]
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write_end), *screen], pass_fds=[write_end], stderr=subprocess.DEVNULL
+        )
+        os.close(write_end)
+        with os.fdopen(read_end) as answer:
+            self.env["DISPLAY"] = f":{answer.readline().strip()}"
+
+    def start(self, *arguments, **more_env):
+        self.desktop = subprocess.Popen(
+            [self.program, "--appearance", "light", *map(str, arguments)],
+            env=dict(self.env, **more_env),
+            stderr=open(self.folder / "stderr", "wb"),
+        )
+
+    def xdotool(self, *arguments):
+        return subprocess.run(["xdotool", *arguments], env=self.env, capture_output=True, text=True, check=False).stdout
+
+    def enter(self, name):
+        """Gives the keyboard to the window of that name."""
+        window = wait_for(lambda: self.xdotool("search", "--onlyvisible", "--name", name).split(), f"the window {name}")
+        self.xdotool("windowfocus", "--sync", window[0])
+
+    def type(self, text):
+        self.xdotool("type", "--delay", "20", text)
+
+    def press(self, *keys):
+        self.xdotool("key", *keys)
+
+    def end(self, status=0):
+        ended = self.desktop.wait(PATIENCE)
+        expect(ended == status, f"the program ends with {status}, not with {ended}")
+
+    def write(self, *lines):
+        self.sheet.write_text("\n".join(["zolt-sheet 1", *lines, f"end {len(lines)}", ""]), encoding="utf-8")
+
+    def saved(self):
+        return self.sheet.read_text(encoding="utf-8")
+
+    def recovery(self):
+        """What the recovery files hold."""
+        return [path.read_text(encoding="utf-8") for path in self.folder.glob("data/**/*.recovery")]
+
+
+def test_typing_and_saving(stage):
+    stage.write("formula")
+    stage.start(stage.sheet)
+    stage.enter("sheet.zved")
+    stage.type("y=(a+b)/2")
+    stage.press("Return")
+    stage.type("sqrt(x")
+    stage.press("ctrl+s")
+    wait_for(lambda: "end 2" in stage.saved(), "the saved sheet")
+    stage.press("ctrl+q")
+    stage.end()
+    expect(stage.saved() == "zolt-sheet 1\nformula =(y,/(+(a,b),2))\nformula sqrt(x)\nend 2\n", "all is saved")
+    expect(not stage.recovery(), "nothing is left to be recovered")
+
+
+def recover(stage):
+    """Takes the offer of the next start; the sheet is saved under its name."""
+    stage.start()
+    stage.enter(OFFER)
+    stage.press("Return")
+    stage.enter("sheet.zved")
+    stage.press("ctrl+s")
+    wait_for(lambda: "sqrt(" in stage.saved(), "the recovered sheet")
+    stage.press("ctrl+q")
+    stage.end()
+    expect(not stage.recovery(), "what was recovered and saved is offered no more")
+
+
+def test_display_goes_away(stage):
+    stage.write("formula a")
+    stage.start(stage.sheet)
+    stage.enter("sheet.zved")
+    stage.type("+sqrt(q")
+    time.sleep(0.3)  # for the key to arrive, but not for the usual time of the file
+    stage.server.kill()
+    stage.server.wait()
+    stage.desktop.wait(PATIENCE)
+    expect(len(stage.recovery()) == 1 and "sqrt<" in stage.recovery()[0], "what was typed last is kept")
+    expect("sqrt" not in stage.saved(), "nobody has saved")
+    stage.start_display()
+    recover(stage)
+
+
+def test_signals_keep_the_sheet(stage):
+    stage.write("formula a")
+    stage.start(stage.sheet)
+    stage.enter("sheet.zved")
+    stage.type("+sqrt(q")
+    time.sleep(0.3)
+    stage.desktop.terminate()
+    stage.end(128 + signal.SIGTERM)
+    # Whoever decides later is asked again.
+    stage.start()
+    stage.enter(OFFER)
+    stage.press("Escape")
+    stage.enter("Untitled")
+    stage.press("ctrl+q")
+    stage.end()
+    recover(stage)
+
+
+def test_killed_while_saving(stage):
+    lines = ["formula a"] + ["text " + "x" * 90] * 10000
+    stage.write(*lines)
+    versions = [stage.saved(), stage.saved().replace("formula a", "formula +(a,b)", 1)]
+    found = set()
+    for attempt in range(6):
+        stage.write(*lines)
+        stage.start(stage.sheet)
+        stage.enter("sheet.zved")
+        stage.type("+b")
+        stage.press("ctrl+s")
+        time.sleep(0.02 * attempt)
+        stage.desktop.kill()
+        stage.desktop.wait()
+        expect(stage.saved() in versions, "the old sheet or the new one")
+        found.add(versions.index(stage.saved()))
+        beside = [path.name for path in stage.folder.glob(".*.part")]
+        expect(len(beside) <= 1, f"what is left over does not grow: {beside}")
+        shutil.rmtree(stage.folder / "data", ignore_errors=True)
+    print(f"killed while saving: found {sorted(found)} of old (0) and new (1)")
+
+
+def test_damaged_font(stage):
+    fonts = stage.folder / "fonts"
+    fonts.mkdir()
+    (fonts / "KaTeX_Main-Regular.ttf").write_bytes(b"\0\1\0\0" + b"garbage" * 100)
+    stage.write("formula")
+    stage.start(stage.sheet, ZOLT_FONT_DIR=str(fonts))
+    stage.enter("sheet.zved")
+    stage.type("1/2")
+    stage.press("ctrl+s")
+    wait_for(lambda: "/(1,2)" in stage.saved(), "the saved sheet")
+    stage.press("ctrl+q")
+    stage.end()
+    told = (stage.folder / "stderr").read_text(encoding="utf-8")
+    expect(len(re.findall("another font", told)) == 1, f"the fonts are told about once: {told}")
+
+
+def main(program, folder, *chosen):
     if not shutil.which("Xvfb") or not shutil.which("xdotool"):
         print("Xvfb or xdotool is missing")
         return 77
-    folder = pathlib.Path(folder)
-    shutil.rmtree(folder, ignore_errors=True)
-    folder.mkdir(parents=True)
-    sheet = folder / "sheet.zved"
-    sheet.write_text("zolt-sheet 1\nformula\nend 1\n", encoding="utf-8")
-
-    server, display = start_display()
-    env = dict(os.environ, DISPLAY=display, XDG_CONFIG_HOME=str(folder / "config"), HOME=str(folder), LC_ALL="C.UTF-8")
-    env.pop("QT_QPA_PLATFORM", None)
-    desktop = None
-
-    def xdotool(*arguments):
-        return subprocess.run(["xdotool", *arguments], env=env, capture_output=True, text=True, check=False)
-
-    try:
-        desktop = subprocess.Popen([program, "--appearance", "light", str(sheet)], env=env)
-        wait_for(lambda: xdotool("search", "--onlyvisible", "--name", "sheet.zved").stdout.strip(), "the window")
-        window = xdotool("search", "--onlyvisible", "--name", "sheet.zved").stdout.split()[0]
-        xdotool("windowfocus", "--sync", window)
-        xdotool("type", "--delay", "20", "y=(a+b)/2")
-        xdotool("key", "Return")
-        xdotool("type", "--delay", "20", "sqrt(x")
-        xdotool("key", "ctrl+s")
-        wait_for(lambda: "end 2" in sheet.read_text(encoding="utf-8"), "the saved sheet")
-        xdotool("key", "ctrl+q")
-        status = desktop.wait(PATIENCE)
-    finally:
-        if desktop and desktop.poll() is None:
-            desktop.kill()
-        server.terminate()
-        server.wait()
-
-    expected = "zolt-sheet 1\nformula =(y,/(+(a,b),2))\nformula sqrt(x)\nend 2\n"
-    saved = sheet.read_text(encoding="utf-8")
-    if saved != expected or status != 0:
-        print(f"ended with {status} and saved\n{saved}instead of\n{expected}")
-        return 1
+    for name, test in list(globals().items()):
+        if name.startswith("test_") and (not chosen or name in chosen):
+            print(name, flush=True)
+            with Stage(program, pathlib.Path(folder) / name) as stage:
+                test(stage)
     return 0
 
 

@@ -3,12 +3,17 @@
 #include <QMessageBox>
 #include <QPixmap>
 #include <QSettings>
+#include <QStandardPaths>
 #include <QTimer>
 #include <cstdio>
 #include <cstring>
+#include <memory>
+#include <vector>
 
 #include "hosts/qt/desktop/icons.h"
+#include "hosts/qt/desktop/last_moment.h"
 #include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/recovery_dialog.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "zolt/qt/formula_fonts.h"
 
@@ -63,6 +68,41 @@ int takeScreenshot(desktop::MainWindow& window, QString const& file) {
   return QApplication::exec();
 }
 
+QString recoveryFolder() {
+  return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery");
+}
+
+/// The program's windows: one, and one more for each further sheet that is recovered. They go last.
+class Windows {
+ public:
+  Windows(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings, QString recoveryFolder)
+      : fonts_(std::move(fonts)), settings_(settings), recoveryFolder_(std::move(recoveryFolder)) {}
+
+  desktop::MainWindow& add() {
+    all_.push_back(std::make_unique<desktop::MainWindow>(fonts_, settings_, recoveryFolder_));
+    return *all_.back();
+  }
+
+  void offerRecovery() {
+    auto files = desktop::RecoveryFile::adoptAll(recoveryFolder_);
+    if (files.empty()) return;
+    auto const recover = [this](desktop::RecoveredSheet const& sheet,
+                                std::unique_ptr<desktop::RecoveryFile> file) {
+      desktop::MainWindow& last = *all_.back();
+      desktop::MainWindow& window = last.isUntouched() ? last : add();
+      window.show();
+      window.showRecovered(sheet, std::move(file));
+    };
+    desktop::RecoveryDialog(std::move(files), recover, all_.front().get()).exec();
+  }
+
+ private:
+  std::shared_ptr<qt::FormulaFonts> fonts_;
+  QSettings* settings_;
+  QString recoveryFolder_;
+  std::vector<std::unique_ptr<desktop::MainWindow>> all_;
+};
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -101,23 +141,36 @@ int main(int argc, char** argv) {
   }
   QApplication::setWindowIcon(desktop::programIcon(fonts));
 
-  QStringList const files = parser.positionalArguments();
-  if (QString error; pictured && !files.isEmpty() && !desktop::loadSheet(files.constFirst(), error)) {
-    complain(files.constFirst() + QStringLiteral(": ") + error, false);
-    return exit_failure;
-  }
-
   QSettings settings;
   bool const firstTime = settings.allKeys().isEmpty();
   // A screenshot is the same whoever takes it.
-  desktop::MainWindow window(fonts, pictured ? nullptr : &settings);
+  Windows windows(fonts, pictured ? nullptr : &settings, pictured ? QString() : recoveryFolder());
+  desktop::MainWindow& window = windows.add();
   if (parser.isSet(appearance)) window.setAppearance(desktop::appearanceOf(parser.value(appearance)));
+  if (!fonts->substitution().isEmpty()) {
+    QString const text =
+        QApplication::translate("main", "Formulas are shown in another font than they should: %1.")
+            .arg(fonts->substitution());
+    std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(text));
+    window.tell(text);
+  }
   window.show();
+
+  QStringList const files = parser.positionalArguments();
+  if (pictured) {
+    QString error;
+    if (!files.isEmpty() && !desktop::loadSheet(files.constFirst(), error)) {
+      complain(files.constFirst() + QStringLiteral(": ") + error, false);
+      return exit_failure;
+    }
+  }
   if (!files.isEmpty()) {
     window.open(files.constFirst());
   } else if (pictured || firstTime || parser.isSet(sample)) {
     window.openSample();
   }
   if (pictured) return takeScreenshot(window, parser.value(screenshot));
+  desktop::LastMoment const lastMoment;
+  QTimer::singleShot(0, &window, [&windows] { windows.offerRecovery(); });
   return QApplication::exec();
 }

@@ -12,12 +12,15 @@
 #include <QSettings>
 #include <QStatusBar>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <cmath>
 
 #include "hosts/qt/desktop/elided_label.h"
 #include "hosts/qt/desktop/icons.h"
+#include "hosts/qt/desktop/notice_bar.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
+#include "hosts/qt/desktop/recovery_keeper.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_mime.h"
@@ -39,17 +42,31 @@ constexpr QRgb error_colour = 0xffd64545;
 
 }  // namespace
 
-MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings)
+MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings,
+                       QString const& recoveryFolder)
     : fonts_(std::move(fonts)),
       settings_(settings),
       view_(new SheetView(this)),
       palette_(new PaletteDock(fonts_, this)),
-      recorder_(new Recorder(this)) {
-  setCentralWidget(view_);
+      recorder_(new Recorder(this)),
+      notices_(new NoticeBar(this)) {
+  auto* const centre = new QWidget(this);
+  auto* const column = new QVBoxLayout(centre);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  column->addWidget(notices_);
+  column->addWidget(view_, 1);
+  setCentralWidget(centre);
   addDockWidget(Qt::LeftDockWidgetArea, palette_);
   makeActions();
   makeStatusBar();
   connectView();
+  if (!recoveryFolder.isEmpty()) {
+    recovery_ = new RecoveryKeeper(*view_, recoveryFolder, this);
+    connect(recovery_, &RecoveryKeeper::failed, this, [this](QString const& error) {
+      tell(tr("Unsaved changes are not protected against a crash. %1.").arg(error));
+    });
+  }
   resize(first_size);
   restore();
   setPath({});
@@ -93,6 +110,8 @@ void MainWindow::connectView() {
   connect(QGuiApplication::clipboard(), &QClipboard::dataChanged, this, lookAtClipboard);
   lookAtClipboard();
 }
+
+void MainWindow::tell(QString const& text) { notices_->tell(text); }
 
 // ---- Status line ------------------------------------------------------------------------------------------
 
@@ -191,6 +210,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     return;
   }
   if (recorder_->isRecording()) action(QStringLiteral("record"))->setChecked(false);
+  if (recovery_) recovery_->forget();
   remember();
   event->accept();
 }

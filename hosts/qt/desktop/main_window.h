@@ -22,9 +22,13 @@ namespace zolt::desktop {
 
 class ElidedLabel;
 class HelpDialog;
+class NoticeBar;
 class PaletteDock;
 class Recorder;
+class RecoveryFile;
+class RecoveryKeeper;
 class SheetView;
+struct RecoveredSheet;
 
 /// The program's window: one sheet with its palette, menus and status line.
 class MainWindow final : public QMainWindow {
@@ -32,17 +36,26 @@ class MainWindow final : public QMainWindow {
 
  public:
   /// `fonts` must not be null. With `settings` (may be null, kept by the caller) the window is as it was
-  /// left.
-  MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings);
+  /// left. What is unsaved is kept in `recoveryFolder`, unless that is empty.
+  MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings,
+             QString const& recoveryFolder = {});
   ~MainWindow() override;
 
   SheetView& view() { return *view_; }
   QString path() const { return path_; }
   QAction* action(QString const& name) const { return actions_.value(name); }
 
-  /// Shows the file. On failure says why and changes nothing.
+  /// Shows the file; of a damaged one, after asking, what is readable. On failure says why and changes
+  /// nothing.
   bool open(QString const& path);
   void openSample();
+  /// Shows what was unsaved, as it was: not saved, and with its file. `file` (may be null) goes on being
+  /// where it is kept.
+  void showRecovered(RecoveredSheet const& recovered, std::unique_ptr<RecoveryFile> file);
+  /// Whether nothing is lost when another sheet is shown.
+  bool isUntouched() const;
+  /// Tells something that goes on being so, at the top of the window.
+  void tell(QString const& text);
   void setAppearance(Appearance appearance);
 
  public slots:
@@ -89,8 +102,11 @@ class MainWindow final : public QMainWindow {
   /// Asks what to do with unsaved changes; false: stay.
   bool mayLeave();
   void newSheet();
+  /// Where files are looked for first.
+  QString folder() const;
   void openAsked();
-  void showSheet(Sheet const& sheet, QString const& path);
+  bool showSheet(Sheet const& sheet, QString const& path);
+  bool openDamaged(QString const& path, Sheet const& readable, QString const& why);
   bool saveTo(QString const& path);
   void setPath(QString const& path);
   QStringList recentFiles() const;
@@ -107,6 +123,8 @@ class MainWindow final : public QMainWindow {
   SheetView* view_;
   PaletteDock* palette_;
   Recorder* recorder_;
+  NoticeBar* notices_;
+  RecoveryKeeper* recovery_ = nullptr;  // null: nothing is kept
   QHash<QString, QAction*> actions_;
   QMenu* recentMenu_ = nullptr;
   QLabel* stateDot_ = nullptr;

@@ -3,16 +3,21 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
 
+#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/recorder.h"
+#include "hosts/qt/desktop/recovery_keeper.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
 
@@ -21,7 +26,18 @@ namespace zolt::desktop {
 namespace {
 
 constexpr qsizetype most_recent_files = 8;
-constexpr int message_time = 4000;  // ms
+constexpr int message_time = 4000;   // ms
+constexpr int progress_delay = 500;  // ms
+constexpr qsizetype lines_per_progress = 64;
+
+/// Shows that the program is at work, as long as it exists.
+class WaitCursor {
+ public:
+  WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
+  ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
+  WaitCursor(WaitCursor const&) = delete;
+  WaitCursor& operator=(WaitCursor const&) = delete;
+};
 
 QString recentKey() { return QStringLiteral("recentFiles"); }
 
@@ -31,13 +47,35 @@ QString recentKey() { return QStringLiteral("recentFiles"); }
 
 bool MainWindow::open(QString const& path) {
   QString error;
-  std::optional<Sheet> const sheet = loadSheet(path, error);
+  std::optional<Sheet> sheet, readable;
+  {
+    WaitCursor const waiting;
+    auto const bytes = readSheetFile(path, error);
+    if (bytes) sheet = readSheet(*bytes, error);
+    if (bytes && !sheet) readable = salvageSheet(*bytes);
+  }
+  if (readable) return openDamaged(path, *readable, error);
   if (!sheet) {
     complain(tr("%1 could not be opened.").arg(QDir::toNativeSeparators(path)), error);
     return false;
   }
-  showSheet(*sheet, path);
+  if (!showSheet(*sheet, path)) return false;
   addRecentFile(path);
+  return true;
+}
+
+bool MainWindow::openDamaged(QString const& path, Sheet const& readable, QString const& why) {
+  QMessageBox question(QMessageBox::Warning, tr("Damaged Sheet"),
+                       tr("%1 is damaged.").arg(QDir::toNativeSeparators(path)), QMessageBox::Cancel, this);
+  question.setInformativeText(
+      tr("%1.\n\nWhat is readable can be opened as a new sheet, the rest as lines of text. The file stays "
+         "as it is.")
+          .arg(why));
+  question.setDefaultButton(question.addButton(tr("&Open What Is Readable"), QMessageBox::AcceptRole));
+  question.exec();
+  if (question.buttonRole(question.clickedButton()) != QMessageBox::AcceptRole) return false;
+  if (!showSheet(readable, {})) return false;
+  view_->setUnsaved();
   return true;
 }
 
@@ -49,26 +87,48 @@ void MainWindow::openSample() {
   showSheet(sheet.value_or(Sheet()), {});
 }
 
+QString MainWindow::folder() const {
+  QString const own = QFileInfo(path_).path();
+  return !path_.isEmpty() && QFileInfo(own).isDir()
+             ? own
+             : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
 void MainWindow::newSheet() {
   if (mayLeave()) showSheet({}, {});
 }
 
 void MainWindow::openAsked() {
   if (!mayLeave()) return;
-  QString const folder = path_.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                                         : QFileInfo(path_).path();
   QString const path = QFileDialog::getOpenFileName(
-      this, tr("Open"), folder, tr("Sheets (*.%1);;All files (*)").arg(QLatin1String(sheet_suffix)));
+      this, tr("Open"), folder(), tr("Sheets (*.%1);;All files (*)").arg(QLatin1String(sheet_suffix)));
   if (!path.isEmpty()) open(path);
 }
 
-void MainWindow::showSheet(Sheet const& sheet, QString const& path) {
-  view_->setSheet(sheet);
+bool MainWindow::showSheet(Sheet const& sheet, QString const& path) {
+  QProgressDialog progress(tr("Opening the sheet…"), tr("Cancel"), 0, int(sheet.size()), this);
+  progress.setWindowModality(Qt::WindowModal);
+  progress.setMinimumDuration(progress_delay);
+  bool const shown = view_->setSheet(sheet, [&](qsizetype made) {
+    if (made % lines_per_progress == 0) progress.setValue(int(made));
+    return !progress.wasCanceled();
+  });
+  if (!shown) return false;
+  if (recovery_) recovery_->forget();
   setPath(path);
   view_->enterFirstFormula();
   updateActions();
   updateStatus();
+  return true;
 }
+
+void MainWindow::showRecovered(RecoveredSheet const& recovered, std::unique_ptr<RecoveryFile> file) {
+  if (!showSheet(recovered.sheet, recovered.path)) return;
+  if (recovery_ && file) recovery_->adopt(std::move(file));
+  view_->setUnsaved();
+}
+
+bool MainWindow::isUntouched() const { return path_.isEmpty() && !view_->isModified(); }
 
 // ---- Saving -----------------------------------------------------------------------------------------------
 
@@ -82,14 +142,20 @@ bool MainWindow::saveAs() {
 
 bool MainWindow::saveTo(QString const& path) {
   QString error;
-  if (!replaceFile(path, writeSheet(view_->sheet()), error)) {
-    complain(tr("The sheet could not be saved to %1. It is still open, and nothing in it is lost.")
-                 .arg(QDir::toNativeSeparators(path)),
-             error);
-    return false;
+  if (!saveSheet(path, view_->sheet(), error)) {
+    QMessageBox message(QMessageBox::Warning, tr("Not Saved"),
+                        tr("The sheet could not be saved to %1.").arg(QDir::toNativeSeparators(path)),
+                        QMessageBox::Retry | QMessageBox::Cancel, this);
+    message.setInformativeText(tr("%1.\n\nThe sheet is still open, and nothing in it is lost.").arg(error));
+    QPushButton* const elsewhere = message.addButton(tr("Save &As…"), QMessageBox::AcceptRole);
+    message.setDefaultButton(elsewhere);
+    int const answer = message.exec();
+    if (message.clickedButton() == elsewhere) return saveAs();
+    return answer == QMessageBox::Retry && saveTo(path);
   }
   setPath(path);
   view_->setSaved();
+  if (recovery_) recovery_->forget();
   addRecentFile(path);
   statusBar()->showMessage(tr("Saved"), message_time);
   return true;
@@ -115,9 +181,7 @@ bool MainWindow::mayLeave() {
 
 QString MainWindow::askPathToWrite(QString const& title, QString const& filter, QString const& suffix) {
   QString const name = path_.isEmpty() ? tr("Sheet") : QFileInfo(path_).completeBaseName();
-  QString const folder = path_.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                                         : QFileInfo(path_).path();
-  QFileDialog dialog(this, title, folder, filter);
+  QFileDialog dialog(this, title, folder(), filter);
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(suffix);
   dialog.selectFile(name);
@@ -131,6 +195,7 @@ QString MainWindow::askPathToWrite(QString const& title, QString const& filter, 
 
 void MainWindow::setPath(QString const& path) {
   path_ = path;
+  if (recovery_) recovery_->setPath(path.isEmpty() ? path : QFileInfo(path).absoluteFilePath());
   QString const name = path.isEmpty() ? tr("Untitled") : QFileInfo(path).fileName();
   setWindowTitle(tr("%1[*] – zolt ved").arg(name));
   setWindowModified(view_->isModified());

@@ -2,9 +2,10 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QSaveFile>
+#include <QFileInfo>
 #include <QStringDecoder>
 
+#include "hosts/qt/desktop/file_replacement.h"
 #include "zolt/field/sheet_text.h"
 #include "zolt/qt/text.h"
 
@@ -31,13 +32,25 @@ SheetLine toLine(field::SheetLineS const& line) {
   return {toLineKind(line.kind), toQString(line.text), toQString(line.prefix), toQString(line.tree)};
 }
 
+Sheet toSheet(field::SheetT const& lines) {
+  Sheet sheet;
+  sheet.reserve(qsizetype(lines.size()));
+  for (field::SheetLineS const& line : lines) sheet.push_back(toLine(line));
+  return sheet;
+}
+
+field::SheetT toLines(Sheet const& sheet) {
+  field::SheetT lines;
+  lines.reserve(std::size_t(sheet.size()));
+  for (SheetLine const& line : sheet) {
+    lines.push_back({toKind(line.kind), toWstring(line.text), toWstring(line.prefix), toWstring(line.tree)});
+  }
+  return lines;
+}
+
 }  // namespace
 
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error) {
-  if (bytes.size() > max_sheet_bytes) {
-    error = tr("The file is too large for a sheet");
-    return std::nullopt;
-  }
   QStringDecoder decoder(QStringDecoder::Utf8);
   QString const text = decoder.decode(bytes);
   if (decoder.hasError()) {
@@ -50,40 +63,53 @@ std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error) {
     error = toQString(field::describe(cause));
     return std::nullopt;
   }
-  Sheet sheet;
-  sheet.reserve(qsizetype(lines.size()));
-  for (field::SheetLineS const& line : lines) sheet.push_back(toLine(line));
-  return sheet;
+  return toSheet(lines);
 }
 
-QByteArray writeSheet(Sheet const& sheet) {
+std::optional<Sheet> salvageSheet(QByteArray const& bytes) {
   field::SheetT lines;
-  lines.reserve(std::size_t(sheet.size()));
-  for (SheetLine const& line : sheet) {
-    lines.push_back({toKind(line.kind), toWstring(line.text), toWstring(line.prefix), toWstring(line.tree)});
-  }
-  return toQString(field::writeSheet(lines)).toUtf8();
-}
-
-std::optional<Sheet> loadSheet(QString const& path, QString& error) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
-    error = file.errorString();
+  if (bytes.size() > max_sheet_bytes || !field::salvageSheet(toWstring(QString::fromUtf8(bytes)), lines)) {
     return std::nullopt;
   }
-  QByteArray const bytes = file.read(max_sheet_bytes + 1);
+  return toSheet(lines);
+}
+
+QByteArray writeSheet(Sheet const& sheet) { return toQString(field::writeSheet(toLines(sheet))).toUtf8(); }
+
+std::optional<QByteArray> readSheetFile(QString const& path, QString& error) {
+  QFile file(path);
+  // Whoever opens a pipe waits for somebody to write into it.
+  if (QFileInfo const info(path); info.exists() && !info.isFile()) {
+    error = tr("This is a folder or a device, not a file");
+    return std::nullopt;
+  }
+  QByteArray bytes;
+  if (file.open(QIODevice::ReadOnly)) bytes = file.read(max_sheet_bytes + 1);
   if (file.error() != QFileDevice::NoError) {
     error = file.errorString();
     return std::nullopt;
   }
-  return readSheet(bytes, error);
+  if (bytes.size() > max_sheet_bytes) {
+    error = tr("The file is too large for a sheet");
+    return std::nullopt;
+  }
+  return bytes;
 }
 
-bool replaceFile(QString const& path, QByteArray const& bytes, QString& error) {
-  QSaveFile file(path);
-  if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit()) return true;
-  error = file.errorString();
-  return false;
+std::optional<Sheet> loadSheet(QString const& path, QString& error) {
+  auto const bytes = readSheetFile(path, error);
+  return bytes ? readSheet(*bytes, error) : std::nullopt;
+}
+
+bool saveSheet(QString const& path, Sheet const& sheet, QString& error) {
+  field::SheetT const lines = toLines(sheet);
+  QByteArray const bytes =
+      field::isWithinLimits(lines) ? toQString(field::writeSheet(lines)).toUtf8() : QByteArray();
+  if (bytes.isEmpty() || bytes.size() > max_sheet_bytes) {
+    error = tr("The sheet is too large: it could not be opened again");
+    return false;
+  }
+  return replaceFile(path, bytes, error);
 }
 
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree) {

@@ -19,13 +19,15 @@ constexpr qint64 max_sheet_bytes = field::max_sheet_characters;
 
 /// Nothing, with `error` naming the line and what is wrong with it, when the bytes are no sheet.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);
+/// What is readable of a damaged sheet, and the rest as lines of text. Nothing when it is no sheet at all.
+std::optional<Sheet> salvageSheet(QByteArray const& bytes);
 QByteArray writeSheet(Sheet const& sheet);
 
+/// The contents of a file that may be a sheet. Nothing, with `error`, when it cannot be read or is too large.
+std::optional<QByteArray> readSheetFile(QString const& path, QString& error);
 std::optional<Sheet> loadSheet(QString const& path, QString& error);
-
-/// Makes `bytes` the contents of the file: at once, or, when anything fails (a full disk, a folder that may
-/// not be written), not at all; `error` then says why.
-bool replaceFile(QString const& path, QByteArray const& bytes, QString& error);
+/// As `replaceFile`; what could not be opened again is refused, too.
+bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
 
 /// A formula as a line: `tree` is left out when the expression alone would show the same.
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree);

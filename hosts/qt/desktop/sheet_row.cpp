@@ -8,6 +8,7 @@
 #include <QTimer>
 
 #include "hosts/qt/desktop/sheet_file.h"
+#include "zolt/field/sheet_text.h"
 #include "zolt/qt/formula_edit.h"
 
 namespace zolt::desktop {
@@ -67,7 +68,9 @@ void SheetRow::makeFormula(SheetLine const& line) {
 }
 
 void SheetRow::makeText(SheetLine const& line) {
-  text_ = new QLineEdit(line.text, this);
+  text_ = new QLineEdit(this);
+  text_->setMaxLength(int(field::max_sheet_text));
+  text_->setText(line.text);
   text_->setFrame(false);
   text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));
   text_->setAccessibleName(text_->placeholderText());
@@ -86,6 +89,11 @@ SheetLine SheetRow::line() const {
   if (!formula_) return {kind_, text_->text(), {}, {}};
   if (!line_) line_ = makeFormulaLine(formula_->prefix(), formula_->tree());
   return *line_;
+}
+
+SheetLine SheetRow::draft() const {
+  if (!formula_ || line_) return line();
+  return {LineKind::Formula, {}, {}, formula_->tree()};
 }
 
 bool SheetRow::isEmpty() const { return formula_ ? formula_->isEmpty() : text_->text().isEmpty(); }

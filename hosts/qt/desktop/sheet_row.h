@@ -26,6 +26,8 @@ class SheetRow final : public QWidget {
   LineKind kind() const { return kind_; }
   /// The line as it is to be saved.
   SheetLine line() const;
+  /// The line as it stands; of an edited formula without its expression, which takes time to find out.
+  SheetLine draft() const;
   bool isEmpty() const;
 
   /// Null on a line of text.

@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "hosts/qt/desktop/sheet_commands.h"
+#include "zolt/field/sheet_text.h"
 #include "zolt/qt/formula_edit.h"
 
 namespace zolt::desktop {
@@ -45,6 +46,7 @@ SheetView::SheetView(QWidget* parent)
   setFocusPolicy(Qt::NoFocus);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { onFocusChanged(now); });
   connect(&history_, &QUndoStack::cleanChanged, this, [this](bool clean) { emit modifiedChanged(!clean); });
+  connect(&history_, &QUndoStack::indexChanged, this, &SheetView::edited);
   setSheet({});
 }
 
@@ -55,29 +57,42 @@ SheetView::~SheetView() {
   history_.clear();
 }
 
-void SheetView::setSheet(Sheet const& sheet) {
+bool SheetView::setSheet(Sheet const& sheet, Progress const& goOn) {
+  QList<SheetRow*> rows;
+  for (SheetLine const& line : sheet.isEmpty() ? Sheet{SheetLine()} : sheet) {
+    if (goOn && !goOn(rows.size())) {
+      qDeleteAll(rows);
+      return false;
+    }
+    rows.push_back(makeRow(line));
+  }
   // Shown one by one, each row would have all of them laid out again.
   page_->hide();
   history_.clear();
   current_ = nullptr;
-  QList<SheetRow*> const before = std::exchange(rows_, {});
-  for (SheetRow* const row : before) delete row;
-  Sheet const lines = sheet.isEmpty() ? Sheet{SheetLine()} : sheet;
-  for (SheetLine const& line : lines) {
-    SheetRow* const row = makeRow(line);
-    layout_->insertWidget(int(rows_.size()), row);
-    row->show();
-    rows_.push_back(row);
+  rows_.swap(rows);
+  qDeleteAll(rows);
+  for (qsizetype i = 0; i < rows_.size(); ++i) {
+    layout_->insertWidget(int(i), rows_[i]);
+    rows_[i]->show();
   }
   renumber();
   setCurrent(rows_.front());
   page_->show();
   verticalScrollBar()->setValue(0);
+  return true;
 }
 
 Sheet SheetView::sheet() const {
   Sheet lines;
   for (SheetRow* const row : rows_) lines.push_back(row->line());
+  return lines;
+}
+
+Sheet SheetView::draft() const {
+  Sheet lines;
+  lines.reserve(rows_.size());
+  for (SheetRow* const row : rows_) lines.push_back(row->draft());
   return lines;
 }
 
@@ -198,6 +213,7 @@ void SheetView::onFormulaEdited(SheetRow* row, bool continued) {
   // The formula's own last step has grown; the sheet has that step already.
   if (history_.canRedo()) history_.push(new ForgetRedoCommand);
   if (history_.isClean()) history_.resetClean();
+  emit edited();
 }
 
 void SheetView::enterFirstFormula() {
@@ -208,6 +224,10 @@ void SheetView::enterFirstFormula() {
 // ---- Edits ------------------------------------------------------------------------------------------------
 
 void SheetView::insertBelow(SheetLine const& line) {
+  if (std::size_t(rows_.size()) >= field::max_sheet_lines) {
+    emit errorOccurred(tr("A sheet has %1 lines at most").arg(field::max_sheet_lines));
+    return;
+  }
   SheetRow* const row = makeRow(line);
   history_.push(new InsertRowCommand(*this, row, rows_.indexOf(current_) + 1));
 }

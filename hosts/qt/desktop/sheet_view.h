@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QScrollArea>
 #include <QUndoStack>
+#include <functional>
 
 #include "hosts/qt/desktop/sheet.h"
 #include "hosts/qt/desktop/sheet_row.h"
@@ -20,12 +21,21 @@ class SheetView final : public QScrollArea {
   explicit SheetView(QWidget* parent = nullptr);
   ~SheetView() override;
 
-  /// Shows another sheet, never without a line, with a new history.
-  void setSheet(Sheet const& sheet);
+  /// Asked before each line with the number of lines that are made; false: stop.
+  using Progress = std::function<bool(qsizetype)>;
+
+  /// Shows another sheet, never without a line, with a new history. False, with nothing changed, when
+  /// `goOn` (may be empty) stops it.
+  bool setSheet(Sheet const& sheet, Progress const& goOn = {});
   Sheet sheet() const;
+  /// The sheet without what is yet to be found out: an edited formula may lack its expression. For large
+  /// sheets, and while somebody is typing.
+  Sheet draft() const;
   bool isModified() const { return !history_.isClean(); }
   /// The sheet as it stands is what is in the file.
   void setSaved() { history_.setClean(); }
+  /// What is in the file is another sheet.
+  void setUnsaved() { history_.resetClean(); }
   QUndoStack& history() { return history_; }
 
   QList<SheetRow*> const& rows() const { return rows_; }
@@ -58,6 +68,8 @@ class SheetView final : public QScrollArea {
   /// The current formula, its selection or its caret is another one.
   void formulaChanged();
   void modifiedChanged(bool modified);
+  /// Some line is another one, whoever changed it.
+  void edited();
   void errorOccurred(QString const& text);
   void zoomRequested(int steps);
 

@@ -67,6 +67,10 @@ wstring toText(unsigned long number) {
   return digits;
 }
 
+bool isTooLong(SheetLineKindE kind, TextViewT text) {
+  return text.size() > (kind == SHEET_FORMULA ? max_sheet_formula : max_sheet_text);
+}
+
 class SheetReaderC {
  public:
   SheetReaderC(TextViewT text, bool salvages) : rest_(text), salvages_(salvages) {}
@@ -76,9 +80,7 @@ class SheetReaderC {
     if (!takeLine() || !readHeader()) return false;
     while (takeLine()) {
       if (readLine()) continue;
-      if (!salvages_) return false;
-      if (sheet_.size() == max_sheet_lines) return false;
-      sheet_.push_back({SHEET_TEXT, wstring(line_), {}, {}});
+      if (!salvages_ || !keepAsText()) return false;
     }
     return ended_ || salvages_ || fail(SHEET_ERROR_NO_END);
   }
@@ -90,6 +92,15 @@ class SheetReaderC {
   bool fail(SheetErrorE cause) {
     error_ = {cause, number_};
     return false;
+  }
+
+  bool keepAsText() {
+    do {
+      if (sheet_.size() == max_sheet_lines) return false;
+      sheet_.push_back({SHEET_TEXT, wstring(line_.substr(0, max_sheet_text)), {}, {}});
+      line_.remove_prefix(sheet_.back().text.size());
+    } while (!line_.empty());
+    return true;
   }
 
   /// The empty text has one line; a line end at the end starts no other.
@@ -119,6 +130,7 @@ class SheetReaderC {
     if (word == u"end") return readEnd(rest);
     if (word == u"tree") return readTree(rest);
     if (sheet_.size() == max_sheet_lines) return fail(SHEET_ERROR_TOO_MANY_LINES);
+    if (isTooLong(word == u"formula" ? SHEET_FORMULA : SHEET_TEXT, rest)) return fail(SHEET_ERROR_LONG_LINE);
     if (word == u"formula") {
       if (!rest.empty() && !AlgebraicExpressionC::fromPrefixString(rest)) {
         return fail(SHEET_ERROR_BAD_EXPRESSION);
@@ -136,10 +148,14 @@ class SheetReaderC {
     if (sheet_.empty() || sheet_.back().kind != SHEET_FORMULA || !sheet_.back().tree.empty()) {
       return fail(SHEET_ERROR_STRAY_TREE);
     }
+    if (isTooLong(SHEET_FORMULA, tree)) return fail(SHEET_ERROR_LONG_LINE);
     if (!trial_.showTree(tree)) return fail(SHEET_ERROR_BAD_TREE);
-    // Somebody may have changed the expression by hand.
-    wstring const& prefix = sheet_.back().prefix;
-    if (prefix.empty() || prefix == trial_.prefix()) sheet_.back().tree = tree;
+    wstring& prefix = sheet_.back().prefix;
+    wstring const shown = trial_.prefix();
+    if (prefix.empty()) prefix = shown;
+    // Somebody may have changed the expression by hand, if it is not the damage that did.
+    if (prefix != shown) return !salvages_;
+    sheet_.back().tree = tree;
     return true;
   }
 
@@ -188,6 +204,8 @@ wstring describe(SheetErrorE cause) {
       return u"\"tree\" stands behind no formula";
     case SHEET_ERROR_TOO_MANY_LINES:
       return u"a sheet has " + toText(max_sheet_lines) + u" lines at most";
+    case SHEET_ERROR_LONG_LINE:
+      return u"it is too long";
     case SHEET_ERROR_WRONG_COUNT:
       return u"the sheet has another number of lines than it says";
     case SHEET_ERROR_NO_END:
@@ -222,6 +240,17 @@ bool salvageSheet(wstring const& text, SheetT& sheet) {
   if (!reader.read()) return false;
   sheet = std::move(reader.refSheet());
   return true;
+}
+
+bool isWithinLimits(SheetT const& sheet) {
+  unsigned long size = 0;
+  for (SheetLineS const& line : sheet) {
+    if (isTooLong(SHEET_FORMULA, line.prefix) || isTooLong(SHEET_FORMULA, line.tree)) return false;
+    if (isTooLong(SHEET_TEXT, line.text)) return false;
+    constexpr unsigned long words_size = 20;  // "formula ", "tree " and the line ends
+    size += words_size + line.text.size() + line.prefix.size() + line.tree.size();
+  }
+  return sheet.size() <= max_sheet_lines && size <= max_sheet_characters;
 }
 
 wstring writeSheet(SheetT const& sheet) {

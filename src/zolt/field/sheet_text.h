@@ -24,6 +24,8 @@ using SheetT = std::vector<SheetLineS>;
 /// What a sheet may hold at most; more is refused before it takes memory.
 constexpr unsigned long max_sheet_characters = 16ul << 20;
 constexpr unsigned long max_sheet_lines = 20000;
+constexpr unsigned long max_sheet_text = 100'000;       ///< characters of a text or heading
+constexpr unsigned long max_sheet_formula = 4ul << 20;  ///< of a formula in one of the notations
 
 enum SheetErrorE {
   SHEET_ERROR_NONE = 0,
@@ -36,6 +38,7 @@ enum SheetErrorE {
   SHEET_ERROR_BAD_TREE,
   SHEET_ERROR_STRAY_TREE,  ///< without a formula before it
   SHEET_ERROR_TOO_MANY_LINES,
+  SHEET_ERROR_LONG_LINE,
   SHEET_ERROR_WRONG_COUNT,
   SHEET_ERROR_NO_END,
   SHEET_ERROR_BEHIND_END
@@ -54,9 +57,12 @@ wstring describe(SheetErrorS const& error);
 bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error);
 
 /// Reads what can be read of a sheet that `readSheet` refuses: a line that breaks a rule comes back as a text
-/// that holds it as it stands, so that nothing is missing. False, with `sheet` untouched, when `text` does
-/// not start as a sheet or exceeds the limits.
+/// that holds it as it stands (a very long one as several), so that nothing is missing. False, with `sheet`
+/// untouched, when `text` does not start as a sheet or has too many lines.
 bool salvageSheet(wstring const& text, SheetT& sheet);
+
+/// Whether the sheet will be read again when it has been written.
+bool isWithinLimits(SheetT const& sheet);
 
 /// Reads back as the same sheet; a line end within a text becomes a blank, for want of a way to write it.
 wstring writeSheet(SheetT const& sheet);

@@ -5,28 +5,96 @@
 
 namespace zolt::qt {
 
+namespace {
+
+QString tr(char const* text) { return QCoreApplication::translate("zolt::qt::FormulaFonts", text); }
+
+void append32(QByteArray& bytes, qsizetype number) {
+  for (int shift = 24; shift >= 0; shift -= 8) bytes += char((number >> shift) & 0xFF);
+}
+
+/// A font of the system as the bytes of a file, which it need not have come from. Empty when it is no
+/// TrueType or OpenType font.
+std::string toFile(QRawFont const& font) {
+  constexpr char const* tags[] = {"CFF ", "OS/2", "cmap", "cvt ", "fpgm", "glyf", "head",
+                                  "hhea", "hmtx", "loca", "maxp", "name", "post", "prep"};
+  constexpr qsizetype head_size = 12, entry_size = 16;
+  QList<std::pair<QByteArray, QByteArray>> tables;
+  for (char const* const tag : tags) {
+    if (QByteArray const table = font.fontTable(tag); !table.isEmpty()) tables.push_back({tag, table});
+  }
+  bool const cubic = !tables.isEmpty() && tables.front().first == "CFF ";
+  QByteArray head = cubic ? QByteArray("OTTO") : QByteArray("\0\1\0\0", 4);
+  QByteArray body;
+  head += char(0);
+  head += char(tables.size());
+  head += QByteArray(6, '\0');  // for a search in the directory, which nobody needs
+  for (auto const& [tag, table] : tables) {
+    head += tag;
+    append32(head, 0);  // the checksum, which nobody looks at
+    append32(head, head_size + entry_size * tables.size() + body.size());
+    append32(head, table.size());
+    body += table + QByteArray(3 - (table.size() + 3) % 4, '\0');
+  }
+  return tables.isEmpty() ? std::string() : (head + body).toStdString();
+}
+
+oss::PointerTC<surfaces::FontSetC> loadSystemFonts() {
+  QFont serif(QStringLiteral("serif"));
+  serif.setStyleHint(QFont::Serif);
+  QFont italic = serif;
+  italic.setItalic(true);
+  std::vector<surfaces::FontSetC::FileS> files;
+  for (QFont const& font : {serif, italic, QFont(QStringLiteral("sans"))}) {
+    QRawFont const raw = QRawFont::fromFont(font);
+    std::string bytes = toFile(raw), cause;
+    // The last one is only for what the others lack.
+    if (surfaces::SfntFontC().parse(bytes, cause) || files.size() < surfaces::FACE_FALLBACK) {
+      files.push_back({raw.familyName().toStdString(), std::move(bytes)});
+    }
+  }
+  std::string cause;
+  return surfaces::FontSetC::fromMemory(std::move(files), cause);
+}
+
+}  // namespace
+
 std::shared_ptr<FormulaFonts> FormulaFonts::share(QString& error) {
   // Not owned here: a QRawFont must not outlive the application object.
   static std::weak_ptr<FormulaFonts> shared;
   if (auto fonts = shared.lock()) return fonts;
-  std::string cause;
-  auto const files = surfaces::FontSetC::load(surfaces::FontSetC::getDefaultFolders(), cause);
-  if (!files) {
-    error = QString::fromStdString(cause);
-    return nullptr;
-  }
-  std::shared_ptr<FormulaFonts> fonts(new FormulaFonts(new surfaces::TypesetterC(files)));
-  for (FaceS const& face : fonts->faces_) {
-    if (face.font.isValid()) continue;
-    error = QCoreApplication::translate("zolt::qt::FormulaFonts", "The font files cannot be drawn");
-    return nullptr;
-  }
+  auto fonts = load(surfaces::FontSetC::getDefaultFolders(), error);
   shared = fonts;
   return fonts;
 }
 
-FormulaFonts::FormulaFonts(oss::PointerTC<surfaces::TypesetterC> typesetter)
-    : typesetter_(std::move(typesetter)) {
+std::shared_ptr<FormulaFonts> FormulaFonts::load(std::vector<std::string> const& folders, QString& error) {
+  std::string cause;
+  auto const files = surfaces::FontSetC::load(folders, cause);
+  if (auto fonts = make(files)) return fonts;
+  QString why = files ? tr("The font files of formulas cannot be drawn") : QString::fromStdString(cause);
+  why[0] = why[0].toUpper();
+  auto fonts = make(loadSystemFonts());
+  if (fonts) {
+    fonts->substitution_ = why;
+  } else {
+    error = why;
+  }
+  return fonts;
+}
+
+/// Null when not every font can be drawn.
+std::shared_ptr<FormulaFonts> FormulaFonts::make(oss::PointerTC<surfaces::FontSetC> const& files) {
+  if (!files) return nullptr;
+  std::shared_ptr<FormulaFonts> fonts(new FormulaFonts(files));
+  for (FaceS const& face : fonts->faces_) {
+    if (!face.font.isValid()) return nullptr;
+  }
+  return fonts;
+}
+
+FormulaFonts::FormulaFonts(oss::PointerTC<surfaces::FontSetC> const& files)
+    : typesetter_(new surfaces::TypesetterC(files)) {
   surfaces::FontSetC const& set = typesetter_->getFonts();
   for (unsigned face = 0; face < set.getFaceCount(); ++face) {
     surfaces::SfntFontC const& font = set.getFont(face);

@@ -61,8 +61,8 @@ std::vector<std::string> FontSetC::getDefaultFolders() {
 oss::PointerTC<FontSetC> FontSetC::load(std::vector<std::string> const& folders, std::string& error) {
   std::vector<FileS> files;
   for (KnownFileS const& known : known_files) {
-    std::string bytes;
-    if (readFromFolders(folders, known.file, bytes)) {
+    std::string bytes, cause;
+    if (readFromFolders(folders, known.file, bytes) && (known.required || SfntFontC().parse(bytes, cause))) {
       files.push_back({known.name, std::move(bytes)});
     } else if (known.required) {
       error = std::string("font file ") + known.file + " not found in:";

@@ -25,9 +25,9 @@ class FontSetC final : public oss::RefCountedBC {
   /// library was built with.
   static std::vector<std::string> getDefaultFolders();
 
-  /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present, `DejaVuSerif.ttf` and
-  /// `DejaVuSans.ttf`, each from the first folder that holds it. Null, with `error` naming the file and the
-  /// folders, when one of the first two is missing or any file is unusable.
+  /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present and usable, `DejaVuSerif.ttf`
+  /// and `DejaVuSans.ttf`, each from the first folder that holds it. Null, with `error` naming the file and
+  /// the folders, when one of the first two is missing or unusable.
   static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders, std::string& error);
 
   /// The same from bytes that the host has at hand: main, math, then the fallbacks in order of preference.

@@ -1,0 +1,91 @@
+#include "hosts/qt/desktop/last_moment.h"
+
+#include <QGuiApplication>
+#include <QSocketNotifier>
+#include <cstdlib>
+
+#include "hosts/qt/desktop/recovery_keeper.h"
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#endif
+
+namespace zolt::desktop {
+
+#ifdef Q_OS_UNIX
+
+namespace {
+
+constexpr int ending_signals[] = {SIGTERM, SIGHUP, SIGINT};
+constexpr int signalled_exit = 128;
+
+/// Where a signal handler, which may do next to nothing, tells the event loop.
+int wakeEnd = -1;
+
+void wake(int number) {
+  int const cause = errno;
+  auto const byte = static_cast<unsigned char>(number);
+  [[maybe_unused]] ssize_t const written = ::write(wakeEnd, &byte, 1);
+  errno = cause;
+}
+
+}  // namespace
+
+struct LastMoment::SignalsS {
+  ~SignalsS() {
+    for (int const number : ending_signals) std::signal(number, SIG_DFL);
+    wakeEnd = -1;
+    for (int const end : ends) ::close(end);
+  }
+
+  int ends[2] = {-1, -1};
+  std::unique_ptr<QSocketNotifier> notifier;
+};
+
+#else
+
+struct LastMoment::SignalsS {};
+
+#endif
+
+LastMoment::LastMoment() {
+#ifdef Q_OS_UNIX
+  std::signal(SIGXFSZ, SIG_IGN);
+  std::signal(SIGPIPE, SIG_IGN);
+  auto made = std::make_unique<SignalsS>();
+  if (::pipe2(made->ends, O_CLOEXEC | O_NONBLOCK) == 0) {
+    wakeEnd = made->ends[1];
+    made->notifier = std::make_unique<QSocketNotifier>(made->ends[0], QSocketNotifier::Read);
+    connect(made->notifier.get(), &QSocketNotifier::activated, this, [from = made->ends[0]] {
+      unsigned char number = 0;
+      if (::read(from, &number, 1) != 1) return;
+      RecoveryKeeper::writeAllNow();
+      QCoreApplication::exit(signalled_exit + number);
+    });
+    struct sigaction action {};
+    action.sa_handler = wake;
+    action.sa_flags = SA_RESTART;
+    for (int const number : ending_signals) {
+      struct sigaction before {};
+      // Whoever started the program may have had it outlive the terminal.
+      if (::sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+      ::sigaction(number, &action, nullptr);
+    }
+    signals_ = std::move(made);
+  }
+#endif
+  // The session's end does not ask: what is unsaved is offered in the next one.
+  connect(
+      qApp, &QGuiApplication::commitDataRequest, this, [] { RecoveryKeeper::writeAllNow(); },
+      Qt::DirectConnection);
+  // Without its display the toolkit calls `exit`, with every object still there.
+  std::atexit(RecoveryKeeper::writeAllNow);
+}
+
+LastMoment::~LastMoment() = default;
+
+}  // namespace zolt::desktop

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "hosts/qt/desktop/recovery_file.h"
+
+class QListWidget;
+class QPushButton;
+
+namespace zolt::desktop {
+
+/// Offers the sheets that were unsaved when the program ended. What is neither recovered nor discarded stays
+/// where it is, and is offered again at the next start.
+class RecoveryDialog final : public QDialog {
+  Q_OBJECT
+
+ public:
+  /// Takes a sheet that is to be opened, and its file unless that is damaged: then it is null.
+  using Recover = std::function<void(RecoveredSheet const&, std::unique_ptr<RecoveryFile>)>;
+
+  RecoveryDialog(std::vector<std::unique_ptr<RecoveryFile>> files, Recover recover, QWidget* parent);
+  ~RecoveryDialog() override;
+
+ private:
+  struct EntryS;
+
+  void addEntry(std::unique_ptr<RecoveryFile> file);
+  QList<int> chosenRows() const;
+  void updateButtons();
+  void recoverChosen();
+  void discardChosen();
+  void removeRow(int row);
+
+  Recover recover_;
+  std::vector<std::unique_ptr<EntryS>> entries_;  // a row of the list each
+  QListWidget* list_;
+  QPushButton* recoverButton_;
+  QPushButton* discardButton_;
+};
+
+}  // namespace zolt::desktop

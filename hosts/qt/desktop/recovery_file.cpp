@@ -1,0 +1,128 @@
+#include "hosts/qt/desktop/recovery_file.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QUrl>
+#include <QUuid>
+
+#include "hosts/qt/desktop/file_replacement.h"
+#include "hosts/qt/desktop/sheet_file.h"
+
+namespace zolt::desktop {
+
+namespace {
+
+constexpr char magic[] = "zolt-recovery 1";
+constexpr QLatin1String suffix(".recovery"), lock_suffix(".lock");
+constexpr qsizetype longest_head = 1 << 16;
+
+QString tr(char const* text) { return QCoreApplication::translate("zolt::desktop::RecoveryFile", text); }
+
+/// Takes the line that starts with `word` and a blank off the front of `bytes`.
+std::optional<QByteArray> takeLine(QByteArray& bytes, QByteArray const& word) {
+  qsizetype const end = bytes.indexOf('\n');
+  if (end < 0 || !bytes.startsWith(word + ' ')) return std::nullopt;
+  QByteArray const rest = bytes.mid(word.size() + 1, end - word.size() - 1);
+  bytes.remove(0, end + 1);
+  return rest;
+}
+
+/// Takes the head off the front of a recovery file.
+bool takeHead(QByteArray& bytes, RecoveredSheet& recovered) {
+  QByteArray const start = QByteArray(magic) + '\n';
+  if (!bytes.startsWith(start)) return false;
+  bytes.remove(0, start.size());
+  auto const path = takeLine(bytes, "path");
+  auto const written = takeLine(bytes, "written");
+  if (!path || !written) return false;
+  recovered.path = QUrl::fromPercentEncoding(*path);
+  recovered.written = QDateTime::fromString(QString::fromLatin1(*written), Qt::ISODateWithMs);
+  return true;
+}
+
+QByteArray readAll(QString const& name) {
+  QFile file(name);
+  // A recovery file is a sheet with a head; whatever is longer is neither.
+  return file.open(QIODevice::ReadOnly) ? file.read(max_sheet_bytes + longest_head) : QByteArray();
+}
+
+}  // namespace
+
+RecoveryFile::RecoveryFile(QString name) : name_(std::move(name)), lock_(name_ + lock_suffix) {
+  // A program that stands still for a while is still there.
+  lock_.setStaleLockTime(0);
+}
+
+std::unique_ptr<RecoveryFile> RecoveryFile::create(QString const& folder) {
+  QString const id = QUuid::createUuid().toString(QUuid::WithoutBraces);
+  return std::unique_ptr<RecoveryFile>(new RecoveryFile(folder + u'/' + id + suffix));
+}
+
+std::vector<std::unique_ptr<RecoveryFile>> RecoveryFile::adoptAll(QString const& folder) {
+  std::vector<std::unique_ptr<RecoveryFile>> files;
+  QStringList names;
+  for (QString const& name :
+       QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Time | QDir::Reversed)) {
+    // A program may have ended before its first file was complete.
+    qsizetype const end = name.indexOf(suffix);
+    QString const file = name.left(end + suffix.size()).remove(0, name.startsWith(u'.') ? 1 : 0);
+    if (end > 0 && !names.contains(file)) names << file;
+  }
+  for (QString const& name : names) {
+    std::unique_ptr<RecoveryFile> file(new RecoveryFile(folder + u'/' + name));
+    if (!file->lock_.tryLock()) continue;
+    if (QFile::exists(file->name_)) {
+      files.push_back(std::move(file));
+    } else {
+      file->remove();
+    }
+  }
+  return files;
+}
+
+bool RecoveryFile::write(QString const& path, Sheet const& sheet, QString& error) {
+  QFileInfo const folder(QFileInfo(name_).path());
+  if (!folder.exists() && QDir().mkpath(folder.filePath())) {
+    QFile::setPermissions(folder.filePath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  }
+  if (!lock_.isLocked() && !lock_.tryLock()) {
+    error = tr("The folder %1 cannot be written").arg(QDir::toNativeSeparators(folder.filePath()));
+    return false;
+  }
+  QByteArray const head = QByteArray(magic) + "\npath " + QUrl::toPercentEncoding(path, "/") + "\nwritten " +
+                          QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1() + '\n';
+  return replaceFile(name_, head + writeSheet(sheet), error);
+}
+
+std::optional<RecoveredSheet> RecoveryFile::read(QString& error) const {
+  QByteArray bytes = readAll(name_);
+  RecoveredSheet recovered;
+  if (!takeHead(bytes, recovered)) {
+    error = tr("The file does not start as it should");
+    return std::nullopt;
+  }
+  std::optional<Sheet> const sheet = readSheet(bytes, error);
+  if (!sheet) return std::nullopt;
+  recovered.sheet = *sheet;
+  return recovered;
+}
+
+std::optional<RecoveredSheet> RecoveryFile::salvage() const {
+  QByteArray bytes = readAll(name_);
+  RecoveredSheet recovered;
+  if (!takeHead(bytes, recovered)) bytes.remove(0, std::max<qsizetype>(0, bytes.indexOf("zolt-sheet 1\n")));
+  std::optional<Sheet> const sheet = salvageSheet(bytes);
+  if (!sheet) return std::nullopt;
+  recovered.path.clear();
+  recovered.sheet = *sheet;
+  return recovered;
+}
+
+void RecoveryFile::remove() {
+  removeFile(name_);
+  lock_.unlock();
+}
+
+}  // namespace zolt::desktop

@@ -1,0 +1,388 @@
+// What becomes of sheets when things go wrong: files that cannot be written, programs that are killed while
+// they write, and what is offered at the next start.
+
+#include <QDir>
+#include <QFile>
+#include <QListWidget>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <csignal>
+#include <cstdio>
+#include <thread>
+
+#include "hosts/qt/desktop/file_replacement.h"
+#include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/notice_bar.h"
+#include "hosts/qt/desktop/recovery_dialog.h"
+#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/sheet_file.h"
+#include "hosts/qt/desktop/sheet_view.h"
+#include "tests/qt/desktop_stage.h"
+#include "zolt/qt/formula_edit.h"
+
+#ifdef Q_OS_UNIX
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+using namespace zolt;
+using namespace zolt::desktop;
+
+namespace {
+
+QByteArray largeSheet(QChar letter) {
+  return writeSheet(Sheet(10000, SheetLine{LineKind::Text, QString(800, letter), {}, {}}));
+}
+
+/// Saves two sheets by turns until somebody kills it.
+int saveForever(QString const& path) {
+  QByteArray const sheets[] = {largeSheet(u'a'), largeSheet(u'b')};
+  QString error;
+  for (int turn = 0; replaceFile(path, sheets[turn % 2], error); ++turn) {
+    std::puts("saved");
+    std::fflush(stdout);
+  }
+  return 1;
+}
+
+QByteArray contents(QString const& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("unreadable");
+}
+
+QStringList entries(QString const& folder) {
+  return QDir(folder).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+#ifdef Q_OS_UNIX
+/// A disk that takes no more than some bytes of a file, as far as this process can tell.
+class FullDisk {
+ public:
+  FullDisk() {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &before_);
+    rlimit const small{64, before_.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+  }
+  ~FullDisk() { setrlimit(RLIMIT_FSIZE, &before_); }
+
+ private:
+  rlimit before_{};
+};
+
+/// Somebody whom permissions concern, also when the tests are run by the superuser.
+class OrdinaryUser {
+ public:
+  OrdinaryUser() { changed_ = geteuid() == 0 && seteuid(65534) == 0; }
+  ~OrdinaryUser() {
+    if (changed_ && seteuid(0) != 0) std::abort();
+  }
+
+ private:
+  bool changed_;
+};
+#endif
+
+}  // namespace
+
+class RecoveryTest final : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void initTestCase() {
+    QApplication::setApplicationName(QStringLiteral("recovery-test"));
+    qt::FormulaEdit provider;  // the operators
+  }
+
+  // ---- Replacing files ------------------------------------------------------------------------------------
+
+#ifdef Q_OS_UNIX
+  void filesAreReplacedOrLeftAlone() {
+    QTemporaryDir folder;
+    QString const path = folder.filePath(QStringLiteral("a.zved")),
+                  link = folder.filePath(QStringLiteral("l"));
+    QString error;
+    // By way of two links, of which the second leads to nothing yet.
+    QVERIFY(QFile::link(QStringLiteral("m"), link));
+    QVERIFY(QFile::link(path, folder.filePath(QStringLiteral("m"))));
+    for (char const* const bytes : {"first", "", "second"}) {
+      QVERIFY2(replaceFile(link, bytes, error), qPrintable(error));
+      QCOMPARE(contents(path), QByteArray(bytes));
+      QCOMPARE(::chmod(QFile::encodeName(path), 0640), 0);
+    }
+    struct stat state {};
+    QCOMPARE(::stat(QFile::encodeName(path), &state), 0);
+    QCOMPARE(state.st_mode & 07777u, 0640u);
+    QVERIFY(QFileInfo(link).isSymLink());
+    QCOMPARE(entries(folder.path()).size(), 3);
+    // A name as long as names may be leaves no room for another one beside it.
+    QVERIFY2(replaceFile(folder.filePath(QString(255, u'n')), "x", error), qPrintable(error));
+  }
+
+  void refusalsSayWhyAndChangeNothing() {
+    QTemporaryDir folder;
+    auto const place = [&](char const* name) { return folder.filePath(QLatin1String(name)); };
+    QString error;
+    QDir(folder.path()).mkdir(QStringLiteral("locked"));
+    for (char const* const name : {"file", "protected", "locked/file"})
+      QVERIFY(replaceFile(place(name), "kept", error));
+    QFile::link(QStringLiteral("loop"), place("loop"));
+    QCOMPARE(::mkfifo(QFile::encodeName(place("pipe")), 0666), 0);
+    ::chmod(QFile::encodeName(folder.path()), 0777);
+    ::chmod(QFile::encodeName(place("locked")), 0555);
+    ::chmod(QFile::encodeName(place("protected")), 0444);
+    QStringList const before = entries(folder.path());
+    auto const refuse = [&](char const* name, char const* why) {
+      error.clear();
+      bool const saved = replaceFile(place(name), QByteArray(100000, 'x'), error);
+      return !saved && error.contains(QLatin1String(why)) ? QByteArray("refused") : name + error.toUtf8();
+    };
+    for (char const* const name : {"no/such.zved", "file/x"}) QCOMPARE(refuse(name, "no folder"), "refused");
+    for (char const* const name : {"locked", "pipe"}) QCOMPARE(refuse(name, "not a file"), "refused");
+    QCOMPARE(refuse("loop", "links"), "refused");
+    {
+      OrdinaryUser const user;
+      for (char const* const name : {"protected", "locked/file", "locked/new"}) {
+        QCOMPARE(refuse(name, "permission"), "refused");
+      }
+    }
+    {
+      FullDisk const disk;
+      for (char const* const name : {"file", "new"}) QCOMPARE(refuse(name, "full"), "refused");
+    }
+    QCOMPARE(entries(folder.path()), before);
+    for (char const* const name : {"file", "protected", "locked/file"})
+      QCOMPARE(contents(place(name)), "kept");
+    QVERIFY(!readSheetFile(place("pipe"), error));
+  }
+
+  void killedWhileSavingLeavesOneOfTheSheets() {
+    constexpr int kills = 40;
+    QTemporaryDir folder;
+    QString const path = folder.filePath(QStringLiteral("a.zved"));
+    QByteArray const versions[] = {largeSheet(u'a'), largeSheet(u'b')};
+    int cutShort = 0;
+    for (int i = 0; i < kills; ++i) {
+      QProcess program;
+      program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--save-forever"), path});
+      QVERIFY(program.waitForReadyRead());
+      std::this_thread::sleep_for(std::chrono::microseconds(i * 1700));
+      program.kill();
+      QVERIFY(program.waitForFinished());
+      QByteArray const found = contents(path);
+      QVERIFY2(found == versions[0] || found == versions[1], qPrintable(QString::number(found.size())));
+      int const beside = int(entries(folder.path()).size()) - 1;
+      QVERIFY(beside == 0 || beside == 1);
+      cutShort += beside;
+    }
+    qInfo("%d of %d saves were cut short", cutShort, kills);
+    QVERIFY(cutShort > 0);
+    QString error;
+    QVERIFY(replaceFile(path, "x", error));
+    QCOMPARE(entries(folder.path()).size(), 1);
+  }
+#endif
+
+  // ---- The window -----------------------------------------------------------------------------------------
+
+  void theWindowKeepsItsSheetWhateverFails() {
+    QTemporaryDir folder;
+    MainWindow window(fonts(), nullptr);
+    window.show();
+    QDir(folder.path()).mkdir(QStringLiteral("sub"));
+    QString const path = folder.filePath(QStringLiteral("sub/a.zved"));
+    QString error;
+    QVERIFY(replaceFile(path, sampleBytes(), error));
+    QVERIFY(window.open(path));
+    QString const damaged = folder.filePath(QStringLiteral("damaged.zved"));
+    QVERIFY(replaceFile(damaged, sampleBytes().chopped(8), error));
+    for (auto const& [file, button] : {std::pair{damaged, "Cancel"},
+                                       {folder.filePath(QStringLiteral("missing.zved")), "OK"},
+                                       {folder.path(), "OK"}}) {
+      DialogAnswer answer(button);
+      QVERIFY(!window.open(file));
+      QCOMPARE(answer.count, 1);
+      QCOMPARE(window.path(), path);
+      QCOMPARE(writeSheet(window.view().sheet()), sampleBytes());
+    }
+
+    window.view().insertBelow(formulaLine("new"));
+    QString const sub = folder.filePath(QStringLiteral("sub")),
+                  aside = folder.filePath(QStringLiteral("aside"));
+    auto const refuses = [&](char const* why) {
+      DialogAnswer answer("Cancel");
+      return !window.save() && answer.count == 1 && answer.said.contains(QLatin1String(why)) &&
+             answer.said.contains(QLatin1String("still open")) && window.isWindowModified() &&
+             window.view().rows().size() == 7;
+    };
+    QVERIFY(QDir().rename(sub, aside));
+    QVERIFY(refuses("no folder"));
+    QVERIFY(QDir().mkpath(path));
+    QVERIFY(refuses("not a file"));
+    QVERIFY(QDir().rmpath(path) && QDir().mkdir(folder.path()) | true && QDir().rename(aside, sub));
+#ifdef Q_OS_UNIX
+    {
+      FullDisk const disk;
+      QVERIFY(refuses("full"));
+    }
+#endif
+    QCOMPARE(contents(path), sampleBytes());
+    QVERIFY(window.save() && !window.isWindowModified());
+    auto const saved = loadSheet(path, error);
+    QVERIFY(saved && saved->size() == 7);
+  }
+
+  void whatIsReadableOfADamagedSheetOpens() {
+    QTemporaryDir folder;
+    MainWindow window(fonts(), nullptr);
+    window.show();
+    QString const path = folder.filePath(QStringLiteral("a.zved"));
+    QString error;
+    QVERIFY(replaceFile(path, "zolt-sheet 1\nformula +(a\nformula b\nwhat is this?\nend 2\n", error));
+    DialogAnswer answer("Open What Is Readable");
+    QVERIFY(window.open(path));
+    QVERIFY(answer.said.contains(QLatin1String("Line 2")));
+    QCOMPARE(writeSheet(window.view().sheet()),
+             "zolt-sheet 1\ntext formula +(a\nformula b\ntext what is this?\nend 3\n");
+    // Saving it must not replace what is not understood.
+    QVERIFY(window.isWindowModified() && window.path().isEmpty());
+  }
+
+  void nothingReadableIsLost() {
+    QByteArray const whole = sampleBytes() + "text a\0b\n";
+    for (qsizetype i = 13; i < whole.size(); ++i) {
+      for (QByteArray damaged : {whole.left(i), whole, whole, whole}) {
+        static constexpr char changes[] = {'\n', '\0', '\xff'};
+        static int turn = 0;
+        if (damaged.size() == whole.size()) damaged[i] = changes[++turn % 3];
+        auto const salvaged = salvageSheet(damaged);
+        QVERIFY(salvaged);
+        QString const all = QString::fromUtf8(writeSheet(*salvaged));
+        for (QString const& line : QString::fromUtf8(damaged).split(u'\n')) {
+          QVERIFY2(all.contains(line.trimmed()) || line.startsWith(QLatin1String("end")), qPrintable(line));
+        }
+      }
+    }
+    QVERIFY(!salvageSheet("%PDF-1.4\n"));
+  }
+
+  // ---- Recovery -------------------------------------------------------------------------------------------
+
+  void unsavedSheetsAreKeptUntilTheyAreSavedOrGivenUp() {
+    QTemporaryDir folder;
+    QString const path = folder.filePath(QStringLiteral("a.zved"));
+    QString const kept = folder.filePath(QStringLiteral("kept"));
+    QString error;
+    QVERIFY(replaceFile(path, sampleBytes(), error));
+    std::vector<std::unique_ptr<MainWindow>> windows;
+    for (int i = 0; i < 3; ++i) windows.push_back(std::make_unique<MainWindow>(fonts(), nullptr, kept));
+    QVERIFY(windows[0]->open(path));
+    for (auto const& window : windows) {
+      window->show();
+      window->view().currentRow()->formula()
+          ? (void)window->view().currentRow()->formula()->insertText(QStringLiteral("2x"))
+          : window->view().insertBelow(formulaLine("x"));
+    }
+    // As soon as nobody has changed anything for a while.
+    QTRY_COMPARE_WITH_TIMEOUT(QDir(kept).entryList({QStringLiteral("*.recovery")}).size(), 3, 10000);
+    QVERIFY(RecoveryFile::adoptAll(kept).empty());  // their program is running
+    {
+      DialogAnswer answer("Discard");
+      QVERIFY(windows[2]->close());
+    }
+    windows[1]->view().insertBelow(formulaLine("/(1,q)"));
+    RecoveryKeeper::writeAllNow();
+    Sheet const sheets[] = {windows[0]->view().sheet(), windows[1]->view().sheet()};
+    windows.clear();  // as when a signal ends the program
+
+    QCOMPARE(RecoveryFile::adoptAll(kept).size(), 2);  // decided later: whoever asks next gets them again
+    MainWindow window(fonts(), nullptr, kept);
+    window.show();
+    std::vector<RecoveredSheet> recovered;
+    auto const offer = [&](char const* button) {
+      DialogAnswer answer(button);
+      auto const open = [&](RecoveredSheet const& sheet, std::unique_ptr<RecoveryFile> file) {
+        recovered.push_back(sheet);
+        window.showRecovered(sheet, std::move(file));
+      };
+      RecoveryDialog(RecoveryFile::adoptAll(kept), open, &window).exec();
+      return answer.count;
+    };
+    QCOMPARE(offer("Decide Later"), 1);
+    QCOMPARE(offer("Recover"), 1);
+    QCOMPARE(recovered.size(), 2);
+    bool const first = recovered[0].path == path;
+    for (int i : {0, 1}) {
+      QCOMPARE(recovered[std::size_t(first ? i : 1 - i)].path, i == 0 ? path : QString());
+      QCOMPARE(recovered[std::size_t(first ? i : 1 - i)].sheet, sheets[i]);
+    }
+    QVERIFY(window.isWindowModified());
+    QCOMPARE(window.path(), recovered.back().path);
+    QCOMPARE(contents(path), sampleBytes());
+    if (first) window.showRecovered(recovered[0], nullptr);
+    QVERIFY(window.save() && !window.isWindowModified());
+    QCOMPARE(*loadSheet(path, error), sheets[0]);
+    window.close();
+    QCOMPARE(entries(kept), QStringList());
+  }
+
+  void damagedRecoveryFilesAreToldAndKept() {
+    QTemporaryDir folder;
+    QString error;
+    QString name;
+    {
+      auto const file = RecoveryFile::create(folder.path());
+      name = file->name();
+      QVERIFY(file->write(QStringLiteral("/tmp/ä%0a\n.zved"), *readSheet(sampleBytes(), error), error));
+      auto const read = file->read(error);
+      QVERIFY(read && read->path == QStringLiteral("/tmp/ä%0a\n.zved"));
+      QVERIFY(read->written.secsTo(QDateTime::currentDateTimeUtc()) < 60);
+    }
+    QByteArray const whole = contents(name);
+    for (qsizetype i = 0; i < whole.size() - 1; ++i) {
+      QVERIFY(replaceFile(name, whole.left(i), error));
+      auto const files = RecoveryFile::adoptAll(folder.path());
+      QCOMPARE(files.size(), 1);
+      QVERIFY(!files[0]->read(error));
+      auto const salvaged = files[0]->salvage();
+      QCOMPARE(bool(salvaged), whole.left(i).contains("zolt-sheet 1"));
+      QVERIFY(!salvaged || salvaged->path.isEmpty());
+    }
+    int opened = 0;
+    DialogAnswer answer("Recover");
+    RecoveryDialog dialog(
+        RecoveryFile::adoptAll(folder.path()), [&](auto const&, auto file) { opened += file ? 100 : 1; },
+        nullptr);
+    dialog.findChild<QListWidget*>()->selectAll();
+    dialog.exec();
+    QCOMPARE(opened, 1);
+    QVERIFY(QFile::exists(name));
+  }
+
+  void recoveryThatFailsIsToldOnce() {
+    QTemporaryDir folder;
+    QString error;
+    QString const file = folder.filePath(QStringLiteral("file"));
+    QVERIFY(replaceFile(file, "x", error));
+    MainWindow window(fonts(), nullptr, file + QStringLiteral("/below"));
+    window.show();
+    window.view().insertBelow(formulaLine("x"));
+    auto* const notices = window.findChild<NoticeBar*>();
+    QVERIFY(!notices->isVisible());
+    QTRY_VERIFY_WITH_TIMEOUT(notices->isVisible(), 10000);
+    QVERIFY(notices->text().contains(QLatin1String("not protected")));
+    DialogAnswer answer("Discard");
+    QVERIFY(window.close());
+  }
+};
+
+int main(int argc, char** argv) {
+  QApplication app(argc, argv);
+  if (argc == 3 && qstrcmp(argv[1], "--save-forever") == 0)
+    return saveForever(QString::fromLocal8Bit(argv[2]));
+  RecoveryTest test;
+  return QTest::qExec(&test, argc, argv);
+}
+#include "recovery_test.moc"
