@@ -6,10 +6,14 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "tests/support/small_stack.h"
+#include "tests/support/view_stage.h"
+#include "zolt/algexpr/make_node.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/readable_text.h"
 #include "zolt/field/script_runner.h"
-#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/limits.h"
+#include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::tests {
@@ -22,14 +26,13 @@ using oss::PointerTC;
 using oss::wstring;
 using surfaces::RecordingGraphicsC;
 
-wstring repeat(unsigned long count, wstring const& text) {
-  wstring result;
-  for (unsigned long i = 0; i < count; ++i) result += text;
-  return result;
-}
+constexpr unsigned long most_rows = limits::max_nested_rows;
 
-wstring nest(unsigned long count, wstring const& before, wstring const& inside, wstring const& after) {
-  return repeat(count, before) + inside + repeat(count, after);
+EventScriptT toScript(wstring const& text) {
+  EventScriptT script;
+  unsigned long position = 0;
+  EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text);
+  return script;
 }
 
 /// A field, and a script's steps played and painted.
@@ -39,10 +42,7 @@ class StageC {
       : field((standardOperators(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))),
         runner_(field) {}
 
-  bool play(wstring const& text) {
-    EventScriptT script;
-    unsigned long position = 0;
-    EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text);
+  bool play(EventScriptT const& script) {
     bool taken = true;
     for (ScriptStepS const& step : script) {
       taken = runner_.run(step);
@@ -50,6 +50,8 @@ class StageC {
     }
     return taken;
   }
+  bool play(wstring const& text) { return play(toScript(text)); }
+  void show(wstring const& prefix) { field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix)); }
   void expectSound() {
     Node4C const& root = field.crefView().crefRoot();
     EXPECT_EQ(TREE_VALID, validateTree(root).invariant);
@@ -62,6 +64,16 @@ class StageC {
     auto const expression = field.getExpression();
     return expression ? expression->toPrefixString() : wstring();
   }
+  /// Tree, caret, selection and history.
+  wstring state() {
+    return field.writeNotation() + (field.isEnabled(COMMAND_UNDO) ? u" undo" : u"") +
+           (field.isEnabled(COMMAND_REDO) ? u" redo" : u"");
+  }
+  void expectAllUndone(wstring const& prefixBefore) {
+    while (field.run(COMMAND_UNDO)) {
+    }
+    EXPECT_EQ(prefix(), prefixBefore);
+  }
 
   FormulaFieldC field;
 
@@ -69,25 +81,17 @@ class StageC {
   ScriptRunnerC runner_;
 };
 
-/// All that is done to a formula, from loading to its end; of the commands all, or some.
-void expectUsable(wstring const& prefix, bool all) {
-  SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
-  StageC stage;
-  stage.field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix));
-  stage.expectSound();
-  EXPECT_EQ(stage.prefix(), prefix);
-
-  // There and back by every way that a formula leaves a field.
-  wstring const notation = stage.field.writeNotation();
+/// Every way that the whole formula leaves a field and comes into another one.
+void expectCopies(StageC& stage, wstring const& prefix) {
   StageC other;
+  wstring const notation = stage.field.writeNotation();
   EXPECT_TRUE(other.field.setNotation(notation));
   EXPECT_EQ(other.field.writeNotation(), notation);
   stage.play(u"command select-all copy");
   ClipboardContentS const copied = stage.field.copy();
   EXPECT_EQ(copied.prefix, prefix);
-  ClipboardContentS asBytes;
+  ClipboardContentS asBytes, asPrefix;
   asBytes.bytes = copied.bytes;
-  ClipboardContentS asPrefix;
   asPrefix.prefix = copied.prefix;
   for (ClipboardContentS const& content : {asBytes, asPrefix}) {
     other.play(u"command clear");
@@ -97,6 +101,17 @@ void expectUsable(wstring const& prefix, bool all) {
   auto const expression = stage.field.getExpression();
   auto const again = exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
   EXPECT_TRUE(again && again->equals(*expression));
+}
+
+/// All that is done to a formula, from loading to its end; of the commands all, or some.
+void expectUsable(wstring const& prefix, bool all) {
+  SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
+  StageC stage;
+  stage.show(prefix);
+  stage.expectSound();
+  EXPECT_EQ(stage.prefix(), prefix);
+  expectCopies(stage, prefix);
+  EXPECT_FALSE(makeReadableText(stage.field.crefView()).text.empty());
 
   // Commands with the caret in the depth of the formula.
   for (CommandS const& command : commands()) {
@@ -104,126 +119,243 @@ void expectUsable(wstring const& prefix, bool all) {
     stage.play(u"command formula-start command right command right command " + command.name);
     stage.expectSound();
   }
-  while (stage.field.run(COMMAND_UNDO)) {
-  }
-  EXPECT_EQ(stage.prefix(), prefix);
+  stage.expectAllUndone(prefix);
 
-  // Edits in the depth, around everything, and back.
+  // Edits in the depth, around everything, and back; and the same once more from their recording.
+  EventScriptT recording;
+  stage.show(prefix);
+  stage.field.record(&recording);
   stage.play(
       u"command formula-start " + repeat(20, u"command right ") +
       u"char x op / char 1 key backspace key backspace char ( char ) command grow-selection op ^ char 2 "
       u"pen down 30 10 pen move 90 12 pen up");
   stage.expectSound();
   stage.play(u"command select-all char ( command select-all op _neg command select-all cut paste");
+  stage.field.record(nullptr);
   stage.expectSound();
-  while (stage.field.run(COMMAND_UNDO)) {
-  }
-  EXPECT_EQ(stage.prefix(), prefix);
+  StageC other;
+  other.show(prefix);
+  other.play(toScript(writeEventScript(recording)));
+  EXPECT_EQ(other.field.writeNotation(), stage.field.writeNotation());
+  stage.expectAllUndone(prefix);
 }
 
 TEST(Limits, AThousandNestedRows) {
   onSmallStack([] {
-    struct {
-      unsigned long count;
-      char16_t const* before;
-      char16_t const* after;
-    } const nestings[] = {{1000, u"sqrt(", u")"},
-                          {1000, u"/(1,", u")"},
-                          {1000, u"/(", u",2)"},
-                          {1000, u"^(x,", u")"},
-                          {1000, u"nthroot(", u",3)"},
-                          {1000, u"log(", u",10)"},
-                          {1000, u"diff(", u",x)"},
-                          {1000, u"integral(0,1,", u",t)"},
-                          {1000, u"integral(", u",1,f,t)"},
-                          {1000, u"sum(k,1,n,", u")"},
-                          {1000, u"where(", u",x,1)"},
-                          {333, u"+(abs(floor(ceil(", u"))),1)"}};
-    for (auto const& one : nestings) {
-      expectUsable(nest(one.count, one.before, u"a", one.after), one.before[0] == u's');
+    auto const nestings = everyNesting();
+    EXPECT_GT(nestings.size(), 20u);
+    for (auto const& [before, after] : nestings) {
+      expectUsable(nest(1000, before, u"a", after), before == u"sqrt(");
     }
+    expectUsable(nest(250, u"+(abs(floor(ceil(sqrt(", u"a", u")))),1)"), false);
+    expectUsable(nest(200, u"/(^(2,sin(sum(k,1,n,integral(0,log(", u"a", u",10),f,t)))),where(f,x,1))"),
+                 false);
+    expectUsable(nest(500, u"sqrt(_quietpos(f(^(_quietpos(", u"a", u"),2))))"), false);
   });
 }
 
 TEST(Limits, ThousandsOfNestedBrackets) {
   onSmallStack([] {
     expectUsable(nest(1000, u"_quietpos(", u"a", u")"), true);
-    expectUsable(nest(20000, u"_quietpos(", u"a", u")"), false);
-    expectUsable(nest(10000, u"sin(+(", u"a", u",1))"), false);
-    expectUsable(nest(10000, u"!(_quietpos(", u"a", u"))"), false);
-    expectUsable(nest(10000, u"^(_quietpos(", u"a", u"),2)"), false);
+    for (wstring const name : {u"_quietpos(", u"!(", u"_neg("})
+      expectUsable(nest(20000, name, u"a", u")"), false);
+    for (wstring const before : {u"sin(+(1,", u"!(_quietpos(", u"^(2,not(", u"f(g(b,"}) {
+      expectUsable(nest(before[0] == u'^' ? 500 : 5000, before, u"a", u"))"), false);
+    }
+  });
+}
+
+// Brackets without a partner, for which the formula supplies one, in one row and in rows inside one another.
+TEST(Limits, ThousandsOfSuppliedBrackets) {
+  constexpr unsigned long count = 20000;
+  wstring const prefix = nest(count, u"_quietpos(", u"a", u")");
+  onSmallStack([&] {
+    for (wstring const text : {repeat(count, u"(") + u"a", u"a" + repeat(count, u")")}) {
+      StageC stage;
+      EXPECT_TRUE(stage.field.insertText(text));
+      stage.expectSound();
+      EXPECT_EQ(stage.prefix(), prefix);
+      StageC other;
+      ClipboardContentS plain;
+      plain.plainText = text;
+      EXPECT_EQ(other.field.paste(plain), PASTE_AS_CHARACTERS);
+      EXPECT_EQ(other.prefix(), prefix);
+      expectCopies(stage, prefix);
+      stage.play(
+          u"command formula-start char + command formula-end char + key backspace command select-all cut "
+          u"paste");
+      stage.expectSound();
+      stage.expectAllUndone(u"");
+      EXPECT_TRUE(stage.play(u"redo"));
+      EXPECT_EQ(stage.prefix(), prefix);
+    }
+    StageC rows;
+    for (unsigned long row = 1; row < 1000; ++row) ASSERT_TRUE(rows.play(u"char ( op sqrt"));
+    rows.play(u"char ( char a");
+    rows.expectSound();
+    EXPECT_EQ(rows.prefix(), nest(999, u"_quietpos(sqrt(", u"_quietpos(a)", u"))"));
   });
 }
 
 TEST(Limits, AHundredThousandItems) {
+  constexpr unsigned long count = 100000;
   onSmallStack([] {
-    expectUsable(nest(100000, u"+(", u"a", u",b)"), false);
-    expectUsable(nest(50000, u"+(", u"a", u",^(x,2))"), false);
+    for (wstring const name : {u"+", u"="}) {
+      expectUsable(nest(count, name + u"(", u"a", u",b)"), false);
+    }
+    expectUsable(nest(count / 2, u"+(", u"a", u",^(x,2))"), false);
+    expectUsable(nest(count / 4, u"*(", u"a", u",/(b,c))"), false);
+    expectUsable(u"f(a" + repeat(count, u",b") + u")", false);
+    expectUsable(repeat(count, u"x"), false);
+    expectUsable(repeat(308, u"7"), false);
+
+    // Larger than any number that the formula's language knows: shown, and refused with the reason.
+    StageC stage;
+    stage.show(repeat(count, u"7"));
+    stage.expectSound();
+    FormulaErrorS error;
+    EXPECT_FALSE(stage.field.getExpression(&error));
+    EXPECT_EQ(ERROR_CAUSE_BAD_NUMBER, error.cause);
+    wstring const state = stage.state();
+    EXPECT_TRUE(stage.play(u"command select-all cut paste undo undo"));
+    EXPECT_EQ(stage.state(), state + u" redo");
+  });
+}
+
+TEST(Limits, WhatNestsToTheRightReadsBackFromThenOn) {
+  onSmallStack([] {
+    for (wstring const name : {u"+", u"-", u"and", u"="}) {
+      StageC stage;
+      stage.show(nest(100000, name + u"(a,", u"b", u")"));
+      stage.expectSound();
+      wstring const prefix = stage.prefix();
+      EXPECT_FALSE(prefix.empty());
+      stage.show(prefix);
+      EXPECT_EQ(stage.prefix(), prefix) << toUtf8(name);
+    }
   });
 }
 
 TEST(Limits, RowsDoNotNestDeeperWhateverIsTried) {
   onSmallStack([] {
     StageC stage;
-    unsigned long const most = limits::max_nested_rows;
-    for (unsigned long rows = 1; rows < most; ++rows) ASSERT_TRUE(stage.play(u"op sqrt"));
-    EXPECT_TRUE(stage.play(u"char a"));
-    wstring const before = stage.field.writeNotation();
-    for (wstring const script : {u"op sqrt", u"op /", u"op ^", u"op integral", u"paste prefix \"sqrt(x)\"",
-                                 u"paste \"1/2\"", u"char /", u"char ^", u"insert \"b^2\""}) {
-      stage.play(script);
+    for (unsigned long rows = 1; rows < most_rows; ++rows) ASSERT_TRUE(stage.play(u"op sqrt"));
+    EXPECT_TRUE(stage.play(u"char a char b undo"));
+    auto const expectRefused = [&](wstring const& script) {
+      wstring const before = stage.state();
+      EXPECT_FALSE(stage.play(script)) << toUtf8(script);
       stage.expectSound();
-      if (stage.field.writeNotation() == before) continue;
-      // What cannot be built is at most typed.
-      EXPECT_TRUE(stage.play(u"undo")) << toUtf8(script);
-      EXPECT_EQ(stage.field.writeNotation(), before) << toUtf8(script);
+      EXPECT_EQ(stage.state(), before) << toUtf8(script);
+    };
+    for (auto const& [before, after] : everyNesting())
+      expectRefused(u"op " + before.substr(0, before.size() - 1));
+    for (wstring const script : {u"paste prefix \"sqrt(x)\"", u"paste \"1/2\"", u"insert \"b^2\"", u"char /",
+                                 u"char ^", u"char U+00B2", u"char U+221A", u"char |"}) {
+      expectRefused(script);
     }
-    stage.play(u"type \"sqrt(x\" type \"^2\"");
+    // What cannot be built is typed, and an edit.
+    EXPECT_TRUE(stage.play(u"type \"sqrt(x\""));
     stage.expectSound();
+    EXPECT_TRUE(stage.play(u"command clear undo"));
 
     // One row more around it all.
     wstring const deepest = stage.field.writeNotation();
-    EXPECT_FALSE(stage.play(u"command select-all op sqrt"));
-    EXPECT_FALSE(stage.play(u"command select-all op nthroot"));
-    stage.expectSound();
-    wstring const deeper = u"[\"\", sqrt<" + deepest + u">, \"\"]";
-    EXPECT_FALSE(stage.field.setNotation(deeper));
-    EXPECT_FALSE(stage.field.setNotation(nest(100000, u"[\"x\", P", u"[\"\"]", u", \"\"]")));
-    EXPECT_FALSE(stage.field.setNotation(nest(100000, u"[", u"\"\"", u"]")));
-    stage.expectSound();
+    stage.play(u"command select-all");
+    for (wstring const name : {u"sqrt", u"nthroot", u"/", u"^"}) expectRefused(u"op " + name);
+    stage.play(u"command formula-start");
+    for (wstring const& notation :
+         {u"[\"\", sqrt<" + deepest + u">, \"\"]", nest(100000, u"[\"x\", P", u"[\"\"]", u", \"\"]"),
+          nest(100000, u"[", u"\"\"", u"]")}) {
+      wstring const before = stage.state();
+      EXPECT_FALSE(stage.field.setNotation(notation));
+      EXPECT_EQ(stage.state(), before);
+    }
+    // Rows in rows, which are merged when they are few.
+    wstring const row =
+        u"010200"
+        u"030100"
+        u"0500000000"
+        u"0401000000";
+    for (unsigned long const depth : {2 * most_rows + 1, 100000ul}) {
+      expectRefused(u"paste bytes \"" +
+                    nest(depth, row,
+                         u"010200"
+                         u"030200"
+                         u"0500000000"
+                         u"0400000000"
+                         u"02",
+                         u"02") +
+                    u"\"");
+    }
   });
 }
 
 TEST(Limits, WhatIsTooDeepIsKeptAsText) {
-  onSmallStack([] {
-    for (auto const& [before, after] :
-         {std::pair<wstring, wstring>{u"sqrt(", u")"}, {u"/(1,", u")"}, {u"^(x,", u")"}}) {
-      for (unsigned long const depth : {1300ul, 20000ul}) {
-        SCOPED_TRACE(toUtf8(before) + std::to_string(depth));
-        wstring const prefix = nest(depth, before, u"a", after);
-        StageC stage;
-        stage.field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix));
-        stage.expectSound();
-        EXPECT_EQ(stage.prefix(), prefix);
-        EXPECT_NE(stage.field.writeNotation().find(u'`'), wstring::npos);
+  auto const expectKept = [](wstring const& prefix) {
+    SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
+    StageC stage;
+    stage.show(prefix);
+    stage.expectSound();
+    EXPECT_EQ(stage.prefix(), prefix);
+    EXPECT_NE(stage.field.writeNotation().find(u'`'), wstring::npos);
+    expectCopies(stage, prefix);
 
-        // Copied and pasted it is the same again, and an edit elsewhere leaves it whole.
-        stage.play(u"command select-all copy command clear paste");
-        stage.expectSound();
-        EXPECT_EQ(stage.prefix(), prefix);
-        stage.play(u"type \"+1\"");
-        EXPECT_EQ(stage.prefix(), u"+(" + prefix + u",1)");
-        while (stage.field.run(COMMAND_UNDO)) {
-        }
-        EXPECT_EQ(stage.prefix(), prefix);
-      }
+    // Whatever is done around it, complete or not, leaves it whole; as does taking it elsewhere.
+    stage.play(u"command select-all cut type \"1+\" paste");
+    EXPECT_EQ(stage.prefix(), u"+(1," + prefix + u")");
+    stage.play(u"command select-all char (");
+    EXPECT_EQ(stage.prefix(), u"_quietpos(+(1," + prefix + u"))");
+    stage.play(u"command formula-end type \"+2x+\" command select-all cut paste type \"3\"");
+    EXPECT_EQ(stage.prefix(), u"+(+(_quietpos(+(1," + prefix + u")),*(2,x)),3)");
+    stage.play(u"command select-all op sqrt command select-all op sqrt command select-all op sqrt");
+    stage.expectSound();
+    stage.expectAllUndone(prefix);
+  };
+  onSmallStack([&] {
+    for (auto const& [before, after] : everyNesting()) {
+      // A power would bind what is typed before it otherwise than it is written.
+      if (before[0] != u'^') expectKept(nest(1300, before, u"\u22122", after));
     }
+    expectKept(nest(20000, u"sqrt(", u"a", u")"));
+    expectKept(nest(1300, u"f(^(x,", u"a", u"))"));
     // Nothing is too deep for what is no tree.
-    wstring const plain = nest(100000, u"(1+", u"x", u")");
-    auto const expression = exchange::fromPlainText(plain, nullptr);
+    auto const expression = exchange::fromPlainText(nest(100000, u"(1+", u"x", u")"), nullptr);
     ASSERT_TRUE(expression);
     auto const again = exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
     EXPECT_TRUE(again && again->equals(*expression));
+  });
+}
+
+// At the very limit, with exponents that operators bring along and parts that stand elsewhere too.
+TEST(Limits, TheLimitHoldsForWhateverIsInside) {
+  auto const expectShown = [](PointerTC<AlgebraicExpressionC> const& expression, bool converts) {
+    StageC stage;
+    stage.field.setExpression(expression);
+    stage.expectSound();
+    auto const back = stage.field.getExpression();
+    EXPECT_TRUE(!converts || (back && back->equals(*expression)));
+  };
+  std::pair<wstring, bool> const insides[] = {{u"x", true},
+                                              {u"_deg(x)", true},
+                                              {u"+(a,^(_deg(x),y))", false},
+                                              {u"/(a,_rad(f(sqrt(x))))", true},
+                                              {u"error(_deg(a),sqrt(_deg(b)))", true},
+                                              {u"log(^(x,_deg(y)),^(x,/(1,2)))", true}};
+  onSmallStack([&] {
+    for (unsigned long depth = most_rows - 6; depth < most_rows + 3; ++depth) {
+      for (auto const& [inside, converts] : insides) {
+        SCOPED_TRACE(std::to_string(depth) + " " + toUtf8(inside));
+        expectShown(AlgebraicExpressionC::fromPrefixString(nest(depth, u"sqrt(", inside, u")")), converts);
+      }
+    }
+    // One node, too deep in one place and not in the other.
+    auto const shared = AlgebraicExpressionC::fromPrefixString(u"sqrt(/(a,b))")->getNode();
+    auto deep = shared;
+    for (unsigned long i = 0; i < most_rows - 2; ++i) deep = math::algexpr::makeFunction(u"abs", {deep});
+    for (auto const& [first, second] : {std::pair{deep, shared}, {shared, deep}}) {
+      expectShown(new AlgebraicExpressionC(math::algexpr::makeFunction(u"/", {first, second}), nullptr),
+                  true);
+    }
   });
 }
 

@@ -51,4 +51,15 @@ std::string toUtf8(oss::wstring const& text) {
   return result;
 }
 
+oss::wstring repeat(unsigned long count, oss::wstring const& text) {
+  oss::wstring result;
+  while (count-- > 0) result += text;
+  return result;
+}
+
+oss::wstring nest(unsigned long count, oss::wstring const& before, oss::wstring const& inside,
+                  oss::wstring const& after) {
+  return repeat(count, before) + inside + repeat(count, after);
+}
+
 }  // namespace zolt::tests

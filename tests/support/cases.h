@@ -22,4 +22,10 @@ std::vector<CaseS> readCases(std::string const& path);
 oss::wstring toText(std::string const& utf8);
 std::string toUtf8(oss::wstring const& text);
 
+/// `text` so many times.
+oss::wstring repeat(unsigned long count, oss::wstring const& text);
+/// `inside` between so many `before` and as many `after`.
+oss::wstring nest(unsigned long count, oss::wstring const& before, oss::wstring const& inside,
+                  oss::wstring const& after);
+
 }  // namespace zolt::tests

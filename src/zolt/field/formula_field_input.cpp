@@ -2,9 +2,11 @@
 #include "zolt/common/decimal_text.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/sign_folding.h"
 #include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 
 namespace zolt::field {
@@ -60,6 +62,13 @@ bool FormulaFieldC::insertText(wstring const& text) {
   if (text.size() == 1) return typeCharacter(text[0]);
   bool taken = !text.empty();
   GroupC group(*this);
+  if (text.size() > limits::max_typed_text) {
+    completeName();
+    wordTyped_ = false;
+    wstring signs = text;
+    for (char16_t& c : signs) c = foldCharacter(c, options_);
+    return group.end(view_.insertText(signs));
+  }
   for (std::size_t i = 0; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
   return group.end(taken);
 }

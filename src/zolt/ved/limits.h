@@ -1,5 +1,7 @@
 #pragma once
 
+// What is too large for one formula and its editor. Limits of a file format or of a picture stand with it
+// (zolt/field/sheet_text.h, zolt/surfaces/cairo/cairo_graphics.h).
 namespace zolt::math::ved::limits {
 
 /// How many rows may stand inside one another, the root's row included. An edit that would nest deeper is
@@ -10,6 +12,10 @@ constexpr unsigned long max_nested_rows = 1200;
 /// How many steps can be undone, and how many bytes they may take together.
 constexpr unsigned long max_history_steps = 10000;
 constexpr unsigned long max_history_bytes = 4ul << 20;
+
+/// How many characters of a text that arrives as one event, as from an input method, follow the rules of
+/// typing; a longer text comes in as it stands. Each character that follows them may look at the whole row.
+constexpr unsigned long max_typed_text = 1000;
 
 /// Radius of the pointer hit test in surface units: a pointer farther from every text leaves the caret alone.
 constexpr long hit_radius = 400;

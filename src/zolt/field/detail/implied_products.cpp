@@ -1,5 +1,8 @@
 #include "zolt/field/detail/implied_products.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "zolt/common/decimal_text.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
@@ -81,10 +84,26 @@ void ImpliedProductsC::addToRow(Node4C& row) {
   }
 }
 
+// The text is put together anew: signs inserted one by one would each move all that stands behind.
 void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
   wstring const& text = node.crefText();
+  wstring joined;
+  std::size_t taken = 0;  // of `text` into `joined`
+  auto const addSign = [&](std::size_t pos) {
+    joined.append(text, taken, pos - taken);
+    taken = pos;
+    added_.push_back({&node, static_cast<unsigned int>(joined.size())});
+    joined += times_sign;
+  };
   for (std::size_t pos = 0; pos < text.size();) {
     char16_t const c = text[pos];
+    if (c == Node4C::PREFIX_C) {
+      // Finished prefix text is an operand as a construct is.
+      if (end != END_NOTHING && end != END_FUNCTION) addSign(pos);
+      pos = std::min(text.find(Node4C::PREFIX_C, pos + 1), text.size() - 1) + 1;
+      end = END_OTHER;
+      continue;
+    }
     bool const number = isDigit(c) || c == u'.';
     if (c == u' ') {
       ++pos;
@@ -106,14 +125,14 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
       kind = op && op->getArity() > 0 ? END_FUNCTION : END_NAME;
       if (op && op->isLinear()) kind = END_NOTHING;
     }
-    bool const joined = end == END_OTHER || end == END_NAME || (end == END_NUMBER && !number);
-    if (joined && kind != END_NOTHING) {
-      add(node, pos);
-      ++stop;
-    }
+    bool const operandBefore = end == END_OTHER || end == END_NAME || (end == END_NUMBER && !number);
+    if (operandBefore && kind != END_NOTHING) addSign(pos);
     end = kind;
     pos = stop;
   }
+  if (joined.empty()) return;
+  joined.append(text, taken, wstring::npos);
+  node.refText() = std::move(joined);
 }
 
 }  // namespace zolt::field::detail

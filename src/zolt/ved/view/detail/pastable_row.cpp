@@ -1,5 +1,6 @@
 #include "zolt/ved/view/detail/pastable_row.h"
 
+#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -22,10 +23,17 @@ bool holdsOnlyItems(Node4C const& row) {
   return true;
 }
 
-// A grave accent would end or begin prefix text in the middle of a row's infix text, and U+0000 stops the
-// lexer: the text would not mean what it shows.
-bool isPlainText(wstring const& text) {
-  return text.find(u'\0') == wstring::npos && text.find(Node4C::PREFIX_C) == wstring::npos;
+// U+0000 stops the lexer, and a grave accent begins or ends prefix text in the middle of a row's infix text:
+// the text would not mean what it shows, unless whole prefix text stands between two of them.
+bool isSoundText(wstring const& text) {
+  if (text.find(u'\0') != wstring::npos) return false;
+  for (std::size_t at = 0; (at = text.find(Node4C::PREFIX_C, at)) != wstring::npos;) {
+    std::size_t const end = text.find(Node4C::PREFIX_C, ++at);
+    if (end == wstring::npos) return false;
+    if (!algexpr::AlgebraicExpressionC::fromPrefixString(text.substr(at, end - at))) return false;
+    at = end + 1;
+  }
+  return true;
 }
 
 bool isConstruct(Node4C const& node) {
@@ -39,7 +47,7 @@ bool isSoundNode(Node4C const& node) {
     case NODE4_LINE:
       return holdsOnlyItems(node);
     case NODE4_TEXT:
-      return node.numChildren() == 0 && isPlainText(node.crefText());
+      return node.numChildren() == 0 && isSoundText(node.crefText());
     case NODE4_OPERATOR:
       return isConstruct(node) && holdsOnlyRows(node);
     case NODE4_POWER:
