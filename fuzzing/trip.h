@@ -21,7 +21,7 @@ using oss::wstring;
 /// Registers the standard operators in the process's table, once.
 void prepare();
 
-/// Starts to count what is asked of the heap.
+/// Starts to count what is held on the heap.
 void startMeter();
 /// Whether it was no more than in proportion to an input of `size` bytes or characters.
 std::string checkMeter(std::size_t size);

@@ -1,0 +1,157 @@
+// How much memory hostile input can make the component ask for: a multiple of its size that does not grow
+// with it. docs/reliability.md states the multiples.
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "fuzzing/trip.h"
+#include "tests/support/allocations.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/event_script.h"
+#include "zolt/field/formula_field.h"
+#include "zolt/field/sheet_text.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/tree_notation.h"
+
+namespace zolt::fuzz {
+namespace {
+
+using namespace math::ved;
+using surfaces::RecordingGraphicsC;
+using tests::AllocationsS;
+
+PointerTC<RecordingGraphicsC> makeSurface() {
+  return new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING);
+}
+
+TreeNotationS readTree(wstring const& text) {
+  TreeNotationS tree;
+  unsigned long position = 0;
+  auto const& engine = math::algexpr::CASSessionBC::getSession()->getEngine();
+  readTreeNotation(text, *OperatorListRepositoryC::lookup(engine), tree, position);
+  return tree;
+}
+
+void readPrefix(wstring const& text) { AlgebraicExpressionC::fromPrefixString(text); }
+void readPlain(wstring const& text) { exchange::fromPlainText(text, nullptr); }
+void readNotation(wstring const& text) { readTree(text); }
+void readInfix(wstring const& text) {
+  wstring prefix;
+  unsigned first = 0;
+  unsigned second = 0;
+  ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
+  Node4C::convertInfixToPrefix(text, prefix, first, second, cause);
+}
+void readScript(wstring const& text) {
+  field::EventScriptT script;
+  unsigned long position = 0;
+  field::readEventScript(text, script, position);
+}
+void readSheet(wstring const& text) {
+  field::SheetT sheet;
+  field::SheetErrorS error;
+  field::readSheet(text, sheet, error);
+}
+void show(wstring const& text) {
+  ViewZNT4C view(makeSurface());
+  view.setAlgebraicExpression(AlgebraicExpressionC::fromPrefixString(text), nullptr, 0,
+                              math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  view.getExpressionSize();
+  view.getAlgebraicExpression(nullptr);
+}
+void type(wstring const& text) { ViewZNT4C(makeSurface()).insertText(text); }
+void pasteText(wstring const& text) {
+  field::ClipboardContentS content;
+  content.plainText = text;
+  field::FormulaFieldC(makeSurface()).paste(content);
+}
+
+using TextsT = std::vector<std::array<wstring, 3>>;  // head, what is repeated, tail
+
+/// The most memory held at a time for one character.
+template <class ReadF>
+double findWorst(TextsT const& texts, ReadF read) {
+  double worst = 0;
+  for (auto const& [head, unit, tail] : texts) {
+    wstring text = head;
+    while (text.size() < 100000) text += unit;
+    text += tail;
+    AllocationsS::reset();
+    std::size_t const size = read(text);
+    worst = std::max(worst, static_cast<double>(AllocationsS::get().peak) / static_cast<double>(size));
+  }
+  return worst;
+}
+
+TEST(Amplification, MemoryIsInProportion) {
+  struct EntryS {
+    char const* name;
+    void (*read)(wstring const&);
+    double most;
+    TextsT texts;
+  };
+  EntryS const entries[] = {
+      {"prefix text",
+       readPrefix,
+       50,
+       {{u"f(1", u",1", u")"}, {u"", u"f(", u"x"}, {u"", u"+(a,", u""}, {u"+(", u"a,", u"a)"}}},
+      {"plain text",
+       readPlain,
+       220,
+       {{u"a", u"+a", u""},
+        {u"a", u"a ", u""},
+        {u"", u"(", u""},
+        {u"", u"-", u"x"},
+        {u"", u"sin ", u"x"},
+        {u"x", u"!", u""},
+        {u"", u"\u221A", u"x"},
+        {u"x", u"^2", u""},
+        {u"f(1", u",1", u")"}}},
+      {"infix text",
+       readInfix,
+       160,
+       {{u"a", u"+a", u""}, {u"", u"(", u""}, {u"", u"-", u"x"}, {u"x", u"!", u""}, {u"x", u"^2", u""}}},
+      {"tree notation",
+       readNotation,
+       80,
+       {{u"[", u"\"\",", u"\"\"]"}, {u"[", u"(,", u"\"\"]"}, {u"[", u"\"\",P[\"\"],", u"\"\"]"}}},
+      {"event script", readScript, 50, {{u"", u"cut ", u""}, {u"", u"undo\n", u""}}},
+      {"sheet",
+       readSheet,
+       650,
+       {{u"zolt-sheet 1\n", u"text\n", u""},
+        {u"zolt-sheet 1\n", u"formula x\n", u""},
+        {u"zolt-sheet 1\nformula\ntree [", u"(,", u"\"\"]\n"}}},
+      {"expression shown",
+       show,
+       250,
+       {{u"f(1", u",1", u")"}, {u"f(1", u",abs(1)", u")"}, {u"f(1", u",^(1,2)", u")"}}},
+      {"typed text", type, 800, {{u"", u"a", u""}, {u"", u"(", u""}, {u"", u"^", u""}, {u"", u"1/", u""}}},
+      {"pasted text", pasteText, 800, {{u"a", u"+a", u""}, {u"", u"(", u""}, {u"", u"|a|", u""}}},
+  };
+  prepare();
+  for (EntryS const& entry : entries) {
+    double const worst = findWorst(entry.texts, [&](wstring const& text) {
+      entry.read(text);
+      return text.size();
+    });
+    RecordProperty(entry.name, std::to_string(worst));
+    EXPECT_LT(worst, entry.most) << entry.name;
+  }
+  double const worst =
+      findWorst({{u"[", u"\"\",", u"\"\"]"}, {u"[", u"(,", u"\"\"]"}}, [](wstring const& notation) {
+        bytestring const bytes = writeBytes(*readTree(notation).root->child(0));
+        AllocationsS::reset();
+        ViewZNT4C(makeSurface()).paste(bytes);
+        return bytes.size();
+      });
+  RecordProperty("clipboard bytes", std::to_string(worst));
+  EXPECT_LT(worst, 80) << "clipboard bytes";
+}
+
+}  // namespace
+}  // namespace zolt::fuzz
