@@ -5,6 +5,7 @@
 
 #include <memory>
 #include <new>
+#include <utility>
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
@@ -27,21 +28,29 @@ using surfaces::RecordingGraphicsC;
 
 namespace {
 
-constexpr std::size_t first_allocations = 40;  // of a step, each of which fails once
+constexpr std::size_t first_allocations = 24;  // of a step, each of which fails once
 constexpr std::size_t largest_notation = 2000;
 
 PointerTC<RecordingGraphicsC> makeSurface() {
   return new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING);
 }
 
-/// A view of which every call has to be all or nothing.
+wstring write(ViewZNT4C const& view) {
+  bool const selected = view.isSelected();
+  return writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
+                           selected ? view.getAnchorNode() : nullptr, view.getAnchorPos());
+}
+
+/// A view of which every call has to be all or nothing. Options, which only fields have, begin (on) and end a
+/// group, or ask for what is asked for at any time.
 class ScarceViewC {
  public:
   static constexpr bool all_or_nothing = true;
 
-  ScarceViewC() : view_(makeSurface()), player_(view_) {}
+  ScarceViewC() : view_(makeSurface()), player_(view_) { show(nullptr); }
 
   ViewZNT4C& refView() { return view_; }
+  bool isGrouping() const { return grouping_; }
   void play(ScriptStepS const& step) {
     switch (step.word) {
       case SCRIPT_PASTE_TEXT:
@@ -54,15 +63,11 @@ class ScarceViewC {
           view_.paste(writeBytes(*tree.root->child(0)));
         break;
       }
+      case SCRIPT_SHOW:
+        show(AlgebraicExpressionC::fromPrefixString(step.text));
+        break;
       case SCRIPT_SET:
-        if (!step.on) {
-          view_.getAlgebraicExpression(nullptr);
-        } else if (step.text == u"letters") {
-          view_.measureAgain();
-        } else {
-          view_.getCaretRectangle();
-          view_.getCurrentNodeRectangle();
-        }
+        set(step);
         break;
       default:
         player_.play(step);
@@ -70,8 +75,31 @@ class ScarceViewC {
   }
 
  private:
+  void show(PointerTC<AlgebraicExpressionC> const& expression) {
+    PointerTC<RuleC> const rule(new RuleC);
+    view_.setAlgebraicExpression(expression, rule, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  }
+
+  void set(ScriptStepS const& step) {
+    if (step.text == u"letters" && step.on != grouping_) {
+      // A group whose end fails is over.
+      bool const ends = std::exchange(grouping_, false);
+      if (ends) view_.endGroup();
+      if (ends) return;
+      view_.beginGroup();
+      grouping_ = true;
+    } else if (step.text == u"constructs") {
+      view_.measureAgain();
+    } else {
+      view_.getAlgebraicExpression(nullptr);
+      view_.getCaretRectangle();
+      view_.getCurrentNodeRectangle();
+    }
+  }
+
   ViewZNT4C view_;
   tests::ScriptPlayerC player_;
+  bool grouping_ = false;
 };
 
 /// A field, of whose acts some are several steps to undo.
@@ -82,6 +110,7 @@ class ScarceFieldC {
   ScarceFieldC() : field_(makeSurface()), runner_(field_) {}
 
   ViewZNT4C& refView() { return field_.refView(); }
+  bool isGrouping() const { return false; }
   void play(ScriptStepS const& step) {
     runner_.run(step);
     RectangleS box;
@@ -94,12 +123,6 @@ class ScarceFieldC {
   FormulaFieldC field_;
   ScriptRunnerC runner_;
 };
-
-wstring write(ViewZNT4C const& view) {
-  bool const selected = view.isSelected();
-  return writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
-                           selected ? view.getAnchorNode() : nullptr, view.getAnchorPos());
-}
 
 std::string checkSound(ViewZNT4C const& view) {
   if (auto fault = checkInvariants(view.crefRoot()); !fault.empty()) return fault;
@@ -135,18 +158,21 @@ bool playScarce(SubjectT& subject, ScriptStepS const& step, std::size_t allocati
 }
 
 template <class SubjectT>
-std::string playStep(SubjectT& subject, ScriptStepS const& step, std::size_t stride) {
+std::string playStep(SubjectT& subject, ScriptStepS const& step, std::size_t stride, wstring& groupStart) {
   ViewZNT4C& view = subject.refView();
-  wstring const before = write(view);
+  wstring before = write(view);
+  if (!subject.isGrouping()) groupStart = before;
   bool const undoable = view.canUndo();
   bool const redoable = view.canRedo();
-  for (std::size_t n = 0; !playScarce(subject, step, n); n += n < first_allocations ? 1 : n / 8 + stride) {
+  for (std::size_t n = 0; !playScarce(subject, step, n); n += n < first_allocations ? 1 : n / 4 + stride) {
     wstring const after = write(view);
     if (auto fault = checkSound(view); !fault.empty()) return fault;
     if (!SubjectT::all_or_nothing) {
       if (after.size() > largest_notation) break;
       continue;
     }
+    // What fails takes back the group around it, unless it did not try to change anything.
+    if (after == groupStart) before = after;
     bool const same = after == before && view.canUndo() == undoable && view.canRedo() == redoable;
     if (!same) return "left after " + std::to_string(n) + " allocations: " + toBytes(after);
   }
@@ -159,13 +185,15 @@ std::string playAll(EventScriptT const& script, std::size_t stride) {
   SubjectT subject;
   ViewZNT4C& view = subject.refView();
   bytestring start = writeBytes(view.crefRoot());
+  wstring groupStart;
   for (ScriptStepS const& step : script) {
     if (write(view).size() > largest_notation) break;
-    if (auto fault = playStep(subject, step, stride); !fault.empty())
+    if (auto fault = playStep(subject, step, stride, groupStart); !fault.empty())
       return toBytes(writeScriptStep(step)) + ": " + fault;
     if (step.word == SCRIPT_SHOW && !view.canUndo()) start = writeBytes(view.crefRoot());
   }
   view.setEditable(true);
+  view.endGroup();
   while (view.undo()) {
   }
   return writeBytes(view.crefRoot()) == start ? "" : "undoing everything does not lead back to the start";

@@ -26,8 +26,8 @@ using tests::AllocationsS;
 
 namespace {
 
-// The most is a typed bracket: with the text beside it and the two that are supplied for it, four nodes, in the
-// tree and in the history. What grows by doubling passes through twice its size.
+// The most is a typed bracket: with the text beside it and the two that are supplied for it, four nodes, in
+// the tree and in the history. What grows by doubling passes through twice its size.
 constexpr std::size_t bytes_per_input = 800;
 constexpr std::size_t bytes_for_nothing = 20000;
 

@@ -4,6 +4,7 @@
 
 #include "fuzzing/targets.h"
 #include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/constraints.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/node4.h"
@@ -15,6 +16,14 @@ using math::ved::Node4C;
 using oss::bytestring;
 using oss::PointerTC;
 using oss::wstring;
+
+/// Rejects some expressions and not others.
+class RuleC : public math::algexpr::ConstraintsBC {
+ public:
+  bool check(PointerTC<AlgebraicExpressionC> expression) const override {
+    return expression->toPrefixString().size() % 5 != 0;
+  }
+};
 
 // What holds whatever the formula. Each answers with the first promise that is not kept, empty for none.
 

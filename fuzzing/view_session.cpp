@@ -17,13 +17,6 @@ namespace {
 
 constexpr std::size_t largest_tree = 30000;
 
-class RuleC : public math::algexpr::ConstraintsBC {
- public:
-  bool check(PointerTC<AlgebraicExpressionC> expression) const override {
-    return expression->toPrefixString().size() % 5 != 0;
-  }
-};
-
 std::string draw(Node4C const& root) {
   RecordingGraphicsC surface;
   root.display(surface, 0, 0, nullptr);
