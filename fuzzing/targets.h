@@ -28,6 +28,7 @@ std::string checkField(std::uint8_t const* data, std::size_t size);
 std::string checkNotation(std::uint8_t const* data, std::size_t size);
 std::string checkScript(std::uint8_t const* data, std::size_t size);
 std::string checkSheet(std::uint8_t const* data, std::size_t size);
+std::string checkFont(std::uint8_t const* data, std::size_t size);
 std::string checkMemory(std::uint8_t const* data, std::size_t size);
 
 std::vector<BytesT> prefixSeeds();
@@ -38,6 +39,7 @@ std::vector<BytesT> eventsSeeds();
 std::vector<BytesT> notationSeeds();
 std::vector<BytesT> scriptSeeds();
 std::vector<BytesT> sheetSeeds();
+std::vector<BytesT> fontSeeds();
 std::vector<BytesT> memorySeeds();
 
 constexpr TargetS targets[] = {
@@ -45,7 +47,8 @@ constexpr TargetS targets[] = {
     {"plain", checkPlain, plainSeeds},          {"clipboard", checkClipboard, clipboardSeeds},
     {"events", checkEvents, eventsSeeds},       {"field", checkField, eventsSeeds},
     {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
-    {"sheet", checkSheet, sheetSeeds},          {"memory", checkMemory, memorySeeds},
+    {"sheet", checkSheet, sheetSeeds},          {"font", checkFont, fontSeeds},
+    {"memory", checkMemory, memorySeeds},
 };
 
 }  // namespace zolt::fuzz
