@@ -53,9 +53,9 @@ Node4C* ViewZNT4C::copySelection() const {
 }
 
 Node4C* ViewZNT4C::cutSelection() {
-  Node4C* const copy = copySelection();
+  std::unique_ptr<Node4C> copy(copySelection());
   if (copy) deleteSelection();
-  return copy;
+  return copy.release();
 }
 
 bool ViewZNT4C::isAllSelected() const {
