@@ -146,6 +146,7 @@ int main(int argc, char** argv) {
   // A screenshot is the same whoever takes it.
   Windows windows(fonts, pictured ? nullptr : &settings, pictured ? QString() : recoveryFolder());
   desktop::MainWindow& window = windows.add();
+  desktop::LastMoment const lastMoment;
   if (parser.isSet(appearance)) window.setAppearance(desktop::appearanceOf(parser.value(appearance)));
   if (!fonts->substitution().isEmpty()) {
     QString const text =
@@ -170,7 +171,6 @@ int main(int argc, char** argv) {
     window.openSample();
   }
   if (pictured) return takeScreenshot(window, parser.value(screenshot));
-  desktop::LastMoment const lastMoment;
   QTimer::singleShot(0, &window, [&windows] { windows.offerRecovery(); });
   return QApplication::exec();
 }

@@ -30,9 +30,9 @@ NoticeBar::NoticeBar(QWidget* parent) : QFrame(parent), label_(new QLabel(this))
     label_->clear();
     hide();
   });
-  layout->addWidget(sign, 0, Qt::AlignTop);
+  layout->addWidget(sign);
   layout->addWidget(label_, 1);
-  layout->addWidget(close, 0, Qt::AlignTop);
+  layout->addWidget(close);
   hide();
 }
 
