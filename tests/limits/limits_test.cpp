@@ -170,7 +170,7 @@ TEST(Limits, ThousandsOfSuppliedBrackets) {
   constexpr unsigned long count = 20000;
   wstring const prefix = nest(count, u"_quietpos(", u"a", u")");
   onSmallStack([&] {
-    for (wstring const text : {repeat(count, u"(") + u"a", u"a" + repeat(count, u")")}) {
+    for (wstring const& text : {repeat(count, u"(") + u"a", u"a" + repeat(count, u")")}) {
       StageC stage;
       EXPECT_TRUE(stage.field.insertText(text));
       stage.expectSound();
