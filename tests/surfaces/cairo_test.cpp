@@ -104,6 +104,10 @@ class CairoPictures : public ::testing::Test {
     return std::size_t(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
   }
 
+  /// Cairo's own cache of fonts, which holds the faces that it was given.
+  struct CairoCacheS {
+    ~CairoCacheS() { cairo_debug_reset_static_data(); }
+  } cache;
   CairoGraphicsC graphics{makeTypesetter()};
   PictureOptionsS options;
   fs::path folder;

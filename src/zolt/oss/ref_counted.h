@@ -1,5 +1,7 @@
 #pragma once
 
+#include "zolt/oss/live_count.h"
+
 namespace zolt::oss {
 
 /// Base of every shared object. The count lives in the object and starts at 0; `PointerTC` keeps it.
@@ -8,7 +10,7 @@ namespace zolt::oss {
 /// Copying an object copies its count too, as a member-by-member copy does. A copy made on the heap and
 /// given to a `PointerTC` therefore outlives its holders unless the original's count was 0; copy shared
 /// objects only as values.
-class RefCountedBC {
+class RefCountedBC : private LiveCountTC<RefCountedBC> {
  public:
   RefCountedBC() = default;
   RefCountedBC(RefCountedBC const&) = default;

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
@@ -32,7 +33,7 @@ using ConversionStackT = std::stack<std::pair<Node4C*, int>>;
 /// each: how it is built from an expression, how its arguments are written, how it is laid out, drawn and
 /// inserted. An operator used as it stands is a function: name, "(", arguments, ")" in a row; with arity 0 a
 /// named constant or a function of any number of arguments.
-class OperatorBC : public oss::RefCountedBC {
+class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC> {
  public:
   /// `name`: the expression library's name, key of the by-name table. `text`: what is typed and shown, key of
   /// the by-text table. `arity` 0: any number of arguments. `precedence`: larger binds looser. `linear`:

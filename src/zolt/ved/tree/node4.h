@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/serializable.h"
 #include "zolt/oss/wstring.h"
@@ -39,7 +40,7 @@ struct ErrorSelectionS;
 ///
 /// Metrics (position, size, axis) are in surface units, relative to the parent's top-left corner; they are
 /// written by layout and mean nothing before it. They are kept as signed 32-bit values.
-class Node4C : public oss::SerializableABC {
+class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  public:
   static constexpr char16_t PREFIX_C = u'`';  ///< encloses finished prefix text inside a row's infix text
   static constexpr char16_t OPEN_C = u'(';

@@ -5,6 +5,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
 #include "zolt/algexpr/number_display_format.h"
+#include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/convert/error_selection.h"
@@ -32,7 +33,7 @@ class EditHistoryC;
 /// When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection and history are as
 /// before the call, or as before the group around it. Taking back needs memory itself: the next call that
 /// looks at the formula does it, and throws as long as there is none.
-class ViewZNT4C {
+class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
  public:
   /// Starts with an empty expression. Keeps `graphics` for its lifetime; it must not be null.
   explicit ViewZNT4C(PointerTC<GraphicsABC> graphics);

@@ -1,0 +1,26 @@
+#pragma once
+
+namespace zolt::oss {
+
+/// Base of the classes whose living objects are counted in builds with `ZOLT_COUNT_OBJECTS`, so that tests
+/// find what is never destroyed. `T` tells one count from another. In all other builds it is empty and 0.
+template <class T>
+class LiveCountTC {
+ public:
+#ifndef ZOLT_COUNT_OBJECTS
+  static constexpr long get() { return 0; }
+#else
+  static long get() { return count_; }
+
+ protected:
+  LiveCountTC() { ++count_; }
+  LiveCountTC(LiveCountTC const&) { ++count_; }
+  LiveCountTC& operator=(LiveCountTC const&) = default;
+  ~LiveCountTC() { --count_; }
+
+ private:
+  inline static long count_ = 0;
+#endif
+};
+
+}  // namespace zolt::oss
