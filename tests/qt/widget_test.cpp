@@ -11,14 +11,17 @@
 #include <QSignalSpy>
 #include <QStyleHints>
 #include <QSvgRenderer>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 #include <memory>
 
+#include "tests/qt/keys.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_mime.h"
+#include "zolt/qt/formula_picture.h"
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/text.h"
 
@@ -79,12 +82,18 @@ class WidgetTest final : public QObject {
 
  private slots:
   void keysTypeAndAreTold() {
-    for (auto const& [keys, prefix] :
-         {std::pair{"1/2", "/(1,2)"}, {"sqrt(x", "sqrt(x)"}, {"a<=b", "<=(a,b)"}}) {
+    for (auto const& [keys, prefix] : {std::pair{"1/2", "/(1,2)"},
+                                       {"sqrt(x", "sqrt(x)"},
+                                       {"a<=b", "<=(a,b)"},
+                                       {"ab{Ctrl+Z}{Ctrl+Y}", "ab"},
+                                       {"1/{Tab}{Shift+Tab}2", "/(1,2)"},
+                                       {"a+b{Ctrl+A}x", "x"},
+                                       {"x{Alt+I}y", "xy"},           // a menu's letter is no text,
+                                       {"x{Ctrl+Alt+2}y", "x2y"}}) {  // AltGr's is
       StageS stage;
       QSignalSpy changed(stage.edit, &FormulaEdit::expressionChanged);
       QSignalSpy edited(stage.edit, &FormulaEdit::edited);
-      QTest::keyClicks(stage.edit, keys);
+      press(stage.edit, QLatin1String(keys));
       QCOMPARE(stage.edit->prefix(), QLatin1String(prefix));
       QVERIFY(changed.count() > 1);
       QCOMPARE(edited.count(), changed.count());
@@ -128,35 +137,23 @@ class WidgetTest final : public QObject {
 
   void fieldsCanBeReadOnly() {
     StageS stage;
-    QTest::keyClicks(stage.edit, "a+b");
+    press(stage.edit, QStringLiteral("a+b"));
     stage.edit->setReadOnly(true);
-    QTest::keyClicks(stage.edit, "c");
-    QTest::keyClick(stage.edit, Qt::Key_Backspace);
+    press(stage.edit, QStringLiteral("c{Backspace}"));
     stage.commit(QStringLiteral("d"));
     stage.edit->paste();
     stage.edit->cut();
     QVERIFY(!stage.edit->insertOperator(QStringLiteral("sqrt")));
     QCOMPARE(stage.edit->prefix(), QStringLiteral("+(a,b)"));
     QVERIFY(!stage.edit->inputMethodQuery(Qt::ImEnabled).toBool());
-
-    QTest::keyClick(stage.edit, Qt::Key_A, Qt::ControlModifier);
-    QVERIFY(stage.edit->hasSelection());
-    stage.edit->copy();
+    press(stage.edit, QStringLiteral("{Ctrl+A}{Ctrl+C}"));
     QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("a+b"));
-    stage.edit->setReadOnly(false);
-    QTest::keyClicks(stage.edit, "x");
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
   }
 
   void historyCanBeLeftToTheWindow() {
     StageS stage;
-    QTest::keyClicks(stage.edit, "ab");
-    QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
-    QVERIFY(stage.edit->isEmpty());
-    QTest::keyClick(stage.edit, Qt::Key_Y, Qt::ControlModifier);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
     stage.edit->setUndoRedoEnabled(false);
-    QTest::keyClick(stage.edit, Qt::Key_Z, Qt::ControlModifier);
+    press(stage.edit, QStringLiteral("ab{Ctrl+Z}"));
     QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
     QKeyEvent override(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
     override.ignore();
@@ -167,15 +164,12 @@ class WidgetTest final : public QObject {
   void tabLeadsThroughSlotsAndThenOn() {
     StageS stage;
     stage.edit->insertOperator(QStringLiteral("/"));
-    QTest::keyClicks(stage.edit, "1");
-    QTest::keyClick(stage.edit, Qt::Key_Tab);
-    QTest::keyClicks(stage.edit, "2");
+    press(stage.edit, QStringLiteral("1{Tab}2{Tab}"));
     QCOMPARE(stage.edit->prefix(), QStringLiteral("/(1,2)"));
-    QTest::keyClick(stage.edit, Qt::Key_Tab);
     QVERIFY(stage.edit->hasFocus());
-    QTest::keyClick(stage.edit, Qt::Key_Tab);
+    press(stage.edit, QStringLiteral("{Tab}"));
     QVERIFY(stage.after->hasFocus());
-    QTest::keyClick(stage.after, Qt::Key_Backtab);
+    press(stage.after, QStringLiteral("{Shift+Tab}"));
     QVERIFY(stage.edit->hasFocus());
   }
 
@@ -193,15 +187,10 @@ class WidgetTest final : public QObject {
     QVERIFY(!isTaken(Qt::Key_Up));
     QVERIFY(isTaken(Qt::Key_Down));
     QVERIFY(isTaken(Qt::Key_Left));
-    // A menu's letter is no text, AltGr's is.
-    QTest::keyClick(stage.edit, 'i', Qt::AltModifier);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x,y)"));
     QKeyEvent menu(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i"));
     menu.ignore();
     QApplication::sendEvent(stage.edit, &menu);
     QVERIFY(!menu.isAccepted());
-    QTest::keyClick(stage.edit, '2', Qt::ControlModifier | Qt::AltModifier);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(x2,y)"));
     QVERIFY(!isTaken(Qt::Key_F5));
   }
 
@@ -209,14 +198,12 @@ class WidgetTest final : public QObject {
     StageS stage;
     QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
     QSignalSpy returned(stage.edit, &FormulaEdit::returnPressed);
-    QTest::keyClicks(stage.edit, "a+*b");
-    QTest::keyClick(stage.edit, Qt::Key_Return);
+    press(stage.edit, QStringLiteral("a+*b{Return}"));
     QCOMPARE(errors.count(), 1);
     QVERIFY(!errors[0][1].toString().isEmpty());
     QVERIFY(stage.edit->hasSelection());
     QCOMPARE(returned.count(), 0);
-    QTest::keyClick(stage.edit, Qt::Key_Delete);
-    QTest::keyClick(stage.edit, Qt::Key_Enter);
+    press(stage.edit, QStringLiteral("{Del}{Enter}"));
     QCOMPARE(errors.count(), 1);
     QCOMPARE(returned.count(), 1);
   }
@@ -400,6 +387,21 @@ class WidgetTest final : public QObject {
       QCOMPARE(script.size(), std::size_t(1));
       QVERIFY(field.run(field::COMMAND_UNDO));
       QCOMPARE(qt::toQString(field.writeNotation()), QString::fromUtf16(tree));
+    }
+  }
+
+  void otherFontsStandInForMissingOnes() {
+    QTemporaryDir folder;
+    QFile file(folder.filePath(QStringLiteral("KaTeX_Main-Regular.ttf")));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("\0\1\0\0garbage", 11) == 11 && file.flush());
+    for (std::string const& place : {std::string("/nowhere"), folder.path().toStdString()}) {
+      QString error;
+      auto const fonts = qt::FormulaFonts::load({place}, error);
+      QVERIFY2(fonts, qPrintable(error));
+      QVERIFY(fonts->substitution().contains(QLatin1String("KaTeX")));
+      qt::FormulaPicture picture(fonts);
+      QVERIFY(picture.setPrefix(u"/(+(a,1),sqrt(x))"));
+      QVERIFY(countInk(picture.toImage(2, 2, Qt::black, Qt::white), Qt::white) > 200);
     }
   }
 
