@@ -1,3 +1,32 @@
+# zolt_limit_exports(<target>)
+#
+# A shared library exports what exports.txt lists and nothing else, and finds those it needs beside itself. (On ELF systems;
+# elsewhere it exports everything.)
+set(ZOLT_EXPORTS ${CMAKE_CURRENT_LIST_DIR}/exports.txt)
+function(zolt_limit_exports target)
+  get_target_property(type ${target} TYPE)
+  if(NOT type STREQUAL "SHARED_LIBRARY" OR NOT UNIX OR APPLE)
+    return()
+  endif()
+  file(STRINGS ${ZOLT_EXPORTS} names REGEX "^[^#]")
+  set(patterns)
+  foreach(name IN LISTS names)
+    # Patterns can hold neither blanks nor brackets. Classes have capitals; what follows a function's name are its
+    # arguments or a mark.
+    if(name MATCHES "::[A-Z][A-Za-z0-9]*$")
+      string(APPEND patterns "${name}::*; *thunk?to?${name}::*; vtable?for?${name}; VTT?for?${name};\n"
+                             "typeinfo?for?${name}; typeinfo?name?for?${name};\n")
+    else()
+      string(APPEND patterns "${name}[!a-zA-Z0-9_]*;\n")
+    endif()
+  endforeach()
+  set(script ${CMAKE_CURRENT_BINARY_DIR}/${target}.map)
+  file(CONFIGURE OUTPUT ${script} CONTENT "{ global: extern \"C++\" {\n@patterns@}; local: *; };\n" @ONLY)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${ZOLT_EXPORTS})
+  target_link_options(${target} PRIVATE -Wl,--version-script=${script})
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${script} INSTALL_RPATH $ORIGIN)
+endfunction()
+
 # zolt_add_library(<name> [CORE] SOURCES … PUBLIC_HEADERS … [PRIVATE_HEADERS …] [DEPENDS …] [PRIVATE_DEPENDS …]
 #                  [PKG_CONFIG <module> …] [PACKAGES <find_package arguments> …] [BASE_DIR <folder>])
 #
@@ -64,6 +93,7 @@ function(zolt_add_library name)
     set_target_properties(
       ${target} PROPERTIES CXX_EXTENSIONS OFF VERSION ${PROJECT_VERSION}
                            SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    zolt_limit_exports(${target})
     if(arg_CORE AND ZOLT_BARE_CORE)
       # A class compiled without type information cannot be derived from where there is any, so RTTI is off for whoever
       # uses the library, too. By default the core has both, for that reason.
