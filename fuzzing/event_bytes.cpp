@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "fuzzing/bytes_text.h"
 #include "zolt/catalogue/standard_operators.h"
@@ -69,7 +70,13 @@ class ReaderC {
   wstring name(TableT const& table) {
     return table[byte() % std::size(table)];
   }
-  long coordinate() { return static_cast<std::int8_t>(byte()) * 2L; }
+  /// Near the formula, or as far away as there is.
+  long coordinate() {
+    auto const place = static_cast<std::int8_t>(byte());
+    if (place == 127) return std::numeric_limits<std::int32_t>::max();
+    if (place == -128) return std::numeric_limits<std::int32_t>::min();
+    return place * 2L;
+  }
   wstring text() {
     std::size_t const length = takeLength();
     return toText(data_ + at_ - length, length);

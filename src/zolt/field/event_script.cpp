@@ -60,19 +60,20 @@ constexpr char16_t digits[] = u"0123456789ABCDEF";
 
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
 
-int digitOf(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - u'0';
-  if (c >= u'A' && c <= u'F') return c - u'A' + 10;
-  if (c >= u'a' && c <= u'f') return c - u'a' + 10;
+unsigned digitOf(char16_t c) {
+  if (c >= u'0' && c <= u'9') return c - unsigned{u'0'};
+  if (c >= u'A' && c <= u'F') return c - unsigned{u'A'} + 10;
+  if (c >= u'a' && c <= u'f') return c - unsigned{u'a'} + 10;
   return 16;
 }
 
-bool readNumber(wstring const& word, int base, unsigned long& value) {
+bool readNumber(wstring const& word, unsigned base, unsigned long& value) {
+  constexpr unsigned long largest = 0xFFFFFFFF;
   value = 0;
   for (char16_t const c : word) {
-    int const digit = digitOf(c);
-    if (digit >= base || value > 0xFFFFFF) return false;
-    value = value * static_cast<unsigned long>(base) + static_cast<unsigned long>(digit);
+    unsigned const digit = digitOf(c);
+    if (digit >= base || value > (largest - digit) / base) return false;
+    value = value * base + digit;
   }
   return !word.empty();
 }
@@ -205,7 +206,9 @@ class ScriptReaderC {
     bool const negative = !word.empty() && word[0] == u'-';
     unsigned long size = 0;
     if (!readNumber(word.substr(negative ? 1 : 0), 10, size)) return false;
-    value = negative ? -static_cast<long>(size) : static_cast<long>(size);
+    constexpr unsigned long largest = 0x7FFFFFFF;
+    if (size > largest + (negative ? 1 : 0)) return false;
+    value = negative && size > 0 ? -static_cast<long>(size - 1) - 1 : static_cast<long>(size);
     return true;
   }
 
@@ -234,16 +237,19 @@ class ScriptReaderC {
   std::size_t at_ = 0;
 };
 
-void appendNumber(wstring& out, long value, unsigned base = 10) {
+void appendNumber(wstring& out, unsigned long value, unsigned base = 10) {
   wstring reversed;
-  bool const negative = value < 0;
-  auto size = static_cast<unsigned long>(negative ? -value : value);
   do {
-    reversed += digits[size % base];
-    size /= base;
-  } while (size > 0);
-  if (negative) reversed += u'-';
+    reversed += digits[value % base];
+    value /= base;
+  } while (value > 0);
   out.append(reversed.rbegin(), reversed.rend());
+}
+
+void appendCoordinate(wstring& out, long value) {
+  unsigned long const bits = static_cast<unsigned long>(value);
+  if (value < 0) out += u'-';
+  appendNumber(out, value < 0 ? 0 - bits : bits);
 }
 
 void appendText(wstring& out, wstring const& text) {
@@ -265,7 +271,7 @@ void appendCharacter(wstring& out, unsigned long code) {
     out += static_cast<char16_t>(code);
   } else {
     out += u"U+";
-    appendNumber(out, static_cast<long>(code), 16);
+    appendNumber(out, code, 16);
   }
 }
 
@@ -275,13 +281,13 @@ void appendKey(wstring& out, unsigned long code) {
     out += key.name;
     return;
   }
-  appendNumber(out, static_cast<long>(code));
+  appendNumber(out, code);
 }
 
 void appendPoint(wstring& out, ScriptStepS const& step) {
-  appendNumber(out, step.x);
+  appendCoordinate(out, step.x);
   out += u' ';
-  appendNumber(out, step.y);
+  appendCoordinate(out, step.y);
 }
 
 void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments) {
@@ -308,7 +314,7 @@ void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments
       appendPoint(out, step);
       if (step.clicks > 1) {
         out += u" x";
-        appendNumber(out, static_cast<long>(step.clicks));
+        appendNumber(out, step.clicks);
       }
       if (step.shift) out += u" shift";
       break;
@@ -360,8 +366,8 @@ bool fromHexadecimal(wstring const& text, bytestring& bytes) {
   if (text.size() % 2 != 0) return false;
   bytestring read;
   for (std::size_t i = 0; i < text.size(); i += 2) {
-    int const high = digitOf(text[i]);
-    int const low = digitOf(text[i + 1]);
+    unsigned const high = digitOf(text[i]);
+    unsigned const low = digitOf(text[i + 1]);
     if (high > 15 || low > 15) return false;
     read += static_cast<unsigned char>(high * 16 + low);
   }
