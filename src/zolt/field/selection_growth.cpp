@@ -173,7 +173,8 @@ SelectionS selectItem(PlaceS place) {
 SelectionS selectRow(PlaceS place) { return toSelection(wholeRow(*place.node->getParent())); }
 
 SelectionS selectConstructAt(ViewZNT4C& view, long x, long y) {
-  view.getExpressionSize();  // lays out
+  PointS const size = view.getExpressionSize();
+  if (x < 0 || y < 0 || x >= size.x || y >= size.y) return {};
   Node4C const* found = nullptr;
   Node4C const* node = &view.crefRoot();
   for (bool deeper = true; deeper;) {

@@ -93,8 +93,10 @@ long distanceTo(long at, long start, long length) {
 
 void ViewZNT4C::setSelection(long x, long y) {
   layoutIfPending();
-  hitX_ = x;
-  hitY_ = y;
+  // Nothing is farther away, and differences fit 32 bits.
+  constexpr long farthest = 1L << 30;
+  hitX_ = x = std::clamp(x, -farthest, farthest);
+  hitY_ = std::clamp(y, -farthest, farthest);
   hitBestDistance_ = limits::hit_radius * limits::hit_radius;
   PointS const position = caretNode_->getAbsolutePosition();
   hitLeft_ = position.x;
