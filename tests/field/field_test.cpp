@@ -4,7 +4,6 @@
 #include <set>
 
 #include "tests/field/field_stage.h"
-#include "tests/support/small_stack.h"
 #include "zolt/algexpr/constraints.h"
 #include "zolt/field/error_text.h"
 
@@ -137,25 +136,6 @@ TEST(FieldClipboard, IsTheHostsWhenItGivesOne) {
   EXPECT_TRUE(one.refField().run(COMMAND_COPY));
   EXPECT_TRUE(other.refField().run(COMMAND_PASTE));
   EXPECT_EQ(other.notation(), "[\"ab‸\"]");
-}
-
-TEST(FieldClipboard, PastesDeepFormulas) {
-  onSmallStack([] {
-    FieldStageC stage;
-    std::string notation;
-    for (int i = 0; i < 1000; ++i) notation += "[\"1+\", /<[\"a\"] ; ";
-    notation += "[\"b+\"]";
-    for (int i = 0; i < 1000; ++i) notation += ">, \"\"]";
-    ASSERT_TRUE(stage.refField().setNotation(fromUtf8(notation)));
-    EXPECT_TRUE(stage.refField().run(COMMAND_SELECT_ALL));
-    ClipboardContentS const content = stage.refField().copy();
-    EXPECT_GT(content.plainText.size(), 5000u);
-    EXPECT_EQ(stage.refField().paste(content), PASTE_DONE);
-    EXPECT_EQ(stage.tree(), notation);
-    for (int i = 0; i < 1001; ++i) EXPECT_TRUE(stage.refField().run(COMMAND_LEFT));
-    EXPECT_TRUE(stage.refField().run(COMMAND_UP));
-    EXPECT_FALSE(stage.refField().getExpression());
-  });
 }
 
 // ---- Decimal comma ----------------------------------------------------------------------------------------
@@ -295,23 +275,6 @@ TEST(FieldPainting, AsksOnceToShowTheCaret) {
   EXPECT_EQ(writeBox(box), "17,0-18,10");
   stage.play("paint");
   EXPECT_FALSE(stage.refField().takeRevealRequest(box));
-}
-
-// ---- Work per key -----------------------------------------------------------------------------------------
-
-// Up and down look at what is around the caret, not at the whole formula.
-TEST(FieldWork, OfAVerticalMoveStaysSmall) {
-  auto const measure = [](int terms) {
-    FieldStageC stage;
-    std::string notation = "[\"‸\", /<[\"a\"] ; [\"b\"]>, \"";
-    for (int i = 0; i < terms; ++i) notation += "+\", sqrt<[\"x\"]>, \"";
-    EXPECT_TRUE(stage.refField().setNotation(fromUtf8(notation + "\"]")));
-    stage.refField().refView().getExpressionSize();
-    stage.refGraphics().resetCounts();
-    EXPECT_TRUE(stage.play("command down"));
-    return stage.refGraphics().getMeasureCount();
-  };
-  EXPECT_EQ(measure(1000), measure(10));
 }
 
 }  // namespace

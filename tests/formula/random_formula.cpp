@@ -36,7 +36,9 @@ std::vector<wstring> const names{u"x",
                                  u"3.",
                                  u"1e+9",
                                  u"12345678901234567890.5"};
-std::vector<wstring> const oddNames{u"sin", u"not", u"+", u":a", u"√", u"x!", u"∙", u"=", u"log10", u"_neg"};
+std::vector<wstring> const oddNames{u"sin", u"not",   u"+",    u":a",  u"√",  u"x!", u"∙",
+                                    u"=",   u"log10", u"_neg", u"x\"", u"\"", u"pi", u"π",
+                                    u"α",   u"∞",     u"x²",   u"|x|", u"["};
 
 bool isAssignment(OperatorBC const& op) { return op.getName() == u":=" || op.getName() == u":>"; }
 

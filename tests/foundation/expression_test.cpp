@@ -7,9 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/allocations.h"
 #include "tests/support/cases.h"
-#include "tests/support/small_stack.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/core_constant_node.h"
 #include "zolt/algexpr/core_function_node.h"
@@ -25,7 +23,6 @@
 namespace zolt::math::algexpr {
 namespace {
 
-using tests::AllocationsS;
 using tests::toText;
 using tests::toUtf8;
 using ExpressionP = PointerTC<AlgebraicExpressionC>;
@@ -108,23 +105,6 @@ TEST(PrefixText, TakesUnpairedSurrogatesAsNames) {
     ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->toPrefixString(), text);
-  }
-}
-
-TEST(PrefixText, EveryCutAndEveryChangeIsReadOrRefused) {
-  wstring const text = u"+(f(a,\u22121.5E3),^(_PI,2))";
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    // Up to the first bracket stands a name, and no text at all is refused as well.
-    EXPECT_EQ(bool(AlgebraicExpressionC::fromPrefixString(text.substr(0, at))), at == 1);
-    for (char16_t const c : {u'(', u')', u',', u' ', u'`', u'\0', u'1', u'-', u'.', u'E', u'x', u'\xD800'}) {
-      wstring changed = text;
-      changed[at] = c;
-      PrefixErrorS error;
-      ExpressionP const read = AlgebraicExpressionC::fromPrefixString(changed, nullptr, &error);
-      EXPECT_LE(error.position, changed.size());
-      if (!read) continue;
-      EXPECT_TRUE(AlgebraicExpressionC::fromPrefixString(read->toPrefixString())->equals(*read));
-    }
   }
 }
 
@@ -249,45 +229,6 @@ TEST(Expressions, MayShareParts) {
     part = castNode<ParentNodeABC>(*whole->getNode())->childPointer(0);
   }
   EXPECT_EQ(AlgebraicExpressionC(part, nullptr).toPrefixString(), u"g(a,b)");
-}
-
-TEST(Expressions, MayBeAsDeepAndAsWideAsTheyLike) {
-  constexpr unsigned long terms = 100000;
-  wstring left;
-  wstring right;
-  wstring wide = u"f(a";
-  for (unsigned long i = 1; i < terms; ++i) {
-    left += u"+(";
-    right += u"+(a,";
-    wide += u",a";
-  }
-  left += u'a';
-  right += u'a';
-  wide += u')';
-  for (unsigned long i = 1; i < terms; ++i) {
-    left += u",a)";
-    right += u')';
-  }
-  tests::onSmallStack([&] {
-    for (wstring const& text : {left, right, wide}) {
-      AllocationsS::reset();
-      ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
-      ASSERT_TRUE(read);
-      std::size_t const nodes = text == wide ? terms : 2 * terms;
-      EXPECT_LE(AllocationsS::get().count, nodes + 100) << "more than one allocation for each node";
-      EXPECT_EQ(read->toPrefixString(), text);
-      EXPECT_TRUE(read->equals(*AlgebraicExpressionC::fromPrefixString(text)));
-      unsigned long visited = 0;
-      FoldC<unsigned long> size([&](NodeABC&, char, std::vector<unsigned long> const& children) {
-        unsigned long sum = 1;
-        for (unsigned long const one : children) sum += one;
-        ++visited;
-        return sum;
-      });
-      EXPECT_EQ(size.of(*read), visited);
-      EXPECT_FALSE(AlgebraicExpressionC::fromPrefixString(text.substr(0, text.size() - 1)));
-    }
-  });
 }
 
 TEST(Sessions, AreNeverNull) {

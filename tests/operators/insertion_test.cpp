@@ -4,7 +4,10 @@
 #include "tests/support/cases.h"
 #include "tests/support/small_stack.h"
 #include "tests/support/view_stage.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/number_display_format.h"
 #include "zolt/ved/limits.h"
+#include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::tests {
 namespace {
@@ -28,6 +31,38 @@ TEST(OperatorInsertion, OfKindsThatAHostMayAdd) {
     EXPECT_TRUE(stage.play(readScript(toText(line.input.substr(bar + 3)))));
     EXPECT_EQ(line.expected, toUtf8(stage.notation()));
     EXPECT_EQ("", stage.findFault());
+  }
+}
+
+TEST(OperatorShapes, OfKindsThatAHostMayAdd) {
+  allOperators();
+  for (CaseS const& line : readCases(ZOLT_TEST_DATA "/shapes.cases")) {
+    std::unique_ptr<Node4C> const tree(Node4C::fromAlgebraicExpression(
+        math::algexpr::AlgebraicExpressionC::fromPrefixString(toText(line.input)), 0,
+        math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+    EXPECT_EQ(line.expected, toUtf8(writeTreeNotation(*tree))) << line.where;
+  }
+}
+
+// An operator that meets a node without its operands, or a stack without them, leaves empty places.
+TEST(OperatorShapes, TakeNothingFromAnEmptyStack) {
+  std::pair<wstring, std::string> const cases[] = {
+      {u"+", R"(["", "+", ""])"},   {u"_neg", R"(["−", ""])"},        {u"!", R"(["", "!"])"},
+      {u"^", R"(["", P[""]])"},     {u"/", R"(/<[""] ; [""]>)"},      {u"sin", R"(["sin", (, "", )])"},
+      {u"error", R"(error<[""]>)"}, {u"call0", R"(["f0", (, "", )])"}};
+  for (auto const& [name, shape] : cases) {
+    auto const op = allOperators().lookup(name);
+    auto const x = math::algexpr::makeNamed(u"x");
+    auto const node = math::algexpr::makeFunction(name, {op->getArity() > 0 ? op->getArity() : 1, x});
+    for (auto const& given : {node, name == u"+" || name == u"_neg" ? x : node}) {
+      ConversionStackT stack;
+      std::unique_ptr<Node4C> const made(op->fromAlgebraicNode(*given, stack).first);
+      if (given != node) {
+        EXPECT_EQ(NODE4_OPEN, made->child(1)->getType()) << "a sign without operands is a call";
+      } else {
+        EXPECT_EQ(shape, toUtf8(writeTreeNotation(*made))) << toUtf8(name);
+      }
+    }
   }
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <utf8.h>
 
+#include <algorithm>
 #include <fstream>
 
 namespace zolt::tests {
@@ -16,11 +17,12 @@ std::vector<CaseS> readCases(std::string const& path) {
   for (int number = 1; std::getline(in, line); ++number) {
     if (line.empty() || line.compare(0, 2, "# ") == 0) continue;
     std::string const where = file + ":" + std::to_string(number);
-    std::size_t const at = line.find(arrow);
+    std::size_t const both = line.find(" ⇔ ");
+    std::size_t const at = std::min(both, line.find(arrow));
     if (at == std::string::npos) {
       ADD_FAILURE() << where << " has no" << arrow;
     } else {
-      cases.push_back({where, line.substr(0, at), line.substr(at + arrow.size())});
+      cases.push_back({where, line.substr(0, at), line.substr(at + arrow.size()), at == both});
     }
   }
   EXPECT_FALSE(cases.empty()) << file;

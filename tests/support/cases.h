@@ -12,6 +12,7 @@ struct CaseS {
   std::string where;  ///< file name and line, for messages
   std::string input;
   std::string expected;
+  bool isBoth;  ///< `input ⇔ expected`
 };
 
 /// Reads a case file. A file that is missing, empty or has a line without an arrow fails the running test.

@@ -248,29 +248,6 @@ TEST(Clipboard, PastesOnlyWhatTheEditorCouldHaveWritten) {
   }
 }
 
-TEST(Clipboard, SurvivesDamagedBytes) {
-  ViewStageC stage;
-  ASSERT_TRUE(
-      stage.setUp(u"[\"\u2691a\", /<[\"b\", P[\"2\"], \"\"] ; [\"c\", (, \"d\", AC, \"\"]>, \"\u2038\"]"));
-  bytestring good;
-  stage.refView().copy(good);
-  play(stage, u"key right");
-  wstring const before = stage.notation();
-  for (std::size_t size = 0; size < good.size(); ++size) {
-    stage.refView().paste(good.substr(0, size));
-    ASSERT_EQ(toUtf8(stage.notation()), toUtf8(before)) << "the first " << size << " bytes";
-  }
-  for (std::size_t i = 0; i < good.size(); ++i) {
-    for (int bit = 0; bit < 8; ++bit) {
-      bytestring damaged = good;
-      damaged[i] = static_cast<unsigned char>(damaged[i] ^ (1 << bit));
-      stage.refView().paste(damaged);
-      ASSERT_EQ(stage.findFault(), "") << "byte " << i << ", bit " << bit;
-      stage.refView().undo();
-    }
-  }
-}
-
 // ---- Limits -----------------------------------------------------------------------------------------------
 
 wstring nestedRoots(unsigned long rows, wstring const& innermost) {
@@ -279,28 +256,6 @@ wstring nestedRoots(unsigned long rows, wstring const& innermost) {
   text += innermost;
   for (unsigned long i = 1; i < rows; ++i) text += u">, \"\"]";
   return text;
-}
-
-TEST(Limits, RefuseToNestDeeper) {
-  onSmallStack([] {
-    unsigned long const most = limits::max_nested_rows;
-    ViewStageC stage;
-    ASSERT_TRUE(stage.setUp(u"[\"\u2038\"]"));
-    for (unsigned long rows = 1; rows < most; ++rows)
-      ASSERT_TRUE(stage.refPlayer().play(toScript(u"op sqrt")));
-    wstring const deepest = stage.notation();
-    for (wstring const edit :
-         {u"op sqrt", u"op /", u"op ^", u"op nthroot", u"op integral", u"insert \"/\"", u"insert \"a/b\"",
-          u"paste prefix \"sqrt(x)\"", u"paste prefix \"+(a,sqrt(x))\""}) {
-      SCOPED_TRACE(toUtf8(edit));
-      stage.play(toScript(edit));
-      EXPECT_EQ(stage.notation(), deepest);
-    }
-    play(stage, u"paste prefix \"+(a,b)\" op sin char x key left shift copy");
-    EXPECT_EQ(stage.findFault(), "");
-    play(stage, u"key backspace undo redo undo key left key left key backspace");
-    EXPECT_EQ(stage.findFault(), "");
-  });
 }
 
 TEST(Limits, CountTheRowsThatAreWrapped) {
@@ -330,21 +285,6 @@ TEST(Limits, CountTheRowsThatAreWrapped) {
   });
 }
 
-TEST(Limits, CountTheRowsThatTheSelectionEndsIn) {
-  onSmallStack([] {
-    for (bool fits : {false, true}) {
-      ViewStageC stage;
-      ASSERT_TRUE(stage.setUp(nestedRoots(limits::max_nested_rows - (fits ? 1 : 0), u"[\"\u2038\"]")));
-      auto& view = stage.refView();
-      ASSERT_TRUE(view.selectRange(view.crefRoot().child(0)->child(0), 0, view.getCaretNode(), 0));
-      bytestring const before = stage.bytes();
-      play(stage, u"op sqrt");
-      EXPECT_EQ(stage.bytes() != before, fits);
-      EXPECT_EQ(stage.findFault(), "");
-    }
-  });
-}
-
 TEST(Limits, CountTheRowsThatArePasted) {
   onSmallStack([] {
     unsigned long const most = limits::max_nested_rows;
@@ -364,49 +304,6 @@ TEST(Limits, CountTheRowsThatArePasted) {
     play(stage, u"pen down 5 5 pen move 50 9 pen up copy undo redo key clear");
     EXPECT_EQ(stage.findFault(), "");
   });
-}
-
-TEST(Limits, LargeRowsStayQuick) {
-  ViewStageC stage;
-  wstring row = u"[\"\u2691\"";
-  for (int i = 0; i < 50000; ++i) row += u", (, \"\", ), \"\"";
-  row.insert(row.rfind(u'"'), u"\u2038");
-  ASSERT_TRUE(stage.setUp(row + u"]"));
-  bytestring const full = stage.bytes();
-  play(stage, u"copy key delete");
-  EXPECT_EQ(toUtf8(stage.notation()), "[\"\u2038\"]");
-  play(stage, u"paste");
-  EXPECT_EQ(stage.bytes(), full);
-  Node4C const* const items = stage.refView().crefRoot().child(0);
-  stage.refView().selectRange(items->child(40000), 0, items->child(120000), 0);
-  play(stage, u"key delete undo");
-  EXPECT_EQ(stage.bytes(), full);
-}
-
-// ---- Snapshots --------------------------------------------------------------------------------------------
-
-TEST(EditBackup, KeepsACopyOrWhatItIsGiven) {
-  ViewStageC stage;
-  ASSERT_TRUE(stage.setUp(u"[\"a\", /<[\"b\u2038\"] ; [\"\u2691c\"]>, \"\"]"));
-  auto& view = stage.refView();
-  std::unique_ptr<Node4C> root(view.crefRoot().clone());
-  Node4C* const fraction = root->child(0)->child(1);
-  Node4C* const caret = fraction->child(0)->child(0);
-  Node4C* const anchor = fraction->child(1)->child(0);
-  {
-    EditBackupC const deep(true, root.get(), caret, 1, anchor, 0);
-    EXPECT_NE(deep.crefRoot(), root.get());
-    EXPECT_EQ(toUtf8(writeTreeNotation(*deep.crefRoot(), deep.getCaretNode(), deep.getCaretPos(),
-                                       deep.getAnchorNode(), deep.getAnchorPos())),
-              toUtf8(stage.notation()));
-    EditBackupC const withoutAnchor(true, root.get(), caret, 1, nullptr, 0);
-    EXPECT_EQ(withoutAnchor.getAnchorNode(), nullptr);
-  }
-  EditBackupC shallow(false, root.get(), caret, 1, anchor, 0);
-  EXPECT_EQ(shallow.crefRoot(), root.get());
-  EXPECT_EQ(shallow.getCaretNode(), caret);
-  EXPECT_EQ(shallow.releaseRoot(), root.get());
-  EXPECT_EQ(shallow.crefRoot(), nullptr);
 }
 
 }  // namespace
