@@ -218,7 +218,9 @@ void SheetView::onFormulaEdited(SheetRow* row, bool continued) {
 
 void SheetView::enterFirstFormula() {
   auto const found = std::find_if(rows_.begin(), rows_.end(), [](SheetRow* row) { return row->formula(); });
-  (found == rows_.end() ? rows_.front() : *found)->enterAtEnd();
+  // The keyboard may come later, with the window.
+  setCurrent(found == rows_.end() ? rows_.front() : *found);
+  current_->enterAtEnd();
 }
 
 // ---- Edits ------------------------------------------------------------------------------------------------

@@ -40,7 +40,12 @@ class FormulaTrialC {
     return field_.setNotation(tree);
   }
 
-  wstring tree() const { return writeTreeNotation(field_.crefView().crefRoot()); }
+  SheetLineS makeLine(wstring const& prefix, wstring const& tree) {
+    field_.setExpression(nullptr);
+    bool const readable = prefix.empty() || show(prefix);
+    bool const tellsAll = readable && writeTreeNotation(field_.crefView().crefRoot()) == tree;
+    return {SHEET_FORMULA, {}, prefix, tellsAll ? wstring() : tree};
+  }
   wstring prefix() {
     auto const expression = field_.getExpression();
     return expression ? expression->toPrefixString() : wstring();
@@ -150,11 +155,13 @@ class SheetReaderC {
     }
     if (isTooLong(SHEET_FORMULA, tree)) return fail(SHEET_ERROR_LONG_LINE);
     if (!trial_.showTree(tree)) return fail(SHEET_ERROR_BAD_TREE);
-    wstring& prefix = sheet_.back().prefix;
     wstring const shown = trial_.prefix();
-    if (prefix.empty()) prefix = shown;
+    if (sheet_.back().prefix.empty()) {
+      sheet_.back() = trial_.makeLine(shown, tree);
+      return true;
+    }
     // Somebody may have changed the expression by hand, if it is not the damage that did.
-    if (prefix != shown) return !salvages_;
+    if (sheet_.back().prefix != shown) return !salvages_;
     sheet_.back().tree = tree;
     return true;
   }
@@ -273,9 +280,7 @@ wstring writeSheet(SheetT const& sheet) {
 }
 
 SheetLineS makeFormulaLine(wstring const& prefix, wstring const& tree) {
-  FormulaTrialC trial;
-  bool const tellsAll = (prefix.empty() || trial.show(prefix)) && trial.tree() == tree;
-  return {SHEET_FORMULA, {}, prefix, tellsAll ? wstring() : tree};
+  return FormulaTrialC().makeLine(prefix, tree);
 }
 
 }  // namespace zolt::field
