@@ -43,9 +43,10 @@ class FormulaTrialC {
   SheetLineS makeLine(wstring const& prefix, wstring const& tree) {
     field_.setExpression(nullptr);
     bool const readable = prefix.empty() || show(prefix);
-    bool const tellsAll = readable && writeTreeNotation(field_.crefView().crefRoot()) == tree;
+    bool const tellsAll = readable && this->tree() == tree;
     return {SHEET_FORMULA, {}, prefix, tellsAll ? wstring() : tree};
   }
+  wstring tree() const { return writeTreeNotation(field_.crefView().crefRoot()); }
   wstring prefix() {
     auto const expression = field_.getExpression();
     return expression ? expression->toPrefixString() : wstring();
@@ -149,12 +150,14 @@ class SheetReaderC {
     return true;
   }
 
-  bool readTree(wstring const& tree) {
+  bool readTree(wstring const& text) {
     if (sheet_.empty() || sheet_.back().kind != SHEET_FORMULA || !sheet_.back().tree.empty()) {
       return fail(SHEET_ERROR_STRAY_TREE);
     }
-    if (isTooLong(SHEET_FORMULA, tree)) return fail(SHEET_ERROR_LONG_LINE);
-    if (!trial_.showTree(tree)) return fail(SHEET_ERROR_BAD_TREE);
+    if (isTooLong(SHEET_FORMULA, text)) return fail(SHEET_ERROR_LONG_LINE);
+    if (!trial_.showTree(text)) return fail(SHEET_ERROR_BAD_TREE);
+    // Texts may hold characters as they are that would not be written so, line ends among them.
+    wstring const tree = trial_.tree();
     wstring const shown = trial_.prefix();
     if (sheet_.back().prefix.empty()) {
       sheet_.back() = trial_.makeLine(shown, tree);
