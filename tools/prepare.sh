@@ -16,6 +16,8 @@ packages_for() {
     desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
     test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev" ;;
     clang) echo 'clang++=clang' ;;
+    arm32) echo 'arm-linux-gnueabihf-g++=g++-arm-linux-gnueabihf qemu-arm=qemu-user googletest' ;;
+    wasm-test) echo 'em++=emscripten node=nodejs googletest' ;;
     tidy) echo 'clang++=clang clang-tidy=clang-tidy' ;;
     coverage) echo 'gcovr=gcovr' ;;
     fuzz) echo 'clang++=clang libclang-rt-dev' ;;
