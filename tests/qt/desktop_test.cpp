@@ -183,6 +183,9 @@ class DesktopTest final : public QObject {
     QCOMPARE(prefixes(view), QStringList{QString()});
     while (view.history().canUndo()) view.history().undo();
     QCOMPARE(prefixes(view), (QStringList{"a", "b"}));
+    // Opening another sheet can be stopped.
+    QVERIFY(!view.setSheet(Sheet(5), [](qsizetype made) { return made < 3; }));
+    QCOMPARE(prefixes(view), (QStringList{"a", "b"}));
   }
 
   void keysLeadFromLineToLine() {

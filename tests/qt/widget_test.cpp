@@ -32,7 +32,7 @@ namespace {
 
 /// A window with a formula field between two other fields.
 struct StageS {
-  StageS() {
+  explicit StageS(char const* keys = "") {
     auto* const layout = new QVBoxLayout(&window);
     layout->addWidget(before = new QLineEdit);
     layout->addWidget(edit = new FormulaEdit);
@@ -42,6 +42,16 @@ struct StageS {
     QApplication::setActiveWindow(&window);
     edit->setFocus();
     [[maybe_unused]] bool const active = QTest::qWaitForWindowActive(&window);
+    press(edit, QLatin1String(keys));
+  }
+
+  /// Whether the field accepts it.
+  template <class EventT, class... ArgumentsT>
+  bool send(ArgumentsT&&... arguments) const {
+    EventT event(std::forward<ArgumentsT>(arguments)...);
+    event.ignore();
+    QApplication::sendEvent(edit, &event);
+    return event.isAccepted();
   }
 
   void commit(QString const& text) const {
@@ -136,8 +146,7 @@ class WidgetTest final : public QObject {
   }
 
   void fieldsCanBeReadOnly() {
-    StageS stage;
-    press(stage.edit, QStringLiteral("a+b"));
+    StageS stage("a+b");
     stage.edit->setReadOnly(true);
     press(stage.edit, QStringLiteral("c{Backspace}"));
     stage.commit(QStringLiteral("d"));
@@ -155,10 +164,7 @@ class WidgetTest final : public QObject {
     stage.edit->setUndoRedoEnabled(false);
     press(stage.edit, QStringLiteral("ab{Ctrl+Z}"));
     QCOMPARE(stage.edit->prefix(), QStringLiteral("ab"));
-    QKeyEvent override(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier);
-    override.ignore();
-    QApplication::sendEvent(stage.edit, &override);
-    QVERIFY(!override.isAccepted());
+    QVERIFY(!stage.send<QKeyEvent>(QEvent::ShortcutOverride, Qt::Key_Z, Qt::ControlModifier));
   }
 
   void tabLeadsThroughSlotsAndThenOn() {
@@ -177,21 +183,15 @@ class WidgetTest final : public QObject {
     StageS stage;
     stage.edit->setExpression(QStringLiteral("x/y"));
     stage.edit->runCommand(field::COMMAND_FORMULA_START);
-    auto const isTaken = [&](int key) {
-      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-      press.accept();
-      QApplication::sendEvent(stage.edit, &press);
-      return press.isAccepted();
-    };
-    QVERIFY(isTaken(Qt::Key_Up));
-    QVERIFY(!isTaken(Qt::Key_Up));
-    QVERIFY(isTaken(Qt::Key_Down));
-    QVERIFY(isTaken(Qt::Key_Left));
-    QKeyEvent menu(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i"));
-    menu.ignore();
-    QApplication::sendEvent(stage.edit, &menu);
-    QVERIFY(!menu.isAccepted());
-    QVERIFY(!isTaken(Qt::Key_F5));
+    for (auto const& [key, taken] : {std::pair{Qt::Key_Up, true},
+                                     {Qt::Key_Up, false},
+                                     {Qt::Key_Down, true},
+                                     {Qt::Key_Left, true},
+                                     {Qt::Key_F5, false}}) {
+      QCOMPARE(stage.send<QKeyEvent>(QEvent::KeyPress, key, Qt::NoModifier), taken);
+    }
+    QVERIFY(
+        !stage.send<QKeyEvent>(QEvent::ShortcutOverride, Qt::Key_I, Qt::AltModifier, QStringLiteral("i")));
   }
 
   void enterChecks() {
@@ -209,8 +209,7 @@ class WidgetTest final : public QObject {
   }
 
   void constraintsHold() {
-    StageS stage;
-    QTest::keyClicks(stage.edit, "1+");
+    StageS stage("1+");
     stage.edit->setConstraints(new RefusesSevens);
     QCOMPARE(stage.edit->tree(), QStringLiteral("[\"1+\"]"));
     QTest::keyClick(stage.edit, Qt::Key_End);
@@ -219,10 +218,7 @@ class WidgetTest final : public QObject {
   }
 
   void pointerPlacesAndSelects() {
-    StageS stage;
-    stage.edit->setExpression(QStringLiteral("abc+def"));
-    stage.edit->setFrame(false);
-    QTest::keyClick(stage.edit, Qt::Key_End);
+    StageS stage("abc+def{End}");
     QPoint const end = stage.edit->caretRectangle().center();
     QTest::keyClick(stage.edit, Qt::Key_Home);
     QPoint const start = stage.edit->caretRectangle().center();
@@ -265,31 +261,25 @@ class WidgetTest final : public QObject {
   }
 
   void theCaretStaysInSight() {
-    StageS stage;
+    StageS stage(QByteArray("abc+").repeated(40));
     stage.edit->setPlaceholderText(QStringLiteral("Formula"));
-    for (int i = 0; i < 40; ++i) QTest::keyClicks(stage.edit, "abc+");
-    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
-    QTest::keyClick(stage.edit, Qt::Key_Home);
-    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
-    stage.window.resize(200, 200);
-    QTest::keyClick(stage.edit, Qt::Key_End);
-    QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
+    for (char const* const key : {"", "{Home}", "{End}"}) {
+      press(stage.edit, QLatin1String(key));
+      QVERIFY(stage.edit->rect().contains(stage.edit->caretRectangle()));
+      stage.window.resize(200, 200);
+    }
   }
 
   void inputMethodsCompose() {
-    StageS stage;
-    QTest::keyClicks(stage.edit, "x");
-    QInputMethodEvent composing(QStringLiteral("^"), {});
-    QApplication::sendEvent(stage.edit, &composing);
+    StageS stage("x");
+    stage.send<QInputMethodEvent>(QStringLiteral("^"), QList<QInputMethodEvent::Attribute>());
     QCOMPARE(stage.edit->prefix(), QStringLiteral("x"));
     stage.commit(QStringLiteral("^"));
     QTest::keyClicks(stage.edit, "2");
     QCOMPARE(stage.edit->prefix(), QStringLiteral("^(x,2)"));
     // A dead key that met the letter behind it.
-    QTest::keyClick(stage.edit, Qt::Key_End);
-    QTest::keyClicks(stage.edit, "+a");
-    QKeyEvent dead(QEvent::KeyPress, Qt::Key_Dead_Circumflex, Qt::NoModifier);
-    QApplication::sendEvent(stage.edit, &dead);
+    press(stage.edit, QStringLiteral("{End}+a"));
+    stage.send<QKeyEvent>(QEvent::KeyPress, Qt::Key_Dead_Circumflex, Qt::NoModifier);
     stage.commit(QStringLiteral("ê"));
     QCOMPARE(stage.edit->prefix(), QStringLiteral("+(^(x,2),^(a,e))"));
     QRect const caret = stage.edit->inputMethodQuery(Qt::ImCursorRectangle).toRect();
@@ -324,47 +314,40 @@ class WidgetTest final : public QObject {
   void pastesOrSaysWhyNot() {
     StageS stage;
     QSignalSpy errors(stage.edit, &FormulaEdit::errorOccurred);
-    QGuiApplication::clipboard()->setText(QStringLiteral("(a+b)/c"));
-    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
-    QGuiApplication::clipboard()->setText(QStringLiteral("see §3/4 below"));
-    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(errors.count(), 1);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
-
     auto* const hostile = new QMimeData;
     hostile->setData(QLatin1String(qt::formula_mime_type), QByteArray(5000, '\x01'));
     hostile->setData(QLatin1String(qt::prefix_mime_type), QByteArray("+(a,"));
-    QGuiApplication::clipboard()->setMimeData(hostile);
-    QTest::keyClick(stage.edit, Qt::Key_V, Qt::ControlModifier);
-    QCOMPARE(errors.count(), 2);
-    QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
+    auto* const sound = new QMimeData;
+    sound->setText(QStringLiteral("(a+b)/c"));
+    auto* const text = new QMimeData;
+    text->setText(QStringLiteral("see §3/4 below"));
+    int refused = 0;
+    for (QMimeData* const data : {sound, text, hostile}) {
+      QGuiApplication::clipboard()->setMimeData(data);
+      press(stage.edit, QStringLiteral("{Ctrl+V}"));
+      QCOMPARE(stage.edit->prefix(), QStringLiteral("/(+(a,b),c)"));
+      QCOMPARE(errors.count(), refused++);
+    }
   }
 
   void dropsGoWhereTheyFall() {
-    StageS stage;
-    stage.edit->setExpression(QStringLiteral("a+b"));
-    QTest::keyClick(stage.edit, Qt::Key_Home);
+    StageS stage("a+b{Home}");
     QPointF const start = stage.edit->caretRectangle().center();
-    QTest::keyClick(stage.edit, Qt::Key_End);
+    press(stage.edit, QStringLiteral("{End}"));
     QMimeData data;
     data.setText(QStringLiteral("x/y"));
-    QDragEnterEvent enter(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(stage.edit, &enter);
-    QVERIFY(enter.isAccepted());
+    auto const enters = [&] {
+      return stage.send<QDragEnterEvent>(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton,
+                                         Qt::NoModifier);
+    };
+    QVERIFY(enters());
     QString const before = stage.edit->tree();
-    QDragMoveEvent move(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(stage.edit, &move);
+    stage.send<QDragMoveEvent>(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCOMPARE(stage.edit->tree(), before);
-    QDropEvent drop(start, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(stage.edit, &drop);
+    stage.send<QDropEvent>(start, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QVERIFY(stage.edit->tree().startsWith(QLatin1String("[\"\", /<[\"x\"] ; [\"y\"]>, \"a+b\"")));
-
     stage.edit->setReadOnly(true);
-    QDragEnterEvent refused(start.toPoint(), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    refused.ignore();
-    QApplication::sendEvent(stage.edit, &refused);
-    QVERIFY(!refused.isAccepted());
+    QVERIFY(!enters());
   }
 
   void selectionsMoveWithinTheField() {
@@ -445,8 +428,7 @@ class WidgetTest final : public QObject {
   }
 
   void screenReadersReadIt() {
-    StageS stage;
-    QTest::keyClicks(stage.edit, "x+1/2");
+    StageS stage("x+1/2");
     QAccessibleInterface* const interface = QAccessible::queryAccessibleInterface(stage.edit);
     QVERIFY(interface);
     QCOMPARE(interface->role(), QAccessible::EditableText);

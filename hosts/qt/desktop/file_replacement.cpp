@@ -112,7 +112,8 @@ bool createDraft(QByteArray const& path, mode_t mode, Descriptor& draft) {
       if (errno != ELOOP || ::unlink(path) != 0) return false;  // a link: not from us
       continue;
     }
-    if (::flock(draft.number(), LOCK_EX | LOCK_NB) != 0) return false;
+    // Where there are no locks, nobody else has one.
+    if (::flock(draft.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
     // Who held the lock before may have given the file its final name, and who came between have removed it.
     struct stat ours {
     }, there{};
@@ -148,7 +149,8 @@ bool takeOver(int draft, struct stat const& before) {
       ::fchown(draft, before.st_uid, before.st_gid) == 0 || ::fchown(draft, uid_t(-1), before.st_gid) == 0;
   // To another group than before only what everybody may do may go.
   mode_t const mode = before.st_mode & 0777u;
-  return ::fchmod(draft, owned ? mode : mode & ~mode_t(070)) == 0;
+  // A file system without permissions refuses, and has nothing to lose by it.
+  return ::fchmod(draft, owned ? mode : mode & ~mode_t(070)) == 0 || errno == EPERM || errno == ENOTSUP;
 }
 
 bool replace(QByteArray const& target, QByteArray const& draftName, QByteArray const& bytes) {
