@@ -225,6 +225,16 @@ class RecoveryTest final : public QObject {
     QCOMPARE(contents(path), sampleBytes());
     QVERIFY(window.save() && !window.isWindowModified());
     QCOMPARE(loadSheet(path, error)->size(), 7);
+
+    // What others have saved meanwhile is not replaced unasked.
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(9), QFileDevice::FileModificationTime));
+    for (char const* const button : {"Cancel", "Replace"}) {
+      DialogAnswer answer(button);
+      QCOMPARE(window.save(), *button == 'R');
+      QCOMPARE(answer.count, 1);
+    }
   }
 
   void whatIsReadableOfADamagedSheetOpens() {

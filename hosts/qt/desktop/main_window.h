@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QHash>
 #include <QMainWindow>
 #include <QTimer>
@@ -108,6 +109,8 @@ class MainWindow final : public QMainWindow {
   bool showSheet(Sheet const& sheet, QString const& path);
   bool openDamaged(QString const& path, Sheet const& readable, QString const& why);
   bool saveTo(QString const& path);
+  /// Asks when somebody else has changed the file meanwhile; false: do not replace it.
+  bool mayReplace(QString const& path);
   void setPath(QString const& path);
   QStringList recentFiles() const;
   void addRecentFile(QString const& path);
@@ -133,6 +136,7 @@ class MainWindow final : public QMainWindow {
   QToolButton* zoomLabel_ = nullptr;
   QTimer statusTimer_;
   QString path_;
+  QDateTime savedAt_;  // of the file as this window knows it; invalid: it does not know
   Appearance appearance_ = Appearance::System;
   bool decimalComma_ = false;
   bool mayPaste_ = false;

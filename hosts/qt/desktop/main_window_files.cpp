@@ -124,6 +124,7 @@ bool MainWindow::showSheet(Sheet const& sheet, QString const& path) {
 
 void MainWindow::showRecovered(RecoveredSheet const& recovered, std::unique_ptr<RecoveryFile> file) {
   if (!showSheet(recovered.sheet, recovered.path)) return;
+  savedAt_ = {};
   if (recovery_ && file) recovery_->adopt(std::move(file));
   view_->setUnsaved();
 }
@@ -140,7 +141,23 @@ bool MainWindow::saveAs() {
   return !path.isEmpty() && saveTo(path);
 }
 
+bool MainWindow::mayReplace(QString const& path) {
+  QFileInfo const file(path);
+  bool const known = path == path_ && savedAt_.isValid();
+  if (!known || !file.isFile() || file.lastModified() == savedAt_) return true;
+  QMessageBox question(
+      QMessageBox::Warning, tr("Changed Meanwhile"),
+      tr("%1 has been changed by another program or window.").arg(QDir::toNativeSeparators(path)),
+      QMessageBox::Cancel, this);
+  question.setInformativeText(tr("Replacing it gives up what was changed there."));
+  question.addButton(tr("&Replace"), QMessageBox::DestructiveRole);
+  question.setDefaultButton(QMessageBox::Cancel);
+  question.exec();
+  return question.buttonRole(question.clickedButton()) == QMessageBox::DestructiveRole;
+}
+
 bool MainWindow::saveTo(QString const& path) {
+  if (!mayReplace(path)) return false;
   QString error;
   if (!saveSheet(path, view_->sheet(), error)) {
     QMessageBox message(QMessageBox::Warning, tr("Not Saved"),
@@ -195,6 +212,7 @@ QString MainWindow::askPathToWrite(QString const& title, QString const& filter, 
 
 void MainWindow::setPath(QString const& path) {
   path_ = path;
+  savedAt_ = path.isEmpty() ? QDateTime() : QFileInfo(path).lastModified();
   if (recovery_) recovery_->setPath(path.isEmpty() ? path : QFileInfo(path).absoluteFilePath());
   QString const name = path.isEmpty() ? tr("Untitled") : QFileInfo(path).fileName();
   setWindowTitle(tr("%1[*] – zolt ved").arg(name));
