@@ -1,9 +1,12 @@
 // How much memory hostile input can make the component ask for: a multiple of its size that does not grow
-// with it. docs/reliability.md states the multiples.
+// with it (docs/reliability.md states the multiples). And what large acts leave behind when there is not
+// enough; small ones are what fuzzing/fuzz_memory.cpp tries.
 
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
+#include <new>
 
 #include "fuzzing/trip.h"
 #include "tests/support/allocations.h"
@@ -152,6 +155,52 @@ TEST(Amplification, MemoryIsInProportion) {
   RecordProperty("clipboard bytes", std::to_string(worst));
   EXPECT_LT(worst, 80) << "clipboard bytes";
 }
+
+#if defined(__cpp_exceptions) && !defined(ZOLT_BARE_CORE)
+
+TEST(ScarceMemory, LargeActsAreAllOrNothing) {
+  prepare();
+  ViewZNT4C view(makeSurface());
+  wstring sum = u"a";
+  for (int i = 0; i < 3000; ++i) sum += u"+1/b";
+  wstring deep = u"x";
+  for (int i = 0; i < 300; ++i) deep = u"sqrt(" + deep + u")";
+  auto const sumExpression = exchange::fromPlainText(sum, nullptr);
+  auto const deepExpression = exchange::fromPlainText(deep, nullptr);
+  bytestring bytes;
+  std::function<void()> const acts[] = {
+      [&] { view.insertText(wstring(500, u'(')); },
+      [&] { view.paste(sumExpression); },
+      [&] { view.getExpressionSize(); },
+      [&] { view.getAlgebraicExpression(nullptr); },
+      [&] { view.undo(); },
+      [&] { view.redo(); },
+      [&] { view.display(0, 0); },
+      [&] {
+        view.setAlgebraicExpression(deepExpression, nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+      },
+      [&] { view.copy(bytes); },
+      [&] { view.paste(bytes); },
+  };
+  auto const isDone = [](std::function<void()> const& act, std::size_t allocations) {
+    tests::ScarceHeapC const heap(allocations);
+    try {
+      act();
+    } catch (std::bad_alloc const&) {
+      return false;
+    }
+    return true;
+  };
+  for (auto const& act : acts) {
+    bytestring const before = writeBytes(view.crefRoot());
+    for (std::size_t n = 0; !isDone(act, n); n += 1 + n / 8) {
+      EXPECT_EQ(writeBytes(view.crefRoot()), before) << n;
+    }
+    EXPECT_EQ(checkInvariants(view.crefRoot()), "");
+  }
+}
+
+#endif
 
 }  // namespace
 }  // namespace zolt::fuzz
