@@ -54,11 +54,13 @@ class PlacerC {
     std::int64_t natural = 0;
     for (RuledCharS const& letter : run) natural += glyphOf(letter, upright).advance;
     std::int64_t const start = run.front().start, room = run.back().end - start;
+    // A run that was measured as the beginning of a name and did not become one is spread over that room. The
+    // products of a long run do not fit an integer.
+    double const stretch = natural == 0 ? 0 : double(room) / double(natural);
     std::int64_t used = 0;
     for (RuledCharS const& letter : run) {
       FaceGlyphS const& glyph = glyphOf(letter, upright);
-      // A run that was measured as the beginning of a name and did not become one is spread over that room.
-      append(CLASS_LETTER, glyph, start + (natural == 0 ? 0 : used * room / natural), false);
+      append(CLASS_LETTER, glyph, start + std::int64_t(double(used) * stretch), false);
       used += glyph.advance;
     }
   }

@@ -1,5 +1,7 @@
 #include "zolt/surfaces/typeset/detail/char_table.h"
 
+#include <algorithm>
+
 #include "zolt/surfaces/utf.h"
 
 namespace zolt::surfaces {
@@ -8,6 +10,8 @@ namespace {
 
 constexpr int missing_advance = em_parts / 2;
 constexpr int slot_advance = em_parts * 6 / 10;
+/// What a damaged font says beyond that would not fit.
+constexpr std::int64_t widest_advance = 100 * std::int64_t{em_parts};
 /// Primes stand as small and as high as an exponent.
 constexpr int prime_percent = 75;
 
@@ -156,7 +160,9 @@ bool CharTableC::findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& foun
   SfntFontC const& font = fonts_->getFont(face);
   std::uint16_t const glyph = font.findGlyph(codePoint);
   if (glyph == SfntFontC::no_glyph) return false;
-  auto const toParts = [&](int units) { return int(std::int64_t(units) * em_parts / font.getUnitsPerEm()); };
+  auto const toParts = [&](int units) {
+    return int(std::min(std::int64_t(units) * em_parts / font.getUnitsPerEm(), widest_advance));
+  };
   found = {std::uint8_t(face), glyph, codePoint, toParts(font.getAdvance(glyph)),
            toParts(font.getOverhang(glyph))};
   return true;
