@@ -79,7 +79,8 @@ class FormulaFieldC {
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
   /// One typed character, by the rules of typing.
   bool typeCharacter(char16_t c);
-  /// A text from an input method: typed as one act.
+  /// A text from an input method: typed as one act; one longer than `limits::max_typed_text` comes in as it
+  /// stands.
   bool insertText(wstring const& text);
   /// Inserts the operator of that name, as a palette does.
   bool insertOperator(wstring const& name);
