@@ -2,11 +2,9 @@
 
 #include <algorithm>
 #include <memory>
-#include <set>
 #include <string>
 #include <vector>
 
-#include "tests/support/allocations.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
 #include "zolt/oss/byte_format.h"
@@ -15,8 +13,6 @@
 
 namespace zolt::oss {
 namespace {
-
-using tests::AllocationsS;
 
 // A tree of boxes with a number and a label, as simple as an object with parts can be.
 class BoxC : public SerializableABC {
@@ -194,34 +190,6 @@ TEST(ObjectStreams, WritersFailOnWhatTheFormCannotHold) {
   PointerTC<ObjectOutputStreamABC> out = new BinaryOutputStreamC(new FullStreamC);
   sample().writeObject(out);
   EXPECT_TRUE(out->isError());
-}
-
-TEST(ObjectStreams, SurviveAnyBytes) {
-  auto const read = [](bytestring const& bytes) {
-    PointerTC<ObjectInputStreamABC> in = readerOf(bytes);
-    BoxC box;
-    AllocationsS::reset();
-    bool const ok = box.readObject(in);
-    EXPECT_EQ(ok, !in->isError());
-    EXPECT_LE(AllocationsS::get().largest, 16 * sampleBytes.size());
-    return ok;
-  };
-  for (std::size_t length = 0; length < sampleBytes.size(); ++length) {
-    EXPECT_FALSE(read(sampleBytes.substr(0, length))) << "cut to " << length;
-  }
-  // A number or a character is as good as any other; a tag, a kind and a count of parts are not.
-  std::set<std::size_t> const structure = {0,  1,  2,  3,  6,  11, 12, 13,
-                                           14, 15, 16, 19, 22, 33, 38, sampleBytes.size() - 1};
-  for (std::size_t at = 0; at < sampleBytes.size(); ++at) {
-    for (int value = 0; value < 256; ++value) {
-      bytestring bytes = sampleBytes;
-      bytes[at] = static_cast<unsigned char>(value);
-      bool const ok = read(bytes);
-      if (structure.count(at) > 0) {
-        EXPECT_EQ(ok, bytes == sampleBytes) << at << " is " << value;
-      }
-    }
-  }
 }
 
 TEST(SerializableObjects, AreMadeByTheirId) {

@@ -193,30 +193,5 @@ TEST(FontSet, LooksInTheFolderOfTheEnvironmentFirst) {
   EXPECT_EQ(folders[1], "/second");
 }
 
-TEST(SfntFont, SurvivesDamagedFiles) {
-  oss::PointerTC<TypesetterC> const typesetter = makeTypesetter();
-  std::string const whole = typesetter->getFonts().getFont(FACE_MATH).getBytes();
-  std::string error;
-  SfntFontC font;
-  auto const use = [&] {
-    int sum = 0;
-    for (char32_t c = 0; c < 0x500; ++c) sum += font.getAdvance(font.findGlyph(c));
-    return sum;
-  };
-  for (std::size_t length = 0; length < whole.size(); length += length < 600 ? 1 : 499) {
-    font.parse(whole.substr(0, length), error);
-    EXPECT_GE(use(), 0);
-  }
-  EXPECT_FALSE(font.parse(whole.substr(0, whole.size() / 2), error));
-  EXPECT_EQ(use(), 0) << "what could not be read has no glyphs";
-  std::mt19937 random(11);
-  for (int i = 0; i < 2000; ++i) {
-    std::string damaged = whole;
-    for (int k = 0; k < 6; ++k) damaged[random() % 1200] = char(random());
-    font.parse(damaged, error);
-    EXPECT_GE(use(), 0);
-  }
-}
-
 }  // namespace
 }  // namespace zolt::surfaces
