@@ -1,6 +1,7 @@
-// The cost of a key in formulas of growing size: a character typed, a caret move and a character erased in
-// the middle of a sum of fractions, each with the layout that follows and without drawing. Prints processor
-// time, texts measured and allocations an event.
+// The cost of a key in formulas of growing size, in the middle of a sum of fractions, each with the layout
+// that follows and without drawing: a character typed, a caret move and a character erased in a numerator, a
+// step taken back and brought back; and between two fractions a root and a bracket, each taken away again,
+// and a character behind a bracket that is still open. Prints processor time, texts measured and allocations.
 
 #include <algorithm>
 #include <cstdio>
@@ -38,6 +39,14 @@ void placeInTheMiddle(ViewZNT4C& view) {
   unsigned long i = row.numChildren() / 2;
   while (row.child(i)->getType() != NODE4_OPERATOR) ++i;
   view.selectRange(nullptr, 0, row.child(i)->child(0)->child(0), 1);
+}
+
+/// The caret between two fractions there.
+void placeInTheRow(ViewZNT4C& view) {
+  Node4C const& row = *view.crefRoot().child(0);
+  unsigned long i = row.numChildren() / 2;
+  while (row.child(i)->getType() != NODE4_TEXT) ++i;
+  view.selectRange(nullptr, 0, row.child(i), static_cast<unsigned>(row.child(i)->sizeText()));
 }
 
 struct CostS {
@@ -84,6 +93,23 @@ void measureKeys(long terms) {
   bool left = false;
   print(terms, "caret", measure(*surface, view, [&] { key((left = !left) ? KEY_LEFT : KEY_RIGHT); }));
   print(terms, "backspace", measure(*surface, view, [&] { key(KEY_BACKSPACE); }));
+  print(terms, "undo, redo", measure(*surface, view, [&] {
+          view.undo();
+          view.redo();
+        }));
+
+  placeInTheRow(view);
+  auto const type = [&view](char16_t c) { view.addEvent(EVENT_CHAR, c, false, false, false, 0, 0); };
+  print(terms, "root, back", measure(*surface, view, [&] {
+          view.insertText(u"sqrt");
+          key(KEY_BACKSPACE);
+        }));
+  print(terms, "open, back", measure(*surface, view, [&] {
+          type(u'(');
+          key(KEY_BACKSPACE);
+        }));
+  type(u'(');
+  print(terms, "in bracket", measure(*surface, view, [&] { type(u'y'); }));
 }
 
 }  // namespace

@@ -125,7 +125,7 @@ TEST(Amplification, MemoryIsInProportion) {
       {"event script", readScript, 50, {{u"", u"cut ", u""}, {u"", u"undo\n", u""}}},
       {"sheet",
        readSheet,
-       650,
+       800,
        {{u"zolt-sheet 1\n", u"text\n", u""},
         {u"zolt-sheet 1\n", u"formula x\n", u""},
         {u"zolt-sheet 1\nformula\ntree [", u"(,", u"\"\"]\n"}}},

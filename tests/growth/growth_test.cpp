@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <iterator>
 #include <memory>
 
@@ -270,6 +271,26 @@ TEST_P(Growth, ToAHundredThousandItems) {
 }
 
 // Where the caret goes next does not depend on what is far away.
+// A hundred times as much formula takes a key at most five times the work: only what it changed is looked at.
+TEST(GrowthOfAKey, FollowsTheEdit) {
+  for (char const* const name : {"fractions", "exponents", "brackets", "names"}) {
+    auto const shape = std::find_if(std::begin(shapes), std::end(shapes),
+                                    [&](ShapeS const& one) { return one.name == std::string(name); });
+    ASSERT_NE(shape, std::end(shapes));
+    // A leaf or two for each item.
+    SubjectC small(*shape, small_size / 2);
+    SubjectC largest(*shape, largest_size / 2);
+    for (wstring const script : {u"char x", u"key backspace", u"char +", u"op sqrt", u"key left", u"undo"}) {
+      ActS const act{toUtf8(script), u"char y", script};
+      unsigned long const least = small.cost(act).act;
+      unsigned long const most = largest.cost(act).act;
+      // An item more also moves the pointers to those behind it.
+      unsigned long const growth = script == u"op sqrt" ? 8 : 5;
+      EXPECT_LE(most, growth * least) << name << ": " << act.name << ", from " << least << " steps";
+    }
+  }
+}
+
 TEST_P(Growth, OfNoCaretMove) {
   SubjectC large(GetParam(), large_size);
   for (wstring const script : {u"left", u"right", u"up", u"down", u"word-left", u"word-right", u"home",

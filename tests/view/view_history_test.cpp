@@ -4,49 +4,13 @@
 
 #include "tests/support/cases.h"
 #include "tests/support/view_stage.h"
-#include "zolt/ved/view/detail/byte_delta.h"
+#include "zolt/ved/tree/tree_notation.h"
 #include "zolt/ved/view/edit_history.h"
 
 namespace zolt::tests {
 namespace {
 
 using namespace math::ved;
-using oss::bytestring;
-
-bytestring randomBytes(std::mt19937& random, std::size_t size, unsigned letters) {
-  bytestring bytes;
-  for (std::size_t i = 0; i < size; ++i) bytes += static_cast<unsigned char>(random() % letters);
-  return bytes;
-}
-
-TEST(ByteDelta, TurnsEitherStringIntoTheOther) {
-  std::mt19937 random(1);
-  for (int round = 0; round < 3000; ++round) {
-    // Few different bytes make false matches likely.
-    unsigned const letters = round % 2 ? 3 : 200;
-    bytestring const before = randomBytes(random, random() % 300, letters);
-    bytestring after = before;
-    for (auto edits = random() % 6; edits > 0; --edits) {
-      std::size_t const at = random() % (after.size() + 1);
-      after.replace(at, random() % 90, randomBytes(random, random() % 90, letters));
-    }
-    bytestring const delta = makeDelta(before, after);
-    EXPECT_EQ(applyDelta(before, delta, false), after);
-    EXPECT_EQ(applyDelta(after, delta, true), before);
-    EXPECT_EQ(delta.empty(), before == after);
-  }
-}
-
-TEST(ByteDelta, IsSmallForFarApartEdits) {
-  std::mt19937 random(2);
-  bytestring const before = randomBytes(random, 100000, 200);
-  bytestring after = before;
-  after.insert(10, 2, 7);
-  after.erase(50000, 3);
-  after.insert(99000, 1, 9);
-  EXPECT_LT(makeDelta(before, after).size(), 40u);
-}
-
 /// A history fed from outside about what a view does.
 class Observed : public testing::Test {
  protected:
@@ -76,8 +40,9 @@ TEST_F(Observed, KeysCostFewBytesInALargeFormula) {
   for (int i = 0; i < 333; ++i) row += u", /<[\"a\"] ; [\"b\"]>, \"+\"";
   ASSERT_TRUE(stage.setUp(row + u"]"));
   // Unmatched brackets change the row's other end as well.
-  EventScriptT const keys[] = {script(u"char x"), script(u"char )"), script(u"char ("), script(u"op sqrt"),
-                               script(u"key backspace")};
+  EventScriptT const keys[] = {script(u"char x"),    script(u"char )"), script(u"char ("),
+                               script(u"op sqrt"),   script(u"char 2"), script(u"key backspace"),
+                               script(u"key delete")};
   EditHistoryC history;
   std::mt19937 random(3);
   unsigned long steps = 0;
@@ -89,7 +54,8 @@ TEST_F(Observed, KeysCostFewBytesInALargeFormula) {
   }
   EXPECT_LE(history.byteSize(), 4ul << 20);
   RecordProperty("bytes_for_1000_steps", static_cast<int>(history.byteSize()));
-  while (history.undo()) --steps;
+  std::unique_ptr<Node4C> const root(stage.refView().crefRoot().clone());
+  for (; history.canUndo(); --steps) history.undo(*root);
   EXPECT_EQ(steps, 0u);
 }
 
@@ -97,16 +63,19 @@ TEST_F(Observed, OldStepsAreForgottenPastTheLimits) {
   ASSERT_TRUE(stage.setUp(u"[\"\u2038\"]"));
   EditHistoryC history(3, 1ul << 20);
   for (char16_t c : wstring(u"abcde")) edit(history, script(wstring(u"char ") + c));
+  std::unique_ptr<Node4C> const root(stage.refView().crefRoot().clone());
   int undone = 0;
-  while (history.undo()) ++undone;
+  for (; history.canUndo(); ++undone) history.undo(*root);
+  EXPECT_EQ(writeTreeNotation(*root), u"[\"ab\"]");
   EXPECT_EQ(undone, 3);
   EXPECT_TRUE(history.canRedo());
   EXPECT_FALSE(history.undoContinues());
 
   EditHistoryC small(1000, 1);
   for (char16_t c : wstring(u"abc")) edit(small, script(wstring(u"char ") + c));
-  EXPECT_TRUE(small.undo()) << "the newest step is kept whatever it takes";
-  EXPECT_FALSE(small.undo());
+  ASSERT_TRUE(small.canUndo()) << "the newest step is kept whatever it takes";
+  small.undo(*std::unique_ptr<Node4C>(stage.refView().crefRoot().clone()));
+  EXPECT_FALSE(small.canUndo());
   small.clear();
   EXPECT_FALSE(small.canUndo());
   EXPECT_FALSE(small.canRedo());
@@ -118,9 +87,10 @@ TEST_F(Observed, BringsBackOperatorsThatTheTableForgot) {
   PointerTC<OperatorBC> const op = stage.refView().crefRoot().child(0)->child(1)->getOperator();
   EditHistoryC history;
   edit(history, script(u"key clear"));
-  auto const state = history.undo();
-  ASSERT_TRUE(state);
-  EXPECT_EQ(state->crefRoot()->child(0)->child(1)->crefOperator(), op.get());
+  ASSERT_TRUE(history.canUndo());
+  std::unique_ptr<Node4C> const root(stage.refView().crefRoot().clone());
+  history.undo(*root);
+  EXPECT_EQ(root->child(0)->child(1)->crefOperator(), op.get());
 }
 
 TEST(ViewHistory, MarksTypingThatGoesOn) {

@@ -13,6 +13,7 @@ namespace {
 
 using namespace field;
 using namespace math::ved;
+using math::algexpr::AlgebraicExpressionC;
 using oss::bytestring;
 
 ScriptStepS textStep(ScriptWordE word, wstring text) {
@@ -123,9 +124,14 @@ bytestring readAndWriteAgain(bytestring const& bytes) {
 
 class RandomSession {
  public:
-  explicit RandomSession(unsigned seed) : person_(seed) {
-    stage_.refView().setAlgebraicExpression(nullptr, nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
-    stage_.refView().display(0, 0);
+  explicit RandomSession(unsigned seed, wstring const& prefix = {}) : person_(seed) {
+    auto const expression = prefix.empty() ? nullptr : AlgebraicExpressionC::fromPrefixString(prefix);
+    auto& view = stage_.refView();
+    view.setAlgebraicExpression(expression, nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+    Node4C const& row = *view.crefRoot().child(0);
+    unsigned long const middle = row.numChildren() / 4 * 2;
+    view.selectRange(nullptr, 0, row.child(middle), 0);
+    view.display(0, 0);
   }
 
   void run(int steps) {
@@ -182,6 +188,18 @@ TEST(ViewProperty, HoldsItsInvariantsWhateverHappens) {
   for (unsigned seed = 1; seed <= 250 && !HasFailure(); ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     RandomSession(seed).run(100);
+  }
+}
+
+// Long rows are kept in stretches, which come and go where the session works.
+TEST(ViewProperty, HoldsItsInvariantsInLongRows) {
+  wstring prefix = u"x";
+  for (int i = 0; i < 90; ++i) {
+    prefix = u"+(+(" + prefix + u",/(a,b)),*(^(_quietpos(+(c,sqrt(d))),2),^(y,n)))";
+  }
+  for (unsigned seed = 1; seed <= 12 && !HasFailure(); ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    RandomSession(seed, prefix).run(60);
   }
 }
 

@@ -11,7 +11,7 @@ constexpr unsigned long max_nested_rows = 1200;
 
 /// How many steps can be undone, and how many bytes they may take together.
 constexpr unsigned long max_history_steps = 10000;
-constexpr unsigned long max_history_bytes = 4ul << 20;
+constexpr unsigned long max_history_bytes = 64ul << 20;
 
 /// How many characters of a text that arrives as one event, as from an input method, follow the rules of
 /// typing; a longer text comes in as it stands. Each character that follows them may look at the whole row.

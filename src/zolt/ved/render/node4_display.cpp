@@ -4,8 +4,8 @@
 namespace zolt::math::ved {
 
 bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {
-  long const left = x + dx_;
-  long const top = y + dy_;
+  long const left = x + getDX();
+  long const top = y + getDY();
   for (Node4C const* child : children_) {
     if (!child->display(graphics, left, top, current)) return false;
   }

@@ -1,4 +1,5 @@
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/render/detail/long_row_layout.h"
 #include "zolt/ved/render/detail/row_layout.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -19,6 +20,7 @@ bool Node4C::needsLayout() const {
 
 bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
   if (!parent_) fontDepth_ = 0;
+  if (index_ && !all) return layoutLongRow(graphics);
   for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
   if (op_) {
     op_->beforeChildrenLayout(this, graphics);
@@ -41,6 +43,7 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
       break;
     case NODE4_LINE:
       RowLayoutC(*this, graphics).layout();
+      if (index_) index_->mark(STALE_LAYOUT);
       break;
     case NODE4_OPERATOR:
       op_->layoutNode4(this, graphics);
@@ -63,7 +66,28 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
     }
   }
   // Last, so that a layout for which memory runs out is begun anew.
-  stale_ &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+  unmark(STALE_LAYOUT);
+  laidOutDepth_ = fontDepth_;
+  return true;
+}
+
+bool Node4C::layoutLongRow(GraphicsABC const& graphics) {
+  if (fontDepth_ != laidOutDepth_) index_->mark(STALE_LAYOUT);
+  for (std::size_t k = 0; k < index_->size(); ++k) {
+    RowStretchS const& stretch = (*index_)[k];
+    if (!(stretch.stale & STALE_LAYOUT)) continue;
+    for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
+      Node4C& item = *children_[i];
+      item.fontDepth_ = fontDepth_;
+      if (item.needsLayout() && !item.layoutNode(graphics, false)) return false;
+    }
+  }
+  selectFont(graphics);
+  if (!LongRowLayoutC(*this, *index_, graphics).layout()) {
+    RowLayoutC(*this, graphics).layout();
+    index_->mark(STALE_LAYOUT);
+  }
+  unmark(STALE_LAYOUT);
   laidOutDepth_ = fontDepth_;
   return true;
 }

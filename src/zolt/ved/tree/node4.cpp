@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/node4.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "zolt/ved/operators/operator.h"
@@ -110,18 +111,19 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   if (!node) return;
   node->parent_ = this;
   node->slotHint_ = static_cast<std::uint32_t>(i);
+  node->stretch_ = index_ ? &index_->at(i) : nullptr;
 }
 
 void Node4C::setChild(unsigned long i, Node4C* node) {
   touch(STALE_ALL);
+  if (index_) index_->noteChanged(i, STALE_ALL);
   adopt(i, node);
 }
 
 void Node4C::replaceChild(unsigned long i, Node4C* node) {
   Node4C* const old = children_[i];
   if (old == node) return;
-  touch(STALE_ALL);
-  adopt(i, node);
+  setChild(i, node);
   delete old;
 }
 
@@ -129,32 +131,35 @@ void Node4C::insertChild(unsigned long i, Node4C* node) {
   std::unique_ptr<Node4C> held(node);
   touch(STALE_ALL);
   children_.insertSlots(i, 1);
+  if (index_) index_->noteInserted(i, 1, STALE_ALL);
   adopt(i, held.release());
 }
 
 void Node4C::removeChild(unsigned long i) {
   touch(STALE_ALL);
   children_[i]->parent_ = nullptr;
+  children_[i]->stretch_ = nullptr;
+  if (index_) index_->noteRemoved(i, 1, STALE_ALL);
   children_.erase(i);
 }
 
-void Node4C::deleteChild(unsigned long i) {
-  touch(STALE_ALL);
-  Node4C* const old = children_[i];
-  children_.erase(i);
-  delete old;
-}
+void Node4C::deleteChild(unsigned long i) { deleteChildren(i, 1); }
 
 void Node4C::deleteChildren(unsigned long i, unsigned long count) {
   touch(STALE_ALL);
   for (unsigned long k = i; k < i + count; ++k) delete children_[k];
+  if (index_) index_->noteRemoved(i, count, STALE_ALL);
   children_.erase(i, count);
 }
 
 Node4C* Node4C::cutChild(unsigned long i) {
   Node4C* const node = children_[i];
   touch(STALE_ALL);
-  if (node) node->stale_ = STALE_ALL;
+  if (index_) index_->noteChanged(i, STALE_ALL);
+  if (node) {
+    node->stale_ = STALE_ALL;
+    node->stretch_ = nullptr;
+  }
   children_[i] = nullptr;
   return node;
 }
@@ -164,6 +169,7 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   touch(STALE_ALL);
   unsigned long const count = row->numChildren();
   children_.insertSlots(i, count);
+  if (index_) index_->noteInserted(i, count, STALE_ALL);
   for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);
   row->children_.clear();
 }
@@ -171,6 +177,8 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
 // Siblings move when a row is edited, so the place where a node last stood is only a hint. It is exact in an
 // unchanged row and near after a few edits. When it is far off, the row was built or changed as a whole: then
 // all siblings learn their places at once, since the next one to be asked would have to search as far.
+//
+// In a long row the stretch says where to look.
 unsigned long Node4C::findChildNumber() const {
   constexpr std::size_t farthest = 8;
   if (!parent_) return 0;
@@ -180,6 +188,11 @@ unsigned long Node4C::findChildNumber() const {
   if (hint < count && siblings[hint] == this) return hint;
   for (std::size_t i = hint > farthest ? hint - farthest : 0; i < count && i <= hint + farthest; ++i) {
     if (siblings[i] == this) return slotHint_ = static_cast<std::uint32_t>(i);
+  }
+  if (stretch_) {
+    auto const first = siblings.begin() + stretch_->first;
+    auto const found = std::find(first, first + stretch_->count, this);
+    return slotHint_ = static_cast<std::uint32_t>(found - siblings.begin());
   }
   for (std::size_t i = 0; i < count; ++i) {
     if (siblings[i]) siblings[i]->slotHint_ = static_cast<std::uint32_t>(i);
@@ -218,10 +231,30 @@ Node4C* Node4C::goRightLeaf() const {
 PointS Node4C::getAbsolutePosition() const {
   PointS position;
   for (Node4C const* node = this; node; node = node->parent_) {
-    position.x += node->dx_;
-    position.y += node->dy_;
+    position.x += node->getDX();
+    position.y += node->getDY();
   }
   return position;
+}
+
+// ---- Marks and stretches --------------------------------------------------------------------------------
+
+Node4C* Node4C::findMarked(unsigned long& next, std::uint8_t mark) const {
+  unsigned long const count = children_.size();
+  std::size_t stretch = index_ && next < count ? index_->find(next) : 0;
+  while (next < count) {
+    unsigned long end = count;
+    if (index_) {
+      RowStretchS const& current = (*index_)[stretch++];
+      end = current.first + current.count;
+      if (!(current.stale & mark)) next = end;
+    }
+    while (next < end) {
+      Node4C* const child = children_[next++];
+      if (child && (child->stale_ & mark)) return child;
+    }
+  }
+  return nullptr;
 }
 
 }  // namespace zolt::math::ved

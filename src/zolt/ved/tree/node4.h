@@ -2,7 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
@@ -11,7 +13,9 @@
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/geometry/point.h"
 #include "zolt/ved/tree/detail/child_array.h"
+#include "zolt/ved/tree/detail/row_index.h"
 #include "zolt/ved/tree/node4_type.h"
+#include "zolt/ved/tree/node_record.h"
 
 namespace zolt::math::algexpr {
 class AlgebraicExpressionC;
@@ -99,10 +103,10 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// Distance from the top down to the axis on which a row aligns its items.
   long getMidHeight() const { return midHeight_; }
   void setMidHeight(long midHeight) { midHeight_ = static_cast<std::int32_t>(midHeight); }
-  long getDX() const { return dx_; }
-  void setDX(long dx) { dx_ = static_cast<std::int32_t>(dx); }
-  long getDY() const { return dy_; }
-  void setDY(long dy) { dy_ = static_cast<std::int32_t>(dy); }
+  long getDX() const { return stretch_ ? dx_ + stretch_->dx : dx_; }
+  void setDX(long dx) { dx_ = static_cast<std::int32_t>(stretch_ ? dx - stretch_->dx : dx); }
+  long getDY() const { return stretch_ ? dy_ + stretch_->dy : dy_; }
+  void setDY(long dy) { dy_ = static_cast<std::int32_t>(stretch_ ? dy - stretch_->dy : dy); }
   unsigned long getFontDepth() const { return fontDepth_; }
   void increaseFontDepth() { ++fontDepth_; }
   void selectFont(GraphicsABC const& graphics) const { graphics.selectFont(fontDepth_); }
@@ -164,6 +168,16 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// engine's table does not know, or rows nested beyond the limit; the tree is walkable (no null slot) then.
   bool readObject(PointerTC<oss::ObjectInputStreamABC>& in) override;
 
+  // ---- Copies of states (tree/node4_record.cpp) -----------------------------------------------------------
+  /// A copy of this subtree as it is, which shares what did not change with the copy made before: its cost
+  /// follows the changes.
+  NodeRecordPointerC makeRecord() const;
+  /// The subtree that `record` is a copy of, detached, without metrics.
+  static std::unique_ptr<Node4C> fromRecord(NodeRecordC const& record);
+  /// Turns this tree, a copy of which was found to differ from another by `patches`, into the other, or
+  /// (`backwards`) the other into the one. The tree must be normalised before it is laid out.
+  void apply(std::vector<RecordPatchS> const& patches, bool backwards);
+
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
   bool layout(GraphicsABC const& graphics);
@@ -206,11 +220,13 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  private:
   /// What has to be done again for a node or for something inside it. A node's marks stand on all its
   /// ancestors.
-  enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_ALL = 3 };
+  enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_RECORD = 4, STALE_ALL = 7 };
 
   friend class RowWriterC;
   friend class RowNormaliserC;
   friend class RowLayoutC;
+  friend class LongRowLayoutC;
+  friend class PatcherC;
 
   /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that
   /// has no base.
@@ -218,11 +234,21 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
   void touch(std::uint8_t stale) {
-    for (Node4C* node = this; node && (node->stale_ & stale) != stale; node = node->parent_)
+    for (Node4C* node = this; node && (node->stale_ & stale) != stale; node = node->parent_) {
       node->stale_ |= stale;
+      if (node->stretch_) node->stretch_->stale |= stale;
+    }
   }
+  void unmark(std::uint8_t stale) const { stale_ &= static_cast<std::uint8_t>(~stale); }
+  /// The next child from `next` on that has the mark, and moves `next` behind it; null when there is none.
+  Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
+  void buildIndex();
+  void dropIndex();
+  void enterStretch(RowStretchS& stretch);
+  NodeRecordPointerC recordNode() const;
   bool needsLayout() const;
   bool layoutNode(GraphicsABC const& graphics, bool all);
+  bool layoutLongRow(GraphicsABC const& graphics);
 
   using RuleT = bool(wstring&, LexicalAnalyserC&, unsigned int&, unsigned int&, ErrorCauseE&);
   static RuleT readAssignment, readOR, readAND, readNOT, readEquation, readExpression, readTerm, readFactor,
@@ -239,9 +265,12 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   std::uint32_t fontDepth_ = 0;
   std::uint32_t laidOutDepth_ = 0;  // the font depth of the last layout
   bool laidOutAsSlot_ = false;      // whether the last layout measured the placeholder
-  std::uint8_t stale_ = STALE_ALL;
+  mutable std::uint8_t stale_ = STALE_ALL;
   mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
+  RowStretchS* stretch_ = nullptr;      // of the long row that this node is an item of
   Node4C* parent_ = nullptr;
+  std::unique_ptr<RowIndexC> index_;   // of a long row
+  mutable NodeRecordPointerC record_;  // valid without STALE_RECORD
   PointerTC<OperatorBC> op_;
   wstring text_;
 };

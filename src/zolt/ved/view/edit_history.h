@@ -1,28 +1,74 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <deque>
+#include <vector>
 
 #include "zolt/oss/pointer.h"
-#include "zolt/oss/wstring.h"
 #include "zolt/ved/limits.h"
-#include "zolt/ved/view/detail/tree_record.h"
-#include "zolt/ved/view/edit_backup.h"
+#include "zolt/ved/tree/node_record.h"
 
 namespace zolt::math::ved {
 
+class EditBackupC;
+class Node4C;
+
+/// Where caret and anchor stand. The anchor node is null when nothing is selected.
+struct EditPlacesS {
+  Node4C const* caretNode = nullptr;
+  unsigned int caretPos = 0;
+  Node4C const* anchorNode = nullptr;
+  unsigned int anchorPos = 0;
+};
+
+/// A place in a tree that may have other nodes by the time it is looked up: child numbers from the root down.
+class EditPathC {
+ public:
+  EditPathC() = default;
+  /// A null node is no place.
+  EditPathC(Node4C const* node, unsigned int pos);
+
+  /// Null for no place.
+  Node4C* find(Node4C* root) const;
+  unsigned int getPos() const { return pos_; }
+  std::size_t getSize() const { return path_.capacity() * sizeof(std::uint32_t); }
+  friend bool operator==(EditPathC const& a, EditPathC const& b) {
+    return a.pos_ == b.pos_ && a.place_ == b.place_ && a.path_ == b.path_;
+  }
+
+ private:
+  bool place_ = false;
+  unsigned int pos_ = 0;
+  std::vector<std::uint32_t> path_;
+};
+
+struct EditPathsS {
+  EditPathsS() = default;
+  explicit EditPathsS(EditPlacesS const& places)
+      : caret(places.caretNode, places.caretPos), anchor(places.anchorNode, places.anchorPos) {}
+
+  std::size_t getSize() const { return caret.getSize() + anchor.getSize(); }
+  friend bool operator==(EditPathsS const& a, EditPathsS const& b) {
+    return a.caret == b.caret && a.anchor == b.anchor;
+  }
+
+  EditPathC caret;
+  EditPathC anchor;
+};
+
 /// The steps that can be undone and redone.
 ///
-/// An edit is announced before it changes the tree and recorded after the tree is normal again; a step keeps
-/// only the difference, and the places of caret and anchor as paths. The tree as it was last recorded is kept
-/// too, so that each edit is written out once. Past the limits the oldest steps are forgotten, but never the
-/// newest one. The history never points into the tree.
+/// An edit is announced before it changes the tree and recorded after the tree is normal again. A step keeps
+/// only what it changed, and finds it in as little work. Past the limits the oldest steps are forgotten, but
+/// never the newest one. The history never points into the tree.
 class EditHistoryC {
  public:
   explicit EditHistoryC(unsigned long maxSteps = limits::max_history_steps,
                         unsigned long maxBytes = limits::max_history_bytes)
       : maxSteps_(maxSteps), maxBytes_(maxBytes) {}
 
-  /// Forgets all steps, and the tree: the next edit starts from whatever tree it is announced with.
+  /// Forgets all steps.
   void clear();
 
   /// Announces an edit; until the step ends, further announcements are ignored.
@@ -30,51 +76,50 @@ class EditHistoryC {
   bool isStepOpen() const { return open_; }
   /// Whether the announced edit is a typed character.
   void markTyping(bool typing) { typing_ = typing; }
-  /// The state at the announcement of the edit that is under way; a new tree each time.
+  /// The state at the announcement of the edit that is under way, as a new tree, whatever has become of the
+  /// one that is edited.
   PointerTC<EditBackupC> stateBeforeStep() const;
   /// Records the announced edit as a step, which ends what could be redone. An edit that left the tree as it
   /// was leaves no step. Ignored when none was announced.
   void endStep(Node4C const& root, EditPlacesS const& places);
   /// The announced edit did not happen: the tree is again as it was.
-  void dropStep() { open_ = false; }
+  void dropStep();
 
   bool canUndo() const { return next_ > 0; }
   bool canRedo() const { return next_ < steps_.size(); }
   bool undoContinues() const { return canUndo() && steps_[next_ - 1].continues; }
   bool redoContinues() const { return canRedo() && steps_[next_].continues; }
-  /// The state before the last step (after the next one); null when there is none. The history has moved
-  /// there when this returns.
-  PointerTC<EditBackupC> undo();
-  PointerTC<EditBackupC> redo();
+  /// Takes the tree back over the last step (on over the next one) and normalises it; answers where caret and
+  /// anchor stood then. There must be a step, and the tree must be the one that it led to (began with). When
+  /// memory runs out the history is where it was, but the tree may be anything.
+  EditPathsS const& undo(Node4C& root);
+  EditPathsS const& redo(Node4C& root);
 
   /// What the steps take, for limits and for tests.
   unsigned long byteSize() const { return bytes_; }
 
  private:
   struct StepS {
-    oss::bytestring tree;          // a delta
-    oss::bytestring placesBefore;  // in full
-    oss::bytestring placesAfter;   // a delta on `placesBefore`
+    std::vector<RecordPatchS> patches;
+    EditPathsS before;
+    EditPathsS after;
+    unsigned long size = 0;
     bool typing = false;
     bool continues = false;  // a typed character directly behind the one before
-
-    unsigned long byteSize() const;
   };
 
-  PointerTC<EditBackupC> moveTo(unsigned long next, oss::bytestring tree, oss::bytestring const& places);
   void forgetRedo();
   void trim();
 
   unsigned long maxSteps_;
   unsigned long maxBytes_;
-  TreeRecorderC recorder_;
-  oss::bytestring tree_;  // as last recorded; empty: not known
   std::deque<StepS> steps_;
   unsigned long next_ = 0;  // steps before it are done, the others undone
   unsigned long bytes_ = 0;
   bool open_ = false;
   bool typing_ = false;
-  oss::bytestring placesBefore_;
+  NodeRecordPointerC tree_;  // before the step that is open
+  EditPathsS before_;
 };
 
 }  // namespace zolt::math::ved

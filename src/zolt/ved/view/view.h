@@ -215,6 +215,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void takeOver(EditBackupC& state) const;
 
   // view_undo.cpp
+  /// Goes over the next step of the history.
+  void goOver(bool redo);
   void recordStep();
   void takeBackIfDue() const { takeBackDue_ ? takeBack() : void(); }
   /// Goes back to where the open step began, which is then no step.

@@ -13,16 +13,28 @@ bool ViewZNT4C::redoContinues() const { return canRedo() && history_->redoContin
 
 bool ViewZNT4C::undo() {
   if (executing_ || grouping_ || !canUndo()) return bip();
-  takeBackIfDue();
-  takeOver(*history_->undo());
-  return needRedraw();
+  goOver(false);
+  return true;
 }
 
 bool ViewZNT4C::redo() {
   if (executing_ || grouping_ || !canRedo()) return bip();
-  takeBackIfDue();
-  takeOver(*history_->redo());
-  return needRedraw();
+  goOver(true);
+  return true;
+}
+
+// Announced like an edit, so that it is taken back when it is cut short.
+void ViewZNT4C::goOver(bool redo) {
+  EventC guard(*this);
+  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
+  EditPathsS const& places = redo ? history_->redo(*root_) : history_->undo(*root_);
+  caretNode_ = places.caret.find(root_.get());
+  caretPos_ = places.caret.getPos();
+  anchorNode_ = places.anchor.find(root_.get());
+  anchorPos_ = places.anchor.getPos();
+  history_->dropStep();
+  needLayout();
+  guard.finish();
 }
 
 // The step starts here and not with the first edit: undoing it brings back the selection that the person had.

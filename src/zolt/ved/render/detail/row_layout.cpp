@@ -7,11 +7,6 @@ namespace zolt::math::ved {
 
 namespace {
 
-// How far an exponent reaches down over its base.
-constexpr long exponent_overlap = 5;
-// What stands between the brackets of an empty pair.
-constexpr long empty_pair_gap = 2;
-
 wstring const empty_text;
 
 }  // namespace

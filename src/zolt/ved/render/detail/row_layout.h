@@ -14,6 +14,11 @@ class Node4C;
 /// normalisation leaves them.
 class RowLayoutC {
  public:
+  /// How far an exponent reaches down over its base.
+  static constexpr long exponent_overlap = 5;
+  /// What stands between the brackets of an empty pair.
+  static constexpr long empty_pair_gap = 2;
+
   RowLayoutC(Node4C& row, GraphicsABC const& graphics);
 
   void layout();

@@ -1,0 +1,103 @@
+#include "zolt/ved/tree/detail/row_index.h"
+
+#include <algorithm>
+
+namespace zolt::math::ved {
+
+namespace {
+
+// How near to the edge of a stretch a change concerns the neighbour as well.
+constexpr std::size_t edge = 2;
+
+}  // namespace
+
+RowIndexC::RowIndexC(std::size_t count) {
+  while (usualLength_ * usualLength_ < count) usualLength_ += usualLength_ / 4 * 2;
+  replace(0, 0, {static_cast<std::uint32_t>(count)});
+}
+
+std::size_t RowIndexC::find(std::size_t i) const {
+  std::size_t low = 0;
+  std::size_t high = stretches_.size();
+  while (high - low > 1) {
+    std::size_t const middle = low + (high - low) / 2;
+    if (stretches_[middle]->first <= i) {
+      low = middle;
+    } else {
+      high = middle;
+    }
+  }
+  return low;
+}
+
+void RowIndexC::markAround(std::size_t k, std::size_t i, std::uint8_t stale) {
+  RowStretchS& stretch = *stretches_[k];
+  stretch.stale |= stale;
+  if (k > 0 && i < stretch.first + edge) stretches_[k - 1]->stale |= stale;
+  if (k + 1 < stretches_.size() && i + edge >= stretch.first + stretch.count)
+    stretches_[k + 1]->stale |= stale;
+}
+
+void RowIndexC::noteInserted(std::size_t i, std::size_t count, std::uint8_t stale) {
+  std::size_t const k = find(i);
+  auto const added = static_cast<std::uint32_t>(count);
+  stretches_[k]->count += added;
+  for (std::size_t j = k + 1; j < stretches_.size(); ++j) stretches_[j]->first += added;
+  markAround(k, i, stale);
+  markAround(k, i + count, stale);
+}
+
+void RowIndexC::noteRemoved(std::size_t i, std::size_t count, std::uint8_t stale) {
+  auto const end = static_cast<std::uint32_t>(i + count);
+  std::size_t const k = find(i);
+  markAround(k, i, stale);
+  std::uint32_t removed = 0;
+  for (std::size_t j = k; j < stretches_.size(); ++j) {
+    RowStretchS& stretch = *stretches_[j];
+    std::uint32_t const first = std::max(stretch.first, static_cast<std::uint32_t>(i));
+    std::uint32_t const last = std::min(stretch.first + stretch.count, end);
+    stretch.first -= removed;
+    if (first >= last) continue;
+    stretch.count -= last - first;
+    removed += last - first;
+    stretch.stale |= stale;
+  }
+  markAround(find(i), i, stale);
+}
+
+void RowIndexC::noteChanged(std::size_t i, std::uint8_t stale) { markAround(find(i), i, stale); }
+
+void RowIndexC::mark(std::uint8_t stale) {
+  for (auto const& stretch : stretches_) stretch->stale |= stale;
+}
+
+void RowIndexC::clear(std::uint8_t stale) {
+  for (auto const& stretch : stretches_) stretch->stale &= static_cast<std::uint8_t>(~stale);
+}
+
+void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths) {
+  std::vector<std::unique_ptr<RowStretchS>> fresh;
+  fresh.reserve(lengths.size());
+  for (std::uint32_t const length : lengths) {
+    fresh.push_back(std::make_unique<RowStretchS>());
+    fresh.back()->count = length;
+    fresh.back()->stale = 0xFF;
+  }
+  auto const from = stretches_.begin() + static_cast<std::ptrdiff_t>(k);
+  std::size_t const shared = std::min(count, fresh.size());
+  std::move(fresh.begin(), fresh.begin() + static_cast<std::ptrdiff_t>(shared), from);
+  auto const rest = from + static_cast<std::ptrdiff_t>(shared);
+  if (shared < count) {
+    stretches_.erase(rest, from + static_cast<std::ptrdiff_t>(count));
+  } else {
+    stretches_.insert(rest, std::make_move_iterator(fresh.begin() + static_cast<std::ptrdiff_t>(shared)),
+                      std::make_move_iterator(fresh.end()));
+  }
+  std::uint32_t first = k > 0 ? stretches_[k - 1]->first + stretches_[k - 1]->count : 0;
+  for (std::size_t j = k; j < stretches_.size(); ++j) {
+    stretches_[j]->first = first;
+    first += stretches_[j]->count;
+  }
+}
+
+}  // namespace zolt::math::ved
