@@ -70,8 +70,7 @@ void FormulaFieldC::record(EventScriptT* script) {
   copied_ = ClipboardContentS();
 }
 
-// ---- Expression
-// ---------------------------------------------------------------------------------------------
+// ---- Expression ----------------------------------------------------------------------------------------
 
 void FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression,
                                   PointerTC<math::algexpr::ConstraintsBC> constraints,
@@ -146,8 +145,7 @@ bool FormulaFieldC::setNotation(wstring const& notation) {
   return true;
 }
 
-// ---- Selection and groups
-// -----------------------------------------------------------------------------------
+// ---- Selection and groups ------------------------------------------------------------------------------
 
 PlaceS FormulaFieldC::anchor() const {
   return view_.isSelected() ? PlaceS{view_.getAnchorNode(), view_.getAnchorPos()} : caret();
@@ -174,8 +172,7 @@ void FormulaFieldC::restoreSelection(SavedSelectionS const& saved) {
   if (anchorNode && caretNode) select({{anchorNode, saved.anchorPos}, {caretNode, saved.caretPos}});
 }
 
-// ---- For painting
-// ---------------------------------------------------------------------------------------
+// ---- For painting --------------------------------------------------------------------------------------
 
 std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() {
   std::vector<RectangleS> bands;

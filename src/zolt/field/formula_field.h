@@ -146,7 +146,6 @@ class FormulaFieldC {
   bool deleteRange(PlaceS begin, PlaceS end);
   SavedSelectionS saveSelection() const;
   void restoreSelection(SavedSelectionS const& saved);
-  PointerTC<math::algexpr::AlgebraicExpressionC> readImpliedProducts(FormulaErrorS* error);
   void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
 
   // formula_field_input.cpp

@@ -165,8 +165,7 @@ bool FormulaFieldC::run(CommandE command) {
   }
 }
 
-// ---- Motions and selections
-// ---------------------------------------------------------------------------------
+// ---- Motions and selections ----------------------------------------------------------------------------
 
 bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, bool selecting) {
   long column = column_;
@@ -207,8 +206,7 @@ bool FormulaFieldC::runSelection(CommandE command) {
   }
 }
 
-// ---- Edits
-// --------------------------------------------------------------------------------------------------
+// ---- Edits ---------------------------------------------------------------------------------------------
 
 bool FormulaFieldC::sendKey(unsigned long code) {
   return view_.addEvent(EVENT_KEY, code, false, false, false, 0, 0);

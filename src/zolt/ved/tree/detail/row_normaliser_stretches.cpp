@@ -214,7 +214,7 @@ std::vector<RowNormaliserC::RangeS> RowNormaliserC::findRanges(Node4C const& row
     while (first > 0 && !mayStart(row.children_.begin(), index[first])) --first;
     std::size_t end = k + 1;
     while (end < index.size() && (dirty_[end - 1] || index[end - 1].count == 0)) ++end;
-    if (!ranges.empty() && ranges.back().end >= first) {
+    while (!ranges.empty() && ranges.back().end >= first) {
       first = std::min(first, ranges.back().first);
       ranges.pop_back();
     }
