@@ -193,8 +193,9 @@ class SubjectC {
     cost.act = countSteps() - start;
     paint();
     cost.paint = countSteps() - start - cost.act;
-    // Back to the beginning, whatever was done.
+    // Back to the beginning, whatever was done. Steps of earlier acts that are forgotten are no work of the next.
     if (field_.writeNotation() != notation_) {
+      field_.setExpression(nullptr);
       EXPECT_TRUE(field_.setNotation(notation_));
       paint();
     }
