@@ -45,15 +45,15 @@ bool isConstruct(Node4C const& node) {
 bool isSoundNode(Node4C const& node) {
   switch (node.getType()) {
     case NODE4_LINE:
-      return holdsOnlyItems(node);
+      return node.crefText().empty() && holdsOnlyItems(node);
     case NODE4_TEXT:
       return node.numChildren() == 0 && isSoundText(node.crefText());
     case NODE4_OPERATOR:
       return isConstruct(node) && holdsOnlyRows(node);
     case NODE4_POWER:
-      return node.numChildren() == 1 && holdsOnlyRows(node);
+      return node.crefText().empty() && node.numChildren() == 1 && holdsOnlyRows(node);
     default:
-      return node.numChildren() == 0;
+      return node.crefText().empty() && node.numChildren() == 0;
   }
 }
 
