@@ -4,6 +4,7 @@
 
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/blind_graphics.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
@@ -16,30 +17,6 @@ using namespace math::ved;
 using catalogue::OperatorGroupE;
 
 namespace {
-
-/// Measures and draws nothing.
-class BlindGraphicsC final : public GraphicsABC {
- public:
-  ~BlindGraphicsC() override;
-  void invalidate() const override {}
-  void getTextExtent(wstring const&, long& width, long& height, long& midHeight) const override {
-    width = height = midHeight = 0;
-  }
-  long getTextWidth(wstring const&) const override { return 0; }
-  long getTextHeight(wstring const&) const override { return 0; }
-  long getTextMidHeight(wstring const&) const override { return 0; }
-  long getMetric(long) const override { return 0; }
-  void drawText(wstring const&, long, long) const override {}
-  void drawLine(long, long, long, long) const override {}
-  void drawHorizontalLine(long, long, long) const override {}
-  void drawVerticalLine(long, long, long) const override {}
-  void drawOpenBracket(long, long, long, bool) const override {}
-  void drawCloseBracket(long, long, long, bool) const override {}
-  void drawBracketPair(long, long, long, long, bool) const override {}
-  void selectFont(unsigned long) const override {}
-};
-
-BlindGraphicsC::~BlindGraphicsC() = default;
 
 struct GroupTitleS {
   OperatorGroupE group;

@@ -141,8 +141,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
-  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot (`dropStep`). Within a
-  /// group the second half waits for its end.
+  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot. Within a group the
+  /// second half waits for its end.
   void finishEdit();
   /// The second half; false when the edit was rejected.
   bool settleEdit();
