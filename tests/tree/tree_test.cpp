@@ -2,6 +2,8 @@
 #include <utf8.h>
 
 #include <memory>
+#include <random>
+#include <vector>
 
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
@@ -142,15 +144,64 @@ TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
   EXPECT_EQ("[\"f\", \"1\", \"2\", \"g\", \"new\", \"c\", \"a\"]", toUtf8(writeTreeNotation(*row)));
 }
 
-TEST(NodeTest, RowsGrowAtBothEndsWithoutMovingTheirItemsOverAndOver) {
+TEST(NodeTest, ChildrenComeAndGoAnywhere) {
+  std::vector<Node4C> nodes(1000);
+  std::mt19937 random(7);
+  auto const upTo = [&](std::size_t most) { return random() % (most + 1); };
   ChildArrayC array;
-  std::size_t reallocations = 0;
-  for (int i = 0; i < 100000; ++i) {
-    std::size_t const capacity = array.capacity();
-    array.insertSlots(i % 2 == 0 ? 0 : array.size(), 1);
-    if (array.capacity() != capacity) ++reallocations;
+  std::vector<Node4C*> model;
+  auto const placeOf = [&](std::size_t i) { return model.begin() + static_cast<std::ptrdiff_t>(i); };
+  for (int round = 0; round < 20000; ++round) {
+    std::size_t const at = upTo(model.size());
+    std::size_t const count = upTo(round % 100 == 0 ? 40 : 2);
+    switch (upTo(9)) {
+      case 0:
+        array.resize(count);
+        model.resize(count);
+        break;
+      case 1:
+        array.shrink();
+        break;
+      case 2:
+      case 3:
+      case 4: {
+        std::size_t const removed = std::min(count, model.size() - at);
+        array.erase(at, removed);
+        model.erase(placeOf(at), placeOf(at + removed));
+        break;
+      }
+      default:
+        array.insertSlots(at, count);
+        model.insert(placeOf(at), count, nullptr);
+        for (std::size_t i = at; i < at + count; ++i) array[i] = model[i] = &nodes[upTo(nodes.size() - 1)];
+    }
+    ASSERT_EQ(model.size(), array.size());
+    ASSERT_LE(array.capacity(), 400u) << round;
+    for (std::size_t i = 0; i < model.size(); ++i) ASSERT_EQ(model[i], array[i]) << round;
   }
-  EXPECT_LT(reallocations, 100u);
+}
+
+// At both ends, in the middle, and in at one end and out at the other.
+TEST(NodeTest, RowsDoNotMoveTheirItemsOverAndOver) {
+  std::size_t (*const places[])(std::size_t, int) = {
+      [](std::size_t size, int i) { return i % 2 == 0 ? 0 : size; },
+      [](std::size_t size, int) { return size / 2; },
+      [](std::size_t size, int) { return size; },
+  };
+  for (auto const place : places) {
+    for (bool const queue : {false, true}) {
+      ChildArrayC array;
+      std::size_t reallocations = 0;
+      for (int i = 0; i < 100000; ++i) {
+        std::size_t const capacity = array.capacity();
+        array.insertSlots(place(array.size(), i), 1);
+        if (queue && array.size() > 100) array.erase(0);
+        if (array.capacity() != capacity) ++reallocations;
+      }
+      EXPECT_LT(reallocations, queue ? 2500u : 100u);
+      EXPECT_LT(array.capacity(), queue ? 1000u : 400000u);
+    }
+  }
 }
 
 TEST(NodeTest, Navigation) {

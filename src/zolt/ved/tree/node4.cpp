@@ -1,6 +1,5 @@
 #include "zolt/ved/tree/node4.h"
 
-#include <algorithm>
 #include <memory>
 
 #include "zolt/ved/operators/operator.h"
@@ -190,9 +189,10 @@ unsigned long Node4C::findChildNumber() const {
     if (siblings[i] == this) return slotHint_ = static_cast<std::uint32_t>(i);
   }
   if (stretch_) {
-    auto const first = siblings.begin() + stretch_->first;
-    auto const found = std::find(first, first + stretch_->count, this);
-    return slotHint_ = static_cast<std::uint32_t>(found - siblings.begin());
+    std::size_t i = stretch_->first;
+    std::size_t const end = i + stretch_->count;
+    while (i < end && siblings[i] != this) ++i;
+    return slotHint_ = static_cast<std::uint32_t>(i);
   }
   for (std::size_t i = 0; i < count; ++i) {
     if (siblings[i]) siblings[i]->slotHint_ = static_cast<std::uint32_t>(i);

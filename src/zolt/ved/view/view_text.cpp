@@ -23,6 +23,9 @@ bool isOutsideAutoBracket(Node4C const& text) {
   return (left && left->getType() == NODE4_AUTO_CLOSE) || (right && right->getType() == NODE4_AUTO_OPEN);
 }
 
+/// What is behind the caret is worth a text of its own from so many characters on, with as many to come.
+constexpr std::size_t long_text = 16;
+
 bool isWrittenAsText(OperatorBC const& op) {
   return op.isLinear() || (op.getArity() == 0 && !op.isConstruct());
 }
@@ -65,21 +68,29 @@ bool ViewZNT4C::doAddText(wstring const& text) {
   return true;
 }
 
-// Ends like an event for each character, after each of which the tree would be normal again. A row of
-// brackets is brought in order only when something looks at it, so that long texts do not cost their square:
-// further characters and brackets do not, as long as no supplied bracket stands beside the caret.
+// Ends like an event for each character, after each of which the tree would be normal again. So that long
+// texts do not cost their square, the row is brought in order only when something looks at it, which further
+// characters and brackets do not as long as no supplied bracket stands beside the caret; and what is behind
+// the caret in its text waits in a text of its own, not to be moved by each of them.
 bool ViewZNT4C::addTexts(wstring const& text) {
   bool pending = false;
   auto const normalise = [&] {
     root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
     pending = false;
   };
-  for (char16_t c : text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    char16_t const c = text[i];
     wstring const one(1, c);
     auto const op = operatorList_->lookup(one);
-    if (pending && op && !isWrittenAsText(*op)) normalise();
+    bool const written = !op || isWrittenAsText(*op);
+    if (pending && !written) normalise();
 
     bool const selected = isSelected();
+    bool const farFromEnds = text.size() - i > long_text && caretNode_->sizeText() - caretPos_ > long_text;
+    if (i > 0 && written && !selected && farFromEnds) {
+      splitText(false);
+      pending = true;
+    }
     Node4C const* const node = caretNode_;
     Node4C const* const row = node->getParent();
     unsigned long const count = row->numChildren();

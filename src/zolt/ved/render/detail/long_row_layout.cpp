@@ -23,12 +23,12 @@ bool LongRowLayoutC::layout() {
 }
 
 void LongRowLayoutC::measure(RowStretchS& stretch) {
-  Node4C* const* const items = row_.children_.begin() + stretch.first;
+  auto const itemAt = [&](std::uint32_t i) { return row_.children_[stretch.first + i]; };
   std::uint32_t const count = stretch.count;
   // The exponent of the item or group that ends before text i, which is passed over then.
   auto const powerBehind = [&](std::uint32_t i) -> Node4C* {
-    if (i + 1 >= count || items[i + 1]->type_ != NODE4_POWER) return nullptr;
-    return items[i]->text_.empty() && !items[i]->laidOutAsSlot_ ? items[i + 1] : nullptr;
+    if (i + 1 >= count || itemAt(i + 1)->type_ != NODE4_POWER) return nullptr;
+    return itemAt(i)->text_.empty() && !itemAt(i)->laidOutAsSlot_ ? itemAt(i + 1) : nullptr;
   };
   auto const pushOf = [](Node4C const* power) {
     return power ? power->getHeight() - RowLayoutC::exponent_overlap : 0;
@@ -37,8 +37,8 @@ void LongRowLayoutC::measure(RowStretchS& stretch) {
   long x = 0;
   stretch.brackets.clear();
   for (std::uint32_t i = 0; i < count; i += 2) {
-    Node4C& text = *items[i];
-    Node4C* const item = i + 1 < count ? items[i + 1] : nullptr;
+    Node4C& text = *itemAt(i);
+    Node4C* const item = i + 1 < count ? itemAt(i + 1) : nullptr;
     bool const isBase = item && item->type_ == NODE4_POWER;
     text.dx_ = static_cast<std::int32_t>(x);
     text.dy_ = -text.midHeight_;
@@ -58,7 +58,7 @@ void LongRowLayoutC::measure(RowStretchS& stretch) {
         break;
       case NODE4_POWER: {
         x += gap_;
-        Node4C const& base = powerBehind(i) && i > 0 ? *items[i - 1] : text;
+        Node4C const& base = powerBehind(i) && i > 0 ? *itemAt(i - 1) : text;
         bool const later = isClosingBracket(base.type_) && !stretch.brackets.empty() &&
                            stretch.brackets.back().power == item;
         if (!later) Node4C::min1stDim(extent.top, placePower(*item, base.dy_));
@@ -70,7 +70,7 @@ void LongRowLayoutC::measure(RowStretchS& stretch) {
         extent = {};
         break;
       default: {
-        if (i > 0 && text.text_.empty() && isOpeningBracket(items[i - 1]->type_)) {
+        if (i > 0 && text.text_.empty() && isOpeningBracket(itemAt(i - 1)->type_)) {
           item->dx_ += RowLayoutC::empty_pair_gap;
           x += RowLayoutC::empty_pair_gap;
         }

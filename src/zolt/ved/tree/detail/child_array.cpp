@@ -4,68 +4,84 @@
 
 namespace zolt::math::ved {
 
-void ChildArrayC::reallocate(std::uint32_t capacity, std::uint32_t first) {
-  if (capacity > 1) {
-    auto** const slots = new Node4C*[capacity];
-    std::copy(begin(), end(), slots + first);
-    if (isOutside()) delete[] outside_;
-    outside_ = slots;
+void ChildArrayC::moveGap(std::uint32_t to) {
+  Node4C** const all = data() + first_;
+  if (to < gap_) {
+    std::copy_backward(all + to, all + gap_, all + gap_ + room());
   } else {
-    Node4C* const only = size_ > 0 ? (*this)[0] : nullptr;
-    if (isOutside()) delete[] outside_;
-    inside_ = only;
-    first = 0;
-    capacity = 1;
+    std::copy(all + gap_ + room(), all + to + room(), all + gap_);
   }
-  first_ = first;
-  capacity_ = capacity;
+  gap_ = to;
+}
+
+/// To so much room in front and in the gap.
+void ChildArrayC::reallocate(std::uint32_t first, std::uint32_t room) {
+  std::uint32_t const capacity = first + size_ + room;
+  std::uint32_t const behind = size_ - gap_;
+  if (capacity > 1) {
+    auto** const fresh = new Node4C*[capacity];
+    Node4C** const old = data();
+    std::copy(old + first_, old + first_ + gap_, fresh + first);
+    std::copy(old + capacity_ - behind, old + capacity_, fresh + capacity - behind);
+    if (isOutside()) delete[] outside_;
+    outside_ = fresh;
+    first_ = first;
+    capacity_ = capacity;
+  } else if (isOutside()) {
+    Node4C* const only = size_ > 0 ? (*this)[0] : nullptr;
+    delete[] outside_;
+    inside_ = only;
+    first_ = 0;
+    gap_ = size_;
+    capacity_ = 1;
+  }
 }
 
 void ChildArrayC::resize(std::size_t size) {
   if (size > size_) {
     insertSlots(size_, size - size_);
   } else {
-    size_ = static_cast<std::uint32_t>(size);
+    erase(size, size_ - size);
   }
 }
 
 void ChildArrayC::insertSlots(std::size_t i, std::size_t count) {
+  if (count == 0) return;
   auto const added = static_cast<std::uint32_t>(count);
   auto const at = static_cast<std::uint32_t>(i);
-  bool const front = at < size_ - at;  // fewer slots stand before the gap than behind it
-  std::uint32_t const roomBehind = capacity_ - first_ - size_;
-  if (front ? first_ < added : roomBehind < added) {
-    // The side that grows gets as much new room as there are slots; the other side keeps its own.
-    std::uint32_t const room = std::max(added, size_);
-    if (front) {
-      reallocate(room + size_ + roomBehind, room);
-    } else {
-      reallocate(first_ + size_ + room, first_);
-    }
-  }
-  if (front) {
-    std::copy(begin(), begin() + at, begin() - added);
+  // Where there is no room left, there will be as much as there are slots; the other room keeps no more.
+  std::uint32_t const more = std::max(added, size_);
+  if (at == 0 && gap_ > 0) {
+    if (first_ < added) reallocate(first_ + more, std::min(room(), more));
     first_ -= added;
   } else {
-    std::copy_backward(begin() + at, end(), end() + added);
+    if (room() < added) reallocate(std::min(first_, more), room() + more);
+    if (at != gap_) moveGap(at);
   }
+  std::fill_n(data() + first_ + at, added, nullptr);
+  gap_ += added;
   size_ += added;
-  std::fill_n(begin() + at, added, nullptr);
 }
 
 void ChildArrayC::erase(std::size_t i, std::size_t count) {
+  if (count == 0) return;
+  auto const at = static_cast<std::uint32_t>(i);
   auto const removed = static_cast<std::uint32_t>(count);
-  if (i < size_ - i - count) {
-    std::copy_backward(begin(), begin() + i, begin() + i + count);
+  if (at == 0 && gap_ >= removed) {
     first_ += removed;
+    gap_ -= removed;
   } else {
-    std::copy(begin() + i + count, end(), begin() + i);
+    // What goes becomes part of the gap, which is brought to it first.
+    if (gap_ < at) moveGap(at);
+    if (gap_ > at + removed) moveGap(at + removed);
+    gap_ = at;
   }
   size_ -= removed;
+  if (size_ == 0) clear();
 }
 
 void ChildArrayC::shrink() {
-  if (capacity_ > 2 * size_) reallocate(size_, 0);
+  if (capacity_ > 2 * size_) reallocate(0, 0);
 }
 
 }  // namespace zolt::math::ved

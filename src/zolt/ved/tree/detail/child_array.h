@@ -8,7 +8,8 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// Contiguous array of child pointers with spare room at both ends, so that a row grows at either end in
+/// Array of child pointers with spare room in front and in a gap, which stays where slots last came or went:
+/// edits near to each other move few pointers, however long the row is, and rows grow at both ends in
 /// amortised constant time. One child needs no memory of its own: most rows hold a single text. The array
 /// neither owns nor reads the nodes.
 class ChildArrayC {
@@ -22,33 +23,57 @@ class ChildArrayC {
 
   std::size_t size() const { return size_; }
   bool empty() const { return size_ == 0; }
-  Node4C*& operator[](std::size_t i) { return begin()[i]; }
-  Node4C* operator[](std::size_t i) const { return begin()[i]; }
-  Node4C** begin() { return (isOutside() ? outside_ : &inside_) + first_; }
-  Node4C** end() { return begin() + size_; }
-  Node4C* const* begin() const { return (isOutside() ? outside_ : &inside_) + first_; }
-  Node4C* const* end() const { return begin() + size_; }
+  Node4C*& operator[](std::size_t i) { return data()[place(i)]; }
+  Node4C* operator[](std::size_t i) const { return data()[place(i)]; }
+
+  /// For loops over all children.
+  class IteratorC {
+   public:
+    IteratorC(ChildArrayC const& array, Node4C* const* slot)
+        : slot_(slot), gap_(array.data() + array.first_ + array.gap_), room_(array.room()) {
+      if (slot_ == gap_) slot_ += room_;
+    }
+    Node4C* operator*() const { return *slot_; }
+    IteratorC& operator++() {
+      if (++slot_ == gap_) slot_ += room_;
+      return *this;
+    }
+    bool operator!=(IteratorC const& other) const { return slot_ != other.slot_; }
+
+   private:
+    Node4C* const* slot_;
+    Node4C* const* gap_;
+    std::size_t room_;
+  };
+  IteratorC begin() const { return {*this, data() + first_}; }
+  IteratorC end() const { return {*this, data() + capacity_}; }
 
   /// Fills up with, or drops, slots at the end; new slots are null.
   void resize(std::size_t size);
-  /// Opens `count` null slots before slot i, moving the shorter side.
+  /// Opens `count` null slots before slot i.
   void insertSlots(std::size_t i, std::size_t count);
-  /// Removes `count` slots from slot i on, moving the shorter side.
+  /// Removes `count` slots from slot i on.
   void erase(std::size_t i, std::size_t count = 1);
-  void clear() { first_ = size_ = 0; }
+  void clear() { first_ = gap_ = size_ = 0; }
   /// Gives spare room back when it is more than the slots in use.
   void shrink();
   std::size_t capacity() const { return capacity_; }
 
  private:
   bool isOutside() const { return capacity_ > 1; }
-  void reallocate(std::uint32_t capacity, std::uint32_t first);
+  Node4C** data() { return isOutside() ? outside_ : &inside_; }
+  Node4C* const* data() const { return isOutside() ? outside_ : &inside_; }
+  std::uint32_t room() const { return capacity_ - first_ - size_; }
+  std::size_t place(std::size_t i) const { return first_ + (i < gap_ ? i : i + room()); }
+  void moveGap(std::uint32_t to);
+  void reallocate(std::uint32_t first, std::uint32_t room);
 
   union {
     Node4C* inside_ = nullptr;  // the one slot there is room for without memory of its own
     Node4C** outside_;
   };
   std::uint32_t first_ = 0;
+  std::uint32_t gap_ = 0;  // the number of slots before the gap
   std::uint32_t size_ = 0;
   std::uint32_t capacity_ = 1;
 };

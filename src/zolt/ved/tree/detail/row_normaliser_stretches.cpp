@@ -16,17 +16,17 @@ bool isEmptyText(Node4C const& node) { return isText(node) && node.crefText().em
 /// Whether a stretch may start with these items, so that it can be laid out without looking back: an exponent
 /// stands in one stretch with its base, a closing bracket behind an empty text with what may be its partner.
 /// Texts that stand together count as one.
-bool mayStart(Node4C* const* items, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) {
-    if (!isText(*items[i]))
-      return items[i]->getType() != NODE4_POWER && !isClosingBracket(items[i]->getType());
-    if (items[i]->sizeText() > 0) return true;
+bool mayStart(Node4C const& row, std::size_t first, std::size_t count) {
+  for (std::size_t i = first; i < first + count; ++i) {
+    Node4C const& item = *row.child(i);
+    if (!isText(item)) return item.getType() != NODE4_POWER && !isClosingBracket(item.getType());
+    if (item.sizeText() > 0) return true;
   }
   return false;
 }
 
-bool mayStart(Node4C* const* items, RowStretchS const& stretch) {
-  return stretch.first == 0 || mayStart(items + stretch.first, stretch.count);
+bool mayStart(Node4C const& row, RowStretchS const& stretch) {
+  return stretch.first == 0 || mayStart(row, stretch.first, stretch.count);
 }
 
 void countBrackets(Node4C const& row, RowStretchS& stretch) {
@@ -61,23 +61,23 @@ bool isTooShort(RowStretchS const& stretch, std::size_t usualLength) {
 
 /// Whether the stretch can stay as it is: texts and other items alternate, and it is neither too long nor too
 /// short.
-bool isInOrder(Node4C* const* items, RowStretchS const& stretch, bool last, std::size_t usualLength) {
+bool isInOrder(Node4C const& row, RowStretchS const& stretch, bool last, std::size_t usualLength) {
   if (stretch.count % 2 != (last ? 1 : 0) || stretch.count > 2 * usualLength ||
       isTooShort(stretch, usualLength)) {
     return false;
   }
   for (unsigned long i = 0; i < stretch.count; ++i) {
-    if (isText(*items[stretch.first + i]) != (i % 2 == 0)) return false;
+    if (isText(*row.child(stretch.first + i)) != (i % 2 == 0)) return false;
   }
-  return (last && stretch.count == 1) || mayStart(items, stretch);
+  return (last && stretch.count == 1) || mayStart(row, stretch);
 }
 
-std::vector<std::uint32_t> cutIntoStretches(Node4C* const* items, std::size_t count,
+std::vector<std::uint32_t> cutIntoStretches(Node4C const& row, std::size_t first, std::size_t count,
                                             std::size_t usualLength) {
   std::vector<std::uint32_t> lengths;
   std::size_t start = 0;
   for (std::size_t i = usualLength; i + usualLength / 2 < count; i += 2) {
-    if (i - start < usualLength || !mayStart(items + i, 2)) continue;
+    if (i - start < usualLength || !mayStart(row, first + i, 2)) continue;
     lengths.push_back(static_cast<std::uint32_t>(i - start));
     start = i;
   }
@@ -89,7 +89,7 @@ std::vector<std::uint32_t> cutIntoStretches(Node4C* const* items, std::size_t co
 
 void Node4C::buildIndex() {
   index_ = std::make_unique<RowIndexC>(children_.size());
-  index_->replace(0, 1, cutIntoStretches(children_.begin(), children_.size(), index_->getUsualLength()));
+  index_->replace(0, 1, cutIntoStretches(*this, 0, children_.size(), index_->getUsualLength()));
   for (std::size_t k = 0; k < index_->size(); ++k) enterStretch((*index_)[k]);
 }
 
@@ -124,8 +124,7 @@ bool RowNormaliserC::normaliseStretches(Node4C& row) {
     unmatched_.add(stretch.closes, stretch.opens);
     bool const checked = !(stretch.stale & Node4C::STALE_CHECK);
     dirty_[k] = stretch.hasAutoBrackets ||
-                !(checked ||
-                  isInOrder(row.children_.begin(), stretch, k + 1 == index.size(), index.getUsualLength()));
+                !(checked || isInOrder(row, stretch, k + 1 == index.size(), index.getUsualLength()));
   }
   if (unmatched_.closes > 0) dirty_.front() = true;
   if (unmatched_.opens > 0) dirty_.back() = true;
@@ -211,7 +210,7 @@ std::vector<RowNormaliserC::RangeS> RowNormaliserC::findRanges(Node4C const& row
     if (!dirty_[k]) continue;
     std::size_t first = k;
     if (k + 1 == index.size() && k > 0 && isTooShort(index[k], index.getUsualLength())) --first;
-    while (first > 0 && !mayStart(row.children_.begin(), index[first])) --first;
+    while (first > 0 && !mayStart(row, index[first])) --first;
     std::size_t end = k + 1;
     while (end < index.size() && (dirty_[end - 1] || index[end - 1].count == 0)) ++end;
     while (!ranges.empty() && ranges.back().end >= first) {
@@ -247,7 +246,7 @@ void RowNormaliserC::rebuildRange(Node4C& row, RangeS range) {
     row.children_.erase(at + row_.size(), before - row_.size());
   }
   for (std::size_t i = 0; i < row_.size(); ++i) row.children_[at + i] = row_[i].release();
-  auto const lengths = cutIntoStretches(row.children_.begin() + at, row_.size(), index.getUsualLength());
+  auto const lengths = cutIntoStretches(row, at, row_.size(), index.getUsualLength());
   index.replace(range.first, range.end - range.first, lengths);
   for (std::size_t k = 0; k < lengths.size(); ++k) row.enterStretch(index[range.first + k]);
 }
