@@ -83,14 +83,20 @@ Node4C* Node4C::clone() const {
   }
 }
 
-void Node4C::setType(Node4TypeE type) {
+/// This node is of another kind: what stands beside it may be something else as well.
+void Node4C::noteNewKind() {
   touch(STALE_ALL);
+  if (stretch_) parent_->index_->noteChanged(findChildNumber(), STALE_ALL);
+}
+
+void Node4C::setType(Node4TypeE type) {
+  noteNewKind();
   type_ = type;
   if (type != NODE4_OPERATOR) op_.reset();
 }
 
 void Node4C::setText(wstring const& text) {
-  touch(STALE_ALL);
+  noteNewKind();
   text_ = text;
   type_ = NODE4_TEXT;
 }
@@ -98,7 +104,7 @@ void Node4C::setText(wstring const& text) {
 PointerTC<OperatorBC> Node4C::getOperator() const { return op_; }
 
 void Node4C::setOperator(PointerTC<OperatorBC> const& op) {
-  touch(STALE_ALL);
+  noteNewKind();
   type_ = NODE4_OPERATOR;
   op_ = op;
 }
@@ -109,8 +115,8 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   children_[i] = node;
   if (!node) return;
   node->parent_ = this;
-  node->slotHint_ = static_cast<std::uint32_t>(i);
   node->stretch_ = index_ ? &index_->at(i) : nullptr;
+  node->slotHint_ = static_cast<std::uint32_t>(index_ ? i - node->stretch_->first : i);
 }
 
 void Node4C::setChild(unsigned long i, Node4C* node) {
@@ -177,27 +183,34 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
 // unchanged row and near after a few edits. When it is far off, the row was built or changed as a whole: then
 // all siblings learn their places at once, since the next one to be asked would have to search as far.
 //
-// In a long row the stretch says where to look.
+// In a long row the place is that in the stretch, which moves as a whole and is where to look.
 unsigned long Node4C::findChildNumber() const {
   constexpr std::size_t farthest = 8;
   if (!parent_) return 0;
   ChildArrayC const& siblings = parent_->children_;
-  std::size_t const count = siblings.size();
-  std::size_t const hint = slotHint_;
-  if (hint < count && siblings[hint] == this) return hint;
-  for (std::size_t i = hint > farthest ? hint - farthest : 0; i < count && i <= hint + farthest; ++i) {
-    if (siblings[i] == this) return slotHint_ = static_cast<std::uint32_t>(i);
+  std::size_t const base = stretch_ ? stretch_->first : 0;
+  std::size_t const end = stretch_ ? base + stretch_->count : siblings.size();
+  std::size_t const hint = base + slotHint_;
+  if (hint < end && siblings[hint] == this) return hint;
+  auto const isAt = [&](std::size_t i) {
+    if (siblings[i] != this) return false;
+    slotHint_ = static_cast<std::uint32_t>(i - base);
+    return true;
+  };
+  for (std::size_t i = hint > base + farthest ? hint - farthest : base; i < end && i <= hint + farthest;
+       ++i) {
+    if (isAt(i)) return i;
   }
   if (stretch_) {
-    std::size_t i = stretch_->first;
-    std::size_t const end = i + stretch_->count;
-    while (i < end && siblings[i] != this) ++i;
-    return slotHint_ = static_cast<std::uint32_t>(i);
+    for (std::size_t i = base; i < end; ++i) {
+      if (isAt(i)) return i;
+    }
+    return base;
   }
-  for (std::size_t i = 0; i < count; ++i) {
+  for (std::size_t i = 0; i < end; ++i) {
     if (siblings[i]) siblings[i]->slotHint_ = static_cast<std::uint32_t>(i);
   }
-  return slotHint_ < count && siblings[slotHint_] == this ? slotHint_ : 0;
+  return slotHint_ < end && siblings[slotHint_] == this ? slotHint_ : 0;
 }
 
 Node4C* Node4C::goLeft() const {

@@ -239,6 +239,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
       if (node->stretch_) node->stretch_->stale |= stale;
     }
   }
+  void noteNewKind();
   void unmark(std::uint8_t stale) const { stale_ &= static_cast<std::uint8_t>(~stale); }
   /// The next child from `next` on that has the mark, and moves `next` behind it; null when there is none.
   Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
@@ -266,7 +267,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   std::uint32_t laidOutDepth_ = 0;  // the font depth of the last layout
   bool laidOutAsSlot_ = false;      // whether the last layout measured the placeholder
   mutable std::uint8_t stale_ = STALE_ALL;
-  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its parent's list
+  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its stretch or its parent's list
   RowStretchS* stretch_ = nullptr;      // of the long row that this node is an item of
   Node4C* parent_ = nullptr;
   std::unique_ptr<RowIndexC> index_;   // of a long row

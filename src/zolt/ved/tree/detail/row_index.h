@@ -45,6 +45,14 @@ struct RowBracketS {
   Node4C* power;  // the exponent on the group that it closes; may be null
 };
 
+/// The supplied brackets of one kind in a stretch: those that open at the start of the row, or those that
+/// close at its end.
+struct SuppliedBracketsS {
+  std::uint32_t count = 0;
+  bool others = false;     // whether the stretch holds anything but them and empty texts
+  bool overtaken = false;  // whether anything of that stands outside one of them
+};
+
 /// A stretch of a row: pairs of a text and another item; the last stretch of a row ends in a text. What its
 /// items know of their places is relative to the stretch.
 struct RowStretchS {
@@ -53,9 +61,10 @@ struct RowStretchS {
   std::int32_t dx = 0;  // of the stretch
   std::int32_t dy = 0;  // of the row's axis
   std::uint8_t stale = 0;
-  bool hasAutoBrackets = false;
   std::uint32_t opens = 0;  // typed brackets without a partner in the stretch
   std::uint32_t closes = 0;
+  SuppliedBracketsS autoOpens;
+  SuppliedBracketsS autoCloses;
   long width = 0;
   std::vector<RowBracketS> brackets;
   RowExtentS extent;  // of what stands behind the last of the brackets

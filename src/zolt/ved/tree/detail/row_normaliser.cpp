@@ -19,9 +19,10 @@ bool isEmptyText(Node4C const& node) { return node.getType() == NODE4_TEXT && no
 void RowNormaliserC::visit(Node4C& node) {
   node.unmark(Node4C::STALE_CHECK);
   if (node.getType() != NODE4_LINE) return;
-  unmatched_ = {};
+  unmatched_ = supplied_ = missing_ = {};
   bool const long_ = node.index_ && normaliseStretches(node);
   if (!long_) {
+    unmatched_ = missing_ = {};
     node.dropIndex();
     if (!isCanonical(node)) normalise(node);
   }
@@ -41,8 +42,8 @@ void RowNormaliserC::normalise(Node4C& row) {
   rebuild(row);
 }
 
-/// Texts and other items alternate, texts at both ends, typed brackets balanced, none supplied. (Supplied
-/// brackets are made anew on every pass, so a row that has some is never left alone.)
+/// Texts and other items alternate, texts at both ends, typed brackets balanced, none supplied. (In a short
+/// row supplied brackets are made anew on every pass.)
 bool RowNormaliserC::isCanonical(Node4C const& row) {
   unsigned long const count = row.numChildren();
   if (count % 2 == 0) return false;
@@ -134,11 +135,12 @@ void RowNormaliserC::dropAutoBracketsAndCount() {
     std::swap(items_[kept++], item);
   }
   items_.resize(kept);
+  missing_ = {unmatched_.closes, unmatched_.opens};
 }
 
 void RowNormaliserC::rebuild(Node4C& row) {
   row_.clear();
-  for (unsigned long i = 0; i < unmatched_.closes; ++i) append(make(NODE4_AUTO_OPEN));
+  for (unsigned long i = 0; i < missing_.opens; ++i) append(make(NODE4_AUTO_OPEN));
   for (NodeT& item : items_) append(std::move(item));
   appendEnd();
 
@@ -149,7 +151,7 @@ void RowNormaliserC::rebuild(Node4C& row) {
 }
 
 void RowNormaliserC::appendEnd() {
-  for (unsigned long i = 0; i < unmatched_.opens; ++i) append(make(NODE4_AUTO_CLOSE));
+  for (unsigned long i = 0; i < missing_.closes; ++i) append(make(NODE4_AUTO_CLOSE));
   if (row_.empty() || row_.back()->getType() != NODE4_TEXT) row_.push_back(make(NODE4_TEXT));
 }
 

@@ -22,7 +22,8 @@ class RowNormaliserC {
   /// The node's children have been visited.
   static void leave(Node4C& node);
 
-  /// Supplied brackets are made anew on every pass, so their rows are never done with.
+  /// A pass takes the caret away from supplied brackets wherever it has got to, so their rows are never done
+  /// with.
   void markRowsWithAutoBrackets() {
     for (Node4C* row : autoRows_) row->touch(Node4C::STALE_CHECK);
   }
@@ -60,7 +61,12 @@ class RowNormaliserC {
   bool normaliseStretches(Node4C& row);
   bool flatten(Node4C& row);
   static void dissolve(Node4C& row, unsigned long i);
-  bool promoteInStretches(Node4C& row);
+  static void removeItems(Node4C& row, unsigned long first, unsigned long count);
+  void promoteInStretches(Node4C& row);
+  void addBrackets(RowStretchS const& stretch);
+  bool matchAutoBrackets(Node4C& row);
+  static bool stepInside(Node4C const& row, Node4C*& node, unsigned& pos);
+  std::vector<std::size_t> findDirty(Node4C const& row) const;
   std::vector<RangeS> findRanges(Node4C const& row) const;
   void rebuildRange(Node4C& row, RangeS range);
 
@@ -79,9 +85,9 @@ class RowNormaliserC {
   std::vector<NodeT> pending_;
   std::vector<NodeT> row_;
   std::vector<Node4C*> autoRows_;
-  std::vector<char> dirty_;  // of the stretches
-  bool hasAutoBrackets_ = false;
   BracketsS unmatched_;
+  BracketsS supplied_;  // the brackets that stand at the start (opens) and at the end (closes) of the row
+  BracketsS missing_;   // those that are still to come there
 };
 
 }  // namespace zolt::math::ved

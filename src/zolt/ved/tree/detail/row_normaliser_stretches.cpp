@@ -13,13 +13,20 @@ namespace {
 bool isText(Node4C const& node) { return node.getType() == NODE4_TEXT; }
 bool isEmptyText(Node4C const& node) { return isText(node) && node.crefText().empty(); }
 
+/// Whether an opening bracket stands before item i, with nothing between.
+bool isBehindOpeningBracket(Node4C const& row, std::size_t i) {
+  while (i > 0 && isEmptyText(*row.child(i - 1))) --i;
+  return i > 0 && isOpeningBracket(row.child(i - 1)->getType());
+}
+
 /// Whether a stretch may start with these items, so that it can be laid out without looking back: an exponent
-/// stands in one stretch with its base, a closing bracket behind an empty text with what may be its partner.
-/// Texts that stand together count as one.
+/// stands in one stretch with its base, a pair of brackets with nothing between in one. Texts that stand
+/// together count as one.
 bool mayStart(Node4C const& row, std::size_t first, std::size_t count) {
   for (std::size_t i = first; i < first + count; ++i) {
     Node4C const& item = *row.child(i);
-    if (!isText(item)) return item.getType() != NODE4_POWER && !isClosingBracket(item.getType());
+    if (isClosingBracket(item.getType())) return !isBehindOpeningBracket(row, first);
+    if (!isText(item)) return item.getType() != NODE4_POWER;
     if (item.sizeText() > 0) return true;
   }
   return false;
@@ -31,9 +38,23 @@ bool mayStart(Node4C const& row, RowStretchS const& stretch) {
 
 void countBrackets(Node4C const& row, RowStretchS& stretch) {
   stretch.opens = stretch.closes = 0;
-  stretch.hasAutoBrackets = false;
+  SuppliedBracketsS opens;
+  SuppliedBracketsS closes;
   for (unsigned long i = stretch.first; i < stretch.first + stretch.count; ++i) {
-    switch (row.child(i)->getType()) {
+    Node4C const& item = *row.child(i);
+    if (item.getType() == NODE4_AUTO_OPEN) {
+      ++opens.count;
+      opens.overtaken |= opens.others;
+    } else if (!isEmptyText(item)) {
+      opens.others = true;
+    }
+    if (item.getType() == NODE4_AUTO_CLOSE) {
+      ++closes.count;
+    } else if (!isEmptyText(item)) {
+      closes.others = true;
+      closes.overtaken |= closes.count > 0;
+    }
+    switch (item.getType()) {
       case NODE4_OPEN:
         ++stretch.opens;
         break;
@@ -44,14 +65,12 @@ void countBrackets(Node4C const& row, RowStretchS& stretch) {
           ++stretch.closes;
         }
         break;
-      case NODE4_AUTO_OPEN:
-      case NODE4_AUTO_CLOSE:
-        stretch.hasAutoBrackets = true;
-        break;
       default:
         break;
     }
   }
+  stretch.autoOpens = opens;
+  stretch.autoCloses = closes;
 }
 
 /// So short that it is joined with a neighbour.
@@ -97,6 +116,7 @@ void Node4C::dropIndex() {
   if (!index_) return;
   for (Node4C* item : children_) {
     if (!item || !item->stretch_) continue;
+    item->slotHint_ += item->stretch_->first;
     item->dx_ += item->stretch_->dx;
     item->dy_ += item->stretch_->dy;
     item->stretch_ = nullptr;
@@ -107,7 +127,7 @@ void Node4C::dropIndex() {
 void Node4C::enterStretch(RowStretchS& stretch) {
   for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
     children_[i]->parent_ = this;
-    children_[i]->slotHint_ = i;
+    children_[i]->slotHint_ = i - stretch.first;
     children_[i]->stretch_ = &stretch;
   }
   countBrackets(*this, stretch);
@@ -115,20 +135,9 @@ void Node4C::enterStretch(RowStretchS& stretch) {
 
 bool RowNormaliserC::normaliseStretches(Node4C& row) {
   RowIndexC& index = *row.index_;
-  hasAutoBrackets_ = false;
   if (index.isOutgrown(row.numChildren()) || !flatten(row)) return false;
-  if (hasAutoBrackets_ && !promoteInStretches(row)) return false;
-  dirty_.assign(index.size(), false);
-  for (std::size_t k = 0; k < index.size(); ++k) {
-    RowStretchS const& stretch = index[k];
-    unmatched_.add(stretch.closes, stretch.opens);
-    bool const checked = !(stretch.stale & Node4C::STALE_CHECK);
-    dirty_[k] = stretch.hasAutoBrackets ||
-                !(checked || isInOrder(row, stretch, k + 1 == index.size(), index.getUsualLength()));
-  }
-  if (unmatched_.closes > 0) dirty_.front() = true;
-  if (unmatched_.opens > 0) dirty_.back() = true;
-
+  if (supplied_.opens + supplied_.closes > 0) promoteInStretches(row);
+  if (!matchAutoBrackets(row)) return false;
   auto const ranges = findRanges(row);
   for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) rebuildRange(row, *range);
   return true;
@@ -140,21 +149,27 @@ bool RowNormaliserC::flatten(Node4C& row) {
   RowIndexC& index = *row.index_;
   for (std::size_t k = 0; k < index.size(); ++k) {
     RowStretchS& stretch = index[k];
-    hasAutoBrackets_ |= stretch.hasAutoBrackets;
-    if (!(stretch.stale & Node4C::STALE_CHECK)) continue;
-    for (unsigned long i = stretch.first; i < stretch.first + stretch.count;) {
-      Node4C* const item = row.child(i);
-      if (!item || (isText(*item) && item->numChildren() > 0)) return false;
-      if (item->getType() != NODE4_LINE) {
-        ++i;
-        continue;
+    if (stretch.stale & Node4C::STALE_CHECK) {
+      for (unsigned long i = stretch.first; i < stretch.first + stretch.count;) {
+        Node4C* const item = row.child(i);
+        if (!item || (isText(*item) && item->numChildren() > 0)) return false;
+        if (item->getType() != NODE4_LINE) {
+          ++i;
+          continue;
+        }
+        dissolve(row, i);
       }
-      dissolve(row, i);
+      countBrackets(row, stretch);
     }
-    countBrackets(row, stretch);
-    hasAutoBrackets_ |= stretch.hasAutoBrackets;
+    addBrackets(stretch);
   }
   return true;
+}
+
+void RowNormaliserC::addBrackets(RowStretchS const& stretch) {
+  unmatched_.add(stretch.closes, stretch.opens);
+  supplied_.opens += stretch.autoOpens.count;
+  supplied_.closes += stretch.autoCloses.count;
 }
 
 /// Puts the items of the row in slot i in its place. (The calls of the tree that do so would mark the rows
@@ -173,13 +188,22 @@ void RowNormaliserC::dissolve(Node4C& row, unsigned long i) {
   index.noteRemoved(i, 1, Node4C::STALE_ALL);
 }
 
-/// A supplied bracket becomes the user's own as soon as something stands outside it. False when the first or
-/// the last stretch has nothing that could.
-bool RowNormaliserC::promoteInStretches(Node4C& row) {
+void RowNormaliserC::removeItems(Node4C& row, unsigned long first, unsigned long count) {
+  if (count == 0) return;
   RowIndexC& index = *row.index_;
-  std::size_t const last = index.size() - 1;
-  auto const promoteIn = [&](std::size_t k, Node4TypeE type, bool outside) {
-    RowStretchS const& stretch = index[k];
+  row.touch(Node4C::STALE_LAYOUT | Node4C::STALE_RECORD);
+  for (unsigned long i = first; i < first + count; ++i) delete row.child(i);
+  index.noteRemoved(first, count, Node4C::STALE_ALL);
+  row.children_.erase(first, count);
+  for (std::size_t k = 0; k < index.size(); ++k) {
+    if (index[k].stale & Node4C::STALE_CHECK) countBrackets(row, index[k]);
+  }
+}
+
+/// A supplied bracket becomes the user's own as soon as something stands outside it.
+void RowNormaliserC::promoteInStretches(Node4C& row) {
+  RowIndexC& index = *row.index_;
+  auto const promoteAll = [&](RowStretchS& stretch, Node4TypeE type, bool outside) {
     for (unsigned long n = 0; n < stretch.count; ++n) {
       unsigned long const i = type == NODE4_AUTO_OPEN ? n : stretch.count - 1 - n;
       Node4C& item = *row.child(stretch.first + i);
@@ -189,36 +213,117 @@ bool RowNormaliserC::promoteInStretches(Node4C& row) {
         outside = true;
       }
     }
-    return outside;
+    countBrackets(row, stretch);
   };
-  if (!promoteIn(0, NODE4_AUTO_OPEN, false) || !promoteIn(last, NODE4_AUTO_CLOSE, false)) return false;
-  for (std::size_t k = 0; k <= last; ++k) {
-    if (!index[k].hasAutoBrackets) continue;
-    if (k > 0) promoteIn(k, NODE4_AUTO_OPEN, true);
-    if (k < last) promoteIn(k, NODE4_AUTO_CLOSE, true);
-    countBrackets(row, index[k]);
+  bool outside = false;
+  for (std::size_t k = 0; k < index.size(); ++k) {
+    SuppliedBracketsS const& opens = index[k].autoOpens;
+    bool const others = opens.others;
+    if (opens.count > 0 && (outside || opens.overtaken)) promoteAll(index[k], NODE4_AUTO_OPEN, outside);
+    outside |= others;
+  }
+  outside = false;
+  for (std::size_t k = index.size(); k-- > 0;) {
+    SuppliedBracketsS const& closes = index[k].autoCloses;
+    bool const others = closes.others;
+    if (closes.count > 0 && (outside || closes.overtaken)) promoteAll(index[k], NODE4_AUTO_CLOSE, outside);
+    outside |= others;
+  }
+  unmatched_ = supplied_ = {};
+  for (std::size_t k = 0; k < index.size(); ++k) addBrackets(index[k]);
+}
+
+/// Compares the supplied brackets, which stand at the ends of the row by now, with the typed ones that have
+/// no partner: `missing_` are to come, those too many go. False when the ends are not in order.
+bool RowNormaliserC::matchAutoBrackets(Node4C& row) {
+  auto const more = [](unsigned long a, unsigned long b) { return a > b ? a - b : 0; };
+  missing_ = {more(unmatched_.closes, supplied_.opens), more(unmatched_.opens, supplied_.closes)};
+  if (supplied_.opens + supplied_.closes == 0) return true;
+  if (!stepInside(row, caretNode_, caretPos_) || !stepInside(row, anchorNode_, anchorPos_)) return false;
+
+  unsigned long const fromStart = 2 * more(supplied_.opens, unmatched_.closes);
+  unsigned long const fromEnd = 2 * more(supplied_.closes, unmatched_.opens);
+  unsigned long const count = row.numChildren();
+  if (fromStart + fromEnd >= count) return false;
+  for (unsigned long i = 0; i < fromStart; i += 2) {
+    if (!isEmptyText(*row.child(i)) || row.child(i + 1)->getType() != NODE4_AUTO_OPEN) return false;
+  }
+  for (unsigned long i = count - fromEnd; i < count; i += 2) {
+    if (row.child(i)->getType() != NODE4_AUTO_CLOSE || !isEmptyText(*row.child(i + 1))) return false;
+  }
+  removeItems(row, count - fromEnd, fromEnd);
+  removeItems(row, 0, fromStart);
+  return true;
+}
+
+/// Moves a place between a supplied bracket and the end of the row that it stands at to the inside of all
+/// such brackets. False when there is no text for it.
+bool RowNormaliserC::stepInside(Node4C const& row, Node4C*& node, unsigned& pos) {
+  if (!node || node->getParent() != &row || !isEmptyText(*node)) return true;
+  unsigned long const count = row.numChildren();
+  unsigned long i = node->findChildNumber();
+  auto const isBehind = [&](unsigned long place, Node4TypeE type) {
+    return place > 0 && row.child(place - 1)->getType() == type;
+  };
+  auto const isBefore = [&](unsigned long place, Node4TypeE type) {
+    return place + 1 < count && row.child(place + 1)->getType() == type;
+  };
+  auto const isEmptyAt = [&](unsigned long place) { return place < count && isEmptyText(*row.child(place)); };
+  auto const place = [&](unsigned long text, bool atEnd) {
+    if (!isText(*row.child(text))) return false;
+    node = row.child(text);
+    pos = atEnd ? static_cast<unsigned>(node->sizeText()) : 0;
+    return true;
+  };
+
+  unsigned long first = i;
+  while (first > 0 && isEmptyAt(first - 1)) --first;
+  if (isBehind(first, NODE4_AUTO_CLOSE)) {
+    while (isBehind(first, NODE4_AUTO_CLOSE) || (first > 0 && isEmptyAt(first - 1))) --first;
+    if (first > 0 && !isText(*row.child(first))) --first;
+    return place(first, true);
+  }
+  while (isEmptyAt(i + 1)) ++i;
+  if (isBefore(i, NODE4_AUTO_OPEN)) {
+    while (isBefore(i, NODE4_AUTO_OPEN) || isEmptyAt(i + 1)) ++i;
+    if (i + 1 < count && !isText(*row.child(i))) ++i;
+    return place(i, false);
   }
   return true;
 }
 
-/// What is put together anew: the stretches that are not in order, with the one behind, whose first text may
-/// be merged with what comes before it.
+/// The stretches that are not in order, or get a supplied bracket, upwards.
+std::vector<std::size_t> RowNormaliserC::findDirty(Node4C const& row) const {
+  RowIndexC const& index = *row.index_;
+  std::vector<std::size_t> dirty;
+  std::size_t const last = index.size() - 1;
+  if (missing_.opens > 0) dirty.push_back(0);
+  for (std::size_t k = dirty.size(); k <= last; ++k) {
+    bool const changed = index[k].stale & Node4C::STALE_CHECK;
+    if ((changed && !isInOrder(row, index[k], k == last, index.getUsualLength())) ||
+        (k == last && missing_.closes > 0)) {
+      dirty.push_back(k);
+    }
+  }
+  return dirty;
+}
+
+/// What is put together anew: dirty stretches, with the one behind, whose first text may be merged with what
+/// comes before it.
 std::vector<RowNormaliserC::RangeS> RowNormaliserC::findRanges(Node4C const& row) const {
   RowIndexC const& index = *row.index_;
   std::vector<RangeS> ranges;
-  for (std::size_t k = 0; k < index.size(); ++k) {
-    if (!dirty_[k]) continue;
+  for (std::size_t const k : findDirty(row)) {
+    if (!ranges.empty() && k + 1 < ranges.back().end) continue;
     std::size_t first = k;
     if (k + 1 == index.size() && k > 0 && isTooShort(index[k], index.getUsualLength())) --first;
     while (first > 0 && !mayStart(row, index[first])) --first;
-    std::size_t end = k + 1;
-    while (end < index.size() && (dirty_[end - 1] || index[end - 1].count == 0)) ++end;
+    std::size_t const end = std::min(k + 2, index.size());
     while (!ranges.empty() && ranges.back().end >= first) {
       first = std::min(first, ranges.back().first);
       ranges.pop_back();
     }
     ranges.push_back({first, end});
-    k = end - 1;
   }
   return ranges;
 }
@@ -229,13 +334,9 @@ void RowNormaliserC::rebuildRange(Node4C& row, RangeS range) {
   std::size_t const end = index[range.end - 1].first + index[range.end - 1].count;
   row_.clear();
   if (range.first == 0) {
-    for (unsigned long i = 0; i < unmatched_.closes; ++i) append(make(NODE4_AUTO_OPEN));
+    for (unsigned long i = 0; i < missing_.opens; ++i) append(make(NODE4_AUTO_OPEN));
   }
-  for (std::size_t i = at; i < end; ++i) {
-    NodeT item(std::exchange(row.children_[i], nullptr));
-    Node4TypeE const type = item->getType();
-    if (type != NODE4_AUTO_OPEN && type != NODE4_AUTO_CLOSE) append(std::move(item));
-  }
+  for (std::size_t i = at; i < end; ++i) append(NodeT(std::exchange(row.children_[i], nullptr)));
   if (range.end == index.size()) appendEnd();
 
   row.touch(Node4C::STALE_LAYOUT | Node4C::STALE_RECORD);
