@@ -377,7 +377,7 @@ class CommandLineTest(unittest.TestCase):
         for argument in "", " ":
             status, out, err = ved("convert", argument)
             self.assertEqual((status, out), (FAILED, b"\n"))
-            self.assertIn(b"there is no expression", err)
+            self.assertIn(b"the formula is empty", err)
         for path in "missing", "/":
             status, out, err = ved("convert", "-i", path)
             self.assertEqual((status, out), (FAILED, b""))

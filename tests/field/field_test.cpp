@@ -265,6 +265,24 @@ TEST(FieldPainting, ShowsASelectionInBands) {
   EXPECT_EQ(bands("[\"⚑ab‸\"]"), "0,0-12,10 ");
 }
 
+TEST(FieldPainting, TellsOnceWhatChanged) {
+  FieldStageC stage("[\"ab‸c\"]");
+  FormulaFieldC& field = stage.refField();
+  auto const changes = [&](std::string const& script) {
+    stage.play(script);
+    bool const changed = field.takeChange();
+    EXPECT_FALSE(field.takeChange()) << script;
+    return changed;
+  };
+  EXPECT_TRUE(field.takeChange());
+  for (char const* const script : {"char x", "op sqrt", "undo", "redo", "command select-all char y"}) {
+    EXPECT_TRUE(changes(script)) << script;
+  }
+  for (char const* const script : {"key left", "command select-all", "copy", "char x undo", "paint"}) {
+    EXPECT_FALSE(changes(script)) << script;
+  }
+}
+
 TEST(FieldPainting, AsksOnceToShowTheCaret) {
   FieldStageC stage("[\"ab‸c\"]");
   RectangleS box;

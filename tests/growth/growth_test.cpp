@@ -168,7 +168,7 @@ constexpr CallS calls[] = {
 };
 
 struct CostS {
-  unsigned long act = 0;    ///< with the layout that follows
+  unsigned long act = 0;    ///< with the layout that follows, and the question what has changed
   unsigned long paint = 0;  ///< of what a host does after it
 };
 
@@ -194,6 +194,7 @@ class SubjectC {
     CostS cost;
     unsigned long const start = countSteps();
     call(field_);
+    field_.takeChange();
     field_.refView().getExpressionSize();
     cost.act = countSteps() - start;
     paint();

@@ -15,7 +15,7 @@ wstring describe(ErrorCauseE cause) {
     case ERROR_CAUSE_UNEXPECTED_END:
       return u"Something is missing at the end";
     case ERROR_CAUSE_BAD_NUMBER:
-      return u"This is not a number";
+      return u"This is no number, or too large a one";
     case ERROR_CAUSE_MISSING_OPEN:
       return u"This function needs its arguments in brackets";
     case ERROR_CAUSE_CALL_NOT_CLOSED:

@@ -43,7 +43,8 @@ PlaceS toCaretPlace(PlaceS place, bool first) {
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
       view_(surface_),
-      clipboard_(new MemoryClipboardC) {}
+      clipboard_(new MemoryClipboardC),
+      seen_(view_.crefRoot().makeRecord()) {}
 
 FormulaFieldC::~FormulaFieldC() = default;
 
@@ -207,6 +208,14 @@ bool FormulaFieldC::takeRevealRequest(RectangleS& box) {
   reveal_ = false;
   box = view_.getCaretRectangle();
   return true;
+}
+
+bool FormulaFieldC::takeChange() {
+  NodeRecordPointerC const now = view_.crefRoot().makeRecord();
+  if (now.get() == seen_.get()) return false;
+  bool const changed = !findPatches(*seen_, *now).empty();
+  seen_ = now;
+  return changed;
 }
 
 }  // namespace zolt::field

@@ -108,7 +108,6 @@ class FormulaFieldC {
   // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
   /// Where the clipboard commands put and find content; at first a memory of the field's own. Not null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
-  ClipboardABC& refClipboard() { return *clipboard_; }
   /// The selection, for hosts that are handed the clipboard with the event.
   ClipboardContentS copy() const { return copySelection(view_, options_.decimalComma); }
   PasteE paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error = nullptr);
@@ -120,6 +119,9 @@ class FormulaFieldC {
   std::vector<math::ved::RectangleS> getSelectionRectangles();
   /// True, once, when input has moved the caret: `box` is then what should be brought into sight.
   bool takeRevealRequest(math::ved::RectangleS& box);
+  /// True when the formula is another one than at the last call, or at first: than the empty one. In time
+  /// that follows the change. What only moved caret and selection, or came back to what it was, is none.
+  bool takeChange();
 
   // ---- Recording ------------------------------------------------------------------------------------------
   /// Appends all input and changes of options from now on to `script`, which the caller keeps alive until it
@@ -178,7 +180,8 @@ class FormulaFieldC {
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
-  bool wordTyped_ = false;  // the last input typed a letter, so that a name may be on its way
+  math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
+  bool wordTyped_ = false;              // the last input typed a letter, so that a name may be on its way
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selections before each growth
 };

@@ -92,10 +92,7 @@ bool ScriptRunnerC::show(wstring const& prefix) {
   return true;
 }
 
-bool ScriptRunnerC::paste(ClipboardContentS const& content) {
-  pasteError_ = exchange::PlainTextErrorS();
-  return field_.paste(content, &pasteError_) != PASTE_REFUSED;
-}
+bool ScriptRunnerC::paste(ClipboardContentS const& content) { return field_.paste(content) != PASTE_REFUSED; }
 
 bool ScriptRunnerC::set(wstring const& option, bool on) {
   InputOptionsS options = field_.getOptions();

@@ -22,16 +22,12 @@ class ScriptRunnerC {
   bool run(EventScriptT const& script);
   StepReportS runAndReport(ScriptStepS const& step);
 
-  /// Why the last paste was refused.
-  exchange::PlainTextErrorS const& getPasteError() const { return pasteError_; }
-
  private:
   bool show(wstring const& prefix);
   bool paste(ClipboardContentS const& content);
   bool set(wstring const& option, bool on);
 
   FormulaFieldC& field_;
-  exchange::PlainTextErrorS pasteError_;
 };
 
 /// `char a → ["a‸"]`, with "refused" behind it when the step was.

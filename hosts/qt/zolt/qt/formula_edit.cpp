@@ -26,16 +26,6 @@ namespace {
 
 constexpr int no_cause = -1;
 
-void mix(std::size_t& print, std::size_t value) { print ^= value + 0x9e3779b9 + (print << 6) + (print >> 2); }
-
-/// Differs, in all likelihood, when two formulas do. The nesting of rows is limited, so it may recurse.
-std::size_t printOf(math::ved::Node4C const& node) {
-  std::size_t print = std::hash<oss::wstring>()(node.crefText());
-  mix(print, std::size_t(node.getType()));
-  for (unsigned long i = 0; i < node.numChildren(); ++i) mix(print, printOf(*node.child(i)));
-  return print;
-}
-
 void provideStandardOperators() {
   auto const session = math::algexpr::CASSessionBC::getSession();
   auto const operators = math::ved::OperatorListRepositoryC::lookup(session->getEngine());
@@ -63,7 +53,7 @@ FormulaEdit::StateS::StateS(FormulaEdit& owner) : edit(owner) {
   clipboard = new SystemClipboardC(fonts);
   primary = new SystemClipboardC(fonts, QClipboard::Selection);
   field->setClipboard(clipboard);
-  formulaPrint = printOf(field->crefView().crefRoot());
+  field->takeChange();
 }
 
 FormulaEdit::StateS::~StateS() {
@@ -74,9 +64,7 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgra
   bool const taken = action();
   faultyBox.reset();
   math::ved::ViewZNT4C const& view = field->crefView();
-  std::size_t const print = printOf(view.crefRoot());
-  bool const changed = print != formulaPrint;
-  formulaPrint = print;
+  bool const changed = field->takeChange();
   if (changed) examined = false;
 
   field::PlaceS const caret{view.getCaretNode(), view.getCaretPos()};

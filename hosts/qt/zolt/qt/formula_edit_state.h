@@ -92,7 +92,6 @@ struct FormulaEdit::StateS {
   int preeditCaret = 0;
 
   // What the signals have been told about.
-  std::size_t formulaPrint = 0;
   field::PlaceS caretSeen;
   field::PlaceS anchorSeen;
   QSize contentSeen;
