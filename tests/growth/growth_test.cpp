@@ -216,6 +216,7 @@ class SubjectC {
     }
   }
   void paint() {
+    field_.takeChange();
     field_.refView().display(0, 0);
     field_.getCaretRectangle();
     field_.getSelectionRectangles();
