@@ -190,7 +190,10 @@ std::string playAll(EventScriptT const& script, std::size_t stride) {
     if (write(view).size() > largest_notation) break;
     if (auto fault = playStep(subject, step, stride, groupStart); !fault.empty())
       return toBytes(writeScriptStep(step)) + ": " + fault;
-    if (step.word == SCRIPT_SHOW && !view.canUndo()) start = writeBytes(view.crefRoot());
+    // A view shows the empty formula for a text that does not read, a field keeps what it shows.
+    bool const shown = step.word == SCRIPT_SHOW &&
+                       (SubjectT::all_or_nothing || AlgebraicExpressionC::fromPrefixString(step.text));
+    if (shown && !view.canUndo()) start = writeBytes(view.crefRoot());
   }
   view.setEditable(true);
   view.endGroup();

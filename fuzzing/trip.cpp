@@ -52,7 +52,7 @@ std::string readBack(bytestring const& bytes, bytestring& again) {
 
 /// Whether the expression means what it looks like. Names that only expression objects have can also be
 /// typed, and make what no sign makes: an exponent on an exponent, or pi with arguments, which show and do
-/// not read.
+/// not read. A "!" on a power looks like one on the exponent, and is that when it is read.
 bool isTextbook(wstring const& prefix) {
   struct CallS {
     wstring name;
@@ -182,7 +182,7 @@ std::string checkTrips(PointerTC<AlgebraicExpressionC> const& expression, bool w
       return readable ? "what is shown of " + toBytes(prefix) + " does not read" : std::string();
     }
     wstring const next = current->toPrefixString();
-    if (next != prefix && trip == 2)
+    if (next != prefix && trip == 2 && isTextbook(prefix))
       return toBytes(prefix) + " becomes " + toBytes(next) + " on the third trip";
     prefix = next;
   }

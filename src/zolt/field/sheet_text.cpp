@@ -246,6 +246,9 @@ bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
 }
 
 bool salvageSheet(wstring const& text, SheetT& sheet) {
+  // Of a sound sheet nothing is in doubt.
+  SheetErrorS error;
+  if (readSheet(text, sheet, error)) return true;
   SheetReaderC reader(text, true);
   if (!reader.read()) return false;
   sheet = std::move(reader.refSheet());

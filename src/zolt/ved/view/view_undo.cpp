@@ -63,11 +63,13 @@ void ViewZNT4C::cancelGroup() {
   needRedraw();
 }
 
+// A group that goes on begins where it began.
 void ViewZNT4C::takeBack() const {
   takeOver(*history_->stateBeforeStep());
+  takeBackDue_ = false;
+  if (grouping_) return;
   history_->dropStep();
   backup_.reset();
-  takeBackDue_ = false;
 }
 
 void ViewZNT4C::recordStep() { history_->endStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_}); }
