@@ -41,6 +41,8 @@ struct BoundsS {
 /// Keeps the primitives that the shared look asks for.
 class ProbeGraphicsC final : public TypesetGraphicsABC {
  public:
+  using TypesetGraphicsABC::showAll;
+  using TypesetGraphicsABC::showOnly;
   using TypesetGraphicsABC::TypesetGraphicsABC;
 
   /// Kinds in order: 'g' glyphs, 'f' fill, 's' stroke, 'r' rule.

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -249,6 +251,41 @@ TEST_F(TypesetShapes, ExponentsStandCloseWhateverTheirBaseRoundsTo) {
   }
   EXPECT_GT(least, -0.5);
   EXPECT_LT(most, 0.7);
+}
+
+TEST_F(TypesetShapes, WhatStandsFarOutIsNotAskedFor) {
+  ProbeGraphicsC probe(typesetter);
+  auto const isSeen = [](double x) { return x >= 0 && x <= 300; };
+  auto const draw = [&] {
+    probe.clear();
+    for (long x = -5000; x < 5000; x += 30) {
+      probe.drawText(u"f+", x, x / 30 % 2 == 0 ? 0 : 4000);
+      probe.drawOpenBracket(x + 20, 0, 13, false);
+    }
+    probe.finish();
+  };
+  auto const seen = [&] {
+    std::vector<double> places;
+    std::copy_if(probe.glyphs.begin(), probe.glyphs.end(), std::back_inserter(places), isSeen);
+    for (BoundsS const& fill : probe.fills) {
+      if (isSeen(fill.left)) places.push_back(fill.left);
+    }
+    return places;
+  };
+  draw();
+  std::size_t const all = probe.kinds.size();
+  std::vector<double> const whole = seen();
+  probe.showOnly({0, -4000}, {300, 4100});
+  draw();
+  EXPECT_EQ(seen(), whole);
+  EXPECT_LT(probe.kinds.size(), all / 10);
+  std::size_t const withFar = probe.kinds.size();
+  probe.showOnly({0, 0}, {300, 20});
+  draw();
+  EXPECT_LT(probe.kinds.size(), withFar * 3 / 4);
+  probe.showAll();
+  draw();
+  EXPECT_EQ(probe.kinds.size(), all);
 }
 
 TEST(Rules, CoverWholePixels) {

@@ -45,6 +45,7 @@ void QtGraphicsC::begin(QPainter& painter, QColor const& colour, PaintTargetE ta
   colour_ = colour;
   target_ = target;
   seen_ = painter.hasClipping() ? painter.clipBoundingRect() : QRectF();
+  if (!seen_.isNull()) showOnly({seen_.left(), seen_.top()}, {seen_.right(), seen_.bottom()});
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
 }
@@ -52,6 +53,7 @@ void QtGraphicsC::begin(QPainter& painter, QColor const& colour, PaintTargetE ta
 void QtGraphicsC::end() {
   if (!painter_) return;
   finish();
+  showAll();
   painter_->restore();
   painter_ = nullptr;
 }

@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/typeset_graphics.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "zolt/surfaces/typeset/detail/brush.h"
 #include "zolt/surfaces/typeset/detail/row_context.h"
@@ -15,6 +16,10 @@ namespace {
 /// How far an exponent stands from the ink of its base, and by how much it is moved for that at most: closer
 /// to a base whose width was rounded up, away from one that leans over. In surface units.
 constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
+
+/// So far out neither ink that leans over nor what a text stands beside makes a difference. In surface units.
+constexpr double far_out = 100;
+constexpr double everything = std::numeric_limits<double>::infinity();
 
 PathPointS cellCentre(PathPointS cell) { return {cell.x + 0.5, cell.y + 0.5}; }
 
@@ -41,8 +46,13 @@ struct TypesetGraphicsABC::StateS {
 
   FontSizeS const& size() const { return getFontSize(depth); }
 
+  bool isFarOut(double left, double top, double right, double bottom) const {
+    return right < shownFrom.x || left > shownTo.x || bottom < shownFrom.y || top > shownTo.y;
+  }
+
   oss::PointerTC<TypesetterC> typesetter;
   unsigned long depth = 0;
+  PathPointS shownFrom{-everything, -everything}, shownTo{everything, everything};
   StrokeJoinerC strokes;
   RowContextC row;
   std::vector<PlacedGlyphS> glyphs;  // kept for their memory
@@ -54,6 +64,13 @@ TypesetGraphicsABC::TypesetGraphicsABC(oss::PointerTC<TypesetterC> typesetter)
 TypesetGraphicsABC::~TypesetGraphicsABC() = default;
 
 TypesetterC& TypesetGraphicsABC::getTypesetter() const { return *state_->typesetter; }
+
+void TypesetGraphicsABC::showOnly(PathPointS topLeft, PathPointS bottomRight) {
+  state_->shownFrom = {topLeft.x - far_out, topLeft.y - far_out};
+  state_->shownTo = {bottomRight.x + far_out, bottomRight.y + far_out};
+}
+
+void TypesetGraphicsABC::showAll() { showOnly({-everything, -everything}, {everything, everything}); }
 
 void TypesetGraphicsABC::finish() const {
   paintStrokes();
@@ -106,8 +123,10 @@ long TypesetGraphicsABC::getMetric(long index) const {
 void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) const {
   paintStrokes();
   if (text.empty()) return;
-  std::vector<PlacedGlyphS>& glyphs = state_->glyphs;
   FontSizeS const& size = state_->size();
+  double const longest = 2.0 * size.em * double(text.size());
+  if (state_->isFarOut(double(x), double(y), double(x) + longest, double(y + size.height))) return;
+  std::vector<PlacedGlyphS>& glyphs = state_->glyphs;
   TextStartE const start = state_->row.findStart(x, y, size.height, state_->depth);
   state_->typesetter->place(text, state_->depth, start, glyphs);
   double const left = double(x) - state_->row.findKern(x, y + size.height, state_->depth), top = double(y),
@@ -179,6 +198,7 @@ void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height
 void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
                                      InkE ink) const {
   paintStrokes();
+  if (state_->isFarOut(double(left), double(top), double(left), double(top + height))) return;
   state_->path.clear();
   appendBracket(state_->path, side, place, double(left), double(top), double(height), state_->size());
   if (!state_->path.getSteps().empty()) fillPath(state_->path, ink);

@@ -72,6 +72,12 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void selectFont(unsigned long fontDepth) const final;
 
  protected:
+  /// Only what is in this box, in surface units, has to be painted from now on; at first, and after
+  /// `showAll`, everything. What stands far outside is not asked for, so that a large formula costs what is
+  /// seen of it.
+  void showOnly(PathPointS topLeft, PathPointS bottomRight);
+  void showAll();
+
   virtual void fillGlyphs(GlyphRunS const& run) const = 0;
   /// Fills by the nonzero winding rule.
   virtual void fillPath(PathC const& path, InkE ink) const = 0;
