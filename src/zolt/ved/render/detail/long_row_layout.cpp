@@ -9,7 +9,13 @@
 namespace zolt::math::ved {
 
 LongRowLayoutC::LongRowLayoutC(Node4C& row, RowIndexC& index, GraphicsABC const& graphics)
-    : row_(row), index_(index), gap_(graphics.getMetric(0)), overhang_(graphics.getMetric(2)) {}
+    : row_(row),
+      index_(index),
+      gap_(graphics.getMetric(0)),
+      overhang_(graphics.getMetric(2)),
+      levels_(index.refOpenBrackets()) {
+  levels_.clear();
+}
 
 bool LongRowLayoutC::layout() {
   for (std::size_t k = 0; k < index_.size(); ++k) {
@@ -66,7 +72,7 @@ void LongRowLayoutC::measure(RowStretchS& stretch) {
       }
       case NODE4_OPEN:
       case NODE4_AUTO_OPEN:
-        levels_.push_back({extent, item});
+        levels_.push_back({extent, item, nullptr});
         extent = {};
         break;
       default: {
@@ -81,13 +87,13 @@ void LongRowLayoutC::measure(RowStretchS& stretch) {
         } else {
           RowExtentS const group = extent;
           extent = levels_.back().before;
-          closeGroup(*levels_.back().open, *item, power, group, extent);
+          closeGroup(*levels_.back().bracket, *item, power, group, extent);
           levels_.pop_back();
         }
       }
     }
   }
-  for (LevelS const& level : levels_) stretch.brackets.push_back({level.before, level.open, nullptr});
+  stretch.brackets.insert(stretch.brackets.end(), levels_.begin(), levels_.end());
   levels_.clear();
   stretch.extent = extent;
   stretch.width = x;
@@ -126,14 +132,14 @@ bool LongRowLayoutC::join() {
     for (RowBracketS const& bracket : stretch.brackets) {
       extent.include(bracket.before);
       if (isOpeningBracket(bracket.bracket->type_)) {
-        levels_.push_back({extent, bracket.bracket});
+        levels_.push_back({extent, bracket.bracket, nullptr});
         extent = {};
         continue;
       }
       if (levels_.empty()) return false;
       RowExtentS const group = extent;
       extent = levels_.back().before;
-      long const top = closeGroup(*levels_.back().open, *bracket.bracket, bracket.power, group, extent);
+      long const top = closeGroup(*levels_.back().bracket, *bracket.bracket, bracket.power, group, extent);
       levels_.pop_back();
       if (bracket.power) Node4C::min1stDim(extent.top, placePower(*bracket.power, top));
     }

@@ -20,12 +20,6 @@ class LongRowLayoutC {
   bool layout();
 
  private:
-  /// What stands before a bracket that is not closed yet.
-  struct LevelS {
-    RowExtentS before;
-    Node4C* open;
-  };
-
   void measure(RowStretchS& stretch);
   bool join();
   long placePower(Node4C& power, long baseTop) const;
@@ -36,7 +30,7 @@ class LongRowLayoutC {
   RowIndexC& index_;
   long const gap_;
   long const overhang_;
-  std::vector<LevelS> levels_;
+  std::vector<RowBracketS>& levels_;  // opening brackets that are not closed yet
 };
 
 }  // namespace zolt::math::ved

@@ -108,6 +108,9 @@ class RowIndexC {
   /// Item i is another one; so may be what its neighbours stand for.
   void noteChanged(std::size_t i, std::uint8_t stale);
 
+  /// For the layout, which would have to ask for as much memory on every key.
+  std::vector<RowBracketS>& refOpenBrackets() { return openBrackets_; }
+
   void mark(std::uint8_t stale);
   void clear(std::uint8_t stale);
 
@@ -119,6 +122,7 @@ class RowIndexC {
 
   std::size_t usualLength_ = least_usual_length;
   std::vector<std::unique_ptr<RowStretchS>> stretches_;
+  std::vector<RowBracketS> openBrackets_;
 };
 
 }  // namespace zolt::math::ved
