@@ -93,6 +93,11 @@ constexpr ShapeS shapes[] = {
     {"names", [](unsigned long n) { return rowOf(n, u"alpha 2x", u"sqrt<[\"y\"]>"); }},
 };
 
+wstring toHex(char16_t c) {
+  char const* const digits = "0123456789ABCDEF";
+  return {static_cast<char16_t>(digits[c / 16]), static_cast<char16_t>(digits[c % 16])};
+}
+
 /// Something done to a field: a script, played as a person would, and painted after each step.
 struct ActS {
   std::string name;
@@ -297,6 +302,21 @@ TEST(GrowthOfAKey, FollowsTheEdit) {
         EXPECT_LE(most, growth * least) << name << ": " << act.name << ", from " << least << " steps";
       }
     }
+  }
+}
+
+// Ten times as many keys before it make a key twice the work at most: what was typed leaves no debris.
+TEST(GrowthOfAKey, DoesNotDependOnHowManyCameBefore) {
+  for (wstring const keys : {u"x", u"!", u"-", u"x+", u"(x)!", u"x "}) {
+    auto const costAfter = [&](unsigned long count) {
+      SubjectC subject({"nothing", [](unsigned long) { return wstring(u"[\"\u2038\"]"); }}, 0);
+      wstring typed;
+      for (unsigned long i = 0; i < count; ++i) typed += u"char U+" + toHex(keys[i % keys.size()]) + u" ";
+      return subject.cost(ActS{"", typed, u"char x"}).act;
+    };
+    unsigned long const least = costAfter(small_size);
+    unsigned long const most = costAfter(large_size);
+    EXPECT_LE(most, 2 * least + 2000) << toUtf8(keys) << ", from " << least << " steps";
   }
 }
 

@@ -23,6 +23,7 @@ void appendParts(ChildrenT& parts, wstring const& text, std::size_t from, std::s
 }
 
 /// The parts of a text: those of the text as it was, `before`, at both ends as far as they are the same.
+/// Small ones beside the change go into its part, or typing would leave a part for each character.
 ChildrenT makeParts(wstring const& text, ChildrenT const& before) {
   std::size_t from = 0;
   std::size_t end = text.size();
@@ -39,6 +40,11 @@ ChildrenT makeParts(wstring const& text, ChildrenT const& before) {
   }
   std::size_t back = before.size();
   while (back > front && endsIn(before[back - 1]->crefText())) end -= before[--back]->crefText().size();
+  auto const fits = [&](std::size_t part) {
+    return before[part]->crefText().size() + (end - from) <= part_size;
+  };
+  while (front > 0 && fits(front - 1)) from -= before[--front]->crefText().size();
+  while (back < before.size() && fits(back)) end += before[back++]->crefText().size();
 
   ChildrenT parts(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(front));
   appendParts(parts, text, from, end);
