@@ -64,7 +64,8 @@ class ScarceViewC {
         break;
       }
       case SCRIPT_SHOW:
-        show(AlgebraicExpressionC::fromPrefixString(step.text));
+        // In the middle of a group it would be the group's new beginning.
+        if (!grouping_) show(AlgebraicExpressionC::fromPrefixString(step.text));
         break;
       case SCRIPT_SET:
         set(step);
