@@ -105,7 +105,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool undoContinues() const;
   bool redoContinues() const;
   /// Until `endGroup`, all edits are one: one step to undo, checked by the constraints as a whole. Undo and
-  /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest.
+  /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest;
+  /// an expression set meanwhile begins the group anew.
   void beginGroup();
   /// False when the constraints rejected the group, which then leaves nothing behind.
   bool endGroup();
