@@ -66,7 +66,11 @@ void show(wstring const& text) {
   view.getExpressionSize();
   view.getAlgebraicExpression(nullptr);
 }
-void type(wstring const& text) { ViewZNT4C(makeSurface()).insertText(text); }
+void type(wstring const& text) {
+  ViewZNT4C view(makeSurface());
+  view.insertText(text);
+  view.getExpressionSize();
+}
 void pasteText(wstring const& text) {
   field::ClipboardContentS content;
   content.plainText = text;
@@ -133,8 +137,8 @@ TEST(Amplification, MemoryIsInProportion) {
        show,
        250,
        {{u"f(1", u",1", u")"}, {u"f(1", u",abs(1)", u")"}, {u"f(1", u",^(1,2)", u")"}}},
-      {"typed text", type, 800, {{u"", u"a", u""}, {u"", u"(", u""}, {u"", u"^", u""}, {u"", u"1/", u""}}},
-      {"pasted text", pasteText, 800, {{u"a", u"+a", u""}, {u"", u"(", u""}, {u"", u"|a|", u""}}},
+      {"typed text", type, 1000, {{u"", u"a", u""}, {u"", u"(", u""}, {u"", u"^", u""}, {u"", u"1/", u""}}},
+      {"pasted text", pasteText, 1000, {{u"a", u"+a", u""}, {u"", u"(", u""}, {u"", u"|a|", u""}}},
   };
   prepare();
   for (EntryS const& entry : entries) {

@@ -91,6 +91,10 @@ constexpr ShapeS shapes[] = {
        return row(repeat(n / 4, u"\"f\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"\""));
      }},
     {"names", [](unsigned long n) { return rowOf(n, u"alpha 2x", u"sqrt<[\"y\"]>"); }},
+    {"beside an open bracket",
+     [](unsigned long n) {
+       return rowOf(n, u"+", u"sqrt<[\"y\"]>").insert(1, u"\"\", sqrt<[\"\", (, \"a\", AC, \"\"]>, ");
+     }},
 };
 
 wstring toHex(char16_t c) {
@@ -285,7 +289,7 @@ TEST_P(Growth, ToAHundredThousandItems) {
 
 // A hundred times as much formula takes a key at most five times the work: only what it changed is looked at.
 TEST(GrowthOfAKey, FollowsTheEdit) {
-  for (char const* const name : {"fractions", "exponents", "brackets", "names"}) {
+  for (char const* const name : {"fractions", "exponents", "brackets", "names", "beside an open bracket"}) {
     auto const shape = std::find_if(std::begin(shapes), std::end(shapes),
                                     [&](ShapeS const& one) { return one.name == std::string(name); });
     ASSERT_NE(shape, std::end(shapes));

@@ -19,6 +19,7 @@ constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 
 /// So far out neither ink that leans over nor what a text stands beside makes a difference. In surface units.
 constexpr double far_out = 100;
+constexpr double widest_letter = 4;  // in em
 constexpr double everything = std::numeric_limits<double>::infinity();
 
 PathPointS cellCentre(PathPointS cell) { return {cell.x + 0.5, cell.y + 0.5}; }
@@ -124,7 +125,7 @@ void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) cons
   paintStrokes();
   if (text.empty()) return;
   FontSizeS const& size = state_->size();
-  double const longest = 2.0 * size.em * double(text.size());
+  double const longest = widest_letter * size.em * double(text.size());
   if (state_->isFarOut(double(x), double(y), double(x) + longest, double(y + size.height))) return;
   std::vector<PlacedGlyphS>& glyphs = state_->glyphs;
   TextStartE const start = state_->row.findStart(x, y, size.height, state_->depth);

@@ -162,7 +162,7 @@ Node4C* Node4C::cutChild(unsigned long i) {
   touch(STALE_ALL);
   if (index_) index_->noteChanged(i, STALE_ALL);
   if (node) {
-    node->stale_ = STALE_ALL;
+    node->stale_ |= STALE_ALL;
     node->stretch_ = nullptr;
   }
   children_[i] = nullptr;

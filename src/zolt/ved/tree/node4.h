@@ -152,6 +152,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// when the text that holds them is merged into another; pass null nodes when there are none. Linear in the
   /// rows that changed since the last time (and those with supplied brackets); the others are not visited.
   void checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos);
+  /// What that does to a place in a tree that is in order: moves it away from between a supplied bracket and
+  /// the end of its row, to the inside of all such brackets. A null node is no place.
+  static void stepInside(Node4C*& node, unsigned& pos);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
   /// Whether a character may be typed into a text (`identifier`: may be part of a name).
@@ -220,7 +223,15 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  private:
   /// What has to be done again for a node or for something inside it. A node's marks stand on all its
   /// ancestors.
-  enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_RECORD = 4, STALE_ALL = 7 };
+  /// STALE_BRACKETS: a row with supplied brackets, which is in order, but where the caret may have got to.
+  enum StaleE : std::uint8_t {
+    STALE_CHECK = 1,
+    STALE_LAYOUT = 2,
+    STALE_RECORD = 4,
+    STALE_ALL = 7,
+    STALE_BRACKETS = 8,
+    STALE_VISIT = STALE_CHECK | STALE_BRACKETS
+  };
 
   friend class RowWriterC;
   friend class RowNormaliserC;

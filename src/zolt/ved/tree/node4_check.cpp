@@ -5,13 +5,13 @@
 namespace zolt::math::ved {
 
 void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos) {
-  if (!(stale_ & STALE_CHECK)) return;
+  if (!(stale_ & STALE_VISIT)) return;
   RowNormaliserC normaliser(caretNode, caretPos, anchorNode, anchorPos);
   Node4C* node = this;
   unsigned long next = 0;  // the child of `node` to visit next
   normaliser.visit(*node);
   for (;;) {
-    if (Node4C* const child = node->findMarked(next, STALE_CHECK)) {
+    if (Node4C* const child = node->findMarked(next, STALE_VISIT)) {
       normaliser.visit(*child);
       if (child->numChildren() == 0) continue;
       node = child;
@@ -24,6 +24,10 @@ void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNo
     }
   }
   normaliser.markRowsWithAutoBrackets();
+}
+
+void Node4C::stepInside(Node4C*& node, unsigned& pos) {
+  if (node && node->parent_) RowNormaliserC::stepInside(*node->parent_, node, pos);
 }
 
 Node4C* Node4C::inLine() {

@@ -280,7 +280,13 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
 }
 
 void ViewZNT4C::finishEdit() {
-  if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+  if (history_->isStepOpen()) {
+    if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+  } else if (layoutPending_) {
+    // The tree is in order, and nothing would lead back to it.
+    Node4C::stepInside(caretNode_, caretPos_);
+    Node4C::stepInside(anchorNode_, anchorPos_);
+  }
 #ifdef ZOLT_CHECK_TREES
   bool const sound = validateTree(*root_).invariant == TREE_VALID && isPlace(*root_, caretNode_, caretPos_) &&
                      (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));

@@ -17,14 +17,25 @@ bool isEmptyText(Node4C const& node) { return node.getType() == NODE4_TEXT && no
 }  // namespace
 
 void RowNormaliserC::visit(Node4C& node) {
-  node.unmark(Node4C::STALE_CHECK);
+  bool const changed = node.stale_ & Node4C::STALE_CHECK;
+  node.unmark(Node4C::STALE_VISIT);
   if (node.getType() != NODE4_LINE) return;
+  if (!changed) {
+    stepInside(node, caretNode_, caretPos_);
+    stepInside(node, anchorNode_, anchorPos_);
+    autoRows_.push_back(&node);  // or a row inside is one, which comes to the same
+    return;
+  }
   unmatched_ = supplied_ = missing_ = {};
   bool const long_ = node.index_ && normaliseStretches(node);
   if (!long_) {
-    unmatched_ = missing_ = {};
     node.dropIndex();
-    if (!isCanonical(node)) normalise(node);
+    if (!isCanonical(node)) {
+      normalise(node);
+    } else if (unmatched_.opens + unmatched_.closes > 0) {
+      stepInside(node, caretNode_, caretPos_);
+      stepInside(node, anchorNode_, anchorPos_);
+    }
   }
   if (unmatched_.opens + unmatched_.closes > 0) autoRows_.push_back(&node);
   if (!node.index_ && node.numChildren() >= RowIndexC::min_items) node.buildIndex();
@@ -32,25 +43,31 @@ void RowNormaliserC::visit(Node4C& node) {
 }
 
 void RowNormaliserC::leave(Node4C& node) {
-  if (node.index_) node.index_->clear(Node4C::STALE_CHECK);
+  if (node.index_) node.index_->clear(Node4C::STALE_VISIT);
 }
 
 void RowNormaliserC::normalise(Node4C& row) {
+  unmatched_ = {};
   collectItems(row);
   promoteAutoBrackets();
   dropAutoBracketsAndCount();
   rebuild(row);
 }
 
-/// Texts and other items alternate, texts at both ends, typed brackets balanced, none supplied. (In a short
-/// row supplied brackets are made anew on every pass.)
+/// Texts and other items alternate, texts at both ends; as many supplied brackets as the typed ones need, and
+/// nothing but empty texts outside them. Counts what is unmatched.
 bool RowNormaliserC::isCanonical(Node4C const& row) {
   unsigned long const count = row.numChildren();
   if (count % 2 == 0) return false;
-  long depth = 0;
+  unmatched_ = {};
+  unsigned long autoOpens = 0;
+  unsigned long autoCloses = 0;
+  bool outside = false;  // whether something stands outside a supplied opening bracket that would come now
   for (unsigned long i = 0; i < count; ++i) {
     Node4C const* item = row.child(i);
     if (!item || (item->getType() == NODE4_TEXT) != (i % 2 == 0)) return false;
+    if (isEmptyText(*item) && item->numChildren() == 0) continue;
+    if (autoCloses > 0 && item->getType() != NODE4_AUTO_CLOSE) return false;
     switch (item->getType()) {
       case NODE4_TEXT:
         if (item->numChildren() > 0) return false;
@@ -59,16 +76,24 @@ bool RowNormaliserC::isCanonical(Node4C const& row) {
       case NODE4_POWER:
         break;
       case NODE4_OPEN:
-        ++depth;
+        unmatched_.add(0, 1);
         break;
       case NODE4_CLOSE:
-        if (--depth < 0) return false;
+        unmatched_.add(1, 0);
+        break;
+      case NODE4_AUTO_OPEN:
+        if (outside) return false;
+        ++autoOpens;
+        continue;
+      case NODE4_AUTO_CLOSE:
+        ++autoCloses;
         break;
       default:
         return false;
     }
+    outside = true;
   }
-  return depth == 0;
+  return autoOpens == unmatched_.closes && autoCloses == unmatched_.opens;
 }
 
 /// Takes all items out of the row: nested rows give up their items and vanish; the children of a text follow

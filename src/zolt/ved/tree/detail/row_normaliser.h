@@ -22,10 +22,14 @@ class RowNormaliserC {
   /// The node's children have been visited.
   static void leave(Node4C& node);
 
-  /// A pass takes the caret away from supplied brackets wherever it has got to, so their rows are never done
-  /// with.
+  /// Moves a place between a supplied bracket and the end of the row that it stands at to the inside of all
+  /// such brackets. False, with the place where it was, when there is no text for it.
+  static bool stepInside(Node4C const& row, Node4C*& node, unsigned& pos);
+
+  /// A pass takes the caret away from supplied brackets wherever it has got to, so it visits their rows even
+  /// when they have not changed.
   void markRowsWithAutoBrackets() {
-    for (Node4C* row : autoRows_) row->touch(Node4C::STALE_CHECK);
+    for (Node4C* row : autoRows_) row->touch(Node4C::STALE_BRACKETS);
   }
 
  private:
@@ -49,7 +53,7 @@ class RowNormaliserC {
 
   // ---- A whole row
   void normalise(Node4C& row);
-  static bool isCanonical(Node4C const& row);
+  bool isCanonical(Node4C const& row);
   void collectItems(Node4C& row);
   void pushReversed(Node4C& node);
   void promoteAutoBrackets();
@@ -65,7 +69,6 @@ class RowNormaliserC {
   void promoteInStretches(Node4C& row);
   void addBrackets(RowStretchS const& stretch);
   bool matchAutoBrackets(Node4C& row);
-  static bool stepInside(Node4C const& row, Node4C*& node, unsigned& pos);
   std::vector<std::size_t> findDirty(Node4C const& row) const;
   std::vector<RangeS> findRanges(Node4C const& row) const;
   void rebuildRange(Node4C& row, RangeS range);

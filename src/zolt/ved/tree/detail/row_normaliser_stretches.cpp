@@ -256,8 +256,6 @@ bool RowNormaliserC::matchAutoBrackets(Node4C& row) {
   return true;
 }
 
-/// Moves a place between a supplied bracket and the end of the row that it stands at to the inside of all
-/// such brackets. False when there is no text for it.
 bool RowNormaliserC::stepInside(Node4C const& row, Node4C*& node, unsigned& pos) {
   if (!node || node->getParent() != &row || !isEmptyText(*node)) return true;
   unsigned long const count = row.numChildren();
