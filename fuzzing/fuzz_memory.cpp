@@ -201,7 +201,7 @@ std::string playAll(EventScriptT const& script, HowS how) {
     // A view shows the empty formula for a text that does not read, a field keeps what it shows.
     bool const shown = step.word == SCRIPT_SHOW &&
                        (SubjectT::all_or_nothing || AlgebraicExpressionC::fromPrefixString(step.text));
-    if (shown && !view.canUndo()) start = writeBytes(view.crefRoot());
+    if (shown && !subject.isGrouping() && !view.canUndo()) start = writeBytes(view.crefRoot());
   }
   if (auto fault = checkPicture(view); !fault.empty()) return "in the end " + fault;
   view.setEditable(true);
