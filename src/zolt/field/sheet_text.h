@@ -57,8 +57,9 @@ wstring describe(SheetErrorS const& error);
 bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error);
 
 /// Reads what can be read of a sheet that `readSheet` refuses: a line that breaks a rule comes back as a text
-/// that holds it as it stands (a very long one as several), so that nothing is missing. False, with `sheet`
-/// untouched, when `text` does not start as a sheet or has too many lines.
+/// that holds it as it stands (a very long one as several), so that nothing is missing. A sound sheet comes
+/// back as `readSheet` gives it. False, with `sheet` untouched, when `text` does not start as a sheet or has
+/// too many lines.
 bool salvageSheet(wstring const& text, SheetT& sheet);
 
 /// Whether the sheet will be read again when it has been written.
