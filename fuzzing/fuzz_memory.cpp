@@ -167,13 +167,21 @@ bool playScarce(SubjectT& subject, ScriptStepS const& step, std::size_t allocati
 template <class SubjectT>
 std::string playStep(SubjectT& subject, ScriptStepS const& step, HowS how, wstring& groupStart) {
   ViewZNT4C& view = subject.refView();
-  wstring before = write(view);
+  wstring before = only_searches ? wstring() : write(view);
   if (!subject.isGrouping()) groupStart = before;
   bool const undoable = view.canUndo();
   bool const redoable = view.canRedo();
   for (std::size_t n = 0; !playScarce(subject, step, n);
        n += n < first_allocations ? 1 : n / 4 + how.stride) {
+    if (only_searches && SubjectT::all_or_nothing) {
+      view.crefRoot();  // takes back
+      continue;
+    }
     wstring const after = write(view);
+    if (only_searches) {
+      if (after.size() > largest_notation) break;
+      continue;
+    }
     if (auto fault = checkSound(view); !fault.empty()) return fault;
     if (!SubjectT::all_or_nothing) {
       if (after.size() > largest_notation) break;
@@ -185,6 +193,10 @@ std::string playStep(SubjectT& subject, ScriptStepS const& step, HowS how, wstri
     if (!same) return "left after " + std::to_string(n) + " allocations: " + toBytes(after);
   }
   if (auto fault = checkSound(view); !fault.empty()) return fault;
+  if (only_searches) {
+    if (how.paints) view.getExpressionSize();
+    return {};
+  }
   return how.paints ? checkPicture(view) : "";
 }
 
@@ -222,7 +234,7 @@ std::string checkMemory(std::uint8_t const* data, std::size_t size) {
   std::string fault = play(script, how);
   std::size_t const blocks = tests::AllocationsS::blocks();
   // What is kept for good was made the first time.
-  if (fault.empty()) {
+  if (fault.empty() && !only_searches) {
     fault = play(script, how);
     if (fault.empty() && tests::AllocationsS::blocks() != blocks) {
       fault = std::to_string(tests::AllocationsS::blocks() - blocks) + " blocks of memory are lost";

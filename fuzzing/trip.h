@@ -27,6 +27,14 @@ class RuleC : public math::algexpr::ConstraintsBC {
 
 // What holds whatever the formula. Each answers with the first promise that is not kept, empty for none.
 
+/// Whether this build only searches for inputs: much faster, because what would be looked at after every
+/// event is looked at in the end. Another build then checks what was found.
+#ifdef ZOLT_FUZZ_SEARCH
+constexpr bool only_searches = true;
+#else
+constexpr bool only_searches = false;
+#endif
+
 /// Registers the standard operators in the process's table, once.
 void prepare();
 

@@ -16,6 +16,7 @@ using surfaces::RecordingGraphicsC;
 namespace {
 
 constexpr std::size_t largest_tree = 30000;
+constexpr long largest_picture = 5000;
 
 std::string draw(Node4C const& root) {
   RecordingGraphicsC surface;
@@ -55,15 +56,26 @@ wstring ViewSessionC::notation() const {
 
 std::string ViewSessionC::play(EventScriptT const& script) {
   for (ScriptStepS const& step : script) {
-    // One event may double it.
-    if (tree_.size() > largest_tree) break;
+    if (isTooLarge()) break;
     auto const fault = play(step);
     if (!fault.empty()) return toBytes(writeScriptStep(step)) + ": " + fault;
   }
   return {};
 }
 
+bool ViewSessionC::isTooLarge() {
+  if (!only_searches) return tree_.size() > largest_tree;
+  PointS const size = view_.getExpressionSize();
+  return size.x > largest_picture || size.y > largest_picture;
+}
+
 std::string ViewSessionC::play(ScriptStepS const& step) {
+  if (only_searches) {
+    perform(step);
+    view_.getCaretRectangle();
+    view_.getCurrentNodeRectangle();
+    return {};
+  }
   wstring const before = notation();
   bytestring const treeBefore = tree_;
   bool const answer = perform(step);
@@ -204,8 +216,10 @@ std::string ViewSessionC::finish() {
   bytestring const end = tree_;
   unsigned long undone = 0;
   for (; view_.undo(); ++undone) {
+    if (only_searches) continue;
     if (auto fault = checkState(); !fault.empty()) return "undoing: " + fault;
   }
+  if (auto fault = checkState(); !fault.empty()) return fault;
   if (tree_ != start_) return "undoing everything does not lead back to the start";
   for (; undone > 0; --undone) {
     if (!view_.redo()) return "what was undone cannot be done again";

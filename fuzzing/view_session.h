@@ -48,6 +48,8 @@ class ViewSessionC {
                            bytestring const& treeBefore);
   /// Looks at the tree again: its picture is compared only when it has changed.
   std::string checkState();
+  /// One event may double the formula.
+  bool isTooLarge();
 
   PointerTC<surfaces::RecordingGraphicsC> graphics_;
   math::ved::ViewZNT4C view_;

@@ -64,6 +64,7 @@ constexpr ShapeS shapes[] = {
      }},
     {"fractions", [](unsigned long n) { return rowOf(n, u"+", u"/<[\"a\"] ; [\"b\"]>"); }},
     {"exponents", [](unsigned long n) { return rowOf(n, u"x", u"P[\"2\"]"); }},
+    {"exponents alone", [](unsigned long n) { return rowOf(n, u"", u"P[\"2\"]"); }},
     {"brackets", [](unsigned long n) { return rowOf(n / 4, u"+", u"(, \"a\", )"); }},
     {"nested brackets",
      [](unsigned long n) {
@@ -289,7 +290,8 @@ TEST_P(Growth, ToAHundredThousandItems) {
 
 // A hundred times as much formula takes a key at most five times the work: only what it changed is looked at.
 TEST(GrowthOfAKey, FollowsTheEdit) {
-  for (char const* const name : {"fractions", "exponents", "brackets", "names", "beside an open bracket"}) {
+  for (char const* const name :
+       {"fractions", "exponents", "exponents alone", "brackets", "names", "beside an open bracket"}) {
     auto const shape = std::find_if(std::begin(shapes), std::end(shapes),
                                     [&](ShapeS const& one) { return one.name == std::string(name); });
     ASSERT_NE(shape, std::end(shapes));

@@ -19,6 +19,12 @@ bool isBehindOpeningBracket(Node4C const& row, std::size_t i) {
   return i > 0 && isOpeningBracket(row.child(i - 1)->getType());
 }
 
+/// Whether an exponent stands before item i, so that one behind it has an empty base of its own.
+bool isBehindPower(Node4C const& row, std::size_t i) {
+  while (i > 0 && isEmptyText(*row.child(i - 1))) --i;
+  return i > 0 && row.child(i - 1)->getType() == NODE4_POWER;
+}
+
 /// Whether a stretch may start with these items, so that it can be laid out without looking back: an exponent
 /// stands in one stretch with its base, a pair of brackets with nothing between in one. Texts that stand
 /// together count as one.
@@ -26,7 +32,8 @@ bool mayStart(Node4C const& row, std::size_t first, std::size_t count) {
   for (std::size_t i = first; i < first + count; ++i) {
     Node4C const& item = *row.child(i);
     if (isClosingBracket(item.getType())) return !isBehindOpeningBracket(row, first);
-    if (!isText(item)) return item.getType() != NODE4_POWER;
+    if (item.getType() == NODE4_POWER) return isBehindPower(row, first);
+    if (!isText(item)) return true;
     if (item.sizeText() > 0) return true;
   }
   return false;
