@@ -174,14 +174,14 @@ class FormulaFieldC {
   math::ved::ViewZNT4C view_;
   InputOptionsS options_;
   PointerTC<ClipboardABC> clipboard_;
-  ClipboardContentS copied_;  // by the commands, since the recording began
+  ClipboardContentS copied_;            // by the commands, since the recording began
+  math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   EventScriptT* recorded_ = nullptr;
   unsigned acts_ = 0;  // calls under way, one inside another
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
-  math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
-  bool wordTyped_ = false;              // the last input typed a letter, so that a name may be on its way
+  bool wordTyped_ = false;  // the last input typed a letter, so that a name may be on its way
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selections before each growth
 };

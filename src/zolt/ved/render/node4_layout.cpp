@@ -15,7 +15,7 @@ bool Node4C::layoutChanged(GraphicsABC const& graphics) {
 // ceased to be one, because of what stands beside it now.
 bool Node4C::needsLayout() const {
   if ((stale_ & STALE_LAYOUT) || fontDepth_ != laidOutDepth_) return true;
-  return type_ == NODE4_TEXT && text_.empty() && isPlaceholder() != laidOutAsSlot_;
+  return isEmptyText() && isPlaceholder() != laidOutAsSlot_;
 }
 
 bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {

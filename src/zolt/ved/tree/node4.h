@@ -86,6 +86,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   wstring const& crefText() const { return text_; }
   wstring getText() const { return text_; }
   unsigned long sizeText() const { return text_.size(); }
+  /// Whether it is a text without characters, as they stand between other items.
+  bool isEmptyText() const { return type_ == NODE4_TEXT && text_.empty(); }
   /// Sets the text and makes the node a NODE4_TEXT. Only for nodes without an operator, which it would keep.
   void setText(wstring const& text);
   PointerTC<OperatorBC> getOperator() const;

@@ -8,7 +8,6 @@ namespace {
 
 constexpr char16_t factorial = u'!';
 
-bool isEmptyText(Node4C const& item) { return item.getType() == NODE4_TEXT && item.sizeText() == 0; }
 bool isOperandCharacter(char16_t c) { return c != u' ' && Node4C::isAcceptable(c, false); }
 
 unsigned int backOverBlanks(wstring const& text, unsigned int pos) {
@@ -73,7 +72,7 @@ OperandStretchS findLeftOperand(Node4C* caretNode, unsigned int caretPos) {
   if (i == 0) return stretch;
   // Exponents go with their base; between an exponent and another item stands an empty text.
   --i;
-  while (i > 0 && (row.child(i)->getType() == NODE4_POWER || isEmptyText(*row.child(i)))) --i;
+  while (i > 0 && (row.child(i)->getType() == NODE4_POWER || row.child(i)->isEmptyText())) --i;
   Node4C* const item = row.child(i);
   if (item->getType() == NODE4_TEXT) {
     stretch.far = item;

@@ -49,9 +49,8 @@ void RowLayoutC::placeHorizontally() {
         break;
       case NODE4_CLOSE:
       case NODE4_AUTO_CLOSE: {
-        bool const emptyPair = i > 1 && isOpeningBracket(row_.child(i - 2)->getType()) &&
-                               row_.child(i - 1)->getType() == NODE4_TEXT &&
-                               row_.child(i - 1)->sizeText() == 0;
+        bool const emptyPair =
+            i > 1 && isOpeningBracket(row_.child(i - 2)->getType()) && row_.child(i - 1)->isEmptyText();
         if (emptyPair) {
           item.setDX(item.getDX() + empty_pair_gap);
           x += empty_pair_gap;
@@ -69,7 +68,7 @@ void RowLayoutC::placeHorizontally() {
 
 bool RowLayoutC::isPassedOver(unsigned long i) const {
   Node4C const& item = *row_.child(i);
-  return item.getType() == NODE4_TEXT && item.sizeText() == 0 && !item.isPlaceholder();
+  return item.isEmptyText() && !item.isPlaceholder();
 }
 
 void RowLayoutC::prepareExponents() {

@@ -12,8 +12,6 @@ bool isAutoBracket(Node4C const& node) {
   return node.getType() == NODE4_AUTO_OPEN || node.getType() == NODE4_AUTO_CLOSE;
 }
 
-bool isEmptyText(Node4C const& node) { return node.getType() == NODE4_TEXT && node.crefText().empty(); }
-
 }  // namespace
 
 void RowNormaliserC::visit(Node4C& node) {
@@ -66,7 +64,7 @@ bool RowNormaliserC::isCanonical(Node4C const& row) {
   for (unsigned long i = 0; i < count; ++i) {
     Node4C const* item = row.child(i);
     if (!item || (item->getType() == NODE4_TEXT) != (i % 2 == 0)) return false;
-    if (isEmptyText(*item) && item->numChildren() == 0) continue;
+    if (item->isEmptyText() && item->numChildren() == 0) continue;
     if (autoCloses > 0 && item->getType() != NODE4_AUTO_CLOSE) return false;
     switch (item->getType()) {
       case NODE4_TEXT:
@@ -132,7 +130,7 @@ void RowNormaliserC::promoteAutoBrackets() {
   for (NodeT const& item : items_) {
     if (item->getType() == NODE4_AUTO_OPEN) {
       if (outside) promote(*item);
-    } else if (!isEmptyText(*item)) {
+    } else if (!item->isEmptyText()) {
       outside = true;
     }
   }
@@ -140,7 +138,7 @@ void RowNormaliserC::promoteAutoBrackets() {
   for (auto i = items_.rbegin(); i != items_.rend(); ++i) {
     if ((*i)->getType() == NODE4_AUTO_CLOSE) {
       if (outside) promote(**i);
-    } else if (!isEmptyText(**i)) {
+    } else if (!(*i)->isEmptyText()) {
       outside = true;
     }
   }

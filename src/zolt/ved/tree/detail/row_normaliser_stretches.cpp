@@ -11,17 +11,16 @@ namespace zolt::math::ved {
 namespace {
 
 bool isText(Node4C const& node) { return node.getType() == NODE4_TEXT; }
-bool isEmptyText(Node4C const& node) { return isText(node) && node.crefText().empty(); }
 
 /// Whether an opening bracket stands before item i, with nothing between.
 bool isBehindOpeningBracket(Node4C const& row, std::size_t i) {
-  while (i > 0 && isEmptyText(*row.child(i - 1))) --i;
+  while (i > 0 && row.child(i - 1)->isEmptyText()) --i;
   return i > 0 && isOpeningBracket(row.child(i - 1)->getType());
 }
 
 /// Whether an exponent stands before item i, so that one behind it has an empty base of its own.
 bool isBehindPower(Node4C const& row, std::size_t i) {
-  while (i > 0 && isEmptyText(*row.child(i - 1))) --i;
+  while (i > 0 && row.child(i - 1)->isEmptyText()) --i;
   return i > 0 && row.child(i - 1)->getType() == NODE4_POWER;
 }
 
@@ -52,12 +51,12 @@ void countBrackets(Node4C const& row, RowStretchS& stretch) {
     if (item.getType() == NODE4_AUTO_OPEN) {
       ++opens.count;
       opens.overtaken |= opens.others;
-    } else if (!isEmptyText(item)) {
+    } else if (!item.isEmptyText()) {
       opens.others = true;
     }
     if (item.getType() == NODE4_AUTO_CLOSE) {
       ++closes.count;
-    } else if (!isEmptyText(item)) {
+    } else if (!item.isEmptyText()) {
       closes.others = true;
       closes.overtaken |= closes.count > 0;
     }
@@ -216,7 +215,7 @@ void RowNormaliserC::promoteInStretches(Node4C& row) {
       Node4C& item = *row.child(stretch.first + i);
       if (item.getType() == type) {
         if (outside) promote(item);
-      } else if (!isEmptyText(item)) {
+      } else if (!item.isEmptyText()) {
         outside = true;
       }
     }
@@ -253,10 +252,10 @@ bool RowNormaliserC::matchAutoBrackets(Node4C& row) {
   unsigned long const count = row.numChildren();
   if (fromStart + fromEnd >= count) return false;
   for (unsigned long i = 0; i < fromStart; i += 2) {
-    if (!isEmptyText(*row.child(i)) || row.child(i + 1)->getType() != NODE4_AUTO_OPEN) return false;
+    if (!row.child(i)->isEmptyText() || row.child(i + 1)->getType() != NODE4_AUTO_OPEN) return false;
   }
   for (unsigned long i = count - fromEnd; i < count; i += 2) {
-    if (row.child(i)->getType() != NODE4_AUTO_CLOSE || !isEmptyText(*row.child(i + 1))) return false;
+    if (row.child(i)->getType() != NODE4_AUTO_CLOSE || !row.child(i + 1)->isEmptyText()) return false;
   }
   removeItems(row, count - fromEnd, fromEnd);
   removeItems(row, 0, fromStart);
@@ -264,7 +263,7 @@ bool RowNormaliserC::matchAutoBrackets(Node4C& row) {
 }
 
 bool RowNormaliserC::stepInside(Node4C const& row, Node4C*& node, unsigned& pos) {
-  if (!node || node->getParent() != &row || !isEmptyText(*node)) return true;
+  if (!node || node->getParent() != &row || !node->isEmptyText()) return true;
   unsigned long const count = row.numChildren();
   unsigned long i = node->findChildNumber();
   auto const isBehind = [&](unsigned long place, Node4TypeE type) {
@@ -273,7 +272,9 @@ bool RowNormaliserC::stepInside(Node4C const& row, Node4C*& node, unsigned& pos)
   auto const isBefore = [&](unsigned long place, Node4TypeE type) {
     return place + 1 < count && row.child(place + 1)->getType() == type;
   };
-  auto const isEmptyAt = [&](unsigned long place) { return place < count && isEmptyText(*row.child(place)); };
+  auto const isEmptyAt = [&](unsigned long place) {
+    return place < count && row.child(place)->isEmptyText();
+  };
   auto const place = [&](unsigned long text, bool atEnd) {
     if (!isText(*row.child(text))) return false;
     node = row.child(text);
