@@ -4,6 +4,7 @@
 #include <set>
 
 #include "tests/field/field_stage.h"
+#include "tests/support/uneven_graphics.h"
 #include "zolt/algexpr/constraints.h"
 #include "zolt/field/error_text.h"
 
@@ -169,6 +170,35 @@ TEST(FieldDecimalComma, ChangesOnlyWhatIsShown) {
   EXPECT_FALSE(stage.play("set no-such-option on"));
 }
 
+TEST(FieldDecimalComma, IsMeasuredAgain) {
+  FormulaFieldC field((standardOperators(), new UnevenGraphicsC));
+  field.insertText(u"f(1.5)+2.25");
+  for (bool const comma : {true, false}) {
+    field.refView().getExpressionSize();
+    InputOptionsS options = field.getOptions();
+    options.decimalComma = comma;
+    field.setOptions(options);
+    PointS const size = field.refView().getExpressionSize();
+    field.refView().measureAgain();
+    EXPECT_EQ(size.x, field.refView().getExpressionSize().x) << comma;
+  }
+}
+
+// ---- Moves ------------------------------------------------------------------------------------------------
+
+TEST(FieldMove, ForgetsWhatPointedIntoTheTree) {
+  FieldStageC stage("[\"\", /<[\"a+⚑bc‸\"] ; [\"d\"]>, \"xyz\"]");
+  FormulaFieldC& field = stage.refField();
+  stage.play("command grow-selection command grow-selection");
+  EXPECT_TRUE(field.moveSelection({field.crefView().crefRoot().child(0)->child(2), 3}));
+  std::string const moved = stage.notation();
+  EXPECT_FALSE(field.isEnabled(COMMAND_SHRINK_SELECTION));
+  EXPECT_FALSE(stage.play("command shrink-selection"));
+  EXPECT_EQ(stage.notation(), moved);
+  stage.play("command select-all");
+  EXPECT_FALSE(field.moveSelection({}));
+}
+
 // ---- Expressions and errors -------------------------------------------------------------------------------
 
 TEST(FieldErrors, HaveEachASentence) {
@@ -245,6 +275,26 @@ TEST(FieldConstraints, JudgeWholeActs) {
     EXPECT_EQ(stage.notation(), one.end);
     EXPECT_EQ(stage.findFault(), "");
   }
+}
+
+TEST(FieldConstraints, AnswerForWhatTheyReject) {
+  FieldStageC stage;
+  stage.refField().setExpression(AlgebraicExpressionC::fromPrefixString(u"x"), new NoNameC(u"xy"));
+  stage.play("command end");
+  EXPECT_FALSE(stage.refField().typeCharacter(u'y'));
+  EXPECT_FALSE(stage.refField().insertText(u"y"));
+  EXPECT_FALSE(stage.refField().refView().insertText(u"y"));
+  EXPECT_TRUE(stage.refField().typeCharacter(u'z'));
+  EXPECT_EQ(stage.notation(), "[\"xz‸\"]");
+}
+
+TEST(FieldReadOnly, CompletesNoName) {
+  FieldStageC stage;
+  stage.play("type \"alpha\"");
+  std::string const before = stage.notation();
+  stage.refField().setEditable(false);
+  stage.refField().getExpression();
+  EXPECT_EQ(stage.notation(), before);
 }
 
 // ---- For painting -----------------------------------------------------------------------------------------

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "tests/formula/formula_support.h"
-#include "tests/formula/uneven_graphics.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
+#include "tests/support/uneven_graphics.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/surfaces/recording/recording_graphics.h"

@@ -5,9 +5,9 @@
 
 #include "tests/formula/formula_support.h"
 #include "tests/formula/random_formula.h"
-#include "tests/formula/uneven_graphics.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
+#include "tests/support/uneven_graphics.h"
 #include "tests/support/view_stage.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/exchange/plain_text.h"

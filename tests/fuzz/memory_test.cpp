@@ -162,6 +162,43 @@ TEST(Amplification, MemoryIsInProportion) {
 
 #if defined(__cpp_exceptions) && !defined(ZOLT_BARE_CORE)
 
+/// Whether the act got through with so many allocations.
+bool isDone(std::function<void()> const& act, std::size_t allocations) {
+  tests::ScarceHeapC const heap(allocations);
+  try {
+    act();
+  } catch (std::bad_alloc const&) {
+    return false;
+  }
+  return true;
+}
+
+// An edit that failed leaves nothing to which a later one, which is rejected, could go back.
+TEST(ScarceMemory, RejectedEditsGoBackToTheirOwnBeginning) {
+  class NoZC : public math::algexpr::ConstraintsBC {
+    bool check(PointerTC<AlgebraicExpressionC> expression) const override {
+      return expression->toPrefixString().find(u'z') == wstring::npos;
+    }
+  };
+  prepare();
+  std::size_t failures = 0;
+  for (bool through = false; !through; ++failures) {
+    ViewZNT4C view(makeSurface());
+    view.setAlgebraicExpression(nullptr, new NoZC, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+    for (char16_t const c : wstring(u"a/b")) view.insertText(wstring(1, c));
+    while (view.undo()) {
+    }
+    through = isDone([&] { view.insertText(u"c"); }, failures);
+    while (view.redo()) {
+    }
+    bytestring const before = writeBytes(view.crefRoot());
+    EXPECT_FALSE(view.insertText(u"z"));
+    EXPECT_EQ(writeBytes(view.crefRoot()), before) << failures;
+    while (view.undo()) EXPECT_EQ(checkInvariants(view.crefRoot()), "") << failures;
+  }
+  EXPECT_GT(failures, 10u);
+}
+
 TEST(ScarceMemory, LargeActsAreAllOrNothing) {
   prepare();
   ViewZNT4C view(makeSurface());
@@ -185,15 +222,6 @@ TEST(ScarceMemory, LargeActsAreAllOrNothing) {
       },
       [&] { view.copy(bytes); },
       [&] { view.paste(bytes); },
-  };
-  auto const isDone = [](std::function<void()> const& act, std::size_t allocations) {
-    tests::ScarceHeapC const heap(allocations);
-    try {
-      act();
-    } catch (std::bad_alloc const&) {
-      return false;
-    }
-    return true;
   };
   for (auto const& act : acts) {
     bytestring const before = writeBytes(view.crefRoot());

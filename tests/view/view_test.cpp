@@ -3,7 +3,9 @@
 #include <functional>
 
 #include "tests/support/cases.h"
+#include "tests/support/operators.h"
 #include "tests/support/small_stack.h"
+#include "tests/support/uneven_graphics.h"
 #include "tests/support/view_stage.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
@@ -123,6 +125,97 @@ TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
   play(stage, u"insert \"c\" paste prefix \"d\" key backspace");
   EXPECT_EQ(toUtf8(stage.notation()), "[\"abc\u2038\"]");
   EXPECT_EQ(calls, 4);
+}
+
+// ---- Repaints ---------------------------------------------------------------------------------------------
+
+class Repaints : public testing::Test {
+ protected:
+  PointerTC<UnevenGraphicsC> graphics{(standardOperators(), new UnevenGraphicsC)};
+  ViewZNT4C view{graphics};
+
+  void show(wstring const& prefix) {
+    view.setAlgebraicExpression(expressionOf(prefix), nullptr, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  }
+  std::string prefix() {
+    auto const expression = view.getAlgebraicExpression(nullptr);
+    return expression ? toUtf8(expression->toPrefixString()) : "";
+  }
+};
+
+// Whatever was under way when an expression comes, who looks at the view as soon as it asks sees the new one.
+TEST_F(Repaints, AreAskedForWhenTheNewExpressionStands) {
+  int looks = 0;
+  for (bool const grouped : {false, true}) {
+    show(u"+(a,b)");
+    view.insertText(u"c");
+    view.beginGroup();
+    view.insertText(u"zzz");
+    if (!grouped) view.cancelGroup();
+    graphics->onInvalidate = [&] {
+      ++looks;
+      EXPECT_EQ(prefix(), "sqrt(q)");
+      EXPECT_TRUE(view.isSelected());
+      EXPECT_FALSE(view.canUndo());
+      EXPECT_GT(view.getExpressionSize().x, 0);
+    };
+    show(u"sqrt(q)");
+    graphics->onInvalidate = nullptr;
+    EXPECT_EQ(prefix(), "sqrt(q)");
+    view.cancelGroup();
+    EXPECT_EQ(prefix(), "sqrt(q)");
+    EXPECT_FALSE(view.canUndo());
+  }
+  EXPECT_EQ(looks, 2);
+}
+
+TEST_F(Repaints, MayNotChangeTheView) {
+  show(u"a");
+  view.insertText(u"b");
+  view.insertText(u"(c)");
+  int tries = 0;
+  graphics->onInvalidate = [&] {
+    ++tries;
+    EXPECT_FALSE(view.undo());
+    EXPECT_FALSE(view.insertText(u"z"));
+    EXPECT_FALSE(view.addEvent(EVENT_KEY, KEY_LEFT, false, false, false, 0, 0));
+    EXPECT_FALSE(view.selectRange(nullptr, 0, view.getCaretNode(), 0));
+    show(u"z");
+  };
+  view.selectRange(nullptr, 0, view.crefRoot().child(0)->child(0), 1);
+  view.insertText(u"x");
+  view.beginGroup();
+  view.cancelGroup();
+  view.undo();
+  view.redo();
+  view.needLayout();
+  graphics->onInvalidate = nullptr;
+  EXPECT_GE(tries, 5);
+  EXPECT_EQ(prefix(), "bx(c)");
+}
+
+// ---- Groups -----------------------------------------------------------------------------------------------
+
+TEST_F(Repaints, GroupsGoBackToWhereTheyBegan) {
+  for (bool const editable : {false, true}) {
+    show(u"+(a,b)");
+    wstring const before = writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
+                                             view.getAnchorNode(), view.getAnchorPos());
+    view.setEditable(editable);
+    view.beginGroup();
+    view.selectRange(nullptr, 0, view.getCaretNode(), 1);
+    view.cancelGroup();
+    EXPECT_EQ(toUtf8(writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
+                                       view.getAnchorNode(), view.getAnchorPos())),
+              toUtf8(before));
+  }
+  view.beginGroup();
+  show(u"+(p,q)");
+  view.selectRange(nullptr, 0, view.getCaretNode(), 1);
+  view.insertText(u"r");
+  view.cancelGroup();
+  EXPECT_TRUE(view.isSelected());
+  EXPECT_EQ(prefix(), "+(p,q)");
 }
 
 // ---- Clipboard --------------------------------------------------------------------------------------------

@@ -56,7 +56,7 @@ void FormulaFieldC::setOptions(InputOptionsS const& options) {
   }
   if (options.decimalComma != options_.decimalComma) {
     surface_->showCommas(options.decimalComma);
-    view_.needLayout();
+    view_.measureAgain();  // the signs are those of other widths
   }
   options_ = options;
 }

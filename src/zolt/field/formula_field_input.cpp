@@ -195,6 +195,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
 void FormulaFieldC::completeName() {
   if (!wordTyped_ || !options_.letters) return;
   wordTyped_ = false;
+  if (!isEditable()) return;
   ReplacementS const found = findLetterReplacement(caret());
   if (found.begin && !view_.isSelected()) replaceText(found);
 }

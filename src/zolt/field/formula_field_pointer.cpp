@@ -78,7 +78,11 @@ bool FormulaFieldC::releasePointer() {
 }
 
 bool FormulaFieldC::moveSelection(PlaceS target) {
-  if (!view_.isSelected() || !view_.isEditable()) return false;
+  if (!target || !view_.isSelected() || !view_.isEditable()) return false;
+  view_.getExpressionSize();  // lays out, as every act does first
+  column_ = no_column;
+  grown_.clear();
+  wordTyped_ = false;
   StretchS const stretch = selectedStretch(view_);
   bool const forwards = isBefore(stretch.end(), target);
   if (!forwards && !isBefore(target, stretch.begin())) return false;

@@ -17,7 +17,8 @@ class GraphicsABC : public oss::RefCountedBC {
   GraphicsABC() = default;
   ~GraphicsABC() override;
 
-  /// Asks the host to repaint the view soon. Must not paint from inside the call.
+  /// Asks the host to repaint the view soon. Must neither paint nor throw from inside the call; the view may
+  /// be looked at, and refuses to be changed.
   virtual void invalidate() const = 0;
 
   /// Measures `text` in the current font: advance width, height, and distance from its top to its axis.

@@ -51,6 +51,8 @@ void EditHistoryC::beginStep(Node4C const& root, EditPlacesS const& places) {
   open_ = true;
 }
 
+bool EditHistoryC::hasChanged(Node4C const& root) const { return root.makeRecord().get() != tree_.get(); }
+
 void EditHistoryC::dropStep() {
   open_ = false;
   tree_ = {};

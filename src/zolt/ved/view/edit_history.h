@@ -74,6 +74,8 @@ class EditHistoryC {
   /// Announces an edit; until the step ends, further announcements are ignored.
   void beginStep(Node4C const& root, EditPlacesS const& places);
   bool isStepOpen() const { return open_; }
+  /// Whether the tree may be another one than at the announcement of the edit that is under way.
+  bool hasChanged(Node4C const& root) const;
   /// Whether the announced edit is a typed character.
   void markTyping(bool typing) { typing_ = typing; }
   /// The state at the announcement of the edit that is under way, as a new tree, whatever has become of the

@@ -28,7 +28,7 @@ class EditHistoryC;
 /// asked to `invalidate`, and exchanges whole expressions through `setAlgebraicExpression` and
 /// `getAlgebraicExpression`. Everything happens on the caller's thread, at once; layout waits until somebody
 /// asks for it. A refused input leaves everything as it was. Calls that would change the view from inside one
-/// of its own events (from a constraints object, say) are refused.
+/// of its own events (from a constraints object, say, or when it asks for a repaint) are refused.
 ///
 /// When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection and history are as
 /// before the call, or as before the group around it. Taking back needs memory itself: the next call that
@@ -48,7 +48,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
 
   // ---- Expression ---------------------------------------------------------------------------------------
   /// Shows `expression` (null: an empty formula), all selected, so that the first character typed replaces
-  /// it. Every later edit must satisfy `constraints` (null: none). Numbers show `precision` significant
+  /// it. Every later edit must satisfy `constraints` (null: none), which see the whole expression: then each
+  /// edit costs its conversion, in proportion to the formula. Numbers show `precision` significant
   /// digits (0: as written) in `format`.
   void setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                               PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
@@ -76,7 +77,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
   /// A whole text as one event (input methods, plain-text paste): an operator's name inserts the operator,
   /// any other text is typed character by character. False, with nothing changed, when a character is
-  /// refused.
+  /// refused or the constraints reject the result.
   bool insertText(wstring const& text);
   /// Where every refused input ends: does nothing and answers false.
   bool bip() const { return false; }
@@ -138,20 +139,19 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   friend class ViewInsertionC;
 
   // view_core.cpp
+  bool isBusy() const { return executing_ || notifying_; }
   bool executeEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
-  /// (`recordStep`) or, when the constraints reject it, goes back to the snapshot. Within a group the
-  /// second half waits for its end.
-  void finishEdit();
+  /// (`recordStep`) or, when the constraints reject it, goes back to where the step began and
+  /// answers false. Within a group the second half waits for its end.
+  bool finishEdit();
   /// The second half; false when the edit was rejected.
   bool settleEdit();
   bool isRejected() const;
-  /// `setAlgebraicExpression` without forgetting the history; also for use inside an event.
-  void showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
-                      PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
-                      algexpr::NumberDisplayFormatE format);
+  /// Makes the tree the view's own, all selected.
+  void putUp(std::unique_ptr<Node4C> root);
   void layoutIfPending() const;
   void selectError(ErrorSelectionS const& error);
   // view_caret.cpp
@@ -210,7 +210,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// Null: nothing to paste.
   bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
-  /// Opens a step, and keeps what goes back to its beginning; ignored while one is open.
+  /// Opens a step of the history, which can go back to its beginning; ignored while one is open.
   void announceEdit();
   /// Makes the tree, caret and anchor of `state` the view's own; asking for a repaint is the caller's.
   void takeOver(EditBackupC& state) const;
@@ -230,10 +230,10 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   mutable bool layoutPending_ = false;
   mutable bool measurePending_ = false;  // the next layout measures everything
   mutable long textOverhang_ = -1;       // how far texts reach out of the boxes around them; -1: not measured
-  mutable PointerTC<EditBackupC> backup_;
   bool penDown_ = false;
   bool grouping_ = false;
   bool executing_ = false;            // an event is under way: no layout, no drawing, no second event
+  bool notifying_ = false;            // the host is being asked for a repaint: no event
   mutable bool takeBackDue_ = false;  // the tree is that of an edit which did not end
   mutable bool paintMissed_ = false;
   long hitBestDistance_ = 0;

@@ -86,12 +86,12 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
 }
 
 bool ViewZNT4C::paste(bytestring const& bytes) {
-  if (executing_ || !editable_) return bip();
+  if (isBusy() || !editable_) return bip();
   return pasteRow(readRow(bytes));
 }
 
 bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
-  if (executing_ || !editable_ || !expression) return bip();
+  if (isBusy() || !editable_ || !expression) return bip();
   std::unique_ptr<Node4C> const root(Node4C::fromAlgebraicExpression(
       expression, common::Float64UtilC::max_display_precision, algexpr::NUMBER_FORMAT_AUTOMATIC));
   return pasteRow(std::unique_ptr<Node4C>(root->cutChild(0)));
@@ -120,9 +120,6 @@ bool ViewZNT4C::backupBeforeModif() {
 }
 
 void ViewZNT4C::announceEdit() {
-  if (constraints_ && !backup_) {
-    backup_ = new EditBackupC(true, root_.get(), caretNode_, caretPos_, anchorNode_, anchorPos_);
-  }
   history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
 }
 

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -30,21 +32,26 @@ void toCaretPlace(Node4C*& node, unsigned int& index, bool first) {
   }
 }
 
+/// All of the formula selected.
+EditPlacesS wholeOf(Node4C const& root) {
+  Node4C const* const row = root.child(0);
+  Node4C const* const last = row->child(row->numChildren() - 1);
+  return {last, static_cast<unsigned int>(last->sizeText()), row->child(0), 0};
+}
+
 bool isPlace(Node4C const& root, Node4C const* node, unsigned int pos) {
   return validatePlace(root, node, pos).invariant == TREE_VALID;
 }
 
 }  // namespace
 
-ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics)
-    : graphics_(std::move(graphics)), history_(std::make_unique<EditHistoryC>()) {
-  showExpression(nullptr, nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
+ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(graphics)) {
+  setAlgebraicExpression(nullptr, nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
 }
 
 ViewZNT4C::~ViewZNT4C() {
   root_.reset();
   expression_.reset();
-  backup_.reset();
   constraints_.reset();
   operatorList_.reset();
 }
@@ -54,29 +61,28 @@ ViewZNT4C::~ViewZNT4C() {
 void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                                        PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                                        algexpr::NumberDisplayFormatE format) {
-  if (executing_) return;
-  showExpression(std::move(expression), std::move(constraints), precision, format);
-  history_->clear();
-  backup_.reset();
-  takeBackDue_ = false;
-}
-
-void ViewZNT4C::showExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
-                               PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
-                               algexpr::NumberDisplayFormatE format) {
+  if (isBusy()) return;
+  std::unique_ptr<Node4C> root(Node4C::fromAlgebraicExpression(expression, precision, format));
+  auto history = std::make_unique<EditHistoryC>();
+  if (grouping_) history->beginStep(*root, wholeOf(*root));
   auto operators = OperatorListRepositoryC::lookup(engineOf(expression));
-  root_.reset(Node4C::fromAlgebraicExpression(expression, precision, format));
+  // From here on nothing fails; the repaint comes last, for whoever looks at the view when it is asked for.
+  history_ = std::move(history);
+  takeBackDue_ = false;
   operatorList_ = std::move(operators);
   constraints_ = std::move(constraints);
-
-  Node4C const* row = root_->child(0);
-  anchorNode_ = row->child(0);
-  anchorPos_ = 0;
-  caretNode_ = row->child(row->numChildren() - 1);
-  caretPos_ = static_cast<unsigned int>(caretNode_->sizeText());
-
-  needLayout();
   expression_ = std::move(expression);
+  putUp(std::move(root));
+}
+
+void ViewZNT4C::putUp(std::unique_ptr<Node4C> root) {
+  root_ = std::move(root);
+  EditPlacesS const places = wholeOf(*root_);
+  anchorNode_ = const_cast<Node4C*>(places.anchorNode);
+  anchorPos_ = places.anchorPos;
+  caretNode_ = const_cast<Node4C*>(places.caretNode);
+  caretPos_ = places.caretPos;
+  needLayout();
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(ErrorCauseE* cause) {
@@ -84,7 +90,7 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(Error
   takeBackIfDue();
   ErrorSelectionS error;
   auto expression = root_->getAlgebraicExpression(&error);
-  if (!expression && editable_ && !executing_ && cause) {
+  if (!expression && editable_ && !isBusy() && cause) {
     selectError(error);
     bool const empty = error.cause == ERROR_CAUSE_PLACEHOLDER && root_->child(0)->numChildren() == 1;
     *cause = empty ? ERROR_CAUSE_EMPTY : error.cause;
@@ -113,7 +119,7 @@ bool ViewZNT4C::setEditable(bool editable) {
 
 bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
                             unsigned int caretPos) {
-  if (executing_) return false;
+  if (isBusy()) return false;
   takeBackIfDue();
   if (!isPlace(*root_, caretNode, caretPos)) return false;
   if (anchorNode && !isPlace(*root_, anchorNode, anchorPos)) return false;
@@ -165,7 +171,9 @@ bool ViewZNT4C::measureAgain() {
 }
 
 bool ViewZNT4C::needRedraw() {
+  bool const notifying = std::exchange(notifying_, true);
   graphics_->invalidate();
+  notifying_ = notifying;
   return true;
 }
 
@@ -177,7 +185,7 @@ bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool seco
 }
 
 bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
-  if (executing_) return false;
+  if (isBusy()) return false;
   EventC guard(*this);
   bool const consumed = dispatchEvent(event, code, shift, x, y);
   if (consumed) finishEdit();
@@ -279,7 +287,7 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
   }
 }
 
-void ViewZNT4C::finishEdit() {
+bool ViewZNT4C::finishEdit() {
   if (history_->isStepOpen()) {
     if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
   } else if (layoutPending_) {
@@ -292,25 +300,24 @@ void ViewZNT4C::finishEdit() {
                      (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
   if (!sound) __builtin_trap();
 #endif
-  if (!grouping_) settleEdit();
+  return grouping_ || settleEdit();
 }
 
 bool ViewZNT4C::settleEdit() {
   bool const rejected = isRejected();
   if (rejected) {
-    takeOver(*backup_);
+    takeOver(*history_->stateBeforeStep());
     needRedraw();
     history_->dropStep();
   } else {
     recordStep();
   }
-  backup_.reset();
   return !rejected;
 }
 
 // An expression that is still incomplete is never rejected.
 bool ViewZNT4C::isRejected() const {
-  if (!constraints_ || !backup_) return false;
+  if (!constraints_ || !history_->isStepOpen() || !history_->hasChanged(*root_)) return false;
   auto const expression = root_->getAlgebraicExpression(nullptr);
   return expression && !constraints_->check(expression);
 }

@@ -1,3 +1,5 @@
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
@@ -83,7 +85,10 @@ bool ViewZNT4C::doDelete() {
 
 bool ViewZNT4C::doClear() {
   if (constraints_ || !backupBeforeModif()) return bip();
-  showExpression(nullptr, nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
+  std::unique_ptr<Node4C> root(Node4C::fromAlgebraicExpression(nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC));
+  operatorList_ = OperatorListRepositoryC::lookup(algexpr::CASSessionBC::getSession()->getEngine());
+  expression_.reset();
+  putUp(std::move(root));
   return true;
 }
 

@@ -33,11 +33,11 @@ bool isWrittenAsText(OperatorBC const& op) {
 }  // namespace
 
 bool ViewZNT4C::insertText(wstring const& text) {
-  if (executing_) return bip();
+  if (isBusy()) return bip();
   EventC guard(*this);
-  bool const taken = doAddText(text);
+  bool taken = doAddText(text);
   if (taken) {
-    finishEdit();
+    taken = finishEdit();
   } else if (history_->isStepOpen()) {
     takeBack();
     needRedraw();

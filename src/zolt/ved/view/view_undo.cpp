@@ -12,13 +12,13 @@ bool ViewZNT4C::undoContinues() const { return canUndo() && history_->undoContin
 bool ViewZNT4C::redoContinues() const { return canRedo() && history_->redoContinues(); }
 
 bool ViewZNT4C::undo() {
-  if (executing_ || grouping_ || !canUndo()) return bip();
+  if (isBusy() || grouping_ || !canUndo()) return bip();
   goOver(false);
   return true;
 }
 
 bool ViewZNT4C::redo() {
-  if (executing_ || grouping_ || !canRedo()) return bip();
+  if (isBusy() || grouping_ || !canRedo()) return bip();
   goOver(true);
   return true;
 }
@@ -39,14 +39,14 @@ void ViewZNT4C::goOver(bool redo) {
 
 // The step starts here and not with the first edit: undoing it brings back the selection that the person had.
 void ViewZNT4C::beginGroup() {
-  if (executing_ || grouping_) return;
+  if (isBusy() || grouping_) return;
   takeBackIfDue();
-  if (editable_) announceEdit();
+  announceEdit();
   grouping_ = true;
 }
 
 bool ViewZNT4C::endGroup() {
-  if (executing_ || !grouping_) return bip();
+  if (isBusy() || !grouping_) return bip();
   EventC guard(*this);
   grouping_ = false;
   history_->markTyping(false);
@@ -56,7 +56,7 @@ bool ViewZNT4C::endGroup() {
 }
 
 void ViewZNT4C::cancelGroup() {
-  if (executing_ || !grouping_) return;
+  if (isBusy() || !grouping_) return;
   grouping_ = false;
   if (!history_->isStepOpen()) return;
   takeBackDue_ = true;
@@ -67,9 +67,7 @@ void ViewZNT4C::cancelGroup() {
 void ViewZNT4C::takeBack() const {
   takeOver(*history_->stateBeforeStep());
   takeBackDue_ = false;
-  if (grouping_) return;
-  history_->dropStep();
-  backup_.reset();
+  if (!grouping_) history_->dropStep();
 }
 
 void ViewZNT4C::recordStep() { history_->endStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_}); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 
 #include "zolt/surfaces/recording/recording_graphics.h"
 
@@ -13,14 +14,21 @@ class UnevenGraphicsC final : public math::ved::GraphicsABC {
  public:
   surfaces::RecordingGraphicsC const& crefRecord() const { return record_; }
 
-  void invalidate() const override { record_.invalidate(); }
+  /// What the host does when it is asked for a repaint.
+  std::function<void()> onInvalidate;
+
+  void invalidate() const override {
+    record_.invalidate();
+    if (onInvalidate) onInvalidate();
+  }
   void getTextExtent(oss::wstring const& text, long& width, long& height, long& midHeight) const override {
     width = getTextWidth(text);
     height = getTextHeight(text);
     midHeight = getTextMidHeight(text);
   }
   long getTextWidth(oss::wstring const& text) const override {
-    return static_cast<long>(text.size()) * (7 - 2 * level());
+    long const commas = std::count(text.begin(), text.end(), u',');
+    return static_cast<long>(text.size()) * (7 - 2 * level()) + commas;
   }
   long getTextHeight(oss::wstring const&) const override {
     return 11 - 4 * std::min(level(), 1l) - 2 * (level() / 2);
