@@ -16,13 +16,15 @@ using namespace field;
 namespace {
 
 constexpr unsigned first_code = 0x80;
+constexpr unsigned path_lengths = 16;
 
 constexpr ScriptWordE words[] = {SCRIPT_KEY,      SCRIPT_CHAR,         SCRIPT_INSERT,      SCRIPT_OPERATOR,
                                  SCRIPT_PEN_DOWN, SCRIPT_PEN_MOVE,     SCRIPT_PEN_UP,      SCRIPT_COMMAND,
                                  SCRIPT_COPY,     SCRIPT_CUT,          SCRIPT_PASTE,       SCRIPT_UNDO,
                                  SCRIPT_REDO,     SCRIPT_PASTE_PREFIX, SCRIPT_PASTE_BYTES, SCRIPT_SHOW,
                                  SCRIPT_TREE,     SCRIPT_SET,          SCRIPT_PASTE_TEXT,  SCRIPT_LOCK,
-                                 SCRIPT_UNLOCK,   SCRIPT_PAINT};
+                                 SCRIPT_UNLOCK,   SCRIPT_PAINT,        SCRIPT_COMPLETE,    SCRIPT_ASK,
+                                 SCRIPT_MOVE,     SCRIPT_SELECT};
 
 constexpr char16_t const* operators[] = {
     u"+",     u"-",     u"*",   u"div",     u"mod",       u"_pos", u"_neg",  u"^",     u"_rad",
@@ -76,6 +78,12 @@ class ReaderC {
     if (place == 127) return std::numeric_limits<std::int32_t>::max();
     if (place == -128) return std::numeric_limits<std::int32_t>::min();
     return place * 2L;
+  }
+  ScriptPlaceS place() {
+    ScriptPlaceS place;
+    for (unsigned left = byte() % path_lengths; left > 0; --left) place.path.push_back(byte());
+    place.pos = byte();
+    return place;
   }
   wstring text() {
     std::size_t const length = takeLength();
@@ -134,6 +142,12 @@ void readArguments(ReaderC& reader, ScriptStepS& step) {
       step.x = reader.coordinate();
       step.y = reader.coordinate();
       break;
+    case SCRIPT_SELECT:
+      step.places.push_back(reader.place());
+      [[fallthrough]];
+    case SCRIPT_MOVE:
+      step.places.push_back(reader.place());
+      break;
     case SCRIPT_PASTE_BYTES:
       step.text = toHexadecimal(reader.bytes());
       break;
@@ -170,6 +184,13 @@ class WriterC {
     put(first_code + static_cast<unsigned long>(found - std::begin(words)));
   }
   void putCoordinate(long value) { put(static_cast<unsigned long>(std::clamp(value / 2, -128L, 127L))); }
+
+  void putPlace(ScriptPlaceS const& place) {
+    std::size_t const length = std::min<std::size_t>(place.path.size(), path_lengths - 1);
+    put(length);
+    for (std::size_t i = 0; i < length; ++i) put(std::min(place.path[i], 0xFFUL));
+    put(std::min(place.pos, 0xFFUL));
+  }
 
   template <class BytesT>
   void putBytes(ScriptWordE word, BytesT const& bytes) {
@@ -211,6 +232,11 @@ class WriterC {
         putWord(step.word);
         putCoordinate(step.x);
         return putCoordinate(step.y);
+      case SCRIPT_SELECT:
+      case SCRIPT_MOVE:
+        putWord(step.word);
+        for (ScriptPlaceS const& place : step.places) putPlace(place);
+        return;
       case SCRIPT_PASTE_BYTES: {
         bytestring bytes;
         fromHexadecimal(step.text, bytes);

@@ -11,7 +11,7 @@ namespace zolt::fuzz {
 field::EventScriptT toEvents(std::uint8_t const* data, std::size_t size);
 
 /// The bytes that `toEvents` reads as the script, but for steps with texts longer than 255 bytes, which are
-/// left out.
+/// left out, how shown numbers are written, and places deeper or farther to the right than a byte tells.
 BytesT fromEvents(field::EventScriptT const& script);
 
 }  // namespace zolt::fuzz

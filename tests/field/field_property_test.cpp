@@ -23,7 +23,7 @@ class RandomPersonC {
     static wstring const operators[] = {u"/",   u"^",   u"sqrt", u"nthroot", u"integral",
                                         u"sum", u"sin", u"and",  u"_deg"};
     ScriptStepS step;
-    switch (pick(12)) {
+    switch (pick(14)) {
       case 0:
       case 1:
       case 2: {
@@ -48,9 +48,22 @@ class RandomPersonC {
         step.shift = pick(4) == 0;
         return step;
       }
+      case 7: {
+        static ScriptWordE const words[] = {SCRIPT_MOVE, SCRIPT_SELECT, SCRIPT_ASK, SCRIPT_COMPLETE};
+        step.word = words[pick(4)];
+        step.places.push_back(place());
+        if (step.word == SCRIPT_SELECT) step.places.push_back(place());
+        return step;
+      }
       default:
         return withText(SCRIPT_COMMAND, commands()[pick(COMMAND_COUNT)].name);
     }
+  }
+
+  ScriptPlaceS place() {
+    ScriptPlaceS place{{0, pick(3)}, pick(4)};
+    if (pick(3) == 0) place.path.insert(place.path.end(), {pick(2), 0});
+    return place;
   }
 
   unsigned pick(std::size_t count) { return static_cast<unsigned>(random_() % count); }

@@ -1,11 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <limits>
+
 #include "tests/field/field_stage.h"
 
 namespace zolt::tests {
 namespace {
 
 using namespace field;
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::NumberDisplayFormatE;
 
 std::string roundTrip(std::string const& text) { return toUtf8(writeEventScript(toScript(text))); }
 
@@ -36,12 +41,19 @@ TEST(EventScript, ReadsBackAsWritten) {
                                  "undo",
                                  "redo",
                                  "show \"x\"",
+                                 "show \"x\" precision 3",
+                                 "show \"\" precision 17 format engineering",
+                                 "show \"x\" format fixed",
                                  "tree \"[\\\"a‸\\\"]\"",
                                  "set decimal-comma on",
                                  "set letters off",
                                  "lock",
                                  "unlock",
-                                 "paint"}) {
+                                 "paint",
+                                 "complete",
+                                 "ask",
+                                 "move 0.2.1.0:3",
+                                 "select 0.0:0 0.4294967295:1"}) {
     EXPECT_EQ(roundTrip(line), line + "\n");
   }
 }
@@ -60,12 +72,36 @@ TEST(EventScript, TellsWhatItCannotRead) {
     char const* text;
     unsigned long position;
   };
-  for (CaseS const& one :
-       {CaseS{"undo nothing", 5}, CaseS{"char", 0}, CaseS{"char ab", 0}, CaseS{"char U+G", 0},
-        CaseS{"key nothing", 0}, CaseS{"type abc", 0}, CaseS{"type \"abc", 0}, CaseS{"type \"\\u12\"", 0},
-        CaseS{"pen", 0}, CaseS{"pen side 1 2", 0}, CaseS{"pen down 1", 0}, CaseS{"pen move 1 99999999999", 0},
-        CaseS{"op", 0}, CaseS{"set letters", 0}, CaseS{"set letters maybe", 0}, CaseS{"paste prefix", 0},
-        CaseS{"copy type", 5}}) {
+  for (CaseS const& one : {CaseS{"undo nothing", 5},
+                           CaseS{"char", 0},
+                           CaseS{"char ab", 0},
+                           CaseS{"char U+G", 0},
+                           CaseS{"key nothing", 0},
+                           CaseS{"type abc", 0},
+                           CaseS{"type \"abc", 0},
+                           CaseS{"type \"\\u12\"", 0},
+                           CaseS{"pen", 0},
+                           CaseS{"pen side 1 2", 0},
+                           CaseS{"pen down 1", 0},
+                           CaseS{"pen move 1 99999999999", 0},
+                           CaseS{"show \"x\" precision", 0},
+                           CaseS{"show \"x\" format 1", 0},
+                           CaseS{"show \"x\" precision -1", 0},
+                           CaseS{"undo show \"x\" format fixed precision 3", 27},
+                           CaseS{"move 0.0", 0},
+                           CaseS{"move :1", 0},
+                           CaseS{"move 0..0:1", 0},
+                           CaseS{"move 0.:1", 0},
+                           CaseS{"move 0.0:", 0},
+                           CaseS{"move 0.0:1:2", 0},
+                           CaseS{"move 0.4294967296:1", 0},
+                           CaseS{"select 0.0:1", 0},
+                           CaseS{"ask twice", 4},
+                           CaseS{"op", 0},
+                           CaseS{"set letters", 0},
+                           CaseS{"set letters maybe", 0},
+                           CaseS{"paste prefix", 0},
+                           CaseS{"copy type", 5}}) {
     EventScriptT script(1);
     unsigned long position = 99;
     EXPECT_FALSE(readEventScript(fromUtf8(one.text), script, position)) << one.text;
@@ -117,6 +153,108 @@ TEST(Recording, HoldsWhatWasPastedFromElsewhere) {
   FieldStageC replayed("[\"a‸\"]");
   EXPECT_TRUE(replayed.play(text));
   EXPECT_EQ(replayed.notation(), stage.notation());
+}
+
+/// What a host may do, in as many ways as matter for telling it, by what a failing test calls it.
+std::vector<std::pair<std::string, std::function<void(FormulaFieldC&)>>> everyAct() {
+  std::vector<std::pair<std::string, std::function<void(FormulaFieldC&)>>> acts;
+  for (auto const* const prefix : {u"", u"3.14159", u"+(a,0.000125)"}) {
+    for (unsigned long const precision : {0UL, 3UL, std::numeric_limits<unsigned long>::max()}) {
+      for (int const format : {0, 3}) {
+        acts.emplace_back("show", [=](FormulaFieldC& field) {
+          field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix), nullptr, precision,
+                              static_cast<NumberDisplayFormatE>(format));
+        });
+      }
+    }
+  }
+  for (auto const* const text : {u"a/b", u"a+", u""}) {
+    acts.emplace_back("plain text", [=](FormulaFieldC& field) { field.setPlainText(text); });
+  }
+  for (bool const error : {false, true}) {
+    acts.emplace_back("ask", [=](FormulaFieldC& field) {
+      FormulaErrorS found;
+      field.getExpression(error ? &found : nullptr);
+    });
+  }
+  acts.emplace_back("complete", [](FormulaFieldC& field) { field.completeName(); });
+  FieldStageC source("[\"⚑x\", P[\"2\"], \"‸\"]");
+  bytestring const good = source.refField().copy().bytes;
+  for (bytestring const& bytes : {bytestring(), good, good.substr(0, good.size() - 1)}) {
+    for (auto const* const prefix : {u"", u"+(", u"/(a,b)"}) {
+      for (auto const* const text : {u"", u"/", u"1,5", u"a\n\"\\\xD835\u2028"}) {
+        ClipboardContentS const content{bytes, prefix, text};
+        acts.emplace_back("paste", [=](FormulaFieldC& field) { field.paste(content); });
+        acts.emplace_back("paste from the clipboard", [=](FormulaFieldC& field) {
+          oss::PointerTC<ClipboardABC> const clipboard(new MemoryClipboardC);
+          clipboard->write(content);
+          field.setClipboard(clipboard);
+          field.run(COMMAND_PASTE);
+        });
+      }
+    }
+  }
+  // To the places of the formula in turn, and to none.
+  for (unsigned int i = 0; i < 9; ++i) {
+    auto const placeIn = [](FormulaFieldC const& field, unsigned int number) {
+      math::ved::Node4C const* text = field.crefView().crefRoot().child(0)->child(0);
+      for (unsigned int step = 0; text && step < number / 2; ++step) text = text->goRightLeaf();
+      if (!text || text->getType() != math::ved::NODE4_TEXT) return PlaceS();
+      return PlaceS{text, number % 2 ? static_cast<unsigned int>(text->sizeText()) : 0};
+    };
+    acts.emplace_back("move", [=](FormulaFieldC& field) { field.moveSelection(placeIn(field, i)); });
+    for (unsigned int anchor : {0U, i, 7 - i}) {
+      acts.emplace_back("select", [=](FormulaFieldC& field) {
+        field.setSelection({placeIn(field, anchor), placeIn(field, i)});
+      });
+    }
+  }
+  for (bool const comma : {false, true}) {
+    acts.emplace_back("options", [=](FormulaFieldC& field) {
+      InputOptionsS options;
+      options.decimalComma = comma;
+      options.letters = !comma;
+      field.setOptions(options);
+    });
+  }
+  return acts;
+}
+
+TEST(Recording, PlaysToTheSameFormula) {
+  InputOptionsS others;
+  others.constructs = others.leaving = others.impliedProducts = false;
+  others.decimalComma = true;
+  auto const acts = everyAct();
+  for (std::string const before :
+       {"", "type \"ab\"", "type \"alpha\"", "type \"2alpha\" lock", "type \"(a+*b\"", "type \"2(a+)\"",
+        "type \"x+yz\" key left shift", "type \"a/b\" key right type \"+c\" command grow-selection",
+        "type \"a/(bc+d)+e\" command grow-selection command grow-selection command home key right shift"}) {
+    for (std::string const after :
+         {"type \"q,5\"", "type \"x\" undo undo redo type \"q\"", "undo redo type \"q\"",
+          "unlock command shrink-selection key up type \"pi+\"", "cut type \"q\" paste"}) {
+      for (InputOptionsS const& options : {InputOptionsS(), others}) {
+        for (auto const& [name, act] : acts) {
+          FieldStageC stage;
+          stage.refField().setOptions(options);
+          stage.refField().setEditable(!before.empty());
+          EventScriptT script;
+          stage.refField().record(&script);
+          stage.play(before);
+          act(stage.refField());
+          stage.play(after);
+          stage.refField().record(nullptr);
+
+          std::string const text = toUtf8(writeEventScript(script));
+          FieldStageC replayed;
+          replayed.play(text);
+          ASSERT_EQ(replayed.notation(), stage.notation()) << name << " after " << before << "\n" << text;
+          ASSERT_TRUE(listChanges(replayed.refField().getOptions(), stage.refField().getOptions()).empty());
+          ASSERT_EQ(replayed.refField().isEditable(), stage.refField().isEditable());
+          ASSERT_EQ(toUtf8(writeEventScript(toScript(text))), text);
+        }
+      }
+    }
+  }
 }
 
 }  // namespace

@@ -31,6 +31,7 @@
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/text.h"
+#include "zolt/ved/tree/tree_notation.h"
 
 using namespace zolt;
 using namespace zolt::desktop;
@@ -332,10 +333,14 @@ class DesktopTest final : public QObject {
     recorder.follow(view.currentFormula());
     QString error;
     QVERIFY(!recorder.start(folder.filePath(QStringLiteral("no/such.script")), error));
+    view.currentFormula()->setDecimalComma(true);
+    QTest::keyClick(view.currentFormula(), Qt::Key_Home);
     QVERIFY(recorder.start(path, error));
-    type("+1/2");
+    type("1,5/2+");
+    QStringList expected{view.currentFormula()->tree()};
     stage.enter(1);
-    type("^2{Left}");
+    type("(1,5)^2{Left}");
+    expected << view.currentFormula()->tree();
     QVERIFY(recorder.stop(error));
     type("9");
 
@@ -345,8 +350,15 @@ class DesktopTest final : public QObject {
     unsigned long position = 0;
     QVERIFY(field::readEventScript(qt::toWstring(QString::fromUtf8(file.readAll())), script, position));
     field::FormulaFieldC field(new qt::QtGraphicsC(fonts()));
-    field::ScriptRunnerC(field).run(script);
-    QCOMPARE(qt::toQString(field.getExpression()->toPrefixString()), QStringLiteral("^(b,2)"));
+    field::ScriptRunnerC runner(field);
+    QStringList trees;
+    for (field::ScriptStepS const& step : script) {
+      if (step.word == field::SCRIPT_TREE) trees << QString();
+      runner.run(step);
+      if (!trees.isEmpty())
+        trees.last() = qt::toQString(math::ved::writeTreeNotation(field.crefView().crefRoot()));
+    }
+    QCOMPARE(trees, expected);
   }
 
   void darkAndLight() {

@@ -53,8 +53,8 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_REDO:
       return view_.redo();
     case SCRIPT_SHOW:
-      view_.setAlgebraicExpression(AlgebraicExpressionC::fromPrefixString(step.text), nullptr, 0,
-                                   math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+      view_.setAlgebraicExpression(AlgebraicExpressionC::fromPrefixString(step.text), nullptr, step.code,
+                                   step.format);
       return true;
     case SCRIPT_LOCK:
       return view_.setEditable(false);
@@ -67,6 +67,10 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_PASTE_TEXT:
     case SCRIPT_TREE:
     case SCRIPT_SET:
+    case SCRIPT_COMPLETE:
+    case SCRIPT_ASK:
+    case SCRIPT_MOVE:
+    case SCRIPT_SELECT:
       return false;
   }
   return false;

@@ -54,11 +54,11 @@ void Recorder::follow(qt::FormulaEdit* formula) {
   if (formula_) formula_->record(nullptr);
   formula_ = formula;
   if (!isRecording() || !formula) return;
-  // A script plays on one formula: from here on it is this one.
-  field::ScriptStepS step;
-  step.word = field::SCRIPT_TREE;
-  step.text = qt::toWstring(formula->tree());
-  script_.push_back(step);
+  // A script plays on one formula, from here on on this one, which tells what it has on.
+  field::ScriptStepS plain;
+  plain.word = field::SCRIPT_SET;
+  plain.text = u"decimal-comma";
+  script_.push_back(plain);
   formula->record(&script_);
 }
 

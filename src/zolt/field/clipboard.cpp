@@ -95,12 +95,15 @@ ClipboardContentS copySelection(ViewZNT4C const& view, bool decimalComma) {
 }
 
 PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
-                    exchange::PlainTextErrorS* error) {
+                    exchange::PlainTextErrorS* error, ClipboardFormE& form) {
   if (!view.isEditable()) return PASTE_REFUSED;
+  form = CLIPBOARD_BYTES;
   if (!content.bytes.empty() && view.paste(content.bytes)) return PASTE_DONE;
+  form = CLIPBOARD_PREFIX;
   if (!content.prefix.empty() && view.paste(AlgebraicExpressionC::fromPrefixString(content.prefix))) {
     return PASTE_DONE;
   }
+  form = CLIPBOARD_PLAIN_TEXT;
   return content.plainText.empty() ? PASTE_REFUSED
                                    : pastePlainText(view, content.plainText, decimalComma, error);
 }

@@ -56,10 +56,13 @@ enum PasteE {
   PASTE_REFUSED         ///< nothing is changed
 };
 
-/// Replaces the view's selection by the first form of `content` that reads. Plain text that is no formula is
-/// typed in when its characters can be; when they cannot, `error` (may be null) says why it was refused. To
-/// be called in a group of the view's, which the caller cancels after a refusal.
+/// The forms of what is pasted, in the order in which they are tried.
+enum ClipboardFormE { CLIPBOARD_BYTES, CLIPBOARD_PREFIX, CLIPBOARD_PLAIN_TEXT };
+
+/// Replaces the view's selection by the first form of `content` that reads, and sets `form` to it. Plain text
+/// that is no formula is typed in when its characters can be; when they cannot, `error` (may be null) says
+/// why it was refused. To be called in a group of the view's, which the caller cancels after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
-                    exchange::PlainTextErrorS* error);
+                    exchange::PlainTextErrorS* error, ClipboardFormE& form);
 
 }  // namespace zolt::field

@@ -9,7 +9,7 @@ namespace zolt::field {
 
 namespace {
 
-enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH };
+enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH, SHOWN, PLACE, PLACES };
 
 /// The longer ones first where one begins like another.
 struct WordS {
@@ -36,12 +36,16 @@ constexpr WordS words[] = {
     {u"paste", SCRIPT_PASTE_TEXT, TEXT},
     {u"undo", SCRIPT_UNDO, NO_ARGUMENT},
     {u"redo", SCRIPT_REDO, NO_ARGUMENT},
-    {u"show", SCRIPT_SHOW, TEXT},
+    {u"show", SCRIPT_SHOW, SHOWN},
     {u"tree", SCRIPT_TREE, TEXT},
     {u"set", SCRIPT_SET, SWITCH},
     {u"lock", SCRIPT_LOCK, NO_ARGUMENT},
     {u"unlock", SCRIPT_UNLOCK, NO_ARGUMENT},
     {u"paint", SCRIPT_PAINT, NO_ARGUMENT},
+    {u"complete", SCRIPT_COMPLETE, NO_ARGUMENT},
+    {u"ask", SCRIPT_ASK, NO_ARGUMENT},
+    {u"move", SCRIPT_MOVE, PLACE},
+    {u"select", SCRIPT_SELECT, PLACES},
 };
 
 struct KeyS {
@@ -55,6 +59,9 @@ constexpr KeyS keys[] = {
     {u"right", math::ved::KEY_RIGHT},         {u"down", math::ved::KEY_DOWN},
     {u"delete", math::ved::KEY_DELETE},
 };
+
+/// By their values.
+constexpr char16_t const* formats[] = {u"automatic", u"fixed", u"scientific", u"engineering"};
 
 constexpr char16_t digits[] = u"0123456789ABCDEF";
 
@@ -162,6 +169,12 @@ class ScriptReaderC {
         step.text = readWord();
         step.on = take(u"on");
         return !step.text.empty() && (step.on || take(u"off"));
+      case SHOWN:
+        return readText(step.text) && readNumberFormat(step);
+      case PLACE:
+        return readPlace(step.places);
+      case PLACES:
+        return readPlace(step.places) && readPlace(step.places);
     }
     return false;
   }
@@ -198,6 +211,30 @@ class ScriptReaderC {
       at_ = before;
     }
     step.shift = take(u"shift");
+    return true;
+  }
+
+  bool readNumberFormat(ScriptStepS& step) {
+    if (take(u"precision") && !readNumber(readWord(), 10, step.code)) return false;
+    if (!take(u"format")) return true;
+    wstring const name = readWord();
+    auto const* const found = std::find(std::begin(formats), std::end(formats), name);
+    step.format = static_cast<math::algexpr::NumberDisplayFormatE>(found - std::begin(formats));
+    return found != std::end(formats);
+  }
+
+  bool readPlace(std::vector<ScriptPlaceS>& places) {
+    places.emplace_back();
+    ScriptPlaceS& place = places.back();
+    wstring const word = readWord();
+    std::size_t const colon = word.find(u':');
+    if (colon == wstring::npos || !readNumber(word.substr(colon + 1), 10, place.pos)) return false;
+    for (std::size_t start = 0; start <= colon;) {
+      std::size_t const end = std::min(word.find(u'.', start), colon);
+      place.path.push_back(0);
+      if (!readNumber(word.substr(start, end - start), 10, place.path.back())) return false;
+      start = end + 1;
+    }
     return true;
   }
 
@@ -290,6 +327,34 @@ void appendPoint(wstring& out, ScriptStepS const& step) {
   appendCoordinate(out, step.y);
 }
 
+void appendNumberFormat(wstring& out, ScriptStepS const& step) {
+  if (step.code > 0) {
+    out += u" precision ";
+    appendNumber(out, step.code);
+  }
+  std::size_t const format = step.format;
+  if (format > 0 && format < std::size(formats)) {
+    out += u" format ";
+    out += formats[format];
+  }
+}
+
+void appendPlace(wstring& out, ScriptPlaceS const& place) {
+  for (std::size_t i = 0; i < place.path.size(); ++i) {
+    if (i > 0) out += u'.';
+    appendNumber(out, place.path[i]);
+  }
+  out += u':';
+  appendNumber(out, place.pos);
+}
+
+void appendPlaces(wstring& out, std::vector<ScriptPlaceS> const& places) {
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (i > 0) out += u' ';
+    appendPlace(out, places[i]);
+  }
+}
+
 void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments) {
   switch (arguments) {
     case NO_ARGUMENT:
@@ -321,6 +386,14 @@ void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments
     case SWITCH:
       out += step.text;
       out += step.on ? u" on" : u" off";
+      break;
+    case SHOWN:
+      appendText(out, step.text);
+      appendNumberFormat(out, step);
+      break;
+    case PLACE:
+    case PLACES:
+      appendPlaces(out, step.places);
       break;
   }
 }

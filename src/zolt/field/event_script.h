@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "zolt/algexpr/number_display_format.h"
 #include "zolt/oss/wstring.h"
 
 namespace zolt::field {
@@ -30,23 +31,36 @@ enum ScriptWordE {
   SCRIPT_PASTE_BYTES,   ///< `paste bytes "0103…"`: a copied row, in hexadecimal
   SCRIPT_UNDO,          ///< `undo`
   SCRIPT_REDO,          ///< `redo`
-  SCRIPT_SHOW,          ///< `show "+(a,b)"`: the host shows an expression
+  SCRIPT_SHOW,          ///< `show "+(a,b)"`, `show "3.14159" precision 3 format fixed`: the host shows an
+                        ///< expression; `show ""` none
   SCRIPT_TREE,          ///< `tree "[\"a‸\"]"`: a tree with caret and selection, in tree notation
   SCRIPT_SET,           ///< `set decimal-comma on`: an option
   SCRIPT_LOCK,          ///< `lock`: not editable
   SCRIPT_UNLOCK,        ///< `unlock`
-  SCRIPT_PAINT          ///< `paint`: the host draws
+  SCRIPT_PAINT,         ///< `paint`: the host draws
+  SCRIPT_COMPLETE,      ///< `complete`: the name just typed becomes its letter
+  SCRIPT_ASK,           ///< `ask`: the host asks for the expression and for what is at fault
+  SCRIPT_MOVE,          ///< `move 0.2.1.0:3`: the selection goes to that place
+  SCRIPT_SELECT         ///< `select 0.0:1 0.0:3`: the anchor and the caret are put to these places
+};
+
+/// A place for the caret: the child numbers that lead from the root to a text, and a position in it.
+struct ScriptPlaceS {
+  std::vector<unsigned long> path;
+  unsigned long pos = 0;
 };
 
 struct ScriptStepS {
   ScriptWordE word = SCRIPT_CHAR;
+  math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;  ///< of what is shown
   wstring text;            ///< of a text word, or the name of an operator, command or option
-  unsigned long code = 0;  ///< of a character or a key
+  unsigned long code = 0;  ///< of a character or a key; the precision of what is shown
   bool shift = false;      ///< of a key or the pointer
   bool on = false;         ///< of an option
   unsigned clicks = 1;     ///< of the pointer
   long x = 0;
   long y = 0;
+  std::vector<ScriptPlaceS> places;  ///< where the selection goes, or its anchor and its caret
 };
 
 using EventScriptT = std::vector<ScriptStepS>;

@@ -1,6 +1,9 @@
 #include "zolt/field/formula_field.h"
 
+#include <algorithm>
+
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/common/float64_util.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/implied_products.h"
@@ -49,11 +52,7 @@ FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
 FormulaFieldC::~FormulaFieldC() = default;
 
 void FormulaFieldC::setOptions(InputOptionsS const& options) {
-  for (auto const& change : listChanges(options_, options)) {
-    if (!recorded_) break;
-    recorded_->push_back(makeStep(SCRIPT_SET, change.first));
-    recorded_->back().on = change.second;
-  }
+  recordOptions(options_, options);
   if (options.decimalComma != options_.decimalComma) {
     surface_->showCommas(options.decimalComma);
     view_.measureAgain();  // the signs are those of other widths
@@ -69,6 +68,16 @@ void FormulaFieldC::setEditable(bool editable) {
 void FormulaFieldC::record(EventScriptT* script) {
   recorded_ = script;
   copied_ = ClipboardContentS();
+  recordOptions(InputOptionsS(), options_);
+  if (recorded_ && !isEditable()) recorded_->push_back(makeStep(SCRIPT_LOCK));
+}
+
+void FormulaFieldC::recordOptions(InputOptionsS const& from, InputOptionsS const& to) {
+  if (!recorded_) return;
+  for (auto const& change : listChanges(from, to)) {
+    recorded_->push_back(makeStep(SCRIPT_SET, change.first));
+    recorded_->back().on = change.second;
+  }
 }
 
 // ---- Expression ----------------------------------------------------------------------------------------
@@ -77,7 +86,10 @@ void FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression,
                                   PointerTC<math::algexpr::ConstraintsBC> constraints,
                                   unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
   bool const written = recorded_ && expression;
-  ActC const act(*this, makeStep(SCRIPT_SHOW, written ? expression->toPrefixString() : wstring()));
+  ScriptStepS step = makeStep(SCRIPT_SHOW, written ? expression->toPrefixString() : wstring());
+  step.code = std::min(precision, math::common::Float64UtilC::max_display_precision);
+  step.format = format;
+  ActC const act(*this, std::move(step));
   wordTyped_ = false;
   view_.setAlgebraicExpression(std::move(expression), std::move(constraints), precision, format);
 }
@@ -98,6 +110,7 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* erro
       ErrorSelectionS found;
       auto expression = products.refRoot().getAlgebraicExpression(&found);
       if (expression || !error || !found.firstNode || !found.secondNode) return expression;
+      ActC const act(*this, makeStep(SCRIPT_ASK));
       select({toCaretPlace(products.toOriginal(*found.firstNode, found.firstIndex), true),
               toCaretPlace(products.toOriginal(*found.secondNode, found.secondIndex), false)});
       fillError(found.cause, *error);
@@ -105,6 +118,7 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* erro
     }
   }
   if (!error) return nullptr;
+  ActC const act(*this, makeStep(SCRIPT_ASK));
   ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
   view_.getAlgebraicExpression(&cause);
   fillError(cause, *error);

@@ -99,6 +99,9 @@ class FormulaFieldC {
   /// Moves the selection to another place, as a drag within the field does. False, with nothing changed, when
   /// nothing is selected or the place is in the selection.
   bool moveSelection(PlaceS target);
+  /// Puts the selection's ends, or the caret, to other places, as assistive technology does. False, with
+  /// nothing changed, when one of them is no place of the formula.
+  bool setSelection(SelectionS selection);
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
   /// Whether `run` would do anything now.
@@ -124,8 +127,9 @@ class FormulaFieldC {
   bool takeChange();
 
   // ---- Recording ------------------------------------------------------------------------------------------
-  /// Appends all input and changes of options from now on to `script`, which the caller keeps alive until it
-  /// passes null.
+  /// Appends what sets a new field's options as they are here, and from now on all that changes the field
+  /// but for the constraints of expressions, to `script`, which the caller keeps alive until it passes null.
+  /// It plays on a field with the same formula, caret and selection.
   void record(EventScriptT* script);
 
  private:
@@ -148,6 +152,7 @@ class FormulaFieldC {
   bool deleteRange(PlaceS begin, PlaceS end);
   SavedSelectionS saveSelection() const;
   void restoreSelection(SavedSelectionS const& saved);
+  void recordOptions(InputOptionsS const& from, InputOptionsS const& to);
   void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
 
   // formula_field_input.cpp

@@ -194,6 +194,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
 
 void FormulaFieldC::completeName() {
   if (!wordTyped_ || !options_.letters) return;
+  ActC const act(*this, makeStep(SCRIPT_COMPLETE));
   wordTyped_ = false;
   if (!isEditable()) return;
   ReplacementS const found = findLetterReplacement(caret());

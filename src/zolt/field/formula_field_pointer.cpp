@@ -79,9 +79,9 @@ bool FormulaFieldC::releasePointer() {
 
 bool FormulaFieldC::moveSelection(PlaceS target) {
   if (!target || !view_.isSelected() || !view_.isEditable()) return false;
-  view_.getExpressionSize();  // lays out, as every act does first
-  column_ = no_column;
-  grown_.clear();
+  ScriptStepS step = makeStep(SCRIPT_MOVE);
+  if (recorded_) step.places = {toScriptPlace(target)};
+  ActC const act(*this, std::move(step));
   wordTyped_ = false;
   StretchS const stretch = selectedStretch(view_);
   bool const forwards = isBefore(stretch.end(), target);
@@ -109,11 +109,16 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
     Node4C const* const node = nodeAt(view_.crefRoot(), targetPath);
     done = done && node && placeCaret({node, target.pos}) && view_.paste(content);
   }
-  done = group.end(done);
-  // Where it leads is recorded: the places cannot be told in a script.
-  if (done && recorded_) recorded_->push_back(makeStep(SCRIPT_TREE, writeNotation()));
-  reveal_ = true;
-  return done;
+  return group.end(done);
+}
+
+bool FormulaFieldC::setSelection(SelectionS selection) {
+  if (!selection.anchor || !selection.caret) return false;
+  ScriptStepS step = makeStep(SCRIPT_SELECT);
+  if (recorded_) step.places = {toScriptPlace(selection.anchor), toScriptPlace(selection.caret)};
+  ActC const act(*this, std::move(step));
+  wordTyped_ = false;
+  return select(selection);
 }
 
 }  // namespace zolt::field

@@ -1,8 +1,11 @@
 #include "zolt/field/script_runner.h"
 
+#include "zolt/field/detail/tree_walk.h"
+
 namespace zolt::field {
 
 using math::algexpr::AlgebraicExpressionC;
+using math::ved::Node4C;
 
 ScriptRunnerC::ScriptRunnerC(FormulaFieldC& field) : field_(field) {
   field_.setClipboard(new MemoryClipboardC);
@@ -59,7 +62,7 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
     case SCRIPT_REDO:
       return field_.run(COMMAND_REDO);
     case SCRIPT_SHOW:
-      return show(step.text);
+      return show(step);
     case SCRIPT_TREE:
       return field_.setNotation(step.text);
     case SCRIPT_SET:
@@ -73,6 +76,18 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
     case SCRIPT_PAINT:
       field_.refView().display(0, 0);
       return true;
+    case SCRIPT_COMPLETE:
+      field_.completeName();
+      return true;
+    case SCRIPT_ASK: {
+      FormulaErrorS error;
+      field_.getExpression(&error);
+      return true;
+    }
+    case SCRIPT_MOVE:
+      return field_.moveSelection(find(step, 0));
+    case SCRIPT_SELECT:
+      return field_.setSelection({find(step, 0), find(step, 1)});
   }
   return false;
 }
@@ -85,10 +100,10 @@ StepReportS ScriptRunnerC::runAndReport(ScriptStepS const& step) {
   return report;
 }
 
-bool ScriptRunnerC::show(wstring const& prefix) {
-  auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
-  if (!expression) return false;
-  field_.setExpression(std::move(expression));
+bool ScriptRunnerC::show(ScriptStepS const& step) {
+  auto expression = AlgebraicExpressionC::fromPrefixString(step.text);
+  if (!expression && !step.text.empty()) return false;
+  field_.setExpression(std::move(expression), nullptr, step.code, step.format);
   return true;
 }
 
@@ -99,6 +114,14 @@ bool ScriptRunnerC::set(wstring const& option, bool on) {
   if (!setOption(options, option, on)) return false;
   field_.setOptions(options);
   return true;
+}
+
+PlaceS ScriptRunnerC::find(ScriptStepS const& step, std::size_t number) const {
+  if (number >= step.places.size()) return {};
+  ScriptPlaceS const& place = step.places[number];
+  Node4C const* const node = detail::nodeAt(field_.crefView().crefRoot(), place.path);
+  if (!node || node->getType() != math::ved::NODE4_TEXT || place.pos > node->sizeText()) return {};
+  return {node, static_cast<unsigned int>(place.pos)};
 }
 
 wstring writeReport(StepReportS const& report) {

@@ -23,9 +23,11 @@ class ScriptRunnerC {
   StepReportS runAndReport(ScriptStepS const& step);
 
  private:
-  bool show(wstring const& prefix);
+  bool show(ScriptStepS const& step);
   bool paste(ClipboardContentS const& content);
   bool set(wstring const& option, bool on);
+  /// Null when the step has no such place, or the formula.
+  PlaceS find(ScriptStepS const& step, std::size_t number) const;
 
   FormulaFieldC& field_;
 };

@@ -348,7 +348,15 @@ QMimeData* FormulaEdit::createMimeData(bool selectionOnly) const {
   return new FormulaMimeData(std::move(content), state_->fonts, decimalComma());
 }
 
-void FormulaEdit::record(field::EventScriptT* script) { state_->field->record(script); }
+void FormulaEdit::record(field::EventScriptT* script) {
+  if (script) {
+    field::ScriptStepS tree;
+    tree.word = field::SCRIPT_TREE;
+    tree.text = state_->field->writeNotation();
+    script->push_back(tree);
+  }
+  state_->field->record(script);
+}
 
 void FormulaEdit::undo() { runCommand(field::COMMAND_UNDO); }
 void FormulaEdit::redo() { runCommand(field::COMMAND_REDO); }

@@ -139,7 +139,8 @@ class FormulaEdit : public QWidget {
   int offsetNear(QPoint pos) const;
   void revealOffset(int offset);
 
-  /// Appends all input from now on to `script`, which the caller keeps alive until it passes null.
+  /// Appends the formula as it stands, with its caret and what is not as in a new field, and all input from
+  /// now on to `script`, which the caller keeps alive until it passes null.
   void record(field::EventScriptT* script);
 
   QSize sizeHint() const override;

@@ -65,7 +65,7 @@ FormulaEdit::CaretOffsets FormulaEdit::caretOffsets() const {
 void FormulaEdit::selectOffsets(int anchor, int caret) {
   field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
   field::PlaceS const from = text.placeAt(toOffset(anchor)), to = text.placeAt(toOffset(caret));
-  state_->act([&] { return state_->field->refView().selectRange(from.node, from.pos, to.node, to.pos); });
+  state_->act([&] { return state_->field->setSelection({from, to}); });
 }
 
 QRect FormulaEdit::placeRectangle(int offset) const {

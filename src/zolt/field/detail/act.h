@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
 
 namespace zolt::field {
@@ -22,17 +23,28 @@ class FormulaFieldC::ActC {
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
 
+  /// Whether the call is in the recording: it is from its beginning, for when it does not come to an end.
+  bool isRecorded() const {
+    return recordedAs_ > 0 && field_.recorded_ && field_.recorded_->size() == recordedAs_;
+  }
+  /// Tells what is recorded more exactly.
+  void recordAs(ScriptStepS step) { field_.recorded_->back() = std::move(step); }
+
  private:
   void begin(ScriptStepS step, KeepE keep) {
     // The view tidies up after an event only what was not laid out before it, and that can move a caret
     // beside a supplied bracket: what a person sees must not depend on when the host paints.
     field_.view_.getExpressionSize();
-    if (field_.recorded_) field_.recorded_->push_back(std::move(step));
+    if (field_.recorded_) {
+      field_.recorded_->push_back(std::move(step));
+      recordedAs_ = field_.recorded_->size();
+    }
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
     if (keep != KEEP_GROWTH) field_.grown_.clear();
   }
 
   FormulaFieldC& field_;
+  std::size_t recordedAs_ = 0;  // how many steps there were with this one; 0: it is not recorded
 };
 
 /// All edits while it lasts are one step; groups may nest. One that goes without `end`, which happens where
@@ -66,6 +78,8 @@ class FormulaFieldC::GroupC {
   FormulaFieldC& field_;
   bool ended_ = false;
 };
+
+inline ScriptPlaceS toScriptPlace(PlaceS place) { return {detail::pathOf(*place.node), place.pos}; }
 
 inline ScriptStepS makeStep(ScriptWordE word, wstring text = {}) {
   ScriptStepS step;
