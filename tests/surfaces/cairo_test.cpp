@@ -1,5 +1,11 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
+#ifndef _WIN32
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
 
 #include <algorithm>
 #include <cstdint>
@@ -208,6 +214,88 @@ TEST_F(CairoPictures, ReplaceFilesAtOnceOrNotAtAll) {
   }
   EXPECT_EQ(filesInFolder(), 2u);
 }
+
+#ifndef _WIN32
+TEST_F(CairoPictures, KeepWhatAFileIsBesidesItsContents) {
+  std::string error;
+  auto const write = [&](fs::path const& path) {
+    return graphics.renderToFile(path.string(), PICTURE_SVG, 100, 40, options, error);
+  };
+  std::string const expected = render(PICTURE_SVG);
+  for (std::size_t const length : {240u, 241u, 249u, 255u}) {
+    fs::path const file = folder / (std::string(length - 4, 'n') + ".svg");
+    ASSERT_TRUE(write(file) && write(file)) << error;
+    EXPECT_EQ(contents(file), expected);
+    fs::remove(file);
+  }
+  fs::create_directory(folder / "links");
+  for (auto const& [name, to] :
+       {std::pair{"a.svg", "../to.svg"}, {"b.svg", "a.svg"}, {"c.svg", "../links/b.svg"}}) {
+    fs::create_symlink(to, folder / "links" / name);
+    ASSERT_TRUE(write(folder / "links" / name)) << error;
+    EXPECT_TRUE(fs::is_symlink(folder / "links" / name)) << name;
+    EXPECT_EQ(contents(folder / "to.svg"), expected) << name;
+    fs::remove(folder / "to.svg");
+  }
+  fs::create_symlink("round.svg", folder / "links" / "round.svg");
+  EXPECT_FALSE(write(folder / "links" / "round.svg"));
+  EXPECT_TRUE(fs::is_symlink(folder / "links" / "round.svg"));
+  fs::create_symlink("no/such.svg", folder / "links" / "nowhere.svg");
+  EXPECT_FALSE(write(folder / "links" / "nowhere.svg"));
+  fs::remove_all(folder / "links");
+
+  fs::path const file = folder / "formula.svg";
+  for (unsigned const mode : {0600u, 0640u, 0604u, 0777u}) {
+    std::ofstream(file) << "before";
+    fs::permissions(file, fs::perms(mode));
+    ASSERT_TRUE(write(file)) << error;
+    EXPECT_EQ(contents(file), expected);
+    EXPECT_EQ(unsigned(fs::status(file).permissions()), mode);
+  }
+  if (geteuid() != 0) {
+    fs::permissions(file, fs::perms(0400));
+    EXPECT_FALSE(write(file));
+  }
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+
+TEST_F(CairoPictures, LeaveNothingOfTheKilledBehind) {
+  fs::path const file = folder / "formula.png";
+  std::ofstream(file) << "before";
+  // `kill`: a file that grows too large ends the process; else writing it fails.
+  auto const inProcess = [&](rlim_t largest, bool kill) {
+    pid_t const child = fork();
+    if (child == 0) {
+      rlimit const limit{largest, largest};
+      std::string error;
+      signal(SIGXFSZ, kill ? SIG_DFL : SIG_IGN);
+      setrlimit(RLIMIT_FSIZE, &limit);
+      _exit(graphics.renderToFile(file.string(), PICTURE_PNG, 100, 40, options, error) ? 0 : 1);
+    }
+    return child;
+  };
+  auto const statusOf = [](pid_t child) {
+    int status = 0;
+    waitpid(child, &status, 0);
+    return status;
+  };
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_TRUE(WIFSIGNALED(statusOf(inProcess(100, true))));
+    EXPECT_EQ(contents(file), "before");
+    EXPECT_EQ(filesInFolder(), 2u);
+  }
+  EXPECT_EQ(WEXITSTATUS(statusOf(inProcess(100, false))), 1);
+  EXPECT_EQ(contents(file), "before");
+  EXPECT_EQ(filesInFolder(), 1u);
+
+  EXPECT_TRUE(WIFSIGNALED(statusOf(inProcess(100, true))));
+  std::vector<pid_t> children;
+  for (int i = 0; i < 8; ++i) children.push_back(inProcess(RLIM_INFINITY, true));
+  for (pid_t const child : children) EXPECT_EQ(statusOf(child), 0);
+  EXPECT_EQ(contents(file), render(PICTURE_PNG));
+  EXPECT_EQ(filesInFolder(), 1u);
+}
+#endif
 
 TEST_F(CairoPictures, RefuseImpossibleSizes) {
   std::string bytes = "before", error;
