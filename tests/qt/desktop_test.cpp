@@ -173,6 +173,49 @@ class DesktopTest final : public QObject {
     QVERIFY(view.isModified());
   }
 
+  void undoGoesBackToTheStartWhateverTypingCompletes() {
+    for (char const* const keys :
+         {"alpha+beta+gamma+delta+a<=b+", "sqrt(", "sqrt(x)", "pi/2", "x**2", "log(2,x", "int(a,b",
+          "sum(k,1,n", "abs(y", "a->b!=c>=d", "alpha beta", "x1+y^2z", "alpha{Tab}", "1/pi{Right}{Return}",
+          "pi{Down}", "alpha{Ctrl+A}/{Backspace}x", "x=sqrt(y{Ctrl+A}{Del}pi+"}) {
+      // Saved nowhere, at the start, and at the end.
+      for (int const saved : {-1, 0, 1}) {
+        StageS stage({SheetLine(), {LineKind::Text, QStringLiteral("note"), {}, {}}});
+        SheetView& view = stage.view;
+        if (saved < 0) view.setUnsaved();
+        type(keys);
+        if (saved > 0) view.setSaved();
+        FormulaEdit& edit = *view.rows()[0]->formula();
+        QList<Sheet> seen{view.sheet()};
+        for (int i = 0; i < 2; ++i) {
+          for (; view.history().canUndo(); seen << view.sheet()) view.history().undo();
+          QVERIFY2(edit.isEmpty() && !edit.isCommandEnabled(field::COMMAND_UNDO), keys);
+          QCOMPARE(view.isModified(), saved != 0);
+          // Each was a step of the formula's own, unless it was one of the lines'.
+          for (; view.history().canRedo(); seen.pop_back()) {
+            QCOMPARE(view.sheet(), seen.last());
+            view.history().redo();
+          }
+          QCOMPARE(view.sheet(), seen.last());
+          QVERIFY2(!edit.isCommandEnabled(field::COMMAND_REDO), keys);
+          QCOMPARE(view.isModified(), saved <= 0);
+        }
+      }
+    }
+    // What is typed where undo has left a completion ends what could be redone, and what was saved there.
+    StageS stage({SheetLine()});
+    type("alpha+");
+    stage.view.history().undo();
+    stage.view.setSaved();
+    type("b");
+    QVERIFY(stage.view.isModified() && !stage.view.history().canRedo());
+    stage.view.history().undo();
+    QCOMPARE(stage.view.currentFormula()->tree(), QStringLiteral("[\"alpha+\"]"));
+    QVERIFY(!stage.view.isModified());
+    while (stage.view.history().canUndo()) stage.view.history().undo();
+    QVERIFY(stage.view.isModified() && stage.view.currentFormula()->isEmpty());
+  }
+
   void linesMoveAndGo() {
     StageS stage({formulaLine("a"), formulaLine("b")});
     SheetView& view = stage.view;

@@ -26,6 +26,10 @@ void SheetCommand::enter() {
   view_.reveal();
 }
 
+void SheetCommand::loseBeginning() {
+  if (view_.history_.cleanIndex() < view_.history_.index()) view_.history_.resetClean();
+}
+
 // ---- Rows -------------------------------------------------------------------------------------------------
 
 InsertRowCommand::InsertRowCommand(SheetView& view, SheetRow* row, qsizetype index)
@@ -76,21 +80,35 @@ void MoveRowCommand::move(int distance) {
 
 // ---- Edits ------------------------------------------------------------------------------------------------
 
-EditFormulaCommand::EditFormulaCommand(SheetView& view, SheetRow* row)
-    : SheetCommand(view, row, tr("editing a formula")) {}
+EditFormulaCommand::EditFormulaCommand(SheetView& view, SheetRow* row, unsigned long begin)
+    : SheetCommand(view, row, tr("editing a formula")), begin_(begin) {}
 
 void EditFormulaCommand::redo() {
-  if (!fresh_) run(field::COMMAND_REDO);
+  if (!fresh_) run(field::COMMAND_REDO, end_);
   fresh_ = false;
 }
 
-void EditFormulaCommand::undo() { run(field::COMMAND_UNDO); }
-
-void EditFormulaCommand::run(field::CommandE command) {
+void EditFormulaCommand::undo() {
+  end_ = position();
+  run(field::COMMAND_UNDO, begin_);
   // A very long history forgets its oldest steps.
-  replay([&] { setObsolete(!row()->formula()->runCommand(command)); });
+  if (position() > begin_) loseBeginning();
+}
+
+void EditFormulaCommand::run(field::CommandE command, unsigned long target) {
+  unsigned long const start = position();
+  auto const isDue = [&] {
+    return command == field::COMMAND_UNDO ? position() > target : position() < target;
+  };
+  replay([&] {
+    while (isDue() && row()->formula()->runCommand(command)) {
+    }
+  });
+  setObsolete(position() == start);
   enter();
 }
+
+unsigned long EditFormulaCommand::position() const { return row()->formula()->historyPosition(); }
 
 EditTextCommand::EditTextCommand(SheetView& view, SheetRow* row, QString before)
     : SheetCommand(view, row, tr("editing a text")),

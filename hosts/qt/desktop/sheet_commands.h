@@ -19,6 +19,8 @@ class SheetCommand : public QUndoCommand {
   void enter();
   qsizetype index() const { return view_.rows_.indexOf(row_); }
   SheetRow* row() const { return row_; }
+  /// Undoing has not led back to where this step began: what the sheet was like before cannot come again.
+  void loseBeginning();
   /// Runs `action` so that what it changes is no step of its own.
   template <class ActionT>
   void replay(ActionT action) {
@@ -68,16 +70,20 @@ class MoveRowCommand final : public SheetCommand {
   int distance_;
 };
 
-/// An edit of a formula, which has its own history: the sheet's only knows whose turn it is.
+/// An edit of a formula, which has its own history: the sheet's only knows whose turn it is, and how far.
 class EditFormulaCommand final : public SheetCommand {
  public:
-  EditFormulaCommand(SheetView& view, SheetRow* row);
+  /// `begin` is the formula's `historyPosition` before the edit.
+  EditFormulaCommand(SheetView& view, SheetRow* row, unsigned long begin);
   void redo() override;
   void undo() override;
 
  private:
-  void run(field::CommandE command);
+  void run(field::CommandE command, unsigned long target);
+  unsigned long position() const;
 
+  unsigned long begin_;
+  unsigned long end_ = 0;  // known when it is undone, since typing on makes an edit longer
   bool fresh_ = true;
 };
 

@@ -137,7 +137,8 @@ void SheetView::connectFormula(SheetRow* row) {
   auto const tell = [this, row] {
     if (row == current_) emit formulaChanged();
   };
-  connect(edit, &FormulaEdit::edited, this, [this, row](bool continued) { onFormulaEdited(row, continued); });
+  connect(edit, &FormulaEdit::edited, this,
+          [this, row](bool continued, unsigned long position) { onFormulaEdited(row, continued, position); });
   connect(edit, &FormulaEdit::expressionChanged, this, tell);
   connect(edit, &FormulaEdit::selectionChanged, this, tell);
   connect(row, &SheetRow::formulaStateChanged, this, tell);
@@ -204,10 +205,10 @@ void SheetView::onFocusChanged(QWidget* now) {
   }
 }
 
-void SheetView::onFormulaEdited(SheetRow* row, bool continued) {
+void SheetView::onFormulaEdited(SheetRow* row, bool continued, unsigned long position) {
   if (replaying_) return;
   if (!continued) {
-    history_.push(new EditFormulaCommand(*this, row));
+    history_.push(new EditFormulaCommand(*this, row, position));
     return;
   }
   // The formula's own last step has grown; the sheet has that step already.

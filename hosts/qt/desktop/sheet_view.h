@@ -90,7 +90,7 @@ class SheetView final : public QScrollArea {
   void renumber();
   void setCurrent(SheetRow* row);
   void onFocusChanged(QWidget* now);
-  void onFormulaEdited(SheetRow* row, bool continued);
+  void onFormulaEdited(SheetRow* row, bool continued, unsigned long position);
   void reveal();
   bool enterNeighbour(int distance);
   bool removeEmptyRow(int key);

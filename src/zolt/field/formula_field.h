@@ -65,6 +65,10 @@ class FormulaFieldC {
                      PointerTC<math::algexpr::ConstraintsBC> constraints = nullptr,
                      unsigned long precision = 0,
                      math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  /// As `ViewZNT4C::setConstraints`: for every later edit; the formula stays.
+  void setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints) {
+    view_.setConstraints(std::move(constraints));
+  }
   /// Shows plain text as a formula. False, with nothing changed, when it is none; `error` may be null.
   bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
   /// The formula as it stands. Null when it is incomplete or wrong; with `error` (may be null) the faulty

@@ -61,9 +61,10 @@ FormulaEdit::StateS::~StateS() {
 }
 
 bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgram) {
+  math::ved::ViewZNT4C const& view = field->crefView();
+  unsigned long const position = view.getHistoryPosition();
   bool const taken = action();
   faultyBox.reset();
-  math::ved::ViewZNT4C const& view = field->crefView();
   bool const changed = field->takeChange();
   if (changed) examined = false;
 
@@ -88,14 +89,31 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgra
   edit.update();
   edit.updateMicroFocus();
 
-  bool const continued = changed && view.undoContinues();
+  // Before a slot makes further ones.
+  std::vector<StepS> const steps = byProgram ? std::vector<StepS>() : stepsSince(position, changed);
   QPointer<FormulaEdit> const alive(&edit);
   if (changed) emit alive->expressionChanged();
-  if (alive && changed && !byProgram) emit alive->edited(continued);
+  for (StepS const& step : steps) {
+    if (alive) emit alive->edited(step.continued, step.position);
+  }
   if (alive && selected) emit alive->selectionChanged();
   if (alive && moved) emit alive->caretMoved();
   if (alive && (moved || selected)) notifyAccessibility(*alive, changed);
   return taken;
+}
+
+std::vector<FormulaEdit::StateS::StepS> FormulaEdit::StateS::stepsSince(unsigned long position,
+                                                                        bool changed) const {
+  math::ved::ViewZNT4C const& view = field->crefView();
+  unsigned long const end = view.getHistoryPosition();
+  std::vector<StepS> steps;
+  if (end > position) steps.push_back({view.isContinuation(position), position});
+  for (unsigned long i = position + 1; i < end; ++i) {
+    if (!view.isContinuation(i)) steps.push_back({false, i});
+  }
+  // What was taken back is a change, too.
+  if (steps.empty() && changed) steps.push_back({false, end});
+  return steps;
 }
 
 void FormulaEdit::StateS::change(std::function<void()> const& action) {
@@ -193,8 +211,9 @@ QString FormulaEdit::tree() const {
 }
 
 bool FormulaEdit::setTree(QString const& tree) {
+  QPointer<FormulaEdit> const alive(this);
   bool const done = state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, true);
-  if (!done) emit errorOccurred(no_cause, tr("This is no formula in tree notation"));
+  if (alive && !done) emit errorOccurred(no_cause, tr("This is no formula in tree notation"));
   return done;
 }
 
@@ -228,9 +247,9 @@ bool FormulaEdit::isEmpty() const {
 
 bool FormulaEdit::check() {
   field::FormulaErrorS error;
-  bool complete = false;
-  state_->act([&] { return complete = bool(state_->field->getExpression(&error)); });
-  if (complete) return true;
+  QPointer<FormulaEdit> const alive(this);
+  bool const complete = state_->act([&] { return bool(state_->field->getExpression(&error)); });
+  if (!alive || complete) return alive && complete;
   state_->faultyBox = error.box;
   emit errorOccurred(error.cause, toQString(error.text));
   return false;
@@ -242,7 +261,9 @@ bool FormulaEdit::isReadOnly() const { return !state_->field->isEditable(); }
 
 void FormulaEdit::setReadOnly(bool readOnly) {
   if (readOnly == isReadOnly()) return;
+  QPointer<FormulaEdit> const alive(this);
   state_->change([&] { state_->field->setEditable(!readOnly); });
+  if (!alive) return;
   setAttribute(Qt::WA_InputMethodEnabled, !readOnly);
   emit readOnlyChanged(readOnly);
 }
@@ -265,9 +286,7 @@ FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->const
 
 void FormulaEdit::setConstraints(Constraints const& constraints) {
   state_->constraints = constraints;
-  QString const before = tree();
-  setAlgebraicExpression(algebraicExpression());
-  if (tree() != before) setTree(before);
+  state_->field->setConstraints(constraints);
 }
 
 bool FormulaEdit::decimalComma() const { return state_->field->getOptions().decimalComma; }
@@ -308,6 +327,7 @@ void FormulaEdit::setPlaceholderText(QString const& text) {
 bool FormulaEdit::isUndoRedoEnabled() const { return state_->undoRedo; }
 void FormulaEdit::setUndoRedoEnabled(bool enabled) { state_->undoRedo = enabled; }
 bool FormulaEdit::hasSelection() const { return state_->field->crefView().isSelected(); }
+unsigned long FormulaEdit::historyPosition() const { return state_->field->crefView().getHistoryPosition(); }
 QString FormulaEdit::fontError() const { return state_->fontError; }
 
 // ---- Commands ---------------------------------------------------------------------------------------------

@@ -43,7 +43,7 @@ class FormulaEdit : public QWidget {
   Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
   /// Logical pixels to a surface unit, 12 of which make the base size of letters.
   Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
-  /// What may be entered; null: everything.
+  /// What may be entered from now on; null: everything.
   Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints)
   /// The decimal sign is shown and typed as ",", and what stands between arguments as ";".
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma)
@@ -104,6 +104,9 @@ class FormulaEdit : public QWidget {
   bool isUndoRedoEnabled() const;
   void setUndoRedoEnabled(bool enabled);
   bool hasSelection() const;
+  /// How far the history of changes is: every change raises it, undo goes back to what it was before. That a
+  /// long history forgets its beginning does not lower it.
+  unsigned long historyPosition() const;
   /// Empty when the fonts are there.
   QString fontError() const;
 
@@ -162,8 +165,10 @@ class FormulaEdit : public QWidget {
  signals:
   /// The formula is another one, whoever changed it.
   void expressionChanged();
-  /// The person changed it. `continued`: by typing on, so that it is one undo step with the change before.
-  void edited(bool continued);
+  /// The person changed it. Emitted for each step that undo would take back, since one key may make two: what
+  /// it types, and what that completes. `position` is `historyPosition` before the step. `continued`: by
+  /// typing on, so that it is one undo step with the change before.
+  void edited(bool continued, unsigned long position);
   void selectionChanged();
   void caretMoved();
   /// `cause` is a `math::ved::ErrorCauseE`, or -1 when there is none of these; `text` is a sentence without a

@@ -122,7 +122,8 @@ bool FormulaEdit::event(QEvent* event) {
     auto* const key = static_cast<QKeyEvent*>(event);
     auto const command = commandOf(*key);
     bool const slots_ = command == field::COMMAND_NEXT_SLOT || command == field::COMMAND_PREVIOUS_SLOT;
-    if (slots_ && !isReadOnly() && runCommand(*command)) {
+    QPointer<FormulaEdit> const alive(this);
+    if (slots_ && !isReadOnly() && (runCommand(*command) || !alive)) {
       event->accept();
       return true;
     }

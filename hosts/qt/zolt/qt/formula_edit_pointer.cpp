@@ -61,8 +61,9 @@ void FormulaEdit::mousePressEvent(QMouseEvent* event) {
   } else if (event->button() == Qt::MiddleButton && state_->primary->hasContent() && !isReadOnly() &&
              QGuiApplication::clipboard()->supportsSelection()) {
     field::ClipboardContentS const content = state_->primary->read();
+    QPointer<FormulaEdit> const alive(this);
     setCaretNear(event->position().toPoint());
-    state_->paste(content);
+    if (alive) state_->paste(content);
   } else {
     event->ignore();
   }
@@ -117,8 +118,9 @@ void FormulaEdit::mouseReleaseEvent(QMouseEvent* event) {
     setCaretNear(event->position().toPoint());
   } else if (state_->selecting) {
     state_->selecting = false;
+    QPointer<FormulaEdit> const alive(this);
     state_->act([&] { return state_->field->releasePointer(); });
-    state_->offerPrimarySelection();
+    if (alive) state_->offerPrimarySelection();
   }
 }
 
@@ -141,7 +143,9 @@ void FormulaEdit::wheelEvent(QWheelEvent* event) {
 
 void FormulaEdit::contextMenuEvent(QContextMenuEvent* event) {
   bool const byMouse = event->reason() == QContextMenuEvent::Mouse;
+  QPointer<FormulaEdit> const alive(this);
   if (byMouse && !state_->isOverSelection(event->pos())) setCaretNear(event->pos());
+  if (!alive) return;
   QMenu* const menu = createStandardContextMenu();
   menu->setAttribute(Qt::WA_DeleteOnClose);
   menu->popup(byMouse ? event->globalPos() : mapToGlobal(caretRectangle().bottomLeft()));
@@ -168,11 +172,11 @@ void FormulaEdit::StateS::startDrag() {
   Qt::DropActions const offered = edit.isReadOnly() ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
   Qt::DropAction const done = drag->exec(offered, Qt::MoveAction);
   if (!alive) return;
+  draggingHere = false;
   // Dropped on ourselves, the drop has moved it already.
   if (done == Qt::MoveAction && drag->target() != &edit && !edit.isReadOnly()) {
     act([&] { return field->run(field::COMMAND_DELETE_LEFT); });
   }
-  draggingHere = false;
 }
 
 bool FormulaEdit::StateS::paste(field::ClipboardContentS const& content) {
@@ -206,17 +210,20 @@ void FormulaEdit::dragLeaveEvent(QDragLeaveEvent*) {
 }
 
 void FormulaEdit::dropEvent(QDropEvent* event) {
-  field::PlaceS const place = state_->placeNear(event->position());
   state_->dropCaret.reset();
   field::ClipboardContentS const content = FormulaMimeData::read(*event->mimeData());
   bool const moves = event->source() == this && event->dropAction() == Qt::MoveAction;
+  QPointer<FormulaEdit> const alive(this);
+  // The field that loses the focus may lead to any change here.
   setFocus(Qt::MouseFocusReason);
+  if (!alive) return;
   bool done = false;
   if (moves) {
+    field::PlaceS const place = state_->placeNear(event->position());
     done = state_->act([&] { return state_->field->moveSelection(place); });
   } else {
     setCaretNear(event->position().toPoint());
-    done = state_->paste(content);
+    done = alive && state_->paste(content);
   }
   if (done) event->acceptProposedAction();
 }

@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "zolt/field/formula_field.h"
 #include "zolt/qt/formula_edit.h"
@@ -20,15 +21,23 @@
 namespace zolt::qt {
 
 struct FormulaEdit::StateS {
+  struct StepS {
+    bool continued;
+    unsigned long position;
+  };
+
   explicit StateS(FormulaEdit& owner);
   ~StateS();
 
   // ---- Acts (formula_edit.cpp) ---------------------------------------------------------------------------
   /// Runs what a person (or `byProgram` the host) does to the field, and then whatever follows from it:
   /// layout, scrolling, repainting, signals.
+  /// The widget may be no more afterwards, since slots can do anything.
   bool act(std::function<bool()> const& action, bool byProgram = false);
   /// The same for `action` of the host's, which always happens.
   void change(std::function<void()> const& action);
+  /// What `edited` has to tell after an act that began with the history at `position`.
+  std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
   /// The formula and why it is incomplete, found out on a copy, so that nobody's typing is disturbed.
   void examine();
   field::ClipboardContentS wholeContent();

@@ -37,6 +37,7 @@ Node4C* EditPathC::find(Node4C* root) const {
 }
 
 void EditHistoryC::clear() {
+  forgotten_ += next_;
   steps_.clear();
   next_ = 0;
   bytes_ = 0;
@@ -107,6 +108,7 @@ void EditHistoryC::trim() {
     bytes_ -= steps_.front().size;
     steps_.pop_front();
     --next_;
+    ++forgotten_;
   }
   steps_.front().continues = false;
 }

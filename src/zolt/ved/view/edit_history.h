@@ -91,6 +91,14 @@ class EditHistoryC {
   bool canRedo() const { return next_ < steps_.size(); }
   bool undoContinues() const { return canUndo() && steps_[next_ - 1].continues; }
   bool redoContinues() const { return canRedo() && steps_[next_].continues; }
+  /// The number of the step that is next: it counts all that were ever before it, forgotten ones too, so that
+  /// a number stands for the same step as long as that can be gone over.
+  unsigned long getPosition() const { return forgotten_ + next_; }
+  /// Whether step number `position` goes on with the typing of the one before.
+  bool isContinuation(unsigned long position) const {
+    return position >= forgotten_ && position - forgotten_ < steps_.size() &&
+           steps_[position - forgotten_].continues;
+  }
   /// Takes the tree back over the last step (on over the next one) and normalises it; answers where caret and
   /// anchor stood then. There must be a step, and the tree must be the one that it led to (began with). When
   /// memory runs out the history is where it was, but the tree may be anything.
@@ -117,6 +125,7 @@ class EditHistoryC {
   unsigned long maxBytes_;
   std::deque<StepS> steps_;
   unsigned long next_ = 0;  // steps before it are done, the others undone
+  unsigned long forgotten_ = 0;
   unsigned long bytes_ = 0;
   bool open_ = false;
   bool typing_ = false;

@@ -54,6 +54,9 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> expression,
                               PointerTC<algexpr::ConstraintsBC> constraints, unsigned long precision,
                               algexpr::NumberDisplayFormatE format);
+  /// Other constraints for every later edit; the formula, its history and the caret stay. False from inside
+  /// an event.
+  bool setConstraints(PointerTC<algexpr::ConstraintsBC> constraints);
   /// The formula as it stands. Null when it is incomplete or wrong; then an editable view selects the faulty
   /// part and stores why in `cause` (may be null). A view that is not editable returns the expression it was
   /// given.
@@ -105,6 +108,11 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// step before it, so that a host which treats typing as one act goes on.
   bool undoContinues() const;
   bool redoContinues() const;
+  /// The number of the step that would come next. `undo` lowers it by one, `redo` and every step that is made
+  /// raise it; it is no other one because a long history has forgotten its beginning.
+  unsigned long getHistoryPosition() const;
+  /// Whether step number `position` continues the one before it.
+  bool isContinuation(unsigned long position) const;
   /// Until `endGroup`, all edits are one: one step to undo, checked by the constraints as a whole. Undo and
   /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest;
   /// an expression set meanwhile begins the group anew.

@@ -85,6 +85,12 @@ void ViewZNT4C::putUp(std::unique_ptr<Node4C> root) {
   needLayout();
 }
 
+bool ViewZNT4C::setConstraints(PointerTC<algexpr::ConstraintsBC> constraints) {
+  if (executing_) return false;
+  constraints_ = std::move(constraints);
+  return true;
+}
+
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(ErrorCauseE* cause) {
   if (!editable_ && expression_) return expression_;
   takeBackIfDue();

@@ -11,6 +11,13 @@ bool ViewZNT4C::undoContinues() const { return canUndo() && history_->undoContin
 
 bool ViewZNT4C::redoContinues() const { return canRedo() && history_->redoContinues(); }
 
+unsigned long ViewZNT4C::getHistoryPosition() const {
+  takeBackIfDue();
+  return history_->getPosition();
+}
+
+bool ViewZNT4C::isContinuation(unsigned long position) const { return history_->isContinuation(position); }
+
 bool ViewZNT4C::undo() {
   if (isBusy() || grouping_ || !canUndo()) return bip();
   goOver(false);
