@@ -21,6 +21,7 @@
 #include "hosts/qt/desktop/sheet_view.h"
 #include "tests/qt/desktop_stage.h"
 #include "zolt/qt/formula_edit.h"
+#include "zolt/ved/limits.h"
 
 #ifdef Q_OS_UNIX
 #include <sys/resource.h>
@@ -323,6 +324,21 @@ class RecoveryTest final : public QObject {
     QCOMPARE(entries(kept), QStringList());
   }
 
+  void whatUndoCannotTakeBackStaysKept() {
+    QTemporaryDir folder;
+    SheetView view;
+    RecoveryKeeper keeper(view, folder.path(), nullptr);
+    auto const kept = [&] { return QDir(folder.path()).entryList({QStringLiteral("*.recovery")}).size(); };
+    // One run of typing that is longer than the formula's history.
+    view.currentFormula()->insertText(QString(100000, u'x'));
+    view.setSaved();
+    for (int i = 0; i < 400; ++i) QTest::keyClick(view.currentFormula(), Qt::Key_X);
+    while (view.history().canUndo()) view.history().undo();
+    QVERIFY(view.currentFormula()->prefix().size() > 100000);
+    QVERIFY(view.isModified());
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), 1, 10000);
+  }
+
   void damagedRecoveryFilesAreToldAndKept() {
     QTemporaryDir folder;
     QString const path = QStringLiteral("/tmp/ä%0a\n.zved");
@@ -354,6 +370,26 @@ class RecoveryTest final : public QObject {
     }
     QCOMPARE(opened, 1);
     QCOMPARE(entries(folder.path()), QStringList());
+  }
+
+  void nothingElseIsChosenWhileASheetOpens() {
+    QTemporaryDir folder;
+    QString error;
+    for (int i = 0; i < 2; ++i) QVERIFY(RecoveryFile::create(folder.path())->write({}, Sheet(1), error));
+    RecoveryDialog* shown = nullptr;
+    int opened = 0;
+    auto const open = [&](RecoveredSheet const&, std::unique_ptr<RecoveryFile> file) {
+      QVERIFY(file);
+      if (++opened > 2) return;
+      for (auto* const button : shown->findChildren<QAbstractButton*>()) {
+        if (button->text().contains(QLatin1String("ecover"))) button->click();
+      }
+    };
+    RecoveryDialog dialog(RecoveryFile::adoptAll(folder.path()), open, nullptr);
+    shown = &dialog;
+    DialogAnswer answer("Recover");
+    dialog.exec();
+    QCOMPARE(opened, 2);
   }
 
   void recoveryThatFailsIsToldOnce() {

@@ -126,6 +126,9 @@ QList<int> RecoveryDialog::chosenRows() const {
 }
 
 void RecoveryDialog::recoverChosen() {
+  // A large sheet lets events in while it opens; another choice would then meet half-taken entries, and a
+  // window that has a sheet already.
+  setEnabled(false);
   int done = 0;
   for (int const row : chosenRows()) {
     EntryS& entry = *entries_[std::size_t(row - done)];
@@ -133,6 +136,8 @@ void RecoveryDialog::recoverChosen() {
     recover_(*entry.sheet, entry.damaged ? nullptr : std::move(entry.file));
     removeRow(row - done++);
   }
+  setEnabled(true);
+  list_->setFocus();
 }
 
 void RecoveryDialog::discardChosen() {
