@@ -174,6 +174,14 @@ class DesktopTest final : public QObject {
   }
 
   void undoGoesBackToTheStartWhateverTypingCompletes() {
+    // What undo leads through in a formula with a history of its own, in a sheet of two lines.
+    auto const ownSteps = [](char const* keys) {
+      FormulaEdit edit;
+      QTest::keyClicks(&edit, QLatin1String(keys));
+      QStringList seen{edit.tree() + u'2'};
+      while (edit.runCommand(field::COMMAND_UNDO)) seen << edit.tree() + u'2';
+      return seen;
+    };
     for (char const* const keys :
          {"alpha+beta+gamma+delta+a<=b+", "sqrt(", "sqrt(x)", "pi/2", "x**2", "log(2,x", "int(a,b",
           "sum(k,1,n", "abs(y", "a->b!=c>=d", "alpha beta", "x1+y^2z", "alpha{Tab}", "1/pi{Right}{Return}",
@@ -186,17 +194,18 @@ class DesktopTest final : public QObject {
         type(keys);
         if (saved > 0) view.setSaved();
         FormulaEdit& edit = *view.rows()[0]->formula();
-        QList<Sheet> seen{view.sheet()};
+        auto const state = [&] { return edit.tree() + QString::number(view.rows().size()); };
+        QStringList seen{state()};
         for (int i = 0; i < 2; ++i) {
-          for (; view.history().canUndo(); seen << view.sheet()) view.history().undo();
+          for (; view.history().canUndo(); seen << state()) view.history().undo();
           QVERIFY2(edit.isEmpty() && !edit.isCommandEnabled(field::COMMAND_UNDO), keys);
           QCOMPARE(view.isModified(), saved != 0);
-          // Each was a step of the formula's own, unless it was one of the lines'.
+          if (!strchr(keys, '{')) QCOMPARE(seen, ownSteps(keys));
           for (; view.history().canRedo(); seen.pop_back()) {
-            QCOMPARE(view.sheet(), seen.last());
+            QCOMPARE(state(), seen.last());
             view.history().redo();
           }
-          QCOMPARE(view.sheet(), seen.last());
+          QCOMPARE(state(), seen.last());
           QVERIFY2(!edit.isCommandEnabled(field::COMMAND_REDO), keys);
           QCOMPARE(view.isModified(), saved <= 0);
         }
