@@ -70,16 +70,18 @@ TEST_F(Observed, OldStepsAreForgottenPastTheLimits) {
   EXPECT_EQ(undone, 3);
   EXPECT_TRUE(history.canRedo());
   EXPECT_FALSE(history.undoContinues());
+  EXPECT_EQ(history.getPosition(), 2u) << "two are forgotten";
 
   EditHistoryC small(1000, 1);
   for (char16_t c : wstring(u"abc")) edit(small, script(wstring(u"char ") + c));
   ASSERT_TRUE(small.canUndo()) << "the newest step is kept whatever it takes";
   small.undo(*std::unique_ptr<Node4C>(stage.refView().crefRoot().clone()));
   EXPECT_FALSE(small.canUndo());
-  small.clear();
-  EXPECT_FALSE(small.canUndo());
-  EXPECT_FALSE(small.canRedo());
-  EXPECT_EQ(small.byteSize(), 0u);
+  EXPECT_EQ(small.getPosition(), 2u);
+
+  EditHistoryC next;
+  next.countFrom(small);
+  EXPECT_EQ(next.getPosition(), 2u);
 }
 
 TEST_F(Observed, BringsBackOperatorsThatTheTableForgot) {

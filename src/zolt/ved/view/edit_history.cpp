@@ -36,14 +36,6 @@ Node4C* EditPathC::find(Node4C* root) const {
   return node;
 }
 
-void EditHistoryC::clear() {
-  forgotten_ += next_;
-  steps_.clear();
-  next_ = 0;
-  bytes_ = 0;
-  dropStep();
-}
-
 void EditHistoryC::beginStep(Node4C const& root, EditPlacesS const& places) {
   if (open_) return;
   tree_ = root.makeRecord();

@@ -68,8 +68,8 @@ class EditHistoryC {
                         unsigned long maxBytes = limits::max_history_bytes)
       : maxSteps_(maxSteps), maxBytes_(maxBytes) {}
 
-  /// Forgets all steps.
-  void clear();
+  /// Counts on from where `other` is (`getPosition`); for a history without steps.
+  void countFrom(EditHistoryC const& other) { forgotten_ = other.getPosition(); }
 
   /// Announces an edit; until the step ends, further announcements are ignored.
   void beginStep(Node4C const& root, EditPlacesS const& places);

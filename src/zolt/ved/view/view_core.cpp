@@ -64,6 +64,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
   if (isBusy()) return;
   std::unique_ptr<Node4C> root(Node4C::fromAlgebraicExpression(expression, precision, format));
   auto history = std::make_unique<EditHistoryC>();
+  if (history_) history->countFrom(*history_);
   if (grouping_) history->beginStep(*root, wholeOf(*root));
   auto operators = OperatorListRepositoryC::lookup(engineOf(expression));
   // From here on nothing fails; the repaint comes last, for whoever looks at the view when it is asked for.
@@ -86,7 +87,7 @@ void ViewZNT4C::putUp(std::unique_ptr<Node4C> root) {
 }
 
 bool ViewZNT4C::setConstraints(PointerTC<algexpr::ConstraintsBC> constraints) {
-  if (executing_) return false;
+  if (isBusy()) return false;
   constraints_ = std::move(constraints);
   return true;
 }
