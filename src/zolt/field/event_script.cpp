@@ -332,7 +332,7 @@ void appendNumberFormat(wstring& out, ScriptStepS const& step) {
     out += u" precision ";
     appendNumber(out, step.code);
   }
-  std::size_t const format = step.format;
+  auto const format = static_cast<std::size_t>(step.format);
   if (format > 0 && format < std::size(formats)) {
     out += u" format ";
     out += formats[format];
