@@ -132,8 +132,8 @@ bool createDraft(char const* path, mode_t mode, DescriptorC& draft) {
     while (::flock(draft.number(), LOCK_EX) != 0 && errno == EINTR) {
     }
     // Who held the lock before may have given the file its final name, and who came between have removed it.
-    struct stat ours {
-    }, there{};
+    struct stat ours = {};
+    struct stat there = {};
     bool const inPlace = ::fstat(draft.number(), &ours) == 0 && ::lstat(path, &there) == 0;
     if (!inPlace || !isSameFile(ours, there)) continue;
     if (fresh) return true;
