@@ -211,8 +211,8 @@ std::string playAll(EventScriptT const& script, HowS how) {
     if (auto fault = playStep(subject, step, how, groupStart); !fault.empty())
       return toBytes(writeScriptStep(step)) + ": " + fault;
     // A view shows the empty formula for a text that does not read, a field keeps what it shows.
-    bool const shown = step.word == SCRIPT_SHOW &&
-                       (SubjectT::all_or_nothing || AlgebraicExpressionC::fromPrefixString(step.text));
+    bool const shown = step.word == SCRIPT_SHOW && (SubjectT::all_or_nothing || step.text.empty() ||
+                                                    AlgebraicExpressionC::fromPrefixString(step.text));
     if (shown && !subject.isGrouping() && !view.canUndo()) start = writeBytes(view.crefRoot());
   }
   if (auto fault = checkPicture(view); !fault.empty()) return "in the end " + fault;
