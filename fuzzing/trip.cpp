@@ -61,6 +61,8 @@ bool isTextbook(wstring const& prefix) {
   std::vector<CallS> calls;
   wstring name;
   for (char16_t const c : prefix) {
+    // A name that starts with a colon takes in whatever is shown behind it.
+    if (name == u":" && (c == u')' || c == u',')) return false;
     if (c == u'(') {
       auto const isPower = [](wstring const& n) { return n == u"^" || n == u"_deg" || n == u"_rad"; };
       bool const onPower = !calls.empty() && calls.back().first && isPower(name);
