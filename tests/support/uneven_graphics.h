@@ -8,8 +8,8 @@
 namespace zolt::tests {
 
 /// A recording surface of odd sizes, on which every font depth has its own: a character is 7 wide, 11 high
-/// with its axis at 4 (5, 7 and 3 at depth 1, 3, 5 and 2 below), the four metrics are 2, 4, 1 and 3 and one
-/// more for each depth.
+/// with its axis at 4 (5, 7 and 3 at depth 1, 3, 5 and 2 below), a comma one wider; the four metrics are 2,
+/// 4, 1 and 3 and one more for each depth.
 class UnevenGraphicsC final : public math::ved::GraphicsABC {
  public:
   surfaces::RecordingGraphicsC const& crefRecord() const { return record_; }
