@@ -1,7 +1,7 @@
 // The cost of a key in formulas of growing size, in the middle of a sum of fractions, each with the layout
 // that follows and without drawing: a character typed, a caret move and a character erased in a numerator, a
 // step taken back and brought back; and between two fractions a root and a bracket, each taken away again,
-// and a character behind a bracket that is still open. Prints processor time, texts measured and allocations.
+// and a character after a bracket that is still open. Prints processor time, texts measured and allocations.
 
 #include <algorithm>
 #include <cstdio>

@@ -9,9 +9,9 @@ namespace zolt::fuzz {
 
 using oss::wstring;
 
-/// UTF-8 in which surrogates may stand alone, each encoded like any other character; a byte that belongs to
+/// UTF-8 in which surrogates may be unpaired, each encoded like any other character; a byte that belongs to
 /// no such sequence is the character of its value. So every byte sequence is a text, every text has a byte
-/// sequence, and the corpora are inputs as they stand.
+/// sequence, and the corpora are inputs as they are.
 wstring toText(std::uint8_t const* data, std::size_t size);
 wstring toText(std::string const& bytes);
 std::string toBytes(wstring const& text);

@@ -61,7 +61,7 @@ std::size_t find(TableT const& table, wstring const& name) {
   return static_cast<std::size_t>(found - std::begin(table));
 }
 
-/// Reads arguments; behind the end everything is 0.
+/// Reads arguments; after the end everything is 0.
 class ReaderC {
  public:
   ReaderC(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
@@ -95,7 +95,7 @@ class ReaderC {
   }
 
  private:
-  /// Goes behind a length and what has it.
+  /// Skips a length and the bytes that it counts.
   std::size_t takeLength() {
     std::size_t const announced = byte();
     std::size_t const length = std::min(announced, size_ - at_);

@@ -1,6 +1,6 @@
 // Bytes from a clipboard, into a formula that has something in it, and what can be done afterwards.
 //
-// The first byte of an input chooses the formula, the second tells how many bytes of events follow; the rest
+// The first byte of an input chooses the formula, the second is how many bytes of events follow; the rest
 // is pasted.
 
 #include <algorithm>

@@ -151,7 +151,7 @@ std::string checkScript(std::uint8_t const* data, std::size_t size) {
   if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
   if (!read) {
     if (!script.empty()) return "a refused text has left steps";
-    return position <= text.size() ? "" : "the fault is behind the text";
+    return position <= text.size() ? "" : "the fault is past the end of the text";
   }
   wstring const written = writeEventScript(script);
   EventScriptT again;

@@ -23,7 +23,7 @@ std::string checkGlyphs(SfntFontC const& font, bool readable) {
   return {};
 }
 
-/// Each beginning of a text is no wider than the text, and glyphs stand where a surface can paint.
+/// Each beginning of a text is no wider than the text, and glyphs are where a surface can paint.
 std::string checkTexts(TypesetterC const& typesetter, unsigned long depth) {
   oss::wstring text;
   long width = 0;
@@ -36,7 +36,7 @@ std::string checkTexts(TypesetterC const& typesetter, unsigned long depth) {
   std::vector<PlacedGlyphS> glyphs;
   typesetter.place(text, depth, TEXT_STARTS_GROUP, glyphs);
   for (PlacedGlyphS const& glyph : glyphs) {
-    if (!std::isfinite(glyph.x) || !std::isfinite(glyph.width)) return "a glyph stands nowhere";
+    if (!std::isfinite(glyph.x) || !std::isfinite(glyph.width)) return "a glyph has no place";
   }
   return {};
 }

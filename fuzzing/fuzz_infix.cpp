@@ -26,7 +26,7 @@ std::string checkInfix(std::uint8_t const* data, std::size_t size) {
   }
 
   auto const expression = AlgebraicExpressionC::fromPrefixString(prefix);
-  // What stands between grave accents is taken as it is.
+  // What is between grave accents is taken as it is.
   bool const verbatim = text.find(Node4C::PREFIX_C) != wstring::npos;
   if (!expression) return verbatim ? "" : "the grammar wrote what does not read: " + toBytes(prefix);
   if (!verbatim && expression->toPrefixString() != prefix) return "the grammar wrote " + toBytes(prefix);

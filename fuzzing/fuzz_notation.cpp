@@ -49,7 +49,7 @@ std::string checkNotation(std::uint8_t const* data, std::size_t size) {
   if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
   if (!read) {
     if (tree.root || tree.caretNode || tree.anchorNode) return "a refused text has left a tree";
-    return position <= text.size() ? "" : "the fault is behind the text";
+    return position <= text.size() ? "" : "the fault is past the end of the text";
   }
 
   wstring const notation = write(tree);

@@ -15,7 +15,7 @@ std::string checkPrefix(std::uint8_t const* data, std::size_t size) {
   auto const expression = AlgebraicExpressionC::fromPrefixString(text, nullptr, &error);
   if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
   if (static_cast<bool>(expression) != (error.cause == PREFIX_ERROR_NONE)) return "neither read nor refused";
-  if (!expression) return error.position <= text.size() ? "" : "the fault is behind the text";
+  if (!expression) return error.position <= text.size() ? "" : "the fault is past the end of the text";
 
   if (auto fault = checkTexts(*expression); !fault.empty()) return fault;
   return checkTrips(expression, false);

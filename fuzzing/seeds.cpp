@@ -54,7 +54,7 @@ std::vector<std::string> const& lines() {
   return all;
 }
 
-/// Both sides of each arrow, and what stands on either side of a bar.
+/// Both sides of each arrow, and of each bar.
 std::set<std::string> const& texts() {
   static std::set<std::string> const all = [] {
     std::set<std::string> found;
@@ -113,7 +113,7 @@ std::vector<BytesT> eventsSeeds() {
     script.insert(script.end(), rest.begin(), rest.end());
     if (!rest.empty()) seeds.push_back(fromEvents(script));
   }
-  // Some of what stands in no script is typed.
+  // Some of what is in no script is typed.
   unsigned long number = 0;
   for (std::string const& text : texts()) {
     if (isNotation(text) || text.size() > 40 || number++ % 4 > 0) continue;

@@ -47,7 +47,7 @@ EventScriptT readScript(wstring const& text) {
   return script;
 }
 
-/// The byte form of a row in notation; empty when it is none.
+/// The byte form of a row in notation; empty when the notation does not read.
 bytestring readRow(wstring const& notation) {
   prepare();
   static auto const operators =

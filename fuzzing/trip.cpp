@@ -61,7 +61,7 @@ bool isTextbook(wstring const& prefix) {
   std::vector<CallS> calls;
   wstring name;
   for (char16_t const c : prefix) {
-    // A name that starts with a colon takes in whatever is shown behind it.
+    // A name that starts with a colon takes in whatever is shown after it.
     if (name == u":" && (c == u')' || c == u',')) return false;
     if (c == u'(') {
       auto const isPower = [](wstring const& n) { return n == u"^" || n == u"_deg" || n == u"_rad"; };

@@ -24,7 +24,7 @@ std::string draw(Node4C const& root) {
   return surface.getText();
 }
 
-/// The node of `tree` at the place where `node` stands in its own tree; null when there is none.
+/// The node of `tree` whose child numbers from the root are those of `node` in its own tree; or null.
 Node4C const* findCounterpart(Node4C const& tree, Node4C const* node) {
   if (!node) return nullptr;
   std::vector<unsigned long> path;

@@ -9,7 +9,7 @@
 namespace zolt::cli {
 
 /// The work of one subcommand on one input, text by text. A wrong text is reported and the next one follows.
-/// When many come from a file or a pipe, a line on the terminal tells how far it is.
+/// When many come from a file or a pipe, a line on the terminal shows the progress.
 class BatchC {
  public:
   /// Reports progress after every `progressStep` lines. `output` is flushed whenever the input has to be
@@ -32,7 +32,7 @@ class BatchC {
   /// Reports what else went wrong.
   void report(std::string const& message);
 
-  /// Reports what went wrong with input and output, and tells how it all went.
+  /// Reports what went wrong with input and output; returns the exit status of the whole.
   ExitStatusE finish();
 
  private:

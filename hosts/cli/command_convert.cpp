@@ -24,7 +24,7 @@ enum SurfaceE { SURFACE_RECORDING, SURFACE_TYPESET };
 
 constexpr char footer[] =
     R"(Every line of input gives one line of output, an empty one when it is blank or wrong, so that
-lines keep their numbers. "layout" and "drawing" give a block of lines and a blank line behind it.
+lines keep their numbers. "layout" and "drawing" give a block of lines followed by a blank line.
 
 Examples:
   ved convert 'sqrt(x^2+1)/2'                             in prefix notation

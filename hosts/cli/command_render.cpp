@@ -115,7 +115,7 @@ void addRenderCommand(CLI::App& program, ActionT& action) {
   CLI::App* const command = program.add_subcommand("render", "Draw expressions: SVG, PNG, PDF");
   auto const settings = std::make_shared<SettingsS>();
   addPath(*command, "-o,--output", settings->path, "FILE",
-          "File to write, \"-\" for standard output; its extension tells the format")
+          "File to write, \"-\" for standard output; its extension chooses the format")
       ->default_str(settings->path);
   CLI::Option* const format = addChoice<surfaces::PictureFormatE>(
       *command, "--format", settings->format,

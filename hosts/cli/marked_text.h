@@ -13,7 +13,7 @@ struct MarkedTextS {
 };
 
 /// Marks the characters `begin` to `end` (of 16 bits, clamped to the text); an empty part is marked by one
-/// "^" where it would stand. Wide characters count two columns, combining ones none. Of a long text only the
+/// "^" where it would be. Wide characters count two columns, combining ones none. Of a long text only the
 /// surroundings of `begin` are shown. Control characters are shown as their pictures, so that no input can
 /// command the terminal.
 MarkedTextS markText(std::u16string_view text, std::size_t begin, std::size_t end);

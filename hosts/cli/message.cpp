@@ -9,7 +9,8 @@ namespace zolt::cli {
 
 namespace {
 
-/// Sentences begin with a capital for hosts that show them alone; behind "ved:" they go on.
+/// Sentences begin with a capital for hosts that show them alone; after "ved:" they begin with a small
+/// letter.
 std::string continueSentence(std::string sentence) {
   if (!sentence.empty() && sentence[0] >= 'A' && sentence[0] <= 'Z')
     sentence[0] = static_cast<char>(sentence[0] - 'A' + 'a');

@@ -30,7 +30,7 @@ class HelpFormatterC final : public CLI::Formatter {
 std::shared_ptr<CLI::FormatterBase> makeHelpFormatter() { return std::make_shared<HelpFormatterC>(); }
 
 std::string getValueName(CLI::Option const& option) {
-  // Behind a colon stands what limits the values.
+  // What limits the values follows a colon.
   std::string const name = option.get_type_name();
   return name.substr(0, name.find(':'));
 }

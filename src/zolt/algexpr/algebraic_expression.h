@@ -7,7 +7,7 @@
 namespace zolt::math::algexpr {
 
 /// An expression and the session it belongs to. Nothing here recurses with the depth of the expression, and
-/// everything is linear in its size (a shared part counts once for each place where it stands).
+/// everything is linear in its size (a shared part counts once for each place where it occurs).
 class AlgebraicExpressionC : public oss::RefCountedBC {
  public:
   /// A null `node` is the empty expression; a null `session` means whichever is current.

@@ -11,7 +11,7 @@ namespace detail {
 struct NodeAccessS;
 }  // namespace detail
 
-/// A number with a point or an exponent. Its text is kept as it was read: no binary value stands behind it.
+/// A number with a point or an exponent. Its text is kept as it was read; there is no binary value.
 class FloatNodeC : public NodeABC {
  public:
   wstring const& crefName() const override { return text_; }
@@ -20,8 +20,8 @@ class FloatNodeC : public NodeABC {
   /// digits and halves away from zero. 0 and `Float64UtilC::max_display_precision` and more mean all digits
   /// that are written. Minus signs made here are U+2212, exponents read "E3". A number whose plain form would
   /// need hundreds of zeros is shown scientific instead; one whose exponent does not fit 32 bits, as written.
-  /// Without an exponent and digits behind the point the point still stands ("150."): the text reads back as
-  /// a decimal, never as an integer.
+  /// A number without an exponent and without digits after the point keeps its point ("150."), so that it
+  /// reads back as a decimal, never as an integer.
   wstring toString(unsigned long precision, NumberDisplayFormatE format) const;
 
   static char16_t const* getCastableId();

@@ -19,8 +19,8 @@ PointerTC<NodeABC> makeFunction(wstring const& name, std::vector<PointerTC<NodeA
 PointerTC<NodeABC> makeNamed(wstring const& name);
 
 /// A number of decimal digits, perhaps after a minus ("-", U+2013 or U+2212, kept as U+2212): an integer when
-/// it has neither point nor exponent, else a float. The digits are kept as they stand. Null when `text` is no
-/// number.
+/// it has neither point nor exponent, else a float. The digits are kept as written. Null when `text` is not
+/// a number.
 PointerTC<NodeABC> makeNumber(wstring const& text);
 
 }  // namespace zolt::math::algexpr

@@ -14,7 +14,7 @@ namespace {
 
 using OperandsT = std::vector<PointerTC<NodeABC>>;
 
-// What, with an exponent behind it, would read back differently (a power: its exponent would get the new one)
+// What, with an exponent after it, would read back differently (a power: its exponent would get the new one)
 // or be read differently by a person (a fraction, an integral, a qualified expression: its last part would
 // seem to get it).
 bool needsGuardBeforeExponent(NodeABC const& node) {
@@ -38,7 +38,7 @@ PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {
   return makeFunction(u"_quietpos", {std::move(operand)});
 }
 
-// The operand that stands before an exponent or "!".
+// The operand in front of an exponent or "!".
 PointerTC<NodeABC> guardedPower(PointerTC<NodeABC> operand) {
   return guarded(operand, operand && needsGuardBeforeExponent(*operand));
 }

@@ -11,8 +11,8 @@ namespace zolt::math::algexpr {
 // expression than was meant. These makers put `_quietpos`, the brackets that a person types, where that would
 // happen, and nowhere else. Each answers null when an operand is null or missing.
 
-/// `base` to the `exponent`. Guards a base that is a power, or that a person would read otherwise with an
-/// exponent behind it (a fraction, an integral, a qualified expression), and the exponents "r" and "o", which
+/// `base` to the `exponent`. Guards a base that is a power, or that a person would read differently with an
+/// exponent after it (a fraction, an integral, a qualified expression), and the exponents "r" and "o", which
 /// in textbook form mark an angle's unit.
 PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
 

@@ -40,7 +40,7 @@ class NodeABC : public oss::RefCountedBC {
   NodeABC() = default;
 };
 
-/// `node` as a `T`, null when it is none.
+/// `node` as a `T`; null when it is not a `T`.
 template <class T>
 T const* castNode(NodeABC const& node) {
   return static_cast<T const*>(node.lookUpBase(T::getCastableId()));

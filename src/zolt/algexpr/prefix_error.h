@@ -5,9 +5,9 @@ namespace zolt::math::algexpr {
 /// Why prefix text was refused.
 enum PrefixErrorE {
   PREFIX_ERROR_NONE = 0,
-  PREFIX_ERROR_MISSING_OPERAND,  ///< nothing where a name or number must stand: empty text, "f()", "f(a,)",
+  PREFIX_ERROR_MISSING_OPERAND,  ///< nothing where a name or number is required: empty text, "f()", "f(a,)",
                                  ///< "(a)"
-  PREFIX_ERROR_BAD_NUMBER,       ///< starts like a number and is none, or is a number with arguments
+  PREFIX_ERROR_BAD_NUMBER,       ///< starts like a number but is not one, or is a number with arguments
   PREFIX_ERROR_BAD_CHARACTER,    ///< a grave accent or a control character
   PREFIX_ERROR_NOT_CLOSED,       ///< the text ends inside brackets
   PREFIX_ERROR_MISSING_COMMA,    ///< an argument is followed by neither "," nor ")"

@@ -17,7 +17,7 @@ constexpr char16_t minus_sign = u'\u2212';
 constexpr bool isMinus(char16_t c) { return c == u'-' || c == u'\u2013' || c == minus_sign; }
 constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
-/// Where the parts of an unsigned decimal number stand in its text: `digits[.digits]` or `.digits`, then
+/// Where the parts of an unsigned decimal number are in its text: `digits[.digits]` or `.digits`, then
 /// optionally "E" or "e", a sign ("+" or a minus) and digits. "3." is a number, "." is not.
 struct DecimalTextS {
   wstring_view integerDigits;
@@ -41,7 +41,7 @@ struct DecimalS {
   std::int64_t exponent = 0;
 };
 
-/// The digits as they stand, trailing zeros included, leading ones dropped. False, with nothing changed, when
+/// The digits as written, trailing zeros included, leading ones dropped. False, with nothing changed, when
 /// the exponent does not fit 32 bits.
 bool toDecimal(DecimalTextS const& text, DecimalS& decimal);
 

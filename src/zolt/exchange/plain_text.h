@@ -17,7 +17,7 @@ using oss::wstring;
 /// Why plain text was refused.
 enum PlainTextErrorE {
   PLAIN_TEXT_ERROR_NONE = 0,
-  PLAIN_TEXT_ERROR_EMPTY,              ///< nothing but blanks
+  PLAIN_TEXT_ERROR_EMPTY,              ///< blanks only
   PLAIN_TEXT_ERROR_BAD_CHARACTER,      ///< a character without a meaning in the notation
   PLAIN_TEXT_ERROR_BAD_NUMBER,         ///< 1.2.3
   PLAIN_TEXT_ERROR_BAD_NAME,           ///< a quoted name that no expression can hold

@@ -25,7 +25,7 @@ class BinaryOutputStreamC : public ObjectOutputStreamABC {
 };
 
 /// Reads that form. Bytes from anywhere may be given: nothing is allocated that the bytes left could not
-/// fill, and bytes behind the last item read are nobody's business.
+/// fill, and bytes after the last item read are ignored.
 class BinaryInputStreamC : public ObjectInputStreamABC {
  public:
   /// `bytes` must not be null.

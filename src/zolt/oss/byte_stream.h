@@ -21,7 +21,8 @@ class ByteInputStreamABC : public RefCountedBC {
  public:
   /// Reads exactly `count` bytes; false, with nothing consumed, when fewer are left.
   virtual bool read(unsigned char* bytes, std::size_t count) = 0;
-  /// How many bytes can still be read: the bound on what any count found in the stream can stand for.
+  /// How many bytes can still be read. No count found in the stream can honestly ask for more items than
+  /// that.
   virtual std::size_t bytesLeft() const = 0;
 };
 

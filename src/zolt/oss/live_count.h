@@ -3,7 +3,8 @@
 namespace zolt::oss {
 
 /// Base of the classes whose living objects are counted in builds with `ZOLT_COUNT_OBJECTS`, so that tests
-/// find what is never destroyed. `T` tells one count from another. In all other builds it is empty and 0.
+/// find what is never destroyed. Each `T` has a count of its own. In all other builds the class is empty and
+/// the count 0.
 template <class T>
 class LiveCountTC {
  public:

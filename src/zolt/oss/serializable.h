@@ -30,7 +30,7 @@ class SerializableABC {
   /// A default instance of the class registered as `id`; null when there is none.
   static std::unique_ptr<SerializableABC> createById(wstring const& id);
 
-  /// Writes the object's castable id and its record, so that `readIdentified` can tell what to make.
+  /// Writes the object's castable id and its record, so that `readIdentified` knows what to make.
   static void writeIdentified(SerializableABC const& object, PointerTC<ObjectOutputStreamABC>& out);
   /// Null when the id is unknown or the record does not read; the stream's error is set then.
   static std::unique_ptr<SerializableABC> readIdentified(PointerTC<ObjectInputStreamABC>& in);

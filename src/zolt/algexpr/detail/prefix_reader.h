@@ -30,8 +30,8 @@ class PrefixReaderC {
   void skipBlanks();
   bool atEnd() const { return at_ == text_.size(); }
   bool fail(std::size_t position, PrefixErrorE cause);
-  /// Where something else was needed. That the text ends, or that a character may stand nowhere, is the
-  /// better reason.
+  /// Notes an error where something else was needed. When the text ends there, or holds a character that is
+  /// allowed nowhere, that is reported instead, being the better reason.
   bool failHere(PrefixErrorE cause);
 
   wstring_view text_;

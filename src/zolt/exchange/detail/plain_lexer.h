@@ -66,7 +66,7 @@ class PlainLexerC {
   PlainTokenS token_;
 };
 
-/// Whether `name` can stand without quotes, as far as its characters are concerned.
+/// Whether the characters of `name` allow it to be written without quotes.
 bool isBareName(std::u16string_view name);
 
 }  // namespace zolt::exchange::detail

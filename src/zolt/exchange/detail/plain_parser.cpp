@@ -145,7 +145,7 @@ PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
   return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_ARGUMENTS);
 }
 
-// Reads what stands between a function's name and its argument in "sin^2 x", if anything does.
+// Reads what is between a function's name and its argument in "sin^2 x", if there is anything.
 bool PlainParserC::readFunctionExponent(FrameS& frame) {
   wstring exponent;
   if (token().type == PLAIN_TOKEN_SUPERSCRIPT) {
@@ -377,7 +377,7 @@ PlainParserC::NextE PlainParserC::takeToken(NodeT node, bool literal) {
   return keep(std::move(node), literal);
 }
 
-// The operand that stands before the current token.
+// The operand before the current token.
 PlainParserC::NextE PlainParserC::keep(NodeT node, bool literal) {
   OperandS operand;
   operand.node = std::move(node);

@@ -51,7 +51,7 @@ class PlainParserC {
   struct OperandS {
     NodeT node;
     bool bracketed = false;   // by brackets that have left no trace
-    bool literal = false;     // a number as it stands in the text
+    bool literal = false;     // a number as written in the text
     bool assignment = false;  // without brackets around
   };
 
@@ -77,7 +77,7 @@ class PlainParserC {
   NextE readProduct();
   NextE readBracketEnd();
 
-  /// Makes what stands on top of the stack while its operands are tighter than `rule`; stops at brackets.
+  /// Reduces the operations on top of the stack that bind tighter than `rule`; stops at brackets.
   void finishTighterThan(int rule);
   void finish(FrameS const& frame);
   NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);

@@ -144,7 +144,7 @@ void PlainWriterC::writePostfix(std::u16string_view sign, NodeABC const& operand
 }
 
 void PlainWriterC::writeBrackets(NodeABC const& operand) {
-  // The reader drops one pair of those that stand directly inside each other.
+  // Of brackets directly inside each other the reader drops one pair.
   NodeABC const* inner = &operand;
   open(true);
   bool const dropped = style_ == PLAIN_TEXT_EXACT;

@@ -132,7 +132,7 @@ class RowWriterC {
     return false;
   }
 
-  /// The node and index behind a position of the row's infix text; the row itself at the text's end.
+  /// The node and index that a position of the row's infix text came from; the row itself at the text's end.
   static void findPlace(RowS const& current, unsigned int position, Node4C*& node, unsigned int& index) {
     if (position > current.infix.size()) return;
     if (position == current.infix.size()) {

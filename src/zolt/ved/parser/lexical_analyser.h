@@ -16,7 +16,7 @@ class OperatorListC;
 
 /// Cuts infix text into tokens. The current token is always read: the constructor reads the first one. At the
 /// end of the text every further read gives the end again. A stored U+0000 stops names and numbers and is a
-/// token of its own, so that nothing behind it gets lost.
+/// token of its own, so that nothing after it gets lost.
 class LexicalAnalyserC {
  public:
   /// Copies `text`. Operator words are recognised through the operator table of the current session's engine.

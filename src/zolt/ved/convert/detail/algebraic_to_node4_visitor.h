@@ -31,7 +31,7 @@ class AlgebraicToNode4VisitorC : public algexpr::NodeVisitorABC {
 
   /// The finished subtree, the caller's from now on.
   Node4C* takeResult();
-  /// How many rows stand inside one another in the finished subtree, its own row not counted.
+  /// How deep rows nest in the finished subtree, its own row not counted.
   unsigned long getRowDepth() const { return rowDepths_.back(); }
 
  private:

@@ -15,7 +15,7 @@ constexpr std::u16string_view negation_name = u"_neg";
 
 }  // namespace
 
-/// A sign that stands behind an operand.
+/// A sign that follows an operand.
 struct InfixParserC::SignS {
   RuleE rule;       ///< the rule that reads the sign
   RuleE rightRule;  ///< the rule that reads its right operand

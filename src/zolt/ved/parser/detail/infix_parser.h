@@ -33,10 +33,10 @@ enum RuleE : int {
 /// bracket, so that neither nesting nor length is bounded by the thread's stack.
 class InfixParserC {
  public:
-  /// `lexer` stands on the first token to be read and outlives the parser.
+  /// `lexer` is on the first token to be read and outlives the parser.
   explicit InfixParserC(LexicalAnalyserC& lexer);
 
-  /// Appends the prefix text of what `rule` reads to `output` and leaves the lexer on the token behind it. On
+  /// Appends the prefix text of what `rule` reads to `output` and leaves the lexer on the token after it. On
   /// failure `output` is untouched, and `start` to `end` is the offending token; otherwise these and the
   /// cause are.
   bool read(RuleE rule, wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause);

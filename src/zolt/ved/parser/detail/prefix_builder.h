@@ -16,7 +16,7 @@ class PrefixBuilderC {
 
   PrefixBuilderC();
 
-  /// Text that stands for itself: a name, a number, finished prefix text.
+  /// Text that is copied as it is: a name, a number, finished prefix text.
   PartT addLeaf(std::u16string_view text);
   /// The number -`digits`.
   PartT addNegativeNumber(std::u16string_view digits);
