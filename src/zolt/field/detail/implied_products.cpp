@@ -7,6 +7,7 @@
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::field::detail {
 
@@ -36,20 +37,9 @@ std::size_t numberEnd(wstring const& text, std::size_t pos) {
 
 ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators)
     : original_(root), operators_(operators), root_(root.clone()) {
-  Node4C* node = root_.get();
-  unsigned long next = 0;
-  for (;;) {
-    if (next < node->numChildren()) {
-      node = node->child(next);
-      next = 0;
-      if (node->getType() == NODE4_LINE) addToRow(*node);
-    } else if (node == root_.get()) {
-      return;
-    } else {
-      next = node->findChildNumber() + 1;
-      node = node->getParent();
-    }
-  }
+  walkTree(*root_, [this](Node4C& node) {
+    if (node.getType() == NODE4_LINE) addToRow(node);
+  });
 }
 
 PlaceS ImpliedProductsC::toOriginal(Node4C const& node, unsigned int pos) const {

@@ -6,6 +6,7 @@
 
 #include "zolt/field/caret_motion.h"
 #include "zolt/field/detail/tree_walk.h"
+#include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field::detail {
@@ -46,18 +47,9 @@ class VerticalSearchC {
 
   /// Examines the texts of a subtree.
   void search(Node4C const& top) {
-    Node4C const* node = &top;
-    for (;;) {
-      if (node->numChildren() > 0) {
-        node = node->child(0);
-        continue;
-      }
-      if (node->getType() == NODE4_TEXT) examine(*node);
-      Node4C const* next = nullptr;
-      while (node != &top && !(next = node->goRight())) node = node->getParent();
-      if (node == &top) return;
-      node = next;
-    }
+    walkTree(top, [this](Node4C const& node) {
+      if (node.getType() == NODE4_TEXT) examine(node);
+    });
   }
 
   void examine(Node4C const& text) {

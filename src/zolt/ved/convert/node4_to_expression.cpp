@@ -6,12 +6,12 @@
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
-/// Writes a row, and the rows inside it, as text. The rows under way are kept on a stack of its own: a row
-/// starts when a construct or an exponent needs its prefix text, and hands that text to the row around it
-/// when it ends.
+/// Writes a row, and the rows inside it, as text. A row starts when a construct or an exponent needs its
+/// prefix text, and hands that text to the row around it when it ends.
 class RowWriterC {
  public:
   explicit RowWriterC(ErrorSelectionS& error) : error_(error) {}
@@ -40,82 +40,81 @@ class RowWriterC {
     explicit RowS(Node4C& node) : row(&node) {}
 
     Node4C* row;
-    unsigned long nextItem = 0;
-    Node4C* construct = nullptr;  // the item whose rows are being written
-    std::vector<wstring> arguments;
     wstring infix;
     std::vector<RunS> runs;
+    std::vector<wstring> arguments;  // of the construct under way, its rows that are written
   };
 
   /// Leaves the finished infix text of `top` in the last entry of the stack.
   bool writeItems(Node4C& top) {
-    rows_.emplace_back(top);
-    for (;;) {
-      RowS& current = rows_.back();
-      if (Node4C* construct = current.construct) {
-        if (current.arguments.size() < construct->numChildren()) {
-          rows_.emplace_back(*construct->child(current.arguments.size()));
-        } else {
-          endConstruct(current);
-        }
-      } else if (current.nextItem < current.row->numChildren()) {
-        if (!writeItem(current, *current.row->child(current.nextItem++))) return false;
-      } else {
-        if (rows_.size() == 1) return true;
-        wstring prefix;
-        if (!convert(current, prefix)) return false;
-        rows_.pop_back();
-        rows_.back().arguments.push_back(std::move(prefix));
-      }
-    }
+    return walkTree(
+        top, [&](Node4C& node) { return begin(node, top); }, [&](Node4C& node) { return end(node, top); });
   }
 
-  bool writeItem(RowS& current, Node4C& item) {
-    if (item.getType() == NODE4_ROOT || item.getType() == NODE4_LINE) return true;
+  WalkE begin(Node4C& node, Node4C const& top) {
+    if (&node == &top || node.getParent()->getType() != NODE4_LINE) {
+      rows_.emplace_back(node);
+      return WALK_INTO;
+    }
+    return beginItem(rows_.back(), node);
+  }
+
+  WalkE end(Node4C const& node, Node4C const& top) {
+    if (&node == &top) return WALK_INTO;
+    if (node.getParent()->getType() == NODE4_LINE) {
+      endItem(rows_.back(), node);
+      return WALK_INTO;
+    }
+    wstring prefix;
+    if (!convert(rows_.back(), prefix)) return WALK_STOP;
+    rows_.pop_back();
+    rows_.back().arguments.push_back(std::move(prefix));
+    return WALK_INTO;
+  }
+
+  WalkE beginItem(RowS& current, Node4C& item) {
+    if (item.getType() == NODE4_ROOT || item.getType() == NODE4_LINE) return WALK_PAST;
     current.runs.push_back({static_cast<unsigned int>(current.infix.size()), &item});
     switch (item.getType()) {
       case NODE4_OPERATOR:
         if (item.numChildren() == 0) {
           current.infix += item.crefOperator()->getName();
-          break;
+          return WALK_PAST;
         }
         current.infix += Node4C::PREFIX_C;
         current.infix += item.crefOperator()->getName();
         current.infix += Node4C::OPEN_C;
-        current.construct = &item;
-        break;
+        return WALK_INTO;
       case NODE4_POWER:
         current.infix += Node4C::POWER_C;
         current.infix += Node4C::PREFIX_C;
-        current.construct = &item;
-        break;
+        return WALK_INTO;
       case NODE4_OPEN:
       case NODE4_AUTO_OPEN:
         current.infix += Node4C::OPEN_C;
-        break;
+        return WALK_PAST;
       case NODE4_CLOSE:
       case NODE4_AUTO_CLOSE:
         current.infix += Node4C::CLOSE_C;
-        break;
+        return WALK_PAST;
       default:
         if (item.isPlaceholder()) {
           error_ = {&item, 0, &item, 0, ERROR_CAUSE_PLACEHOLDER};
-          return false;
+          return WALK_STOP;
         }
         current.infix += item.crefText();
+        return WALK_PAST;
     }
-    return true;
   }
 
-  static void endConstruct(RowS& current) {
-    if (current.construct->getType() == NODE4_POWER) {
+  static void endItem(RowS& current, Node4C const& item) {
+    if (item.getType() == NODE4_POWER) {
       current.infix += current.arguments.front();
     } else {
-      current.infix += current.construct->crefOperator()->arrangeArgumentList(current.arguments);
+      current.infix += item.crefOperator()->arrangeArgumentList(current.arguments);
       current.infix += Node4C::CLOSE_C;
     }
     current.infix += Node4C::PREFIX_C;
-    current.construct = nullptr;
     current.arguments.clear();
   }
 

@@ -4,6 +4,7 @@
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/detail/node_pool.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
@@ -34,22 +35,24 @@ void Node4C::operator delete(void* node, std::size_t size) {
   }
 }
 
-// Destroys the subtree depth first without recursion: nodes already carry the way back up.
+// Neither recurses nor allocates: the nodes that are still to be destroyed are a list, linked by the pointers
+// that led to their parents.
 Node4C::~Node4C() {
-  Node4C* node = this;
-  for (;;) {
-    if (!node->children_.empty()) {
-      Node4C* child = node->children_[0];
-      node->children_.erase(0);
+  Node4C* dying = nullptr;
+  auto const takeChildren = [&dying](Node4C& node) {
+    for (std::size_t i = node.children_.size(); i-- > 0;) {
+      Node4C* const child = node.children_[i];
       if (!child) continue;
-      child->parent_ = node;
-      node = child;
-    } else {
-      if (node == this) return;
-      Node4C* parent = node->parent_;
-      delete node;
-      node = parent;
+      child->parent_ = dying;
+      dying = child;
     }
+    node.children_.clear();
+  };
+  takeChildren(*this);
+  while (dying) {
+    std::unique_ptr<Node4C> const node(dying);
+    dying = node->parent_;
+    takeChildren(*node);
   }
 }
 
@@ -60,27 +63,19 @@ Node4C* Node4C::cloneNode() const {
 }
 
 Node4C* Node4C::clone() const {
-  std::unique_ptr<Node4C> copy(cloneNode());
-  Node4C const* from = this;
-  Node4C* to = copy.get();
-  unsigned long i = 0;
-  for (;;) {
-    if (i < from->numChildren()) {
-      if (Node4C const* child = from->child(i)) {
-        to->setChild(i, child->cloneNode());
-        from = child;
-        to = to->child(i);
-        i = 0;
-      } else {
-        ++i;
-      }
+  std::unique_ptr<Node4C> copy;
+  Node4C* last = nullptr;  // the copy of the node under way
+  auto const begin = [&](Node4C const& node) {
+    Node4C* const made = node.cloneNode();
+    if (last) {
+      last->setChild(node.findChildNumber(), made);
     } else {
-      if (from == this) return copy.release();
-      i = to->findChildNumber() + 1;
-      from = from->parent_;
-      to = to->parent_;
+      copy.reset(made);
     }
-  }
+    last = made;
+  };
+  walkTree(*this, begin, [&](Node4C const&) { last = last->parent_; });
+  return copy.release();
 }
 
 /// This node is of another kind: what stands beside it may be something else as well.

@@ -1,28 +1,16 @@
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/detail/row_normaliser.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
 void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos) {
   if (!(stale_ & STALE_VISIT)) return;
   RowNormaliserC normaliser(caretNode, caretPos, anchorNode, anchorPos);
-  Node4C* node = this;
-  unsigned long next = 0;  // the child of `node` to visit next
-  normaliser.visit(*node);
-  for (;;) {
-    if (Node4C* const child = node->findMarked(next, STALE_VISIT)) {
-      normaliser.visit(*child);
-      if (child->numChildren() == 0) continue;
-      node = child;
-      next = 0;
-    } else {
-      RowNormaliserC::leave(*node);
-      if (node == this) break;
-      next = node->findChildNumber() + 1;
-      node = node->parent_;
-    }
-  }
+  walkTree(
+      *this, [&](Node4C& node) { normaliser.visit(node); }, &RowNormaliserC::leave,
+      [](Node4C& node, unsigned long& next) { return node.findMarked(next, STALE_VISIT); });
   normaliser.markRowsWithAutoBrackets();
 }
 

@@ -4,6 +4,7 @@
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
@@ -58,20 +59,16 @@ ChildrenT makeParts(wstring const& text, ChildrenT const& before) {
 
 NodeRecordPointerC Node4C::makeRecord() const {
   if (!(stale_ & STALE_RECORD)) return record_;
-  Node4C const* node = this;
-  unsigned long next = 0;
-  for (;;) {
-    if (Node4C const* const child = node->findMarked(next, STALE_RECORD)) {
-      node = child;
-      next = 0;
-      continue;
-    }
-    node->record_ = node->recordNode();
-    node->unmark(STALE_RECORD);
-    if (node == this) return record_;
-    next = node->findChildNumber() + 1;
-    node = node->parent_;
-  }
+  auto const record = [](Node4C const& node) {
+    node.record_ = node.recordNode();
+    node.unmark(STALE_RECORD);
+  };
+  auto const nextMarked = [](Node4C const& node, unsigned long& next) -> Node4C const* {
+    return node.findMarked(next, STALE_RECORD);
+  };
+  walkTree(
+      *this, [](Node4C const&) {}, record, nextMarked);
+  return record_;
 }
 
 /// The record of this node alone, made of those of its children.

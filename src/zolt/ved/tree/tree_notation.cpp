@@ -6,6 +6,7 @@
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
@@ -14,7 +15,6 @@ namespace {
 constexpr char16_t caret_mark = u'\u2038';
 constexpr char16_t anchor_mark = u'\u2691';
 
-/// Writes with a walk that follows parent links, so that no nesting is too deep for it.
 class NotationWriterC {
  public:
   NotationWriterC(Node4C const* caretNode, unsigned int caretPos, Node4C const* anchorNode,
@@ -22,31 +22,22 @@ class NotationWriterC {
       : caretNode_(caretNode), caretPos_(caretPos), anchorNode_(anchorNode), anchorPos_(anchorPos) {}
 
   wstring write(Node4C const& top) {
-    Node4C const* node = &top;
-    open(*node);
-    unsigned long next = 0;
-    for (;;) {
-      if (next < node->numChildren()) {
-        if (next > 0) out_ += node->getType() == NODE4_OPERATOR ? u" ; " : u", ";
-        Node4C const* child = node->child(next);
-        if (!child) {
-          out_ += u"null";
-          ++next;
-          continue;
-        }
-        node = child;
-        next = 0;
-        open(*node);
-      } else {
-        close(*node);
-        if (node == &top) return std::move(out_);
-        next = node->findChildNumber() + 1;
-        node = node->getParent();
-      }
-    }
+    walkTree(
+        top, [this](Node4C const& node) { open(node); }, [this](Node4C const& node) { close(node); },
+        [this](Node4C const& node, unsigned long& next) { return nextChild(node, next); });
+    return std::move(out_);
   }
 
  private:
+  Node4C const* nextChild(Node4C const& node, unsigned long& next) {
+    while (next < node.numChildren()) {
+      if (next > 0) out_ += node.getType() == NODE4_OPERATOR ? u" ; " : u", ";
+      if (Node4C const* const child = node.child(next++)) return child;
+      out_ += u"null";
+    }
+    return nullptr;
+  }
+
   void open(Node4C const& node) {
     switch (node.getType()) {
       case NODE4_ROOT:

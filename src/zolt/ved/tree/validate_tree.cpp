@@ -3,6 +3,7 @@
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
@@ -83,25 +84,20 @@ TreeInvariantE checkNode(Node4C const& node, unsigned long rows) {
 
 TreeFaultS validateTree(Node4C const& root) {
   if (root.getType() != NODE4_ROOT) return {TREE_ROOT_HOLDS_ONE_ROW, &root};
-  Node4C const* node = &root;
+  TreeFaultS fault;
   unsigned long rows = 0;
-  for (;;) {
-    if (node->getType() == NODE4_LINE) ++rows;
-    TreeInvariantE const fault = checkNode(*node, rows);
-    if (fault != TREE_VALID) return {fault, node};
-    if (node->numChildren() > 0) {
-      node = node->child(0);
-      continue;
-    }
-    Node4C const* next = nullptr;
-    while (node != &root && !(next = node->goRight())) {
-      if (node->getType() == NODE4_LINE) --rows;
-      node = node->getParent();
-    }
-    if (node == &root) return {};
-    if (node->getType() == NODE4_LINE) --rows;
-    node = next;
-  }
+  auto const enter = [&](Node4C const& node) {
+    if (node.getType() == NODE4_LINE) ++rows;
+    TreeInvariantE const broken = checkNode(node, rows);
+    if (broken == TREE_VALID) return WALK_INTO;
+    fault = {broken, &node};
+    return WALK_STOP;
+  };
+  auto const leave = [&](Node4C const& node) {
+    if (node.getType() == NODE4_LINE) --rows;
+  };
+  walkTree(root, enter, leave);
+  return fault;
 }
 
 TreeFaultS validatePlace(Node4C const& root, Node4C const* node, unsigned int pos) {

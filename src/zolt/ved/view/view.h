@@ -181,7 +181,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool examineText(Node4C* node, long x, long y);
   bool isWorthVisiting(Node4C const& node, long x, long y) const;
   unsigned long findFirstInReach(Node4C const& row, long x) const;
-  Node4C* findNextInReach(Node4C const& node, long x) const;
+  Node4C* findNextInReach(Node4C const& node, unsigned long& next, long x) const;
 
   // view_selection.cpp
   /// The row that an insertion goes into: the selection's, or the caret's.

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <vector>
 
 #include "zolt/ved/limits.h"
+#include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -56,29 +56,18 @@ long measureOverhang(Node4C const& node) {
 /// How far the boxes of texts reach out of the boxes around them, at most. Rows leave out the gap after their
 /// last item, for example, so that an empty text may stand just behind its row's box.
 long measureTextOverhang(Node4C const& root) {
-  struct LevelS {
-    Node4C const* node;
-    unsigned long next;
-    long overhang;  // from the children seen so far
+  long overhang = 0;  // of the node under way, out of the root's box
+  long most = 0;
+  auto const enter = [&](Node4C const& node) {
+    if (&node == &root) return;
+    overhang += measureOverhang(node);
+    if (node.getType() == NODE4_TEXT || node.numChildren() > 0) most = std::max(most, overhang);
   };
-  std::vector<LevelS> levels{{&root, 0, 0}};
-  for (;;) {
-    LevelS& level = levels.back();
-    if (level.next < level.node->numChildren()) {
-      Node4C const* const child = level.node->child(level.next++);
-      if (child->numChildren() > 0) {
-        levels.push_back({child, 0, 0});
-      } else if (child->getType() == NODE4_TEXT) {
-        level.overhang = std::max(level.overhang, measureOverhang(*child));
-      }
-      continue;
-    }
-    long const inner = level.overhang;
-    if (levels.size() == 1) return inner;
-    long const own = measureOverhang(*level.node);
-    levels.pop_back();
-    levels.back().overhang = std::max(levels.back().overhang, own + inner);
-  }
+  auto const leave = [&](Node4C const& node) {
+    if (&node != &root) overhang -= measureOverhang(node);
+  };
+  walkTree(root, enter, leave);
+  return most;
 }
 
 bool isInside(long at, long start, long length) { return start <= at && at < start + length; }
@@ -131,34 +120,34 @@ unsigned long ViewZNT4C::findFirstInReach(Node4C const& row, long x) const {
   return first;
 }
 
-/// The next sibling, unless it and all behind it are out of reach.
-Node4C* ViewZNT4C::findNextInReach(Node4C const& node, long x) const {
-  Node4C* const next = node.goRight();
-  if (!next || next->getParent()->getType() != NODE4_LINE) return next;
-  return x + next->getDX() - textOverhang_ - limits::hit_radius > hitX_ ? nullptr : next;
+/// The next child of a node at `x` from `next` on, unless that and all after it are out of reach.
+Node4C* ViewZNT4C::findNextInReach(Node4C const& node, unsigned long& next, long x) const {
+  bool const row = node.getType() == NODE4_LINE;
+  if (row && next == 0) next = findFirstInReach(node, x);
+  if (next == node.numChildren()) return nullptr;
+  Node4C* const child = node.child(next++);
+  return row && x + child->getDX() - textOverhang_ - limits::hit_radius > hitX_ ? nullptr : child;
 }
 
-// Walks in tree order, so that the earliest of equally near texts wins.
+// Tree order: the earliest of equally near texts wins.
 bool ViewZNT4C::findSelectionNode(Node4C* node, long x, long y) {
   if (textOverhang_ < 0) textOverhang_ = measureTextOverhang(*root_);
-  Node4C const* const top = node;
-  for (;;) {
-    if (node->numChildren() > 0 && isWorthVisiting(*node, x + node->getDX(), y + node->getDY())) {
-      x += node->getDX();
-      y += node->getDY();
-      node = node->child(node->getType() == NODE4_LINE ? findFirstInReach(*node, x) : 0);
-      continue;
-    }
-    if (node->getType() == NODE4_TEXT && examineText(node, x + node->getDX(), y + node->getDY())) return true;
-    Node4C* next = nullptr;
-    while (node != top && !(next = findNextInReach(*node, x))) {
-      node = node->getParent();
-      x -= node->getDX();
-      y -= node->getDY();
-    }
-    if (node == top) return false;
-    node = next;
-  }
+  auto const enter = [&](Node4C& visited) {
+    long const left = x + visited.getDX();
+    long const top = y + visited.getDY();
+    if (visited.getType() == NODE4_TEXT) return examineText(&visited, left, top) ? WALK_STOP : WALK_PAST;
+    if (visited.numChildren() == 0 || !isWorthVisiting(visited, left, top)) return WALK_PAST;
+    x = left;
+    y = top;
+    return WALK_INTO;
+  };
+  auto const leave = [&](Node4C const& visited) {
+    x -= visited.getDX();
+    y -= visited.getDY();
+  };
+  return !walkTree(*node, enter, leave, [&](Node4C const& parent, unsigned long& next) {
+    return findNextInReach(parent, next, x);
+  });
 }
 
 /// Whether a text inside `node`, whose top-left corner is at (x, y), may contain the pointer or be nearer to

@@ -3,6 +3,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
@@ -61,18 +62,7 @@ bool isSoundNode(Node4C const& node) {
 
 bool isPastableRow(Node4C const& top) {
   if (top.getType() != NODE4_LINE) return false;
-  Node4C const* node = &top;
-  for (;;) {
-    if (!isSoundNode(*node)) return false;
-    if (node->numChildren() > 0) {
-      node = node->child(0);
-      continue;
-    }
-    Node4C const* next = nullptr;
-    while (node != &top && !(next = node->goRight())) node = node->getParent();
-    if (node == &top) return true;
-    node = next;
-  }
+  return walkTree(top, [](Node4C const& node) { return isSoundNode(node) ? WALK_INTO : WALK_STOP; });
 }
 
 }  // namespace zolt::math::ved

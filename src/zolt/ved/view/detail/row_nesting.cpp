@@ -3,30 +3,21 @@
 #include <algorithm>
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
 
 unsigned long countNestedRows(Node4C const& top) {
-  Node4C const* node = &top;
   unsigned long rows = 0;
   unsigned long most = 0;
-  for (;;) {
-    if (node->getType() == NODE4_LINE) most = std::max(most, ++rows);
-    if (node->numChildren() > 0) {
-      node = node->child(0);
-      continue;
-    }
-    for (;;) {
-      if (node->getType() == NODE4_LINE) --rows;
-      if (node == &top) return most;
-      Node4C const* const next = node->goRight();
-      if (next) {
-        node = next;
-        break;
-      }
-      node = node->getParent();
-    }
-  }
+  auto const enter = [&](Node4C const& node) {
+    if (node.getType() == NODE4_LINE) most = std::max(most, ++rows);
+  };
+  auto const leave = [&](Node4C const& node) {
+    if (node.getType() == NODE4_LINE) --rows;
+  };
+  walkTree(top, enter, leave);
+  return most;
 }
 
 unsigned long countRowsAround(Node4C const& node) {
