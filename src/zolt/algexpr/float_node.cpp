@@ -3,6 +3,7 @@
 #include "zolt/algexpr/node_visitor.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/float64_util.h"
+#include "zolt/common/signs.h"
 #include "zolt/oss/castable_id.h"
 
 namespace zolt::math::algexpr {

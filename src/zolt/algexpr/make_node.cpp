@@ -12,6 +12,7 @@
 #include "zolt/algexpr/symbol_node.h"
 #include "zolt/algexpr/user_function_node.h"
 #include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
 
@@ -19,7 +20,7 @@ namespace detail {
 
 bool startsLikeNumber(wstring_view text) {
   if (!text.empty() && common::isMinus(text[0])) text.remove_prefix(1);
-  return !text.empty() && (common::isDigit(text[0]) || text[0] == u'.');
+  return !text.empty() && common::startsNumber(text[0]);
 }
 
 bool isForbidden(char16_t c) { return c < u' ' || (c >= 0x7F && c <= 0x9F) || c == u'`'; }

@@ -6,7 +6,7 @@
 #include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
 

@@ -4,6 +4,8 @@
 #include <limits>
 #include <utility>
 
+#include "zolt/common/signs.h"
+
 namespace zolt::math::common {
 
 namespace {
@@ -30,6 +32,19 @@ bool readExponent(DecimalTextS const& text, std::int64_t& exponent) {
 }
 
 }  // namespace
+
+std::size_t findNumberEnd(wstring_view text, std::size_t begin, LoneExponentE loneExponent) {
+  auto const skipRun = [&](std::size_t at) {
+    while (at < text.size() && startsNumber(text[at])) ++at;
+    return at;
+  };
+  std::size_t const mark = skipRun(begin);
+  if (mark == text.size() || (text[mark] != u'E' && text[mark] != u'e')) return mark;
+  std::size_t digits = mark + 1;
+  if (digits < text.size() && (text[digits] == u'+' || isMinus(text[digits]))) ++digits;
+  bool const lone = digits == text.size() || !isDigit(text[digits]);
+  return lone && loneExponent == LONE_EXPONENT_LEFT ? mark : skipRun(digits);
+}
 
 bool readDecimalText(wstring_view text, DecimalTextS& decimal, std::size_t* breakPosition) {
   DecimalTextS parts;

@@ -11,11 +11,22 @@ namespace zolt::math::common {
 using oss::wstring;
 using wstring_view = std::u16string_view;
 
-constexpr char16_t minus_sign = u'\u2212';
+// What a number is: `findNumberEnd` says how far a run of characters reaches that a person would call one
+// number, and `readDecimalText` whether such a run is one.
 
-/// "-", U+2013 or U+2212: what a minus may look like in text that is read. Only U+2212 is written.
-constexpr bool isMinus(char16_t c) { return c == u'-' || c == u'\u2013' || c == minus_sign; }
-constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+constexpr bool startsNumber(char16_t c) { return (c >= u'0' && c <= u'9') || c == u'.'; }
+
+/// Whether an "E" right after digits belongs to the run when no digits come after it and its sign.
+enum LoneExponentE {
+  /// "2e" is one run, whose fault is then reported as a bad number: the rule of infix text.
+  LONE_EXPONENT_TAKEN,
+  /// "2e" is twice e: the rule for what people type and paste.
+  LONE_EXPONENT_LEFT
+};
+
+/// The index after the run that starts at `begin`: digits and points in any order, then perhaps "E" or "e", a
+/// sign ("+" or a minus) and more digits and points.
+std::size_t findNumberEnd(wstring_view text, std::size_t begin, LoneExponentE loneExponent);
 
 /// Where the parts of an unsigned decimal number are in its text: `digits[.digits]` or `.digits`, then
 /// optionally "E" or "e", a sign ("+" or a minus) and digits. "3." is a number, "." is not.

@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
@@ -39,10 +40,6 @@ PlaceS findClosedConstruct(PlaceS place, char16_t c) {
   return {};
 }
 
-bool isRelation(char16_t c) {
-  return c == u'=' || c == u'<' || c == u'>' || c == u'\u2260' || c == u'\u2264' || c == u'\u2265';
-}
-
 /// Whether `text` ends in `sign` before `pos`.
 bool endsIn(wstring const& text, unsigned int pos, wstring const& sign) {
   return pos >= sign.size() && text.compare(pos - sign.size(), sign.size(), sign) == 0;
@@ -52,7 +49,7 @@ bool endsIn(wstring const& text, unsigned int pos, wstring const& sign) {
 unsigned int nameStart(PlaceS end) {
   wstring const& text = end.node->crefText();
   unsigned int start = wordStart(text, end.pos);
-  while (start < end.pos && (math::common::isDigit(text[start]) || text[start] == u'.')) ++start;
+  while (start < end.pos && math::common::startsNumber(text[start])) ++start;
   return start;
 }
 
@@ -114,7 +111,8 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
 InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
   bool const selected = view.isSelected();
   PlaceS const place = caretOf(view);
-  if (char16_t const lowered = loweredCharacter(typed)) return decideExponent(place, selected, lowered);
+  if (char16_t const lowered = math::common::loweredSign(typed))
+    return decideExponent(place, selected, lowered);
   char16_t const c = foldCharacter(typed, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
   wstring const name = operatorOfSign(c);
@@ -136,7 +134,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
     return {behind ? INPUT_MOVE : INPUT_TEXT, text, behind};
   }
   if (PlaceS const value = c == u'=' ? goToValue(place) : PlaceS()) return {INPUT_MOVE, text, value};
-  if (isRelation(c)) return {INPUT_TEXT, text, leaveByRelation(place)};
+  if (math::common::isRelation(c)) return {INPUT_TEXT, text, leaveByRelation(place)};
   return {INPUT_TEXT, text, {}};
 }
 

@@ -1,5 +1,5 @@
 #include "zolt/algexpr/cas_session.h"
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/sign_folding.h"
@@ -31,7 +31,7 @@ bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[
 /// Whether the operator is written as letters in front of what it applies to.
 bool isWordBeforeOperand(OperatorBC const& op) {
   wstring const text = op.getText();
-  bool const letters = isWord(text) && text[0] != u'_' && text[0] != u'\u0960';
+  bool const letters = isWord(text) && text[0] != u'_' && text[0] != math::common::pi_sign;
   return letters && !op.isConstruct() && op.getArity() > 0 && (!op.isLinear() || op.getArity() == 1);
 }
 

@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "zolt/catalogue/standard_operators.h"
+#include "zolt/common/signs.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/blind_graphics.h"
 #include "zolt/field/detail/construct_names.h"
@@ -81,7 +82,8 @@ wstring pictureOf(wstring const& insert) {
 
 PaletteEntryS makeEntry(wstring const& insert, wstring const& title, wstring const& label,
                         wstring const& shortcut) {
-  wstring const toolTip = shortcut.empty() ? title : title + u" \u2013 type " + shortcut;
+  wstring const toolTip =
+      shortcut.empty() ? title : title + u' ' + math::common::en_dash + u" type " + shortcut;
   return {insert, title, label, shortcut, toolTip, pictureOf(insert)};
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
@@ -43,29 +44,29 @@ PhraseS const* findPhrase(wstring const& name) {
 
 wstring spoken(char16_t c) {
   switch (c) {
-    case u'\u2212':
+    case math::common::minus_sign:
       return u" minus ";
     case u'+':
       return u" plus ";
-    case u'\u2219':
+    case math::common::times_sign:
       return u" times ";
     case u'=':
       return u" equals ";
-    case u'\u2260':
+    case math::common::not_equal_sign:
       return u" not equal to ";
     case u'<':
       return u" less than ";
     case u'>':
       return u" greater than ";
-    case u'\u2264':
+    case math::common::less_or_equal_sign:
       return u" at most ";
-    case u'\u2265':
+    case math::common::greater_or_equal_sign:
       return u" at least ";
-    case u'\u00BB':
+    case math::common::store_sign:
       return u" store into ";
     case u'!':
       return u" factorial";
-    case u'\u0960':
+    case math::common::pi_sign:
       return u"pi";
     default:
       return wstring(1, c);

@@ -1,5 +1,6 @@
 #include "zolt/field/selection_growth.h"
 
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/view/view.h"
@@ -8,22 +9,17 @@ namespace zolt::field {
 
 using namespace detail;
 using namespace math::ved;
+namespace common = math::common;
 
 namespace {
-
-bool isIn(char16_t c, wstring const& signs) { return signs.find(c) != wstring::npos; }
 
 bool endsArgument(char16_t c) { return c == u','; }
 
 bool endsSide(char16_t c) {
-  static wstring const relations = u"=<>\u2260\u2264\u2265:\u00BB";
-  return endsArgument(c) || isIn(c, relations);
+  return endsArgument(c) || common::isRelation(c) || c == u':' || c == common::store_sign;
 }
 
-bool endsTerm(char16_t c) {
-  static wstring const sums = u"+-\u2013\u2212";
-  return endsSide(c) || isIn(c, sums);
-}
+bool endsTerm(char16_t c) { return endsSide(c) || c == u'+' || common::isMinus(c); }
 
 bool endsOperand(char16_t c) { return !isWordCharacter(c) && c != u'!'; }
 

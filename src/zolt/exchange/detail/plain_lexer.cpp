@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::exchange::detail {
 
@@ -41,44 +42,16 @@ std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
   return end;
 }
 
-bool isBlank(char16_t c) {
-  switch (c) {
-    case u' ':
-    case u'\t':
-    case u'\n':
-    case u'\r':
-    case u'\u00A0':
-    case u'\u1680':
-    case u'\u202F':
-    case u'\u205F':
-    case u'\u2060':
-    case u'\u2061':  // function application: the brackets say it
-    case u'\u3000':
-    case u'\uFEFF':
-      return true;
-    default:
-      return c >= u'\u2000' && c <= u'\u200B';
-  }
-}
+char16_t folded(char16_t c) { return common::foldLookAlike(c, common::LOOK_ALIKE_PASTED); }
 
-/// The character that is raised, U+0000 when `c` is no superscript.
+// Letters and digits are the most of any text, and blanks are asked for before each of them.
+bool isBlank(char16_t c) { return (c <= u' ' || c >= u'\u00A0') && folded(c) == u' '; }
+
+/// The character that is raised, U+0000 when `c` is no superscript that a number or "n" has.
 char16_t lowered(char16_t c) {
-  switch (c) {
-    case u'\u00B9':
-      return u'1';
-    case u'\u00B2':
-      return u'2';
-    case u'\u00B3':
-      return u'3';
-    case u'\u2070':
-      return u'0';
-    case u'\u207B':
-      return common::minus_sign;
-    case u'\u207F':
-      return u'n';
-    default:
-      return c >= u'\u2074' && c <= u'\u2079' ? static_cast<char16_t>(u'4' + (c - u'\u2074')) : u'\0';
-  }
+  char16_t const sign = common::loweredSign(c);
+  if (sign == u'-') return common::minus_sign;
+  return common::isDigit(sign) || sign == u'n' ? sign : u'\0';
 }
 
 }  // namespace
@@ -143,7 +116,7 @@ void PlainLexerC::readNextToken() {
 }
 
 void PlainLexerC::readSign(char16_t c) {
-  switch (c) {
+  switch (folded(c)) {
     case u'(':
       return setBracket(PLAIN_TOKEN_OPEN, u')');
     case u'[':
@@ -167,22 +140,10 @@ void PlainLexerC::readSign(char16_t c) {
     case u'+':
       return setInfix(u"+");
     case u'-':
-    case u'\u2013':
-    case u'\u2212':
       return setInfix(u"-");
     case u'*':
       return setInfix(take(u'*') ? u"^" : u"*");
-    case u'\u00D7':
-    case u'\u00B7':
-    case u'\u2062':  // invisible times
-    case u'\u2217':
-    case u'\u2219':
-    case u'\u22C5':
-      return setInfix(u"*");
     case u'/':
-    case u'\u00F7':
-    case u'\u2044':
-    case u'\u2215':
       return setInfix(u"/");
     case u'^':
       return setInfix(u"^");
@@ -190,7 +151,6 @@ void PlainLexerC::readSign(char16_t c) {
       if (take(u'=')) return setInfix(u"<>");
       return set(PLAIN_TOKEN_POSTFIX, u"!");
     case u'\u00B0':
-    case u'\u00BA':
       return set(PLAIN_TOKEN_POSTFIX, u"_deg");
     case u'\u02B3':
       return set(PLAIN_TOKEN_POSTFIX, u"_rad");
@@ -200,22 +160,21 @@ void PlainLexerC::readSign(char16_t c) {
       return set(PLAIN_TOKEN_ROOT, u"3");
     case u'\u221C':
       return set(PLAIN_TOKEN_ROOT, u"4");
-    case u'\u03C0':
-    case u'\u0960':
+    case common::pi_sign:
       return set(PLAIN_TOKEN_PI);
     case u'=':
       take(u'=');
       return setInfix(u"=");
-    case u'\u2260':
+    case common::not_equal_sign:
       return setInfix(u"<>");
     case u'<':
       if (take(u'=')) return setInfix(u"<=");
       return setInfix(take(u'>') ? u"<>" : u"<");
-    case u'\u2264':
+    case common::less_or_equal_sign:
       return setInfix(u"<=");
     case u'>':
       return setInfix(take(u'=') ? u">=" : u">");
-    case u'\u2265':
+    case common::greater_or_equal_sign:
       return setInfix(u">=");
     case u'\u2227':
       return setInfix(u"and");
@@ -232,7 +191,7 @@ void PlainLexerC::readSign(char16_t c) {
       break;
     case u'\u2254':
       return setInfix(u":=");
-    case u'\u00BB':
+    case common::store_sign:
     case u'\u2192':
       return setInfix(u":>");
     default:
@@ -242,23 +201,11 @@ void PlainLexerC::readSign(char16_t c) {
 }
 
 void PlainLexerC::readNumber() {
-  auto const skipDigits = [this] {
-    while (common::isDigit(peek())) ++position_;
-  };
-  skipDigits();
-  if (take(u'.')) skipDigits();
-  bool const exponent = peek() == u'e' || peek() == u'E';
-  std::size_t const signLength = peek(1) == u'+' || common::isMinus(peek(1)) ? 1 : 0;
-  // "2e" is twice e, "2ex" twice ex.
-  if (exponent && common::isDigit(peek(1 + signLength))) {
-    position_ += 1 + signLength;
-    skipDigits();
-  }
-  if (peek() == u'.') {
-    while (common::isDigit(peek()) || peek() == u'.') ++position_;
-    return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
-  }
-  set(PLAIN_TOKEN_NUMBER, text_.substr(token_.begin, position_ - token_.begin));
+  position_ = common::findNumberEnd(text_, token_.begin, common::LONE_EXPONENT_LEFT);
+  std::u16string_view const run = text_.substr(token_.begin, position_ - token_.begin);
+  common::DecimalTextS parts;
+  if (!common::readDecimalText(run, parts)) return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  set(PLAIN_TOKEN_NUMBER, run);
 }
 
 void PlainLexerC::readName() {

@@ -5,7 +5,7 @@
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::exchange::detail {
 

@@ -4,7 +4,7 @@
 #include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/exchange/detail/plain_lexer.h"
 
 namespace zolt::exchange::detail {

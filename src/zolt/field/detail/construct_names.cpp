@@ -1,6 +1,6 @@
 #include "zolt/field/detail/construct_names.h"
 
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"

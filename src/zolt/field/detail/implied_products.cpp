@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -12,28 +13,7 @@
 namespace zolt::field::detail {
 
 using namespace math::ved;
-using math::common::isDigit;
-using math::common::isMinus;
-
-namespace {
-
-constexpr char16_t times_sign = u'\u2219';
-constexpr char16_t pi = u'\u0960';
-
-/// Where the number that starts at `pos` ends; an "e" belongs to it only with digits behind.
-std::size_t numberEnd(wstring const& text, std::size_t pos) {
-  auto const skipDigits = [&](std::size_t at) {
-    while (at < text.size() && (isDigit(text[at]) || text[at] == u'.')) ++at;
-    return at;
-  };
-  pos = skipDigits(pos);
-  if (pos >= text.size() || (text[pos] != u'E' && text[pos] != u'e')) return pos;
-  std::size_t digits = pos + 1;
-  if (digits < text.size() && (text[digits] == u'+' || isMinus(text[digits]))) ++digits;
-  return digits < text.size() && isDigit(text[digits]) ? skipDigits(digits) : pos;
-}
-
-}  // namespace
+namespace common = math::common;
 
 ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators)
     : original_(root), operators_(operators), root_(root.clone()) {
@@ -51,7 +31,7 @@ PlaceS ImpliedProductsC::toOriginal(Node4C const& node, unsigned int pos) const 
 }
 
 void ImpliedProductsC::add(Node4C& text, std::size_t pos) {
-  text.refText().insert(pos, 1, times_sign);
+  text.refText().insert(pos, 1, common::times_sign);
   added_.push_back({&text, static_cast<unsigned int>(pos)});
 }
 
@@ -83,7 +63,7 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
     joined.append(text, taken, pos - taken);
     taken = pos;
     added_.push_back({&node, static_cast<unsigned int>(joined.size())});
-    joined += times_sign;
+    joined += common::times_sign;
   };
   for (std::size_t pos = 0; pos < text.size();) {
     char16_t const c = text[pos];
@@ -94,7 +74,7 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
       end = END_OTHER;
       continue;
     }
-    bool const number = isDigit(c) || c == u'.';
+    bool const number = common::startsNumber(c);
     if (c == u' ') {
       ++pos;
       continue;
@@ -107,10 +87,10 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
     std::size_t stop = pos + 1;
     EndE kind = END_OTHER;
     if (number) {
-      stop = numberEnd(text, pos);
+      stop = common::findNumberEnd(text, pos, common::LONE_EXPONENT_LEFT);
       kind = END_NUMBER;
-    } else if (c != pi) {
-      while (stop < text.size() && text[stop] != pi && isWordCharacter(text[stop])) ++stop;
+    } else if (c != common::pi_sign) {
+      while (stop < text.size() && text[stop] != common::pi_sign && isWordCharacter(text[stop])) ++stop;
       auto const op = operators_.lookupText(text.substr(pos, stop - pos));
       kind = op && op->getArity() > 0 ? END_FUNCTION : END_NAME;
       if (op && op->isLinear()) kind = END_NOTHING;

@@ -110,7 +110,7 @@ bool isRaising(PlaceS place) {
 bool endsNameAt(PlaceS place) {
   wstring const& text = place.node->crefText();
   unsigned int const start = wordStart(text, place.pos);
-  return start < place.pos && !math::common::isDigit(text[start]) && text[start] != u'.';
+  return start < place.pos && !math::common::startsNumber(text[start]);
 }
 
 bool endsOperandAt(PlaceS place) {

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 
@@ -14,25 +15,25 @@ namespace {
 void appendSigns(wstring& out, wstring const& text) {
   for (char16_t const c : text) {
     switch (c) {
-      case u'\u2219':
+      case math::common::times_sign:
         out += u'*';
         break;
-      case u'\u2212':
+      case math::common::minus_sign:
         out += u'-';
         break;
-      case u'\u2260':
+      case math::common::not_equal_sign:
         out += u"<>";
         break;
-      case u'\u2264':
+      case math::common::less_or_equal_sign:
         out += u"<=";
         break;
-      case u'\u2265':
+      case math::common::greater_or_equal_sign:
         out += u">=";
         break;
-      case u'\u00BB':
+      case math::common::store_sign:
         out += u":>";
         break;
-      case u'\u0960':
+      case math::common::pi_sign:
         out += u"pi";
         break;
       default:

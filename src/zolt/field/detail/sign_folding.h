@@ -14,9 +14,6 @@ char16_t foldCharacter(char16_t c, InputOptionsS const& options);
 /// The operator that a sign names, other than its own text: "√" sqrt, "°" _deg. Empty: none.
 wstring operatorOfSign(char16_t c);
 
-/// A raised character as the one that it raises, "²" as "2"; U+0000 when it is none.
-char16_t loweredCharacter(char16_t c);
-
 /// The letter under a circumflex, "ê" as "e"; U+0000 when there is none.
 char16_t withoutCircumflex(char16_t c);
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::field::detail {
 
@@ -106,7 +106,7 @@ Node4C const* findOpenBracket(PlaceS place) {
   return nullptr;
 }
 
-bool isWordCharacter(char16_t c) { return c == u'\u0960' || Node4C::isAcceptable(c, true); }
+bool isWordCharacter(char16_t c) { return c == math::common::pi_sign || Node4C::isAcceptable(c, true); }
 
 bool isContinuation(char16_t c) {
   return (c >= 0xDC00 && c < 0xE000) || (c >= 0x0300 && c < 0x0370) || (c >= 0x20D0 && c < 0x2100) ||

@@ -1,5 +1,6 @@
 #include "zolt/ved/operators/operator_power.h"
 
+#include "zolt/common/signs.h"
 #include "zolt/ved/operators/detail/operands.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
@@ -8,15 +9,13 @@ namespace zolt::math::ved {
 
 namespace {
 
-constexpr char16_t minus_sign = u'\u2212';
-
 bool startsWithMinus(Node4C const& operand) {
   Node4C const* item = &operand;
   if (item->getType() == NODE4_LINE) {
     if (item->numChildren() == 0) return false;
     item = item->child(0);
   }
-  return item->getType() == NODE4_TEXT && item->sizeText() > 0 && item->crefText()[0] == minus_sign;
+  return item->getType() == NODE4_TEXT && item->sizeText() > 0 && item->crefText()[0] == common::minus_sign;
 }
 
 detail::NodeT makePower(detail::NodeT exponentRow) {

@@ -1,17 +1,16 @@
 #include "zolt/ved/parser/lexical_analyser.h"
 
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/operators/operator_list_repository.h"
-#include "zolt/ved/parser/detail/number_run.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
 namespace {
-
-constexpr char16_t keyboard_pi = u'\u0960';  // the code that the editor's keyboard sends for pi
 
 // A colon stops a name too, but may start one: it is not a sign by itself.
 bool stopsName(char16_t c) {
@@ -31,14 +30,14 @@ bool stopsName(char16_t c) {
     case u'>':
     case Node4C::POWER_C:
     case Node4C::PREFIX_C:
-    case u'\u00BB':
-    case keyboard_pi:
-    case u'\u2013':
-    case u'\u2212':
-    case u'\u2219':
-    case u'\u2260':
-    case u'\u2264':
-    case u'\u2265':
+    case common::pi_sign:
+    case common::en_dash:
+    case common::minus_sign:
+    case common::times_sign:
+    case common::not_equal_sign:
+    case common::less_or_equal_sign:
+    case common::greater_or_equal_sign:
+    case common::store_sign:
       return true;
     default:
       return false;
@@ -77,7 +76,7 @@ void LexicalAnalyserC::readNextToken() {
   switch (c) {
     case u'\0':
       return position_ == text_.size() ? takeSign(TOKEN_END, 0) : takeSign(TOKEN_NUL);
-    case keyboard_pi:
+    case common::pi_sign:
       return takeSign(TOKEN_PI);
     case Node4C::OPEN_C:
       return takeSign(TOKEN_OPEN);
@@ -88,11 +87,11 @@ void LexicalAnalyserC::readNextToken() {
     case u'+':
       return takeSign(TOKEN_PLUS);
     case u'-':
-    case u'\u2013':
-    case u'\u2212':
+    case common::en_dash:
+    case common::minus_sign:
       return takeSign(TOKEN_MINUS);
     case u'*':
-    case u'\u2219':
+    case common::times_sign:
       return takeSign(TOKEN_TIMES);
     case Node4C::POWER_C:
       return takeSign(TOKEN_POWER);
@@ -100,13 +99,13 @@ void LexicalAnalyserC::readNextToken() {
       return takeSign(TOKEN_FACTORIAL);
     case u'=':
       return takeSign(TOKEN_EQUAL);
-    case u'\u2260':
+    case common::not_equal_sign:
       return takeSign(TOKEN_NOT_EQUAL);
-    case u'\u2264':
+    case common::less_or_equal_sign:
       return takeSign(TOKEN_LESS_OR_EQUAL);
-    case u'\u2265':
+    case common::greater_or_equal_sign:
       return takeSign(TOKEN_GREATER_OR_EQUAL);
-    case u'\u00BB':
+    case common::store_sign:
       return takeSign(TOKEN_STORE);
     case u'<':
       if (next == u'=') return takeSign(TOKEN_LESS_OR_EQUAL, 2);
@@ -121,7 +120,7 @@ void LexicalAnalyserC::readNextToken() {
     case Node4C::PREFIX_C:
       return takeVerbatim();
     default:
-      return detail::startsNumber(c) ? takeNumber() : takeName();
+      return common::startsNumber(c) ? takeNumber() : takeName();
   }
 }
 
@@ -133,7 +132,8 @@ void LexicalAnalyserC::takeSign(TokenTypeE type, unsigned int length) {
 void LexicalAnalyserC::takeNumber() {
   std::u16string_view const text = text_;
   tokenType_ = TOKEN_NUMBER;
-  position_ = static_cast<unsigned int>(detail::findNumberEnd(text, tokenStart_));
+  position_ =
+      static_cast<unsigned int>(common::findNumberEnd(text, tokenStart_, common::LONE_EXPONENT_TAKEN));
   token_ = text.substr(tokenStart_, position_ - tokenStart_);
 }
 

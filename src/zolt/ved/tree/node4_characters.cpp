@@ -1,3 +1,4 @@
+#include "zolt/common/signs.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -38,15 +39,15 @@ bool const Node4C::identifier_characters[nb_acceptable_characters] = {
 bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   if (c < nb_acceptable_characters) return identifier ? identifier_characters[c] : acceptable_characters[c];
   switch (c) {
-    case u'\u2013':  // en dash
-    case u'\u2212':  // minus sign
-    case u'\u2219':  // bullet operator
-    case u'\u2260':  // not equal
-    case u'\u2264':  // less or equal
-    case u'\u2265':  // greater or equal
-    case u'\u00BB':  // store
+    case common::en_dash:
+    case common::minus_sign:
+    case common::times_sign:
+    case common::not_equal_sign:
+    case common::less_or_equal_sign:
+    case common::greater_or_equal_sign:
+    case common::store_sign:
       return false;
-    case u'\u0960':  // pi
+    case common::pi_sign:
       return !identifier;
     default:
       return true;

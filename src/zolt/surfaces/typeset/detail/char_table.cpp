@@ -2,9 +2,12 @@
 
 #include <algorithm>
 
+#include "zolt/common/signs.h"
 #include "zolt/surfaces/utf.h"
 
 namespace zolt::surfaces {
+
+namespace common = math::common;
 
 namespace {
 
@@ -18,6 +21,9 @@ constexpr int prime_percent = 75;
 /// The stroke that KaTeX Main lays over a sign to negate it.
 constexpr char32_t negating_stroke = 0xE020;
 
+/// π as a letter of a face.
+constexpr char32_t printed_pi = 0x3C0;
+
 CharClassE classify(char32_t c) {
   switch (c) {
     case ' ':
@@ -29,7 +35,7 @@ CharClassE classify(char32_t c) {
     case '}':
     case '^':
     case '`':
-    case 0x960:
+    case common::pi_sign:
       return CLASS_STOP;
     case '(':
     case '[':
@@ -50,8 +56,8 @@ CharClassE classify(char32_t c) {
     case '+':
     case '-':
     case 0xB1:
-    case 0x2013:
-    case 0x2212:
+    case common::en_dash:
+    case common::minus_sign:
     case 0x2213:
       return CLASS_PLUS_MINUS;
     case '*':
@@ -60,19 +66,19 @@ CharClassE classify(char32_t c) {
     case 0xF7:
     case 0x2217:
     case 0x2218:
-    case 0x2219:
+    case common::times_sign:
     case 0x22C5:
       return CLASS_BINARY;
     case '<':
     case '=':
     case '>':
-    case 0xBB:
+    case common::store_sign:
     case 0x2208:
     case 0x2248:
-    case 0x2260:
+    case common::not_equal_sign:
     case 0x2261:
-    case 0x2264:
-    case 0x2265:
+    case common::less_or_equal_sign:
+    case common::greater_or_equal_sign:
     case 0x2190:
     case 0x2192:
     case 0x21D2:
@@ -87,20 +93,18 @@ CharClassE classify(char32_t c) {
   return letter ? CLASS_LETTER : CLASS_ORDINARY;
 }
 
-/// The signs that a keyboard sends in the shape that print has for them.
+/// A sign of a keyboard in the shape that print has for it.
 char32_t showAs(char32_t c) {
-  switch (c) {
+  constexpr char32_t dot = 0x22C5, prime = 0x2032;
+  switch (c > 0xFFFF ? c : common::foldLookAlike(char16_t(c), common::LOOK_ALIKE_DRAWN)) {
     case '-':
-    case 0x2013:
-      return 0x2212;
+      return common::minus_sign;
     case '*':
-    case 0xB7:
-    case 0x2219:
-      return 0x22C5;
+      return dot;
     case '\'':
-      return 0x2032;
-    case 0x960:
-      return 0x3C0;
+      return prime;
+    case common::pi_sign:
+      return printed_pi;
     default:
       return c;
   }
@@ -127,18 +131,17 @@ CharLookS CharTableC::make(char32_t codePoint) const {
     look.upright = look.italic = {FaceGlyphS::no_face, SfntFontC::no_glyph, codePoint, slot_advance};
     return look;
   }
-  constexpr char32_t not_equal = 0x2260;
   char32_t const shown = showAs(codePoint);
   look.upright = findGlyph(shown, false);
   if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
-  if (shown == not_equal && look.upright.face != FACE_MAIN) {
+  if (shown == common::not_equal_sign && look.upright.face != FACE_MAIN) {
     FaceGlyphS stroke;
     if (findGlyphIn(FACE_MAIN, negating_stroke, stroke)) {
       look.upright = findGlyph('=', false);
       look.overlay = stroke;
     }
   }
-  look.italic = look.charClass == CLASS_LETTER || shown == 0x3C0 ? findGlyph(shown, true) : look.upright;
+  look.italic = look.charClass == CLASS_LETTER || shown == printed_pi ? findGlyph(shown, true) : look.upright;
   return look;
 }
 

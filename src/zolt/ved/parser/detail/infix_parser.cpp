@@ -1,10 +1,10 @@
 #include "zolt/ved/parser/detail/infix_parser.h"
 
 #include "zolt/algexpr/make_node.h"
+#include "zolt/common/decimal_text.h"
 #include "zolt/common/float64_util.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/operators/operator.h"
-#include "zolt/ved/parser/detail/number_run.h"
 
 namespace zolt::math::ved::detail {
 
@@ -12,6 +12,15 @@ namespace {
 
 constexpr std::u16string_view power_name = u"^";
 constexpr std::u16string_view negation_name = u"_neg";
+
+/// Whether `text` is one number token, perhaps with blanks around it; `number` is the token then.
+bool isNumberToken(std::u16string_view text, std::u16string_view& number) {
+  std::size_t const begin = text.find_first_not_of(u' ');
+  if (begin == text.npos || !common::startsNumber(text[begin])) return false;
+  std::size_t const end = common::findNumberEnd(text, begin, common::LONE_EXPONENT_TAKEN);
+  number = text.substr(begin, end - begin);
+  return text.find_first_not_of(u' ', end) == text.npos;
+}
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 #include "zolt/ved/parser/detail/prefix_builder.h"
 
-#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::math::ved::detail {
 

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string_view>
+
+namespace zolt::math::common {
+
+// The signs of formulas that no keyboard has, and the characters that stand in for them. Every character here
+// is one 16-bit unit.
+
+constexpr char16_t en_dash = u'\u2013';
+/// The minus of every text that this component writes.
+constexpr char16_t minus_sign = u'\u2212';
+constexpr char16_t times_sign = u'\u2219';
+constexpr char16_t not_equal_sign = u'\u2260';
+constexpr char16_t less_or_equal_sign = u'\u2264';
+constexpr char16_t greater_or_equal_sign = u'\u2265';
+constexpr char16_t store_sign = u'\u00BB';
+/// The constant pi in a tree and in infix text; every surface draws it as π. It has a code of its own because
+/// π itself, U+03C0, is a letter, and letters make names.
+constexpr char16_t pi_sign = u'\u0960';
+
+/// What a minus may look like in text that is read.
+constexpr bool isMinus(char16_t c) { return c == u'-' || c == en_dash || c == minus_sign; }
+constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+constexpr bool isRelation(char16_t c) {
+  return c == u'=' || c == u'<' || c == u'>' || c == not_equal_sign || c == less_or_equal_sign ||
+         c == greater_or_equal_sign;
+}
+
+/// Where a character is taken for one that it looks like. The uses differ: a person who types means some
+/// operator with every dash, but a long dash in pasted text is punctuation; print keeps "×" apart from "·".
+enum LookAlikeUseE : unsigned { LOOK_ALIKE_TYPED = 1, LOOK_ALIKE_PASTED = 2, LOOK_ALIKE_DRAWN = 4 };
+
+/// The character that `c` stands for in that use, "-", "*", "/" and " " among them; `c` itself when it stands
+/// for nothing else.
+char16_t foldLookAlike(char16_t c, LookAlikeUseE use);
+
+/// A raised character as the one that it raises, "²" as "2"; U+0000 when it is none.
+char16_t loweredSign(char16_t c);
+
+}  // namespace zolt::math::common
