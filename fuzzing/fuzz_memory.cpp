@@ -8,11 +8,11 @@
 #include <new>
 #include <utility>
 
+#include "fuzzing/allocations.h"
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
+#include "fuzzing/script_player.h"
 #include "fuzzing/trip.h"
-#include "tests/support/allocations.h"
-#include "tests/support/script_player.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
@@ -100,7 +100,7 @@ class ScarceViewC {
   }
 
   ViewZNT4C view_;
-  tests::ScriptPlayerC player_;
+  ScriptPlayerC player_;
   bool grouping_ = false;
 };
 
@@ -155,7 +155,7 @@ std::string checkPicture(ViewZNT4C& view) {
 /// True when it got through.
 template <class SubjectT>
 bool playScarce(SubjectT& subject, ScriptStepS const& step, std::size_t allocations) {
-  tests::ScarceHeapC const heap(allocations);
+  ScarceHeapC const heap(allocations);
   try {
     subject.play(step);
     return true;
@@ -232,12 +232,12 @@ std::string checkMemory(std::uint8_t const* data, std::size_t size) {
   auto const play = data[0] % 2 ? playAll<ScarceFieldC> : playAll<ScarceViewC>;
   HowS const how{1 + data[0] / 4u, data[0] / 2 % 2 == 0};
   std::string fault = play(script, how);
-  std::size_t const blocks = tests::AllocationsS::blocks();
+  std::size_t const blocks = AllocationsS::blocks();
   // What is kept for good was made the first time.
   if (fault.empty() && !only_searches) {
     fault = play(script, how);
-    if (fault.empty() && tests::AllocationsS::blocks() != blocks) {
-      fault = std::to_string(tests::AllocationsS::blocks() - blocks) + " blocks of memory are lost";
+    if (fault.empty() && AllocationsS::blocks() != blocks) {
+      fault = std::to_string(AllocationsS::blocks() - blocks) + " blocks of memory are lost";
     }
   }
   return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));

@@ -4,8 +4,8 @@
 #include <memory>
 #include <vector>
 
+#include "fuzzing/allocations.h"
 #include "fuzzing/bytes_text.h"
-#include "tests/support/allocations.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/catalogue/standard_operators.h"
@@ -22,7 +22,6 @@ namespace zolt::fuzz {
 using math::algexpr::CASSessionBC;
 using namespace math::ved;
 using surfaces::RecordingGraphicsC;
-using tests::AllocationsS;
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "fuzzing/script_player.h"
 #include "fuzzing/trip.h"
-#include "tests/support/script_player.h"
 #include "zolt/field/event_script.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/view/view.h"
@@ -53,7 +53,7 @@ class ViewSessionC {
 
   PointerTC<surfaces::RecordingGraphicsC> graphics_;
   math::ved::ViewZNT4C view_;
-  tests::ScriptPlayerC player_;
+  ScriptPlayerC player_;
   bool constrained_ = false;
   bool grouping_ = false;
   bytestring groupStart_;

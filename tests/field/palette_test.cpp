@@ -2,7 +2,7 @@
 
 #include <set>
 
-#include "tests/field/field_stage.h"
+#include "tests/support/stage.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/palette_model.h"
 
@@ -12,7 +12,7 @@ namespace {
 using namespace field;
 
 std::vector<PaletteEntryS> allEntries() {
-  FieldStageC stage;
+  StageC stage;
   std::vector<PaletteEntryS> entries;
   for (PaletteGroupS const& group : makePalette(stage.refField().crefView())) {
     EXPECT_FALSE(group.title.empty());
@@ -34,7 +34,7 @@ TEST(Palette, HasEveryStandardOperatorOnce) {
 
 TEST(Palette, InsertsWhatItShows) {
   for (PaletteEntryS const& entry : allEntries()) {
-    FieldStageC stage;
+    StageC stage;
     EXPECT_TRUE(isEnabled(entry, stage.refField()));
     EXPECT_TRUE(runEntry(entry, stage.refField()));
     EXPECT_EQ(stage.tree(), toUtf8(entry.picture));

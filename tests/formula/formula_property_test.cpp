@@ -8,11 +8,8 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "tests/support/uneven_graphics.h"
-#include "tests/support/view_stage.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/oss/binary_stream.h"
-#include "zolt/oss/binary_string_stream.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::tests {
@@ -28,15 +25,6 @@ class FormulaProperty : public testing::Test {
   FormulaProperty() { standardOperators(); }
 };
 
-std::string describeBoxes(Node4C const& node) {
-  std::string text;
-  for (long value : {node.getDX(), node.getDY(), node.getWidth(), node.getHeight(), node.getMidHeight(),
-                     static_cast<long>(node.getFontDepth())})
-    text += std::to_string(value) + " ";
-  for (unsigned long i = 0; i < node.numChildren(); ++i) text += describeBoxes(*node.child(i));
-  return text;
-}
-
 /// Everything that holds for any normalised tree, whether it stands for an expression or not.
 void expectSoundTree(Node4C& root) {
   ASSERT_EQ(TREE_VALID, validateTree(root).invariant);
@@ -44,10 +32,8 @@ void expectSoundTree(Node4C& root) {
   std::string const notation = describe(root);
   ASSERT_EQ(notation, describe(*readTree(notation).root));
   ASSERT_EQ(notation, describe(*TreeT(root.clone())));
-  PointerTC<oss::ObjectInputStreamABC> in(
-      new oss::BinaryInputStreamC(new oss::BinaryStringInputStreamC(writeBytes(root))));
   Node4C copy;
-  ASSERT_TRUE(copy.readObject(in));
+  ASSERT_TRUE(readBytes(writeBytes(root), copy));
   ASSERT_EQ(notation, describe(copy));
 
   UnevenGraphicsC const graphics;

@@ -1,37 +1,10 @@
 #include "tests/formula/formula_support.h"
 
-#include <gtest/gtest.h>
-#include <utf8.h>
-
 #include <sstream>
-
-#include "tests/support/cases.h"
-#include "tests/support/operators.h"
-#include "zolt/algexpr/number_display_format.h"
 
 namespace zolt::tests {
 
 using namespace math::ved;
-
-TreeNotationS readTree(std::string const& notation) {
-  TreeNotationS tree;
-  unsigned long position = 0;
-  if (!readTreeNotation(utf8::utf8to16(notation), standardOperators(), tree, position)) {
-    ADD_FAILURE() << notation << " does not read at " << position;
-    tree.root = showTree(nullptr);
-  }
-  return tree;
-}
-
-TreeT showTree(ExpressionT const& expression) {
-  return TreeT(Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
-}
-
-std::string describe(Node4C const& tree) { return toUtf8(writeTreeNotation(tree)); }
-
-std::string describe(ExpressionT const& expression) {
-  return expression ? toUtf8(expression->toPrefixString()) : "no expression";
-}
 
 Node4C const* findNode(Node4C const& row, std::string const& name) {
   Node4C const* node = &row;
@@ -42,7 +15,7 @@ Node4C const* findNode(Node4C const& row, std::string const& name) {
   return node;
 }
 
-std::string nameNode(Node4C const& row, Node4C const* node) {
+static std::string nameNode(Node4C const& row, Node4C const* node) {
   if (!node) return "null";
   std::string name;
   for (; node && node != &row; node = node->getParent())

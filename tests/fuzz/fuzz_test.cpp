@@ -1,5 +1,5 @@
-// The fuzzers' targets without a fuzzer: what they start from, what they once found, and damaged copies of
-// both.
+// The fuzzers' targets without a fuzzer: what they start from, what they once found, damaged copies of both,
+// and sessions of somebody who does anything.
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
 #include "fuzzing/targets.h"
+#include "fuzzing/view_session.h"
 
 namespace zolt::fuzz {
 namespace {
@@ -20,21 +21,18 @@ class Fuzz : public testing::TestWithParam<TargetS> {
   static std::string check(BytesT const& input) { return GetParam().check(input.data(), input.size()); }
 };
 
-TEST_P(Fuzz, NothingIsFoundAgain) {
+TEST_P(Fuzz, SeedsAndWhatWasFoundAreSound) {
+  auto inputs = GetParam().seeds();
+  ASSERT_GT(inputs.size(), 100u);
   std::filesystem::path const folder =
       std::filesystem::path(ZOLT_FUZZ_FOLDER "/regressions") / GetParam().name;
-  if (!std::filesystem::exists(folder)) return;
-  for (auto const& entry : std::filesystem::directory_iterator(folder)) {
-    std::ifstream in(entry.path(), std::ios::binary);
-    BytesT const input{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-    EXPECT_EQ(check(input), "") << entry.path();
+  if (std::filesystem::exists(folder)) {
+    for (auto const& entry : std::filesystem::directory_iterator(folder)) {
+      std::ifstream in(entry.path(), std::ios::binary);
+      inputs.emplace_back(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    }
   }
-}
-
-TEST_P(Fuzz, WhatTheCorporaHoldIsSound) {
-  auto const seeds = GetParam().seeds();
-  ASSERT_GT(seeds.size(), 100u);
-  for (BytesT const& seed : seeds) EXPECT_EQ(check(seed), "") << std::string(seed.begin(), seed.end());
+  for (BytesT const& input : inputs) EXPECT_EQ(check(input), "") << std::string(input.begin(), input.end());
 }
 
 TEST_P(Fuzz, DamageIsMet) {
@@ -56,6 +54,82 @@ TEST_P(Fuzz, DamageIsMet) {
 
 INSTANTIATE_TEST_SUITE_P(Targets, Fuzz, testing::ValuesIn(targets),
                          [](auto const& one) { return std::string(one.param.name); });
+
+field::EventScriptT toScript(BytesT const& bytes) { return toEvents(bytes.data(), bytes.size()); }
+
+/// Does what a person might, with no sense at all: signs and keys, and any event in between.
+BytesT makeEvents(std::mt19937& random, unsigned count) {
+  auto const pick = [&](std::size_t bound) { return static_cast<std::uint8_t>(random() % bound); };
+  BytesT bytes;
+  for (; count > 0; --count) {
+    switch (pick(8)) {
+      case 0: {
+        constexpr std::uint8_t keys[] = {0, 1, 0, 1, 4, 6};  // left, right, delete, backspace
+        bytes.insert(bytes.end(), {0x80, static_cast<std::uint8_t>(keys[pick(6)] | (pick(2) << 7U))});
+        break;
+      }
+      case 1:
+        bytes.insert(bytes.end(), {0x83, pick(256)});  // an operator
+        break;
+      case 2:
+        for (int i = 0; i < 4; ++i)
+          bytes.push_back(static_cast<std::uint8_t>(i ? pick(256) : 0x80 + pick(26)));
+        break;
+      default:
+        bytes.push_back(static_cast<std::uint8_t>("ab12()()^/+-*=, |<>!."[pick(21)]));
+    }
+  }
+  return bytes;
+}
+
+TEST(Sessions, KeepWhatViewsAndFieldsPromise) {
+  std::mt19937 random(4);
+  for (int round = 0; round < 200 && !testing::Test::HasFailure(); ++round) {
+    BytesT const events = makeEvents(random, 80);
+    EXPECT_EQ(checkEvents(events.data(), events.size()), "");
+    EXPECT_EQ(checkField(events.data(), events.size()), "");
+  }
+}
+
+// Long rows are kept in stretches, which come and go where the session works.
+TEST(Sessions, KeepThemInLongRows) {
+  field::EventScriptT start(2);
+  start[0].word = field::SCRIPT_SHOW;
+  start[0].text = u"x";
+  for (int i = 0; i < 70; ++i) {
+    start[0].text = u"+(+(" + start[0].text + u",/(a,b)),*(^(_quietpos(+(c,sqrt(d))),2),^(y,n)))";
+  }
+  start[1].word = field::SCRIPT_PEN_DOWN;
+  start[1].x = 2000;
+  std::mt19937 random(5);
+  for (int round = 0; round < 12 && !testing::Test::HasFailure(); ++round) {
+    ViewSessionC session;
+    EXPECT_EQ(session.play(start), "");
+    EXPECT_EQ(session.play(toScript(makeEvents(random, 50))), "");
+    EXPECT_EQ(session.finish(), "");
+  }
+}
+
+// A whole text that comes in at once ends as when it is typed.
+TEST(Sessions, EndAlikeWithWholeTexts) {
+  std::mt19937 random(6);
+  for (int round = 0; round < 1500 && !testing::Test::HasFailure(); ++round) {
+    field::EventScriptT const start = toScript(makeEvents(random, 6));
+    field::ScriptStepS text;
+    for (auto size = 2 + random() % (round % 4 == 0 ? 60 : 9); size > 0; --size) {
+      text.text += u"ab(()) +!/^d,"[random() % 13];
+    }
+    wstring ends[2];
+    for (auto const word : {field::SCRIPT_TYPE, field::SCRIPT_INSERT}) {
+      text.word = word;
+      ViewSessionC session;
+      session.play(start);
+      EXPECT_EQ(session.play(text), "");
+      ends[word == field::SCRIPT_TYPE] = session.notation();
+    }
+    EXPECT_EQ(toBytes(ends[0]), toBytes(ends[1])) << toBytes(text.text);
+  }
+}
 
 TEST(FuzzBytes, CarryEveryText) {
   std::mt19937 random(2);

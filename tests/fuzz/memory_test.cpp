@@ -8,8 +8,8 @@
 #include <functional>
 #include <new>
 
+#include "fuzzing/allocations.h"
 #include "fuzzing/trip.h"
-#include "tests/support/allocations.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/event_script.h"
@@ -25,7 +25,6 @@ namespace {
 
 using namespace math::ved;
 using surfaces::RecordingGraphicsC;
-using tests::AllocationsS;
 
 PointerTC<RecordingGraphicsC> makeSurface() {
   return new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING);
@@ -164,7 +163,7 @@ TEST(Amplification, MemoryIsInProportion) {
 
 /// Whether the act got through with so many allocations.
 bool isDone(std::function<void()> const& act, std::size_t allocations) {
-  tests::ScarceHeapC const heap(allocations);
+  ScarceHeapC const heap(allocations);
   try {
     act();
   } catch (std::bad_alloc const&) {

@@ -10,10 +10,9 @@
 #include "tests/growth/step_count.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
-#include "tests/support/small_stack.h"
-#include "tests/support/view_stage.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/script_runner.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::tests {
@@ -33,12 +32,6 @@ constexpr unsigned long largest_size = 100000;
 constexpr unsigned long most_growth = 14;
 // Work that does not grow is not looked at closely.
 constexpr unsigned long negligible_steps = 20000;
-
-wstring repeat(unsigned long count, wstring const& text) {
-  wstring result;
-  for (unsigned long i = 0; i < count; ++i) result += text;
-  return result;
-}
 
 /// A formula of any size, in tree notation with the caret in its middle.
 struct ShapeS {

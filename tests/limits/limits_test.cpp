@@ -3,14 +3,11 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/cases.h"
-#include "tests/support/operators.h"
 #include "tests/support/small_stack.h"
-#include "tests/support/view_stage.h"
+#include "tests/support/stage.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/readable_text.h"
-#include "zolt/field/script_runner.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
@@ -24,46 +21,23 @@ using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
 using oss::PointerTC;
 using oss::wstring;
-using surfaces::RecordingGraphicsC;
 
 constexpr unsigned long most_rows = limits::max_nested_rows;
 
-EventScriptT toScript(wstring const& text) {
-  EventScriptT script;
-  unsigned long position = 0;
-  EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text);
-  return script;
-}
-
-/// A field, and a script's steps played and painted.
-class StageC {
+/// A stage for texts that are long, so that what differs is not printed.
+class LargeC : public StageC {
  public:
-  StageC()
-      : field((standardOperators(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))),
-        runner_(field) {}
-
-  bool play(EventScriptT const& script) {
-    bool taken = true;
-    for (ScriptStepS const& step : script) {
-      taken = runner_.run(step);
-      field.refView().display(0, 0);
-    }
-    return taken;
-  }
-  bool play(wstring const& text) { return play(toScript(text)); }
-  void show(wstring const& prefix) { field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix)); }
+  using StageC::play;
+  bool play(wstring const& script) { return play(toUtf8(script)); }
+  void show(wstring const& text) { StageC::show(toUtf8(text)); }
   void expectSound() {
-    Node4C const& root = field.crefView().crefRoot();
-    EXPECT_EQ(TREE_VALID, validateTree(root).invariant);
+    Node4C const& root = crefRoot();
     auto const& view = field.crefView();
+    EXPECT_EQ(TREE_VALID, validateTree(root).invariant);
     EXPECT_EQ(TREE_VALID, validatePlace(root, view.getCaretNode(), view.getCaretPos()).invariant);
-    EXPECT_GT(field.refView().getExpressionSize().x, 0);
+    EXPECT_GT(refView().getExpressionSize().x, 0);
   }
-  /// Empty when there is none.
-  wstring prefix() {
-    auto const expression = field.getExpression();
-    return expression ? expression->toPrefixString() : wstring();
-  }
+  wstring prefix() { return fromUtf8(StageC::prefix()); }
   /// Tree, caret, selection and history.
   wstring state() {
     return field.writeNotation() + (field.isEnabled(COMMAND_UNDO) ? u" undo" : u"") +
@@ -75,15 +49,25 @@ class StageC {
     EXPECT_EQ(prefix(), prefixBefore);
   }
 
-  FormulaFieldC field;
-
- private:
-  ScriptRunnerC runner_;
+  FormulaFieldC& field = refField();
 };
 
+/// Constructs in one another so that their rows nest at least so deep: every argument with a row of its own,
+/// of each operator in turn, from `first` on.
+wstring nestEveryOperator(unsigned long rows, wstring const& inside, unsigned long first = 0) {
+  auto const nestings = everyNesting();
+  wstring before, after;
+  for (unsigned long i = 0; i < rows; ++i) {
+    auto const& [head, tail] = nestings[(first + i) % nestings.size()];
+    before += head;
+    after.insert(0, tail);
+  }
+  return before + inside + after;
+}
+
 /// Every way that the whole formula leaves a field and comes into another one.
-void expectCopies(StageC& stage, wstring const& prefix) {
-  StageC other;
+void expectCopies(LargeC& stage, wstring const& prefix) {
+  LargeC other;
   wstring const notation = stage.field.writeNotation();
   EXPECT_TRUE(other.field.setNotation(notation));
   EXPECT_EQ(other.field.writeNotation(), notation);
@@ -106,7 +90,7 @@ void expectCopies(StageC& stage, wstring const& prefix) {
 /// All that is done to a formula, from loading to its end; of the commands all, or some.
 void expectUsable(wstring const& prefix, bool all) {
   SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
-  StageC stage;
+  LargeC stage;
   stage.show(prefix);
   stage.expectSound();
   EXPECT_EQ(stage.prefix(), prefix);
@@ -133,21 +117,18 @@ void expectUsable(wstring const& prefix, bool all) {
   stage.play(u"command select-all char ( command select-all op _neg command select-all cut paste");
   stage.field.record(nullptr);
   stage.expectSound();
-  StageC other;
+  LargeC other;
   other.show(prefix);
-  other.play(toScript(writeEventScript(recording)));
+  other.play(recording);
   EXPECT_EQ(other.field.writeNotation(), stage.field.writeNotation());
   stage.expectAllUndone(prefix);
 }
 
 TEST(Limits, AThousandNestedRows) {
   onSmallStack([] {
-    auto const nestings = everyNesting();
-    EXPECT_GT(nestings.size(), 20u);
-    for (auto const& [before, after] : nestings) {
-      expectUsable(nest(1000, before, u"a", after), before == u"sqrt(");
-    }
-    expectUsable(nest(250, u"+(abs(floor(ceil(sqrt(", u"a", u")))),1)"), false);
+    EXPECT_GT(everyNesting().size(), 20u);
+    expectUsable(nest(1000, u"sqrt(", u"a", u")"), true);
+    expectUsable(nestEveryOperator(1000, u"a"), false);
     expectUsable(nest(200, u"/(^(2,sin(sum(k,1,n,integral(0,log(", u"a", u",10),f,t)))),where(f,x,1))"),
                  false);
     expectUsable(nest(500, u"sqrt(_quietpos(f(^(_quietpos(", u"a", u"),2))))"), false);
@@ -157,25 +138,24 @@ TEST(Limits, AThousandNestedRows) {
 TEST(Limits, ThousandsOfNestedBrackets) {
   onSmallStack([] {
     expectUsable(nest(1000, u"_quietpos(", u"a", u")"), true);
-    for (wstring const name : {u"_quietpos(", u"!(", u"_neg("})
-      expectUsable(nest(20000, name, u"a", u")"), false);
-    for (wstring const before : {u"sin(+(1,", u"!(_quietpos(", u"^(2,not(", u"f(g(b,"}) {
-      expectUsable(nest(before[0] == u'^' ? 500 : 5000, before, u"a", u"))"), false);
+    expectUsable(nest(20000, u"_neg(", u"a", u")"), false);
+    for (wstring const before : {u"sin(+(1,", u"!(_quietpos(", u"^(2,not("}) {
+      expectUsable(nest(500, before, u"a", u"))"), false);
     }
   });
 }
 
 // Brackets without a partner, for which the formula supplies one, in one row and in rows inside one another.
 TEST(Limits, ThousandsOfSuppliedBrackets) {
-  constexpr unsigned long count = 20000;
+  constexpr unsigned long count = 8000;
   wstring const prefix = nest(count, u"_quietpos(", u"a", u")");
   onSmallStack([&] {
     for (wstring const& text : {repeat(count, u"(") + u"a", u"a" + repeat(count, u")")}) {
-      StageC stage;
+      LargeC stage;
       EXPECT_TRUE(stage.field.insertText(text));
       stage.expectSound();
       EXPECT_EQ(stage.prefix(), prefix);
-      StageC other;
+      LargeC other;
       ClipboardContentS plain;
       plain.plainText = text;
       EXPECT_EQ(other.field.paste(plain), PASTE_AS_CHARACTERS);
@@ -189,7 +169,7 @@ TEST(Limits, ThousandsOfSuppliedBrackets) {
       EXPECT_TRUE(stage.play(u"redo"));
       EXPECT_EQ(stage.prefix(), prefix);
     }
-    StageC rows;
+    LargeC rows;
     for (unsigned long row = 1; row < 1000; ++row) ASSERT_TRUE(rows.play(u"char ( op sqrt"));
     rows.play(u"char ( char a");
     rows.expectSound();
@@ -200,17 +180,13 @@ TEST(Limits, ThousandsOfSuppliedBrackets) {
 TEST(Limits, AHundredThousandItems) {
   constexpr unsigned long count = 100000;
   onSmallStack([] {
-    for (wstring const name : {u"+", u"="}) {
-      expectUsable(nest(count, name + u"(", u"a", u",b)"), false);
-    }
-    expectUsable(nest(count / 2, u"+(", u"a", u",^(x,2))"), false);
-    expectUsable(nest(count / 4, u"*(", u"a", u",/(b,c))"), false);
-    expectUsable(u"f(a" + repeat(count, u",b") + u")", false);
+    expectUsable(nest(count, u"+(", u"a", u",b)"), false);
+    expectUsable(nest(count / 10, u"*(", u"a", u",/(b,^(c,2)))"), false);
+    expectUsable(u"f(a" + repeat(count / 5, u",b") + u")", false);
     expectUsable(repeat(count, u"x"), false);
-    expectUsable(repeat(308, u"7"), false);
 
     // Larger than any number that the formula's language knows: shown, and refused with the reason.
-    StageC stage;
+    LargeC stage;
     stage.show(repeat(count, u"7"));
     stage.expectSound();
     FormulaErrorS error;
@@ -224,9 +200,9 @@ TEST(Limits, AHundredThousandItems) {
 
 TEST(Limits, WhatNestsToTheRightReadsBackFromThenOn) {
   onSmallStack([] {
-    for (wstring const name : {u"+", u"-", u"and", u"="}) {
-      StageC stage;
-      stage.show(nest(100000, name + u"(a,", u"b", u")"));
+    for (wstring const name : {u"+", u"-"}) {
+      LargeC stage;
+      stage.show(nest(20000, name + u"(a,", u"b", u")"));
       stage.expectSound();
       wstring const prefix = stage.prefix();
       EXPECT_FALSE(prefix.empty());
@@ -238,7 +214,7 @@ TEST(Limits, WhatNestsToTheRightReadsBackFromThenOn) {
 
 TEST(Limits, RowsDoNotNestDeeperWhateverIsTried) {
   onSmallStack([] {
-    StageC stage;
+    LargeC stage;
     for (unsigned long rows = 1; rows < most_rows; ++rows) ASSERT_TRUE(stage.play(u"op sqrt"));
     EXPECT_TRUE(stage.play(u"char a char b undo"));
     auto const expectRefused = [&](wstring const& script) {
@@ -293,7 +269,7 @@ TEST(Limits, RowsDoNotNestDeeperWhateverIsTried) {
 TEST(Limits, WhatIsTooDeepIsKeptAsText) {
   auto const expectKept = [](wstring const& prefix) {
     SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
-    StageC stage;
+    LargeC stage;
     stage.show(prefix);
     stage.expectSound();
     EXPECT_EQ(stage.prefix(), prefix);
@@ -312,9 +288,10 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
     stage.expectAllUndone(prefix);
   };
   onSmallStack([&] {
-    for (auto const& [before, after] : everyNesting()) {
+    for (unsigned long first = 0; first < everyNesting().size(); first += 5) {
+      wstring const prefix = nestEveryOperator(1300, u"\u22122", first);
       // A power would bind what is typed before it otherwise than it is written.
-      if (before[0] != u'^') expectKept(nest(1300, before, u"\u22122", after));
+      expectKept(prefix[0] == u'^' ? u"abs(" + prefix + u")" : prefix);
     }
     expectKept(nest(20000, u"sqrt(", u"a", u")"));
     expectKept(nest(1300, u"f(^(x,", u"a", u"))"));
@@ -329,7 +306,7 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
 // At the very limit, with exponents that operators bring along and parts that stand elsewhere too.
 TEST(Limits, TheLimitHoldsForWhateverIsInside) {
   auto const expectShown = [](PointerTC<AlgebraicExpressionC> const& expression, bool converts) {
-    StageC stage;
+    LargeC stage;
     stage.field.setExpression(expression);
     stage.expectSound();
     auto const back = stage.field.getExpression();

@@ -47,6 +47,8 @@ oss::wstring toText(std::string const& utf8) {
   return text;
 }
 
+oss::wstring fromUtf8(std::string const& text) { return utf8::utf8to16(text); }
+
 std::string toUtf8(oss::wstring const& text) {
   std::string result;
   utf8::unchecked::utf16to8(text.begin(), text.end(), std::back_inserter(result));

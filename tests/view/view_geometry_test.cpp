@@ -2,35 +2,23 @@
 
 #include <cstdlib>
 
-#include "tests/support/cases.h"
-#include "tests/support/view_stage.h"
+#include "tests/support/stage.h"
 
 namespace zolt::tests {
 namespace {
 
 using namespace math::ved;
 
-EventScriptT toScript(wstring const& text) {
-  EventScriptT script;
-  unsigned long position = 0;
-  EXPECT_TRUE(readEventScript(text, script, position)) << toUtf8(text.substr(position));
-  return script;
-}
-
-bool play(ViewStageC& stage, wstring const& script) { return stage.play(toScript(script)); }
-
 // ---- Pointer --------------------------------------------------------------------------------------------
 
 /// The nearest text and boundary, found by looking at everything.
 class NearestPlaceC {
  public:
-  NearestPlaceC(ViewStageC& stage, long x, long y) : stage_(stage), x_(x), y_(y) {
-    auto& view = stage.refView();
-    node_ = view.getCaretNode();
+  NearestPlaceC(StageC& stage, long x, long y) : x_(x), y_(y) {
+    node_ = stage.refView().getCaretNode();
     left_ = node_->getAbsolutePosition().x;
-    width_ = node_->getWidth();
-    visit(*view.crefRoot().child(0), 0, 0);
-    pos_ = findBoundary();
+    visit(*stage.crefRoot().child(0), 0, 0);
+    findBoundary(stage);
   }
 
   Node4C const* node() const { return node_; }
@@ -44,74 +32,59 @@ class NearestPlaceC {
       if (visit(*node.child(i), ax, ay)) return true;
     }
     if (node.numChildren() > 0 || node.getType() != NODE4_TEXT) return false;
-    long const w = node.getWidth();
-    long const h = node.getHeight();
-    bool const inside = ax <= x_ && x_ < ax + w && ay <= y_ && y_ < ay + h;
-    long dx = 0;
-    if (x_ < ax) dx = ax - x_;
-    if (x_ >= ax + w) dx = x_ - w - ax;
-    long dy = 0;
-    if (y_ < ay) dy = ay - y_;
-    if (y_ >= ay + h) dy = y_ - h - ay;
+    auto const distance = [](long at, long start, long size) {
+      return at < start ? start - at : std::max(at - size - start, 0L);
+    };
+    long const dx = distance(x_, ax, node.getWidth());
+    long const dy = distance(y_, ay, node.getHeight());
+    bool const inside = ax <= x_ && x_ < ax + node.getWidth() && ay <= y_ && y_ < ay + node.getHeight();
     if (!inside && dx * dx + dy * dy >= best_) return false;
     best_ = dx * dx + dy * dy;
     node_ = &node;
     left_ = ax;
-    width_ = w;
     return inside;
   }
 
-  unsigned int findBoundary() const {
+  void findBoundary(StageC& stage) {
+    if (x_ < left_) return;
     auto const size = static_cast<unsigned int>(node_->sizeText());
-    if (x_ < left_) return 0;
-    if (x_ >= left_ + width_) return size;
-    auto const& graphics = stage_.refGraphics();
-    node_->selectFont(graphics);
-    unsigned int pos = 0;
-    long best = stage_.refView().crefRoot().getWidth();
+    if (x_ >= left_ + node_->getWidth()) {
+      pos_ = size;
+      return;
+    }
+    node_->selectFont(stage.refGraphics());
+    long best = stage.crefRoot().getWidth();
     for (unsigned int i = 0; i <= size; ++i) {
-      long const d = std::labs(graphics.getTextWidth(node_->crefText().substr(0, i)) + left_ - x_);
+      long const d = std::labs(stage.refGraphics().getTextWidth(node_->crefText().substr(0, i)) + left_ - x_);
       if (d > best) break;
-      pos = i;
+      pos_ = i;
       best = d;
     }
-    return pos;
   }
 
-  ViewStageC& stage_;
   long x_;
   long y_;
   long best_ = 160000;
   Node4C const* node_ = nullptr;
   long left_ = 0;
-  long width_ = 0;
   unsigned int pos_ = 0;
 };
 
-wstring manyFractions(int count) {
-  wstring row = u"[\"a\u2038\"";
-  for (int i = 0; i < count; ++i) row += u", /<[\"b\"] ; [\"cd\"]>, \"+\"";
-  return row + u"]";
-}
-
 TEST(Pointer, FindsTheNearestText) {
-  wstring const formulas[] = {
-      u"[\"\u2038\"]",
-      u"[\"abc\u2038def\"]",
-      u"[\"\", (, \"\", (, \"a\u2038\", ), \"\", ), \"b\"]",
-      u"[\"\", AO, \"a\", ), \"\u2038\"]",
-      u"[\"x\", P[\"2\"], \"\", P[\"ab\"], \"y\u2038\"]",
-      u"[\"a\u2038\", /<[\"b\", sqrt<[\"c\"]>, \"\"] ; [\"\", nthroot<[\"3\"] ; [\"\"]>, \"d\"]>, \"\"]",
-      u"[\"\u2038\", integral<[\"a\"] ; [\"b\"] ; [\"f\", P[\"2\"], \"\"] ; [\"x\"]>, \"+\", "
-      u"sum<[\"k\"] ; [\"1\"] ; [\"n\"] ; [\"\", log<[\"2\"] ; [\"k\"]>, \"\"]>, \"\"]",
-      u"[\"\u2038\", where<[\"f\"] ; [\"x\"] ; [\"1\"]>, \"\", abs<[\"\", floor<[\"\"]>, \"\"]>, \"\", "
-      u"diff<[\"x\"] ; [\"\", ceil<[\"y\"]>, \"\"]>, \"\", error<[\"p\"] ; [\"q\"]>, \"\"]",
-      manyFractions(40),
+  std::string fractions = "[\"a‸\"";
+  for (int i = 0; i < 40; ++i) fractions += ", /<[\"b\"] ; [\"cd\"]>, \"+\"";
+  std::string const formulas[] = {
+      "[\"abc‸def\"]",
+      "[\"\", AO, \"a\", ), \"‸\"]",
+      "[\"x\", P[\"2\"], \"\", P[\"ab\"], \"y‸\"]",
+      "[\"a‸\", /<[\"b\", sqrt<[\"c\"]>, \"\"] ; [\"\", nthroot<[\"3\"] ; [\"\"]>, \"d\"]>, \"\"]",
+      "[\"‸\", integral<[\"a\"] ; [\"b\"] ; [\"f\", P[\"2\"], \"\"] ; [\"x\"]>, \"+\", "
+      "sum<[\"k\"] ; [\"1\"] ; [\"n\"] ; [\"\", log<[\"2\"] ; [\"k\"]>, \"\"]>, \"\"]",
+      fractions + "]",
   };
-  for (wstring const& formula : formulas) {
-    SCOPED_TRACE(toUtf8(formula));
-    ViewStageC stage;
-    ASSERT_TRUE(stage.setUp(formula));
+  for (std::string const& formula : formulas) {
+    SCOPED_TRACE(formula);
+    StageC stage(formula);
     auto& view = stage.refView();
     PointS const size = view.getExpressionSize();
     for (long y = -25; y <= size.y + 25; y += 3) {
@@ -119,29 +92,24 @@ TEST(Pointer, FindsTheNearestText) {
         NearestPlaceC const expected(stage, x, y);
         view.addEvent(EVENT_PEN_DOWN, 0, false, false, false, x, y);
         ASSERT_TRUE(view.getCaretNode() == expected.node() && view.getCaretPos() == expected.pos())
-            << x << "," << y << ": " << toUtf8(stage.notation());
+            << x << "," << y << ": " << stage.notation();
       }
     }
   }
 }
 
-TEST(Pointer, SurvivesFarAwayPlaces) {
-  ViewStageC stage;
-  ASSERT_TRUE(stage.setUp(u"[\"ab\u2038c\"]"));
+TEST(Pointer, MeasuresLittleInALongText) {
+  StageC stage;
+  stage.refView().insertText(wstring(20000, u'x'));
+  stage.refView().display(0, 0);
+  stage.refGraphics().resetCounts();
+  stage.play("pen down 60003 5");
+  EXPECT_EQ(stage.refView().getCaretPos(), 10001u);
+  EXPECT_LT(stage.refGraphics().getMeasureCount(), 100u);
   for (long far : {2147483647L, -2147483647L}) {
     stage.refView().addEvent(EVENT_PEN_DOWN, 0, false, false, false, 0, far);
     EXPECT_EQ(stage.refView().getCaretPos(), 0u);
   }
-}
-
-TEST(Pointer, MeasuresLittleInALongText) {
-  ViewStageC stage;
-  stage.refView().insertText(wstring(20000, u'x'));
-  stage.refView().display(0, 0);
-  stage.refGraphics().resetCounts();
-  play(stage, u"pen down 60003 5");
-  EXPECT_EQ(stage.refView().getCaretPos(), 10001u);
-  EXPECT_LT(stage.refGraphics().getMeasureCount(), 100u);
 }
 
 // ---- Rectangles -------------------------------------------------------------------------------------------
@@ -153,25 +121,21 @@ std::string toText(RectangleS const& box) {
 
 TEST(Rectangles, BoundTheCaretAndTheSelection) {
   struct {
-    wstring formula;
+    char const* formula;
     char const* caret;
     char const* selection;
   } const cases[] = {
-      {u"[\"\u2038abc\"]", "-1 0 0 10", "0 0 0 0"},
-      {u"[\"ab\u2038c\"]", "11 0 12 10", "0 0 0 0"},
-      {u"[\"a\u2691b\u2038c\"]", "11 0 12 10", "6 0 13 10"},
-      {u"[\"a\u2038b\u2691c\"]", "5 0 6 10", "6 0 13 10"},
-      {u"[\"\u2691abc\u2038\"]", "17 0 18 10", "0 0 19 10"},
-      {u"[\"x\", P[\"\u20382\"], \"\"]", "7 0 8 8", "0 0 0 0"},
-      {u"[\"x\u2691\", P[\"2\"], \"\u2038\"]", "13 3 14 13", "6 0 15 13"},
-      {u"[\"\u2691a\u2038\", /<[\"b\"] ; [\"c\"]>, \"\"]", "5 7 6 17", "0 7 7 17"},
-      {u"[\"a\", (, \"\u2691b\u2038\", ), \"\"]", "17 1 18 11", "12 1 19 11"},
-      {u"[\"a\", sqrt<[\"\u2691b\"]>, \"\u2038\"]", "21 5 22 15", "7 0 23 17"},
+      {"[\"‸abc\"]", "-1 0 0 10", "0 0 0 0"},
+      {"[\"a⚑b‸c\"]", "11 0 12 10", "6 0 13 10"},
+      {"[\"a‸b⚑c\"]", "5 0 6 10", "6 0 13 10"},
+      {"[\"x\", P[\"‸2\"], \"\"]", "7 0 8 8", "0 0 0 0"},
+      {"[\"x⚑\", P[\"2\"], \"‸\"]", "13 3 14 13", "6 0 15 13"},
+      {"[\"⚑a‸\", /<[\"b\"] ; [\"c\"]>, \"\"]", "5 7 6 17", "0 7 7 17"},
+      {"[\"a\", sqrt<[\"⚑b\"]>, \"‸\"]", "21 5 22 15", "7 0 23 17"},
   };
   for (auto const& one : cases) {
-    SCOPED_TRACE(toUtf8(one.formula));
-    ViewStageC stage;
-    ASSERT_TRUE(stage.setUp(one.formula));
+    SCOPED_TRACE(one.formula);
+    StageC stage(one.formula);
     EXPECT_EQ(toText(stage.refView().getCaretRectangle()), one.caret);
     EXPECT_EQ(toText(stage.refView().getCurrentNodeRectangle()), one.selection);
     EXPECT_EQ(stage.refView().getCurrentNodeRectangle().isNull(), std::string(one.selection) == "0 0 0 0");
@@ -179,9 +143,9 @@ TEST(Rectangles, BoundTheCaretAndTheSelection) {
 }
 
 TEST(Rectangles, AreLaidOutFirst) {
-  ViewStageC stage;
-  ASSERT_TRUE(stage.setUp(u"[\"a\u2691b\u2038c\"]"));
-  stage.refPlayer().play(toScript(u"op sqrt key right key left shift"));
+  StageC stage("[\"a⚑b‸c\"]");
+  stage.refField().insertOperator(u"sqrt");
+  stage.refField().pressKey(KEY_LEFT, true);
   RectangleS const fresh = stage.refView().getCurrentNodeRectangle();
   stage.refView().display(0, 0);
   EXPECT_EQ(toText(stage.refView().getCurrentNodeRectangle()), toText(fresh));

@@ -1,6 +1,6 @@
-#include "tests/support/script_player.h"
+#include "fuzzing/script_player.h"
 
-namespace zolt::tests {
+namespace zolt::fuzz {
 
 using namespace field;
 using math::algexpr::AlgebraicExpressionC;
@@ -88,4 +88,4 @@ bool ScriptPlayerC::pointer(EventE event, ScriptStepS const& step) {
   return view_.addEvent(event, 0, false, false, false, step.x, step.y);
 }
 
-}  // namespace zolt::tests
+}  // namespace zolt::fuzz

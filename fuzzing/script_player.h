@@ -3,7 +3,7 @@
 #include "zolt/field/event_script.h"
 #include "zolt/ved/view/view.h"
 
-namespace zolt::tests {
+namespace zolt::fuzz {
 
 using field::EventScriptT;
 using field::readEventScript;
@@ -36,4 +36,4 @@ class ScriptPlayerC {
   oss::PointerTC<math::algexpr::AlgebraicExpressionC> copied_;
 };
 
-}  // namespace zolt::tests
+}  // namespace zolt::fuzz

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-namespace zolt::tests {
+namespace zolt::fuzz {
 
 /// What this program has asked of the heap since the last `reset`. With this linked in, the program's
 /// `operator new` counts, and fails when told to.
@@ -27,4 +27,4 @@ class ScarceHeapC {
   ScarceHeapC& operator=(ScarceHeapC const&) = delete;
 };
 
-}  // namespace zolt::tests
+}  // namespace zolt::fuzz

@@ -1,4 +1,4 @@
-#include "tests/support/allocations.h"
+#include "fuzzing/allocations.h"
 
 #include <malloc.h>
 
@@ -7,7 +7,7 @@
 #include <limits>
 #include <new>
 
-namespace zolt::tests {
+namespace zolt::fuzz {
 
 namespace {
 
@@ -54,12 +54,12 @@ ScarceHeapC::ScarceHeapC(std::size_t count) { allocationsLeft = count; }
 
 ScarceHeapC::~ScarceHeapC() { allocationsLeft = plenty; }
 
-}  // namespace zolt::tests
+}  // namespace zolt::fuzz
 
 // All forms, since a sanitizer has one of its own for each. Without exceptions there is nothing else to do
 // for a program that has no memory.
 void* operator new(std::size_t size) {
-  if (void* const memory = zolt::tests::allocate(size)) return memory;
+  if (void* const memory = zolt::fuzz::allocate(size)) return memory;
 #ifdef __cpp_exceptions
   throw std::bad_alloc();
 #else
@@ -68,8 +68,8 @@ void* operator new(std::size_t size) {
 }
 
 void* operator new[](std::size_t size) { return ::operator new(size); }
-void* operator new(std::size_t size, std::nothrow_t const&) noexcept { return zolt::tests::allocate(size); }
-void operator delete(void* memory) noexcept { zolt::tests::release(memory); }
-void operator delete[](void* memory) noexcept { zolt::tests::release(memory); }
-void operator delete(void* memory, std::size_t) noexcept { zolt::tests::release(memory); }
-void operator delete[](void* memory, std::size_t) noexcept { zolt::tests::release(memory); }
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept { return zolt::fuzz::allocate(size); }
+void operator delete(void* memory) noexcept { zolt::fuzz::release(memory); }
+void operator delete[](void* memory) noexcept { zolt::fuzz::release(memory); }
+void operator delete(void* memory, std::size_t) noexcept { zolt::fuzz::release(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { zolt::fuzz::release(memory); }
