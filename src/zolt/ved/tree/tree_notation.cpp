@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -88,14 +89,8 @@ class NotationWriterC {
   }
 
   void writeCharacter(char16_t c) {
-    if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
-      static constexpr char16_t digits[] = u"0123456789ABCDEF";
-      out_ += u"\\u";
-      for (int shift = 12; shift >= 0; shift -= 4) out_ += digits[(c >> shift) & 0xF];
-      return;
-    }
-    if (c == u'"' || c == u'\\' || c == caret_mark || c == anchor_mark) out_ += u'\\';
-    out_ += c;
+    if (c == caret_mark || c == anchor_mark) out_ += u'\\';
+    oss::appendQuoted(out_, c);
   }
 
   Node4C const* caretNode_;
@@ -208,7 +203,7 @@ class NotationReaderC {
   bool readText(Node4C& node) {
     wstring& text = node.refText();
     while (position_ < text_.size()) {
-      char16_t const c = text_[position_++];
+      char16_t c = text_[position_++];
       if (c == u'"') return true;
       if (c == caret_mark) {
         tree_.caretNode = &node;
@@ -216,43 +211,18 @@ class NotationReaderC {
       } else if (c == anchor_mark) {
         tree_.anchorNode = &node;
         tree_.anchorPos = static_cast<unsigned int>(text.size());
-      } else if (c != u'\\') {
+      } else {
+        if (c == u'\\' && !oss::readEscaped(text_, position_, c)) return false;
         text += c;
-      } else if (!readEscape(text)) {
-        return false;
       }
     }
     return false;
   }
 
-  bool readEscape(wstring& text) {
-    if (position_ >= text_.size()) return false;
-    char16_t const c = text_[position_++];
-    if (c != u'u') {
-      text += c;
-      return true;
-    }
-    unsigned value = 0;
-    for (int i = 0; i < 4; ++i) {
-      if (position_ >= text_.size()) return false;
-      char16_t const digit = text_[position_];
-      if (digit >= u'0' && digit <= u'9') {
-        value = value * 16 + (digit - u'0');
-      } else if (digit >= u'A' && digit <= u'F') {
-        value = value * 16 + (digit - u'A' + 10);
-      } else {
-        return false;
-      }
-      ++position_;
-    }
-    text += static_cast<char16_t>(value);
-    return true;
-  }
-
   wstring const& text_;
   OperatorListC const& operators_;
   TreeNotationS tree_;
-  unsigned long position_ = 0;
+  std::size_t position_ = 0;
   unsigned long rows_ = 0;  // that have begun and not ended
 };
 

@@ -1,0 +1,58 @@
+#include "zolt/oss/quoted_text.h"
+
+#include <utility>
+
+namespace zolt::oss {
+
+namespace {
+
+constexpr char16_t digits[] = u"0123456789ABCDEF";
+
+}  // namespace
+
+void appendQuoted(wstring& out, char16_t c) {
+  if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
+    out += u"\\u";
+    for (int shift = 12; shift >= 0; shift -= 4) out += digits[(c >> shift) & 0xF];
+    return;
+  }
+  if (c == u'"' || c == u'\\') out += u'\\';
+  out += c;
+}
+
+bool readEscaped(wstring const& text, std::size_t& position, char16_t& c) {
+  if (position >= text.size()) return false;
+  c = text[position++];
+  if (c != u'u') return true;
+  c = 0;
+  for (std::size_t const end = position + 4; position < end; ++position) {
+    unsigned const digit = position < text.size() ? hexadecimalValue(text[position]) : 16;
+    if (digit > 15) return false;
+    c = static_cast<char16_t>(c << 4 | digit);
+  }
+  return true;
+}
+
+wstring toHexadecimal(bytestring const& bytes) {
+  wstring text;
+  for (unsigned char const byte : bytes) {
+    text += digits[byte >> 4];
+    text += digits[byte & 0xF];
+  }
+  return text;
+}
+
+bool fromHexadecimal(wstring const& text, bytestring& bytes) {
+  if (text.size() % 2 != 0) return false;
+  bytestring read;
+  for (std::size_t i = 0; i < text.size(); i += 2) {
+    unsigned const high = hexadecimalValue(text[i]);
+    unsigned const low = hexadecimalValue(text[i + 1]);
+    if (high > 15 || low > 15) return false;
+    read += static_cast<unsigned char>(high * 16 + low);
+  }
+  bytes = std::move(read);
+  return true;
+}
+
+}  // namespace zolt::oss
