@@ -15,7 +15,7 @@
 
 #include "bench/stages.h"
 #include "zolt/field/formula_field.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 
 namespace {
@@ -26,7 +26,7 @@ bool readScript(char const* path, zolt::field::EventScriptT& script) {
   std::ifstream in(path, std::ios::binary);
   std::string const text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   unsigned long position = 0;
-  return in && utf8::is_valid(text) && zolt::field::readEventScript(utf8::utf8to16(text), script, position);
+  return in && utf8::is_valid(text) && zolt::script::readEventScript(utf8::utf8to16(text), script, position);
 }
 
 bool replay(char const* path) {
@@ -41,7 +41,7 @@ bool replay(char const* path) {
     zolt::oss::PointerTC<RecordingGraphicsC> const surface(
         new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING));
     zolt::field::FormulaFieldC field(surface);
-    zolt::field::ScriptRunnerC runner(field);
+    zolt::script::ScriptRunnerC runner(field);
     std::clock_t const start = std::clock();
     for (auto const& step : script) {
       runner.run(step);

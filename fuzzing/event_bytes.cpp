@@ -7,6 +7,7 @@
 #include "fuzzing/bytes_text.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/commands.h"
+#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/view/key_code.h"
 
 namespace zolt::fuzz {
@@ -89,9 +90,9 @@ class ReaderC {
     std::size_t const length = takeLength();
     return toText(data_ + at_ - length, length);
   }
-  bytestring bytes() {
+  oss::bytestring bytes() {
     std::size_t const length = takeLength();
-    return bytestring(data_ + at_ - length, data_ + at_);
+    return oss::bytestring(data_ + at_ - length, data_ + at_);
   }
 
  private:
@@ -149,7 +150,7 @@ void readArguments(ReaderC& reader, ScriptStepS& step) {
       step.places.push_back(reader.place());
       break;
     case SCRIPT_PASTE_BYTES:
-      step.text = toHexadecimal(reader.bytes());
+      step.text = oss::toHexadecimal(reader.bytes());
       break;
     case SCRIPT_INSERT:
     case SCRIPT_PASTE_TEXT:
@@ -238,8 +239,9 @@ class WriterC {
         for (ScriptPlaceS const& place : step.places) putPlace(place);
         return;
       case SCRIPT_PASTE_BYTES: {
-        bytestring bytes;
-        fromHexadecimal(step.text, bytes);
+        oss::bytestring bytes;
+        // What is no hexadecimal text is refused as an empty one is.
+        if (!oss::fromHexadecimal(step.text, bytes)) bytes.clear();
         return putBytes(step.word, bytes);
       }
       case SCRIPT_INSERT:

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "fuzzing/targets.h"
-#include "zolt/field/event_script.h"
+#include "zolt/script/event_script.h"
 
 namespace zolt::fuzz {
 

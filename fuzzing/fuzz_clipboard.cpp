@@ -11,6 +11,7 @@
 #include "fuzzing/view_session.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
+#include "zolt/oss/quoted_text.h"
 
 namespace zolt::fuzz {
 
@@ -49,10 +50,10 @@ std::string checkClipboard(std::uint8_t const* data, std::size_t size) {
 
   field::EventScriptT script;
   unsigned long position = 0;
-  field::readEventScript(formulas[data[0] % std::size(formulas)], script, position);
+  script::readEventScript(formulas[data[0] % std::size(formulas)], script, position);
   field::ScriptStepS paste;
   paste.word = field::SCRIPT_PASTE_BYTES;
-  paste.text = field::toHexadecimal(bytes);
+  paste.text = oss::toHexadecimal(bytes);
   script.push_back(paste);
   field::EventScriptT const rest = toEvents(data + 2, events);
   script.insert(script.end(), rest.begin(), rest.end());
@@ -60,7 +61,7 @@ std::string checkClipboard(std::uint8_t const* data, std::size_t size) {
   ViewSessionC session;
   std::string fault = session.play(script);
   if (fault.empty()) fault = session.finish();
-  return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+  return fault.empty() ? fault : fault + "\n" + toBytes(script::writeEventScript(script));
 }
 
 }  // namespace zolt::fuzz

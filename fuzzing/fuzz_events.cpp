@@ -11,7 +11,7 @@ std::string checkEvents(std::uint8_t const* data, std::size_t size) {
   ViewSessionC session;
   std::string fault = session.play(script);
   if (fault.empty()) fault = session.finish();
-  return fault.empty() ? fault : fault + "\n" + toBytes(writeEventScript(script));
+  return fault.empty() ? fault : fault + "\n" + toBytes(script::writeEventScript(script));
 }
 
 }  // namespace zolt::fuzz

@@ -6,13 +6,14 @@
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
 #include "fuzzing/trip.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::fuzz {
 
 using namespace field;
+using namespace script;
 using namespace math::ved;
 using surfaces::RecordingGraphicsC;
 

@@ -14,7 +14,7 @@
 #include "fuzzing/script_player.h"
 #include "fuzzing/trip.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -24,6 +24,7 @@ namespace zolt::fuzz {
 #if defined(__cpp_exceptions) && !defined(ZOLT_BARE_CORE)
 
 using namespace field;
+using namespace script;
 using namespace math::ved;
 using surfaces::RecordingGraphicsC;
 

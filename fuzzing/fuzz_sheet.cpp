@@ -3,12 +3,13 @@
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"
 #include "zolt/field/formula_field.h"
-#include "zolt/field/sheet_text.h"
+#include "zolt/sheet/sheet_text.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 
 namespace zolt::fuzz {
 
 using namespace field;
+using namespace sheet;
 using surfaces::RecordingGraphicsC;
 
 namespace {

@@ -1,4 +1,5 @@
 #include "fuzzing/script_player.h"
+#include "zolt/oss/quoted_text.h"
 
 namespace zolt::fuzz {
 
@@ -46,7 +47,7 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
       return true;
     case SCRIPT_PASTE_BYTES: {
       oss::bytestring bytes;
-      return fromHexadecimal(step.text, bytes) && view_.paste(bytes);
+      return oss::fromHexadecimal(step.text, bytes) && view_.paste(bytes);
     }
     case SCRIPT_UNDO:
       return view_.undo();

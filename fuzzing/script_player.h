@@ -1,16 +1,16 @@
 #pragma once
 
-#include "zolt/field/event_script.h"
+#include "zolt/script/event_script.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::fuzz {
 
 using field::EventScriptT;
-using field::readEventScript;
 using field::ScriptStepS;
 using field::ScriptWordE;
-using field::writeEventScript;
 using oss::wstring;
+using script::readEventScript;
+using script::writeEventScript;
 
 /// Plays scripts on a bare view, with a clipboard of its own. What needs a field around the view is refused.
 class ScriptPlayerC {

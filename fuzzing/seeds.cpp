@@ -11,6 +11,7 @@
 #include "fuzzing/event_bytes.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/script/event_script.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/tree_notation.h"
 
@@ -86,7 +87,7 @@ std::vector<BytesT> textSeeds(bool notations) {
 field::EventScriptT readScript(std::string const& text) {
   field::EventScriptT steps;
   unsigned long position = 0;
-  field::readEventScript(toText(text), steps, position);
+  script::readEventScript(toText(text), steps, position);
   return steps;
 }
 
@@ -128,7 +129,7 @@ std::vector<BytesT> eventsSeeds() {
 std::vector<BytesT> scriptSeeds() {
   std::vector<BytesT> seeds;
   for (BytesT const& events : eventsSeeds()) {
-    seeds.push_back(toSeed(toBytes(writeEventScript(toEvents(events.data(), events.size())))));
+    seeds.push_back(toSeed(toBytes(script::writeEventScript(toEvents(events.data(), events.size())))));
   }
   return seeds;
 }

@@ -9,12 +9,15 @@
 #include "fuzzing/event_bytes.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/oss/quoted_text.h"
+#include "zolt/script/event_script.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::fuzz {
 
 using namespace field;
+using namespace script;
 
 namespace {
 
@@ -70,7 +73,7 @@ EventScriptT toSession(std::string const& target, BytesT const& input) {
   if (target == "clipboard" && input.size() > 2) {
     std::size_t const events = std::min<std::size_t>(input[1], input.size() - 2);
     auto const row = input.begin() + 2 + static_cast<long>(events);
-    EventScriptT script = toStep(SCRIPT_PASTE_BYTES, toHexadecimal(bytestring(row, input.end())));
+    EventScriptT script = toStep(SCRIPT_PASTE_BYTES, oss::toHexadecimal(bytestring(row, input.end())));
     EventScriptT const rest = toEvents(input.data() + 2, events);
     script.insert(script.end(), rest.begin(), rest.end());
     return script;

@@ -10,6 +10,7 @@
 namespace zolt::fuzz {
 
 using namespace field;
+using namespace script;
 using namespace math::ved;
 using surfaces::RecordingGraphicsC;
 

@@ -5,7 +5,7 @@
 
 #include "fuzzing/script_player.h"
 #include "fuzzing/trip.h"
-#include "zolt/field/event_script.h"
+#include "zolt/script/event_script.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/view/view.h"
 

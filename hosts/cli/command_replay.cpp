@@ -8,7 +8,7 @@
 #include "hosts/cli/standard_output.h"
 #include "hosts/cli/typesetter.h"
 #include "hosts/cli/utf8_text.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 
@@ -56,7 +56,7 @@ bool readScript(std::string const& path, field::EventScriptT& script) {
   if (!source.finish()) return false;
 
   unsigned long position = 0;
-  if (field::readEventScript(text, script, position)) return true;
+  if (script::readEventScript(text, script, position)) return true;
   auto const behind = std::upper_bound(starts.begin(), starts.end(), position);
   std::size_t const start = *(behind - 1);
   std::size_t const end = std::min(text.find(u'\n', start), text.size());
@@ -102,11 +102,11 @@ ExitStatusE run(SettingsS const& settings) {
   if (!surface) return EXIT_STATUS_FAILED;
 
   field::FormulaFieldC field(surface);
-  field::ScriptRunnerC runner(field);
+  script::ScriptRunnerC runner(field);
   StandardOutputC output;
   for (field::ScriptStepS const& step : script) {
-    field::StepReportS const report = runner.runAndReport(step);
-    if (settings.trace) output.write(toUtf8(field::writeReport(report)) + '\n');
+    script::StepReportS const report = runner.runAndReport(step);
+    if (settings.trace) output.write(toUtf8(script::writeReport(report)) + '\n');
   }
   if (!settings.output.empty()) {
     std::string error;

@@ -8,6 +8,7 @@ namespace zolt::tests {
 namespace {
 
 using namespace field;
+using namespace script;
 
 /// A line `start | script ⇒ end`, with `| refused` after it when the last step was refused; "=" is the start
 /// again. The options of what stands in view.cases are off: that is how a view behaves without a field.

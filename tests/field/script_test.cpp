@@ -10,6 +10,7 @@ namespace zolt::tests {
 namespace {
 
 using namespace field;
+using namespace script;
 using math::algexpr::AlgebraicExpressionC;
 using math::algexpr::NumberDisplayFormatE;
 

@@ -148,7 +148,8 @@ TEST(FuzzBytes, CarryEveryEvent) {
     for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
     auto const script = toEvents(bytes.data(), bytes.size());
     BytesT const again = fromEvents(script);
-    EXPECT_EQ(field::writeEventScript(toEvents(again.data(), again.size())), field::writeEventScript(script));
+    EXPECT_EQ(script::writeEventScript(toEvents(again.data(), again.size())),
+              script::writeEventScript(script));
   }
 }
 

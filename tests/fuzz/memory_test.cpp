@@ -12,9 +12,9 @@
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/event_script.h"
 #include "zolt/field/formula_field.h"
-#include "zolt/field/sheet_text.h"
+#include "zolt/script/event_script.h"
+#include "zolt/sheet/sheet_text.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/operators/operator_list_repository.h"
@@ -51,12 +51,12 @@ void readInfix(wstring const& text) {
 void readScript(wstring const& text) {
   field::EventScriptT script;
   unsigned long position = 0;
-  field::readEventScript(text, script, position);
+  script::readEventScript(text, script, position);
 }
 void readSheet(wstring const& text) {
-  field::SheetT sheet;
-  field::SheetErrorS error;
-  field::readSheet(text, sheet, error);
+  sheet::SheetT sheet;
+  sheet::SheetErrorS error;
+  sheet::readSheet(text, sheet, error);
 }
 void show(wstring const& text) {
   ViewZNT4C view(makeSurface());

@@ -11,7 +11,7 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 
@@ -19,6 +19,7 @@ namespace zolt::tests {
 namespace {
 
 using namespace field;
+using namespace script;
 using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
 using surfaces::RecordingGraphicsC;

@@ -14,7 +14,8 @@
 #include "tests/support/operators.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/oss/quoted_text.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/surfaces/typeset/font_set.h"
 #include "zolt/surfaces/typeset/typeset_graphics.h"
@@ -107,13 +108,13 @@ class DumperC {
   void dumpScript(std::string const& tree, std::string const& text) {
     field::EventScriptT script;
     unsigned long position = 0;
-    if (!field::readEventScript(fromUtf8(text), script, position)) return;
+    if (!script::readEventScript(fromUtf8(text), script, position)) return;
     startOver();
     for (auto const& one : fields_) one->setNotation(fromUtf8(tree));
     // Pointers mean the places of this surface.
-    field::ScriptRunnerC runner(*fields_[0]);
+    script::ScriptRunnerC runner(*fields_[0]);
     for (field::ScriptStepS const& step : script) {
-      std::cout << toUtf8(field::writeReport(runner.runAndReport(step))) << '\n';
+      std::cout << toUtf8(script::writeReport(runner.runAndReport(step))) << '\n';
     }
     write("after the script");
   }
@@ -149,7 +150,7 @@ class DumperC {
     std::cout << (expression ? toUtf8(expression->toPrefixString()) : "incomplete") << '\n';
     field.run(field::COMMAND_SELECT_ALL);
     field::ClipboardContentS const content = field.copy();
-    std::cout << toUtf8(field::toHexadecimal(content.bytes)) << '\n' << toUtf8(content.plainText) << '\n';
+    std::cout << toUtf8(oss::toHexadecimal(content.bytes)) << '\n' << toUtf8(content.plainText) << '\n';
   }
 
   PointerTC<RecordingGraphicsC> recording_ = new RecordingGraphicsC;

@@ -27,10 +27,10 @@
 #include "hosts/qt/desktop/sheet_view.h"
 #include "tests/qt/desktop_stage.h"
 #include "tests/qt/keys.h"
-#include "zolt/field/script_runner.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/text.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 using namespace zolt;
@@ -98,7 +98,7 @@ class DesktopTest final : public QObject {
   }
 
   void badFilesSayWhy() {
-    QByteArray const many = QByteArray("formula\n").repeated(int(field::max_sheet_lines) + 1);
+    QByteArray const many = QByteArray("formula\n").repeated(int(sheet::max_sheet_lines) + 1);
     for (auto const& [bytes, line] :
          {std::pair{QByteArray(), 1},
           {"%PDF-1.4\n", 1},
@@ -112,8 +112,8 @@ class DesktopTest final : public QObject {
           {"zolt-sheet 1\nformula a\nend 2\n", 3},
           {"zolt-sheet 1\nend 0\nformula a\n", 3},
           {"zolt-sheet 1\ntext \xff\xfe\nend 1\n", 0},
-          {"zolt-sheet 1\ntext " + QByteArray(int(field::max_sheet_text) + 1, 'x') + "\nend 1\n", 2},
-          {"zolt-sheet 1\n" + many + "end 20001\n", int(field::max_sheet_lines) + 2},
+          {"zolt-sheet 1\ntext " + QByteArray(int(sheet::max_sheet_text) + 1, 'x') + "\nend 1\n", 2},
+          {"zolt-sheet 1\n" + many + "end 20001\n", int(sheet::max_sheet_lines) + 2},
           {QByteArray(int(max_sheet_bytes) + 1, ' '), 0},
           {"zolt-sheet 1\nformula\ntree " + QByteArray("[\"\", sqrt<").repeated(5000) + "\nend 1\n", 3}}) {
       QString error;
@@ -400,9 +400,9 @@ class DesktopTest final : public QObject {
     QVERIFY(file.open(QIODevice::ReadOnly));
     field::EventScriptT script;
     unsigned long position = 0;
-    QVERIFY(field::readEventScript(qt::toWstring(QString::fromUtf8(file.readAll())), script, position));
+    QVERIFY(script::readEventScript(qt::toWstring(QString::fromUtf8(file.readAll())), script, position));
     field::FormulaFieldC field(new qt::QtGraphicsC(fonts()));
-    field::ScriptRunnerC runner(field);
+    script::ScriptRunnerC runner(field);
     QStringList trees;
     for (field::ScriptStepS const& step : script) {
       if (step.word == field::SCRIPT_TREE) trees << QString();

@@ -7,6 +7,7 @@
 namespace zolt::tests {
 
 using namespace field;
+using namespace script;
 using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
 

@@ -7,7 +7,7 @@
 #include "tests/support/operators.h"
 #include "tests/support/trees.h"
 #include "zolt/algexpr/constraints.h"
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 
 namespace zolt::tests {
@@ -46,7 +46,7 @@ class StageC {
  private:
   oss::PointerTC<surfaces::RecordingGraphicsC> graphics_;
   field::FormulaFieldC field_;
-  field::ScriptRunnerC runner_;
+  script::ScriptRunnerC runner_;
 };
 
 /// A constraint by a function of the prefix text.

@@ -64,7 +64,7 @@ void Recorder::follow(qt::FormulaEdit* formula) {
 
 void Recorder::write() {
   if (script_.empty()) return;
-  QByteArray const text = qt::toQString(field::writeEventScript(script_)).toUtf8();
+  QByteArray const text = qt::toQString(script::writeEventScript(script_)).toUtf8();
   script_.clear();
   if (file_->write(text) != text.size() || !file_->flush()) failed_ = true;
 }

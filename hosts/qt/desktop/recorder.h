@@ -5,7 +5,7 @@
 #include <QTimer>
 #include <memory>
 
-#include "zolt/field/event_script.h"
+#include "zolt/script/event_script.h"
 
 class QFile;
 

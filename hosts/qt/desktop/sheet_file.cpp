@@ -6,8 +6,8 @@
 #include <QStringDecoder>
 
 #include "hosts/qt/desktop/file_replacement.h"
-#include "zolt/field/sheet_text.h"
 #include "zolt/qt/text.h"
+#include "zolt/sheet/sheet_text.h"
 
 namespace zolt::desktop {
 
@@ -18,29 +18,29 @@ namespace {
 
 QString tr(char const* text) { return QCoreApplication::translate("zolt::desktop::SheetFile", text); }
 
-constexpr LineKind toLineKind(field::SheetLineKindE kind) {
-  if (kind == field::SHEET_FORMULA) return LineKind::Formula;
-  return kind == field::SHEET_TEXT ? LineKind::Text : LineKind::Heading;
+constexpr LineKind toLineKind(sheet::SheetLineKindE kind) {
+  if (kind == sheet::SHEET_FORMULA) return LineKind::Formula;
+  return kind == sheet::SHEET_TEXT ? LineKind::Text : LineKind::Heading;
 }
 
-constexpr field::SheetLineKindE toKind(LineKind kind) {
-  if (kind == LineKind::Formula) return field::SHEET_FORMULA;
-  return kind == LineKind::Text ? field::SHEET_TEXT : field::SHEET_HEADING;
+constexpr sheet::SheetLineKindE toKind(LineKind kind) {
+  if (kind == LineKind::Formula) return sheet::SHEET_FORMULA;
+  return kind == LineKind::Text ? sheet::SHEET_TEXT : sheet::SHEET_HEADING;
 }
 
-SheetLine toLine(field::SheetLineS const& line) {
+SheetLine toLine(sheet::SheetLineS const& line) {
   return {toLineKind(line.kind), toQString(line.text), toQString(line.prefix), toQString(line.tree)};
 }
 
-Sheet toSheet(field::SheetT const& lines) {
+Sheet toSheet(sheet::SheetT const& lines) {
   Sheet sheet;
   sheet.reserve(qsizetype(lines.size()));
-  for (field::SheetLineS const& line : lines) sheet.push_back(toLine(line));
+  for (sheet::SheetLineS const& line : lines) sheet.push_back(toLine(line));
   return sheet;
 }
 
-field::SheetT toLines(Sheet const& sheet) {
-  field::SheetT lines;
+sheet::SheetT toLines(Sheet const& sheet) {
+  sheet::SheetT lines;
   lines.reserve(std::size_t(sheet.size()));
   for (SheetLine const& line : sheet) {
     lines.push_back({toKind(line.kind), toWstring(line.text), toWstring(line.prefix), toWstring(line.tree)});
@@ -57,24 +57,24 @@ std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error) {
     error = tr("The file is no text in UTF-8");
     return std::nullopt;
   }
-  field::SheetT lines;
-  field::SheetErrorS cause;
-  if (!field::readSheet(toWstring(text), lines, cause)) {
-    error = toQString(field::describe(cause));
+  sheet::SheetT lines;
+  sheet::SheetErrorS cause;
+  if (!sheet::readSheet(toWstring(text), lines, cause)) {
+    error = toQString(sheet::describe(cause));
     return std::nullopt;
   }
   return toSheet(lines);
 }
 
 std::optional<Sheet> salvageSheet(QByteArray const& bytes) {
-  field::SheetT lines;
-  if (bytes.size() > max_sheet_bytes || !field::salvageSheet(toWstring(QString::fromUtf8(bytes)), lines)) {
+  sheet::SheetT lines;
+  if (bytes.size() > max_sheet_bytes || !sheet::salvageSheet(toWstring(QString::fromUtf8(bytes)), lines)) {
     return std::nullopt;
   }
   return toSheet(lines);
 }
 
-QByteArray writeSheet(Sheet const& sheet) { return toQString(field::writeSheet(toLines(sheet))).toUtf8(); }
+QByteArray writeSheet(Sheet const& sheet) { return toQString(sheet::writeSheet(toLines(sheet))).toUtf8(); }
 
 std::optional<QByteArray> readSheetFile(QString const& path, QString& error) {
   QFile file(path);
@@ -102,9 +102,9 @@ std::optional<Sheet> loadSheet(QString const& path, QString& error) {
 }
 
 bool saveSheet(QString const& path, Sheet const& sheet, QString& error) {
-  field::SheetT const lines = toLines(sheet);
+  sheet::SheetT const lines = toLines(sheet);
   QByteArray const bytes =
-      field::isWithinLimits(lines) ? toQString(field::writeSheet(lines)).toUtf8() : QByteArray();
+      sheet::isWithinLimits(lines) ? toQString(sheet::writeSheet(lines)).toUtf8() : QByteArray();
   if (bytes.isEmpty() || bytes.size() > max_sheet_bytes) {
     error = tr("The sheet is too large: it could not be opened again");
     return false;
@@ -113,7 +113,7 @@ bool saveSheet(QString const& path, Sheet const& sheet, QString& error) {
 }
 
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree) {
-  return toLine(field::makeFormulaLine(toWstring(prefix), toWstring(tree)));
+  return toLine(sheet::makeFormulaLine(toWstring(prefix), toWstring(tree)));
 }
 
 }  // namespace zolt::desktop

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "hosts/qt/desktop/sheet.h"
-#include "zolt/field/sheet_text.h"
+#include "zolt/sheet/sheet_text.h"
 
 namespace zolt::desktop {
 
@@ -15,7 +15,7 @@ namespace zolt::desktop {
 constexpr char sheet_suffix[] = "zved";
 
 /// What a file may hold at most; more is refused before it takes memory.
-constexpr qint64 max_sheet_bytes = field::max_sheet_characters;
+constexpr qint64 max_sheet_bytes = sheet::max_sheet_characters;
 
 /// Nothing, with `error` naming the line and what is wrong with it, when the bytes are no sheet.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);

@@ -8,8 +8,8 @@
 #include <QTimer>
 
 #include "hosts/qt/desktop/sheet_file.h"
-#include "zolt/field/sheet_text.h"
 #include "zolt/qt/formula_edit.h"
+#include "zolt/sheet/sheet_text.h"
 
 namespace zolt::desktop {
 
@@ -69,7 +69,7 @@ void SheetRow::makeFormula(SheetLine const& line) {
 
 void SheetRow::makeText(SheetLine const& line) {
   text_ = new QLineEdit(this);
-  text_->setMaxLength(int(field::max_sheet_text));
+  text_->setMaxLength(int(sheet::max_sheet_text));
   text_->setText(line.text);
   text_->setFrame(false);
   text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));

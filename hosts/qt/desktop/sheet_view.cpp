@@ -10,8 +10,8 @@
 #include <algorithm>
 
 #include "hosts/qt/desktop/sheet_commands.h"
-#include "zolt/field/sheet_text.h"
 #include "zolt/qt/formula_edit.h"
+#include "zolt/sheet/sheet_text.h"
 
 namespace zolt::desktop {
 
@@ -227,8 +227,8 @@ void SheetView::enterFirstFormula() {
 // ---- Edits ------------------------------------------------------------------------------------------------
 
 void SheetView::insertBelow(SheetLine const& line) {
-  if (std::size_t(rows_.size()) >= field::max_sheet_lines) {
-    emit errorOccurred(tr("A sheet has %1 lines at most").arg(field::max_sheet_lines));
+  if (std::size_t(rows_.size()) >= sheet::max_sheet_lines) {
+    emit errorOccurred(tr("A sheet has %1 lines at most").arg(sheet::max_sheet_lines));
     return;
   }
   SheetRow* const row = makeRow(line);

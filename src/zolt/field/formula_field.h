@@ -9,9 +9,9 @@
 #include "zolt/field/caret_motion.h"
 #include "zolt/field/clipboard.h"
 #include "zolt/field/commands.h"
-#include "zolt/field/event_script.h"
 #include "zolt/field/input_options.h"
 #include "zolt/field/place.h"
+#include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/convert/error_selection.h"
@@ -106,6 +106,8 @@ class FormulaFieldC {
   /// Puts the selection's ends, or the caret, to other places, as assistive technology does. False, with
   /// nothing changed, when one of them is no place of the formula.
   bool setSelection(SelectionS selection);
+  /// The place that a recorded step names; null when the formula has none there.
+  PlaceS findPlace(ScriptPlaceS const& place) const;
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
   /// Whether `run` would do anything now.

@@ -1,5 +1,6 @@
 #include "zolt/field/detail/act.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/oss/quoted_text.h"
 
 namespace zolt::field {
 
@@ -8,7 +9,7 @@ namespace {
 ScriptStepS stepOfPaste(ClipboardContentS const& content, ClipboardFormE form) {
   switch (form) {
     case CLIPBOARD_BYTES:
-      return makeStep(SCRIPT_PASTE_BYTES, toHexadecimal(content.bytes));
+      return makeStep(SCRIPT_PASTE_BYTES, oss::toHexadecimal(content.bytes));
     case CLIPBOARD_PREFIX:
       return makeStep(SCRIPT_PASTE_PREFIX, content.prefix);
     case CLIPBOARD_PLAIN_TEXT:

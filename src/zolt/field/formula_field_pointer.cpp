@@ -112,6 +112,12 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   return group.end(done);
 }
 
+PlaceS FormulaFieldC::findPlace(ScriptPlaceS const& place) const {
+  Node4C const* const node = nodeAt(view_.crefRoot(), place.path);
+  if (!node || node->getType() != NODE4_TEXT || place.pos > node->sizeText()) return {};
+  return {node, static_cast<unsigned int>(place.pos)};
+}
+
 bool FormulaFieldC::setSelection(SelectionS selection) {
   if (!selection.anchor || !selection.caret) return false;
   ScriptStepS step = makeStep(SCRIPT_SELECT);

@@ -5,9 +5,9 @@
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/detail/blind_graphics.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/tree_notation.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // What is too large for one formula and its editor. Limits of a file format or of a picture stand with it
-// (zolt/field/sheet_text.h, zolt/surfaces/cairo/cairo_graphics.h).
+// (zolt/sheet/sheet_text.h, zolt/surfaces/cairo/cairo_graphics.h).
 namespace zolt::math::ved::limits {
 
 /// How many rows may stand inside one another, the root's row included. An edit that would nest deeper is

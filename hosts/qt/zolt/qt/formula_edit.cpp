@@ -13,7 +13,7 @@
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/qt/formula_mime.h"
 #include "zolt/qt/text.h"
-#include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -32,8 +32,6 @@ void provideStandardOperators() {
   if (operators->crefByName().empty()) catalogue::registerStandardOperators(*operators);
 }
 
-oss::PointerTC<math::ved::GraphicsABC> makeBlindSurface() { return new surfaces::RecordingGraphicsC; }
-
 }  // namespace
 
 // ---- State ------------------------------------------------------------------------------------------------
@@ -47,7 +45,7 @@ FormulaEdit::StateS::StateS(FormulaEdit& owner) : edit(owner) {
     graphics->onInvalidate([this] { edit.update(); });
     surface = graphics;
   } else {
-    surface = makeBlindSurface();
+    surface = new math::ved::BlindGraphicsC;
   }
   field = std::make_unique<field::FormulaFieldC>(surface);
   clipboard = new SystemClipboardC(fonts);
@@ -128,7 +126,7 @@ void FormulaEdit::StateS::change(std::function<void()> const& action) {
 void FormulaEdit::StateS::examine() {
   if (examined) return;
   examined = true;
-  field::FormulaFieldC copy(makeBlindSurface());
+  field::FormulaFieldC copy(new math::ved::BlindGraphicsC);
   copy.setOptions(field->getOptions());
   copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
   field::FormulaErrorS error;
@@ -138,7 +136,7 @@ void FormulaEdit::StateS::examine() {
 }
 
 field::ClipboardContentS FormulaEdit::StateS::wholeContent() {
-  field::FormulaFieldC copy(makeBlindSurface());
+  field::FormulaFieldC copy(new math::ved::BlindGraphicsC);
   copy.setOptions(field->getOptions());
   copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
   copy.run(field::COMMAND_SELECT_ALL);

@@ -8,7 +8,7 @@
 #include "zolt/algexpr/constraints.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/field/commands.h"
-#include "zolt/field/event_script.h"
+#include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
 
 class QMenu;

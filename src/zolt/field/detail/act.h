@@ -81,11 +81,4 @@ class FormulaFieldC::GroupC {
 
 inline ScriptPlaceS toScriptPlace(PlaceS place) { return {detail::pathOf(*place.node), place.pos}; }
 
-inline ScriptStepS makeStep(ScriptWordE word, wstring text = {}) {
-  ScriptStepS step;
-  step.word = word;
-  step.text = std::move(text);
-  return step;
-}
-
 }  // namespace zolt::field

@@ -1,11 +1,14 @@
-#include "zolt/field/event_script.h"
+#include "zolt/script/event_script.h"
 
 #include <algorithm>
 #include <iterator>
 
+#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/view/key_code.h"
 
-namespace zolt::field {
+namespace zolt::script {
+
+using namespace field;
 
 namespace {
 
@@ -63,22 +66,13 @@ constexpr KeyS keys[] = {
 /// By their values.
 constexpr char16_t const* formats[] = {u"automatic", u"fixed", u"scientific", u"engineering"};
 
-constexpr char16_t digits[] = u"0123456789ABCDEF";
-
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
-
-unsigned digitOf(char16_t c) {
-  if (c >= u'0' && c <= u'9') return c - unsigned{u'0'};
-  if (c >= u'A' && c <= u'F') return c - unsigned{u'A'} + 10;
-  if (c >= u'a' && c <= u'f') return c - unsigned{u'a'} + 10;
-  return 16;
-}
 
 bool readNumber(wstring const& word, unsigned base, unsigned long& value) {
   constexpr unsigned long largest = 0xFFFFFFFF;
   value = 0;
   for (char16_t const c : word) {
-    unsigned const digit = digitOf(c);
+    unsigned const digit = oss::hexadecimalValue(c);
     if (digit >= base || value > (largest - digit) / base) return false;
     value = value * base + digit;
   }
@@ -255,16 +249,7 @@ class ScriptReaderC {
     while (at_ < text_.size()) {
       char16_t c = text_[at_++];
       if (c == u'"') return true;
-      if (c == u'\\') {
-        if (at_ == text_.size()) return false;
-        c = text_[at_++];
-        if (c == u'u') {
-          unsigned long code = 0;
-          if (text_.size() - at_ < 4 || !readNumber(text_.substr(at_, 4), 16, code)) return false;
-          at_ += 4;
-          c = static_cast<char16_t>(code);
-        }
-      }
+      if (c == u'\\' && !oss::readEscaped(text_, at_, c)) return false;
       text += c;
     }
     return false;
@@ -277,7 +262,7 @@ class ScriptReaderC {
 void appendNumber(wstring& out, unsigned long value, unsigned base = 10) {
   wstring reversed;
   do {
-    reversed += digits[value % base];
+    reversed += u"0123456789ABCDEF"[value % base];
     value /= base;
   } while (value > 0);
   out.append(reversed.rbegin(), reversed.rend());
@@ -291,15 +276,7 @@ void appendCoordinate(wstring& out, long value) {
 
 void appendText(wstring& out, wstring const& text) {
   out += u'"';
-  for (char16_t const c : text) {
-    if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
-      out += u"\\u";
-      for (int shift = 12; shift >= 0; shift -= 4) out += digits[(c >> shift) & 0xF];
-      continue;
-    }
-    if (c == u'"' || c == u'\\') out += u'\\';
-    out += c;
-  }
+  for (char16_t const c : text) oss::appendQuoted(out, c);
   out += u'"';
 }
 
@@ -426,26 +403,4 @@ wstring writeEventScript(EventScriptT const& script) {
   return out;
 }
 
-wstring toHexadecimal(bytestring const& bytes) {
-  wstring text;
-  for (unsigned char const byte : bytes) {
-    text += digits[byte >> 4];
-    text += digits[byte & 0xF];
-  }
-  return text;
-}
-
-bool fromHexadecimal(wstring const& text, bytestring& bytes) {
-  if (text.size() % 2 != 0) return false;
-  bytestring read;
-  for (std::size_t i = 0; i < text.size(); i += 2) {
-    unsigned const high = digitOf(text[i]);
-    unsigned const low = digitOf(text[i + 1]);
-    if (high > 15 || low > 15) return false;
-    read += static_cast<unsigned char>(high * 16 + low);
-  }
-  bytes = std::move(read);
-  return true;
-}
-
-}  // namespace zolt::field
+}  // namespace zolt::script

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "zolt/field/event_script.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/script/event_script.h"
 
-namespace zolt::field {
+namespace zolt::script {
 
 /// What a step of a script did.
 struct StepReportS {
@@ -15,7 +15,7 @@ struct StepReportS {
 /// Plays event scripts on a formula field, which is left with a clipboard of its own.
 class ScriptRunnerC {
  public:
-  explicit ScriptRunnerC(FormulaFieldC& field);
+  explicit ScriptRunnerC(field::FormulaFieldC& field);
 
   bool run(ScriptStepS const& step);
   /// The last step's answer; true for an empty script.
@@ -24,15 +24,15 @@ class ScriptRunnerC {
 
  private:
   bool show(ScriptStepS const& step);
-  bool paste(ClipboardContentS const& content);
+  bool paste(field::ClipboardContentS const& content);
   bool set(wstring const& option, bool on);
   /// Null when the step has no such place, or the formula.
-  PlaceS find(ScriptStepS const& step, std::size_t number) const;
+  field::PlaceS find(ScriptStepS const& step, std::size_t number) const;
 
-  FormulaFieldC& field_;
+  field::FormulaFieldC& field_;
 };
 
 /// `char a → ["a‸"]`, with "refused" behind it when the step was.
 wstring writeReport(StepReportS const& report);
 
-}  // namespace zolt::field
+}  // namespace zolt::script

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <utility>
 #include <vector>
 
 #include "zolt/algexpr/number_display_format.h"
@@ -7,11 +8,10 @@
 
 namespace zolt::field {
 
-using oss::bytestring;
 using oss::wstring;
 
-// What a person and a host do to a formula field or a view, as lines of text: for tests, fuzz seeds, benches,
-// recordings and bug reports. docs/event-scripts.md describes the format.
+// What a person and a host do to a formula field or a view, as values: the field records them, and
+// zolt/script/ reads, writes and plays them. docs/event-scripts.md describes the steps.
 
 enum ScriptWordE {
   SCRIPT_CHAR,          ///< `char a`, `char U+0028`: a typed character
@@ -65,17 +65,11 @@ struct ScriptStepS {
 
 using EventScriptT = std::vector<ScriptStepS>;
 
-/// Reads steps separated by blanks or line ends; a line that starts with "#" is a comment. On failure false,
-/// with `script` untouched and `position` at the step that could not be read.
-bool readEventScript(wstring const& text, EventScriptT& script, unsigned long& position);
-
-/// The script as it reads back, a line for each step, every one ended by "\n".
-wstring writeEventScript(EventScriptT const& script);
-/// One step, without the line end.
-wstring writeScriptStep(ScriptStepS const& step);
-
-wstring toHexadecimal(bytestring const& bytes);
-/// False when `text` is no sequence of pairs of hexadecimal digits.
-bool fromHexadecimal(wstring const& text, bytestring& bytes);
+inline ScriptStepS makeStep(ScriptWordE word, wstring text = {}) {
+  ScriptStepS step;
+  step.word = word;
+  step.text = std::move(text);
+  return step;
+}
 
 }  // namespace zolt::field

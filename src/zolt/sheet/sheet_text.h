@@ -4,7 +4,7 @@
 
 #include "zolt/oss/wstring.h"
 
-namespace zolt::field {
+namespace zolt::sheet {
 
 using oss::wstring;
 
@@ -71,4 +71,4 @@ wstring writeSheet(SheetT const& sheet);
 /// The line of a formula: `tree` is left out when the expression alone would show the same.
 SheetLineS makeFormulaLine(wstring const& prefix, wstring const& tree);
 
-}  // namespace zolt::field
+}  // namespace zolt::sheet

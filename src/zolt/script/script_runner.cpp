@@ -1,11 +1,11 @@
-#include "zolt/field/script_runner.h"
+#include "zolt/script/script_runner.h"
 
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/oss/quoted_text.h"
 
-namespace zolt::field {
+namespace zolt::script {
 
+using namespace field;
 using math::algexpr::AlgebraicExpressionC;
-using math::ved::Node4C;
 
 ScriptRunnerC::ScriptRunnerC(FormulaFieldC& field) : field_(field) {
   field_.setClipboard(new MemoryClipboardC);
@@ -56,7 +56,7 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
       content.prefix = step.text;
       return paste(content);
     case SCRIPT_PASTE_BYTES:
-      return fromHexadecimal(step.text, content.bytes) && paste(content);
+      return oss::fromHexadecimal(step.text, content.bytes) && paste(content);
     case SCRIPT_UNDO:
       return field_.run(COMMAND_UNDO);
     case SCRIPT_REDO:
@@ -118,10 +118,7 @@ bool ScriptRunnerC::set(wstring const& option, bool on) {
 
 PlaceS ScriptRunnerC::find(ScriptStepS const& step, std::size_t number) const {
   if (number >= step.places.size()) return {};
-  ScriptPlaceS const& place = step.places[number];
-  Node4C const* const node = detail::nodeAt(field_.crefView().crefRoot(), place.path);
-  if (!node || node->getType() != math::ved::NODE4_TEXT || place.pos > node->sizeText()) return {};
-  return {node, static_cast<unsigned int>(place.pos)};
+  return field_.findPlace(step.places[number]);
 }
 
 wstring writeReport(StepReportS const& report) {
@@ -130,4 +127,4 @@ wstring writeReport(StepReportS const& report) {
   return line;
 }
 
-}  // namespace zolt::field
+}  // namespace zolt::script

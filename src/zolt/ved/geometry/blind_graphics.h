@@ -2,13 +2,11 @@
 
 #include "zolt/ved/geometry/graphics.h"
 
-namespace zolt::field::detail {
+namespace zolt::math::ved {
 
 /// A surface on which everything has no size, for formulas that nobody looks at.
-class BlindGraphicsC final : public math::ved::GraphicsABC {
+class BlindGraphicsC final : public GraphicsABC {
  public:
-  ~BlindGraphicsC() override;
-
   void invalidate() const override {}
   void getTextExtent(oss::wstring const&, long& width, long& height, long& midHeight) const override {
     width = height = midHeight = 0;
@@ -27,4 +25,4 @@ class BlindGraphicsC final : public math::ved::GraphicsABC {
   void selectFont(unsigned long) const override {}
 };
 
-}  // namespace zolt::field::detail
+}  // namespace zolt::math::ved

@@ -1,19 +1,13 @@
-#include "zolt/field/sheet_text.h"
+#include "zolt/sheet/sheet_text.h"
 
 #include <string_view>
 #include <utility>
 
-#include "zolt/field/detail/blind_graphics.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 
-namespace zolt::field {
-
-namespace detail {
-
-BlindGraphicsC::~BlindGraphicsC() = default;
-
-}  // namespace detail
+namespace zolt::sheet {
 
 namespace {
 
@@ -27,7 +21,7 @@ constexpr unsigned long no_number = ~0ul;
 /// Tries formulas before anybody shows them.
 class FormulaTrialC {
  public:
-  FormulaTrialC() : field_(new detail::BlindGraphicsC) {}
+  FormulaTrialC() : field_(new math::ved::BlindGraphicsC) {}
 
   bool show(wstring const& prefix) {
     auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
@@ -53,7 +47,7 @@ class FormulaTrialC {
   }
 
  private:
-  FormulaFieldC field_;
+  field::FormulaFieldC field_;
 };
 
 unsigned long toNumber(TextViewT digits) {
@@ -289,4 +283,4 @@ SheetLineS makeFormulaLine(wstring const& prefix, wstring const& tree) {
   return FormulaTrialC().makeLine(prefix, tree);
 }
 
-}  // namespace zolt::field
+}  // namespace zolt::sheet
