@@ -36,6 +36,7 @@
 #include "zolt/ved/geometry/point.h"
 #include "zolt/ved/geometry/rectangle.h"
 #include "zolt/ved/limits.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_abs.h"
 #include "zolt/ved/operators/operator_binary_infix.h"

@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_abs.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -12,7 +11,7 @@ OperatorAbsC::OperatorAbsC(wstring const& name, wstring const& text, bool coreEl
 OperatorAbsC::~OperatorAbsC() = default;
 
 std::pair<Node4C*, int> OperatorAbsC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0}, stack);
 }
 
 void OperatorAbsC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
@@ -31,7 +30,7 @@ void OperatorAbsC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, lo
   graphics.drawVerticalLine(x + width - 1, y, height);
 }
 
-bool OperatorAbsC::runOperator(ViewZNT4C& view) const { return detail::insertEnclosure(*this, view); }
+bool OperatorAbsC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }
 
 bool OperatorAbsC::hasOwnRow(unsigned long) const { return true; }
 

@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_ceil.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/operators/detail/serif_bars.h"
 
 namespace zolt::math::ved {
@@ -12,7 +11,7 @@ OperatorCeilC::OperatorCeilC(wstring const& name, wstring const& text, bool core
 OperatorCeilC::~OperatorCeilC() = default;
 
 std::pair<Node4C*, int> OperatorCeilC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0}, stack);
 }
 
 void OperatorCeilC::layoutNode4(Node4C* node, GraphicsABC const&) const {
@@ -24,7 +23,7 @@ void OperatorCeilC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, l
   detail::drawSerifBars(graphics, {x, y}, width, height, detail::SERIFS_AT_TOP);
 }
 
-bool OperatorCeilC::runOperator(ViewZNT4C& view) const { return detail::insertEnclosure(*this, view); }
+bool OperatorCeilC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }
 
 bool OperatorCeilC::hasOwnRow(unsigned long) const { return true; }
 

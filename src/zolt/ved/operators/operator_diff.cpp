@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_diff.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -13,7 +12,7 @@ OperatorDiffC::OperatorDiffC(wstring const& name, wstring const& text, int prece
 OperatorDiffC::~OperatorDiffC() = default;
 
 std::pair<Node4C*, int> OperatorDiffC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0, 1}, stack);
 }
 
 wstring OperatorDiffC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
@@ -49,7 +48,7 @@ void OperatorDiffC::displayNode4(Node4C* node, GraphicsABC const& graphics, long
                            expression->getHeight(), true);
 }
 
-bool OperatorDiffC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 1, 0); }
+bool OperatorDiffC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
 
 bool OperatorDiffC::hasOwnRow(unsigned long) const { return true; }
 

@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator_div.h"
 
 #include <memory>
+#include "zolt/ved/operators/construct.h"
 
 #include "zolt/ved/operators/detail/operand_search.h"
 #include "zolt/ved/operators/detail/operands.h"
@@ -91,7 +92,7 @@ OperatorDivC::OperatorDivC(wstring const& name, wstring const& text, bool coreEl
 OperatorDivC::~OperatorDivC() = default;
 
 std::pair<Node4C*, int> OperatorDivC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {1, 0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {1, 0}, stack);
 }
 
 void OperatorDivC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {

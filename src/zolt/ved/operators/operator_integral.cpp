@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_integral.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -21,7 +20,7 @@ OperatorIntegralC::~OperatorIntegralC() = default;
 
 std::pair<Node4C*, int> OperatorIntegralC::fromAlgebraicNode(algexpr::NodeABC&,
                                                              ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {3, 2, 1, 0}, stack);
 }
 
 void OperatorIntegralC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
@@ -70,9 +69,7 @@ void OperatorIntegralC::displayNode4(Node4C* node, GraphicsABC const& graphics, 
                     y + midHeight - textMidHeight);
 }
 
-bool OperatorIntegralC::runOperator(ViewZNT4C& view) const {
-  return detail::insertConstruct(*this, view, 2, 0);
-}
+bool OperatorIntegralC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 2, 0); }
 
 bool OperatorIntegralC::hasOwnRow(unsigned long) const { return true; }
 

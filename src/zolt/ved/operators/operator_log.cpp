@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_log.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -13,7 +12,7 @@ OperatorLogC::OperatorLogC(wstring const& name, wstring const& text, int precede
 OperatorLogC::~OperatorLogC() = default;
 
 std::pair<Node4C*, int> OperatorLogC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0, 1}, stack);
 }
 
 wstring OperatorLogC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
@@ -46,7 +45,7 @@ void OperatorLogC::displayNode4(Node4C* node, GraphicsABC const& graphics, long 
                            argument->getHeight(), true);
 }
 
-bool OperatorLogC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 1, 0); }
+bool OperatorLogC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
 
 bool OperatorLogC::hasOwnRow(unsigned long) const { return true; }
 

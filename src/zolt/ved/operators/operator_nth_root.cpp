@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_nth_root.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -21,7 +20,7 @@ OperatorNthRootC::~OperatorNthRootC() = default;
 
 std::pair<Node4C*, int> OperatorNthRootC::fromAlgebraicNode(algexpr::NodeABC&,
                                                             ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0, 1}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0, 1}, stack);
 }
 
 wstring OperatorNthRootC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
@@ -59,9 +58,7 @@ void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, l
   graphics.drawHorizontalLine(stroke, top, margin + radicand->getWidth() + 1);
 }
 
-bool OperatorNthRootC::runOperator(ViewZNT4C& view) const {
-  return detail::insertConstruct(*this, view, 1, 0);
-}
+bool OperatorNthRootC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
 
 bool OperatorNthRootC::hasOwnRow(unsigned long) const { return true; }
 

@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_sigma.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -25,7 +24,7 @@ OperatorSigmaC::OperatorSigmaC(wstring const& name, wstring const& text, bool co
 OperatorSigmaC::~OperatorSigmaC() = default;
 
 std::pair<Node4C*, int> OperatorSigmaC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {3, 2, 1, 0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {3, 2, 1, 0}, stack);
 }
 
 void OperatorSigmaC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
@@ -87,7 +86,7 @@ void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
                            summand->getHeight(), true);
 }
 
-bool OperatorSigmaC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 3, 0); }
+bool OperatorSigmaC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 3, 0); }
 
 bool OperatorSigmaC::hasOwnRow(unsigned long) const { return true; }
 

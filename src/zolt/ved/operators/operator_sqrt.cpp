@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_sqrt.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -20,7 +19,7 @@ OperatorSqrtC::OperatorSqrtC(wstring const& name, wstring const& text, bool core
 OperatorSqrtC::~OperatorSqrtC() = default;
 
 std::pair<Node4C*, int> OperatorSqrtC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {0}, stack);
 }
 
 void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
@@ -44,7 +43,7 @@ void OperatorSqrtC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, l
   graphics.drawHorizontalLine(stroke, y, width - tick);
 }
 
-bool OperatorSqrtC::runOperator(ViewZNT4C& view) const { return detail::insertEnclosure(*this, view); }
+bool OperatorSqrtC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }
 
 bool OperatorSqrtC::hasOwnRow(unsigned long) const { return true; }
 

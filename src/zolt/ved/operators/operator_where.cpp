@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_where.h"
 
-#include "zolt/ved/operators/detail/enclosure.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -18,7 +17,7 @@ OperatorWhereC::OperatorWhereC(wstring const& name, wstring const& text, bool co
 OperatorWhereC::~OperatorWhereC() = default;
 
 std::pair<Node4C*, int> OperatorWhereC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return {detail::makeConstruct(*this, {2, 1, 0}, stack).release(), getPrecedence()};
+  return makeConstruct(*this, {2, 1, 0}, stack);
 }
 
 void OperatorWhereC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
@@ -65,7 +64,7 @@ void OperatorWhereC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
                     y + value->getDY() + value->getMidHeight() - textMidHeight);
 }
 
-bool OperatorWhereC::runOperator(ViewZNT4C& view) const { return detail::insertConstruct(*this, view, 0, 1); }
+bool OperatorWhereC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 0, 1); }
 
 bool OperatorWhereC::hasOwnRow(unsigned long) const { return true; }
 

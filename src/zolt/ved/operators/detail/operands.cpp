@@ -23,13 +23,6 @@ std::pair<NodeT, int> popOperand(ConversionStackT& stack) {
 
 NodeT popRow(ConversionStackT& stack) { return toRow(popOperand(stack).first); }
 
-NodeT makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
-                    ConversionStackT& stack) {
-  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), rows.size());
-  for (unsigned long row : rows) node->setChild(row, popRow(stack).release());
-  return node;
-}
-
 NodeT bracket(NodeT operand) {
   NodeT row = toRow(std::move(operand));
   row->insertChild(0, makeItem(NODE4_OPEN).release());

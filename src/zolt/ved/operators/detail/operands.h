@@ -1,7 +1,6 @@
 // Internal to operators/: taking operands off the conversion stack and putting rows together.
 #pragma once
 
-#include <initializer_list>
 #include <memory>
 
 #include "zolt/ved/operators/operator.h"
@@ -23,10 +22,6 @@ NodeT toRow(NodeT node);
 std::pair<NodeT, int> popOperand(ConversionStackT& stack);
 /// The same as a row.
 NodeT popRow(ConversionStackT& stack);
-
-/// A node of the construct `op` whose rows are the topmost entries of the stack; `rows` names the child that
-/// each takes, beginning with the last argument.
-NodeT makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows, ConversionStackT& stack);
 
 /// Puts `operand` between parentheses, as a row.
 NodeT bracket(NodeT operand);

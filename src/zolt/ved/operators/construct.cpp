@@ -1,10 +1,10 @@
-#include "zolt/ved/operators/detail/enclosure.h"
+#include "zolt/ved/operators/construct.h"
 
 #include "zolt/ved/operators/detail/operands.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
-namespace zolt::math::ved::detail {
+namespace zolt::math::ved {
 
 namespace {
 
@@ -20,12 +20,19 @@ Node4C* insertNode(OperatorBC const& op, ViewInsertionC& insertion) {
 
 }  // namespace
 
+std::pair<Node4C*, int> makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
+                                      ConversionStackT& stack) {
+  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), rows.size());
+  for (unsigned long row : rows) node->setChild(row, detail::popRow(stack).release());
+  return {node.release(), op.getPrecedence()};
+}
+
 bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
   ViewInsertionC insertion(view);
   if (!insertion.mayNestSelection()) return false;
-  NodeT row = insertion.cutSelection();
+  detail::NodeT row = insertion.cutSelection();
   Node4C* const construct = insertNode(op, insertion);
-  if (!row) row = makeEmptyRow();
+  if (!row) row = detail::makeEmptyRow();
   construct->setChild(0, row.release());
   insertion.placeCaretAtEnd(construct->child(0));
   return true;
@@ -34,15 +41,15 @@ bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
 bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long content, unsigned long first) {
   ViewInsertionC insertion(view);
   if (!insertion.mayNestSelection()) return false;
-  NodeT selection = insertion.cutSelection();
+  detail::NodeT selection = insertion.cutSelection();
   unsigned long const target = selection ? first : 0;
   Node4C* const construct = insertNode(op, insertion);
   for (unsigned long i = 0; i < construct->numChildren(); ++i) {
-    NodeT row = i == content && selection ? std::move(selection) : makeEmptyRow();
+    detail::NodeT row = i == content && selection ? std::move(selection) : detail::makeEmptyRow();
     construct->setChild(i, row.release());
   }
   insertion.placeCaret(construct->child(target)->child(0), 0);
   return true;
 }
 
-}  // namespace zolt::math::ved::detail
+}  // namespace zolt::math::ved
