@@ -5,6 +5,8 @@
 #include "tests/support/stage.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/palette_model.h"
+#include "zolt/field/readable_text.h"
+#include "zolt/ved/operators/operator_list.h"
 
 namespace zolt::tests {
 namespace {
@@ -29,6 +31,37 @@ TEST(Palette, HasEveryStandardOperatorOnce) {
   }
   for (auto const& standard : catalogue::standardOperators()) {
     EXPECT_EQ(inserted.count(standard.name), 1u) << toUtf8(standard.name);
+  }
+}
+
+/// Whether typing makes the operator: the palette's picture, or a tree in which its shape or text is.
+bool makes(wstring const& typed, math::ved::OperatorBC const& op, PaletteEntryS const& entry) {
+  StageC stage;
+  stage.refField().insertText(typed);
+  if (stage.tree() == toUtf8(entry.picture)) return true;
+  stage.refField().insertText(u" ");  // ends a name
+  std::string const shape = op.isConstruct() ? toUtf8(op.getName()) + "<" : toUtf8(op.getText());
+  return stage.tree().find(shape) != std::string::npos;
+}
+
+TEST(Palette, WhatIsSaidOfEveryOperatorIsTrue) {
+  for (PaletteEntryS const& entry : allEntries()) {
+    StageC stage;
+    auto const op = stage.refField().crefView().crefOperatorList().lookup(entry.insert);
+    if (!op) continue;  // a Greek letter
+    math::ved::OperatorWordsS const& words = op->crefWords();
+    std::vector<wstring> typed = words.signRuns;
+    typed.push_back(entry.shortcut);
+    for (auto const& name : words.names) typed.push_back(name.name + u"(");
+    for (char16_t const sign : words.signs) typed.emplace_back(1, sign);
+    for (wstring const& text : typed) EXPECT_TRUE(makes(text, *op, entry)) << toUtf8(text);
+
+    ASSERT_TRUE(runEntry(entry, stage.refField()));
+    bool const isSign = op->getText().size() == 1 && op->isLinear();
+    std::size_t const parts = op->isConstruct() ? op->getArity() + 1 : isSign ? 1 : words.spoken.size();
+    ASSERT_EQ(words.spoken.size(), parts) << toUtf8(entry.insert);
+    wstring const spoken = makeReadableText(stage.refField().crefView()).text;
+    for (wstring const& part : words.spoken) EXPECT_NE(spoken.find(part), wstring::npos) << toUtf8(spoken);
   }
 }
 

@@ -1,5 +1,8 @@
 #include "zolt/catalogue/standard_operators.h"
 
+#include <utility>
+
+#include "zolt/common/signs.h"
 #include "zolt/ved/operators/operator_abs.h"
 #include "zolt/ved/operators/operator_binary_infix.h"
 #include "zolt/ved/operators/operator_ceil.h"
@@ -20,6 +23,7 @@
 namespace zolt::catalogue {
 
 using namespace math::ved;
+using namespace math::common;
 using oss::wstring;
 
 namespace {
@@ -41,155 +45,221 @@ enum PrecedenceE {
 
 constexpr bool spaced = true;
 constexpr bool associative = true;
+constexpr bool core = true;
 
-/// Makes the operators and gives each a code: its place in the order of registration, from 1 on.
-class RegistrarC {
+constexpr char16_t const* arithmetic = u"Arithmetic";
+constexpr char16_t const* structures = u"Structures";
+constexpr char16_t const* calculus = u"Calculus";
+constexpr char16_t const* functions = u"Functions";
+constexpr char16_t const* relations = u"Relations";
+constexpr char16_t const* logic = u"Logic";
+
+/// An operator's words, put together in one expression.
+struct WordsS : OperatorWordsS {
+  WordsS(wstring groupTitle, wstring what) {
+    group = std::move(groupTitle);
+    title = std::move(what);
+  }
+  WordsS shown(wstring text) && { return label = std::move(text), std::move(*this); }
+  WordsS typed(wstring text) && { return shortcut = std::move(text), std::move(*this); }
+  WordsS called(std::vector<NameS> others) && { return names = std::move(others), std::move(*this); }
+  WordsS inserted(wstring by) && { return signs = std::move(by), std::move(*this); }
+  WordsS made(std::vector<wstring> of) && { return signRuns = std::move(of), std::move(*this); }
+  WordsS closed(char16_t by) && { return closingSign = by, std::move(*this); }
+  WordsS equated(unsigned long row) && { return valueRow = row, std::move(*this); }
+  WordsS said(std::vector<wstring> parts) && { return spoken = std::move(parts), std::move(*this); }
+};
+
+/// Takes the rows of the table, in their order: registers the operators, gives each a code, its place in the
+/// table from 1 on, and lists those that can be inserted.
+class TableC {
  public:
-  explicit RegistrarC(OperatorListC& operators) : operators_(operators) {}
-
-  void infix(wstring const& name, wstring const& text, int precedence, bool isSpaced, bool isAssociative) {
-    add(new OperatorBinaryInfixC(name, text, precedence, isSpaced, isAssociative, true, ++code_));
-  }
-  void prefix(wstring const& name, wstring const& text, int precedence, bool isSpaced) {
-    add(new OperatorUnaryPrefixC(name, text, precedence, isSpaced, true, ++code_));
-  }
-  void postfix(wstring const& name, wstring const& text, int precedence) {
-    add(new OperatorUnaryPostfixC(name, text, precedence, true, ++code_));
-  }
-  void power(wstring const& name, wstring const& fixedExponent) {
-    add(new OperatorPowerC(name, name, PRECEDENCE_POWER, fixedExponent, !fixedExponent.empty(), true,
-                           ++code_));
-  }
-  void call(wstring const& name, wstring const& text, unsigned long arity) {
-    add(new OperatorBC(name, text, arity, PRECEDENCE_TIGHTEST, false, true, ++code_));
-  }
-  template <class OperatorT>
-  void construct(wstring const& name, wstring const& text) {
-    add(new OperatorT(name, text, true, ++code_));
-  }
-  template <class OperatorT>
-  void construct(wstring const& name, wstring const& text, int precedence) {
-    add(new OperatorT(name, text, precedence, true, ++code_));
+  TableC(OperatorListC& operators, std::vector<StandardOperatorS>& listed)
+      : operators_(operators), listed_(listed) {
+    fill();
   }
 
  private:
-  void add(PointerTC<OperatorBC> op) { operators_.add(std::move(op)); }
+  void fill();
+
+  int code() { return ++code_; }
+  PointerTC<OperatorBC> infix(wstring const& name, wstring const& text, int precedence, bool isSpaced = false,
+                              bool isAssociative = false) {
+    return new OperatorBinaryInfixC(name, text, precedence, isSpaced, isAssociative, core, code());
+  }
+  PointerTC<OperatorBC> prefix(wstring const& name, wstring const& text, int precedence,
+                               bool isSpaced = false) {
+    return new OperatorUnaryPrefixC(name, text, precedence, isSpaced, core, code());
+  }
+  PointerTC<OperatorBC> power(wstring const& name, wstring const& exponent = {}) {
+    return new OperatorPowerC(name, name, PRECEDENCE_POWER, exponent, !exponent.empty(), core, code());
+  }
+  PointerTC<OperatorBC> call(wstring const& name, wstring const& text, unsigned long arity) {
+    return new OperatorBC(name, text, arity, PRECEDENCE_TIGHTEST, false, core, code());
+  }
+  template <class OperatorT>
+  PointerTC<OperatorBC> construct(wstring const& name, wstring const& text) {
+    return new OperatorT(name, text, core, code());
+  }
+  template <class OperatorT>
+  PointerTC<OperatorBC> construct(wstring const& name, wstring const& text, int precedence) {
+    return new OperatorT(name, text, precedence, core, code());
+  }
+
+  void add(StandardKeyE key, PointerTC<OperatorBC> op, OperatorWordsS words) {
+    op->setWords(std::move(words));
+    listed_.push_back({op->getName(), key});
+    operators_.add(op);
+    operators_.addKey(key, std::move(op));
+  }
+  void relation(StandardKeyE key, wstring const& name, wstring const& sign, OperatorWordsS words) {
+    add(key, infix(name, sign, PRECEDENCE_RELATION), std::move(words));
+  }
+  void function(StandardKeyE key, wstring const& name, wstring const& title) {
+    add(key, call(name, name, 1), WordsS(functions, title));
+  }
 
   OperatorListC& operators_;
+  std::vector<StandardOperatorS>& listed_;
   int code_ = 0;
 };
 
-void registerSigns(RegistrarC& registrar) {
-  registrar.infix(u"+", u"+", PRECEDENCE_SUM, !spaced, associative);
-  registrar.infix(u"-", u"\u2212", PRECEDENCE_SUM, !spaced, !associative);
-  // Not associative, although it is: a∙(b div c) must keep its brackets.
-  registrar.infix(u"*", u"\u2219", PRECEDENCE_PRODUCT, !spaced, !associative);
-  registrar.infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced, !associative);
-  registrar.infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced, !associative);
-  registrar.prefix(u"_pos", u"+", PRECEDENCE_SIGN, !spaced);
-  registrar.prefix(u"_neg", u"\u2212", PRECEDENCE_SIGN, !spaced);
-  registrar.power(u"^", wstring());
-  registrar.power(u"_rad", u"r");
-  registrar.power(u"_deg", u"o");
-  registrar.postfix(u"!", u"!", PRECEDENCE_FACTORIAL);
-  registrar.infix(u"=", u"=", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.infix(u"<>", u"\u2260", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.infix(u"<", u"<", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.infix(u">", u">", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.infix(u"<=", u"\u2264", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.infix(u">=", u"\u2265", PRECEDENCE_RELATION, !spaced, !associative);
-  registrar.prefix(u"not", u"not", PRECEDENCE_NOT, spaced);
-  registrar.infix(u"and", u"and", PRECEDENCE_AND, spaced, associative);
-  registrar.infix(u"or", u"or", PRECEDENCE_OR, spaced, associative);
-  registrar.infix(u":=", u":=", PRECEDENCE_ASSIGNMENT, !spaced, !associative);
-  registrar.infix(u":>", u"\u00BB", PRECEDENCE_ASSIGNMENT, !spaced, !associative);
-}
+void TableC::fill() {
+  wstring const minus = {minus_sign};
 
-void registerConstructs(RegistrarC& registrar) {
+  add(KEY_PLUS, infix(u"+", u"+", PRECEDENCE_SUM, !spaced, associative),
+      WordsS(arithmetic, u"plus").said({u" plus "}));
+  add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM), WordsS(arithmetic, u"minus").said({u" minus "}));
+  // Not associative, although it is: a∙(b div c) must keep its brackets.
+  add(KEY_TIMES, infix(u"*", {times_sign}, PRECEDENCE_PRODUCT),
+      WordsS(arithmetic, u"times").shown(u"·").said({u" times "}));
+  add(KEY_FRACTION, construct<OperatorDivC>(u"/", u"/"),
+      WordsS(arithmetic, u"fraction").shown(u"a/b").said({u"fraction ", u" over ", u" end fraction"}));
+  add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"integer division"));
+  add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"remainder"));
+  // Their texts read as the signs in front of an operand: the grammar knows the ones between two.
+  add(KEY_POS, prefix(u"_pos", u"+", PRECEDENCE_SIGN),
+      WordsS(arithmetic, u"plus sign").typed(u"+").said({u" plus "}));
+  add(KEY_NEG, prefix(u"_neg", minus, PRECEDENCE_SIGN),
+      WordsS(arithmetic, u"minus sign").typed(u"-").said({u" minus "}));
+  add(KEY_FACTORIAL, new OperatorUnaryPostfixC(u"!", u"!", PRECEDENCE_FACTORIAL, core, code()),
+      WordsS(arithmetic, u"factorial").said({u" factorial"}));
+  add(KEY_PI, call(u"_PI", {pi_sign}, 0), WordsS(arithmetic, u"pi").shown(u"π").typed(u"pi").said({u"pi"}));
+
+  add(KEY_POWER, power(u"^"),
+      WordsS(structures, u"power")
+          .shown(u"xⁿ")
+          .made({{times_sign, times_sign}})
+          .said({u" to the power ", u" end power"}));
+  add(KEY_SQRT, construct<OperatorSqrtC>(u"sqrt", u"√"),
+      WordsS(structures, u"square root").inserted(u"√").said({u"square root ", u" end root"}));
+  add(KEY_NTH_ROOT, construct<OperatorNthRootC>(u"nthroot", u"nthroot"),
+      WordsS(structures, u"n-th root")
+          .shown(u"ⁿ√")
+          .typed(u"root(")
+          .called({{u"root", {}}, {u"cbrt", u"3"}})
+          .said({u"root with index ", u" of ", u" end root"}));
+  add(KEY_ABS, construct<OperatorAbsC>(u"abs", u"abs"),
+      WordsS(structures, u"absolute value")
+          .shown(u"|x|")
+          .typed(u"|")
+          .inserted(u"|")
+          .closed(u'|')
+          .said({u"absolute value ", u" end absolute value"}));
+  add(KEY_FLOOR, construct<OperatorFloorC>(u"floor", u"floor"),
+      WordsS(structures, u"rounded down")
+          .shown(u"⌊x⌋")
+          .inserted(u"⌊")
+          .closed(u'⌋')
+          .said({u"floor ", u" end floor"}));
+  add(KEY_CEIL, construct<OperatorCeilC>(u"ceil", u"ceil"),
+      WordsS(structures, u"rounded up")
+          .shown(u"⌈x⌉")
+          .called({{u"ceiling", {}}})
+          .inserted(u"⌈")
+          .closed(u'⌉')
+          .said({u"ceiling ", u" end ceiling"}));
+  add(KEY_RAD, power(u"_rad", u"r"), WordsS(structures, u"radians").shown(u"ʳ").typed(u"ʳ").inserted(u"ʳ"));
+  add(KEY_DEG, power(u"_deg", u"o"), WordsS(structures, u"degrees").shown(u"°").typed(u"°").inserted(u"°"));
+  add(KEY_LOG, construct<OperatorLogC>(u"log", u"log", PRECEDENCE_TIGHTEST),
+      WordsS(structures, u"logarithm to a base")
+          .shown(u"logₙ")
+          .typed(u"log(x,")
+          .said({u"logarithm to base ", u" of ", u" end logarithm"}));
+
+  add(KEY_DIFF, construct<OperatorDiffC>(u"diff", u"d", PRECEDENCE_DIFF),
+      WordsS(calculus, u"derivative").shown(u"d/dx").said({u"derivative by ", u" of ", u" end derivative"}));
+  operators_.add(call(u"d", u"d", 0));
+  add(KEY_INTEGRAL, construct<OperatorIntegralC>(u"integral", u"integral"),
+      WordsS(calculus, u"definite integral")
+          .shown(u"∫")
+          .typed(u"int(")
+          .called({{u"int", {}}, {u"integrate", {}}})
+          .inserted(u"∫")
+          .said({u"integral from ", u" to ", u" of ", u" by ", u" end integral"}));
+  add(KEY_SUM, construct<OperatorSigmaC>(u"sum", u"sum"),
+      WordsS(calculus, u"sum")
+          .shown(u"∑")
+          .inserted(u"∑")
+          .equated(1)
+          .said({u"sum over ", u" from ", u" to ", u" of ", u" end sum"}));
+  add(KEY_WHERE, construct<OperatorWhereC>(u"where", u"where"),
+      WordsS(calculus, u"value of a variable")
+          .shown(u"f|ₓ")
+          .equated(2)
+          .said({u"value of ", u" where ", u" is ", u" end value"}));
+
+  function(KEY_SIN, u"sin", u"sine");
+  function(KEY_COS, u"cos", u"cosine");
+  function(KEY_TAN, u"tan", u"tangent");
+  function(KEY_ASIN, u"asin", u"arc sine");
+  function(KEY_ACOS, u"acos", u"arc cosine");
+  function(KEY_ATAN, u"atan", u"arc tangent");
+  function(KEY_SINH, u"sinh", u"hyperbolic sine");
+  function(KEY_COSH, u"cosh", u"hyperbolic cosine");
+  function(KEY_TANH, u"tanh", u"hyperbolic tangent");
+  function(KEY_LN, u"ln", u"natural logarithm");
+  add(KEY_LOG10, call(u"log10", u"log", 1), WordsS(functions, u"decimal logarithm").typed(u"log("));
+  function(KEY_EXP, u"exp", u"exponential function");
+
+  relation(KEY_EQUAL, u"=", u"=", WordsS(relations, u"equal").said({u" equals "}));
+  relation(KEY_NOT_EQUAL, u"<>", {not_equal_sign},
+           WordsS(relations, u"not equal").made({u"<>", u"!="}).said({u" not equal to "}));
+  relation(KEY_LESS, u"<", u"<", WordsS(relations, u"less").said({u" less than "}));
+  relation(KEY_GREATER, u">", u">", WordsS(relations, u"greater").said({u" greater than "}));
+  relation(KEY_LESS_OR_EQUAL, u"<=", {less_or_equal_sign},
+           WordsS(relations, u"less or equal").made({u"<="}).said({u" at most "}));
+  relation(KEY_GREATER_OR_EQUAL, u">=", {greater_or_equal_sign},
+           WordsS(relations, u"greater or equal").made({u">="}).said({u" at least "}));
+  add(KEY_ASSIGN, infix(u":=", u":=", PRECEDENCE_ASSIGNMENT), WordsS(relations, u"assignment"));
+  add(KEY_STORE, infix(u":>", {store_sign}, PRECEDENCE_ASSIGNMENT),
+      WordsS(relations, u"store into").made({u":>"}).said({u" store into "}));
+
+  add(KEY_NOT, prefix(u"not", u"not", PRECEDENCE_NOT, spaced), WordsS(logic, u"not").inserted(u"¬"));
+  add(KEY_AND, infix(u"and", u"and", PRECEDENCE_AND, spaced, associative),
+      WordsS(logic, u"and").inserted(u"∧"));
+  add(KEY_OR, infix(u"or", u"or", PRECEDENCE_OR, spaced, associative), WordsS(logic, u"or").inserted(u"∨"));
+
   // Typed brackets: a call without a name shows them once and reads back.
-  registrar.call(u"_quietpos", wstring(), 1);
-  registrar.call(u"_PI", u"\u0960", 0);
-  registrar.construct<OperatorDivC>(u"/", u"/");
-  registrar.construct<OperatorSqrtC>(u"sqrt", u"\u221A");
-  registrar.construct<OperatorNthRootC>(u"nthroot", u"nthroot");
-  registrar.construct<OperatorAbsC>(u"abs", u"abs");
-  registrar.construct<OperatorFloorC>(u"floor", u"floor");
-  registrar.construct<OperatorCeilC>(u"ceil", u"ceil");
-  registrar.construct<OperatorLogC>(u"log", u"log", PRECEDENCE_TIGHTEST);
-  registrar.call(u"log10", u"log", 1);
-  registrar.construct<OperatorDiffC>(u"diff", u"d", PRECEDENCE_DIFF);
-  registrar.call(u"d", u"d", 0);
-  registrar.construct<OperatorIntegralC>(u"integral", u"integral");
-  registrar.construct<OperatorSigmaC>(u"sum", u"sum");
-  registrar.construct<OperatorWhereC>(u"where", u"where");
-  registrar.construct<OperatorErrorC>(u"error", u"error");
-  for (char16_t const* name :
-       {u"sin", u"cos", u"tan", u"asin", u"acos", u"atan", u"sinh", u"cosh", u"tanh", u"ln", u"exp"}) {
-    registrar.call(name, name, 1);
-  }
+  operators_.add(call(u"_quietpos", {}, 1));
+  operators_.add(construct<OperatorErrorC>(u"error", u"error"));
 }
 
 }  // namespace
 
 std::vector<StandardOperatorS> const& standardOperators() {
-  static std::vector<StandardOperatorS> const operators = {
-      {u"+", KEY_PLUS, GROUP_ARITHMETIC, u"plus"},
-      {u"-", KEY_MINUS, GROUP_ARITHMETIC, u"minus"},
-      {u"*", KEY_TIMES, GROUP_ARITHMETIC, u"times"},
-      {u"/", KEY_FRACTION, GROUP_ARITHMETIC, u"fraction"},
-      {u"div", KEY_DIV, GROUP_ARITHMETIC, u"integer division"},
-      {u"mod", KEY_MOD, GROUP_ARITHMETIC, u"remainder"},
-      {u"_pos", KEY_POS, GROUP_ARITHMETIC, u"plus sign"},
-      {u"_neg", KEY_NEG, GROUP_ARITHMETIC, u"minus sign"},
-      {u"!", KEY_FACTORIAL, GROUP_ARITHMETIC, u"factorial"},
-      {u"_PI", KEY_PI, GROUP_ARITHMETIC, u"pi"},
-      {u"^", KEY_POWER, GROUP_CONSTRUCT, u"power"},
-      {u"sqrt", KEY_SQRT, GROUP_CONSTRUCT, u"square root"},
-      {u"nthroot", KEY_NTH_ROOT, GROUP_CONSTRUCT, u"n-th root"},
-      {u"abs", KEY_ABS, GROUP_CONSTRUCT, u"absolute value"},
-      {u"floor", KEY_FLOOR, GROUP_CONSTRUCT, u"rounded down"},
-      {u"ceil", KEY_CEIL, GROUP_CONSTRUCT, u"rounded up"},
-      {u"_rad", KEY_RAD, GROUP_CONSTRUCT, u"radians"},
-      {u"_deg", KEY_DEG, GROUP_CONSTRUCT, u"degrees"},
-      {u"log", KEY_LOG, GROUP_CONSTRUCT, u"logarithm to a base"},
-      {u"diff", KEY_DIFF, GROUP_CALCULUS, u"derivative"},
-      {u"integral", KEY_INTEGRAL, GROUP_CALCULUS, u"definite integral"},
-      {u"sum", KEY_SUM, GROUP_CALCULUS, u"sum"},
-      {u"where", KEY_WHERE, GROUP_CALCULUS, u"value of a variable"},
-      {u"=", KEY_EQUAL, GROUP_RELATION, u"equal"},
-      {u"<>", KEY_NOT_EQUAL, GROUP_RELATION, u"not equal"},
-      {u"<", KEY_LESS, GROUP_RELATION, u"less"},
-      {u">", KEY_GREATER, GROUP_RELATION, u"greater"},
-      {u"<=", KEY_LESS_OR_EQUAL, GROUP_RELATION, u"less or equal"},
-      {u">=", KEY_GREATER_OR_EQUAL, GROUP_RELATION, u"greater or equal"},
-      {u":=", KEY_ASSIGN, GROUP_RELATION, u"assignment"},
-      {u":>", KEY_STORE, GROUP_RELATION, u"store into"},
-      {u"not", KEY_NOT, GROUP_LOGIC, u"not"},
-      {u"and", KEY_AND, GROUP_LOGIC, u"and"},
-      {u"or", KEY_OR, GROUP_LOGIC, u"or"},
-      {u"sin", KEY_SIN, GROUP_FUNCTION, u"sine"},
-      {u"cos", KEY_COS, GROUP_FUNCTION, u"cosine"},
-      {u"tan", KEY_TAN, GROUP_FUNCTION, u"tangent"},
-      {u"asin", KEY_ASIN, GROUP_FUNCTION, u"arc sine"},
-      {u"acos", KEY_ACOS, GROUP_FUNCTION, u"arc cosine"},
-      {u"atan", KEY_ATAN, GROUP_FUNCTION, u"arc tangent"},
-      {u"sinh", KEY_SINH, GROUP_FUNCTION, u"hyperbolic sine"},
-      {u"cosh", KEY_COSH, GROUP_FUNCTION, u"hyperbolic cosine"},
-      {u"tanh", KEY_TANH, GROUP_FUNCTION, u"hyperbolic tangent"},
-      {u"ln", KEY_LN, GROUP_FUNCTION, u"natural logarithm"},
-      {u"log10", KEY_LOG10, GROUP_FUNCTION, u"decimal logarithm"},
-      {u"exp", KEY_EXP, GROUP_FUNCTION, u"exponential function"},
-  };
-  return operators;
+  static std::vector<StandardOperatorS> const listed = [] {
+    OperatorListC operators;
+    std::vector<StandardOperatorS> rows;
+    TableC(operators, rows);
+    return rows;
+  }();
+  return listed;
 }
 
 void registerStandardOperators(OperatorListC& operators) {
-  RegistrarC registrar(operators);
-  registerSigns(registrar);
-  registerConstructs(registrar);
-  for (StandardOperatorS const& entry : standardOperators()) {
-    operators.addKey(entry.key, operators.lookup(entry.name));
-  }
+  std::vector<StandardOperatorS> listed;
+  TableC(operators, listed);
 }
 
 }  // namespace zolt::catalogue

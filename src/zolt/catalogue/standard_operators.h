@@ -58,30 +58,18 @@ enum StandardKeyE : unsigned long {
   KEY_EXP,
 };
 
-/// What a palette shows an operator under.
-enum OperatorGroupE {
-  GROUP_ARITHMETIC,
-  GROUP_RELATION,
-  GROUP_LOGIC,
-  GROUP_CONSTRUCT,
-  GROUP_CALCULUS,
-  GROUP_FUNCTION,
-};
-
-/// One standard operator as palettes, help pages and tests list it.
+/// One standard operator that a person can insert.
 struct StandardOperatorS {
   oss::wstring name;  ///< key of the operator table
   StandardKeyE key;
-  OperatorGroupE group;
-  oss::wstring title;  ///< what it is, in words
 };
 
 /// The standard operators that a person can insert, in the order in which palettes show them.
 std::vector<StandardOperatorS> const& standardOperators();
 
-/// Registers the standard operators by name, by text and, those that can be inserted, by key. A larger
-/// precedence binds looser. Where two share a text, the later one is what the text reads as: "log" the
-/// decimal logarithm, "d" a variable.
+/// Registers the standard operators with their words by name, by text and, those that can be inserted, by
+/// key. A larger precedence binds looser. Where two share a text, the later one is what the text reads as:
+/// "log" the decimal logarithm, "d" a variable.
 void registerStandardOperators(math::ved::OperatorListC& operators);
 
 }  // namespace zolt::catalogue

@@ -27,22 +27,10 @@ InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
   return {!selected && isRaising(place) ? INPUT_TEXT : INPUT_OPEN_EXPONENT, text, {}};
 }
 
-InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, wstring const& name) {
-  PlaceS const behind = view.isSelected() ? PlaceS() : findEndOfConstruct(caretOf(view), name);
-  if (c == u'|' && behind) return {INPUT_MOVE, {}, behind};
-  return {INPUT_OPERATOR, name, {}};
-}
-
-/// Where a closing sign leads that only ends a construct; null when it ends none.
-PlaceS findClosedConstruct(PlaceS place, char16_t c) {
-  if (c == u'\u230B') return findEndOfConstruct(place, u"floor");
-  if (c == u'\u2309') return findEndOfConstruct(place, u"ceil");
-  return {};
-}
-
-/// Whether `text` ends in `sign` before `pos`.
-bool endsIn(wstring const& text, unsigned int pos, wstring const& sign) {
-  return pos >= sign.size() && text.compare(pos - sign.size(), sign.size(), sign) == 0;
+InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& op) {
+  PlaceS const behind = view.isSelected() ? PlaceS() : leaveByClosingSign(caretOf(view), c);
+  if (behind) return {INPUT_MOVE, {}, behind};
+  return {INPUT_OPERATOR, op.getName(), {}};
 }
 
 /// The name that ends at the place, without a number in front of it: "2pi" ends in the name "pi".
@@ -115,12 +103,11 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
     return decideExponent(place, selected, lowered);
   char16_t const c = foldCharacter(typed, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
-  wstring const name = operatorOfSign(c);
-  if (!name.empty() && view.crefOperatorList().lookup(name)) return decideSign(view, c, name);
+  if (auto const op = findBySign(view.crefOperatorList(), c)) return decideSign(view, c, *op);
 
   wstring const text(1, c);
   if (selected || !options.leaving) return {INPUT_TEXT, text, {}};
-  if (PlaceS const behind = findClosedConstruct(place, c)) return {INPUT_MOVE, {}, behind};
+  if (PlaceS const behind = leaveByClosingSign(place, c)) return {INPUT_MOVE, {}, behind};
   if (c == u')') {
     LeavingS const leaving = leaveByClose(place);
     return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
@@ -139,20 +126,10 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
 }
 
 ReplacementS findSignReplacement(ViewZNT4C const& view) {
-  struct SignS {
-    char16_t const* typed;
-    char16_t const* name;
-  };
-  // As they stand in the tree: "*" has already become the table's sign.
-  static constexpr SignS signs[] = {{u"<=", u"<="}, {u">=", u">="}, {u"<>", u"<>"},
-                                    {u"!=", u"<>"}, {u":>", u":>"}, {u"\u2219\u2219", u"^"}};
   PlaceS const caret = caretOf(view);
   wstring const& text = caret.node->crefText();
-  for (SignS const& sign : signs) {
-    wstring const typed = sign.typed;
-    if (!endsIn(text, caret.pos, typed) || !view.crefOperatorList().lookup(sign.name)) continue;
-    return {{caret.node, caret.pos - static_cast<unsigned int>(typed.size())}, caret, sign.name, {}};
-  }
+  SignRunS const run = findBySignRun(view.crefOperatorList(), text, caret.pos);
+  if (run.op) return {{caret.node, caret.pos - run.length}, caret, run.op->getName(), {}};
   if (caret.pos == 0) return {};
   char16_t const letter = withoutCircumflex(text[caret.pos - 1]);
   PlaceS const before{caret.node, caret.pos - 1};

@@ -88,7 +88,7 @@ ClipboardContentS copySelection(ViewZNT4C const& view, bool decimalComma) {
     content.prefix = expression->toPrefixString();
     content.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   } else {
-    content.plainText = writeRowText(selectedStretch(view));
+    content.plainText = writeRowText(selectedStretch(view), view.crefOperatorList());
   }
   if (decimalComma) content.plainText = toCommas(content.plainText);
   return content;

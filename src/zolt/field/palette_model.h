@@ -30,8 +30,9 @@ struct PaletteGroupS {
   std::vector<PaletteEntryS> entries;
 };
 
-/// The groups of a palette for a view: the standard operators that its operator table knows, then the Greek
-/// letters. Makes each picture by inserting it once, so call it once and keep the result.
+/// The groups of a palette for a view: the operators of its table whose words name a group, in the order in
+/// which they were registered, then the Greek letters. Makes each picture by inserting it once, so call it
+/// once and keep the result.
 std::vector<PaletteGroupS> makePalette(math::ved::ViewZNT4C const& view);
 
 /// Whether the entry could be inserted now.

@@ -1,10 +1,11 @@
 #include "zolt/field/readable_text.h"
 
 #include <algorithm>
+#include <map>
 
-#include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view.h"
 
@@ -15,67 +16,15 @@ using namespace math::ved;
 
 namespace {
 
-/// How a construct is spoken: what stands before each row, in the order of the rows, and at the end.
-struct PhraseS {
-  char16_t const* name;
-  char16_t const* beforeRow[4];
-  char16_t const* end;
-};
-
-constexpr PhraseS phrases[] = {
-    {u"/", {u"fraction ", u" over "}, u" end fraction"},
-    {u"sqrt", {u"square root "}, u" end root"},
-    {u"nthroot", {u"root with index ", u" of "}, u" end root"},
-    {u"abs", {u"absolute value "}, u" end absolute value"},
-    {u"floor", {u"floor "}, u" end floor"},
-    {u"ceil", {u"ceiling "}, u" end ceiling"},
-    {u"log", {u"logarithm to base ", u" of "}, u" end logarithm"},
-    {u"diff", {u"derivative by ", u" of "}, u" end derivative"},
-    {u"integral", {u"integral from ", u" to ", u" of ", u" by "}, u" end integral"},
-    {u"sum", {u"sum over ", u" from ", u" to ", u" of "}, u" end sum"},
-    {u"where", {u"value of ", u" where ", u" is "}, u" end value"},
-};
-
-PhraseS const* findPhrase(wstring const& name) {
-  auto const found =
-      std::find_if(std::begin(phrases), std::end(phrases), [&](PhraseS const& p) { return name == p.name; });
-  return found == std::end(phrases) ? nullptr : found;
-}
-
-wstring spoken(char16_t c) {
-  switch (c) {
-    case math::common::minus_sign:
-      return u" minus ";
-    case u'+':
-      return u" plus ";
-    case math::common::times_sign:
-      return u" times ";
-    case u'=':
-      return u" equals ";
-    case math::common::not_equal_sign:
-      return u" not equal to ";
-    case u'<':
-      return u" less than ";
-    case u'>':
-      return u" greater than ";
-    case math::common::less_or_equal_sign:
-      return u" at most ";
-    case math::common::greater_or_equal_sign:
-      return u" at least ";
-    case math::common::store_sign:
-      return u" store into ";
-    case u'!':
-      return u" factorial";
-    case math::common::pi_sign:
-      return u"pi";
-    default:
-      return wstring(1, c);
-  }
-}
-
 class ReaderC {
  public:
-  explicit ReaderC(ReadableTextS& out) : out_(out) {}
+  ReaderC(ReadableTextS& out, OperatorListC const& operators) : out_(out) {
+    for (OperatorBC const* const op : operators.crefInOrder()) {
+      wstring const text = op->getText();
+      if (text.size() == 1 && op->crefWords().spoken.size() == 1) signs_[text[0]] = op;
+    }
+    if (auto const power = operators.lookup(u"^")) power_ = power->crefWords().spoken;
+  }
 
   // The nesting of rows is limited, so it may recurse with them.
   void readRow(Node4C const& row) {
@@ -89,11 +38,12 @@ class ReaderC {
     } else if (isOpen(item) || isClose(item)) {
       out_.text += isOpen(item) ? u'(' : u')';
     } else if (item.getType() == NODE4_POWER) {
-      readRows(item, {u"", {u" to the power "}, u" end power"});
-    } else if (PhraseS const* const phrase = findPhrase(item.crefText())) {
-      readRows(item, *phrase);
+      readRows(item, power_);
+    } else if (auto const& spoken = item.crefOperator()->crefWords().spoken; !spoken.empty()) {
+      readRows(item, spoken);
     } else {
-      readCall(item);
+      out_.text += item.crefOperator()->getText();
+      if (item.numChildren() > 0) readRows(item, {u"(", u")"});
     }
   }
 
@@ -101,23 +51,21 @@ class ReaderC {
     mark(text, 0);
     if (isSlot(text)) out_.text += u"empty";
     for (unsigned int i = 0; i < text.sizeText(); ++i) {
-      out_.text += spoken(text.crefText()[i]);
+      char16_t const c = text.crefText()[i];
+      auto const sign = signs_.find(c);
+      out_.text += sign == signs_.end() ? wstring(1, c) : sign->second->crefWords().spoken[0];
       mark(text, i + 1);
     }
   }
 
-  void readRows(Node4C const& construct, PhraseS const& phrase) {
-    for (unsigned long i = 0; i < construct.numChildren(); ++i) {
-      bool const known = i < std::size(phrase.beforeRow) && phrase.beforeRow[i];
-      out_.text += known ? phrase.beforeRow[i] : u", ";
+  /// With what is said before each row and, last, at the end.
+  void readRows(Node4C const& construct, std::vector<wstring> const& spoken) {
+    unsigned long const count = construct.numChildren();
+    for (unsigned long i = 0; i < count; ++i) {
+      out_.text += i + 1 < spoken.size() ? spoken[i] : u", ";
       readRow(*construct.child(i));
     }
-    out_.text += phrase.end;
-  }
-
-  void readCall(Node4C const& construct) {
-    out_.text += construct.crefOperator() ? construct.crefOperator()->getText() : construct.crefText();
-    if (construct.numChildren() > 0) readRows(construct, {u"", {u"("}, u")"});
+    if (!spoken.empty()) out_.text += spoken.back();
   }
 
   void mark(Node4C const& text, unsigned int pos) {
@@ -125,6 +73,8 @@ class ReaderC {
   }
 
   ReadableTextS& out_;
+  std::map<char16_t, OperatorBC const*> signs_;
+  std::vector<wstring> power_;
 };
 
 }  // namespace
@@ -145,7 +95,7 @@ PlaceS ReadableTextS::placeAt(unsigned long offset) const {
 
 ReadableTextS makeReadableText(ViewZNT4C const& view) {
   ReadableTextS readable;
-  ReaderC(readable).readRow(*view.crefRoot().child(0));
+  ReaderC(readable, view.crefOperatorList()).readRow(*view.crefRoot().child(0));
   return readable;
 }
 

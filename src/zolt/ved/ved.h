@@ -56,6 +56,7 @@
 #include "zolt/ved/operators/operator_unary_postfix.h"
 #include "zolt/ved/operators/operator_unary_prefix.h"
 #include "zolt/ved/operators/operator_where.h"
+#include "zolt/ved/operators/operator_words.h"
 #include "zolt/ved/parser/lexical_analyser.h"
 #include "zolt/ved/parser/token_type.h"
 #include "zolt/ved/tree/node4.h"

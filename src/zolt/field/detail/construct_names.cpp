@@ -1,5 +1,7 @@
 #include "zolt/field/detail/construct_names.h"
 
+#include <algorithm>
+
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
@@ -9,21 +11,22 @@ namespace zolt::field::detail {
 
 namespace {
 
-struct AliasS {
-  char16_t const* name;
-  char16_t const* operatorName;
-  char16_t const* mark;
-};
-
-constexpr AliasS aliases[] = {{u"int", u"integral", u""},
-                              {u"integrate", u"integral", u""},
-                              {u"root", u"nthroot", u""},
-                              {u"cbrt", u"nthroot", u"3"},
-                              {u"ceiling", u"ceil", u""}};
+/// Whether an operator can be typed as a name and "(".
+bool isTypedAsCall(OperatorBC const& op) {
+  return op.isConstruct() && op.getArity() > 0 && isWrittenAsCall(op);
+}
 
 PointerTC<OperatorBC> findByName(OperatorListC const& operators, wstring const& name) {
   auto op = operators.lookup(name);
-  return op && op->isConstruct() && op->getArity() > 0 && isWrittenAsCall(*op) ? op : nullptr;
+  return op && isTypedAsCall(*op) ? op : nullptr;
+}
+
+/// The last registered operator that passes the test; null: none.
+template <class TestT>
+PointerTC<OperatorBC> findLast(OperatorListC const& operators, TestT test) {
+  auto const& all = operators.crefInOrder();
+  auto const found = std::find_if(all.rbegin(), all.rend(), [&](OperatorBC const* op) { return test(*op); });
+  return found == all.rend() ? nullptr : *found;
 }
 
 bool isPlainFunction(OperatorListC const& operators, wstring const& name) {
@@ -34,9 +37,16 @@ bool isPlainFunction(OperatorListC const& operators, wstring const& name) {
 }  // namespace
 
 ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name) {
-  for (AliasS const& alias : aliases) {
-    if (name == alias.name) return {findByName(operators, alias.operatorName), alias.mark};
-  }
+  wstring second;
+  auto const known = findLast(operators, [&](OperatorBC const& op) {
+    for (auto const& other : op.crefWords().names) {
+      if (other.name != name) continue;
+      second = other.second;
+      return isTypedAsCall(op);
+    }
+    return false;
+  });
+  if (known) return {known, second};
   std::size_t const underscore = name.find(u'_');
   if (underscore != wstring::npos && underscore + 1 < name.size()) {
     auto op = findByName(operators, name.substr(0, underscore));
@@ -51,6 +61,32 @@ PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstrin
   if (!isPlainFunction(operators, name)) return nullptr;
   auto op = findByName(operators, name);
   return op && op->getArity() == 2 ? op : nullptr;
+}
+
+// A letter or digit of a keyboard never inserts an operator, and is what people type most.
+PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign) {
+  if (sign < 0x80 && isWordCharacter(sign)) return nullptr;
+  return findLast(operators,
+                  [&](OperatorBC const& op) { return op.crefWords().signs.find(sign) != wstring::npos; });
+}
+
+SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsigned int pos) {
+  SignRunS found;
+  if (pos == 0 || isWordCharacter(text[pos - 1])) return found;
+  found.op = findLast(operators, [&](OperatorBC const& op) {
+    for (wstring const& run : op.crefWords().signRuns) {
+      found.length = static_cast<unsigned int>(run.size());
+      if (pos >= run.size() && text.compare(pos - run.size(), run.size(), run) == 0) return true;
+    }
+    return false;
+  });
+  return found;
+}
+
+wstring typedForm(OperatorBC const& op) {
+  if (!op.crefWords().shortcut.empty()) return op.crefWords().shortcut;
+  bool const called = isWrittenAsCall(op) && (op.isConstruct() || (!op.isLinear() && op.getArity() > 0));
+  return called ? op.getName() + u"(" : op.getName();
 }
 
 bool isWrittenAsCall(OperatorBC const& op) {

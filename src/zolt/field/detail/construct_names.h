@@ -30,6 +30,19 @@ ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name
 /// The construct that such a plain function becomes with a second argument.
 PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstring const& name);
 
+/// The operator that a character inserts, other than its own text: "√" sqrt, "°" _deg; null: none.
+PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign);
+
+/// What the signs before a place of a text become.
+struct SignRunS {
+  PointerTC<OperatorBC> op;  ///< null: nothing
+  unsigned int length = 0;   ///< of the signs
+};
+SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsigned int pos);
+
+/// What is typed for the operator: "<=" for "≤", "sqrt(".
+wstring typedForm(OperatorBC const& op);
+
 /// Whether the construct is written as a name with brackets, which a typed ")" then closes.
 bool isWrittenAsCall(OperatorBC const& op);
 

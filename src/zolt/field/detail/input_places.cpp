@@ -82,9 +82,9 @@ PlaceS goToValue(PlaceS place) {
   Node4C const* const item = enclosingItem(place.node);
   if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
-  bool const sum = item->crefText() == u"sum" && &row == item->child(0);
-  bool const where = item->crefText() == u"where" && &row == item->child(1);
-  return sum || where ? rowEnd(*row.goRight()) : PlaceS();
+  if (item->getType() != NODE4_OPERATOR) return {};
+  unsigned long const valueRow = item->crefOperator()->crefWords().valueRow;
+  return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
 }
 
 PlaceS leaveByBlank(PlaceS place) { return behindFinishedItem(place); }
@@ -95,9 +95,10 @@ PlaceS leaveByRelation(PlaceS place) {
   return target;
 }
 
-PlaceS findEndOfConstruct(PlaceS place, wstring const& name) {
+PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
   Node4C const* const item = enclosingItem(place.node);
-  if (!item || item->getType() != NODE4_OPERATOR || item->crefText() != name) return {};
+  if (!item || item->getType() != NODE4_OPERATOR || sign == u'\0') return {};
+  if (item->crefOperator()->crefWords().closingSign != sign) return {};
   if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
   return placeBehind(*item);
 }

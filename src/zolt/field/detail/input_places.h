@@ -32,8 +32,8 @@ PlaceS leaveByBlank(PlaceS place);
 /// "=", "<", …: behind all exponents and fractions that end here; null: none does.
 PlaceS leaveByRelation(PlaceS place);
 
-/// Behind the construct of that name whose filled row ends here; null when this is not so.
-PlaceS findEndOfConstruct(PlaceS place, wstring const& name);
+/// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here; null elsewhere.
+PlaceS leaveByClosingSign(PlaceS place, char16_t sign);
 
 /// Whether the place is in an exponent whose next operand is still to come: what is raised there joins it.
 bool isRaising(PlaceS place);

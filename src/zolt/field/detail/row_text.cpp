@@ -2,9 +2,10 @@
 
 #include <vector>
 
-#include "zolt/common/signs.h"
+#include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
 
 namespace zolt::field::detail {
 
@@ -12,84 +13,81 @@ using namespace math::ved;
 
 namespace {
 
-void appendSigns(wstring& out, wstring const& text) {
-  for (char16_t const c : text) {
-    switch (c) {
-      case math::common::times_sign:
-        out += u'*';
-        break;
-      case math::common::minus_sign:
-        out += u'-';
-        break;
-      case math::common::not_equal_sign:
-        out += u"<>";
-        break;
-      case math::common::less_or_equal_sign:
-        out += u"<=";
-        break;
-      case math::common::greater_or_equal_sign:
-        out += u">=";
-        break;
-      case math::common::store_sign:
-        out += u":>";
-        break;
-      case math::common::pi_sign:
-        out += u"pi";
-        break;
-      default:
-        out += c;
-    }
-  }
-}
+/// Writes a stretch with the signs that the operators have in plain text.
+class WriterC {
+ public:
+  explicit WriterC(OperatorListC const& operators) : operators_(operators) {}
 
-wstring writeRow(Node4C const& row);
+  void appendSigns(wstring const& text);
+  void appendItem(Node4C const& item);
+  wstring out;
+
+ private:
+  wstring writeRow(Node4C const& row) const;
+  void appendConstruct(Node4C const& construct);
+
+  OperatorListC const& operators_;
+};
 
 bool isOneWord(wstring const& text) { return wordEnd(text, 0) == text.size(); }
 
 wstring bracketed(wstring const& text) { return isOneWord(text) ? text : u"(" + text + u")"; }
 
-wstring writeConstruct(Node4C const& construct) {
-  std::vector<wstring> rows;
-  for (unsigned long i = 0; i < construct.numChildren(); ++i) rows.push_back(writeRow(*construct.child(i)));
-  if (construct.getType() == NODE4_POWER) return u"^" + bracketed(rows[0]);
-  if (construct.crefText() == u"/") return bracketed(rows[0]) + u"/" + bracketed(rows[1]);
-  return construct.crefText() + u"(" + construct.crefOperator()->arrangeArgumentList(rows) + u")";
+void WriterC::appendSigns(wstring const& text) {
+  for (char16_t const c : text) {
+    auto const op = c < 0x80 ? nullptr : operators_.lookupText(wstring(1, c));
+    bool const isSign = op && (op->isLinear() || op->getArity() == 0);
+    out += isSign ? typedForm(*op) : wstring(1, c);
+  }
 }
 
-void appendItem(wstring& out, Node4C const& item) {
+void WriterC::appendConstruct(Node4C const& construct) {
+  std::vector<wstring> rows;
+  for (unsigned long i = 0; i < construct.numChildren(); ++i) rows.push_back(writeRow(*construct.child(i)));
+  wstring const& name = construct.crefText();
+  if (construct.getType() == NODE4_POWER) {
+    out += u"^" + bracketed(rows[0]);
+  } else if (rows.size() == 2 && !isWrittenAsCall(*construct.crefOperator())) {
+    out += bracketed(rows[0]) + name + bracketed(rows[1]);
+  } else {
+    out += name + u"(" + construct.crefOperator()->arrangeArgumentList(rows) + u")";
+  }
+}
+
+void WriterC::appendItem(Node4C const& item) {
   if (isOpen(item)) {
     out += u'(';
   } else if (isClose(item)) {
     out += u')';
   } else if (isConstruct(item)) {
-    out += writeConstruct(item);
+    appendConstruct(item);
   } else {
-    appendSigns(out, item.crefText());
+    appendSigns(item.crefText());
   }
 }
 
 // The nesting of rows is limited, so it may recurse with them.
-wstring writeRow(Node4C const& row) {
-  wstring out;
-  for (unsigned long i = 0; i < row.numChildren(); ++i) appendItem(out, *row.child(i));
-  return out;
+wstring WriterC::writeRow(Node4C const& row) const {
+  WriterC writer(operators_);
+  for (unsigned long i = 0; i < row.numChildren(); ++i) writer.appendItem(*row.child(i));
+  return writer.out;
 }
 
 }  // namespace
 
-wstring writeRowText(StretchS const& stretch) {
-  wstring out;
+wstring writeRowText(StretchS const& stretch, OperatorListC const& operators) {
+  WriterC writer(operators);
   for (unsigned long i = stretch.first; i <= stretch.last; ++i) {
     Node4C const& item = *stretch.row->child(i);
     if (item.getType() != NODE4_TEXT) {
-      appendItem(out, item);
+      writer.appendItem(item);
       continue;
     }
     unsigned int const begin = i == stretch.first ? stretch.firstPos : 0;
     auto const end = i == stretch.last ? stretch.lastPos : static_cast<unsigned int>(item.sizeText());
-    appendSigns(out, item.crefText().substr(begin, end - begin));
+    writer.appendSigns(item.crefText().substr(begin, end - begin));
   }
-  return out;
+  return writer.out;
 }
 
 }  // namespace zolt::field::detail

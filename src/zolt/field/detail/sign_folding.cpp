@@ -11,16 +11,6 @@ struct PairS {
   char16_t to;
 };
 
-struct SignS {
-  char16_t sign;
-  char16_t const* name;
-};
-
-constexpr SignS signs[] = {{u'|', u"abs"},       {u'\u230A', u"floor"},    {u'\u2308', u"ceil"},
-                           {u'\u221A', u"sqrt"}, {u'\u222B', u"integral"}, {u'\u2211', u"sum"},
-                           {u'\u00B0', u"_deg"}, {u'\u02B3', u"_rad"},     {u'\u2227', u"and"},
-                           {u'\u2228', u"or"},   {u'\u00AC', u"not"}};
-
 constexpr PairS circumflexes[] = {{u'\u00E2', u'a'}, {u'\u00EA', u'e'}, {u'\u00EE', u'i'}, {u'\u00F4', u'o'},
                                   {u'\u00FB', u'u'}, {u'\u0109', u'c'}, {u'\u011D', u'g'}, {u'\u0125', u'h'},
                                   {u'\u0135', u'j'}, {u'\u015D', u's'}, {u'\u0175', u'w'}, {u'\u0177', u'y'},
@@ -37,13 +27,6 @@ char16_t foldCharacter(char16_t c, InputOptionsS const& options) {
   if (options.decimalComma && c == u',') return u'.';
   if (options.decimalComma && c == u';') return u',';
   return math::common::foldLookAlike(c, math::common::LOOK_ALIKE_TYPED);
-}
-
-wstring operatorOfSign(char16_t c) {
-  for (SignS const& sign : signs) {
-    if (sign.sign == c) return sign.name;
-  }
-  return {};
 }
 
 char16_t withoutCircumflex(char16_t c) {

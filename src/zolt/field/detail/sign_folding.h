@@ -11,9 +11,6 @@ using oss::wstring;
 /// any width are " ".
 char16_t foldCharacter(char16_t c, InputOptionsS const& options);
 
-/// The operator that a sign names, other than its own text: "√" sqrt, "°" _deg. Empty: none.
-wstring operatorOfSign(char16_t c);
-
 /// The letter under a circumflex, "ê" as "e"; U+0000 when there is none.
 char16_t withoutCircumflex(char16_t c);
 

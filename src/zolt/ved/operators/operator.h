@@ -9,6 +9,7 @@
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/geometry/graphics.h"
+#include "zolt/ved/operators/operator_words.h"
 
 namespace zolt::math::algexpr {
 class NodeABC;
@@ -76,6 +77,11 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   /// as text and for powers, whose nodes know no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }
 
+  /// How people read, type and hear it. Nothing is said before `setWords`, which is for whoever makes the
+  /// operator, before anybody else holds it.
+  OperatorWordsS const& crefWords() const { return words_; }
+  void setWords(OperatorWordsS words) { words_ = std::move(words); }
+
  protected:
   wstring const& crefName() const { return name_; }
   wstring const& crefText() const { return text_; }
@@ -88,6 +94,7 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   bool linear_;
   bool coreElement_;
   int code_;
+  OperatorWordsS words_;
 };
 
 }  // namespace zolt::math::ved

@@ -1,5 +1,7 @@
 #include "zolt/ved/operators/operator_list.h"
 
+#include <algorithm>
+
 namespace zolt::math::ved {
 
 namespace {
@@ -18,6 +20,7 @@ OperatorListC::OperatorListC(OperatorListC const&) = default;
 // The tables only: the holders of this list stay its holders.
 OperatorListC& OperatorListC::operator=(OperatorListC const& other) {
   byName_ = other.byName_;
+  inOrder_ = other.inOrder_;
   byText_ = other.byText_;
   byKey_ = other.byKey_;
   return *this;
@@ -26,13 +29,24 @@ OperatorListC& OperatorListC::operator=(OperatorListC const& other) {
 OperatorListC::~OperatorListC() = default;
 
 void OperatorListC::add(PointerTC<OperatorBC> op) {
-  byName_[op->getName()] = op;
+  PointerTC<OperatorBC>& named = byName_[op->getName()];
+  if (named) {
+    *std::find(inOrder_.begin(), inOrder_.end(), named.get()) = op.get();
+  } else {
+    inOrder_.push_back(op.get());
+  }
+  named = op;
   byText_[op->getText()] = op;
 }
 
 void OperatorListC::addKey(unsigned long key, PointerTC<OperatorBC> op) { byKey_[key] = std::move(op); }
 
-void OperatorListC::remove(wstring const& name) { byName_.erase(name); }
+void OperatorListC::remove(wstring const& name) {
+  auto const entry = byName_.find(name);
+  if (entry == byName_.end()) return;
+  inOrder_.erase(std::find(inOrder_.begin(), inOrder_.end(), entry->second.get()));
+  byName_.erase(entry);
+}
 
 PointerTC<OperatorBC> OperatorListC::lookup(wstring const& name) const { return find(byName_, name); }
 PointerTC<OperatorBC> OperatorListC::lookupText(wstring const& text) const { return find(byText_, text); }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <vector>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/ref_counted.h"
@@ -32,11 +33,15 @@ class OperatorListC : public oss::RefCountedBC {
   PointerTC<OperatorBC> lookupText(wstring const& text) const;
   PointerTC<OperatorBC> lookupKey(unsigned long key) const;
 
-  /// All operators by name, for palettes and completeness checks.
+  /// All operators by name, for completeness checks.
   std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return byName_; }
+  /// The same operators in the order in which their names were first registered, for palettes. The list
+  /// holds them.
+  std::vector<OperatorBC*> const& crefInOrder() const { return inOrder_; }
 
  private:
   std::map<wstring, PointerTC<OperatorBC>> byName_;
+  std::vector<OperatorBC*> inOrder_;  // those of byName_, which holds them
   std::map<wstring, PointerTC<OperatorBC>> byText_;
   std::map<unsigned long, PointerTC<OperatorBC>> byKey_;
 };
