@@ -10,12 +10,12 @@ wstring CASEngineABC::getName() const { return wstring(); }
 
 bool CASEngineABC::isCoreFunction(wstring const& name) const {
   detail::CoreNameS const* const core = detail::findCoreName(name);
-  return core && core->isFunction;
+  return core && core->has(detail::CORE_FUNCTION);
 }
 
 bool CASEngineABC::isCoreConstant(wstring const& name) const {
   detail::CoreNameS const* const core = detail::findCoreName(name);
-  return core && core->isConstant;
+  return core && core->has(detail::CORE_CONSTANT);
 }
 
 }  // namespace zolt::math::algexpr

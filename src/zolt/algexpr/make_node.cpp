@@ -30,13 +30,13 @@ bool endsName(char16_t c) { return c == u' ' || c == u'(' || c == u')' || c == u
 PointerTC<NodeABC> NodeAccessS::makeFunction(wstring_view name, PointerTC<NodeABC> const* first,
                                              unsigned long count) {
   CoreNameS const* const core = findCoreName(name);
-  if (core && core->isFunction) return new CoreFunctionNodeC(*core, first, count);
+  if (core && core->has(CORE_FUNCTION)) return new CoreFunctionNodeC(*core, first, count);
   return new UserFunctionNodeC(wstring(name), first, count);
 }
 
 PointerTC<NodeABC> NodeAccessS::makeNamed(wstring_view name) {
   CoreNameS const* const core = findCoreName(name);
-  if (core && core->isConstant) return new CoreConstantNodeC(*core);
+  if (core && core->has(CORE_CONSTANT)) return new CoreConstantNodeC(*core);
   return new SymbolNodeC(wstring(name));
 }
 

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "zolt/algexpr/detail/core_names.h"
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_node.h"
@@ -14,14 +15,13 @@ namespace {
 
 using OperandsT = std::vector<PointerTC<NodeABC>>;
 
-// What, with an exponent after it, would read back differently (a power: its exponent would get the new one)
-// or be read differently by a person (a fraction, an integral, a qualified expression: its last part would
-// seem to get it).
+bool hasTrait(wstring const& name, detail::CoreTraitE trait) {
+  detail::CoreNameS const* const known = detail::findCoreName(name);
+  return known && known->has(trait);
+}
+
 bool needsGuardBeforeExponent(NodeABC const& node) {
-  if (!node.asParent()) return false;
-  wstring const& name = node.crefName();
-  return name == u"^" || name == u"_rad" || name == u"_deg" || name == u"/" || name == u"integral" ||
-         name == u"where";
+  return node.asParent() && hasTrait(node.crefName(), detail::CORE_GUARDED);
 }
 
 bool isNegativeNumber(NodeABC const& node) {
@@ -41,10 +41,6 @@ PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {
 // The operand in front of an exponent or "!".
 PointerTC<NodeABC> guardedPower(PointerTC<NodeABC> operand) {
   return guarded(operand, operand && needsGuardBeforeExponent(*operand));
-}
-
-bool isChained(wstring const& name) {
-  return name == u"+" || name == u"*" || name == u"and" || name == u"or";
 }
 
 PointerTC<NodeABC> makeChain(wstring const& name, OperandsT operands) {
@@ -69,7 +65,7 @@ PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
 }
 
 PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands) {
-  if (isChained(name)) return makeChain(name, std::move(operands));
+  if (hasTrait(name, detail::CORE_CHAIN)) return makeChain(name, std::move(operands));
   if (name == u"^" && operands.size() == 2) return makePower(std::move(operands[0]), std::move(operands[1]));
   if (operands.size() == 1) {
     if (name == u"!") return makeFactorial(std::move(operands[0]));

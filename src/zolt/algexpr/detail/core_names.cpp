@@ -1,39 +1,34 @@
 #include "zolt/algexpr/detail/core_names.h"
 
 #include <algorithm>
-#include <array>
+#include <vector>
 
 namespace zolt::math::algexpr::detail {
 
 namespace {
 
-auto makeTable() {
-  std::array table = {
-      CoreNameS{u"+", true, false},         CoreNameS{u"-", true, false},
-      CoreNameS{u"*", true, false},         CoreNameS{u"div", true, false},
-      CoreNameS{u"mod", true, false},       CoreNameS{u"_pos", true, false},
-      CoreNameS{u"_neg", true, false},      CoreNameS{u"^", true, false},
-      CoreNameS{u"_rad", true, false},      CoreNameS{u"_deg", true, false},
-      CoreNameS{u"!", true, false},         CoreNameS{u"=", true, false},
-      CoreNameS{u"<>", true, false},        CoreNameS{u"<", true, false},
-      CoreNameS{u">", true, false},         CoreNameS{u"<=", true, false},
-      CoreNameS{u">=", true, false},        CoreNameS{u"not", true, false},
-      CoreNameS{u"and", true, false},       CoreNameS{u"or", true, false},
-      CoreNameS{u":=", true, false},        CoreNameS{u":>", true, false},
-      CoreNameS{u"_quietpos", true, false}, CoreNameS{u"_PI", false, true},
-      CoreNameS{u"/", true, false},         CoreNameS{u"sqrt", true, false},
-      CoreNameS{u"nthroot", true, false},   CoreNameS{u"abs", true, false},
-      CoreNameS{u"floor", true, false},     CoreNameS{u"ceil", true, false},
-      CoreNameS{u"log", true, false},       CoreNameS{u"log10", true, false},
-      CoreNameS{u"diff", true, false},      CoreNameS{u"integral", true, false},
-      CoreNameS{u"sum", true, false},       CoreNameS{u"where", true, false},
-      CoreNameS{u"error", true, true},      CoreNameS{u"sin", true, false},
-      CoreNameS{u"cos", true, false},       CoreNameS{u"tan", true, false},
-      CoreNameS{u"asin", true, false},      CoreNameS{u"acos", true, false},
-      CoreNameS{u"atan", true, false},      CoreNameS{u"sinh", true, false},
-      CoreNameS{u"cosh", true, false},      CoreNameS{u"tanh", true, false},
-      CoreNameS{u"ln", true, false},        CoreNameS{u"exp", true, false},
-  };
+using oss::wstring;
+
+struct NamesS {
+  unsigned traits;
+  std::vector<wstring> names;
+};
+
+std::vector<CoreNameS> makeTable() {
+  NamesS const known[] = {
+      {CORE_FUNCTION,
+       {u"-",   u"div",   u"mod",  u"_pos", u"_neg",  u"!",    u"=",         u"<>",   u"<",
+        u">",   u"<=",    u">=",   u"not",  u":=",    u":>",   u"_quietpos", u"sqrt", u"nthroot",
+        u"abs", u"floor", u"ceil", u"log",  u"log10", u"diff", u"sum",       u"sin",  u"cos",
+        u"tan", u"asin",  u"acos", u"atan", u"sinh",  u"cosh", u"tanh",      u"ln",   u"exp"}},
+      {CORE_FUNCTION | CORE_CHAIN, {u"+", u"*", u"and", u"or"}},
+      {CORE_FUNCTION | CORE_GUARDED, {u"^", u"_rad", u"_deg", u"/", u"integral", u"where"}},
+      {CORE_CONSTANT, {u"_PI"}},
+      {CORE_FUNCTION | CORE_CONSTANT, {u"error"}}};
+  std::vector<CoreNameS> table;
+  for (NamesS const& entry : known) {
+    for (wstring const& name : entry.names) table.push_back({name, entry.traits});
+  }
   std::sort(table.begin(), table.end(), [](auto const& a, auto const& b) { return a.name < b.name; });
   return table;
 }

@@ -1,5 +1,7 @@
 #include "zolt/exchange/detail/plain_lexer.h"
 
+#include <algorithm>
+
 #include "zolt/algexpr/make_node.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
@@ -42,10 +44,10 @@ std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
   return end;
 }
 
-char16_t folded(char16_t c) { return common::foldLookAlike(c, common::LOOK_ALIKE_PASTED); }
-
 // Letters and digits are the most of any text, and blanks are asked for before each of them.
-bool isBlank(char16_t c) { return (c <= u' ' || c >= u'\u00A0') && folded(c) == u' '; }
+bool isBlank(char16_t c) {
+  return (c <= u' ' || c >= u'\u00A0') && common::foldLookAlike(c, common::LOOK_ALIKE_PASTED) == u' ';
+}
 
 /// The character that is raised, U+0000 when `c` is no superscript that a number or "n" has.
 char16_t lowered(char16_t c) {
@@ -66,20 +68,26 @@ char16_t PlainLexerC::peek(std::size_t ahead) const {
   return ahead < text_.size() - position_ ? text_[position_ + ahead] : u'\0';
 }
 
-bool PlainLexerC::take(char16_t c) {
-  if (peek() != c) return false;
-  ++position_;
-  return true;
-}
-
 void PlainLexerC::set(PlainTokenE type, std::u16string_view text) {
   token_.type = type;
   token_.text = text;
 }
 
-void PlainLexerC::setInfix(std::u16string_view name) {
-  token_.type = PLAIN_TOKEN_INFIX;
-  token_.infix = findInfix(name);
+void PlainLexerC::setOperator(ReadingS const& reading) {
+  NotationS const& notation = *reading.notation;
+  switch (notation.form) {
+    case FORM_INFIX:
+      token_.infix = &notation;
+      return set(PLAIN_TOKEN_INFIX);
+    case FORM_PREFIX:
+      return set(PLAIN_TOKEN_NOT);
+    case FORM_POSTFIX:
+      return set(PLAIN_TOKEN_POSTFIX, notation.name);
+    case FORM_CONSTANT:
+      return set(PLAIN_TOKEN_PI);
+    default:
+      return set(PLAIN_TOKEN_ROOT, reading.addedArgument);
+  }
 }
 
 void PlainLexerC::setBracket(PlainTokenE type, char16_t bracket, std::u16string_view function) {
@@ -116,88 +124,34 @@ void PlainLexerC::readNextToken() {
 }
 
 void PlainLexerC::readSign(char16_t c) {
-  switch (folded(c)) {
+  if (ReadingS const* const reading = findReading(text_.substr(token_.begin, 2))) {
+    position_ = std::min(token_.begin + 2, text_.size());
+    return setOperator(*reading);
+  }
+  char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);
+  if (ReadingS const* const reading = findReading({&sign, 1})) return setOperator(*reading);
+  if (NotationS const* const function = findBrackets(c)) {
+    std::u16string_view const brackets = function->plain.brackets;
+    if (brackets[0] == brackets[1]) return set(PLAIN_TOKEN_BAR, function->name);
+    if (c == brackets[1]) return setBracket(PLAIN_TOKEN_CLOSE, c);
+    return setBracket(PLAIN_TOKEN_OPEN, brackets[1], function->name);
+  }
+  switch (c) {
     case u'(':
       return setBracket(PLAIN_TOKEN_OPEN, u')');
     case u'[':
       return setBracket(PLAIN_TOKEN_OPEN, u']');
     case u'{':
       return setBracket(PLAIN_TOKEN_OPEN, u'}');
-    case u'\u230A':
-      return setBracket(PLAIN_TOKEN_OPEN, u'\u230B', u"floor");
-    case u'\u2308':
-      return setBracket(PLAIN_TOKEN_OPEN, u'\u2309', u"ceil");
     case u')':
     case u']':
     case u'}':
-    case u'\u230B':
-    case u'\u2309':
       return setBracket(PLAIN_TOKEN_CLOSE, c);
-    case u'|':
-      return set(PLAIN_TOKEN_BAR);
     case u',':
       return set(PLAIN_TOKEN_COMMA);
-    case u'+':
-      return setInfix(u"+");
-    case u'-':
-      return setInfix(u"-");
-    case u'*':
-      return setInfix(take(u'*') ? u"^" : u"*");
-    case u'/':
-      return setInfix(u"/");
-    case u'^':
-      return setInfix(u"^");
-    case u'!':
-      if (take(u'=')) return setInfix(u"<>");
-      return set(PLAIN_TOKEN_POSTFIX, u"!");
-    case u'\u00B0':
-      return set(PLAIN_TOKEN_POSTFIX, u"_deg");
-    case u'\u02B3':
-      return set(PLAIN_TOKEN_POSTFIX, u"_rad");
-    case u'\u221A':
-      return set(PLAIN_TOKEN_ROOT);
-    case u'\u221B':
-      return set(PLAIN_TOKEN_ROOT, u"3");
-    case u'\u221C':
-      return set(PLAIN_TOKEN_ROOT, u"4");
-    case common::pi_sign:
-      return set(PLAIN_TOKEN_PI);
-    case u'=':
-      take(u'=');
-      return setInfix(u"=");
-    case common::not_equal_sign:
-      return setInfix(u"<>");
-    case u'<':
-      if (take(u'=')) return setInfix(u"<=");
-      return setInfix(take(u'>') ? u"<>" : u"<");
-    case common::less_or_equal_sign:
-      return setInfix(u"<=");
-    case u'>':
-      return setInfix(take(u'=') ? u">=" : u">");
-    case common::greater_or_equal_sign:
-      return setInfix(u">=");
-    case u'\u2227':
-      return setInfix(u"and");
-    case u'&':
-      if (take(u'&')) return setInfix(u"and");
-      break;
-    case u'\u2228':
-      return setInfix(u"or");
-    case u'\u00AC':
-      return set(PLAIN_TOKEN_NOT);
-    case u':':
-      if (take(u'=')) return setInfix(u":=");
-      if (take(u'>')) return setInfix(u":>");
-      break;
-    case u'\u2254':
-      return setInfix(u":=");
-    case common::store_sign:
-    case u'\u2192':
-      return setInfix(u":>");
     default:
-      break;
+      return setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
   }
-  setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
 }
 
 void PlainLexerC::readNumber() {
@@ -211,9 +165,9 @@ void PlainLexerC::readNumber() {
 void PlainLexerC::readName() {
   position_ = findNameEnd(text_, position_);
   std::u16string_view const name = text_.substr(token_.begin, position_ - token_.begin);
-  if (!isWord(name)) return set(isPi(name) ? PLAIN_TOKEN_PI : PLAIN_TOKEN_NAME, name);
-  if (name == u"not") return set(PLAIN_TOKEN_NOT);
-  setInfix(name);
+  ReadingS const* const reading = findReading(name);
+  if (!reading || reading->notation->form == FORM_FUNCTION) return set(PLAIN_TOKEN_NAME, name);
+  setOperator(*reading);
 }
 
 void PlainLexerC::readQuotedName() {

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "zolt/exchange/detail/plain_notation.h"
+#include "zolt/exchange/detail/notation.h"
 #include "zolt/exchange/plain_text.h"
 
 namespace zolt::exchange::detail {
@@ -21,7 +21,7 @@ enum PlainTokenE {
   PLAIN_TOKEN_ROOT,         ///< text: the index, empty for a square root
   PLAIN_TOKEN_OPEN,         ///< text: the function of such brackets, empty when they only group
   PLAIN_TOKEN_CLOSE,
-  PLAIN_TOKEN_BAR,
+  PLAIN_TOKEN_BAR,  ///< text: the function of bars
   PLAIN_TOKEN_COMMA,
   PLAIN_TOKEN_BAD  ///< error says why
 };
@@ -32,7 +32,7 @@ struct PlainTokenS {
   std::size_t end = 0;
   /// The number, the name without its quotes, or what the kind of token says.
   wstring text;
-  InfixS const* infix = nullptr;
+  NotationS const* infix = nullptr;
   /// Of an opening bracket the closing one that fits, of a closing one itself.
   char16_t bracket = u'\0';
   PlainTextErrorE error = PLAIN_TEXT_ERROR_NONE;
@@ -50,13 +50,12 @@ class PlainLexerC {
 
  private:
   char16_t peek(std::size_t ahead = 0) const;
-  bool take(char16_t c);
   void readSign(char16_t c);
   void readNumber();
   void readName();
   void readQuotedName();
   void readSuperscript();
-  void setInfix(std::u16string_view name);
+  void setOperator(ReadingS const& reading);
   void set(PlainTokenE type, std::u16string_view text = {});
   void setBracket(PlainTokenE type, char16_t bracket, std::u16string_view function = {});
   void setError(PlainTextErrorE error);

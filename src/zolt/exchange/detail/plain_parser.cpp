@@ -48,14 +48,14 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_OPEN:
       return beginGroup(token().text, token().bracket);
     case PLAIN_TOKEN_BAR:
-      return beginGroup(u"abs", bar);
+      return beginGroup(token().text, bar);
     case PLAIN_TOKEN_ROOT:
       return readRoot();
     case PLAIN_TOKEN_NOT:
       if (currentRule() <= RULE_NOT) return readPrefix(u"not", RULE_NOT);
       return readWordCall(u"not");
     case PLAIN_TOKEN_INFIX:
-      if (isWord(token().infix->name)) return readWordCall(token().infix->name);
+      if (isBareName(token().infix->name)) return readWordCall(token().infix->name);
       return readSignBeforeOperand();
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
@@ -129,8 +129,8 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
 
 PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
   if (opensCall()) return beginCall(std::move(frame));
-  FunctionS const* const unary = findFunction(frame.name, 1);
-  if (unary && unary->numArguments == 0) {
+  ReadingS const* const unary = findFunction(frame.name, 1);
+  if (unary && unary->notation->arity == 0) {
     return keep(makeNamed(frame.name));
   }
   if (unary && readFunctionExponent(frame)) {
@@ -166,7 +166,8 @@ bool PlainParserC::readFunctionExponent(FrameS& frame) {
     frame.exponent = common::isDigit(exponent[0]) ? makeNumber(exponent) : makeNamed(exponent);
     return true;
   }
-  std::u16string_view const inverse = findInverse(frame.name);
+  ReadingS const* const function = findFunction(frame.name, 1);
+  std::u16string_view const inverse = function->notation->plain.inverse;
   if (inverse.empty() || exponent.compare(1, wstring::npos, u"1") != 0) return false;
   frame.name = inverse;
   return true;
@@ -261,7 +262,7 @@ PlainParserC::NextE PlainParserC::readPostfix() {
 }
 
 PlainParserC::NextE PlainParserC::readProduct() {
-  static InfixS const* const times = findInfix(u"*");
+  static NotationS const* const times = findInfix(u"*");
   // Behind a function without brackets, factors belong to its argument, up to the next function.
   finishTighterThan(RULE_ARGUMENT);
   bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
@@ -361,10 +362,10 @@ void PlainParserC::finish(FrameS const& frame) {
 
 PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
   if (!frame.isWritten) return makeFunction(frame.name, std::move(arguments));
-  FunctionS const* const function = findFunction(frame.name, arguments.size());
+  ReadingS const* const function = findFunction(frame.name, arguments.size());
   if (!function) return nullptr;
   if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));
-  NodeT call = makeFunction(wstring(function->name), std::move(arguments));
+  NodeT call = makeFunction(wstring(function->notation->name), std::move(arguments));
   return frame.exponent ? makePower(std::move(call), frame.exponent) : call;
 }
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "zolt/algexpr/node.h"
+#include "zolt/exchange/detail/notation.h"
 #include "zolt/exchange/detail/plain_lexer.h"
-#include "zolt/exchange/detail/plain_notation.h"
 #include "zolt/exchange/plain_text.h"
 
 namespace zolt::exchange::detail {
@@ -41,7 +41,7 @@ class PlainParserC {
     bool isWritten = false;  // `name` is as people write it, else the expression library's
     char16_t close = u'\0';  // of brackets only
     wstring name;            // empty: brackets that only group
-    InfixS const* infix = nullptr;
+    NotationS const* infix = nullptr;
     NodeT exponent;  // of a function, as in sin²x; of a root, its index
     std::size_t firstOperand = 0;
     std::size_t begin = 0;  // what an error in the arguments marks

@@ -57,7 +57,7 @@ NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index
 }
 
 /// Whether a bare name would be read as something else than itself.
-bool isReserved(std::u16string_view name) { return isWord(name) || isPi(name) || isFunction(name); }
+bool isReserved(std::u16string_view name) { return findReading(name) != nullptr; }
 
 }  // namespace
 
@@ -88,7 +88,7 @@ void PlainWriterC::writeLeaf(NodeABC const& node, RuleE rule) {
     if (negative) output_ += u'-';
     output_.append(name, negative ? 1 : 0, wstring::npos);
   } else if (name == pi_name) {
-    output_ += u"pi";
+    output_ += findNotation(name)->plain.written;
   } else if (isBareName(name) && findGreekLetter(name).empty() && (!isReserved(name) || name == u"error")) {
     output_ += name;
   } else {
@@ -98,24 +98,26 @@ void PlainWriterC::writeLeaf(NodeABC const& node, RuleE rule) {
 
 void PlainWriterC::writeParent(ParentNodeABC const& node, RuleE rule) {
   wstring const& name = node.crefName();
-  if (node.numChildren() == 2) {
-    InfixS const* const infix = findInfix(name);
-    if (infix) return writeInfix(node, *infix, rule);
-  } else if (node.numChildren() == 1) {
-    NodeABC const& operand = node.child(0);
-    if (name == bracket_name) return writeBrackets(operand);
-    if (name == u"_neg") return writePrefix(u"-", operand, RULE_SIGN, rule);
-    if (name == u"_pos") return writePrefix(u"+", operand, RULE_SIGN, rule);
-    if (name == u"not") return writePrefix(u"not ", operand, RULE_NOT, rule);
-    bool const isPostfix = name == u"!" || name == u"_deg" || name == u"_rad";
-    NodeABC const* const written = isPostfix ? findWrittenOperand(node, 0) : nullptr;
-    if (written)
-      return writePostfix(name == u"!" ? u"!" : name == u"_deg" ? u"\u00B0" : u"\u02B3", *written, rule);
+  NotationS const* const notation = findNotation(name);
+  if (!notation || notation->arity != node.numChildren()) return writeCall(node);
+  switch (notation->form) {
+    case FORM_INFIX:
+      return writeInfix(node, *notation, rule);
+    case FORM_BRACKETS:
+      return writeBrackets(node.child(0));
+    case FORM_PREFIX:
+      return writePrefix(notation->plain.written, node.child(0), notation->rule, rule);
+    case FORM_POSTFIX:
+      if (NodeABC const* const written = findWrittenOperand(node, 0))
+        return writePostfix(notation->plain.written, *written, rule);
+      break;
+    default:
+      break;
   }
   writeCall(node);
 }
 
-void PlainWriterC::writeInfix(ParentNodeABC const& node, InfixS const& infix, RuleE rule) {
+void PlainWriterC::writeInfix(ParentNodeABC const& node, NotationS const& infix, RuleE rule) {
   NodeABC const* left = &node.child(0);
   NodeABC const* right = &node.child(1);
   if (infix.rule == RULE_POWER) {
@@ -125,7 +127,7 @@ void PlainWriterC::writeInfix(ParentNodeABC const& node, InfixS const& infix, Ru
   }
   open(infix.rule < rule);
   later(*right, infix.rightRule);
-  later(infix.written);
+  later(infix.plain.written);
   later(*left, infix.leftRule);
 }
 
@@ -158,9 +160,10 @@ void PlainWriterC::writeBrackets(NodeABC const& operand) {
 
 void PlainWriterC::writeCall(ParentNodeABC const& node) {
   wstring const& name = node.crefName();
-  FunctionS const* const function = findWritten(name, node.numChildren());
-  if (function) {
-    output_ += function->written;
+  NotationS const* const function = findNotation(name);
+  bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
+  if (fits && function->form == FORM_FUNCTION) {
+    output_ += function->plain.written;
   } else if (isBareName(name) && !isReserved(name)) {
     output_ += name;
   } else {

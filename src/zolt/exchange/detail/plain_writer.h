@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "zolt/algexpr/node.h"
-#include "zolt/exchange/detail/plain_notation.h"
+#include "zolt/exchange/detail/notation.h"
 #include "zolt/exchange/plain_text.h"
 
 namespace zolt::exchange::detail {
@@ -27,7 +27,7 @@ class PlainWriterC {
   void writeNode(math::algexpr::NodeABC const& node, RuleE rule);
   void writeLeaf(math::algexpr::NodeABC const& node, RuleE rule);
   void writeParent(math::algexpr::ParentNodeABC const& node, RuleE rule);
-  void writeInfix(math::algexpr::ParentNodeABC const& node, InfixS const& infix, RuleE rule);
+  void writeInfix(math::algexpr::ParentNodeABC const& node, NotationS const& infix, RuleE rule);
   void writePrefix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE own, RuleE rule);
   void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writeBrackets(math::algexpr::NodeABC const& operand);
