@@ -10,7 +10,7 @@ ParentNodeABC::ParentNodeABC(PointerTC<NodeABC> const* first, unsigned long coun
     : count_(static_cast<std::uint32_t>(count)),
       few_{},
       many_(count > inline_count ? new NodeABC*[count] : nullptr) {
-  std::transform(first, first + count, slots(), [](PointerTC<NodeABC> const& child) {
+  std::transform(first, first + count, pointers(), [](PointerTC<NodeABC> const& child) {
     child->reference();
     return child.get();
   });
@@ -27,17 +27,17 @@ ParentNodeABC::~ParentNodeABC() {
     NodeABC* orphan = nullptr;
     ParentNodeABC* parent = dying ? dying->asParent() : nullptr;
     if (parent) {
-      orphan = parent->slots()[0];
-      parent->slots()[0] = chain;
+      orphan = parent->pointers()[0];
+      parent->pointers()[0] = chain;
       chain = parent;
     } else {
       delete dying;
       if (!chain) return;
       parent = chain->asParent();
       if (parent->count_ > 1) {
-        orphan = parent->slots()[--parent->count_];
+        orphan = parent->pointers()[--parent->count_];
       } else {
-        chain = parent->slots()[0];
+        chain = parent->pointers()[0];
         parent->count_ = 0;
         if (parent != this) delete parent;
       }

@@ -15,9 +15,9 @@ class ParentNodeABC : public NodeABC {
 
   unsigned long numChildren() const { return count_; }
   /// `i` is below `numChildren()`.
-  NodeABC const& child(unsigned long i) const { return *slots()[i]; }
-  NodeABC& child(unsigned long i) { return *slots()[i]; }
-  PointerTC<NodeABC> childPointer(unsigned long i) const { return slots()[i]; }
+  NodeABC const& child(unsigned long i) const { return *pointers()[i]; }
+  NodeABC& child(unsigned long i) { return *pointers()[i]; }
+  PointerTC<NodeABC> childPointer(unsigned long i) const { return pointers()[i]; }
 
   static char16_t const* getCastableId();
   NodeABC const* lookUpBase(char16_t const* id) const override;
@@ -31,8 +31,8 @@ class ParentNodeABC : public NodeABC {
  private:
   static constexpr unsigned long inline_count = 2;
 
-  NodeABC* const* slots() const { return many_ ? many_.get() : few_; }
-  NodeABC** slots() { return many_ ? many_.get() : few_; }
+  NodeABC* const* pointers() const { return many_ ? many_.get() : few_; }
+  NodeABC** pointers() { return many_ ? many_.get() : few_; }
 
   // Plain pointers, each holding one reference: the destructor reuses the slots of dying nodes as links.
   std::uint32_t count_;
