@@ -1,13 +1,12 @@
 #include "hosts/cli/command_gallery.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <vector>
 
 #include "hosts/cli/gallery.h"
 #include "hosts/cli/options.h"
+#include "hosts/cli/output_file.h"
 #include "hosts/cli/picture.h"
 #include "hosts/cli/standard_output.h"
 #include "hosts/cli/typesetter.h"
@@ -68,19 +67,6 @@ std::string escapeHtml(std::string const& text) {
     }
   }
   return out;
-}
-
-bool writeFile(fs::path const& path, std::string const& bytes, std::string& error) {
-  errno = 0;
-  std::FILE* const file = std::fopen(path.string().c_str(), "wb");
-  bool isWritten = file && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
-  int cause = errno;
-  if (file && std::fclose(file) != 0) {
-    cause = isWritten ? errno : cause;
-    isWritten = false;
-  }
-  if (!isWritten) error = "cannot write " + path.string() + ": " + describeSystemError(cause);
-  return isWritten;
 }
 
 class GalleryWriterC {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "hosts/cli/output_file.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -75,7 +76,8 @@ void PictureC::drawRow(std::vector<math::ved::Node4C*> const& trees, long room) 
 }
 
 bool PictureC::write(std::string const& path, surfaces::PictureFormatE format, std::string& error) const {
-  return graphics_->renderToFile(path, format, width_, height_, options_, error);
+  std::string bytes;
+  return toBytes(format, bytes, error) && writeFile(path, bytes, error);
 }
 
 bool PictureC::toBytes(surfaces::PictureFormatE format, std::string& bytes, std::string& error) const {

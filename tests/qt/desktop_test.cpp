@@ -18,13 +18,13 @@
 
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
-#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/help_dialog.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/write_file.h"
 #include "tests/qt/desktop_stage.h"
 #include "tests/qt/keys.h"
 #include "zolt/qt/formula_edit.h"
@@ -284,7 +284,7 @@ class DesktopTest final : public QObject {
     QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
     QString const path = folder.filePath(QStringLiteral("a.zved"));
     QString error;
-    QVERIFY(replaceFile(path, sampleBytes(), error));
+    QVERIFY(writeFile(path, sampleBytes(), error));
     {
       MainWindow window(fonts(), &settings);
       window.show();

@@ -1,24 +1,21 @@
-// What becomes of sheets when things go wrong: files that cannot be written, programs that are killed while
-// they write, and what is offered at the next start.
+// What becomes of sheets when things go wrong: files that cannot be written, programs that are killed, and
+// what is offered at the next start.
 
 #include <QDir>
 #include <QFile>
 #include <QListWidget>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <csignal>
-#include <cstdio>
 #include <map>
-#include <thread>
 
-#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/notice_bar.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
 #include "hosts/qt/desktop/recovery_keeper.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/write_file.h"
 #include "tests/qt/desktop_stage.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/ved/limits.h"
@@ -33,20 +30,6 @@ using namespace zolt;
 using namespace zolt::desktop;
 
 namespace {
-
-QByteArray largeSheet(QChar letter) {
-  return writeSheet(Sheet(10000, SheetLine{LineKind::Text, QString(300, letter), {}, {}}));
-}
-
-/// Saves two sheets by turns until somebody kills it.
-int saveForever(QString const& path) {
-  QByteArray const sheets[] = {largeSheet(u'a'), largeSheet(u'b')};
-  std::puts("ready");
-  std::fflush(stdout);
-  QString error;
-  for (int turn = 1; replaceFile(path, sheets[turn % 2], error);) ++turn;
-  return 1;
-}
 
 QByteArray contents(QString const& path) {
   QFile file(path);
@@ -73,17 +56,6 @@ class FullDisk {
   rlimit before_{};
 };
 
-/// Somebody whom permissions concern, also when the tests are run by the superuser.
-class OrdinaryUser {
- public:
-  OrdinaryUser() { changed_ = geteuid() == 0 && seteuid(65534) == 0; }
-  ~OrdinaryUser() {
-    if (changed_ && seteuid(0) != 0) std::abort();
-  }
-
- private:
-  bool changed_;
-};
 #endif
 
 }  // namespace
@@ -97,96 +69,6 @@ class RecoveryTest final : public QObject {
     qt::FormulaEdit provider;  // the operators
   }
 
-  // ---- Replacing files ------------------------------------------------------------------------------------
-
-#ifdef Q_OS_UNIX
-  void filesAreReplacedOrLeftAlone() {
-    QTemporaryDir folder;
-    QString const path = folder.filePath(QStringLiteral("a.zved")),
-                  link = folder.filePath(QStringLiteral("l"));
-    QString error;
-    // By way of two links, of which the second leads to nothing yet.
-    QVERIFY(QFile::link(QStringLiteral("m"), link));
-    QVERIFY(QFile::link(path, folder.filePath(QStringLiteral("m"))));
-    for (char const* const bytes : {"first", "", "second"}) {
-      QVERIFY2(replaceFile(link, bytes, error), qPrintable(error));
-      QCOMPARE(contents(path), QByteArray(bytes));
-      QCOMPARE(::chmod(QFile::encodeName(path), 0640), 0);
-    }
-    struct stat state {};
-    QCOMPARE(::stat(QFile::encodeName(path), &state), 0);
-    QCOMPARE(state.st_mode & 07777u, 0640u);
-    QVERIFY(QFileInfo(link).isSymLink());
-    QCOMPARE(entries(folder.path()).size(), 3);
-    // A name as long as names may be leaves no room for another one beside it.
-    QVERIFY2(replaceFile(folder.filePath(QString(255, u'n')), "x", error), qPrintable(error));
-  }
-
-  void refusalsSayWhyAndChangeNothing() {
-    QTemporaryDir folder;
-    auto const place = [&](char const* name) { return folder.filePath(QLatin1String(name)); };
-    QString error;
-    QDir(folder.path()).mkdir(QStringLiteral("locked"));
-    for (char const* const name : {"file", "protected", "locked/file"})
-      QVERIFY(replaceFile(place(name), "kept", error));
-    QFile::link(QStringLiteral("loop"), place("loop"));
-    QCOMPARE(::mkfifo(QFile::encodeName(place("pipe")), 0666), 0);
-    ::chmod(QFile::encodeName(folder.path()), 0777);
-    ::chmod(QFile::encodeName(place("locked")), 0555);
-    ::chmod(QFile::encodeName(place("protected")), 0444);
-    QStringList const before = entries(folder.path());
-    auto const refuse = [&](char const* name, char const* why) {
-      error.clear();
-      bool const saved = replaceFile(place(name), QByteArray(100000, 'x'), error);
-      return !saved && error.contains(QLatin1String(why)) ? QByteArray("refused") : name + error.toUtf8();
-    };
-    for (char const* const name : {"no/such.zved", "file/x"}) QCOMPARE(refuse(name, "no folder"), "refused");
-    for (char const* const name : {"locked", "pipe"}) QCOMPARE(refuse(name, "not a file"), "refused");
-    QCOMPARE(refuse("loop", "links"), "refused");
-    {
-      OrdinaryUser const user;
-      for (char const* const name : {"protected", "locked/file", "locked/new"}) {
-        QCOMPARE(refuse(name, "permission"), "refused");
-      }
-    }
-    {
-      FullDisk const disk;
-      for (char const* const name : {"file", "new"}) QCOMPARE(refuse(name, "full"), "refused");
-    }
-    QCOMPARE(entries(folder.path()), before);
-    for (char const* const name : {"file", "protected", "locked/file"})
-      QCOMPARE(contents(place(name)), "kept");
-    QVERIFY(!readSheetFile(place("pipe"), error));
-  }
-
-  void killedWhileSavingLeavesOneOfTheSheets() {
-    constexpr int kills = 20;
-    QTemporaryDir folder;
-    QString const path = folder.filePath(QStringLiteral("a.zved"));
-    QByteArray const versions[] = {largeSheet(u'a'), largeSheet(u'b')};
-    int cutShort = 0;
-    QString error;
-    QVERIFY(replaceFile(path, versions[0], error));
-    for (int i = 0; i < kills; ++i) {
-      QProcess program;
-      program.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--save-forever"), path});
-      QVERIFY(program.waitForReadyRead());
-      std::this_thread::sleep_for(std::chrono::microseconds(i * 2200));
-      program.kill();
-      QVERIFY(program.waitForFinished());
-      QByteArray const found = contents(path);
-      QVERIFY2(found == versions[0] || found == versions[1], qPrintable(QString::number(found.size())));
-      int const beside = int(entries(folder.path()).size()) - 1;
-      QVERIFY(beside == 0 || beside == 1);
-      cutShort += beside;
-    }
-    qInfo("%d of %d saves were cut short", cutShort, kills);
-    QVERIFY(cutShort > 0);
-    QVERIFY(replaceFile(path, "x", error));
-    QCOMPARE(entries(folder.path()).size(), 1);
-  }
-#endif
-
   // ---- The window -----------------------------------------------------------------------------------------
 
   void theWindowKeepsItsSheetWhateverFails() {
@@ -194,12 +76,16 @@ class RecoveryTest final : public QObject {
     auto const place = [&](char const* name) { return folder.filePath(QLatin1String(name)); };
     QString const path = place("sub/a.zved");
     QString error;
-    QVERIFY(QDir().mkdir(place("sub")) && replaceFile(path, sampleBytes(), error));
-    QVERIFY(replaceFile(place("damaged"), sampleBytes().chopped(8), error));
+    QVERIFY(QDir().mkdir(place("sub")) && writeFile(path, sampleBytes(), error));
+    QVERIFY(writeFile(place("damaged"), sampleBytes().chopped(8), error));
     MainWindow window(fonts(), nullptr);
     window.show();
     QVERIFY(window.open(path));
-    for (auto const& [file, button] : {std::pair{"damaged", "Cancel"}, {"missing", "OK"}, {"sub", "OK"}}) {
+#ifdef Q_OS_UNIX
+    QCOMPARE(::mkfifo(QFile::encodeName(place("pipe")), 0666), 0);
+#endif
+    for (auto const& [file, button] :
+         {std::pair{"damaged", "Cancel"}, {"missing", "OK"}, {"sub", "OK"}, {"pipe", "OK"}}) {
       DialogAnswer answer(button);
       QVERIFY(!window.open(place(file)));
       QCOMPARE(answer.count, 1);
@@ -244,7 +130,7 @@ class RecoveryTest final : public QObject {
     window.show();
     QString const path = folder.filePath(QStringLiteral("a.zved"));
     QString error;
-    QVERIFY(replaceFile(path, "zolt-sheet 1\nformula +(a\nformula b\nwhat is this?\nend 2\n", error));
+    QVERIFY(writeFile(path, "zolt-sheet 1\nformula +(a\nformula b\nwhat is this?\nend 2\n", error));
     DialogAnswer answer("Open What Is Readable");
     QVERIFY(window.open(path));
     QVERIFY(answer.said.contains(QLatin1String("Line 2")));
@@ -279,7 +165,7 @@ class RecoveryTest final : public QObject {
     QString const path = folder.filePath(QStringLiteral("a.zved")),
                   kept = folder.filePath(QStringLiteral("kept"));
     QString error;
-    QVERIFY(replaceFile(path, sampleBytes(), error));
+    QVERIFY(writeFile(path, sampleBytes(), error));
     std::vector<std::unique_ptr<MainWindow>> windows;
     auto const add = [&] { windows.push_back(std::make_unique<MainWindow>(fonts(), nullptr, kept)); };
     for (int i = 0; i < 3; ++i) add();
@@ -351,7 +237,7 @@ class RecoveryTest final : public QObject {
     file.reset();
     QByteArray const whole = contents(name);
     for (qsizetype i = 0; i < whole.size() - 1; i += 4) {
-      QVERIFY(replaceFile(name, whole.left(i), error));
+      QVERIFY(writeFile(name, whole.left(i), error));
       auto const files = RecoveryFile::adoptAll(folder.path());
       QCOMPARE(files.size(), 1);
       QVERIFY(!files[0]->read(error));
@@ -396,7 +282,7 @@ class RecoveryTest final : public QObject {
     QTemporaryDir folder;
     QString error;
     QString const file = folder.filePath(QStringLiteral("file"));
-    QVERIFY(replaceFile(file, "x", error));
+    QVERIFY(writeFile(file, "x", error));
     MainWindow window(fonts(), nullptr, file + QStringLiteral("/below"));
     window.show();
     window.view().insertBelow(formulaLine("x"));
@@ -410,8 +296,6 @@ class RecoveryTest final : public QObject {
 };
 
 int main(int argc, char** argv) {
-  if (argc == 3 && qstrcmp(argv[1], "--save-forever") == 0)
-    return saveForever(QString::fromLocal8Bit(argv[2]));
   QApplication app(argc, argv);
   RecoveryTest test;
   return QTest::qExec(&test, argc, argv);

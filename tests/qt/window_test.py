@@ -167,28 +167,6 @@ def test_signals_keep_the_sheet(stage):
         recover(stage)
 
 
-def test_killed_while_saving(stage):
-    lines = ["formula a"] + ["text " + "x" * 90] * 10000
-    stage.write(*lines)
-    versions = [stage.saved(), stage.saved().replace("formula a", "formula +(a,b)", 1)]
-    found = set()
-    for attempt in range(6):
-        stage.write(*lines)
-        stage.start(stage.sheet)
-        stage.enter("sheet.zved")
-        stage.type("+b")
-        stage.press("ctrl+s")
-        time.sleep(0.05 * attempt)
-        stage.desktop.kill()
-        stage.desktop.wait()
-        expect(stage.saved() in versions, "the old sheet or the new one")
-        found.add(versions.index(stage.saved()))
-        beside = [path.name for path in stage.folder.glob(".*.part")]
-        expect(len(beside) <= 1, f"what is left over does not grow: {beside}")
-        shutil.rmtree(stage.folder / "data", ignore_errors=True)
-    print(f"killed while saving: found {sorted(found)} of old (0) and new (1)")
-
-
 def test_damaged_font(stage):
     fonts = stage.folder / "fonts"
     fonts.mkdir()

@@ -1,18 +1,9 @@
 #include <cairo.h>
 #include <gtest/gtest.h>
-#ifndef _WIN32
-#include <signal.h>
-#include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#endif
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <vector>
 
 #include "tests/surfaces/probe_graphics.h"
@@ -20,8 +11,6 @@
 
 namespace zolt::surfaces {
 namespace {
-
-namespace fs = std::filesystem;
 
 /// The pixels of a PNG picture, as opacity 0 to 255.
 struct PixelsS {
@@ -89,34 +78,17 @@ class CairoPictures : public ::testing::Test {
     graphics.drawLine(70, 0, 80, 9);
     graphics.drawText(u"\u25CF", 85, 0);
   }
-  void SetUp() override {
-    folder = fs::temp_directory_path() /
-             ("zolt_cairo_test." + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) +
-              ::testing::UnitTest::GetInstance()->current_test_info()->name());
-    fs::create_directory(folder);
-  }
-  void TearDown() override { fs::remove_all(folder); }
-
   std::string render(PictureFormatE format) {
     std::string bytes, error;
     EXPECT_TRUE(graphics.render(format, 100, 40, options, bytes, error)) << error;
     return bytes;
   }
-  static std::string contents(fs::path const& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  std::size_t filesInFolder() const {
-    return std::size_t(std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
-  }
-
   /// Cairo's own cache of fonts, which holds the faces that it was given.
   struct CairoCacheS {
     ~CairoCacheS() { cairo_debug_reset_static_data(); }
   } cache;
   CairoGraphicsC graphics{makeTypesetter()};
   PictureOptionsS options;
-  fs::path folder;
 };
 
 TEST_F(CairoPictures, AreTheSameEveryTime) {
@@ -191,111 +163,6 @@ TEST_F(CairoPictures, PdfIsComplete) {
   EXPECT_NE(pdf.find("%%EOF", pdf.size() - 16), std::string::npos);
   EXPECT_NE(pdf.find("/Subject"), std::string::npos);
 }
-
-TEST_F(CairoPictures, ReplaceFilesAtOnceOrNotAtAll) {
-  std::string error;
-  fs::path const file = folder / "formula.png", link = folder / "link.png";
-  ASSERT_TRUE(graphics.renderToFile(file.string(), PICTURE_PNG, 100, 40, options, error)) << error;
-  EXPECT_EQ(contents(file), render(PICTURE_PNG));
-  fs::create_symlink(file, link);
-  ASSERT_TRUE(graphics.renderToFile(link.string(), PICTURE_SVG, 100, 40, options, error)) << error;
-  EXPECT_TRUE(fs::is_symlink(link));
-  EXPECT_EQ(contents(file), render(PICTURE_SVG));
-  EXPECT_EQ(filesInFolder(), 2u) << "no drafts left behind";
-
-  EXPECT_FALSE(
-      graphics.renderToFile((folder / "no" / "x.png").string(), PICTURE_PNG, 100, 40, options, error));
-  EXPECT_NE(error.find("x.png"), std::string::npos) << error;
-  EXPECT_FALSE(graphics.renderToFile(folder.string(), PICTURE_PNG, 100, 40, options, error));
-  if (fs::exists("/dev/full")) {
-    EXPECT_FALSE(graphics.renderToFile("/dev/full", PICTURE_PNG, 100, 40, options, error));
-    EXPECT_NE(error.find("/dev/full"), std::string::npos) << error;
-    EXPECT_TRUE(fs::is_character_file("/dev/full"));
-  }
-  EXPECT_EQ(filesInFolder(), 2u);
-}
-
-#ifndef _WIN32
-TEST_F(CairoPictures, KeepWhatAFileIsBesidesItsContents) {
-  std::string error;
-  auto const write = [&](fs::path const& path) {
-    return graphics.renderToFile(path.string(), PICTURE_SVG, 100, 40, options, error);
-  };
-  std::string const expected = render(PICTURE_SVG);
-  for (std::size_t const length : {240u, 241u, 249u, 255u}) {
-    fs::path const file = folder / (std::string(length - 4, 'n') + ".svg");
-    ASSERT_TRUE(write(file) && write(file)) << error;
-    EXPECT_EQ(contents(file), expected);
-    fs::remove(file);
-  }
-  fs::create_directory(folder / "links");
-  for (auto const& [name, to] :
-       {std::pair{"a.svg", "../to.svg"}, {"b.svg", "a.svg"}, {"c.svg", "../links/b.svg"}}) {
-    fs::create_symlink(to, folder / "links" / name);
-    ASSERT_TRUE(write(folder / "links" / name)) << error;
-    EXPECT_TRUE(fs::is_symlink(folder / "links" / name)) << name;
-    EXPECT_EQ(contents(folder / "to.svg"), expected) << name;
-    fs::remove(folder / "to.svg");
-  }
-  fs::create_symlink("round.svg", folder / "links" / "round.svg");
-  EXPECT_FALSE(write(folder / "links" / "round.svg"));
-  EXPECT_TRUE(fs::is_symlink(folder / "links" / "round.svg"));
-  fs::create_symlink("no/such.svg", folder / "links" / "nowhere.svg");
-  EXPECT_FALSE(write(folder / "links" / "nowhere.svg"));
-  fs::remove_all(folder / "links");
-
-  fs::path const file = folder / "formula.svg";
-  for (unsigned const mode : {0600u, 0640u, 0604u, 0777u}) {
-    std::ofstream(file) << "before";
-    fs::permissions(file, fs::perms(mode));
-    ASSERT_TRUE(write(file)) << error;
-    EXPECT_EQ(contents(file), expected);
-    EXPECT_EQ(unsigned(fs::status(file).permissions()), mode);
-  }
-  if (geteuid() != 0) {
-    fs::permissions(file, fs::perms(0400));
-    EXPECT_FALSE(write(file));
-  }
-  EXPECT_EQ(filesInFolder(), 1u);
-}
-
-TEST_F(CairoPictures, LeaveNothingOfTheKilledBehind) {
-  fs::path const file = folder / "formula.png";
-  std::ofstream(file) << "before";
-  // `kill`: a file that grows too large ends the process; else writing it fails.
-  auto const inProcess = [&](rlim_t largest, bool kill) {
-    pid_t const child = fork();
-    if (child == 0) {
-      rlimit const limit{largest, largest};
-      std::string error;
-      signal(SIGXFSZ, kill ? SIG_DFL : SIG_IGN);
-      setrlimit(RLIMIT_FSIZE, &limit);
-      _exit(graphics.renderToFile(file.string(), PICTURE_PNG, 100, 40, options, error) ? 0 : 1);
-    }
-    return child;
-  };
-  auto const statusOf = [](pid_t child) {
-    int status = 0;
-    waitpid(child, &status, 0);
-    return status;
-  };
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_TRUE(WIFSIGNALED(statusOf(inProcess(100, true))));
-    EXPECT_EQ(contents(file), "before");
-    EXPECT_EQ(filesInFolder(), 2u);
-  }
-  EXPECT_EQ(WEXITSTATUS(statusOf(inProcess(100, false))), 1);
-  EXPECT_EQ(contents(file), "before");
-  EXPECT_EQ(filesInFolder(), 1u);
-
-  EXPECT_TRUE(WIFSIGNALED(statusOf(inProcess(100, true))));
-  std::vector<pid_t> children;
-  for (int i = 0; i < 8; ++i) children.push_back(inProcess(RLIM_INFINITY, true));
-  for (pid_t const child : children) EXPECT_EQ(statusOf(child), 0);
-  EXPECT_EQ(contents(file), render(PICTURE_PNG));
-  EXPECT_EQ(filesInFolder(), 1u);
-}
-#endif
 
 TEST_F(CairoPictures, RefuseImpossibleSizes) {
   std::string bytes = "before", error;

@@ -14,12 +14,12 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 
-#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_keeper.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/write_file.h"
 
 namespace zolt::desktop {
 
@@ -271,7 +271,7 @@ void MainWindow::exportAsked(bool wholeSheet) {
       wholeSheet ? exporter.exportSheet(view_->sheet(), format, QFileInfo(path_).completeBaseName())
                  : exporter.exportFormula(view_->currentRow()->line(), format);
   QString error = tr("The picture would be too large.");
-  if (bytes.isEmpty() || !replaceFile(path, bytes, error)) {
+  if (bytes.isEmpty() || !writeFile(path, bytes, error)) {
     complain(tr("%1 could not be written.").arg(QDir::toNativeSeparators(path)), error);
     return;
   }

@@ -7,8 +7,8 @@
 #include <QUrl>
 #include <QUuid>
 
-#include "hosts/qt/desktop/file_replacement.h"
 #include "hosts/qt/desktop/sheet_file.h"
+#include "hosts/qt/desktop/write_file.h"
 
 namespace zolt::desktop {
 
@@ -93,7 +93,7 @@ bool RecoveryFile::write(QString const& path, Sheet const& sheet, QString& error
   }
   QByteArray const head = QByteArray(magic) + "\npath " + QUrl::toPercentEncoding(path, "/") + "\nwritten " +
                           QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1() + '\n';
-  return replaceFile(name_, head + writeSheet(sheet), error);
+  return writeFile(name_, head + writeSheet(sheet), error);
 }
 
 std::optional<RecoveredSheet> RecoveryFile::read(QString& error) const {

@@ -5,7 +5,7 @@
 #include <QFileInfo>
 #include <QStringDecoder>
 
-#include "hosts/qt/desktop/file_replacement.h"
+#include "hosts/qt/desktop/write_file.h"
 #include "zolt/qt/text.h"
 #include "zolt/sheet/sheet_text.h"
 
@@ -109,7 +109,7 @@ bool saveSheet(QString const& path, Sheet const& sheet, QString& error) {
     error = tr("The sheet is too large: it could not be opened again");
     return false;
   }
-  return replaceFile(path, bytes, error);
+  return writeFile(path, bytes, error);
 }
 
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree) {

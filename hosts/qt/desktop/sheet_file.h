@@ -26,7 +26,7 @@ QByteArray writeSheet(Sheet const& sheet);
 /// The contents of a file that may be a sheet. Nothing, with `error`, when it cannot be read or is too large.
 std::optional<QByteArray> readSheetFile(QString const& path, QString& error);
 std::optional<Sheet> loadSheet(QString const& path, QString& error);
-/// As `replaceFile`; what could not be opened again is refused, too.
+/// As `writeFile`; what could not be opened again is refused, too.
 bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
 
 /// A formula as a line: `tree` is left out when the expression alone would show the same.

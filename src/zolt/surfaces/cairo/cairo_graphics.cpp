@@ -6,7 +6,6 @@
 #include <cmath>
 
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
-#include "zolt/surfaces/cairo/detail/file_replacement.h"
 #include "zolt/surfaces/cairo/detail/png_text.h"
 #include "zolt/surfaces/cairo/detail/svg_writer.h"
 #include "zolt/surfaces/utf.h"
@@ -151,12 +150,6 @@ bool CairoGraphicsC::render(PictureFormatE format, long width, long height, Pict
   }
   bytes = std::move(made);
   return true;
-}
-
-bool CairoGraphicsC::renderToFile(std::string const& path, PictureFormatE format, long width, long height,
-                                  PictureOptionsS const& options, std::string& error) const {
-  std::string bytes;
-  return render(format, width, height, options, bytes, error) && replaceFile(path, bytes, error);
 }
 
 void CairoGraphicsC::fillGlyphs(GlyphRunS const& run) const {

@@ -52,10 +52,6 @@ class CairoGraphicsC final : public TypesetGraphicsABC {
   bool render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
               std::string& bytes, std::string& error) const;
 
-  /// The same into a file. On failure `error` names the cause, and a file that was there before is unchanged.
-  bool renderToFile(std::string const& path, PictureFormatE format, long width, long height,
-                    PictureOptionsS const& options, std::string& error) const;
-
  protected:
   void fillGlyphs(GlyphRunS const& run) const override;
   void fillPath(PathC const& path, InkE ink) const override;
