@@ -10,6 +10,7 @@ import shlex
 import subprocess
 import sys
 import tempfile
+import unicodedata
 import unittest
 
 HERE = pathlib.Path(__file__).resolve().parent
@@ -26,31 +27,36 @@ def ved(*arguments, stdin=b"", folder=None):
     return done.returncode, done.stdout, done.stderr
 
 
-def blocks(name):
-    """The blocks of a case file, without comments."""
-    text = (HERE / name).read_text(encoding="utf-8")
-    text = "".join(line for line in text.splitlines(keepends=True) if not line.startswith("#"))
-    return [block.strip("\n") for block in re.split(r"\n{2,}", text) if block.strip()]
+def cases(name):
+    """Both sides of the lines of a case file."""
+    lines = (HERE / name).read_text(encoding="utf-8").splitlines()
+    return [line.split(" ⇒ ") for line in lines if line and not line.startswith("#")]
+
+
+def width(text):
+    return sum(0 if unicodedata.combining(c) else 2 if unicodedata.east_asian_width(c) in "WF" else 1 for c in text)
 
 
 class ConvertTest(unittest.TestCase):
     def test_cases(self):
-        for block in blocks("convert.cases"):
-            for line in block.splitlines():
-                head, _, rest = line.partition(": ")
-                source, target = head.split()
-                text, expected = rest.split(" ⇒ ")
-                with self.subTest(line):
-                    status, out, err = ved("convert", "--from", source, "--to", target, "--", text)
-                    self.assertEqual((out.decode(), err.decode(), status), (expected + "\n", "", OK))
+        for given, expected in cases("convert.cases"):
+            head, _, text = given.partition(": ")
+            source, target = head.split()
+            with self.subTest(given):
+                status, out, err = ved("convert", "--from", source, "--to", target, "--", text)
+                self.assertEqual((out.decode(), err.decode(), status), (expected + "\n", "", OK))
 
     def test_faults_are_told_in_words_and_marked(self):
-        for block in blocks("faults.cases"):
-            command, _, expected = block.partition("\n")
+        for command, expected in cases("faults.cases"):
+            cause, _, text = expected.partition(": ")
+            before, _, rest = text.partition("⟦")
+            fault, marked, after = rest.partition("⟧")
+            lines = ["ved: " + cause, "  " + before + fault + after if text else ""]
+            if marked:
+                lines.append("  " + " " * width(before) + "^" + "~" * max(0, width(fault) - 1))
             with self.subTest(command):
-                self.assertTrue(command.startswith("$ "))
-                status, out, err = ved("convert", *shlex.split(command[2:]))
-                self.assertEqual((err.decode(), out, status), (expected + "\n", b"\n", FAILED))
+                status, out, err = ved("convert", *shlex.split(command))
+                self.assertEqual((err.decode().splitlines(), out, status), (list(filter(None, lines)), b"\n", FAILED))
 
     def test_every_notation_reads_what_it_wrote(self):
         texts = [line.partition(": ")[2] for line in gallery_lines()]
@@ -334,30 +340,13 @@ class CommandLineTest(unittest.TestCase):
                         self.assertEqual((done.returncode, done.stderr), (OK, b""))
 
     def test_wrong_usage(self):
-        wrong = [
-            (),
-            ("draw",),
-            ("convert", "--from", "french", "x"),
-            ("convert", "--to"),
-            ("convert", "--frm", "plain", "x"),
-            ("convert", "-i", "f", "x"),
-            ("convert", "--surface", "typeset", "--to", "drawing", "x"),
-            ("render", "-o", "a.gif", "x"),
-            ("render", "-o", "a", "x"),
-            ("render", "--scale", "0", "x"),
-            ("render", "--scale", "nan", "x"),
-            ("render", "--foreground", "#12", "x"),
-            ("render", "--foreground", "#1234zz", "x"),
-            ("gallery",),
-            ("gallery", "a", "b"),
-            ("replay",),
-            ("replay", "-o", "a.gif", "-"),
-            ("completion",),
-            ("completion", "fish"),
-        ]
-        for arguments in wrong:
-            with self.subTest(arguments):
-                status, out, err = ved(*arguments)
+        wrong = """
+            draw;convert --from french x;convert --to;convert --frm plain x;convert -i f x;render -o a.gif x;render -o a x
+            convert --surface typeset --to drawing x;render --scale 0 x;render --scale nan x;render --foreground #12 x
+            render --foreground #1234zz x;gallery;gallery a b;replay;replay -o a.gif -;completion;completion fish"""
+        for line in ["", *re.split("[;\n]", wrong.strip())]:
+            with self.subTest(line):
+                status, out, err = ved(*line.split())
                 self.assertEqual((status, out), (USAGE, b""))
                 self.assertNotEqual(err, b"")
 

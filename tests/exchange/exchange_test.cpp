@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <utf8.h>
 
 #include <memory>
 #include <string>
@@ -23,8 +22,6 @@ using math::algexpr::NodeABC;
 using NodeT = PointerTC<NodeABC>;
 using ExpressionT = PointerTC<AlgebraicExpressionC>;
 
-std::string shown(wstring const& text) { return utf8::utf16to8(text); }
-
 /// The node without the brackets that change nothing.
 NodeT withoutBrackets(NodeT const& node) {
   math::algexpr::ParentNodeABC const* const parent = node->asParent();
@@ -38,7 +35,7 @@ NodeT withoutBrackets(NodeT const& node) {
 }
 
 std::string prefixWithoutBrackets(AlgebraicExpressionC const& expression) {
-  return shown(AlgebraicExpressionC(withoutBrackets(expression.getNode()), nullptr).toPrefixString());
+  return tests::toUtf8(AlgebraicExpressionC(withoutBrackets(expression.getNode()), nullptr).toPrefixString());
 }
 
 /// Through the formula on the screen and back.
@@ -60,10 +57,10 @@ TEST(PlainText, EveryStandardOperatorHasAForm) {
     }
     AlgebraicExpressionC const expression(node, nullptr);
     wstring const text = toPlainText(expression);
-    EXPECT_EQ(wstring::npos, text.find(u'"')) << shown(text);
+    EXPECT_EQ(wstring::npos, text.find(u'"')) << tests::toUtf8(text);
     ExpressionT const again = fromPlainText(text, nullptr);
-    ASSERT_TRUE(again) << shown(text);
-    EXPECT_EQ(shown(expression.toPrefixString()), shown(again->toPrefixString()));
+    ASSERT_TRUE(again) << tests::toUtf8(text);
+    EXPECT_EQ(tests::toUtf8(expression.toPrefixString()), tests::toUtf8(again->toPrefixString()));
   }
 }
 
@@ -73,7 +70,7 @@ TEST(PlainText, Cases) {
     SCOPED_TRACE(one.where + ": " + one.input);
     bool const hasFormula = one.input.compare(0, 2, "~ ") != 0;
     if (!hasFormula) one.input.erase(0, 2);
-    wstring const text = utf8::utf8to16(one.input);
+    wstring const text = tests::fromUtf8(one.input);
     PlainTextErrorS error;
     ExpressionT const expression = fromPlainText(text, nullptr, &error);
     if (!expression) {
@@ -82,10 +79,10 @@ TEST(PlainText, Cases) {
       EXPECT_FALSE(describe(error.cause).empty());
       continue;
     }
-    EXPECT_EQ(one.expected, shown(expression->toPrefixString()));
+    EXPECT_EQ(one.expected, tests::toUtf8(expression->toPrefixString()));
     EXPECT_EQ(PLAIN_TEXT_ERROR_NONE, error.cause);
     wstring const written = toPlainText(*expression);
-    EXPECT_TRUE(!one.isBoth || text == written) << shown(written);
+    EXPECT_TRUE(!one.isBoth || text == written) << tests::toUtf8(written);
     ExpressionT const again = fromPlainText(written, nullptr);
     EXPECT_TRUE(again && again->equals(*expression));
     if (!hasFormula || written.find(u'"') != wstring::npos) continue;
@@ -103,7 +100,7 @@ TEST(PlainText, EmptyExpressionAndSession) {
 
 TEST(PlainText, ReadableStyleWritesShownBracketsOnce) {
   auto const readable = [](wstring const& prefix) {
-    return shown(toPlainText(*AlgebraicExpressionC::fromPrefixString(prefix), PLAIN_TEXT_READABLE));
+    return tests::toUtf8(toPlainText(*AlgebraicExpressionC::fromPrefixString(prefix), PLAIN_TEXT_READABLE));
   };
   EXPECT_EQ("(a+b)*c", readable(u"*(_quietpos(+(a,b)),c)"));
   EXPECT_EQ("(x)", readable(u"_quietpos(x)"));

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "tests/support/stage.h"
+#include "zolt/field/readable_text.h"
 
 namespace zolt::tests {
 namespace {
@@ -137,6 +138,18 @@ TEST(FieldExpressions, AreAsWritten) {
     FormulaErrorS error;
     auto const expression = stage.refField().getExpression(&error);
     EXPECT_EQ(expression ? describe(expression) : toUtf8(error.text) + ": " + stage.notation(), one.expected);
+  }
+}
+
+TEST(FieldReadableText, SaysWhatStandsThere) {
+  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/spoken.cases")) {
+    StageC stage(one.input);
+    ReadableTextS const words = makeReadableText(stage.refView());
+    EXPECT_EQ(toUtf8(words.text), one.expected) << one.where;
+    for (ReadableTextS::MarkS const& mark : words.marks) {
+      EXPECT_EQ(words.offsetOf(mark.place), mark.offset) << one.where;
+      EXPECT_EQ(words.offsetOf(words.placeAt(mark.offset)), mark.offset) << one.where;
+    }
   }
 }
 

@@ -244,24 +244,6 @@ TEST_F(FormulaProperty, EditedTreesAreNormalisedAndLaidOutAsIfNew) {
   }
 }
 
-TEST_F(FormulaProperty, TypedTextComesToRest) {
-  for (unsigned seed = 0; seed < 1500; ++seed) {
-    wstring const text = RandomTextC(seed).make(seed % 4);
-    SCOPED_TRACE("seed " + std::to_string(seed) + ": " + toUtf8(text));
-    wstring prefix;
-    unsigned first = 0;
-    unsigned second = 0;
-    ErrorCauseE cause{};
-    ASSERT_TRUE(Node4C::convertInfixToPrefix(text, prefix, first, second, cause)) << cause << " " << first;
-    ExpressionT const expression = AlgebraicExpressionC::fromPrefixString(prefix);
-    ASSERT_TRUE(expression) << toUtf8(prefix);
-    ExpressionT const once = readBack(expression);
-    ASSERT_TRUE(once) << describe(expression);
-    ASSERT_EQ(MeaningC::of(*expression->getNode()), MeaningC::of(*once->getNode())) << describe(once);
-    ASSERT_NO_FATAL_FAILURE(expectFixpoint(once));
-  }
-}
-
 TEST_F(FormulaProperty, NumbersKeepTheirDigits) {
   std::mt19937 random(7);
   auto const digits = [&](unsigned most) {

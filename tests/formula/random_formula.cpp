@@ -13,32 +13,31 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
-std::vector<wstring> const names{u"x",
-                                 u"y",
-                                 u"r",
-                                 u"o",
-                                 u"E",
-                                 u"θ",
-                                 u"n1",
-                                 u"alpha",
-                                 u"x.y_2",
-                                 u"a/b",
-                                 u"_PI",
-                                 u"d",
-                                 u"error",
-                                 u"2",
-                                 u"10",
-                                 u"007",
-                                 u"−2",
-                                 u"0.5",
-                                 u".25",
-                                 u"−1.5E−3",
-                                 u"3.",
-                                 u"1e+9",
-                                 u"12345678901234567890.5"};
-std::vector<wstring> const oddNames{u"sin", u"not",   u"+",    u":a",  u"√",  u"x!", u"∙",
-                                    u"=",   u"log10", u"_neg", u"x\"", u"\"", u"pi", u"π",
-                                    u"α",   u"∞",     u"x²",   u"|x|", u"["};
+wstring const names[] = {u"x",
+                         u"y",
+                         u"r",
+                         u"o",
+                         u"E",
+                         u"θ",
+                         u"n1",
+                         u"alpha",
+                         u"x.y_2",
+                         u"a/b",
+                         u"_PI",
+                         u"d",
+                         u"error",
+                         u"2",
+                         u"10",
+                         u"007",
+                         u"−2",
+                         u"0.5",
+                         u".25",
+                         u"−1.5E−3",
+                         u"3.",
+                         u"1e+9",
+                         u"12345678901234567890.5"};
+wstring const oddNames[] = {u"sin", u"not", u"+",  u":a", u"√", u"x!", u"∙",  u"=",   u"log10", u"_neg",
+                            u"x\"", u"\"",  u"pi", u"π",  u"α", u"∞",  u"x²", u"|x|", u"["};
 
 bool isAssignment(OperatorBC const& op) { return op.getName() == u":=" || op.getName() == u":>"; }
 
@@ -83,7 +82,7 @@ RandomExpressionC::NodeT RandomExpressionC::makeNode(unsigned size, bool isTop) 
 
 RandomExpressionC::NodeT RandomExpressionC::makeLeaf() {
   bool const odd = kind_ == ANYTHING && below(5) == 0;
-  wstring const& text = odd ? oddNames[below(oddNames.size())] : names[below(names.size())];
+  wstring const& text = odd ? oddNames[below(std::size(oddNames))] : names[below(std::size(names))];
   NodeT const number = math::algexpr::makeNumber(text);
   return number ? number : math::algexpr::makeNamed(text);
 }
@@ -140,43 +139,6 @@ TreeT RandomTreeC::makeItem(unsigned level) {
       return construct;
     }
   }
-}
-
-wstring RandomTextC::makeInfix(unsigned level) {
-  static std::vector<wstring> const signs{u"+",  u"-", u"−", u"*",     u"∙",     u"=",     u"<",
-                                          u"<=", u"≠", u">", u" mod ", u" div ", u" and ", u" or "};
-  wstring text = makeSigned(level);
-  for (unsigned i = below(3); i > 0; --i) text += signs[below(signs.size())] + makeSigned(level);
-  return text;
-}
-
-wstring RandomTextC::makeSigned(unsigned level) {
-  static std::vector<wstring> const signs{u"-", u"+", u"−", u"–"};
-  wstring text;
-  while (below(4) == 0) text += signs[below(signs.size())];
-  return text + makePower(level);
-}
-
-wstring RandomTextC::makePower(unsigned level) {
-  wstring text = makeAtom(level);
-  while (below(8) == 0) text += u"!";
-  return below(4) == 0 ? text + u"^" + makePower(level) : text;
-}
-
-wstring RandomTextC::makeAtom(unsigned level) {
-  static std::vector<wstring> const atoms{u"x", u"y", u"r", u"o",  u"2",   u"3.50", u"1E−5",
-                                          u"ॠ", u"d", u"θ", u"n1", u"007", u"error"};
-  if (level == 0 || below(3) == 0) return atoms[below(atoms.size())];
-  static std::vector<std::pair<wstring, unsigned>> const calls{
-      {u"", 1},      {u"", 1},      {u"", 1},     {u"f", 2},     {u"f", 1},   {u"sin", 1},
-      {u"log", 1},   {u"√", 1},     {u"sqrt", 1}, {u"/", 2},     {u"abs", 1}, {u"integral", 4},
-      {u"sum", 4},   {u"diff", 2},  {u"d", 1},    {u"where", 3}, {u"not", 1}, {u"nthroot", 2},
-      {u"error", 2}, {u"floor", 1}, {u"ceil", 1}, {u"exp", 1},   {u"mod", 2}, {u"and", 2}};
-  auto const& [name, arity] = calls[below(calls.size())];
-  if (name == u"not") return u"(not " + makeSigned(level - 1) + u")";
-  wstring text = name + u"(";
-  for (unsigned i = 0; i < arity; ++i) text += (i > 0 ? u"," : u"") + makeInfix(level - 1);
-  return text + u")";
 }
 
 }  // namespace zolt::tests

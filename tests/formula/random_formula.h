@@ -51,22 +51,4 @@ class RandomTreeC {
   std::mt19937 random_;
 };
 
-/// Random infix text that the grammar reads.
-class RandomTextC {
- public:
-  explicit RandomTextC(unsigned seed) : random_(seed) {}
-
-  /// `level`: how deep calls may stand inside one another.
-  wstring make(unsigned level) { return makeInfix(level); }
-
- private:
-  wstring makeInfix(unsigned level);
-  wstring makeSigned(unsigned level);
-  wstring makePower(unsigned level);
-  wstring makeAtom(unsigned level);
-  unsigned below(std::size_t bound) { return static_cast<unsigned>(random_() % bound); }
-
-  std::mt19937 random_;
-};
-
 }  // namespace zolt::tests

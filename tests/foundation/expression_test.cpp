@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <iterator>
-#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -71,15 +70,10 @@ std::string classified(AlgebraicExpressionC const& expression) {
       .of(expression);
 }
 
-char const* nameOf(PrefixErrorE cause) {
-  static std::map<PrefixErrorE, char const*> const names = {{PREFIX_ERROR_NONE, "none"},
-                                                            {PREFIX_ERROR_MISSING_OPERAND, "missing-operand"},
-                                                            {PREFIX_ERROR_BAD_NUMBER, "bad-number"},
-                                                            {PREFIX_ERROR_BAD_CHARACTER, "bad-character"},
-                                                            {PREFIX_ERROR_NOT_CLOSED, "not-closed"},
-                                                            {PREFIX_ERROR_MISSING_COMMA, "missing-comma"},
-                                                            {PREFIX_ERROR_TRAILING_TEXT, "trailing-text"}};
-  return names.at(cause);
+std::string nameOf(PrefixErrorE cause) {
+  char const* const names[] = {"none",       "missing-operand", "bad-number",   "bad-character",
+                               "not-closed", "missing-comma",   "trailing-text"};
+  return names[cause];
 }
 
 TEST(PrefixText, ReadsAndReadsBack) {
@@ -87,9 +81,8 @@ TEST(PrefixText, ReadsAndReadsBack) {
     PrefixErrorS error;
     ExpressionP const read = AlgebraicExpressionC::fromPrefixString(toText(one.input), nullptr, &error);
     if (!read) {
-      std::string const seen =
-          std::string("error ") + nameOf(error.cause) + " " + std::to_string(error.position);
-      EXPECT_EQ(seen, one.expected) << one.where << ": " << one.input;
+      EXPECT_EQ("error " + nameOf(error.cause) + " " + std::to_string(error.position), one.expected)
+          << one.where;
       continue;
     }
     EXPECT_EQ(error.cause, PREFIX_ERROR_NONE) << one.where;
@@ -105,28 +98,6 @@ TEST(PrefixText, TakesUnpairedSurrogatesAsNames) {
     ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
     ASSERT_TRUE(read);
     EXPECT_EQ(read->toPrefixString(), text);
-  }
-}
-
-TEST(Nodes, CastToTheirClassesOnly) {
-  std::vector<std::pair<char const*, std::string>> const cases = {
-      {"sin(x)", "NodeABC ParentNodeABC CoreFunctionNodeC"},
-      {"f(x)", "NodeABC ParentNodeABC UserFunctionNodeC"},
-      {"_PI", "NodeABC CoreConstantNodeC"},
-      {"1", "NodeABC IntegerNodeC"},
-      {"1.", "NodeABC FloatNodeC"},
-      {"x", "NodeABC SymbolNodeC"}};
-  for (auto const& [text, expected] : cases) {
-    PointerTC<NodeABC> const node = AlgebraicExpressionC::fromPrefixString(toText(text))->getNode();
-    std::string casts;
-    // Ids are compared as text, since each library may have its own copy of one.
-    for (wstring const& id : {wstring(u"NodeABC"), wstring(u"ParentNodeABC"), wstring(u"CoreFunctionNodeC"),
-                              wstring(u"UserFunctionNodeC"), wstring(u"CoreConstantNodeC"),
-                              wstring(u"IntegerNodeC"), wstring(u"FloatNodeC"), wstring(u"SymbolNodeC")}) {
-      if (node->lookUpBase(id.c_str()) == node.get()) casts += (casts.empty() ? "" : " ") + toUtf8(id);
-    }
-    EXPECT_EQ(casts, expected) << text;
-    EXPECT_EQ(castNode<ParentNodeABC>(*node), node->asParent());
   }
 }
 
@@ -163,33 +134,6 @@ TEST(Operations, ReadBackAsTheyWereMeant) {
   EXPECT_FALSE(makeFactorial(nullptr));
   EXPECT_FALSE(makeOperation(u"+", {}));
   EXPECT_FALSE(makeOperation(u"+", {x, nullptr, x}));
-}
-
-TEST(Walks, GoInTheOrderAskedFor) {
-  class NamesC : public NodeVisitorABC {
-   public:
-    using NodeVisitorABC::NodeVisitorABC;
-    void visitCoreFunction(CoreFunctionNodeC& node) override { add(node); }
-    void visitUserFunction(UserFunctionNodeC& node) override { add(node); }
-    void visitCoreConstant(CoreConstantNodeC& node) override { add(node); }
-    void visitInteger(IntegerNodeC& node) override { add(node); }
-    void visitFloat(FloatNodeC& node) override { add(node); }
-    void visitSymbol(SymbolNodeC& node) override { add(node); }
-    wstring names;
-
-   private:
-    void add(NodeABC const& node) { names += node.getName(); }
-  };
-  ExpressionP const expression = AlgebraicExpressionC::fromPrefixString(u"+(f(a,b,c),*(1,x))");
-  for (auto const& [order, expected] :
-       {std::pair<unsigned long, wstring>{4, u"abcf1x*+"}, {1, u"+fabc*1x"}}) {
-    NamesC visitor(order);
-    expression->accept(visitor);
-    EXPECT_EQ(visitor.names, expected);
-  }
-  NamesC visitor(VISIT_CHILDREN_FIRST);
-  AlgebraicExpressionC(nullptr, nullptr).accept(visitor);
-  EXPECT_EQ(visitor.names, u"");
 }
 
 TEST(Expressions, AreEqualDigitForDigit) {
@@ -238,21 +182,18 @@ TEST(Sessions, AreNeverNull) {
   };
   ExpressionP const own = AlgebraicExpressionC::fromPrefixString(u"x", new CASSessionBC(new OtherEngineC));
   AlgebraicExpressionC const none(nullptr, nullptr);
-  EXPECT_EQ(CASSessionBC::getSession()->getEngine().getName(), u"standard");
   EXPECT_EQ(own->getCASEngine().getName(), u"other");
   EXPECT_EQ(none.getCASEngine().getName(), u"standard");
-  EXPECT_FALSE(none.getCASSession());
-
   CASSessionBC::setSession(own->getCASSession());
   EXPECT_EQ(none.getCASEngine().getName(), u"other");
   EXPECT_EQ(AlgebraicExpressionC::fromPrefixString(u"x")->getCASSession(), own->getCASSession());
   CASSessionBC::setSession(nullptr);
   EXPECT_EQ(CASSessionBC::getSession()->getEngine().getName(), u"standard");
-  EXPECT_EQ(CASSessionBC(nullptr).getEngine().getName(), u"standard");
 
-  CASEngineABC const& engine = CASSessionBC::getSession()->getEngine();
-  EXPECT_TRUE(engine.isCoreFunction(u"nthroot") && engine.isCoreFunction(u"error"));
-  EXPECT_TRUE(engine.isCoreConstant(u"_PI") && engine.isCoreConstant(u"error"));
+  CASSessionBC const standard(nullptr);
+  CASEngineABC const& engine = standard.getEngine();
+  EXPECT_TRUE(engine.isCoreFunction(u"nthroot") && engine.isCoreFunction(u"diff") &&
+              engine.isCoreConstant(u"error"));
   EXPECT_FALSE(engine.isCoreFunction(u"d") || engine.isCoreFunction(u"_PI") || engine.isCoreConstant(u"sin"));
 }
 

@@ -248,16 +248,12 @@ TEST(Limits, RowsDoNotNestDeeperWhateverIsTried) {
     }
     // Rows in rows, which are merged when they are few.
     wstring const row =
-        u"010200"
-        u"030100"
-        u"0500000000"
+        u"0102000301000500000000"
         u"0401000000";
     for (unsigned long const depth : {2 * most_rows + 1, 100000ul}) {
       expectRefused(u"paste bytes \"" +
                     nest(depth, row,
-                         u"010200"
-                         u"030200"
-                         u"0500000000"
+                         u"0102000302000500000000"
                          u"0400000000"
                          u"02",
                          u"02") +

@@ -26,7 +26,7 @@ def main(folder, here, *other):
                 print(f"{place.decode()}:\n  here  {expected[:200]}\n  there {found[:200]}")
     print(f"{count} lines, {differences} differ")
     # Fewer lines than this were no corpus.
-    return 1 if differences or count < 10000 else 0
+    return 1 if differences or count < 5000 else 0
 
 
 if __name__ == "__main__":

@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <string>
 #include <vector>
 
+#include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/plain_text.h"
@@ -65,23 +65,10 @@ class LoggingGraphicsC final : public TypesetGraphicsABC {
   }
 };
 
-/// Texts may hold surrogates that stand alone; each is written as it is.
+/// Texts may hold surrogates that stand alone.
 std::string toUtf8(wstring const& text) {
   std::string result;
   for (std::size_t i = 0; i < text.size();) appendUtf8(result, readCodePoint(text, i));
-  return result;
-}
-
-wstring fromUtf8(std::string const& text) {
-  wstring result;
-  auto const byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  for (std::size_t i = 0; i < text.size();) {
-    unsigned char const lead = byte(i++);
-    char32_t c = lead < 0x80 ? lead : lead < 0xE0 ? lead & 0x1F : lead < 0xF0 ? lead & 0xF : lead & 7;
-    for (; i < text.size() && (byte(i) & 0xC0) == 0x80; ++i) c = c << 6 | (byte(i) & 0x3F);
-    if (c >= 0x10000) result += static_cast<char16_t>(0xD7C0 + (c >> 10));
-    result += static_cast<char16_t>(c >= 0x10000 ? 0xDC00 + (c & 0x3FF) : c);
-  }
   return result;
 }
 
@@ -91,7 +78,7 @@ class DumperC {
 
   /// As everything that `text` is: a tree, an expression in each notation, characters to type.
   void dump(std::string const& text) {
-    wstring const wide = fromUtf8(text);
+    wstring const wide = tests::fromUtf8(text);
     startOver();
     if (fields_[0]->setNotation(wide)) {
       fields_[1]->setNotation(wide);
@@ -108,9 +95,9 @@ class DumperC {
   void dumpScript(std::string const& tree, std::string const& text) {
     field::EventScriptT script;
     unsigned long position = 0;
-    if (!script::readEventScript(fromUtf8(text), script, position)) return;
+    if (!script::readEventScript(tests::fromUtf8(text), script, position)) return;
     startOver();
-    for (auto const& one : fields_) one->setNotation(fromUtf8(tree));
+    for (auto const& one : fields_) one->setNotation(tests::fromUtf8(tree));
     // Pointers mean the places of this surface.
     script::ScriptRunnerC runner(*fields_[0]);
     for (field::ScriptStepS const& step : script) {
@@ -158,25 +145,13 @@ class DumperC {
   std::vector<std::unique_ptr<FormulaFieldC>> fields_;
 };
 
-std::vector<std::string> split(std::string const& text, std::initializer_list<std::string> separators) {
-  for (std::string const& separator : separators) {
-    std::size_t const at = text.find(separator);
-    if (at != std::string::npos) return {text.substr(0, at), text.substr(at + separator.size())};
-  }
-  return {text};
-}
-
-void dumpFile(std::filesystem::path const& path, DumperC& dumper) {
-  std::ifstream in(path);
-  int number = 0;
-  for (std::string line; std::getline(in, line);) {
-    ++number;
-    if (line.empty() || line.compare(0, 2, "# ") == 0) continue;
-    std::cout << "## " << path.filename().string() << ':' << number << '\n';
-    for (std::string const& side : split(line, {" ⇒ ", " ⇔ "})) {
-      std::vector<std::string> const parts = split(side, {" | "});
-      dumper.dump(parts.front());
-      if (parts.size() > 1) dumper.dumpScript(parts[0], parts[1]);
+void dumpFile(std::string const& path, DumperC& dumper) {
+  for (tests::CaseS const& one : tests::readCases(path)) {
+    std::cout << "## " << one.where << '\n';
+    for (std::string const& side : {one.input, one.expected}) {
+      std::size_t const bar = side.find(" | ");
+      dumper.dump(side.substr(0, bar));
+      if (bar != std::string::npos) dumper.dumpScript(side.substr(0, bar), side.substr(bar + 3));
     }
   }
 }

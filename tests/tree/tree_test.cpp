@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <utf8.h>
 
 #include <memory>
 #include <random>
@@ -7,9 +6,7 @@
 
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
-#include "tests/support/small_stack.h"
-#include "zolt/oss/binary_stream.h"
-#include "zolt/oss/binary_string_stream.h"
+#include "tests/support/trees.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
@@ -22,21 +19,11 @@ namespace {
 
 using namespace math::ved;
 
-using NodeT = std::unique_ptr<Node4C>;
-
-NodeT make(Node4TypeE type, oss::wstring const& text = oss::wstring()) {
+TreeT make(Node4TypeE type, oss::wstring const& text = oss::wstring()) {
   return std::make_unique<Node4C>(type, nullptr, text, 0);
 }
 
-void append(Node4C& parent, NodeT node) { parent.insertChild(parent.numChildren(), node.release()); }
-
-TreeNotationS readTree(std::string const& notation) {
-  TreeNotationS tree;
-  unsigned long position = 0;
-  EXPECT_TRUE(readTreeNotation(utf8::utf8to16(notation), standardOperators(), tree, position))
-      << notation << " at " << position;
-  return tree;
-}
+void append(Node4C& parent, TreeT node) { parent.insertChild(parent.numChildren(), node.release()); }
 
 std::string write(TreeNotationS const& tree) {
   return toUtf8(
@@ -83,32 +70,8 @@ TEST(NormalisationTest, ValidationNamesWhatIsBroken) {
 
 // ---- Record and children --------------------------------------------------------------------------------
 
-TEST(NodeTest, KindsTextsAndOperators) {
-  auto const root = standardOperators().lookup(u"sqrt");
-  Node4C construct(NODE4_OPERATOR, root, u"x", 2);
-  EXPECT_EQ(u"sqrt", construct.getText());
-  EXPECT_EQ(2u, construct.numChildren());
-  EXPECT_EQ(nullptr, construct.child(1));
-  NodeT const copy(construct.cloneNode());
-  EXPECT_EQ(root, copy->getOperator());
-  EXPECT_EQ(2u, copy->numChildren());
-
-  construct.setType(NODE4_TEXT);
-  EXPECT_FALSE(construct.getOperator());
-  construct.setOperator(root);
-  EXPECT_EQ(NODE4_OPERATOR, construct.getType());
-  EXPECT_EQ(u"sqrt", construct.getText());
-
-  Node4C text;
-  EXPECT_EQ(NODE4_TEXT, text.getType());
-  EXPECT_EQ(0, text.getWidth() + text.getHeight() + text.getMidHeight());
-  NodeT line = make(NODE4_LINE);
-  line->setText(u"a");
-  EXPECT_EQ(NODE4_TEXT, line->getType());
-}
-
 TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
-  NodeT row = make(NODE4_LINE);
+  TreeT row = make(NODE4_LINE);
   for (char16_t c = u'a'; c < u'h'; ++c)
     row->insertChild(row->numChildren() / 2, make(NODE4_TEXT, {c}).release());
   oss::wstring order;
@@ -120,14 +83,14 @@ TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
   EXPECT_EQ(u"bdfgeca", order);
 
   Node4C* const cut = row->cutChild(1);
-  NodeT const holdCut(cut);
+  TreeT const holdCut(cut);
   EXPECT_EQ(7u, row->numChildren());
   EXPECT_EQ(nullptr, row->child(1));
   EXPECT_EQ(row.get(), cut->getParent());
   EXPECT_EQ(0u, cut->findChildNumber());
   row->deleteChild(1);
 
-  NodeT const removed(row->child(0));
+  TreeT const removed(row->child(0));
   row->removeChild(0);
   EXPECT_EQ(nullptr, removed->getParent());
 
@@ -137,7 +100,7 @@ TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
   row->replaceChild(2, make(NODE4_TEXT, u"new").release());
   EXPECT_EQ(u"new", row->child(2)->crefText());
 
-  NodeT other = make(NODE4_LINE);
+  TreeT other = make(NODE4_LINE);
   append(*other, make(NODE4_TEXT, u"1"));
   append(*other, make(NODE4_TEXT, u"2"));
   row->spliceChildren(1, other.release());
@@ -181,56 +144,6 @@ TEST(NodeTest, ChildrenComeAndGoAnywhere) {
   }
 }
 
-// At both ends, in the middle, and in at one end and out at the other.
-TEST(NodeTest, RowsDoNotMoveTheirItemsOverAndOver) {
-  std::size_t (*const places[])(std::size_t, int) = {
-      [](std::size_t size, int i) { return i % 2 == 0 ? 0 : size; },
-      [](std::size_t size, int) { return size / 2; },
-      [](std::size_t size, int) { return size; },
-  };
-  for (auto const place : places) {
-    for (bool const queue : {false, true}) {
-      ChildArrayC array;
-      std::size_t reallocations = 0;
-      for (int i = 0; i < 100000; ++i) {
-        std::size_t const capacity = array.capacity();
-        array.insertSlots(place(array.size(), i), 1);
-        if (queue && array.size() > 100) array.erase(0);
-        if (array.capacity() != capacity) ++reallocations;
-      }
-      EXPECT_LT(reallocations, queue ? 2500u : 100u);
-      EXPECT_LT(array.capacity(), queue ? 1000u : 400000u);
-    }
-  }
-}
-
-TEST(NodeTest, Navigation) {
-  TreeNotationS const tree = readTree(R"(["a", /<["b", sqrt<["c"]>, ""] ; ["d"]>, "e", P["f"], "g"])");
-  Node4C* const row = tree.root->child(0);
-  Node4C* leaf = row->child(0);
-  EXPECT_EQ(nullptr, leaf->goLeft());
-  EXPECT_EQ(nullptr, leaf->goLeftLeaf());
-  oss::wstring forwards;
-  Node4C* last = leaf;
-  for (; leaf; leaf = leaf->goRightLeaf()) {
-    forwards += leaf->sizeText() == 0 ? u"_" : leaf->crefText();
-    last = leaf;
-  }
-  EXPECT_EQ(u"abc_defg", forwards);
-  oss::wstring backwards;
-  for (leaf = last; leaf; leaf = leaf->goLeftLeaf())
-    backwards += leaf->sizeText() == 0 ? u"_" : leaf->crefText();
-  EXPECT_EQ(u"gfed_cba", backwards);
-
-  row->setDX(3);
-  row->child(1)->setDX(10);
-  row->child(1)->setDY(4);
-  row->child(1)->child(1)->setDY(7);
-  PointS const position = row->child(1)->child(1)->child(0)->getAbsolutePosition();
-  EXPECT_EQ(13, position.x);
-  EXPECT_EQ(11, position.y);
-}
-
 TEST(NodeTest, AcceptableCharacters) {
   EXPECT_FALSE(Node4C::isAcceptable(':', true));
   EXPECT_TRUE(Node4C::isAcceptable(':', false));
@@ -250,20 +163,6 @@ TEST(NodeTest, AcceptableCharacters) {
 
 // ---- Streams and notation -------------------------------------------------------------------------------
 
-oss::bytestring toBytes(Node4C const& node) {
-  auto* const bytes = new oss::BinaryStringOutputStreamC;
-  oss::PointerTC<oss::ByteOutputStreamABC> const hold(bytes);
-  oss::PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(hold));
-  node.writeObject(out);
-  return bytes->getString();
-}
-
-bool fromBytes(oss::bytestring const& bytes, Node4C& node) {
-  oss::PointerTC<oss::ObjectInputStreamABC> in(
-      new oss::BinaryInputStreamC(new oss::BinaryStringInputStreamC(bytes)));
-  return node.readObject(in);
-}
-
 void countSlots(Node4C const& node, unsigned long& slots) {
   for (unsigned long i = 0; i < node.numChildren(); ++i) {
     ASSERT_NE(nullptr, node.child(i));
@@ -281,49 +180,43 @@ TEST(StreamTest, GoldenBytes) {
       1, 2, 0, 3, 2, 0, 5, 2, 0, 0, 0, 'x',  0,    'y', 0, 4,   0, 0, 0, 0, 2, 2, 2,  // "xy"
       1, 2, 0, 3, 2, 0, 5, 0, 0, 0, 0, 4,    0,    0,   0, 0,   2, 2};                // ""
   TreeNotationS const tree = readTree(R"(["α", abs<["xy"]>, ""])");
-  EXPECT_EQ(oss::bytestring(golden, sizeof golden), toBytes(*tree.root->child(0)));
+  EXPECT_EQ(oss::bytestring(golden, sizeof golden), writeBytes(*tree.root->child(0)));
 }
 
 TEST(StreamTest, ReadsBackWhatItWroteAndNothingElse) {
   TreeNotationS const tree =
       readTree(R"(["a+", /<["", (, "b", ), ""] ; ["c", P["2"], ""]>, "", error<>, "x", AC, "", AC, ""])");
-  oss::bytestring const bytes = toBytes(*tree.root);
+  oss::bytestring const bytes = writeBytes(*tree.root);
   Node4C copy;
-  ASSERT_TRUE(fromBytes(bytes + oss::bytestring(3, 7), copy));
+  ASSERT_TRUE(readBytes(bytes + oss::bytestring(3, 7), copy));
   EXPECT_EQ(writeTreeNotation(*tree.root), writeTreeNotation(copy));
   EXPECT_EQ(standardOperators().lookup(u"/"), copy.child(0)->child(1)->getOperator());
 
   for (std::size_t size = 0; size < bytes.size(); ++size) {
     Node4C part;
-    EXPECT_FALSE(fromBytes(bytes.substr(0, size), part)) << size;
+    EXPECT_FALSE(readBytes(bytes.substr(0, size), part)) << size;
     unsigned long slots = 0;
     countSlots(part, slots);
   }
 }
 
 TEST(StreamTest, RefusesUnknownOperatorsAndRowsNestedTooDeep) {
-  TreeNotationS tree = readTree(R"(["", sqrt<["x"]>, ""])");
-  oss::bytestring bytes = toBytes(*tree.root);
+  oss::bytestring bytes = writeBytes(*readTree(R"(["", sqrt<["x"]>, ""])").root);
   bytes[bytes.find(static_cast<unsigned char>('s'))] = 'z';
   Node4C unknown;
-  EXPECT_FALSE(fromBytes(bytes, unknown));
-  EXPECT_EQ(NODE4_OPERATOR, unknown.child(0)->child(1)->getType());
+  EXPECT_FALSE(readBytes(bytes, unknown));
   EXPECT_EQ(u"zqrt", unknown.child(0)->child(1)->crefText());
 
-  onSmallStack([] {
-    auto const nested = [](unsigned long rows) {
-      NodeT top = make(NODE4_LINE);
-      for (Node4C* row = top.get(); --rows > 0; row = row->child(0)->child(0)) {
-        append(*row, make(NODE4_POWER));
-        append(*row->child(0), make(NODE4_LINE));
-      }
-      return top;
-    };
-    Node4C within;
-    EXPECT_TRUE(fromBytes(toBytes(*nested(limits::max_nested_rows)), within));
-    Node4C beyond;
-    EXPECT_FALSE(fromBytes(toBytes(*nested(limits::max_nested_rows + 2)), beyond));
-  });
+  for (unsigned long const rows : {limits::max_nested_rows, limits::max_nested_rows + 2}) {
+    TreeT top = make(NODE4_LINE);
+    Node4C* row = top.get();
+    for (unsigned long made = 1; made < rows; ++made, row = row->child(0)->child(0)) {
+      append(*row, make(NODE4_POWER));
+      append(*row->child(0), make(NODE4_LINE));
+    }
+    Node4C read;
+    EXPECT_EQ(rows == limits::max_nested_rows, readBytes(writeBytes(*top), read));
+  }
 }
 
 TEST(NotationTest, WritesWhatItReadsAndSaysWhereItStops) {
