@@ -19,8 +19,6 @@ std::string writeBox(RectangleS const& box) {
          std::to_string(box.bottom);
 }
 
-// ---- Commands ---------------------------------------------------------------------------------------------
-
 TEST(FieldCommandTable, IsConsistent) {
   std::set<wstring> names;
   std::set<wstring> chords;
@@ -66,8 +64,6 @@ TEST(FieldCommandTable, IsTheOneInTheDocument) {
   ASSERT_EQ(rows.size(), commands().size());
   for (std::size_t i = 0; i < rows.size(); ++i) EXPECT_EQ(rows[i], writeRow(commands()[i]));
 }
-
-// ---- Clipboard --------------------------------------------------------------------------------------------
 
 TEST(FieldClipboard, OffersSeveralForms) {
   StageC stage("[\"⚑\", /<[\"a\"] ; [\"b\"]>, \"+ॠ‸\"]");
@@ -129,8 +125,6 @@ TEST(FieldClipboard, IsTheHostsWhenItGivesOne) {
   EXPECT_EQ(other.notation(), "[\"ab‸\"]");
 }
 
-// ---- Decimal comma ----------------------------------------------------------------------------------------
-
 TEST(FieldDecimalComma, IsTypedShownCopiedAndPasted) {
   StageC stage;
   stage.play("set decimal-comma on type \"log(3,5;2)\"");
@@ -178,8 +172,6 @@ TEST(FieldDecimalComma, IsMeasuredAgain) {
   }
 }
 
-// ---- Moves ------------------------------------------------------------------------------------------------
-
 TEST(FieldMove, ForgetsWhatPointedIntoTheTree) {
   StageC stage("[\"\", /<[\"a+⚑bc‸\"] ; [\"d\"]>, \"xyz\"]");
   FormulaFieldC& field = stage.refField();
@@ -192,8 +184,6 @@ TEST(FieldMove, ForgetsWhatPointedIntoTheTree) {
   stage.play("command select-all");
   EXPECT_FALSE(field.moveSelection({}));
 }
-
-// ---- Expressions and errors -------------------------------------------------------------------------------
 
 TEST(FieldErrors, HaveEachASentence) {
   std::set<wstring> texts;
@@ -276,8 +266,6 @@ TEST(FieldReadOnly, CompletesNoName) {
   stage.refField().getExpression();
   EXPECT_EQ(stage.notation(), before);
 }
-
-// ---- For painting -----------------------------------------------------------------------------------------
 
 TEST(FieldPainting, ShowsASelectionInBands) {
   auto const bands = [](char const* notation) {

@@ -72,21 +72,6 @@ BoxC sample() {
   return box;
 }
 
-// `sample` as every version of the byte form must write and read it.
-bytestring const sampleBytes = {
-    0x01, 0x02, 0x00,                                                  // start, kind 2
-    0x03, 0x34, 0x12,                                                  // 0x1234
-    0x05, 0x00, 0x00, 0x00, 0x00,                                      // ""
-    0x04, 0x02, 0x00, 0x00, 0x00,                                      // 2 parts
-    0x01, 0x02, 0x00,                                                  // start, kind 2
-    0x03, 0xFE, 0xFF,                                                  // -2
-    0x05, 0x03, 0x00, 0x00, 0x00, 0x61, 0x00, 0x12, 0x22, 0x00, 0xD8,  // 3 characters
-    0x04, 0x00, 0x00, 0x00, 0x00,                                      // no parts
-    0x02,                                                              // end
-    0x01, 0x02, 0x00, 0x03, 0x00, 0x00, 0x05, 0x00, 0x00, 0x00, 0x00,  // a default box
-    0x04, 0x00, 0x00, 0x00, 0x00, 0x02,                                //
-    0x02};
-
 PointerTC<ObjectInputStreamABC> readerOf(bytestring const& bytes) {
   return new BinaryInputStreamC(new BinaryStringInputStreamC(bytes));
 }
@@ -98,18 +83,6 @@ bytestring written(WriteF write) {
   write(out);
   bytes->flush();
   return bytes->getString();
-}
-
-TEST(ObjectStreams, HaveOneByteForm) {
-  EXPECT_EQ(written([](auto& out) { sample().writeObject(out); }), sampleBytes);
-
-  // What follows the object is nobody's business.
-  PointerTC<ObjectInputStreamABC> in = readerOf(sampleBytes + bytestring{0x07, 0x08});
-  BoxC box;
-  EXPECT_TRUE(box.readObject(in));
-  EXPECT_EQ(box, sample());
-  EXPECT_EQ(in->bytesLeft(), 2U);
-  EXPECT_FALSE(in->isError());
 }
 
 TEST(ObjectStreams, CarryTheWholeRangeOfEachMember) {

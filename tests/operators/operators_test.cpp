@@ -12,8 +12,6 @@ namespace {
 
 using namespace math::ved;
 
-// ---- Table ------------------------------------------------------------------------------------------------
-
 class ProbeC : public OperatorBC {
  public:
   ProbeC(wstring const& name, wstring const& text) : OperatorBC(name, text, 1, 0, false, false, 0) {}
@@ -61,8 +59,6 @@ TEST(OperatorList, IsOneForEveryEngine) {
   OperatorListRepositoryC::remove(first);
   EXPECT_EQ(list, OperatorListRepositoryC::lookup(second));
 }
-
-// ---- Standard operators -----------------------------------------------------------------------------------
 
 std::string describe(OperatorBC const& op) {
   std::string text = "\"" + toUtf8(op.getText()) + "\" " + std::to_string(op.getArity()) + " " +

@@ -75,8 +75,6 @@ class DesktopTest final : public QObject {
     FormulaEdit provider;  // the operators
   }
 
-  // ---- Files ----------------------------------------------------------------------------------------------
-
   void sheetsComeBackAsTheyWere() {
     QString error;
     auto const sheet = readSheet(sampleBytes(), error);
@@ -122,8 +120,6 @@ class DesktopTest final : public QObject {
       QVERIFY2(!readSheet(sampleBytes().left(length), error), qPrintable(QString::number(length)));
     }
   }
-
-  // ---- The open sheet -------------------------------------------------------------------------------------
 
   void oneHistoryForAllLines() {
     StageS stage({formulaLine("a"), {LineKind::Text, QStringLiteral("note"), {}, {}}, formulaLine("b")});
@@ -231,8 +227,6 @@ class DesktopTest final : public QObject {
     }
     QCOMPARE(errors.count(), 1);
   }
-
-  // ---- The window -----------------------------------------------------------------------------------------
 
   void unsavedChangesAreAskedAbout() {
     MainWindow window(fonts(), nullptr);
@@ -384,7 +378,6 @@ class DesktopTest final : public QObject {
     }
     QCOMPARE(trees, expected);
   }
-
 
   void darkAndLight() {
     MainWindow window(fonts(), nullptr);

@@ -25,21 +25,14 @@ def check_text(path, text):
     if path.suffix == ".txt" and path.name != "CMakeLists.txt":
         return
     for number, line in enumerate(text.splitlines(), 1):
-        if "\t" in line:
-            yield f"{path}:{number}: tab"
-        if line != line.rstrip():
-            yield f"{path}:{number}: blank at the end of the line"
+        if "\t" in line or line != line.rstrip():
+            yield f"{path}:{number}: tab, or blank at the end of the line"
 
 
 def check_size(path, text):
     lines = text.count("\n")
     if lines > MAX_LINES[path.suffix]:
         yield f"{path}: {lines} lines; {MAX_LINES[path.suffix]} is the most that one {path.suffix} file should have"
-
-
-def check_header(path, text):
-    if path.suffix == ".h" and not re.search(r"^#pragma once$", text, re.MULTILINE):
-        yield f"{path}: no #pragma once"
 
 
 def check_core(path, text):
@@ -73,7 +66,8 @@ def main():
     listed = set(listed_files())
     for path in sources.files():
         text = sources.read(path)
-        complaints += check_header(path, text)
+        if path.suffix == ".h" and "#pragma once\n" not in text:
+            complaints.append(f"{path}: no #pragma once")
         complaints += check_listed(path, listed)
         if path.parts[0] != "tests":
             complaints += check_size(path, text)

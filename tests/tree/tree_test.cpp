@@ -34,8 +34,6 @@ void normalise(TreeNotationS& tree) {
   tree.root->checkTree(tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos);
 }
 
-// ---- Normalisation --------------------------------------------------------------------------------------
-
 TEST(NormalisationTest, Cases) {
   for (CaseS const& one : readCases(ZOLT_TEST_DATA "/check.cases")) {
     SCOPED_TRACE(one.where);
@@ -67,8 +65,6 @@ TEST(NormalisationTest, ValidationNamesWhatIsBroken) {
   EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, tree.caretNode, 3).invariant);
   EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, readTree("[\"ab‸\"]").root->child(0), 0).invariant);
 }
-
-// ---- Record and children --------------------------------------------------------------------------------
 
 TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {
   TreeT row = make(NODE4_LINE);
@@ -160,8 +156,6 @@ TEST(NodeTest, AcceptableCharacters) {
   EXPECT_TRUE(Node4C::isAcceptable(0x0960, false));
   EXPECT_FALSE(Node4C::isAcceptable(0x0960, true));
 }
-
-// ---- Streams and notation -------------------------------------------------------------------------------
 
 void countSlots(Node4C const& node, unsigned long& slots) {
   for (unsigned long i = 0; i < node.numChildren(); ++i) {

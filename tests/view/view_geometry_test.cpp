@@ -9,8 +9,6 @@ namespace {
 
 using namespace math::ved;
 
-// ---- Pointer --------------------------------------------------------------------------------------------
-
 /// The nearest text and boundary, found by looking at everything.
 class NearestPlaceC {
  public:
@@ -111,8 +109,6 @@ TEST(Pointer, MeasuresLittleInALongText) {
     EXPECT_EQ(stage.refView().getCaretPos(), 0u);
   }
 }
-
-// ---- Rectangles -------------------------------------------------------------------------------------------
 
 std::string toText(RectangleS const& box) {
   return std::to_string(box.left) + " " + std::to_string(box.top) + " " + std::to_string(box.right) + " " +

@@ -14,8 +14,6 @@ using oss::bytestring;
 
 ExpressionT expressionOf(wstring const& prefix) { return AlgebraicExpressionC::fromPrefixString(prefix); }
 
-// ---- Constraints ------------------------------------------------------------------------------------------
-
 /// What a view does by itself: the options of the field around it are off.
 class Constraints : public testing::Test {
  protected:
@@ -92,8 +90,6 @@ TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
   EXPECT_EQ(stage.notation(), "[\"abc‸\"]");
   EXPECT_EQ(calls, 4);
 }
-
-// ---- Repaints ---------------------------------------------------------------------------------------------
 
 class Repaints : public testing::Test {
  protected:
@@ -175,8 +171,6 @@ TEST_F(Repaints, ThatWereMissedAreAskedForAgain) {
       << asked << " " << graphics->crefRecord().getText();
 }
 
-// ---- Groups -----------------------------------------------------------------------------------------------
-
 TEST_F(Repaints, GroupsGoBackToWhereTheyBegan) {
   auto const state = [&] {
     return toUtf8(writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
@@ -199,8 +193,6 @@ TEST_F(Repaints, GroupsGoBackToWhereTheyBegan) {
   EXPECT_TRUE(view.isSelected());
   EXPECT_EQ(prefix(), "+(p,q)");
 }
-
-// ---- Clipboard --------------------------------------------------------------------------------------------
 
 TEST(Clipboard, CopiesExpressions) {
   std::pair<char const*, char const*> const cases[] = {{"[\"⚑a+b‸*c\"]", "+(a,b)"},
