@@ -185,7 +185,7 @@ TEST_F(FormulaCases, RenderingOnASurfaceOfOddSizes) {
     UnevenGraphicsC const graphics;
     tree.root->layout(graphics);
     tree.root->display(graphics, 0, 0, nullptr);
-    EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected, graphics.crefRecord().getLines()));
+    EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected, graphics.getLines()));
   }
 }
 

@@ -33,57 +33,35 @@ constexpr unsigned long most_growth = 14;
 // Work that does not grow is not looked at closely.
 constexpr unsigned long negligible_steps = 20000;
 
-/// A formula of any size, in tree notation with the caret in its middle.
+/// A formula of any size, in tree notation with the caret in its middle: of so many pieces before it and as
+/// many after it as there are `pieces` in 100 of its size.
 struct ShapeS {
   char const* name;
-  wstring (*make)(unsigned long size);
+  unsigned long pieces;
+  wstring start, before, middle, after, end;
+
+  wstring make(unsigned long size) const {
+    unsigned long const count = size * pieces / 100;
+    return u"[" + start + repeat(count, before) + middle + repeat(count, after) + end + u"]";
+  }
 };
 
-wstring row(wstring const& half, wstring const& middle, wstring const& otherHalf) {
-  return u"[" + half + middle + otherHalf + u"]";
-}
-
-/// `item` again and again, with `text` between, before and behind, where a number makes it whole.
-wstring rowOf(unsigned long size, wstring const& text, wstring const& item) {
-  wstring const quoted = u"\"" + text + u"\"";
-  return row(repeat(size / 2, quoted + u", " + item + u", "), u"\"" + text + u"\u20382" + text + u"\"",
-             repeat(size / 2 - 1, u", " + item + u", " + quoted) + u", " + item + u", \"" + text + u"1\"");
-}
-
-constexpr ShapeS shapes[] = {
-    {"text",
-     [](unsigned long n) {
-       return row({}, u"\"" + repeat(n / 4, u"a+") + u"\u2038" + repeat(n / 4, u"b+") + u"c\"", {});
-     }},
-    {"fractions", [](unsigned long n) { return rowOf(n, u"+", u"/<[\"a\"] ; [\"b\"]>"); }},
-    {"exponents", [](unsigned long n) { return rowOf(n, u"x", u"P[\"2\"]"); }},
-    {"brackets", [](unsigned long n) { return rowOf(n / 4, u"+", u"(, \"a\", )"); }},
-    {"open brackets",
-     [](unsigned long n) {
-       return row(u"\"\"" + repeat(n / 4, u", (, \"\""), u", (, \"a\u2038b\"",
-                  u", AC, \"\"" + repeat(n / 4, u", AC, \"\""));
-     }},
-    {"factorials",
-     [](unsigned long n) {
-       return row(repeat(n / 4, u"\"\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"!\""));
-     }},
-    {"signs",
-     [](unsigned long n) {
-       return row({}, u"\"" + repeat(n / 2, u"\u2212") + u"\u2038" + repeat(n / 2, u"\u2212") + u"x\"", {});
-     }},
-    {"exponents on groups",
-     [](unsigned long n) {
-       return row(repeat(n / 6, u"\"\", (, "), u"\"a\u2038b\"", repeat(n / 6, u", ), \"\", P[\"2\"], \"\""));
-     }},
-    {"calls",
-     [](unsigned long n) {
-       return row(repeat(n / 4, u"\"f\", (, "), u"\"a\u2038b\"", repeat(n / 4, u", ), \"\""));
-     }},
-    {"names", [](unsigned long n) { return rowOf(n, u"alpha 2x", u"sqrt<[\"y\"]>"); }},
-    {"beside an open bracket",
-     [](unsigned long n) {
-       return rowOf(n, u"+", u"sqrt<[\"y\"]>").insert(1, u"\"\", sqrt<[\"\", (, \"a\", AC, \"\"]>, ");
-     }},
+ShapeS const shapes[] = {
+    {"text", 25, u"\"", u"a+", u"\u2038", u"b+", u"c\""},
+    {"signs", 50, u"\"", u"\u2212", u"\u2038", u"\u2212", u"x\""},
+    {"fractions", 50, u"", u"\"+\", /<[\"a\"] ; [\"b\"]>, ", u"\"+\u2038\"", u", /<[\"a\"] ; [\"b\"]>, \"+\"",
+     u", sqrt<[\"1\"]>, \"\""},
+    {"exponents", 50, u"", u"\"x\", P[\"2\"], ", u"\"x\u2038x\"", u", P[\"2\"], \"x\"", u""},
+    {"names", 50, u"", u"\"alpha 2x\", sqrt<[\"y\"]>, ", u"\"x\u2038y\"", u", sqrt<[\"y\"]>, \"alpha 2x\"",
+     u""},
+    {"brackets", 12, u"", u"\"+\", (, \"a\", ), ", u"\"+\u2038\"", u", (, \"a\", ), \"+\"",
+     u", (, \"a\", ), \"\""},
+    {"open brackets", 25, u"", u"\"\", (, ", u"\"a\u2038b\"", u", AC, \"\"", u""},
+    {"factorials", 25, u"", u"\"\", (, ", u"\"a\u2038b\"", u", ), \"!\"", u""},
+    {"calls", 25, u"", u"\"f\", (, ", u"\"a\u2038b\"", u", ), \"\"", u""},
+    {"exponents on groups", 16, u"", u"\"\", (, ", u"\"a\u2038b\"", u", ), \"\", P[\"2\"], \"\"", u""},
+    {"beside an open bracket", 50, u"\"\", sqrt<[\"\", (, \"a\", AC, \"\"]>, ", u"\"+\", sqrt<[\"y\"]>, ",
+     u"\"+\u2038\"", u", sqrt<[\"y\"]>, \"+\"", u", sqrt<[\"y\"]>, \"\""},
 };
 
 wstring toHex(char16_t c) {
@@ -279,7 +257,7 @@ TEST(GrowthOfAKey, FollowsTheEdit) {
 TEST(GrowthOfAKey, DoesNotDependOnHowManyCameBefore) {
   for (wstring const keys : {u"x", u"!", u"-", u"x+", u"(x)!", u"x "}) {
     auto const costAfter = [&](unsigned long count) {
-      SubjectC subject({"nothing", [](unsigned long) { return wstring(u"[\"\u2038\"]"); }}, 0);
+      SubjectC subject({"nothing", 0, {}, {}, u"\"\u2038\"", {}, {}}, 0);
       wstring typed;
       for (unsigned long i = 0; i < count; ++i) typed += u"char U+" + toHex(keys[i % keys.size()]) + u" ";
       return subject.cost(ActS{typed, u"char x"}).act;

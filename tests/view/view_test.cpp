@@ -167,8 +167,8 @@ TEST_F(Repaints, ThatWereMissedAreAskedForAgain) {
   };
   view.insertText(u"b");
   graphics->onInvalidate = nullptr;
-  EXPECT_NE(graphics->crefRecord().getText().rfind("drawText \"b\""), std::string::npos)
-      << asked << " " << graphics->crefRecord().getText();
+  EXPECT_NE(graphics->getText().rfind("drawText \"b\""), std::string::npos)
+      << asked << " " << graphics->getText();
 }
 
 TEST_F(Repaints, GroupsGoBackToWhereTheyBegan) {

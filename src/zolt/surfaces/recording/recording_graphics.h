@@ -20,7 +20,7 @@ namespace zolt::surfaces {
 /// written `\u001B`. A call whose look depends on the font (a text or a bracket) has a line `selectFont 1`
 /// before it when the depth is not that of the last such call; a fresh log starts at depth 0. Measurements
 /// and repaint requests are counted, not logged.
-class RecordingGraphicsC final : public math::ved::GraphicsABC {
+class RecordingGraphicsC : public math::ved::GraphicsABC {
  public:
   enum LogModeE { LOG_CALLS = 0, LOG_NOTHING = 1 };
 
