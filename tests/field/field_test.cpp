@@ -113,18 +113,6 @@ TEST(FieldClipboard, TellsWhyATextIsRefused) {
   EXPECT_EQ(stage.refField().paste(content, &error), PASTE_AS_CHARACTERS);
 }
 
-TEST(FieldClipboard, IsTheHostsWhenItGivesOne) {
-  StageC one("[\"⚑ab‸\"]");
-  StageC other;
-  oss::PointerTC<ClipboardABC> const shared(new MemoryClipboardC);
-  one.refField().setClipboard(shared);
-  other.refField().setClipboard(shared);
-  EXPECT_FALSE(other.refField().isEnabled(COMMAND_PASTE));
-  EXPECT_TRUE(one.refField().run(COMMAND_COPY));
-  EXPECT_TRUE(other.refField().run(COMMAND_PASTE));
-  EXPECT_EQ(other.notation(), "[\"ab‸\"]");
-}
-
 TEST(FieldDecimalComma, IsTypedShownCopiedAndPasted) {
   StageC stage;
   stage.play("set decimal-comma on type \"log(3,5;2)\"");
@@ -148,16 +136,6 @@ TEST(FieldDecimalComma, IsTypedShownCopiedAndPasted) {
   EXPECT_EQ(stage.notation(), "[\"1.5+‸\"]");
 }
 
-TEST(FieldDecimalComma, ChangesOnlyWhatIsShown) {
-  StageC stage("[\"1.5,2‸\"]");
-  std::string const before = stage.notation();
-  PointS const size = stage.refField().refView().getExpressionSize();
-  EXPECT_TRUE(stage.play("set decimal-comma on"));
-  EXPECT_EQ(stage.notation(), before);
-  EXPECT_EQ(stage.refField().refView().getExpressionSize().x, size.x);
-  EXPECT_FALSE(stage.play("set no-such-option on"));
-}
-
 TEST(FieldDecimalComma, IsMeasuredAgain) {
   FormulaFieldC field((standardOperators(), new UnevenGraphicsC));
   field.insertText(u"f(1.5)+2.25");
@@ -170,19 +148,6 @@ TEST(FieldDecimalComma, IsMeasuredAgain) {
     field.refView().measureAgain();
     EXPECT_EQ(size.x, field.refView().getExpressionSize().x) << comma;
   }
-}
-
-TEST(FieldMove, ForgetsWhatPointedIntoTheTree) {
-  StageC stage("[\"\", /<[\"a+⚑bc‸\"] ; [\"d\"]>, \"xyz\"]");
-  FormulaFieldC& field = stage.refField();
-  stage.play("command grow-selection command grow-selection");
-  EXPECT_TRUE(field.moveSelection({field.crefView().crefRoot().child(0)->child(2), 3}));
-  std::string const moved = stage.notation();
-  EXPECT_FALSE(field.isEnabled(COMMAND_SHRINK_SELECTION));
-  EXPECT_FALSE(stage.play("command shrink-selection"));
-  EXPECT_EQ(stage.notation(), moved);
-  stage.play("command select-all");
-  EXPECT_FALSE(field.moveSelection({}));
 }
 
 TEST(FieldErrors, HaveEachASentence) {
@@ -256,15 +221,6 @@ TEST(FieldConstraints, AnswerForWhatTheyReject) {
   EXPECT_FALSE(stage.refField().refView().insertText(u"y"));
   EXPECT_TRUE(stage.refField().typeCharacter(u'z'));
   EXPECT_EQ(stage.notation(), "[\"xz‸\"]");
-}
-
-TEST(FieldReadOnly, CompletesNoName) {
-  StageC stage;
-  stage.play("type \"alpha\"");
-  std::string const before = stage.notation();
-  stage.refField().setEditable(false);
-  stage.refField().getExpression();
-  EXPECT_EQ(stage.notation(), before);
 }
 
 TEST(FieldPainting, ShowsASelectionInBands) {

@@ -80,27 +80,6 @@ TEST(EventScript, TellsWhatItCannotRead) {
   }
 }
 
-TEST(ScriptRunner, ReportsEachStep) {
-  StageC stage;
-  ScriptRunnerC runner(stage.refField());
-  std::string trace;
-  for (ScriptStepS const& step : toScript("char a key right key left shift")) {
-    trace += toUtf8(writeReport(runner.runAndReport(step))) + "\n";
-  }
-  EXPECT_EQ(trace, "char a → [\"a‸\"]\nkey right → [\"a‸\"] refused\nkey left shift → [\"‸a⚑\"]\n");
-}
-
-TEST(ScriptRunner, PutsUpATree) {
-  StageC stage("[\"ab‸\"]");
-  EXPECT_TRUE(stage.play("tree \"[\\\"x⚑\\\", sqrt<[\\\"y‸\\\"]>, \\\"\\\"]\""));
-  EXPECT_EQ(stage.notation(), "[\"x⚑\", sqrt<[\"y‸\"]>, \"\"]");
-  EXPECT_TRUE(stage.play("undo"));
-  EXPECT_EQ(stage.notation(), "[\"ab‸\"]");
-  EXPECT_FALSE(stage.play("tree \"[\\\"x\""));
-  EXPECT_FALSE(stage.play("tree \"[\\\"x\\\", nothing<[\\\"\\\"]>, \\\"\\\"]\""));
-  EXPECT_EQ(stage.notation(), "[\"ab‸\"]");
-}
-
 // What came from elsewhere is in the recording itself.
 TEST(Recording, HoldsWhatWasPastedFromElsewhere) {
   StageC other("[\"⚑x\", P[\"2\"], \"‸\"]");

@@ -111,17 +111,6 @@ TEST_F(FormulaCases, ToPrefix) {
   expectOperators(names, false);
 }
 
-TEST_F(FormulaCases, OnlyRootsAndRowsHaveAnExpression) {
-  TreeNotationS const tree = readTree(R"(["x", P["2"], "", sqrt<["y"]>, ""])");
-  Node4C& row = *tree.root->child(0);
-  for (unsigned long i = 0; i < row.numChildren(); ++i) {
-    ErrorSelectionS error{&row, 1, &row, 1, ERROR_CAUSE_BAD_NUMBER};
-    EXPECT_FALSE(row.child(i)->getAlgebraicExpression(&error)) << i;
-    EXPECT_EQ("0@null:0 null:0", describe(error, row));
-  }
-  EXPECT_EQ("2", describe(row.child(1)->child(0)->getAlgebraicExpression(nullptr)));
-}
-
 std::vector<std::string> split(std::string const& text, std::string const& separator) {
   std::vector<std::string> parts;
   for (std::size_t start = 0;;) {

@@ -244,24 +244,6 @@ TEST_F(FormulaProperty, EditedTreesAreNormalisedAndLaidOutAsIfNew) {
   }
 }
 
-TEST_F(FormulaProperty, NumbersKeepTheirDigits) {
-  std::mt19937 random(7);
-  auto const digits = [&](unsigned most) {
-    wstring text;
-    for (unsigned i = 1 + static_cast<unsigned>(random()) % most; i > 0; --i)
-      text += static_cast<char16_t>(u'0' + random() % 10);
-    return text;
-  };
-  for (int round = 0; round < 2000; ++round) {
-    wstring number = random() % 2 ? u"\u2212" : u"";
-    number += digits(40);
-    if (random() % 2) number += u"." + digits(40);
-    if (random() % 2) number += (random() % 2 ? u"E" : u"e\u2212") + digits(2);
-    auto const prefix = u"+(f(" + number + u"),x)";
-    EXPECT_EQ(toUtf8(prefix), describe(readBack(AlgebraicExpressionC::fromPrefixString(prefix))));
-  }
-}
-
 }  // namespace
 
 }  // namespace zolt::tests

@@ -92,15 +92,6 @@ TEST(PrefixText, ReadsAndReadsBack) {
   }
 }
 
-TEST(PrefixText, TakesUnpairedSurrogatesAsNames) {
-  for (wstring const& name : {wstring(u"\xD800"), wstring(u"\xDC00x"), wstring(u"a\xDBFF")}) {
-    wstring const text = name + u"(" + name + u",1)";
-    ExpressionP const read = AlgebraicExpressionC::fromPrefixString(text);
-    ASSERT_TRUE(read);
-    EXPECT_EQ(read->toPrefixString(), text);
-  }
-}
-
 TEST(Nodes, AreMadeOnlyIfTheyCanBeWritten) {
   PointerTC<NodeABC> const x = makeNamed(u"x");
   for (wstring const& name : {wstring(), wstring(u"a b"), wstring(u"f("), wstring(u"a,b"), wstring(u"a`"),

@@ -161,42 +161,5 @@ TEST(SerializableObjects, AreMadeByTheirId) {
   EXPECT_TRUE(stranger->isError());
 }
 
-// Tells how many of its kind are alive.
-class CountedC : public RefCountedBC {
- public:
-  CountedC() { ++alive; }
-  CountedC(CountedC const& other) : RefCountedBC(other) { ++alive; }
-  ~CountedC() override { --alive; }
-  static int alive;
-};
-int CountedC::alive = 0;
-
-TEST(SharedPointers, DestroyWithTheLastHolder) {
-  {
-    PointerTC<CountedC> const first = new CountedC;
-    PointerTC<CountedC> base = first;
-    EXPECT_TRUE(base == first && base->isShared());
-    PointerTC<CountedC> again(base.get());  // the count is in the object
-    base.reset();
-    EXPECT_FALSE(base);
-    base = std::move(again);
-    EXPECT_FALSE(again);
-    CountedC* const self = base.get();
-    base = PointerTC<CountedC>(self);
-    EXPECT_EQ(CountedC::alive, 1);
-    base = new CountedC;
-    EXPECT_EQ(CountedC::alive, 2);
-    base = nullptr;
-    EXPECT_EQ(CountedC::alive, 1);
-    EXPECT_FALSE(first->isShared());
-  }
-  EXPECT_EQ(CountedC::alive, 0);
-
-  CountedC original;
-  original.reference();
-  CountedC copy(original);
-  EXPECT_EQ(copy.dereference(), 0U) << "a copy brings the count along";
-}
-
 }  // namespace
 }  // namespace zolt::oss

@@ -184,14 +184,5 @@ TEST(FontSet, ExplainsWhatIsMissing) {
   EXPECT_NE(error.find("one"), std::string::npos) << error;
 }
 
-TEST(FontSet, LooksInTheFolderOfTheEnvironmentFirst) {
-  ASSERT_EQ(setenv("ZOLT_FONT_DIR", "/first:/second", 1), 0);
-  std::vector<std::string> const folders = FontSetC::getDefaultFolders();
-  unsetenv("ZOLT_FONT_DIR");
-  ASSERT_GE(folders.size(), 2u);
-  EXPECT_EQ(folders[0], "/first");
-  EXPECT_EQ(folders[1], "/second");
-}
-
 }  // namespace
 }  // namespace zolt::surfaces
