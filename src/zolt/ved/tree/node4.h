@@ -264,10 +264,6 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool layoutNode(GraphicsABC const& graphics, bool all);
   bool layoutLongRow(GraphicsABC const& graphics);
 
-  using RuleT = bool(wstring&, LexicalAnalyserC&, unsigned int&, unsigned int&, ErrorCauseE&);
-  static RuleT readAssignment, readOR, readAND, readNOT, readEquation, readExpression, readTerm, readFactor,
-      readUnaryTerm, readFact, readAtom;
-
   // What layout and drawing read stands together at the front.
   ChildArrayC children_;
   Node4TypeE type_ = NODE4_TEXT;

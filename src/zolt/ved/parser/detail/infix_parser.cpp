@@ -33,9 +33,7 @@ struct InfixParserC::SignS {
 
 InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) { frames_.reserve(8); }
 
-bool InfixParserC::read(RuleE rule, wstring& output, unsigned int& start, unsigned int& end,
-                        ErrorCauseE& cause) {
-  outermostRule_ = rule;
+bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause) {
   NextE next = NEXT_OPERAND;
   while (next == NEXT_OPERAND || next == NEXT_SIGN) next = next == NEXT_OPERAND ? readOperand() : readSign();
   if (next == NEXT_FAILED) {

@@ -29,17 +29,17 @@ enum RuleE : int {
   RULE_ATOM
 };
 
-/// Reads infix text by any rule of the grammar, with a stack of its own in place of one call per rule and
+/// Reads infix text by the rules of the grammar, with a stack of its own in place of one call per rule and
 /// bracket, so that neither nesting nor length is bounded by the thread's stack.
 class InfixParserC {
  public:
   /// `lexer` is on the first token to be read and outlives the parser.
   explicit InfixParserC(LexicalAnalyserC& lexer);
 
-  /// Appends the prefix text of what `rule` reads to `output` and leaves the lexer on the token after it. On
-  /// failure `output` is untouched, and `start` to `end` is the offending token; otherwise these and the
-  /// cause are.
-  bool read(RuleE rule, wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause);
+  /// Appends the prefix text of an assignment, or of anything tighter, to `output` and leaves the lexer on
+  /// the token after it. On failure `output` is untouched, and `start` to `end` is the offending token;
+  /// otherwise these and the cause are.
+  bool read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause);
 
  private:
   using PartT = PrefixBuilderC::PartT;
