@@ -12,7 +12,7 @@
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/notice_bar.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
-#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/write_file.h"
@@ -181,7 +181,7 @@ class RecoveryTest final : public QObject {
     };
     QVERIFY(giveUp(*windows[2]));
     windows[1]->view().insertBelow(formulaLine("/(1,q)"));
-    RecoveryKeeper::writeAllNow();
+    RecoveryWriter::writeAllNow();
     std::map<QString, Sheet> const sheets{{path, windows[0]->view().sheet()},
                                           {{}, windows[1]->view().sheet()}};
     windows.clear();  // as when a signal ends the program
@@ -213,7 +213,7 @@ class RecoveryTest final : public QObject {
   void whatUndoCannotTakeBackStaysKept() {
     QTemporaryDir folder;
     SheetView view;
-    RecoveryKeeper keeper(view, folder.path(), nullptr);
+    RecoveryWriter keeper(view, folder.path(), nullptr);
     auto const kept = [&] { return QDir(folder.path()).entryList({QStringLiteral("*.recovery")}).size(); };
     // One run of typing that is longer than the formula's history.
     QString const start(100000, u'x');

@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "hosts/qt/desktop/icons.h"
-#include "hosts/qt/desktop/last_moment.h"
 #include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/recovery_at_exit.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "zolt/qt/formula_fonts.h"
@@ -84,8 +84,6 @@ class Windows {
   }
 
   void offerRecovery() {
-    auto files = desktop::RecoveryFile::adoptAll(recoveryFolder_);
-    if (files.empty()) return;
     auto const recover = [this](desktop::RecoveredSheet const& sheet,
                                 std::unique_ptr<desktop::RecoveryFile> file) {
       desktop::MainWindow& last = *all_.back();
@@ -93,7 +91,7 @@ class Windows {
       window.show();
       window.showRecovered(sheet, std::move(file));
     };
-    desktop::RecoveryDialog(std::move(files), recover, all_.front().get()).exec();
+    desktop::RecoveryDialog::offer(recoveryFolder_, recover, all_.front().get());
   }
 
  private:
@@ -146,7 +144,7 @@ int main(int argc, char** argv) {
   // A screenshot is the same whoever takes it.
   Windows windows(fonts, pictured ? nullptr : &settings, pictured ? QString() : recoveryFolder());
   desktop::MainWindow& window = windows.add();
-  desktop::LastMoment const lastMoment;
+  desktop::RecoveryAtExit const recoveryAtExit;
   if (parser.isSet(appearance)) window.setAppearance(desktop::appearanceOf(parser.value(appearance)));
   if (!fonts->substitution().isEmpty()) {
     QString const text =

@@ -20,7 +20,7 @@
 #include "hosts/qt/desktop/notice_bar.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
-#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_mime.h"
@@ -62,8 +62,8 @@ MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* setti
   makeStatusBar();
   connectView();
   if (!recoveryFolder.isEmpty()) {
-    recovery_ = new RecoveryKeeper(*view_, recoveryFolder, this);
-    connect(recovery_, &RecoveryKeeper::failed, this, [this](QString const& error) {
+    recovery_ = new RecoveryWriter(*view_, recoveryFolder, this);
+    connect(recovery_, &RecoveryWriter::failed, this, [this](QString const& error) {
       tell(tr("Unsaved changes are not protected against a crash. %1.").arg(error));
     });
   }

@@ -27,7 +27,7 @@ class NoticeBar;
 class PaletteDock;
 class Recorder;
 class RecoveryFile;
-class RecoveryKeeper;
+class RecoveryWriter;
 class SheetView;
 struct RecoveredSheet;
 
@@ -127,7 +127,7 @@ class MainWindow final : public QMainWindow {
   PaletteDock* palette_;
   Recorder* recorder_;
   NoticeBar* notices_;
-  RecoveryKeeper* recovery_ = nullptr;  // null: nothing is kept
+  RecoveryWriter* recovery_ = nullptr;  // null: nothing is kept
   QHash<QString, QAction*> actions_;
   QMenu* recentMenu_ = nullptr;
   QLabel* stateDot_ = nullptr;

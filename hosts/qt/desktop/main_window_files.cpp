@@ -16,7 +16,7 @@
 
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/recorder.h"
-#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/write_file.h"

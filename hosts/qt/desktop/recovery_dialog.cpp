@@ -35,6 +35,11 @@ struct RecoveryDialog::EntryS {
   bool damaged = false;
 };
 
+void RecoveryDialog::offer(QString const& folder, Recover const& recover, QWidget* parent) {
+  auto files = RecoveryFile::adoptAll(folder);
+  if (!files.empty()) RecoveryDialog(std::move(files), recover, parent).exec();
+}
+
 RecoveryDialog::RecoveryDialog(std::vector<std::unique_ptr<RecoveryFile>> files, Recover recover,
                                QWidget* parent)
     : QDialog(parent), recover_(std::move(recover)), list_(new QListWidget(this)) {

@@ -21,6 +21,9 @@ class RecoveryDialog final : public QDialog {
   /// Takes a sheet that is to be opened, and its file unless that is damaged: then it is null.
   using Recover = std::function<void(RecoveredSheet const&, std::unique_ptr<RecoveryFile>)>;
 
+  /// Offers what programs that are no more have left in the folder, if anything.
+  static void offer(QString const& folder, Recover const& recover, QWidget* parent);
+
   RecoveryDialog(std::vector<std::unique_ptr<RecoveryFile>> files, Recover recover, QWidget* parent);
   ~RecoveryDialog() override;
 

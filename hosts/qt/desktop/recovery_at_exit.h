@@ -5,17 +5,17 @@
 
 namespace zolt::desktop {
 
-/// Has all unsaved sheets kept (`RecoveryKeeper::writeAllNow`) when the program is made to end: by a signal
+/// Has all unsaved sheets kept (`RecoveryWriter::writeAllNow`) when the program is made to end: by a signal
 /// to terminate, at the end of the session, and when the display goes away, upon which the toolkit ends the
 /// program. A full disk and a reader who has gone away become errors instead of the program's end.
 ///
 /// Lives as long as the event loop, at most once in a program.
-class LastMoment final : public QObject {
+class RecoveryAtExit final : public QObject {
   Q_OBJECT
 
  public:
-  LastMoment();
-  ~LastMoment() override;
+  RecoveryAtExit();
+  ~RecoveryAtExit() override;
 
  private:
   struct SignalsS;

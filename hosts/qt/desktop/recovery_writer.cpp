@@ -1,4 +1,4 @@
-#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 
 #include "hosts/qt/desktop/sheet_view.h"
 
@@ -7,47 +7,47 @@ namespace zolt::desktop {
 namespace {
 
 /// Never destroyed: it is needed while the process ends.
-QList<RecoveryKeeper*>& keepers() {
-  static auto& all = *new QList<RecoveryKeeper*>;
+QList<RecoveryWriter*>& keepers() {
+  static auto& all = *new QList<RecoveryWriter*>;
   return all;
 }
 
 }  // namespace
 
-RecoveryKeeper::RecoveryKeeper(SheetView& view, QString folder, QObject* parent)
+RecoveryWriter::RecoveryWriter(SheetView& view, QString folder, QObject* parent)
     : QObject(parent), view_(view), file_(RecoveryFile::create(folder)) {
   keepers().push_back(this);
   worker_.setMaxThreadCount(1);
   for (QTimer* const timer : {&quiet_, &deadline_}) {
     timer->setSingleShot(true);
-    connect(timer, &QTimer::timeout, this, &RecoveryKeeper::writeSoon);
+    connect(timer, &QTimer::timeout, this, &RecoveryWriter::writeSoon);
   }
-  connect(&view, &SheetView::edited, this, &RecoveryKeeper::noteChange);
+  connect(&view, &SheetView::edited, this, &RecoveryWriter::noteChange);
 }
 
-RecoveryKeeper::~RecoveryKeeper() {
+RecoveryWriter::~RecoveryWriter() {
   keepers().removeOne(this);
   worker_.waitForDone();
 }
 
-void RecoveryKeeper::adopt(std::unique_ptr<RecoveryFile> file) {
+void RecoveryWriter::adopt(std::unique_ptr<RecoveryFile> file) {
   forget();
   file_ = std::move(file);
 }
 
-void RecoveryKeeper::forget() {
+void RecoveryWriter::forget() {
   quiet_.stop();
   deadline_.stop();
   worker_.waitForDone();
   file_->remove();
 }
 
-void RecoveryKeeper::noteChange() {
+void RecoveryWriter::noteChange() {
   quiet_.start(quiet_time);
   if (!deadline_.isActive()) deadline_.start(longest_time);
 }
 
-void RecoveryKeeper::writeSoon() {
+void RecoveryWriter::writeSoon() {
   quiet_.stop();
   deadline_.stop();
   if (!view_.isModified()) {
@@ -67,14 +67,14 @@ void RecoveryKeeper::writeSoon() {
   });
 }
 
-void RecoveryKeeper::takeResult(QString const& error) {
+void RecoveryWriter::takeResult(QString const& error) {
   working_ = false;
   bool const fails = !error.isEmpty();
   if (fails && !hasFailed_) emit failed(error);
   hasFailed_ = fails;
 }
 
-void RecoveryKeeper::writeNow() {
+void RecoveryWriter::writeNow() {
   bool const pending = quiet_.isActive() || deadline_.isActive() || hasFailed_;
   quiet_.stop();
   deadline_.stop();
@@ -83,8 +83,8 @@ void RecoveryKeeper::writeNow() {
   if (pending && view_.isModified()) file_->write(path_, view_.draft(), error);
 }
 
-void RecoveryKeeper::writeAllNow() {
-  for (RecoveryKeeper* const keeper : keepers()) keeper->writeNow();
+void RecoveryWriter::writeAllNow() {
+  for (RecoveryWriter* const keeper : keepers()) keeper->writeNow();
 }
 
 }  // namespace zolt::desktop

@@ -13,7 +13,7 @@ class SheetView;
 
 /// Keeps what is unsaved in a view in a recovery file, shortly after every change. The file is made in
 /// another thread; the user's waits for it only when the sheet is saved or given up.
-class RecoveryKeeper final : public QObject {
+class RecoveryWriter final : public QObject {
   Q_OBJECT
 
  public:
@@ -21,9 +21,9 @@ class RecoveryKeeper final : public QObject {
   static constexpr int quiet_time = 2000, longest_time = 10000;
 
   /// `view` outlives it.
-  RecoveryKeeper(SheetView& view, QString folder, QObject* parent);
+  RecoveryWriter(SheetView& view, QString folder, QObject* parent);
   /// The file stays: whoever has asked what becomes of the sheet calls `forget` before.
-  ~RecoveryKeeper() override;
+  ~RecoveryWriter() override;
 
   /// The file that the sheet belongs to; empty when there is none yet.
   void setPath(QString const& path) { path_ = path; }

@@ -1,10 +1,10 @@
-#include "hosts/qt/desktop/last_moment.h"
+#include "hosts/qt/desktop/recovery_at_exit.h"
 
 #include <QGuiApplication>
 #include <QSocketNotifier>
 #include <cstdlib>
 
-#include "hosts/qt/desktop/recovery_keeper.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 
 #ifdef Q_OS_UNIX
 #include <fcntl.h>
@@ -35,7 +35,7 @@ void wake(int number) {
 
 }  // namespace
 
-struct LastMoment::SignalsS {
+struct RecoveryAtExit::SignalsS {
   ~SignalsS() {
     for (int const number : ending_signals) std::signal(number, SIG_DFL);
     wakeEnd = -1;
@@ -48,11 +48,11 @@ struct LastMoment::SignalsS {
 
 #else
 
-struct LastMoment::SignalsS {};
+struct RecoveryAtExit::SignalsS {};
 
 #endif
 
-LastMoment::LastMoment() {
+RecoveryAtExit::RecoveryAtExit() {
 #ifdef Q_OS_UNIX
   std::signal(SIGXFSZ, SIG_IGN);
   std::signal(SIGPIPE, SIG_IGN);
@@ -63,7 +63,7 @@ LastMoment::LastMoment() {
     connect(made->notifier.get(), &QSocketNotifier::activated, this, [from = made->ends[0]] {
       unsigned char number = 0;
       if (::read(from, &number, 1) != 1) return;
-      RecoveryKeeper::writeAllNow();
+      RecoveryWriter::writeAllNow();
       QCoreApplication::exit(signalled_exit + number);
     });
     struct sigaction action {};
@@ -80,12 +80,12 @@ LastMoment::LastMoment() {
 #endif
   // The session's end does not ask: what is unsaved is offered in the next one.
   connect(
-      qApp, &QGuiApplication::commitDataRequest, this, [] { RecoveryKeeper::writeAllNow(); },
+      qApp, &QGuiApplication::commitDataRequest, this, [] { RecoveryWriter::writeAllNow(); },
       Qt::DirectConnection);
   // Without its display the toolkit calls `exit`, with every object still there.
-  std::atexit(RecoveryKeeper::writeAllNow);
+  std::atexit(RecoveryWriter::writeAllNow);
 }
 
-LastMoment::~LastMoment() = default;
+RecoveryAtExit::~RecoveryAtExit() = default;
 
 }  // namespace zolt::desktop
