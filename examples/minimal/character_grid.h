@@ -12,13 +12,7 @@ using zolt::oss::wstring;
 
 inline std::string toUtf8(wstring const& text) {
   std::string out;
-  for (char16_t c : text) {
-    if (c >= 0x800)
-      out += {static_cast<char>(0xE0 | c >> 12), static_cast<char>(0x80 | (c >> 6 & 0x3F))};
-    else if (c >= 0x80)
-      out += static_cast<char>(0xC0 | c >> 6);
-    out += static_cast<char>(c >= 0x80 ? 0x80 | (c & 0x3F) : c);
-  }
+  for (std::size_t i = 0; i < text.size();) zolt::oss::appendUtf8(out, zolt::oss::readCodePoint(text, i));
   return out;
 }
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "hosts/cli/utf8_text.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::cli {
 
@@ -53,19 +54,17 @@ std::u16string getPicture(char32_t c) {
 /// consist of nothing else.
 std::size_t getRoom(char32_t c) { return std::max(1u, getColumnWidth(c)); }
 
-bool isLowSurrogate(char16_t c) { return (c & 0xFC00) == 0xDC00; }
-
 /// Where the part of the text that is shown begins: so far before `marked` that what follows it is shown too.
 std::size_t findBegin(std::u16string_view text, std::size_t marked) {
   std::size_t after = 0;
   for (std::size_t i = marked; i < text.size() && after < max_columns;)
-    after += getRoom(readCodePoint(text, i));
+    after += getRoom(oss::readCodePoint(text, i));
   std::size_t room = max_columns - std::min(after, max_columns - room_before);
   std::size_t first = marked;
   while (first > 0) {
-    std::size_t i = first - (first > 1 && isLowSurrogate(text[first - 1]) ? 2 : 1);
+    std::size_t i = first - (first > 1 && oss::isLowSurrogate(text[first - 1]) ? 2 : 1);
     std::size_t const previous = i;
-    std::size_t const width = getRoom(readCodePoint(text, i));
+    std::size_t const width = getRoom(oss::readCodePoint(text, i));
     // The last column is kept for the sign that something is left out.
     if (width + (previous > 0 ? 1 : 0) > room) break;
     room -= width;
@@ -80,7 +79,7 @@ unsigned getColumnWidth(char32_t c) { return isIn(combining, c) ? 0 : isIn(wide,
 
 std::size_t countColumn(std::u16string_view text, std::size_t index) {
   std::size_t column = 1;
-  for (std::size_t i = 0; i < std::min(index, text.size()); ++column) readCodePoint(text, i);
+  for (std::size_t i = 0; i < std::min(index, text.size()); ++column) oss::readCodePoint(text, i);
   return column;
 }
 
@@ -102,7 +101,7 @@ MarkedTextS markText(std::u16string_view text, std::size_t begin, std::size_t en
   std::size_t i = first;
   while (i < text.size()) {
     std::size_t const start = i;
-    char32_t const c = readCodePoint(text, i);
+    char32_t const c = oss::readCodePoint(text, i);
     if (getRoom(c) > room) {
       i = start;
       break;

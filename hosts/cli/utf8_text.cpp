@@ -4,14 +4,13 @@
 
 #include <iterator>
 
+#include "zolt/oss/code_point.h"
+
 namespace zolt::cli {
 
 namespace {
 
 constexpr char32_t replacement = 0xFFFD;
-
-bool isHighSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDBFF; }
-bool isLowSurrogate(char32_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
 
 }  // namespace
 
@@ -32,16 +31,10 @@ std::string toUtf8(std::u16string_view text) {
   std::string bytes;
   bytes.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
-    char32_t const c = readCodePoint(text, i);
-    utf8::append(isHighSurrogate(c) || isLowSurrogate(c) ? replacement : c, std::back_inserter(bytes));
+    char32_t const c = oss::readCodePoint(text, i);
+    oss::appendUtf8(bytes, oss::isSurrogate(c) ? replacement : c);
   }
   return bytes;
-}
-
-char32_t readCodePoint(std::u16string_view text, std::size_t& index) {
-  char32_t const first = text[index++];
-  if (!isHighSurrogate(first) || index == text.size() || !isLowSurrogate(text[index])) return first;
-  return 0x10000 + ((first - 0xD800) << 10) + (text[index++] - 0xDC00u);
 }
 
 }  // namespace zolt::cli

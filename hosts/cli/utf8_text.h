@@ -15,7 +15,4 @@ bool fromUtf8(std::string_view bytes, oss::wstring& text, std::size_t& badByte, 
 /// Encodes in UTF-8; a surrogate without its partner becomes U+FFFD.
 std::string toUtf8(std::u16string_view text);
 
-/// Reads the code point at `index` (below the length) and moves `index` past it.
-char32_t readCodePoint(std::u16string_view text, std::size_t& index);
-
 }  // namespace zolt::cli

@@ -14,12 +14,12 @@
 #include "tests/support/operators.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/oss/code_point.h"
 #include "zolt/oss/quoted_text.h"
 #include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/surfaces/typeset/font_set.h"
 #include "zolt/surfaces/typeset/typeset_graphics.h"
-#include "zolt/surfaces/utf.h"
 
 namespace {
 
@@ -68,7 +68,7 @@ class LoggingGraphicsC final : public TypesetGraphicsABC {
 /// Texts may hold surrogates that stand alone.
 std::string toUtf8(wstring const& text) {
   std::string result;
-  for (std::size_t i = 0; i < text.size();) appendUtf8(result, readCodePoint(text, i));
+  for (std::size_t i = 0; i < text.size();) oss::appendUtf8(result, oss::readCodePoint(text, i));
   return result;
 }
 

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "zolt/oss/code_point.h"
+
 namespace zolt::oss {
 
 namespace {
@@ -11,7 +13,7 @@ constexpr char16_t digits[] = u"0123456789ABCDEF";
 }  // namespace
 
 void appendQuoted(wstring& out, char16_t c) {
-  if (c < u' ' || c == 0x7F || (c >= 0xD800 && c < 0xE000)) {
+  if (c < u' ' || c == 0x7F || isSurrogate(c)) {
     out += u"\\u";
     for (int shift = 12; shift >= 0; shift -= 4) out += digits[(c >> shift) & 0xF];
     return;

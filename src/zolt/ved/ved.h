@@ -24,6 +24,7 @@
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
 #include "zolt/oss/byte_stream.h"
+#include "zolt/oss/code_point.h"
 #include "zolt/oss/object_stream.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/quoted_text.h"

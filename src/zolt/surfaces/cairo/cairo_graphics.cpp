@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "zolt/oss/code_point.h"
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 #include "zolt/surfaces/cairo/detail/png_text.h"
 #include "zolt/surfaces/cairo/detail/svg_writer.h"
-#include "zolt/surfaces/utf.h"
 
 namespace zolt::surfaces {
 
@@ -92,9 +92,9 @@ std::string toCleanUtf8(oss::wstring const& text) {
   constexpr char32_t replacement = 0xFFFD;
   std::string out;
   for (std::size_t i = 0; i < text.size();) {
-    char32_t const c = readCodePoint(text, i);
-    bool const unfit = c < 0x20 || c == 0xFFFE || c == 0xFFFF || isHighSurrogate(c) || isLowSurrogate(c);
-    appendUtf8(out, unfit ? replacement : c);
+    char32_t const c = oss::readCodePoint(text, i);
+    bool const unfit = c < 0x20 || c == 0xFFFE || c == 0xFFFF || oss::isSurrogate(c);
+    oss::appendUtf8(out, unfit ? replacement : c);
   }
   return out;
 }

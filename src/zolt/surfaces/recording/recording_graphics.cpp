@@ -1,6 +1,6 @@
 #include "zolt/surfaces/recording/recording_graphics.h"
 
-#include "zolt/surfaces/utf.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::surfaces {
 
@@ -23,12 +23,12 @@ void appendEscape(std::string& out, char32_t c) {
 void appendQuoted(std::string& out, oss::wstring const& text) {
   out += '"';
   for (std::size_t i = 0; i < text.size();) {
-    char32_t const c = readCodePoint(text, i);
-    if (c < 0x20 || (c >= 0x7F && c < 0xA0) || isHighSurrogate(c) || isLowSurrogate(c)) {
+    char32_t const c = oss::readCodePoint(text, i);
+    if (c < 0x20 || (c >= 0x7F && c < 0xA0) || oss::isSurrogate(c)) {
       appendEscape(out, c);
     } else {
       if (c == '"' || c == '\\') out += '\\';
-      appendUtf8(out, c);
+      oss::appendUtf8(out, c);
     }
   }
   out += '"';

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
+#include "zolt/oss/code_point.h"
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
 #include "zolt/surfaces/typeset/font_size.h"
-#include "zolt/surfaces/utf.h"
 
 namespace zolt::surfaces {
 
@@ -144,7 +144,7 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, TextStart
   for (std::size_t i = 0; i < text.size(); ++i) {
     RuledCharS const& ruled = ruler.read(text[i]);
     // The second half of a pair stands for both.
-    if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) continue;
+    if (oss::isHighSurrogate(text[i]) && i + 1 < text.size() && oss::isLowSurrogate(text[i + 1])) continue;
     if (ruled.inRun) {
       run.push_back(ruled);
     } else {

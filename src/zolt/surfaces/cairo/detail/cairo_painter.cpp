@@ -1,6 +1,6 @@
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 
-#include "zolt/surfaces/utf.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::surfaces {
 
@@ -91,7 +91,7 @@ class PainterC {
     std::vector<cairo_text_cluster_t> clusters;
     for (PlacedGlyphS const& glyph : item.glyphs) {
       std::size_t const before = text.size();
-      appendUtf8(text, glyph.codePoint);
+      oss::appendUtf8(text, glyph.codePoint);
       clusters.push_back({int(text.size() - before), 1});
     }
     cairo_show_text_glyphs(context_, text.data(), int(text.size()), glyphs_.data(), int(glyphs_.size()),

@@ -5,7 +5,7 @@
 #include <map>
 #include <utility>
 
-#include "zolt/surfaces/utf.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::surfaces {
 
@@ -204,7 +204,7 @@ class WriterC {
                  number(item.run.x + glyph.x) + "\">";
         text.clear();
       }
-      appendUtf8(text, glyph.codePoint);
+      oss::appendUtf8(text, glyph.codePoint);
       next = glyph.x + glyph.width;
     }
     body_ += escape(text) + "</tspan></text>\n";

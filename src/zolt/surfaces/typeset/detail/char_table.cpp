@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "zolt/common/signs.h"
-#include "zolt/surfaces/utf.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::surfaces {
 
@@ -159,7 +159,7 @@ FaceGlyphS CharTableC::findGlyph(char32_t codePoint, bool italic) const {
 }
 
 bool CharTableC::findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& found) const {
-  if (isHighSurrogate(codePoint) || isLowSurrogate(codePoint)) return false;
+  if (oss::isSurrogate(codePoint)) return false;
   SfntFontC const& font = fonts_->getFont(face);
   std::uint16_t const glyph = font.findGlyph(codePoint);
   if (glyph == SfntFontC::no_glyph) return false;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "zolt/surfaces/utf.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::surfaces {
 
@@ -27,11 +27,11 @@ void TextRulerC::add(int left, int right) {
 }
 
 bool TextRulerC::joinPair(char16_t c) {
-  if (high_ == 0 || !isLowSurrogate(c)) return false;
+  if (high_ == 0 || !oss::isLowSurrogate(c)) return false;
   // The first half already took the room of a missing character; the pair is shown from its start.
   std::int64_t const pairStart = current_.start, used = current_.end;
   current_ = RuledCharS();
-  current_.look = characters_.find(joinSurrogates(high_, c));
+  current_.look = characters_.find(oss::joinSurrogates(high_, c));
   current_.start = used;
   current_.origin = pairStart;
   current_.end = std::max(used, pairStart + current_.look.upright.advance);
@@ -44,7 +44,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
     before_ = BEFORE_OPERAND;
     return current_;
   }
-  high_ = isHighSurrogate(c) ? c : char16_t(0);
+  high_ = oss::isHighSurrogate(c) ? c : char16_t(0);
 
   std::int64_t const start = current_.end;
   bool const runGoesOn = current_.inRun;

@@ -2,13 +2,14 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 
-#include "zolt/oss/wstring.h"
-
-namespace zolt::surfaces {
+namespace zolt::oss {
 
 inline bool isHighSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDBFF; }
 inline bool isLowSurrogate(char32_t c) { return c >= 0xDC00 && c <= 0xDFFF; }
+
+inline bool isSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 /// The code point of a surrogate pair.
 inline char32_t joinSurrogates(char16_t high, char16_t low) {
@@ -17,7 +18,7 @@ inline char32_t joinSurrogates(char16_t high, char16_t low) {
 
 /// Reads the code point at `index` (below the length) and moves `index` past it. A surrogate without its
 /// partner comes back as itself.
-inline char32_t readCodePoint(oss::wstring const& text, std::size_t& index) {
+inline char32_t readCodePoint(std::u16string_view text, std::size_t& index) {
   char16_t const first = text[index++];
   if (!isHighSurrogate(first) || index == text.size() || !isLowSurrogate(text[index])) return first;
   return joinSurrogates(first, text[index++]);
@@ -40,4 +41,4 @@ inline void appendUtf8(std::string& out, char32_t c) {
   }
 }
 
-}  // namespace zolt::surfaces
+}  // namespace zolt::oss
