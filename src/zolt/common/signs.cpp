@@ -38,31 +38,32 @@ constexpr LookAlikesS look_alikes[] = {
     {u'(', typed, u"["},
     {u')', typed, u"]"}};
 
-struct RaisedS {
-  char16_t raised;
-  char16_t lowered;
-};
+constexpr std::u16string_view raised_signs = u"⁰¹²³⁴⁵⁶⁷⁸⁹⁺⁻⁽⁾ⁿⁱ";
+constexpr std::u16string_view lowered_signs = u"0123456789+-()ni";
 
-constexpr RaisedS raised_signs[] = {
-    {u'\u00B9', u'1'}, {u'\u00B2', u'2'}, {u'\u00B3', u'3'}, {u'\u2070', u'0'},
-    {u'\u2074', u'4'}, {u'\u2075', u'5'}, {u'\u2076', u'6'}, {u'\u2077', u'7'},
-    {u'\u2078', u'8'}, {u'\u2079', u'9'}, {u'\u207A', u'+'}, {u'\u207B', u'-'},
-    {u'\u207D', u'('}, {u'\u207E', u')'}, {u'\u207F', u'n'}, {u'\u2071', u'i'}};
+constexpr std::u16string_view circumflexed = u"âêîôûĉĝĥĵŝŵŷẑÂÊÎÔÛĈĜĤĴŜŴŶẐ";
+constexpr std::u16string_view plain_letters = u"aeioucghjswyzAEIOUCGHJSWYZ";
+
+/// The character of `to` at the place that `c` has in `from`; U+0000 when it has none.
+char16_t translate(char16_t c, std::u16string_view from, std::u16string_view to) {
+  std::size_t const place = from.find(c);
+  return place == from.npos ? u'\0' : to[place];
+}
 
 }  // namespace
 
 char16_t foldLookAlike(char16_t c, LookAlikeUseE use) {
+  constexpr char16_t full_width_distance = 0xFEE0;
+  if (use == LOOK_ALIKE_TYPED && c > 0xFF00 && c < 0xFF5F) {
+    c = static_cast<char16_t>(c - full_width_distance);
+  }
   for (LookAlikesS const& entry : look_alikes) {
     if ((entry.uses & use) != 0 && entry.signs.find(c) != entry.signs.npos) return entry.meant;
   }
   return c;
 }
 
-char16_t loweredSign(char16_t c) {
-  for (RaisedS const& entry : raised_signs) {
-    if (entry.raised == c) return entry.lowered;
-  }
-  return u'\0';
-}
+char16_t loweredSign(char16_t c) { return translate(c, raised_signs, lowered_signs); }
+char16_t withoutCircumflex(char16_t c) { return translate(c, circumflexed, plain_letters); }
 
 }  // namespace zolt::math::common

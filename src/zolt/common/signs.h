@@ -37,5 +37,7 @@ char16_t foldLookAlike(char16_t c, LookAlikeUseE use);
 
 /// A raised character as the one that it raises, "²" as "2"; U+0000 when it is none.
 char16_t loweredSign(char16_t c);
+/// The letter under a circumflex, "ê" as "e"; U+0000 when there is none.
+char16_t withoutCircumflex(char16_t c);
 
 }  // namespace zolt::math::common

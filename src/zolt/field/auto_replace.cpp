@@ -6,7 +6,6 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/sign_folding.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/view/view.h"
@@ -101,7 +100,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   PlaceS const place = caretOf(view);
   if (char16_t const lowered = math::common::loweredSign(typed))
     return decideExponent(place, selected, lowered);
-  char16_t const c = foldCharacter(typed, options);
+  char16_t const c = foldTyped(typed, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
   if (auto const op = findBySign(view.crefOperatorList(), c)) return decideSign(view, c, *op);
 
@@ -131,7 +130,7 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
   SignRunS const run = findBySignRun(view.crefOperatorList(), text, caret.pos);
   if (run.op) return {{caret.node, caret.pos - run.length}, caret, run.op->getName(), {}};
   if (caret.pos == 0) return {};
-  char16_t const letter = withoutCircumflex(text[caret.pos - 1]);
+  char16_t const letter = math::common::withoutCircumflex(text[caret.pos - 1]);
   PlaceS const before{caret.node, caret.pos - 1};
   if (letter == u'\0' || !endsOperandAt(before) || !view.crefOperatorList().lookup(u"^")) return {};
   return {before, caret, u"^", wstring(1, letter)};

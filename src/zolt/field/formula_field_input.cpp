@@ -2,7 +2,6 @@
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/sign_folding.h"
 #include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
@@ -66,7 +65,7 @@ bool FormulaFieldC::insertText(wstring const& text) {
     completeName();
     wordTyped_ = false;
     wstring signs = text;
-    for (char16_t& c : signs) c = foldCharacter(c, options_);
+    for (char16_t& c : signs) c = foldTyped(c, options_);
     return group.end(view_.insertText(signs));
   }
   for (std::size_t i = 0; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);

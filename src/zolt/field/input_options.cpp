@@ -1,5 +1,7 @@
 #include "zolt/field/input_options.h"
 
+#include "zolt/common/signs.h"
+
 namespace zolt::field {
 
 namespace {
@@ -16,6 +18,12 @@ constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"implied-products", &InputOptionsS::impliedProducts}};
 
 }  // namespace
+
+char16_t foldTyped(char16_t c, InputOptionsS const& options) {
+  c = math::common::foldLookAlike(c, math::common::LOOK_ALIKE_TYPED);
+  if (options.decimalComma && c == u',') return u'.';
+  return options.decimalComma && c == u';' ? u',' : c;
+}
 
 bool setOption(InputOptionsS& options, wstring const& name, bool on) {
   for (OptionS const& option : table) {

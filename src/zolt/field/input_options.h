@@ -25,6 +25,10 @@ struct InputOptionsS {
   bool impliedProducts = true;
 };
 
+/// The character that a typed `c` stands for: signs that look alike are one, full-width forms are narrow,
+/// blanks of any width are " ", a decimal comma is ".".
+char16_t foldTyped(char16_t c, InputOptionsS const& options);
+
 /// Sets an option by the name that scripts and settings have for it, such as "decimal-comma". False when
 /// there is none of that name.
 bool setOption(InputOptionsS& options, wstring const& name, bool on);

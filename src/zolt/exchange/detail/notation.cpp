@@ -1,8 +1,8 @@
 #include "zolt/exchange/detail/notation.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
+#include <utility>
 #include <vector>
 
 #include "zolt/common/signs.h"
@@ -13,91 +13,56 @@ using namespace math::common;
 
 namespace {
 
-constexpr NotationS infix(std::u16string_view name, RuleE rule, RuleE left, RuleE right, char16_t sign,
-                          PlainFormS plain) {
-  return {name, FORM_INFIX, 2, rule, left, right, sign, plain};
-}
-
-constexpr NotationS sum(std::u16string_view name, PlainFormS plain) {
-  return infix(name, RULE_SUM, RULE_SUM, RULE_PRODUCT, u'\0', plain);
-}
-
-constexpr NotationS product(std::u16string_view name, PlainFormS plain) {
-  return infix(name, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN, u'\0', plain);
-}
-
-constexpr NotationS relation(std::u16string_view name, char16_t sign, PlainFormS plain) {
-  return infix(name, RULE_RELATION, RULE_RELATION, RULE_SUM, sign, plain);
-}
-
-constexpr NotationS assignment(std::u16string_view name, char16_t sign, PlainFormS plain) {
-  return infix(name, RULE_ASSIGNMENT, RULE_OR, RULE_OR, sign, plain);
-}
-
-constexpr NotationS prefix(std::u16string_view name, RuleE rule, PlainFormS plain) {
-  return {name, FORM_PREFIX, 1, rule, rule, rule, u'\0', plain};
-}
-
-constexpr NotationS postfix(std::u16string_view name, std::u16string_view sign) {
-  return {name, FORM_POSTFIX, 1, RULE_POSTFIX, RULE_POSTFIX, RULE_POSTFIX, u'\0', {sign, sign}};
-}
-
-constexpr NotationS function(std::u16string_view name, unsigned long arity, PlainFormS plain) {
-  return {name, FORM_FUNCTION, arity, RULE_ATOM, RULE_ASSIGNMENT, RULE_ASSIGNMENT, u'\0', plain};
-}
-
-constexpr NotationS function(std::u16string_view name) { return function(name, 1, {name, name}); }
-
 // One row an operator.
 constexpr NotationS notations[] = {
-    sum(u"+", {u"+", u"+"}),
-    sum(u"-", {u"-", u"-"}),
-    product(u"*", {u"*", u"*"}),
-    product(u"/", {u"/", u"/"}),
-    product(u"div", {u" div ", u"div"}),
-    product(u"mod", {u" mod ", u"mod"}),
-    prefix(u"_pos", RULE_SIGN, {u"+", {}}),
-    prefix(u"_neg", RULE_SIGN, {u"-", {}}),
-    infix(u"^", RULE_POWER, RULE_POSTFIX, RULE_POWER, u'\0', {u"^", u"^ **"}),
-    postfix(u"!", u"!"),
-    postfix(u"_deg", u"°"),
-    postfix(u"_rad", u"ʳ"),
-    relation(u"=", u'\0', {u" = ", u"= =="}),
-    relation(u"<>", not_equal_sign, {u" <> ", u"<> !="}),
-    relation(u"<", u'\0', {u" < ", u"<"}),
-    relation(u"<=", less_or_equal_sign, {u" <= ", u"<="}),
-    relation(u">", u'\0', {u" > ", u">"}),
-    relation(u">=", greater_or_equal_sign, {u" >= ", u">="}),
-    prefix(u"not", RULE_NOT, {u"not ", u"not ¬"}),
-    infix(u"and", RULE_AND, RULE_AND, RULE_NOT, u'\0', {u" and ", u"and ∧ &&"}),
-    infix(u"or", RULE_OR, RULE_OR, RULE_AND, u'\0', {u" or ", u"or ∨"}),
-    assignment(u":=", u'\0', {u" := ", u":= ≔"}),
-    assignment(u":>", store_sign, {u" :> ", u":> →"}),
-    {bracket_name, FORM_BRACKETS, 1, RULE_ATOM, RULE_ASSIGNMENT, RULE_ASSIGNMENT, u'\0', {}},
-    {pi_name, FORM_CONSTANT, 0, RULE_ATOM, RULE_ATOM, RULE_ATOM, pi_sign, {u"pi", u"pi Pi"}},
-    function(u"sqrt", 1, {u"sqrt", u"sqrt √"}),
-    function(u"nthroot", 2, {u"nthroot", u"nthroot root cbrt:3 ∛:3 ∜:4"}),
-    function(u"abs", 1, {u"abs", u"abs", u"||"}),
-    function(u"floor", 1, {u"floor", u"floor", u"⌊⌋"}),
-    function(u"ceil", 1, {u"ceil", u"ceil ceiling", u"⌈⌉"}),
-    function(u"log", 2, {u"log", u"log"}),
-    function(u"log10", 1, {u"log", u"log log10"}),
-    function(u"diff", 2, {u"diff", u"diff"}),
-    function(u"integral", 4, {u"int", u"int integral"}),
-    function(u"sum", 4, {u"sum", u"sum"}),
-    function(u"where", 3, {u"where", u"where"}),
-    function(u"error", 0, {u"error", u"error"}),
-    function(u"sin", 1, {u"sin", u"sin", {}, u"asin"}),
-    function(u"cos", 1, {u"cos", u"cos", {}, u"acos"}),
-    function(u"tan", 1, {u"tan", u"tan", {}, u"atan"}),
-    function(u"asin", 1, {u"arcsin", u"arcsin asin"}),
-    function(u"acos", 1, {u"acos", u"acos arccos"}),
-    function(u"atan", 1, {u"arctan", u"arctan atan"}),
-    function(u"sinh"),
-    function(u"cosh"),
-    function(u"tanh"),
-    function(u"ln"),
-    function(u"exp")};
+    {u"+", FORM_INFIX, 2, {u"+", u"+"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
+    {u"-", FORM_INFIX, 2, {u"-", u"-"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
+    {u"*", FORM_INFIX, 2, {u"*", u"*"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
+    {u"/", FORM_INFIX, 2, {u"/", u"/"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
+    {u"div", FORM_INFIX, 2, {u" div ", u"div"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
+    {u"mod", FORM_INFIX, 2, {u" mod ", u"mod"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
+    {u"_pos", FORM_PREFIX, 1, {u"+", {}}, RULE_SIGN},
+    {u"_neg", FORM_PREFIX, 1, {u"-", {}}, RULE_SIGN},
+    {u"^", FORM_INFIX, 2, {u"^", u"^ **"}, RULE_POWER, RULE_POSTFIX, RULE_POWER},
+    {u"!", FORM_POSTFIX, 1, {u"!", u"!"}, RULE_POSTFIX},
+    {u"_deg", FORM_POSTFIX, 1, {u"°", u"°"}, RULE_POSTFIX},
+    {u"_rad", FORM_POSTFIX, 1, {u"ʳ", u"ʳ"}, RULE_POSTFIX},
+    {u"=", FORM_INFIX, 2, {u" = ", u"= =="}, RULE_RELATION, RULE_RELATION, RULE_SUM},
+    {u"<>", FORM_INFIX, 2, {u" <> ", u"<> !="}, RULE_RELATION, RULE_RELATION, RULE_SUM, not_equal_sign},
+    {u"<", FORM_INFIX, 2, {u" < ", u"<"}, RULE_RELATION, RULE_RELATION, RULE_SUM},
+    {u"<=", FORM_INFIX, 2, {u" <= ", u"<="}, RULE_RELATION, RULE_RELATION, RULE_SUM, less_or_equal_sign},
+    {u">", FORM_INFIX, 2, {u" > ", u">"}, RULE_RELATION, RULE_RELATION, RULE_SUM},
+    {u">=", FORM_INFIX, 2, {u" >= ", u">="}, RULE_RELATION, RULE_RELATION, RULE_SUM, greater_or_equal_sign},
+    {u"not", FORM_PREFIX, 1, {u"not ", u"not ¬"}, RULE_NOT},
+    {u"and", FORM_INFIX, 2, {u" and ", u"and ∧ &&"}, RULE_AND, RULE_AND, RULE_NOT},
+    {u"or", FORM_INFIX, 2, {u" or ", u"or ∨"}, RULE_OR, RULE_OR, RULE_AND},
+    {u":=", FORM_INFIX, 2, {u" := ", u":= ≔"}, RULE_ASSIGNMENT, RULE_OR, RULE_OR},
+    {u":>", FORM_INFIX, 2, {u" :> ", u":> →"}, RULE_ASSIGNMENT, RULE_OR, RULE_OR, store_sign},
+    {bracket_name, FORM_BRACKETS, 1, {}},
+    {pi_name, FORM_CONSTANT, 0, {u"pi", u"pi Pi"}, RULE_ATOM, RULE_ATOM, RULE_ATOM, pi_sign},
+    {u"sqrt", FORM_FUNCTION, 1, {u"sqrt", u"sqrt √"}},
+    {u"nthroot", FORM_FUNCTION, 2, {u"nthroot", u"nthroot root cbrt:3 ∛:3 ∜:4"}},
+    {u"abs", FORM_FUNCTION, 1, {u"abs", u"abs", u"||"}},
+    {u"floor", FORM_FUNCTION, 1, {u"floor", u"floor", u"⌊⌋"}},
+    {u"ceil", FORM_FUNCTION, 1, {u"ceil", u"ceil ceiling", u"⌈⌉"}},
+    {u"log", FORM_FUNCTION, 2, {u"log", u"log"}},
+    {u"log10", FORM_FUNCTION, 1, {u"log", u"log log10"}},
+    {u"diff", FORM_FUNCTION, 2, {u"diff", u"diff"}},
+    {u"integral", FORM_FUNCTION, 4, {u"int", u"int integral"}},
+    {u"sum", FORM_FUNCTION, 4, {u"sum", u"sum"}},
+    {u"where", FORM_FUNCTION, 3, {u"where", u"where"}},
+    {u"error", FORM_FUNCTION, 0, {u"error", u"error"}},
+    {u"sin", FORM_FUNCTION, 1, {u"sin", u"sin", {}, u"asin"}},
+    {u"cos", FORM_FUNCTION, 1, {u"cos", u"cos", {}, u"acos"}},
+    {u"tan", FORM_FUNCTION, 1, {u"tan", u"tan", {}, u"atan"}},
+    {u"asin", FORM_FUNCTION, 1, {u"arcsin", u"arcsin asin"}},
+    {u"acos", FORM_FUNCTION, 1, {u"acos", u"acos arccos"}},
+    {u"atan", FORM_FUNCTION, 1, {u"arctan", u"arctan atan"}},
+    {u"sinh", FORM_FUNCTION, 1, {u"sinh", u"sinh"}},
+    {u"cosh", FORM_FUNCTION, 1, {u"cosh", u"cosh"}},
+    {u"tanh", FORM_FUNCTION, 1, {u"tanh", u"tanh"}},
+    {u"ln", FORM_FUNCTION, 1, {u"ln", u"ln"}},
+    {u"exp", FORM_FUNCTION, 1, {u"exp", u"exp"}}};
 
 struct LetterS {
   std::u16string_view name;

@@ -40,11 +40,11 @@ struct NotationS {
   std::u16string_view name;  ///< the expression library's
   FormE form;
   unsigned long arity;  ///< 0: one or more
-  RuleE rule;           ///< of the whole
-  RuleE leftRule;       ///< of the operand before the sign
-  RuleE rightRule;      ///< of the operand after the sign
-  char16_t sign;        ///< the editor's own character for it, which every notation reads; U+0000: none
   PlainFormS plain;
+  RuleE rule = RULE_ATOM;       ///< of the whole
+  RuleE leftRule = RULE_ATOM;   ///< of the operand before the sign
+  RuleE rightRule = RULE_ATOM;  ///< of the operand after the sign
+  char16_t sign = u'\0';        ///< the editor's own character for it, which every notation reads
 };
 
 /// Null when `name` is that of no operator.
