@@ -80,8 +80,8 @@ class ReaderC {
     if (place == -128) return std::numeric_limits<std::int32_t>::min();
     return place * 2L;
   }
-  ScriptPlaceS place() {
-    ScriptPlaceS place;
+  math::ved::PlacePathS place() {
+    math::ved::PlacePathS place;
     for (unsigned left = byte() % path_lengths; left > 0; --left) place.path.push_back(byte());
     place.pos = byte();
     return place;
@@ -186,7 +186,7 @@ class WriterC {
   }
   void putCoordinate(long value) { put(static_cast<unsigned long>(std::clamp(value / 2, -128L, 127L))); }
 
-  void putPlace(ScriptPlaceS const& place) {
+  void putPlace(math::ved::PlacePathS const& place) {
     std::size_t const length = std::min<std::size_t>(place.path.size(), path_lengths - 1);
     put(length);
     for (std::size_t i = 0; i < length; ++i) put(std::min(place.path[i], 0xFFUL));
@@ -236,7 +236,7 @@ class WriterC {
       case SCRIPT_SELECT:
       case SCRIPT_MOVE:
         putWord(step.word);
-        for (ScriptPlaceS const& place : step.places) putPlace(place);
+        for (math::ved::PlacePathS const& place : step.places) putPlace(place);
         return;
       case SCRIPT_PASTE_BYTES: {
         oss::bytestring bytes;

@@ -88,12 +88,8 @@ class FieldSessionC {
     if (!only_searches) {
       if (auto fault = checkInvariants(root); !fault.empty()) return fault;
     }
-    if (validatePlace(root, view.getCaretNode(), view.getCaretPos()).invariant != TREE_VALID) {
-      return "the caret is nowhere";
-    }
-    if (view.isSelected() &&
-        validatePlace(root, view.getAnchorNode(), view.getAnchorPos()).invariant != TREE_VALID) {
-      return "the anchor is nowhere";
+    if (validateSelection(root, view.getSelection()).invariant != TREE_VALID) {
+      return "the caret or the anchor is nowhere";
     }
     RectangleS const caret = field_.getCaretRectangle();
     if (caret.right - caret.left != 1 || caret.top > caret.bottom) return "the caret has no box";

@@ -37,11 +37,7 @@ PointerTC<RecordingGraphicsC> makeSurface() {
   return new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING);
 }
 
-wstring write(ViewZNT4C const& view) {
-  bool const selected = view.isSelected();
-  return writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
-                           selected ? view.getAnchorNode() : nullptr, view.getAnchorPos());
-}
+wstring write(ViewZNT4C const& view) { return writeTreeNotation(view.crefRoot(), view.getSelection()); }
 
 /// A view of which every call has to be all or nothing. Options, which only fields have, begin (on) and end a
 /// group, or ask for what is asked for at any time.
@@ -134,9 +130,8 @@ struct HowS {
 
 std::string checkSound(ViewZNT4C const& view) {
   if (auto fault = checkInvariants(view.crefRoot()); !fault.empty()) return fault;
-  bool const placed =
-      validatePlace(view.crefRoot(), view.getCaretNode(), view.getCaretPos()).invariant == TREE_VALID;
-  return placed ? "" : "the caret is nowhere";
+  bool const placed = validateSelection(view.crefRoot(), view.getSelection()).invariant == TREE_VALID;
+  return placed ? "" : "the caret or the anchor is nowhere";
 }
 
 /// The picture is the one that a layout of everything gives.

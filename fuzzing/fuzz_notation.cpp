@@ -15,9 +15,7 @@ using namespace math::ved;
 
 namespace {
 
-wstring write(TreeNotationS const& tree) {
-  return writeTreeNotation(*tree.root, tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos);
-}
+wstring write(TreeNotationS const& tree) { return writeTreeNotation(*tree.root, tree.selection); }
 
 /// A field takes a tree that is one of a formula, and nothing else.
 std::string checkInField(wstring const& text) {
@@ -27,8 +25,7 @@ std::string checkInField(wstring const& text) {
   bool const taken = field.setNotation(text);
   Node4C const& root = field.crefView().crefRoot();
   if (auto fault = checkInvariants(root); !fault.empty()) return fault;
-  TreeFaultS const place =
-      validatePlace(root, field.crefView().getCaretNode(), field.crefView().getCaretPos());
+  TreeFaultS const place = validateSelection(root, field.crefView().getSelection());
   if (place.invariant != TREE_VALID) return "the caret is nowhere";
   if (!taken && field.writeNotation() != before) return "a refused tree has changed the field";
   std::unique_ptr<Node4C> const copy(root.clone());
@@ -48,7 +45,7 @@ std::string checkNotation(std::uint8_t const* data, std::size_t size) {
   bool const read = readTreeNotation(text, *operators, tree, position);
   if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
   if (!read) {
-    if (tree.root || tree.caretNode || tree.anchorNode) return "a refused text has left a tree";
+    if (tree.root || tree.selection.caret || tree.selection.anchor) return "a refused text has left a tree";
     return position <= text.size() ? "" : "the fault is past the end of the text";
   }
 
@@ -58,12 +55,12 @@ std::string checkNotation(std::uint8_t const* data, std::size_t size) {
   if (write(again) != notation) return "the tree reads back as another";
 
   // Whatever the rows hold, they become normal ones.
-  again.root->checkTree(again.caretNode, again.caretPos, again.anchorNode, again.anchorPos);
+  again.root->checkTree(again.selection);
   wstring const normal = writeTreeNotation(*again.root);
-  bool const caretLost =
-      again.caretNode && validatePlace(*again.root, again.caretNode, again.caretPos).invariant != TREE_VALID;
-  if (caretLost) return "normalising has lost the caret";
-  again.root->checkTree(again.caretNode, again.caretPos, again.anchorNode, again.anchorPos);
+  if (again.selection.caret && validateSelection(*again.root, again.selection).invariant != TREE_VALID) {
+    return "normalising has lost the caret or the anchor";
+  }
+  again.root->checkTree(again.selection);
   if (writeTreeNotation(*again.root) != normal) return "normalising again changes the tree";
   return checkInField(text);
 }

@@ -107,13 +107,6 @@ std::string checkMeter(std::size_t size) {
   return "takes " + std::to_string(bytes) + " bytes of memory for an input of " + std::to_string(size);
 }
 
-bytestring writeBytes(Node4C const& node) {
-  PointerTC<oss::BinaryStringOutputStreamC> const bytes(new oss::BinaryStringOutputStreamC);
-  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(bytes));
-  node.writeObject(out);
-  return bytes->getString();
-}
-
 std::string checkInvariants(Node4C const& root) {
   TreeFaultS const fault = validateTree(root);
   return fault.invariant == TREE_VALID ? std::string()
@@ -132,9 +125,7 @@ std::string checkTreeForms(Node4C& root) {
   if (!readTreeNotation(notation, operators(), read, position)) return "the notation does not read back";
   if (writeBytes(*read.root) != bytes) return "the notation reads back as something else";
 
-  Node4C* noNode = nullptr;
-  unsigned noPos = 0;
-  root.checkTree(noNode, noPos, noNode, noPos);
+  root.checkTree();
   if (writeBytes(root) != bytes) return "normalising again changes the tree";
 
   RecordingGraphicsC const surface(RecordingGraphicsC::LOG_NOTHING);

@@ -43,9 +43,6 @@ void startMeter();
 /// Whether it was no more than in proportion to an input of `size` bytes or characters.
 std::string checkMeter(std::size_t size);
 
-/// The byte form of a row or a root.
-bytestring writeBytes(Node4C const& node);
-
 /// The numbered invariants.
 std::string checkInvariants(Node4C const& root);
 

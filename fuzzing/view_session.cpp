@@ -5,6 +5,7 @@
 #include "fuzzing/bytes_text.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::fuzz {
@@ -25,19 +26,6 @@ std::string draw(Node4C const& root) {
   return surface.getText();
 }
 
-/// The node of `tree` whose child numbers from the root are those of `node` in its own tree; or null.
-Node4C const* findCounterpart(Node4C const& tree, Node4C const* node) {
-  if (!node) return nullptr;
-  std::vector<unsigned long> path;
-  for (; node->getParent(); node = node->getParent()) path.push_back(node->findChildNumber());
-  Node4C const* found = &tree;
-  for (auto i = path.rbegin(); i != path.rend(); ++i) {
-    if (*i >= found->numChildren()) return nullptr;
-    found = found->child(*i);
-  }
-  return found;
-}
-
 bool isOrdered(RectangleS const& box) { return box.left <= box.right && box.top <= box.bottom; }
 
 }  // namespace
@@ -49,11 +37,7 @@ ViewSessionC::ViewSessionC()
   show(nullptr);
 }
 
-wstring ViewSessionC::notation() const {
-  bool const selected = view_.isSelected();
-  return writeTreeNotation(view_.crefRoot(), view_.getCaretNode(), view_.getCaretPos(),
-                           selected ? view_.getAnchorNode() : nullptr, view_.getAnchorPos());
-}
+wstring ViewSessionC::notation() const { return writeTreeNotation(view_.crefRoot(), view_.getSelection()); }
 
 std::string ViewSessionC::play(EventScriptT const& script) {
   for (ScriptStepS const& step : script) {
@@ -122,13 +106,10 @@ bool ViewSessionC::showTree(wstring const& notation) {
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
   bytestring const bytes = writeBytes(*tree.root->child(0));
   if (view_.isEditable()) {
-    Node4C const& row = *view_.crefRoot().child(0);
-    Node4C const* const last = row.child(row.numChildren() - 1);
-    view_.selectRange(row.child(0), 0, last, static_cast<unsigned int>(last->sizeText()));
+    view_.selectRange(wholeRow(*view_.crefRoot().child(0)));
   }
   if (!view_.paste(bytes)) return false;
-  Node4C const* const caret = findCounterpart(view_.crefRoot(), tree.caretNode);
-  view_.selectRange(findCounterpart(view_.crefRoot(), tree.anchorNode), tree.anchorPos, caret, tree.caretPos);
+  view_.selectRange(selectionAt(view_.crefRoot(), pathOf(tree.selection)));
   return true;
 }
 
@@ -191,12 +172,8 @@ std::string ViewSessionC::checkHistory(ScriptStepS const& step, bool answer, wst
 std::string ViewSessionC::checkState() {
   Node4C const& root = view_.crefRoot();
   if (auto fault = checkInvariants(root); !fault.empty()) return fault;
-  if (validatePlace(root, view_.getCaretNode(), view_.getCaretPos()).invariant != TREE_VALID) {
-    return "the caret is nowhere";
-  }
-  if (view_.isSelected() &&
-      validatePlace(root, view_.getAnchorNode(), view_.getAnchorPos()).invariant != TREE_VALID) {
-    return "the anchor is nowhere";
+  if (validateSelection(root, view_.getSelection()).invariant != TREE_VALID) {
+    return "the caret or the anchor is nowhere";
   }
 
   RectangleS const caret = view_.getCaretRectangle();

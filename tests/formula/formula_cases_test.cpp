@@ -209,7 +209,7 @@ TEST_F(FormulaCases, Drawing) {
     collectNames(*tree.root, names);
     RecordingGraphicsC graphics;
     tree.root->layout(graphics);
-    EXPECT_TRUE(tree.root->display(graphics, x, y, tree.caretNode));
+    EXPECT_TRUE(tree.root->display(graphics, x, y, tree.selection.caret.node));
     std::string drawn = graphics.getText();
     for (std::size_t at; (at = drawn.find('\n')) + 1 < drawn.size();) drawn.replace(at, 1, " ; ");
     EXPECT_EQ(one.expected + "\n", drawn);

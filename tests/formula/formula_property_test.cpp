@@ -210,19 +210,14 @@ wstring normalise(Node4C& root, unsigned number) {
     for (unsigned long i = 0; i < node->numChildren(); ++i) pending.push_back(node->child(i));
   }
   std::mt19937 random(number);
-  auto const pick = [&](Node4C*& node, unsigned& pos) {
-    if (texts.empty()) return;
-    node = texts[random() % texts.size()];
-    pos = static_cast<unsigned>(random() % (node->sizeText() + 1));
-  };
-  Node4C* caret = nullptr;
-  Node4C* anchor = nullptr;
-  unsigned caretPos = 0;
-  unsigned anchorPos = 0;
-  pick(caret, caretPos);
-  pick(anchor, anchorPos);
-  root.checkTree(caret, caretPos, anchor, anchorPos);
-  return writeTreeNotation(root, caret, caretPos, anchor, anchorPos);
+  SelectionS places;
+  for (PlaceS* place : {&places.caret, &places.anchor}) {
+    if (texts.empty()) break;
+    place->node = texts[random() % texts.size()];
+    place->pos = static_cast<unsigned>(random() % (place->node->sizeText() + 1));
+  }
+  root.checkTree(places);
+  return writeTreeNotation(root, places);
 }
 
 TEST_F(FormulaProperty, EditedTreesAreNormalisedAndLaidOutAsIfNew) {

@@ -90,9 +90,7 @@ RandomExpressionC::NodeT RandomExpressionC::makeLeaf() {
 TreeT RandomTreeC::make() {
   auto root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 1);
   root->setChild(0, makeRow(0).release());
-  Node4C* none = nullptr;
-  unsigned position = 0;
-  root->checkTree(none, position, none, position);
+  root->checkTree();
   return root;
 }
 

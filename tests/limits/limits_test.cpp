@@ -34,7 +34,7 @@ class LargeC : public StageC {
     Node4C const& root = crefRoot();
     auto const& view = field.crefView();
     EXPECT_EQ(TREE_VALID, validateTree(root).invariant);
-    EXPECT_EQ(TREE_VALID, validatePlace(root, view.getCaretNode(), view.getCaretPos()).invariant);
+    EXPECT_EQ(TREE_VALID, validateSelection(root, view.getSelection()).invariant);
     EXPECT_GT(refView().getExpressionSize().x, 0);
   }
   wstring prefix() { return fromUtf8(StageC::prefix()); }

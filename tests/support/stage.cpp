@@ -49,22 +49,14 @@ std::string StageC::prefix() {
 }
 
 std::string StageC::findFault() {
-  ViewZNT4C const& view = field_.crefView();
   TreeFaultS fault = validateTree(crefRoot());
-  if (fault.invariant == TREE_VALID) {
-    fault = validatePlace(crefRoot(), view.getCaretNode(), view.getCaretPos());
-  }
-  if (fault.invariant == TREE_VALID && view.isSelected()) {
-    fault = validatePlace(crefRoot(), view.getAnchorNode(), view.getAnchorPos());
-  }
+  if (fault.invariant == TREE_VALID) fault = validateSelection(crefRoot(), refView().getSelection());
   if (fault.invariant != TREE_VALID) return toUtf8(describeInvariant(fault.invariant));
 
   // What was done since the last time comes to the same as doing everything at once.
   refView().getExpressionSize();
   TreeT const fresh(crefRoot().clone());
-  Node4C* node = nullptr;
-  unsigned pos = 0;
-  fresh->checkTree(node, pos, node, pos);
+  fresh->checkTree();
   if (describe(*fresh) != tree()) return "the tree is not normal";
   fresh->layout(surfaces::RecordingGraphicsC(surfaces::RecordingGraphicsC::LOG_NOTHING));
   return describeBoxes(*fresh) == describeBoxes(crefRoot()) ? "" : "the layout is not that of the whole tree";

@@ -42,13 +42,6 @@ std::string describeBoxes(Node4C const& node) {
   return text;
 }
 
-oss::bytestring writeBytes(Node4C const& node) {
-  oss::PointerTC<oss::BinaryStringOutputStreamC> const bytes(new oss::BinaryStringOutputStreamC);
-  oss::PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(bytes));
-  node.writeObject(out);
-  return bytes->getString();
-}
-
 bool readBytes(oss::bytestring const& bytes, Node4C& node) {
   oss::PointerTC<oss::ObjectInputStreamABC> in(
       new oss::BinaryInputStreamC(new oss::BinaryStringInputStreamC(bytes)));

@@ -22,8 +22,7 @@ std::string describe(ExpressionT const& expression);
 /// Places, sizes and font depths of a node and of everything below it.
 std::string describeBoxes(math::ved::Node4C const& node);
 
-/// The byte form of a row or a root, and whether one reads.
-oss::bytestring writeBytes(math::ved::Node4C const& node);
+/// Whether the byte form of a row or a root reads.
 bool readBytes(oss::bytestring const& bytes, math::ved::Node4C& node);
 
 }  // namespace zolt::tests

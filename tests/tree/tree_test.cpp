@@ -25,14 +25,9 @@ TreeT make(Node4TypeE type, oss::wstring const& text = oss::wstring()) {
 
 void append(Node4C& parent, TreeT node) { parent.insertChild(parent.numChildren(), node.release()); }
 
-std::string write(TreeNotationS const& tree) {
-  return toUtf8(
-      writeTreeNotation(*tree.root, tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos));
-}
+std::string write(TreeNotationS const& tree) { return toUtf8(writeTreeNotation(*tree.root, tree.selection)); }
 
-void normalise(TreeNotationS& tree) {
-  tree.root->checkTree(tree.caretNode, tree.caretPos, tree.anchorNode, tree.anchorPos);
-}
+void normalise(TreeNotationS& tree) { tree.root->checkTree(tree.selection); }
 
 TEST(NormalisationTest, Cases) {
   for (CaseS const& one : readCases(ZOLT_TEST_DATA "/check.cases")) {
@@ -62,8 +57,9 @@ TEST(NormalisationTest, ValidationNamesWhatIsBroken) {
     EXPECT_EQ(invariant, validateTree(*readTree(notation).root).invariant) << notation;
   }
   TreeNotationS tree = readTree("[\"ab‸\"]");
-  EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, tree.caretNode, 3).invariant);
-  EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, readTree("[\"ab‸\"]").root->child(0), 0).invariant);
+  EXPECT_EQ(TREE_PLACE_IN_TEXT, validatePlace(*tree.root, {tree.selection.caret.node, 3}).invariant);
+  EXPECT_EQ(TREE_PLACE_IN_TEXT,
+            validatePlace(*tree.root, {readTree("[\"ab‸\"]").root->child(0), 0}).invariant);
 }
 
 TEST(NodeTest, ChildOperationsKeepParentsAndOrder) {

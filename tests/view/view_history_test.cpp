@@ -15,16 +15,10 @@ class Observed : public testing::Test {
  protected:
   Observed() { stage.turnOptionsOff(); }
 
-  EditPlacesS places() {
-    auto& view = stage.refView();
-    bool const selected = view.isSelected();
-    return {view.getCaretNode(), view.getCaretPos(), selected ? view.getAnchorNode() : nullptr,
-            view.getAnchorPos()};
-  }
   void edit(EditHistoryC& history, std::string const& script) {
-    history.beginStep(stage.crefRoot(), places());
+    history.beginStep(stage.crefRoot(), stage.refView().getSelection());
     stage.play(script);
-    history.endStep(stage.crefRoot(), places());
+    history.endStep(stage.crefRoot(), stage.refView().getSelection());
   }
 
   StageC stage;

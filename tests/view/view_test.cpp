@@ -172,10 +172,7 @@ TEST_F(Repaints, ThatWereMissedAreAskedForAgain) {
 }
 
 TEST_F(Repaints, GroupsGoBackToWhereTheyBegan) {
-  auto const state = [&] {
-    return toUtf8(writeTreeNotation(view.crefRoot(), view.getCaretNode(), view.getCaretPos(),
-                                    view.getAnchorNode(), view.getAnchorPos()));
-  };
+  auto const state = [&] { return toUtf8(writeTreeNotation(view.crefRoot(), view.getSelection())); };
   for (bool const editable : {false, true}) {
     show(u"+(a,b)");
     std::string const before = state();

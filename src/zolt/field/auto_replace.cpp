@@ -17,8 +17,6 @@ using namespace math::ved;
 
 namespace {
 
-PlaceS caretOf(ViewZNT4C const& view) { return {view.getCaretNode(), view.getCaretPos()}; }
-
 InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
   wstring const text(1, lowered);
   bool const completes = math::common::isDigit(lowered) || lowered == u'n' || lowered == u'i';
@@ -27,7 +25,7 @@ InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
 }
 
 InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& op) {
-  PlaceS const behind = view.isSelected() ? PlaceS() : leaveByClosingSign(caretOf(view), c);
+  PlaceS const behind = view.isSelected() ? PlaceS() : leaveByClosingSign(view.getSelection().caret, c);
   if (behind) return {INPUT_MOVE, {}, behind};
   return {INPUT_OPERATOR, op.getName(), {}};
 }
@@ -55,13 +53,13 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
   if (!name.op) return found;
   found.op = name.op;
   found.begin = {nameEnd.node, start};
-  found.end = caretOf(view);
+  found.end = view.getSelection().caret;
   // The bracket may have been the missing one of a pair, whose content then becomes the argument.
   Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
   if (close && isTypedClose(*close)) {
     found.contentBegin = found.end;
     found.contentEnd = placeBefore(*close);
-    found.end = placeBehind(*close);
+    found.end = placeAfter(*close);
   }
   auto const rows = argumentRows(*name.op);
   found.contentRow = found.caretRow = rows.front();
@@ -81,11 +79,11 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   auto const op = findConstructOfPair(view.crefOperatorList(),
                                       nameEnd.node->crefText().substr(start, nameEnd.pos - start));
   PlaceS const comma{caret.node, caret.pos - 1};
-  if (!op || hasComma(placeBehind(*open), comma)) return found;
+  if (!op || hasComma(placeAfter(*open), comma)) return found;
   found.op = op;
   found.begin = {nameEnd.node, start};
-  found.end = isTypedClose(*next) ? placeBehind(*next) : caret;
-  found.contentBegin = placeBehind(*open);
+  found.end = isTypedClose(*next) ? placeAfter(*next) : caret;
+  found.contentBegin = placeAfter(*open);
   found.contentEnd = comma;
   auto const rows = argumentRows(*op);
   found.contentRow = rows[0];
@@ -97,7 +95,7 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
 
 InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
   bool const selected = view.isSelected();
-  PlaceS const place = caretOf(view);
+  PlaceS const place = view.getSelection().caret;
   if (char16_t const lowered = math::common::loweredSign(typed))
     return decideExponent(place, selected, lowered);
   char16_t const c = foldTyped(typed, options);
@@ -125,7 +123,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
 }
 
 ReplacementS findSignReplacement(ViewZNT4C const& view) {
-  PlaceS const caret = caretOf(view);
+  PlaceS const caret = view.getSelection().caret;
   wstring const& text = caret.node->crefText();
   SignRunS const run = findBySignRun(view.crefOperatorList(), text, caret.pos);
   if (run.op) return {{caret.node, caret.pos - run.length}, caret, run.op->getName(), {}};
@@ -149,7 +147,7 @@ ReplacementS findLetterReplacement(PlaceS end) {
 }
 
 ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {
-  PlaceS const caret = caretOf(view);
+  PlaceS const caret = view.getSelection().caret;
   if (caret.pos == 0) {
     Node4C const* const left = caret.node->goLeft();
     if (left && isTypedOpen(*left)) return findOpenedConstruct(view, *left);

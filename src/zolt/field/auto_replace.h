@@ -1,9 +1,9 @@
 #pragma once
 
 #include "zolt/field/input_options.h"
-#include "zolt/field/place.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class OperatorBC;
@@ -12,6 +12,7 @@ class ViewZNT4C;
 
 namespace zolt::field {
 
+using math::ved::PlaceS;
 using oss::PointerTC;
 using oss::wstring;
 

@@ -35,7 +35,7 @@ PlaceS outLeft(PlaceS from) {
 
 PlaceS outRight(PlaceS from) {
   Node4C const* const item = enclosingItem(from.node);
-  return item ? placeBehind(*item) : PlaceS();
+  return item ? placeAfter(*item) : PlaceS();
 }
 
 PlaceS wordLeft(PlaceS from) {
@@ -54,7 +54,7 @@ PlaceS wordRight(PlaceS from) {
   wstring const& text = from.node->crefText();
   if (from.pos == text.size()) {
     Node4C const* const item = from.node->goRight();
-    return item ? placeBehind(*item) : outRight(from);
+    return item ? placeAfter(*item) : outRight(from);
   }
   while (from.pos < text.size() && text[from.pos] == u' ') ++from.pos;
   if (from.pos == text.size()) return from;

@@ -1,12 +1,14 @@
 #pragma once
 
-#include "zolt/field/place.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class ViewZNT4C;
 }
 
 namespace zolt::field {
+
+using math::ved::PlaceS;
 
 /// Where the caret can be asked to go.
 enum CaretMotionE {

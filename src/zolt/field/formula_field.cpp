@@ -10,8 +10,6 @@
 #include "zolt/field/detail/stretch.h"
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/error_text.h"
-#include "zolt/oss/binary_stream.h"
-#include "zolt/oss/binary_string_stream.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::field {
@@ -19,29 +17,6 @@ namespace zolt::field {
 using namespace detail;
 using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
-
-namespace {
-
-bytestring writeBytes(Node4C const& row) {
-  auto* const bytes = new oss::BinaryStringOutputStreamC;
-  PointerTC<oss::ByteOutputStreamABC> const held(bytes);
-  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(held));
-  row.writeObject(out);
-  bytes->flush();
-  return bytes->getString();
-}
-
-/// A place that a conversion found fault with, as a place for the caret: other items than texts are entered
-/// from outside.
-PlaceS toCaretPlace(PlaceS place, bool first) {
-  Node4C const& node = *place.node;
-  if (node.getType() == NODE4_ROOT) return rowEnd(*node.child(0));
-  if (node.getType() == NODE4_LINE) return rowEnd(node);
-  if (node.getType() != NODE4_TEXT) return first || place.pos == 0 ? placeBefore(node) : placeBehind(node);
-  return place.pos > node.sizeText() ? endOf(&node) : place;
-}
-
-}  // namespace
 
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
@@ -111,8 +86,8 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* erro
       auto expression = products.refRoot().getAlgebraicExpression(&found);
       if (expression || !error || !found.firstNode || !found.secondNode) return expression;
       ActC const act(*this, makeStep(SCRIPT_ASK));
-      select({toCaretPlace(products.toOriginal(*found.firstNode, found.firstIndex), true),
-              toCaretPlace(products.toOriginal(*found.secondNode, found.secondIndex), false)});
+      select({faultStart(products.toOriginal(*found.firstNode, found.firstIndex)),
+              faultEnd(products.toOriginal(*found.secondNode, found.secondIndex))});
       fillError(found.cause, *error);
       return nullptr;
     }
@@ -134,9 +109,7 @@ void FormulaFieldC::fillError(ErrorCauseE cause, FormulaErrorS& error) {
 }
 
 wstring FormulaFieldC::writeNotation() const {
-  bool const selected = view_.isSelected();
-  return writeTreeNotation(view_.crefRoot(), view_.getCaretNode(), view_.getCaretPos(),
-                           selected ? view_.getAnchorNode() : nullptr, view_.getAnchorPos());
+  return writeTreeNotation(view_.crefRoot(), view_.getSelection());
 }
 
 bool FormulaFieldC::setNotation(wstring const& notation) {
@@ -146,29 +119,20 @@ bool FormulaFieldC::setNotation(wstring const& notation) {
   TreeNotationS tree;
   unsigned long position = 0;
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
-  Node4C const& row = *view_.crefRoot().child(0);
   GroupC group(*this);
-  select({rowStart(row), rowEnd(row)});
+  select(wholeRow(*view_.crefRoot().child(0)));
   if (!group.end(view_.paste(writeBytes(*tree.root->child(0))))) return false;
-  if (!tree.caretNode) return true;
-  SavedSelectionS places;
-  places.caretPath = pathOf(*tree.caretNode);
-  places.caretPos = tree.caretPos;
-  places.anchorPath = tree.anchorNode ? pathOf(*tree.anchorNode) : places.caretPath;
-  places.anchorPos = tree.anchorNode ? tree.anchorPos : tree.caretPos;
-  restoreSelection(places);
+  SelectionS& places = tree.selection;
+  if (!places.anchor) places.anchor = places.caret;
+  restoreSelection(pathOf(places));
   return true;
 }
 
 // ---- Selection and groups ------------------------------------------------------------------------------
 
 PlaceS FormulaFieldC::anchor() const {
-  return view_.isSelected() ? PlaceS{view_.getAnchorNode(), view_.getAnchorPos()} : caret();
-}
-
-bool FormulaFieldC::select(SelectionS selection) {
-  return view_.selectRange(selection.anchor.node, selection.anchor.pos, selection.caret.node,
-                           selection.caret.pos);
+  auto const [anchor, caret] = view_.getSelection();
+  return anchor ? anchor : caret;
 }
 
 bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
@@ -177,14 +141,9 @@ bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
   return group.end(select({begin, end}) && sendKey(KEY_DELETE));
 }
 
-FormulaFieldC::SavedSelectionS FormulaFieldC::saveSelection() const {
-  return {pathOf(*anchor().node), pathOf(*caret().node), anchor().pos, caret().pos};
-}
-
-void FormulaFieldC::restoreSelection(SavedSelectionS const& saved) {
-  Node4C const* const anchorNode = nodeAt(view_.crefRoot(), saved.anchorPath);
-  Node4C const* const caretNode = nodeAt(view_.crefRoot(), saved.caretPath);
-  if (anchorNode && caretNode) select({{anchorNode, saved.anchorPos}, {caretNode, saved.caretPos}});
+void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
+  SelectionS const selection = selectionAt(view_.crefRoot(), saved);
+  if (selection.anchor) select(selection);
 }
 
 // ---- For painting --------------------------------------------------------------------------------------

@@ -10,17 +10,19 @@
 #include "zolt/field/clipboard.h"
 #include "zolt/field/commands.h"
 #include "zolt/field/input_options.h"
-#include "zolt/field/place.h"
 #include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/geometry/rectangle.h"
+#include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
 
+using math::ved::PlaceS;
+using math::ved::SelectionS;
 using oss::PointerTC;
 using oss::wstring;
 
@@ -106,8 +108,6 @@ class FormulaFieldC {
   /// Puts the selection's ends, or the caret, to other places, as assistive technology does. False, with
   /// nothing changed, when one of them is no place of the formula.
   bool setSelection(SelectionS selection);
-  /// The place that a recorded step names; null when the formula has none there.
-  PlaceS findPlace(ScriptPlaceS const& place) const;
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
   /// Whether `run` would do anything now.
@@ -142,22 +142,14 @@ class FormulaFieldC {
   class ActC;
   class GroupC;
 
-  /// A caret and anchor by their paths, which survive what gives the tree new nodes.
-  struct SavedSelectionS {
-    std::vector<unsigned long> anchorPath;
-    std::vector<unsigned long> caretPath;
-    unsigned int anchorPos = 0;
-    unsigned int caretPos = 0;
-  };
-
   // formula_field.cpp
-  PlaceS caret() const { return {view_.getCaretNode(), view_.getCaretPos()}; }
+  PlaceS caret() const { return view_.getSelection().caret; }
   PlaceS anchor() const;  ///< the caret when nothing is selected
   bool placeCaret(PlaceS place) { return select({place, place}); }
-  bool select(SelectionS selection);
+  bool select(SelectionS const& selection) { return view_.selectRange(selection); }
   bool deleteRange(PlaceS begin, PlaceS end);
-  SavedSelectionS saveSelection() const;
-  void restoreSelection(SavedSelectionS const& saved);
+  math::ved::SelectionPathS saveSelection() const { return pathOf(SelectionS{anchor(), caret()}); }
+  void restoreSelection(math::ved::SelectionPathS const& saved);
   void recordOptions(InputOptionsS const& from, InputOptionsS const& to);
   void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
 

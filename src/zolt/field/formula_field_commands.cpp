@@ -97,7 +97,7 @@ bool FormulaFieldC::isEnabled(CommandE command) {
 
   Node4C const& formula = *view_.crefRoot().child(0);
   bool const selected = view_.isSelected();
-  SelectionS const all{rowStart(formula), rowEnd(formula)};
+  SelectionS const all = wholeRow(formula);
   switch (command) {
     case COMMAND_SELECT_ALL:
       return all.anchor != all.caret && (anchor() != all.anchor || caret() != all.caret);
@@ -276,16 +276,15 @@ bool FormulaFieldC::deleteRight() {
   }
   Node4C const* const right = at.node->goRight();
   if (right && isConstruct(*right)) {
-    return isHollow(*right) ? deleteRange(at, placeBehind(*right)) : placeCaret(rowStart(*right->child(0)));
+    return isHollow(*right) ? deleteRange(at, placeAfter(*right)) : placeCaret(rowStart(*right->child(0)));
   }
   if (right)
-    return isTypedOpen(*right) || isTypedClose(*right) ? sendKey(KEY_DELETE)
-                                                       : placeCaret(placeBehind(*right));
+    return isTypedOpen(*right) || isTypedClose(*right) ? sendKey(KEY_DELETE) : placeCaret(placeAfter(*right));
   Node4C const* const around = enclosingItem(at.node);
   if (!around) return false;
-  if (isHollow(*around)) return deleteRange(placeBefore(*around), placeBehind(*around));
+  if (isHollow(*around)) return deleteRange(placeBefore(*around), placeAfter(*around));
   Node4C const* const nextRow = at.node->getParent()->goRight();
-  return placeCaret(nextRow ? rowStart(*nextRow) : placeBehind(*around));
+  return placeCaret(nextRow ? rowStart(*nextRow) : placeAfter(*around));
 }
 
 bool FormulaFieldC::deleteItem(CaretMotionE motion) {

@@ -86,8 +86,9 @@ bool FormulaFieldC::runOperator(wstring const& name) {
   if (!op) return false;
   StretchS const stretch = selectedStretch(view_);
   if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.begin())) return view_.insertText(name);
-  SavedSelectionS places{pathOf(*stretch.begin().node), pathOf(*stretch.end().node), stretch.firstPos + 1,
-                         stretch.lastPos + (stretch.first == stretch.last ? 1 : 0)};
+  SelectionPathS places = pathOf(SelectionS{stretch.begin(), stretch.end()});
+  ++places.anchor.pos;
+  if (stretch.first == stretch.last) ++places.caret.pos;
   GroupC group(*this);
   bool const done = placeCaret(stretch.begin()) && view_.insertText(u" ");
   restoreSelection(places);
@@ -156,7 +157,7 @@ bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
   }
   done = done && view_.insertText(text);
   Node4C const* const item = done ? enclosingItem(caret().node) : nullptr;
-  if (item && !stays) placeCaret(placeBehind(*item));
+  if (item && !stays) placeCaret(placeAfter(*item));
   return group.end(done);
 }
 
@@ -201,19 +202,18 @@ void FormulaFieldC::completeName() {
 }
 
 bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
-  SavedSelectionS places = saveSelection();
+  SelectionPathS places = saveSelection();
   bool const caretMoves = caret() != replacement.end;
   bool const sameText = caret().node == replacement.end.node;
-  unsigned int const behind = places.caretPos - replacement.end.pos;
+  unsigned long const behind = places.caret.pos - replacement.end.pos;
   GroupC group(*this);
   bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.text);
   for (std::size_t i = 0; done && i < replacement.exponent.size(); ++i) {
     done = view_.insertText(replacement.exponent.substr(i, 1));
   }
   if (done && caretMoves) {
-    if (sameText) places.caretPos = view_.getCaretPos() + behind;
-    places.anchorPath = places.caretPath;
-    places.anchorPos = places.caretPos;
+    if (sameText) places.caret.pos = view_.getCaretPos() + behind;
+    places.anchor = places.caret;
     restoreSelection(places);
   }
   return group.end(done);
@@ -222,7 +222,7 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
   bytestring content;
   if (replacement.contentBegin && replacement.contentBegin != replacement.contentEnd) {
-    SavedSelectionS const places = saveSelection();
+    SelectionPathS const places = saveSelection();
     select({replacement.contentBegin, replacement.contentEnd});
     view_.copy(content);
     restoreSelection(places);
@@ -231,7 +231,7 @@ bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
   bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.op->getName());
   Node4C const* const construct = done ? enclosingItem(caret().node) : nullptr;
   if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
-  PathT const path = pathOf(*construct);
+  TreePathT const path = pathOf(*construct);
   auto const enter = [&](unsigned long row) {
     Node4C const* const node = nodeAt(view_.crefRoot(), path);
     return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));

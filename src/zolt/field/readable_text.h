@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "zolt/field/place.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class ViewZNT4C;
@@ -11,6 +11,7 @@ class ViewZNT4C;
 
 namespace zolt::field {
 
+using math::ved::PlaceS;
 using oss::wstring;
 
 /// A formula in words, one after the other as it is read aloud, for screen readers: "x = fraction 1 over 2

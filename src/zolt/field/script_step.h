@@ -5,6 +5,7 @@
 
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/tree_path.h"
 
 namespace zolt::field {
 
@@ -44,12 +45,6 @@ enum ScriptWordE {
   SCRIPT_SELECT         ///< `select 0.0:1 0.0:3`: the anchor and the caret are put to these places
 };
 
-/// A place for the caret: the child numbers that lead from the root to a text, and a position in it.
-struct ScriptPlaceS {
-  std::vector<unsigned long> path;
-  unsigned long pos = 0;
-};
-
 struct ScriptStepS {
   ScriptWordE word = SCRIPT_CHAR;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;  ///< of what is shown
@@ -60,7 +55,7 @@ struct ScriptStepS {
   unsigned clicks = 1;     ///< of the pointer
   long x = 0;
   long y = 0;
-  std::vector<ScriptPlaceS> places;  ///< where the selection goes, or its anchor and its caret
+  std::vector<math::ved::PlacePathS> places;  ///< where the selection goes, or its anchor and its caret
 };
 
 using EventScriptT = std::vector<ScriptStepS>;

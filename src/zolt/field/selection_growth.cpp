@@ -99,7 +99,7 @@ StretchS withBrackets(StretchS s) {
   return s;
 }
 
-StretchS wholeRow(Node4C const& row) {
+StretchS rowStretch(Node4C const& row) {
   StretchS s;
   s.row = &row;
   s.last = row.numChildren() - 1;
@@ -137,7 +137,7 @@ SelectionS growSelection(ViewZNT4C const& view) {
     if (StretchS const part = extended(now, stops); isLarger(part, now)) return toSelection(part);
   }
   if (StretchS const pair = withBrackets(now); isLarger(pair, now)) return toSelection(pair);
-  if (StretchS const row = wholeRow(*now.row); isLarger(row, now)) return toSelection(row);
+  if (StretchS const row = rowStretch(*now.row); isLarger(row, now)) return toSelection(row);
   Node4C const* const item = enclosingItem(now.begin().node);
   return toSelection(item ? aroundItem(*item) : now);
 }
@@ -166,7 +166,7 @@ SelectionS selectItem(PlaceS place) {
   return toSelection(s);
 }
 
-SelectionS selectRow(PlaceS place) { return toSelection(wholeRow(*place.node->getParent())); }
+SelectionS selectRow(PlaceS place) { return wholeRow(*place.node->getParent()); }
 
 SelectionS selectConstructAt(ViewZNT4C& view, long x, long y) {
   PointS const size = view.getExpressionSize();

@@ -1,12 +1,15 @@
 #pragma once
 
-#include "zolt/field/place.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class ViewZNT4C;
 }
 
 namespace zolt::field {
+
+using math::ved::PlaceS;
+using math::ved::SelectionS;
 
 // What is selected around a place, as people see a formula: a name or number or sign, an operand with its
 // exponents and arguments, a term, a side of a relation or an argument, what is between brackets, the

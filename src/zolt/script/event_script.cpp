@@ -217,9 +217,9 @@ class ScriptReaderC {
     return found != std::end(formats);
   }
 
-  bool readPlace(std::vector<ScriptPlaceS>& places) {
+  bool readPlace(std::vector<math::ved::PlacePathS>& places) {
     places.emplace_back();
-    ScriptPlaceS& place = places.back();
+    math::ved::PlacePathS& place = places.back();
     wstring const word = readWord();
     std::size_t const colon = word.find(u':');
     if (colon == wstring::npos || !readNumber(word.substr(colon + 1), 10, place.pos)) return false;
@@ -316,7 +316,7 @@ void appendNumberFormat(wstring& out, ScriptStepS const& step) {
   }
 }
 
-void appendPlace(wstring& out, ScriptPlaceS const& place) {
+void appendPlace(wstring& out, math::ved::PlacePathS const& place) {
   for (std::size_t i = 0; i < place.path.size(); ++i) {
     if (i > 0) out += u'.';
     appendNumber(out, place.path[i]);
@@ -325,7 +325,7 @@ void appendPlace(wstring& out, ScriptPlaceS const& place) {
   appendNumber(out, place.pos);
 }
 
-void appendPlaces(wstring& out, std::vector<ScriptPlaceS> const& places) {
+void appendPlaces(wstring& out, std::vector<math::ved::PlacePathS> const& places) {
   for (std::size_t i = 0; i < places.size(); ++i) {
     if (i > 0) out += u' ';
     appendPlace(out, places[i]);

@@ -118,7 +118,7 @@ bool ScriptRunnerC::set(wstring const& option, bool on) {
 
 PlaceS ScriptRunnerC::find(ScriptStepS const& step, std::size_t number) const {
   if (number >= step.places.size()) return {};
-  return field_.findPlace(step.places[number]);
+  return placeAt(field_.crefView().crefRoot(), step.places[number]);
 }
 
 wstring writeReport(StepReportS const& report) {

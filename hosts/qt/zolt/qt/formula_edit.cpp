@@ -66,13 +66,10 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgra
   bool const changed = field->takeChange();
   if (changed) examined = false;
 
-  field::PlaceS const caret{view.getCaretNode(), view.getCaretPos()};
-  field::PlaceS anchor;
-  if (view.isSelected()) anchor = {view.getAnchorNode(), view.getAnchorPos()};
-  bool const moved = changed || caret != caretSeen;
-  bool const selected = anchor != anchorSeen || (anchor && moved);
-  caretSeen = caret;
-  anchorSeen = anchor;
+  math::ved::SelectionS const selection = view.getSelection();
+  bool const moved = changed || selection.caret != selectionSeen.caret;
+  bool const selected = selection.anchor != selectionSeen.anchor || (selection.anchor && moved);
+  selectionSeen = selection;
 
   QSize const size = contentSize();
   if (size != contentSeen) {

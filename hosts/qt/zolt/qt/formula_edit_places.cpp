@@ -14,38 +14,34 @@ namespace {
 /// operations are used, since none of this is input of the person's.
 class KeptSelectionC {
  public:
-  explicit KeptSelectionC(math::ved::ViewZNT4C& view)
-      : view_(view),
-        caret_{view.getCaretNode(), view.getCaretPos()},
-        anchor_{view.isSelected() ? view.getAnchorNode() : nullptr, view.getAnchorPos()} {}
-  ~KeptSelectionC() { view_.selectRange(anchor_.node, anchor_.pos, caret_.node, caret_.pos); }
+  explicit KeptSelectionC(math::ved::ViewZNT4C& view) : view_(view), selection_(view.getSelection()) {}
+  ~KeptSelectionC() { view_.selectRange(selection_); }
   KeptSelectionC(KeptSelectionC const&) = delete;
   KeptSelectionC& operator=(KeptSelectionC const&) = delete;
 
  private:
   math::ved::ViewZNT4C& view_;
-  field::PlaceS caret_;
-  field::PlaceS anchor_;
+  math::ved::SelectionS selection_;
 };
 
 unsigned long toOffset(int offset) { return static_cast<unsigned long>(std::max(0, offset)); }
 
 }  // namespace
 
-field::PlaceS FormulaEdit::StateS::placeNear(QPointF pos, QRect* caret) {
+math::ved::PlaceS FormulaEdit::StateS::placeNear(QPointF pos, QRect* caret) {
   math::ved::ViewZNT4C& view = field->refView();
   KeptSelectionC const kept(view);
   QPoint const units = toUnits(pos);
   view.addEvent(math::ved::EVENT_PEN_DOWN, 0, false, false, false, units.x(), units.y());
   view.addEvent(math::ved::EVENT_PEN_UP, 0, false, false, false, 0, 0);
   if (caret) *caret = toPixels(view.getCaretRectangle());
-  return {view.getCaretNode(), view.getCaretPos()};
+  return view.getSelection().caret;
 }
 
-math::ved::RectangleS FormulaEdit::StateS::caretBoxAt(field::PlaceS place) {
+math::ved::RectangleS FormulaEdit::StateS::caretBoxAt(math::ved::PlaceS place) {
   math::ved::ViewZNT4C& view = field->refView();
   KeptSelectionC const kept(view);
-  view.selectRange(nullptr, 0, place.node, place.pos);
+  view.selectRange({{}, place});
   return view.getCaretRectangle();
 }
 
@@ -56,15 +52,13 @@ QString FormulaEdit::readableText() const {
 FormulaEdit::CaretOffsets FormulaEdit::caretOffsets() const {
   math::ved::ViewZNT4C const& view = state_->field->crefView();
   field::ReadableTextS const text = field::makeReadableText(view);
-  int const caret = int(text.offsetOf({view.getCaretNode(), view.getCaretPos()}));
-  int const anchor =
-      view.isSelected() ? int(text.offsetOf({view.getAnchorNode(), view.getAnchorPos()})) : caret;
-  return {anchor, caret};
+  auto const [anchor, caret] = view.getSelection();
+  return {int(text.offsetOf(anchor ? anchor : caret)), int(text.offsetOf(caret))};
 }
 
 void FormulaEdit::selectOffsets(int anchor, int caret) {
   field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
-  field::PlaceS const from = text.placeAt(toOffset(anchor)), to = text.placeAt(toOffset(caret));
+  math::ved::PlaceS const from = text.placeAt(toOffset(anchor)), to = text.placeAt(toOffset(caret));
   state_->act([&] { return state_->field->setSelection({from, to}); });
 }
 
@@ -74,7 +68,7 @@ QRect FormulaEdit::placeRectangle(int offset) const {
 }
 
 int FormulaEdit::offsetNear(QPoint pos) const {
-  field::PlaceS const place = state_->placeNear(pos);
+  math::ved::PlaceS const place = state_->placeNear(pos);
   return int(field::makeReadableText(state_->field->crefView()).offsetOf(place));
 }
 

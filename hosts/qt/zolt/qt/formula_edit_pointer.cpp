@@ -219,7 +219,7 @@ void FormulaEdit::dropEvent(QDropEvent* event) {
   if (!alive) return;
   bool done = false;
   if (moves) {
-    field::PlaceS const place = state_->placeNear(event->position());
+    math::ved::PlaceS const place = state_->placeNear(event->position());
     done = state_->act([&] { return state_->field->moveSelection(place); });
   } else {
     setCaretNear(event->position().toPoint());

@@ -56,7 +56,7 @@ struct FormulaEdit::StateS {
   int frameWidth() const;
 
   /// Where the caret's box would be, in view coordinates, if the caret stood at `place`.
-  math::ved::RectangleS caretBoxAt(field::PlaceS place);
+  math::ved::RectangleS caretBoxAt(math::ved::PlaceS place);
 
   // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
   void restartBlinking();
@@ -73,7 +73,7 @@ struct FormulaEdit::StateS {
   void startDrag();
   void dragTo(QPointF pos);
   /// Where a press at `pos` would put the caret; the formula stays as it is.
-  field::PlaceS placeNear(QPointF pos, QRect* caret = nullptr);
+  math::ved::PlaceS placeNear(QPointF pos, QRect* caret = nullptr);
   bool paste(field::ClipboardContentS const& content);
   void offerPrimarySelection();
 
@@ -101,8 +101,7 @@ struct FormulaEdit::StateS {
   int preeditCaret = 0;
 
   // What the signals have been told about.
-  field::PlaceS caretSeen;
-  field::PlaceS anchorSeen;
+  math::ved::SelectionS selectionSeen;
   QSize contentSeen;
 
   std::optional<math::ved::RectangleS> faultyBox;  // marked until the next act

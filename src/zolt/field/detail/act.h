@@ -79,6 +79,4 @@ class FormulaFieldC::GroupC {
   bool ended_ = false;
 };
 
-inline ScriptPlaceS toScriptPlace(PlaceS place) { return {detail::pathOf(*place.node), place.pos}; }
-
 }  // namespace zolt::field

@@ -8,6 +8,7 @@
 #include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::field::detail {

@@ -3,14 +3,16 @@
 #include <memory>
 #include <vector>
 
-#include "zolt/field/place.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class OperatorListC;
 }
 
 namespace zolt::field::detail {
+
+using math::ved::PlaceS;
 
 /// A copy of a formula with a sign of multiplication wherever two operands stand side by side: "2x",
 /// "3(a+b)", "x²y", a number before a construct. A name before a bracket stays a call, and a name of several

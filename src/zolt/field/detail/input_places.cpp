@@ -37,13 +37,13 @@ PlaceS behindFinishedItem(PlaceS place) {
   if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
   if (isEmptyRow(row) || item->child(item->numChildren() - 1) != &row) return {};
-  return placeBehind(*item);
+  return placeAfter(*item);
 }
 
 /// The place behind the item around `place` when the sign may leave it, whatever the item: its row ends here.
 PlaceS behindItem(PlaceS place) {
   Node4C const* const item = enclosingItem(place.node);
-  return item && isAtRowEnd(place) ? placeBehind(*item) : PlaceS();
+  return item && isAtRowEnd(place) ? placeAfter(*item) : PlaceS();
 }
 
 PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
@@ -59,11 +59,11 @@ LeavingS leaveByClose(PlaceS place) {
   for (PlaceS at = place; at; at = behindItem(at)) {
     if (findOpenBracket(at)) {
       Node4C const* const closed = findClosedAlready(at);
-      if (closed) return {placeBehind(*closed), true};
+      if (closed) return {placeAfter(*closed), true};
       return {at == place ? PlaceS() : at, false};
     }
     Node4C const* const item = enclosingItem(at.node);
-    if (item && isCallConstruct(*item) && isAtRowEnd(at)) return {placeBehind(*item), true};
+    if (item && isCallConstruct(*item) && isAtRowEnd(at)) return {placeAfter(*item), true};
   }
   return {};
 }
@@ -100,7 +100,7 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
   if (!item || item->getType() != NODE4_OPERATOR || sign == u'\0') return {};
   if (item->crefOperator()->crefWords().closingSign != sign) return {};
   if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
-  return placeBehind(*item);
+  return placeAfter(*item);
 }
 
 bool isRaising(PlaceS place) {

@@ -1,10 +1,11 @@
 #pragma once
 
-#include "zolt/field/place.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::field::detail {
 
+using math::ved::PlaceS;
 using oss::wstring;
 
 // Where typed signs lead that end an exponent, a fraction or a construct. A place counts as the end of a row

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zolt/field/place.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class Node4C;
@@ -8,6 +8,8 @@ class ViewZNT4C;
 }  // namespace zolt::math::ved
 
 namespace zolt::field::detail {
+
+using math::ved::PlaceS;
 
 /// A stretch of one row, in reading order: from a place in its text `first` to a place in its text `last`.
 struct StretchS {

@@ -1,28 +1,10 @@
 #include "zolt/field/detail/tree_walk.h"
 
-#include <algorithm>
-
 #include "zolt/common/signs.h"
 
 namespace zolt::field::detail {
 
 using namespace math::ved;
-
-PathT pathOf(Node4C const& node) {
-  PathT path;
-  for (Node4C const* at = &node; at->getParent(); at = at->getParent()) path.push_back(at->findChildNumber());
-  std::reverse(path.begin(), path.end());
-  return path;
-}
-
-Node4C const* nodeAt(Node4C const& root, PathT const& path) {
-  Node4C const* node = &root;
-  for (unsigned long const index : path) {
-    if (index >= node->numChildren()) return nullptr;
-    node = node->child(index);
-  }
-  return node;
-}
 
 Node4C const* previousText(Node4C const* text) {
   do {
@@ -37,18 +19,6 @@ Node4C const* nextText(Node4C const* text) {
   } while (text && text->getType() != NODE4_TEXT);
   return text;
 }
-
-PlaceS startOf(Node4C const* text) { return {text, 0}; }
-
-PlaceS endOf(Node4C const* text) { return {text, text ? static_cast<unsigned int>(text->sizeText()) : 0}; }
-
-PlaceS rowStart(Node4C const& row) { return startOf(row.child(0)); }
-
-PlaceS rowEnd(Node4C const& row) { return endOf(row.child(row.numChildren() - 1)); }
-
-PlaceS placeBefore(Node4C const& item) { return endOf(item.goLeft()); }
-
-PlaceS placeBehind(Node4C const& item) { return startOf(item.goRight()); }
 
 Node4C const* enclosingItem(Node4C const* node) {
   Node4C const* const item = node->getParent()->getParent();

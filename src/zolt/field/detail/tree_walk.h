@@ -1,35 +1,18 @@
 #pragma once
 
-#include <vector>
-
-#include "zolt/field/place.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::field::detail {
 
 using math::ved::Node4C;
+using math::ved::PlaceS;
 using oss::wstring;
-
-/// A node by the child indices that lead to it from the root: survives edits that leave the shape of the tree
-/// alone, where a pointer would not.
-using PathT = std::vector<unsigned long>;
-
-PathT pathOf(Node4C const& node);
-/// Null when the path leads nowhere in the tree.
-Node4C const* nodeAt(Node4C const& root, PathT const& path);
 
 /// The text before or after `text` in reading order, in whatever row; null when there is none.
 Node4C const* previousText(Node4C const* text);
 Node4C const* nextText(Node4C const* text);
-
-PlaceS startOf(Node4C const* text);
-PlaceS endOf(Node4C const* text);
-PlaceS rowStart(Node4C const& row);
-PlaceS rowEnd(Node4C const& row);
-/// The places just before and just behind an item of a row that is not a text.
-PlaceS placeBefore(Node4C const& item);
-PlaceS placeBehind(Node4C const& item);
 
 /// The construct or exponent whose row the node (a row's item) stands in; null in the root's row.
 Node4C const* enclosingItem(Node4C const* node);

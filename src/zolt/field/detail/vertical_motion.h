@@ -1,12 +1,14 @@
 #pragma once
 
-#include "zolt/field/place.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class ViewZNT4C;
 }
 
 namespace zolt::field::detail {
+
+using math::ved::PlaceS;
 
 /// The text place above (or below) `from` that is nearest to `column`; null when there is none. Looked for in
 /// the constructs beside the place, then in the other rows of the constructs around it and the rows that

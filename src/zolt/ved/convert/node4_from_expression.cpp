@@ -79,9 +79,7 @@ Node4C* Node4C::fromAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC>
   }
   root->setChild(0, buildRow(*expression, precision, format).release());
 
-  Node4C* noNode = nullptr;
-  unsigned noPos = 0;
-  root->checkTree(noNode, noPos, noNode, noPos);
+  root->checkTree();
   return root.release();
 }
 

@@ -34,7 +34,7 @@ bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
   Node4C* const construct = insertNode(op, insertion);
   if (!row) row = detail::makeEmptyRow();
   construct->setChild(0, row.release());
-  insertion.placeCaretAtEnd(construct->child(0));
+  insertion.placeCaret(rowEnd(*construct->child(0)));
   return true;
 }
 
@@ -48,7 +48,7 @@ bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long conten
     detail::NodeT row = i == content && selection ? std::move(selection) : detail::makeEmptyRow();
     construct->setChild(i, row.release());
   }
-  insertion.placeCaret(construct->child(target)->child(0), 0);
+  insertion.placeCaret(rowStart(*construct->child(target)));
   return true;
 }
 

@@ -60,13 +60,14 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
   insertion.insertText(text_);
 
   // The arguments share one text, separated by commas.
-  Node4C* const name = insertion.getCaretNode();
-  wstring const behind = name->crefText().substr(insertion.getCaretPos());
-  name->refText().erase(insertion.getCaretPos());
+  Node4C& name = insertion.refCaretNode();
+  unsigned int const pos = insertion.getCaret().pos;
+  wstring const behind = name.crefText().substr(pos);
+  name.refText().erase(pos);
   detail::NodeT commas = detail::makeText(wstring(arity_ - 1, Node4C::COMMA_C));
   Node4C* const arguments = commas.get();
-  Node4C* const row = name->getParent();
-  unsigned long place = name->findChildNumber() + 1;
+  Node4C* const row = name.getParent();
+  unsigned long place = name.findChildNumber() + 1;
   row->insertChild(place++, detail::makeItem(NODE4_OPEN).release());
   row->insertChild(place, commas.release());
   row->insertChild(place + 1, detail::makeItem(NODE4_CLOSE).release());
@@ -79,7 +80,7 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
       row->insertChild(place++, item);
     }
   }
-  insertion.placeCaret(arguments, selection && arity_ > 1 ? 1 : 0);
+  insertion.placeCaret({arguments, selection && arity_ > 1 ? 1u : 0u});
   return true;
 }
 

@@ -15,16 +15,11 @@ namespace {
 
 using RowT = detail::NodeT;
 
-/// Selects from `stretch.far` to the caret.
-void select(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
-  insertion.placeAnchor(stretch.far, stretch.farPos);
-}
-
 bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
   if (!stretch.isFound()) return insertion.mayNest();
-  select(insertion, stretch);
+  insertion.placeAnchor(stretch.far);
   bool const fits = insertion.mayNestSelection();
-  insertion.clearAnchor();
+  insertion.placeAnchor({});
   return fits;
 }
 
@@ -50,31 +45,29 @@ void stripBrackets(ViewInsertionC& insertion, Node4C& row) {
 }
 
 RowT take(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
-  insertion.clearAnchor();
+  insertion.placeAnchor({});
   if (!stretch.isFound()) return nullptr;
-  select(insertion, stretch);
+  insertion.placeAnchor(stretch.far);
   RowT row = insertion.cutSelection();
   if (row && stretch.group) stripBrackets(insertion, *row);
   return row;
 }
 
 RowT takeLeft(ViewInsertionC& insertion) {
-  Node4C* const node = insertion.getCaretNode();
-  unsigned int const pos = insertion.getCaretPos();
-  auto const stretch = detail::findLeftOperand(node, pos);
-  node->refText().erase(stretch.nearPos, pos - stretch.nearPos);
-  insertion.placeCaret(node, stretch.nearPos);
+  PlaceS const caret = insertion.getCaret();
+  auto const stretch = detail::findLeftOperand(caret);
+  insertion.refCaretNode().refText().erase(stretch.near.pos, caret.pos - stretch.near.pos);
+  insertion.placeCaret(stretch.near);
   return take(insertion, stretch);
 }
 
 RowT takeRight(ViewInsertionC& insertion) {
-  Node4C* const node = insertion.getCaretNode();
-  unsigned int const pos = insertion.getCaretPos();
-  wstring& text = node->refText();
+  PlaceS const caret = insertion.getCaret();
+  wstring& text = insertion.refCaretNode().refText();
   std::size_t blanks = 0;
-  while (pos + blanks < text.size() && text[pos + blanks] == u' ') ++blanks;
-  text.erase(pos, blanks);
-  return take(insertion, detail::findRightOperand(node, pos));
+  while (caret.pos + blanks < text.size() && text[caret.pos + blanks] == u' ') ++blanks;
+  text.erase(caret.pos, blanks);
+  return take(insertion, detail::findRightOperand(caret));
 }
 
 /// Whether a selected stretch begins with a sign, which cannot begin a numerator.
@@ -120,8 +113,8 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   RowT numerator = insertion.copySelection();
   RowT denominator;
   if (!numerator) {
-    auto const left = detail::findLeftOperand(insertion.getCaretNode(), insertion.getCaretPos());
-    auto const right = detail::findRightOperand(insertion.getCaretNode(), insertion.getCaretPos());
+    auto const left = detail::findLeftOperand(insertion.getCaret());
+    auto const right = detail::findRightOperand(insertion.getCaret());
     if (!mayTake(insertion, left) || !mayTake(insertion, right)) return false;
   } else {
     // A selected sign makes room for the fraction bar between its operands.
@@ -141,13 +134,13 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   insertion.insertBeforeCaret(std::move(node));
   if (!denominator) {
     denominator = detail::makeEmptyRow();
-    insertion.placeCaret(denominator->child(0), 0);
+    insertion.placeCaret(rowStart(*denominator));
   }
   if (!numerator) {
     numerator = detail::makeEmptyRow();
-    insertion.placeCaret(numerator->child(0), 0);
+    insertion.placeCaret(rowStart(*numerator));
   }
-  insertion.placeCaret(insertion.getCaretNode(), 0);
+  insertion.placeCaret(startOf(insertion.getCaret().node));
   fraction->setChild(0, numerator.release());
   fraction->setChild(1, denominator.release());
   return true;

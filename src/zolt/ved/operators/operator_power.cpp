@@ -82,7 +82,7 @@ bool OperatorPowerC::runOperator(ViewZNT4C& view) const {
   if (!selection) selection = detail::makeEmptyRow();
   Node4C* const exponent = selection.get();
   insertion.insertBeforeCaret(makePower(std::move(selection)));
-  insertion.placeCaretAtEnd(exponent);
+  insertion.placeCaret(rowEnd(*exponent));
   return true;
 }
 

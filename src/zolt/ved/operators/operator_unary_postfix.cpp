@@ -24,10 +24,9 @@ std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeAB
 bool OperatorUnaryPostfixC::runOperator(ViewZNT4C& view) const {
   // The caret goes behind the first character of the sign, whatever its length.
   ViewInsertionC insertion(view);
-  Node4C* const text = insertion.getCaretNode();
-  unsigned int const pos = insertion.getCaretPos();
+  PlaceS const caret = insertion.getCaret();
   insertion.insertText(crefText());
-  insertion.placeCaret(text, pos + 1);
+  insertion.placeCaret({caret.node, caret.pos + 1});
   return true;
 }
 

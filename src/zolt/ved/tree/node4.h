@@ -16,6 +16,7 @@
 #include "zolt/ved/tree/detail/row_index.h"
 #include "zolt/ved/tree/node4_type.h"
 #include "zolt/ved/tree/node_record.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::algexpr {
 class AlgebraicExpressionC;
@@ -151,12 +152,15 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
 
   // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
   /// Brings every row of this subtree into canonical form. The caret and the anchor stay on their characters
-  /// when the text that holds them is merged into another; pass null nodes when there are none. Linear in the
-  /// rows that changed since the last time (and those with supplied brackets); the others are not visited.
+  /// when the text that holds them is merged into another; a null node is no place. Linear in the rows that
+  /// changed since the last time (and those with supplied brackets); the others are not visited.
+  void checkTree(SelectionS& places);
+  /// The same for a tree without a caret.
+  void checkTree();
   void checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos);
-  /// What that does to a place in a tree that is in order: moves it away from between a supplied bracket and
-  /// the end of its row, to the inside of all such brackets. A null node is no place.
-  static void stepInside(Node4C*& node, unsigned& pos);
+  /// What `checkTree` does to a place in a tree that is in order: moves it away from between a supplied
+  /// bracket and the end of its row, to the inside of all such brackets.
+  static void stepInside(PlaceS& place);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
   /// Whether a character may be typed into a text (`identifier`: may be part of a name).
@@ -284,5 +288,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   PointerTC<OperatorBC> op_;
   wstring text_;
 };
+
+/// What `writeObject` writes into a `BinaryOutputStreamC`.
+oss::bytestring writeBytes(Node4C const& node);
 
 }  // namespace zolt::math::ved

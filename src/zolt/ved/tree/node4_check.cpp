@@ -14,8 +14,24 @@ void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNo
   normaliser.markRowsWithAutoBrackets();
 }
 
-void Node4C::stepInside(Node4C*& node, unsigned& pos) {
-  if (node && node->parent_) RowNormaliserC::stepInside(*node->parent_, node, pos);
+void Node4C::checkTree(SelectionS& places) {
+  auto* caretNode = const_cast<Node4C*>(places.caret.node);
+  auto* anchorNode = const_cast<Node4C*>(places.anchor.node);
+  checkTree(caretNode, places.caret.pos, anchorNode, places.anchor.pos);
+  places.caret.node = caretNode;
+  places.anchor.node = anchorNode;
+}
+
+void Node4C::checkTree() {
+  SelectionS noPlaces;
+  checkTree(noPlaces);
+}
+
+void Node4C::stepInside(PlaceS& place) {
+  if (!place || !place.node->parent_) return;
+  auto* node = const_cast<Node4C*>(place.node);
+  RowNormaliserC::stepInside(*node->parent_, node, place.pos);
+  place.node = node;
 }
 
 Node4C* Node4C::inLine() {

@@ -1,4 +1,6 @@
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/oss/binary_stream.h"
+#include "zolt/oss/binary_string_stream.h"
 #include "zolt/oss/byte_format.h"
 #include "zolt/oss/castable_id.h"
 #include "zolt/oss/object_stream.h"
@@ -46,6 +48,15 @@ void Node4C::writeObject(PointerTC<oss::ObjectOutputStreamABC>& out) const {
   out->writeMember(static_cast<unsigned long>(children_.size()));
   for (Node4C const* child : children_) child->writeObject(out);
   out->writeEndAggregate();
+}
+
+oss::bytestring writeBytes(Node4C const& node) {
+  auto* const bytes = new oss::BinaryStringOutputStreamC;
+  PointerTC<oss::ByteOutputStreamABC> const held(bytes);
+  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(held));
+  node.writeObject(out);
+  bytes->flush();
+  return bytes->getString();
 }
 
 bool Node4C::readObject(PointerTC<oss::ObjectInputStreamABC>& in) { return readNode(in, 0); }

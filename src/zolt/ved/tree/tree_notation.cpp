@@ -18,9 +18,7 @@ constexpr char16_t anchor_mark = u'\u2691';
 
 class NotationWriterC {
  public:
-  NotationWriterC(Node4C const* caretNode, unsigned int caretPos, Node4C const* anchorNode,
-                  unsigned int anchorPos)
-      : caretNode_(caretNode), caretPos_(caretPos), anchorNode_(anchorNode), anchorPos_(anchorPos) {}
+  explicit NotationWriterC(SelectionS const& selection) : selection_(selection) {}
 
   wstring write(Node4C const& top) {
     walkTree(
@@ -80,8 +78,8 @@ class NotationWriterC {
     out_ += u'"';
     wstring const& text = node.crefText();
     for (unsigned int i = 0;; ++i) {
-      if (&node == anchorNode_ && i == anchorPos_) out_ += anchor_mark;
-      if (&node == caretNode_ && i == caretPos_) out_ += caret_mark;
+      if (selection_.anchor == PlaceS{&node, i}) out_ += anchor_mark;
+      if (selection_.caret == PlaceS{&node, i}) out_ += caret_mark;
       if (i >= text.size()) break;
       writeCharacter(text[i]);
     }
@@ -93,10 +91,7 @@ class NotationWriterC {
     oss::appendQuoted(out_, c);
   }
 
-  Node4C const* caretNode_;
-  unsigned int caretPos_;
-  Node4C const* anchorNode_;
-  unsigned int anchorPos_;
+  SelectionS selection_;
   wstring out_;
 };
 
@@ -206,11 +201,9 @@ class NotationReaderC {
       char16_t c = text_[position_++];
       if (c == u'"') return true;
       if (c == caret_mark) {
-        tree_.caretNode = &node;
-        tree_.caretPos = static_cast<unsigned int>(text.size());
+        tree_.selection.caret = endOf(&node);
       } else if (c == anchor_mark) {
-        tree_.anchorNode = &node;
-        tree_.anchorPos = static_cast<unsigned int>(text.size());
+        tree_.selection.anchor = endOf(&node);
       } else {
         if (c == u'\\' && !oss::readEscaped(text_, position_, c)) return false;
         text += c;
@@ -228,9 +221,8 @@ class NotationReaderC {
 
 }  // namespace
 
-wstring writeTreeNotation(Node4C const& node, Node4C const* caretNode, unsigned int caretPos,
-                          Node4C const* anchorNode, unsigned int anchorPos) {
-  return NotationWriterC(caretNode, caretPos, anchorNode, anchorPos).write(node);
+wstring writeTreeNotation(Node4C const& node, SelectionS const& selection) {
+  return NotationWriterC(selection).write(node);
 }
 
 bool readTreeNotation(wstring const& text, OperatorListC const& operators, TreeNotationS& tree,

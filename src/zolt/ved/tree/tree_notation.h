@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
@@ -14,19 +15,15 @@ class OperatorListC;
 /// A tree with the places of caret and anchor, as the notation carries it.
 struct TreeNotationS {
   std::unique_ptr<Node4C> root;
-  Node4C* caretNode = nullptr;
-  unsigned int caretPos = 0;
-  Node4C* anchorNode = nullptr;
-  unsigned int anchorPos = 0;
+  SelectionS selection;  ///< a null node for a mark that is not there
 };
 
 /// A tree as one line of text, for dumps, tests and bug reports: rows in brackets, texts in quotes,
 /// constructs by name with their rows, `P[…]` an exponent, `(` `)` typed brackets, `AO` `AC` supplied ones,
 /// `‸` the caret and `⚑` the anchor: `["a+", /<["b‸"] ; ["c"]>, ""]`. Inside quotes `\` escapes a quote,
-/// itself and the two marks, and `\uXXXX` a control character. `node` is a root or a row; null caret and
-/// anchor nodes are left out.
-wstring writeTreeNotation(Node4C const& node, Node4C const* caretNode = nullptr, unsigned int caretPos = 0,
-                          Node4C const* anchorNode = nullptr, unsigned int anchorPos = 0);
+/// itself and the two marks, and `\uXXXX` a control character. `node` is a root or a row; no marks are
+/// written for null nodes.
+wstring writeTreeNotation(Node4C const& node, SelectionS const& selection = {});
 
 /// Reads that notation into a tree, exactly as written: nothing is normalised. On failure false, with `tree`
 /// untouched and `position` at the character that could not be read: also the start of a row that nests

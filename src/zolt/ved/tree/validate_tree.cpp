@@ -100,12 +100,17 @@ TreeFaultS validateTree(Node4C const& root) {
   return fault;
 }
 
-TreeFaultS validatePlace(Node4C const& root, Node4C const* node, unsigned int pos) {
-  if (!node || node->getType() != NODE4_TEXT || pos > node->sizeText()) return {TREE_PLACE_IN_TEXT, node};
-  Node4C const* top = node;
-  while (top->getParent()) top = top->getParent();
-  if (top != &root) return {TREE_PLACE_IN_TEXT, node};
+TreeFaultS validatePlace(Node4C const& root, PlaceS place) {
+  Node4C const* top = place.node;
+  bool const inText = top && top->getType() == NODE4_TEXT && place.pos <= top->sizeText();
+  while (top && top->getParent()) top = top->getParent();
+  if (!inText || top != &root) return {TREE_PLACE_IN_TEXT, place.node};
   return {};
+}
+
+TreeFaultS validateSelection(Node4C const& root, SelectionS const& selection) {
+  TreeFaultS const fault = validatePlace(root, selection.caret);
+  return fault.invariant != TREE_VALID || !selection.anchor ? fault : validatePlace(root, selection.anchor);
 }
 
 wstring describeInvariant(TreeInvariantE invariant) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
@@ -33,8 +34,10 @@ struct TreeFaultS {
 /// recursion.
 TreeFaultS validateTree(Node4C const& root);
 
-/// Checks invariant 11: `node` is a text of the tree `root` and `pos` a position in it.
-TreeFaultS validatePlace(Node4C const& root, Node4C const* node, unsigned int pos);
+/// Checks invariant 11: the place is one in a text of the tree `root`.
+TreeFaultS validatePlace(Node4C const& root, PlaceS place);
+/// The same for a caret and, unless it is no place, an anchor.
+TreeFaultS validateSelection(Node4C const& root, SelectionS const& selection);
 
 /// What an invariant demands, in one line of English.
 wstring describeInvariant(TreeInvariantE invariant);

@@ -18,21 +18,19 @@ class EditBackupC : public oss::RefCountedBC {
   EditBackupC(EditBackupC const&) = delete;
   EditBackupC& operator=(EditBackupC const&) = delete;
 
-  Node4C* getCaretNode() const { return caretNode_; }
-  unsigned int getCaretPos() const { return caretPos_; }
+  Node4C* getCaretNode() const;
+  unsigned int getCaretPos() const { return selection_.caret.pos; }
   /// Null when there was no anchor.
-  Node4C* getAnchorNode() const { return anchorNode_; }
-  unsigned int getAnchorPos() const { return anchorPos_; }
+  Node4C* getAnchorNode() const;
+  unsigned int getAnchorPos() const { return selection_.anchor.pos; }
+  SelectionS const& getSelection() const { return selection_; }
   Node4C const* crefRoot() const { return root_.get(); }
   /// Hands the tree over to the caller.
   Node4C* releaseRoot();
 
  private:
   std::unique_ptr<Node4C> root_;
-  Node4C* caretNode_;
-  unsigned int caretPos_;
-  Node4C* anchorNode_;
-  unsigned int anchorPos_;
+  SelectionS selection_;
 };
 
 }  // namespace zolt::math::ved

@@ -11,35 +11,16 @@ namespace zolt::math::ved {
 
 namespace {
 
-/// Brings a tree in order in which no caret stands: normalisation would move one from one side of a supplied
-/// bracket to the other.
-void normalise(Node4C& root) {
-  Node4C* noNode = nullptr;
-  unsigned noPos = 0;
-  root.checkTree(noNode, noPos, noNode, noPos);
+std::size_t sizeOf(SelectionPathS const& places) {
+  return (places.anchor.path.capacity() + places.caret.path.capacity()) * sizeof(unsigned long);
 }
 
 }  // namespace
 
-EditPathC::EditPathC(Node4C const* node, unsigned int pos) : place_(node != nullptr), pos_(pos) {
-  if (!node) return;
-  for (; node->getParent(); node = node->getParent()) {
-    path_.push_back(static_cast<std::uint32_t>(node->findChildNumber()));
-  }
-  std::reverse(path_.begin(), path_.end());
-}
-
-Node4C* EditPathC::find(Node4C* root) const {
-  if (!place_) return nullptr;
-  Node4C* node = root;
-  for (std::uint32_t const i : path_) node = node->child(i);
-  return node;
-}
-
-void EditHistoryC::beginStep(Node4C const& root, EditPlacesS const& places) {
+void EditHistoryC::beginStep(Node4C const& root, SelectionS const& places) {
   if (open_) return;
   tree_ = root.makeRecord();
-  before_ = EditPathsS(places);
+  before_ = pathOf(places);
   typing_ = false;
   open_ = true;
 }
@@ -53,14 +34,13 @@ void EditHistoryC::dropStep() {
 
 PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
   std::unique_ptr<Node4C> root = Node4C::fromRecord(*tree_);
-  normalise(*root);
-  Node4C* const caret = before_.caret.find(root.get());
-  Node4C* const anchor = before_.anchor.find(root.get());
-  return new EditBackupC(false, root.release(), caret, before_.caret.getPos(), anchor,
-                         before_.anchor.getPos());
+  root->checkTree();
+  auto const [anchor, caret] = selectionAt(*root, before_);
+  return new EditBackupC(false, root.release(), const_cast<Node4C*>(caret.node), caret.pos,
+                         const_cast<Node4C*>(anchor.node), anchor.pos);
 }
 
-void EditHistoryC::endStep(Node4C const& root, EditPlacesS const& places) {
+void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   if (!open_) return;
   // What asks for memory comes first: when there is none, the history is as it was and the step still open.
   StepS step;
@@ -69,7 +49,7 @@ void EditHistoryC::endStep(Node4C const& root, EditPlacesS const& places) {
     dropStep();
     return;
   }
-  step.after = EditPathsS(places);
+  step.after = pathOf(places);
   step.typing = typing_;
   if (typing_ && next_ > 0) {
     StepS const& last = steps_[next_ - 1];
@@ -77,7 +57,7 @@ void EditHistoryC::endStep(Node4C const& root, EditPlacesS const& places) {
   }
   steps_.emplace_back();
   step.before = std::move(before_);
-  step.size = sizeof(StepS) + step.before.getSize() + step.after.getSize();
+  step.size = sizeof(StepS) + sizeOf(step.before) + sizeOf(step.after);
   for (RecordPatchS const& patch : step.patches) step.size += patch.getSize();
   forgetRedo();
   bytes_ += step.size;
@@ -105,18 +85,18 @@ void EditHistoryC::trim() {
   steps_.front().continues = false;
 }
 
-EditPathsS const& EditHistoryC::undo(Node4C& root) {
+SelectionPathS const& EditHistoryC::undo(Node4C& root) {
   StepS const& step = steps_[next_ - 1];
   root.apply(step.patches, true);
-  normalise(root);
+  root.checkTree();
   --next_;
   return step.before;
 }
 
-EditPathsS const& EditHistoryC::redo(Node4C& root) {
+SelectionPathS const& EditHistoryC::redo(Node4C& root) {
   StepS const& step = steps_[next_];
   root.apply(step.patches, false);
-  normalise(root);
+  root.checkTree();
   ++next_;
   return step.after;
 }

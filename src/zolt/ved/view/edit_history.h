@@ -1,61 +1,17 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/tree/node_record.h"
+#include "zolt/ved/tree/tree_path.h"
 
 namespace zolt::math::ved {
 
 class EditBackupC;
 class Node4C;
-
-/// Where caret and anchor stand. The anchor node is null when nothing is selected.
-struct EditPlacesS {
-  Node4C const* caretNode = nullptr;
-  unsigned int caretPos = 0;
-  Node4C const* anchorNode = nullptr;
-  unsigned int anchorPos = 0;
-};
-
-/// A place in a tree that may have other nodes by the time it is looked up: child numbers from the root down.
-class EditPathC {
- public:
-  EditPathC() = default;
-  /// A null node is no place.
-  EditPathC(Node4C const* node, unsigned int pos);
-
-  /// Null for no place.
-  Node4C* find(Node4C* root) const;
-  unsigned int getPos() const { return pos_; }
-  std::size_t getSize() const { return path_.capacity() * sizeof(std::uint32_t); }
-  friend bool operator==(EditPathC const& a, EditPathC const& b) {
-    return a.pos_ == b.pos_ && a.place_ == b.place_ && a.path_ == b.path_;
-  }
-
- private:
-  bool place_ = false;
-  unsigned int pos_ = 0;
-  std::vector<std::uint32_t> path_;
-};
-
-struct EditPathsS {
-  EditPathsS() = default;
-  explicit EditPathsS(EditPlacesS const& places)
-      : caret(places.caretNode, places.caretPos), anchor(places.anchorNode, places.anchorPos) {}
-
-  std::size_t getSize() const { return caret.getSize() + anchor.getSize(); }
-  friend bool operator==(EditPathsS const& a, EditPathsS const& b) {
-    return a.caret == b.caret && a.anchor == b.anchor;
-  }
-
-  EditPathC caret;
-  EditPathC anchor;
-};
 
 /// The steps that can be undone and redone.
 ///
@@ -72,7 +28,7 @@ class EditHistoryC {
   void countFrom(EditHistoryC const& other) { forgotten_ = other.getPosition(); }
 
   /// Announces an edit; until the step ends, further announcements are ignored.
-  void beginStep(Node4C const& root, EditPlacesS const& places);
+  void beginStep(Node4C const& root, SelectionS const& places);
   bool isStepOpen() const { return open_; }
   /// Whether the tree may be another one than at the announcement of the edit that is under way.
   bool hasChanged(Node4C const& root) const;
@@ -83,7 +39,7 @@ class EditHistoryC {
   PointerTC<EditBackupC> stateBeforeStep() const;
   /// Records the announced edit as a step, which ends what could be redone. An edit that left the tree as it
   /// was leaves no step. Ignored when none was announced.
-  void endStep(Node4C const& root, EditPlacesS const& places);
+  void endStep(Node4C const& root, SelectionS const& places);
   /// The announced edit did not happen: the tree is again as it was.
   void dropStep();
 
@@ -102,8 +58,8 @@ class EditHistoryC {
   /// Takes the tree back over the last step (on over the next one) and normalises it; answers where caret and
   /// anchor stood then. There must be a step, and the tree must be the one that it led to (began with). When
   /// memory runs out the history is where it was, but the tree may be anything.
-  EditPathsS const& undo(Node4C& root);
-  EditPathsS const& redo(Node4C& root);
+  SelectionPathS const& undo(Node4C& root);
+  SelectionPathS const& redo(Node4C& root);
 
   /// What the steps take, for limits and for tests.
   unsigned long byteSize() const { return bytes_; }
@@ -111,8 +67,8 @@ class EditHistoryC {
  private:
   struct StepS {
     std::vector<RecordPatchS> patches;
-    EditPathsS before;
-    EditPathsS after;
+    SelectionPathS before;
+    SelectionPathS after;
     unsigned long size = 0;
     bool typing = false;
     bool continues = false;  // a typed character directly behind the one before
@@ -130,7 +86,7 @@ class EditHistoryC {
   bool open_ = false;
   bool typing_ = false;
   NodeRecordPointerC tree_;  // before the step that is open
-  EditPathsS before_;
+  SelectionPathS before_;
 };
 
 }  // namespace zolt::math::ved

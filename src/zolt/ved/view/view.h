@@ -124,21 +124,26 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
   Node4C const& crefRoot() const { return takeBackIfDue(), *root_; }
-  Node4C const* getCaretNode() const { return takeBackIfDue(), caretNode_; }
-  unsigned int getCaretPos() const { return takeBackIfDue(), caretPos_; }
+  /// Caret and anchor; the anchor is no place when nothing is selected.
+  SelectionS getSelection() const;
+  Node4C const* getCaretNode() const { return takeBackIfDue(), selection_.caret.node; }
+  unsigned int getCaretPos() const { return takeBackIfDue(), selection_.caret.pos; }
   /// Null when there is no selection.
-  Node4C const* getAnchorNode() const { return takeBackIfDue(), anchorNode_; }
-  unsigned int getAnchorPos() const { return takeBackIfDue(), anchorPos_; }
+  Node4C const* getAnchorNode() const { return takeBackIfDue(), selection_.anchor.node; }
+  unsigned int getAnchorPos() const { return takeBackIfDue(), selection_.anchor.pos; }
   /// Whether a non-empty selection exists. An empty one is dropped by the way, unless the pointer is down.
   bool isSelected() const;
   /// The selection as a stretch of one row, in reading order: from a position in its item `first` to one in
   /// its item `last`. Ends in different rows of a construct widen to the construct. False: no selection.
   bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
                           unsigned int& lastPos) const;
-  /// Selects from the anchor to the caret place; equal places only move the caret; a null anchor node drops
-  /// the selection. False, with nothing changed, when one of them is not a place of this tree.
+  /// Selects from the anchor to the caret; equal places only move the caret; a null anchor node drops the
+  /// selection. False, with nothing changed, when one of them is not a place of this tree.
+  bool selectRange(SelectionS const& range);
   bool selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
-                   unsigned int caretPos);
+                   unsigned int caretPos) {
+    return selectRange({{anchorNode, anchorPos}, {caretNode, caretPos}});
+  }
   GraphicsABC const& crefGraphics() const { return *graphics_; }
   OperatorListC const& crefOperatorList() const { return *operatorList_; }
 
@@ -160,6 +165,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool isRejected() const;
   /// Makes the tree the view's own, all selected.
   void putUp(std::unique_ptr<Node4C> root);
+  /// The caret's text, to be changed.
+  Node4C& refCaretNode() const { return const_cast<Node4C&>(*selection_.caret.node); }
   void layoutIfPending() const;
   void selectError(ErrorSelectionS const& error);
   // view_caret.cpp
@@ -178,7 +185,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   // view_hit.cpp
   void setSelection(long x, long y);
   bool findSelectionNode(Node4C* node, long x, long y);
-  bool examineText(Node4C* node, long x, long y);
+  bool examineText(Node4C const& node, long x, long y);
   bool isWorthVisiting(Node4C const& node, long x, long y) const;
   unsigned long findFirstInReach(Node4C const& row, long x) const;
   Node4C* findNextInReach(Node4C const& node, unsigned long& next, long x) const;
@@ -206,7 +213,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool backspaceOver(Node4C& item);
   bool backspaceOutOfRow();
   bool stepToEnd(Node4C const& row);
-  void placeCaretAtEnd(Node4C const& row);
 
   // view_insertion.cpp
   bool doRunOperator(PointerTC<OperatorBC> op);
@@ -252,10 +258,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   long hitY_ = 0;
   PointerTC<algexpr::AlgebraicExpressionC> expression_;
   mutable std::unique_ptr<Node4C> root_;
-  mutable Node4C* caretNode_ = nullptr;
-  mutable unsigned int caretPos_ = 0;
-  mutable Node4C* anchorNode_ = nullptr;
-  mutable unsigned int anchorPos_ = 0;
+  mutable SelectionS selection_;
   std::unique_ptr<EditHistoryC> history_;
 };
 

@@ -3,41 +3,39 @@
 namespace zolt::math::ved {
 
 bool ViewZNT4C::moveCaretLeft() {
-  if (caretPos_ > 0) {
-    --caretPos_;
+  PlaceS& caret = selection_.caret;
+  if (caret.pos > 0) {
+    --caret.pos;
     return true;
   }
-  Node4C* leaf = caretNode_->goLeftLeaf();
+  Node4C const* leaf = caret.node->goLeftLeaf();
   while (leaf && leaf->getType() != NODE4_TEXT) leaf = leaf->goLeftLeaf();
-  if (!leaf) return false;
-  caretNode_ = leaf;
-  caretPos_ = static_cast<unsigned int>(leaf->sizeText());
-  return true;
+  if (leaf) caret = endOf(leaf);
+  return leaf != nullptr;
 }
 
 bool ViewZNT4C::moveCaretRight() {
-  if (caretPos_ < caretNode_->sizeText()) {
-    ++caretPos_;
+  PlaceS& caret = selection_.caret;
+  if (caret.pos < caret.node->sizeText()) {
+    ++caret.pos;
     return true;
   }
-  Node4C* leaf = caretNode_->goRightLeaf();
+  Node4C const* leaf = caret.node->goRightLeaf();
   while (leaf && leaf->getType() != NODE4_TEXT) leaf = leaf->goRightLeaf();
-  if (!leaf) return false;
-  caretNode_ = leaf;
-  caretPos_ = 0;
-  return true;
+  if (leaf) caret = startOf(leaf);
+  return leaf != nullptr;
 }
 
 bool ViewZNT4C::doLeft() {
   bool const dropped = isSelected();
-  if (dropped) anchorNode_ = nullptr;
+  if (dropped) selection_.anchor = {};
   bool const moved = moveCaretLeft();
   return (dropped || moved) && needRedraw();
 }
 
 bool ViewZNT4C::doRight() {
   bool const dropped = isSelected();
-  if (dropped) anchorNode_ = nullptr;
+  if (dropped) selection_.anchor = {};
   bool const moved = moveCaretRight();
   return (dropped || moved) && needRedraw();
 }
@@ -53,9 +51,7 @@ bool ViewZNT4C::doSelRight() {
 }
 
 void ViewZNT4C::startSelection() {
-  if (isSelected()) return;
-  anchorNode_ = caretNode_;
-  anchorPos_ = caretPos_;
+  if (!isSelected()) selection_.anchor = selection_.caret;
 }
 
 // Vertical movement is left to the host, which knows the geometry that a person sees.

@@ -13,15 +13,6 @@ using oss::bytestring;
 
 namespace {
 
-bytestring writeBytes(Node4C const& row) {
-  auto* const bytes = new oss::BinaryStringOutputStreamC;
-  PointerTC<oss::ByteOutputStreamABC> const held(bytes);
-  PointerTC<oss::ObjectOutputStreamABC> out(new oss::BinaryOutputStreamC(held));
-  row.writeObject(out);
-  bytes->flush();
-  return bytes->getString();
-}
-
 /// Null when the bytes are not a row.
 std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
   PointerTC<oss::ByteInputStreamABC> const held(new oss::BinaryStringInputStreamC(bytes));
@@ -46,9 +37,7 @@ Node4C* ViewZNT4C::copySelection() const {
   Node4C* const firstItem = copy->child(0);
   if (firstItem->getType() == NODE4_TEXT) firstItem->refText().erase(0, bounds.firstPos);
 
-  Node4C* noNode = nullptr;
-  unsigned noPos = 0;
-  copy->checkTree(noNode, noPos, noNode, noPos);
+  copy->checkTree();
   return copy.release();
 }
 
@@ -59,14 +48,9 @@ Node4C* ViewZNT4C::cutSelection() {
 }
 
 bool ViewZNT4C::isAllSelected() const {
-  Node4C const* const row = root_->child(0);
-  Node4C const* const first = row->child(0);
-  Node4C const* const last = row->child(row->numChildren() - 1);
-  auto const spans = [&](Node4C const* a, unsigned int posA, Node4C const* b, unsigned int posB) {
-    return a == first && posA == 0 && b == last && posB == last->sizeText();
-  };
-  return spans(anchorNode_, anchorPos_, caretNode_, caretPos_) ||
-         spans(caretNode_, caretPos_, anchorNode_, anchorPos_);
+  auto const [start, end] = wholeRow(*root_->child(0));
+  auto const [anchor, caret] = selection_;
+  return (anchor == start && caret == end) || (caret == start && anchor == end);
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) const {
@@ -104,7 +88,8 @@ bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   EventC guard(*this);
   if (deleteSelection()) {
     splitText(true);
-    caretNode_->getParent()->insertChild(caretNode_->findChildNumber(), row.release());
+    Node4C const& text = *selection_.caret.node;
+    text.getParent()->insertChild(text.findChildNumber(), row.release());
   }
   finishEdit();
   guard.finish();
@@ -115,20 +100,15 @@ bool ViewZNT4C::backupBeforeModif() {
   if (!editable_) return bip();
   announceEdit();
   // An empty selection must not grow around what the edit is about to insert.
-  if (!isSelected()) anchorNode_ = nullptr;
+  if (!isSelected()) selection_.anchor = {};
   return needLayout();
 }
 
-void ViewZNT4C::announceEdit() {
-  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
-}
+void ViewZNT4C::announceEdit() { history_->beginStep(*root_, selection_); }
 
 void ViewZNT4C::takeOver(EditBackupC& state) const {
   root_.reset(state.releaseRoot());
-  caretNode_ = state.getCaretNode();
-  caretPos_ = state.getCaretPos();
-  anchorNode_ = state.getAnchorNode();
-  anchorPos_ = state.getAnchorPos();
+  selection_ = state.getSelection();
   layoutPending_ = true;
   textOverhang_ = -1;
 }

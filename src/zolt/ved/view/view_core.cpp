@@ -14,35 +14,6 @@ algexpr::CASEngineABC const& engineOf(PointerTC<algexpr::AlgebraicExpressionC> c
   return expression ? expression->getCASEngine() : algexpr::CASSessionBC::getSession()->getEngine();
 }
 
-/// Turns one end of a faulty range into a place for the caret: an item other than a text is entered from the
-/// text before it where the range starts, from the text after it where the range ends.
-void toCaretPlace(Node4C*& node, unsigned int& index, bool first) {
-  if (node->getType() == NODE4_ROOT) node = node->child(0);
-  if (node->getType() == NODE4_LINE) {
-    node = node->child(node->numChildren() - 1);
-    index = static_cast<unsigned int>(node->sizeText());
-  } else if (node->getType() == NODE4_TEXT) {
-    if (index > node->sizeText()) index = static_cast<unsigned int>(node->sizeText());
-  } else if (first || index == 0) {
-    node = node->goLeft();
-    index = static_cast<unsigned int>(node->sizeText());
-  } else {
-    node = node->goRight();
-    index = 0;
-  }
-}
-
-/// All of the formula selected.
-EditPlacesS wholeOf(Node4C const& root) {
-  Node4C const* const row = root.child(0);
-  Node4C const* const last = row->child(row->numChildren() - 1);
-  return {last, static_cast<unsigned int>(last->sizeText()), row->child(0), 0};
-}
-
-bool isPlace(Node4C const& root, Node4C const* node, unsigned int pos) {
-  return validatePlace(root, node, pos).invariant == TREE_VALID;
-}
-
 }  // namespace
 
 ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(graphics)) {
@@ -65,7 +36,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
   std::unique_ptr<Node4C> root(Node4C::fromAlgebraicExpression(expression, precision, format));
   auto history = std::make_unique<EditHistoryC>();
   if (history_) history->countFrom(*history_);
-  if (grouping_) history->beginStep(*root, wholeOf(*root));
+  if (grouping_) history->beginStep(*root, wholeRow(*root->child(0)));
   auto operators = OperatorListRepositoryC::lookup(engineOf(expression));
   // From here on nothing fails; the repaint comes last, for whoever looks at the view when it is asked for.
   history_ = std::move(history);
@@ -78,11 +49,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
 
 void ViewZNT4C::putUp(std::unique_ptr<Node4C> root) {
   root_ = std::move(root);
-  EditPlacesS const places = wholeOf(*root_);
-  anchorNode_ = const_cast<Node4C*>(places.anchorNode);
-  anchorPos_ = places.anchorPos;
-  caretNode_ = const_cast<Node4C*>(places.caretNode);
-  caretPos_ = places.caretPos;
+  selection_ = wholeRow(*root_->child(0));
   needLayout();
 }
 
@@ -107,16 +74,8 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(Error
 }
 
 void ViewZNT4C::selectError(ErrorSelectionS const& error) {
-  if (error.firstNode) {
-    anchorNode_ = error.firstNode;
-    anchorPos_ = error.firstIndex;
-    toCaretPlace(anchorNode_, anchorPos_, true);
-  }
-  if (error.secondNode) {
-    caretNode_ = error.secondNode;
-    caretPos_ = error.secondIndex;
-    toCaretPlace(caretNode_, caretPos_, false);
-  }
+  if (error.firstNode) selection_.anchor = faultStart({error.firstNode, error.firstIndex});
+  if (error.secondNode) selection_.caret = faultEnd({error.secondNode, error.secondIndex});
 }
 
 bool ViewZNT4C::setEditable(bool editable) {
@@ -124,17 +83,12 @@ bool ViewZNT4C::setEditable(bool editable) {
   return true;
 }
 
-bool ViewZNT4C::selectRange(Node4C const* anchorNode, unsigned int anchorPos, Node4C const* caretNode,
-                            unsigned int caretPos) {
+bool ViewZNT4C::selectRange(SelectionS const& range) {
   if (isBusy()) return false;
   takeBackIfDue();
-  if (!isPlace(*root_, caretNode, caretPos)) return false;
-  if (anchorNode && !isPlace(*root_, anchorNode, anchorPos)) return false;
-  bool const empty = anchorNode == caretNode && anchorPos == caretPos;
-  anchorNode_ = empty ? nullptr : const_cast<Node4C*>(anchorNode);
-  anchorPos_ = anchorPos;
-  caretNode_ = const_cast<Node4C*>(caretNode);
-  caretPos_ = caretPos;
+  if (validateSelection(*root_, range).invariant != TREE_VALID) return false;
+  selection_ = range;
+  if (range.anchor == range.caret) selection_.anchor = {};
   return needRedraw();
 }
 
@@ -163,7 +117,7 @@ void ViewZNT4C::display(long x, long y) const {
     return;
   }
   layoutIfPending();
-  root_->display(*graphics_, x, y, caretNode_);
+  root_->display(*graphics_, x, y, selection_.caret.node);
 }
 
 bool ViewZNT4C::needLayout() {
@@ -203,10 +157,7 @@ bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool,
 ViewZNT4C::EventC::EventC(ViewZNT4C& view) : view_(view) {
   view_.takeBackIfDue();
   view_.executing_ = true;
-  caretNode_ = view_.caretNode_;
-  caretPos_ = view_.caretPos_;
-  anchorNode_ = view_.anchorNode_;
-  anchorPos_ = view_.anchorPos_;
+  selection_ = view_.selection_;
   penDown_ = view_.penDown_;
 }
 
@@ -216,10 +167,7 @@ ViewZNT4C::EventC::~EventC() {
   view_.penDown_ = penDown_;
   view_.takeBackDue_ = view_.history_->isStepOpen();
   if (view_.takeBackDue_) return;
-  view_.caretNode_ = caretNode_;
-  view_.caretPos_ = caretPos_;
-  view_.anchorNode_ = anchorNode_;
-  view_.anchorPos_ = anchorPos_;
+  view_.selection_ = selection_;
 }
 
 void ViewZNT4C::EventC::finish() {
@@ -240,8 +188,7 @@ bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long
     case EVENT_PEN_DOWN:
       penDown_ = true;
       setSelection(x, y);
-      anchorNode_ = caretNode_;
-      anchorPos_ = caretPos_;
+      selection_.anchor = selection_.caret;
       return needRedraw();
     case EVENT_PEN_UP: {
       bool const wasDown = penDown_;
@@ -250,10 +197,9 @@ bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long
     }
     case EVENT_PEN_MOVE: {
       if (!penDown_) return false;
-      Node4C const* const node = caretNode_;
-      unsigned int const pos = caretPos_;
+      PlaceS const caret = selection_.caret;
       setSelection(x, y);
-      if (node != caretNode_ || pos != caretPos_) needRedraw();
+      if (selection_.caret != caret) needRedraw();
       return true;
     }
   }
@@ -296,15 +242,15 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
 
 bool ViewZNT4C::finishEdit() {
   if (history_->isStepOpen()) {
-    if (layoutPending_) root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    if (layoutPending_) root_->checkTree(selection_);
   } else if (layoutPending_) {
     // The tree is in order, and nothing would lead back to it.
-    Node4C::stepInside(caretNode_, caretPos_);
-    Node4C::stepInside(anchorNode_, anchorPos_);
+    Node4C::stepInside(selection_.caret);
+    Node4C::stepInside(selection_.anchor);
   }
 #ifdef ZOLT_CHECK_TREES
-  bool const sound = validateTree(*root_).invariant == TREE_VALID && isPlace(*root_, caretNode_, caretPos_) &&
-                     (!anchorNode_ || isPlace(*root_, anchorNode_, anchorPos_));
+  bool const sound = validateTree(*root_).invariant == TREE_VALID &&
+                     validateSelection(*root_, selection_).invariant == TREE_VALID;
   if (!sound) __builtin_trap();
 #endif
   return grouping_ || settleEdit();

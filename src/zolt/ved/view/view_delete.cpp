@@ -39,27 +39,26 @@ bool ViewZNT4C::deleteSelection() {
   if (!backupBeforeModif()) return false;
   SelectionBoundsS const bounds(*this);
   if (!bounds.line) return true;
-  anchorNode_ = nullptr;
+  selection_.anchor = {};
 
+  PlaceS& caret = selection_.caret;
   Node4C* const line = bounds.line;
   unsigned long const first = bounds.first;
   Node4C* const firstItem = line->child(first);
   if (first == bounds.last) {
     firstItem->refText().erase(bounds.firstPos, bounds.lastPos - bounds.firstPos);
-    caretPos_ = bounds.firstPos;
+    caret.pos = bounds.firstPos;
     return true;
   }
 
   line->deleteChildren(first + 1, bounds.last - first - 1);
-  caretPos_ = 0;
   Node4C* const lastItem = line->child(first + 1);
   if (lastItem->getType() == NODE4_TEXT) {
     lastItem->refText().erase(0, bounds.lastPos);
-    caretNode_ = lastItem;
   } else {
-    caretNode_ = new Node4C(NODE4_TEXT, nullptr, wstring(), 0);
-    line->replaceChild(first + 1, caretNode_);
+    line->replaceChild(first + 1, new Node4C(NODE4_TEXT, nullptr, wstring(), 0));
   }
+  caret = startOf(line->child(first + 1));
   if (firstItem->getType() == NODE4_TEXT) {
     firstItem->refText().erase(bounds.firstPos);
   } else {
@@ -71,15 +70,16 @@ bool ViewZNT4C::deleteSelection() {
 bool ViewZNT4C::doDelete() {
   if (!editable_) return bip();
   if (isSelected()) return deleteSelection();
-  if (caretPos_ < caretNode_->sizeText()) {
+  PlaceS const caret = selection_.caret;
+  if (caret.pos < caret.node->sizeText()) {
     backupBeforeModif();
-    caretNode_->refText().erase(caretPos_, 1);
+    refCaretNode().refText().erase(caret.pos, 1);
     return true;
   }
-  Node4C const* const right = caretNode_->goRight();
+  Node4C const* const right = caret.node->goRight();
   if (!right || !isTypedBracket(*right)) return bip();
   backupBeforeModif();
-  caretNode_->getParent()->deleteChild(right->findChildNumber());
+  right->getParent()->deleteChild(right->findChildNumber());
   return true;
 }
 
@@ -95,13 +95,13 @@ bool ViewZNT4C::doClear() {
 bool ViewZNT4C::doBackspace() {
   if (!editable_) return bip();
   if (isSelected()) return deleteSelection();
-  if (caretPos_ > 0) {
+  PlaceS& caret = selection_.caret;
+  if (caret.pos > 0) {
     backupBeforeModif();
-    --caretPos_;
-    caretNode_->refText().erase(caretPos_, 1);
+    refCaretNode().refText().erase(--caret.pos, 1);
     return true;
   }
-  Node4C* const left = caretNode_->goLeft();
+  Node4C* const left = caret.node->goLeft();
   return left ? backspaceOver(*left) : backspaceOutOfRow();
 }
 
@@ -122,7 +122,7 @@ bool ViewZNT4C::backspaceOver(Node4C& item) {
 }
 
 bool ViewZNT4C::backspaceOutOfRow() {
-  Node4C* const row = caretNode_->getParent();
+  Node4C* const row = selection_.caret.node->getParent();
   Node4C* const construct = row->getParent();
   if (construct->getType() == NODE4_ROOT) return bip();
 
@@ -134,27 +134,21 @@ bool ViewZNT4C::backspaceOutOfRow() {
   Node4C* const outer = construct->getParent();
   unsigned long const place = construct->findChildNumber();
   if (filled.count == 0) {
-    caretNode_ = outer->child(place + 1);
-    caretPos_ = 0;
+    selection_.caret = startOf(outer->child(place + 1));
     outer->deleteChild(place);
     return true;
   }
   Node4C* const content = construct->cutChild(filled.last);
-  if (filled.last != current) placeCaretAtEnd(*content);
+  if (filled.last != current) selection_.caret = rowEnd(*content);
   outer->deleteChild(place);
   outer->spliceChildren(place, content);
   return true;
 }
 
 bool ViewZNT4C::stepToEnd(Node4C const& row) {
-  placeCaretAtEnd(row);
+  selection_.caret = rowEnd(row);
   needRedraw();
   return false;
-}
-
-void ViewZNT4C::placeCaretAtEnd(Node4C const& row) {
-  caretNode_ = row.child(row.numChildren() - 1);
-  caretPos_ = static_cast<unsigned int>(caretNode_->sizeText());
 }
 
 }  // namespace zolt::math::ved

@@ -87,19 +87,19 @@ void ViewZNT4C::setSelection(long x, long y) {
   hitX_ = x = std::clamp(x, -farthest, farthest);
   hitY_ = std::clamp(y, -farthest, farthest);
   hitBestDistance_ = limits::hit_radius * limits::hit_radius;
-  PointS const position = caretNode_->getAbsolutePosition();
-  hitLeft_ = position.x;
-  hitWidth_ = caretNode_->getWidth();
+  PlaceS& caret = selection_.caret;
+  hitLeft_ = caret.node->getAbsolutePosition().x;
+  hitWidth_ = caret.node->getWidth();
   findSelectionNode(root_->child(0), 0, 0);
 
   if (x < hitLeft_) {
-    caretPos_ = 0;
+    caret.pos = 0;
   } else if (x >= hitLeft_ + hitWidth_) {
-    caretPos_ = static_cast<unsigned int>(caretNode_->sizeText());
+    caret = endOf(caret.node);
   } else {
-    caretNode_->selectFont(*graphics_);
-    PrefixMeasureC const measure(caretNode_->crefText(), *graphics_);
-    caretPos_ = static_cast<unsigned int>(findBoundary(measure, caretNode_->sizeText(), x - hitLeft_));
+    caret.node->selectFont(*graphics_);
+    PrefixMeasureC const measure(caret.node->crefText(), *graphics_);
+    caret.pos = static_cast<unsigned int>(findBoundary(measure, caret.node->sizeText(), x - hitLeft_));
   }
   needRedraw();
 }
@@ -135,7 +135,7 @@ bool ViewZNT4C::findSelectionNode(Node4C* node, long x, long y) {
   auto const enter = [&](Node4C& visited) {
     long const left = x + visited.getDX();
     long const top = y + visited.getDY();
-    if (visited.getType() == NODE4_TEXT) return examineText(&visited, left, top) ? WALK_STOP : WALK_PAST;
+    if (visited.getType() == NODE4_TEXT) return examineText(visited, left, top) ? WALK_STOP : WALK_PAST;
     if (visited.numChildren() == 0 || !isWorthVisiting(visited, left, top)) return WALK_PAST;
     x = left;
     y = top;
@@ -160,9 +160,9 @@ bool ViewZNT4C::isWorthVisiting(Node4C const& node, long x, long y) const {
   return h < limits::hit_radius && v < limits::hit_radius && h * h + v * v < hitBestDistance_;
 }
 
-bool ViewZNT4C::examineText(Node4C* node, long x, long y) {
-  long const width = node->getWidth();
-  long const height = node->getHeight();
+bool ViewZNT4C::examineText(Node4C const& node, long x, long y) {
+  long const width = node.getWidth();
+  long const height = node.getHeight();
   bool const hit = isInside(hitX_, x, width) && isInside(hitY_, y, height);
   if (!hit) {
     long const h = distanceTo(hitX_, x, width);
@@ -173,7 +173,7 @@ bool ViewZNT4C::examineText(Node4C* node, long x, long y) {
     if (hitDistance_ >= hitBestDistance_) return false;
     hitBestDistance_ = hitDistance_;
   }
-  caretNode_ = node;
+  selection_.caret.node = &node;
   hitLeft_ = x;
   hitWidth_ = width;
   return hit;

@@ -12,23 +12,13 @@ bool ViewZNT4C::doRunOperator(PointerTC<OperatorBC> op) {
 
 OperatorListC const& ViewInsertionC::crefOperatorList() const { return *view_.operatorList_; }
 
-Node4C* ViewInsertionC::getCaretNode() const { return view_.caretNode_; }
+PlaceS ViewInsertionC::getCaret() const { return view_.selection_.caret; }
 
-unsigned int ViewInsertionC::getCaretPos() const { return view_.caretPos_; }
+Node4C& ViewInsertionC::refCaretNode() { return view_.refCaretNode(); }
 
-void ViewInsertionC::placeCaret(Node4C* node, unsigned int pos) {
-  view_.caretNode_ = node;
-  view_.caretPos_ = pos;
-}
+void ViewInsertionC::placeCaret(PlaceS place) { view_.selection_.caret = place; }
 
-void ViewInsertionC::placeCaretAtEnd(Node4C* row) { view_.placeCaretAtEnd(*row); }
-
-void ViewInsertionC::placeAnchor(Node4C* node, unsigned int pos) {
-  view_.anchorNode_ = node;
-  view_.anchorPos_ = pos;
-}
-
-void ViewInsertionC::clearAnchor() { view_.anchorNode_ = nullptr; }
+void ViewInsertionC::placeAnchor(PlaceS place) { view_.selection_.anchor = place; }
 
 std::unique_ptr<Node4C> ViewInsertionC::copySelection() const {
   return std::unique_ptr<Node4C>(view_.copySelection());
@@ -43,18 +33,16 @@ bool ViewInsertionC::deleteSelection() { return view_.deleteSelection(); }
 void ViewInsertionC::splitText(bool toRight) { view_.splitText(toRight); }
 
 void ViewInsertionC::insertText(wstring const& text) {
-  view_.caretNode_->refText().insert(view_.caretPos_, text);
-  view_.caretPos_ += static_cast<unsigned int>(text.size());
+  refCaretNode().refText().insert(view_.selection_.caret.pos, text);
+  view_.selection_.caret.pos += static_cast<unsigned int>(text.size());
 }
 
 void ViewInsertionC::insertBeforeCaret(std::unique_ptr<Node4C> node) {
-  Node4C* const caretNode = view_.caretNode_;
-  caretNode->getParent()->insertChild(caretNode->findChildNumber(), node.release());
+  Node4C const& text = *view_.selection_.caret.node;
+  text.getParent()->insertChild(text.findChildNumber(), node.release());
 }
 
-void ViewInsertionC::checkRow(Node4C& row) {
-  row.checkTree(view_.caretNode_, view_.caretPos_, view_.anchorNode_, view_.anchorPos_);
-}
+void ViewInsertionC::checkRow(Node4C& row) { row.checkTree(view_.selection_); }
 
 bool ViewInsertionC::mayNest() const { return view_.mayNest(1); }
 

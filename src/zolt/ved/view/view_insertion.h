@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
@@ -21,14 +22,12 @@ class ViewInsertionC {
 
   OperatorListC const& crefOperatorList() const;
 
-  Node4C* getCaretNode() const;
-  unsigned int getCaretPos() const;
-  void placeCaret(Node4C* node, unsigned int pos);
-  /// Puts the caret at the end of the last text of `row`, which must end in a text.
-  void placeCaretAtEnd(Node4C* row);
-
-  void placeAnchor(Node4C* node, unsigned int pos);
-  void clearAnchor();
+  PlaceS getCaret() const;
+  /// The caret's text, to be changed.
+  Node4C& refCaretNode();
+  void placeCaret(PlaceS place);
+  /// A place without a node ends the selection.
+  void placeAnchor(PlaceS place);
 
   /// The selection as a new row; null when nothing is selected.
   std::unique_ptr<Node4C> copySelection() const;

@@ -17,9 +17,10 @@ long measureStart(Node4C const& text, unsigned int count, GraphicsABC const& gra
 
 RectangleS ViewZNT4C::getCaretRectangle() {
   if (!executing_) layoutIfPending();
-  PointS const position = caretNode_->getAbsolutePosition();
-  long const right = position.x + measureStart(*caretNode_, caretPos_, *graphics_);
-  return {right - 1, position.y, right, position.y + caretNode_->getHeight()};
+  auto const& [node, pos] = selection_.caret;
+  PointS const position = node->getAbsolutePosition();
+  long const right = position.x + measureStart(*node, pos, *graphics_);
+  return {right - 1, position.y, right, position.y + node->getHeight()};
 }
 
 RectangleS ViewZNT4C::getCurrentNodeRectangle() {

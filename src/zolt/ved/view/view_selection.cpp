@@ -32,19 +32,23 @@ void climbToSiblings(Node4C const*& a, Node4C const*& b) {
 
 bool ViewZNT4C::isSelected() const {
   takeBackIfDue();
-  if (!anchorNode_) return false;
-  if (anchorNode_ != caretNode_ || anchorPos_ != caretPos_) return true;
-  if (!penDown_) anchorNode_ = nullptr;
+  if (!selection_.anchor) return false;
+  if (selection_.anchor != selection_.caret) return true;
+  if (!penDown_) selection_.anchor = {};
   return false;
+}
+
+SelectionS ViewZNT4C::getSelection() const {
+  return isSelected() ? selection_ : SelectionS{{}, selection_.caret};
 }
 
 bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos,
                                    unsigned long& last, unsigned int& lastPos) const {
   if (!isSelected()) return false;
-  Node4C const* caretItem = caretNode_;
-  Node4C const* anchorItem = anchorNode_;
-  firstPos = caretPos_;
-  lastPos = anchorPos_;
+  Node4C const* caretItem = selection_.caret.node;
+  Node4C const* anchorItem = selection_.anchor.node;
+  firstPos = selection_.caret.pos;
+  lastPos = selection_.anchor.pos;
   if (caretItem == anchorItem) {
     line = caretItem->getParent();
     first = last = caretItem->findChildNumber();
@@ -59,7 +63,7 @@ bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned
     line = common->getParent();
     first = item - 1;
     last = item + 1;
-    firstPos = static_cast<unsigned int>(line->child(first)->sizeText());
+    firstPos = endOf(line->child(first)).pos;
     lastPos = 0;
     return true;
   }
@@ -80,7 +84,7 @@ SelectionBoundsS::SelectionBoundsS(ViewZNT4C const& view) {
 
 Node4C const& ViewZNT4C::crefCurrentRow() const {
   Node4C const* const line = SelectionBoundsS(*this).line;
-  return line ? *line : *caretNode_->getParent();
+  return line ? *line : *selection_.caret.node->getParent();
 }
 
 unsigned long ViewZNT4C::countSelectedRows() const {

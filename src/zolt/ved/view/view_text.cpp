@@ -75,9 +75,10 @@ bool ViewZNT4C::doAddText(wstring const& text) {
 bool ViewZNT4C::addTexts(wstring const& text) {
   bool pending = false;
   auto const normalise = [&] {
-    root_->checkTree(caretNode_, caretPos_, anchorNode_, anchorPos_);
+    root_->checkTree(selection_);
     pending = false;
   };
+  PlaceS const& caret = selection_.caret;
   for (std::size_t i = 0; i < text.size(); ++i) {
     char16_t const c = text[i];
     wstring const one(1, c);
@@ -86,18 +87,18 @@ bool ViewZNT4C::addTexts(wstring const& text) {
     if (pending && !written) normalise();
 
     bool const selected = isSelected();
-    bool const farFromEnds = text.size() - i > long_text && caretNode_->sizeText() - caretPos_ > long_text;
+    bool const farFromEnds = text.size() - i > long_text && endOf(caret.node).pos - caret.pos > long_text;
     if (i > 0 && written && !selected && farFromEnds) {
       splitText(false);
       pending = true;
     }
-    Node4C const* const node = caretNode_;
+    Node4C const* const node = caret.node;
     Node4C const* const row = node->getParent();
     unsigned long const count = row->numChildren();
     if (!doAddText(one)) return false;
     bool const bracket = !op && (c == Node4C::OPEN_C || c == Node4C::CLOSE_C);
-    bool const onlyText = caretNode_ == node && node->getParent() == row && row->numChildren() == count;
-    if (selected || !(bracket || onlyText) || isOutsideAutoBracket(*caretNode_)) {
+    bool const onlyText = caret.node == node && node->getParent() == row && row->numChildren() == count;
+    if (selected || !(bracket || onlyText) || isOutsideAutoBracket(*caret.node)) {
       normalise();
     } else if (bracket) {
       pending = true;
@@ -109,28 +110,28 @@ bool ViewZNT4C::addTexts(wstring const& text) {
 }
 
 void ViewZNT4C::addCharacter(char16_t c) {
-  caretNode_->refText().insert(caretPos_, 1, c);
-  ++caretPos_;
+  refCaretNode().refText().insert(selection_.caret.pos++, 1, c);
   history_->markTyping(true);
 }
 
 void ViewZNT4C::addBracket(Node4TypeE type) {
-  if (caretPos_ == 0) {
+  if (selection_.caret.pos == 0) {
     if (promoteAutoBracket(type)) return;
   } else {
     splitText(true);
   }
-  Node4C* const row = caretNode_->getParent();
-  row->insertChild(caretNode_->findChildNumber(), makeNode(type).release());
+  Node4C const& text = *selection_.caret.node;
+  text.getParent()->insertChild(text.findChildNumber(), makeNode(type).release());
 }
 
 /// At an end of a row, turns the supplied bracket there into the typed one that takes its place.
 bool ViewZNT4C::promoteAutoBracket(Node4TypeE type) {
-  Node4C* const row = caretNode_->getParent();
+  Node4C const* const text = selection_.caret.node;
+  Node4C* const row = text->getParent();
   unsigned long const count = row->numChildren();
   if (count < 2) return false;
   bool const open = type == NODE4_OPEN;
-  if (caretNode_ != row->child(open ? 0 : count - 1)) return false;
+  if (text != row->child(open ? 0 : count - 1)) return false;
   Node4C* const bracket = row->child(open ? 1 : count - 2);
   if (bracket->getType() != (open ? NODE4_AUTO_OPEN : NODE4_AUTO_CLOSE)) return false;
   bracket->setType(type);
@@ -138,20 +139,19 @@ bool ViewZNT4C::promoteAutoBracket(Node4TypeE type) {
 }
 
 void ViewZNT4C::splitText(bool toRight) {
-  Node4C* const row = caretNode_->getParent();
-  unsigned long const place = caretNode_->findChildNumber();
+  PlaceS& caret = selection_.caret;
+  Node4C& text = refCaretNode();
+  unsigned long const place = text.findChildNumber();
   Node4C* const part = makeNode(NODE4_TEXT).release();
-  if (caretPos_ == 0) {
-    row->insertChild(place, part);
-    if (!toRight) caretNode_ = part;
+  if (caret.pos == 0) {
+    text.getParent()->insertChild(place, part);
+    if (!toRight) caret.node = part;
     return;
   }
-  row->insertChild(place + 1, part);
-  part->refText() = caretNode_->crefText().substr(caretPos_);
-  caretNode_->refText().erase(caretPos_);
-  if (!toRight) return;
-  caretNode_ = part;
-  caretPos_ = 0;
+  text.getParent()->insertChild(place + 1, part);
+  part->refText() = text.crefText().substr(caret.pos);
+  text.refText().erase(caret.pos);
+  if (toRight) caret = startOf(part);
 }
 
 }  // namespace zolt::math::ved

@@ -33,12 +33,8 @@ bool ViewZNT4C::redo() {
 // Announced like an edit, so that it is taken back when it is cut short.
 void ViewZNT4C::goOver(bool redo) {
   EventC guard(*this);
-  history_->beginStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_});
-  EditPathsS const& places = redo ? history_->redo(*root_) : history_->undo(*root_);
-  caretNode_ = places.caret.find(root_.get());
-  caretPos_ = places.caret.getPos();
-  anchorNode_ = places.anchor.find(root_.get());
-  anchorPos_ = places.anchor.getPos();
+  history_->beginStep(*root_, selection_);
+  selection_ = selectionAt(*root_, redo ? history_->redo(*root_) : history_->undo(*root_));
   history_->dropStep();
   needLayout();
   guard.finish();
@@ -77,6 +73,6 @@ void ViewZNT4C::takeBack() const {
   if (!grouping_) history_->dropStep();
 }
 
-void ViewZNT4C::recordStep() { history_->endStep(*root_, {caretNode_, caretPos_, anchorNode_, anchorPos_}); }
+void ViewZNT4C::recordStep() { history_->endStep(*root_, selection_); }
 
 }  // namespace zolt::math::ved

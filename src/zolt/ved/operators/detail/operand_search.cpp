@@ -46,70 +46,62 @@ unsigned long findMatch(Node4C const& row, unsigned long i) {
 
 /// Takes the exponent that follows the stretch with it.
 void takeExponent(OperandStretchS& stretch) {
-  if (stretch.farPos != stretch.far->sizeText()) return;
-  Node4C* const power = stretch.far->goRight();
-  if (!power || power->getType() != NODE4_POWER || !power->goRight()) return;
-  stretch.far = power->goRight();
-  stretch.farPos = 0;
+  if (stretch.far != endOf(stretch.far.node)) return;
+  Node4C const* const power = stretch.far.node->goRight();
+  if (power && power->getType() == NODE4_POWER && power->goRight()) stretch.far = placeAfter(*power);
 }
 
 }  // namespace
 
-OperandStretchS findLeftOperand(Node4C* caretNode, unsigned int caretPos) {
+OperandStretchS findLeftOperand(PlaceS caret) {
   OperandStretchS stretch;
-  stretch.near = caretNode;
-  stretch.nearPos = backOverBlanks(caretNode->crefText(), caretPos);
-  wstring const& text = caretNode->crefText();
-  unsigned int const pos = backOverFactorials(text, stretch.nearPos);
+  wstring const& text = caret.node->crefText();
+  stretch.near = {caret.node, backOverBlanks(text, caret.pos)};
+  unsigned int const pos = backOverFactorials(text, stretch.near.pos);
   if (pos > 0) {
-    stretch.far = caretNode;
-    stretch.farPos = backOverOperand(text, pos);
+    stretch.far = {caret.node, backOverOperand(text, pos)};
     return stretch;
   }
 
-  Node4C const& row = *caretNode->getParent();
-  unsigned long i = caretNode->findChildNumber();
+  Node4C const& row = *caret.node->getParent();
+  unsigned long i = caret.node->findChildNumber();
   if (i == 0) return stretch;
   // Exponents go with their base; between an exponent and another item stands an empty text.
   --i;
   while (i > 0 && (row.child(i)->getType() == NODE4_POWER || row.child(i)->isEmptyText())) --i;
-  Node4C* const item = row.child(i);
+  Node4C const* const item = row.child(i);
   if (item->getType() == NODE4_TEXT) {
-    stretch.far = item;
-    stretch.farPos = backOverOperand(item->crefText(), static_cast<unsigned int>(item->sizeText()));
+    stretch.far = {item, backOverOperand(item->crefText(), endOf(item).pos)};
   } else if (item->getType() == NODE4_OPERATOR) {
-    stretch.far = item->goLeft();
-    if (stretch.far) stretch.farPos = static_cast<unsigned int>(stretch.far->sizeText());
+    stretch.far = placeBefore(*item);
   } else if (isClosingBracket(item->getType())) {
     unsigned long const open = findMatch(row, i);
     if (open == 0 || open >= row.numChildren()) return stretch;
-    stretch.far = row.child(open - 1);
-    auto const end = static_cast<unsigned int>(stretch.far->sizeText());
-    stretch.farPos = backOverName(stretch.far->crefText(), end);
-    stretch.group = stretch.farPos == end;
+    PlaceS const end = endOf(row.child(open - 1));
+    stretch.far = {end.node, backOverName(end.node->crefText(), end.pos)};
+    stretch.group = stretch.far == end;
   }
   return stretch;
 }
 
-OperandStretchS findRightOperand(Node4C* caretNode, unsigned int caretPos) {
+OperandStretchS findRightOperand(PlaceS caret) {
   OperandStretchS stretch;
-  stretch.near = caretNode;
-  stretch.nearPos = caretPos;
-  wstring const& text = caretNode->crefText();
-  unsigned int pos = caretPos;
+  stretch.near = caret;
+  wstring const& text = caret.node->crefText();
+  unsigned int pos = caret.pos;
   while (pos < text.size() && text[pos] == u' ') ++pos;
 
-  Node4C const& row = *caretNode->getParent();
-  unsigned long const next = caretNode->findChildNumber() + 1;
+  Node4C const& row = *caret.node->getParent();
+  unsigned long const next = caret.node->findChildNumber() + 1;
   if (pos == text.size()) {
     if (next + 1 >= row.numChildren()) return stretch;
-    Node4C* const item = row.child(next);
+    Node4C const* const item = row.child(next);
     if (item->getType() == NODE4_OPERATOR) {
-      stretch.far = row.child(next + 1);
+      stretch.far = startOf(row.child(next + 1));
     } else if (isOpeningBracket(item->getType())) {
       unsigned long const close = findMatch(row, next);
       if (close + 1 >= row.numChildren()) return stretch;
-      stretch.far = row.child(close + 1);
+      stretch.far = startOf(row.child(close + 1));
       stretch.group = true;
       takeExponent(stretch);
     }
@@ -117,14 +109,10 @@ OperandStretchS findRightOperand(Node4C* caretNode, unsigned int caretPos) {
   }
 
   while (pos < text.size() && isOperandCharacter(text[pos])) ++pos;
-  stretch.far = caretNode;
-  stretch.farPos = pos;
+  stretch.far = {caret.node, pos};
   if (pos == text.size() && next < row.numChildren() && isOpeningBracket(row.child(next)->getType())) {
     unsigned long const close = findMatch(row, next);
-    if (close + 1 < row.numChildren()) {
-      stretch.far = row.child(close + 1);
-      stretch.farPos = 0;
-    }
+    if (close + 1 < row.numChildren()) stretch.far = startOf(row.child(close + 1));
   }
   takeExponent(stretch);
   return stretch;

@@ -22,10 +22,7 @@ class ViewZNT4C::EventC {
   ViewZNT4C& view_;
   bool finished_ = false;
   // Where nothing but these was changed, the history has no step to go back by.
-  Node4C* caretNode_;
-  Node4C* anchorNode_;
-  unsigned int caretPos_;
-  unsigned int anchorPos_;
+  SelectionS selection_;
   bool penDown_;
 };
 
