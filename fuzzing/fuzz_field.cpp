@@ -55,8 +55,13 @@ class FieldSessionC {
     }
     if (bytes() != end) return "doing everything again does not lead back to the end";
 
+    auto const told = field_.diagnose().expression;
+    if (bytes() != end) return "a question changed the formula";
     FormulaErrorS error;
     auto const expression = field_.getExpression(&error);
+    if (bool(told) != bool(expression) || (told && told->toPrefixString() != expression->toPrefixString())) {
+      return "the formula was said to be another one";
+    }
     if (auto fault = checkState(); !fault.empty()) return "after conversion: " + fault;
     if (!expression) return error.text.empty() ? "no expression, and no word why" : "";
     if (auto fault = checkTexts(*expression); !fault.empty()) return fault;
@@ -100,6 +105,10 @@ class FieldSessionC {
     }
     askedFor_ = (askedFor_ + 1) % COMMAND_COUNT;
     field_.isEnabled(static_cast<CommandE>(askedFor_));
+    FormulaDiagnosisS const told = askedFor_ % 8 == 0 ? field_.diagnose() : FormulaDiagnosisS();
+    if (told.error.range.caret && validateSelection(root, told.error.range).invariant != TREE_VALID) {
+      return "what is faulty is nowhere";
+    }
     return {};
   }
 

@@ -135,8 +135,13 @@ TEST(FieldExpressions, AreAsWritten) {
     SCOPED_TRACE(one.where + ": " + one.input);
     StageC stage;
     for (char16_t const c : fromUtf8(one.input)) EXPECT_TRUE(stage.refField().typeCharacter(c));
+    std::string const before = stage.notation();
+    FormulaDiagnosisS const told = stage.refField().diagnose();
+    EXPECT_EQ(stage.notation(), before);
     FormulaErrorS error;
     auto const expression = stage.refField().getExpression(&error);
+    EXPECT_EQ(describe(told.expression), describe(expression));
+    EXPECT_EQ(told.error.text, error.text);
     EXPECT_EQ(expression ? describe(expression) : toUtf8(error.text) + ": " + stage.notation(), one.expected);
   }
 }

@@ -171,12 +171,12 @@ TEST(FieldErrors, TellWhere) {
   EXPECT_EQ(error.range.caret.pos, 6u);
 }
 
-TEST(FieldExpressions, KeepTheOriginalWhenOnlyRead) {
+TEST(FieldExpressions, AreWhatALockedFieldShows) {
   StageC stage;
-  auto const expression = AlgebraicExpressionC::fromPrefixString(u"+(a,1.50)");
-  stage.refField().setExpression(expression);
-  stage.refField().setEditable(false);
-  EXPECT_EQ(stage.refField().getExpression().get(), expression.get());
+  stage.refField().setExpression(AlgebraicExpressionC::fromPrefixString(u"+(a,1.50)"));
+  stage.play("command end\ntype \"1\"\nlock\ncommand select-all");
+  EXPECT_EQ(describe(stage.refField().getExpression()), "+(a,1.501)");
+  EXPECT_EQ(toUtf8(stage.refField().copy().prefix), "+(a,1.501)");
 }
 
 TEST(FieldExpressions, AreSetFromPlainText) {

@@ -6,8 +6,9 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -38,11 +39,6 @@ unsigned int nameStart(PlaceS end) {
   return start;
 }
 
-bool hasSuppliedClose(Node4C const& row) {
-  unsigned long const count = row.numChildren();
-  return count > 2 && row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
-}
-
 /// "name(" just typed.
 ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
   PlaceS const nameEnd = placeBefore(open);
@@ -56,7 +52,7 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
   found.end = view.getSelection().caret;
   // The bracket may have been the missing one of a pair, whose content then becomes the argument.
   Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
-  if (close && isTypedClose(*close)) {
+  if (close && close->getType() == NODE4_CLOSE) {
     found.contentBegin = found.end;
     found.contentEnd = placeBefore(*close);
     found.end = placeAfter(*close);
@@ -73,7 +69,7 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   ConstructReplacementS found;
   Node4C const* const open = findOpenBracket(caret);
   Node4C const* const next = caret.pos == caret.node->sizeText() ? caret.node->goRight() : nullptr;
-  if (!open || !next || !isClose(*next)) return found;
+  if (!open || !next || !isClosingBracket(next->getType())) return found;
   PlaceS const nameEnd = placeBefore(*open);
   unsigned int const start = nameStart(nameEnd);
   auto const op = findConstructOfPair(view.crefOperatorList(),
@@ -82,7 +78,7 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   if (!op || hasComma(placeAfter(*open), comma)) return found;
   found.op = op;
   found.begin = {nameEnd.node, start};
-  found.end = isTypedClose(*next) ? placeAfter(*next) : caret;
+  found.end = next->getType() == NODE4_CLOSE ? placeAfter(*next) : caret;
   found.contentBegin = placeAfter(*open);
   found.contentEnd = comma;
   auto const rows = argumentRows(*op);
@@ -150,7 +146,7 @@ ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {
   PlaceS const caret = view.getSelection().caret;
   if (caret.pos == 0) {
     Node4C const* const left = caret.node->goLeft();
-    if (left && isTypedOpen(*left)) return findOpenedConstruct(view, *left);
+    if (left && left->getType() == NODE4_OPEN) return findOpenedConstruct(view, *left);
   } else if (caret.node->crefText()[caret.pos - 1] == u',') {
     return findPairedConstruct(view, caret);
   }

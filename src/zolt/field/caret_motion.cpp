@@ -1,7 +1,8 @@
 #include "zolt/field/caret_motion.h"
 
-#include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/detail/vertical_motion.h"
+#include "zolt/field/detail/words.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -12,7 +13,7 @@ using namespace math::ved;
 namespace {
 
 PlaceS leftOf(PlaceS from) {
-  if (from.pos == 0) return endOf(previousText(from.node));
+  if (from.pos == 0) return endOf(previousText(*from.node));
   do {
     --from.pos;
   } while (from.pos > 0 && isContinuation(from.node->crefText()[from.pos]));
@@ -21,7 +22,7 @@ PlaceS leftOf(PlaceS from) {
 
 PlaceS rightOf(PlaceS from) {
   wstring const& text = from.node->crefText();
-  if (from.pos == text.size()) return startOf(nextText(from.node));
+  if (from.pos == text.size()) return startOf(nextText(*from.node));
   do {
     ++from.pos;
   } while (from.pos < text.size() && isContinuation(text[from.pos]));
@@ -29,12 +30,12 @@ PlaceS rightOf(PlaceS from) {
 }
 
 PlaceS outLeft(PlaceS from) {
-  Node4C const* const item = enclosingItem(from.node);
+  Node4C const* const item = enclosingItem(*from.node);
   return item ? placeBefore(*item) : PlaceS();
 }
 
 PlaceS outRight(PlaceS from) {
-  Node4C const* const item = enclosingItem(from.node);
+  Node4C const* const item = enclosingItem(*from.node);
   return item ? placeAfter(*item) : PlaceS();
 }
 
@@ -65,7 +66,7 @@ PlaceS wordRight(PlaceS from) {
 PlaceS nextSlot(PlaceS from) {
   Node4C const* text = from.node;
   do {
-    text = nextText(text);
+    text = nextText(*text);
   } while (text && !isSlot(*text));
   return text ? startOf(text) : outRight(from);
 }
@@ -73,14 +74,14 @@ PlaceS nextSlot(PlaceS from) {
 PlaceS previousSlot(PlaceS from) {
   Node4C const* text = from.node;
   do {
-    text = previousText(text);
+    text = previousText(*text);
   } while (text && !isSlot(*text));
   return text ? startOf(text) : outLeft(from);
 }
 
-PlaceS search(CaretMotionE motion, ViewZNT4C& view, PlaceS from, long& column) {
-  Node4C const& formula = *view.crefRoot().child(0);
-  Node4C const& row = *from.node->getParent();
+PlaceS search(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& column) {
+  auto const [formulaStart, formulaEnd] = view.getWhole();
+  auto const [start, end] = wholeRow(*from.node->getParent());
   switch (motion) {
     case MOTION_LEFT:
       return leftOf(from);
@@ -88,19 +89,19 @@ PlaceS search(CaretMotionE motion, ViewZNT4C& view, PlaceS from, long& column) {
       return rightOf(from);
     case MOTION_UP:
     case MOTION_DOWN:
-      return findVertical(view, from, motion == MOTION_UP, column);
+      return findVertical(view, from, motion, column);
     case MOTION_WORD_LEFT:
       return wordLeft(from);
     case MOTION_WORD_RIGHT:
       return wordRight(from);
     case MOTION_HOME:
-      return from != rowStart(row) ? rowStart(row) : rowStart(formula);
+      return from != start ? start : formulaStart;
     case MOTION_END:
-      return from != rowEnd(row) ? rowEnd(row) : rowEnd(formula);
+      return from != end ? end : formulaEnd;
     case MOTION_FORMULA_START:
-      return rowStart(formula);
+      return formulaStart;
     case MOTION_FORMULA_END:
-      return rowEnd(formula);
+      return formulaEnd;
     case MOTION_NEXT_SLOT:
       return nextSlot(from);
     case MOTION_PREVIOUS_SLOT:
@@ -115,7 +116,7 @@ PlaceS search(CaretMotionE motion, ViewZNT4C& view, PlaceS from, long& column) {
 
 }  // namespace
 
-PlaceS findTarget(CaretMotionE motion, ViewZNT4C& view, PlaceS from, long& column) {
+PlaceS findTarget(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& column) {
   PlaceS const target = search(motion, view, from, column);
   return target == from ? PlaceS() : target;
 }

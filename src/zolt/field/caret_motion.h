@@ -28,11 +28,17 @@ enum CaretMotionE {
   MOTION_OUT_RIGHT,
 };
 
+/// What a motion takes along.
+enum MoveE {
+  MOVE_CARET,         ///< and drops the selection
+  MOVE_SELECTION_END  ///< the selection's other end stays
+};
+
 /// The horizontal place that moves up and down keep to, in view coordinates.
 constexpr long no_column = -1;
 
 /// Where `motion` leads from `from`; null when it leads nowhere. `column` is kept by the caller between
 /// vertical moves, which set it when it is `no_column`. Lays the view out for them.
-PlaceS findTarget(CaretMotionE motion, math::ved::ViewZNT4C& view, PlaceS from, long& column);
+PlaceS findTarget(CaretMotionE motion, math::ved::ViewZNT4C const& view, PlaceS from, long& column);
 
 }  // namespace zolt::field

@@ -3,7 +3,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/field/detail/row_text.h"
-#include "zolt/field/detail/stretch.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -11,6 +11,7 @@ namespace zolt::field {
 using namespace detail;
 using math::algexpr::AlgebraicExpressionC;
 using math::algexpr::CASSessionBC;
+using math::ved::SelectionS;
 using math::ved::ViewZNT4C;
 using oss::PointerTC;
 
@@ -31,11 +32,11 @@ wstring toCommas(wstring const& text) { return exchanged(text, u".,", u",;"); }
 
 wstring toPoints(wstring const& text) { return exchanged(text, u",;", u".,"); }
 
-PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, bool decimalComma,
+PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, InputOptionsS const& options,
                                               exchange::PlainTextErrorS* error) {
   auto const session = CASSessionBC::getSession();
   // Text from elsewhere may have points all the same.
-  if (decimalComma) {
+  if (options.decimalComma) {
     if (auto expression = exchange::fromPlainText(toPoints(text), session)) return expression;
   }
   return exchange::fromPlainText(text, session, error);
@@ -65,12 +66,12 @@ wstring withoutLineEnds(wstring text) {
   return text;
 }
 
-PasteE pastePlainText(ViewZNT4C& view, wstring const& text, bool decimalComma,
+PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const& options,
                       exchange::PlainTextErrorS* error) {
-  if (auto const expression = readPlainText(text, decimalComma, error)) {
+  if (auto const expression = readPlainText(text, options, error)) {
     return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
   }
-  wstring const characters = withoutLineEnds(decimalComma ? toPoints(text) : text);
+  wstring const characters = withoutLineEnds(options.decimalComma ? toPoints(text) : text);
   if (!isTypable(characters) || !typeCharacters(view, characters)) return PASTE_REFUSED;
   return PASTE_AS_CHARACTERS;
 }
@@ -81,20 +82,20 @@ ClipboardABC::~ClipboardABC() = default;
 
 MemoryClipboardC::~MemoryClipboardC() = default;
 
-ClipboardContentS copySelection(ViewZNT4C const& view, bool decimalComma) {
+ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, InputOptionsS const& options) {
   ClipboardContentS content;
-  if (!view.isSelected()) return content;
-  if (auto const expression = view.copy(content.bytes)) {
+  if (!range.anchor || range.anchor == range.caret) return content;
+  if (auto const expression = view.copy(range, content.bytes)) {
     content.prefix = expression->toPrefixString();
     content.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   } else {
-    content.plainText = writeRowText(selectedStretch(view), view.crefOperatorList());
+    content.plainText = writeRowText(inOneRow(range), view.crefOperatorList());
   }
-  if (decimalComma) content.plainText = toCommas(content.plainText);
+  if (options.decimalComma) content.plainText = toCommas(content.plainText);
   return content;
 }
 
-PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
+PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, InputOptionsS const& options,
                     exchange::PlainTextErrorS* error, ClipboardFormE& form) {
   if (!view.isEditable()) return PASTE_REFUSED;
   form = CLIPBOARD_BYTES;
@@ -104,8 +105,7 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, bool deci
     return PASTE_DONE;
   }
   form = CLIPBOARD_PLAIN_TEXT;
-  return content.plainText.empty() ? PASTE_REFUSED
-                                   : pastePlainText(view, content.plainText, decimalComma, error);
+  return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content.plainText, options, error);
 }
 
 }  // namespace zolt::field

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/input_options.h"
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 class ViewZNT4C;
@@ -46,9 +48,10 @@ class MemoryClipboardC final : public ClipboardABC {
   ClipboardContentS content_;
 };
 
-/// The view's selection; empty when nothing is selected. `decimalComma`: the plain text has "," for the
+/// What is shown in `range`; empty when the range is. With a decimal comma the plain text has "," for the
 /// decimal sign and ";" between arguments.
-ClipboardContentS copySelection(math::ved::ViewZNT4C const& view, bool decimalComma);
+ClipboardContentS copyRange(math::ved::ViewZNT4C const& view, math::ved::SelectionS const& range,
+                            InputOptionsS const& options);
 
 enum PasteE {
   PASTE_DONE,
@@ -62,7 +65,7 @@ enum ClipboardFormE { CLIPBOARD_BYTES, CLIPBOARD_PREFIX, CLIPBOARD_PLAIN_TEXT };
 /// Replaces the view's selection by the first form of `content` that reads, and sets `form` to it. Plain text
 /// that is no formula is typed in when its characters can be; when they cannot, `error` (may be null) says
 /// why it was refused. To be called in a group of the view's, which the caller cancels after a refusal.
-PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content, bool decimalComma,
-                    exchange::PlainTextErrorS* error, ClipboardFormE& form);
+PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content,
+                    InputOptionsS const& options, exchange::PlainTextErrorS* error, ClipboardFormE& form);
 
 }  // namespace zolt::field

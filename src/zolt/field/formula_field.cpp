@@ -7,9 +7,8 @@
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/implied_products.h"
-#include "zolt/field/detail/stretch.h"
-#include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/error_text.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::field {
@@ -76,36 +75,45 @@ bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS*
   return true;
 }
 
-PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* error) {
-  completeName();
-  if (auto expression = view_.getAlgebraicExpression(nullptr)) return expression;
-  if (options_.impliedProducts) {
-    ImpliedProductsC products(view_.crefRoot(), view_.crefOperatorList());
-    if (products.hasAdded()) {
-      ErrorSelectionS found;
-      auto expression = products.refRoot().getAlgebraicExpression(&found);
-      if (expression || !error || !found.firstNode || !found.secondNode) return expression;
-      ActC const act(*this, makeStep(SCRIPT_ASK));
-      select({faultStart(products.toOriginal(*found.firstNode, found.firstIndex)),
-              faultEnd(products.toOriginal(*found.secondNode, found.secondIndex))});
-      fillError(found.cause, *error);
-      return nullptr;
+FormulaDiagnosisS FormulaFieldC::diagnose() const {
+  Node4C const& root = view_.crefRoot();
+  NodeRecordPointerC formula = root.makeRecord();
+  ReplacementS const completion = findCompletion();
+  SelectionPathS const completed = pathOf(SelectionS{completion.begin, completion.end});
+  bool const known = diagnosed_.formula.get() == formula.get() && diagnosed_.completed == completed &&
+                     diagnosed_.impliedProducts == options_.impliedProducts;
+  if (!known) {
+    DiagnosisS found;
+    if (!completion.begin) found = math::ved::diagnose(root);
+    bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
+    if (!found.expression && (completion.begin || (options_.impliedProducts && lacksSigns))) {
+      ImpliedProductsC copy(root, view_.crefOperatorList(), completion);
+      if (completion.begin) found = copy.diagnose();
+      if (!found.expression && options_.impliedProducts && copy.addSigns()) found = copy.diagnose();
     }
+    diagnosed_ = {std::move(formula),          completed,   options_.impliedProducts,
+                  std::move(found.expression), found.cause, pathOf(found.range)};
   }
-  if (!error) return nullptr;
-  ActC const act(*this, makeStep(SCRIPT_ASK));
-  ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
-  view_.getAlgebraicExpression(&cause);
-  fillError(cause, *error);
-  return nullptr;
+  FormulaDiagnosisS diagnosis;
+  diagnosis.expression = diagnosed_.expression;
+  if (diagnosis.expression) return diagnosis;
+  diagnosis.error.cause = diagnosed_.cause;
+  diagnosis.error.text = describe(diagnosed_.cause);
+  SelectionS& range = diagnosis.error.range;
+  range = selectionAt(root, diagnosed_.range);
+  if (!range.anchor || !range.caret) range = {anchor(), caret()};
+  diagnosis.error.box = view_.getRectangle(range);
+  return diagnosis;
 }
 
-void FormulaFieldC::fillError(ErrorCauseE cause, FormulaErrorS& error) {
-  error.cause = cause;
-  error.text = describe(cause);
-  error.range = {anchor(), caret()};
-  error.box = view_.isSelected() ? view_.getCurrentNodeRectangle() : view_.getCaretRectangle();
-  reveal_ = true;
+PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* error) {
+  completeName();
+  FormulaDiagnosisS found = diagnose();
+  if (found.expression || !error) return found.expression;
+  ActC const act(*this, makeStep(SCRIPT_ASK));
+  select(found.error.range);
+  *error = std::move(found.error);
+  return nullptr;
 }
 
 wstring FormulaFieldC::writeNotation() const {
@@ -120,7 +128,7 @@ bool FormulaFieldC::setNotation(wstring const& notation) {
   unsigned long position = 0;
   if (!readTreeNotation(notation, view_.crefOperatorList(), tree, position)) return false;
   GroupC group(*this);
-  select(wholeRow(*view_.crefRoot().child(0)));
+  select(view_.getWhole());
   if (!group.end(view_.paste(writeBytes(*tree.root->child(0))))) return false;
   SelectionS& places = tree.selection;
   if (!places.anchor) places.anchor = places.caret;
@@ -148,23 +156,24 @@ void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
 
 // ---- For painting --------------------------------------------------------------------------------------
 
-std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() {
+std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() const {
   std::vector<RectangleS> bands;
   if (!view_.isSelected()) return bands;
   view_.getExpressionSize();  // lays out
-  StretchS const stretch = selectedStretch(view_);
-  PointS const at = stretch.row->getAbsolutePosition();
+  auto const [begin, end] = inOneRow(view_.getSelection());
+  PointS const at = begin.node->getParent()->getAbsolutePosition();
   GraphicsABC const& graphics = view_.crefGraphics();
-  for (unsigned long i = stretch.first; i <= stretch.last; ++i) {
-    Node4C const& item = *stretch.row->child(i);
-    item.selectFont(graphics);
+  Node4C const* item = nullptr;
+  do {
+    item = item ? item->goRight() : begin.node;
+    item->selectFont(graphics);
     auto const width = [&](unsigned int count) {
-      return graphics.getTextWidth(item.crefText().substr(0, count));
+      return graphics.getTextWidth(item->crefText().substr(0, count));
     };
-    RectangleS band{at.x + item.getDX(), at.y + item.getDY(), at.x + item.getDX() + item.getWidth(),
-                    at.y + item.getDY() + item.getHeight()};
-    if (i == stretch.last) band.right = band.left + width(stretch.lastPos);
-    if (i == stretch.first) band.left += width(stretch.firstPos);
+    RectangleS band{at.x + item->getDX(), at.y + item->getDY(), at.x + item->getDX() + item->getWidth(),
+                    at.y + item->getDY() + item->getHeight()};
+    if (item == end.node) band.right = band.left + width(end.pos);
+    if (item == begin.node) band.left += width(begin.pos);
     if (band.right <= band.left) continue;
     if (!bands.empty()) bands.back().right = band.left;  // no gaps between bands
     if (!bands.empty() && bands.back().top == band.top && bands.back().bottom == band.bottom) {
@@ -172,14 +181,14 @@ std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() {
     } else {
       bands.push_back(band);
     }
-  }
+  } while (item != end.node);
   return bands;
 }
 
 bool FormulaFieldC::takeRevealRequest(RectangleS& box) {
   if (!reveal_) return false;
   reveal_ = false;
-  box = view_.getCaretRectangle();
+  box = getCaretRectangle();
   return true;
 }
 

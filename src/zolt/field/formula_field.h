@@ -30,12 +30,18 @@ namespace detail {
 class DecimalCommaGraphicsC;
 }
 
-/// Why a formula is not an expression yet, and which part of it is to blame (also selected).
+/// Why a formula is not an expression yet, and which part of it is to blame.
 struct FormulaErrorS {
   math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
   wstring text;               ///< the cause as a sentence, without a full stop
   SelectionS range;           ///< its ends are equal where something is missing
   math::ved::RectangleS box;  ///< around the range, in view coordinates
+};
+
+/// What a formula is: an expression, or why it is none yet.
+struct FormulaDiagnosisS {
+  PointerTC<math::algexpr::AlgebraicExpressionC> expression;
+  FormulaErrorS error;  ///< without an expression
 };
 
 /// A formula field without a window: one view, and around it what people expect of a formula field on any
@@ -73,8 +79,12 @@ class FormulaFieldC {
   }
   /// Shows plain text as a formula. False, with nothing changed, when it is none; `error` may be null.
   bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
-  /// The formula as it stands. Null when it is incomplete or wrong; with `error` (may be null) the faulty
-  /// part is then selected.
+  /// The expression that is shown, locked or not, implied products included, with nothing changed: a name
+  /// that was just typed counts as the letter that it will be. Costs one conversion of the formula, and next
+  /// to nothing when the formula is what it was at the last call.
+  [[nodiscard]] FormulaDiagnosisS diagnose() const;
+  /// Completes a name that was just typed, and diagnoses. Null when the formula is incomplete or wrong; with
+  /// `error` (may be null) the faulty part is then selected.
   PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FormulaErrorS* error = nullptr);
   /// The formula as a tree with caret and selection, for dumps and tests.
   wstring writeNotation() const;
@@ -111,21 +121,23 @@ class FormulaFieldC {
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
   /// Whether `run` would do anything now.
-  bool isEnabled(CommandE command);
+  bool isEnabled(CommandE command) const;
   bool run(CommandE command);
 
   // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
   /// Where the clipboard commands put and find content; at first a memory of the field's own. Not null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
   /// The selection, for hosts that are handed the clipboard with the event.
-  ClipboardContentS copy() const { return copySelection(view_, options_.decimalComma); }
+  ClipboardContentS copy() const { return copy(view_.getSelection()); }
+  /// What is shown between two places.
+  ClipboardContentS copy(SelectionS const& range) const { return copyRange(view_, range, options_); }
   PasteE paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
-  math::ved::RectangleS getCaretRectangle() { return view_.getCaretRectangle(); }
+  math::ved::RectangleS getCaretRectangle() const { return view_.getRectangle({caret(), caret()}); }
   /// The selection as bands, one for each part that has a height of its own, from left to right; none when
   /// nothing is selected. `ViewZNT4C::getCurrentNodeRectangle` is the box around them.
-  std::vector<math::ved::RectangleS> getSelectionRectangles();
+  std::vector<math::ved::RectangleS> getSelectionRectangles() const;
   /// True, once, when input has moved the caret: `box` is then what should be brought into sight.
   bool takeRevealRequest(math::ved::RectangleS& box);
   /// True when the formula is another one than at the last call, or at first: than the empty one. In time
@@ -142,6 +154,17 @@ class FormulaFieldC {
   class ActC;
   class GroupC;
 
+  /// The last diagnosis and what it was made of. Places are kept by their paths, since undo brings an earlier
+  /// formula back in other nodes.
+  struct DiagnosedS {
+    math::ved::NodeRecordPointerC formula;
+    math::ved::SelectionPathS completed;
+    bool impliedProducts = false;
+    PointerTC<math::algexpr::AlgebraicExpressionC> expression;
+    math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
+    math::ved::SelectionPathS range;
+  };
+
   // formula_field.cpp
   PlaceS caret() const { return view_.getSelection().caret; }
   PlaceS anchor() const;  ///< the caret when nothing is selected
@@ -151,23 +174,25 @@ class FormulaFieldC {
   math::ved::SelectionPathS saveSelection() const { return pathOf(SelectionS{anchor(), caret()}); }
   void restoreSelection(math::ved::SelectionPathS const& saved);
   void recordOptions(InputOptionsS const& from, InputOptionsS const& to);
-  void fillError(math::ved::ErrorCauseE cause, FormulaErrorS& error);
 
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
   bool runOperator(wstring const& name);
-  bool typeExponent(wstring const& text, bool stays);
+  bool typeExponent(InputDecisionS const& decision);
   bool bracketSelection();
+  /// What `completeName` would do; without a beginning, nothing.
+  ReplacementS findCompletion() const;
   void replaceCompleted(InputDecisionS const& decision, bool wordBefore);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
 
   // formula_field_commands.cpp
-  bool isMotionEnabled(CaretMotionE motion, bool selecting);
-  bool runMotion(CaretMotionE motion, bool selecting);
+  bool isMotionEnabled(CaretMotionE motion, MoveE move) const;
+  bool runMotion(CaretMotionE motion, MoveE move);
   bool runSelection(CommandE command);
   bool runEdit(CommandE command);
-  bool runHistory(bool redo);
+  bool undoAct();
+  bool redoAct();
   bool deleteLeft();
   bool deleteRight();
   bool deleteItem(CaretMotionE motion);
@@ -179,6 +204,7 @@ class FormulaFieldC {
   PointerTC<ClipboardABC> clipboard_;
   ClipboardContentS copied_;            // by the commands, since the recording began
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
+  mutable DiagnosedS diagnosed_;
   EventScriptT* recorded_ = nullptr;
   unsigned acts_ = 0;  // calls under way, one inside another
   unsigned groups_ = 0;

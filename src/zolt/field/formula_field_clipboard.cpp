@@ -31,7 +31,7 @@ PasteE FormulaFieldC::paste(ClipboardContentS const& content, exchange::PlainTex
   ActC act(*this, recorded_ ? stepOfPaste(content, form) : ScriptStepS());
   GroupC group(*this);
   completeName();
-  PasteE const result = pasteContent(view_, content, options_.decimalComma, error, form);
+  PasteE const result = pasteContent(view_, content, options_, error, form);
   if (result != PASTE_REFUSED && form != expected && act.isRecorded()) {
     act.recordAs(stepOfPaste(content, form));
   }

@@ -1,8 +1,8 @@
 #include "zolt/field/detail/act.h"
-#include "zolt/field/detail/stretch.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::field {
 
@@ -11,52 +11,51 @@ using namespace math::ved;
 
 namespace {
 
-enum ActionE { ACTION_MOVE, ACTION_SELECT, ACTION_OTHER };
-
 /// A command that moves the caret or the end of the selection.
 struct MotionS {
   CommandE command;
-  ActionE action;
+  MoveE move;
   CaretMotionE motion;
 };
 
 constexpr MotionS motions[] = {
-    {COMMAND_LEFT, ACTION_MOVE, MOTION_LEFT},
-    {COMMAND_RIGHT, ACTION_MOVE, MOTION_RIGHT},
-    {COMMAND_UP, ACTION_MOVE, MOTION_UP},
-    {COMMAND_DOWN, ACTION_MOVE, MOTION_DOWN},
-    {COMMAND_WORD_LEFT, ACTION_MOVE, MOTION_WORD_LEFT},
-    {COMMAND_WORD_RIGHT, ACTION_MOVE, MOTION_WORD_RIGHT},
-    {COMMAND_HOME, ACTION_MOVE, MOTION_HOME},
-    {COMMAND_END, ACTION_MOVE, MOTION_END},
-    {COMMAND_FORMULA_START, ACTION_MOVE, MOTION_FORMULA_START},
-    {COMMAND_FORMULA_END, ACTION_MOVE, MOTION_FORMULA_END},
-    {COMMAND_NEXT_SLOT, ACTION_MOVE, MOTION_NEXT_SLOT},
-    {COMMAND_PREVIOUS_SLOT, ACTION_MOVE, MOTION_PREVIOUS_SLOT},
-    {COMMAND_OUT_LEFT, ACTION_MOVE, MOTION_OUT_LEFT},
-    {COMMAND_OUT_RIGHT, ACTION_MOVE, MOTION_OUT_RIGHT},
-    {COMMAND_SELECT_LEFT, ACTION_SELECT, MOTION_LEFT},
-    {COMMAND_SELECT_RIGHT, ACTION_SELECT, MOTION_RIGHT},
-    {COMMAND_SELECT_UP, ACTION_SELECT, MOTION_UP},
-    {COMMAND_SELECT_DOWN, ACTION_SELECT, MOTION_DOWN},
-    {COMMAND_SELECT_WORD_LEFT, ACTION_SELECT, MOTION_WORD_LEFT},
-    {COMMAND_SELECT_WORD_RIGHT, ACTION_SELECT, MOTION_WORD_RIGHT},
-    {COMMAND_SELECT_HOME, ACTION_SELECT, MOTION_HOME},
-    {COMMAND_SELECT_END, ACTION_SELECT, MOTION_END},
-    {COMMAND_SELECT_FORMULA_START, ACTION_SELECT, MOTION_FORMULA_START},
-    {COMMAND_SELECT_FORMULA_END, ACTION_SELECT, MOTION_FORMULA_END},
+    {COMMAND_LEFT, MOVE_CARET, MOTION_LEFT},
+    {COMMAND_RIGHT, MOVE_CARET, MOTION_RIGHT},
+    {COMMAND_UP, MOVE_CARET, MOTION_UP},
+    {COMMAND_DOWN, MOVE_CARET, MOTION_DOWN},
+    {COMMAND_WORD_LEFT, MOVE_CARET, MOTION_WORD_LEFT},
+    {COMMAND_WORD_RIGHT, MOVE_CARET, MOTION_WORD_RIGHT},
+    {COMMAND_HOME, MOVE_CARET, MOTION_HOME},
+    {COMMAND_END, MOVE_CARET, MOTION_END},
+    {COMMAND_FORMULA_START, MOVE_CARET, MOTION_FORMULA_START},
+    {COMMAND_FORMULA_END, MOVE_CARET, MOTION_FORMULA_END},
+    {COMMAND_NEXT_SLOT, MOVE_CARET, MOTION_NEXT_SLOT},
+    {COMMAND_PREVIOUS_SLOT, MOVE_CARET, MOTION_PREVIOUS_SLOT},
+    {COMMAND_OUT_LEFT, MOVE_CARET, MOTION_OUT_LEFT},
+    {COMMAND_OUT_RIGHT, MOVE_CARET, MOTION_OUT_RIGHT},
+    {COMMAND_SELECT_LEFT, MOVE_SELECTION_END, MOTION_LEFT},
+    {COMMAND_SELECT_RIGHT, MOVE_SELECTION_END, MOTION_RIGHT},
+    {COMMAND_SELECT_UP, MOVE_SELECTION_END, MOTION_UP},
+    {COMMAND_SELECT_DOWN, MOVE_SELECTION_END, MOTION_DOWN},
+    {COMMAND_SELECT_WORD_LEFT, MOVE_SELECTION_END, MOTION_WORD_LEFT},
+    {COMMAND_SELECT_WORD_RIGHT, MOVE_SELECTION_END, MOTION_WORD_RIGHT},
+    {COMMAND_SELECT_HOME, MOVE_SELECTION_END, MOTION_HOME},
+    {COMMAND_SELECT_END, MOVE_SELECTION_END, MOTION_END},
+    {COMMAND_SELECT_FORMULA_START, MOVE_SELECTION_END, MOTION_FORMULA_START},
+    {COMMAND_SELECT_FORMULA_END, MOVE_SELECTION_END, MOTION_FORMULA_END},
 };
 
-MotionS motionOf(CommandE command) {
+/// Null for any other command.
+MotionS const* motionOf(CommandE command) {
   for (MotionS const& motion : motions) {
-    if (motion.command == command) return motion;
+    if (motion.command == command) return &motion;
   }
-  return {command, ACTION_OTHER, MOTION_LEFT};
+  return nullptr;
 }
 
 bool isVertical(CommandE command) {
-  MotionS const motion = motionOf(command);
-  return motion.action != ACTION_OTHER && (motion.motion == MOTION_UP || motion.motion == MOTION_DOWN);
+  MotionS const* const found = motionOf(command);
+  return found && (found->motion == MOTION_UP || found->motion == MOTION_DOWN);
 }
 
 bool isSlotMotion(CaretMotionE motion) {
@@ -80,24 +79,14 @@ ScriptStepS stepOf(CommandE command) {
   }
 }
 
-/// Whether all rows of a construct are empty.
-bool isHollow(Node4C const& construct) {
-  for (unsigned long i = 0; i < construct.numChildren(); ++i) {
-    if (!isEmptyRow(*construct.child(i))) return false;
-  }
-  return true;
-}
-
 }  // namespace
 
-bool FormulaFieldC::isEnabled(CommandE command) {
+bool FormulaFieldC::isEnabled(CommandE command) const {
   if (commands()[command].modifies && !view_.isEditable()) return false;
-  MotionS const motion = motionOf(command);
-  if (motion.action != ACTION_OTHER) return isMotionEnabled(motion.motion, motion.action == ACTION_SELECT);
+  if (MotionS const* const found = motionOf(command)) return isMotionEnabled(found->motion, found->move);
 
-  Node4C const& formula = *view_.crefRoot().child(0);
   bool const selected = view_.isSelected();
-  SelectionS const all = wholeRow(formula);
+  SelectionS const all = view_.getWhole();
   switch (command) {
     case COMMAND_SELECT_ALL:
       return all.anchor != all.caret && (anchor() != all.anchor || caret() != all.caret);
@@ -118,7 +107,7 @@ bool FormulaFieldC::isEnabled(CommandE command) {
     case COMMAND_DELETE_WORD_RIGHT:
       return selected || caret() != all.caret;
     case COMMAND_CLEAR:
-      return !isEmptyRow(formula);
+      return all.anchor != all.caret;
     case COMMAND_UNDO:
       return view_.canUndo();
     case COMMAND_REDO:
@@ -144,8 +133,7 @@ bool FormulaFieldC::run(CommandE command) {
                  growth                ? ActC::KEEP_GROWTH
                  : isVertical(command) ? ActC::KEEP_COLUMN
                                        : ActC::KEEP_NOTHING);
-  MotionS const motion = motionOf(command);
-  if (motion.action != ACTION_OTHER) return runMotion(motion.motion, motion.action == ACTION_SELECT);
+  if (MotionS const* const found = motionOf(command)) return runMotion(found->motion, found->move);
   switch (command) {
     case COMMAND_SELECT_ALL:
     case COMMAND_GROW_SELECTION:
@@ -167,32 +155,31 @@ bool FormulaFieldC::run(CommandE command) {
 
 // ---- Motions and selections ----------------------------------------------------------------------------
 
-bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, bool selecting) {
+bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, MoveE move) const {
   long column = column_;
-  return (view_.isSelected() && !selecting && !isSlotMotion(motion)) ||
+  return (view_.isSelected() && move == MOVE_CARET && !isSlotMotion(motion)) ||
          findTarget(motion, view_, caret(), column);
 }
 
-bool FormulaFieldC::runMotion(CaretMotionE motion, bool selecting) {
-  if (!isMotionEnabled(motion, selecting)) return false;
+bool FormulaFieldC::runMotion(CaretMotionE motion, MoveE move) {
+  if (!isMotionEnabled(motion, move)) return false;
   completeName();
-  bool const dropped = view_.isSelected() && !selecting;
+  bool const dropped = view_.isSelected() && move == MOVE_CARET;
   if (dropped && (motion == MOTION_LEFT || motion == MOTION_RIGHT)) {
-    StretchS const stretch = selectedStretch(view_);
-    return placeCaret(motion == MOTION_LEFT ? stretch.begin() : stretch.end());
+    auto const [start, end] = inOneRow(view_.getSelection());
+    return placeCaret(motion == MOTION_LEFT ? start : end);
   }
   PlaceS const target = findTarget(motion, view_, caret(), column_);
-  if (target) return select({selecting ? anchor() : target, target});
+  if (target) return select({move == MOVE_CARET ? target : anchor(), target});
   return dropped && !isSlotMotion(motion) && placeCaret(caret());
 }
 
 bool FormulaFieldC::runSelection(CommandE command) {
   if (!isEnabled(command)) return false;
   if (command != COMMAND_SHRINK_SELECTION) completeName();
-  Node4C const& formula = *view_.crefRoot().child(0);
   switch (command) {
     case COMMAND_SELECT_ALL:
-      return select({rowStart(formula), rowEnd(formula)});
+      return select(view_.getWhole());
     case COMMAND_GROW_SELECTION:
       grown_.push_back({anchor(), caret()});
       return select(growSelection(view_));
@@ -225,28 +212,30 @@ bool FormulaFieldC::runEdit(CommandE command) {
       return deleteItem(MOTION_WORD_RIGHT);
     case COMMAND_CLEAR:
       sendKey(KEY_CLEAR);
-      return isEmptyRow(*view_.crefRoot().child(0));
+      return view_.getWhole().anchor == view_.getWhole().caret;
     case COMMAND_UNDO:
+      return undoAct();
     case COMMAND_REDO:
-      return runHistory(command == COMMAND_REDO);
+      return redoAct();
     default:
       return false;
   }
 }
 
-bool FormulaFieldC::runHistory(bool redo) {
-  if (redo) {
-    bool const done = view_.redo();
-    while (done && view_.redoContinues() && view_.redo()) {
-    }
-    return done;
-  }
+bool FormulaFieldC::undoAct() {
   bool done = false;
   bool continues = true;
   while (continues) {
     continues = view_.undoContinues();
     if (!view_.undo()) break;
     done = true;
+  }
+  return done;
+}
+
+bool FormulaFieldC::redoAct() {
+  bool const done = view_.redo();
+  while (done && view_.redoContinues() && view_.redo()) {
   }
   return done;
 }
@@ -263,7 +252,7 @@ bool FormulaFieldC::deleteLeft() {
   sendKey(KEY_BACKSPACE);
   bool const same = caret() == at && at.node->getParent() == row && row->numChildren() == count;
   // Where the view has nothing to delete without taking more than one thing away.
-  return !same || runMotion(MOTION_OUT_LEFT, false);
+  return !same || runMotion(MOTION_OUT_LEFT, MOVE_CARET);
 }
 
 bool FormulaFieldC::deleteRight() {
@@ -275,14 +264,14 @@ bool FormulaFieldC::deleteRight() {
     return end.pos == at.pos + 1 ? sendKey(KEY_DELETE) : deleteRange(at, end);
   }
   Node4C const* const right = at.node->goRight();
-  if (right && isConstruct(*right)) {
-    return isHollow(*right) ? deleteRange(at, placeAfter(*right)) : placeCaret(rowStart(*right->child(0)));
+  if (right && isConstruct(right->getType())) {
+    return hasEmptyRows(*right) ? deleteRange(at, placeAfter(*right))
+                                : placeCaret(rowStart(*right->child(0)));
   }
-  if (right)
-    return isTypedOpen(*right) || isTypedClose(*right) ? sendKey(KEY_DELETE) : placeCaret(placeAfter(*right));
-  Node4C const* const around = enclosingItem(at.node);
+  if (right) return isTypedBracket(right->getType()) ? sendKey(KEY_DELETE) : placeCaret(placeAfter(*right));
+  Node4C const* const around = enclosingItem(*at.node);
   if (!around) return false;
-  if (isHollow(*around)) return deleteRange(placeBefore(*around), placeAfter(*around));
+  if (hasEmptyRows(*around)) return deleteRange(placeBefore(*around), placeAfter(*around));
   Node4C const* const nextRow = at.node->getParent()->goRight();
   return placeCaret(nextRow ? rowStart(*nextRow) : placeAfter(*around));
 }

@@ -2,11 +2,11 @@
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/stretch.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::field {
 
@@ -84,13 +84,13 @@ bool FormulaFieldC::insertOperator(wstring const& name) {
 bool FormulaFieldC::runOperator(wstring const& name) {
   auto const op = view_.crefOperatorList().lookup(name);
   if (!op) return false;
-  StretchS const stretch = selectedStretch(view_);
-  if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.begin())) return view_.insertText(name);
-  SelectionPathS places = pathOf(SelectionS{stretch.begin(), stretch.end()});
+  SelectionS const stretch = inOneRow(view_.getSelection());
+  if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
+  SelectionPathS places = pathOf(stretch);
   ++places.anchor.pos;
-  if (stretch.first == stretch.last) ++places.caret.pos;
+  if (stretch.anchor.node == stretch.caret.node) ++places.caret.pos;
   GroupC group(*this);
-  bool const done = placeCaret(stretch.begin()) && view_.insertText(u" ");
+  bool const done = placeCaret(stretch.anchor) && view_.insertText(u" ");
   restoreSelection(places);
   return group.end(done && view_.insertText(name));
 }
@@ -138,16 +138,15 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return group.end(placeCaret(decision.target) && view_.insertText(decision.text));
     }
     case INPUT_EXPONENT:
-      return typeExponent(decision.text, false);
     case INPUT_OPEN_EXPONENT:
-      return typeExponent(decision.text, true);
+      return typeExponent(decision);
     case INPUT_BRACKETS:
       return bracketSelection();
   }
   return false;
 }
 
-bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
+bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
   GroupC group(*this);
   bool done = !view_.isSelected() || bracketSelection();
   if (Node4C const* const growing = findGrowingExponent(caret())) {
@@ -155,9 +154,9 @@ bool FormulaFieldC::typeExponent(wstring const& text, bool stays) {
   } else if (!isRaising(caret())) {
     done = done && view_.insertText(u"^");
   }
-  done = done && view_.insertText(text);
-  Node4C const* const item = done ? enclosingItem(caret().node) : nullptr;
-  if (item && !stays) placeCaret(placeAfter(*item));
+  done = done && view_.insertText(decision.text);
+  Node4C const* const item = done ? enclosingItem(*caret().node) : nullptr;
+  if (item && decision.kind == INPUT_EXPONENT) placeCaret(placeAfter(*item));
   return group.end(done);
 }
 
@@ -186,19 +185,23 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
   if (!options_.letters || !wordBefore || (typed && isWord(decision.text))) return;
   // What ended the name stands behind it, in the same text or, as an item, before the caret's.
   PlaceS const at = caret();
-  Node4C const* const text = at.pos > 0 ? at.node : previousText(at.node);
+  Node4C const* const text = at.pos > 0 ? at.node : previousText(*at.node);
   if (!text || decision.text == u"(") return;
   ReplacementS const found = findLetterReplacement(at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text));
   if (found.begin) replaceText(found);
 }
 
+ReplacementS FormulaFieldC::findCompletion() const {
+  bool const possible = wordTyped_ && options_.letters && isEditable() && !view_.isSelected();
+  return possible ? findLetterReplacement(caret()) : ReplacementS();
+}
+
 void FormulaFieldC::completeName() {
   if (!wordTyped_ || !options_.letters) return;
   ActC const act(*this, makeStep(SCRIPT_COMPLETE));
+  ReplacementS const found = findCompletion();
   wordTyped_ = false;
-  if (!isEditable()) return;
-  ReplacementS const found = findLetterReplacement(caret());
-  if (found.begin && !view_.isSelected()) replaceText(found);
+  if (found.begin) replaceText(found);
 }
 
 bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
@@ -222,14 +225,11 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
   bytestring content;
   if (replacement.contentBegin && replacement.contentBegin != replacement.contentEnd) {
-    SelectionPathS const places = saveSelection();
-    select({replacement.contentBegin, replacement.contentEnd});
-    view_.copy(content);
-    restoreSelection(places);
+    view_.copy({replacement.contentBegin, replacement.contentEnd}, content);
   }
   GroupC group(*this);
   bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.op->getName());
-  Node4C const* const construct = done ? enclosingItem(caret().node) : nullptr;
+  Node4C const* const construct = done ? enclosingItem(*caret().node) : nullptr;
   if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
   TreePathT const path = pathOf(*construct);
   auto const enter = [&](unsigned long row) {

@@ -1,8 +1,7 @@
 #include "zolt/field/detail/act.h"
-#include "zolt/field/detail/stretch.h"
-#include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::field {
 
@@ -23,7 +22,7 @@ bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
   if (clicks < 2) return true;
   SelectionS selection = clicks == 2 ? selectConstructAt(view_, x, y) : selectRow(caret());
   if (clicks == 2 && !selection.caret) selection = selectItem(caret());
-  if (clicks > 3) selection = selectRow(rowStart(*view_.crefRoot().child(0)));
+  if (clicks > 3) selection = view_.getWhole();
   return select(selection);
 }
 
@@ -46,12 +45,12 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   if (recorded_) step.places = {pathOf(target)};
   ActC const act(*this, std::move(step));
   wordTyped_ = false;
-  StretchS const stretch = selectedStretch(view_);
-  bool const forwards = isBefore(stretch.end(), target);
-  if (!forwards && !isBefore(target, stretch.begin())) return false;
+  SelectionS const stretch = inOneRow(view_.getSelection());
+  bool const forwards = isBefore(stretch.caret, target);
+  if (!forwards && !isBefore(target, stretch.anchor)) return false;
   bytestring content;
   view_.copy(content);
-  SelectionPathS const source = pathOf(SelectionS{stretch.begin(), stretch.end()});
+  SelectionPathS const source = pathOf(stretch);
   PlacePathS const targetPath = pathOf(target);
   GroupC group(*this);
   // The later place first: the path to the earlier one stays what it is.

@@ -3,15 +3,14 @@
 #include <algorithm>
 #include <map>
 
-#include "zolt/field/detail/tree_walk.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
 
-using namespace detail;
 using namespace math::ved;
 
 namespace {
@@ -35,8 +34,8 @@ class ReaderC {
   void readItem(Node4C const& item) {
     if (item.getType() == NODE4_TEXT) {
       readText(item);
-    } else if (isOpen(item) || isClose(item)) {
-      out_.text += isOpen(item) ? u'(' : u')';
+    } else if (isOpeningBracket(item.getType()) || isClosingBracket(item.getType())) {
+      out_.text += isOpeningBracket(item.getType()) ? u'(' : u')';
     } else if (item.getType() == NODE4_POWER) {
       readRows(item, power_);
     } else if (auto const& spoken = item.crefOperator()->crefWords().spoken; !spoken.empty()) {

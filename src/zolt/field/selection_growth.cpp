@@ -1,8 +1,9 @@
 #include "zolt/field/selection_growth.h"
 
 #include "zolt/common/signs.h"
-#include "zolt/field/detail/stretch.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
+#include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -27,148 +28,103 @@ bool endsNothing(char16_t) { return false; }
 
 using StopT = bool(char16_t);
 
-unsigned int sizeOf(StretchS const& s, unsigned long item) {
-  return static_cast<unsigned int>(s.row->child(item)->sizeText());
-}
+// What grows is a stretch of one row, its anchor the start and its caret the end.
 
-/// Moves the start left to the next stop, over constructs and whole pairs of brackets, and not out of the
+bool isEmpty(SelectionS const& s) { return s.anchor == s.caret; }
+
+/// The start moved left to the next stop, over constructs and whole pairs of brackets, and not out of the
 /// brackets around it.
-void extendLeft(StretchS& s, StopT stops) {
+PlaceS extendedLeft(PlaceS start, StopT stops) {
   for (;;) {
-    wstring const& text = s.row->child(s.first)->crefText();
-    while (s.firstPos > 0 && !stops(text[s.firstPos - 1])) --s.firstPos;
-    if (s.firstPos > 0 || s.first == 0) return;
-    Node4C const* item = s.row->child(s.first - 1);
-    if (isOpen(*item)) return;
-    s.first -= 2;
-    if (isClose(*item)) {
-      item = findPartner(*item);
-      s.first = item->findChildNumber() - 1;
-    }
-    s.firstPos = sizeOf(s, s.first);
+    wstring const& text = start.node->crefText();
+    while (start.pos > 0 && !stops(text[start.pos - 1])) --start.pos;
+    Node4C const* const item = start.pos == 0 ? start.node->goLeft() : nullptr;
+    if (!item || isOpeningBracket(item->getType())) return start;
+    start = placeBefore(isClosingBracket(item->getType()) ? *findPartner(*item) : *item);
   }
 }
 
-void extendRight(StretchS& s, StopT stops) {
+PlaceS extendedRight(PlaceS end, StopT stops) {
   for (;;) {
-    wstring const& text = s.row->child(s.last)->crefText();
-    while (s.lastPos < text.size() && !stops(text[s.lastPos])) ++s.lastPos;
-    if (s.lastPos < text.size() || s.last + 1 == s.row->numChildren()) return;
-    Node4C const* item = s.row->child(s.last + 1);
-    if (isClose(*item)) return;
-    s.last += 2;
-    if (isOpen(*item)) {
-      item = findPartner(*item);
-      s.last = item->findChildNumber() + 1;
-    }
-    s.lastPos = 0;
+    wstring const& text = end.node->crefText();
+    while (end.pos < text.size() && !stops(text[end.pos])) ++end.pos;
+    Node4C const* const item = end.pos == text.size() ? end.node->goRight() : nullptr;
+    if (!item || isClosingBracket(item->getType())) return end;
+    end = placeAfter(isOpeningBracket(item->getType()) ? *findPartner(*item) : *item);
   }
 }
 
-void trimBlanks(StretchS& s) {
-  wstring const& first = s.row->child(s.first)->crefText();
-  while (s.firstPos < first.size() && first[s.firstPos] == u' ' && !s.isEmpty()) ++s.firstPos;
-  wstring const& last = s.row->child(s.last)->crefText();
-  while (s.lastPos > 0 && last[s.lastPos - 1] == u' ' && !s.isEmpty()) --s.lastPos;
-}
-
-StretchS extended(StretchS s, StopT stops) {
-  extendLeft(s, stops);
-  extendRight(s, stops);
-  trimBlanks(s);
+SelectionS withoutBlanks(SelectionS s) {
+  wstring const& first = s.anchor.node->crefText();
+  while (s.anchor.pos < first.size() && first[s.anchor.pos] == u' ' && !isEmpty(s)) ++s.anchor.pos;
+  wstring const& last = s.caret.node->crefText();
+  while (s.caret.pos > 0 && last[s.caret.pos - 1] == u' ' && !isEmpty(s)) --s.caret.pos;
   return s;
 }
 
-StretchS wordAround(StretchS s) {
-  if (s.first != s.last) return s;
-  wstring const& text = s.row->child(s.first)->crefText();
-  s.firstPos = wordStart(text, s.firstPos);
-  s.lastPos = wordEnd(text, s.lastPos);
+SelectionS extended(SelectionS const& s, StopT stops) {
+  return withoutBlanks({extendedLeft(s.anchor, stops), extendedRight(s.caret, stops)});
+}
+
+SelectionS wordAround(SelectionS s) {
+  if (s.anchor.node != s.caret.node) return s;
+  wstring const& text = s.anchor.node->crefText();
+  s.anchor.pos = wordStart(text, s.anchor.pos);
+  s.caret.pos = wordEnd(text, s.caret.pos);
   return s;
 }
 
-/// With the brackets that enclose what stands between them.
-StretchS withBrackets(StretchS s) {
-  s = extended(s, endsNothing);
-  if (s.first == 0 || s.last + 1 == s.row->numChildren()) return s;
-  if (!isOpen(*s.row->child(s.first - 1)) || !isClose(*s.row->child(s.last + 1))) return s;
-  s.first -= 2;
-  s.firstPos = sizeOf(s, s.first);
-  s.last += 2;
-  s.lastPos = 0;
-  return s;
+/// With the brackets around what is between them.
+SelectionS withBrackets(SelectionS const& s) {
+  SelectionS const content = extended(s, endsNothing);
+  Node4C const* const open = content.anchor.node->goLeft();
+  Node4C const* const close = content.caret.node->goRight();
+  if (!open || !close || !isOpeningBracket(open->getType()) || !isClosingBracket(close->getType()))
+    return content;
+  return {placeBefore(*open), placeAfter(*close)};
 }
 
-StretchS rowStretch(Node4C const& row) {
-  StretchS s;
-  s.row = &row;
-  s.last = row.numChildren() - 1;
-  s.lastPos = sizeOf(s, s.last);
-  return s;
-}
-
-StretchS aroundItem(Node4C const& item) {
-  StretchS s;
-  s.row = item.getParent();
-  s.first = item.findChildNumber() - 1;
-  s.firstPos = sizeOf(s, s.first);
-  s.last = s.first + 2;
-  return s;
-}
-
-bool isBefore(unsigned long item, unsigned int pos, unsigned long otherItem, unsigned int otherPos) {
-  return item < otherItem || (item == otherItem && pos < otherPos);
-}
+SelectionS aroundItem(Node4C const& item) { return {placeBefore(item), placeAfter(item)}; }
 
 /// Whether `s` contains `inner`, a stretch of the same row, and more.
-bool isLarger(StretchS const& s, StretchS const& inner) {
-  return !(s == inner) && !isBefore(inner.first, inner.firstPos, s.first, s.firstPos) &&
-         !isBefore(s.last, s.lastPos, inner.last, inner.lastPos);
+bool isLarger(SelectionS const& s, SelectionS const& inner) {
+  bool const same = s.anchor == inner.anchor && s.caret == inner.caret;
+  return !same && !isBefore(inner.anchor, s.anchor) && !isBefore(s.caret, inner.caret);
 }
-
-SelectionS toSelection(StretchS const& s) { return {s.begin(), s.end()}; }
 
 }  // namespace
 
 SelectionS growSelection(ViewZNT4C const& view) {
-  StretchS const now = selectedStretch(view);
-  if (StretchS const word = wordAround(now); isLarger(word, now)) return toSelection(word);
+  SelectionS const now = inOneRow(view.getSelection());
+  if (SelectionS const word = wordAround(now); isLarger(word, now)) return word;
   for (StopT* const stops : {endsOperand, endsTerm, endsSide, endsArgument, endsNothing}) {
-    if (StretchS const part = extended(now, stops); isLarger(part, now)) return toSelection(part);
+    if (SelectionS const part = extended(now, stops); isLarger(part, now)) return part;
   }
-  if (StretchS const pair = withBrackets(now); isLarger(pair, now)) return toSelection(pair);
-  if (StretchS const row = rowStretch(*now.row); isLarger(row, now)) return toSelection(row);
-  Node4C const* const item = enclosingItem(now.begin().node);
-  return toSelection(item ? aroundItem(*item) : now);
+  if (SelectionS const pair = withBrackets(now); isLarger(pair, now)) return pair;
+  if (SelectionS const row = selectRow(now.anchor); isLarger(row, now)) return row;
+  Node4C const* const item = enclosingItem(*now.anchor.node);
+  return item ? aroundItem(*item) : now;
 }
 
 SelectionS selectItem(PlaceS place) {
-  StretchS s;
-  s.row = place.node->getParent();
-  s.first = s.last = place.node->findChildNumber();
-  s.firstPos = s.lastPos = place.pos;
-  s = wordAround(s);
+  SelectionS s = wordAround({place, place});
   wstring const& text = place.node->crefText();
-  if (s.isEmpty() && s.lastPos < text.size()) ++s.lastPos;
-  if (s.isEmpty() && s.firstPos > 0) --s.firstPos;
-  if (!s.isEmpty()) return toSelection(s);
+  if (isEmpty(s) && s.caret.pos < text.size()) ++s.caret.pos;
+  if (isEmpty(s) && s.anchor.pos > 0) --s.anchor.pos;
+  if (!isEmpty(s)) return s;
 
   Node4C const* item = place.node->goRight();
   if (!item) item = place.node->goLeft();
-  if (!item) return toSelection(s);
-  s = aroundItem(*item);
-  Node4C const* const partner = isConstruct(*item) ? nullptr : findPartner(*item);
-  if (!partner) return toSelection(s);
-  StretchS const other = aroundItem(*partner);
-  if (other.first < s.first) s.first = other.first;
-  if (other.last > s.last) s.last = other.last;
-  s.firstPos = sizeOf(s, s.first);
-  return toSelection(s);
+  if (!item) return s;
+  Node4C const* const partner = isConstruct(item->getType()) ? nullptr : findPartner(*item);
+  if (!partner) return aroundItem(*item);
+  bool const opens = isOpeningBracket(item->getType());
+  return {placeBefore(opens ? *item : *partner), placeAfter(opens ? *partner : *item)};
 }
 
 SelectionS selectRow(PlaceS place) { return wholeRow(*place.node->getParent()); }
 
-SelectionS selectConstructAt(ViewZNT4C& view, long x, long y) {
+SelectionS selectConstructAt(ViewZNT4C const& view, long x, long y) {
   PointS const size = view.getExpressionSize();
   if (x < 0 || y < 0 || x >= size.x || y >= size.y) return {};
   Node4C const* found = nullptr;
@@ -189,7 +145,7 @@ SelectionS selectConstructAt(ViewZNT4C& view, long x, long y) {
       break;
     }
   }
-  return found ? toSelection(aroundItem(*found)) : SelectionS();
+  return found ? aroundItem(*found) : SelectionS();
 }
 
 }  // namespace zolt::field

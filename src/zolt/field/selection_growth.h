@@ -26,6 +26,6 @@ SelectionS selectRow(PlaceS place);
 
 /// The innermost construct whose box contains (x, y) while no text with characters does: what a pointer on a
 /// fraction bar means. Null ends when there is none. Lays the view out.
-SelectionS selectConstructAt(math::ved::ViewZNT4C& view, long x, long y);
+SelectionS selectConstructAt(math::ved::ViewZNT4C const& view, long x, long y);
 
 }  // namespace zolt::field

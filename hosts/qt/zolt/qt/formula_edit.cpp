@@ -64,7 +64,6 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgra
   bool const taken = action();
   faultyBox.reset();
   bool const changed = field->takeChange();
-  if (changed) examined = false;
 
   math::ved::SelectionS const selection = view.getSelection();
   bool const moved = changed || selection.caret != selectionSeen.caret;
@@ -118,26 +117,6 @@ void FormulaEdit::StateS::change(std::function<void()> const& action) {
         return true;
       },
       true);
-}
-
-void FormulaEdit::StateS::examine() {
-  if (examined) return;
-  examined = true;
-  field::FormulaFieldC copy(new math::ved::BlindGraphicsC);
-  copy.setOptions(field->getOptions());
-  copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
-  field::FormulaErrorS error;
-  expression = copy.getExpression(&error);
-  cause = error.cause;
-  reason = expression ? QString() : toQString(error.text);
-}
-
-field::ClipboardContentS FormulaEdit::StateS::wholeContent() {
-  field::FormulaFieldC copy(new math::ved::BlindGraphicsC);
-  copy.setOptions(field->getOptions());
-  copy.setNotation(writeTreeNotation(field->crefView().crefRoot()));
-  copy.run(field::COMMAND_SELECT_ALL);
-  return copy.copy();
 }
 
 // ---- Formula ----------------------------------------------------------------------------------------------
@@ -213,8 +192,7 @@ bool FormulaEdit::setTree(QString const& tree) {
 }
 
 FormulaEdit::Expression FormulaEdit::algebraicExpression() const {
-  state_->examine();
-  return state_->expression;
+  return state_->field->diagnose().expression;
 }
 
 void FormulaEdit::setAlgebraicExpression(Expression const& expression) {
@@ -230,14 +208,11 @@ void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::Number
 
 bool FormulaEdit::isComplete() const { return bool(algebraicExpression()); }
 
-QString FormulaEdit::incompleteReason() const {
-  state_->examine();
-  return state_->reason;
-}
+QString FormulaEdit::incompleteReason() const { return toQString(state_->field->diagnose().error.text); }
 
 bool FormulaEdit::isEmpty() const {
-  math::ved::Node4C const& row = *state_->field->crefView().crefRoot().child(0);
-  return row.numChildren() == 1 && row.child(0)->sizeText() == 0;
+  auto const [start, end] = state_->field->crefView().getWhole();
+  return start == end;
 }
 
 bool FormulaEdit::check() {
@@ -358,7 +333,8 @@ void FormulaEdit::setCaretNear(QPoint pos) {
 }
 
 QMimeData* FormulaEdit::createMimeData(bool selectionOnly) const {
-  field::ClipboardContentS content = selectionOnly ? state_->field->copy() : state_->wholeContent();
+  field::FormulaFieldC const& field = *state_->field;
+  field::ClipboardContentS content = selectionOnly ? field.copy() : field.copy(field.crefView().getWhole());
   if (content.isEmpty()) return nullptr;
   return new FormulaMimeData(std::move(content), state_->fonts, decimalComma());
 }

@@ -38,9 +38,6 @@ struct FormulaEdit::StateS {
   void change(std::function<void()> const& action);
   /// What `edited` has to tell after an act that began with the history at `position`.
   std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
-  /// The formula and why it is incomplete, found out on a copy, so that nobody's typing is disturbed.
-  void examine();
-  field::ClipboardContentS wholeContent();
 
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
   /// The part of the widget in which the formula is seen.
@@ -105,11 +102,6 @@ struct FormulaEdit::StateS {
   QSize contentSeen;
 
   std::optional<math::ved::RectangleS> faultyBox;  // marked until the next act
-
-  bool examined = false;
-  Expression expression;
-  math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_EMPTY;
-  QString reason;
 
   unsigned clicks = 0;
   QElapsedTimer sinceClick;

@@ -41,7 +41,7 @@ bool FormulaPicture::setPrefix(oss::wstring const& prefix) {
 
 bool FormulaPicture::setTree(oss::wstring const& tree) { return field_->setNotation(tree); }
 
-bool FormulaPicture::isComplete() const { return bool(field_->getExpression()); }
+bool FormulaPicture::isComplete() const { return bool(field_->diagnose().expression); }
 
 QSize FormulaPicture::size() const {
   math::ved::PointS const size = field_->refView().getExpressionSize();
@@ -71,7 +71,7 @@ QImage FormulaPicture::toImage(qreal zoom, qreal margin, QColor const& colour,
   QImage image(QSize(qCeil(whole.width()), qCeil(whole.height())), QImage::Format_ARGB32_Premultiplied);
   if (image.isNull()) return image;
   image.fill(background);
-  if (auto const expression = field_->getExpression()) {
+  if (auto const expression = field_->diagnose().expression) {
     image.setText(QStringLiteral("zolt:expression"), toQString(expression->toPrefixString()));
   }
   QPainter painter(&image);
@@ -97,7 +97,7 @@ QByteArray FormulaPicture::toSvg(qreal zoom, qreal margin, QColor const& colour)
   generator.setResolution(96);
   generator.setSize(whole.toSize());
   generator.setViewBox(QRectF(QPointF(), whole));
-  if (auto const expression = field_->getExpression()) {
+  if (auto const expression = field_->diagnose().expression) {
     generator.setDescription(toQString(expression->toPrefixString()).toHtmlEscaped());
   }
   QPainter painter(&generator);

@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "zolt/field/detail/tree_walk.h"
 #include "zolt/field/formula_field.h"
 
 namespace zolt::field {

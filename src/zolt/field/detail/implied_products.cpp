@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/tree_path.h"
@@ -16,24 +17,51 @@ namespace zolt::field::detail {
 using namespace math::ved;
 namespace common = math::common;
 
-ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators)
-    : original_(root), operators_(operators), root_(root.clone()) {
+ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators,
+                                   ReplacementS const& completion)
+    : original_(root), operators_(operators), completion_(completion), root_(root.clone()) {
+  if (completion_.begin) complete();
+}
+
+/// As typing the replacement does: the name of a constant stands for its text.
+void ImpliedProductsC::complete() {
+  completed_ = nodeAt(*root_, pathOf(*completion_.begin.node));
+  auto const op = operators_.lookup(completion_.text);
+  wstring const letter = op ? op->getText() : completion_.text;
+  unsigned int const begin = completion_.begin.pos;
+  completed_->refText().replace(begin, completion_.end.pos - begin, letter);
+  completedEnd_ = begin + static_cast<unsigned int>(letter.size());
+}
+
+bool ImpliedProductsC::addSigns() {
   walkTree(*root_, [this](Node4C& node) {
     if (node.getType() == NODE4_LINE) addToRow(node);
   });
+  return !added_.empty();
 }
 
-PlaceS ImpliedProductsC::toOriginal(Node4C const& node, unsigned int pos) const {
-  unsigned int before = 0;
-  for (PlaceS const place : added_) {
-    if (place.node == &node && place.pos < pos) ++before;
+DiagnosisS ImpliedProductsC::diagnose() const {
+  DiagnosisS found = math::ved::diagnose(*root_);
+  found.range = {toOriginal(found.range.anchor), toOriginal(found.range.caret)};
+  return found;
+}
+
+PlaceS ImpliedProductsC::toOriginal(PlaceS place) const {
+  if (!place) return place;
+  auto pos = place.pos;
+  for (PlaceS const sign : added_) {
+    if (sign.node == place.node && sign.pos < place.pos) --pos;
   }
-  return {nodeAt(original_, pathOf(node)), pos - before};
+  if (place.node == completed_ && pos > completion_.begin.pos) {
+    pos = std::max(pos, completedEnd_) - completedEnd_ + completion_.end.pos;
+  }
+  return {nodeAt(original_, pathOf(*place.node)), pos};
 }
 
-void ImpliedProductsC::add(Node4C& text, std::size_t pos) {
-  text.refText().insert(pos, 1, common::times_sign);
-  added_.push_back({&text, static_cast<unsigned int>(pos)});
+void ImpliedProductsC::addBefore(Node4C const& item) {
+  Node4C& text = *item.goLeft();
+  added_.push_back(endOf(&text));
+  text.refText() += common::times_sign;
 }
 
 void ImpliedProductsC::addToRow(Node4C& row) {
@@ -43,11 +71,11 @@ void ImpliedProductsC::addToRow(Node4C& row) {
     bool const operandBefore = end == END_NUMBER || end == END_OTHER;
     if (item.getType() == NODE4_TEXT) {
       addToText(item, end);
-    } else if (isOpen(item)) {
-      if (operandBefore) add(*row.child(i - 1), row.child(i - 1)->sizeText());
+    } else if (isOpeningBracket(item.getType())) {
+      if (operandBefore) addBefore(item);
       end = END_NOTHING;
     } else if (item.getType() == NODE4_OPERATOR) {
-      if (operandBefore || end == END_NAME) add(*row.child(i - 1), row.child(i - 1)->sizeText());
+      if (operandBefore || end == END_NAME) addBefore(item);
       end = END_OTHER;
     } else if (end != END_FUNCTION) {
       end = END_OTHER;

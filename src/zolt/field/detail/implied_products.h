@@ -3,6 +3,8 @@
 #include <memory>
 #include <vector>
 
+#include "zolt/field/auto_replace.h"
+#include "zolt/ved/convert/diagnosis.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/place.h"
 
@@ -14,18 +16,19 @@ namespace zolt::field::detail {
 
 using math::ved::PlaceS;
 
-/// A copy of a formula with a sign of multiplication wherever two operands stand side by side: "2x",
-/// "3(a+b)", "x²y", a number before a construct. A name before a bracket stays a call, and a name of several
-/// letters one name.
+/// A copy of a formula with what people leave out put in: a sign of multiplication wherever two operands are
+/// side by side ("2x", "3(a+b)", "x²y", a number before a construct), and the letter that a name just typed
+/// will be. A name before a bracket stays a call, and a name of several letters one name.
 class ImpliedProductsC {
  public:
-  ImpliedProductsC(math::ved::Node4C const& root, math::ved::OperatorListC const& operators);
+  /// `completion` is what is going to be replaced in the formula; without a beginning, nothing.
+  ImpliedProductsC(math::ved::Node4C const& root, math::ved::OperatorListC const& operators,
+                   ReplacementS const& completion);
 
-  /// Whether there was anything to add.
-  bool hasAdded() const { return !added_.empty(); }
-  math::ved::Node4C& refRoot() { return *root_; }
-  /// The place in the formula that corresponds to one in the copy.
-  PlaceS toOriginal(math::ved::Node4C const& node, unsigned int pos) const;
+  /// Puts the signs in. False when there was nothing to add.
+  bool addSigns();
+  /// What the copy is; a faulty part is one of the formula itself.
+  math::ved::DiagnosisS diagnose() const;
 
  private:
   enum EndE {
@@ -38,13 +41,20 @@ class ImpliedProductsC {
 
   void addToRow(math::ved::Node4C& row);
   void addToText(math::ved::Node4C& text, EndE& end);
-  /// Puts the sign into `text` at `pos`.
-  void add(math::ved::Node4C& text, std::size_t pos);
+  /// Puts the sign at the end of the text before `item`.
+  void addBefore(math::ved::Node4C const& item);
+
+  void complete();
+  /// The place in the formula that corresponds to one in the copy.
+  PlaceS toOriginal(PlaceS place) const;
 
   math::ved::Node4C const& original_;
   math::ved::OperatorListC const& operators_;
+  ReplacementS const completion_;
   std::unique_ptr<math::ved::Node4C> root_;
-  std::vector<PlaceS> added_;  // in the copy
+  math::ved::Node4C* completed_ = nullptr;  // the text of the copy with the completed name
+  unsigned int completedEnd_ = 0;           // where that name ended before signs were put in
+  std::vector<PlaceS> added_;               // the signs, by their places in the copy
 };
 
 }  // namespace zolt::field::detail

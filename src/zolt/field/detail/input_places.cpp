@@ -4,8 +4,10 @@
 
 #include "zolt/common/decimal_text.h"
 #include "zolt/field/detail/construct_names.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::field::detail {
 
@@ -17,32 +19,27 @@ bool isCallConstruct(Node4C const& item) {
   return item.getType() == NODE4_OPERATOR && isWrittenAsCall(*item.crefOperator());
 }
 
-bool hasSuppliedBrackets(Node4C const& row) {
-  unsigned long const count = row.numChildren();
-  return count > 2 &&
-         (row.child(1)->getType() == NODE4_AUTO_OPEN || row.child(count - 2)->getType() == NODE4_AUTO_CLOSE);
-}
-
 /// The ")" just behind the place when the row's brackets balance without a further one; else null.
 Node4C const* findClosedAlready(PlaceS place) {
-  if (place.pos < place.node->sizeText() || hasSuppliedBrackets(*place.node->getParent())) return nullptr;
+  Node4C const& row = *place.node->getParent();
+  if (place.pos < place.node->sizeText() || hasSuppliedOpen(row) || hasSuppliedClose(row)) return nullptr;
   Node4C const* const next = place.node->goRight();
-  return next && isTypedClose(*next) ? next : nullptr;
+  return next && next->getType() == NODE4_CLOSE ? next : nullptr;
 }
 
 /// The place behind the exponent or fraction whose last row ends at `place`, when nothing in that row is
 /// still open; else null.
 PlaceS behindFinishedItem(PlaceS place) {
-  Node4C const* const item = enclosingItem(place.node);
+  Node4C const* const item = enclosingItem(*place.node);
   if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
-  if (isEmptyRow(row) || item->child(item->numChildren() - 1) != &row) return {};
+  if (isEmptyRow(row) || row.goRight()) return {};
   return placeAfter(*item);
 }
 
 /// The place behind the item around `place` when the sign may leave it, whatever the item: its row ends here.
 PlaceS behindItem(PlaceS place) {
-  Node4C const* const item = enclosingItem(place.node);
+  Node4C const* const item = enclosingItem(*place.node);
   return item && isAtRowEnd(place) ? placeAfter(*item) : PlaceS();
 }
 
@@ -62,7 +59,7 @@ LeavingS leaveByClose(PlaceS place) {
       if (closed) return {placeAfter(*closed), true};
       return {at == place ? PlaceS() : at, false};
     }
-    Node4C const* const item = enclosingItem(at.node);
+    Node4C const* const item = enclosingItem(*at.node);
     if (item && isCallConstruct(*item) && isAtRowEnd(at)) return {placeAfter(*item), true};
   }
   return {};
@@ -71,7 +68,7 @@ LeavingS leaveByClose(PlaceS place) {
 LeavingS leaveByComma(PlaceS place) {
   for (PlaceS at = place; at; at = behindItem(at)) {
     if (findOpenBracket(at)) return {at == place ? PlaceS() : at, false};
-    Node4C const* const item = enclosingItem(at.node);
+    Node4C const* const item = enclosingItem(*at.node);
     if (!item || !isCallConstruct(*item) || !isAtRowEnd(at)) continue;
     if (PlaceS const next = nextArgument(*item, *at.node->getParent())) return {next, true};
   }
@@ -79,7 +76,7 @@ LeavingS leaveByComma(PlaceS place) {
 }
 
 PlaceS goToValue(PlaceS place) {
-  Node4C const* const item = enclosingItem(place.node);
+  Node4C const* const item = enclosingItem(*place.node);
   if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
   if (item->getType() != NODE4_OPERATOR) return {};
@@ -96,7 +93,7 @@ PlaceS leaveByRelation(PlaceS place) {
 }
 
 PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
-  Node4C const* const item = enclosingItem(place.node);
+  Node4C const* const item = enclosingItem(*place.node);
   if (!item || item->getType() != NODE4_OPERATOR || sign == u'\0') return {};
   if (item->crefOperator()->crefWords().closingSign != sign) return {};
   if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
@@ -104,7 +101,7 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
 }
 
 bool isRaising(PlaceS place) {
-  Node4C const* const item = enclosingItem(place.node);
+  Node4C const* const item = enclosingItem(*place.node);
   return item && item->getType() == NODE4_POWER && !endsOperandAt(place);
 }
 
@@ -120,21 +117,19 @@ bool endsOperandAt(PlaceS place) {
     return isWordCharacter(c) || c == u'!';
   }
   Node4C const* const left = place.node->goLeft();
-  return left && !isOpen(*left);
+  return left && !isOpeningBracket(left->getType());
 }
 
 bool hasComma(PlaceS begin, PlaceS end) {
-  Node4C const& row = *begin.node->getParent();
   unsigned long depth = 0;
-  for (unsigned long i = begin.node->findChildNumber(); i < row.numChildren(); ++i) {
-    Node4C const& item = *row.child(i);
-    if (isOpen(item)) ++depth;
-    if (isClose(item)) --depth;
-    if (item.getType() == NODE4_TEXT && depth == 0) {
-      std::size_t const comma = item.crefText().find(u',', &item == begin.node ? begin.pos : 0);
-      if (comma < (&item == end.node ? end.pos : wstring::npos)) return true;
+  for (Node4C const* item = begin.node; item; item = item->goRight()) {
+    if (isOpeningBracket(item->getType())) ++depth;
+    if (isClosingBracket(item->getType())) --depth;
+    if (item->getType() == NODE4_TEXT && depth == 0) {
+      std::size_t const comma = item->crefText().find(u',', item == begin.node ? begin.pos : 0);
+      if (comma < (item == end.node ? end.pos : wstring::npos)) return true;
     }
-    if (&item == end.node) return false;
+    if (item == end.node) return false;
   }
   return false;
 }

@@ -3,9 +3,10 @@
 #include <vector>
 
 #include "zolt/field/detail/construct_names.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
 
 namespace zolt::field::detail {
 
@@ -55,11 +56,11 @@ void WriterC::appendConstruct(Node4C const& construct) {
 }
 
 void WriterC::appendItem(Node4C const& item) {
-  if (isOpen(item)) {
+  if (isOpeningBracket(item.getType())) {
     out += u'(';
-  } else if (isClose(item)) {
+  } else if (isClosingBracket(item.getType())) {
     out += u')';
-  } else if (isConstruct(item)) {
+  } else if (isConstruct(item.getType())) {
     appendConstruct(item);
   } else {
     appendSigns(item.crefText());
@@ -75,19 +76,18 @@ wstring WriterC::writeRow(Node4C const& row) const {
 
 }  // namespace
 
-wstring writeRowText(StretchS const& stretch, OperatorListC const& operators) {
+wstring writeRowText(SelectionS const& stretch, OperatorListC const& operators) {
+  auto const [begin, end] = stretch;
   WriterC writer(operators);
-  for (unsigned long i = stretch.first; i <= stretch.last; ++i) {
-    Node4C const& item = *stretch.row->child(i);
-    if (item.getType() != NODE4_TEXT) {
-      writer.appendItem(item);
-      continue;
+  for (Node4C const* item = begin.node;; item = item->goRight()) {
+    if (item->getType() == NODE4_TEXT) {
+      unsigned int const first = item == begin.node ? begin.pos : 0;
+      writer.appendSigns(item->crefText().substr(first, (item == end.node ? end : endOf(item)).pos - first));
+    } else {
+      writer.appendItem(*item);
     }
-    unsigned int const begin = i == stretch.first ? stretch.firstPos : 0;
-    auto const end = i == stretch.last ? stretch.lastPos : static_cast<unsigned int>(item.sizeText());
-    writer.appendSigns(item.crefText().substr(begin, end - begin));
+    if (item == end.node) return writer.out;
   }
-  return writer.out;
 }
 
 }  // namespace zolt::field::detail

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <initializer_list>
 
-#include "zolt/field/caret_motion.h"
-#include "zolt/field/detail/tree_walk.h"
+#include "zolt/field/detail/words.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view.h"
 
@@ -87,8 +87,9 @@ class VerticalSearchC {
 
 }  // namespace
 
-PlaceS findVertical(ViewZNT4C& view, PlaceS from, bool up, long& column) {
+PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CaretMotionE motion, long& column) {
   view.getExpressionSize();  // lays out
+  bool const up = motion == MOTION_UP;
   GraphicsABC const& graphics = view.crefGraphics();
   PointS const at = from.node->getAbsolutePosition();
   from.node->selectFont(graphics);
@@ -100,21 +101,19 @@ PlaceS findVertical(ViewZNT4C& view, PlaceS from, bool up, long& column) {
   Node4C const* const left = from.pos == 0 ? from.node->goLeft() : nullptr;
   Node4C const* const right = from.pos == from.node->sizeText() ? from.node->goRight() : nullptr;
   for (Node4C const* const item : {left, right}) {
-    if (item && isConstruct(*item)) search.search(*item);
+    if (item && isConstruct(item->getType())) search.search(*item);
   }
   Node4C const* text = from.node;
   while (!search.hasFound()) {
-    Node4C const* const row = text->getParent();
-    Node4C const* const item = enclosingItem(text);
+    Node4C const* const item = enclosingItem(*text);
     if (!item) return {};
     for (unsigned long i = 0; i < item->numChildren(); ++i) {
-      if (item->child(i) != row) search.search(*item->child(i));
+      if (item->child(i) != text->getParent()) search.search(*item->child(i));
     }
-    if (!search.hasFound()) {
-      search.examine(*item->goLeft());
-      search.examine(*item->goRight());
-    }
-    text = item->goLeft();
+    text = placeBefore(*item).node;
+    if (search.hasFound()) break;
+    search.examine(*text);
+    search.examine(*placeAfter(*item).node);
   }
   return search.place(graphics);
 }

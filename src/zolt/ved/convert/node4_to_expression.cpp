@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
-#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/convert/diagnosis.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_walk.h"
@@ -174,6 +174,18 @@ PointerTC<algexpr::AlgebraicExpressionC> Node4C::getAlgebraicExpression(ErrorSel
     fault = {row->child(0), 0, row, static_cast<unsigned int>(row->numChildren()), ERROR_CAUSE_SYNTAX};
   }
   return expression;
+}
+
+DiagnosisS diagnose(Node4C const& root) {
+  DiagnosisS diagnosis;
+  ErrorSelectionS error;
+  // The conversion changes nothing; it only reports the nodes for others to change.
+  diagnosis.expression = const_cast<Node4C&>(root).getAlgebraicExpression(&error);
+  bool const empty = error.cause == ERROR_CAUSE_PLACEHOLDER && root.child(0)->numChildren() == 1;
+  diagnosis.cause = empty ? ERROR_CAUSE_EMPTY : error.cause;
+  diagnosis.range = {faultStart({error.firstNode, error.firstIndex}),
+                     faultEnd({error.secondNode, error.secondIndex})};
+  return diagnosis;
 }
 
 }  // namespace zolt::math::ved

@@ -7,6 +7,7 @@
 #include "zolt/ved/operators/detail/operands.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view_insertion.h"
 
 namespace zolt::math::ved {
@@ -25,16 +26,12 @@ bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) 
 
 /// Whether the row is one bracketed group and nothing else: the bar can stand for its parentheses then.
 bool isWholeGroup(Node4C const& row) {
-  unsigned long const count = row.numChildren();
-  if (count < 5 || row.child(0)->sizeText() > 0 || row.child(count - 1)->sizeText() > 0) return false;
-  auto const type = [&row](unsigned long i) { return row.child(i)->getType(); };
-  if (!isOpeningBracket(type(1)) || !isClosingBracket(type(count - 2))) return false;
-  long depth = 0;
-  for (unsigned long i = 1; i + 2 < count; ++i) {
-    if (isOpeningBracket(type(i))) ++depth;
-    if (isClosingBracket(type(i)) && --depth == 0) return false;
-  }
-  return true;
+  Node4C const& start = *rowStart(row).node;
+  Node4C const& end = *rowEnd(row).node;
+  Node4C const* const first = start.goRight();
+  if (!first || !start.isEmptyText() || !end.isEmptyText() || !isOpeningBracket(first->getType()))
+    return false;
+  return findPartner(*first) == end.goLeft();
 }
 
 void stripBrackets(ViewInsertionC& insertion, Node4C& row) {

@@ -19,5 +19,9 @@ enum Node4TypeE : int {
 constexpr bool isOpeningBracket(Node4TypeE type) { return type == NODE4_OPEN || type == NODE4_AUTO_OPEN; }
 /// ")", typed or supplied.
 constexpr bool isClosingBracket(Node4TypeE type) { return type == NODE4_CLOSE || type == NODE4_AUTO_CLOSE; }
+/// A bracket that the user typed.
+constexpr bool isTypedBracket(Node4TypeE type) { return type == NODE4_OPEN || type == NODE4_CLOSE; }
+/// An item of a row that has rows of its own.
+constexpr bool isConstruct(Node4TypeE type) { return type == NODE4_OPERATOR || type == NODE4_POWER; }
 
 }  // namespace zolt::math::ved

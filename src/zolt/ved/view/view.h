@@ -8,7 +8,7 @@
 #include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
-#include "zolt/ved/convert/error_selection.h"
+#include "zolt/ved/convert/diagnosis.h"
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/geometry/point.h"
 #include "zolt/ved/geometry/rectangle.h"
@@ -45,6 +45,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   virtual RectangleS getCurrentNodeRectangle();
   /// The caret's box in view coordinates: one unit wide, as high as its text.
   virtual RectangleS getCaretRectangle();
+  /// What these two report when `range` is selected, or the caret where its ends are equal.
+  RectangleS getRectangle(SelectionS const& range) const;
 
   // ---- Expression ---------------------------------------------------------------------------------------
   /// Shows `expression` (null: an empty formula), all selected, so that the first character typed replaces
@@ -61,12 +63,15 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// part and stores why in `cause` (may be null). A view that is not editable returns the expression it was
   /// given.
   PointerTC<algexpr::AlgebraicExpressionC> getAlgebraicExpression(ErrorCauseE* cause);
+  /// Whether the formula, as it is shown, is an expression, and if not, why and where: what
+  /// `getAlgebraicExpression` of an editable view answers and selects, with nothing changed.
+  DiagnosisS diagnose() const { return ved::diagnose(crefRoot()); }
   bool isEditable() const { return editable_; }
   bool setEditable(bool editable);
 
   // ---- Size and drawing -----------------------------------------------------------------------------------
   /// Width and height of the formula in surface units.
-  PointS getExpressionSize();
+  PointS getExpressionSize() const;
   /// Draws the formula with its top-left corner at (x, y). Caret and selection are the host's to draw.
   void display(long x, long y) const;
   bool needLayout();
@@ -89,6 +94,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// The selection as bytes for the clipboard and as an expression. Null when the selection is not a complete
   /// expression (`bytes` is filled all the same) or when nothing is selected (`bytes` is left alone).
   PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
+  /// The same of what is shown in `range`, whatever is selected.
+  PointerTC<algexpr::AlgebraicExpressionC> copy(SelectionS const& range, oss::bytestring& bytes) const;
   /// `copy`, then the backspace key: call only with a selection.
   PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
   /// Replaces the selection by what `copy` wrote. False, with nothing done, for bytes that do not read or
@@ -124,6 +131,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
   Node4C const& crefRoot() const { return takeBackIfDue(), *root_; }
+  /// From the start of the formula to its end.
+  SelectionS getWhole() const { return wholeRow(*crefRoot().child(0)); }
   /// Caret and anchor; the anchor is no place when nothing is selected.
   SelectionS getSelection() const;
   Node4C const* getCaretNode() const { return takeBackIfDue(), selection_.caret.node; }
@@ -168,7 +177,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// The caret's text, to be changed.
   Node4C& refCaretNode() const { return const_cast<Node4C&>(*selection_.caret.node); }
   void layoutIfPending() const;
-  void selectError(ErrorSelectionS const& error);
   // view_caret.cpp
   bool doLeft();
   bool doRight();
@@ -218,7 +226,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doRunOperator(PointerTC<OperatorBC> op);
 
   // view_clipboard.cpp
-  Node4C* copySelection() const;
+  Node4C* copySelection() const { return copyRange(getSelection()); }
+  Node4C* copyRange(SelectionS const& range) const;
   Node4C* cutSelection();
   bool isAllSelected() const;
   /// Null: nothing to paste.

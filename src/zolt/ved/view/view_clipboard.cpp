@@ -24,8 +24,8 @@ std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
 
 }  // namespace
 
-Node4C* ViewZNT4C::copySelection() const {
-  SelectionBoundsS const bounds(*this);
+Node4C* ViewZNT4C::copyRange(SelectionS const& range) const {
+  SelectionBoundsS const bounds(range);
   if (!bounds.line) return nullptr;
 
   unsigned long const count = bounds.last - bounds.first + 1;
@@ -55,7 +55,11 @@ bool ViewZNT4C::isAllSelected() const {
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) const {
   if (!editable_ && expression_ && isSelected() && isAllSelected()) return expression_;
-  std::unique_ptr<Node4C> const row(copySelection());
+  return copy(getSelection(), bytes);
+}
+
+PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(SelectionS const& range, bytestring& bytes) const {
+  std::unique_ptr<Node4C> const row(copyRange(range));
   if (!row) return nullptr;
   bytestring written = writeBytes(*row);
   auto expression = row->getAlgebraicExpression(nullptr);

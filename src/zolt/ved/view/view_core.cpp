@@ -61,21 +61,14 @@ bool ViewZNT4C::setConstraints(PointerTC<algexpr::ConstraintsBC> constraints) {
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getAlgebraicExpression(ErrorCauseE* cause) {
   if (!editable_ && expression_) return expression_;
-  takeBackIfDue();
-  ErrorSelectionS error;
-  auto expression = root_->getAlgebraicExpression(&error);
-  if (!expression && editable_ && !isBusy() && cause) {
-    selectError(error);
-    bool const empty = error.cause == ERROR_CAUSE_PLACEHOLDER && root_->child(0)->numChildren() == 1;
-    *cause = empty ? ERROR_CAUSE_EMPTY : error.cause;
+  DiagnosisS const found = diagnose();
+  if (!found.expression && editable_ && !isBusy() && cause) {
+    if (found.range.anchor) selection_.anchor = found.range.anchor;
+    if (found.range.caret) selection_.caret = found.range.caret;
+    *cause = found.cause;
     needRedraw();
   }
-  return expression;
-}
-
-void ViewZNT4C::selectError(ErrorSelectionS const& error) {
-  if (error.firstNode) selection_.anchor = faultStart({error.firstNode, error.firstIndex});
-  if (error.secondNode) selection_.caret = faultEnd({error.secondNode, error.secondIndex});
+  return found.expression;
 }
 
 bool ViewZNT4C::setEditable(bool editable) {
@@ -105,7 +98,7 @@ void ViewZNT4C::layoutIfPending() const {
   layoutPending_ = measurePending_ = false;
 }
 
-PointS ViewZNT4C::getExpressionSize() {
+PointS ViewZNT4C::getExpressionSize() const {
   if (!executing_) layoutIfPending();
   return {root_->getWidth(), root_->getHeight()};
 }

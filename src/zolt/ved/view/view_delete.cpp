@@ -1,19 +1,12 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
 
 namespace {
-
-bool isEmptyRow(Node4C const& row) {
-  for (unsigned long i = 0; i < row.numChildren(); ++i) {
-    Node4C const& item = *row.child(i);
-    if (item.getType() != NODE4_TEXT || !item.crefText().empty()) return false;
-  }
-  return true;
-}
 
 /// The only row of a construct or exponent that is not empty.
 struct FilledRowsS {
@@ -29,15 +22,11 @@ struct FilledRowsS {
   unsigned long last = 0;
 };
 
-bool isTypedBracket(Node4C const& node) {
-  return node.getType() == NODE4_OPEN || node.getType() == NODE4_CLOSE;
-}
-
 }  // namespace
 
 bool ViewZNT4C::deleteSelection() {
   if (!backupBeforeModif()) return false;
-  SelectionBoundsS const bounds(*this);
+  SelectionBoundsS const bounds(getSelection());
   if (!bounds.line) return true;
   selection_.anchor = {};
 
@@ -77,7 +66,7 @@ bool ViewZNT4C::doDelete() {
     return true;
   }
   Node4C const* const right = caret.node->goRight();
-  if (!right || !isTypedBracket(*right)) return bip();
+  if (!right || !isTypedBracket(right->getType())) return bip();
   backupBeforeModif();
   right->getParent()->deleteChild(right->findChildNumber());
   return true;
@@ -106,9 +95,9 @@ bool ViewZNT4C::doBackspace() {
 }
 
 bool ViewZNT4C::backspaceOver(Node4C& item) {
-  bool removable = isTypedBracket(item);
-  if (item.getType() == NODE4_OPERATOR || item.getType() == NODE4_POWER) {
-    removable = FilledRowsS(item).count == 0;
+  bool removable = isTypedBracket(item.getType());
+  if (isConstruct(item.getType())) {
+    removable = hasEmptyRows(item);
     if (!removable) return stepToEnd(*item.child(item.numChildren() - 1));
   }
   if (!removable) {

@@ -16,19 +16,24 @@ long measureStart(Node4C const& text, unsigned int count, GraphicsABC const& gra
 }  // namespace
 
 RectangleS ViewZNT4C::getCaretRectangle() {
-  if (!executing_) layoutIfPending();
-  auto const& [node, pos] = selection_.caret;
-  PointS const position = node->getAbsolutePosition();
-  long const right = position.x + measureStart(*node, pos, *graphics_);
-  return {right - 1, position.y, right, position.y + node->getHeight()};
+  takeBackIfDue();
+  return getRectangle({selection_.caret, selection_.caret});
 }
 
 RectangleS ViewZNT4C::getCurrentNodeRectangle() {
-  if (!isSelected()) return {};
-  if (!executing_) layoutIfPending();
-  SelectionBoundsS const bounds(*this);
-  if (!bounds.line) return {};
+  return isSelected() ? getRectangle(selection_) : RectangleS();
+}
 
+RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
+  if (!executing_) layoutIfPending();
+  if (range.anchor == range.caret) {
+    auto const& [node, pos] = range.caret;
+    PointS const position = node->getAbsolutePosition();
+    long const right = position.x + measureStart(*node, pos, *graphics_);
+    return {right - 1, position.y, right, position.y + node->getHeight()};
+  }
+
+  SelectionBoundsS const bounds(range);
   Node4C const& line = *bounds.line;
   PointS const position = line.getAbsolutePosition();
   Node4C const& firstItem = *line.child(bounds.first);

@@ -2,33 +2,12 @@
 #include <utility>
 
 #include "zolt/ved/limits.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/row_nesting.h"
 #include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
-
-namespace {
-
-unsigned long countAncestors(Node4C const* node) {
-  unsigned long count = 0;
-  while ((node = node->getParent())) ++count;
-  return count;
-}
-
-/// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
-void climbToSiblings(Node4C const*& a, Node4C const*& b) {
-  unsigned long depthA = countAncestors(a);
-  unsigned long depthB = countAncestors(b);
-  for (; depthA > depthB; --depthA) a = a->getParent();
-  for (; depthB > depthA; --depthB) b = b->getParent();
-  while (a->getParent() != b->getParent()) {
-    a = a->getParent();
-    b = b->getParent();
-  }
-}
-
-}  // namespace
 
 bool ViewZNT4C::isSelected() const {
   takeBackIfDue();
@@ -44,16 +23,26 @@ SelectionS ViewZNT4C::getSelection() const {
 
 bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos,
                                    unsigned long& last, unsigned int& lastPos) const {
-  if (!isSelected()) return false;
-  Node4C const* caretItem = selection_.caret.node;
-  Node4C const* anchorItem = selection_.anchor.node;
-  firstPos = selection_.caret.pos;
-  lastPos = selection_.anchor.pos;
+  SelectionBoundsS const bounds(getSelection());
+  if (!bounds.line) return false;
+  line = bounds.line;
+  first = bounds.first;
+  firstPos = bounds.firstPos;
+  last = bounds.last;
+  lastPos = bounds.lastPos;
+  return true;
+}
+
+SelectionBoundsS::SelectionBoundsS(SelectionS const& selection)
+    : firstPos(selection.caret.pos), lastPos(selection.anchor.pos) {
+  Node4C const* caretItem = selection.caret.node;
+  Node4C const* anchorItem = selection.anchor.node;
+  if (!anchorItem) return;
   if (caretItem == anchorItem) {
     line = caretItem->getParent();
     first = last = caretItem->findChildNumber();
     if (firstPos > lastPos) std::swap(firstPos, lastPos);
-    return true;
+    return;
   }
 
   climbToSiblings(caretItem, anchorItem);
@@ -65,7 +54,7 @@ bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned
     last = item + 1;
     firstPos = endOf(line->child(first)).pos;
     lastPos = 0;
-    return true;
+    return;
   }
 
   line = caretItem->getParent();
@@ -75,20 +64,15 @@ bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned
     std::swap(first, last);
     std::swap(firstPos, lastPos);
   }
-  return true;
-}
-
-SelectionBoundsS::SelectionBoundsS(ViewZNT4C const& view) {
-  view.getSelectionBounds(line, first, firstPos, last, lastPos);
 }
 
 Node4C const& ViewZNT4C::crefCurrentRow() const {
-  Node4C const* const line = SelectionBoundsS(*this).line;
+  Node4C const* const line = SelectionBoundsS(getSelection()).line;
   return line ? *line : *selection_.caret.node->getParent();
 }
 
 unsigned long ViewZNT4C::countSelectedRows() const {
-  SelectionBoundsS const bounds(*this);
+  SelectionBoundsS const bounds(getSelection());
   if (!bounds.line) return 0;
   unsigned long rows = 0;
   for (unsigned long i = bounds.first; i <= bounds.last; ++i) {

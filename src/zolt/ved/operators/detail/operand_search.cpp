@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/detail/operand_search.h"
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved::detail {
 
@@ -30,20 +31,6 @@ unsigned int backOverName(wstring const& text, unsigned int pos) {
   return pos;
 }
 
-/// The index of the bracket that matches the one at `i`, or the number of items when there is none.
-unsigned long findMatch(Node4C const& row, unsigned long i) {
-  bool const forwards = isOpeningBracket(row.child(i)->getType());
-  unsigned long const count = row.numChildren();
-  long depth = 0;
-  for (unsigned long k = i; k < count; k = forwards ? k + 1 : k - 1) {
-    Node4TypeE const type = row.child(k)->getType();
-    if (isOpeningBracket(type)) ++depth;
-    if (isClosingBracket(type)) --depth;
-    if (depth == 0) return k;
-  }
-  return count;
-}
-
 /// Takes the exponent that follows the stretch with it.
 void takeExponent(OperandStretchS& stretch) {
   if (stretch.far != endOf(stretch.far.node)) return;
@@ -63,21 +50,22 @@ OperandStretchS findLeftOperand(PlaceS caret) {
     return stretch;
   }
 
-  Node4C const& row = *caret.node->getParent();
-  unsigned long i = caret.node->findChildNumber();
-  if (i == 0) return stretch;
+  Node4C const* item = caret.node->goLeft();
+  if (!item) return stretch;
   // Exponents go with their base; between an exponent and another item stands an empty text.
-  --i;
-  while (i > 0 && (row.child(i)->getType() == NODE4_POWER || row.child(i)->isEmptyText())) --i;
-  Node4C const* const item = row.child(i);
+  while (item->getType() == NODE4_POWER || item->isEmptyText()) {
+    Node4C const* const left = item->goLeft();
+    if (!left) break;
+    item = left;
+  }
   if (item->getType() == NODE4_TEXT) {
     stretch.far = {item, backOverOperand(item->crefText(), endOf(item).pos)};
   } else if (item->getType() == NODE4_OPERATOR) {
     stretch.far = placeBefore(*item);
   } else if (isClosingBracket(item->getType())) {
-    unsigned long const open = findMatch(row, i);
-    if (open == 0 || open >= row.numChildren()) return stretch;
-    PlaceS const end = endOf(row.child(open - 1));
+    Node4C const* const open = findPartner(*item);
+    if (!open || !open->goLeft()) return stretch;
+    PlaceS const end = placeBefore(*open);
     stretch.far = {end.node, backOverName(end.node->crefText(), end.pos)};
     stretch.group = stretch.far == end;
   }
@@ -91,29 +79,23 @@ OperandStretchS findRightOperand(PlaceS caret) {
   unsigned int pos = caret.pos;
   while (pos < text.size() && text[pos] == u' ') ++pos;
 
-  Node4C const& row = *caret.node->getParent();
-  unsigned long const next = caret.node->findChildNumber() + 1;
+  Node4C const* const item = caret.node->goRight();
+  Node4C const* const partner = item && isOpeningBracket(item->getType()) ? findPartner(*item) : nullptr;
+  bool const ends = partner && partner->goRight();
   if (pos == text.size()) {
-    if (next + 1 >= row.numChildren()) return stretch;
-    Node4C const* const item = row.child(next);
-    if (item->getType() == NODE4_OPERATOR) {
-      stretch.far = startOf(row.child(next + 1));
-    } else if (isOpeningBracket(item->getType())) {
-      unsigned long const close = findMatch(row, next);
-      if (close + 1 >= row.numChildren()) return stretch;
-      stretch.far = startOf(row.child(close + 1));
+    if (ends) {
+      stretch.far = placeAfter(*partner);
       stretch.group = true;
       takeExponent(stretch);
+    } else if (item && item->getType() == NODE4_OPERATOR) {
+      stretch.far = placeAfter(*item);
     }
     return stretch;
   }
 
   while (pos < text.size() && isOperandCharacter(text[pos])) ++pos;
   stretch.far = {caret.node, pos};
-  if (pos == text.size() && next < row.numChildren() && isOpeningBracket(row.child(next)->getType())) {
-    unsigned long const close = findMatch(row, next);
-    if (close + 1 < row.numChildren()) stretch.far = startOf(row.child(close + 1));
-  }
+  if (pos == text.size() && ends) stretch.far = placeAfter(*partner);
   takeExponent(stretch);
   return stretch;
 }

@@ -37,7 +37,7 @@ bool isSoundText(wstring const& text) {
   return true;
 }
 
-bool isConstruct(Node4C const& node) {
+bool isSoundConstruct(Node4C const& node) {
   OperatorBC const* const op = node.crefOperator();
   if (!op || op->isLinear() || !op->isConstruct()) return false;
   return op->getArity() == 0 || op->getArity() == node.numChildren();
@@ -50,7 +50,7 @@ bool isSoundNode(Node4C const& node) {
     case NODE4_TEXT:
       return node.numChildren() == 0 && isSoundText(node.crefText());
     case NODE4_OPERATOR:
-      return isConstruct(node) && holdsOnlyRows(node);
+      return isSoundConstruct(node) && holdsOnlyRows(node);
     case NODE4_POWER:
       return node.crefText().empty() && node.numChildren() == 1 && holdsOnlyRows(node);
     default:

@@ -1,14 +1,13 @@
-// Internal to the view: the selection in one piece.
+// Internal to the view: a selection in one piece.
 #pragma once
+
+#include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
-class Node4C;
-class ViewZNT4C;
-
-/// The selection as a stretch of one row, in reading order (`ViewZNT4C::getSelectionBounds`).
+/// A selection as a stretch of one row, in reading order (`ViewZNT4C::getSelectionBounds`).
 struct SelectionBoundsS {
-  explicit SelectionBoundsS(ViewZNT4C const& view);
+  explicit SelectionBoundsS(SelectionS const& selection);
 
   Node4C* line = nullptr;  ///< null: nothing is selected
   unsigned long first = 0;

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "zolt/oss/wstring.h"
+
+namespace zolt::field::detail {
+
+using oss::wstring;
+
+/// A letter or digit of a name or number, a decimal point included.
+bool isWordCharacter(char16_t c);
+/// Whether the caret should not stand before this character: the second half of a pair, a combining mark.
+bool isContinuation(char16_t c);
+/// Where the run of word characters that ends (starts) at `pos` starts (ends).
+unsigned int wordStart(wstring const& text, unsigned int pos);
+unsigned int wordEnd(wstring const& text, unsigned int pos);
+
+}  // namespace zolt::field::detail

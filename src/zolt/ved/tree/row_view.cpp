@@ -1,0 +1,121 @@
+#include "zolt/ved/tree/row_view.h"
+
+#include <utility>
+
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved {
+
+namespace {
+
+unsigned long countAncestors(Node4C const* node) {
+  unsigned long count = 0;
+  while ((node = node->getParent())) ++count;
+  return count;
+}
+
+}  // namespace
+
+bool isEmptyRow(Node4C const& row) { return row.numChildren() == 1 && row.child(0)->isEmptyText(); }
+
+bool hasEmptyRows(Node4C const& construct) {
+  for (unsigned long i = 0; i < construct.numChildren(); ++i) {
+    if (!isEmptyRow(*construct.child(i))) return false;
+  }
+  return true;
+}
+
+bool isSlot(Node4C const& text) {
+  if (!text.isEmptyText()) return false;
+  if (text.getParent()->numChildren() == 1) return enclosingItem(text);
+  Node4C const* const right = text.goRight();
+  if (!right || right->getType() != NODE4_POWER) return false;
+  Node4C const* const left = text.goLeft();
+  return !left || (left->getType() != NODE4_OPERATOR && !isClosingBracket(left->getType()));
+}
+
+Node4C const* enclosingItem(Node4C const& item) {
+  Node4C const* const construct = item.getParent()->getParent();
+  return construct->getType() == NODE4_ROOT ? nullptr : construct;
+}
+
+bool isAtRowEnd(PlaceS place) { return place == rowEnd(*place.node->getParent()); }
+
+Node4C const* previousText(Node4C const& text) {
+  Node4C const* leaf = text.goLeftLeaf();
+  while (leaf && leaf->getType() != NODE4_TEXT) leaf = leaf->goLeftLeaf();
+  return leaf;
+}
+
+Node4C const* nextText(Node4C const& text) {
+  Node4C const* leaf = text.goRightLeaf();
+  while (leaf && leaf->getType() != NODE4_TEXT) leaf = leaf->goRightLeaf();
+  return leaf;
+}
+
+Node4C const* findPartner(Node4C const& bracket) {
+  bool const forwards = isOpeningBracket(bracket.getType());
+  Node4C const& row = *bracket.getParent();
+  unsigned long const count = row.numChildren();
+  long depth = 0;
+  for (unsigned long i = bracket.findChildNumber(); i < count; i = forwards ? i + 1 : i - 1) {
+    Node4TypeE const type = row.child(i)->getType();
+    if (isOpeningBracket(type)) ++depth;
+    if (isClosingBracket(type)) --depth;
+    if (depth == 0) return row.child(i);
+  }
+  return nullptr;
+}
+
+Node4C const* findOpenBracket(PlaceS place) {
+  Node4C const& row = *place.node->getParent();
+  unsigned long closed = 0;
+  for (unsigned long i = place.node->findChildNumber(); i-- > 0;) {
+    Node4C const& item = *row.child(i);
+    if (item.getType() == NODE4_CLOSE) ++closed;
+    if (item.getType() != NODE4_OPEN) continue;
+    if (closed == 0) return &item;
+    --closed;
+  }
+  return nullptr;
+}
+
+bool hasSuppliedOpen(Node4C const& row) {
+  return row.numChildren() > 2 && row.child(1)->getType() == NODE4_AUTO_OPEN;
+}
+
+bool hasSuppliedClose(Node4C const& row) {
+  unsigned long const count = row.numChildren();
+  return count > 2 && row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
+}
+
+void climbToSiblings(Node4C const*& a, Node4C const*& b) {
+  unsigned long depthA = countAncestors(a);
+  unsigned long depthB = countAncestors(b);
+  for (; depthA > depthB; --depthA) a = a->getParent();
+  for (; depthB > depthA; --depthB) b = b->getParent();
+  while (a->getParent() != b->getParent()) {
+    a = a->getParent();
+    b = b->getParent();
+  }
+}
+
+SelectionS inOneRow(SelectionS const& selection) {
+  PlaceS start = selection.anchor ? selection.anchor : selection.caret;
+  PlaceS end = selection.caret;
+  Node4C const* first = start.node;
+  Node4C const* last = end.node;
+  if (first == last) return start.pos < end.pos ? SelectionS{start, end} : SelectionS{end, start};
+  climbToSiblings(first, last);
+  Node4C const& common = *first->getParent();
+  if (common.getType() != NODE4_LINE) return {placeBefore(common), placeAfter(common)};
+  if (first->findChildNumber() > last->findChildNumber()) {
+    std::swap(first, last);
+    std::swap(start, end);
+  }
+  if (first != start.node) start = placeBefore(*first);
+  if (last != end.node) end = placeAfter(*last);
+  return {start, end};
+}
+
+}  // namespace zolt::math::ved
