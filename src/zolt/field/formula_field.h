@@ -50,6 +50,10 @@ struct FormulaDiagnosisS {
 ///
 /// Calls that take input answer whether it was taken; what is refused changes nothing. One thing that a
 /// person does is one step to undo, a run of typed characters too. Everything is in the surface's units.
+///
+/// Whatever is const answers from the formula as it is and changes nothing that anybody sees. A program uses
+/// all its fields on one thread. When memory runs out (`std::bad_alloc`, from any call), formula, caret,
+/// selection and history are as before the call; what the call had recorded stays in the recording.
 class FormulaFieldC {
  public:
   /// Keeps `surface` for its lifetime; it must not be null.
