@@ -34,7 +34,7 @@ std::string checkTexts(TypesetterC const& typesetter, unsigned long depth) {
     width = wider;
   }
   std::vector<PlacedGlyphS> glyphs;
-  typesetter.place(text, depth, TEXT_STARTS_GROUP, glyphs);
+  typesetter.place(text, depth, math::ved::TEXT_STARTS_ROW, glyphs);
   for (PlacedGlyphS const& glyph : glyphs) {
     if (!std::isfinite(glyph.x) || !std::isfinite(glyph.width)) return "a glyph has no place";
   }

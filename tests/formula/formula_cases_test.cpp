@@ -214,8 +214,23 @@ TEST_F(FormulaCases, Drawing) {
     for (std::size_t at; (at = drawn.find('\n')) + 1 < drawn.size();) drawn.replace(at, 1, " ; ");
     EXPECT_EQ(one.expected + "\n", drawn);
     EXPECT_EQ(0u, graphics.getInvalidateCount());
+    expectClippedDrawings(*tree.root);
   }
   expectOperators(names, true);
+}
+
+TEST_F(FormulaCases, DrawingCostsWhatIsSeen) {
+  UnevenGraphicsC const graphics;
+  auto const countCalls = [&](int terms) {
+    std::string row = "[";
+    for (int i = 0; i < terms; ++i) row += "\"+\", /<[\"a\", P[\"2\"], \"\"] ; [\"b\"]>, ";
+    TreeNotationS const tree = readTree(row + "\"\"]");
+    tree.root->layout(graphics);
+    long const middle = tree.root->getWidth() / 2;
+    return countDrawingCalls(*tree.root, RectangleS(middle, 0, middle + 200, 40));
+  };
+  EXPECT_GT(countCalls(100), 20u);
+  EXPECT_LE(countCalls(10000), countCalls(100) + 10);
 }
 
 }  // namespace

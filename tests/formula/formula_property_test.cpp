@@ -43,6 +43,7 @@ void expectSoundTree(Node4C& root) {
   ASSERT_EQ(boxes, describeBoxes(root));
   ASSERT_TRUE(root.display(graphics, 0, 0, nullptr));
   ASSERT_EQ(boxes, describeBoxes(root));
+  ASSERT_NO_FATAL_FAILURE(expectClippedDrawings(root));
 }
 
 /// An expression as the tree that it is shown as says it; null when that tree does not convert.

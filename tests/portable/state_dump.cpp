@@ -127,7 +127,6 @@ class DumperC {
     std::cout << recording_->getText();
     std::cout << toUtf8(fields_[1]->writeNotation()) << '\n';
     fields_[1]->refView().display(0, 0);
-    textbook_->finish();
     for (auto const& field : fields_) {
       math::ved::PointS const size = field->refView().getExpressionSize();
       std::cout << "size " << size.x << ' ' << size.y << '\n';

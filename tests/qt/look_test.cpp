@@ -38,7 +38,6 @@ class LookTest final : public QObject {
       math::ved::PointS const size = field.refView().getExpressionSize();
       QCOMPARE(picture.size(), QSize(int(size.x), int(size.y)));
       field.crefView().display(0, 0);
-      cairo->finish();
       surfaces::PictureOptionsS options;
       options.zoom = zoom;
       options.margin = margin;

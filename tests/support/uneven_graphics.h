@@ -10,7 +10,7 @@ namespace zolt::tests {
 /// A recording surface of odd sizes, on which every font depth has its own: a character is 7 wide, 11 high
 /// with its axis at 4 (5, 7 and 3 at depth 1, 3, 5 and 2 below), a comma one wider; the four metrics are 2,
 /// 4, 1 and 3 and one more for each depth.
-class UnevenGraphicsC final : public surfaces::RecordingGraphicsC {
+class UnevenGraphicsC : public surfaces::RecordingGraphicsC {
  public:
   /// What the host does when it is asked for a repaint.
   std::function<void()> onInvalidate;

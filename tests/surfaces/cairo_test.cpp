@@ -76,7 +76,7 @@ class CairoPictures : public ::testing::Test {
     graphics.drawHorizontalLine(0, 20, 30);
     graphics.drawOpenBracket(60, 0, 40, true);
     graphics.drawLine(70, 0, 80, 9);
-    graphics.drawText(u"\u25CF", 85, 0);
+    graphics.drawTextAs(math::ved::TEXT_IS_SLOT, u"\u25CF", 85, 0);
   }
   std::string render(PictureFormatE format) {
     std::string bytes, error;

@@ -41,7 +41,6 @@ struct BoundsS {
 /// Keeps the primitives that the shared look asks for.
 class ProbeGraphicsC final : public TypesetGraphicsABC {
  public:
-  using TypesetGraphicsABC::showAll;
   using TypesetGraphicsABC::showOnly;
   using TypesetGraphicsABC::TypesetGraphicsABC;
 

@@ -44,16 +44,17 @@ void QtGraphicsC::begin(QPainter& painter, QColor const& colour, PaintTargetE ta
   painter_ = &painter;
   colour_ = colour;
   target_ = target;
-  seen_ = painter.hasClipping() ? painter.clipBoundingRect() : QRectF();
-  if (!seen_.isNull()) showOnly({seen_.left(), seen_.top()}, {seen_.right(), seen_.bottom()});
+  if (painter.hasClipping()) {
+    QRect const seen = painter.clipBoundingRect().toAlignedRect();
+    showOnly(math::ved::RectangleS(seen.left(), seen.top(), seen.right() + 1, seen.bottom() + 1));
+  }
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
 }
 
 void QtGraphicsC::end() {
   if (!painter_) return;
-  finish();
-  showAll();
+  showOnly(std::nullopt);
   painter_->restore();
   painter_ = nullptr;
 }
@@ -75,11 +76,7 @@ void QtGraphicsC::fillGlyphs(surfaces::GlyphRunS const& run) const {
   double const scale = fonts_->unitSize(run.face, run.em);
   QBrush const brush(inkColour(surfaces::INK_TEXT));
   for (std::size_t i = 0; i < run.count; ++i) {
-    double const x = run.x + run.glyphs[i].x;
-    // Letters may reach out of their advance, but not by more than their size.
-    if (!isVisible({x - run.em, run.baseline - 2 * run.em, run.glyphs[i].width + 2 * run.em, 3 * run.em}))
-      continue;
-    QTransform place = QTransform::fromTranslate(x, run.baseline);
+    QTransform place = QTransform::fromTranslate(run.x + run.glyphs[i].x, run.baseline);
     place.scale(scale, scale);
     painter_->setWorldTransform(place * before);
     painter_->fillPath(fonts_->outline(run.face, run.glyphs[i].glyph), brush);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QColor>
-#include <QRectF>
 #include <functional>
 #include <memory>
 
@@ -44,13 +43,11 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
 
  private:
   QColor inkColour(surfaces::InkE ink) const;
-  bool isVisible(QRectF const& box) const { return seen_.isNull() || seen_.intersects(box); }
 
   std::shared_ptr<FormulaFonts> fonts_;
   std::function<void()> invalidated_;
   QPainter* painter_ = nullptr;
   QColor colour_;
-  QRectF seen_;  // what the painter's clipping leaves, null when it leaves all
   PaintTargetE target_ = PAINT_PIXELS;
 };
 

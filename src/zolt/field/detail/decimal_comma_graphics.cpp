@@ -46,4 +46,9 @@ void DecimalCommaGraphicsC::drawText(wstring const& text, long x, long y) const 
   surface_->drawText(text, x, y);
 }
 
+void DecimalCommaGraphicsC::drawTextAs(math::ved::TextRoleE role, wstring const& text, long x, long y) const {
+  if (isChanged(text)) return surface_->drawTextAs(role, withCommas(text), x, y);
+  surface_->drawTextAs(role, text, x, y);
+}
+
 }  // namespace zolt::field::detail

@@ -42,6 +42,11 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
     surface_->drawBracketPair(x, y, width, height, automatic);
   }
   void selectFont(unsigned long fontDepth) const override { surface_->selectFont(fontDepth); }
+  std::optional<math::ved::RectangleS> getClipBox() const override { return surface_->getClipBox(); }
+  void drawTextAs(math::ved::TextRoleE role, wstring const& text, long x, long y) const override;
+  void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const override {
+    surface_->drawSign(sign, x, y, width, height);
+  }
 
  private:
   bool isChanged(wstring const& text) const;

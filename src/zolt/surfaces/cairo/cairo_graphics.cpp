@@ -110,14 +110,10 @@ CairoGraphicsC::CairoGraphicsC(oss::PointerTC<TypesetterC> typesetter)
     : TypesetGraphicsABC(typesetter), state_(std::make_unique<StateS>(typesetter->getFonts())) {}
 CairoGraphicsC::~CairoGraphicsC() = default;
 
-void CairoGraphicsC::clear() {
-  finish();
-  state_->drawing.clear();
-}
+void CairoGraphicsC::clear() { state_->drawing.clear(); }
 
 bool CairoGraphicsC::render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
                             std::string& bytes, std::string& error) const {
-  finish();
   double const margin = std::fmax(0, options.margin);
   PictureFrameS const frame{-margin, -margin, double(std::max(width, 0L)) + 2 * margin,
                             double(std::max(height, 0L)) + 2 * margin, options.zoom};

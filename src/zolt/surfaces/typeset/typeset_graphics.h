@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/surfaces/typeset/bracket_shape.h"
@@ -33,12 +34,11 @@ struct GlyphRunS {
   std::size_t count;
 };
 
-/// The shared look as a drawing surface: it measures, shapes brackets and signs, joins strokes, and leaves
-/// four primitives to whoever derives from it. All hosts on it lay a formula out alike.
+/// The shared look as a drawing surface: it measures, shapes texts, brackets and signs, and leaves four
+/// primitives to whoever derives from it. All hosts on it lay a formula out alike.
 ///
 /// Coordinates handed to the primitives are surface units as the component counts them; a derived surface
-/// scales its painter and nothing else. Strokes are held back until they cannot be continued any more, and
-/// texts are spaced by what was drawn left of them, so call `finish` after displaying.
+/// scales its painter and nothing else.
 class TypesetGraphicsABC : public math::ved::GraphicsABC {
  public:
   /// `typesetter` must not be null; surfaces may share one.
@@ -48,9 +48,6 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   TypesetGraphicsABC& operator=(TypesetGraphicsABC const&) = delete;
 
   TypesetterC& getTypesetter() const;
-
-  /// Paints the strokes held back and forgets what was drawn.
-  void finish() const;
 
   void invalidate() const override {}
   void getTextExtent(oss::wstring const& text, long& width, long& height, long& midHeight) const final;
@@ -70,13 +67,15 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// bracket that the editor supplied for a missing one.
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
   void selectFont(unsigned long fontDepth) const final;
+  std::optional<math::ved::RectangleS> getClipBox() const final;
+  /// A sign at the start of a text that follows another item is set as between two operands, and as a prefix
+  /// in all other texts. An exponent moves close to the ink of the text that it is on.
+  void drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x, long y) const final;
+  void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
 
  protected:
-  /// Only what is in this box, in surface units, has to be painted from now on; at first, and after
-  /// `showAll`, everything. What stands far outside is not asked for, so that a large formula costs what is
-  /// seen of it.
-  void showOnly(PathPointS topLeft, PathPointS bottomRight);
-  void showAll();
+  /// Only what is in this box has to be painted from now on; without a box, everything, as at first.
+  void showOnly(std::optional<math::ved::RectangleS> const& box);
 
   virtual void fillGlyphs(GlyphRunS const& run) const = 0;
   /// Fills by the nonzero winding rule.
@@ -88,7 +87,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
 
  private:
   void fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height, InkE ink) const;
-  void paintStrokes() const;
+  void fillBar(long x1, long y1, long x2, long y2) const;
+  void fillSlot(double x, double y, double width) const;
 
   struct StateS;
   std::unique_ptr<StateS> state_;

@@ -22,8 +22,8 @@ bool isSign(CharClassE charClass) {
 /// Puts ruled characters on paper at one font size.
 class PlacerC {
  public:
-  PlacerC(FontSizeS const& size, TextStartE start, std::vector<PlacedGlyphS>& glyphs)
-      : em_(size.em), halfGap_(double(size.metrics[0]) / 2), start_(start), glyphs_(glyphs) {}
+  PlacerC(FontSizeS const& size, bool followsItem, std::vector<PlacedGlyphS>& glyphs)
+      : em_(size.em), halfGap_(double(size.metrics[0]) / 2), followsItem_(followsItem), glyphs_(glyphs) {}
 
   void place(RuledCharS const& ruled) {
     bool const prime = ruled.look.charClass == CLASS_PRIME;
@@ -34,16 +34,16 @@ class PlacerC {
     }
     if (!ruled.joined) sign_ = glyphs_.size();
     signIsLast_ = isSign(ruled.look.charClass) && ruled.behind > 0;
-    append(ruled.look.charClass, ruled.look.upright, ruled.origin, prime);
+    append(ruled.look.upright, ruled.origin, prime);
     if (ruled.look.overlay.face != FaceGlyphS::no_face) {
-      append(CLASS_ORDINARY, ruled.look.overlay, ruled.origin, false);
+      append(ruled.look.overlay, ruled.origin, false);
     }
   }
 
   /// To be called after the last character: behind the text comes the row's gap. A sign alone at the start
   /// has nothing before it to keep away from, or is one that a construct draws between two rows of its own.
   void finish() {
-    if (!signIsLast_ || (sign_ == 0 && start_ == TEXT_STARTS_GROUP)) return;
+    if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
   }
 
@@ -60,7 +60,7 @@ class PlacerC {
     std::int64_t used = 0;
     for (RuledCharS const& letter : run) {
       FaceGlyphS const& glyph = glyphOf(letter, upright);
-      append(CLASS_LETTER, glyph, start + std::int64_t(double(used) * stretch), false);
+      append(glyph, start + std::int64_t(double(used) * stretch), false);
       used += glyph.advance;
     }
   }
@@ -72,7 +72,7 @@ class PlacerC {
 
   double findFirstShift(RuledCharS const& ruled) const {
     CharClassE const charClass = ruled.look.charClass;
-    if (start_ == TEXT_FOLLOWS_ITEM) {
+    if (followsItem_) {
       return isSign(charClass) ? -halfGap_ : charClass == CLASS_COMMA ? -2 * halfGap_ : 0;
     }
     if (charClass != CLASS_PLUS_MINUS) return 0;
@@ -81,10 +81,10 @@ class PlacerC {
 
   double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
 
-  void append(CharClassE charClass, FaceGlyphS const& glyph, std::int64_t x, bool prime) {
+  void append(FaceGlyphS const& glyph, std::int64_t x, bool prime) {
     PlacedGlyphS placed{};
     bool const missing = glyph.face == FaceGlyphS::no_face;
-    placed.shape = charClass == CLASS_SLOT ? SHAPE_SLOT : missing ? SHAPE_MISSING : SHAPE_GLYPH;
+    placed.shape = missing ? SHAPE_MISSING : SHAPE_GLYPH;
     placed.face = missing ? 0 : glyph.face;
     placed.glyph = glyph.glyph;
     placed.codePoint = glyph.codePoint;
@@ -98,7 +98,7 @@ class PlacerC {
 
   int em_;
   double halfGap_;
-  TextStartE start_;
+  bool followsItem_;
   std::vector<PlacedGlyphS>& glyphs_;
   double firstShift_ = 0;  // of a sign or comma that starts the text
   std::size_t sign_ = 0;   // glyph of the last sign
@@ -130,10 +130,10 @@ long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
 }
 
-void TypesetterC::place(oss::wstring const& text, unsigned long depth, TextStartE start,
+void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
                         std::vector<PlacedGlyphS>& glyphs) const {
   glyphs.clear();
-  PlacerC placer(getFontSize(depth), start, glyphs);
+  PlacerC placer(getFontSize(depth), role == math::ved::TEXT_FOLLOWS_ITEM, glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth));
   std::vector<RuledCharS>& run = state_->run;
   auto const endRun = [&] {

@@ -8,19 +8,13 @@
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/surfaces/typeset/font_set.h"
+#include "zolt/ved/geometry/graphics.h"
 
 namespace zolt::surfaces {
 
 enum ShapeE {
   SHAPE_GLYPH = 0,
-  SHAPE_SLOT = 1,    ///< an empty place to fill in, painted as an area
-  SHAPE_MISSING = 2  ///< a character that no face has
-};
-
-/// What stands left of a text in its row.
-enum TextStartE {
-  TEXT_STARTS_GROUP = 0,  ///< nothing, or an opening bracket: a sign is a prefix
-  TEXT_FOLLOWS_ITEM = 1   ///< an operand, after the gap of the row: a sign joins two operands
+  SHAPE_MISSING = 1  ///< a character that no face has
 };
 
 /// One thing to paint for a text. Positions are in surface units from the left edge of the text box and from
@@ -30,7 +24,7 @@ struct PlacedGlyphS {
   unsigned face;        ///< of a glyph
   std::uint16_t glyph;  ///< its index in the font file
   char32_t codePoint;   ///< the character that the glyph shows, for surfaces that draw by characters
-  double x;             ///< of the glyph's origin, or the left edge of a slot or a missing character
+  double x;             ///< of the glyph's origin, or the left edge of a missing character
   double width;         ///< the advance
   double overhang;      ///< how far the ink reaches beyond it
   double em;            ///< size of the letters
@@ -67,7 +61,7 @@ class TypesetterC final : public oss::RefCountedBC {
   long measure(oss::wstring const& text, unsigned long depth) const;
 
   /// Replaces the contents of `glyphs` by what `text` consists of, left to right.
-  void place(oss::wstring const& text, unsigned long depth, TextStartE start,
+  void place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
              std::vector<PlacedGlyphS>& glyphs) const;
 
  private:

@@ -4,4 +4,59 @@ namespace zolt::math::ved {
 
 GraphicsABC::~GraphicsABC() = default;
 
+void GraphicsABC::drawTextAs(TextRoleE, oss::wstring const& text, long x, long y) const {
+  drawText(text, x, y);
+}
+
+long GraphicsABC::getTickSize(SignE radical) const {
+  // The gap of the row takes its share of the room left of a radicand, where no index needs it.
+  return radical == SIGN_INDEXED_RADICAL ? 4 : 4 - getMetric(0);
+}
+
+void GraphicsABC::drawSign(SignE sign, long x, long y, long width, long height) const {
+  long const right = x + width - 1;
+  long const bottom = y + height - 1;
+  switch (sign) {
+    case SIGN_RADICAL:
+    case SIGN_INDEXED_RADICAL: {
+      long const tick = getTickSize(sign);
+      drawLine(x, bottom - tick, x + tick, bottom);
+      drawVerticalLine(x + tick, y, height);
+      drawHorizontalLine(x + tick, y, width - tick);
+      break;
+    }
+    case SIGN_INTEGRAL: {
+      long const stem = x + 2;
+      drawLine(stem + 2, y + 1, stem + 1, y);
+      drawLine(stem + 1, y, stem, y + 1);
+      drawVerticalLine(stem, y + 1, height - 2);
+      drawLine(x, bottom - 1, x + 1, bottom);
+      drawLine(x + 1, bottom, stem, bottom - 1);
+      break;
+    }
+    case SIGN_SUM: {
+      long const middle = x + width / 2;
+      long const axis = y + width / 2;
+      drawHorizontalLine(x, y, width);
+      drawHorizontalLine(x, bottom, width);
+      drawLine(x, y, middle, axis);
+      drawLine(middle, axis, x, bottom);
+      break;
+    }
+    case SIGN_ABSOLUTE_BARS:
+      drawVerticalLine(x, y, height);
+      drawVerticalLine(right, y, height);
+      break;
+    case SIGN_CEILING_BARS:
+    case SIGN_FLOOR_BARS: {
+      long const row = sign == SIGN_CEILING_BARS ? y : bottom;
+      drawVerticalLine(x, y, height);
+      drawHorizontalLine(x, row, serif_length);
+      drawVerticalLine(right, y, height);
+      drawHorizontalLine(right + 1 - serif_length, row, serif_length);
+      break;
+    }
+  }
+}
+
 }  // namespace zolt::math::ved

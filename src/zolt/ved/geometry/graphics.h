@@ -1,9 +1,36 @@
 #pragma once
 
+#include <optional>
+
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/geometry/rectangle.h"
 
 namespace zolt::math::ved {
+
+/// What a construct draws around or beside its rows.
+enum SignE {
+  SIGN_RADICAL = 0,          ///< the tick, the stroke and the bar of a square root
+  SIGN_INDEXED_RADICAL = 1,  ///< that of a root whose index is above the tick
+  SIGN_INTEGRAL = 2,
+  SIGN_SUM = 3,  ///< one unit higher than wide
+  SIGN_ABSOLUTE_BARS = 4,
+  SIGN_CEILING_BARS = 5,
+  SIGN_FLOOR_BARS = 6
+};
+
+/// What a text is in its formula.
+enum TextRoleE {
+  TEXT_STARTS_ROW = 0,        ///< the first item of a row or of a bracketed group
+  TEXT_FOLLOWS_ITEM = 1,      ///< any other item of a row
+  TEXT_STARTS_EXPONENT = 2,   ///< the first item of an exponent, at the bottom of its row
+  TEXT_IS_UNIT = 3,           ///< a whole exponent: "o" for degrees or "r" for radians
+  TEXT_IS_SLOT = 4,           ///< the placeholder of an empty place
+  TEXT_IS_EXPONENT_SLOT = 5,  ///< the placeholder of a whole exponent
+  TEXT_IS_INTEGRAL_D = 6,     ///< the "d" between an integrand and its variable
+  TEXT_IS_UPPER_D = 7,        ///< the "d" above the bar of a derivative
+  TEXT_IS_LOWER_D = 8         ///< the "d" below that bar, before the variable
+};
 
 /// The drawing surface that a host supplies: it measures and draws text, and draws lines and parentheses.
 ///
@@ -12,8 +39,14 @@ namespace zolt::math::ved {
 /// A layout is valid only as long as the surface answers the same for the same font depth. No operation
 /// reports failure: a surface that cannot draw draws nothing. All calls come from the thread that calls the
 /// view.
+///
+/// The members that have bodies here are for surfaces that want to know more; a surface that hands calls on
+/// to another one has to hand them on too.
 class GraphicsABC : public oss::RefCountedBC {
  public:
+  /// The length of a serif of ceiling and floor bars.
+  static constexpr long serif_length = 5;
+
   GraphicsABC() = default;
   ~GraphicsABC() override;
 
@@ -53,6 +86,23 @@ class GraphicsABC : public oss::RefCountedBC {
 
   /// Makes the font of a depth current: 0 is the normal size, each level above is smaller.
   virtual void selectFont(unsigned long fontDepth) const = 0;
+
+  /// The part of the surface that is to be painted: drawing leaves out most of what lies outside. Nothing:
+  /// all is painted. Asked once for each drawing.
+  ///
+  /// What a text, bracket or sign paints may reach out of its box by as much as a line in the largest font is
+  /// high, and still nothing of it that lies in the clip box is missing.
+  virtual std::optional<RectangleS> getClipBox() const { return std::nullopt; }
+
+  /// Draws `text` like `drawText`, and tells what it is. The text left of an exponent, empty or not, is drawn
+  /// just before the exponent. Unless overridden it is `drawText`.
+  virtual void drawTextAs(TextRoleE role, oss::wstring const& text, long x, long y) const;
+
+  /// Draws a sign in the box (x, y, width, height). Unless overridden it is drawn with lines.
+  virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
+
+  /// How wide and how high the tick of a radical is in the current font.
+  long getTickSize(SignE radical) const;
 };
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_abs.h"
 
 #include "zolt/ved/operators/construct.h"
-#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/operators/detail/bars.h"
 
 namespace zolt::math::ved {
 
@@ -15,19 +15,12 @@ std::pair<Node4C*, int> OperatorAbsC::fromAlgebraicNode(algexpr::NodeABC&, Conve
 }
 
 void OperatorAbsC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
-  Node4C* const content = node->child(0);
-  long const margin = graphics.getMetric(3) + graphics.getMetric(0);
-  content->setDX(margin);
-  content->setDY(1);
-  node->setWidth(content->getWidth() + 2 * margin);
-  node->setHeight(content->getHeight() + 2);
-  node->setMidHeight(content->getMidHeight() + 1);
+  detail::layoutBars(*node, graphics.getMetric(3) + graphics.getMetric(0), 1, 1);
 }
 
 void OperatorAbsC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width, long height,
                                 long) const {
-  graphics.drawVerticalLine(x, y, height);
-  graphics.drawVerticalLine(x + width - 1, y, height);
+  graphics.drawSign(SIGN_ABSOLUTE_BARS, x, y, width, height);
 }
 
 bool OperatorAbsC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }

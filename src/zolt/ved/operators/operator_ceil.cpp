@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_ceil.h"
 
 #include "zolt/ved/operators/construct.h"
-#include "zolt/ved/operators/detail/serif_bars.h"
+#include "zolt/ved/operators/detail/bars.h"
 
 namespace zolt::math::ved {
 
@@ -15,12 +15,12 @@ std::pair<Node4C*, int> OperatorCeilC::fromAlgebraicNode(algexpr::NodeABC&, Conv
 }
 
 void OperatorCeilC::layoutNode4(Node4C* node, GraphicsABC const&) const {
-  detail::layoutSerifBars(*node, detail::SERIFS_AT_TOP);
+  detail::layoutBars(*node, GraphicsABC::serif_length, 2, 1);
 }
 
 void OperatorCeilC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
                                  long height, long) const {
-  detail::drawSerifBars(graphics, {x, y}, width, height, detail::SERIFS_AT_TOP);
+  graphics.drawSign(SIGN_CEILING_BARS, x, y, width, height);
 }
 
 bool OperatorCeilC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }

@@ -40,9 +40,9 @@ void OperatorDiffC::displayNode4(Node4C* node, GraphicsABC const& graphics, long
   Node4C const* const expression = node->child(1);
   long const bar = y + midHeight;
   long const length = variable->getDX() + variable->getWidth() + 2;
-  graphics.drawText(crefText(), x, bar + graphics.getMetric(3) + 1);
-  graphics.drawText(crefText(), x + (length - graphics.getTextWidth(crefText())) / 2,
-                    bar - graphics.getTextHeight(crefText()) - 1);
+  graphics.drawTextAs(TEXT_IS_LOWER_D, crefText(), x, bar + graphics.getMetric(3) + 1);
+  graphics.drawTextAs(TEXT_IS_UPPER_D, crefText(), x + (length - graphics.getTextWidth(crefText())) / 2,
+                      bar - graphics.getTextHeight(crefText()) - 1);
   graphics.drawHorizontalLine(x, bar, length);
   graphics.drawBracketPair(x + expression->getDX(), y + expression->getDY(), expression->getWidth(),
                            expression->getHeight(), true);

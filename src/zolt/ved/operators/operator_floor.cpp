@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_floor.h"
 
 #include "zolt/ved/operators/construct.h"
-#include "zolt/ved/operators/detail/serif_bars.h"
+#include "zolt/ved/operators/detail/bars.h"
 
 namespace zolt::math::ved {
 
@@ -15,12 +15,12 @@ std::pair<Node4C*, int> OperatorFloorC::fromAlgebraicNode(algexpr::NodeABC&, Con
 }
 
 void OperatorFloorC::layoutNode4(Node4C* node, GraphicsABC const&) const {
-  detail::layoutSerifBars(*node, detail::SERIFS_AT_BOTTOM);
+  detail::layoutBars(*node, GraphicsABC::serif_length, 1, 2);
 }
 
 void OperatorFloorC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
                                   long height, long) const {
-  detail::drawSerifBars(graphics, {x, y}, width, height, detail::SERIFS_AT_BOTTOM);
+  graphics.drawSign(SIGN_FLOOR_BARS, x, y, width, height);
 }
 
 bool OperatorFloorC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }

@@ -7,7 +7,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// The column of the sign, to the left of the bounds.
+// The column of the sign, to the left of the bounds, and the unit that separates them.
 constexpr long sign_width = 6;
 wstring const differential = u"d";
 
@@ -53,20 +53,14 @@ void OperatorIntegralC::layoutNode4(Node4C* node, GraphicsABC const& graphics) c
 
 void OperatorIntegralC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
                                      long height, long midHeight) const {
-  long const stem = x + 2;
-  long const bottom = y + height - 1;
-  graphics.drawLine(stem + 2, y + 1, stem + 1, y);
-  graphics.drawLine(stem + 1, y, stem, y + 1);
-  graphics.drawVerticalLine(stem, y + 1, height - 2);
-  graphics.drawLine(x, bottom - 1, x + 1, bottom);
-  graphics.drawLine(x + 1, bottom, stem, bottom - 1);
-
+  graphics.drawSign(SIGN_INTEGRAL, x, y, sign_width - 1, height);
   long textWidth = 0;
   long textHeight = 0;
   long textMidHeight = 0;
   graphics.getTextExtent(differential, textWidth, textHeight, textMidHeight);
-  graphics.drawText(differential, x + node->child(3)->getDX() - graphics.getMetric(0) - textWidth,
-                    y + midHeight - textMidHeight);
+  graphics.drawTextAs(TEXT_IS_INTEGRAL_D, differential,
+                      x + node->child(3)->getDX() - graphics.getMetric(0) - textWidth,
+                      y + midHeight - textMidHeight);
 }
 
 bool OperatorIntegralC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 2, 0); }

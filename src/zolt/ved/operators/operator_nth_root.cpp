@@ -7,7 +7,6 @@ namespace zolt::math::ved {
 
 namespace {
 
-constexpr long tick_size = 4;
 // How far the radicand's bottom lies at least below the index, which stands above the tick.
 constexpr long index_clearance = 2;
 
@@ -46,16 +45,13 @@ void OperatorNthRootC::layoutNode4(Node4C* node, GraphicsABC const& graphics) co
   node->setMidHeight(radicand->getDY() + radicand->getMidHeight());
 }
 
-void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
+void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                                     long height, long) const {
   Node4C const* const radicand = node->child(1);
   long const margin = graphics.getMetric(0) + graphics.getMetric(3);
-  long const stroke = x + radicand->getDX() - margin;
-  long const top = y + radicand->getDY() - margin;
-  long const bottom = y + height - 1;
-  graphics.drawLine(stroke - tick_size, bottom - tick_size, stroke, bottom);
-  graphics.drawVerticalLine(stroke, top, margin + radicand->getHeight() + 2);
-  graphics.drawHorizontalLine(stroke, top, margin + radicand->getWidth() + 1);
+  long const left = radicand->getDX() - margin - graphics.getTickSize(SIGN_INDEXED_RADICAL);
+  long const top = radicand->getDY() - margin;
+  graphics.drawSign(SIGN_INDEXED_RADICAL, x + left, y + top, width - left, height - top);
 }
 
 bool OperatorNthRootC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }

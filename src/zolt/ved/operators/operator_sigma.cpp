@@ -67,14 +67,8 @@ void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   Node4C const* const start = node->child(1);
   Node4C const* const summand = node->child(3);
   long const size = signSize(*node, graphics);
-  long const axis = y + midHeight;
-  long const left = x + (summand->getDX() - size - graphics.getMetric(1)) / 2;
-  long const top = axis - size / 2;
-  long const bottom = axis + (size + 1) / 2;
-  graphics.drawHorizontalLine(left, top, size);
-  graphics.drawHorizontalLine(left, bottom, size);
-  graphics.drawLine(left, top, left + size / 2, axis);
-  graphics.drawLine(left + size / 2, axis, left, bottom);
+  graphics.drawSign(SIGN_SUM, x + (summand->getDX() - size - graphics.getMetric(1)) / 2,
+                    y + midHeight - size / 2, size, size + 1);
 
   long textWidth = 0;
   long textHeight = 0;

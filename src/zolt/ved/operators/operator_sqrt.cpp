@@ -34,13 +34,7 @@ void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const
 
 void OperatorSqrtC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
                                  long height, long) const {
-  // The tick is as wide and as high as the gap leaves of the sign.
-  long const tick = 4 - graphics.getMetric(0);
-  long const stroke = x + tick;
-  long const bottom = y + height - 1;
-  graphics.drawLine(x, bottom - tick, stroke, bottom);
-  graphics.drawVerticalLine(stroke, y, height);
-  graphics.drawHorizontalLine(stroke, y, width - tick);
+  graphics.drawSign(SIGN_RADICAL, x, y, width, height);
 }
 
 bool OperatorSqrtC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }

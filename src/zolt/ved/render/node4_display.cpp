@@ -1,34 +1,134 @@
+#include <algorithm>
+#include <cstdint>
+#include <limits>
+
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
-bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {
-  long const left = x + getDX();
-  long const top = y + getDY();
-  for (Node4C const* child : children_) {
-    if (!child->display(graphics, left, top, current)) return false;
+/// Draws a tree, or what the clip box of the surface leaves of it.
+class TreeDrawerC {
+ public:
+  TreeDrawerC(GraphicsABC const& graphics, Node4C const* current) : graphics_(graphics), current_(current) {}
+
+  void showOnly(RectangleS const& clip);
+  /// (x, y) is where the parent of `node` is; `role` is that of a text.
+  void drawIfSeen(Node4C const& node, long x, long y, TextRoleE role) const {
+    if (isSeen(node, x, y)) draw(node, x, y, role);
   }
-  selectFont(graphics);
-  switch (type_) {
+
+ private:
+  // Beyond every place of a formula, with room for margins before the ends of `long`.
+  static constexpr long far_out = std::numeric_limits<std::int32_t>::max() / 2;
+
+  bool isSeen(Node4C const& node, long x, long y) const;
+  void draw(Node4C const& node, long x, long y, TextRoleE role) const;
+  void drawItems(Node4C const& row, long x, long y) const;
+  static TextRoleE findRole(Node4C const& row, unsigned long i);
+
+  GraphicsABC const& graphics_;
+  Node4C const* current_;
+  bool clips_ = false;
+  RectangleS seen_{-far_out, -far_out, far_out, far_out};  // boxes outside have no ink in sight
+};
+
+void TreeDrawerC::showOnly(RectangleS const& clip) {
+  // A sign may begin four units left of its construct, a bracket at the end of a row may end a gap to the
+  // right of it, and the brackets of a derivative overhang it; the rest is for the surface.
+  long margin = 4 + graphics_.getTextHeight({});
+  for (long i = 0; i < 4; ++i) margin += graphics_.getMetric(i);
+  clips_ = true;
+  seen_.left = std::max(seen_.left, clip.left) - margin;
+  seen_.top = std::max(seen_.top, clip.top) - margin;
+  seen_.right = std::min(seen_.right, clip.right) + margin;
+  seen_.bottom = std::min(seen_.bottom, clip.bottom) + margin;
+}
+
+bool TreeDrawerC::isSeen(Node4C const& node, long x, long y) const {
+  if (!clips_) return true;
+  long const left = x + node.getDX();
+  long const top = y + node.getDY();
+  if (left + node.width_ < seen_.left || left > seen_.right) return false;
+  return node.overflows_ || (top + node.height_ >= seen_.top && top <= seen_.bottom);
+}
+
+void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const {
+  long const left = x + node.getDX();
+  long const top = y + node.getDY();
+  if (node.type_ == NODE4_LINE) {
+    drawItems(node, left, top);
+  } else {
+    for (Node4C const* child : node.children_) drawIfSeen(*child, left, top, TEXT_STARTS_ROW);
+  }
+  node.selectFont(graphics_);
+  switch (node.type_) {
     case NODE4_ROOT:
     case NODE4_LINE:
     case NODE4_POWER:
       break;
     case NODE4_OPERATOR:
-      op_->displayNode4(const_cast<Node4C*>(this), graphics, left, top, width_, height_, midHeight_);
+      node.op_->displayNode4(const_cast<Node4C*>(&node), graphics_, left, top, node.width_, node.height_,
+                             node.midHeight_);
       break;
     case NODE4_OPEN:
     case NODE4_AUTO_OPEN:
-      graphics.drawOpenBracket(left, top, height_, type_ == NODE4_AUTO_OPEN);
+      graphics_.drawOpenBracket(left, top, node.height_, node.type_ == NODE4_AUTO_OPEN);
       break;
     case NODE4_CLOSE:
     case NODE4_AUTO_CLOSE:
-      graphics.drawCloseBracket(left + width_, top, height_, type_ == NODE4_AUTO_CLOSE);
+      graphics_.drawCloseBracket(left + node.width_, top, node.height_, node.type_ == NODE4_AUTO_CLOSE);
       break;
     default:
-      graphics.drawText(current && current != this && isPlaceholder() ? PLACEHOLDER_STR : text_, left, top);
+      if (current_ && current_ != &node && node.isPlaceholder()) {
+        bool const isExponent = role == TEXT_STARTS_EXPONENT;
+        graphics_.drawTextAs(isExponent ? TEXT_IS_EXPONENT_SLOT : TEXT_IS_SLOT, Node4C::PLACEHOLDER_STR, left,
+                             top);
+      } else {
+        graphics_.drawTextAs(role, node.text_, left, top);
+      }
   }
+}
+
+void TreeDrawerC::drawItems(Node4C const& row, long x, long y) const {
+  unsigned long const count = row.numChildren();
+  // Items follow one another from left to right.
+  unsigned long i = 0;
+  for (unsigned long end = clips_ ? count : 0; i < end;) {
+    unsigned long const middle = i + (end - i) / 2;
+    Node4C const& item = *row.child(middle);
+    if (x + item.getDX() + item.width_ < seen_.left) {
+      i = middle + 1;
+    } else {
+      end = middle;
+    }
+  }
+  auto const isExponent = [&](unsigned long k) { return k < count && row.child(k)->type_ == NODE4_POWER; };
+  if (i > 0 && isExponent(i)) --i;
+  for (; i < count && x + row.child(i)->getDX() <= seen_.right; ++i) {
+    // A surface may place an exponent by the ink of the text that it is on, so that text is not left out.
+    if (isExponent(i + 1) || isSeen(*row.child(i), x, y)) draw(*row.child(i), x, y, findRole(row, i));
+  }
+}
+
+/// The role of item i of a row, if it is a text.
+TextRoleE TreeDrawerC::findRole(Node4C const& row, unsigned long i) {
+  if (i > 0) return isOpeningBracket(row.child(i - 1)->type_) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
+  Node4C const& first = *row.child(0);
+  bool const isLow = first.getDY() + first.height_ == row.height_;
+  if (!isLow || !row.parent_ || row.parent_->type_ != NODE4_POWER) return TEXT_STARTS_ROW;
+  wstring const& text = first.text_;
+  bool const isUnit = row.numChildren() == 1 && (text == u"o" || text == u"r");
+  return isUnit ? TEXT_IS_UNIT : TEXT_STARTS_EXPONENT;
+}
+
+bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {
+  TreeDrawerC drawer(graphics, current);
+  if (auto const clip = graphics.getClipBox()) {
+    selectFont(graphics);
+    drawer.showOnly(*clip);
+  }
+  drawer.drawIfSeen(*this, x, y, TEXT_STARTS_ROW);
   return true;
 }
 

@@ -5,6 +5,19 @@
 
 namespace zolt::math::ved {
 
+namespace {
+
+// A construct may be lower than what is in it: an integral does not ask how high its variable is.
+bool overflowsBox(Node4C const& construct) {
+  for (unsigned long i = 0; i < construct.numChildren(); ++i) {
+    Node4C const& row = *construct.child(i);
+    if (row.getDY() < 0 || row.getDY() + row.getHeight() > construct.getHeight()) return true;
+  }
+  return false;
+}
+
+}  // namespace
+
 bool Node4C::layout(GraphicsABC const& graphics) { return layoutNode(graphics, true); }
 
 bool Node4C::layoutChanged(GraphicsABC const& graphics) {
@@ -47,6 +60,7 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
       break;
     case NODE4_OPERATOR:
       op_->layoutNode4(this, graphics);
+      if (overflowsBox(*this)) noteOverflow();
       break;
     case NODE4_OPEN:
     case NODE4_CLOSE:
@@ -69,6 +83,11 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
   unmark(STALE_LAYOUT);
   laidOutDepth_ = fontDepth_;
   return true;
+}
+
+// Nobody takes the note back: it costs no more than drawing what is out of sight.
+void Node4C::noteOverflow() {
+  for (Node4C* node = this; node && !node->overflows_; node = node->parent_) node->overflows_ = true;
 }
 
 bool Node4C::layoutLongRow(GraphicsABC const& graphics) {

@@ -110,6 +110,7 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   children_[i] = node;
   if (!node) return;
   node->parent_ = this;
+  if (node->overflows_) noteOverflow();
   node->stretch_ = index_ ? &index_->at(i) : nullptr;
   node->slotHint_ = static_cast<std::uint32_t>(index_ ? i - node->stretch_->first : i);
 }

@@ -196,7 +196,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool layoutChanged(GraphicsABC const& graphics);
   void layout_standard(GraphicsABC const& graphics);
   /// Draws the laid-out subtree; (x, y) is the absolute position of the parent. `current`, the node that
-  /// holds the caret, shows no placeholder; with a null `current` none is drawn at all.
+  /// holds the caret, shows no placeholder; with a null `current` none is drawn at all. What the surface's
+  /// clip box hides is not even visited.
   bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
   void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
 
@@ -244,6 +245,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   friend class RowLayoutC;
   friend class LongRowLayoutC;
   friend class PatcherC;
+  friend class TreeDrawerC;
 
   /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that
   /// has no base.
@@ -267,6 +269,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool needsLayout() const;
   bool layoutNode(GraphicsABC const& graphics, bool all);
   bool layoutLongRow(GraphicsABC const& graphics);
+  void noteOverflow();
 
   // What layout and drawing read stands together at the front.
   ChildArrayC children_;
@@ -279,6 +282,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   std::uint32_t fontDepth_ = 0;
   std::uint32_t laidOutDepth_ = 0;  // the font depth of the last layout
   bool laidOutAsSlot_ = false;      // whether the last layout measured the placeholder
+  bool overflows_ = false;          // whether something inside may be above or below this node's box
   mutable std::uint8_t stale_ = STALE_ALL;
   mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its stretch or its parent's list
   RowStretchS* stretch_ = nullptr;      // of the long row that this node is an item of

@@ -12,6 +12,8 @@ namespace common = math::common;
 namespace {
 
 constexpr int missing_advance = em_parts / 2;
+/// The placeholder of an empty place, and the width of the place.
+constexpr char32_t slot = 0x25CF;
 constexpr int slot_advance = em_parts * 6 / 10;
 /// What a damaged font says beyond that would not fit.
 constexpr std::int64_t widest_advance = 100 * std::int64_t{em_parts};
@@ -51,8 +53,6 @@ CharClassE classify(char32_t c) {
     case '\'':
     case 0x2032:
       return CLASS_PRIME;
-    case 0x25CF:
-      return CLASS_SLOT;
     case '+':
     case '-':
     case 0xB1:
@@ -127,12 +127,9 @@ CharLookS CharTableC::find(char32_t codePoint) {
 CharLookS CharTableC::make(char32_t codePoint) const {
   CharLookS look;
   look.charClass = classify(codePoint);
-  if (look.charClass == CLASS_SLOT) {
-    look.upright = look.italic = {FaceGlyphS::no_face, SfntFontC::no_glyph, codePoint, slot_advance};
-    return look;
-  }
   char32_t const shown = showAs(codePoint);
   look.upright = findGlyph(shown, false);
+  if (codePoint == slot) look.upright.advance = slot_advance;
   if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
   if (shown == common::not_equal_sign && look.upright.face != FACE_MAIN) {
     FaceGlyphS stroke;

@@ -25,8 +25,7 @@ enum CharClassE : std::uint8_t {
   CLASS_COMMA,
   CLASS_OPEN,
   CLASS_SPACE,
-  CLASS_PRIME,
-  CLASS_SLOT
+  CLASS_PRIME
 };
 
 struct FaceGlyphS {

@@ -1,0 +1,14 @@
+// Internal to operators/: what the absolute value, the ceiling and the floor have in common.
+#pragma once
+
+namespace zolt::math::ved {
+class Node4C;
+}
+
+namespace zolt::math::ved::detail {
+
+/// Places the only row of `node` between two bars, with so many units free beside it on either side, above it
+/// and below it, and sets the construct's size and axis.
+void layoutBars(Node4C& node, long beside, long above, long below);
+
+}  // namespace zolt::math::ved::detail
