@@ -57,6 +57,8 @@ char16_t foldLookAlike(char16_t c, LookAlikeUseE use) {
   if (use == LOOK_ALIKE_TYPED && c > 0xFF00 && c < 0xFF5F) {
     c = static_cast<char16_t>(c - full_width_distance);
   }
+  // Most of any text, and none of it is in the table.
+  if (c >= u' ' && c < 0x7F && c != u'[' && c != u']') return c;
   for (LookAlikesS const& entry : look_alikes) {
     if ((entry.uses & use) != 0 && entry.signs.find(c) != entry.signs.npos) return entry.meant;
   }
