@@ -213,8 +213,12 @@ void FormulaEdit::focusOutEvent(QFocusEvent* event) {
   update();
   bool const done = event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason;
   QPointer<FormulaEdit> const alive(this);
-  // Turns a name that was just typed into its letter.
-  if (done) state_->act([&] { return bool(state_->field->getExpression()); });
+  if (done) {
+    state_->act([&] {
+      state_->field->completeName();
+      return true;
+    });
+  }
   if (alive && done) emit editingFinished();
   if (alive) QWidget::focusOutEvent(event);
 }
