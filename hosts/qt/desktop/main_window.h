@@ -115,7 +115,11 @@ class MainWindow final : public QMainWindow {
   QStringList recentFiles() const;
   void addRecentFile(QString const& path);
   void fillRecentMenu();
-  void exportAsked(bool wholeSheet);
+  void exportSheet();
+  void exportFormula();
+  QString askExportPath(QString const& title);
+  /// No bytes: the picture would be too large.
+  void writePicture(QString const& path, QByteArray const& bytes);
   void printAsked();
   void record(bool on);
   void complain(QString const& what, QString const& why);

@@ -78,8 +78,8 @@ void MainWindow::makeFileMenu() {
   add(menu, {"save", "&Save", "Ctrl+S"}, [this] { save(); });
   add(menu, {"save-as", "Save &As…", "Ctrl+Shift+S"}, [this] { saveAs(); });
   menu.addSeparator();
-  add(menu, {"export", "&Export Sheet…", "Ctrl+E"}, [this] { exportAsked(true); });
-  add(menu, {"export-formula", "Export &Formula…", "Ctrl+Shift+E"}, [this] { exportAsked(false); });
+  add(menu, {"export", "&Export Sheet…", "Ctrl+E"}, [this] { exportSheet(); });
+  add(menu, {"export-formula", "Export &Formula…", "Ctrl+Shift+E"}, [this] { exportFormula(); });
   add(menu, {"print", "&Print…", "Ctrl+P"}, [this] { printAsked(); });
   menu.addSeparator();
   add(menu, {"quit", "&Quit", "Ctrl+Q"}, [this] { close(); })->setMenuRole(QAction::QuitRole);

@@ -260,16 +260,27 @@ void MainWindow::fillRecentMenu() {
 
 // ---- Pictures, paper, recordings --------------------------------------------------------------------------
 
-void MainWindow::exportAsked(bool wholeSheet) {
-  QString const path =
-      askPathToWrite(wholeSheet ? tr("Export Sheet") : tr("Export Formula"),
-                     tr("PNG picture (*.png);;SVG picture (*.svg);;PDF (*.pdf)"), QStringLiteral("png"));
+QString MainWindow::askExportPath(QString const& title) {
+  return askPathToWrite(title, tr("PNG picture (*.png);;SVG picture (*.svg);;PDF (*.pdf)"),
+                        QStringLiteral("png"));
+}
+
+void MainWindow::exportSheet() {
+  QString const path = askExportPath(tr("Export Sheet"));
+  if (path.isEmpty()) return;
+  QString const title = QFileInfo(path_).completeBaseName();
+  Exporter const exporter(fonts_, font(), decimalComma_);
+  writePicture(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));
+}
+
+void MainWindow::exportFormula() {
+  QString const path = askExportPath(tr("Export Formula"));
   if (path.isEmpty()) return;
   Exporter const exporter(fonts_, font(), decimalComma_);
-  PictureFormat const format = pictureFormatOf(path);
-  QByteArray const bytes =
-      wholeSheet ? exporter.exportSheet(view_->sheet(), format, QFileInfo(path_).completeBaseName())
-                 : exporter.exportFormula(view_->currentRow()->line(), format);
+  writePicture(path, exporter.exportFormula(view_->currentRow()->line(), pictureFormatOf(path)));
+}
+
+void MainWindow::writePicture(QString const& path, QByteArray const& bytes) {
   QString error = tr("The picture would be too large.");
   if (bytes.isEmpty() || !writeFile(path, bytes, error)) {
     complain(tr("%1 could not be written.").arg(QDir::toNativeSeparators(path)), error);

@@ -73,7 +73,9 @@ bool isTooLong(SheetLineKindE kind, TextViewT text) {
 
 class SheetReaderC {
  public:
-  SheetReaderC(TextViewT text, bool salvages) : rest_(text), salvages_(salvages) {}
+  enum FaultE { FAULT_FAILS, FAULT_IS_KEPT };
+
+  SheetReaderC(TextViewT text, FaultE fault) : rest_(text), salvages_(fault == FAULT_IS_KEPT) {}
 
   bool read() {
     if (rest_.size() > max_sheet_characters) return fail(SHEET_ERROR_TOO_LARGE);
@@ -230,7 +232,7 @@ wstring describe(SheetErrorS const& error) {
 }
 
 bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
-  SheetReaderC reader(text, false);
+  SheetReaderC reader(text, SheetReaderC::FAULT_FAILS);
   if (!reader.read()) {
     error = reader.error();
     return false;
@@ -243,7 +245,7 @@ bool salvageSheet(wstring const& text, SheetT& sheet) {
   // Of a sound sheet nothing is in doubt.
   SheetErrorS error;
   if (readSheet(text, sheet, error)) return true;
-  SheetReaderC reader(text, true);
+  SheetReaderC reader(text, SheetReaderC::FAULT_IS_KEPT);
   if (!reader.read()) return false;
   sheet = std::move(reader.refSheet());
   return true;
