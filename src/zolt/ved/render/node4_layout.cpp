@@ -1,5 +1,4 @@
 #include "zolt/ved/operators/operator.h"
-#include "zolt/ved/render/detail/long_row_layout.h"
 #include "zolt/ved/render/detail/row_layout.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -18,32 +17,56 @@ bool overflowsBox(Node4C const& construct) {
 
 }  // namespace
 
-bool Node4C::layout(GraphicsABC const& graphics) { return layoutNode(graphics, true); }
+bool Node4C::layout(GraphicsABC const& graphics) { return layoutNode(graphics, LAYOUT_ALL); }
 
 bool Node4C::layoutChanged(GraphicsABC const& graphics) {
-  return !needsLayout() || layoutNode(graphics, false);
+  return !needsLayout() || layoutNode(graphics, LAYOUT_CHANGED);
 }
 
 // An unchanged node may stand at another font depth than before, and an empty text may have become a slot, or
 // ceased to be one, because of what stands beside it now.
 bool Node4C::needsLayout() const {
-  if ((stale_ & STALE_LAYOUT) || fontDepth_ != laidOutDepth_) return true;
-  return isEmptyText() && isPlaceholder() != laidOutAsSlot_;
+  if ((state_.stale & STALE_LAYOUT) || fontDepth_ != state_.laidOutDepth) return true;
+  return isEmptyText() && isPlaceholder() != state_.laidOutAsSlot;
 }
 
-bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
+bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
   if (!parent_) fontDepth_ = 0;
-  if (index_ && !all) return layoutLongRow(graphics);
-  for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
-  if (op_) {
-    op_->beforeChildrenLayout(this, graphics);
-  } else if (type_ == NODE4_POWER) {
-    child(0)->increaseFontDepth();
-  }
-  for (Node4C* child : children_) {
-    if ((all || child->needsLayout()) && !child->layoutNode(graphics, all)) return false;
+  // The stretches of a row that was edited and not normalised mean nothing.
+  if (state_.stale & STALE_CHECK) dropIndex();
+  if (state_.index) {
+    if (what == LAYOUT_ALL || fontDepth_ != state_.laidOutDepth) state_.index->mark(STALE_LAYOUT);
+    for (std::size_t k = 0; k < state_.index->size(); ++k) {
+      RowStretchS const& stretch = (*state_.index)[k];
+      if (!(stretch.stale & STALE_LAYOUT)) continue;
+      for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
+        Node4C& item = *children_[i];
+        item.fontDepth_ = fontDepth_;
+        if ((what == LAYOUT_ALL || item.needsLayout()) && !item.layoutNode(graphics, what)) return false;
+      }
+    }
+  } else {
+    for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
+    if (op_) {
+      op_->beforeChildrenLayout(this, graphics);
+    } else if (type_ == NODE4_POWER) {
+      child(0)->increaseFontDepth();
+    }
+    for (Node4C* child : children_) {
+      if ((what == LAYOUT_ALL || child->needsLayout()) && !child->layoutNode(graphics, what)) return false;
+    }
   }
   selectFont(graphics);
+  placeChildren(graphics);
+  // Last, so that a layout for which memory runs out is begun anew.
+  unmark(STALE_LAYOUT);
+  state_.laidOutDepth = static_cast<std::uint16_t>(fontDepth_);
+  return true;
+}
+
+/// Sets the size of a node whose children have theirs. (Apart from the walk, so that this takes little
+/// stack.)
+void Node4C::placeChildren(GraphicsABC const& graphics) {
   switch (type_) {
     case NODE4_ROOT:
       dx_ = dy_ = 0;
@@ -56,7 +79,6 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
       break;
     case NODE4_LINE:
       RowLayoutC(*this, graphics).layout();
-      if (index_) index_->mark(STALE_LAYOUT);
       break;
     case NODE4_OPERATOR:
       op_->layoutNode4(this, graphics);
@@ -72,43 +94,18 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, bool all) {
       long width = 0;
       long height = 0;
       long midHeight = 0;
-      laidOutAsSlot_ = type_ == NODE4_TEXT && isPlaceholder();
-      graphics.getTextExtent(laidOutAsSlot_ ? PLACEHOLDER_STR : text_, width, height, midHeight);
+      state_.laidOutAsSlot = type_ == NODE4_TEXT && isPlaceholder();
+      graphics.getTextExtent(state_.laidOutAsSlot ? PLACEHOLDER_STR : text_, width, height, midHeight);
       setWidth(width);
       setHeight(height);
       setMidHeight(midHeight);
     }
   }
-  // Last, so that a layout for which memory runs out is begun anew.
-  unmark(STALE_LAYOUT);
-  laidOutDepth_ = fontDepth_;
-  return true;
 }
 
 // Nobody takes the note back: it costs no more than drawing what is out of sight.
 void Node4C::noteOverflow() {
   for (Node4C* node = this; node && !node->overflows_; node = node->parent_) node->overflows_ = true;
-}
-
-bool Node4C::layoutLongRow(GraphicsABC const& graphics) {
-  if (fontDepth_ != laidOutDepth_) index_->mark(STALE_LAYOUT);
-  for (std::size_t k = 0; k < index_->size(); ++k) {
-    RowStretchS const& stretch = (*index_)[k];
-    if (!(stretch.stale & STALE_LAYOUT)) continue;
-    for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
-      Node4C& item = *children_[i];
-      item.fontDepth_ = fontDepth_;
-      if (item.needsLayout() && !item.layoutNode(graphics, false)) return false;
-    }
-  }
-  selectFont(graphics);
-  if (!LongRowLayoutC(*this, *index_, graphics).layout()) {
-    RowLayoutC(*this, graphics).layout();
-    index_->mark(STALE_LAYOUT);
-  }
-  unmark(STALE_LAYOUT);
-  laidOutDepth_ = fontDepth_;
-  return true;
 }
 
 void Node4C::layout_standard(GraphicsABC const&) {}

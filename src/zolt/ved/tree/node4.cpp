@@ -81,7 +81,7 @@ Node4C* Node4C::clone() const {
 /// This node is of another kind: what stands beside it may be something else as well.
 void Node4C::noteNewKind() {
   touch(STALE_ALL);
-  if (stretch_) parent_->index_->noteChanged(findChildNumber(), STALE_ALL);
+  if (state_.stretch) parent_->state_.index->noteChanged(findChildNumber(), STALE_ALL);
 }
 
 void Node4C::setType(Node4TypeE type) {
@@ -111,13 +111,13 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   if (!node) return;
   node->parent_ = this;
   if (node->overflows_) noteOverflow();
-  node->stretch_ = index_ ? &index_->at(i) : nullptr;
-  node->slotHint_ = static_cast<std::uint32_t>(index_ ? i - node->stretch_->first : i);
+  node->state_.stretch = state_.index ? &state_.index->at(i) : nullptr;
+  node->state_.slotHint = static_cast<std::uint32_t>(state_.index ? i - node->state_.stretch->first : i);
 }
 
 void Node4C::setChild(unsigned long i, Node4C* node) {
   touch(STALE_ALL);
-  if (index_) index_->noteChanged(i, STALE_ALL);
+  if (state_.index) state_.index->noteChanged(i, STALE_ALL);
   adopt(i, node);
 }
 
@@ -132,15 +132,15 @@ void Node4C::insertChild(unsigned long i, Node4C* node) {
   std::unique_ptr<Node4C> held(node);
   touch(STALE_ALL);
   children_.insertSlots(i, 1);
-  if (index_) index_->noteInserted(i, 1, STALE_ALL);
+  if (state_.index) state_.index->noteInserted(i, 1, STALE_ALL);
   adopt(i, held.release());
 }
 
 void Node4C::removeChild(unsigned long i) {
   touch(STALE_ALL);
   children_[i]->parent_ = nullptr;
-  children_[i]->stretch_ = nullptr;
-  if (index_) index_->noteRemoved(i, 1, STALE_ALL);
+  children_[i]->state_.stretch = nullptr;
+  if (state_.index) state_.index->noteRemoved(i, 1, STALE_ALL);
   children_.erase(i);
 }
 
@@ -149,17 +149,17 @@ void Node4C::deleteChild(unsigned long i) { deleteChildren(i, 1); }
 void Node4C::deleteChildren(unsigned long i, unsigned long count) {
   touch(STALE_ALL);
   for (unsigned long k = i; k < i + count; ++k) delete children_[k];
-  if (index_) index_->noteRemoved(i, count, STALE_ALL);
+  if (state_.index) state_.index->noteRemoved(i, count, STALE_ALL);
   children_.erase(i, count);
 }
 
 Node4C* Node4C::cutChild(unsigned long i) {
   Node4C* const node = children_[i];
   touch(STALE_ALL);
-  if (index_) index_->noteChanged(i, STALE_ALL);
+  if (state_.index) state_.index->noteChanged(i, STALE_ALL);
   if (node) {
-    node->stale_ |= STALE_ALL;
-    node->stretch_ = nullptr;
+    node->state_.stale |= STALE_ALL;
+    node->state_.stretch = nullptr;
   }
   children_[i] = nullptr;
   return node;
@@ -170,7 +170,7 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   touch(STALE_ALL);
   unsigned long const count = row->numChildren();
   children_.insertSlots(i, count);
-  if (index_) index_->noteInserted(i, count, STALE_ALL);
+  if (state_.index) state_.index->noteInserted(i, count, STALE_ALL);
   for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);
   row->children_.clear();
 }
@@ -184,29 +184,29 @@ unsigned long Node4C::findChildNumber() const {
   constexpr std::size_t farthest = 8;
   if (!parent_) return 0;
   ChildArrayC const& siblings = parent_->children_;
-  std::size_t const base = stretch_ ? stretch_->first : 0;
-  std::size_t const end = stretch_ ? base + stretch_->count : siblings.size();
-  std::size_t const hint = base + slotHint_;
+  std::size_t const base = state_.stretch ? state_.stretch->first : 0;
+  std::size_t const end = state_.stretch ? base + state_.stretch->count : siblings.size();
+  std::size_t const hint = base + state_.slotHint;
   if (hint < end && siblings[hint] == this) return hint;
   auto const isAt = [&](std::size_t i) {
     if (siblings[i] != this) return false;
-    slotHint_ = static_cast<std::uint32_t>(i - base);
+    state_.slotHint = static_cast<std::uint32_t>(i - base);
     return true;
   };
   for (std::size_t i = hint > base + farthest ? hint - farthest : base; i < end && i <= hint + farthest;
        ++i) {
     if (isAt(i)) return i;
   }
-  if (stretch_) {
+  if (state_.stretch) {
     for (std::size_t i = base; i < end; ++i) {
       if (isAt(i)) return i;
     }
     return base;
   }
   for (std::size_t i = 0; i < end; ++i) {
-    if (siblings[i]) siblings[i]->slotHint_ = static_cast<std::uint32_t>(i);
+    if (siblings[i]) siblings[i]->state_.slotHint = static_cast<std::uint32_t>(i);
   }
-  return slotHint_ < end && siblings[slotHint_] == this ? slotHint_ : 0;
+  return state_.slotHint < end && siblings[state_.slotHint] == this ? state_.slotHint : 0;
 }
 
 Node4C* Node4C::goLeft() const {
@@ -248,19 +248,32 @@ PointS Node4C::getAbsolutePosition() const {
 
 // ---- Marks and stretches --------------------------------------------------------------------------------
 
+void Node4C::dropIndex() {
+  if (!state_.index) return;
+  for (Node4C* item : children_) {
+    if (!item || !item->state_.stretch) continue;
+    NodeStateS& state = item->state_;
+    state.slotHint += state.stretch->first;
+    item->dx_ += state.stretch->dx;
+    item->dy_ += state.stretch->dy;
+    state.stretch = nullptr;
+  }
+  state_.index.reset();
+}
+
 Node4C* Node4C::findMarked(unsigned long& next, std::uint8_t mark) const {
   unsigned long const count = children_.size();
-  std::size_t stretch = index_ && next < count ? index_->find(next) : 0;
+  std::size_t stretch = state_.index && next < count ? state_.index->find(next) : 0;
   while (next < count) {
     unsigned long end = count;
-    if (index_) {
-      RowStretchS const& current = (*index_)[stretch++];
+    if (state_.index) {
+      RowStretchS const& current = (*state_.index)[stretch++];
       end = current.first + current.count;
       if (!(current.stale & mark)) next = end;
     }
     while (next < end) {
       Node4C* const child = children_[next++];
-      if (child && (child->stale_ & mark)) return child;
+      if (child && (child->state_.stale & mark)) return child;
     }
   }
   return nullptr;

@@ -13,9 +13,8 @@
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/geometry/point.h"
 #include "zolt/ved/tree/detail/child_array.h"
-#include "zolt/ved/tree/detail/row_index.h"
+#include "zolt/ved/tree/detail/node_state.h"
 #include "zolt/ved/tree/node4_type.h"
-#include "zolt/ved/tree/node_record.h"
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::algexpr {
@@ -106,10 +105,10 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// Distance from the top down to the axis on which a row aligns its items.
   long getMidHeight() const { return midHeight_; }
   void setMidHeight(long midHeight) { midHeight_ = static_cast<std::int32_t>(midHeight); }
-  long getDX() const { return stretch_ ? dx_ + stretch_->dx : dx_; }
-  void setDX(long dx) { dx_ = static_cast<std::int32_t>(stretch_ ? dx - stretch_->dx : dx); }
-  long getDY() const { return stretch_ ? dy_ + stretch_->dy : dy_; }
-  void setDY(long dy) { dy_ = static_cast<std::int32_t>(stretch_ ? dy - stretch_->dy : dy); }
+  long getDX() const { return state_.stretch ? dx_ + state_.stretch->dx : dx_; }
+  void setDX(long dx) { dx_ = static_cast<std::int32_t>(state_.stretch ? dx - state_.stretch->dx : dx); }
+  long getDY() const { return state_.stretch ? dy_ + state_.stretch->dy : dy_; }
+  void setDY(long dy) { dy_ = static_cast<std::int32_t>(state_.stretch ? dy - state_.stretch->dy : dy); }
   unsigned long getFontDepth() const { return fontDepth_; }
   void increaseFontDepth() { ++fontDepth_; }
   void selectFont(GraphicsABC const& graphics) const { graphics.selectFont(fontDepth_); }
@@ -152,8 +151,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
 
   // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
   /// Brings every row of this subtree into canonical form. The caret and the anchor stay on their characters
-  /// when the text that holds them is merged into another; a null node is no place. Linear in the rows that
-  /// changed since the last time (and those with supplied brackets); the others are not visited.
+  /// when the text that holds them is merged into another, and step inside of supplied brackets; a null node
+  /// is no place. Linear in the rows that changed since the last time; the others are not visited.
   void checkTree(SelectionS& places);
   /// The same for a tree without a caret.
   void checkTree();
@@ -201,6 +200,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
   void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
 
+  /// For passes over rows and for the check of what they leave (docs/incremental.md).
+  NodeStateS const& crefState() const { return state_; }
+
   static long maxDim(long a, long b) { return a < b ? b : a; }
   static long minDim(long a, long b) { return b < a ? b : a; }
   static void max1stDim(long& a, long b) {
@@ -228,22 +230,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
                                          unsigned long precision, algexpr::NumberDisplayFormatE format);
 
  private:
-  /// What has to be done again for a node or for something inside it. A node's marks stand on all its
-  /// ancestors.
-  /// STALE_BRACKETS: a row with supplied brackets, which is in order, but where the caret may have got to.
-  enum StaleE : std::uint8_t {
-    STALE_CHECK = 1,
-    STALE_LAYOUT = 2,
-    STALE_RECORD = 4,
-    STALE_ALL = 7,
-    STALE_BRACKETS = 8,
-    STALE_VISIT = STALE_CHECK | STALE_BRACKETS
-  };
-
   friend class RowWriterC;
   friend class RowNormaliserC;
-  friend class RowLayoutC;
-  friend class LongRowLayoutC;
   friend class PatcherC;
   friend class TreeDrawerC;
 
@@ -253,22 +241,21 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
   void touch(std::uint8_t stale) {
-    for (Node4C* node = this; node && (node->stale_ & stale) != stale; node = node->parent_) {
-      node->stale_ |= stale;
-      if (node->stretch_) node->stretch_->stale |= stale;
+    for (Node4C* node = this; node && (node->state_.stale & stale) != stale; node = node->parent_) {
+      node->state_.stale |= stale;
+      if (node->state_.stretch) node->state_.stretch->stale |= stale;
     }
   }
   void noteNewKind();
-  void unmark(std::uint8_t stale) const { stale_ &= static_cast<std::uint8_t>(~stale); }
+  void unmark(std::uint8_t stale) const { state_.stale &= static_cast<std::uint8_t>(~stale); }
   /// The next child from `next` on that has the mark, and moves `next` behind it; null when there is none.
   Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
-  void buildIndex();
   void dropIndex();
-  void enterStretch(RowStretchS& stretch);
   NodeRecordPointerC recordNode() const;
   bool needsLayout() const;
-  bool layoutNode(GraphicsABC const& graphics, bool all);
-  bool layoutLongRow(GraphicsABC const& graphics);
+  enum LayoutE { LAYOUT_ALL, LAYOUT_CHANGED };
+  bool layoutNode(GraphicsABC const& graphics, LayoutE what);
+  void placeChildren(GraphicsABC const& graphics);
   void noteOverflow();
 
   // What layout and drawing read stands together at the front.
@@ -280,15 +267,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   std::int32_t height_ = 0;
   std::int32_t midHeight_ = 0;
   std::uint32_t fontDepth_ = 0;
-  std::uint32_t laidOutDepth_ = 0;  // the font depth of the last layout
-  bool laidOutAsSlot_ = false;      // whether the last layout measured the placeholder
-  bool overflows_ = false;          // whether something inside may be above or below this node's box
-  mutable std::uint8_t stale_ = STALE_ALL;
-  mutable std::uint32_t slotHint_ = 0;  // where this node last stood in its stretch or its parent's list
-  RowStretchS* stretch_ = nullptr;      // of the long row that this node is an item of
+  bool overflows_ = false;  // whether something inside may be above or below this node's box
+  NodeStateS state_;
   Node4C* parent_ = nullptr;
-  std::unique_ptr<RowIndexC> index_;   // of a long row
-  mutable NodeRecordPointerC record_;  // valid without STALE_RECORD
   PointerTC<OperatorBC> op_;
   wstring text_;
 };

@@ -5,21 +5,30 @@
 
 namespace zolt::math::ved {
 
-void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos) {
-  if (!(stale_ & STALE_VISIT)) return;
-  RowNormaliserC normaliser(caretNode, caretPos, anchorNode, anchorPos);
-  walkTree(
-      *this, [&](Node4C& node) { normaliser.visit(node); }, &RowNormaliserC::leave,
-      [](Node4C& node, unsigned long& next) { return node.findMarked(next, STALE_VISIT); });
-  normaliser.markRowsWithAutoBrackets();
+void Node4C::checkTree(SelectionS& places) {
+  if (state_.stale & STALE_CHECK) {
+    auto const normalise = [&](Node4C& node) {
+      node.unmark(STALE_CHECK);
+      if (node.type_ == NODE4_LINE) RowNormaliserC(node, places).normalise();
+    };
+    auto const leave = [](Node4C& node) {
+      if (node.state_.index) node.state_.index->clear(STALE_CHECK);
+    };
+    walkTree(*this, normalise, leave,
+             [](Node4C& node, unsigned long& next) { return node.findMarked(next, STALE_CHECK); });
+  }
+  // A place may also get beside a supplied bracket without any change.
+  stepInside(places.caret);
+  stepInside(places.anchor);
 }
 
-void Node4C::checkTree(SelectionS& places) {
-  auto* caretNode = const_cast<Node4C*>(places.caret.node);
-  auto* anchorNode = const_cast<Node4C*>(places.anchor.node);
-  checkTree(caretNode, places.caret.pos, anchorNode, places.anchor.pos);
-  places.caret.node = caretNode;
-  places.anchor.node = anchorNode;
+void Node4C::checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos) {
+  SelectionS places{{anchorNode, anchorPos}, {caretNode, caretPos}};
+  checkTree(places);
+  caretNode = const_cast<Node4C*>(places.caret.node);
+  caretPos = places.caret.pos;
+  anchorNode = const_cast<Node4C*>(places.anchor.node);
+  anchorPos = places.anchor.pos;
 }
 
 void Node4C::checkTree() {
@@ -28,10 +37,13 @@ void Node4C::checkTree() {
 }
 
 void Node4C::stepInside(PlaceS& place) {
-  if (!place || !place.node->parent_) return;
-  auto* node = const_cast<Node4C*>(place.node);
-  RowNormaliserC::stepInside(*node->parent_, node, place.pos);
-  place.node = node;
+  Node4C const* const row = place ? place.node->parent_ : nullptr;
+  if (!row || row->type_ != NODE4_LINE || !place.node->isEmptyText()) return;
+  unsigned long const from = place.node->findChildNumber();
+  unsigned long inside = from;
+  while (inside + 1 < row->numChildren() && row->child(inside + 1)->type_ == NODE4_AUTO_OPEN) inside += 2;
+  while (inside > 0 && row->child(inside - 1)->type_ == NODE4_AUTO_CLOSE) inside -= 2;
+  if (inside != from) place = inside > from ? startOf(row->child(inside)) : endOf(row->child(inside));
 }
 
 Node4C* Node4C::inLine() {

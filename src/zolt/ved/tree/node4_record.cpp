@@ -58,9 +58,9 @@ ChildrenT makeParts(wstring const& text, ChildrenT const& before) {
 // ---- Making a record --------------------------------------------------------------------------------------
 
 NodeRecordPointerC Node4C::makeRecord() const {
-  if (!(stale_ & STALE_RECORD)) return record_;
+  if (!(state_.stale & STALE_RECORD)) return state_.record;
   auto const record = [](Node4C const& node) {
-    node.record_ = node.recordNode();
+    node.state_.record = node.recordNode();
     node.unmark(STALE_RECORD);
   };
   auto const nextMarked = [](Node4C const& node, unsigned long& next) -> Node4C const* {
@@ -68,7 +68,7 @@ NodeRecordPointerC Node4C::makeRecord() const {
   };
   walkTree(
       *this, [](Node4C const&) {}, record, nextMarked);
-  return record_;
+  return state_.record;
 }
 
 /// The record of this node alone, made of those of its children.
@@ -76,19 +76,19 @@ NodeRecordPointerC Node4C::recordNode() const {
   auto const kind = static_cast<std::uint8_t>(type_);
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
     return NodeRecordC::make(kind, op_, wstring(),
-                             makeParts(text_, record_ ? record_->crefChildren() : ChildrenT()));
+                             makeParts(text_, state_.record ? state_.record->crefChildren() : ChildrenT()));
   }
   auto const collect = [this](unsigned long first, unsigned long count) {
     ChildrenT records;
     records.reserve(count);
-    for (unsigned long i = first; i < first + count; ++i) records.push_back(children_[i]->record_);
+    for (unsigned long i = first; i < first + count; ++i) records.push_back(children_[i]->state_.record);
     return records;
   };
   ChildrenT records;
-  if (index_) {
-    records.reserve(index_->size());
-    for (std::size_t k = 0; k < index_->size(); ++k) {
-      RowStretchS& stretch = (*index_)[k];
+  if (state_.index) {
+    records.reserve(state_.index->size());
+    for (std::size_t k = 0; k < state_.index->size(); ++k) {
+      RowStretchS& stretch = (*state_.index)[k];
       if (!stretch.record || (stretch.stale & STALE_RECORD)) {
         stretch.record =
             NodeRecordC::make(NODE_RECORD_STRETCH, nullptr, wstring(), collect(stretch.first, stretch.count));
@@ -163,8 +163,8 @@ class PatcherC {
     if (type != NODE4_TEXT) record.appendItems(children);
     wstring const text = type == NODE4_TEXT ? record.getText() : record.crefText();
     auto node = std::make_unique<Node4C>(type, record.getOperator(), text, children.size());
-    node->record_ = NodeRecordPointerC(&record);
-    node->unmark(Node4C::STALE_RECORD);
+    node->state_.record = NodeRecordPointerC(&record);
+    node->unmark(STALE_RECORD);
     return node;
   }
 };

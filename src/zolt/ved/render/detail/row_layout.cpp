@@ -1,179 +1,223 @@
 #include "zolt/ved/render/detail/row_layout.h"
 
-#include "zolt/ved/operators/operator.h"
-#include "zolt/ved/tree/node4.h"
+#include <algorithm>
 
 namespace zolt::math::ved {
 
 namespace {
 
-wstring const empty_text;
+/// Whether an exponent stands on what comes before this item.
+bool isPassedOver(Node4C const& item) { return item.isEmptyText() && !item.crefState().laidOutAsSlot; }
+
+/// How far an exponent reaches down over its base.
+constexpr long exponent_overlap = 5;
+/// The space between the brackets of an empty pair.
+constexpr long empty_pair_gap = 2;
+
+long pushOf(Node4C const& power) { return power.getHeight() - exponent_overlap; }
 
 }  // namespace
 
 RowLayoutC::RowLayoutC(Node4C& row, GraphicsABC const& graphics)
     : row_(row),
       graphics_(graphics),
-      count_(row.numChildren()),
+      stretches_(row.crefState().index.get(), row.numChildren()),
       gap_(graphics.getMetric(0)),
       overhang_(graphics.getMetric(2)) {}
 
 void RowLayoutC::layout() {
-  placeHorizontally();
-  findAxis();
-  alignVertically();
+  placeStretches();
+  if (axis_ + highestGroup_ < 0 || !pushes_.empty()) {
+    // A group reaches down to the row's top at least, even if its items end
+    // above. They do only on surfaces with negative sizes, and in rows that
+    // nobody normalised.
+    rowTop_ = -axis_;
+    stretches_.mark(STALE_LAYOUT);
+    placeStretches();
+    stretches_.mark(STALE_LAYOUT);
+  }
+  for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].dy = static_cast<std::int32_t>(axis_);
+  if (!row_.crefState().index) {
+    for (unsigned long i = 0; i < row_.numChildren(); ++i)
+      row_.child(i)->setDY(row_.child(i)->getDY() + axis_);
+  }
+  row_.setWidth(width_ - gap_);
+  row_.setMidHeight(axis_);
+  row_.setHeight(std::max(0L, axis_ + bottom_));
 }
 
-void RowLayoutC::placeHorizontally() {
+void RowLayoutC::placeStretches() {
+  for (std::size_t k = 0; k < stretches_.size(); ++k) {
+    RowStretchS& stretch = stretches_[k];
+    stretch.dy = 0;
+    if (!(stretch.stale & STALE_LAYOUT)) continue;
+    measure(stretch);
+    stretch.stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+  }
+  join();
+}
+
+void RowLayoutC::measure(RowStretchS& stretch) {
+  RowSumS& sum = stretch.sum;
+  sum.brackets.clear();
+  highestGroup_ = -RowExtentS::none;
+  RowExtentS extent;
+  long base = RowExtentS::none;  // how low the axis must be for what an exponent
+                                 // would stand on now
+  bool onBracket = false;        // whether that is a closing bracket whose partner is
+                                 // in another stretch
+  auto const endBase = [&] {
+    extent.require(base);
+    base = RowExtentS::none;
+    onBracket = false;
+  };
+  stretch.dx = 0;
   long x = 0;
-  long lift = 0;
-  for (unsigned long i = 0; i < count_; ++i) {
+  for (unsigned long i = stretch.first; i < stretch.first + stretch.count; ++i) {
     Node4C& item = *row_.child(i);
     item.setDX(x);
-    item.setDY(lift);
     x += item.getWidth();
     switch (item.getType()) {
-      case NODE4_TEXT:
-        if (item.sizeText() > 0) x += gap_;
-        break;
-      case NODE4_OPERATOR:
-        x += gap_;
-        break;
       case NODE4_POWER:
         x += gap_;
-        if (i > 0) pushBaseDown(i);
-        break;
-      case NODE4_OPEN:
-      case NODE4_AUTO_OPEN:
-        lift += overhang_;
-        break;
-      case NODE4_CLOSE:
-      case NODE4_AUTO_CLOSE: {
-        bool const emptyPair =
-            i > 1 && isOpeningBracket(row_.child(i - 2)->getType()) && row_.child(i - 1)->isEmptyText();
-        if (emptyPair) {
-          item.setDX(item.getDX() + empty_pair_gap);
-          x += empty_pair_gap;
+        if (i > 0 && pushes_.empty() && isOpeningBracket(row_.child(i - 1)->getType())) {
+          findPushes();
+          levels_.clear();
+          return measure(stretch);
         }
-        lift -= overhang_;
-        item.setDY(lift);
-        break;
-      }
-      default:
-        break;
-    }
-  }
-  row_.setWidth(x - gap_);
-}
-
-bool RowLayoutC::isPassedOver(unsigned long i) const {
-  Node4C const& item = *row_.child(i);
-  return item.isEmptyText() && !item.isPlaceholder();
-}
-
-void RowLayoutC::prepareExponents() {
-  baseStart_.assign(count_, 0);
-  pushSteps_.assign(count_ + 1, 0);
-  for (unsigned long i = 0; i < count_; ++i) {
-    Node4TypeE const type = row_.child(i)->getType();
-    if (isOpeningBracket(type)) {
-      opens_.push_back(i);
-    } else if (isClosingBracket(type) && !opens_.empty()) {
-      baseStart_[i] = opens_.back();
-      opens_.pop_back();
-    }
-  }
-}
-
-// The base of an exponent is the item before it or the whole bracketed group before it, together with the
-// exponents that stand on that already. Directly behind an opening bracket, where normalisation leaves none,
-// everything back to the bracket's level counts as base.
-unsigned long RowLayoutC::findBase(unsigned long power) const {
-  long depth = 0;
-  for (unsigned long i = power; i-- > 0;) {
-    if (isPassedOver(i)) continue;
-    Node4TypeE const type = row_.child(i)->getType();
-    bool const isClose = isClosingBracket(type);
-    if (isOpeningBracket(type)) {
-      --depth;
-    } else if (depth < 0) {
-      if (isClose) ++depth;
-    } else {
-      return isClose || type == NODE4_POWER ? baseStart_[i] : i;
-    }
-  }
-  return 0;
-}
-
-void RowLayoutC::pushBaseDown(unsigned long power) {
-  if (baseStart_.empty()) prepareExponents();
-  unsigned long const start = findBase(power);
-  baseStart_[power] = start;
-  long const push = row_.child(power)->getHeight() - exponent_overlap;
-  pushSteps_[start] += push;
-  pushSteps_[power] -= push;
-}
-
-void RowLayoutC::findAxis() {
-  long midHeight = 0;
-  long push = 0;
-  for (unsigned long i = 0; i < count_; ++i) {
-    Node4C& item = *row_.child(i);
-    if (!pushSteps_.empty()) {
-      push += pushSteps_[i];
-      item.setDY(item.getDY() + push);
-    }
-    if (item.getType() == NODE4_TEXT || item.getType() == NODE4_OPERATOR) {
-      Node4C::max1stDim(midHeight, item.getDY() + item.getMidHeight());
-    }
-  }
-  row_.setMidHeight(midHeight);
-}
-
-void RowLayoutC::alignVertically() {
-  long const axis = row_.getMidHeight();
-  levels_.push_back({none, 0, 0});
-  for (unsigned long i = 0; i < count_; ++i) {
-    Node4C& item = *row_.child(i);
-    switch (item.getType()) {
-      case NODE4_POWER:
-        item.setDY(findBaseTop(i) - item.getHeight() + exponent_overlap);
-        levels_.back().include(item.getDY(), levels_.back().bottom);
+        if (pushes_.empty()) base += pushOf(item);
+        if (onBracket) {
+          sum.brackets.back().power = &item;
+        } else {
+          placePower(item, findBaseTop(i), extent);
+        }
         break;
       case NODE4_OPEN:
       case NODE4_AUTO_OPEN:
-        levels_.push_back({i, axis, 0});
+        endBase();
+        levels_.push_back({extent, &item, nullptr});
+        extent = {};
         break;
       case NODE4_CLOSE:
       case NODE4_AUTO_CLOSE:
-        closeLevel(item);
+        if (isEmptyPair(stretch, i)) {
+          item.setDX(x - item.getWidth() + empty_pair_gap);
+          x += empty_pair_gap;
+        }
+        endBase();
+        if (!levels_.empty()) {
+          base = closeGroup(item, extent);
+        } else {
+          sum.brackets.push_back({extent, &item, nullptr});
+          extent = {};
+          onBracket = true;
+        }
         break;
       default:
-        item.setDY(axis - item.getMidHeight());
-        levels_.back().include(item.getDY(), item.getDY() + item.getHeight());
+        if (!isPassedOver(item)) endBase();
+        if (!item.isEmptyText()) x += gap_;
+        item.setDY(-item.getMidHeight());
+        extent.include(item.getDY(), item.getDY() + item.getHeight());
+        Node4C::max1stDim(base, item.getMidHeight() + (pushes_.empty() ? 0 : pushes_[i]));
     }
   }
-  row_.setHeight(levels_.front().bottom);
+  endBase();
+  sum.brackets.insert(sum.brackets.end(), levels_.begin(), levels_.end());
+  levels_.clear();
+  sum.width = x;
+  sum.extent = extent;
+  sum.highestGroup = highestGroup_;
+}
+
+/// An exponent pushes down the item or the group that it stands on. Directly
+/// after an opening bracket, where normalisation leaves none, it pushes down
+/// items on several levels: then this takes the exponents one by one.
+void RowLayoutC::findPushes() {
+  pushes_.assign(row_.numChildren(), 0);
+  for (unsigned long power = 0; power < row_.numChildren(); ++power) {
+    if (row_.child(power)->getType() != NODE4_POWER) continue;
+    long depth = 0;
+    bool isBase = true;
+    for (unsigned long i = power; isBase && i-- > 0;) {
+      Node4C const& item = *row_.child(i);
+      pushes_[i] += pushOf(*row_.child(power));
+      if (isClosingBracket(item.getType())) {
+        ++depth;
+      } else if (isOpeningBracket(item.getType())) {
+        isBase = --depth != 0;
+      } else if (item.getType() != NODE4_POWER && !isPassedOver(item)) {
+        isBase = depth != 0;
+      }
+    }
+  }
+}
+
+bool RowLayoutC::isEmptyPair(RowStretchS const& stretch, unsigned long close) const {
+  return close >= stretch.first + 2 && row_.child(close - 1)->isEmptyText() &&
+         isOpeningBracket(row_.child(close - 2)->getType());
 }
 
 long RowLayoutC::findBaseTop(unsigned long power) const {
-  if (power == 0) return row_.getMidHeight() - graphics_.getTextMidHeight(empty_text);
-  bool const skip = power > 1 && isPassedOver(power - 1);
-  return row_.child(skip ? power - 2 : power - 1)->getDY();
+  if (power == 0) return -graphics_.getTextMidHeight(wstring());
+  Node4C const& before = *row_.child(power - 1);
+  if (isOpeningBracket(before.getType())) {
+    return rowTop_ + static_cast<long>(levels_.size() - 1) * overhang_ + pushes_[power - 1];
+  }
+  return (power > 1 && isPassedOver(before) ? *row_.child(power - 2) : before).getDY();
 }
 
-void RowLayoutC::closeLevel(Node4C& close) {
-  if (levels_.size() < 2) return;
-  LevelS const level = levels_.back();
+void RowLayoutC::placePower(Node4C& power, long baseTop, RowExtentS& extent) {
+  power.setDY(baseTop - power.getHeight() + exponent_overlap);
+  Node4C::min1stDim(extent.top, power.getDY());
+}
+
+/// Sizes the brackets around a group, whose extent becomes that of the level
+/// around it, group included. Answers how low the axis must be for the group.
+long RowLayoutC::closeGroup(Node4C& close, RowExtentS& extent) {
+  RowExtentS const group = extent;
+  Node4C& open = *levels_.back().bracket;
+  extent = levels_.back().before;
   levels_.pop_back();
-  long const top = level.top - overhang_;
-  long const height = level.bottom - top + overhang_;
-  for (Node4C* bracket : {row_.child(level.open), &close}) {
+  Node4C::min1stDim(highestGroup_, group.bottom);
+  long const top = group.top - overhang_;
+  long const bottom = std::max(group.bottom, rowTop_) + overhang_;
+  for (Node4C* bracket : {&open, &close}) {
     bracket->setDY(top);
-    bracket->setHeight(height);
-    bracket->setMidHeight(row_.getMidHeight() - top);
+    bracket->setHeight(bottom - top);
+    bracket->setMidHeight(-top);
   }
-  levels_.back().include(top, top + height);
+  extent.include(top, bottom);
+  return overhang_ + group.axis;
+}
+
+/// Brackets with a partner in their stretch are done; the others find theirs
+/// here.
+void RowLayoutC::join() {
+  RowExtentS extent;
+  highestGroup_ = -RowExtentS::none;
+  width_ = 0;
+  for (std::size_t k = 0; k < stretches_.size(); ++k) {
+    RowStretchS& stretch = stretches_[k];
+    RowSumS const& sum = stretch.sum;
+    stretch.dx = static_cast<std::int32_t>(width_);
+    width_ += sum.width;
+    Node4C::min1stDim(highestGroup_, sum.highestGroup);
+    for (RowBracketS const& item : sum.brackets) {
+      extent.include(item.before);
+      if (isOpeningBracket(item.bracket->getType())) {
+        levels_.push_back({extent, item.bracket, nullptr});
+        extent = {};
+      } else if (!levels_.empty()) {
+        long const axis = closeGroup(*item.bracket, extent);
+        extent.require(axis + (item.power ? pushOf(*item.power) : 0));
+        if (item.power) placePower(*item.power, item.bracket->getDY(), extent);
+      }
+    }
+    extent.include(sum.extent);
+  }
+  levels_.clear();
+  axis_ = std::max(0L, extent.axis);
+  bottom_ = extent.bottom;
 }
 
 }  // namespace zolt::math::ved

@@ -4,62 +4,45 @@
 #include <vector>
 
 #include "zolt/ved/geometry/graphics.h"
+#include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
-class Node4C;
-
-/// Places the laid-out items of one row beside one another on a common axis and sets the row's size, in two
-/// passes that are linear in the number of items. The row's font is current. Brackets must balance, as
-/// normalisation leaves them.
+/// Places the laid-out items of one row beside one another on a common axis and
+/// sets the row's size. The row is normalised and its font is current.
+///
+/// `measure` takes the items of a stretch one by one; `join` puts the stretches
+/// side by side. A short row is one stretch; of a long row only the stretches
+/// that are marked for layout are measured. Heights are relative to the row's
+/// axis, whose place is known only when everything is joined.
 class RowLayoutC {
  public:
-  /// How far an exponent reaches down over its base.
-  static constexpr long exponent_overlap = 5;
-  /// What stands between the brackets of an empty pair.
-  static constexpr long empty_pair_gap = 2;
-
   RowLayoutC(Node4C& row, GraphicsABC const& graphics);
 
   void layout();
 
  private:
-  static constexpr unsigned long none = static_cast<unsigned long>(-1);
-
-  struct LevelS {
-    unsigned long open;  // index of the bracket that opened the level
-    long top;            // smallest dy in it
-    long bottom;         // largest dy + height in it
-
-    void include(long itemTop, long itemBottom) {
-      if (itemTop < top) top = itemTop;
-      if (itemBottom > bottom) bottom = itemBottom;
-    }
-  };
-
-  void placeHorizontally();
-  void prepareExponents();
-  unsigned long findBase(unsigned long power) const;
-  void pushBaseDown(unsigned long power);
-  void findAxis();
-  void alignVertically();
+  void placeStretches();
+  void measure(RowStretchS& stretch);
+  void join();
+  long closeGroup(Node4C& close, RowExtentS& extent);
+  static void placePower(Node4C& power, long baseTop, RowExtentS& extent);
+  void findPushes();
   long findBaseTop(unsigned long power) const;
-  void closeLevel(Node4C& close);
-
-  bool isPassedOver(unsigned long i) const;
+  bool isEmptyPair(RowStretchS const& stretch, unsigned long close) const;
 
   Node4C& row_;
   GraphicsABC const& graphics_;
-  unsigned long const count_;
+  RowStretchesC stretches_;
   long const gap_;
   long const overhang_;
-  std::vector<LevelS> levels_;
-  std::vector<unsigned long> opens_;
-  // Only in a row with exponents. A base can be a long bracketed group, and groups nest, so pushing bases
-  // down item by item could cost a square; the pushes are collected as differences between neighbours
-  // instead.
-  std::vector<unsigned long> baseStart_;  // of an exponent or ")": where its base or group starts
-  std::vector<long> pushSteps_;
+  std::vector<RowBracketS> levels_;  // the opening brackets whose partners are still to come
+  std::vector<long> pushes_;         // of the items; empty where exponents have ordinary bases
+  long highestGroup_ = 0;            // the least bottom of what stands between two brackets
+  long rowTop_ = RowExtentS::none;   // as far as it is known
+  long width_ = 0;
+  long axis_ = 0;
+  long bottom_ = 0;
 };
 
 }  // namespace zolt::math::ved

@@ -9,7 +9,30 @@ namespace {
 // How near to the edge of a stretch a change concerns the neighbour as well.
 constexpr std::size_t edge = 2;
 
+constexpr std::size_t ordinary_length = 96;
+
+#ifdef ZOLT_VARIABLE_STRETCHES
+thread_local std::size_t leastLengthHere = ordinary_length;
+#endif
+
 }  // namespace
+
+#ifdef ZOLT_VARIABLE_STRETCHES
+
+std::size_t RowIndexC::leastLength() { return leastLengthHere; }
+
+bool RowIndexC::setLeastLength(std::size_t length) {
+  leastLengthHere = length > 0 ? length : ordinary_length;
+  return true;
+}
+
+#else
+
+std::size_t RowIndexC::leastLength() { return ordinary_length; }
+
+bool RowIndexC::setLeastLength(std::size_t) { return false; }
+
+#endif
 
 RowIndexC::RowIndexC(std::size_t count) {
   while (usualLength_ * usualLength_ < count) usualLength_ += usualLength_ / 4 * 2;

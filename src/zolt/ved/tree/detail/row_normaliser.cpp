@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/detail/row_normaliser.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "zolt/ved/operators/operator.h"
@@ -8,204 +9,308 @@ namespace zolt::math::ved {
 
 namespace {
 
-bool isAutoBracket(Node4C const& node) {
-  return node.getType() == NODE4_AUTO_OPEN || node.getType() == NODE4_AUTO_CLOSE;
+bool isText(Node4C const& node) { return node.getType() == NODE4_TEXT; }
+
+/// The last item before item i that is no empty text; null when there is none.
+Node4C const* findBefore(Node4C const& row, std::size_t i) {
+  while (i > 0 && row.child(i - 1)->isEmptyText()) --i;
+  return i > 0 ? row.child(i - 1) : nullptr;
 }
 
-}  // namespace
-
-void RowNormaliserC::visit(Node4C& node) {
-  bool const changed = node.stale_ & Node4C::STALE_CHECK;
-  node.unmark(Node4C::STALE_VISIT);
-  if (node.getType() != NODE4_LINE) return;
-  if (!changed) {
-    stepInside(node, caretNode_, caretPos_);
-    stepInside(node, anchorNode_, anchorPos_);
-    autoRows_.push_back(&node);  // or a row inside is one, which comes to the same
-    return;
-  }
-  unmatched_ = supplied_ = missing_ = {};
-  bool const long_ = node.index_ && normaliseStretches(node);
-  if (!long_) {
-    node.dropIndex();
-    if (!isCanonical(node)) {
-      normalise(node);
-    } else if (unmatched_.opens + unmatched_.closes > 0) {
-      stepInside(node, caretNode_, caretPos_);
-      stepInside(node, anchorNode_, anchorPos_);
-    }
-  }
-  if (unmatched_.opens + unmatched_.closes > 0) autoRows_.push_back(&node);
-  if (!node.index_ && node.numChildren() >= RowIndexC::min_items) node.buildIndex();
-  if (node.index_ && node.numChildren() < RowIndexC::min_items / 2) node.dropIndex();
-}
-
-void RowNormaliserC::leave(Node4C& node) {
-  if (node.index_) node.index_->clear(Node4C::STALE_VISIT);
-}
-
-void RowNormaliserC::normalise(Node4C& row) {
-  unmatched_ = {};
-  collectItems(row);
-  promoteAutoBrackets();
-  dropAutoBracketsAndCount();
-  rebuild(row);
-}
-
-/// Texts and other items alternate, texts at both ends; as many supplied brackets as the typed ones need, and
-/// nothing but empty texts outside them. Counts what is unmatched.
-bool RowNormaliserC::isCanonical(Node4C const& row) {
-  unsigned long const count = row.numChildren();
-  if (count % 2 == 0) return false;
-  unmatched_ = {};
-  unsigned long autoOpens = 0;
-  unsigned long autoCloses = 0;
-  bool outside = false;  // whether something stands outside a supplied opening bracket that would come now
-  for (unsigned long i = 0; i < count; ++i) {
-    Node4C const* item = row.child(i);
-    if (!item || (item->getType() == NODE4_TEXT) != (i % 2 == 0)) return false;
-    if (item->isEmptyText() && item->numChildren() == 0) continue;
-    if (autoCloses > 0 && item->getType() != NODE4_AUTO_CLOSE) return false;
-    switch (item->getType()) {
-      case NODE4_TEXT:
-        if (item->numChildren() > 0) return false;
-        break;
-      case NODE4_OPERATOR:
-      case NODE4_POWER:
-        break;
-      case NODE4_OPEN:
-        unmatched_.add(0, 1);
-        break;
-      case NODE4_CLOSE:
-        unmatched_.add(1, 0);
-        break;
-      case NODE4_AUTO_OPEN:
-        if (outside) return false;
-        ++autoOpens;
-        continue;
-      case NODE4_AUTO_CLOSE:
-        ++autoCloses;
-        break;
-      default:
-        return false;
-    }
-    outside = true;
-  }
-  return autoOpens == unmatched_.closes && autoCloses == unmatched_.opens;
-}
-
-/// Takes all items out of the row: nested rows give up their items and vanish; the children of a text follow
-/// it.
-void RowNormaliserC::collectItems(Node4C& row) {
-  items_.clear();
-  pending_.clear();
-  pushReversed(row);
-  while (!pending_.empty()) {
-    NodeT item = std::move(pending_.back());
-    pending_.pop_back();
-    Node4C& node = *item;
-    node.stretch_ = nullptr;
-    if (node.getType() == NODE4_LINE) {
-      pushReversed(node);
-      continue;
-    }
-    node.parent_ = &row;
-    items_.push_back(std::move(item));
-    if (node.getType() == NODE4_TEXT && node.numChildren() > 0) pushReversed(node);
-  }
-}
-
-void RowNormaliserC::pushReversed(Node4C& node) {
-  for (unsigned long i = node.numChildren(); i-- > 0;) {
-    if (!node.child(i)) continue;
-    pending_.emplace_back();
-    pending_.back().reset(std::exchange(node.children_[i], nullptr));
-  }
-  node.children_.clear();
-}
-
-/// A supplied bracket becomes the user's own as soon as something stands outside it.
-void RowNormaliserC::promoteAutoBrackets() {
-  bool outside = false;
-  for (NodeT const& item : items_) {
-    if (item->getType() == NODE4_AUTO_OPEN) {
-      if (outside) promote(*item);
-    } else if (!item->isEmptyText()) {
-      outside = true;
-    }
-  }
-  outside = false;
-  for (auto i = items_.rbegin(); i != items_.rend(); ++i) {
-    if ((*i)->getType() == NODE4_AUTO_CLOSE) {
-      if (outside) promote(**i);
-    } else if (!(*i)->isEmptyText()) {
-      outside = true;
-    }
-  }
-}
-
-void RowNormaliserC::promote(Node4C& bracket) {
-  bracket.touch(Node4C::STALE_RECORD);
-  bracket.type_ = bracket.type_ == NODE4_AUTO_OPEN ? NODE4_OPEN : NODE4_CLOSE;
-}
-
-void RowNormaliserC::dropAutoBracketsAndCount() {
-  std::size_t kept = 0;
-  for (NodeT& item : items_) {
-    if (isAutoBracket(*item)) continue;
-    if (item->getType() == NODE4_OPEN) unmatched_.add(0, 1);
-    if (item->getType() == NODE4_CLOSE) unmatched_.add(1, 0);
-    std::swap(items_[kept++], item);
-  }
-  items_.resize(kept);
-  missing_ = {unmatched_.closes, unmatched_.opens};
-}
-
-void RowNormaliserC::rebuild(Node4C& row) {
-  row_.clear();
-  for (unsigned long i = 0; i < missing_.opens; ++i) append(make(NODE4_AUTO_OPEN));
-  for (NodeT& item : items_) append(std::move(item));
-  appendEnd();
-
-  row.touch(Node4C::STALE_LAYOUT | Node4C::STALE_RECORD);
-  row.children_.resize(row_.size());
-  row.children_.shrink();
-  for (std::size_t i = 0; i < row_.size(); ++i) row.adopt(i, row_[i].release());
-}
-
-void RowNormaliserC::appendEnd() {
-  for (unsigned long i = 0; i < missing_.closes; ++i) append(make(NODE4_AUTO_CLOSE));
-  if (row_.empty() || row_.back()->getType() != NODE4_TEXT) row_.push_back(make(NODE4_TEXT));
-}
-
-RowNormaliserC::NodeT RowNormaliserC::make(Node4TypeE type) {
+std::unique_ptr<Node4C> make(Node4TypeE type) {
   return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
 }
 
-void RowNormaliserC::append(NodeT item) {
-  bool const afterText = !row_.empty() && row_.back()->getType() == NODE4_TEXT;
-  if (item->getType() != NODE4_TEXT) {
-    if (!afterText) row_.push_back(make(NODE4_TEXT));
-    row_.push_back(std::move(item));
-  } else if (!afterText) {
-    row_.push_back(std::move(item));
+std::uint32_t more(std::uint32_t a, std::uint32_t b) { return a > b ? a - b : 0; }
+
+}  // namespace
+
+void RowNormaliserC::normalise() {
+  auto& index = row_.state_.index;
+  if (index && index->isOutgrown(row_.numChildren())) {
+    row_.dropIndex();
+    stretches_ = RowStretchesC(nullptr, row_.numChildren());
+  }
+  for (std::size_t k = 0; k < stretches_.size(); ++k) {
+    if (!(stretches_[k].stale & STALE_CHECK)) continue;
+    flatten(stretches_[k]);
+    count(stretches_[k]);
+  }
+  BracketSumS sum = countAll();
+  if (sum.overtaken) {
+    promoteOvertaken(NODE4_AUTO_OPEN);
+    promoteOvertaken(NODE4_AUTO_CLOSE);
+    sum = countAll();
+  }
+  supplied_ = {more(sum.closes, sum.autoOpens), more(sum.opens, sum.autoCloses),
+               more(sum.autoOpens, sum.closes), more(sum.autoCloses, sum.opens)};
+  if (findDirty()) {
+    for (std::size_t end = dirty_.size(); end > 0; --end) {
+      if (!dirty_[end - 1]) continue;
+      std::size_t first = end - 1;
+      while (first > 0 && dirty_[first - 1]) --first;
+      rebuild(first, end);
+      end = first + 1;
+    }
+  }
+  keepStretches();
+}
+
+// ---- What is in the stretches
+// -----------------------------------------------------------------------------
+
+/// Puts the items of nested rows in the place of the rows, the children of a
+/// text after it. (The calls of the tree that do so would mark the rows around
+/// for normalisation, which is under way.)
+void RowNormaliserC::flatten(RowStretchS& stretch) {
+  for (std::size_t i = stretch.first; i < stretch.first + stretch.count;) {
+    Node4C* const item = row_.child(i);
+    bool const stays = item && item->getType() != NODE4_LINE;
+    if (stays && (!isText(*item) || item->numChildren() == 0)) {
+      ++i;
+      continue;
+    }
+    row_.touch(STALE_LAYOUT | STALE_RECORD);
+    if (item) {
+      unsigned long const count = item->numChildren();
+      openSlots(stretch, i + 1, count);
+      for (unsigned long k = 0; k < count; ++k) row_.adopt(i + 1 + k, item->children_[k]);
+      item->children_.clear();
+    }
+    if (stays) continue;
+    delete item;
+    closeSlot(stretch, i);
+  }
+}
+
+void RowNormaliserC::openSlots(RowStretchS& stretch, std::size_t i, std::size_t count) {
+  row_.children_.insertSlots(i, count);
+  if (row_.state_.index) {
+    row_.state_.index->noteInserted(i, count, STALE_ALL);
   } else {
-    merge(*row_.back(), *item);
+    stretch.count += static_cast<std::uint32_t>(count);
+  }
+}
+
+void RowNormaliserC::closeSlot(RowStretchS& stretch, std::size_t i) {
+  row_.children_.erase(i);
+  if (row_.state_.index) {
+    row_.state_.index->noteRemoved(i, 1, STALE_ALL);
+  } else {
+    --stretch.count;
+  }
+}
+
+void RowNormaliserC::count(RowStretchS& stretch) {
+  stretch.brackets = BracketSumS();
+  for (std::size_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
+    if (!row_.child(i)->isEmptyText()) stretch.brackets.add(row_.child(i)->getType());
+  }
+}
+
+BracketSumS RowNormaliserC::countAll() {
+  BracketSumS sum;
+  for (std::size_t k = 0; k < stretches_.size(); ++k) sum.add(stretches_[k].brackets);
+  return sum;
+}
+
+/// A supplied bracket becomes the user's own as soon as something stands
+/// outside it.
+void RowNormaliserC::promoteOvertaken(Node4TypeE type) {
+  bool const opens = type == NODE4_AUTO_OPEN;
+  bool outside = false;
+  for (std::size_t n = 0; n < stretches_.size(); ++n) {
+    RowStretchS& stretch = stretches_[opens ? n : stretches_.size() - 1 - n];
+    BracketSumS const sum = stretch.brackets;
+    if ((opens ? sum.autoOpens : sum.autoCloses) == 0) {
+      outside |= sum.hasOthers(type);
+      continue;
+    }
+    for (std::size_t m = 0; m < stretch.count; ++m) {
+      Node4C& item = *row_.child(stretch.first + (opens ? m : stretch.count - 1 - m));
+      if (item.getType() != type) {
+        outside |= !item.isEmptyText();
+      } else if (outside) {
+        item.touch(STALE_RECORD);
+        item.type_ = opens ? NODE4_OPEN : NODE4_CLOSE;
+      }
+    }
+    count(stretch);
+  }
+}
+
+// ---- What is put together anew
+// ----------------------------------------------------------------------------
+
+/// Finds the stretches that are not in order, or whose supplied brackets come
+/// or go, and those that these concern. False when there are none.
+bool RowNormaliserC::findDirty() {
+  std::size_t const size = stretches_.size();
+  dirty_.clear();
+  auto const add = [&](std::size_t k) {
+    dirty_.resize(size);
+    dirty_[k] = true;
+  };
+  for (std::size_t k = 0; k < size; ++k) {
+    if ((stretches_[k].stale & STALE_CHECK) && !isInOrder(k)) add(k);
+  }
+  if (supplied_.missingOpens > 0) add(0);
+  if (supplied_.missingCloses > 0) add(size - 1);
+  std::uint32_t surplus = supplied_.surplusOpens;
+  for (std::size_t k = 0; surplus > 0; ++k) {
+    add(k);
+    surplus = more(surplus, stretches_[k].brackets.autoOpens);
+  }
+  surplus = supplied_.surplusCloses;
+  for (std::size_t k = size; surplus > 0;) {
+    add(--k);
+    surplus = more(surplus, stretches_[k].brackets.autoCloses);
+  }
+  // The first text of the next stretch may be merged with what comes before it,
+  // and a stretch that may not start where it does is joined with the one
+  // before it, as is a last one that is too short.
+  for (std::size_t k = dirty_.size(); k-- > 0;) {
+    if (!dirty_[k]) continue;
+    if (k + 1 < size) dirty_[k + 1] = true;
+    bool const isJoined =
+        !mayStart(stretches_[k].first, stretches_[k].count) || (k + 1 == size && isTooShort(stretches_[k]));
+    if (k > 0 && isJoined) dirty_[k - 1] = true;
+  }
+  return !dirty_.empty();
+}
+
+/// Whether the stretch can stay as it is: texts and other items alternate, and
+/// it is neither too long nor too short.
+bool RowNormaliserC::isInOrder(std::size_t k) {
+  RowStretchS const& stretch = stretches_[k];
+  bool const isLast = k + 1 == stretches_.size();
+  if (stretch.count % 2 != (isLast ? 1 : 0) || isTooShort(stretch)) return false;
+  if (row_.state_.index && stretch.count > 2 * row_.state_.index->getUsualLength()) return false;
+  for (std::size_t i = 0; i < stretch.count; ++i) {
+    if (isText(*row_.child(stretch.first + i)) != (i % 2 == 0)) return false;
+  }
+  return (isLast && stretch.count == 1) || mayStart(stretch.first, stretch.count);
+}
+
+bool RowNormaliserC::isTooShort(RowStretchS const& stretch) const {
+  return row_.state_.index && stretch.count < row_.state_.index->getUsualLength() / 4;
+}
+
+/// Whether a stretch may start with these items, so that it can be laid out
+/// without looking back: an exponent is in one stretch with its base, and a
+/// pair of brackets with nothing between is in one. Texts beside one another
+/// count as one.
+bool RowNormaliserC::mayStart(std::size_t first, std::size_t count) const {
+  if (first == 0) return true;
+  for (std::size_t i = first; i < first + count; ++i) {
+    Node4C const& item = *row_.child(i);
+    if (item.isEmptyText()) continue;
+    Node4C const* const before = findBefore(row_, first);
+    if (isClosingBracket(item.getType())) return !before || !isOpeningBracket(before->getType());
+    if (item.getType() == NODE4_POWER) return before && before->getType() == NODE4_POWER;
+    return true;
+  }
+  return false;
+}
+
+/// Puts the stretches from `first` up to, not including, `end` together anew.
+void RowNormaliserC::rebuild(std::size_t first, std::size_t end) {
+  std::size_t const at = stretches_[first].first;
+  std::size_t const count = stretches_[end - 1].first + stretches_[end - 1].count - at;
+  bool const isLast = end == stretches_.size();
+  items_.clear();
+  if (first == 0) {
+    for (; supplied_.missingOpens > 0; --supplied_.missingOpens) append(make(NODE4_AUTO_OPEN));
+  }
+  for (std::size_t i = at; i < at + count; ++i) {
+    NodeT item(std::exchange(row_.children_[i], nullptr));
+    if (first == 0 && item->getType() == NODE4_AUTO_OPEN && supplied_.surplusOpens > 0) {
+      --supplied_.surplusOpens;
+    } else if (isLast && item->getType() == NODE4_AUTO_CLOSE && supplied_.surplusCloses > 0) {
+      --supplied_.surplusCloses;
+    } else {
+      append(std::move(item));
+    }
+  }
+  if (isLast) {
+    for (; supplied_.missingCloses > 0; --supplied_.missingCloses) append(make(NODE4_AUTO_CLOSE));
+    if (items_.empty() || !isText(*items_.back())) items_.push_back(make(NODE4_TEXT));
+  }
+
+  row_.touch(STALE_LAYOUT | STALE_RECORD);
+  if (items_.size() > count) {
+    row_.children_.insertSlots(at + count, items_.size() - count);
+  } else {
+    row_.children_.erase(at + items_.size(), count - items_.size());
+  }
+  std::size_t const items = items_.size();
+  for (std::size_t i = 0; i < items; ++i) row_.children_[at + i] = items_[i].release();
+  if (row_.state_.index) {
+    enterStretches(first, end - first, at, items);
+  } else {
+    for (std::size_t i = 0; i < items; ++i) row_.adopt(i, row_.children_[i]);
+    row_.children_.shrink();
+  }
+}
+
+void RowNormaliserC::append(NodeT item) {
+  bool const afterText = !items_.empty() && isText(*items_.back());
+  if (!isText(*item)) {
+    if (!afterText) items_.push_back(make(NODE4_TEXT));
+    items_.push_back(std::move(item));
+  } else if (!afterText) {
+    items_.push_back(std::move(item));
+  } else {
+    merge(*items_.back(), *item);
   }
 }
 
 void RowNormaliserC::merge(Node4C& text, Node4C const& next) {
-  auto const offset = static_cast<unsigned>(text.sizeText());
-  if (caretNode_ == &next) {
-    caretNode_ = &text;
-    caretPos_ += offset;
+  for (PlaceS* const place : {&places_.caret, &places_.anchor}) {
+    if (place->node == &next) *place = {&text, place->pos + static_cast<unsigned>(text.sizeText())};
   }
-  if (anchorNode_ == &next) {
-    anchorNode_ = &text;
-    anchorPos_ += offset;
-  }
+  if (next.text_.empty()) return;
   text.text_ += next.text_;
-  text.stale_ |= Node4C::STALE_LAYOUT | Node4C::STALE_RECORD;
+  text.state_.stale |= STALE_LAYOUT | STALE_RECORD;
+}
+
+// ---- Where stretches begin
+// --------------------------------------------------------------------------------
+
+/// Gives a row that has become long its stretches, and takes those of a row
+/// that has become short.
+void RowNormaliserC::keepStretches() {
+  auto& index = row_.state_.index;
+  std::size_t const count = row_.numChildren();
+  if (index && count < RowIndexC::leastItems() / 2) row_.dropIndex();
+  if (index || count < RowIndexC::leastItems()) return;
+  index = std::make_unique<RowIndexC>(count);
+  enterStretches(0, 1, 0, count);
+}
+
+/// Cuts items into stretches, which take the place of `count` stretches from k
+/// on.
+void RowNormaliserC::enterStretches(std::size_t k, std::size_t count, std::size_t first, std::size_t items) {
+  RowIndexC& index = *row_.state_.index;
+  std::size_t const length = index.getUsualLength();
+  std::vector<std::uint32_t> lengths;
+  std::size_t start = 0;
+  for (std::size_t i = length; i + length / 2 < items; i += 2) {
+    if (i - start < length || !mayStart(first + i, 2)) continue;
+    lengths.push_back(static_cast<std::uint32_t>(i - start));
+    start = i;
+  }
+  lengths.push_back(static_cast<std::uint32_t>(items - start));
+  index.replace(k, count, lengths);
+  for (std::size_t n = k; n < k + lengths.size(); ++n) {
+    for (std::uint32_t i = index[n].first; i < index[n].first + index[n].count; ++i) {
+      Node4C& item = *row_.children_[i];
+      item.parent_ = &row_;
+      item.state_.slotHint = i - index[n].first;
+      item.state_.stretch = &index[n];
+    }
+    this->count(index[n]);
+  }
 }
 
 }  // namespace zolt::math::ved
