@@ -44,8 +44,10 @@ constexpr std::u16string_view lowered_signs = u"0123456789+-()ni";
 constexpr std::u16string_view circumflexed = u"âêîôûĉĝĥĵŝŵŷẑÂÊÎÔÛĈĜĤĴŜŴŶẐ";
 constexpr std::u16string_view plain_letters = u"aeioucghjswyzAEIOUCGHJSWYZ";
 
-/// The character of `to` at the place that `c` has in `from`; U+0000 when it has none.
+/// The character of `to` at the place that `c` has in `from`, none of which is ASCII; U+0000 when it has
+/// none.
 char16_t translate(char16_t c, std::u16string_view from, std::u16string_view to) {
+  if (c < 0x80) return u'\0';
   std::size_t const place = from.find(c);
   return place == from.npos ? u'\0' : to[place];
 }

@@ -1,7 +1,9 @@
 #include "zolt/exchange/detail/notation.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -84,32 +86,52 @@ auto find(TableT const& table, TestT test) {
   return found == std::end(table) ? nullptr : found;
 }
 
-std::vector<ReadingS> makeReadings() {
-  std::vector<ReadingS> readings;
+/// All readings in the order of their texts, with where those begin that have the same first character: every
+/// sign and name of a text is looked for here.
+class ReadingsC {
+ public:
+  ReadingsC();
+
+  /// The readings of `text`, which is not empty.
+  std::pair<ReadingS const*, ReadingS const*> find(std::u16string_view text) const {
+    std::size_t const start = std::min<std::size_t>(text[0], ascii_size);
+    auto const* const end = readings_.data() + starts_[start + 1];
+    auto const* first = readings_.data() + starts_[start];
+    while (first != end && first->text != text) ++first;
+    auto const* last = first;
+    while (last != end && last->text == text) ++last;
+    return {first, last};
+  }
+
+ private:
+  static constexpr std::size_t ascii_size = 0x80;
+
+  std::vector<ReadingS> readings_;
+  std::array<std::size_t, ascii_size + 2> starts_{};  // the last one for all that is not ASCII
+};
+
+ReadingsC::ReadingsC() {
   for (NotationS const& notation : notations) {
-    if (notation.sign != u'\0') readings.push_back({{&notation.sign, 1}, &notation, {}});
+    if (notation.sign != u'\0') readings_.push_back({{&notation.sign, 1}, &notation, {}});
     std::u16string_view rest = notation.plain.read;
     while (!rest.empty()) {
       std::u16string_view const text = rest.substr(0, rest.find(u' '));
       rest.remove_prefix(std::min(text.size() + 1, rest.size()));
       std::size_t const colon = text.size() > 2 ? text.find(u':', 1) : text.npos;
       bool const adds = colon != text.npos;
-      readings.push_back(
+      readings_.push_back(
           {text.substr(0, colon), &notation, adds ? text.substr(colon + 1) : std::u16string_view()});
     }
   }
-  std::sort(readings.begin(), readings.end(),
+  std::sort(readings_.begin(), readings_.end(),
             [](ReadingS const& a, ReadingS const& b) { return a.text < b.text; });
-  return readings;
+  for (ReadingS const& reading : readings_) ++starts_[std::min<std::size_t>(reading.text[0], ascii_size) + 1];
+  std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
 }
 
-/// The readings of `text`, as a range in the order of the texts.
 std::pair<ReadingS const*, ReadingS const*> findReadings(std::u16string_view text) {
-  static std::vector<ReadingS> const readings = makeReadings();
-  auto const* const end = readings.data() + readings.size();
-  auto const* const first =
-      std::lower_bound(readings.data(), end, text, [](ReadingS const& r, auto t) { return r.text < t; });
-  return {first, std::find_if(first, end, [&](ReadingS const& r) { return r.text != text; })};
+  static ReadingsC const readings;
+  return readings.find(text);
 }
 
 }  // namespace

@@ -124,18 +124,6 @@ void PlainLexerC::readNextToken() {
 }
 
 void PlainLexerC::readSign(char16_t c) {
-  if (ReadingS const* const reading = findReading(text_.substr(token_.begin, 2))) {
-    position_ = std::min(token_.begin + 2, text_.size());
-    return setOperator(*reading);
-  }
-  char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);
-  if (ReadingS const* const reading = findReading({&sign, 1})) return setOperator(*reading);
-  if (NotationS const* const function = findBrackets(c)) {
-    std::u16string_view const brackets = function->plain.brackets;
-    if (brackets[0] == brackets[1]) return set(PLAIN_TOKEN_BAR, function->name);
-    if (c == brackets[1]) return setBracket(PLAIN_TOKEN_CLOSE, c);
-    return setBracket(PLAIN_TOKEN_OPEN, brackets[1], function->name);
-  }
   switch (c) {
     case u'(':
       return setBracket(PLAIN_TOKEN_OPEN, u')');
@@ -150,8 +138,20 @@ void PlainLexerC::readSign(char16_t c) {
     case u',':
       return set(PLAIN_TOKEN_COMMA);
     default:
-      return setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
+      break;
   }
+  if (ReadingS const* const reading = findReading(text_.substr(token_.begin, 2))) {
+    position_ = std::min(token_.begin + 2, text_.size());
+    return setOperator(*reading);
+  }
+  char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);
+  if (ReadingS const* const reading = findReading({&sign, 1})) return setOperator(*reading);
+  NotationS const* const function = findBrackets(c);
+  if (!function) return setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
+  std::u16string_view const brackets = function->plain.brackets;
+  if (brackets[0] == brackets[1]) return set(PLAIN_TOKEN_BAR, function->name);
+  if (c == brackets[1]) return setBracket(PLAIN_TOKEN_CLOSE, c);
+  setBracket(PLAIN_TOKEN_OPEN, brackets[1], function->name);
 }
 
 void PlainLexerC::readNumber() {
