@@ -195,7 +195,7 @@ bool FormulaFieldC::takeRevealRequest(RectangleS& box) {
 bool FormulaFieldC::takeChange() {
   NodeRecordPointerC const now = view_.crefRoot().makeRecord();
   if (now.get() == seen_.get()) return false;
-  bool const changed = !findPatches(*seen_, *now).empty();
+  bool const changed = compareStates(*seen_, *now).differs;
   seen_ = now;
   return changed;
 }

@@ -182,9 +182,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   NodeRecordPointerC makeRecord() const;
   /// The subtree that `record` is a copy of, detached, without metrics.
   static std::unique_ptr<Node4C> fromRecord(NodeRecordC const& record);
-  /// Turns this tree, a copy of which was found to differ from another by `patches`, into the other, or
-  /// (`backwards`) the other into the one. The tree must be normalised before it is laid out.
-  void apply(std::vector<RecordPatchS> const& patches, bool backwards);
+  /// Turns this tree into the one that `state`, which somebody holds, is a copy of: the cost follows what
+  /// differs. The tree must be normalised before it is laid out.
+  void turnInto(NodeRecordC const& state);
 
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
@@ -232,7 +232,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  private:
   friend class RowWriterC;
   friend class RowNormaliserC;
-  friend class PatcherC;
+  friend class RecordReaderC;
   friend class TreeDrawerC;
 
   /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstring>
 #include <memory>
 
 #include "zolt/ved/operators/operator.h"
@@ -12,45 +11,64 @@ namespace {
 
 // Texts longer than a part are kept in parts.
 constexpr std::size_t part_size = 512;
+// Of a stretch, about as many as it has blocks.
+constexpr std::size_t block_size = 16;
 
 using ChildrenT = NodeRecordC::ChildrenT;
 
-void appendParts(ChildrenT& parts, wstring const& text, std::size_t from, std::size_t end) {
-  while (from < end) {
-    std::size_t const size = std::min(part_size, end - from);
-    parts.push_back(NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text.substr(from, size), {}));
-    from += size;
-  }
-}
-
-/// The parts of a text: those of the text as it was, `before`, at both ends as far as they are the same.
-/// Small ones beside the change go into its part, or typing would leave a part for each character.
-ChildrenT makeParts(wstring const& text, ChildrenT const& before) {
-  std::size_t from = 0;
-  std::size_t end = text.size();
-  auto const isAt = [&](std::size_t at, wstring const& part) {
-    return std::memcmp(text.data() + at, part.data(), part.size() * sizeof(char16_t)) == 0;
+/// Cuts a sequence into records of at most `most` elements: those that it was kept in before, at both ends as
+/// far as they are the same. Small ones next to the change go into its record, or typing would leave a record
+/// for each character. `contentOf` gives the elements of a record, `make` a record of elements.
+template <class SequenceT, class ContentT, class MakeT>
+ChildrenT cut(SequenceT const& all, ChildrenT const& before, std::size_t most, ContentT contentOf,
+              MakeT make) {
+  auto const at = [](auto const& list, std::size_t i) {
+    return list.begin() + static_cast<std::ptrdiff_t>(i);
   };
-  auto const startsWith = [&](wstring const& part) { return part.size() <= end - from && isAt(from, part); };
-  auto const endsIn = [&](wstring const& part) {
-    return part.size() <= end - from && isAt(end - part.size(), part);
+  std::size_t from = 0;
+  std::size_t end = all.size();
+  auto const isAt = [&](std::size_t place, SequenceT const& part) {
+    return std::equal(part.begin(), part.end(), at(all, place));
   };
   std::size_t front = 0;
-  while (front < before.size() && startsWith(before[front]->crefText())) {
-    from += before[front++]->crefText().size();
+  for (; front < before.size(); ++front) {
+    SequenceT const& part = contentOf(*before[front]);
+    if (part.size() > end - from || !isAt(from, part)) break;
+    from += part.size();
   }
   std::size_t back = before.size();
-  while (back > front && endsIn(before[back - 1]->crefText())) end -= before[--back]->crefText().size();
-  auto const fits = [&](std::size_t part) {
-    return before[part]->crefText().size() + (end - from) <= part_size;
-  };
-  while (front > 0 && fits(front - 1)) from -= before[--front]->crefText().size();
-  while (back < before.size() && fits(back)) end += before[back++]->crefText().size();
+  for (; back > front; --back) {
+    SequenceT const& part = contentOf(*before[back - 1]);
+    if (part.size() > end - from || !isAt(end - part.size(), part)) break;
+    end -= part.size();
+  }
+  auto const fits = [&](std::size_t i) { return contentOf(*before[i]).size() + (end - from) <= most; };
+  while (front > 0 && fits(front - 1)) from -= contentOf(*before[--front]).size();
+  while (back < before.size() && fits(back)) end += contentOf(*before[back++]).size();
 
-  ChildrenT parts(before.begin(), before.begin() + static_cast<std::ptrdiff_t>(front));
-  appendParts(parts, text, from, end);
-  parts.insert(parts.end(), before.begin() + static_cast<std::ptrdiff_t>(back), before.end());
-  return parts;
+  ChildrenT records;
+  records.reserve(front + (end - from + most - 1) / most + (before.size() - back));
+  records.insert(records.end(), before.begin(), at(before, front));
+  for (; from < end; from += most) {
+    records.push_back(make(SequenceT(at(all, from), at(all, std::min(end, from + most)))));
+  }
+  records.insert(records.end(), at(before, back), before.end());
+  return records;
+}
+
+ChildrenT cutText(wstring const& text, ChildrenT const& before) {
+  return cut(
+      text, before, part_size, [](NodeRecordC const& part) -> wstring const& { return part.crefText(); },
+      [](wstring part) { return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, std::move(part), {}); });
+}
+
+ChildrenT cutItems(ChildrenT const& items, ChildrenT const& before) {
+  return cut(
+      items, before, block_size,
+      [](NodeRecordC const& block) -> ChildrenT const& { return block.crefChildren(); },
+      [](ChildrenT block) {
+        return NodeRecordC::make(NODE_RECORD_BLOCK, nullptr, wstring(), std::move(block));
+      });
 }
 
 }  // namespace
@@ -76,7 +94,7 @@ NodeRecordPointerC Node4C::recordNode() const {
   auto const kind = static_cast<std::uint8_t>(type_);
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
     return NodeRecordC::make(kind, op_, wstring(),
-                             makeParts(text_, state_.record ? state_.record->crefChildren() : ChildrenT()));
+                             cutText(text_, state_.record ? state_.record->crefChildren() : ChildrenT()));
   }
   auto const collect = [this](unsigned long first, unsigned long count) {
     ChildrenT records;
@@ -90,8 +108,9 @@ NodeRecordPointerC Node4C::recordNode() const {
     for (std::size_t k = 0; k < state_.index->size(); ++k) {
       RowStretchS& stretch = (*state_.index)[k];
       if (!stretch.record || (stretch.stale & STALE_RECORD)) {
-        stretch.record =
-            NodeRecordC::make(NODE_RECORD_STRETCH, nullptr, wstring(), collect(stretch.first, stretch.count));
+        ChildrenT const before = stretch.record ? stretch.record->crefChildren() : ChildrenT();
+        stretch.record = NodeRecordC::make(NODE_RECORD_STRETCH, nullptr, wstring(),
+                                           cutItems(collect(stretch.first, stretch.count), before));
         stretch.stale &= static_cast<std::uint8_t>(~STALE_RECORD);
       }
       records.push_back(stretch.record);
@@ -104,25 +123,9 @@ NodeRecordPointerC Node4C::recordNode() const {
 
 // ---- Going back to a record -------------------------------------------------------------------------------
 
-/// Changes a tree from the last place to the first, so that the other places stay what they are.
-class PatcherC {
+/// Makes nodes of records.
+class RecordReaderC {
  public:
-  static void apply(Node4C& root, RecordPatchS::SideS const& present, RecordPatchS::SideS const& wanted) {
-    Node4C* node = &root;
-    for (std::uint32_t const i : present.path) node = node->child(i);
-    std::size_t const shared = std::min(present.items.size(), wanted.items.size());
-    unsigned long place = present.first;
-    for (std::size_t k = 0; k < shared; ++k) turnInto(*node, place++, *wanted.items[k]);
-    if (shared < present.items.size()) node->deleteChildren(place, present.items.size() - shared);
-    if (shared == wanted.items.size()) return;
-    // All at once: each alone would move all children behind it.
-    auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), wanted.items.size() - shared);
-    for (std::size_t k = shared; k < wanted.items.size(); ++k) {
-      row->setChild(k - shared, build(*wanted.items[k]).release());
-    }
-    node->spliceChildren(place, row.release());
-  }
-
   static std::unique_ptr<Node4C> build(NodeRecordC const& record) {
     struct SlotS {
       Node4C* parent;
@@ -147,15 +150,6 @@ class PatcherC {
   }
 
  private:
-  static void turnInto(Node4C& parent, unsigned long i, NodeRecordC const& wanted) {
-    Node4C& node = *parent.child(i);
-    if (node.getType() == NODE4_TEXT && wanted.getKind() == NODE4_TEXT) {
-      node.refText() = wanted.getText();
-    } else {
-      parent.replaceChild(i, build(wanted).release());
-    }
-  }
-
   /// The node without its children, whose records come out.
   static std::unique_ptr<Node4C> make(NodeRecordC const& record, std::vector<NodeRecordC const*>& children) {
     children.clear();
@@ -169,12 +163,46 @@ class PatcherC {
   }
 };
 
-std::unique_ptr<Node4C> Node4C::fromRecord(NodeRecordC const& record) { return PatcherC::build(record); }
+std::unique_ptr<Node4C> Node4C::fromRecord(NodeRecordC const& record) { return RecordReaderC::build(record); }
 
-void Node4C::apply(std::vector<RecordPatchS> const& patches, bool backwards) {
-  for (auto patch = patches.rbegin(); patch != patches.rend(); ++patch) {
-    PatcherC::apply(*this, backwards ? patch->after : patch->before,
-                    backwards ? patch->before : patch->after);
+void Node4C::turnInto(NodeRecordC const& state) {
+  struct PairS {
+    Node4C* node;
+    NodeRecordC const* wanted;
+  };
+  std::vector<PairS> pairs;
+  if (makeRecord().get() != &state) pairs.push_back({this, &state});
+  for (std::size_t i = 0; i < pairs.size(); ++i) {
+    auto const [node, wanted] = pairs[i];
+    if (node->type_ == NODE4_TEXT) {
+      if (!node->state_.record->hasTextOf(*wanted)) node->refText() = wanted->getText();
+      continue;
+    }
+    for (RecordGapS const& gap : compareNodes(*node->state_.record, *wanted).gaps) {
+      std::size_t const shared = std::min(gap.items.size(), gap.otherItems.size());
+      unsigned long place = gap.place;  // all before it is as wanted by now
+      for (std::size_t k = 0; k < shared; ++k, ++place) {
+        NodeRecordC const& item = *gap.otherItems[k];
+        if (NodeRecordC::isAlike(*gap.items[k], item)) {
+          pairs.push_back({node->child(place), &item});
+        } else {
+          node->replaceChild(place, RecordReaderC::build(item).release());
+        }
+      }
+      if (shared < gap.items.size()) node->deleteChildren(place, gap.items.size() - shared);
+      if (shared == gap.otherItems.size()) continue;
+      // All at once: each alone would move all children after it.
+      auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), gap.otherItems.size() - shared);
+      for (std::size_t k = shared; k < gap.otherItems.size(); ++k) {
+        row->setChild(k - shared, RecordReaderC::build(*gap.otherItems[k]).release());
+      }
+      node->spliceChildren(place, row.release());
+    }
+  }
+  // The next state shares with this one again what did not change.
+  for (PairS const& pair : pairs) {
+    pair.node->state_.record = NodeRecordPointerC(pair.wanted);
+    pair.node->unmark(STALE_RECORD);
   }
 }
 

@@ -36,6 +36,9 @@ class NodeRecordPointerC {
   NodeRecordC const& operator*() const { return *record_; }
   NodeRecordC const* operator->() const { return record_; }
   explicit operator bool() const { return record_ != nullptr; }
+  friend bool operator==(NodeRecordPointerC const& a, NodeRecordPointerC const& b) {
+    return a.record_ == b.record_;
+  }
 
  private:
   void release() noexcept;
@@ -52,7 +55,7 @@ enum NodeRecordE : std::uint8_t {
 
 /// An immutable copy of a node and everything in it (`Node4C::makeRecord`). The records of two states of a
 /// tree share what is the same in both, so that a state costs what changed since the one before. For the same
-/// reason long rows are kept in stretches and long texts in parts. Operators are kept by identity.
+/// reason long rows are kept in stretches of blocks, and long texts in parts. Operators are kept by identity.
 class NodeRecordC {
  public:
   using ChildrenT = std::vector<NodeRecordPointerC>;
@@ -72,9 +75,14 @@ class NodeRecordC {
   wstring getText() const;
   bool hasTextOf(NodeRecordC const& other) const;
   ChildrenT const& crefChildren() const { return children_; }
+  /// Whether it stands for several neighbouring nodes: a stretch or a block.
+  bool holdsItems() const { return kind_ == NODE_RECORD_STRETCH || kind_ == NODE_RECORD_BLOCK; }
+  /// How many nodes it stands for.
+  std::size_t countItems() const { return holdsItems() ? items_ : 1; }
   /// Appends the records of the children, of all stretches.
   void appendItems(std::vector<NodeRecordC const*>& items) const;
-  /// What the record and everything in it takes, in bytes.
+  /// What the record takes, without and with everything in it, in bytes.
+  std::size_t getOwnSize() const;
   std::size_t getSize() const { return size_; }
 
   /// Whether a node of the one can be turned into the other by what is in it.
@@ -86,34 +94,49 @@ class NodeRecordC {
   friend class NodeRecordPointerC;
 
   NodeRecordC(std::uint8_t kind, PointerTC<OperatorBC> const& op, wstring text, ChildrenT children);
+  explicit NodeRecordC(std::uint8_t kind);
+  static NodeRecordC const* findConstant(std::uint8_t kind);
 
   mutable std::uint32_t holders_ = 0;
+  std::uint32_t items_ = 0;  // that the children stand for
   std::uint8_t kind_;
-  mutable NodeRecordC const* nextReleased_ = nullptr;
-  std::size_t size_;
+  bool constant_ = false;  // holders are not counted: any number of threads may have some
+  union {
+    std::size_t size_ = 0;
+    mutable NodeRecordC const* nextReleased_;  // when nobody holds it any more
+  };
   PointerTC<OperatorBC> op_;
   wstring text_;
   ChildrenT children_;
 };
 
-/// Neighbouring children of one node that are others in another state of the tree. Both states name the node
-/// by the child numbers from the root down.
-struct RecordPatchS {
-  struct SideS {
-    std::vector<std::uint32_t> path;
-    std::uint32_t first = 0;
-    NodeRecordC::ChildrenT items;
-  };
-
-  SideS before;
-  SideS after;
-
-  /// In bytes, of the one of its sides that takes more: the other one is part of a neighbouring state.
-  std::size_t getSize() const;
+/// Neighbouring children of a node in one state of a tree, and what is in their place in another state;
+/// either list may be empty.
+struct RecordGapS {
+  std::size_t place = 0;  ///< of the first of `otherItems` among all children in the other state
+  std::vector<NodeRecordC const*> items;
+  std::vector<NodeRecordC const*> otherItems;
 };
 
-/// What turns one state of a tree into another, in reading order; empty when they are the same. The cost
-/// follows what is different, and how deep it stands.
-std::vector<RecordPatchS> findPatches(NodeRecordC const& before, NodeRecordC const& after);
+/// How a node in one state differs from the same node in another, without what is inside its children. The
+/// sizes are those of the two records, of their stretches and of their blocks, as far as these are not
+/// shared, in bytes.
+struct NodeDifferenceS {
+  std::vector<RecordGapS> gaps;  ///< in order
+  std::size_t size = 0;
+  std::size_t otherSize = 0;
+};
+
+NodeDifferenceS compareNodes(NodeRecordC const& one, NodeRecordC const& other);
+
+/// How two states of a tree differ.
+struct StateDifferenceS {
+  bool differs = false;
+  std::size_t size = 0;  ///< in bytes, of what the one or the other has for itself, whichever is more
+};
+
+/// Walks both states side by side, down to what they share: the cost follows what is different, and how deep
+/// in the tree it is.
+StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other);
 
 }  // namespace zolt::math::ved

@@ -1,18 +1,17 @@
 #include "zolt/ved/tree/tree_path.h"
 
-#include <algorithm>
-
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
 TreePathT pathOf(Node4C const& node, CountE count) {
-  TreePathT path;
+  std::size_t depth = 0;
+  for (Node4C const* at = &node; at->getParent(); at = at->getParent()) ++depth;
+  TreePathT path(depth);
   for (Node4C const* at = &node; at->getParent(); at = at->getParent()) {
     unsigned long const i = at->findChildNumber();
-    path.push_back(count == COUNT_FROM_START ? i : at->getParent()->numChildren() - 1 - i);
+    path[--depth] = count == COUNT_FROM_START ? i : at->getParent()->numChildren() - 1 - i;
   }
-  std::reverse(path.begin(), path.end());
   return path;
 }
 

@@ -44,8 +44,9 @@ void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   if (!open_) return;
   // What asks for memory comes first: when there is none, the history is as it was and the step still open.
   StepS step;
-  step.patches = findPatches(*tree_, *root.makeRecord());
-  if (step.patches.empty()) {
+  step.state = root.makeRecord();
+  auto const [differs, size] = compareStates(steps_.empty() ? *tree_ : stateBefore(next_), *step.state);
+  if (!differs) {
     dropStep();
     return;
   }
@@ -55,10 +56,10 @@ void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
     StepS const& last = steps_[next_ - 1];
     step.continues = last.typing && last.after == before_;
   }
+  if (steps_.empty()) first_ = tree_;
   steps_.emplace_back();
   step.before = std::move(before_);
-  step.size = sizeof(StepS) + sizeOf(step.before) + sizeOf(step.after);
-  for (RecordPatchS const& patch : step.patches) step.size += patch.getSize();
+  step.size = sizeof(StepS) + sizeOf(step.before) + sizeOf(step.after) + size;
   forgetRedo();
   bytes_ += step.size;
   steps_.back() = std::move(step);
@@ -67,7 +68,7 @@ void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   dropStep();
 }
 
-/// All behind the place of the new step but the last, which is to become it.
+/// All after the place of the new step but the last, which is to become it.
 void EditHistoryC::forgetRedo() {
   auto const first = steps_.begin() + static_cast<std::ptrdiff_t>(next_);
   auto const last = std::prev(steps_.end());
@@ -78,6 +79,7 @@ void EditHistoryC::forgetRedo() {
 void EditHistoryC::trim() {
   while (steps_.size() > 1 && (steps_.size() > maxSteps_ || bytes_ > maxBytes_)) {
     bytes_ -= steps_.front().size;
+    first_ = std::move(steps_.front().state);
     steps_.pop_front();
     --next_;
     ++forgotten_;
@@ -85,20 +87,21 @@ void EditHistoryC::trim() {
   steps_.front().continues = false;
 }
 
-SelectionPathS const& EditHistoryC::undo(Node4C& root) {
-  StepS const& step = steps_[next_ - 1];
-  root.apply(step.patches, true);
+// No caret is in the tree: normalisation would move one from one side of a supplied bracket to the other.
+void EditHistoryC::goTo(Node4C& root, unsigned long next) {
+  root.turnInto(stateBefore(next));
   root.checkTree();
-  --next_;
-  return step.before;
+  next_ = next;
+}
+
+SelectionPathS const& EditHistoryC::undo(Node4C& root) {
+  goTo(root, next_ - 1);
+  return steps_[next_].before;
 }
 
 SelectionPathS const& EditHistoryC::redo(Node4C& root) {
-  StepS const& step = steps_[next_];
-  root.apply(step.patches, false);
-  root.checkTree();
-  ++next_;
-  return step.after;
+  goTo(root, next_ + 1);
+  return steps_[next_ - 1].after;
 }
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <deque>
-#include <vector>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/ved/limits.h"
@@ -15,9 +14,10 @@ class Node4C;
 
 /// The steps that can be undone and redone.
 ///
-/// An edit is announced before it changes the tree and recorded after the tree is normal again. A step keeps
-/// only what it changed, and finds it in as little work. Past the limits the oldest steps are forgotten, but
-/// never the newest one. The history never points into the tree.
+/// An edit is announced before it changes the tree and recorded after the tree is normal again. A step is the
+/// state that it led to, with caret and selection before and after it; neighbouring states share the records
+/// of what did not change, so that a step costs what it changed. Past the limits the oldest steps are
+/// forgotten, but never the newest one. The history never points into the tree.
 class EditHistoryC {
  public:
   explicit EditHistoryC(unsigned long maxSteps = limits::max_history_steps,
@@ -56,29 +56,34 @@ class EditHistoryC {
            steps_[position - forgotten_].continues;
   }
   /// Takes the tree back over the last step (on over the next one) and normalises it; answers where caret and
-  /// anchor stood then. There must be a step, and the tree must be the one that it led to (began with). When
-  /// memory runs out the history is where it was, but the tree may be anything.
+  /// anchor were then. There must be such a step. When memory runs out the history is where it was, but the
+  /// tree may be anything.
   SelectionPathS const& undo(Node4C& root);
   SelectionPathS const& redo(Node4C& root);
 
-  /// What the steps take, for limits and for tests.
+  /// What the steps take besides the tree as it is, in bytes, at most: each counts the records that are in
+  /// only one of the two states around it.
   unsigned long byteSize() const { return bytes_; }
 
  private:
   struct StepS {
-    std::vector<RecordPatchS> patches;
+    NodeRecordPointerC state;  // that it led to
     SelectionPathS before;
     SelectionPathS after;
-    unsigned long size = 0;
+    unsigned long size = 0;  // of what it holds for itself, whether it is done or undone
     bool typing = false;
-    bool continues = false;  // a typed character directly behind the one before
+    bool continues = false;  // a typed character directly after the one before
   };
 
+  /// The state before step `i` of those that are kept.
+  NodeRecordC const& stateBefore(unsigned long i) const { return i > 0 ? *steps_[i - 1].state : *first_; }
+  void goTo(Node4C& root, unsigned long next);
   void forgetRedo();
   void trim();
 
   unsigned long maxSteps_;
   unsigned long maxBytes_;
+  NodeRecordPointerC first_;  // the state before the first step
   std::deque<StepS> steps_;
   unsigned long next_ = 0;  // steps before it are done, the others undone
   unsigned long forgotten_ = 0;
