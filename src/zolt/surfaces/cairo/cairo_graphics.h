@@ -49,8 +49,8 @@ class CairoGraphicsC final : public TypesetGraphicsABC {
   /// Makes a picture of the area from (0, 0) to (width, height), in surface units, and the margin around it.
   /// False, with `error`, when the picture would be too large or cannot be made; `bytes` is replaced on
   /// success and untouched on failure.
-  bool render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
-              std::string& bytes, std::string& error) const;
+  [[nodiscard]] bool render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
+                            std::string& bytes, std::string& error) const;
 
  protected:
   void fillGlyphs(GlyphRunS const& run) const override;

@@ -29,7 +29,7 @@ void appendBracket(PathC& path, BracketSideE side, BracketPlaceE place, double x
 
   double const outer = mix(0.28, 0.21, growth) * cell, tip = mix(0.80, 0.90, growth) * cell;
   bool const open = side == BRACKET_OPEN;
-  // The gap of a row stands before a closing bracket only: half of it moves over to the opening one.
+  // A row has a gap before a closing bracket, but none after an opening one: each gets half of it.
   double const left = place == BRACKET_IN_ROW ? x - 0.45 * double(size.metrics[0]) : x;
   double const middleX = open ? left + outer : left + cell - outer;
   double const tipX = open ? left + tip : left + cell - tip;

@@ -7,9 +7,9 @@ namespace zolt::surfaces {
 
 enum BracketSideE { BRACKET_OPEN = 0, BRACKET_CLOSE = 1 };
 
-/// Where a parenthesis stands.
+/// What a parenthesis belongs to.
 enum BracketPlaceE {
-  BRACKET_IN_ROW = 0,     ///< an item of a row, which leaves a gap behind its texts but none before them
+  BRACKET_IN_ROW = 0,     ///< an item of a row, which leaves a gap after its texts but none before them
   BRACKET_AROUND_BOX = 1  ///< tight around a content box
 };
 

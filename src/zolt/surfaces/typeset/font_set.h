@@ -28,11 +28,12 @@ class FontSetC final : public oss::RefCountedBC {
   /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present and usable, `DejaVuSerif.ttf`
   /// and `DejaVuSans.ttf`, each from the first folder that holds it. Null, with `error` naming the file and
   /// the folders, when one of the first two is missing or unusable.
-  static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders, std::string& error);
+  [[nodiscard]] static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders,
+                                                     std::string& error);
 
   /// The same from bytes that the host has at hand: main, math, then the fallbacks in order of preference.
   /// Null, with `error`, when there are fewer than two or one is unusable.
-  static oss::PointerTC<FontSetC> fromMemory(std::vector<FileS> files, std::string& error);
+  [[nodiscard]] static oss::PointerTC<FontSetC> fromMemory(std::vector<FileS> files, std::string& error);
 
   unsigned getFaceCount() const { return unsigned(faces_.size()); }
   SfntFontC const& getFont(unsigned face) const { return faces_[face].font; }

@@ -145,7 +145,7 @@ std::uint32_t SfntFontC::findInGroups(char32_t codePoint) const {
 
 int SfntFontC::getAdvance(std::uint16_t glyph) const {
   if (glyph >= glyphCount_) return 0;
-  // Glyphs behind the last listed advance share it.
+  // Glyphs after the last listed advance share it.
   std::uint32_t const entry = std::min<std::uint32_t>(glyph, advanceCount_ - 1);
   return int(read16(advances_.offset + entry * 4));
 }

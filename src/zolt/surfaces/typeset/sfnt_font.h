@@ -16,7 +16,7 @@ class SfntFontC {
 
   /// Takes over the bytes of a font file. False, with `error` naming what is wrong, when it is no usable
   /// font; the object then has no glyphs.
-  bool parse(std::string bytes, std::string& error);
+  [[nodiscard]] bool parse(std::string bytes, std::string& error);
 
   std::string const& getBytes() const { return bytes_; }
   /// Font units per em, 16 to 16384.
@@ -34,9 +34,9 @@ class SfntFontC {
     std::size_t offset = 0, length = 0;
   };
 
-  bool findTable(char const* tag, TableS& table) const;
-  bool readTables(std::string& error);
-  bool chooseCharacterMap();
+  [[nodiscard]] bool findTable(char const* tag, TableS& table) const;
+  [[nodiscard]] bool readTables(std::string& error);
+  [[nodiscard]] bool chooseCharacterMap();
   std::uint32_t read16(std::size_t offset) const;
   std::uint32_t read32(std::size_t offset) const;
   std::uint32_t findInSegments(char32_t codePoint) const;

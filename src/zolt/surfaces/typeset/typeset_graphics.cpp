@@ -11,7 +11,7 @@ namespace zolt::surfaces {
 
 namespace {
 
-/// How far an exponent stands from the ink of its base, and by how much it is moved for that at most: closer
+/// How far an exponent is from the ink of its base, and by how much it is moved for that at most: closer
 /// to a base whose width was rounded up, away from one that leans over. In surface units.
 constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 
@@ -22,7 +22,7 @@ bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
 }
 
-/// The hollow box that stands for a character without a glyph.
+/// The hollow box in place of a character without a glyph.
 PathC makeMissingBox(double left, double baseline, double width, double em) {
   double const side = 0.08 * em, top = baseline - 0.62 * em;
   PathC path;

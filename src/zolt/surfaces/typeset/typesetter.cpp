@@ -33,14 +33,14 @@ class PlacerC {
       firstShift_ = 0;
     }
     if (!ruled.joined) sign_ = glyphs_.size();
-    signIsLast_ = isSign(ruled.look.charClass) && ruled.behind > 0;
+    signIsLast_ = isSign(ruled.look.charClass) && ruled.after > 0;
     append(ruled.look.upright, ruled.origin, prime);
     if (ruled.look.overlay.face != FaceGlyphS::no_face) {
       append(ruled.look.overlay, ruled.origin, false);
     }
   }
 
-  /// To be called after the last character: behind the text comes the row's gap. A sign alone at the start
+  /// To be called after the last character: the gap of the row follows the text. A sign alone at the start
   /// has nothing before it to keep away from, or is one that a construct draws between two rows of its own.
   void finish() {
     if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
@@ -76,7 +76,7 @@ class PlacerC {
       return isSign(charClass) ? -halfGap_ : charClass == CLASS_COMMA ? -2 * halfGap_ : 0;
     }
     if (charClass != CLASS_PLUS_MINUS) return 0;
-    return std::max(0.0, toUnits(ruled.behind) - prefix_space * em_);
+    return std::max(0.0, toUnits(ruled.after) - prefix_space * em_);
   }
 
   double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
@@ -113,7 +113,7 @@ struct TypesetterC::StateS {
   explicit StateS(oss::PointerTC<FontSetC> fonts) : characters(fonts) {}
 
   CharTableC characters;
-  NameTableC names;
+  LetterStyleC names;
   std::vector<RuledCharS> run;  // kept for its memory
 };
 
@@ -138,12 +138,12 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved
   std::vector<RuledCharS>& run = state_->run;
   auto const endRun = [&] {
     if (run.empty()) return;
-    placer.placeRun(run, state_->names.isName(run.back().names));
+    placer.placeRun(run, state_->names.isUpright(run.back().names));
     run.clear();
   };
   for (std::size_t i = 0; i < text.size(); ++i) {
     RuledCharS const& ruled = ruler.read(text[i]);
-    // The second half of a pair stands for both.
+    // The second half of a pair is placed for both.
     if (oss::isHighSurrogate(text[i]) && i + 1 < text.size() && oss::isLowSurrogate(text[i + 1])) continue;
     if (ruled.inRun) {
       run.push_back(ruled);

@@ -28,7 +28,7 @@ struct PlacedGlyphS {
   double width;         ///< the advance
   double overhang;      ///< how far the ink reaches beyond it
   double em;            ///< size of the letters
-  double rise;          ///< how far the origin stands above the baseline
+  double rise;          ///< how far the origin is above the baseline
 };
 
 /// Decides how texts look and how wide they are: the one place that every surface asks, so that all lay a
@@ -40,9 +40,9 @@ struct PlacedGlyphS {
 /// the sign itself, and why a name such as "sin" is as wide upright as its letters promised.
 ///
 /// A sign that can be a prefix ("+", "−", "±") has no space around it after another sign, "(" or ","; first
-/// in a text it may be either, and gets some. Within that room it is placed by what stands before the text:
-/// close to its operand as a prefix, otherwise in the middle. The signs at both ends of a text take the gap
-/// that a row leaves between its items into account, so that they too stand in the middle.
+/// in a text it may be either, and gets some. Within that room the role of the text places it: in the middle
+/// when the text follows an item, otherwise close to its operand as a prefix. The signs at both ends of a
+/// text take the gap that a row leaves between its items into account, so that they too are in the middle.
 class TypesetterC final : public oss::RefCountedBC {
  public:
   /// `fonts` must not be null.

@@ -21,7 +21,7 @@ class CairoFacesC {
   CairoFacesC& operator=(CairoFacesC const&) = delete;
 
   /// Opens every face on the first call. False when FreeType refuses one.
-  bool open();
+  [[nodiscard]] bool open();
 
   /// Makes a face current in `context`, without hinting. Only after `open` has succeeded.
   void select(cairo_t* context, unsigned face, double em) const;

@@ -4,6 +4,7 @@
 
 #include "zolt/common/signs.h"
 #include "zolt/oss/code_point.h"
+#include "zolt/surfaces/typeset/detail/letter_style.h"
 
 namespace zolt::surfaces {
 
@@ -17,7 +18,7 @@ constexpr char32_t slot = 0x25CF;
 constexpr int slot_advance = em_parts * 6 / 10;
 /// What a damaged font says beyond that would not fit.
 constexpr std::int64_t widest_advance = 100 * std::int64_t{em_parts};
-/// Primes stand as small and as high as an exponent.
+/// Primes are as small and as high as exponents.
 constexpr int prime_percent = 75;
 
 /// The stroke that KaTeX Main lays over a sign to negate it.
@@ -88,9 +89,7 @@ CharClassE classify(char32_t c) {
       break;
   }
   if (c >= '0' && c <= '9') return CLASS_DIGIT;
-  bool const letter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= 0xC0 && c <= 0x24F) ||
-                      (c >= 0x370 && c <= 0x52F);
-  return letter ? CLASS_LETTER : CLASS_ORDINARY;
+  return LetterStyleC::isLetter(c) ? CLASS_LETTER : CLASS_ORDINARY;
 }
 
 /// A sign of a keyboard in the shape that print has for it.
@@ -128,25 +127,23 @@ CharLookS CharTableC::make(char32_t codePoint) const {
   CharLookS look;
   look.charClass = classify(codePoint);
   char32_t const shown = showAs(codePoint);
-  look.upright = findGlyph(shown, false);
+  look.upright = findGlyph(shown, FACE_MAIN);
   if (codePoint == slot) look.upright.advance = slot_advance;
   if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
   if (shown == common::not_equal_sign && look.upright.face != FACE_MAIN) {
     FaceGlyphS stroke;
     if (findGlyphIn(FACE_MAIN, negating_stroke, stroke)) {
-      look.upright = findGlyph('=', false);
+      look.upright = findGlyph('=', FACE_MAIN);
       look.overlay = stroke;
     }
   }
-  look.italic = look.charClass == CLASS_LETTER || shown == printed_pi ? findGlyph(shown, true) : look.upright;
+  look.italic = LetterStyleC::isItalicLetter(shown) ? findGlyph(shown, FACE_MATH) : look.upright;
   return look;
 }
 
-FaceGlyphS CharTableC::findGlyph(char32_t codePoint, bool italic) const {
+FaceGlyphS CharTableC::findGlyph(char32_t codePoint, unsigned first) const {
   FaceGlyphS found;
-  // Print sets capital Greek letters upright, though KaTeX Math has them too.
-  bool const mathFirst = italic && !(codePoint >= 0x391 && codePoint <= 0x3A9);
-  unsigned const first = mathFirst ? FACE_MATH : FACE_MAIN, second = mathFirst ? FACE_MAIN : FACE_MATH;
+  unsigned const second = first == FACE_MAIN ? FACE_MATH : FACE_MAIN;
   bool here = findGlyphIn(first, codePoint, found) || findGlyphIn(second, codePoint, found);
   for (unsigned face = FACE_FALLBACK; !here && face < fonts_->getFaceCount(); ++face) {
     here = findGlyphIn(face, codePoint, found);

@@ -15,7 +15,7 @@ constexpr int em_parts = 1000000;
 
 enum CharClassE : std::uint8_t {
   CLASS_ORDINARY,
-  CLASS_STOP,  ///< ordinary to look at, but no name or number goes on past it
+  CLASS_STOP,  ///< ordinary to look at, but every name and number ends before it
   CLASS_LETTER,
   CLASS_DIGIT,
   CLASS_PLUS_MINUS,  ///< between two operands, or in front of one
@@ -62,8 +62,8 @@ class CharTableC {
   };
 
   CharLookS make(char32_t codePoint) const;
-  FaceGlyphS findGlyph(char32_t codePoint, bool italic) const;
-  bool findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& found) const;
+  FaceGlyphS findGlyph(char32_t codePoint, unsigned firstFace) const;
+  [[nodiscard]] bool findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& found) const;
 
   oss::PointerTC<FontSetC> fonts_;
   std::array<std::unique_ptr<PageS>, 0x10000 / page_size> pages_;

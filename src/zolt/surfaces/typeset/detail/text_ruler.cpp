@@ -13,7 +13,7 @@ namespace {
 constexpr int binary_space = 222, product_space = 150, relation_space = 278, comma_space = 167;
 constexpr int tight_binary_space = 40, tight_relation_space = 60, tight_comma_space = 50;
 // A sign that starts a text may follow a construct (then it is binary) or start the row (then it is a prefix,
-// and all of this stands before it). A minus is as often the one as the other, a plus mostly binary.
+// and all of this is before it). A minus is as often the one as the other, a plus is mostly binary.
 constexpr int leading_minus_space = 120, leading_plus_space = 185;
 
 }  // namespace
@@ -22,7 +22,7 @@ int TextRulerC::scaled(int thousandths) const { return thousandths * (em_parts /
 
 void TextRulerC::add(int left, int right) {
   current_.origin = current_.start + left;
-  current_.behind = right;
+  current_.after = right;
   current_.end = std::max(current_.start, current_.origin + current_.look.upright.advance + right);
 }
 
@@ -48,7 +48,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
 
   std::int64_t const start = current_.end;
   bool const runGoesOn = current_.inRun;
-  NameTableC::RangeS const runNames = current_.names;
+  LetterStyleC::RangeS const runNames = current_.names;
   current_ = RuledCharS();
   current_.look = characters_.find(c);
   current_.start = start;
@@ -112,12 +112,9 @@ void TextRulerC::readLetter(char16_t c) {
   names_.narrow(current_.names, c);
   runUprightWidth_ += current_.look.upright.advance;
   current_.origin = current_.start;
-  // As long as the run may become a name it is measured as one, except that its first letter has to do as a
-  // variable too.
-  bool const upright =
-      !current_.names.isEmpty() && (current_.names.length > 1 || names_.isName(current_.names));
-  std::int64_t const end =
-      upright ? runStart_ + runUprightWidth_ : current_.start + current_.look.italic.advance;
+  std::int64_t const end = names_.mayBecomeUpright(current_.names)
+                               ? runStart_ + runUprightWidth_
+                               : current_.start + current_.look.italic.advance;
   current_.end = std::max(current_.start, end);
 }
 
@@ -125,7 +122,7 @@ void TextRulerC::readSign() {
   CharClassE const charClass = current_.look.charClass;
   bool const relation = charClass == CLASS_RELATION || charClass == CLASS_COLON;
   if (relation && before_ == BEFORE_RELATION) {
-    // Two relation signs in a row are one relation: the second moves up into the space behind the first.
+    // Two relation signs in a row are one relation: the second moves up into the space after the first.
     int const space = charClass == CLASS_COLON ? 0 : scaled(tight_ ? tight_relation_space : relation_space);
     add(-trailing_, space);
     current_.joined = true;

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "zolt/surfaces/typeset/detail/char_table.h"
-#include "zolt/surfaces/typeset/detail/name_table.h"
+#include "zolt/surfaces/typeset/detail/letter_style.h"
 
 // Internal to the typeset library.
 
@@ -12,20 +12,20 @@ namespace zolt::surfaces {
 /// What one 16-bit character of a text occupies. All distances are in `em_parts` from the start of the text.
 struct RuledCharS {
   CharLookS look;
-  std::int64_t start = 0;    ///< where the text before it ends
-  std::int64_t origin = 0;   ///< where its glyph stands
-  std::int64_t end = 0;      ///< where the text up to and with it ends; at least `start`
-  int behind = 0;            ///< the space that it keeps behind itself
-  bool joined = false;       ///< the second half of a relation written with two characters
-  bool inRun = false;        ///< a letter of a run whose face is known only at its end
-  NameTableC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
+  std::int64_t start = 0;      ///< where the text before it ends
+  std::int64_t origin = 0;     ///< where its glyph is
+  std::int64_t end = 0;        ///< where the text up to and with it ends; at least `start`
+  int after = 0;               ///< the space that it keeps after itself
+  bool joined = false;         ///< the second half of a relation written with two characters
+  bool inRun = false;          ///< a letter of a run whose face is known only at its end
+  LetterStyleC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
 };
 
 /// Reads a text from left to right and says where each character ends: the width of every beginning.
 class TextRulerC {
  public:
   /// `tight`: signs get next to no space, as is usual in exponents and limits.
-  TextRulerC(CharTableC& characters, NameTableC const& names, bool tight)
+  TextRulerC(CharTableC& characters, LetterStyleC const& names, bool tight)
       : characters_(characters), names_(names), tight_(tight) {}
 
   RuledCharS const& read(char16_t c);
@@ -42,12 +42,12 @@ class TextRulerC {
   int scaled(int thousandths) const;
 
   CharTableC& characters_;
-  NameTableC const& names_;
+  LetterStyleC const& names_;
   bool tight_;
   TokenE token_ = TOKEN_NONE;
   BeforeE before_ = BEFORE_NOTHING;
   char16_t high_ = 0;          // a surrogate waiting for its partner
-  int trailing_ = 0;           // the space that the sign just read put behind itself
+  int trailing_ = 0;           // the space that the sign just read keeps after itself
   std::int64_t runStart_ = 0;  // where the current run of letters starts
   std::int64_t runUprightWidth_ = 0;
   RuledCharS current_;

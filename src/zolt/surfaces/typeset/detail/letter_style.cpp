@@ -1,4 +1,4 @@
-#include "zolt/surfaces/typeset/detail/name_table.h"
+#include "zolt/surfaces/typeset/detail/letter_style.h"
 
 #include <algorithm>
 
@@ -16,17 +16,24 @@ constexpr char16_t const* standard_names[] = {
 
 }  // namespace
 
-NameTableC::NameTableC() : names_(std::begin(standard_names), std::end(standard_names)) {
+LetterStyleC::LetterStyleC() : names_(std::begin(standard_names), std::end(standard_names)) {
   std::sort(names_.begin(), names_.end());
 }
 
-void NameTableC::add(oss::wstring const& name) {
+bool LetterStyleC::isLetter(char32_t c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= 0xC0 && c <= 0x24F) ||
+         (c >= 0x370 && c <= 0x52F);
+}
+
+bool LetterStyleC::isItalicLetter(char32_t c) { return isLetter(c) && !(c >= 0x391 && c <= 0x3A9); }
+
+void LetterStyleC::add(oss::wstring const& name) {
   auto const place = std::lower_bound(names_.begin(), names_.end(), name);
   if (name.empty() || (place != names_.end() && *place == name)) return;
   names_.insert(place, name);
 }
 
-void NameTableC::narrow(RangeS& range, char16_t letter) const {
+void LetterStyleC::narrow(RangeS& range, char16_t letter) const {
   std::size_t const at = range.length++;
   auto const letterOf = [&](oss::wstring const& name) {
     return name.size() > at ? unsigned(name[at]) + 1 : 0;
