@@ -219,6 +219,13 @@ TEST_F(FormulaCases, Drawing) {
   expectOperators(names, true);
 }
 
+TEST_F(FormulaCases, WhatIsHigherThanItsConstructIsSeen) {
+  std::string tower = "[\"a\"]";
+  for (int i = 0; i < 7; ++i) tower = "[\"\", /<" + tower + " ; [\"b\"]>, \"\"]";
+  std::string const integral = "integral<[\"0\"] ; [\"1\"] ; [\"x\"] ; " + tower + ">";
+  expectClippedDrawings(*readTree("[\"\", " + integral + ", \"\", /<" + tower + " ; [\"c\"]>, \"\"]").root);
+}
+
 TEST_F(FormulaCases, DrawingCostsWhatIsSeen) {
   UnevenGraphicsC const graphics;
   auto const countCalls = [&](int terms) {
