@@ -20,7 +20,7 @@ wstring write(TreeNotationS const& tree) { return writeTreeNotation(*tree.root, 
 /// A field takes a tree that is one of a formula, and nothing else.
 std::string checkInField(wstring const& text) {
   field::FormulaFieldC field(new surfaces::RecordingGraphicsC(surfaces::RecordingGraphicsC::LOG_NOTHING));
-  field.setPlainText(u"a+b/2");
+  field.insertText(u"a+b");
   wstring const before = field.writeNotation();
   bool const taken = field.setNotation(text);
   Node4C const& root = field.crefView().crefRoot();

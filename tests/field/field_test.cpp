@@ -120,7 +120,7 @@ TEST(FieldDecimalComma, IsTypedShownCopiedAndPasted) {
   oss::PointerTC<surfaces::RecordingGraphicsC> const graphics(new surfaces::RecordingGraphicsC);
   FormulaFieldC shown(graphics);
   shown.setOptions(stage.refField().getOptions());
-  shown.setNotation(u"[\"x+\", sqrt<[\"3.5\"]>, \"\u2038\"]");
+  ASSERT_TRUE(shown.setNotation(u"[\"x+\", sqrt<[\"3.5\"]>, \"\u2038\"]"));
   shown.refView().display(0, 0);
   EXPECT_NE(graphics->getText().find("drawText \"3,5\""), std::string::npos);
   EXPECT_NE(graphics->getText().find("drawText \"x+\""), std::string::npos);

@@ -118,7 +118,7 @@ std::vector<ActF> everyAct() {
     }
   }
   for (auto const* const text : {u"a/b", u"a+", u""}) {
-    acts.push_back([=](FormulaFieldC& field) { field.setPlainText(text); });
+    acts.push_back([=](FormulaFieldC& field) { (void)field.setPlainText(text); });
   }
   acts.push_back([](FormulaFieldC& field) { field.getExpression(); });
   acts.push_back([](FormulaFieldC& field) { field.completeName(); });

@@ -81,7 +81,7 @@ class DumperC {
     wstring const wide = tests::fromUtf8(text);
     startOver();
     if (fields_[0]->setNotation(wide)) {
-      fields_[1]->setNotation(wide);
+      (void)fields_[1]->setNotation(wide);
       write("notation");
       return;
     }
@@ -97,7 +97,7 @@ class DumperC {
     unsigned long position = 0;
     if (!script::readEventScript(tests::fromUtf8(text), script, position)) return;
     startOver();
-    for (auto const& one : fields_) one->setNotation(tests::fromUtf8(tree));
+    for (auto const& one : fields_) (void)one->setNotation(tests::fromUtf8(tree));
     // Pointers mean the places of this surface.
     script::ScriptRunnerC runner(*fields_[0]);
     for (field::ScriptStepS const& step : script) {

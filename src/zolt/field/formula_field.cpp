@@ -75,14 +75,17 @@ bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS*
   return true;
 }
 
+bool FormulaFieldC::QuestionS::operator==(QuestionS const& other) const {
+  return formula.get() == other.formula.get() && session == other.session && completed == other.completed &&
+         impliedProducts == other.impliedProducts;
+}
+
 FormulaDiagnosisS FormulaFieldC::diagnose() const {
   Node4C const& root = view_.crefRoot();
-  NodeRecordPointerC formula = root.makeRecord();
   ReplacementS const completion = findCompletion();
-  SelectionPathS const completed = pathOf(SelectionS{completion.begin, completion.end});
-  bool const known = diagnosed_.formula.get() == formula.get() && diagnosed_.completed == completed &&
-                     diagnosed_.impliedProducts == options_.impliedProducts;
-  if (!known) {
+  QuestionS question{root.makeRecord(), math::algexpr::CASSessionBC::getSession(),
+                     pathOf(SelectionS{completion.begin, completion.end}), options_.impliedProducts};
+  if (!(question == diagnosed_.question)) {
     DiagnosisS found;
     if (!completion.begin) found = math::ved::diagnose(root);
     bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
@@ -91,8 +94,7 @@ FormulaDiagnosisS FormulaFieldC::diagnose() const {
       if (completion.begin) found = copy.diagnose();
       if (!found.expression && options_.impliedProducts && copy.addSigns()) found = copy.diagnose();
     }
-    diagnosed_ = {std::move(formula),          completed,   options_.impliedProducts,
-                  std::move(found.expression), found.cause, pathOf(found.range)};
+    diagnosed_ = {std::move(question), std::move(found.expression), found.cause, pathOf(found.range)};
   }
   FormulaDiagnosisS diagnosis;
   diagnosis.expression = diagnosed_.expression;

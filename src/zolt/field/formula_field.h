@@ -82,7 +82,7 @@ class FormulaFieldC {
     view_.setConstraints(std::move(constraints));
   }
   /// Shows plain text as a formula. False, with nothing changed, when it is none; `error` may be null.
-  bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
+  [[nodiscard]] bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
   /// The expression that is shown, locked or not, implied products included, with nothing changed: a name
   /// that was just typed counts as the letter that it will be. Costs one conversion of the formula, and next
   /// to nothing when the formula is what it was at the last call.
@@ -94,7 +94,7 @@ class FormulaFieldC {
   wstring writeNotation() const;
   /// Puts up a tree with its caret and selection as one edit. False when the text does not read or is no tree
   /// of a formula.
-  bool setNotation(wstring const& notation);
+  [[nodiscard]] bool setNotation(wstring const& notation);
 
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
   /// One typed character, by the rules of typing.
@@ -158,12 +158,20 @@ class FormulaFieldC {
   class ActC;
   class GroupC;
 
-  /// The last diagnosis and what it was made of. Places are kept by their paths, since undo brings an earlier
-  /// formula back in other nodes.
-  struct DiagnosedS {
+  /// All that a diagnosis depends on.
+  struct QuestionS {
     math::ved::NodeRecordPointerC formula;
-    math::ved::SelectionPathS completed;
+    PointerTC<math::algexpr::CASSessionBC> session;
+    math::ved::SelectionPathS completed;  ///< the name that was just typed
     bool impliedProducts = false;
+
+    bool operator==(QuestionS const& other) const;
+  };
+
+  /// The last question and its answer. Places are kept by their paths, since undo brings an earlier formula
+  /// back in other nodes.
+  struct DiagnosedS {
+    QuestionS question;
     PointerTC<math::algexpr::AlgebraicExpressionC> expression;
     math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
     math::ved::SelectionPathS range;

@@ -18,8 +18,10 @@ namespace {
 /// The exponent just before the place when a raised character can still join it: "x¹⁰".
 Node4C const* findGrowingExponent(PlaceS place) {
   Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
-  if (!left || left->getType() != NODE4_POWER || left->child(0)->numChildren() != 1) return nullptr;
-  for (char16_t const c : left->child(0)->child(0)->crefText()) {
+  if (!left || left->getType() != NODE4_POWER) return nullptr;
+  auto const [start, end] = wholeRow(*left->child(0));
+  if (start.node != end.node) return nullptr;
+  for (char16_t const c : start.node->crefText()) {
     if (!math::common::isDigit(c) && !math::common::isMinus(c)) return nullptr;
   }
   return left;
