@@ -37,7 +37,7 @@ struct BlockS {
   SlotU* slots;
 };
 
-// Plain data, so that nodes may still be destroyed while the process ends.
+// Plain data, so that nodes may still be destroyed while the thread or the process ends.
 struct PoolS {
   BlockS* blocks = nullptr;
   SlotU* free = nullptr;    // slots given back
@@ -45,7 +45,9 @@ struct PoolS {
   SlotU* end = nullptr;
   unsigned long blockSize = smallest_block;
   unsigned long live = 0;
-} pool;
+};
+
+thread_local PoolS pool;
 
 void addBlock() {
   std::unique_ptr<SlotU[]> slots(new SlotU[pool.blockSize]);

@@ -4,8 +4,9 @@
 namespace zolt::math::ved {
 
 /// Memory for nodes, cut from blocks so that a tree is read in the order in which it was built, which a large
-/// one cannot do without: scattered over the heap it would wait for memory at every node. When the last node
-/// goes, the blocks go too. Like everything in the component it belongs to one thread at a time.
+/// one cannot do without: scattered over the heap it would wait for memory at every node. Each
+/// thread has blocks of its own, which go when the last of its nodes goes: a node must be destroyed on the
+/// thread that made it.
 class NodePoolC {
  public:
   /// Memory for one `Node4C`.
