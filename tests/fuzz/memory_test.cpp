@@ -38,8 +38,8 @@ TreeNotationS readTree(wstring const& text) {
   return tree;
 }
 
-void readPrefix(wstring const& text) { AlgebraicExpressionC::fromPrefixString(text); }
-void readPlain(wstring const& text) { exchange::fromPlainText(text, nullptr); }
+void readPrefix(wstring const& text) { static_cast<void>(AlgebraicExpressionC::fromPrefixString(text)); }
+void readPlain(wstring const& text) { static_cast<void>(exchange::fromPlainText(text, nullptr)); }
 void readNotation(wstring const& text) { readTree(text); }
 void readInfix(wstring const& text) {
   wstring prefix;

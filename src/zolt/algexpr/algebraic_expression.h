@@ -17,11 +17,11 @@ class AlgebraicExpressionC : public oss::RefCountedBC {
   /// skipped. A name is any run of characters without "(", ")", ",", blank, grave accent and control
   /// characters; what starts with a digit, "." or a minus before one of these must be a number
   /// (`makeNumber`). Null when malformed, `*error` then saying where and why.
-  static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix,
-                                                          PointerTC<CASSessionBC> session,
-                                                          PrefixErrorS* error = nullptr);
+  [[nodiscard]] static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix,
+                                                                        PointerTC<CASSessionBC> session,
+                                                                        PrefixErrorS* error = nullptr);
   /// The same in the current session.
-  static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix);
+  [[nodiscard]] static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix);
 
   /// The expression as prefix text without blanks, which reads back to an equal expression. Empty for the
   /// empty expression.
@@ -38,7 +38,7 @@ class AlgebraicExpressionC : public oss::RefCountedBC {
   void accept(NodeVisitorABC& visitor) const;
 
   /// The same functions, names and digits in the same shape; sessions do not count.
-  bool equals(AlgebraicExpressionC const& other) const;
+  [[nodiscard]] bool equals(AlgebraicExpressionC const& other) const;
 
  private:
   PointerTC<NodeABC> node_;

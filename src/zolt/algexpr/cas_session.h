@@ -14,7 +14,7 @@ class CASSessionBC : public oss::RefCountedBC {
   explicit CASSessionBC(PointerTC<CASEngineABC> engine);
 
   /// The current session, never null: until one is set, a default session with the standard engine.
-  static PointerTC<CASSessionBC> getSession();
+  [[nodiscard]] static PointerTC<CASSessionBC> getSession();
   /// Null brings the default session back.
   static void setSession(PointerTC<CASSessionBC> session);
 

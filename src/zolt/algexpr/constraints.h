@@ -8,7 +8,7 @@ namespace zolt::math::algexpr {
 class ConstraintsBC : public oss::RefCountedBC {
  public:
   ~ConstraintsBC() override;
-  virtual bool check(PointerTC<AlgebraicExpressionC> expression) const = 0;
+  [[nodiscard]] virtual bool check(PointerTC<AlgebraicExpressionC> expression) const = 0;
 };
 
 }  // namespace zolt::math::algexpr

@@ -14,14 +14,14 @@ namespace zolt::math::algexpr {
 /// `base` to the `exponent`. Guards a base that is a power, or that a person would read differently with an
 /// exponent after it (a fraction, an integral, a qualified expression), and the exponents "r" and "o", which
 /// in textbook form mark an angle's unit.
-PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
+[[nodiscard]] PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
 
 /// `operand`!. Guards what `makePower` guards as a base, and a negative number.
-PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
+[[nodiscard]] PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
 
 /// Any operation by its core name: "^" and "!" as above, "_rad" and "_deg" guard like a power's base, "+",
 /// "*", "and" and "or" of several operands become binary ones nested to the left (of one operand, the operand
 /// itself). All else is `makeFunction`.
-PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands);
+[[nodiscard]] PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands);
 
 }  // namespace zolt::math::algexpr

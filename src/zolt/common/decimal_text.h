@@ -43,7 +43,8 @@ struct DecimalTextS {
 
 /// Cuts the whole of `text`. On a text that is no number: false, and `*breakPosition` is the index of the
 /// first character that breaks the form, the text's length when something is missing at its end.
-bool readDecimalText(wstring_view text, DecimalTextS& decimal, std::size_t* breakPosition = nullptr);
+[[nodiscard]] bool readDecimalText(wstring_view text, DecimalTextS& decimal,
+                                   std::size_t* breakPosition = nullptr);
 
 /// A decimal number by its significant digits: 0.d1d2d3… times 10 to the `exponent`, d1 not zero. Zero has no
 /// digits.
@@ -54,7 +55,7 @@ struct DecimalS {
 
 /// The digits as written, trailing zeros included, leading ones dropped. False, with nothing changed, when
 /// the exponent does not fit 32 bits.
-bool toDecimal(DecimalTextS const& text, DecimalS& decimal);
+[[nodiscard]] bool toDecimal(DecimalTextS const& text, DecimalS& decimal);
 
 /// Keeps at most `digits` (not 0) significant digits, rounding halves away from zero as people do on paper;
 /// exact for any length. Trailing zeros that rounding leaves are dropped.

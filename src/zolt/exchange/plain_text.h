@@ -44,8 +44,9 @@ wstring describe(PlainTextErrorE cause);
 /// The expression that `text` stands for. Sums and products are binary; brackets that only group leave no
 /// trace, twice the same pair, "((x))", is a pair that the formula shows. Null when malformed, `*error` (may
 /// be null) then saying where and why; otherwise `*error` is untouched.
-PointerTC<AlgebraicExpressionC> fromPlainText(wstring const& text, PointerTC<CASSessionBC> session,
-                                              PlainTextErrorS* error = nullptr);
+[[nodiscard]] PointerTC<AlgebraicExpressionC> fromPlainText(wstring const& text,
+                                                            PointerTC<CASSessionBC> session,
+                                                            PlainTextErrorS* error = nullptr);
 
 enum PlainTextStyleE {
   /// Reads back to an equal expression, whatever the expression.

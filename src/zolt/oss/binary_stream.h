@@ -31,11 +31,11 @@ class BinaryInputStreamC : public ObjectInputStreamABC {
   /// `bytes` must not be null.
   explicit BinaryInputStreamC(PointerTC<ByteInputStreamABC> bytes);
 
-  bool readStartAggregate(short kind) override;
-  bool readMember(short& value) override;
-  bool readMember(wstring& value) override;
-  bool readMember(unsigned long& value) override;
-  bool readEndAggregate() override;
+  [[nodiscard]] bool readStartAggregate(short kind) override;
+  [[nodiscard]] bool readMember(short& value) override;
+  [[nodiscard]] bool readMember(wstring& value) override;
+  [[nodiscard]] bool readMember(unsigned long& value) override;
+  [[nodiscard]] bool readEndAggregate() override;
   std::size_t bytesLeft() const override;
 
  private:

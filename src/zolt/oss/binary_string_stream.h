@@ -23,7 +23,7 @@ class BinaryStringInputStreamC : public ByteInputStreamABC {
  public:
   explicit BinaryStringInputStreamC(bytestring bytes);
 
-  bool read(unsigned char* bytes, std::size_t count) override;
+  [[nodiscard]] bool read(unsigned char* bytes, std::size_t count) override;
   std::size_t bytesLeft() const override { return bytes_.size() - next_; }
 
  private:

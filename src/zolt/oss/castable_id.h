@@ -4,6 +4,6 @@ namespace zolt::oss {
 
 /// True when both castable ids (zero-terminated names of classes) are the same text. Null equals nothing.
 /// Ids are usually one shared constant, so the addresses are compared first.
-bool equalCastableIds(char16_t const* a, char16_t const* b);
+[[nodiscard]] bool equalCastableIds(char16_t const* a, char16_t const* b);
 
 }  // namespace zolt::oss

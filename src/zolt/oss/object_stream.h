@@ -16,7 +16,7 @@ enum AggregateKindE {
 /// What both directions share: an error that stays once it is set.
 class ObjectStreamABC : public RefCountedBC {
  public:
-  bool isError() const { return error_; }
+  [[nodiscard]] bool isError() const { return error_; }
   /// Marks the stream as failed: what a reader calls when the members read make no sense together.
   void setError() { error_ = true; }
 
@@ -41,11 +41,11 @@ class ObjectOutputStreamABC : public ObjectStreamABC {
 class ObjectInputStreamABC : public ObjectStreamABC {
  public:
   /// Succeeds only on the start of an aggregate of this kind.
-  virtual bool readStartAggregate(short kind) = 0;
-  virtual bool readMember(short& value) = 0;
-  virtual bool readMember(wstring& value) = 0;
-  virtual bool readMember(unsigned long& value) = 0;
-  virtual bool readEndAggregate() = 0;
+  [[nodiscard]] virtual bool readStartAggregate(short kind) = 0;
+  [[nodiscard]] virtual bool readMember(short& value) = 0;
+  [[nodiscard]] virtual bool readMember(wstring& value) = 0;
+  [[nodiscard]] virtual bool readMember(unsigned long& value) = 0;
+  [[nodiscard]] virtual bool readEndAggregate() = 0;
 
   /// How many encoded bytes are left, 0 after an error. A reader checks a count against it, with the sizes in
   /// `byte_format.h`, before it allocates for that many items.

@@ -21,19 +21,19 @@ class SerializableABC {
   /// Writes one record; errors are kept by the stream.
   virtual void writeObject(PointerTC<ObjectOutputStreamABC>& out) const = 0;
   /// Reads one record into this fresh object. False leaves an object that can be destroyed, nothing more.
-  virtual bool readObject(PointerTC<ObjectInputStreamABC>& in) = 0;
+  [[nodiscard]] virtual bool readObject(PointerTC<ObjectInputStreamABC>& in) = 0;
 
   static char16_t const* getCastableId();
 
   /// Makes `factory` the maker of objects of class `id`; the last registration counts.
   static void registerSerializable(char16_t const* id, FactoryF factory);
   /// A default instance of the class registered as `id`; null when there is none.
-  static std::unique_ptr<SerializableABC> createById(wstring const& id);
+  [[nodiscard]] static std::unique_ptr<SerializableABC> createById(wstring const& id);
 
   /// Writes the object's castable id and its record, so that `readIdentified` knows what to make.
   static void writeIdentified(SerializableABC const& object, PointerTC<ObjectOutputStreamABC>& out);
   /// Null when the id is unknown or the record does not read; the stream's error is set then.
-  static std::unique_ptr<SerializableABC> readIdentified(PointerTC<ObjectInputStreamABC>& in);
+  [[nodiscard]] static std::unique_ptr<SerializableABC> readIdentified(PointerTC<ObjectInputStreamABC>& in);
 };
 
 }  // namespace zolt::oss
