@@ -3,6 +3,7 @@
 #include <random>
 
 #include "tests/support/stage.h"
+#include "zolt/ved/view/edit_backup.h"
 #include "zolt/ved/view/edit_history.h"
 
 namespace zolt::tests {
@@ -45,6 +46,15 @@ TEST_F(Observed, KeysCostFewBytesInALargeFormula) {
   TreeT const root(stage.crefRoot().clone());
   for (; history.canUndo(); --steps) history.undo(*root);
   EXPECT_EQ(steps, 0u);
+}
+
+TEST(EditBackup, CopiesATreeWithItsPlaces) {
+  std::string const notation = "[\"a\", /<[\"b\u2038c\"] ; [\"\u2691d\"]>, \"\"]";
+  TreeNotationS const tree = readTree(notation);
+  auto const [anchor, caret] = tree.selection;
+  EditBackupC const copy(true, tree.root.get(), const_cast<Node4C*>(caret.node), caret.pos,
+                         const_cast<Node4C*>(anchor.node), anchor.pos);
+  EXPECT_EQ(toUtf8(writeTreeNotation(*copy.crefRoot(), copy.getSelection())), notation);
 }
 
 TEST_F(Observed, OldStepsAreForgottenPastTheLimits) {

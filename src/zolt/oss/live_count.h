@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+
 namespace zolt::oss {
 
 /// Base of the classes whose living objects are counted in builds with `ZOLT_COUNT_OBJECTS`, so that tests
@@ -20,7 +22,7 @@ class LiveCountTC {
   ~LiveCountTC() { --count_; }
 
  private:
-  inline static long count_ = 0;
+  inline static std::atomic<long> count_ = 0;  // threads make objects of one class
 #endif
 };
 

@@ -60,8 +60,8 @@ class NodeRecordC {
  public:
   using ChildrenT = std::vector<NodeRecordPointerC>;
 
-  static NodeRecordPointerC make(std::uint8_t kind, PointerTC<OperatorBC> const& op, wstring text,
-                                 ChildrenT children);
+  [[nodiscard]] static NodeRecordPointerC make(std::uint8_t kind, PointerTC<OperatorBC> const& op,
+                                               wstring text, ChildrenT children);
   ~NodeRecordC();
   NodeRecordC(NodeRecordC const&) = delete;
   NodeRecordC& operator=(NodeRecordC const&) = delete;
@@ -127,7 +127,7 @@ struct NodeDifferenceS {
   std::size_t otherSize = 0;
 };
 
-NodeDifferenceS compareNodes(NodeRecordC const& one, NodeRecordC const& other);
+[[nodiscard]] NodeDifferenceS compareNodes(NodeRecordC const& one, NodeRecordC const& other);
 
 /// How two states of a tree differ.
 struct StateDifferenceS {
@@ -137,6 +137,6 @@ struct StateDifferenceS {
 
 /// Walks both states side by side, down to what they share: the cost follows what is different, and how deep
 /// in the tree it is.
-StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other);
+[[nodiscard]] StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other);
 
 }  // namespace zolt::math::ved

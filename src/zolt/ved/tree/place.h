@@ -24,20 +24,20 @@ struct SelectionS {
 };
 
 // In all of these a null node gives no place.
-PlaceS startOf(Node4C const* text);
-PlaceS endOf(Node4C const* text);
+[[nodiscard]] PlaceS startOf(Node4C const* text);
+[[nodiscard]] PlaceS endOf(Node4C const* text);
 /// The first and the last place of a row in canonical form.
-PlaceS rowStart(Node4C const& row);
-PlaceS rowEnd(Node4C const& row);
-SelectionS wholeRow(Node4C const& row);
+[[nodiscard]] PlaceS rowStart(Node4C const& row);
+[[nodiscard]] PlaceS rowEnd(Node4C const& row);
+[[nodiscard]] SelectionS wholeRow(Node4C const& row);
 /// The places just before and just after an item of a row that is not a text.
-PlaceS placeBefore(Node4C const& item);
-PlaceS placeAfter(Node4C const& item);
+[[nodiscard]] PlaceS placeBefore(Node4C const& item);
+[[nodiscard]] PlaceS placeAfter(Node4C const& item);
 
 /// The places for the caret where a faulty stretch starts and ends. Conversions report any node and an index
 /// in what it contributes to its row's text: a row stands for its end, and an item that is not a text is
 /// entered from outside.
-PlaceS faultStart(PlaceS reported);
-PlaceS faultEnd(PlaceS reported);
+[[nodiscard]] PlaceS faultStart(PlaceS reported);
+[[nodiscard]] PlaceS faultEnd(PlaceS reported);
 
 }  // namespace zolt::math::ved

@@ -13,9 +13,9 @@ using TreePathT = std::vector<unsigned long>;
 /// From which end the children of a node and the characters of a text are counted.
 enum CountE { COUNT_FROM_START, COUNT_FROM_END };
 
-TreePathT pathOf(Node4C const& node, CountE count = COUNT_FROM_START);
+[[nodiscard]] TreePathT pathOf(Node4C const& node, CountE count = COUNT_FROM_START);
 /// Null when the path leads nowhere in the tree.
-Node4C* nodeAt(Node4C const& root, TreePathT const& path, CountE count = COUNT_FROM_START);
+[[nodiscard]] Node4C* nodeAt(Node4C const& root, TreePathT const& path, CountE count = COUNT_FROM_START);
 
 /// A place by the way to its text. An empty way, which would lead to the root, is no place.
 struct PlacePathS {
@@ -23,9 +23,9 @@ struct PlacePathS {
   unsigned long pos = 0;
 };
 
-PlacePathS pathOf(PlaceS place, CountE count = COUNT_FROM_START);
+[[nodiscard]] PlacePathS pathOf(PlaceS place, CountE count = COUNT_FROM_START);
 /// No place when there is none in the tree.
-PlaceS placeAt(Node4C const& root, PlacePathS const& path, CountE count = COUNT_FROM_START);
+[[nodiscard]] PlaceS placeAt(Node4C const& root, PlacePathS const& path, CountE count = COUNT_FROM_START);
 inline bool operator==(PlacePathS const& a, PlacePathS const& b) {
   return a.pos == b.pos && a.path == b.path;
 }
@@ -36,13 +36,13 @@ struct SelectionPathS {
   PlacePathS caret;
 };
 
-SelectionPathS pathOf(SelectionS const& selection);
-SelectionS selectionAt(Node4C const& root, SelectionPathS const& path);
+[[nodiscard]] SelectionPathS pathOf(SelectionS const& selection);
+[[nodiscard]] SelectionS selectionAt(Node4C const& root, SelectionPathS const& path);
 inline bool operator==(SelectionPathS const& a, SelectionPathS const& b) {
   return a.anchor == b.anchor && a.caret == b.caret;
 }
 
 /// Whether `a` comes before `b` in reading order.
-bool isBefore(PlaceS a, PlaceS b);
+[[nodiscard]] bool isBefore(PlaceS a, PlaceS b);
 
 }  // namespace zolt::math::ved

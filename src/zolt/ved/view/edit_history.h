@@ -29,29 +29,29 @@ class EditHistoryC {
 
   /// Announces an edit; until the step ends, further announcements are ignored.
   void beginStep(Node4C const& root, SelectionS const& places);
-  bool isStepOpen() const { return open_; }
+  [[nodiscard]] bool isStepOpen() const { return open_; }
   /// Whether the tree may be another one than at the announcement of the edit that is under way.
-  bool hasChanged(Node4C const& root) const;
+  [[nodiscard]] bool hasChanged(Node4C const& root) const;
   /// Whether the announced edit is a typed character.
   void markTyping(bool typing) { typing_ = typing; }
   /// The state at the announcement of the edit that is under way, as a new tree, whatever has become of the
   /// one that is edited.
-  PointerTC<EditBackupC> stateBeforeStep() const;
+  [[nodiscard]] PointerTC<EditBackupC> stateBeforeStep() const;
   /// Records the announced edit as a step, which ends what could be redone. An edit that left the tree as it
   /// was leaves no step. Ignored when none was announced.
   void endStep(Node4C const& root, SelectionS const& places);
   /// The announced edit did not happen: the tree is again as it was.
   void dropStep();
 
-  bool canUndo() const { return next_ > 0; }
-  bool canRedo() const { return next_ < steps_.size(); }
-  bool undoContinues() const { return canUndo() && steps_[next_ - 1].continues; }
-  bool redoContinues() const { return canRedo() && steps_[next_].continues; }
+  [[nodiscard]] bool canUndo() const { return next_ > 0; }
+  [[nodiscard]] bool canRedo() const { return next_ < steps_.size(); }
+  [[nodiscard]] bool undoContinues() const { return canUndo() && steps_[next_ - 1].continues; }
+  [[nodiscard]] bool redoContinues() const { return canRedo() && steps_[next_].continues; }
   /// The number of the step that is next: it counts all that were ever before it, forgotten ones too, so that
   /// a number stands for the same step as long as that can be gone over.
-  unsigned long getPosition() const { return forgotten_ + next_; }
+  [[nodiscard]] unsigned long getPosition() const { return forgotten_ + next_; }
   /// Whether step number `position` goes on with the typing of the one before.
-  bool isContinuation(unsigned long position) const {
+  [[nodiscard]] bool isContinuation(unsigned long position) const {
     return position >= forgotten_ && position - forgotten_ < steps_.size() &&
            steps_[position - forgotten_].continues;
   }
@@ -63,7 +63,7 @@ class EditHistoryC {
 
   /// What the steps take besides the tree as it is, in bytes, at most: each counts the records that are in
   /// only one of the two states around it.
-  unsigned long byteSize() const { return bytes_; }
+  [[nodiscard]] unsigned long byteSize() const { return bytes_; }
 
  private:
   struct StepS {

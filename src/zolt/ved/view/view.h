@@ -21,6 +21,7 @@
 namespace zolt::math::ved {
 
 class EditHistoryC;
+struct SelectionPathS;
 
 /// The editor: one formula, its caret and its selection, on a drawing surface of the host's.
 ///
@@ -66,7 +67,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// Whether the formula, as it is shown, is an expression, and if not, why and where: what
   /// `getAlgebraicExpression` of an editable view answers and selects, with nothing changed.
   DiagnosisS diagnose() const { return ved::diagnose(crefRoot()); }
-  bool isEditable() const { return editable_; }
+  [[nodiscard]] bool isEditable() const { return editable_; }
   bool setEditable(bool editable);
 
   // ---- Size and drawing -----------------------------------------------------------------------------------
@@ -109,17 +110,17 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// rejected edits leave no step; an expression set by the host starts a new history.
   bool undo();
   bool redo();
-  bool canUndo() const;
-  bool canRedo() const;
+  [[nodiscard]] bool canUndo() const;
+  [[nodiscard]] bool canRedo() const;
   /// Whether the step that `undo` (`redo`) would go over next is a typed character that directly follows the
   /// step before it, so that a host which treats typing as one act goes on.
-  bool undoContinues() const;
-  bool redoContinues() const;
+  [[nodiscard]] bool undoContinues() const;
+  [[nodiscard]] bool redoContinues() const;
   /// The number of the step that would come next. `undo` lowers it by one, `redo` and every step that is made
   /// raise it; it is no other one because a long history has forgotten its beginning.
-  unsigned long getHistoryPosition() const;
+  [[nodiscard]] unsigned long getHistoryPosition() const;
   /// Whether step number `position` continues the one before it.
-  bool isContinuation(unsigned long position) const;
+  [[nodiscard]] bool isContinuation(unsigned long position) const;
   /// Until `endGroup`, all edits are one: one step to undo, checked by the constraints as a whole. Undo and
   /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest;
   /// an expression set meanwhile begins the group anew.
@@ -134,7 +135,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// From the start of the formula to its end.
   SelectionS getWhole() const { return wholeRow(*crefRoot().child(0)); }
   /// Caret and anchor; the anchor is no place when nothing is selected.
-  SelectionS getSelection() const;
+  [[nodiscard]] SelectionS getSelection() const;
   Node4C const* getCaretNode() const { return takeBackIfDue(), selection_.caret.node; }
   unsigned int getCaretPos() const { return takeBackIfDue(), selection_.caret.pos; }
   /// Null when there is no selection.
@@ -171,7 +172,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool finishEdit();
   /// The second half; false when the edit was rejected.
   bool settleEdit();
-  bool isRejected() const;
+  [[nodiscard]] bool isRejected() const;
   /// Makes the tree the view's own, all selected.
   void putUp(std::unique_ptr<Node4C> root);
   /// The caret's text, to be changed.
@@ -202,8 +203,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// The row that an insertion goes into: the selection's, or the caret's.
   Node4C const& crefCurrentRow() const;
   /// How deep the rows in the selection nest; 0 without a selection.
-  unsigned long countSelectedRows() const;
-  bool mayNest(unsigned long rows) const;
+  [[nodiscard]] unsigned long countSelectedRows() const;
+  [[nodiscard]] bool mayNest(unsigned long rows) const;
 
   // view_text.cpp
   bool doAddText(wstring const& text);
@@ -239,8 +240,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void takeOver(EditBackupC& state) const;
 
   // view_undo.cpp
-  /// Goes over the next step of the history.
-  void goOver(bool redo);
+  /// Goes over a step of the history, by its `undo` or its `redo`.
+  void goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root));
   void recordStep();
   void takeBackIfDue() const { takeBackDue_ ? takeBack() : void(); }
   /// Goes back to where the open step began, which is then no step.

@@ -20,21 +20,21 @@ bool ViewZNT4C::isContinuation(unsigned long position) const { return history_->
 
 bool ViewZNT4C::undo() {
   if (isBusy() || grouping_ || !canUndo()) return bip();
-  goOver(false);
+  goOver(&EditHistoryC::undo);
   return true;
 }
 
 bool ViewZNT4C::redo() {
   if (isBusy() || grouping_ || !canRedo()) return bip();
-  goOver(true);
+  goOver(&EditHistoryC::redo);
   return true;
 }
 
 // Announced like an edit, so that it is taken back when it is cut short.
-void ViewZNT4C::goOver(bool redo) {
+void ViewZNT4C::goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root)) {
   EventC guard(*this);
   history_->beginStep(*root_, selection_);
-  selection_ = selectionAt(*root_, redo ? history_->redo(*root_) : history_->undo(*root_));
+  selection_ = selectionAt(*root_, (*history_.*step)(*root_));
   history_->dropStep();
   needLayout();
   guard.finish();
