@@ -1,5 +1,7 @@
 #include "zolt/ved/tree/validate_tree.h"
 
+#include <vector>
+
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
@@ -80,6 +82,60 @@ TreeInvariantE checkNode(Node4C const& node, unsigned long rows) {
   }
 }
 
+/// The stretches of a long row.
+TreeInvariantE checkStretches(Node4C const& row, RowIndexC const& index) {
+  std::size_t first = 0;
+  long x = 0;
+  for (std::size_t k = 0; k < index.size(); ++k) {
+    RowStretchS const& stretch = index[k];
+    if (stretch.first != first || first + stretch.count > row.numChildren())
+      return TREE_STRETCHES_HOLD_THE_ROW;
+    BracketSumS brackets;
+    for (std::size_t end = first + stretch.count; first < end; ++first) {
+      Node4C const& item = *row.child(first);
+      if (item.crefState().stretch != &stretch) return TREE_STRETCHES_HOLD_THE_ROW;
+      if (!item.isEmptyText()) brackets.add(item.getType());
+    }
+    if (!(stretch.stale & STALE_CHECK) && stretch.brackets != brackets) return TREE_BRACKET_SUMS;
+    bool const isPlaced = stretch.dx == x && stretch.dy == row.getMidHeight();
+    if (!(row.crefState().stale & STALE_LAYOUT) && !isPlaced) return TREE_STRETCHES_FOLLOW;
+    x += stretch.sum.width;
+  }
+  return first == row.numChildren() ? TREE_VALID : TREE_STRETCHES_HOLD_THE_ROW;
+}
+
+TreeInvariantE checkRecord(Node4C const& node) {
+  NodeRecordC const* const record = node.crefState().record.get();
+  if (!record || record->getKind() != node.getType() || record->getOperator().get() != node.crefOperator()) {
+    return TREE_RECORDS_MATCH;
+  }
+  if (node.getType() == NODE4_TEXT) {
+    return record->getText() == node.crefText() ? TREE_VALID : TREE_RECORDS_MATCH;
+  }
+  std::vector<NodeRecordC const*> items;
+  record->appendItems(items);
+  if (items.size() != node.numChildren()) return TREE_RECORDS_MATCH;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (items[i] != node.child(i)->crefState().record.get()) return TREE_RECORDS_MATCH;
+  }
+  return TREE_VALID;
+}
+
+/// What the node keeps so that work follows an edit.
+TreeInvariantE checkState(Node4C const& node) {
+  NodeStateS const& state = node.crefState();
+  unsigned above = node.getParent() ? node.getParent()->crefState().stale : ~0u;
+  if (state.stretch) above &= state.stretch->stale;
+  if (state.stale & ~above) return TREE_MARKS_GO_UP;
+  bool const inLongRow = node.getParent() && node.getParent()->crefState().index;
+  if (inLongRow != (state.stretch != nullptr)) return TREE_STRETCHES_HOLD_THE_ROW;
+  if (state.index) {
+    TreeInvariantE const broken = checkStretches(node, *state.index);
+    if (broken != TREE_VALID) return broken;
+  }
+  return state.stale & STALE_RECORD ? TREE_VALID : checkRecord(node);
+}
+
 }  // namespace
 
 TreeFaultS validateTree(Node4C const& root) {
@@ -88,7 +144,8 @@ TreeFaultS validateTree(Node4C const& root) {
   unsigned long rows = 0;
   auto const enter = [&](Node4C const& node) {
     if (node.getType() == NODE4_LINE) ++rows;
-    TreeInvariantE const broken = checkNode(node, rows);
+    TreeInvariantE broken = checkNode(node, rows);
+    if (broken == TREE_VALID) broken = checkState(node);
     if (broken == TREE_VALID) return WALK_INTO;
     fault = {broken, &node};
     return WALK_STOP;
@@ -139,6 +196,16 @@ wstring describeInvariant(TreeInvariantE invariant) {
       return u"rows nest no deeper than the limit";
     case TREE_PLACE_IN_TEXT:
       return u"the caret and the anchor are places in texts of the tree";
+    case TREE_MARKS_GO_UP:
+      return u"S1: the marks of a node are on its parent and on its stretch";
+    case TREE_STRETCHES_HOLD_THE_ROW:
+      return u"S2: the stretches of a row follow one another and hold its items, which name them";
+    case TREE_BRACKET_SUMS:
+      return u"S3: an unmarked stretch knows its brackets";
+    case TREE_STRETCHES_FOLLOW:
+      return u"S4: in a row that is laid out, each stretch starts where the one before it ends";
+    case TREE_RECORDS_MATCH:
+      return u"S5: the record of an unmarked node is a copy of it";
   }
   return wstring();
 }

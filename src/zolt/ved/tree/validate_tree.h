@@ -9,7 +9,8 @@ using oss::wstring;
 
 class Node4C;
 
-/// The invariants of a normalised tree, numbered as in docs/invariants.md.
+/// The invariants of a normalised tree, numbered as in docs/invariants.md, and those of what its nodes keep
+/// so that work follows an edit, S1 to S5 of docs/incremental.md.
 enum TreeInvariantE {
   TREE_VALID = 0,
   TREE_ROOT_HOLDS_ONE_ROW = 1,
@@ -23,6 +24,11 @@ enum TreeInvariantE {
   TREE_AUTO_BRACKETS_AT_ENDS = 9,
   TREE_NESTING_WITHIN_LIMIT = 10,
   TREE_PLACE_IN_TEXT = 11,
+  TREE_MARKS_GO_UP = 101,
+  TREE_STRETCHES_HOLD_THE_ROW = 102,
+  TREE_BRACKET_SUMS = 103,
+  TREE_STRETCHES_FOLLOW = 104,
+  TREE_RECORDS_MATCH = 105,
 };
 
 struct TreeFaultS {
@@ -30,8 +36,8 @@ struct TreeFaultS {
   Node4C const* node = nullptr;  ///< where it is broken
 };
 
-/// Checks invariants 1 to 10 over a whole tree and returns the first fault in reading order. Linear, without
-/// recursion.
+/// Checks invariants 1 to 10 and S1 to S5 over a whole tree and returns the first fault in reading order.
+/// Linear, without recursion.
 TreeFaultS validateTree(Node4C const& root);
 
 /// Checks invariant 11: the place is one in a text of the tree `root`.

@@ -107,6 +107,10 @@ struct BracketSumS {
     autoOpens += next.autoOpens;
     autoCloses += next.autoCloses;
   }
+  bool operator!=(BracketSumS const& other) const {
+    return opens != other.opens || closes != other.closes || autoOpens != other.autoOpens ||
+           autoCloses != other.autoCloses || hasContent != other.hasContent || overtaken != other.overtaken;
+  }
 };
 
 /// A stretch of a row: pairs of a text and another item; the last stretch of a
