@@ -2,11 +2,13 @@
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
+#include "fuzzing/trip.h"
 #include "fuzzing/view_session.h"
 
 namespace zolt::fuzz {
 
 std::string checkEvents(std::uint8_t const* data, std::size_t size) {
+  chooseStretches(size);
   field::EventScriptT const script = toEvents(data, size);
   ViewSessionC session;
   std::string fault = session.play(script);

@@ -144,6 +144,7 @@ std::string playOnField(EventScriptT const& script) {
 }  // namespace
 
 std::string checkField(std::uint8_t const* data, std::size_t size) {
+  chooseStretches(size);
   return playOnField(toEvents(data, size));
 }
 

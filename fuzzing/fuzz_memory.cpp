@@ -222,6 +222,7 @@ std::string playAll(EventScriptT const& script, HowS how) {
 }  // namespace
 
 std::string checkMemory(std::uint8_t const* data, std::size_t size) {
+  chooseStretches(size);
   if (size < 1) return {};
   prepare();
   EventScriptT const script = toEvents(data + 1, size - 1);

@@ -35,6 +35,7 @@ std::string checkInField(wstring const& text) {
 }  // namespace
 
 std::string checkNotation(std::uint8_t const* data, std::size_t size) {
+  chooseStretches(size);
   prepare();
   wstring const text = toText(data, size);
   auto const operators =

@@ -38,6 +38,10 @@ constexpr bool only_searches = false;
 /// Registers the standard operators in the process's table, once.
 void prepare();
 
+/// Makes the rows of every other input of a target long ones after a few items, so that small formulas try
+/// what long rows need.
+void chooseStretches(std::size_t number);
+
 /// Starts to count what is held on the heap.
 void startMeter();
 /// Whether it was no more than in proportion to an input of `size` bytes or characters.

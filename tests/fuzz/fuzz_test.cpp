@@ -102,7 +102,8 @@ TEST(Sessions, KeepThemInLongRows) {
   start[1].word = field::SCRIPT_PEN_DOWN;
   start[1].x = 2000;
   std::mt19937 random(5);
-  for (int round = 0; round < 12 && !testing::Test::HasFailure(); ++round) {
+  for (unsigned round = 0; round < 12 && !testing::Test::HasFailure(); ++round) {
+    chooseStretches(round);
     ViewSessionC session;
     EXPECT_EQ(session.play(start), "");
     EXPECT_EQ(session.play(toScript(makeEvents(random, 50))), "");
