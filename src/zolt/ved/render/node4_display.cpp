@@ -15,7 +15,7 @@ class TreeDrawerC {
   void showOnly(RectangleS const& clip);
   /// (x, y) is where the parent of `node` is; `role` is that of a text.
   void drawIfSeen(Node4C const& node, long x, long y, TextRoleE role) const {
-    if (isSeen(node, x, y)) draw(node, x, y, role);
+    if (!clips_ || isSeen(node, x, y)) draw(node, x, y, role);
   }
 
  private:
@@ -24,8 +24,10 @@ class TreeDrawerC {
 
   bool isSeen(Node4C const& node, long x, long y) const;
   void draw(Node4C const& node, long x, long y, TextRoleE role) const;
-  void drawItems(Node4C const& row, long x, long y) const;
-  static TextRoleE findRole(Node4C const& row, unsigned long i);
+  void drawChildren(Node4C const& node, long x, long y) const;
+  void drawSeenItems(Node4C const& row, long x, long y) const;
+  static TextRoleE findFirstRole(Node4C const& row);
+  static TextRoleE findRoleAfter(Node4C const& item);
 
   GraphicsABC const& graphics_;
   Node4C const* current_;
@@ -46,7 +48,6 @@ void TreeDrawerC::showOnly(RectangleS const& clip) {
 }
 
 bool TreeDrawerC::isSeen(Node4C const& node, long x, long y) const {
-  if (!clips_) return true;
   long const left = x + node.getDX();
   long const top = y + node.getDY();
   if (left + node.width_ < seen_.left || left > seen_.right) return false;
@@ -56,11 +57,7 @@ bool TreeDrawerC::isSeen(Node4C const& node, long x, long y) const {
 void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const {
   long const left = x + node.getDX();
   long const top = y + node.getDY();
-  if (node.type_ == NODE4_LINE) {
-    drawItems(node, left, top);
-  } else {
-    for (Node4C const* child : node.children_) drawIfSeen(*child, left, top, TEXT_STARTS_ROW);
-  }
+  if (!node.children_.empty()) drawChildren(node, left, top);
   node.selectFont(graphics_);
   switch (node.type_) {
     case NODE4_ROOT:
@@ -90,11 +87,20 @@ void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const
   }
 }
 
-void TreeDrawerC::drawItems(Node4C const& row, long x, long y) const {
+void TreeDrawerC::drawChildren(Node4C const& node, long x, long y) const {
+  if (clips_ && node.type_ == NODE4_LINE) return drawSeenItems(node, x, y);
+  TextRoleE role = findFirstRole(node);
+  for (Node4C const* child : node.children_) {
+    drawIfSeen(*child, x, y, role);
+    role = findRoleAfter(*child);
+  }
+}
+
+void TreeDrawerC::drawSeenItems(Node4C const& row, long x, long y) const {
   unsigned long const count = row.numChildren();
   // Items follow one another from left to right.
   unsigned long i = 0;
-  for (unsigned long end = clips_ ? count : 0; i < end;) {
+  for (unsigned long end = count; i < end;) {
     unsigned long const middle = i + (end - i) / 2;
     Node4C const& item = *row.child(middle);
     if (x + item.getDX() + item.width_ < seen_.left) {
@@ -107,19 +113,23 @@ void TreeDrawerC::drawItems(Node4C const& row, long x, long y) const {
   if (i > 0 && isExponent(i)) --i;
   for (; i < count && x + row.child(i)->getDX() <= seen_.right; ++i) {
     // A surface may place an exponent by the ink of the text that it is on, so that text is not left out.
-    if (isExponent(i + 1) || isSeen(*row.child(i), x, y)) draw(*row.child(i), x, y, findRole(row, i));
+    if (!isExponent(i + 1) && !isSeen(*row.child(i), x, y)) continue;
+    draw(*row.child(i), x, y, i == 0 ? findFirstRole(row) : findRoleAfter(*row.child(i - 1)));
   }
 }
 
-/// The role of item i of a row, if it is a text.
-TextRoleE TreeDrawerC::findRole(Node4C const& row, unsigned long i) {
-  if (i > 0) return isOpeningBracket(row.child(i - 1)->type_) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
+/// The role of the first item of a row, if it is a text.
+TextRoleE TreeDrawerC::findFirstRole(Node4C const& row) {
+  if (!row.parent_ || row.parent_->type_ != NODE4_POWER) return TEXT_STARTS_ROW;
   Node4C const& first = *row.child(0);
-  bool const isLow = first.getDY() + first.height_ == row.height_;
-  if (!isLow || !row.parent_ || row.parent_->type_ != NODE4_POWER) return TEXT_STARTS_ROW;
-  wstring const& text = first.text_;
-  bool const isUnit = row.numChildren() == 1 && (text == u"o" || text == u"r");
+  if (first.getDY() + first.height_ != row.height_) return TEXT_STARTS_ROW;
+  bool const isUnit = row.numChildren() == 1 && (first.text_ == u"o" || first.text_ == u"r");
   return isUnit ? TEXT_IS_UNIT : TEXT_STARTS_EXPONENT;
+}
+
+/// The role of a text after `item`.
+TextRoleE TreeDrawerC::findRoleAfter(Node4C const& item) {
+  return isOpeningBracket(item.type_) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
 }
 
 bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {
