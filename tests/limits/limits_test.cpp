@@ -176,6 +176,7 @@ TEST(Limits, AHundredThousandItems) {
   constexpr unsigned long count = 100000;
   onSmallStack([] {
     expectUsable(nest(count, u"+(", u"a", u",b)"), false);
+    expectUsable(nest(count / 2, u"+(", u"a", u",^(x,2))"), false);
     expectUsable(nest(count / 10, u"*(", u"a", u",/(b,^(c,2)))"), false);
     expectUsable(u"f(a" + repeat(count / 5, u",b") + u")", false);
     expectUsable(repeat(count, u"x"), false);
