@@ -130,7 +130,8 @@ constexpr CallS calls[] = {
      [](FormulaFieldC& field) {
        auto const expression = field.getExpression();
        if (!expression) return;
-       exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
+       [[maybe_unused]] auto const read =
+           exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
        exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
      }},
     {"shown again", [](FormulaFieldC& field) { field.setExpression(field.getExpression()); }},
