@@ -58,7 +58,7 @@ FormulaEdit::StateS::~StateS() {
   if (graphics) graphics->onInvalidate({});
 }
 
-bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgram) {
+bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) {
   math::ved::ViewZNT4C const& view = field->crefView();
   unsigned long const position = view.getHistoryPosition();
   bool const taken = action();
@@ -76,15 +76,16 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, bool byProgra
     edit.updateGeometry();
   }
   math::ved::RectangleS box;
-  if (byProgram && changed) scroll = QPoint();
-  if (field->takeRevealRequest(box) && !byProgram) reveal(box);
+  if (actor == Actor::Program && changed) scroll = QPoint();
+  if (field->takeRevealRequest(box) && actor == Actor::User) reveal(box);
   clampScroll();
   if (moved || selected) restartBlinking();
   edit.update();
   edit.updateMicroFocus();
 
-  // Before a slot makes further ones.
-  std::vector<StepS> const steps = byProgram ? std::vector<StepS>() : stepsSince(position, changed);
+  // The steps are collected before a slot makes further ones.
+  std::vector<StepS> const steps =
+      actor == Actor::User ? stepsSince(position, changed) : std::vector<StepS>();
   QPointer<FormulaEdit> const alive(&edit);
   if (changed) emit alive->expressionChanged();
   for (StepS const& step : steps) {
@@ -105,7 +106,7 @@ std::vector<FormulaEdit::StateS::StepS> FormulaEdit::StateS::stepsSince(unsigned
   for (unsigned long i = position + 1; i < end; ++i) {
     if (!view.isContinuation(i)) steps.push_back({false, i});
   }
-  // What was taken back is a change, too.
+  // An undo is a change, too.
   if (steps.empty() && changed) steps.push_back({false, end});
   return steps;
 }
@@ -116,7 +117,7 @@ void FormulaEdit::StateS::change(std::function<void()> const& action) {
         action();
         return true;
       },
-      true);
+      Actor::Program);
 }
 
 // ---- Formula ----------------------------------------------------------------------------------------------
@@ -186,7 +187,8 @@ QString FormulaEdit::tree() const {
 
 bool FormulaEdit::setTree(QString const& tree) {
   QPointer<FormulaEdit> const alive(this);
-  bool const done = state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, true);
+  bool const done =
+      state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, StateS::Actor::Program);
   if (alive && !done) emit errorOccurred(no_cause, tr("This is no formula in tree notation"));
   return done;
 }
@@ -363,7 +365,7 @@ QMenu* FormulaEdit::createStandardContextMenu() {
     field::CommandS const& entry = field::commands()[command];
     QString const keys = toQString(entry.keys).section(QStringLiteral(", "), 0, 0);
     QAction* const action = menu->addAction(toQString(entry.title), this, [=] { runCommand(command); });
-    // Shown only: the keys themselves are handled by the widget.
+    // The shortcuts are only shown: the widget handles the keys itself.
     action->setShortcut(QKeySequence(keys));
     action->setShortcutContext(Qt::WidgetShortcut);
     action->setShortcutVisibleInContextMenu(true);

@@ -16,11 +16,12 @@
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/system_clipboard.h"
 
-// Internal to FormulaEdit: what its source files share.
+// Internal to FormulaEdit: the state that its source files share.
 
 namespace zolt::qt {
 
 struct FormulaEdit::StateS {
+  enum class Actor { User, Program };
   struct StepS {
     bool continued;
     unsigned long position;
@@ -30,29 +31,28 @@ struct FormulaEdit::StateS {
   ~StateS();
 
   // ---- Acts (formula_edit.cpp) ---------------------------------------------------------------------------
-  /// Runs what a person (or `byProgram` the host) does to the field, and then whatever follows from it:
-  /// layout, scrolling, repainting, signals.
-  /// The widget may be no more afterwards, since slots can do anything.
-  bool act(std::function<bool()> const& action, bool byProgram = false);
-  /// The same for `action` of the host's, which always happens.
+  /// Runs what `actor` does to the field, and then everything that follows: layout, scrolling, repainting,
+  /// signals. The widget may have been deleted afterwards, since slots can do anything.
+  bool act(std::function<bool()> const& action, Actor actor = Actor::User);
+  /// Runs an `action` of the host's that always succeeds.
   void change(std::function<void()> const& action);
-  /// What `edited` has to tell after an act that began with the history at `position`.
+  /// The steps that `edited` has to report after an act that began with the history at `position`.
   std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
 
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
-  /// The part of the widget in which the formula is seen.
+  /// The part of the widget that shows the formula.
   QRect viewport() const;
   QSize contentSize();
-  /// Where the formula's top-left corner is, in widget coordinates.
+  /// The place of the formula's top-left corner, in widget coordinates.
   QPoint origin();
   QPoint toUnits(QPointF pos);
   QRect toPixels(math::ved::RectangleS const& box);
-  /// Keeps the formula within sight after a change of size.
+  /// Keeps the formula in view after a change of size.
   void clampScroll();
   void reveal(math::ved::RectangleS const& box);
   int frameWidth() const;
 
-  /// Where the caret's box would be, in view coordinates, if the caret stood at `place`.
+  /// The box that the caret would have at `place`, in view coordinates.
   math::ved::RectangleS caretBoxAt(math::ved::PlaceS place);
 
   // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
@@ -61,7 +61,7 @@ struct FormulaEdit::StateS {
   void paintFault(QPainter& painter);
   void paintCaret(QPainter& painter);
   void paintPreedit(QPainter& painter);
-  /// Fades the formula out where more of it is out of sight.
+  /// Fades the formula out at edges beyond which it continues.
   void paintEdges(QPainter& painter);
 
   // ---- Pointer (formula_edit_pointer.cpp) ----------------------------------------------------------------
@@ -69,7 +69,7 @@ struct FormulaEdit::StateS {
   bool isOverSelection(QPointF pos);
   void startDrag();
   void dragTo(QPointF pos);
-  /// Where a press at `pos` would put the caret; the formula stays as it is.
+  /// The place where a press at `pos` would put the caret; the formula does not change.
   math::ved::PlaceS placeNear(QPointF pos, QRect* caret = nullptr);
   bool paste(field::ClipboardContentS const& content);
   void offerPrimarySelection();
@@ -91,13 +91,13 @@ struct FormulaEdit::StateS {
   unsigned long precision = 0;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
 
-  QPoint scroll;  // what is scrolled out of sight on the left and at the top
+  QPoint scroll;  // how much is scrolled out of sight on the left and at the top
   QBasicTimer blinkTimer;
   bool caretShown = true;
   QString preedit;
   int preeditCaret = 0;
 
-  // What the signals have been told about.
+  // The state that the signals have reported.
   math::ved::SelectionS selectionSeen;
   QSize contentSeen;
 
@@ -111,7 +111,7 @@ struct FormulaEdit::StateS {
   QPointF pointer;         // for scrolling while it rests outside
   QBasicTimer scrollTimer;
   bool draggingHere = false;       // our own selection is under way
-  std::optional<QRect> dropCaret;  // where something that is dragged over the field would go
+  std::optional<QRect> dropCaret;  // where a drop at the pointer would insert
 };
 
 }  // namespace zolt::qt
