@@ -2,10 +2,10 @@
 
 namespace zolt::bench {
 
-/// Bytes in use on the heap, with the allocator's own word a block, since this process began. Counted by the
-/// replacements of the global allocation functions in allocations.cpp.
+/// Bytes in use on the heap since this process began, including one word per block for the allocator. Counted
+/// by the replacements of the global allocation functions in allocations.cpp.
 long heapBytesInUse();
-/// How many allocations were made so far.
+/// How many allocations have been made so far.
 long heapAllocations();
 
 }  // namespace zolt::bench

@@ -1,7 +1,7 @@
-// The cost of a key in formulas of growing size, in the middle of a sum of fractions, each with the layout
-// that follows and without drawing: a character typed, a caret move and a character erased in a numerator, a
-// step taken back and brought back; and between two fractions a root and a bracket, each taken away again,
-// and a character after a bracket that is still open. Prints processor time, texts measured and allocations.
+// Measures the cost of a key in formulas of growing size, in the middle of a sum of fractions, each with the
+// layout that follows and without drawing: a character typed, a caret move and a character erased in a
+// numerator, an undo and a redo; and between two fractions a root and a bracket, each removed again, and a
+// character after a bracket that is still open. Prints processor time, texts measured and allocations.
 
 #include <algorithm>
 #include <cstdio>
@@ -33,7 +33,7 @@ zolt::oss::wstring makeFractions(long terms) {
   return out;
 }
 
-/// The caret in a numerator in the middle of the formula.
+/// Puts the caret into a numerator in the middle of the formula.
 void placeInTheMiddle(ViewZNT4C& view) {
   Node4C const& row = *view.crefRoot().child(0);
   unsigned long i = row.numChildren() / 2;
@@ -41,7 +41,7 @@ void placeInTheMiddle(ViewZNT4C& view) {
   view.selectRange(nullptr, 0, row.child(i)->child(0)->child(0), 1);
 }
 
-/// The caret between two fractions there.
+/// Puts the caret between two fractions there.
 void placeInTheRow(ViewZNT4C& view) {
   Node4C const& row = *view.crefRoot().child(0);
   unsigned long i = row.numChildren() / 2;

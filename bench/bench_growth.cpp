@@ -3,8 +3,8 @@
 // expression take.
 //
 // Every round works through 100,000 leaves, as 100 formulas of 1,000, ten of 10,000 or one of 100,000, so
-// that all sizes meet the same caches and only the growth of the work itself shows. Only ratios within one
-// run compare; the best of several rounds is taken because other work on the machine can only make a round
+// that all sizes meet the same caches and only the growth of the work itself shows. Compare only ratios
+// within one run; the best of several rounds is taken because other work on the machine can only make a round
 // slower. The last column is the time per leaf of one formula of 1,000 leaves that stays in the cache.
 
 #include <algorithm>
@@ -47,7 +47,7 @@ struct SubjectS {
   RecordingGraphicsC surface{RecordingGraphicsC::LOG_NOTHING};
 };
 
-/// What a stage made; kept until the round ends, so that every round fills as much memory.
+/// The results of a stage, kept until the round ends, so that every round fills the same amount of memory.
 struct ProductS {
   ExpressionT read;
   TreeT tree;
@@ -92,7 +92,7 @@ constexpr std::pair<char const*, StageT> stages[] = {{"read", read},     {"build
                                                      {"layout", layout}, {"draw", drawing},
                                                      {"write", write},   {"whole trip", wholeTrip}};
 
-/// Nanoseconds of processor time a leaf, the best of several rounds over all the formulas.
+/// Nanoseconds of processor time per leaf, the best of several rounds over all the formulas.
 double bestTime(std::vector<std::unique_ptr<SubjectS>> const& subjects, StageT const& stage) {
   double best = std::numeric_limits<double>::max();
   for (int round = 0; round < 7; ++round) {

@@ -1,6 +1,6 @@
 // Replays event scripts on a formula field on the recording surface, with the layout after each step and
-// without drawing: the scripts named on the command line, or those in bench/scripts. Prints processor time a
-// step and the texts measured, the best of several rounds.
+// without drawing: the scripts named on the command line, or those in bench/scripts. Prints processor time
+// per step and the number of texts measured, for the best of several rounds.
 
 #include <utf8.h>
 

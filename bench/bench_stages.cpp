@@ -1,4 +1,4 @@
-// Each stage of an expression's way, by shape and size.
+// Measures each stage of an expression's way through the component, by shape and size.
 
 #include <benchmark/benchmark.h>
 

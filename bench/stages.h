@@ -13,7 +13,7 @@ namespace zolt::bench {
 using TreeT = std::unique_ptr<math::ved::Node4C>;
 using ExpressionT = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
 
-/// The way of an expression through the component, one step a function.
+/// The way of an expression through the component, one function per step.
 ExpressionT readPrefix(oss::wstring const& prefix);
 TreeT buildTree(ExpressionT const& expression);
 void layOut(math::ved::Node4C& tree, math::ved::GraphicsABC const& surface);

@@ -15,7 +15,7 @@ constexpr std::size_t plenty = std::numeric_limits<std::size_t>::max();
 
 AllocationsS allocations;
 std::size_t blocksHeld = 0;
-std::size_t bytesHeld = 0;  // since the reset; wraps below zero when older blocks are given back
+std::size_t bytesHeld = 0;  // since the reset; wraps below zero when older blocks are freed
 std::size_t allocationsLeft = plenty;
 
 void* allocate(std::size_t size) {
@@ -56,8 +56,8 @@ ScarceHeapC::~ScarceHeapC() { allocationsLeft = plenty; }
 
 }  // namespace zolt::fuzz
 
-// All forms, since a sanitizer has one of its own for each. Without exceptions there is nothing else to do
-// for a program that has no memory.
+// All forms are replaced, since a sanitizer has its own for each. Without exceptions a program that has no
+// memory can only end.
 void* operator new(std::size_t size) {
   if (void* const memory = zolt::fuzz::allocate(size)) return memory;
 #ifdef __cpp_exceptions

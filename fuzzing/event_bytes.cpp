@@ -37,7 +37,7 @@ constexpr char16_t const* operators[] = {
 constexpr char16_t const* options[] = {u"constructs", u"letters", u"leaving", u"decimal-comma",
                                        u"implied-products"};
 
-// The view's own keys, then as many codes as there are operators with one.
+// The view's own keys come first, followed by as many codes as there are operators with a key.
 constexpr unsigned long view_keys[] = {
     math::ved::KEY_LEFT,      math::ved::KEY_RIGHT,  math::ved::KEY_UP,
     math::ved::KEY_DOWN,      math::ved::KEY_DELETE, math::ved::KEY_CLEAR,
@@ -62,7 +62,7 @@ std::size_t find(TableT const& table, wstring const& name) {
   return static_cast<std::size_t>(found - std::begin(table));
 }
 
-/// Reads arguments; after the end everything is 0.
+/// Reads arguments; everything after the end of the bytes is 0.
 class ReaderC {
  public:
   ReaderC(std::uint8_t const* data, std::size_t size) : data_(data), size_(size) {}
@@ -73,7 +73,7 @@ class ReaderC {
   wstring name(TableT const& table) {
     return table[byte() % std::size(table)];
   }
-  /// Near the formula, or as far away as there is.
+  /// A place near the formula, or as far away as possible.
   long coordinate() {
     auto const place = static_cast<std::int8_t>(byte());
     if (place == 127) return std::numeric_limits<std::int32_t>::max();
@@ -240,7 +240,7 @@ class WriterC {
         return;
       case SCRIPT_PASTE_BYTES: {
         oss::bytestring bytes;
-        // What is no hexadecimal text is refused as an empty one is.
+        // A text that is not hexadecimal is refused in the same way as an empty one.
         if (!oss::fromHexadecimal(step.text, bytes)) bytes.clear();
         return putBytes(step.word, bytes);
       }

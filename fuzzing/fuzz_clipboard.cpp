@@ -1,7 +1,7 @@
-// Bytes from a clipboard, into a formula that has something in it, and what can be done afterwards.
+// Pastes bytes from a clipboard into a formula that is not empty, and plays the events that may follow.
 //
-// The first byte of an input chooses the formula, the second is how many bytes of events follow; the rest
-// is pasted.
+// The first byte of an input chooses the formula, the second is the number of bytes of events that follow;
+// the rest is pasted.
 
 #include <algorithm>
 #include <iterator>
@@ -25,7 +25,7 @@ constexpr char16_t const* formulas[] = {
     u"tree \"[\\\"x\\\", P[\\\"2\\\"], \\\"+y\\\"]\" key left shift key left shift key left shift",
     u"show \"sqrt(+(a,b))\""};
 
-/// Reading makes a tree that can be walked, or none, of no more memory than the bytes account for.
+/// Reading makes either nothing or a tree that can be walked, with no more memory than the bytes account for.
 std::string checkReading(bytestring const& bytes) {
   PointerTC<oss::BinaryStringInputStreamC> const held(new oss::BinaryStringInputStreamC(bytes));
   PointerTC<oss::ObjectInputStreamABC> in(new oss::BinaryInputStreamC(held));

@@ -1,4 +1,4 @@
-// Anything a person and a host may do to a view.
+// Plays any events of a person and a host on a view.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"

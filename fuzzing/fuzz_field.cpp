@@ -1,5 +1,4 @@
-// Anything a person and a host may do to a formula field: as bytes that are events, and as the text of a
-// script.
+// Plays any events of a person and a host on a formula field: given as bytes, and as the text of a script.
 
 #include <memory>
 
@@ -19,7 +18,7 @@ using surfaces::RecordingGraphicsC;
 
 namespace {
 
-/// A field and who uses it.
+/// A field and its user.
 class FieldSessionC {
  public:
   FieldSessionC()
@@ -119,7 +118,7 @@ class FieldSessionC {
   int askedFor_ = 0;
 };
 
-/// What was recorded does the same again, also by way of its text.
+/// A recording does the same when it is played again, also after a conversion to text and back.
 std::string checkRecording(FieldSessionC const& session) {
   wstring const text = writeEventScript(session.getRecorded());
   EventScriptT script;

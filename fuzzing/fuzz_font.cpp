@@ -1,4 +1,4 @@
-// Font files.
+// Reads font files.
 
 #include <cmath>
 
@@ -84,7 +84,7 @@ BytesT makeFont(std::vector<TableS> const& tables) {
   return font.get();
 }
 
-/// Letters from "a" on are the glyphs from 1 on.
+/// Letters from "a" on have the glyphs from 1 on.
 BytesT makeMap(bool groups, unsigned letters) {
   FontBytesC map;
   map.put16(0).put16(1).put16(3).put16(groups ? 10 : 1).put32(12);

@@ -1,4 +1,4 @@
-// A row's infix text, as the grammar reads it.
+// Reads infix text, as the grammar reads that of a row.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"
@@ -26,7 +26,7 @@ std::string checkInfix(std::uint8_t const* data, std::size_t size) {
   }
 
   auto const expression = AlgebraicExpressionC::fromPrefixString(prefix);
-  // What is between grave accents is taken as it is.
+  // Text between grave accents is passed on unread.
   bool const verbatim = text.find(Node4C::PREFIX_C) != wstring::npos;
   if (!expression) return verbatim ? "" : "the grammar wrote what does not read: " + toBytes(prefix);
   if (!verbatim && expression->toPrefixString() != prefix) return "the grammar wrote " + toBytes(prefix);

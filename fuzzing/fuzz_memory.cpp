@@ -1,8 +1,8 @@
-// Anything a person and a host may do to a view or a field, with memory running out on the way.
+// Plays any events of a person and a host on a view or a field while memory runs out.
 //
-// The first byte of an input says how: every step is tried with ever more allocations until it gets through,
+// The first byte of an input says how: every step is tried with ever more allocations until it succeeds,
 // first one by one, then in steps that the byte chooses; its lowest bit chooses between view and field, the
-// next one whether anything is painted before the end.
+// next one whether the formula is painted before the end.
 
 #include <memory>
 #include <new>
@@ -39,8 +39,8 @@ PointerTC<RecordingGraphicsC> makeSurface() {
 
 wstring write(ViewZNT4C const& view) { return writeTreeNotation(view.crefRoot(), view.getSelection()); }
 
-/// A view of which every call has to be all or nothing. Options, which only fields have, begin (on) and end a
-/// group, or ask for what is asked for at any time.
+/// A view of which every call has to do all or nothing. Options, which only fields have, here begin (on) and
+/// end a group, or ask questions that a host may ask at any time.
 class ScarceViewC {
  public:
   static constexpr bool all_or_nothing = true;
@@ -62,7 +62,7 @@ class ScarceViewC {
         break;
       }
       case SCRIPT_SHOW:
-        // In the middle of a group it would be the group's new beginning.
+        // In the middle of a group it would become the group's new beginning.
         if (!grouping_) show(AlgebraicExpressionC::fromPrefixString(step.text));
         break;
       case SCRIPT_SET:
@@ -101,7 +101,7 @@ class ScarceViewC {
   bool grouping_ = false;
 };
 
-/// A field, of whose acts some are several steps to undo.
+/// A field, some of whose acts are several undo steps.
 class ScarceFieldC {
  public:
   static constexpr bool all_or_nothing = false;
@@ -134,7 +134,7 @@ std::string checkSound(ViewZNT4C const& view) {
   return placed ? "" : "the caret or the anchor is nowhere";
 }
 
-/// The picture is the one that a layout of everything gives.
+/// Checks that the picture equals that of a layout of everything.
 std::string checkPicture(ViewZNT4C& view) {
   PointerTC<RecordingGraphicsC> const surface = makeSurface();
   std::unique_ptr<Node4C> const copy(view.crefRoot().clone());
@@ -148,7 +148,7 @@ std::string checkPicture(ViewZNT4C& view) {
   return same && shown.getText() == full.getText() ? "" : "the picture is not that of the tree";
 }
 
-/// True when it got through.
+/// Returns true when the step succeeded.
 template <class SubjectT>
 bool playScarce(SubjectT& subject, ScriptStepS const& step, std::size_t allocations) {
   ScarceHeapC const heap(allocations);
@@ -170,7 +170,7 @@ std::string playStep(SubjectT& subject, ScriptStepS const& step, HowS how, wstri
   for (std::size_t n = 0; !playScarce(subject, step, n);
        n += n < first_allocations ? 1 : n / 4 + how.stride) {
     if (only_searches && SubjectT::all_or_nothing) {
-      view.crefRoot();  // takes back
+      view.crefRoot();  // rolls back
       continue;
     }
     wstring const after = write(view);
@@ -183,7 +183,7 @@ std::string playStep(SubjectT& subject, ScriptStepS const& step, HowS how, wstri
       if (after.size() > largest_notation) break;
       continue;
     }
-    // What fails takes back the group around it, unless it did not try to change anything.
+    // A failed call takes back the group around it, unless it did not try to change anything.
     if (after == groupStart) before = after;
     bool const same = after == before && view.canUndo() == undoable && view.canRedo() == redoable;
     if (!same) return "left after " + std::to_string(n) + " allocations: " + toBytes(after);
@@ -206,7 +206,7 @@ std::string playAll(EventScriptT const& script, HowS how) {
     if (write(view).size() > largest_notation) break;
     if (auto fault = playStep(subject, step, how, groupStart); !fault.empty())
       return toBytes(writeScriptStep(step)) + ": " + fault;
-    // A view shows the empty formula for a text that does not read, a field keeps what it shows.
+    // A view shows the empty formula for a text that cannot be read; a field keeps what it shows.
     bool const shown = step.word == SCRIPT_SHOW && (SubjectT::all_or_nothing || step.text.empty() ||
                                                     AlgebraicExpressionC::fromPrefixString(step.text));
     if (shown && !subject.isGrouping() && !view.canUndo()) start = writeBytes(view.crefRoot());
@@ -230,7 +230,7 @@ std::string checkMemory(std::uint8_t const* data, std::size_t size) {
   HowS const how{1 + data[0] / 4u, data[0] / 2 % 2 == 0};
   std::string fault = play(script, how);
   std::size_t const blocks = AllocationsS::blocks();
-  // What is kept for good was made the first time.
+  // The first step has made everything that is kept permanently.
   if (fault.empty() && !only_searches) {
     fault = play(script, how);
     if (fault.empty() && AllocationsS::blocks() != blocks) {

@@ -1,4 +1,4 @@
-// Trees in notation, from dumps and bug reports.
+// Reads trees in notation, as from dumps and bug reports.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"
@@ -17,7 +17,7 @@ namespace {
 
 wstring write(TreeNotationS const& tree) { return writeTreeNotation(*tree.root, tree.selection); }
 
-/// A field takes a tree that is one of a formula, and nothing else.
+/// A field takes only the tree of a formula.
 std::string checkInField(wstring const& text) {
   field::FormulaFieldC field(new surfaces::RecordingGraphicsC(surfaces::RecordingGraphicsC::LOG_NOTHING));
   field.insertText(u"a+b");
@@ -55,7 +55,7 @@ std::string checkNotation(std::uint8_t const* data, std::size_t size) {
   if (!readTreeNotation(notation, *operators, again, position)) return "the tree does not read back";
   if (write(again) != notation) return "the tree reads back as another";
 
-  // Whatever the rows hold, they become normal ones.
+  // Whatever the rows hold, normalisation makes normal rows of them.
   again.root->checkTree(again.selection);
   wstring const normal = writeTreeNotation(*again.root);
   if (again.selection.caret && validateSelection(*again.root, again.selection).invariant != TREE_VALID) {

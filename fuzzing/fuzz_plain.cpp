@@ -1,4 +1,4 @@
-// Plain text, as people write formulas.
+// Reads plain text, as people write formulas.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"

@@ -1,4 +1,4 @@
-// Prefix text from outside: read, written, shown.
+// Reads, writes and shows prefix text.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"

@@ -1,4 +1,4 @@
-// Sheet files.
+// Reads sheet files.
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/trip.h"
@@ -14,7 +14,7 @@ using surfaces::RecordingGraphicsC;
 
 namespace {
 
-/// What was read can be shown, and its expression is the tree's.
+/// A formula that was read can be shown, and its expression is the tree's.
 std::string checkFormula(FormulaFieldC& field, SheetLineS const& line) {
   if (!line.prefix.empty() && !AlgebraicExpressionC::fromPrefixString(line.prefix))
     return "a prefix text does not read";
@@ -26,7 +26,7 @@ std::string checkFormula(FormulaFieldC& field, SheetLineS const& line) {
   return same ? "" : "the expression is not that of the tree";
 }
 
-/// The sheet is written, reads back and is written the same again; `written` is the text.
+/// Checks that the sheet, once written, reads back and is written the same again; `written` is the text.
 std::string checkRoundTrip(SheetT const& sheet, wstring& written) {
   written = writeSheet(sheet);
   SheetT again;

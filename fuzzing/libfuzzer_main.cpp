@@ -1,4 +1,4 @@
-// One target as a program of libFuzzer's.
+// Runs one target as a libFuzzer program.
 
 #include <cstdio>
 #include <cstdlib>

@@ -12,18 +12,18 @@ using oss::wstring;
 using script::readEventScript;
 using script::writeEventScript;
 
-/// Plays scripts on a bare view, with a clipboard of its own. What needs a field around the view is refused.
+/// Plays scripts on a bare view with its own clipboard. Steps that need a field around the view are refused.
 class ScriptPlayerC {
  public:
   explicit ScriptPlayerC(math::ved::ViewZNT4C& view) : view_(view) {}
 
-  /// True when the view took the (last) event, and for what has no answer.
+  /// True when the view took the (last) event, and for steps without an answer.
   bool play(ScriptStepS const& step);
   bool play(EventScriptT const& script);
 
   oss::bytestring const& crefClipboard() const { return clipboard_; }
   void setClipboard(oss::bytestring bytes) { clipboard_ = std::move(bytes); }
-  /// What the last `copy` or `cut` gave as an expression, perhaps null.
+  /// The expression that the last `copy` or `cut` produced, which may be null.
   oss::PointerTC<math::algexpr::AlgebraicExpressionC> getCopied() const { return copied_; }
 
  private:

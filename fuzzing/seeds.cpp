@@ -1,4 +1,4 @@
-// Inputs to start from: every line of the tests' corpora, as each target reads it.
+// Makes inputs to start from: every line of the tests' corpora, in the form that each target reads.
 
 #include <algorithm>
 #include <filesystem>
@@ -114,7 +114,7 @@ std::vector<BytesT> eventsSeeds() {
     script.insert(script.end(), rest.begin(), rest.end());
     if (!rest.empty()) seeds.push_back(fromEvents(script));
   }
-  // Some of what is in no script is typed.
+  // Some inputs that are in no script are typed.
   unsigned long number = 0;
   for (std::string const& text : texts()) {
     if (isNotation(text) || text.size() > 40 || number++ % 4 > 0) continue;
@@ -134,7 +134,7 @@ std::vector<BytesT> scriptSeeds() {
   return seeds;
 }
 
-/// Sheets of a few formulas and texts each, some of them not as they should be.
+/// Sheets of a few formulas and texts each, some of them faulty.
 std::vector<BytesT> sheetSeeds() {
   std::vector<BytesT> seeds;
   std::string sheet;

@@ -50,7 +50,7 @@ EventScriptT readScript(wstring const& text) {
   return script;
 }
 
-/// The byte form of a row in notation; empty when the notation does not read.
+/// The byte form of a row in notation; empty when the notation cannot be read.
 bytestring readRow(wstring const& notation) {
   prepare();
   static auto const operators =
@@ -61,7 +61,7 @@ bytestring readRow(wstring const& notation) {
                                                                 : bytestring();
 }
 
-/// What a session does with another target's input.
+/// The events that a session makes of another target's input.
 EventScriptT toSession(std::string const& target, BytesT const& input) {
   if (target == "prefix") return toStep(SCRIPT_PASTE_PREFIX, toText(input));
   if (target == "plain") return toStep(SCRIPT_PASTE_TEXT, toText(input));

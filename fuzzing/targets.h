@@ -9,11 +9,11 @@ namespace zolt::fuzz {
 
 using BytesT = std::vector<std::uint8_t>;
 
-/// One way into the component for what comes from outside. Every sequence of bytes is an input.
+/// One way by which outside data enters the component. Every sequence of bytes is a valid input.
 struct TargetS {
   char const* name;  ///< of its program (fuzz_<name>) and its folders
-  /// Empty, or what the component promised and did not keep, with the input in readable form. What breaks the
-  /// program (a sanitizer's finding, a crash) is no answer.
+  /// Returns an empty text, or the promise that the component did not keep, with the input in readable form.
+  /// A broken program (a sanitizer's finding, a crash) returns nothing.
   std::string (*check)(std::uint8_t const* data, std::size_t size);
   /// Inputs to start from, made of the corpora of the tests.
   std::vector<BytesT> (*seeds)();

@@ -25,8 +25,8 @@ using surfaces::RecordingGraphicsC;
 
 namespace {
 
-// The most is a typed bracket: with the text beside it and the two that are supplied for it, four nodes, in
-// the tree and in the history. What grows by doubling passes through twice its size.
+// The largest increase comes from a typed bracket: four nodes, with the text beside it and the two that are
+// supplied for it, in the tree and in the history. Storage that doubles passes through twice its size.
 constexpr std::size_t bytes_per_input = 800;
 constexpr std::size_t bytes_for_nothing = 20000;
 
@@ -50,8 +50,8 @@ std::string readBack(bytestring const& bytes, bytestring& again) {
 }
 
 /// Whether the expression means what it looks like. Names that only expression objects have can also be
-/// typed, and make what no sign makes: an exponent on an exponent, or pi with arguments, which show and do
-/// not read. A "!" on a power looks like one on the exponent, and is that when it is read.
+/// typed. They then make what no sign makes, such as an exponent on an exponent or pi with arguments, which
+/// can be shown but not read. A "!" on a power looks like one on the exponent, and is read as that.
 bool isTextbook(wstring const& prefix) {
   struct CallS {
     wstring name;
@@ -60,7 +60,7 @@ bool isTextbook(wstring const& prefix) {
   std::vector<CallS> calls;
   wstring name;
   for (char16_t const c : prefix) {
-    // A name that starts with a colon takes in whatever is shown after it.
+    // A name that starts with a colon takes in everything that is shown after it.
     if (name == u":" && (c == u')' || c == u',')) return false;
     if (c == u'(') {
       auto const isPower = [](wstring const& n) { return n == u"^" || n == u"_deg" || n == u"_rad"; };

@@ -25,10 +25,10 @@ class RuleC : public math::algexpr::ConstraintsBC {
   }
 };
 
-// What holds whatever the formula. Each answers with the first promise that is not kept, empty for none.
+// These checks hold for every formula. Each returns the first promise that is not kept, or an empty text.
 
-/// Whether this build only searches for inputs: much faster, because what would be looked at after every
-/// event is looked at in the end. Another build then checks what was found.
+/// Whether this build only searches for inputs: it is much faster, because it checks only at the end what
+/// other builds check after every event. Another build then checks what was found.
 #ifdef ZOLT_FUZZ_SEARCH
 constexpr bool only_searches = true;
 #else
@@ -42,23 +42,23 @@ void prepare();
 /// what long rows need.
 void chooseStretches(std::size_t number);
 
-/// Starts to count what is held on the heap.
+/// Starts to count the bytes held on the heap.
 void startMeter();
-/// Whether it was no more than in proportion to an input of `size` bytes or characters.
+/// Checks that they were at most in proportion to an input of `size` bytes or characters.
 std::string checkMeter(std::size_t size);
 
-/// The numbered invariants.
+/// Checks the numbered invariants.
 std::string checkInvariants(Node4C const& root);
 
-/// Normalising and laying out again change nothing, the byte form and the notation read back to the same
-/// tree, and what is drawn is drawn again. Lays the tree out.
+/// Checks that normalising and laying out again change nothing, that the byte form and the notation read back
+/// to the same tree, and that it is drawn the same again. Lays the tree out.
 std::string checkTreeForms(Node4C& root);
 
-/// The expression reads back from its prefix text and from its plain text.
+/// Checks that the expression reads back from its prefix text and from its plain text.
 std::string checkTexts(AlgebraicExpressionC const& expression);
 
-/// Shown and read again, an expression is the same from the second time at the latest. `wasRead`: it stems
-/// from a row, and not from the outside, and so reads again already the first time.
+/// Checks that an expression, when shown and read again, is the same at the latest from the second time on.
+/// `wasRead`: the expression was read from a row, so that it is the same already the first time.
 std::string checkTrips(PointerTC<AlgebraicExpressionC> const& expression, bool wasRead);
 
 }  // namespace zolt::fuzz

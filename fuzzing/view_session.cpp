@@ -99,7 +99,7 @@ void ViewSessionC::show(PointerTC<AlgebraicExpressionC> const& expression) {
   start_ = tree_ = writeBytes(view_.crefRoot());
 }
 
-/// Pasted over everything; caret and selection are placed where the view has the same texts.
+/// Pastes over everything; caret and selection can only be restored where the view has the same texts.
 bool ViewSessionC::showTree(wstring const& notation) {
   TreeNotationS tree;
   unsigned long position = 0;
@@ -160,7 +160,7 @@ std::string ViewSessionC::checkHistory(ScriptStepS const& step, bool answer, wst
     if (!moved.onlyTree && notation() != (undo ? moved.before : moved.after)) return "other places come back";
   } else if (tree_ != treeBefore) {
     steps_.resize(done_);
-    // A tree that is put up comes with places that no event has chosen.
+    // A newly shown tree has places that no event has chosen.
     steps_.push_back({before, notation(), treeBefore, tree_, step.word == SCRIPT_TREE});
     ++done_;
   }

@@ -11,25 +11,25 @@
 
 namespace zolt::fuzz {
 
-/// A view and somebody who does anything to it, checked after every event.
+/// A view and a user who does anything to it, checked after every event.
 ///
-/// Script steps mean what they say; of the options, which only fields have, the first switches constraints on
-/// for the next formula shown, the second begins (on) or ends a group, and all others cancel one. Answers are
-/// the first promise that is not kept, empty for none.
+/// Script steps mean what they say. Of the options, which only fields have, the first switches constraints on
+/// for the next formula shown, the second begins (on) or ends a group, and all others cancel one. Members
+/// return the first promise that is not kept, or an empty text.
 class ViewSessionC {
  public:
   ViewSessionC();
 
   std::string play(field::ScriptStepS const& step);
   std::string play(field::EventScriptT const& script);
-  /// The session's end: everything is undone and done again, and the formula as a whole is looked at.
+  /// Ends the session: everything is undone and redone, and the formula as a whole is checked.
   std::string finish();
 
   math::ved::ViewZNT4C& refView() { return view_; }
   wstring notation() const;
 
  private:
-  /// The states around one step of the history; perhaps only the tree is known.
+  /// The states around one step of the history; for some steps only the tree is known.
   struct StepS {
     wstring before;
     wstring after;
@@ -46,7 +46,7 @@ class ViewSessionC {
   void endGroup(bool keep);
   std::string checkHistory(field::ScriptStepS const& step, bool answer, wstring const& before,
                            bytestring const& treeBefore);
-  /// Looks at the tree again: its picture is compared only when it has changed.
+  /// Checks the tree again; its picture is compared only when it has changed.
   std::string checkState();
   /// One event may double the formula.
   bool isTooLarge();

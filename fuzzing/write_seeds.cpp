@@ -1,5 +1,5 @@
 // fuzz_seeds <target> <folder> [<corpora>]: writes the target's seeds into the folder. <corpora> has a folder
-// for each target, with the inputs that it has learnt: what the others have learnt becomes seeds, too.
+// for each target with the inputs that it has learnt, from which seeds for this target are made, too.
 
 #include <cstdio>
 #include <filesystem>

@@ -1,4 +1,4 @@
-# Sourced by run, test and the tools: what they share. Runs in the project's folder.
+# The project's scripts source this file for what they share. It changes to the project's folder.
 # shellcheck shell=bash
 
 say() { printf '%s\n' "$*" >&2; }
@@ -7,7 +7,7 @@ die() {
   exit 1
 }
 
-# What a purpose needs: Debian packages, or command=package where the command may also come from elsewhere.
+# What each purpose needs: Debian packages, or command=package where the command may also come from elsewhere.
 packages_for() {
   local tool='libcli11-dev libutfcpp-dev libcairo2-dev libfreetype-dev fonts-katex fonts-dejavu-core'
   case $1 in
@@ -37,7 +37,7 @@ need() {
   local purpose item missing=()
   for purpose; do
     for item in $(packages_for "$purpose"); do
-      # Without dpkg only commands can be looked for; CMake reports the libraries that it does not find.
+      # Without dpkg only commands can be checked; CMake reports missing libraries.
       case $item in *=*) ;; *) command -v dpkg-query >/dev/null 2>&1 || continue ;; esac
       is_there "$item" || missing+=("${item#*=}")
     done
@@ -55,7 +55,7 @@ install_packages() {
   say "Installing: $*"
   mkdir -p build
   if ! "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >"$log" 2>&1; then
-    # The package lists may be old, or never have been fetched.
+    # The package lists may be old or missing.
     "${apt[@]}" update </dev/null >>"$log" 2>&1 || true
     "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >>"$log" 2>&1 || {
       tail -n 15 "$log" >&2
@@ -64,7 +64,7 @@ install_packages() {
   fi
 }
 
-# build <preset> [target …]: configures when that is due and builds; silent when there is nothing to do.
+# build <preset> [target …]: configures if necessary and builds; silent when there is nothing to do.
 build() {
   local preset=$1 folder=build/$1 quiet=()
   shift

@@ -19,7 +19,7 @@ BatchC::BatchC(InputS const& input, unsigned long progressStep, StandardOutputC&
     : output_(output),
       source_(input),
       progressStep_(progressStep),
-      // Where results appear on the terminal they are the progress.
+      // Results that appear on the terminal show the progress themselves.
       showsProgress_(!source_.areArguments() && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0) {
   source_.onWait([this] { output_.flush(); });
 }
@@ -27,7 +27,7 @@ BatchC::BatchC(InputS const& input, unsigned long progressStep, StandardOutputC&
 bool BatchC::next() {
   if (!output_.isGood() || !source_.next(line_)) return false;
   if (line_.number % progressStep_ == 0) showProgress();
-  // An empty argument is a mistake, an empty line parts others.
+  // An empty argument is a mistake; an empty line only separates others.
   hasText_ = (source_.areArguments() || !isBlank(line_.bytes)) && decode();
   return true;
 }

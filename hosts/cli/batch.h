@@ -8,31 +8,31 @@
 
 namespace zolt::cli {
 
-/// The work of one subcommand on one input, text by text. A wrong text is reported and the next one follows.
-/// When many come from a file or a pipe, a line on the terminal shows the progress.
+/// The work of one subcommand on one input, text by text. It reports a wrong text and continues with the next
+/// one. When many texts come from a file or a pipe, a line on the terminal shows the progress.
 class BatchC {
  public:
   /// Reports progress after every `progressStep` lines. `output` is flushed whenever the input has to be
   /// waited for, and the batch ends when it fails.
   BatchC(InputS const& input, unsigned long progressStep, StandardOutputC& output);
 
-  /// Goes to the next line or argument. False at the end.
+  /// Moves to the next line or argument. Returns false at the end.
   bool next();
-  /// Whether there is something to work on: not in a blank line, nor in one that is not UTF-8, which has been
-  /// reported.
+  /// Whether there is something to work on. A blank line has nothing; neither has one that is not UTF-8,
+  /// which has been reported.
   bool hasText() const { return hasText_; }
   oss::wstring const& getText() const { return text_; }
-  /// From 1; blank and wrong lines count.
+  /// Counts from 1, blank and wrong lines included.
   unsigned long getNumber() const { return line_.number; }
   /// Whether another line follows.
   bool hasNext() { return source_.hasNext(); }
 
   /// Reports what is wrong with the current text.
   void report(FaultS const& fault);
-  /// Reports what else went wrong.
+  /// Reports any other failure.
   void report(std::string const& message);
 
-  /// Reports what went wrong with input and output; returns the exit status of the whole.
+  /// Reports what went wrong with input and output, and returns the exit status of the whole run.
   ExitStatusE finish();
 
  private:

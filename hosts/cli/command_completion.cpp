@@ -42,7 +42,7 @@ std::string joinWords(std::vector<std::string> const& words, char const* separat
   return joined;
 }
 
-/// The type names carry what a value can be: see `addChoice` and `addPath`.
+/// A type name says what a value can be: see `addChoice` and `addPath`.
 WordS describe(CLI::Option const& option) {
   WordS word;
   for (std::string const& name : option.get_snames()) word.names.push_back('-' + name);
@@ -124,7 +124,7 @@ complete -o filenames -F _ved ved
 
 // ---- zsh --------------------------------------------------------------------------------------------------
 
-/// For single quotes, where `_arguments` reads brackets and colons itself.
+/// Escapes a text for single quotes in which `_arguments` itself interprets brackets and colons.
 std::string escapeZsh(std::string const& text) {
   std::string out;
   for (char const c : text) {

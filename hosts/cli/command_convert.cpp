@@ -45,9 +45,9 @@ class ConverterC {
   ConverterC(SettingsS const& settings, oss::PointerTC<math::ved::GraphicsABC> graphics)
       : settings_(settings), graphics_(std::move(graphics)) {}
 
-  /// False, with `fault`, when `text` cannot be read or has no such form.
+  /// Returns false, with `fault`, when `text` cannot be read or has no such form.
   bool convert(oss::wstring const& text, std::string& out, FaultS& fault) {
-    // Tokens are shown even of what the grammar refuses: that is when somebody wants to see them.
+    // Tokens are shown even of text that the grammar refuses: that is when they are most useful.
     if (settings_.from == NOTATION_INFIX && settings_.to == TO_TOKENS) {
       out = dumpTokens(text);
       return true;

@@ -8,7 +8,7 @@ class App;
 
 namespace zolt::cli {
 
-/// `ved convert`: expressions from one notation into another, a line for a line.
+/// `ved convert`: converts expressions from one notation into another, line by line.
 void addConvertCommand(CLI::App& program, ActionT& action);
 
 }  // namespace zolt::cli

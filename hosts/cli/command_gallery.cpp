@@ -74,7 +74,7 @@ class GalleryWriterC {
   GalleryWriterC(SettingsS const& settings, oss::PointerTC<surfaces::TypesetterC> typesetter)
       : folder_(settings.folder), scale_(settings.scale), typesetter_(std::move(typesetter)) {}
 
-  /// False, with `error`, when a file could not be written.
+  /// Returns false, with `error`, when a file could not be written.
   bool write(std::string& error) {
     std::error_code cause;
     fs::create_directories(folder_, cause);

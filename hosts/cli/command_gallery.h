@@ -8,7 +8,7 @@ class App;
 
 namespace zolt::cli {
 
-/// `ved gallery`: a folder of pictures of everything that the standard operators can look like.
+/// `ved gallery`: fills a folder with pictures of everything that the standard operators can look like.
 void addGalleryCommand(CLI::App& program, ActionT& action);
 
 }  // namespace zolt::cli

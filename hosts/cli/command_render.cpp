@@ -47,7 +47,7 @@ class RendererC {
             StandardOutputC& output)
       : settings_(settings), typesetter_(std::move(typesetter)), output_(output) {}
 
-  /// False, with `error`, when the picture cannot be written.
+  /// Returns false, with `error`, when the picture cannot be written.
   bool render(FormulaC& formula, std::string const& path, std::string& error) {
     PictureC picture(typesetter_);
     picture.refOptions() = settings_.options;

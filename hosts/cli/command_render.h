@@ -8,7 +8,7 @@ class App;
 
 namespace zolt::cli {
 
-/// `ved render`: expressions as pictures.
+/// `ved render`: draws expressions as pictures.
 void addRenderCommand(CLI::App& program, ActionT& action);
 
 }  // namespace zolt::cli

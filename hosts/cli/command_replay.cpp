@@ -34,7 +34,7 @@ struct SettingsS {
   SurfaceE surface = SURFACE_TYPESET;
 };
 
-/// False, with the reason printed, when the file cannot be read or is no script.
+/// Returns false, and prints the reason, when the file cannot be read or is not a script.
 bool readScript(std::string const& path, field::EventScriptT& script) {
   LineSourceC source({{}, path});
   oss::wstring text;
@@ -66,7 +66,7 @@ bool readScript(std::string const& path, field::EventScriptT& script) {
   return false;
 }
 
-/// Null, with the reason printed, when the fonts are missing.
+/// Returns null, and prints the reason, when the fonts are missing.
 oss::PointerTC<math::ved::GraphicsABC> makeSurface(SurfaceE surface) {
   if (surface == SURFACE_RECORDING) {
     return new surfaces::RecordingGraphicsC(surfaces::RecordingGraphicsC::LOG_NOTHING);

@@ -8,7 +8,7 @@ class App;
 
 namespace zolt::cli {
 
-/// `ved replay`: event scripts played on a formula field.
+/// `ved replay`: plays event scripts on a formula field.
 void addReplayCommand(CLI::App& program, ActionT& action);
 
 }  // namespace zolt::cli

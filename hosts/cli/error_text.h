@@ -7,7 +7,7 @@
 
 namespace zolt::cli {
 
-// Every cause as a sentence about the marked place, without a full stop.
+// Describes every cause in a sentence about the marked place, without a full stop.
 
 std::string describeCause(math::ved::ErrorCauseE cause);
 std::string describeCause(math::algexpr::PrefixErrorE cause);

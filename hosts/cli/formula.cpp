@@ -44,7 +44,7 @@ PointerTC<AlgebraicExpressionC> readInfix(wstring const& text, FaultS& fault) {
     return {};
   }
   auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
-  // Text in grave accents is passed on unread, so it can turn out wrong only now, when its place is unknown.
+  // Text in grave accents is passed on unread, so an error in it shows only now, when its place is unknown.
   if (!expression) fault = {describeCause(math::ved::ERROR_CAUSE_SYNTAX), true, 0, text.size()};
   return expression;
 }

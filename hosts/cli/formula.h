@@ -19,25 +19,26 @@ namespace zolt::cli {
 enum NotationE {
   NOTATION_PLAIN,   ///< as people type formulas
   NOTATION_INFIX,   ///< the component's own infix text
-  NOTATION_PREFIX,  ///< as the algebra engine gets it
+  NOTATION_PREFIX,  ///< as the algebra engine reads it
   NOTATION_TREE     ///< the editor's tree, incomplete formulas too
 };
 
-/// One formula that was read, as an expression and as a tree, each made from the other when it is asked for.
+/// One formula that was read, as an expression and as a tree; each is made from the other on demand.
 class FormulaC {
  public:
-  /// Null, with `fault` filled, when `text` is not a formula.
+  /// Returns null, with `fault` filled, when `text` is not a formula.
   static std::unique_ptr<FormulaC> read(oss::wstring const& text, NotationE notation, FaultS& fault);
   ~FormulaC();
 
   /// The tree, normalised; the formula keeps it.
   math::ved::Node4C& refTree();
-  /// The expression as it was read; null, with `fault` filled, when a tree was read and is incomplete.
-  oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FaultS& fault);
-  /// What an editor would hand back: the expression of the tree. Null, with `fault` filled, when the tree is
+  /// The expression as it was read. Returns null, with `fault` filled, when a tree was read and is
   /// incomplete.
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FaultS& fault);
+  /// The expression of the tree, as an editor would return it. Returns null, with `fault` filled, when the
+  /// tree is incomplete.
   oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpressionOfTree(FaultS& fault);
-  /// The infix text of the tree. False, with `fault` filled, when the tree is incomplete.
+  /// Writes the tree as infix text. Returns false, with `fault` filled, when the tree is incomplete.
   bool getInfix(oss::wstring& infix, FaultS& fault);
 
  private:

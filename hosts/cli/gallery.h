@@ -13,10 +13,10 @@ struct GalleryEntryS {
   std::string text;  ///< in plain notation
 };
 
-/// The formulas of gallery.txt, which the program carries inside.
+/// The formulas of gallery.txt, which is compiled into the program.
 std::vector<GalleryEntryS> readGallery();
 
-/// The contents of gallery.txt; the build makes this function from the file.
+/// The contents of gallery.txt; the build generates this function from the file.
 std::string_view getGalleryText();
 
 }  // namespace zolt::cli

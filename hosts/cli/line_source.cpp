@@ -71,7 +71,7 @@ bool LineSourceC::nextLine(LineS& line) {
     ended = lineEnd != nullptr;
     begin_ += count + (ended ? 1 : 0);
   } while (!ended && hasNext());
-  // Half a line from a failing disk is not what somebody wrote.
+  // Half a line from a failing disk is not what the author wrote.
   if (!ended && error_ != 0) return false;
   if (!line.bytes.empty() && line.bytes.back() == '\r') line.bytes.pop_back();
   line.number = ++number_;

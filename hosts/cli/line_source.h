@@ -19,8 +19,8 @@ struct LineS {
   std::string place;         ///< for messages; empty for the arguments of a command line
 };
 
-/// The expressions of an input, one by one: arguments, or lines that are read as they come, in constant
-/// memory.
+/// The expressions of an input, one by one: either arguments or lines, which are read as they arrive, in
+/// constant memory.
 class LineSourceC {
  public:
   static constexpr std::size_t max_line_bytes = 16u << 20;
@@ -30,15 +30,15 @@ class LineSourceC {
   LineSourceC(LineSourceC const&) = delete;
   LineSourceC& operator=(LineSourceC const&) = delete;
 
-  /// Calls `action` whenever the next line has to be waited for, so that a program at the other end of two
-  /// pipes gets the answers to what it has sent.
+  /// Calls `action` whenever the next line has to be waited for, so that a program that writes to us and
+  /// reads from us gets the answers to what it has sent.
   void onWait(std::function<void()> action) { wait_ = std::move(action); }
 
-  /// The next expression. False at the end, and when the input cannot be read (see `finish`).
+  /// Reads the next expression. Returns false at the end, and when the input cannot be read (see `finish`).
   bool next(LineS& line);
   /// Whether another expression follows.
   bool hasNext();
-  /// False, with the reason printed, when the input could not be read to its end.
+  /// Returns false, and prints the reason, when the input could not be read to its end.
   bool finish() const;
 
   bool areArguments() const { return descriptor_ < 0 && error_ == 0; }

@@ -33,13 +33,13 @@ constexpr char footer[] = R"(Examples:
 Exit status: 0 all is well, 1 an expression is wrong or a file cannot be read or written, 2 wrong usage.)";
 
 std::vector<std::string> getWords(int argc, char** argv) {
-  // The parser takes words from the back.
+  // The parser takes words from the end of the list.
   std::vector<std::string> words;
   for (int i = argc - 1; i > 0; --i) words.push_back(cli::protectWord(argv[i]));
   return words;
 }
 
-/// What is wrong with the command line, and where to read how it should be.
+/// Says what is wrong with the command line, and where its correct form is described.
 std::string describe(CLI::ParseError const& error, CLI::App const& program, std::string const& firstWord) {
   auto const commands = program.get_subcommands();
   if (commands.empty() && firstWord[0] != '-')
@@ -71,7 +71,7 @@ int run(int argc, char** argv) {
   try {
     program.parse(getWords(argc, argv));
   } catch (CLI::Success const& request) {
-    // Help or the version.
+    // The request was for help or the version.
     std::ostringstream text;
     program.exit(request, text);
     cli::StandardOutputC output;

@@ -50,11 +50,12 @@ std::u16string getPicture(char32_t c) {
   return {};
 }
 
-/// What a character counts in a line that must not get too long. Combining characters count too: a text can
-/// consist of nothing else.
+/// How much a character counts in a line of limited length. Combining characters count too, because a text
+/// may consist of them alone.
 std::size_t getRoom(char32_t c) { return std::max(1u, getColumnWidth(c)); }
 
-/// Where the part of the text that is shown begins: so far before `marked` that what follows it is shown too.
+/// Finds where the shown part of the text begins: far enough before `marked` to fill a line with what follows
+/// it.
 std::size_t findBegin(std::u16string_view text, std::size_t marked) {
   std::size_t after = 0;
   for (std::size_t i = marked; i < text.size() && after < max_columns;)
@@ -65,7 +66,7 @@ std::size_t findBegin(std::u16string_view text, std::size_t marked) {
     std::size_t i = first - (first > 1 && oss::isLowSurrogate(text[first - 1]) ? 2 : 1);
     std::size_t const previous = i;
     std::size_t const width = getRoom(oss::readCodePoint(text, i));
-    // The last column is kept for the sign that something is left out.
+    // The last column is kept for the sign that marks an omission.
     if (width + (previous > 0 ? 1 : 0) > room) break;
     room -= width;
     first = previous;

@@ -7,8 +7,8 @@
 
 namespace zolt::cli {
 
-/// What is wrong with a text: the cause as a sentence without a full stop and, when it can be told, the
-/// characters from `begin` to `end` that are to blame.
+/// What is wrong with a text: the cause as a sentence without a full stop and, where known, the characters
+/// from `begin` to `end` that cause it.
 struct FaultS {
   std::string message;
   bool located = false;
@@ -16,11 +16,10 @@ struct FaultS {
   std::size_t end = 0;
 };
 
-/// Prints "ved: …" as a line on standard error.
+/// Prints "ved: …" as one line on standard error.
 void printMessage(std::string const& message);
 
-/// Prints where (empty: nothing to say) and what is wrong, below it the text and a marker under its faulty
-/// part.
+/// Prints where (may be empty) and what is wrong and, below it, the text with a marker under the faulty part.
 void printFault(std::string const& place, oss::wstring const& text, FaultS const& fault);
 
 /// An `errno` in words.

@@ -5,8 +5,7 @@
 #include "hosts/cli/command_replay.h"
 #include "hosts/cli/message.h"
 
-// Stands in for the commands that draw where the program is built without Cairo, so that they are missing
-// with a reason.
+// Replaces the commands that draw when the program is built without Cairo, so that they fail with a reason.
 
 namespace zolt::cli {
 

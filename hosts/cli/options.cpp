@@ -30,7 +30,7 @@ class HelpFormatterC final : public CLI::Formatter {
 std::shared_ptr<CLI::FormatterBase> makeHelpFormatter() { return std::make_shared<HelpFormatterC>(); }
 
 std::string getValueName(CLI::Option const& option) {
-  // What limits the values follows a colon.
+  // Limits of the value follow a colon.
   std::string const name = option.get_type_name();
   return name.substr(0, name.find(':'));
 }
@@ -49,7 +49,7 @@ CLI::Option* addPath(CLI::App& command, std::string const& name, std::string& pa
 CLI::Option* addNumber(CLI::App& command, std::string const& name, double& value, double least, double most,
                        std::string const& help) {
   auto const take = [&value, name, least, most](double given) {
-    // So that NaN is refused, too.
+    // The condition is negated so that NaN is refused, too.
     if (!(given >= least && given <= most)) {
       std::ostringstream range;
       range << "the value is not between " << least << " and " << most;

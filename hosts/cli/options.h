@@ -11,8 +11,8 @@
 
 namespace zolt::cli {
 
-/// Adds an option whose value is one of a few words. `value` is its default and gets what was chosen. The
-/// words are the option's type name, parted by "|", which the completion scripts read.
+/// Adds an option whose value is one of a few words. `value` holds the default and receives the choice. The
+/// words, separated by "|", are the option's type name, which the completion scripts read.
 template <class E>
 CLI::Option* addChoice(CLI::App& command, std::string const& name, E& value,
                        std::vector<std::pair<std::string, E>> const& choices, std::string const& help) {
@@ -43,18 +43,18 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from);
 CLI::Option* addPath(CLI::App& command, std::string const& name, std::string& path, std::string const& type,
                      std::string const& help);
 
-/// Adds an option with a number between two others.
+/// Adds an option whose value is a number between `least` and `most`.
 CLI::Option* addNumber(CLI::App& command, std::string const& name, double& value, double least, double most,
                        std::string const& help);
 
-/// Makes the help name an option's values and default, and nothing else about it.
+/// Makes the help show an option's values and its default, and leave out everything else.
 std::shared_ptr<CLI::FormatterBase> makeHelpFormatter();
 
-/// What a value of the option can be: "FILE", "DIR", words parted by "|", or a name for people.
+/// What a value of the option can be: "FILE", "DIR", words separated by "|", or a name for human readers.
 std::string getValueName(CLI::Option const& option);
 
-/// CLI11 takes a word in square brackets for a list of values, and so would a tree be. Words that have gone
-/// through here before parsing reach `addInputOptions` and `addPath` as they were.
+/// CLI11 would read a word in square brackets, and so a tree, as a list of values. Words that this function
+/// has changed before parsing reach `addInputOptions` and `addPath` in their original form.
 std::string protectWord(std::string word);
 
 }  // namespace zolt::cli

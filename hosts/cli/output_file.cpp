@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What standard output leads to may be no file, or one whose name is gone.
+/// Standard output may lead to something that is not a file, or to a file whose name has been removed.
 bool isReplaceable(fs::path const& path) {
   std::error_code ignored;
   if (!fs::exists(path, ignored)) return true;

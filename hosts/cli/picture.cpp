@@ -10,7 +10,7 @@ namespace zolt::cli {
 
 namespace {
 
-// Between the formulas of a sheet, in surface units.
+// The space between the formulas of a sheet, in surface units.
 constexpr long column_gap = 24;
 constexpr long row_gap = 18;
 

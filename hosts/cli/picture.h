@@ -10,19 +10,19 @@
 
 namespace zolt::cli {
 
-/// A picture, ready to be written: what was drawn and how large it is, in surface units.
+/// A finished picture: what was drawn, and its size in surface units.
 class PictureC {
  public:
   explicit PictureC(oss::PointerTC<surfaces::TypesetterC> const& typesetter);
 
-  /// Draws one formula, alone. The picture keeps it in prefix notation when it is complete.
+  /// Draws one formula. The picture contains its prefix notation when it is complete.
   void drawFormula(FormulaC& formula);
   /// Draws formulas in rows of the given width, spread evenly over each.
   void drawSheet(std::vector<std::unique_ptr<FormulaC>> const& formulas, long width);
 
   surfaces::PictureOptionsS& refOptions() { return options_; }
 
-  /// False, with `error`, when the picture cannot be made or written.
+  /// Returns false, with `error`, when the picture cannot be made or written.
   bool write(std::string const& path, surfaces::PictureFormatE format, std::string& error) const;
   bool toBytes(surfaces::PictureFormatE format, std::string& bytes, std::string& error) const;
 
@@ -35,7 +35,7 @@ class PictureC {
   long height_ = 0;
 };
 
-/// The format that a file's extension names, in capitals or not. False when it names none.
+/// Finds the format that a file's extension names, in either case. Returns false when it names none.
 bool findPictureFormat(std::string const& path, surfaces::PictureFormatE& format);
 
 /// Reads a colour: "black", "white", "none" (transparent), "#rgb", "#rrggbb" or "#rrggbbaa".

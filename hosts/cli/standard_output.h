@@ -4,16 +4,16 @@
 
 namespace zolt::cli {
 
-/// Standard output, buffered. Once a write has failed (a full disk, say) everything further is dropped;
-/// `finish` tells. A reader that went away ends the program silently, as pipes do.
+/// Standard output, buffered. After a failed write (a full disk, for example) all further output is dropped,
+/// and `finish` reports it. When the reader goes away, the program ends silently, as is usual for pipes.
 class StandardOutputC {
  public:
   void write(std::string_view bytes);
-  /// Hands on what is buffered, so that whoever is at the other end sees it.
+  /// Writes out the buffer, so that the reader at the other end sees it.
   void flush();
-  /// False, from the first failed write on.
+  /// Returns false from the first failed write on.
   bool isGood() const { return error_ == 0; }
-  /// Flushes. False, with the reason printed, when not everything could be written.
+  /// Flushes. Returns false, and prints the reason, when not everything could be written.
   bool finish();
 
  private:

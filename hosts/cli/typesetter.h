@@ -7,10 +7,10 @@
 
 namespace zolt::cli {
 
-/// The shared look with the fonts that are installed. Null, with `error`, when they cannot be found.
+/// The shared look with the installed fonts. Returns null, with `error`, when they cannot be found.
 oss::PointerTC<surfaces::TypesetterC> makeTypesetter(std::string& error);
 
-/// The shared look's measures without a picture.
+/// Measures as the shared look does, and draws nothing.
 class MeasuringGraphicsC final : public surfaces::TypesetGraphicsABC {
  public:
   using TypesetGraphicsABC::TypesetGraphicsABC;

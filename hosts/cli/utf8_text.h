@@ -8,8 +8,8 @@
 
 namespace zolt::cli {
 
-/// Decodes UTF-8. On other bytes false: `text` then has a U+FFFD for each wrong sequence, `badByte` is the
-/// index of the first wrong byte and `badCharacter` that of its U+FFFD in `text`.
+/// Decodes UTF-8. Returns false for other bytes: `text` then has a U+FFFD for each wrong sequence, `badByte`
+/// is the index of the first wrong byte and `badCharacter` that of its U+FFFD in `text`.
 bool fromUtf8(std::string_view bytes, oss::wstring& text, std::size_t& badByte, std::size_t& badCharacter);
 
 /// Encodes in UTF-8; a surrogate without its partner becomes U+FFFD.

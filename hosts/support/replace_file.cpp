@@ -23,22 +23,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// Short, and hardly ever that of another name.
+/// A short name that hardly ever equals that of another file.
 std::string digestOf(std::string const& name) {
   std::uint64_t digest = 0xCBF29CE484222325;  // FNV-1a
   for (char const c : name) digest = (digest ^ static_cast<unsigned char>(c)) * 0x100000001B3;
   return std::to_string(digest);
 }
 
-/// Where the bytes are until they are complete. The place is always the same, so that what is left over is
-/// found again, and hidden, because it is nobody's file.
+/// Where the bytes are until they are complete. The place is always the same, so that remains are found
+/// again; the name is hidden because the file is of no use to a person.
 fs::path draftPath(fs::path const& target) {
   constexpr std::size_t longest_name = 240;  // bytes that every file system allows, with ours around them
   std::string const name = target.filename().string();
   return target.parent_path() / ("." + (name.size() > longest_name ? digestOf(name) : name) + ".part");
 }
 
-/// What a link leads to, also when there is nothing yet.
+/// The target of a link, even if nothing exists there yet.
 fs::path followLinks(fs::path path) {
   constexpr int most_links = 40;
   std::error_code failed;
@@ -70,7 +70,7 @@ std::error_code replace(fs::path const& target, fs::path const& draft, std::stri
 
 std::error_code lastCause() { return {errno ? errno : EIO, std::generic_category()}; }
 
-/// Closes the file when it goes.
+/// Closes the file in its destructor.
 class DescriptorC {
  public:
   explicit DescriptorC(int number = -1) : number_(number) {}
@@ -95,7 +95,7 @@ bool isSameFile(struct stat const& a, struct stat const& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// A new file at `path` that is locked against other writers. False with `errno` set.
+/// Creates a file at `path` that is locked against other writers. Returns false with `errno` set.
 bool createDraft(char const* path, mode_t mode, DescriptorC& draft) {
   constexpr int attempts = 100;
   constexpr std::chrono::milliseconds pause(10);
@@ -106,22 +106,22 @@ bool createDraft(char const* path, mode_t mode, DescriptorC& draft) {
     if (!fresh) draft.reset(::open(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!draft) {
       if (errno == ENOENT) continue;
-      if (errno != ELOOP || ::unlink(path) != 0) return false;  // a link: not from us
+      if (errno != ELOOP || ::unlink(path) != 0) return false;  // a link is not ours
       continue;
     }
-    // Where there are no locks, nobody else has one.
+    // A file system without locks has no other holder either.
     if (::flock(draft.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
       std::this_thread::sleep_for(pause);
       continue;
     }
-    // Who held the lock before may have given the file its final name, and who came between may have removed
-    // it.
+    // The previous holder of the lock may have given the file its final name, or another writer may have
+    // removed it in between.
     struct stat ours = {};
     struct stat there = {};
     bool const inPlace = ::fstat(draft.number(), &ours) == 0 && ::lstat(path, &there) == 0;
     if (!inPlace || !isSameFile(ours, there)) continue;
     if (fresh) return true;
-    if (::unlink(path) != 0) return false;  // left over
+    if (::unlink(path) != 0) return false;  // remains of an interrupted replacement
   }
   errno = EWOULDBLOCK;
   return false;
@@ -138,7 +138,7 @@ bool writeAll(int file, std::string_view bytes) {
 }
 
 bool syncFile(int file) {
-  // Some file systems cannot, and say so.
+  // Some file systems cannot sync, and report that.
   return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
@@ -146,9 +146,9 @@ bool syncFile(int file) {
 bool takeOver(int draft, struct stat const& before) {
   bool const owned = ::fchown(draft, before.st_uid, before.st_gid) == 0 ||
                      ::fchown(draft, static_cast<uid_t>(-1), before.st_gid) == 0;
-  // A group that is not the one before gets only what everybody may do.
+  // When the group could not be kept, the new group gets no access of its own.
   mode_t const mode = before.st_mode & 0777u;
-  // A file system without permissions refuses, and has nothing to lose by it.
+  // A file system without permissions refuses, but loses nothing by it.
   return ::fchmod(draft, owned ? mode : mode & ~mode_t(070)) == 0 || errno == EPERM || errno == ENOTSUP;
 }
 
@@ -158,18 +158,18 @@ std::error_code replace(fs::path const& target, fs::path const& draftName, std::
   bool const exists = ::stat(target.c_str(), &before) == 0;
   if (!exists && errno != ENOENT) return lastCause();
   if (exists && !S_ISREG(before.st_mode)) return std::make_error_code(std::errc::is_a_directory);
-  // Taking its place would get around a protection against writing.
+  // Replacing a write-protected file would get around its protection.
   if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return lastCause();
   DescriptorC draft;
   if (!createDraft(draftName.c_str(), exists ? 0600 : 0666, draft)) return lastCause();
-  // It is closed only after it has its name: until then the lock keeps others away.
+  // The draft is closed only after it has its name: until then the lock keeps others away.
   if ((exists && !takeOver(draft.number(), before)) || !writeAll(draft.number(), bytes) ||
       !syncFile(draft.number()) || ::rename(draftName.c_str(), target.c_str()) != 0) {
     std::error_code const cause = lastCause();
     ::unlink(draftName.c_str());
     return cause;
   }
-  // The new name, too, is to survive a power failure.
+  // The new name, too, has to survive a power failure.
   DescriptorC const folder(::open((target.parent_path() / ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (folder) ::fsync(folder.number());
   return {};

@@ -38,7 +38,7 @@ std::string prefixWithoutBrackets(AlgebraicExpressionC const& expression) {
   return tests::toUtf8(AlgebraicExpressionC(withoutBrackets(expression.getNode()), nullptr).toPrefixString());
 }
 
-/// Through the formula on the screen and back.
+/// Converts the expression to the formula on the screen and back.
 ExpressionT shownAndRead(ExpressionT const& expression) {
   tests::standardOperators();
   std::unique_ptr<math::ved::Node4C> const tree(

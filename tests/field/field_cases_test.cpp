@@ -12,7 +12,7 @@ using namespace field;
 using namespace script;
 
 /// A line `start | script ⇒ end`, with `| refused` after it when the last step was refused; "=" is the start
-/// again. The options of what stands in view.cases are off: that is how a view behaves without a field.
+/// again. The options are off for the cases of view.cases: that is how a view behaves without a field.
 struct FieldCaseS {
   std::string where;
   std::string start;
@@ -54,7 +54,7 @@ std::vector<FieldCaseS> readAllCases() {
   return all;
 }
 
-/// Takes everything back and brings it again, one act after the other.
+/// Undoes everything and redoes it, one act after the other.
 void checkHistory(StageC& stage, std::string const& start) {
   FormulaFieldC& field = stage.refField();
   field.setEditable(true);
@@ -89,7 +89,7 @@ TEST_P(FieldCases, EndAsWritten) {
     EXPECT_EQ(stage.notation(), one.end);
     EXPECT_EQ(stage.findFault(), "");
 
-    // What was recorded, written out and read back, does the same again.
+    // The recording does the same again after it was written and read back.
     std::string const text = toUtf8(writeEventScript(recorded));
     StageC other(one.start);
     other.play(text);

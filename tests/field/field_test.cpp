@@ -193,7 +193,7 @@ oss::PointerTC<RuleC> rejectAnythingWith(std::string const& name) {
   return new RuleC([=](std::string const& prefix) { return prefix.find(name) == std::string::npos; });
 }
 
-// What is only half done is not for the constraints to judge.
+// Constraints do not judge an incomplete formula.
 TEST(FieldConstraints, JudgeWholeActs) {
   struct CaseS {
     char const *forbidden, *script, *end;

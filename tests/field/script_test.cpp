@@ -17,7 +17,7 @@ using math::algexpr::NumberDisplayFormatE;
 std::string roundTrip(std::string const& text) { return toUtf8(writeEventScript(toScript(text))); }
 
 TEST(EventScript, ReadsBackAsWritten) {
-  // One step a line; ";" and "'" stand for a line end and a quotation mark.
+  // One step a line; ";" and "'" mean a line end and a quotation mark.
   std::string script =
       "char a;char U+0;char U+2038;char ';key 280;key left;key backspace shift;type 'a b';"
       "insert '\\'\\\\\\u0007\\uD835';op sqrt;pen down 10 -5;pen down 0 0 x2;pen down 1 2 x3 shift;"
@@ -80,7 +80,7 @@ TEST(EventScript, TellsWhatItCannotRead) {
   }
 }
 
-// What came from elsewhere is in the recording itself.
+// Pasted content is in the recording itself.
 TEST(Recording, HoldsWhatWasPastedFromElsewhere) {
   StageC other("[\"⚑x\", P[\"2\"], \"‸\"]");
   oss::PointerTC<ClipboardABC> const shared(new MemoryClipboardC);
@@ -106,7 +106,7 @@ TEST(Recording, HoldsWhatWasPastedFromElsewhere) {
 
 using ActF = std::function<void(FormulaFieldC&)>;
 
-/// What a host may do, in as many ways as matter for telling it.
+/// What a host may do, in all forms that are written differently.
 std::vector<ActF> everyAct() {
   std::vector<ActF> acts;
   for (auto const* const prefix : {u"", u"3.14159", u"+(a,0.000125)"}) {
@@ -138,7 +138,7 @@ std::vector<ActF> everyAct() {
       }
     }
   }
-  // To the places of the formula in turn, and to none.
+  // The steps lead to the places of the formula in turn, and to none.
   auto const placeIn = [](FormulaFieldC const& field, unsigned int number) {
     math::ved::Node4C const* text = field.crefView().crefRoot().child(0)->child(0);
     for (unsigned int step = 0; text && step < number / 2; ++step) text = text->goRightLeaf();

@@ -157,7 +157,7 @@ TEST_F(FormulaCases, Layout) {
     TreeNotationS const tree = readTree(one.input);
     collectNames(*tree.root, names);
     RecordingGraphicsC const graphics;
-    // Nothing of the first layout is left in the second, the font depths least of all.
+    // The second layout keeps nothing of the first one, in particular no font depths.
     for (int i = 0; i < 2; ++i) {
       EXPECT_TRUE(tree.root->layout(graphics));
       EXPECT_EQ(one.expected, describeLayout(*tree.root, one.expected, graphics.getLines()));
@@ -178,7 +178,7 @@ TEST_F(FormulaCases, RenderingOnASurfaceOfOddSizes) {
   }
 }
 
-// What is laid out by itself is at depth 0, what is laid out in its place keeps its depth.
+// A node that is laid out by itself is at depth 0; one that is laid out in its place keeps its depth.
 TEST_F(FormulaCases, FontDepthsCountFromTheTopOfWhatIsLaidOut) {
   TreeNotationS const tree = readTree(R"(["x", P["y", P["z"], ""], ""])");
   RecordingGraphicsC const graphics;

@@ -25,7 +25,7 @@ class FormulaProperty : public testing::Test {
   FormulaProperty() { standardOperators(); }
 };
 
-/// Everything that holds for any normalised tree, whether it stands for an expression or not.
+/// Everything that holds for any normalised tree, whether it is an expression or not.
 void expectSoundTree(Node4C& root) {
   ASSERT_EQ(TREE_VALID, validateTree(root).invariant);
 
@@ -46,12 +46,12 @@ void expectSoundTree(Node4C& root) {
   ASSERT_NO_FATAL_FAILURE(expectClippedDrawings(root));
 }
 
-/// An expression as the tree that it is shown as says it; null when that tree does not convert.
+/// The expression of the tree that shows `expression`; null when that tree does not convert.
 ExpressionT readBack(ExpressionT const& expression) {
   return showTree(expression)->getAlgebraicExpression(nullptr);
 }
 
-/// Shown and read a second time, nothing changes any more.
+/// A second time of showing and reading changes nothing.
 void expectFixpoint(ExpressionT const& once) {
   ExpressionT const twice = readBack(once);
   ASSERT_TRUE(twice) << describe(once);

@@ -26,7 +26,7 @@ using tests::toText;
 using tests::toUtf8;
 using ExpressionP = PointerTC<AlgebraicExpressionC>;
 
-// Puts the values of the children together to the value of the whole, as whoever converts expressions does.
+// Combines the values of the children into the value of the whole, as a conversion of expressions does.
 template <class ValueT>
 class FoldC : public NodeVisitorABC {
  public:
@@ -147,7 +147,7 @@ TEST(Expressions, AreEqualDigitForDigit) {
   EXPECT_EQ(empty.toPrefixString(), u"");
 }
 
-// Parts shared at every level: 2^60 leaves to whoever goes down every way.
+// Parts are shared at every level: a walk down every path would meet 2^60 leaves.
 TEST(Expressions, MayShareParts) {
   auto const doubled = [](wstring const& leaf) {
     PointerTC<NodeABC> node = makeNamed(leaf);

@@ -38,14 +38,14 @@ TEST(Float64, ReadsTheNearestValue) {
 }
 
 TEST(Float64, DoesNotKnowTheLocale) {
-  // Those of countries that write 1.234,5, where the machine has one.
+  // Locales of countries that write 1.234,5, if the machine has one.
   for (char const* const name : {"de_DE.UTF-8", "fr_FR.UTF-8", "ru_RU.UTF-8"}) std::setlocale(LC_ALL, name);
   EXPECT_EQ(Float64UtilC::fromString(u"1234.5"), 0x9A5p-1);
   EXPECT_FALSE(Float64UtilC::isFinite(Float64UtilC::fromString(u"1234,5")));
   std::setlocale(LC_ALL, "C");
 }
 
-// The C library's reader, in its own locale, is the other opinion.
+// The results are compared with those of the C library's reader, in its own locale.
 TEST(Float64, AgreesWithTheCLibrary) {
   std::mt19937_64 random(1);
   auto const check = [](std::string const& text) {
@@ -61,7 +61,7 @@ TEST(Float64, AgreesWithTheCLibrary) {
     std::snprintf(text, sizeof text, "%.*e", static_cast<int>(random() % 20), value);
     check(text);
   }
-  // Half-way between neighbours, and the least bit beside it, in all the digits there are.
+  // Exactly half-way between neighbours, and just beside it, with all digits.
   for (int i = 0; i < 300; ++i) {
     std::uint64_t const bits = random() % 0x7FE0000000000000U;
     double value = 0;

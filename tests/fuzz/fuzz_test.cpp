@@ -1,5 +1,5 @@
 // The fuzzers' targets without a fuzzer: what they start from, what they once found, damaged copies of both,
-// and sessions of somebody who does anything.
+// and sessions of a user who does anything.
 
 #include <gtest/gtest.h>
 
@@ -57,7 +57,7 @@ INSTANTIATE_TEST_SUITE_P(Targets, Fuzz, testing::ValuesIn(targets),
 
 field::EventScriptT toScript(BytesT const& bytes) { return toEvents(bytes.data(), bytes.size()); }
 
-/// Does what a person might, with no sense at all: signs and keys, and any event in between.
+/// Plays random signs and keys, with other events in between.
 BytesT makeEvents(std::mt19937& random, unsigned count) {
   auto const pick = [&](std::size_t bound) { return static_cast<std::uint8_t>(random() % bound); };
   BytesT bytes;
@@ -111,7 +111,7 @@ TEST(Sessions, KeepThemInLongRows) {
   }
 }
 
-// A whole text that comes in at once ends as when it is typed.
+// A whole text inserted at once gives the same result as when it is typed.
 TEST(Sessions, EndAlikeWithWholeTexts) {
   std::mt19937 random(6);
   for (int round = 0; round < 1500 && !testing::Test::HasFailure(); ++round) {

@@ -1,6 +1,6 @@
 // How much memory hostile input can make the component ask for: a multiple of its size that does not grow
-// with it (docs/reliability.md states the multiples). And what large acts leave behind when there is not
-// enough; small ones are what fuzzing/fuzz_memory.cpp tries.
+// with it (docs/reliability.md states the multiples). It also checks the state after large acts that run
+// out of memory; fuzzing/fuzz_memory.cpp tries small ones.
 
 #include <gtest/gtest.h>
 
@@ -149,7 +149,7 @@ TEST(Amplification, MemoryIsInProportion) {
 
 #if defined(__cpp_exceptions) && !defined(ZOLT_BARE_CORE)
 
-/// Whether the act got through with so many allocations.
+/// Whether the act succeeded with so many allocations.
 bool isDone(std::function<void()> const& act, std::size_t allocations) {
   ScarceHeapC const heap(allocations);
   try {

@@ -30,7 +30,7 @@ constexpr unsigned long large_size = 10000;
 // Ten times as much formula may take twelve times the work, and a logarithm: sorting counts as linear,
 // squares do not.
 constexpr unsigned long most_growth = 14;
-// Work that does not grow is not looked at closely.
+// Work that does not grow is not examined closely.
 constexpr unsigned long negligible_steps = 20000;
 
 /// A formula of any size, in tree notation with the caret in its middle: of so many pieces before it and as
@@ -75,7 +75,7 @@ struct ActS {
   wstring script;
 };
 
-/// What is done most.
+/// The most frequent acts.
 std::vector<ActS> mainActs() {
   return {{u"", u"char x"},
           {u"", u"key backspace"},
@@ -114,7 +114,7 @@ EventScriptT toScript(wstring const& text) {
   return script;
 }
 
-/// Something that a host asks for.
+/// A call of a host.
 struct CallS {
   char const* name;
   void (*call)(FormulaFieldC& field);
@@ -152,7 +152,7 @@ struct CostS {
   unsigned long paint = 0;  ///< of what a host does after it
 };
 
-/// A field with a shape of some size in it, and what things cost there.
+/// A field with a shape of some size in it, which measures what acts cost there.
 class SubjectC {
  public:
   SubjectC(ShapeS const& shape, unsigned long size)
@@ -179,7 +179,7 @@ class SubjectC {
     cost.act = countSteps() - start;
     paint();
     cost.paint = countSteps() - start - cost.act;
-    // Back to the beginning, whatever was done. Forgetting steps of earlier acts is no work of the next one.
+    // The field returns to its beginning. Dropping the steps of earlier acts is no work of the next one.
     if (field_.writeNotation() != notation_) {
       field_.setExpression(nullptr);
       EXPECT_TRUE(field_.setNotation(notation_));
@@ -254,7 +254,8 @@ TEST(GrowthOfAKey, FollowsTheEdit) {
   }
 }
 
-// Ten times as many keys before it make a key twice the work at most: what was typed leaves no debris.
+// Ten times as many keys before it make a key twice the work at most: what was typed leaves nothing that
+// slows them down.
 TEST(GrowthOfAKey, DoesNotDependOnHowManyCameBefore) {
   for (wstring const keys : {u"x", u"!", u"-", u"x+", u"(x)!", u"x "}) {
     auto const costAfter = [&](unsigned long count) {

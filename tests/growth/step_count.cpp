@@ -13,7 +13,7 @@ extern "C" {
 void* __real_memmove(void* to, void const* from, std::size_t size);
 void* __real_memcpy(void* to, void const* from, std::size_t size);
 
-// Called by what the compiler put at the head of each basic block.
+// The compiler inserts a call of this function at the head of each basic block.
 void __sanitizer_cov_trace_pc() { ++steps; }
 
 void* __wrap_memmove(void* to, void const* from, std::size_t size) {

@@ -36,7 +36,7 @@ class ReplaceFile : public testing::Test {
     for (auto const& entry : fs::directory_iterator(folder)) found.insert(entry.path().filename());
     return found;
   }
-  /// Runs `act` in a process of its own and returns what waiting for it tells.
+  /// Runs `act` in a process of its own and returns that process's number.
   template <class ActT>
   static pid_t start(ActT act) {
     pid_t const child = fork();
@@ -116,7 +116,7 @@ TEST_F(ReplaceFile, LeavesTheOldFileOrTheNewOne) {
   std::string const versions[] = {std::string(3'000'000, 'a'), std::string(3'000'000, 'b')};
   fs::path const file = folder / "file";
   ASSERT_FALSE(replaceFile(file, versions[0]));
-  // A file that grows too large ends the process in the middle, or else writing it fails.
+  // A file that grows too large either ends the process midway or makes the write fail.
   auto const growTooLarge = [&](auto atLimit) {
     return statusOf(start([&] {
       rlimit const limit{100, 100};

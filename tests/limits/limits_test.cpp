@@ -65,7 +65,7 @@ wstring nestEveryOperator(unsigned long rows, wstring const& inside, unsigned lo
   return before + inside + after;
 }
 
-/// Every way that the whole formula leaves a field and comes into another one.
+/// Every way in which the whole formula leaves a field and enters another field.
 void expectCopies(LargeC& stage, wstring const& prefix) {
   LargeC other;
   wstring const notation = stage.field.writeNotation();
@@ -87,7 +87,7 @@ void expectCopies(LargeC& stage, wstring const& prefix) {
   EXPECT_TRUE(again && again->equals(*expression));
 }
 
-/// All that is done to a formula, from loading to its end; of the commands all, or some.
+/// All uses of a formula, from loading to its end, with all commands or some of them.
 void expectUsable(wstring const& prefix, bool all) {
   SCOPED_TRACE(toUtf8(prefix.substr(0, 40)) + "…, " + std::to_string(prefix.size()) + " characters");
   LargeC stage;
@@ -105,7 +105,7 @@ void expectUsable(wstring const& prefix, bool all) {
   }
   stage.expectAllUndone(prefix);
 
-  // Edits in the depth, around everything, and back; and the same once more from their recording.
+  // Edits deep inside and around everything, their undo, and the same once more from the recording.
   EventScriptT recording;
   stage.show(prefix);
   stage.field.record(&recording);
@@ -225,7 +225,7 @@ TEST(Limits, RowsDoNotNestDeeperWhateverIsTried) {
                                  u"char ^", u"char U+00B2", u"char U+221A", u"char |"}) {
       expectRefused(script);
     }
-    // What cannot be built is typed, and an edit.
+    // A formula that cannot be built is typed instead, which is an edit.
     EXPECT_TRUE(stage.play(u"type \"sqrt(x\""));
     stage.expectSound();
     EXPECT_TRUE(stage.play(u"command clear undo"));
@@ -268,7 +268,7 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
     EXPECT_NE(stage.field.writeNotation().find(u'`'), wstring::npos);
     expectCopies(stage, prefix);
 
-    // Whatever is done around it, complete or not, leaves it whole; as does taking it elsewhere.
+    // Edits around it, complete or not, keep it whole, and so does copying it.
     stage.play(u"command select-all cut type \"1+\" paste");
     EXPECT_EQ(stage.prefix(), u"+(1," + prefix + u")");
     stage.play(u"command select-all char (");
@@ -282,12 +282,12 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
   onSmallStack([&] {
     for (unsigned long first = 0; first < everyNesting().size(); first += 5) {
       wstring const prefix = nestEveryOperator(1300, u"\u22122", first);
-      // A power would bind what is typed before it otherwise than it is written.
+      // A power would bind the text before it differently from how it is written.
       expectKept(prefix[0] == u'^' ? u"abs(" + prefix + u")" : prefix);
     }
     expectKept(nest(20000, u"sqrt(", u"a", u")"));
     expectKept(nest(1300, u"f(^(x,", u"a", u"))"));
-    // Nothing is too deep for what is no tree.
+    // Depth does not matter where there is no tree.
     auto const expression = exchange::fromPlainText(nest(100000, u"(1+", u"x", u")"), nullptr);
     ASSERT_TRUE(expression);
     auto const again = exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
@@ -295,7 +295,7 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
   });
 }
 
-// At the very limit, with exponents that operators bring along and parts that stand elsewhere too.
+// At the very limit, with exponents that operators insert and with parts that are in other places.
 TEST(Limits, TheLimitHoldsForWhateverIsInside) {
   auto const expectShown = [](PointerTC<AlgebraicExpressionC> const& expression, bool converts) {
     LargeC stage;

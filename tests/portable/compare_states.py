@@ -25,7 +25,7 @@ def main(folder, here, *other):
             if differences <= 10:
                 print(f"{place.decode()}:\n  here  {expected[:200]}\n  there {found[:200]}")
     print(f"{count} lines, {differences} differ")
-    # Fewer lines than this were no corpus.
+    # A corpus has at least this many lines.
     return 1 if differences or count < 5000 else 0
 
 

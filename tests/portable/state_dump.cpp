@@ -65,7 +65,7 @@ class LoggingGraphicsC final : public TypesetGraphicsABC {
   }
 };
 
-/// Texts may hold surrogates that stand alone.
+/// Texts may hold unpaired surrogates.
 std::string toUtf8(wstring const& text) {
   std::string result;
   for (std::size_t i = 0; i < text.size();) oss::appendUtf8(result, oss::readCodePoint(text, i));
@@ -76,7 +76,7 @@ class DumperC {
  public:
   explicit DumperC(PointerTC<TypesetterC> typesetter) : textbook_(new LoggingGraphicsC(typesetter)) {}
 
-  /// As everything that `text` is: a tree, an expression in each notation, characters to type.
+  /// Reads `text` as everything that it may be: a tree, an expression in each notation, characters to type.
   void dump(std::string const& text) {
     wstring const wide = tests::fromUtf8(text);
     startOver();

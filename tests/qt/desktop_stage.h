@@ -41,7 +41,7 @@ class DialogAnswer final : public QObject {
         if (QString(each->text()).remove(u'&') != button) continue;
         for (auto const* const label : dialog->findChildren<QLabel*>()) said += label->text() + u'\n';
         ++count;
-        // Later, so that this one goes on watching while the answer leads to another dialog.
+        // The click is queued, so that this timer continues to run while the answer opens another dialog.
         QMetaObject::invokeMethod(each, "click", Qt::QueuedConnection);
         return;
       }

@@ -114,7 +114,7 @@ class DesktopTest final : public QObject {
       QVERIFY2(!readSheet(bytes, error) && !error.isEmpty(), bytes.left(100));
       QVERIFY2(error.startsWith(QStringLiteral("Line %1:").arg(line)) == (line > 0), bytes.left(100));
     }
-    // Of a truncated one only the last line end may be missing.
+    // A truncated script may only lack the last line end.
     for (qsizetype length = 0; length < sampleBytes().size() - 1; ++length) {
       QString error;
       QVERIFY2(!readSheet(sampleBytes().left(length), error), qPrintable(QString::number(length)));
@@ -167,7 +167,7 @@ class DesktopTest final : public QObject {
   void undoGoesBackToTheStartWhateverTypingCompletes() {
     for (char const* const keys : {"alpha+beta+a<=b+", "sqrt(x)", "log(2,x", "a->b!=c", "1/pi{Right}{Return}",
                                    "alpha{Ctrl+A}/{Backspace}x", "x=sqrt(y{Ctrl+A}{Del}pi+"}) {
-      // Saved nowhere, at the start, and at the end.
+      // The sheet is saved nowhere, at the start, and at the end.
       for (int const saved : {-1, 0, 1}) {
         StageS stage({SheetLine(), {LineKind::Text, QStringLiteral("note"), {}, {}}});
         SheetView& view = stage.view;
@@ -212,7 +212,7 @@ class DesktopTest final : public QObject {
   void keysLeadFromLineToLine() {
     StageS stage({formulaLine("a"), {LineKind::Heading, QStringLiteral("h"), {}, {}}, formulaLine("b")});
     QSignalSpy errors(&stage.view, &SheetView::errorOccurred);
-    // The second new line is one too many, and an empty one goes at a key.
+    // A second new line is not added, and a key removes an empty one.
     for (auto const& [keys, current, count] : {std::tuple{"{Down}", 1, 3},
                                                {"{Down}", 2, 3},
                                                {"{Up}{Tab}", 2, 3},
@@ -333,7 +333,7 @@ class DesktopTest final : public QObject {
     QVERIFY(onePage.startsWith("%PDF"));
     QCOMPARE(onePage.count("/Type /Page\n"), 1);
     for (int i = 0; i < 200; ++i) sheet << formulaLine("/(a,b)");
-    // Wider than any page, it is made to fit.
+    // A formula wider than any page is scaled down.
     QByteArray wide = "x";
     for (int i = 0; i < 300; ++i) wide = "+(" + wide + ",x)";
     sheet << formulaLine(wide.constData());

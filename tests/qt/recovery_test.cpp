@@ -1,5 +1,5 @@
-// What becomes of sheets when things go wrong: files that cannot be written, programs that are killed, and
-// what is offered at the next start.
+// The fate of sheets after failures: files that cannot be written, programs that are killed, and what is
+// offered at the next start.
 
 #include <QDir>
 #include <QFile>
@@ -41,7 +41,7 @@ QStringList entries(QString const& folder) {
 }
 
 #ifdef Q_OS_UNIX
-/// A disk that takes no more than some bytes of a file, as far as this process can tell.
+/// Simulates a disk that takes only some bytes of a file from this process.
 class FullDisk {
  public:
   FullDisk() {
@@ -136,7 +136,7 @@ class RecoveryTest final : public QObject {
     QVERIFY(answer.said.contains(QLatin1String("Line 2")));
     QCOMPARE(writeSheet(window.view().sheet()),
              "zolt-sheet 1\ntext formula +(a\nformula b\ntext what is this?\nend 3\n");
-    // Saving it must not replace what is not understood.
+    // Saving the readable part must not replace what is not understood.
     QVERIFY(window.isWindowModified() && window.path().isEmpty());
   }
 
@@ -171,7 +171,7 @@ class RecoveryTest final : public QObject {
     for (int i = 0; i < 3; ++i) add();
     QVERIFY(windows[0]->open(path));
     for (auto const& window : windows) window->view().currentFormula()->insertText(QStringLiteral("2x"));
-    // As soon as nobody has changed anything for a while.
+    // The file is written as soon as no change has been made for a while.
     QTRY_COMPARE_WITH_TIMEOUT(QDir(kept).entryList({QStringLiteral("*.recovery")}).size(), 3, 10000);
     QVERIFY(RecoveryFile::adoptAll(kept).empty());  // their program is running
     auto const giveUp = [](MainWindow& window) {

@@ -104,7 +104,7 @@ class WidgetTest final : public QObject {
       press(stage.edit, QLatin1String(keys));
       QCOMPARE(stage.edit->prefix(), QLatin1String(prefix));
       QVERIFY(changed.count() > 1);
-      // What is completed is one more step to undo.
+      // A completion is one more undo step.
       bool const completes = qstrcmp(keys, "sqrt(x") == 0;
       QCOMPARE(edited.count(), changed.count() + completes);
     }
@@ -326,7 +326,7 @@ class WidgetTest final : public QObject {
     QPoint const start = stage.edit->caretRectangle().center();
     QTest::mousePress(stage.edit, Qt::LeftButton, {}, start);
     QTest::mouseMove(stage.edit, {stage.edit->width() + 60, start.y()});
-    // The pointer rests; the formula comes to it.
+    // The pointer rests while the formula moves under it.
     QTRY_VERIFY(stage.edit->caretOffsets().caret == stage.edit->readableText().size());
     QTest::mouseRelease(stage.edit, Qt::LeftButton, {}, start);
     QCOMPARE(stage.edit->caretOffsets().anchor, 0);
@@ -349,7 +349,7 @@ class WidgetTest final : public QObject {
     stage.commit(QStringLiteral("^"));
     QTest::keyClicks(stage.edit, "2");
     QCOMPARE(stage.edit->prefix(), QStringLiteral("^(x,2)"));
-    // A dead key that met the letter behind it.
+    // A dead key that has met the next letter.
     press(stage.edit, QStringLiteral("{End}+a"));
     stage.send<QKeyEvent>(QEvent::KeyPress, Qt::Key_Dead_Circumflex, Qt::NoModifier);
     stage.commit(QStringLiteral("ê"));
@@ -372,7 +372,7 @@ class WidgetTest final : public QObject {
     QCOMPARE(png.text(QStringLiteral("zolt:expression")), QStringLiteral("/(sqrt(x),2)"));
     QVERIFY(countInk(png, Qt::white) > 50);
 
-    // Pasted, it is exactly what was copied, also when it is no expression.
+    // Pasting gives exactly what was copied, even if it is no expression.
     stage.edit->setTree(QStringLiteral("[\"a+\", /<[\"\"] ; [\"b\"]>, \"\"]"));
     QString const tree = stage.edit->tree();
     stage.edit->selectAll();
@@ -470,7 +470,7 @@ class WidgetTest final : public QObject {
     QVERIFY(countInk(light, stage.window.palette().color(QPalette::Base)) > 50);
     QVERIFY(countInk(onDark, QColor(20, 20, 24)) > 50);
     QVERIFY(qGray(onDark.pixel(onDark.width() - 20, onDark.height() / 2)) < 60);
-    // A selection is a band behind the ink, in the palette's colour.
+    // A selection is a band under the ink, in the palette's colour.
     stage.edit->setFocus();
     stage.edit->selectAll();
     QVERIFY(grab(*stage.edit) != onDark);

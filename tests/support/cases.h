@@ -21,7 +21,7 @@ std::vector<CaseS> readCases(std::string const& path);
 /// UTF-8, in which `\0`, `\t` and `\uXXXX` (four hexadecimal digits, unpaired surrogates too) stand for one
 /// character.
 oss::wstring toText(std::string const& utf8);
-/// UTF-8 as it stands: tree notation and scripts have escapes of their own.
+/// Converts UTF-8 unchanged: tree notation and scripts have escapes of their own.
 oss::wstring fromUtf8(std::string const& text);
 std::string toUtf8(oss::wstring const& text);
 

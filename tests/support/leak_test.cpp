@@ -1,4 +1,4 @@
-// Tests that all have to fail, or make the program fail, for what they leave behind.
+// These tests all have to fail, or make the program fail, because of the objects that they leave.
 
 #include <gtest/gtest.h>
 

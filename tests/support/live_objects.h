@@ -4,8 +4,8 @@
 
 namespace zolt::tests {
 
-/// What there is of objects that a finished test has no more use for. Of the operators only those count that
-/// the process's table does not hold, once it was emptied.
+/// Counts of the objects that should not outlive a test. Of the operators only those count that the process's
+/// table does not hold, once it was emptied.
 struct LiveObjectsS {
   long shared = 0;  ///< that are counted by their holders, operators left out
   long nodes = 0;
@@ -16,7 +16,7 @@ struct LiveObjectsS {
   std::string findDifference(LiveObjectsS const& before) const;
 };
 
-/// Empties the process's operator table. How many operators there are still.
+/// Empties the process's operator table and returns how many operators still exist.
 long emptyOperatorTable();
 
 }  // namespace zolt::tests

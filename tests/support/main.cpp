@@ -1,4 +1,4 @@
-// The main program of all GoogleTest programs: a test that leaves objects behind fails.
+// The main program of all GoogleTest programs: a test that leaves objects alive fails.
 
 #include <gtest/gtest.h>
 

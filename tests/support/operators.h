@@ -10,8 +10,8 @@ namespace zolt::tests {
 /// The process's operator table, filled with the standard operators on first use.
 math::ved::OperatorListC& standardOperators();
 
-/// What stands before and behind an expression that becomes an argument with a row of its own: of each
-/// construct and of the power, each argument once.
+/// The text before and after an expression that becomes an argument with a row of its own: of each construct
+/// and of the power, each argument once.
 std::vector<std::pair<oss::wstring, oss::wstring>> everyNesting();
 
 }  // namespace zolt::tests

@@ -53,7 +53,7 @@ std::string StageC::findFault() {
   if (fault.invariant == TREE_VALID) fault = validateSelection(crefRoot(), refView().getSelection());
   if (fault.invariant != TREE_VALID) return toUtf8(describeInvariant(fault.invariant));
 
-  // What was done since the last time comes to the same as doing everything at once.
+  // The incremental work since the last check must have the same result as doing everything at once.
   refView().getExpressionSize();
   TreeT const fresh(crefRoot().clone());
   fresh->checkTree();

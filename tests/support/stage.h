@@ -27,11 +27,11 @@ class StageC {
 
   /// Switches off what a field adds to a view: typed names and signs, leaving constructs, implied products.
   void turnOptionsOff();
-  /// Shows an expression in prefix text. A field shows nothing for a text that does not read.
+  /// Shows an expression in prefix text. A field shows nothing for a text that cannot be read.
   void show(std::string const& prefix, oss::PointerTC<math::algexpr::ConstraintsBC> constraints = nullptr);
 
-  /// Plays a script and paints after each step, as a host does. A script that does not read fails the running
-  /// test. The last step's answer.
+  /// Plays a script and paints after each step, as a host does. A script that cannot be read fails the
+  /// running test. Returns the last step's answer.
   bool play(std::string const& script);
   bool play(field::EventScriptT const& script);
   std::string notation() const { return toUtf8(field_.writeNotation()); }

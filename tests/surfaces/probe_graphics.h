@@ -50,7 +50,7 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
   mutable std::vector<PathC> strokes;
   mutable std::vector<RuleS> rules;
   mutable std::vector<InkE> inks;
-  mutable std::vector<double> glyphs;  ///< where they stand
+  mutable std::vector<double> glyphs;  ///< their positions
   mutable double inkEnd = 0;           ///< of the last glyph
 
   void clear() const {

@@ -102,7 +102,7 @@ TEST_F(TypesetText, GivesSignsTheirSpace) {
   EXPECT_GT(gap(u"-b", 0), 0);
   EXPECT_LT(gap(u"-b", 0), 222);
   for (oss::wstring const text : {u"-b", u"+b", u"=b", u"\u2219b", u":=b"}) {
-    // Behind an item there is the row's gap, too.
+    // After an item there is the row's gap, too.
     PlacedGlyphS const sign = place(text, 0, math::ved::TEXT_FOLLOWS_ITEM)[text.size() - 2];
     PlacedGlyphS const first = place(text, 0, math::ved::TEXT_FOLLOWS_ITEM)[0];
     double const left = first.x + double(getFontSize(0).metrics[0]);

@@ -9,7 +9,7 @@ namespace {
 
 using namespace math::ved;
 
-/// The nearest text and boundary, found by looking at everything.
+/// The nearest text and boundary, found by an exhaustive search.
 class NearestPlaceC {
  public:
   NearestPlaceC(StageC& stage, long x, long y) : x_(x), y_(y) {

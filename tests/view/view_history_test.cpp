@@ -11,7 +11,7 @@ namespace {
 
 using namespace math::ved;
 
-/// A history fed from outside about what a view does.
+/// A history that the test itself informs of what a view does.
 class Observed : public testing::Test {
  protected:
   Observed() { stage.turnOptionsOff(); }

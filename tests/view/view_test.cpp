@@ -105,7 +105,7 @@ class Repaints : public testing::Test {
   }
 };
 
-// Whatever was under way when an expression comes, who looks at the view as soon as it asks sees the new one.
+// A host that queries the view inside the repaint request sees the new expression, whatever was under way.
 TEST_F(Repaints, AreAskedForWhenTheNewExpressionStands) {
   int looks = 0;
   for (bool const grouped : {false, true}) {

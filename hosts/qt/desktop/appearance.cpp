@@ -49,9 +49,9 @@ QPalette makePalette(bool dark) {
 void applyAppearance(Appearance appearance) {
   static QString const system_style = QApplication::style()->name();
   bool const own = appearance != Appearance::System;
-  // The only style that follows every palette.
+  // Fusion is the only style that follows every palette.
   QApplication::setStyle(own ? QStringLiteral("fusion") : system_style);
-  // A default one is the system's.
+  // A default palette is the system's.
   QApplication::setPalette(own ? makePalette(appearance == Appearance::Dark) : QPalette());
 }
 

@@ -7,10 +7,10 @@ namespace zolt::desktop {
 /// The colours of the program.
 enum class Appearance { System, Light, Dark };
 
-/// Makes them the application's. The system's own are those it started with.
+/// Applies the colours to the application. The system's own colours are those that it started with.
 void applyAppearance(Appearance appearance);
 
-/// For settings and the command line: "system", "light", "dark".
+/// The names for settings and the command line: "system", "light", "dark".
 QString appearanceName(Appearance appearance);
 Appearance appearanceOf(QString const& name);
 

@@ -4,7 +4,7 @@ namespace zolt::desktop {
 
 namespace {
 
-// A tool tip is no place for a whole page.
+// A tool tip has no room for a whole page.
 constexpr qsizetype most_tip = 1000;
 
 }  // namespace
@@ -30,7 +30,7 @@ void ElidedLabel::resizeEvent(QResizeEvent* event) {
 }
 
 void ElidedLabel::elide() {
-  // No more than can be seen is measured.
+  // Only as much text is measured as can be seen.
   QString const start = full_.left(width());
   setText(
       fontMetrics().elidedText(start.size() < full_.size() ? start + u'…' : start, Qt::ElideRight, width()));

@@ -4,7 +4,7 @@
 
 namespace zolt::desktop {
 
-/// A label that shows the beginning of a text that is too long, and all of it as a tool tip.
+/// A label that shows the beginning of a text that is too long, and the whole text as a tool tip.
 class ElidedLabel final : public QLabel {
   Q_OBJECT
 

@@ -18,7 +18,7 @@ namespace zolt::desktop {
 
 namespace {
 
-// In pixels of 1/96 inch, which everything is laid out in.
+// Everything is laid out in pixels of 1/96 inch.
 constexpr qreal pixels_per_inch = 96;
 constexpr qreal formula_zoom = 1.4;
 constexpr qreal formula_indent = 28;
@@ -27,14 +27,14 @@ constexpr qreal picture_margin = 24;
 constexpr qreal least_text_width = 480;
 constexpr qreal block_gap = 14;
 
-// Of pictures of single formulas.
+// For pictures of single formulas.
 constexpr qreal single_zoom = 3;
 constexpr qreal single_margin = 2;
 
 constexpr qreal picture_scale = 2;  // device pixels to a pixel of PNG pictures
 constexpr qreal most_pixels = 100e6;
 
-/// One line of the sheet, laid out for a width.
+/// One line of the sheet, laid out for a given width.
 struct BlockS {
   std::unique_ptr<qt::FormulaPicture> formula;  // null: a text
   QString text;
@@ -54,7 +54,7 @@ std::unique_ptr<qt::FormulaPicture> makePicture(SheetLine const& line,
   return shown ? std::move(picture) : nullptr;
 }
 
-/// The sheet as blocks one below the other.
+/// The sheet as blocks, one below the other.
 class PageFlow {
  public:
   PageFlow(Sheet const& sheet, std::shared_ptr<qt::FormulaFonts> const& fonts, QFont const& font,
@@ -95,7 +95,7 @@ class PageFlow {
       block.width = width;
       if (block.formula) {
         QSizeF const size = block.formula->size();
-        // What is too large for the paper is made to fit.
+        // A formula that is too large for the paper is scaled down.
         block.zoom = std::min(
             {formula_zoom, (width - formula_indent - number_width) / size.width(), most / size.height()});
         block.height = size.height() * block.zoom;

@@ -17,22 +17,22 @@ namespace zolt::desktop {
 
 enum class PictureFormat { Png, Svg, Pdf };
 
-/// The format that a file's name asks for by its ending; PNG when it asks for none.
+/// The format that the extension of a file name asks for, or PNG when it asks for none.
 PictureFormat pictureFormatOf(QString const& path);
 
-/// Makes pictures and pages of a sheet, always dark on white. Empty formulas are left out.
+/// Makes pictures and pages of a sheet, always dark on white. Empty formulas are omitted.
 class Exporter final {
  public:
   /// `fonts` must not be null; `textFont` sets the texts between the formulas.
   Exporter(std::shared_ptr<qt::FormulaFonts> fonts, QFont textFont, bool decimalComma);
 
-  /// The whole sheet as the contents of a file; a PDF has pages of the usual paper size. Empty when it would
-  /// be larger than pictures may be.
+  /// The whole sheet as the contents of a file; a PDF has pages of the usual paper size. The result is empty
+  /// when it would be larger than pictures may be.
   QByteArray exportSheet(Sheet const& sheet, PictureFormat format, QString const& title) const;
-  /// One formula, as large as it is.
+  /// One formula in its natural size.
   QByteArray exportFormula(SheetLine const& line, PictureFormat format) const;
-  /// On a printer or a PDF; `resolution` is the device's, in dots to the inch. False when it cannot be
-  /// painted on.
+  /// Paints on a printer or into a PDF; `resolution` is the device's, in dots per inch. Returns false when
+  /// the device cannot be painted on.
   bool print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const;
 
  private:

@@ -19,7 +19,7 @@ namespace {
 
 QString tr(char const* text) { return HelpDialog::tr(text); }
 
-/// Chords as the platform writes them.
+/// Key chords as the platform writes them.
 QString nativeKeys(QString const& keys) {
   QStringList chords;
   for (QString const& chord : keys.split(QStringLiteral(", "), Qt::SkipEmptyParts)) {
@@ -131,7 +131,7 @@ HelpDialog::HelpDialog(std::vector<field::PaletteGroupS> const& palette, QList<Q
   page->setFrameShape(QFrame::NoFrame);
   page->setHtml(makeHelp(palette, actions));
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
-  // Enter searches on.
+  // Enter continues the search.
   buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
   auto const find = [page, search] {
     if (search->text().isEmpty() || page->find(search->text())) return;

@@ -50,7 +50,7 @@ constexpr DrawingS drawings[] = {
      "M12 21a9 9 0 1 0 0-18 9 9 0 0 0 0 18z M9.3 9.5a2.7 2.7 0 1 1 4 2.4c-.9.5-1.3 1-1.3 2 M12 16.8v.4"},
 };
 
-/// Paints in one colour, which is the text colour of the application as it is when the icon is painted.
+/// Paints in one colour: the application's text colour at the time of painting.
 class InkIconEngine : public QIconEngine {
  public:
   void paint(QPainter* painter, QRect const& box, QIcon::Mode mode, QIcon::State) final {
@@ -104,7 +104,7 @@ class FormulaIconEngine final : public InkIconEngine {
     qt::FormulaPicture picture(fonts_);
     if (!picture.setTree(qt::toWstring(tree_))) return;
     QSizeF const size = picture.size();
-    // As large as on the sheet when it fits.
+    // The formula is as large as on the sheet if it fits.
     qreal const fitting = std::min(box.width() / size.width(), box.height() / size.height());
     qreal const zoom = std::min(fitting, largest_share * box.height());
     QPointF const corner = box.center() - QPointF(size.width(), size.height()) * zoom / 2;
@@ -112,7 +112,7 @@ class FormulaIconEngine final : public InkIconEngine {
   }
 
  private:
-  static constexpr qreal largest_share = 1.25 / 34;  // zoom to a pixel of the icon's height
+  static constexpr qreal largest_share = 1.25 / 34;  // zoom per pixel of the icon's height
 
   QString tree_;
   std::shared_ptr<qt::FormulaFonts> fonts_;

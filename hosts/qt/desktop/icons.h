@@ -10,12 +10,12 @@ class FormulaFonts;
 
 namespace zolt::desktop {
 
-// Icons that are drawn in the colours of whatever they stand on, light or dark, sharp at any size.
+// Icons that are drawn in the colours of their background, light or dark, and are sharp at any size.
 
-/// The icon of a command of the program, such as "open"; null for a name without one.
+/// The icon of a command of the program, such as "open". It is null for a name without an icon.
 QIcon commandIcon(QString const& name);
 
-/// A formula, given in tree notation, as an icon. `fonts` must not be null.
+/// The icon of a formula given in tree notation. `fonts` must not be null.
 QIcon formulaIcon(QString const& tree, std::shared_ptr<qt::FormulaFonts> fonts);
 
 /// The program's own icon.

@@ -31,7 +31,7 @@ bool hasArgument(int argc, char** argv, char const* start) {
   return false;
 }
 
-/// Qt ends the program without a word of use when there is no display.
+/// Without a display, Qt ends the program without an explanation.
 bool findPlatform(int argc, char** argv) {
 #if defined(Q_OS_UNIX) && !defined(Q_OS_MACOS)
   bool const chosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || hasArgument(argc, argv, "-platform");
@@ -72,7 +72,7 @@ QString recoveryFolder() {
   return QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) + QStringLiteral("/recovery");
 }
 
-/// The program's windows: one, and one more for each further sheet that is recovered. They go last.
+/// The program's windows: one, and one more for each further recovered sheet. They are destroyed last.
 class Windows {
  public:
   Windows(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings, QString recoveryFolder)
@@ -141,7 +141,7 @@ int main(int argc, char** argv) {
 
   QSettings settings;
   bool const firstTime = settings.allKeys().isEmpty();
-  // A screenshot is the same whoever takes it.
+  // A screenshot uses neither settings nor unsaved sheets, so it is the same for every user.
   Windows windows(fonts, pictured ? nullptr : &settings, pictured ? QString() : recoveryFolder());
   desktop::MainWindow& window = windows.add();
   desktop::RecoveryAtExit const recoveryAtExit;

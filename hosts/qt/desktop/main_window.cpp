@@ -75,7 +75,7 @@ MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* setti
 }
 
 MainWindow::~MainWindow() {
-  // What the view tells while it goes would find a half-destroyed window.
+  // The view emits signals while it is destroyed, when this window is half destroyed.
   view_->disconnect(this);
   view_->history().disconnect(this);
 }
@@ -95,14 +95,14 @@ void MainWindow::connectView() {
     statusTimer_.start();
   });
   connect(view_, &SheetView::errorOccurred, this, [this](QString const& text) {
-    // The selection of the faulty part is no reason to take the message away.
+    // The message stays although the faulty part is selected.
     statusTimer_.stop();
     showState(text, error_colour);
   });
   connect(view_, &SheetView::zoomRequested, this,
           [this](int steps) { setZoom(view_->zoom() * std::pow(zoom_step, steps)); });
   connect(palette_, &PaletteDock::picked, this, &MainWindow::pick);
-  // Asked for when it changes only: the answer may come from another program.
+  // The clipboard is examined only when it changes: the answer may come from another program.
   auto const lookAtClipboard = [this] {
     mayPaste_ = qt::FormulaMimeData::canRead(QGuiApplication::clipboard()->mimeData());
     updateActions();
@@ -216,7 +216,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::setZoom(qreal zoom) {
-  // Steps up and down end where they began.
+  // An equal number of steps up and down ends at the original size.
   view_->setZoom(std::isfinite(zoom) && std::abs(zoom - 1) > 0.02 ? zoom : 1);
   if (zoomLabel_) zoomLabel_->setText(tr("%1 %").arg(qRound(view_->zoom() * 100)));
 }

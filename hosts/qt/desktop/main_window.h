@@ -36,8 +36,8 @@ class MainWindow final : public QMainWindow {
   Q_OBJECT
 
  public:
-  /// `fonts` must not be null. With `settings` (may be null, kept by the caller) the window is as it was
-  /// left. What is unsaved is kept in `recoveryFolder`, unless that is empty.
+  /// `fonts` must not be null. With `settings` (may be null; the caller owns them) the window opens as it was
+  /// left. Unsaved changes are kept in `recoveryFolder`, unless that is empty.
   MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* settings,
              QString const& recoveryFolder = {});
   ~MainWindow() override;
@@ -46,16 +46,16 @@ class MainWindow final : public QMainWindow {
   QString path() const { return path_; }
   QAction* action(QString const& name) const { return actions_.value(name); }
 
-  /// Shows the file; of a damaged one, after asking, what is readable. On failure says why and changes
-  /// nothing.
+  /// Shows the file or, after a question, the readable part of a damaged one. On failure it reports the
+  /// reason and changes nothing.
   bool open(QString const& path);
   void openSample();
-  /// Shows what was unsaved, as it was: not saved, and with its file. `file` (may be null) goes on being
-  /// where it is kept.
+  /// Shows a recovered sheet as it was: unsaved, and with its file name. `file` (may be null) continues to be
+  /// its recovery file.
   void showRecovered(RecoveredSheet const& recovered, std::unique_ptr<RecoveryFile> file);
-  /// Whether nothing is lost when another sheet is shown.
+  /// Whether showing another sheet would lose nothing.
   bool isUntouched() const;
-  /// Tells something that goes on being so, at the top of the window.
+  /// Shows a notice at the top of the window about a condition that lasts.
   void tell(QString const& text);
   void setAppearance(Appearance appearance);
 
@@ -100,16 +100,16 @@ class MainWindow final : public QMainWindow {
   void showAbout();
 
   // main_window_files.cpp
-  /// Asks what to do with unsaved changes; false: stay.
+  /// Asks what to do with unsaved changes. Returns false when the sheet is to stay.
   bool mayLeave();
   void newSheet();
-  /// Where files are looked for first.
+  /// The folder that file dialogs open first.
   QString folder() const;
   void openAsked();
   bool showSheet(Sheet const& sheet, QString const& path);
   bool openDamaged(QString const& path, Sheet const& readable, QString const& why);
   bool saveTo(QString const& path);
-  /// Asks when somebody else has changed the file meanwhile; false: do not replace it.
+  /// Asks when the file has been changed by others meanwhile. Returns false when it must not be replaced.
   bool mayReplace(QString const& path);
   void setPath(QString const& path);
   QStringList recentFiles() const;
@@ -118,7 +118,7 @@ class MainWindow final : public QMainWindow {
   void exportSheet();
   void exportFormula();
   QString askExportPath(QString const& title);
-  /// No bytes: the picture would be too large.
+  /// Empty `bytes` mean that the picture would be too large.
   void writePicture(QString const& path, QByteArray const& bytes);
   void printAsked();
   void record(bool on);
@@ -131,7 +131,7 @@ class MainWindow final : public QMainWindow {
   PaletteDock* palette_;
   Recorder* recorder_;
   NoticeBar* notices_;
-  RecoveryWriter* recovery_ = nullptr;  // null: nothing is kept
+  RecoveryWriter* recovery_ = nullptr;  // null: nothing is kept for recovery
   QHash<QString, QAction*> actions_;
   QMenu* recentMenu_ = nullptr;
   QLabel* stateDot_ = nullptr;
@@ -140,7 +140,7 @@ class MainWindow final : public QMainWindow {
   QToolButton* zoomLabel_ = nullptr;
   QTimer statusTimer_;
   QString path_;
-  QDateTime savedAt_;  // of the file as this window knows it; invalid: it does not know
+  QDateTime savedAt_;  // modification time of the file when last read or written here; invalid: unknown
   Appearance appearance_ = Appearance::System;
   bool decimalComma_ = false;
   bool mayPaste_ = false;

@@ -30,7 +30,7 @@ constexpr int message_time = 4000;   // ms
 constexpr int progress_delay = 500;  // ms
 constexpr qsizetype lines_per_progress = 64;
 
-/// Shows that the program is at work, as long as it exists.
+/// Shows, during its lifetime, that the program is busy.
 class WaitCursor {
  public:
   WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
@@ -202,7 +202,7 @@ QString MainWindow::askPathToWrite(QString const& title, QString const& filter, 
   dialog.setAcceptMode(QFileDialog::AcceptSave);
   dialog.setDefaultSuffix(suffix);
   dialog.selectFile(name);
-  // The ending follows the kind that is chosen.
+  // The extension follows the chosen file type.
   connect(&dialog, &QFileDialog::filterSelected, &dialog, [&dialog](QString const& chosen) {
     dialog.setDefaultSuffix(chosen.section(QStringLiteral("*."), 1).section(u')', 0, 0));
   });

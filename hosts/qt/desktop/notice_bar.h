@@ -6,8 +6,8 @@ class QLabel;
 
 namespace zolt::desktop {
 
-/// A strip that tells something of importance for longer than a message in the status line, until it is
-/// closed. Hidden while there is nothing to tell.
+/// A strip that shows important information for longer than a message in the status line, until it is closed.
+/// It is hidden while there is nothing to show.
 class NoticeBar final : public QFrame {
   Q_OBJECT
 
@@ -15,7 +15,7 @@ class NoticeBar final : public QFrame {
   explicit NoticeBar(QWidget* parent = nullptr);
 
   QString text() const;
-  /// Adds a line to what is shown.
+  /// Adds a line to the text.
   void tell(QString const& text);
 
  private:

@@ -91,7 +91,7 @@ QToolButton* PaletteDock::makeButton(field::PaletteEntryS const& entry) {
   button->setIconSize(icon_size);
   button->setFixedSize(button_size);
   button->setAutoRaise(true);
-  // The formula keeps the keyboard.
+  // The keyboard focus remains in the formula.
   button->setFocusPolicy(Qt::NoFocus);
   button->setText(toQString(entry.label));
   button->setToolTip(toQString(entry.toolTip).toHtmlEscaped());

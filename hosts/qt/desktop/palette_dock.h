@@ -17,7 +17,8 @@ class FormulaFonts;
 
 namespace zolt::desktop {
 
-/// What can be put into a formula, as pictures in groups. A button's tool tip says what to type instead.
+/// Everything that can be put into a formula, as pictures in groups. A button's tool tip says what to type
+/// instead.
 class PaletteDock final : public QDockWidget {
   Q_OBJECT
 
@@ -27,11 +28,11 @@ class PaletteDock final : public QDockWidget {
   ~PaletteDock() override;
 
   std::vector<field::PaletteGroupS> const& groups() const { return groups_; }
-  /// Off while there is no formula to insert into.
+  /// Disables the palette while there is no formula to insert into.
   void setInsertable(bool insertable);
 
  public slots:
-  /// Puts the keyboard into the search field.
+  /// Moves the keyboard focus to the search field.
   void search();
 
  signals:

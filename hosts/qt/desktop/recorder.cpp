@@ -54,7 +54,7 @@ void Recorder::follow(qt::FormulaEdit* formula) {
   if (formula_) formula_->record(nullptr);
   formula_ = formula;
   if (!isRecording() || !formula) return;
-  // A script plays on one formula, from here on on this one, which tells what it has on.
+  // A script plays on one formula. From here on it is this one, whose recording switches its own options on.
   field::ScriptStepS plain;
   plain.word = field::SCRIPT_SET;
   plain.text = u"decimal-comma";

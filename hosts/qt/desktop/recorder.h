@@ -15,8 +15,8 @@ class FormulaEdit;
 
 namespace zolt::desktop {
 
-/// Writes what a person does to formulas into an event script, for a report of what went wrong. The file is
-/// written as things happen, so that it is there after a crash.
+/// Writes a person's input to formulas into an event script, for a report of a fault. The file is written as
+/// things happen, so that it is there after a crash.
 class Recorder final : public QObject {
   Q_OBJECT
 
@@ -25,11 +25,11 @@ class Recorder final : public QObject {
   ~Recorder() override;
 
   bool isRecording() const { return bool(file_); }
-  /// False, with `error`, when the file cannot be written.
+  /// Returns false, with `error`, when the file cannot be written.
   bool start(QString const& path, QString& error);
-  /// False, with `error`, when not all could be written.
+  /// Returns false, with `error`, when not everything could be written.
   bool stop(QString& error);
-  /// The formula that has the keyboard from now on; null: none.
+  /// Sets the formula that has the keyboard from now on; null: none.
   void follow(qt::FormulaEdit* formula);
 
  private:

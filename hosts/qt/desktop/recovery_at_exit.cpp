@@ -23,7 +23,7 @@ namespace {
 constexpr int ending_signals[] = {SIGTERM, SIGHUP, SIGINT};
 constexpr int signalled_exit = 128;
 
-/// Where a signal handler, which may do next to nothing, tells the event loop.
+/// What a signal handler, which may do very little, uses to notify the event loop.
 int wakeEnd = -1;
 
 void wake(int number) {
@@ -71,18 +71,18 @@ RecoveryAtExit::RecoveryAtExit() {
     action.sa_flags = SA_RESTART;
     for (int const number : ending_signals) {
       struct sigaction before {};
-      // Whoever started the program may have had it outlive the terminal.
+      // A signal that the parent process had ignored (as nohup does) stays ignored.
       if (::sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
       ::sigaction(number, &action, nullptr);
     }
     signals_ = std::move(made);
   }
 #endif
-  // The session's end does not ask: what is unsaved is offered in the next one.
+  // The end of the session asks no questions: unsaved sheets are offered in the next one.
   connect(
       qApp, &QGuiApplication::commitDataRequest, this, [] { RecoveryWriter::writeAllNow(); },
       Qt::DirectConnection);
-  // Without its display the toolkit calls `exit`, with every object still there.
+  // When the display is lost, the toolkit calls `exit` while all objects still exist.
   std::atexit(RecoveryWriter::writeAllNow);
 }
 

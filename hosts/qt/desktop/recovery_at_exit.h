@@ -5,11 +5,11 @@
 
 namespace zolt::desktop {
 
-/// Has all unsaved sheets kept (`RecoveryWriter::writeAllNow`) when the program is made to end: by a signal
-/// to terminate, at the end of the session, and when the display goes away, upon which the toolkit ends the
-/// program. A full disk and a reader who has gone away become errors instead of the program's end.
+/// Writes all unsaved sheets (`RecoveryWriter::writeAllNow`) when the program is made to end: by a signal to
+/// terminate, at the end of the session, or because the display goes away, after which the toolkit ends the
+/// program. A full disk and a vanished reader become errors and do not end the program.
 ///
-/// Lives as long as the event loop, at most once in a program.
+/// It lives as long as the event loop; a program has at most one.
 class RecoveryAtExit final : public QObject {
   Q_OBJECT
 

@@ -31,7 +31,7 @@ QString timeText(QDateTime const& utc) {
 
 struct RecoveryDialog::EntryS {
   std::unique_ptr<RecoveryFile> file;
-  std::optional<RecoveredSheet> sheet;  // nothing: not even a part is readable
+  std::optional<RecoveredSheet> sheet;  // no value: not even a part is readable
   bool damaged = false;
 };
 
@@ -131,8 +131,8 @@ QList<int> RecoveryDialog::chosenRows() const {
 }
 
 void RecoveryDialog::recoverChosen() {
-  // A large sheet lets events in while it opens; another choice would then meet half-taken entries, and a
-  // window that has a sheet already.
+  // Opening a large sheet processes events; another choice would then meet entries that are half removed, and
+  // a window that already has a sheet.
   setEnabled(false);
   int done = 0;
   for (int const row : chosenRows()) {
@@ -163,7 +163,7 @@ void RecoveryDialog::discardChosen() {
 
 void RecoveryDialog::removeRow(int row) {
   {
-    // Between the two the rows are not the entries'.
+    // Between the two statements the rows do not match the entries.
     QSignalBlocker const silence(list_);
     entries_.erase(entries_.begin() + row);
     delete list_->takeItem(row);

@@ -12,16 +12,16 @@ class QPushButton;
 
 namespace zolt::desktop {
 
-/// Offers the sheets that were unsaved when the program ended. What is neither recovered nor discarded stays
-/// where it is, and is offered again at the next start.
+/// Offers the sheets that were unsaved when the program ended. Those that are neither recovered nor discarded
+/// stay where they are and are offered again at the next start.
 class RecoveryDialog final : public QDialog {
   Q_OBJECT
 
  public:
-  /// Takes a sheet that is to be opened, and its file unless that is damaged: then it is null.
+  /// Takes a sheet that is to be opened, and its recovery file, which is null when that is damaged.
   using Recover = std::function<void(RecoveredSheet const&, std::unique_ptr<RecoveryFile>)>;
 
-  /// Offers what programs that are no more have left in the folder, if anything.
+  /// Offers what programs that have ended left in the folder, if anything.
   static void offer(QString const& folder, Recover const& recover, QWidget* parent);
 
   RecoveryDialog(std::vector<std::unique_ptr<RecoveryFile>> files, Recover recover, QWidget* parent);
@@ -38,7 +38,7 @@ class RecoveryDialog final : public QDialog {
   void removeRow(int row);
 
   Recover recover_;
-  std::vector<std::unique_ptr<EntryS>> entries_;  // a row of the list each
+  std::vector<std::unique_ptr<EntryS>> entries_;  // one for each row of the list
   QListWidget* list_;
   QPushButton* recoverButton_;
   QPushButton* discardButton_;

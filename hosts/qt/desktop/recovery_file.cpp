@@ -20,7 +20,7 @@ constexpr qsizetype longest_head = 1 << 16;
 
 QString tr(char const* text) { return QCoreApplication::translate("zolt::desktop::RecoveryFile", text); }
 
-/// Takes the line that starts with `word` and a blank off the front of `bytes`.
+/// Removes the line that starts with `word` and a blank from the front of `bytes`, and returns its rest.
 std::optional<QByteArray> takeLine(QByteArray& bytes, QByteArray const& word) {
   qsizetype const end = bytes.indexOf('\n');
   if (end < 0 || !bytes.startsWith(word + ' ')) return std::nullopt;
@@ -29,7 +29,7 @@ std::optional<QByteArray> takeLine(QByteArray& bytes, QByteArray const& word) {
   return rest;
 }
 
-/// Takes the head off the front of a recovery file.
+/// Removes the head from the front of a recovery file.
 bool takeHead(QByteArray& bytes, RecoveredSheet& recovered) {
   QByteArray const start = QByteArray(magic) + '\n';
   if (!bytes.startsWith(start)) return false;
@@ -44,14 +44,14 @@ bool takeHead(QByteArray& bytes, RecoveredSheet& recovered) {
 
 QByteArray readAll(QString const& name) {
   QFile file(name);
-  // A recovery file is a sheet with a head; whatever is longer is neither.
+  // A recovery file is a sheet with a head; anything longer is no recovery file.
   return file.open(QIODevice::ReadOnly) ? file.read(max_sheet_bytes + longest_head) : QByteArray();
 }
 
 }  // namespace
 
 RecoveryFile::RecoveryFile(QString name) : name_(std::move(name)), lock_(name_ + lock_suffix) {
-  // A program that stands still for a while is still there.
+  // A program that has been suspended for a while still exists.
   lock_.setStaleLockTime(0);
 }
 
@@ -65,7 +65,7 @@ std::vector<std::unique_ptr<RecoveryFile>> RecoveryFile::adoptAll(QString const&
   QStringList names;
   for (QString const& name :
        QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Time | QDir::Reversed)) {
-    // A program may have ended before its first file was complete.
+    // The program may have ended before its first file was complete.
     qsizetype const end = name.indexOf(suffix);
     QString const file = name.left(end + suffix.size()).remove(0, name.startsWith(u'.') ? 1 : 0);
     if (end > 0 && !names.contains(file)) names << file;

@@ -11,32 +11,32 @@
 
 namespace zolt::desktop {
 
-/// What a recovery file holds.
+/// The contents of a recovery file.
 struct RecoveredSheet {
   QString path;  ///< of the file that the sheet belongs to; empty when it was never saved
   QDateTime written;
   Sheet sheet;
 };
 
-/// A file that keeps an unsaved sheet for the case that the program ends without asking. While it is there, a
-/// lock beside it tells that its program is running, so that no other one takes it.
+/// A file that keeps an unsaved sheet in case the program ends without asking. While the file exists, a lock
+/// beside it shows that its program is running, so that no other program takes it.
 ///
-/// Writing and removing may be done in any thread, but not at the same time.
+/// Writing and removing may happen in any thread, but not at the same time.
 class RecoveryFile {
  public:
-  /// Of a sheet of this program; there is no file yet.
+  /// For a sheet of this program; no file exists yet.
   static std::unique_ptr<RecoveryFile> create(QString const& folder);
-  /// Takes over all that programs have left which are no more. What else they left goes.
+  /// Takes over all files of programs that have ended, and removes anything else that they left.
   static std::vector<std::unique_ptr<RecoveryFile>> adoptAll(QString const& folder);
 
-  /// Gives up the lock; the file stays, for the next one to adopt.
+  /// Releases the lock; the file stays, so that a later program can adopt it.
   ~RecoveryFile() = default;
 
-  /// Replaces the contents, at once or not at all; false with `error`.
+  /// Replaces the contents, completely or not at all. Returns false, with `error`, on failure.
   bool write(QString const& path, Sheet const& sheet, QString& error);
-  /// Nothing, with `error`, when the file is damaged.
+  /// Returns no value, with `error`, when the file is damaged.
   std::optional<RecoveredSheet> read(QString& error) const;
-  /// What is readable of a damaged file; its path is empty, since nobody knows what is missing.
+  /// The readable part of a damaged file. Its path is empty, since the missing part is unknown.
   std::optional<RecoveredSheet> salvage() const;
   void remove();
 

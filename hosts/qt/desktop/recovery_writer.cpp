@@ -6,7 +6,7 @@ namespace zolt::desktop {
 
 namespace {
 
-/// Never destroyed: it is needed while the process ends.
+/// It is never destroyed, because it is needed while the process ends.
 QList<RecoveryWriter*>& keepers() {
   static auto& all = *new QList<RecoveryWriter*>;
   return all;

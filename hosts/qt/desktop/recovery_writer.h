@@ -11,34 +11,34 @@ namespace zolt::desktop {
 
 class SheetView;
 
-/// Keeps what is unsaved in a view in a recovery file, shortly after every change. The file is made in
-/// another thread; the user's waits for it only when the sheet is saved or given up.
+/// Keeps the unsaved contents of a view in a recovery file, shortly after every change. The file is written
+/// in another thread; the user's thread waits for it only when the sheet is saved or given up.
 class RecoveryWriter final : public QObject {
   Q_OBJECT
 
  public:
-  /// Milliseconds from the last change to the file, and the most that may pass while changes go on.
+  /// Milliseconds from the last change to the write, and the most that may pass while changes continue.
   static constexpr int quiet_time = 2000, longest_time = 10000;
 
-  /// `view` outlives it.
+  /// `view` must outlive this object.
   RecoveryWriter(SheetView& view, QString folder, QObject* parent);
-  /// The file stays: whoever has asked what becomes of the sheet calls `forget` before.
+  /// The file stays: after asking about the sheet, the caller calls `forget` first if it is no longer needed.
   ~RecoveryWriter() override;
 
-  /// The file that the sheet belongs to; empty when there is none yet.
+  /// Sets the file that the sheet belongs to; empty when there is none yet.
   void setPath(QString const& path) { path_ = path; }
-  /// The view shows what was recovered from this file, which goes on being its file.
+  /// The view shows what was recovered from `file`, which continues to be its recovery file.
   void adopt(std::unique_ptr<RecoveryFile> file);
-  /// The sheet is saved, or given up.
+  /// The sheet has been saved, or given up.
   void forget();
-  /// Writes what is unsaved at once, in this thread.
+  /// Writes unsaved changes at once, in this thread.
   void writeNow();
 
-  /// `writeNow` of all that there are, for the program's last moment.
+  /// Calls `writeNow` of every object of this class, when the program is about to end.
   static void writeAllNow();
 
  signals:
-  /// The file could not be written. Emitted once, until it could be written again.
+  /// The file could not be written. Emitted once, until a write succeeds again.
   void failed(QString const& error);
 
  private:
@@ -48,7 +48,7 @@ class RecoveryWriter final : public QObject {
 
   SheetView& view_;
   QString path_;
-  std::unique_ptr<RecoveryFile> file_;  // the worker's while it is at work
+  std::unique_ptr<RecoveryFile> file_;  // belongs to the worker while it runs
   QTimer quiet_;
   QTimer deadline_;
   QThreadPool worker_;

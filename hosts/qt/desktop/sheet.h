@@ -12,7 +12,7 @@ struct SheetLine {
   LineKind kind = LineKind::Formula;
   QString text;    ///< of a text or heading, without line ends
   QString prefix;  ///< of a formula, in prefix notation; empty when it is incomplete
-  QString tree;    ///< of a formula, as it stands, in tree notation; empty when its expression tells all
+  QString tree;    ///< of a formula, in tree notation; empty when its expression says it all
 };
 
 inline bool operator==(SheetLine const& a, SheetLine const& b) {

@@ -91,7 +91,7 @@ void EditFormulaCommand::redo() {
 void EditFormulaCommand::undo() {
   end_ = position();
   run(field::COMMAND_UNDO, begin_);
-  // A very long history forgets its oldest steps.
+  // A very long history drops its oldest steps.
   if (position() > begin_) loseBeginning();
 }
 

@@ -7,7 +7,7 @@
 
 namespace zolt::desktop {
 
-/// A step of the sheet's history. Rows that are out of the sheet belong to the step that can bring them back.
+/// A step of the sheet's history. A row that is not in the sheet belongs to the step that can restore it.
 class SheetCommand : public QUndoCommand {
  public:
   SheetCommand(SheetView& view, SheetRow* row, QString const& text)
@@ -19,9 +19,9 @@ class SheetCommand : public QUndoCommand {
   void enter();
   qsizetype index() const { return view_.rows_.indexOf(row_); }
   SheetRow* row() const { return row_; }
-  /// Undoing has not led back to where this step began: what the sheet was like before cannot come again.
+  /// Undo did not lead back to the state before this step, so the saved state of the sheet cannot return.
   void loseBeginning();
-  /// Runs `action` so that what it changes is no step of its own.
+  /// Runs `action` without making a step of its changes.
   template <class ActionT>
   void replay(ActionT action) {
     view_.replaying_ = true;
@@ -70,7 +70,8 @@ class MoveRowCommand final : public SheetCommand {
   int distance_;
 };
 
-/// An edit of a formula, which has its own history: the sheet's only knows whose turn it is, and how far.
+/// An edit of a formula, which has its own history: the sheet's history only knows whose turn it is, and how
+/// far to go.
 class EditFormulaCommand final : public SheetCommand {
  public:
   /// `begin` is the formula's `historyPosition` before the edit.

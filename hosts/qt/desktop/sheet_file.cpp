@@ -78,7 +78,7 @@ QByteArray writeSheet(Sheet const& sheet) { return toQString(sheet::writeSheet(t
 
 std::optional<QByteArray> readSheetFile(QString const& path, QString& error) {
   QFile file(path);
-  // Whoever opens a pipe waits for somebody to write into it.
+  // Opening a pipe would wait until another program writes into it.
   if (QFileInfo const info(path); info.exists() && !info.isFile()) {
     error = tr("This is a folder or a device, not a file");
     return std::nullopt;

@@ -9,27 +9,29 @@
 
 namespace zolt::desktop {
 
-// Sheets as files. docs/sheet-format.md describes the format.
+// Reads and writes sheets as files. docs/sheet-format.md describes the format.
 
-/// Ending of the files' names, without the point.
+/// The extension of the file names, without the dot.
 constexpr char sheet_suffix[] = "zved";
 
-/// What a file may hold at most; more is refused before it takes memory.
+/// The most that a file may hold; a larger one is refused before it takes memory.
 constexpr qint64 max_sheet_bytes = sheet::max_sheet_characters;
 
-/// Nothing, with `error` naming the line and what is wrong with it, when the bytes are no sheet.
+/// Returns no value when the bytes are not a sheet; `error` then names the line and what is wrong with it.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);
-/// What is readable of a damaged sheet, and the rest as lines of text. Nothing when it is no sheet at all.
+/// The readable part of a damaged sheet, with the rest as lines of text. Returns no value when it is no sheet
+/// at all.
 std::optional<Sheet> salvageSheet(QByteArray const& bytes);
 QByteArray writeSheet(Sheet const& sheet);
 
-/// The contents of a file that may be a sheet. Nothing, with `error`, when it cannot be read or is too large.
+/// The contents of a file that may be a sheet. Returns no value, with `error`, when it cannot be read or is
+/// too large.
 std::optional<QByteArray> readSheetFile(QString const& path, QString& error);
 std::optional<Sheet> loadSheet(QString const& path, QString& error);
-/// As `writeFile`; what could not be opened again is refused, too.
+/// Works as `writeFile`, but also refuses a sheet that could not be opened again.
 bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
 
-/// A formula as a line: `tree` is left out when the expression alone would show the same.
+/// A formula as a line. `tree` is omitted when the expression alone would show the same.
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree);
 
 }  // namespace zolt::desktop

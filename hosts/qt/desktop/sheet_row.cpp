@@ -22,7 +22,7 @@ constexpr int margin_width = 52;
 constexpr int bar_width = 3;
 constexpr int dot_size = 6;
 
-constexpr int state_delay = 400;  // ms: while somebody types, every formula is incomplete
+constexpr int state_delay = 400;  // ms: during typing every formula is incomplete
 
 constexpr QRgb incomplete_colour = 0xffe09a20;
 

@@ -26,28 +26,28 @@ class SheetRow final : public QWidget {
   LineKind kind() const { return kind_; }
   /// The line as it is to be saved.
   SheetLine line() const;
-  /// The line as it stands; of an edited formula without its expression, which takes time to find out.
+  /// The current line, but for an edited formula without its expression, which takes time to find out.
   SheetLine draft() const;
   bool isEmpty() const;
 
-  /// Null on a line of text.
+  /// Null for a line of text.
   qt::FormulaEdit* formula() const { return formula_; }
-  /// Null on a formula.
+  /// Null for a formula.
   QLineEdit* text() const { return text_; }
   QWidget* editor() const;
 
-  /// Number among the formulas, from 1 on.
+  /// Sets its number among the formulas, counted from 1.
   void setNumber(int number);
   void setCurrent(bool current);
   void setZoom(qreal zoom);
-  /// Gives the line the focus; the caret goes near `global`, a place on the screen.
+  /// Gives the line the focus and puts the caret near `global`, a place on the screen.
   void enterAt(QPoint global);
   void enterAtEnd();
-  /// Where the caret is on the screen.
+  /// The caret's box on the screen.
   QRect caretOnScreen() const;
 
  signals:
-  /// It has been found out, some time after a change, whether the formula is complete.
+  /// Emitted some time after a change, when it is known whether the formula is complete.
   void formulaStateChanged();
 
  protected:

@@ -24,7 +24,7 @@ constexpr int reveal_margin = 24;
 constexpr qreal least_zoom = 0.5;
 constexpr qreal most_zoom = 4;
 
-/// Ends what could be redone, and leaves no trace itself.
+/// Discards the steps that could be redone, and adds no step itself.
 class ForgetRedoCommand final : public QUndoCommand {
  public:
   ForgetRedoCommand() { setObsolete(true); }
@@ -51,7 +51,7 @@ SheetView::SheetView(QWidget* parent)
 }
 
 SheetView::~SheetView() {
-  // Its steps refer to rows.
+  // The steps of the history refer to rows.
   disconnect(qApp, nullptr, this, nullptr);
   history_.disconnect(this);
   history_.clear();
@@ -66,7 +66,7 @@ bool SheetView::setSheet(Sheet const& sheet, Progress const& goOn) {
     }
     rows.push_back(makeRow(line));
   }
-  // Shown one by one, each row would have all of them laid out again.
+  // If rows were shown one by one, each would cause a layout of all of them.
   page_->hide();
   history_.clear();
   current_ = nullptr;
@@ -211,7 +211,7 @@ void SheetView::onFormulaEdited(SheetRow* row, bool continued, unsigned long pos
     history_.push(new EditFormulaCommand(*this, row, position));
     return;
   }
-  // The formula's own last step has grown; the sheet has that step already.
+  // The formula's own last step has grown, and the sheet already has that step.
   if (history_.canRedo()) history_.push(new ForgetRedoCommand);
   if (history_.isClean()) history_.resetClean();
   emit edited();
@@ -219,7 +219,7 @@ void SheetView::onFormulaEdited(SheetRow* row, bool continued, unsigned long pos
 
 void SheetView::enterFirstFormula() {
   auto const found = std::find_if(rows_.begin(), rows_.end(), [](SheetRow* row) { return row->formula(); });
-  // The keyboard may come later, with the window.
+  // The keyboard focus may come later, with the window.
   setCurrent(found == rows_.end() ? rows_.front() : *found);
   current_->enterAtEnd();
 }
@@ -241,7 +241,7 @@ void SheetView::removeCurrent() {
   bool const last = rows_.size() == 1;
   if (last && current_->formula() && current_->isEmpty()) return;
   history_.beginMacro(tr("deleting a line"));
-  // A sheet is never without a line.
+  // A sheet always has a line.
   if (last) insertBelow(SheetLine());
   history_.push(new RemoveRowCommand(*this, last ? rows_.front() : current_));
   history_.endMacro();
@@ -259,7 +259,7 @@ void SheetView::goOn() {
     rows_[i]->enterAtEnd();
     return;
   }
-  // Not one empty line after the other.
+  // Two empty lines in succession are avoided.
   if (current_->formula() && current_->isEmpty()) return;
   insertBelow(SheetLine());
 }
@@ -286,7 +286,7 @@ bool SheetView::enterNeighbour(int distance) {
 }
 
 void SheetView::keyPressEvent(QKeyEvent* event) {
-  // Only what the current line had no use for comes here.
+  // Only keys that the current line did not use arrive here.
   switch (event->key()) {
     case Qt::Key_Up:
       event->setAccepted(enterNeighbour(-1));
@@ -339,7 +339,7 @@ bool SheetView::eventFilter(QObject* watched, QEvent* event) {
       return true;
   }
   if (event->type() == QEvent::ShortcutOverride && qobject_cast<QLineEdit*>(watched)) {
-    // The sheet's history, not the line's own.
+    // The keys run the sheet's history, not the line's own.
     auto* const key = static_cast<QKeyEvent*>(event);
     if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
       event->ignore();

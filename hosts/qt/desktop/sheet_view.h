@@ -13,7 +13,7 @@ class QVBoxLayout;
 
 namespace zolt::desktop {
 
-/// The open sheet: its lines one below the other, one of them current, and one history for all of them.
+/// The open sheet: its lines one below the other, one of which is current, and one history for all of them.
 class SheetView final : public QScrollArea {
   Q_OBJECT
 
@@ -21,36 +21,36 @@ class SheetView final : public QScrollArea {
   explicit SheetView(QWidget* parent = nullptr);
   ~SheetView() override;
 
-  /// Asked before each line with the number of lines that are made; false: stop.
+  /// Called before each line with the number of lines that exist already; false: stop.
   using Progress = std::function<bool(qsizetype)>;
 
-  /// Shows another sheet, never without a line, with a new history. False, with nothing changed, when
-  /// `goOn` (may be empty) stops it.
+  /// Shows another sheet, which always gets at least one line, with a new history. Returns false, with
+  /// nothing changed, when `goOn` (may be empty) stops it.
   bool setSheet(Sheet const& sheet, Progress const& goOn = {});
   Sheet sheet() const;
-  /// The sheet without what is yet to be found out: an edited formula may lack its expression. For large
-  /// sheets, and while somebody is typing.
+  /// The sheet without what is not known yet: an edited formula may lack its expression. Meant for large
+  /// sheets, and for use while the user is typing.
   Sheet draft() const;
   bool isModified() const { return !history_.isClean(); }
-  /// The sheet as it stands is what is in the file.
+  /// The current sheet is what the file holds.
   void setSaved() { history_.setClean(); }
-  /// What is in the file is another sheet.
+  /// The file holds something different from the current sheet.
   void setUnsaved() { history_.resetClean(); }
   QUndoStack& history() { return history_; }
 
   QList<SheetRow*> const& rows() const { return rows_; }
-  /// Never null.
+  /// It is never null.
   SheetRow* currentRow() const { return current_; }
-  /// Null on a line of text.
+  /// Null when the current line is a text.
   qt::FormulaEdit* currentFormula() const;
 
   qreal zoom() const { return zoom_; }
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
-  /// What the margin's context menu offers.
+  /// Sets the actions that the margin's context menu offers.
   void setRowActions(QList<QAction*> const& actions);
 
-  /// Gives the keyboard to the first formula, else to the first line.
+  /// Gives the keyboard focus to the first formula or, without one, to the first line.
   void enterFirstFormula();
 
   // ---- Edits, each a step to undo ------------------------------------------------------------------------
@@ -60,15 +60,15 @@ class SheetView final : public QScrollArea {
   void moveCurrent(int distance);
 
  public slots:
-  /// To the next formula; when there is none, to a new one.
+  /// Moves to the next formula, and makes a new one when there is none.
   void goOn();
 
  signals:
   void currentChanged();
-  /// The current formula, its selection or its caret is another one.
+  /// The current formula, its selection or its caret has changed.
   void formulaChanged();
   void modifiedChanged(bool modified);
-  /// Some line is another one, whoever changed it.
+  /// A line has changed, whether by the user or by the program.
   void edited();
   void errorOccurred(QString const& text);
   void zoomRequested(int steps);
@@ -103,7 +103,7 @@ class SheetView final : public QScrollArea {
   QList<QAction*> rowActions_;
   qreal zoom_ = 1;
   bool decimalComma_ = false;
-  bool replaying_ = false;  // history is at work; what changes is no new step
+  bool replaying_ = false;  // the history is running; changes make no new step
 };
 
 }  // namespace zolt::desktop

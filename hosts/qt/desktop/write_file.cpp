@@ -15,7 +15,7 @@ namespace {
 
 QString tr(char const* text) { return QCoreApplication::translate("zolt::desktop::writeFile", text); }
 
-/// Why it failed, in the words of somebody who wants to save.
+/// Why saving failed, in words for the user.
 QString describe(std::error_code const& cause, QString const& path) {
   switch (cause.value()) {
     case ENOSPC:

@@ -5,11 +5,11 @@
 
 namespace zolt::desktop {
 
-/// Replaces the file as `support::replaceFile` does. On failure false, with `error` saying why as a sentence
-/// without a full stop.
+/// Replaces the file as `support::replaceFile` does. On failure it returns false, and `error` gives the
+/// reason as a sentence without a full stop.
 [[nodiscard]] bool writeFile(QString const& path, QByteArray const& bytes, QString& error);
 
-/// Removes the file and what a replacement that was cut short has left beside it.
+/// Removes the file and the remains of an interrupted replacement beside it.
 void removeFile(QString const& path);
 
 }  // namespace zolt::desktop

@@ -1,4 +1,4 @@
-// A program of somebody else's: a class of its own derived with RTTI, and one edit from end to end.
+// A user of the package: it derives a class of its own with RTTI, and makes one edit from end to end.
 #include <cstdio>
 #include <typeinfo>
 

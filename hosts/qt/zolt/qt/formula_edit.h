@@ -21,37 +21,38 @@ struct PaletteEntryS;
 
 namespace zolt::qt {
 
-/// A widget in which a person reads and edits one formula in its textbook form, as `QLineEdit` is one for a
-/// line of text.
+/// A widget in which a person reads and edits one formula in its textbook form, as `QLineEdit` is a widget
+/// for a line of text.
 ///
 ///     auto* edit = new zolt::qt::FormulaEdit(parent);
 ///     edit->setExpression("sqrt(x^2+1)/2");
 ///     connect(edit, &zolt::qt::FormulaEdit::expressionChanged, this, [=] { use(edit->prefix()); });
 ///
-/// The first one made in a process fills the operator table with the standard operators when the host has
-/// not. Without its font files (`fontError`) it keeps its formula, but shows that message instead.
+/// The first widget of a process fills the operator table with the standard operators if the host has not
+/// done so. Without its font files (`fontError`) it keeps its formula, but shows that message instead.
 class FormulaEdit : public QWidget {
   Q_OBJECT
-  /// The formula as people type it, "sqrt(x^2+1)/2". Empty when it is incomplete.
+  /// The formula as people type it, "sqrt(x^2+1)/2". It is empty when the formula is incomplete.
   Q_PROPERTY(QString expression READ expression WRITE setExpression NOTIFY expressionChanged USER true)
-  /// The formula in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)". Empty when it
-  /// is incomplete.
+  /// The formula in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)". It is empty
+  /// when the formula is incomplete.
   Q_PROPERTY(QString prefix READ prefix WRITE setPrefix NOTIFY expressionChanged)
-  /// The formula as it stands, complete or not, in tree notation.
+  /// The current formula, complete or not, in tree notation.
   Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
   Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
   Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
-  /// Logical pixels to a surface unit, 12 of which make the base size of letters.
+  /// Logical pixels per surface unit; the base size of letters is 12 units.
   Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
-  /// What may be entered from now on; null: everything.
+  /// Restricts what may be entered from now on; null: everything is allowed.
   Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints)
-  /// The decimal sign is shown and typed as ",", and what stands between arguments as ";".
+  /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma)
   Q_PROPERTY(bool frame READ hasFrame WRITE setFrame)
   Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
   /// Shown in place of an empty formula.
   Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
-  /// Off: the keys and menu entries of undo and redo are left to the window, which runs the commands itself.
+  /// When off, the keys and menu entries of undo and redo are left to the window, which runs the commands
+  /// itself.
   Q_PROPERTY(bool undoRedoEnabled READ isUndoRedoEnabled WRITE setUndoRedoEnabled)
   Q_PROPERTY(bool hasSelectedFormula READ hasSelection NOTIFY selectionChanged)
 
@@ -68,16 +69,16 @@ class FormulaEdit : public QWidget {
   ~FormulaEdit() override;
 
   QString expression() const;
-  /// Shows it all selected, with a new history. False, with nothing changed and `errorOccurred` emitted, when
-  /// it is no formula.
+  /// Shows the formula with all of it selected and a new history. Returns false, with nothing changed and
+  /// `errorOccurred` emitted, when the text is not a formula.
   bool setExpression(QString const& expression);
   QString prefix() const;
   bool setPrefix(QString const& prefix);
   QString tree() const;
   bool setTree(QString const& tree);
-  /// Null when the formula is incomplete. Never disturbs who is typing.
+  /// Null when the formula is incomplete. The call does not move the caret or the selection.
   Expression algebraicExpression() const;
-  /// Null: an empty formula.
+  /// A null expression shows an empty formula.
   void setAlgebraicExpression(Expression const& expression);
   /// Numbers of expressions set from now on show `precision` significant digits (0: as written) in `format`.
   void setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format);
@@ -89,7 +90,7 @@ class FormulaEdit : public QWidget {
   bool isReadOnly() const;
   void setReadOnly(bool readOnly);
   qreal zoom() const;
-  /// Clamped to what is legible and paintable.
+  /// The value is clamped to what is legible and paintable.
   void setZoom(qreal zoom);
   Constraints constraints() const;
   void setConstraints(Constraints const& constraints);
@@ -104,10 +105,10 @@ class FormulaEdit : public QWidget {
   bool isUndoRedoEnabled() const;
   void setUndoRedoEnabled(bool enabled);
   bool hasSelection() const;
-  /// How far the history of changes is: every change raises it, undo goes back to what it was before. That a
-  /// long history forgets its beginning does not lower it.
+  /// The position in the history of changes: every change raises it, and undo restores the earlier value. It
+  /// does not fall when a long history drops its beginning.
   unsigned long historyPosition() const;
-  /// Empty when the fonts are there.
+  /// Empty when the fonts have been found.
   QString fontError() const;
 
   bool isCommandEnabled(field::CommandE command) const;
@@ -115,10 +116,10 @@ class FormulaEdit : public QWidget {
   bool insertOperator(QString const& name);
   bool insertText(QString const& text);
   bool insertEntry(field::PaletteEntryS const& entry);
-  /// Puts the caret as near to `pos` (widget coordinates) as there is a place for it.
+  /// Puts the caret at the place nearest to `pos` (widget coordinates).
   void setCaretNear(QPoint pos);
 
-  /// The formula (or the selection) on its way to a clipboard; the caller owns it. Null when there is none.
+  /// The formula (or the selection) in the form for a clipboard; the caller owns it. Null when there is none.
   QMimeData* createMimeData(bool selectionOnly) const;
   /// The caller owns the menu.
   QMenu* createStandardContextMenu();
@@ -133,17 +134,17 @@ class FormulaEdit : public QWidget {
   };
   /// The formula in words: "fraction 1 over x plus 1 end fraction".
   QString readableText() const;
-  /// Equal when nothing is selected.
+  /// Both are equal when nothing is selected.
   CaretOffsets caretOffsets() const;
-  /// Goes to the nearest places of the caret.
+  /// Selects between the places of the caret that are nearest to the offsets.
   void selectOffsets(int anchor, int caret);
-  /// The caret's box, in widget coordinates, if it were there.
+  /// The box that the caret would have at `offset`, in widget coordinates.
   QRect placeRectangle(int offset) const;
   int offsetNear(QPoint pos) const;
   void revealOffset(int offset);
 
-  /// Appends the formula as it stands, with its caret and what is not as in a new field, and all input from
-  /// now on to `script`, which the caller keeps alive until it passes null.
+  /// Appends the current formula with its caret, every option that differs from a new field, and all input
+  /// from now on to `script`, which the caller keeps alive until it passes null.
   void record(field::EventScriptT* script);
 
   QSize sizeHint() const override;
@@ -151,8 +152,8 @@ class FormulaEdit : public QWidget {
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
 
  public slots:
-  /// Checks the formula as when editing ends: when it is incomplete, selects the faulty part, emits
-  /// `errorOccurred` and answers false.
+  /// Checks the formula as at the end of editing: when it is incomplete, selects the faulty part, emits
+  /// `errorOccurred` and returns false.
   bool check();
   void undo();
   void redo();
@@ -163,15 +164,15 @@ class FormulaEdit : public QWidget {
   void clear();
 
  signals:
-  /// The formula is another one, whoever changed it.
+  /// The formula has changed, whether by the user or by the program.
   void expressionChanged();
-  /// The person changed it. Emitted for each step that undo would take back, since one key may make two: what
-  /// it types, and what that completes. `position` is `historyPosition` before the step. `continued`: by
-  /// typing on, so that it is one undo step with the change before.
+  /// The user changed the formula. Emitted once for each step that undo would take back, since one key may
+  /// make two: what it types, and what that completes. `position` is `historyPosition` before the step.
+  /// `continued`: the user typed on, so that it is one undo step with the previous change.
   void edited(bool continued, unsigned long position);
   void selectionChanged();
   void caretMoved();
-  /// `cause` is a `math::ved::ErrorCauseE`, or -1 when there is none of these; `text` is a sentence without a
+  /// `cause` is a `math::ved::ErrorCauseE`, or -1 when none of these applies; `text` is a sentence without a
   /// full stop.
   void errorOccurred(int cause, QString const& text);
   void returnPressed();

@@ -11,7 +11,7 @@ namespace zolt::qt {
 
 namespace {
 
-/// The chord as the table of commands writes it. A Mac's Command key is Ctrl in Qt as well.
+/// The chord in the form of the table of commands. A Mac's Command key is Ctrl in Qt as well.
 oss::wstring chordOf(QKeyEvent const& event) {
   QString key;
   Qt::KeyboardModifiers modifiers = event.modifiers();
@@ -44,7 +44,7 @@ struct PlatformKeyS {
   field::CommandE command;
 };
 
-/// Keys that platforms have besides those of the table.
+/// Keys that platforms have in addition to those of the table.
 constexpr PlatformKeyS platform_keys[] = {
     {QKeySequence::Undo, field::COMMAND_UNDO},
     {QKeySequence::Redo, field::COMMAND_REDO},
@@ -84,17 +84,17 @@ bool isTypedText(QKeyEvent const& event) {
   QString const text = event.text();
   if (text.isEmpty() || !(text.at(0).isPrint() || text.at(0).isSurrogate())) return false;
 #ifdef Q_OS_MACOS
-  // Option is what other keyboards have AltGr for.
+  // The Option key does what AltGr does on other keyboards.
   return !(event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
 #else
-  // Ctrl and Alt together are AltGr where the platform has no other way to say it; each alone is for
+  // Ctrl and Alt together are AltGr on platforms that have no other way to report it; each alone is for
   // shortcuts.
   bool const ctrl = event.modifiers() & Qt::ControlModifier, alt = event.modifiers() & Qt::AltModifier;
   return ctrl == alt && !(event.modifiers() & Qt::MetaModifier);
 #endif
 }
 
-/// Commands that others make use of when the formula has none for them.
+/// Commands whose keys go to the parent widget when the formula has no use for them.
 bool isSharedWithParent(field::CommandE command) {
   return command == field::COMMAND_UP || command == field::COMMAND_DOWN ||
          command == field::COMMAND_DROP_SELECTION;
@@ -118,7 +118,7 @@ bool FormulaEdit::event(QEvent* event) {
       return true;
     }
   } else if (event->type() == QEvent::KeyPress) {
-    // Before Qt takes the key for moving the focus.
+    // The key is taken here before Qt uses it to move the focus.
     auto* const key = static_cast<QKeyEvent*>(event);
     auto const command = commandOf(*key);
     bool const slots_ = command == field::COMMAND_NEXT_SLOT || command == field::COMMAND_PREVIOUS_SLOT;
@@ -142,7 +142,7 @@ void FormulaEdit::keyPressEvent(QKeyEvent* event) {
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    // A dialog's default button listens to the same key.
+    // A dialog's default button reacts to the same key.
     event->ignore();
     if (isEmpty() || check()) {
       QPointer<FormulaEdit> const alive(this);

@@ -28,7 +28,7 @@ constexpr float band_opacity = 0.30F;
 constexpr QRgb fault_colour = 0xffe04848;
 constexpr float fault_opacity = 0.22F;
 
-/// A box that lies on whole device pixels whatever the zoom.
+/// A box on whole device pixels at every zoom.
 QRect toWholePixels(QRectF const& box) {
   int const left = qRound(box.left()), top = qRound(box.top());
   return {left, top, std::max(1, qRound(box.right()) - left), std::max(1, qRound(box.bottom()) - top)};
@@ -151,7 +151,7 @@ void FormulaEdit::timerEvent(QTimerEvent* event) {
 // ---- Painting ---------------------------------------------------------------------------------------------
 
 void FormulaEdit::StateS::paintSelection(QPainter& painter) {
-  // Without the focus a selection says nothing, and beside others it would mislead.
+  // Without the focus a selection means nothing, and beside other fields it would mislead.
   if (!edit.hasFocus() && edit.window()->focusWidget() != &edit) return;
   QColor band = edit.palette().color(QPalette::Highlight);
   band.setAlphaF(band_opacity);
@@ -164,7 +164,7 @@ void FormulaEdit::StateS::paintSelection(QPainter& painter) {
 void FormulaEdit::StateS::paintFault(QPainter& painter) {
   if (!faultyBox) return;
   QRect const box = toPixels(*faultyBox);
-  // Where something is missing, the box is no wider than the caret.
+  // The box of a missing part is no wider than the caret.
   int const spare = std::max(2, (box.height() / 2 - box.width()) / 2);
   QPainterPath path;
   path.addRoundedRect(QRectF(box.adjusted(-spare, -2, spare, 2)), 3, 3);
@@ -179,7 +179,7 @@ void FormulaEdit::StateS::paintFault(QPainter& painter) {
 void FormulaEdit::StateS::paintCaret(QPainter& painter) {
   if (!dropCaret && (!edit.hasFocus() || !caretShown || !preedit.isEmpty())) return;
   QRect caret = dropCaret ? *dropCaret : edit.caretRectangle();
-  // At least as wide as the platform has it, and not lost beside large letters.
+  // The caret is at least as wide as the platform's, and grows with the letters so that it stays visible.
   int const platform = edit.style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, &edit);
   caret.setWidth(std::max(platform, qRound(zoom)));
   painter.fillRect(caret.adjusted(0, -1, 0, 1), edit.palette().color(QPalette::Text));
@@ -252,7 +252,7 @@ void FormulaEdit::paintEvent(QPaintEvent* event) {
     if (hasFocus()) {
       view.display(0, 0);
     } else {
-      // Nobody is about to type: the empty place at the caret shows, too.
+      // The field has no focus, so the empty place at the caret is shown too.
       view.crefRoot().display(view.crefGraphics(), 0, 0, &view.crefRoot());
     }
     state_->graphics->end();

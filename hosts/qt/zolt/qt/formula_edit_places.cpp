@@ -4,14 +4,14 @@
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/qt/text.h"
 
-// Places of the caret by position and by offset, without moving it.
+// These members find places of the caret by position and by offset, without moving it.
 
 namespace zolt::qt {
 
 namespace {
 
-/// Keeps caret and selection as they are while the view is asked about other places. The view's own
-/// operations are used, since none of this is input of the person's.
+/// Restores caret and selection after the view has been asked about other places. It uses the view's own
+/// operations, since none of this is user input.
 class KeptSelectionC {
  public:
   explicit KeptSelectionC(math::ved::ViewZNT4C& view) : view_(view), selection_(view.getSelection()) {}

@@ -97,7 +97,7 @@ void FormulaEdit::StateS::dragTo(QPointF pos) {
   if (outside.isNull()) {
     scrollTimer.stop();
   } else {
-    // The farther outside, the faster.
+    // The farther outside the pointer is, the faster the formula scrolls.
     scroll += outside / 2 + QPoint(outside.x() > 0 ? 1 : 0, outside.y() > 0 ? 1 : 0);
     clampScroll();
     if (!scrollTimer.isActive()) scrollTimer.start(scroll_interval, &edit);
@@ -173,7 +173,7 @@ void FormulaEdit::StateS::startDrag() {
   Qt::DropAction const done = drag->exec(offered, Qt::MoveAction);
   if (!alive) return;
   draggingHere = false;
-  // Dropped on ourselves, the drop has moved it already.
+  // When the formula was dropped on this field, the drop has moved it already.
   if (done == Qt::MoveAction && drag->target() != &edit && !edit.isReadOnly()) {
     act([&] { return field->run(field::COMMAND_DELETE_LEFT); });
   }
@@ -214,7 +214,7 @@ void FormulaEdit::dropEvent(QDropEvent* event) {
   field::ClipboardContentS const content = FormulaMimeData::read(*event->mimeData());
   bool const moves = event->source() == this && event->dropAction() == Qt::MoveAction;
   QPointer<FormulaEdit> const alive(this);
-  // The field that loses the focus may lead to any change here.
+  // A field that loses the focus may cause any change here, even the end of this widget.
   setFocus(Qt::MouseFocusReason);
   if (!alive) return;
   bool done = false;

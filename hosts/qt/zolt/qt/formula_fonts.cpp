@@ -13,7 +13,7 @@ void append32(QByteArray& bytes, qsizetype number) {
   for (int shift = 24; shift >= 0; shift -= 8) bytes += char((number >> shift) & 0xFF);
 }
 
-/// A font of the system as the bytes of a file, which it need not have come from. Empty when it is no
+/// A system font as the bytes of a font file, even if it was not loaded from one. Empty when it is no
 /// TrueType or OpenType font.
 std::string toFile(QRawFont const& font) {
   constexpr char const* tags[] = {"CFF ", "OS/2", "cmap", "cvt ", "fpgm", "glyf", "head",
@@ -28,10 +28,10 @@ std::string toFile(QRawFont const& font) {
   QByteArray body;
   head += char(0);
   head += char(tables.size());
-  head += QByteArray(6, '\0');  // for a search in the directory, which nobody needs
+  head += QByteArray(6, '\0');  // for a search in the directory, which is never used
   for (auto const& [tag, table] : tables) {
     head += tag;
-    append32(head, 0);  // the checksum, which nobody looks at
+    append32(head, 0);  // the checksum, which is never read
     append32(head, head_size + entry_size * tables.size() + body.size());
     append32(head, table.size());
     body += table + QByteArray(3 - (table.size() + 3) % 4, '\0');
@@ -48,7 +48,7 @@ oss::PointerTC<surfaces::FontSetC> loadSystemFonts() {
   for (QFont const& font : {serif, italic, QFont(QStringLiteral("sans"))}) {
     QRawFont const raw = QRawFont::fromFont(font);
     std::string bytes = toFile(raw), cause;
-    // The last one is only for what the others lack.
+    // The last font only supplies characters that the others lack.
     if (surfaces::SfntFontC().parse(bytes, cause) || files.size() < surfaces::FACE_FALLBACK) {
       files.push_back({raw.familyName().toStdString(), std::move(bytes)});
     }
@@ -60,7 +60,7 @@ oss::PointerTC<surfaces::FontSetC> loadSystemFonts() {
 }  // namespace
 
 std::shared_ptr<FormulaFonts> FormulaFonts::share(QString& error) {
-  // Not owned here: a QRawFont must not outlive the application object.
+  // This pointer does not own the fonts: a QRawFont must not outlive the application object.
   static std::weak_ptr<FormulaFonts> shared;
   if (auto fonts = shared.lock()) return fonts;
   auto fonts = load(surfaces::FontSetC::getDefaultFolders(), error);
@@ -83,7 +83,7 @@ std::shared_ptr<FormulaFonts> FormulaFonts::load(std::vector<std::string> const&
   return fonts;
 }
 
-/// Null when not every font can be drawn.
+/// Returns null when a font cannot be drawn.
 std::shared_ptr<FormulaFonts> FormulaFonts::make(oss::PointerTC<surfaces::FontSetC> const& files) {
   if (!files) return nullptr;
   std::shared_ptr<FormulaFonts> fonts(new FormulaFonts(files));
@@ -99,7 +99,7 @@ FormulaFonts::FormulaFonts(oss::PointerTC<surfaces::FontSetC> const& files)
   for (unsigned face = 0; face < set.getFaceCount(); ++face) {
     surfaces::SfntFontC const& font = set.getFont(face);
     std::string const& bytes = font.getBytes();
-    // At this size outlines come in font units, which no rounding of the toolkit's can hurt.
+    // At this size outlines are in font units, so the toolkit's rounding does no harm.
     QRawFont drawn(QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size())), font.getUnitsPerEm(),
                    QFont::PreferNoHinting);
     faces_.push_back({std::move(drawn), {}});

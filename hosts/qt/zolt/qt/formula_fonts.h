@@ -14,26 +14,26 @@
 namespace zolt::qt {
 
 /// The faces that formulas are set in, as Qt draws them: the same font files that the typesetter measures, so
-/// that a formula is laid out alike on every host. For the user-interface thread.
+/// that a formula has the same layout on every host. For use in the user-interface thread.
 class FormulaFonts final {
  public:
-  /// The fonts that everybody shares: loaded from the default folders by whoever comes first, kept until the
-  /// last one lets go. When their files are missing or damaged, fonts of the system stand in. Null, with
-  /// `error`, when it has none either.
+  /// The fonts that all widgets share: the first caller loads them from the default folders, and they are
+  /// kept until the last one releases them. When their files are missing or damaged, system fonts are used
+  /// instead. Returns null, with `error`, when there are none either.
   static std::shared_ptr<FormulaFonts> share(QString& error);
-  /// The same from other folders, shared with nobody.
+  /// Loads fonts from other folders, which are not shared.
   static std::shared_ptr<FormulaFonts> load(std::vector<std::string> const& folders, QString& error);
 
   FormulaFonts(FormulaFonts const&) = delete;
   FormulaFonts& operator=(FormulaFonts const&) = delete;
 
   oss::PointerTC<surfaces::TypesetterC> getTypesetter() const { return typesetter_; }
-  /// Why fonts of the system stand in, as a sentence without a full stop; empty when they do not.
+  /// Why system fonts are used instead, as a sentence without a full stop; empty when they are not.
   QString const& substitution() const { return substitution_; }
 
   /// The outline of a glyph in font units, y downwards, its origin on the baseline.
   QPainterPath const& outline(unsigned face, std::uint16_t glyph) const;
-  /// Size of a font unit for letters of `em` surface units.
+  /// The size of a font unit for letters of `em` surface units.
   double unitSize(unsigned face, double em) const;
 
  private:

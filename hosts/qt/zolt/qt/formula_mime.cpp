@@ -10,12 +10,12 @@ namespace {
 constexpr char text_type[] = "text/plain";
 constexpr char svg_type[] = "image/svg+xml";
 constexpr char png_type[] = "image/png";
-constexpr char image_type[] = "application/x-qt-image";  // what Qt turns into the platform's own pictures
+constexpr char image_type[] = "application/x-qt-image";  // Qt turns it into the platform's own pictures
 
 constexpr qreal picture_zoom = 3;
 constexpr qreal picture_margin = 2;
 
-/// More text than this is not a formula that somebody copied.
+/// A longer text is not a formula that a person copied.
 constexpr qsizetype max_text = 1 << 20;
 
 QByteArray toByteArray(oss::bytestring const& bytes) {

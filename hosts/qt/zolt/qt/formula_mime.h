@@ -8,25 +8,25 @@
 
 namespace zolt::qt {
 
-/// The row that was copied, exactly: docs/byte-format.md.
+/// The type of the exact copy of a row: docs/byte-format.md.
 constexpr char formula_mime_type[] = "application/x-zolt-formula";
-/// The expression in prefix notation, UTF-8.
+/// The type of the expression in prefix notation, UTF-8.
 constexpr char prefix_mime_type[] = "application/x-zolt-prefix";
 
-/// A copied piece of formula on its way to a clipboard or to where it is dropped: for formula fields as
-/// bytes, for programs in prefix notation, for everybody as text and as a picture (PNG and SVG, made when
-/// asked for).
+/// A copied piece of a formula on its way to a clipboard or to the target of a drop: bytes for formula
+/// fields, prefix notation for programs, and text and a picture (PNG and SVG, made on request) for all
+/// others.
 class FormulaMimeData final : public QMimeData {
   Q_OBJECT
 
  public:
-  /// Without `fonts` (null) there are no pictures.
+  /// Without `fonts` (null) it has no pictures.
   FormulaMimeData(field::ClipboardContentS content, std::shared_ptr<FormulaFonts> fonts, bool decimalComma);
   ~FormulaMimeData() override;
 
-  /// What a field can paste of any mime data; empty when there is nothing.
+  /// What a field can paste of any mime data; empty when there is none.
   static field::ClipboardContentS read(QMimeData const& data);
-  /// Whether `read` would give anything; of null, nothing.
+  /// Whether `read` would return anything; false for null.
   static bool canRead(QMimeData const* data);
 
   QStringList formats() const override;

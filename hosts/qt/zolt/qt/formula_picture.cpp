@@ -11,7 +11,7 @@ namespace zolt::qt {
 
 namespace {
 
-/// What the raster engine can draw on, and what fits a clipboard.
+/// The largest picture that the raster engine can draw on and that fits a clipboard.
 constexpr qreal max_side = 30000;
 constexpr qreal max_pixels = 100e6;
 
@@ -55,7 +55,7 @@ void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColo
   painter.translate(topLeft);
   painter.scale(zoom, zoom);
   graphics_->begin(painter, colour, target);
-  // Without a caret, every empty place shows.
+  // Without a caret, every empty place is shown.
   math::ved::Node4C const& root = field_->crefView().crefRoot();
   root.display(field_->crefView().crefGraphics(), 0, 0, &root);
   graphics_->end();

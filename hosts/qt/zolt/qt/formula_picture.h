@@ -20,36 +20,36 @@ class FormulaFieldC;
 
 namespace zolt::qt {
 
-/// A formula to look at: for icons, for pictures on the clipboard and in files, for paper.
+/// A formula to look at: for icons, for pictures on the clipboard and in files, and for print.
 class FormulaPicture final {
  public:
-  /// Nothing to see at first. `fonts` must not be null. `decimalComma` as in the field.
+  /// It is empty at first. `fonts` must not be null. `decimalComma` is as in the field.
   explicit FormulaPicture(std::shared_ptr<FormulaFonts> fonts, bool decimalComma = false);
   ~FormulaPicture();
   FormulaPicture(FormulaPicture const&) = delete;
   FormulaPicture& operator=(FormulaPicture const&) = delete;
 
-  /// Shows what was copied. False when it does not read.
+  /// Shows what was copied. Returns false when it cannot be read.
   bool setContent(field::ClipboardContentS const& content);
-  /// Shows an expression in prefix notation. False when it does not read.
+  /// Shows an expression in prefix notation. Returns false when it cannot be read.
   bool setPrefix(oss::wstring const& prefix);
-  /// Shows a formula in the notation of `FormulaEdit::tree`. False when it does not read.
+  /// Shows a formula in the notation of `FormulaEdit::tree`. Returns false when it cannot be read.
   bool setTree(oss::wstring const& tree);
 
   /// Whether the formula is complete, that is an expression.
   bool isComplete() const;
-  /// In surface units.
+  /// The size in surface units.
   QSize size() const;
-  /// Paints the formula with its top-left corner at `topLeft`, `zoom` painter units to a surface unit.
+  /// Paints the formula with its top-left corner at `topLeft`, at `zoom` painter units per surface unit.
   void paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
              PaintTargetE target = PAINT_PIXELS) const;
 
-  /// With `margin` surface units around; `background` may be transparent. The formula in prefix notation is
-  /// kept inside the picture as the text "zolt:expression", when it is complete. Null when it would be larger
-  /// than pictures may be.
+  /// The picture has `margin` surface units around the formula; `background` may be transparent. A complete
+  /// formula is stored inside the picture in prefix notation, as the text "zolt:expression". Null when the
+  /// picture would be larger than pictures may be.
   QImage toImage(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
   QByteArray toPng(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
-  /// Letters are outlines, so that it looks alike everywhere.
+  /// Letters are outlines, so that the picture looks alike everywhere.
   QByteArray toSvg(qreal zoom, qreal margin, QColor const& colour) const;
 
  private:

@@ -71,7 +71,8 @@ QColor QtGraphicsC::inkColour(surfaces::InkE ink) const {
 
 void QtGraphicsC::fillGlyphs(surfaces::GlyphRunS const& run) const {
   if (!painter_) return;
-  // Filled as outlines: drawn as text, glyphs would be moved to whole pixels one by one and stand unevenly.
+  // Glyphs are filled as outlines: drawn as text, each would be moved to whole pixels, and the spacing would
+  // be uneven.
   QTransform const before = painter_->worldTransform();
   double const scale = fonts_->unitSize(run.face, run.em);
   QBrush const brush(inkColour(surfaces::INK_TEXT));

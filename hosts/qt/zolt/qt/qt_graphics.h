@@ -11,25 +11,26 @@ class QPainter;
 
 namespace zolt::qt {
 
-/// What a painter paints on.
+/// The kind of target that a painter paints on.
 enum PaintTargetE {
   PAINT_PIXELS = 0,  ///< widgets and images: bars and other straight strokes are aligned with the pixels
   PAINT_PAPER = 1    ///< printers, PDF, SVG
 };
 
-/// The textbook look on a `QPainter`. One unit of the surface is one unit of the painter's coordinates: to
-/// zoom, scale the painter; the layout stays.
+/// The textbook look on a `QPainter`. One unit of the surface is one unit of the painter's coordinates: scale
+/// the painter to zoom; the layout does not change.
 class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
  public:
   /// `fonts` must not be null.
   explicit QtGraphicsC(std::shared_ptr<FormulaFonts> fonts);
   ~QtGraphicsC() override;
 
-  /// Called when the view on this surface wants to be painted again; must not paint from inside the call.
+  /// Sets the function that is called when the view on this surface wants to be repainted; it must not paint
+  /// from inside the call.
   void onInvalidate(std::function<void()> handler) { invalidated_ = std::move(handler); }
 
-  /// Draws with `painter` in `colour` until `end`; whatever is drawn at other times is lost. The painter's
-  /// clipping, as it is now, saves work: clip when much of a formula is out of sight.
+  /// Draws with `painter` in `colour` until `end`; drawing at other times has no effect. The painter's
+  /// current clipping saves work: set it when much of a formula is out of sight.
   void begin(QPainter& painter, QColor const& colour, PaintTargetE target = PAINT_PIXELS);
   void end();
 

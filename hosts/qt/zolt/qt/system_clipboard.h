@@ -8,10 +8,10 @@
 
 namespace zolt::qt {
 
-/// One of the platform's clipboards as a field's own.
+/// One of the platform's clipboards as the clipboard of a field.
 class SystemClipboardC final : public field::ClipboardABC {
  public:
-  /// `fonts` (may be null) draw the pictures.
+  /// `fonts` (may be null) are used to draw the pictures.
   SystemClipboardC(std::shared_ptr<FormulaFonts> fonts, QClipboard::Mode mode = QClipboard::Clipboard);
   ~SystemClipboardC() override;
 

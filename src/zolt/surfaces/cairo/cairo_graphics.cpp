@@ -45,7 +45,7 @@ struct PictureJobS {
   PictureOptionsS const& options;
 };
 
-/// Paints background and drawing; `scale` is target units to a surface unit.
+/// Paints background and drawing; `scale` is target units per surface unit.
 void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale, PaintTargetE target) {
   ContextT const context(cairo_create(surface));
   ColourS const& background = job.options.background;

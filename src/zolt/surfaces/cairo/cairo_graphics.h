@@ -9,9 +9,9 @@ namespace zolt::surfaces {
 
 enum PictureFormatE { PICTURE_PNG = 0, PICTURE_SVG = 1, PICTURE_PDF = 2 };
 
-/// What the letters of an SVG picture are.
+/// How the letters of an SVG picture are stored.
 enum SvgTextE {
-  SVG_TEXT_OUTLINES = 0,  ///< paths: the same everywhere, but not text any more
+  SVG_TEXT_OUTLINES = 0,  ///< paths: the same everywhere, but no longer text
   SVG_TEXT_NAMED = 1,     ///< text in fonts named "KaTeX_Main", "KaTeX_Math", …, which the viewer must have
   SVG_TEXT_EMBEDDED = 2   ///< text, with the files of the fonts that it uses inside the picture
 };
@@ -22,21 +22,21 @@ struct ColourS {
 };
 
 struct PictureOptionsS {
-  /// Device pixels, in PDF 1/96 inches, to a surface unit.
+  /// Device pixels (in PDF 1/96 inches) per surface unit.
   double zoom = 1.75;
   /// Free space around the formula, in surface units.
   double margin = 4;
   ColourS foreground;
-  /// Transparent unless given.
+  /// The background is transparent unless given.
   ColourS background{1, 1, 1, 0};
   SvgTextE svgText = SVG_TEXT_OUTLINES;
-  /// The formula in prefix notation, kept inside the picture when not empty: in PNG as the text
+  /// The formula in prefix notation, stored inside the picture when not empty: in PNG as the text
   /// "zolt:expression", in SVG as `<metadata>`, in PDF as the subject.
   oss::wstring expression;
 };
 
-/// A surface that keeps what is drawn on it and makes pictures of it: PNG, SVG and PDF. A picture depends on
-/// the drawing and the options only (a PDF also carries the time when it was made).
+/// A surface that keeps what is drawn on it and makes pictures of it: PNG, SVG and PDF. A picture depends
+/// only on the drawing and the options (a PDF also contains the time of its creation).
 class CairoGraphicsC final : public TypesetGraphicsABC {
  public:
   /// `typesetter` must not be null.
@@ -46,9 +46,9 @@ class CairoGraphicsC final : public TypesetGraphicsABC {
   /// Forgets what was drawn.
   void clear();
 
-  /// Makes a picture of the area from (0, 0) to (width, height), in surface units, and the margin around it.
-  /// False, with `error`, when the picture would be too large or cannot be made; `bytes` is replaced on
-  /// success and untouched on failure.
+  /// Makes a picture of the area from (0, 0) to (width, height), in surface units, with the margin around it.
+  /// Returns false, with `error`, when the picture would be too large or cannot be made; `bytes` is replaced
+  /// on success and untouched on failure.
   [[nodiscard]] bool render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
                             std::string& bytes, std::string& error) const;
 

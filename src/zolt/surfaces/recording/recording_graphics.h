@@ -8,18 +8,19 @@
 
 namespace zolt::surfaces {
 
-/// A drawing surface without a screen: fixed metrics, and every drawing call as one line of text.
+/// A drawing surface without a screen: it has fixed metrics and records every drawing call as one line of
+/// text.
 ///
-/// Metrics, in units: at depth 0 each 16-bit character is 6 wide, a line 10 high with its axis at 5; at depth
-/// 1 and deeper 4, 8 and 4. The empty text is 0 wide and as high as any other. `getMetric` 0 to 3 are 2, 4,
-/// 1 and 3 at every depth, 0 for any other index.
+/// Metrics, in units: at depth 0 each 16-bit character is 6 wide, and a line is 10 high with its axis at 5;
+/// at depth 1 and deeper they are 4, 8 and 4. The empty text is 0 wide and as high as any other. `getMetric`
+/// 0 to 3 are 2, 4, 1 and 3 at every depth, and 0 for any other index.
 ///
 /// A line is the name of the call and its arguments: `drawText "x" 0 3`, `drawLine 0 14 2 16`,
 /// `drawOpenBracket 0 0 12 auto` (or `user`), `drawBracketPair 4 1 10 12 auto`. Texts are in UTF-8; a quote
-/// and a backslash have a backslash before them, control characters and surrogates without a partner are
-/// written `\u001B`. A call whose look depends on the font (a text or a bracket) has a line `selectFont 1`
-/// before it when the depth is not that of the last such call; a fresh log starts at depth 0. Measurements
-/// and repaint requests are counted, not logged.
+/// and a backslash have a backslash before them, and control characters and unpaired surrogates are written
+/// `\u001B`. A call whose look depends on the font (a text or a bracket) has a line `selectFont 1` before it
+/// when the depth differs from that of the last such call; a fresh log starts at depth 0. Measurements and
+/// repaint requests are counted, not logged.
 class RecordingGraphicsC : public math::ved::GraphicsABC {
  public:
   enum LogModeE { LOG_CALLS = 0, LOG_NOTHING = 1 };
@@ -30,10 +31,10 @@ class RecordingGraphicsC : public math::ved::GraphicsABC {
   std::vector<std::string> const& getLines() const { return lines_; }
   /// The lines, each ended by "\n".
   std::string getText() const;
-  /// Forgets the lines and the logged font depth; the current font and the counts stay.
+  /// Clears the lines and the logged font depth; the current font and the counts stay.
   void clear();
 
-  /// How many texts were measured (`getTextExtent` and the three single queries).
+  /// How many texts have been measured (`getTextExtent` and the three single queries).
   unsigned long getMeasureCount() const { return measureCount_; }
   unsigned long getInvalidateCount() const { return invalidateCount_; }
   void resetCounts();

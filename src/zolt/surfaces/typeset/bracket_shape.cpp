@@ -10,7 +10,7 @@ namespace {
 
 double mix(double a, double b, double t) { return a + (b - a) * t; }
 
-/// How far the height is on the way from the letter's own to the highest that is one single bend.
+/// How far the height is between that of the letter and the greatest one that is drawn as a single bend.
 double growthOf(double height, double em) { return std::clamp((height / em - 1.2) / 2.4, 0.0, 1.0); }
 
 }  // namespace

@@ -21,18 +21,18 @@ class FontSetC final : public oss::RefCountedBC {
     std::string name, bytes;
   };
 
-  /// The folders named by the environment variable `ZOLT_FONT_DIR` (separated as in `PATH`), then those the
-  /// library was built with.
+  /// The folders named by the environment variable `ZOLT_FONT_DIR` (separated as in `PATH`), followed by
+  /// those that the library was built with.
   static std::vector<std::string> getDefaultFolders();
 
   /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present and usable, `DejaVuSerif.ttf`
-  /// and `DejaVuSans.ttf`, each from the first folder that holds it. Null, with `error` naming the file and
-  /// the folders, when one of the first two is missing or unusable.
+  /// and `DejaVuSans.ttf`, each from the first folder that holds it. Returns null, with `error` naming the
+  /// file and the folders, when one of the first two is missing or unusable.
   [[nodiscard]] static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders,
                                                      std::string& error);
 
-  /// The same from bytes that the host has at hand: main, math, then the fallbacks in order of preference.
-  /// Null, with `error`, when there are fewer than two or one is unusable.
+  /// Makes the set from bytes in memory: main, math, then the fallbacks in order of preference. Returns null,
+  /// with `error`, when there are fewer than two or one is unusable.
   [[nodiscard]] static oss::PointerTC<FontSetC> fromMemory(std::vector<FileS> files, std::string& error);
 
   unsigned getFaceCount() const { return unsigned(faces_.size()); }

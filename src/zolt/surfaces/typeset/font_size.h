@@ -2,7 +2,7 @@
 
 namespace zolt::surfaces {
 
-/// What a font depth means on paper, in surface units.
+/// The measures of a font depth, in surface units.
 struct FontSizeS {
   int em;           ///< size of the letters
   double baseline;  ///< from the top of a text box down to the baseline
@@ -11,8 +11,8 @@ struct FontSizeS {
   long metrics[4];  ///< `GraphicsABC::getMetric`
 };
 
-/// Depth 0 is 12 units to the em; 1 and 2 are three quarters and seven twelfths of it, and from there on the
-/// size stays, so that nothing becomes illegible.
+/// Depth 0 is 12 units per em; 1 and 2 are three quarters and seven twelfths of it, and deeper levels keep
+/// that size, so that nothing becomes illegible.
 ///
 /// The boxes are tight around the letters, since exponents overlap a box by a fixed amount, and their axis
 /// row is centred on the minus sign, so that fraction bars and signs lie on one line.

@@ -119,7 +119,7 @@ std::uint32_t SfntFontC::findInSegments(char32_t codePoint) const {
   std::uint32_t const delta = read16(deltas + low * 2);
   std::uint32_t const range = read16(ranges + low * 2);
   if (range == 0) return (codePoint + delta) & 0xFFFF;
-  // The format counts the range offset from the place where it is stored itself.
+  // In this format the range offset is counted from the place where it is stored.
   std::uint32_t const glyph = read16(ranges + low * 2 + range + (codePoint - start) * 2);
   return glyph == 0 ? no_glyph : (glyph + delta) & 0xFFFF;
 }

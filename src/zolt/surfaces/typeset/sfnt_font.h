@@ -9,13 +9,14 @@ namespace zolt::surfaces {
 /// The measures of one TrueType or OpenType font, read from the bytes of its file: which glyph shows a
 /// character, and how far it advances. Unhinted, in font units, so that every host gets the same numbers.
 ///
-/// Any bytes may be given: what is missing or points outside the file fails `parse` or reads as "no glyph".
+/// Any bytes are accepted: missing parts and offsets outside the file make `parse` fail or are read as "no
+/// glyph".
 class SfntFontC {
  public:
   static constexpr std::uint16_t no_glyph = 0;
 
-  /// Takes over the bytes of a font file. False, with `error` naming what is wrong, when it is no usable
-  /// font; the object then has no glyphs.
+  /// Takes over the bytes of a font file. Returns false, with `error` saying what is wrong, when it is no
+  /// usable font; the object then has no glyphs.
   [[nodiscard]] bool parse(std::string bytes, std::string& error);
 
   std::string const& getBytes() const { return bytes_; }
@@ -26,7 +27,7 @@ class SfntFontC {
   /// Advance width of a glyph in font units; 0 when there is no such glyph.
   int getAdvance(std::uint16_t glyph) const;
   /// How far the ink of a glyph reaches beyond its advance, in font units; 0 when it does not, or when the
-  /// font keeps its outlines in a form that is not read.
+  /// font stores its outlines in an unsupported form.
   int getOverhang(std::uint16_t glyph) const;
 
  private:

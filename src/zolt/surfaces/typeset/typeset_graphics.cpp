@@ -11,18 +11,18 @@ namespace zolt::surfaces {
 
 namespace {
 
-/// How far an exponent is from the ink of its base, and by how much it is moved for that at most: closer
-/// to a base whose width was rounded up, away from one that leans over. In surface units.
+/// The distance of an exponent from the ink of its base, and the most that it is moved to get there: closer
+/// to a base whose width was rounded up, away from one that leans over. Both are in surface units.
 constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 
-/// A line goes through the centres of the units at its ends.
+/// A line runs through the centres of the units at its ends.
 PathPointS cellCentre(long x, long y) { return {double(x) + 0.5, double(y) + 0.5}; }
 
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
 }
 
-/// The hollow box in place of a character without a glyph.
+/// Appends the hollow box that replaces a character without a glyph.
 PathC makeMissingBox(double left, double baseline, double width, double em) {
   double const side = 0.08 * em, top = baseline - 0.62 * em;
   PathC path;
@@ -41,7 +41,7 @@ struct TypesetGraphicsABC::StateS {
 
   FontSizeS const& size() const { return getFontSize(depth); }
 
-  /// Letters may reach out of their advance, but not by more than their size.
+  /// Letters may reach out of their advance, but by no more than their size.
   bool isInSight(double left, PlacedGlyphS const& glyph) const {
     return !clipBox || (left + glyph.x + glyph.width + glyph.em >= double(clipBox->left) &&
                         left + glyph.x - glyph.em <= double(clipBox->right));

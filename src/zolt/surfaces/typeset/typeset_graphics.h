@@ -13,14 +13,14 @@
 
 namespace zolt::surfaces {
 
-/// What a shape is painted for; each kind has its own strength of the foreground colour.
+/// What a shape represents; each kind has its own strength of the foreground colour.
 enum InkE {
   INK_TEXT = 0,      ///< texts, bars, signs, typed brackets and those of constructs
   INK_SUPPLIED = 1,  ///< brackets that the editor supplied because their partner is missing
   INK_SLOT = 2       ///< empty places
 };
 
-/// Share of the foreground colour, 0 to 1.
+/// The share of the foreground colour, from 0 to 1.
 constexpr double getInkStrength(InkE ink) {
   return ink == INK_TEXT ? 1.0 : ink == INK_SUPPLIED ? 0.45 : 0.16;
 }
@@ -35,10 +35,9 @@ struct GlyphRunS {
 };
 
 /// The shared look as a drawing surface: it measures, shapes texts, brackets and signs, and leaves four
-/// primitives to whoever derives from it. All hosts on it lay a formula out alike.
+/// primitives to the derived class. All hosts that use it lay a formula out alike.
 ///
-/// Coordinates handed to the primitives are surface units as the component counts them; a derived surface
-/// scales its painter and nothing else.
+/// The coordinates of the primitives are in surface units; a derived surface only scales its painter.
 class TypesetGraphicsABC : public math::ved::GraphicsABC {
  public:
   /// `typesetter` must not be null; surfaces may share one.
@@ -63,8 +62,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawCloseBracket(long x, long y, long height, bool automatic) const final;
   /// The brackets overhang the content box by `getMetric(2)`, like those that enclose part of a row. They are
   /// in full ink even when `automatic`: nobody typed them, but they belong to a sum, a derivative or a
-  /// logarithm as its bar or its sign does, and nothing about them is provisional, as it is about a single
-  /// bracket that the editor supplied for a missing one.
+  /// logarithm just as its bar or its sign does. They are not provisional, unlike a single bracket that the
+  /// editor supplied for a missing one.
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
   void selectFont(unsigned long fontDepth) const final;
   std::optional<math::ved::RectangleS> getClipBox() const final;
@@ -74,7 +73,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
 
  protected:
-  /// Only what is in this box has to be painted from now on; without a box, everything, as at first.
+  /// Restricts painting to this box from now on; without a box, and at first, everything is painted.
   void showOnly(std::optional<math::ved::RectangleS> const& box);
 
   virtual void fillGlyphs(GlyphRunS const& run) const = 0;

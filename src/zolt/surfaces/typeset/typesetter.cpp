@@ -11,7 +11,7 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr double prime_size = 0.75, prime_rise = 0.36;
-/// Between a prefix and its operand, in ems.
+/// The space between a prefix and its operand, in ems.
 constexpr double prefix_space = 0.07;
 
 bool isSign(CharClassE charClass) {
@@ -19,7 +19,7 @@ bool isSign(CharClassE charClass) {
          charClass == CLASS_COLON;
 }
 
-/// Puts ruled characters on paper at one font size.
+/// Converts the characters of a ruler to positions at one font size.
 class PlacerC {
  public:
   PlacerC(FontSizeS const& size, bool followsItem, std::vector<PlacedGlyphS>& glyphs)
@@ -41,7 +41,7 @@ class PlacerC {
   }
 
   /// To be called after the last character: the gap of the row follows the text. A sign alone at the start
-  /// has nothing before it to keep away from, or is one that a construct draws between two rows of its own.
+  /// has no neighbour to keep away from, or is drawn by a construct between two rows of its own.
   void finish() {
     if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
@@ -143,7 +143,7 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved
   };
   for (std::size_t i = 0; i < text.size(); ++i) {
     RuledCharS const& ruled = ruler.read(text[i]);
-    // The second half of a pair is placed for both.
+    // Both halves of a pair are placed when the second is read.
     if (oss::isHighSurrogate(text[i]) && i + 1 < text.size() && oss::isLowSurrogate(text[i + 1])) continue;
     if (ruled.inRun) {
       run.push_back(ruled);

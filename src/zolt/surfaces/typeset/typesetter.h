@@ -17,7 +17,7 @@ enum ShapeE {
   SHAPE_MISSING = 1  ///< a character that no face has
 };
 
-/// One thing to paint for a text. Positions are in surface units from the left edge of the text box and from
+/// One item to paint for a text. Positions are in surface units from the left edge of the text box and from
 /// the baseline.
 struct PlacedGlyphS {
   ShapeE shape;
@@ -31,13 +31,13 @@ struct PlacedGlyphS {
   double rise;          ///< how far the origin is above the baseline
 };
 
-/// Decides how texts look and how wide they are: the one place that every surface asks, so that all lay a
-/// formula out alike. Letters are italic; digits, signs and the names of functions are upright; signs keep
-/// their distance.
+/// Decides how texts look and how wide they are. Every surface asks this class, so that all lay a formula out
+/// alike. Letters are italic; digits, signs and the names of functions are upright; signs have space around
+/// them.
 ///
-/// The width of a text is the width of each of its beginnings plus what follows, never less than theirs: what
-/// a character adds depends on the characters before it only. That is why a sign's space is on both sides of
-/// the sign itself, and why a name such as "sin" is as wide upright as its letters promised.
+/// The width of a text is at least that of each of its beginnings: what a character adds depends only on the
+/// characters before it. That is why a sign's space is on both sides of the sign itself, and why a name such
+/// as "sin" is as wide upright as its letters were while it was typed.
 ///
 /// A sign that can be a prefix ("+", "−", "±") has no space around it after another sign, "(" or ","; first
 /// in a text it may be either, and gets some. Within that room the role of the text places it: in the middle
@@ -53,14 +53,14 @@ class TypesetterC final : public oss::RefCountedBC {
 
   FontSetC const& getFonts() const;
 
-  /// Has a run of letters set upright where it makes up exactly `name`. Changes widths, so that whatever was
+  /// Makes a run of letters upright where it is exactly `name`. Widths change, so everything that was
   /// measured has to be laid out again.
   void addUprightName(oss::wstring const& name);
 
   /// Width in surface units.
   long measure(oss::wstring const& text, unsigned long depth) const;
 
-  /// Replaces the contents of `glyphs` by what `text` consists of, left to right.
+  /// Replaces the contents of `glyphs` by the items of `text`, from left to right.
   void place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
              std::vector<PlacedGlyphS>& glyphs) const;
 

@@ -4,7 +4,7 @@
 
 namespace zolt::math::ved {
 
-/// A surface on which everything has no size, for formulas that nobody looks at.
+/// A surface on which everything has size 0, for formulas that are not shown.
 class BlindGraphicsC final : public GraphicsABC {
  public:
   void invalidate() const override {}

@@ -9,7 +9,7 @@ void GraphicsABC::drawTextAs(TextRoleE, oss::wstring const& text, long x, long y
 }
 
 long GraphicsABC::getTickSize(SignE radical) const {
-  // The gap of the row takes its share of the room left of a radicand, where no index needs it.
+  // The gap of the row uses part of the room left of a radicand, where no index needs it.
   return radical == SIGN_INDEXED_RADICAL ? 4 : 4 - getMetric(0);
 }
 

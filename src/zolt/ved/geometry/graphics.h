@@ -11,7 +11,7 @@ namespace zolt::math::ved {
 /// What a construct draws around or beside its rows.
 enum SignE {
   SIGN_RADICAL = 0,          ///< the tick, the stroke and the bar of a square root
-  SIGN_INDEXED_RADICAL = 1,  ///< that of a root whose index is above the tick
+  SIGN_INDEXED_RADICAL = 1,  ///< the same for a root with an index above the tick
   SIGN_INTEGRAL = 2,
   SIGN_SUM = 3,  ///< one unit higher than wide
   SIGN_ABSOLUTE_BARS = 4,
@@ -19,7 +19,7 @@ enum SignE {
   SIGN_FLOOR_BARS = 6
 };
 
-/// What a text is in its formula.
+/// The role of a text in its formula.
 enum TextRoleE {
   TEXT_STARTS_ROW = 0,        ///< the first item of a row or of a bracketed group
   TEXT_FOLLOWS_ITEM = 1,      ///< any other item of a row
@@ -34,14 +34,13 @@ enum TextRoleE {
 
 /// The drawing surface that a host supplies: it measures and draws text, and draws lines and parentheses.
 ///
-/// All positions and sizes are in surface units (signed 32-bit values); x grows right, y grows down. The one
-/// piece of state is the current font, set by `selectFont` before anything of a node is measured or drawn.
-/// A layout is valid only as long as the surface answers the same for the same font depth. No operation
-/// reports failure: a surface that cannot draw draws nothing. All calls come from the thread that calls the
-/// view.
+/// All positions and sizes are in surface units (signed 32-bit values); x grows right, y grows down. The only
+/// state is the current font, set by `selectFont` before anything of a node is measured or drawn. A layout is
+/// valid only as long as the surface answers the same for the same font depth. No operation reports failure:
+/// a surface that cannot draw draws nothing. All calls come from the thread that calls the view.
 ///
-/// The members that have bodies here are for surfaces that want to know more; a surface that hands calls on
-/// to another one has to hand them on too.
+/// The members that have bodies here are for surfaces that need more information; a surface that forwards
+/// calls to another surface has to forward them too.
 class GraphicsABC : public oss::RefCountedBC {
  public:
   /// The length of a serif of ceiling and floor bars.
@@ -50,8 +49,8 @@ class GraphicsABC : public oss::RefCountedBC {
   GraphicsABC() = default;
   ~GraphicsABC() override;
 
-  /// Asks the host to repaint the view soon. Must neither paint nor throw from inside the call; the view may
-  /// be looked at, and refuses to be changed.
+  /// Asks the host to repaint the view soon. The implementation must neither paint nor throw; it may query
+  /// the view, which refuses to be changed during the call.
   virtual void invalidate() const = 0;
 
   /// Measures `text` in the current font: advance width, height, and distance from its top to its axis.
@@ -84,24 +83,24 @@ class GraphicsABC : public oss::RefCountedBC {
   /// Reserved; never called by the component.
   virtual void reserved() const {}
 
-  /// Makes the font of a depth current: 0 is the normal size, each level above is smaller.
+  /// Makes the font of a depth current: 0 is the normal size, and each deeper level is smaller.
   virtual void selectFont(unsigned long fontDepth) const = 0;
 
-  /// The part of the surface that is to be painted: drawing leaves out most of what lies outside. Nothing:
-  /// all is painted. Asked once for each drawing.
+  /// The part of the surface that is to be painted: drawing leaves out most of what lies outside. No value
+  /// means that everything is painted. It is queried once for each drawing.
   ///
-  /// What a text, bracket or sign paints may reach out of its box by as much as a line in the largest font is
-  /// high, and still nothing of it that lies in the clip box is missing.
+  /// A text, bracket or sign may paint outside its box by as much as the height of a line in the largest
+  /// font; everything of it that lies in the clip box is still drawn.
   virtual std::optional<RectangleS> getClipBox() const { return std::nullopt; }
 
-  /// Draws `text` like `drawText`, and tells what it is. The text left of an exponent, empty or not, is drawn
-  /// just before the exponent. Unless overridden it is `drawText`.
+  /// Draws `text` like `drawText`, and receives its role. The text left of an exponent, empty or not, is
+  /// drawn just before the exponent. Unless overridden it calls `drawText`.
   virtual void drawTextAs(TextRoleE role, oss::wstring const& text, long x, long y) const;
 
-  /// Draws a sign in the box (x, y, width, height). Unless overridden it is drawn with lines.
+  /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
 
-  /// How wide and how high the tick of a radical is in the current font.
+  /// The width and the height of the tick of a radical in the current font.
   long getTickSize(SignE radical) const;
 };
 

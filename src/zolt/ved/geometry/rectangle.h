@@ -7,8 +7,8 @@ struct RectangleS {
   RectangleS(long leftEdge = 0, long topEdge = 0, long rightEdge = 0, long bottomEdge = 0)
       : left(leftEdge), top(topEdge), right(rightEdge), bottom(bottomEdge) {}
 
-  /// Whether this is the all-zero rectangle, which stands for "nothing to show". A rectangle that is merely
-  /// empty (left equal to right, but not all zero) is not null.
+  /// Whether this is the all-zero rectangle, which means "nothing to show". A rectangle that is merely empty
+  /// (left equal to right, but not all zero) is not null.
   bool isNull() const { return left == 0 && top == 0 && right == 0 && bottom == 0; }
 
   long left;

@@ -16,7 +16,7 @@ struct LibraryCloserS {
 };
 using SharedLibraryT = std::shared_ptr<FT_LibraryRec_>;
 
-/// What a Cairo face needs as long as it exists, in the order in which it must go.
+/// What a Cairo face needs during its lifetime, in the order in which it must be released.
 struct FaceHoldS {
   SharedLibraryT library;
   oss::PointerTC<FontSetC const> fonts;

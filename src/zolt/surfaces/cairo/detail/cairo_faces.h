@@ -11,8 +11,8 @@
 
 namespace zolt::surfaces {
 
-/// The faces of a font set as Cairo knows them. Cairo may keep a face in its own caches for longer than this
-/// object lives; each face therefore holds on to the bytes of its file itself.
+/// The faces of a font set for Cairo. Cairo may keep a face in its own caches for longer than this object
+/// lives, so each face holds a reference to the bytes of its file.
 class CairoFacesC {
  public:
   explicit CairoFacesC(oss::PointerTC<FontSetC const> fonts) : fonts_(fonts) {}
@@ -20,10 +20,10 @@ class CairoFacesC {
   CairoFacesC(CairoFacesC const&) = delete;
   CairoFacesC& operator=(CairoFacesC const&) = delete;
 
-  /// Opens every face on the first call. False when FreeType refuses one.
+  /// Opens every face on the first call. Returns false when FreeType refuses one.
   [[nodiscard]] bool open();
 
-  /// Makes a face current in `context`, without hinting. Only after `open` has succeeded.
+  /// Makes a face current in `context`, without hinting. `open` must have succeeded before.
   void select(cairo_t* context, unsigned face, double em) const;
 
  private:

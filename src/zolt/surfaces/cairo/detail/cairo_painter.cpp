@@ -82,7 +82,7 @@ class PainterC {
       glyphs_.push_back({glyph.glyph, item.run.x + glyph.x, item.run.baseline});
     }
     if (target_ == PAINT_PIXELS) {
-      // Painted as text, glyphs would be moved to whole pixels one by one and be spaced unevenly.
+      // Painted as text, each glyph would be moved to whole pixels, and the spacing would be uneven.
       cairo_glyph_path(context_, glyphs_.data(), int(glyphs_.size()));
       cairo_fill(context_);
       return;

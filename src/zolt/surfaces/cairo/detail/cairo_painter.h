@@ -14,7 +14,7 @@ enum PaintTargetE {
   PAINT_PAPER = 1    ///< letters as text, so that it can be selected and searched
 };
 
-/// Paints a drawing. The context must map surface units to the target already.
+/// Paints a drawing. The context must already map surface units to the target.
 void paintDrawing(cairo_t* context, CairoFacesC const& faces, DrawingT const& drawing,
                   ColourS const& foreground, PaintTargetE target);
 

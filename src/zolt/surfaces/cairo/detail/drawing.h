@@ -11,14 +11,14 @@ namespace zolt::surfaces {
 
 enum DrawingItemE { ITEM_GLYPHS, ITEM_FILL, ITEM_STROKE, ITEM_RULE };
 
-/// One primitive as it was drawn, in surface units.
+/// One primitive of a drawing, in surface units.
 struct DrawingItemS {
   DrawingItemE kind = ITEM_GLYPHS;
   InkE ink = INK_TEXT;
   PathC path;
   double thickness = 0;
   RuleS rule{};
-  GlyphRunS run{};                   // its glyphs are those below
+  GlyphRunS run{};                   // its glyphs are in `glyphs`
   std::vector<PlacedGlyphS> glyphs;  // of a run
 };
 
@@ -34,7 +34,7 @@ inline ColourS inkColour(ColourS const& foreground, InkE ink) {
   return {foreground.red, foreground.green, foreground.blue, foreground.opacity * getInkStrength(ink)};
 }
 
-/// UTF-8 that every format can hold: no control characters, surrogates without a partner replaced.
+/// UTF-8 that every format can hold, without control characters; unpaired surrogates are replaced.
 std::string toCleanUtf8(oss::wstring const& text);
 
 }  // namespace zolt::surfaces

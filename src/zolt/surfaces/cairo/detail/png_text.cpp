@@ -8,7 +8,7 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr std::size_t signature_size = 8;
-/// Length, name, 13 bytes and checksum of the first chunk, the header.
+/// The length, name, 13 bytes and checksum of the first chunk, which is the header.
 constexpr std::size_t header_size = 4 + 4 + 13 + 4;
 
 std::array<std::uint32_t, 256> makeChecksumTable() {
@@ -36,7 +36,7 @@ void append32(std::string& out, std::uint32_t value) {
 
 bool insertPngText(std::string& png, std::string const& keyword, std::string const& text) {
   if (png.size() < signature_size + header_size || png.compare(1, 3, "PNG") != 0) return false;
-  // The keyword's end, no compression (two bytes), no language, no translated keyword.
+  // These bytes are: the keyword's end, no compression (two bytes), no language, no translated keyword.
   std::string const content = "iTXt" + keyword + std::string(5, '\0') + text;
   std::string chunk;
   append32(chunk, std::uint32_t(content.size() - 4));

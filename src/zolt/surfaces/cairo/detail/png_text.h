@@ -7,7 +7,7 @@
 namespace zolt::surfaces {
 
 /// Puts a text in UTF-8 under a keyword (1 to 79 Latin letters) into the bytes of a PNG picture, before its
-/// pixels. False when the bytes are no PNG picture.
+/// pixels. Returns false when the bytes are not a PNG picture.
 bool insertPngText(std::string& png, std::string const& keyword, std::string const& text);
 
 }  // namespace zolt::surfaces

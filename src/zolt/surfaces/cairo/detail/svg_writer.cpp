@@ -13,7 +13,7 @@ namespace {
 
 constexpr double outline_em = 1000;
 
-/// Rounded to so many decimals at most, whatever the process locale says.
+/// Rounds to at most so many decimals, independently of the process locale.
 void appendNumber(std::string& out, double value, int decimals = 3) {
   long long unit = 1;
   for (int i = 0; i < decimals; ++i) unit *= 10;
@@ -187,8 +187,8 @@ class WriterC {
              paint("fill", colour) + "/>\n";
   }
 
-  /// One piece for every stretch in which the letters follow each other as the font has them: not all
-  /// viewers heed a list of places.
+  /// Writes one element for every run of letters that are spaced as in the font: not all viewers heed a list
+  /// of positions.
   void appendText(DrawingItemS const& item, ColourS const& colour) {
     usedFaces_[item.run.face] = true;
     body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(fonts_.getFaceName(item.run.face)) +
@@ -250,7 +250,7 @@ class WriterC {
       auto const point = [&](int k) { return PathPointS{data[k].point.x, data[k].point.y}; };
       switch (data->header.type) {
         case CAIRO_PATH_MOVE_TO:
-          // Cairo starts a new piece after every closed one, also where none follows.
+          // Cairo starts a new piece after every closed one, even if none follows.
           if (next < path.num_data && path.data[next].header.type != CAIRO_PATH_MOVE_TO)
             outline.moveTo(point(1));
           break;

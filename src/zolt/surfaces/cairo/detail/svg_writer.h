@@ -9,7 +9,7 @@
 
 namespace zolt::surfaces {
 
-/// The drawing as a whole SVG document whose user units are surface units.
+/// Writes the drawing as a complete SVG document whose user units are surface units.
 std::string writeSvg(DrawingT const& drawing, PictureFrameS const& frame, PictureOptionsS const& options,
                      FontSetC const& fonts, CairoFacesC const& faces);
 

@@ -7,7 +7,7 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr int curve_steps = 6;
-/// Length of a cubic's control arm that makes it a quarter of a circle of radius 1.
+/// The length of a cubic's control arm that makes it a quarter of a circle of radius 1.
 constexpr double circle_arm = 0.5522847498;
 
 PathPointS operator+(PathPointS a, PathPointS b) { return {a.x + b.x, a.y + b.y}; }

@@ -9,20 +9,20 @@
 
 namespace zolt::surfaces {
 
-/// A place of a pen that changes its thickness on the way.
+/// A position of a pen whose thickness changes on the way.
 struct BrushPointS {
   double x, y;
   double radius;
 };
 
 /// A pen stroke along a line: the line is collected piece by piece, then its smooth outline, with round ends,
-/// is added to a path. Outlines of several strokes may overlap in one path; they fill as their union.
+/// is added to a path. Outlines of several strokes may overlap in one path; they are filled as their union.
 class BrushC {
  public:
   void moveTo(BrushPointS p);
-  /// A straight piece; the thickness changes evenly.
+  /// Adds a straight piece; the thickness changes evenly.
   void lineTo(BrushPointS p);
-  /// A cubic with the controls `c1`, `c2`; the thickness changes gently at both ends.
+  /// Adds a cubic with the controls `c1`, `c2`; the thickness changes gently at both ends.
   void curveTo(PathPointS c1, PathPointS c2, BrushPointS p);
 
   /// Appends the outline and forgets the line.

@@ -16,7 +16,7 @@ constexpr int missing_advance = em_parts / 2;
 /// The placeholder of an empty place, and the width of the place.
 constexpr char32_t slot = 0x25CF;
 constexpr int slot_advance = em_parts * 6 / 10;
-/// What a damaged font says beyond that would not fit.
+/// Wider advances, which only a damaged font has, would overflow and are cut to this.
 constexpr std::int64_t widest_advance = 100 * std::int64_t{em_parts};
 /// Primes are as small and as high as exponents.
 constexpr int prime_percent = 75;
@@ -92,7 +92,7 @@ CharClassE classify(char32_t c) {
   return LetterStyleC::isLetter(c) ? CLASS_LETTER : CLASS_ORDINARY;
 }
 
-/// A sign of a keyboard in the shape that print has for it.
+/// The printed form of a sign that a keyboard sends.
 char32_t showAs(char32_t c) {
   constexpr char32_t dot = 0x22C5, prime = 0x2032;
   switch (c > 0xFFFF ? c : common::foldLookAlike(char16_t(c), common::LOOK_ALIKE_DRAWN)) {

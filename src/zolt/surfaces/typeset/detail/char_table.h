@@ -10,12 +10,12 @@
 
 namespace zolt::surfaces {
 
-/// Widths inside a text are whole millionths of an em, so that every machine adds them up alike.
+/// Widths inside a text are whole millionths of an em, so that every machine adds them up to the same result.
 constexpr int em_parts = 1000000;
 
 enum CharClassE : std::uint8_t {
   CLASS_ORDINARY,
-  CLASS_STOP,  ///< ordinary to look at, but every name and number ends before it
+  CLASS_STOP,  ///< looks ordinary, but every name and number ends before it
   CLASS_LETTER,
   CLASS_DIGIT,
   CLASS_PLUS_MINUS,  ///< between two operands, or in front of one
@@ -38,7 +38,8 @@ struct FaceGlyphS {
   int overhang = 0;        ///< how far the ink reaches beyond the advance, in `em_parts`
 };
 
-/// How one character looks. A character that no face has keeps the advance of the box drawn in its place.
+/// How one character looks. A character that no face has keeps the advance of the box that is drawn in its
+/// place.
 struct CharLookS {
   CharClassE charClass = CLASS_ORDINARY;
   FaceGlyphS upright;
@@ -46,7 +47,7 @@ struct CharLookS {
   FaceGlyphS overlay;  ///< a second glyph at the same place, if it has a face
 };
 
-/// Looks up characters in the faces, each one once.
+/// Looks up characters in the faces, each one only once.
 class CharTableC {
  public:
   explicit CharTableC(oss::PointerTC<FontSetC> fonts) : fonts_(fonts) {}

@@ -9,8 +9,8 @@
 
 namespace zolt::surfaces {
 
-/// Says what is italic and what is upright: single letters are italic, as variables are, apart from capital
-/// Greek ones; the names in a table are upright. Everything that is no letter is upright.
+/// Decides what is italic and what is upright: single letters are italic, as variables are, apart from
+/// capital Greek ones; the names in a table are upright. Everything that is not a letter is upright.
 class LetterStyleC {
  public:
   /// The names between the two places begin with the letters that were read.
@@ -26,18 +26,18 @@ class LetterStyleC {
   static bool isLetter(char32_t c);
   static bool isItalicLetter(char32_t c);
 
-  /// Sets a name upright from now on.
+  /// Makes a name upright from now on.
   void add(oss::wstring const& name);
 
   RangeS all() const { return {0, names_.size(), 0}; }
-  /// Narrows `range` to the names that go on with `letter`.
+  /// Narrows `range` to the names that continue with `letter`.
   void narrow(RangeS& range, char16_t letter) const;
-  /// Whether the letters read are a whole name, which is upright.
+  /// Whether the letters that were read are a whole name, which is upright.
   bool isUpright(RangeS const& range) const {
     return !range.isEmpty() && range.length > 0 && names_[range.first].size() == range.length;
   }
-  /// Whether they may still become one, so that they have to be measured as one. A single letter has to do as
-  /// a variable too.
+  /// Whether the letters may still become a name, so that they have to be measured as one. A single letter
+  /// must also fit as a variable.
   bool mayBecomeUpright(RangeS const& range) const {
     return !range.isEmpty() && (range.length > 1 || isUpright(range));
   }

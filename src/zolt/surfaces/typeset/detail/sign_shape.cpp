@@ -13,7 +13,8 @@ void appendIntegral(PathC& path, double x, double y, double width, double height
   double const stem = std::clamp(0.34 + 0.009 * height, 0.45, 0.72), hair = 0.24, ball = 0.66;
   double const bend = std::min(0.30 * height, 9.0), slant = std::min(0.052 * height, 1.5);
 
-  // One half, from the ball at its end to the centre; the other half is its mirror image through the centre.
+  // This is one half, from the ball at its end to the centre; the other half is its mirror image through the
+  // centre.
   double const ballX = right - ball, ballY = top + ball + 0.75;
   auto const mirrored = [&](double u, double v) { return PathPointS{2 * middleX - u, 2 * middleY - v}; };
   auto const across = [&](double u, double v, double radius) {
@@ -43,8 +44,8 @@ void appendIntegral(PathC& path, double x, double y, double width, double height
 }
 
 void appendSum(PathC& path, double x, double y, double width, double height) {
-  // The limits are right above and below the box: the sign keeps clear of them, of their ascenders and
-  // descenders too. Its bars end on whole and half units, which are sharp at whole scales.
+  // The limits are right above and below the box: the sign keeps clear of them, including their ascenders and
+  // descenders. Its bars end on whole and half units, which are sharp at whole scales.
   double const top = y + 1, ink = y + height - 1.5 - top;
   double const upperBar = 1 / ink, lowerBar = 1 - 1.5 / ink;
   auto const at = [&](double u, double v) { return PathPointS{x + u * width, top + v * ink}; };
@@ -70,7 +71,7 @@ void appendSum(PathC& path, double x, double y, double width, double height) {
 
 void appendRadical(PathC& path, double x, double y, double height, double tick, bool hasIndex,
                    FontSizeS const& size) {
-  // Without an index above it the tick has all the height to itself.
+  // Without an index above it, the tick uses the whole height.
   double const left = x - 0.6, foot = y + height - 0.1, ink = foot - y, reach = x + tick - left;
   double const thickness = getRuleThickness(size);
   double const rise = hasIndex ? std::min(tick + 0.4, ink) : std::clamp(0.46 * ink, 4.0, 8.5);

@@ -4,7 +4,7 @@
 #include "zolt/surfaces/typeset/path.h"
 #include "zolt/surfaces/typeset/rule.h"
 
-// Internal to the typeset library: the signs of constructs as print has them, in the boxes of
+// Internal to the typeset library: the printed forms of the signs of constructs, in the boxes of
 // `GraphicsABC::drawSign`.
 
 namespace zolt::surfaces {
@@ -17,7 +17,7 @@ void appendIntegral(PathC& path, double x, double y, double width, double height
 void appendSum(PathC& path, double x, double y, double width, double height);
 
 /// A radical without its bar, which starts at the head of the stroke. `tick`: how far right of `x` the stroke
-/// is; with an index above it the tick stays as low as it is wide.
+/// is; with an index above it, the tick is only as high as it is wide.
 void appendRadical(PathC& path, double x, double y, double height, double tick, bool hasIndex,
                    FontSizeS const& size);
 

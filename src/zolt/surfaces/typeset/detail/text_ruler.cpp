@@ -8,12 +8,13 @@ namespace zolt::surfaces {
 
 namespace {
 
-// Thousandths of an em: the traditional medium and thick space of printed formulas, and a narrower one for
-// products, which are written out here much more often than in print and should still look closer than sums.
+// These spaces are in thousandths of an em: the traditional medium and thick space of printed formulas, and a
+// narrower one for products, which are written out here much more often than in print and should still look
+// closer than sums.
 constexpr int binary_space = 222, product_space = 150, relation_space = 278, comma_space = 167;
 constexpr int tight_binary_space = 40, tight_relation_space = 60, tight_comma_space = 50;
 // A sign that starts a text may follow a construct (then it is binary) or start the row (then it is a prefix,
-// and all of this is before it). A minus is as often the one as the other, a plus is mostly binary.
+// and all of this space is before it). A minus is equally often either, and a plus is mostly binary.
 constexpr int leading_minus_space = 120, leading_plus_space = 185;
 
 }  // namespace
@@ -28,7 +29,7 @@ void TextRulerC::add(int left, int right) {
 
 bool TextRulerC::joinPair(char16_t c) {
   if (high_ == 0 || !oss::isLowSurrogate(c)) return false;
-  // The first half already took the room of a missing character; the pair is shown from its start.
+  // The first half has already taken the room of a missing character; the pair is shown from its start.
   std::int64_t const pairStart = current_.start, used = current_.end;
   current_ = RuledCharS();
   current_.look = characters_.find(oss::joinSurrogates(high_, c));

@@ -9,7 +9,8 @@
 
 namespace zolt::surfaces {
 
-/// What one 16-bit character of a text occupies. All distances are in `em_parts` from the start of the text.
+/// The space that one 16-bit character of a text occupies. All distances are in `em_parts` from the start of
+/// the text.
 struct RuledCharS {
   CharLookS look;
   std::int64_t start = 0;      ///< where the text before it ends
@@ -21,10 +22,11 @@ struct RuledCharS {
   LetterStyleC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
 };
 
-/// Reads a text from left to right and says where each character ends: the width of every beginning.
+/// Reads a text from left to right and computes where each character ends, and so the width of every
+/// beginning.
 class TextRulerC {
  public:
-  /// `tight`: signs get next to no space, as is usual in exponents and limits.
+  /// `tight`: signs get almost no space, as is usual in exponents and limits.
   TextRulerC(CharTableC& characters, LetterStyleC const& names, bool tight)
       : characters_(characters), names_(names), tight_(tight) {}
 
