@@ -54,7 +54,7 @@ constexpr char16_t const* functions = u"Functions";
 constexpr char16_t const* relations = u"Relations";
 constexpr char16_t const* logic = u"Logic";
 
-/// An operator's words, put together in one expression.
+/// An operator's words, built in one expression.
 struct WordsS : OperatorWordsS {
   WordsS(wstring groupTitle, wstring what) {
     group = std::move(groupTitle);
@@ -70,8 +70,8 @@ struct WordsS : OperatorWordsS {
   WordsS said(std::vector<wstring> parts) && { return spoken = std::move(parts), std::move(*this); }
 };
 
-/// Takes the rows of the table, in their order: registers the operators, gives each a code, its place in the
-/// table from 1 on, and lists those that can be inserted.
+/// Takes the rows of the table in their order: registers the operators, gives each a code (its number in the
+/// table, counted from 1) and lists those that can be inserted.
 class TableC {
  public:
   TableC(OperatorListC& operators, std::vector<StandardOperatorS>& listed)
@@ -130,14 +130,15 @@ void TableC::fill() {
   add(KEY_PLUS, infix(u"+", u"+", PRECEDENCE_SUM, !spaced, associative),
       WordsS(arithmetic, u"plus").said({u" plus "}));
   add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM), WordsS(arithmetic, u"minus").said({u" minus "}));
-  // Not associative, although it is: a∙(b div c) must keep its brackets.
+  // Products are associative, but a∙(b div c) must keep its brackets, so the operator is registered as not
+  // associative.
   add(KEY_TIMES, infix(u"*", {times_sign}, PRECEDENCE_PRODUCT),
       WordsS(arithmetic, u"times").shown(u"·").said({u" times "}));
   add(KEY_FRACTION, construct<OperatorDivC>(u"/", u"/"),
       WordsS(arithmetic, u"fraction").shown(u"a/b").said({u"fraction ", u" over ", u" end fraction"}));
   add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"integer division"));
   add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"remainder"));
-  // Their texts read as the signs in front of an operand: the grammar knows the ones between two.
+  // These texts are read as the signs before an operand; the grammar knows the signs between two operands.
   add(KEY_POS, prefix(u"_pos", u"+", PRECEDENCE_SIGN),
       WordsS(arithmetic, u"plus sign").typed(u"+").said({u" plus "}));
   add(KEY_NEG, prefix(u"_neg", minus, PRECEDENCE_SIGN),
@@ -240,7 +241,7 @@ void TableC::fill() {
       WordsS(logic, u"and").inserted(u"∧"));
   add(KEY_OR, infix(u"or", u"or", PRECEDENCE_OR, spaced, associative), WordsS(logic, u"or").inserted(u"∨"));
 
-  // Typed brackets: a call without a name shows them once and reads back.
+  // These are typed brackets: a call without a name shows them once and can be read back.
   operators_.add(call(u"_quietpos", {}, 1));
   operators_.add(construct<OperatorErrorC>(u"error", u"error"));
 }

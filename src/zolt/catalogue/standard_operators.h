@@ -68,8 +68,8 @@ struct StandardOperatorS {
 std::vector<StandardOperatorS> const& standardOperators();
 
 /// Registers the standard operators with their words by name, by text and, those that can be inserted, by
-/// key. A larger precedence binds looser. Where two share a text, the later one is what the text reads as:
-/// "log" the decimal logarithm, "d" a variable.
+/// key. A larger precedence binds looser. Where two operators share a text, the text is read as the later
+/// one: "log" as the decimal logarithm, "d" as a variable.
 void registerStandardOperators(math::ved::OperatorListC& operators);
 
 }  // namespace zolt::catalogue

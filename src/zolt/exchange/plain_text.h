@@ -12,7 +12,7 @@ using oss::PointerTC;
 using oss::wstring;
 
 // Expressions as people write them in one line: (a+b)/2, 2x², sin(30°), int(0,1,x^2,x). docs/plain-text.md
-// describes the notation. Nothing recurses with the depth of the expression, and everything is linear.
+// describes the notation. Reading and writing take linear time and do not recurse.
 
 /// Why plain text was refused.
 enum PlainTextErrorE {
@@ -32,7 +32,8 @@ enum PlainTextErrorE {
 };
 
 struct PlainTextErrorS {
-  /// The offending 16-bit characters; both are the text's length when it ended too early.
+  /// The range of the offending 16-bit characters; both ends are the text's length when the text ends too
+  /// early.
   unsigned long begin = 0;
   unsigned long end = 0;
   PlainTextErrorE cause = PLAIN_TEXT_ERROR_NONE;
@@ -41,22 +42,22 @@ struct PlainTextErrorS {
 /// One sentence for the person who wrote the text, without a full stop: "An operand is missing".
 wstring describe(PlainTextErrorE cause);
 
-/// The expression that `text` stands for. Sums and products are binary; brackets that only group leave no
-/// trace, twice the same pair, "((x))", is a pair that the formula shows. Null when malformed, `*error` (may
-/// be null) then saying where and why; otherwise `*error` is untouched.
+/// The expression that `text` means. Sums and products are binary. Brackets that only group leave no trace; a
+/// doubled pair, "((x))", is a pair that the formula shows. Null when the text is malformed; `*error` (may be
+/// null) then says where and why. Otherwise `*error` is untouched.
 [[nodiscard]] PointerTC<AlgebraicExpressionC> fromPlainText(wstring const& text,
                                                             PointerTC<CASSessionBC> session,
                                                             PlainTextErrorS* error = nullptr);
 
 enum PlainTextStyleE {
-  /// Reads back to an equal expression, whatever the expression.
+  /// The text of every expression reads back to an equal expression.
   PLAIN_TEXT_EXACT,
-  /// For other programs and for people: brackets that the formula shows are written once, and so get lost on
-  /// reading back where they are not needed.
+  /// The text is for people and other programs: brackets that the formula shows are written once, so reading
+  /// back loses those that are not needed.
   PLAIN_TEXT_READABLE
 };
 
-/// The expression in as few brackets as the notation allows, every digit kept. Empty for the empty
+/// The expression with as few brackets as the notation allows and with every digit. Empty for the empty
 /// expression.
 wstring toPlainText(AlgebraicExpressionC const& expression, PlainTextStyleE style = PLAIN_TEXT_EXACT);
 

@@ -31,7 +31,7 @@ InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& o
   return {INPUT_OPERATOR, op.getName(), {}};
 }
 
-/// The name that ends at the place, without a number in front of it: "2pi" ends in the name "pi".
+/// The start of the name that ends at the place, without a number before it: "2pi" ends in the name "pi".
 unsigned int nameStart(PlaceS end) {
   wstring const& text = end.node->crefText();
   unsigned int start = wordStart(text, end.pos);
@@ -39,7 +39,7 @@ unsigned int nameStart(PlaceS end) {
   return start;
 }
 
-/// "name(" just typed.
+/// Handles "name(" when "(" was just typed.
 ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
   PlaceS const nameEnd = placeBefore(open);
   unsigned int const start = nameStart(nameEnd);
@@ -50,7 +50,7 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
   found.op = name.op;
   found.begin = {nameEnd.node, start};
   found.end = view.getSelection().caret;
-  // The bracket may have been the missing one of a pair, whose content then becomes the argument.
+  // The typed bracket may complete a pair; the content of the pair is then the argument.
   Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
   if (close && close->getType() == NODE4_CLOSE) {
     found.contentBegin = found.end;
@@ -64,7 +64,7 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
   return found;
 }
 
-/// "name(argument," just typed, with nothing but the bracket's end behind it.
+/// Handles "name(argument," when the comma was just typed and only the closing bracket follows it.
 ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   ConstructReplacementS found;
   Node4C const* const open = findOpenBracket(caret);
@@ -134,7 +134,7 @@ ReplacementS findLetterReplacement(PlaceS end) {
   unsigned int const start = nameStart(end);
   wstring const name = end.node->crefText().substr(start, end.pos - start);
   if (name.size() < 2) return {};
-  // What pasted text would read.
+  // Typing must give the same as pasting, so the reader of plain text decides.
   auto const read = exchange::fromPlainText(name, math::algexpr::CASSessionBC::getSession());
   if (!read) return {};
   wstring const letter = read->getNode()->getName();

@@ -16,60 +16,60 @@ using math::ved::PlaceS;
 using oss::PointerTC;
 using oss::wstring;
 
-// The rules of typing, as pure functions: what one character is to do, and what becomes of the text that it
-// completed. Carrying it out is the field's business.
+// The rules of typing, as pure functions: they say what one character does and what replaces the text that it
+// completes. The field carries it out.
 
 enum InputKindE {
-  INPUT_MOVE,           ///< only the caret moves, to the target
-  INPUT_TEXT,           ///< the text is typed
-  INPUT_OPERATOR,       ///< the operator of that name is inserted
-  INPUT_EXPONENT,       ///< the text goes into an exponent on what is before the caret, which then leaves it
-  INPUT_OPEN_EXPONENT,  ///< the same, and the caret stays in the exponent
+  INPUT_MOVE,      ///< only the caret moves, to the target
+  INPUT_TEXT,      ///< the text is typed
+  INPUT_OPERATOR,  ///< the operator of that name is inserted
+  INPUT_EXPONENT,  ///< the text becomes an exponent of what is before the caret; the caret then leaves it
+  INPUT_OPEN_EXPONENT,  ///< the same, but the caret stays in the exponent
   INPUT_BRACKETS        ///< the selection is put between brackets
 };
 
 struct InputDecisionS {
   InputKindE kind = INPUT_TEXT;
   wstring text;
-  PlaceS target;  ///< where the caret goes first; null: it stays
+  PlaceS target;  ///< where the caret moves first; null: it does not move
 };
 
-/// What typing `c` is to do at the view's caret. Characters that only look like one of the table's signs are
-/// taken for it, whatever keyboard they come from.
+/// What typing `c` does at the view's caret. A character that looks like one of the table's signs counts as
+/// that sign, since keyboards differ in what they send.
 InputDecisionS decideInput(math::ved::ViewZNT4C const& view, char16_t c, InputOptionsS const& options);
 
-/// Text that becomes something else.
+/// A piece of text and what replaces it.
 struct ReplacementS {
-  PlaceS begin;  ///< null: there is nothing to replace
+  PlaceS begin;  ///< null: nothing is replaced
   PlaceS end;
-  wstring text;      ///< typed in its place; an operator's name inserts the operator
-  wstring exponent;  ///< typed behind that, where the caret then stays
+  wstring text;      ///< what is typed in its place; an operator's name inserts the operator
+  wstring exponent;  ///< what is typed after that as an exponent, in which the caret stays
 };
 
-/// What becomes of the signs just typed before the caret: "<=", "!=", "**", a letter with the accent that a
-/// dead "^" left on it.
+/// The replacement for the signs just typed before the caret: "<=", "!=", "**", or a letter with the accent
+/// that a dead "^" key left on it.
 ReplacementS findSignReplacement(math::ved::ViewZNT4C const& view);
 
-/// What becomes of the name that ends at `end`: "alpha" becomes the letter, "pi" the constant.
+/// The replacement for the name that ends at `end`: the letter for "alpha", the constant for "pi".
 ReplacementS findLetterReplacement(PlaceS end);
 
-/// A call that becomes a construct.
+/// A call and the construct that replaces it.
 struct ConstructReplacementS {
-  PointerTC<math::ved::OperatorBC> op;  ///< null: there is nothing to replace
+  PointerTC<math::ved::OperatorBC> op;  ///< null: nothing is replaced
   PlaceS begin;
   PlaceS end;
-  /// What stood between the brackets and goes into the row `contentRow`. Null: nothing.
+  /// The content of the brackets, which moves to the row `contentRow`. Null: there is none.
   PlaceS contentBegin;
   PlaceS contentEnd;
   unsigned long contentRow = 0;
-  /// What was written behind the name, as in "log_2(", and goes into the row `markRow`.
+  /// What was written after the name, as in "log_2(", which goes into the row `markRow`.
   wstring mark;
   unsigned long markRow = 0;
   unsigned long caretRow = 0;
 };
 
-/// What becomes of the call whose "(" (or first ",") was just typed before the caret. A name whose text the
-/// operator table knows as a plain function stays one until the comma: "log(x)" is a decimal logarithm.
+/// The replacement for the call whose "(" (or first ",") was just typed before the caret. A name that is also
+/// the text of a plain function stays that function until the comma: "log(x)" is a decimal logarithm.
 ConstructReplacementS findConstructReplacement(math::ved::ViewZNT4C const& view);
 
 }  // namespace zolt::field

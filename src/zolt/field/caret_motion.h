@@ -10,7 +10,7 @@ namespace zolt::field {
 
 using math::ved::PlaceS;
 
-/// Where the caret can be asked to go.
+/// The ways in which the caret can move.
 enum CaretMotionE {
   MOTION_LEFT,  ///< one character, into and out of constructs
   MOTION_RIGHT,
@@ -22,23 +22,24 @@ enum CaretMotionE {
   MOTION_END,
   MOTION_FORMULA_START,
   MOTION_FORMULA_END,
-  MOTION_NEXT_SLOT,  ///< the next empty slot, else behind the construct around the caret
+  MOTION_NEXT_SLOT,  ///< the next empty slot, else after the construct around the caret
   MOTION_PREVIOUS_SLOT,
   MOTION_OUT_LEFT,  ///< before the construct around the caret
   MOTION_OUT_RIGHT,
 };
 
-/// What a motion takes along.
+/// What a motion moves.
 enum MoveE {
-  MOVE_CARET,         ///< and drops the selection
-  MOVE_SELECTION_END  ///< the selection's other end stays
+  MOVE_CARET,         ///< the caret; the selection is dropped
+  MOVE_SELECTION_END  ///< one end of the selection; the other end stays
 };
 
-/// The horizontal place that moves up and down keep to, in view coordinates.
+/// The value of `column` before the first vertical move.
 constexpr long no_column = -1;
 
-/// Where `motion` leads from `from`; null when it leads nowhere. `column` is kept by the caller between
-/// vertical moves, which set it when it is `no_column`. Lays the view out for them.
+/// Where `motion` leads from `from`; null when it leads nowhere. `column` is the horizontal position, in view
+/// coordinates, that consecutive vertical moves keep to: the caller keeps it between them, and the first one
+/// sets it when it is `no_column`. Vertical moves lay the view out.
 PlaceS findTarget(CaretMotionE motion, math::ved::ViewZNT4C const& view, PlaceS from, long& column);
 
 }  // namespace zolt::field

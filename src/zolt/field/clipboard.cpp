@@ -35,15 +35,15 @@ wstring toPoints(wstring const& text) { return exchanged(text, u",;", u".,"); }
 PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, InputOptionsS const& options,
                                               exchange::PlainTextErrorS* error) {
   auto const session = CASSessionBC::getSession();
-  // Text from elsewhere may have points all the same.
+  // Text from another program may use points even so.
   if (options.decimalComma) {
     if (auto expression = exchange::fromPlainText(toPoints(text), session)) return expression;
   }
   return exchange::fromPlainText(text, session, error);
 }
 
-/// Whether the text means the same when its characters are typed one by one: a fraction bar or an exponent
-/// would take in more or less than it says.
+/// Whether the text keeps its meaning when its characters are typed one by one. A typed fraction bar or
+/// exponent may apply to more or less than the text says.
 bool isTypable(wstring const& text) {
   static wstring const construct_signs = u"/^\u00F7\u2044\u2215\u221A";
   return text.find_first_of(construct_signs) == wstring::npos;
@@ -51,7 +51,7 @@ bool isTypable(wstring const& text) {
 
 bool typeCharacters(ViewZNT4C& view, wstring const& text) {
   if (!view.crefOperatorList().lookup(text)) return view.insertText(text);
-  // A whole operator's name would insert the operator.
+  // A text that is an operator's name would insert the operator.
   for (char16_t const c : text) {
     if (!view.insertText(wstring(1, c))) return false;
   }

@@ -15,24 +15,25 @@ namespace zolt::field {
 using oss::bytestring;
 using oss::wstring;
 
-/// One copied piece of formula in several forms, for whoever pastes it. Empty forms are not there.
+/// One copied piece of a formula in several forms, of which the reader takes the best. An empty form is
+/// absent.
 struct ClipboardContentS {
   bytestring bytes;   ///< exactly the items that were selected, for other formula fields
-  wstring prefix;     ///< the expression as an algebra engine reads it; not there when it is incomplete
-  wstring plainText;  ///< as people type formulas; of an incomplete one whatever can be told
+  wstring prefix;     ///< the expression as an algebra engine reads it; absent when it is incomplete
+  wstring plainText;  ///< as people type formulas; an incomplete one is written as far as possible
 
   bool isEmpty() const { return bytes.empty() && prefix.empty() && plainText.empty(); }
 };
 
-/// Where a field's copy and paste commands put and find what they move. A host with a clipboard of the
-/// system's implements it; a field without one has its own memory.
+/// The clipboard that a field's commands write and read. A host implements it over the system's clipboard;
+/// without one a field uses a MemoryClipboardC.
 class ClipboardABC : public oss::RefCountedBC {
  public:
   ~ClipboardABC() override;
   virtual void write(ClipboardContentS const& content) = 0;
-  /// Empty when there is nothing that a field could paste.
+  /// The content; empty when a field can paste none of it.
   virtual ClipboardContentS read() const = 0;
-  /// Whether `read` would give anything; cheap, asked whenever a menu is shown.
+  /// Whether `read` would return any content. It must be cheap, since every menu asks it.
   virtual bool hasContent() const = 0;
 };
 
@@ -48,23 +49,24 @@ class MemoryClipboardC final : public ClipboardABC {
   ClipboardContentS content_;
 };
 
-/// What is shown in `range`; empty when the range is. With a decimal comma the plain text has "," for the
+/// What is in `range`; empty when the range is empty. With a decimal comma the plain text has "," for the
 /// decimal sign and ";" between arguments.
 ClipboardContentS copyRange(math::ved::ViewZNT4C const& view, math::ved::SelectionS const& range,
                             InputOptionsS const& options);
 
 enum PasteE {
   PASTE_DONE,
-  PASTE_AS_CHARACTERS,  ///< the text is no formula and was typed in as it stands
-  PASTE_REFUSED         ///< nothing is changed
+  PASTE_AS_CHARACTERS,  ///< the text is not a formula and was typed character by character
+  PASTE_REFUSED         ///< nothing was changed
 };
 
-/// The forms of what is pasted, in the order in which they are tried.
+/// The forms of pasted content, in the order in which they are tried.
 enum ClipboardFormE { CLIPBOARD_BYTES, CLIPBOARD_PREFIX, CLIPBOARD_PLAIN_TEXT };
 
-/// Replaces the view's selection by the first form of `content` that reads, and sets `form` to it. Plain text
-/// that is no formula is typed in when its characters can be; when they cannot, `error` (may be null) says
-/// why it was refused. To be called in a group of the view's, which the caller cancels after a refusal.
+/// Replaces the view's selection by the first form of `content` that can be read, and sets `form` to that
+/// form. Plain text that is not a formula is typed character by character if that is possible; if not,
+/// `error` (may be null) says why the text was refused. Call it within a group of the view, and cancel the
+/// group after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content,
                     InputOptionsS const& options, exchange::PlainTextErrorS* error, ClipboardFormE& form);
 

@@ -7,7 +7,7 @@ namespace {
 constexpr bool modifies = true;
 constexpr bool reads = false;
 
-/// A chord in a form in which equal ones are equal.
+/// A chord in normal form, so that chords can be compared.
 struct ChordS {
   bool ctrl = false;
   bool alt = false;

@@ -57,16 +57,16 @@ struct CommandS {
   wstring name;   ///< for scripts and settings, fixed: "select-left"
   wstring title;  ///< for menus: "Select left"
   wstring help;   ///< one sentence
-  /// The keys that run it, the first one for showing: chords of Ctrl, Alt, Shift and one key, separated by a
-  /// comma and a blank, "Ctrl+Y, Ctrl+Shift+Z". On a Mac the host reads Ctrl as Command. Empty: none.
+  /// The keys that run it: chords of Ctrl, Alt, Shift and one key, separated by a comma and a blank, "Ctrl+Y,
+  /// Ctrl+Shift+Z". Menus show the first. On a Mac the host reads Ctrl as Command. Empty: none.
   wstring keys;
-  bool modifies;  ///< changes the formula: not for a field that is only read
+  bool modifies;  ///< whether it can change the formula; such a command is disabled while the field is locked
 };
 
 /// All commands, each at the index of its `CommandE`.
 std::array<CommandS, COMMAND_COUNT> const& commands();
 
-/// Null when there is no command of that name.
+/// The command of that name; null when there is none.
 CommandS const* findCommand(wstring const& name);
 
 /// The command whose keys include the chord, its modifiers in any order and case; null when there is none.

@@ -7,8 +7,9 @@ namespace zolt::field {
 
 using oss::wstring;
 
-/// Why a formula is not an expression yet, as one English sentence for the person who edits it: with a
-/// capital in front, without a full stop. The faulty part is selected meanwhile, so it is "this".
+/// Why a formula is not an expression yet, as one English sentence for the person who edits it. It begins
+/// with a capital and has no full stop. It calls the faulty part "this", since the host shows that part
+/// selected.
 wstring describe(math::ved::ErrorCauseE cause);
 
 }  // namespace zolt::field

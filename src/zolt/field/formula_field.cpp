@@ -29,7 +29,7 @@ void FormulaFieldC::setOptions(InputOptionsS const& options) {
   recordOptions(options_, options);
   if (options.decimalComma != options_.decimalComma) {
     surface_->showCommas(options.decimalComma);
-    view_.measureAgain();  // the signs are those of other widths
+    view_.measureAgain();  // the decimal signs differ in width
   }
   options_ = options;
 }
@@ -147,7 +147,7 @@ PlaceS FormulaFieldC::anchor() const {
 
 bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
   if (begin == end) return placeCaret(begin);
-  GroupC group(*this);  // so that undoing brings back the caret and not this selection
+  GroupC group(*this);  // so that undo restores the caret and not this selection
   return group.end(select({begin, end}) && sendKey(KEY_DELETE));
 }
 

@@ -38,22 +38,21 @@ struct FormulaErrorS {
   math::ved::RectangleS box;  ///< around the range, in view coordinates
 };
 
-/// What a formula is: an expression, or why it is none yet.
+/// The expression that a formula is, or the reason why it is none yet.
 struct FormulaDiagnosisS {
   PointerTC<math::algexpr::AlgebraicExpressionC> expression;
-  FormulaErrorS error;  ///< without an expression
+  FormulaErrorS error;  ///< meaningful only without an expression
 };
 
-/// A formula field without a window: one view, and around it what people expect of a formula field on any
-/// toolkit. A host translates its events into the calls below, paints the view and the rectangles, and shows
-/// what is asked of it.
+/// A formula field without a window: a view together with what people expect of a formula field on any
+/// toolkit. A host translates its events into the calls below and paints the view and the rectangles.
 ///
-/// Calls that take input answer whether it was taken; what is refused changes nothing. One thing that a
-/// person does is one step to undo, a run of typed characters too. Everything is in the surface's units.
+/// Calls that take input return whether it was accepted; refused input changes nothing. Each action of a
+/// person is one step to undo, and so is a run of typed characters. All lengths are in the surface's units.
 ///
-/// Whatever is const answers from the formula as it is and changes nothing that anybody sees. A program uses
-/// all its fields on one thread. When memory runs out (`std::bad_alloc`, from any call), formula, caret,
-/// selection and history are as before the call; what the call had recorded stays in the recording.
+/// A const member answers from the formula as it is and makes no visible change. A program uses all its
+/// fields on one thread. When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection
+/// and history are as before the call; what the call had recorded stays in the recording.
 class FormulaFieldC {
  public:
   /// Keeps `surface` for its lifetime; it must not be null.
@@ -62,7 +61,7 @@ class FormulaFieldC {
   FormulaFieldC(FormulaFieldC const&) = delete;
   FormulaFieldC& operator=(FormulaFieldC const&) = delete;
 
-  /// For painting, sizes and whatever only reads. Input goes through the field.
+  /// The view, for painting, sizes and reading. Give input to the field, not to the view.
   math::ved::ViewZNT4C& refView() { return view_; }
   math::ved::ViewZNT4C const& crefView() const { return view_; }
 
@@ -72,16 +71,17 @@ class FormulaFieldC {
   void setEditable(bool editable);
 
   // ---- Expression (formula_field.cpp) -------------------------------------------------------------------
-  /// As `ViewZNT4C::setAlgebraicExpression`: shown all selected, with a new history.
+  /// Works as `ViewZNT4C::setAlgebraicExpression`: all of it is selected, and the history is new.
   void setExpression(PointerTC<math::algexpr::AlgebraicExpressionC> expression,
                      PointerTC<math::algexpr::ConstraintsBC> constraints = nullptr,
                      unsigned long precision = 0,
                      math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC);
-  /// As `ViewZNT4C::setConstraints`: for every later edit; the formula stays.
+  /// Works as `ViewZNT4C::setConstraints`: applies to every later edit; the formula stays.
   void setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints) {
     view_.setConstraints(std::move(constraints));
   }
-  /// Shows plain text as a formula. False, with nothing changed, when it is none; `error` may be null.
+  /// Shows plain text as a formula. False, with nothing changed, when the text is not a formula; then `error`
+  /// (may be null) says why.
   [[nodiscard]] bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
   /// The expression that is shown, locked or not, implied products included, with nothing changed: a name
   /// that was just typed counts as the letter that it will be. Costs one conversion of the formula, and next
@@ -92,22 +92,22 @@ class FormulaFieldC {
   PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FormulaErrorS* error = nullptr);
   /// The formula as a tree with caret and selection, for dumps and tests.
   wstring writeNotation() const;
-  /// Puts up a tree with its caret and selection as one edit. False when the text does not read or is no tree
-  /// of a formula.
+  /// Shows a tree with its caret and selection, as one edit. False, with nothing changed, when the text
+  /// cannot be read or is not the tree of a formula.
   [[nodiscard]] bool setNotation(wstring const& notation);
 
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
   /// One typed character, by the rules of typing.
   bool typeCharacter(char16_t c);
-  /// A text from an input method: typed as one act; one longer than `limits::max_typed_text` comes in as it
-  /// stands.
+  /// A text from an input method, typed as one step. A text longer than `limits::max_typed_text` is inserted
+  /// as it is, without replacements.
   bool insertText(wstring const& text);
-  /// Inserts the operator of that name, as a palette does.
+  /// Inserts the operator of that name, as a palette button does.
   bool insertOperator(wstring const& name);
-  /// Turns the name that was just typed into its letter, as going on with something else does. For hosts
-  /// whose field loses the focus.
+  /// Turns the name that was just typed into its letter, as further input does. A host calls it when the
+  /// field loses the focus.
   void completeName();
-  /// A key by its code: the operator that is bound to it, or the command of the usual editing keys.
+  /// A key by its code: inserts the operator that is bound to it, or runs the command of a usual editing key.
   bool pressKey(unsigned long code, bool shift);
 
   // ---- Pointer (formula_field_pointer.cpp) ----------------------------------------------------------------
@@ -116,49 +116,52 @@ class FormulaFieldC {
   bool pressPointer(long x, long y, unsigned clicks = 1, bool extend = false);
   bool movePointer(long x, long y);
   bool releasePointer();
-  /// Moves the selection to another place, as a drag within the field does. False, with nothing changed, when
-  /// nothing is selected or the place is in the selection.
+  /// Moves the selected part to another place, as a drag within the field does. False, with nothing changed,
+  /// when nothing is selected or the place is in the selection.
   bool moveSelection(PlaceS target);
-  /// Puts the selection's ends, or the caret, to other places, as assistive technology does. False, with
-  /// nothing changed, when one of them is no place of the formula.
+  /// Sets the selection, or the caret, as assistive technology does. False, with nothing changed, when one of
+  /// the places is not in the formula.
   bool setSelection(SelectionS selection);
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
-  /// Whether `run` would do anything now.
+  /// Whether `run` would have an effect now.
   bool isEnabled(CommandE command) const;
   bool run(CommandE command);
 
   // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
-  /// Where the clipboard commands put and find content; at first a memory of the field's own. Not null.
+  /// The clipboard that the commands write and read; at first it is a memory of the field. It must not be
+  /// null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
-  /// The selection, for hosts that are handed the clipboard with the event.
+  /// The content of the selection, for hosts that receive the clipboard with an event.
   ClipboardContentS copy() const { return copy(view_.getSelection()); }
-  /// What is shown between two places.
+  /// The content between two places.
   ClipboardContentS copy(SelectionS const& range) const { return copyRange(view_, range, options_); }
   PasteE paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
   math::ved::RectangleS getCaretRectangle() const { return view_.getRectangle({caret(), caret()}); }
-  /// The selection as bands, one for each part that has a height of its own, from left to right; none when
+  /// The selection as bands from left to right, one for each part with a height of its own; empty when
   /// nothing is selected. `ViewZNT4C::getCurrentNodeRectangle` is the box around them.
   std::vector<math::ved::RectangleS> getSelectionRectangles() const;
-  /// True, once, when input has moved the caret: `box` is then what should be brought into sight.
+  /// True once after input has moved the caret; `box` is then what the host should scroll into view.
   bool takeRevealRequest(math::ved::RectangleS& box);
-  /// True when the formula is another one than at the last call, or at first: than the empty one. In time
-  /// that follows the change. What only moved caret and selection, or came back to what it was, is none.
+  /// True when the formula differs from what it was at the last call; the first call compares with the empty
+  /// formula. A moved caret or selection is not a change, nor is one that was undone since. The cost follows
+  /// the size of the change.
   bool takeChange();
 
   // ---- Recording ------------------------------------------------------------------------------------------
-  /// Appends what sets a new field's options as they are here, and from now on all that changes the field
-  /// but for the constraints of expressions, to `script`, which the caller keeps alive until it passes null.
-  /// It plays on a field with the same formula, caret and selection.
+  /// Appends to `script` the steps that give a new field the options of this one and, from now on, every step
+  /// that changes this field, except the constraints of expressions. The caller owns `script` and keeps it
+  /// alive until it passes null. The script can be played on a field with the same formula, caret and
+  /// selection.
   void record(EventScriptT* script);
 
  private:
   class ActC;
   class GroupC;
 
-  /// All that a diagnosis depends on.
+  /// Everything that a diagnosis depends on.
   struct QuestionS {
     math::ved::NodeRecordPointerC formula;
     PointerTC<math::algexpr::CASSessionBC> session;
@@ -192,7 +195,7 @@ class FormulaFieldC {
   bool runOperator(wstring const& name);
   bool typeExponent(InputDecisionS const& decision);
   bool bracketSelection();
-  /// What `completeName` would do; without a beginning, nothing.
+  /// The replacement that `completeName` would make; without a beginning there is none.
   ReplacementS findCompletion() const;
   void replaceCompleted(InputDecisionS const& decision, bool wordBefore);
   bool replaceText(ReplacementS const& replacement);
@@ -214,17 +217,17 @@ class FormulaFieldC {
   math::ved::ViewZNT4C view_;
   InputOptionsS options_;
   PointerTC<ClipboardABC> clipboard_;
-  ClipboardContentS copied_;            // by the commands, since the recording began
+  ClipboardContentS copied_;            // what the commands copied since the recording began
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   mutable DiagnosedS diagnosed_;
   EventScriptT* recorded_ = nullptr;
-  unsigned acts_ = 0;  // calls under way, one inside another
+  unsigned acts_ = 0;  // the number of nested calls in progress
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
-  bool wordTyped_ = false;  // the last input typed a letter, so that a name may be on its way
+  bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
-  std::vector<SelectionS> grown_;  // the selections before each growth
+  std::vector<SelectionS> grown_;  // the selection before each time it grew
 };
 
 }  // namespace zolt::field

@@ -123,7 +123,7 @@ bool FormulaFieldC::run(CommandE command) {
   ClipboardContentS content;
   if (command == COMMAND_PASTE) {
     content = clipboard_->read();
-    // What was not copied here is not there when a recording is played.
+    // A recording must hold the pasted content unless the recorded commands copied it.
     if (recorded_ && acts_ == 0 && (content.bytes.empty() || content.bytes != copied_.bytes)) {
       return paste(content) != PASTE_REFUSED;
     }
@@ -251,7 +251,7 @@ bool FormulaFieldC::deleteLeft() {
   }
   sendKey(KEY_BACKSPACE);
   bool const same = caret() == at && at.node->getParent() == row && row->numChildren() == count;
-  // Where the view has nothing to delete without taking more than one thing away.
+  // The view deletes nothing where that would remove more than one thing; then the caret only moves.
   return !same || runMotion(MOTION_OUT_LEFT, MOVE_CARET);
 }
 

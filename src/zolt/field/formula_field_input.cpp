@@ -15,7 +15,7 @@ using namespace math::ved;
 
 namespace {
 
-/// The exponent just before the place when a raised character can still join it: "x¹⁰".
+/// The exponent just before the place when another raised character can join it, as in "x¹⁰".
 Node4C const* findGrowingExponent(PlaceS place) {
   Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
   if (!left || left->getType() != NODE4_POWER) return nullptr;
@@ -29,7 +29,7 @@ Node4C const* findGrowingExponent(PlaceS place) {
 
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
-/// Whether the operator is written as letters in front of what it applies to.
+/// Whether the operator is a word that is written before what it applies to.
 bool isWordBeforeOperand(OperatorBC const& op) {
   wstring const text = op.getText();
   bool const letters = isWord(text) && text[0] != u'_' && text[0] != math::common::pi_sign;
@@ -46,7 +46,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (!view_.isEditable()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
   if (wordBefore && (decision.target || decision.kind != INPUT_TEXT)) {
-    // The name has to be looked for before the caret leaves it.
+    // The name must be found before the caret leaves it.
     completeName();
     decision = decideInput(view_, c, options_);
   }
@@ -82,7 +82,7 @@ bool FormulaFieldC::insertOperator(wstring const& name) {
   return group.end(runOperator(name));
 }
 
-// "a" and the function "sin" are not to become "asin".
+// "a" followed by the function "sin" must not become "asin".
 bool FormulaFieldC::runOperator(wstring const& name) {
   auto const op = view_.crefOperatorList().lookup(name);
   if (!op) return false;
@@ -185,7 +185,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
     }
   }
   if (!options_.letters || !wordBefore || (typed && isWord(decision.text))) return;
-  // What ended the name stands behind it, in the same text or, as an item, before the caret's.
+  // What ended the name comes after it: in the same text or, as an item, before the caret's text.
   PlaceS const at = caret();
   Node4C const* const text = at.pos > 0 ? at.node : previousText(*at.node);
   if (!text || decision.text == u"(") return;

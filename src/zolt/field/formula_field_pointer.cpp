@@ -53,7 +53,7 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   SelectionPathS const source = pathOf(stretch);
   PlacePathS const targetPath = pathOf(target);
   GroupC group(*this);
-  // The later place first: the path to the earlier one stays what it is.
+  // The later place is changed first, so that the path to the earlier one stays valid.
   bool done = false;
   if (forwards) {
     done = placeCaret(target) && view_.paste(content);

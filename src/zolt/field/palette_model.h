@@ -19,9 +19,9 @@ struct PaletteEntryS {
   wstring insert;    ///< an operator's name, or else the letter to be typed
   wstring title;     ///< for menus and screen readers: "Square root"
   wstring label;     ///< a few characters for a button that shows no picture: "√"
-  wstring shortcut;  ///< what can be typed instead: "sqrt("; empty: nothing
+  wstring shortcut;  ///< what can be typed instead: "sqrt("; may be empty
   wstring toolTip;   ///< title and shortcut in one line
-  /// What it inserts, as a tree in tree notation without caret, to be laid out and drawn small.
+  /// What it inserts, in tree notation without a caret, from which hosts draw a small picture.
   wstring picture;
 };
 
@@ -30,14 +30,14 @@ struct PaletteGroupS {
   std::vector<PaletteEntryS> entries;
 };
 
-/// The groups of a palette for a view: the operators of its table whose words name a group, in the order in
-/// which they were registered, then the Greek letters. Makes each picture by inserting it once, so call it
-/// once and keep the result.
+/// The groups of a palette for a view: the operators of its table whose words name a group, in the order of
+/// registration, then the Greek letters. Each picture is made by an insertion, so call this once and keep the
+/// result.
 std::vector<PaletteGroupS> makePalette(math::ved::ViewZNT4C const& view);
 
 /// Whether the entry could be inserted now.
 bool isEnabled(PaletteEntryS const& entry, FormulaFieldC const& field);
-/// Inserts it at the field's caret, as a step of its own.
+/// Inserts it at the field's caret, as one step to undo.
 bool runEntry(PaletteEntryS const& entry, FormulaFieldC& field);
 
 }  // namespace zolt::field

@@ -25,7 +25,7 @@ class ReaderC {
     if (auto const power = operators.lookup(u"^")) power_ = power->crefWords().spoken;
   }
 
-  // The nesting of rows is limited, so it may recurse with them.
+  // Recursion is safe, since the nesting of rows is limited.
   void readRow(Node4C const& row) {
     for (unsigned long i = 0; i < row.numChildren(); ++i) readItem(*row.child(i));
   }
@@ -57,7 +57,7 @@ class ReaderC {
     }
   }
 
-  /// With what is said before each row and, last, at the end.
+  /// Reads the rows of a construct; `spoken` has what is said before each of them and, last, at the end.
   void readRows(Node4C const& construct, std::vector<wstring> const& spoken) {
     unsigned long const count = construct.numChildren();
     for (unsigned long i = 0; i < count; ++i) {

@@ -17,7 +17,7 @@ using oss::wstring;
 enum ScriptWordE {
   SCRIPT_CHAR,          ///< `char a`, `char U+0028`: a typed character
   SCRIPT_KEY,           ///< `key left`, `key 37 shift`: a key by its code
-  SCRIPT_TYPE,          ///< `type "abc"`: typed characters, one by one
+  SCRIPT_TYPE,          ///< `type "abc"`: characters typed one by one
   SCRIPT_INSERT,        ///< `insert "abc"`: a whole text as one event
   SCRIPT_OPERATOR,      ///< `op sqrt`: inserts the operator of that name
   SCRIPT_PEN_DOWN,      ///< `pen down 10 5`, `pen down 10 5 x2 shift`
@@ -40,16 +40,17 @@ enum ScriptWordE {
   SCRIPT_UNLOCK,        ///< `unlock`
   SCRIPT_PAINT,         ///< `paint`: the host draws
   SCRIPT_COMPLETE,      ///< `complete`: the name just typed becomes its letter
-  SCRIPT_ASK,           ///< `ask`: the host asks for the expression and for what is at fault
+  SCRIPT_ASK,           ///< `ask`: the host asks for the expression and for the fault
   SCRIPT_MOVE,          ///< `move 0.2.1.0:3`: the selection goes to that place
   SCRIPT_SELECT         ///< `select 0.0:1 0.0:3`: the anchor and the caret are put to these places
 };
 
 struct ScriptStepS {
   ScriptWordE word = SCRIPT_CHAR;
-  math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;  ///< of what is shown
+  math::algexpr::NumberDisplayFormatE format =
+      math::algexpr::NUMBER_FORMAT_AUTOMATIC;  ///< of a shown expression
   wstring text;            ///< of a text word, or the name of an operator, command or option
-  unsigned long code = 0;  ///< of a character or a key; the precision of what is shown
+  unsigned long code = 0;  ///< of a character or a key; the precision of a shown expression
   bool shift = false;      ///< of a key or the pointer
   bool on = false;         ///< of an option
   unsigned clicks = 1;     ///< of the pointer

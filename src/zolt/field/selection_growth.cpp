@@ -28,11 +28,11 @@ bool endsNothing(char16_t) { return false; }
 
 using StopT = bool(char16_t);
 
-// What grows is a stretch of one row, its anchor the start and its caret the end.
+// All selections here are stretches of one row, from the anchor to the caret.
 
 bool isEmpty(SelectionS const& s) { return s.anchor == s.caret; }
 
-/// The start moved left to the next stop, over constructs and whole pairs of brackets, and not out of the
+/// Moves the start left to the next stop, past constructs and whole pairs of brackets, but not out of the
 /// brackets around it.
 PlaceS extendedLeft(PlaceS start, StopT stops) {
   for (;;) {
@@ -74,7 +74,7 @@ SelectionS wordAround(SelectionS s) {
   return s;
 }
 
-/// With the brackets around what is between them.
+/// The selection together with the brackets around it.
 SelectionS withBrackets(SelectionS const& s) {
   SelectionS const content = extended(s, endsNothing);
   Node4C const* const open = content.anchor.node->goLeft();

@@ -14,7 +14,7 @@ namespace {
 
 enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH, SHOWN, PLACE, PLACES };
 
-/// The longer ones first where one begins like another.
+/// A name is listed before the names that are its beginning, since the first match counts.
 struct WordS {
   char16_t const* name;
   ScriptWordE word;
@@ -63,7 +63,7 @@ constexpr KeyS keys[] = {
     {u"delete", math::ved::KEY_DELETE},
 };
 
-/// By their values.
+/// The names of the formats, in the order of their values.
 constexpr char16_t const* formats[] = {u"automatic", u"fixed", u"scientific", u"engineering"};
 
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
@@ -111,7 +111,7 @@ class ScriptReaderC {
     return text_.substr(start, at_ - start);
   }
 
-  /// Reads `word` when it is next; else nothing.
+  /// Reads `word` if it comes next; false, with nothing read, if not.
   bool take(wstring const& word) {
     std::size_t const before = at_;
     if (readWord() == word) return true;

@@ -18,7 +18,7 @@ constexpr TextViewT magic = u"zolt-sheet";
 constexpr unsigned long version = 1;
 constexpr unsigned long no_number = ~0ul;
 
-/// Tries formulas before anybody shows them.
+/// Checks formulas in a field that is never shown.
 class FormulaTrialC {
  public:
   FormulaTrialC() : field_(new math::ved::BlindGraphicsC) {}
@@ -30,7 +30,7 @@ class FormulaTrialC {
     return true;
   }
   bool showTree(wstring const& tree) {
-    field_.setExpression(nullptr);  // with what was tried before, its history goes
+    field_.setExpression(nullptr);  // drops the history of the last check
     return field_.setNotation(tree);
   }
 
@@ -105,7 +105,7 @@ class SheetReaderC {
     return true;
   }
 
-  /// The empty text has one line; a line end at the end starts no other.
+  /// The empty text has one line, and a line end at the end of the text does not start another.
   bool takeLine() {
     if (number_ > 0 && rest_.empty()) return false;
     std::size_t const end = rest_.find(u'\n');
@@ -152,21 +152,23 @@ class SheetReaderC {
     }
     if (isTooLong(SHEET_FORMULA, text)) return fail(SHEET_ERROR_LONG_LINE);
     if (!trial_.showTree(text)) return fail(SHEET_ERROR_BAD_TREE);
-    // Texts may hold characters as they are that would not be written so, line ends among them.
+    // The text may hold characters that the tree notation escapes, such as line ends, so the tree is written
+    // again.
     wstring const tree = trial_.tree();
     wstring const shown = trial_.prefix();
     if (sheet_.back().prefix.empty()) {
       sheet_.back() = trial_.makeLine(shown, tree);
       return true;
     }
-    // Somebody may have changed the expression by hand, if it is not the damage that did.
+    // An expression that differs was changed by hand and counts instead of the tree. In a damaged sheet the
+    // damage may have changed it, so the tree is refused.
     if (sheet_.back().prefix != shown) return !salvages_;
     sheet_.back().tree = tree;
     return true;
   }
 
   bool readEnd(TextViewT count) {
-    // Of a damaged sheet the number tells nothing.
+    // In a damaged sheet the number is not reliable.
     ended_ = salvages_ || toNumber(count) == sheet_.size();
     return ended_ || fail(SHEET_ERROR_WRONG_COUNT);
   }
@@ -242,7 +244,7 @@ bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
 }
 
 bool salvageSheet(wstring const& text, SheetT& sheet) {
-  // Of a sound sheet nothing is in doubt.
+  // A sound sheet needs no salvage.
   SheetErrorS error;
   if (readSheet(text, sheet, error)) return true;
   SheetReaderC reader(text, SheetReaderC::FAULT_IS_KEPT);

@@ -15,7 +15,7 @@ using namespace math::common;
 
 namespace {
 
-// One row an operator.
+// The table has one row for each operator.
 constexpr NotationS notations[] = {
     {u"+", FORM_INFIX, 2, {u"+", u"+"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
     {u"-", FORM_INFIX, 2, {u"-", u"-"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
@@ -86,8 +86,8 @@ auto find(TableT const& table, TestT test) {
   return found == std::end(table) ? nullptr : found;
 }
 
-/// All readings in the order of their texts, with where those begin that have the same first character: every
-/// sign and name of a text is looked for here.
+/// All readings in the order of their texts, with an index by their first characters, since every sign and
+/// name of a text is looked up here.
 class ReadingsC {
  public:
   ReadingsC();
@@ -107,7 +107,7 @@ class ReadingsC {
   static constexpr std::size_t ascii_size = 0x80;
 
   std::vector<ReadingS> readings_;
-  std::array<std::size_t, ascii_size + 2> starts_{};  // the last one for all that is not ASCII
+  std::array<std::size_t, ascii_size + 2> starts_{};  // the last entry is for all characters beyond ASCII
 };
 
 ReadingsC::ReadingsC() {

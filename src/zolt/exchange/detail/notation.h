@@ -4,7 +4,7 @@
 
 namespace zolt::exchange::detail {
 
-/// How tightly a part of a formula written in one line holds together, the loosest first.
+/// How tightly a part of a formula in one line binds; the loosest comes first.
 enum RuleE : int {
   RULE_ASSIGNMENT,
   RULE_OR,
@@ -14,11 +14,11 @@ enum RuleE : int {
   RULE_SUM,
   RULE_PRODUCT,
   RULE_SIGN,
-  RULE_ARGUMENT,  ///< what a function without brackets takes: "2x" in "sin 2x"
+  RULE_ARGUMENT,  ///< the argument of a function without brackets: "2x" in "sin 2x"
   RULE_POWER,
   RULE_POSTFIX,
   RULE_ATOM,
-  RULE_BRACKETS  ///< in brackets whatever it is
+  RULE_BRACKETS  ///< always in brackets
 };
 
 /// Where an operator is written.
@@ -30,14 +30,14 @@ struct PlainFormS {
   /// The names and signs that are read as the operator, with a blank after each but the last. In "cbrt:3" the
   /// reader adds 3 as the last argument.
   std::u16string_view read;
-  std::u16string_view brackets = {};  ///< two signs that stand for the function and its brackets: "⌊⌋"
-  std::u16string_view inverse = {};   ///< the function that "^-1" after the name means, as it is written
+  std::u16string_view brackets = {};  ///< two signs that mean the function and its brackets: "⌊⌋"
+  std::u16string_view inverse = {};   ///< the written name of the function that "^-1" after this name means
 };
 
-/// An operator of the expression library in the notations of others: what all of them need, then a part for
-/// each notation.
+/// How other notations write an operator of the expression library: first what all of them need, then a part
+/// for each notation.
 struct NotationS {
-  std::u16string_view name;  ///< the expression library's
+  std::u16string_view name;  ///< the name in the expression library
   FormE form;
   unsigned long arity;  ///< 0: one or more
   PlainFormS plain;
@@ -47,29 +47,30 @@ struct NotationS {
   char16_t sign = u'\0';        ///< the editor's own character for it, which every notation reads
 };
 
-/// Null when `name` is that of no operator.
+/// The operator of that name; null when there is none.
 NotationS const* findNotation(std::u16string_view name);
 /// The same for an operator between two operands only.
 NotationS const* findInfix(std::u16string_view name);
 
-/// What a name or sign of plain text is read as.
+/// The meaning of a name or sign in plain text.
 struct ReadingS {
   std::u16string_view text;
   NotationS const* notation;
-  std::u16string_view addedArgument;  ///< a whole number that the reader adds as last argument; empty: none
+  std::u16string_view addedArgument;  ///< an integer that the reader adds as the last argument; empty: none
 };
 
-/// Null when the text means nothing by itself. Of functions that share a name, any.
+/// The meaning of a text; null when it has none by itself. When functions share the name, the result is any
+/// of them.
 ReadingS const* findReading(std::u16string_view text);
-/// The function written so with so many arguments; null when there is none.
+/// The function with this written name and number of arguments; null when there is none.
 ReadingS const* findFunction(std::u16string_view text, unsigned long numArguments);
-/// Whether `text` is a function's name, with whatever number of arguments.
+/// Whether `text` is a function's name, for any number of arguments.
 bool isFunction(std::u16string_view text);
 
-/// The function whose brackets, or closing bracket, `sign` is; null when there is none.
+/// The function to whose brackets `sign` belongs; null when there is none.
 NotationS const* findBrackets(char16_t sign);
 
-/// The letter that "alpha", "Omega" and so on stand for; empty for any other name.
+/// The Greek letter for its English name, such as "alpha" or "Omega"; empty for any other name.
 std::u16string_view findGreekLetter(std::u16string_view name);
 
 constexpr std::u16string_view bracket_name = u"_quietpos";

@@ -19,8 +19,8 @@ struct RangeS {
   char16_t last;
 };
 
-// Marks, letters and digits of all scripts in rough ranges; signs, punctuation, arrows and shapes stay out,
-// so that a sign that means nothing here is not taken for a variable.
+// Marks, letters and digits of all scripts in rough ranges. Signs, punctuation, arrows and shapes are left
+// out, so that a sign without a meaning here is not read as a variable.
 constexpr RangeS name_ranges[] = {
     {u'A', u'Z'},           {u'_', u'_'},           {u'a', u'z'},           {u'\u00AA', u'\u00AA'},
     {u'\u00B5', u'\u00B5'}, {u'\u00C0', u'\u00D6'}, {u'\u00D8', u'\u00F6'}, {u'\u00F8', u'\u02B2'},
@@ -44,12 +44,12 @@ std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
   return end;
 }
 
-// Letters and digits are the most of any text, and blanks are asked for before each of them.
+// Most characters are letters and digits, and this is called before each of them.
 bool isBlank(char16_t c) {
   return (c <= u' ' || c >= u'\u00A0') && common::foldLookAlike(c, common::LOOK_ALIKE_PASTED) == u' ';
 }
 
-/// The character that is raised, U+0000 when `c` is no superscript that a number or "n" has.
+/// The character that the superscript `c` raises, a digit, a minus or "n"; U+0000 for any other `c`.
 char16_t lowered(char16_t c) {
   char16_t const sign = common::loweredSign(c);
   if (sign == u'-') return common::minus_sign;

@@ -11,7 +11,7 @@ namespace zolt::exchange::detail {
 enum PlainTokenE {
   PLAIN_TOKEN_END,
   PLAIN_TOKEN_NUMBER,
-  PLAIN_TOKEN_NAME,  ///< a bare name that is no word
+  PLAIN_TOKEN_NAME,  ///< a name without quotes that is not a word of the notation
   PLAIN_TOKEN_QUOTED_NAME,
   PLAIN_TOKEN_PI,
   PLAIN_TOKEN_INFIX,
@@ -23,17 +23,17 @@ enum PlainTokenE {
   PLAIN_TOKEN_CLOSE,
   PLAIN_TOKEN_BAR,  ///< text: the function of bars
   PLAIN_TOKEN_COMMA,
-  PLAIN_TOKEN_BAD  ///< error says why
+  PLAIN_TOKEN_BAD  ///< `error` says why
 };
 
 struct PlainTokenS {
   PlainTokenE type = PLAIN_TOKEN_END;
   std::size_t begin = 0;
   std::size_t end = 0;
-  /// The number, the name without its quotes, or what the kind of token says.
+  /// The number, the name without its quotes, or what the comment of the token's kind says.
   wstring text;
   NotationS const* infix = nullptr;
-  /// Of an opening bracket the closing one that fits, of a closing one itself.
+  /// For an opening bracket the closing one that matches, for a closing bracket the bracket itself.
   char16_t bracket = u'\0';
   PlainTextErrorE error = PLAIN_TEXT_ERROR_NONE;
 };
@@ -41,10 +41,10 @@ struct PlainTokenS {
 /// Cuts plain text into tokens.
 class PlainLexerC {
  public:
-  /// `text` outlives the lexer. The first token is read.
+  /// `text` must outlive the lexer. The first token is read at once.
   explicit PlainLexerC(std::u16string_view text);
 
-  /// At the end of the text every further read gives the end again.
+  /// At the end of the text every further read gives the end token again.
   void readNextToken();
   PlainTokenS const& crefToken() const { return token_; }
 

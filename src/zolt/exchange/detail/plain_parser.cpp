@@ -19,7 +19,7 @@ using math::algexpr::makePower;
 namespace {
 
 constexpr char16_t bar = u'|';
-constexpr int no_rule = -1;  // looser than any
+constexpr int no_rule = -1;  // looser than any rule
 
 }  // namespace
 
@@ -103,7 +103,7 @@ PlainParserC::NextE PlainParserC::readName() {
     frame.isWritten = true;
     return readFunction(std::move(frame));
   }
-  // Behind a blank the brackets are a factor: "a (b+c)".
+  // After a blank, brackets are a factor: "a (b+c)".
   if (opensCall() && token().begin == frame.end) return beginCall(std::move(frame));
   std::u16string_view const letter = findGreekLetter(frame.name);
   return keep(makeNamed(letter.empty() ? frame.name : wstring(letter)));
@@ -145,7 +145,7 @@ PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
   return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_ARGUMENTS);
 }
 
-// Reads what is between a function's name and its argument in "sin^2 x", if there is anything.
+// Reads the exponent between a function's name and its argument, as in "sin^2 x", if there is one.
 bool PlainParserC::readFunctionExponent(FrameS& frame) {
   wstring exponent;
   if (token().type == PLAIN_TOKEN_SUPERSCRIPT) {
@@ -231,7 +231,7 @@ PlainParserC::NextE PlainParserC::readSign() {
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
     case PLAIN_TOKEN_NUMBER:
-      // "x 2" is a power or an index that lost its form on the way more often than a product.
+      // "x 2" is more often a power or an index that lost its form in copying than a product.
       return fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
     default:
       return startsOperand() ? readProduct() : fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
@@ -263,7 +263,7 @@ PlainParserC::NextE PlainParserC::readPostfix() {
 
 PlainParserC::NextE PlainParserC::readProduct() {
   static NotationS const* const times = findInfix(u"*");
-  // Behind a function without brackets, factors belong to its argument, up to the next function.
+  // After a function without brackets, factors belong to its argument, up to the next function.
   finishTighterThan(RULE_ARGUMENT);
   bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
                           !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
@@ -371,14 +371,14 @@ PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<Node
 
 // ---- Operands read ----------------------------------------------------------------------------------------
 
-// The operand that the current token finishes.
+// Takes the operand that ends with the current token.
 PlainParserC::NextE PlainParserC::takeToken(NodeT node, bool literal) {
   if (!node) return fail(PLAIN_TEXT_ERROR_BAD_NUMBER);
   lexer_.readNextToken();
   return keep(std::move(node), literal);
 }
 
-// The operand before the current token.
+// Takes the operand that ends before the current token.
 PlainParserC::NextE PlainParserC::keep(NodeT node, bool literal) {
   OperandS operand;
   operand.node = std::move(node);

@@ -11,13 +11,13 @@
 
 namespace zolt::exchange::detail {
 
-/// Reads plain text into expression nodes, with a stack of its own in place of recursion.
+/// Reads plain text into expression nodes, with its own stack instead of recursion.
 class PlainParserC {
  public:
-  /// `text` outlives the parser.
+  /// `text` must outlive the parser.
   explicit PlainParserC(std::u16string_view text) : lexer_(text) {}
 
-  /// The whole text's node. Null when malformed, `crefError` then saying where and why.
+  /// The node of the whole text. Null when the text is malformed; `crefError` then says where and why.
   PointerTC<math::algexpr::NodeABC> read();
   PlainTextErrorS const& crefError() const { return error_; }
 
@@ -33,12 +33,12 @@ class PlainParserC {
     PENDING_GROUP         ///< any other brackets, or bars
   };
 
-  /// Something begun whose next operand is being read.
+  /// An operation that was begun and whose next operand is being read.
   struct FrameS {
     PendingE kind{};
     RuleE operandRule{};
-    bool takesSign = false;  // the operand may start with a sign, however tight its rule is
-    bool isWritten = false;  // `name` is as people write it, else the expression library's
+    bool takesSign = false;  // the operand may start with a sign, even if its rule is tighter
+    bool isWritten = false;  // `name` is as people write it, not as the expression library does
     char16_t close = u'\0';  // of brackets only
     wstring name;            // empty: brackets that only group
     NotationS const* infix = nullptr;
@@ -50,12 +50,12 @@ class PlainParserC {
 
   struct OperandS {
     NodeT node;
-    bool bracketed = false;   // by brackets that have left no trace
-    bool literal = false;     // a number as written in the text
-    bool assignment = false;  // without brackets around
+    bool bracketed = false;   // it was in brackets that leave no trace
+    bool literal = false;     // it is a number as written in the text
+    bool assignment = false;  // it is an assignment that is not in brackets
   };
 
-  /// What comes after something that was read.
+  /// What the parser expects next.
   enum NextE { NEXT_OPERAND, NEXT_SIGN, NEXT_NOTHING, NEXT_FAILED };
 
   NextE readOperand();

@@ -27,11 +27,11 @@ ParentNodeABC const* asBrackets(NodeABC const& node) {
 
 enum GuardE {
   GUARD_NONE,      ///< the reader takes the operand as it is
-  GUARD_RESTORED,  ///< the operand is in brackets, which the reader puts there by itself
-  GUARD_MISSING    ///< the reader would put brackets there that are not
+  GUARD_RESTORED,  ///< the operand is in brackets, which the reader adds by itself
+  GUARD_MISSING    ///< the reader would add brackets that are not there
 };
 
-// What the reader, who makes operations with `makeOperation`, would do to an operand.
+// What the reader would do to an operand, since it makes operations with `makeOperation`.
 GuardE findGuard(ParentNodeABC const& node, unsigned long index) {
   auto const isGuarded = [&](PointerTC<NodeABC> const& operand) {
     std::vector<PointerTC<NodeABC>> const operands(node.numChildren(), operand);
@@ -44,7 +44,7 @@ GuardE findGuard(ParentNodeABC const& node, unsigned long index) {
   return isGuarded(operand) ? GUARD_MISSING : GUARD_NONE;
 }
 
-/// The operand as it is written; null when the reader would not read the same back.
+/// The operand as it is written; null when the reader would not give the same operand back.
 NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
   switch (findGuard(node, index)) {
     case GUARD_RESTORED:
@@ -56,7 +56,7 @@ NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index
   }
 }
 
-/// Whether a bare name would be read as something else than itself.
+/// Whether a name without quotes would be read as something other than that name.
 bool isReserved(std::u16string_view name) { return findReading(name) != nullptr; }
 
 }  // namespace
@@ -135,7 +135,7 @@ void PlainWriterC::writePrefix(std::u16string_view sign, NodeABC const& operand,
   bool const isSign = own == RULE_SIGN;
   open(own < rule || (isSign && !signFits()));
   output_ += sign;
-  // "-2" would be the number.
+  // "-2" would be read as a number.
   later(operand, isSign && sign == u"-" && isNumber(operand) ? RULE_BRACKETS : own);
 }
 
@@ -146,7 +146,7 @@ void PlainWriterC::writePostfix(std::u16string_view sign, NodeABC const& operand
 }
 
 void PlainWriterC::writeBrackets(NodeABC const& operand) {
-  // Of brackets directly inside each other the reader drops one pair.
+  // The reader drops one of two pairs of brackets that are directly inside each other.
   NodeABC const* inner = &operand;
   open(true);
   bool const dropped = style_ == PLAIN_TEXT_EXACT;

@@ -9,7 +9,7 @@
 
 namespace zolt::exchange::detail {
 
-/// Writes expression nodes as plain text, with a stack of its own in place of recursion.
+/// Writes expression nodes as plain text, with its own stack instead of recursion.
 class PlainWriterC {
  public:
   explicit PlainWriterC(PlainTextStyleE style) : style_(style) {}
@@ -17,7 +17,7 @@ class PlainWriterC {
   wstring write(math::algexpr::NodeABC const& node);
 
  private:
-  /// Something to be written: a node, in brackets when it is looser than `rule`, or else a text.
+  /// A part to be written: a node, in brackets when it binds looser than `rule`, or a text.
   struct TaskS {
     math::algexpr::NodeABC const* node;
     RuleE rule;
@@ -34,16 +34,16 @@ class PlainWriterC {
   void writeCall(math::algexpr::ParentNodeABC const& node);
   void writeQuoted(wstring const& name);
 
-  /// Writes "(" and sees to ")" when `needed`.
+  /// Writes "(" and plans the ")" when brackets are `needed`.
   void open(bool needed);
   void later(math::algexpr::NodeABC const& node, RuleE rule) { tasks_.push_back({&node, rule, {}}); }
   void later(std::u16string_view text) { tasks_.push_back({nullptr, RULE_ASSIGNMENT, text}); }
-  /// Whether a sign may follow what is written so far without looking like a part of it.
+  /// Whether a sign may follow the text so far without being read as a part of it.
   bool signFits() const;
 
   PlainTextStyleE style_;
   wstring output_;
-  std::vector<TaskS> tasks_;  // the next one last
+  std::vector<TaskS> tasks_;  // the next task is the last element
 };
 
 }  // namespace zolt::exchange::detail

@@ -6,8 +6,8 @@
 
 namespace zolt::field {
 
-/// One call of the host's while it lasts: recorded when it is not made by another one, and followed by what
-/// every input is followed by.
+/// Lives as long as one call from the host. It records the call, unless another recorded call makes it, and
+/// does what every input needs before and after it.
 class FormulaFieldC::ActC {
  public:
   enum KeepE { KEEP_NOTHING, KEEP_COLUMN, KEEP_GROWTH };
@@ -22,17 +22,18 @@ class FormulaFieldC::ActC {
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
 
-  /// Whether the call is in the recording: it is from its beginning, for when it does not come to an end.
+  /// Whether the call is the last step of the recording. It is recorded when it begins, so that a recording
+  /// also shows a call that never returned.
   bool isRecorded() const {
     return recordedAs_ > 0 && field_.recorded_ && field_.recorded_->size() == recordedAs_;
   }
-  /// Tells what is recorded more exactly.
+  /// Replaces the recorded step by a more exact one.
   void recordAs(ScriptStepS step) { field_.recorded_->back() = std::move(step); }
 
  private:
   void begin(ScriptStepS step, KeepE keep) {
-    // The view tidies up after an event only what was not laid out before it, and that can move a caret
-    // beside a supplied bracket: what a person sees must not depend on when the host paints.
+    // After an event the view normalises only when a layout is pending, and that can move a caret beside a
+    // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
     field_.view_.getExpressionSize();
     if (field_.recorded_) {
       field_.recorded_->push_back(std::move(step));
@@ -43,11 +44,11 @@ class FormulaFieldC::ActC {
   }
 
   FormulaFieldC& field_;
-  std::size_t recordedAs_ = 0;  // how many steps there were with this one; 0: it is not recorded
+  std::size_t recordedAs_ = 0;  // the length of the recording with this step; 0: it is not recorded
 };
 
-/// All edits while it lasts are one step; groups may nest. One that goes without `end`, which happens where
-/// memory runs out, has failed.
+/// All edits during its lifetime are one step to undo; groups may nest. A group that is destroyed without
+/// `end`, as happens when memory runs out, has failed.
 class FormulaFieldC::GroupC {
  public:
   explicit GroupC(FormulaFieldC& field) : field_(field) {
@@ -63,7 +64,8 @@ class FormulaFieldC::GroupC {
   GroupC(GroupC const&) = delete;
   GroupC& operator=(GroupC const&) = delete;
 
-  /// False, with everything as it was before the outermost group, when it or one inside failed.
+  /// Ends the group. When it or a group inside it failed, the answer is false, and the outermost group
+  /// restores everything to what it was before.
   bool end(bool succeeded) {
     ended_ = true;
     if (!succeeded) field_.groupFailed_ = true;

@@ -63,7 +63,7 @@ PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstrin
   return op && op->getArity() == 2 ? op : nullptr;
 }
 
-// A letter or digit of a keyboard never inserts an operator, and is what people type most.
+// Letters and digits never insert an operator, and people type them most.
 PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign) {
   if (sign < 0x80 && isWordCharacter(sign)) return nullptr;
   return findLast(operators,

@@ -17,30 +17,31 @@ using math::ved::OperatorListC;
 using oss::PointerTC;
 using oss::wstring;
 
-/// What a typed name in front of "(" stands for.
+/// The construct that a name typed before "(" means.
 struct ConstructNameS {
   PointerTC<OperatorBC> op;  ///< null: no construct
-  wstring mark;              ///< written with the name, for the row of the second argument: "log_2", "cbrt"
+  wstring
+      mark;  ///< what the name says about the second argument, for its row: "2" for "log_2", "3" for "cbrt"
 };
 
-/// The construct that `name(` becomes. Of a name that the table also knows as the text of a plain function
-/// only with a mark.
+/// The construct that `name(` becomes. A name that is also the text of a plain function becomes one only with
+/// a mark.
 ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name);
 
-/// The construct that such a plain function becomes with a second argument.
+/// The construct that such a plain function becomes when a second argument is typed.
 PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstring const& name);
 
 /// The operator that a character inserts, other than its own text: "√" sqrt, "°" _deg; null: none.
 PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign);
 
-/// What the signs before a place of a text become.
+/// The operator that replaces the signs just before a position in a text.
 struct SignRunS {
-  PointerTC<OperatorBC> op;  ///< null: nothing
-  unsigned int length = 0;   ///< of the signs
+  PointerTC<OperatorBC> op;  ///< null: none
+  unsigned int length = 0;   ///< the number of characters that the signs take
 };
 SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsigned int pos);
 
-/// What is typed for the operator: "<=" for "≤", "sqrt(".
+/// What a person types for the operator: "<=" for "≤", "sqrt(".
 wstring typedForm(OperatorBC const& op);
 
 /// Whether the construct is written as a name with brackets, which a typed ")" then closes.

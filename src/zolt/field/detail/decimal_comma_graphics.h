@@ -8,8 +8,8 @@ namespace zolt::field::detail {
 using oss::wstring;
 
 /// A surface that shows the decimal sign as "," and the comma between arguments as ";" when asked to, and
-/// hands everything else on. Each character is replaced by itself, so that measured beginnings of a text
-/// still add up.
+/// passes everything else to another surface. Each character is replaced by one character, so that positions
+/// in a text keep their meaning.
 class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
  public:
   explicit DecimalCommaGraphicsC(oss::PointerTC<math::ved::GraphicsABC> surface)

@@ -23,7 +23,7 @@ ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& oper
   if (completion_.begin) complete();
 }
 
-/// As typing the replacement does: the name of a constant stands for its text.
+/// As when the replacement is typed, the name of a constant becomes its text.
 void ImpliedProductsC::complete() {
   completed_ = nodeAt(*root_, pathOf(*completion_.begin.node));
   auto const op = operators_.lookup(completion_.text);
@@ -83,11 +83,11 @@ void ImpliedProductsC::addToRow(Node4C& row) {
   }
 }
 
-// The text is put together anew: signs inserted one by one would each move all that stands behind.
+// The text is built anew, since each sign inserted in place would move everything after it.
 void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
   wstring const& text = node.crefText();
   wstring joined;
-  std::size_t taken = 0;  // of `text` into `joined`
+  std::size_t taken = 0;  // how much of `text` is already in `joined`
   auto const addSign = [&](std::size_t pos) {
     joined.append(text, taken, pos - taken);
     taken = pos;
@@ -97,7 +97,7 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
   for (std::size_t pos = 0; pos < text.size();) {
     char16_t const c = text[pos];
     if (c == Node4C::PREFIX_C) {
-      // Finished prefix text is an operand as a construct is.
+      // Prefix text between grave accents is an operand, as a construct is.
       if (end != END_NOTHING && end != END_FUNCTION) addSign(pos);
       pos = std::min(text.find(Node4C::PREFIX_C, pos + 1), text.size() - 1) + 1;
       end = END_OTHER;

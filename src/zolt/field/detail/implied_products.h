@@ -16,18 +16,18 @@ namespace zolt::field::detail {
 
 using math::ved::PlaceS;
 
-/// A copy of a formula with what people leave out put in: a sign of multiplication wherever two operands are
-/// side by side ("2x", "3(a+b)", "x²y", a number before a construct), and the letter that a name just typed
-/// will be. A name before a bracket stays a call, and a name of several letters one name.
+/// A copy of a formula to which is added what people leave out: a multiplication sign wherever two operands
+/// are side by side ("2x", "3(a+b)", "x²y", a number before a construct), and the letter that a name just
+/// typed will become. A name before a bracket remains a call, and a name of several letters remains one name.
 class ImpliedProductsC {
  public:
-  /// `completion` is what is going to be replaced in the formula; without a beginning, nothing.
+  /// `completion` is the replacement that the formula is about to get; without a beginning there is none.
   ImpliedProductsC(math::ved::Node4C const& root, math::ved::OperatorListC const& operators,
                    ReplacementS const& completion);
 
-  /// Puts the signs in. False when there was nothing to add.
+  /// Adds the signs. False when there were none to add.
   bool addSigns();
-  /// What the copy is; a faulty part is one of the formula itself.
+  /// The diagnosis of the copy; a faulty part is given by its places in the formula itself.
   math::ved::DiagnosisS diagnose() const;
 
  private:
@@ -41,7 +41,7 @@ class ImpliedProductsC {
 
   void addToRow(math::ved::Node4C& row);
   void addToText(math::ved::Node4C& text, EndE& end);
-  /// Puts the sign at the end of the text before `item`.
+  /// Adds the sign at the end of the text before `item`.
   void addBefore(math::ved::Node4C const& item);
 
   void complete();
@@ -52,8 +52,8 @@ class ImpliedProductsC {
   math::ved::OperatorListC const& operators_;
   ReplacementS const completion_;
   std::unique_ptr<math::ved::Node4C> root_;
-  math::ved::Node4C* completed_ = nullptr;  // the text of the copy with the completed name
-  unsigned int completedEnd_ = 0;           // where that name ended before signs were put in
+  math::ved::Node4C* completed_ = nullptr;  // the text of the copy that holds the completed name
+  unsigned int completedEnd_ = 0;           // where that name ended before signs were added
   std::vector<PlaceS> added_;               // the signs, by their places in the copy
 };
 

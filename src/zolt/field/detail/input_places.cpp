@@ -19,7 +19,7 @@ bool isCallConstruct(Node4C const& item) {
   return item.getType() == NODE4_OPERATOR && isWrittenAsCall(*item.crefOperator());
 }
 
-/// The ")" just behind the place when the row's brackets balance without a further one; else null.
+/// The ")" just after the place when the row's brackets balance without a further one; else null.
 Node4C const* findClosedAlready(PlaceS place) {
   Node4C const& row = *place.node->getParent();
   if (place.pos < place.node->sizeText() || hasSuppliedOpen(row) || hasSuppliedClose(row)) return nullptr;
@@ -27,9 +27,9 @@ Node4C const* findClosedAlready(PlaceS place) {
   return next && next->getType() == NODE4_CLOSE ? next : nullptr;
 }
 
-/// The place behind the exponent or fraction whose last row ends at `place`, when nothing in that row is
-/// still open; else null.
-PlaceS behindFinishedItem(PlaceS place) {
+/// The place after the exponent or fraction whose last row ends at `place`, when no bracket in that row is
+/// open; else null.
+PlaceS afterFinishedItem(PlaceS place) {
   Node4C const* const item = enclosingItem(*place.node);
   if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
@@ -37,8 +37,8 @@ PlaceS behindFinishedItem(PlaceS place) {
   return placeAfter(*item);
 }
 
-/// The place behind the item around `place` when the sign may leave it, whatever the item: its row ends here.
-PlaceS behindItem(PlaceS place) {
+/// The place after the item around `place`, whatever the item, when its row ends at `place`; else null.
+PlaceS afterItem(PlaceS place) {
   Node4C const* const item = enclosingItem(*place.node);
   return item && isAtRowEnd(place) ? placeAfter(*item) : PlaceS();
 }
@@ -53,7 +53,7 @@ PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
 }  // namespace
 
 LeavingS leaveByClose(PlaceS place) {
-  for (PlaceS at = place; at; at = behindItem(at)) {
+  for (PlaceS at = place; at; at = afterItem(at)) {
     if (findOpenBracket(at)) {
       Node4C const* const closed = findClosedAlready(at);
       if (closed) return {placeAfter(*closed), true};
@@ -66,7 +66,7 @@ LeavingS leaveByClose(PlaceS place) {
 }
 
 LeavingS leaveByComma(PlaceS place) {
-  for (PlaceS at = place; at; at = behindItem(at)) {
+  for (PlaceS at = place; at; at = afterItem(at)) {
     if (findOpenBracket(at)) return {at == place ? PlaceS() : at, false};
     Node4C const* const item = enclosingItem(*at.node);
     if (!item || !isCallConstruct(*item) || !isAtRowEnd(at)) continue;
@@ -84,11 +84,11 @@ PlaceS goToValue(PlaceS place) {
   return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
 }
 
-PlaceS leaveByBlank(PlaceS place) { return behindFinishedItem(place); }
+PlaceS leaveByBlank(PlaceS place) { return afterFinishedItem(place); }
 
 PlaceS leaveByRelation(PlaceS place) {
   PlaceS target;
-  while (PlaceS const behind = behindFinishedItem(target ? target : place)) target = behind;
+  while (PlaceS const behind = afterFinishedItem(target ? target : place)) target = behind;
   return target;
 }
 

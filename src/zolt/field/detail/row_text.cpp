@@ -67,7 +67,7 @@ void WriterC::appendItem(Node4C const& item) {
   }
 }
 
-// The nesting of rows is limited, so it may recurse with them.
+// Recursion is safe, since the nesting of rows is limited.
 wstring WriterC::writeRow(Node4C const& row) const {
   WriterC writer(operators_);
   for (unsigned long i = 0; i < row.numChildren(); ++i) writer.appendItem(*row.child(i));

@@ -11,8 +11,9 @@ namespace zolt::field::detail {
 
 using oss::wstring;
 
-/// A stretch of a row, in reading order, as plain text, however incomplete it is: empty slots leave nothing,
-/// constructs are calls, signs are as they are typed. What is complete is better written from its expression.
+/// Plain text for a stretch of a row, given in reading order, which may be incomplete: an empty slot adds no
+/// text, a construct is written as a call, and signs are written as they are typed. For a complete stretch
+/// the text of its expression is better.
 wstring writeRowText(math::ved::SelectionS const& stretch, math::ved::OperatorListC const& operators);
 
 }  // namespace zolt::field::detail

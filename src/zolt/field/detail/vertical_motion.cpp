@@ -19,8 +19,8 @@ long measure(Node4C const& text, unsigned int count, GraphicsABC const& graphics
   return graphics.getTextWidth(text.crefText().substr(0, count));
 }
 
-/// The boundary between characters nearest to `x`, counted from the start of the text. Widths only grow with
-/// the text.
+/// The boundary between characters nearest to `x`, which is measured from the start of the text. A longer
+/// text is never narrower.
 unsigned int findBoundary(Node4C const& text, long x, GraphicsABC const& graphics) {
   text.selectFont(graphics);
   unsigned int low = 0;
@@ -45,7 +45,7 @@ class VerticalSearchC {
     axis_ = caret.top + from.node->getMidHeight();
   }
 
-  /// Examines the texts of a subtree.
+  /// Compares the texts of a subtree with the best place so far.
   void search(Node4C const& top) {
     walkTree(top, [this](Node4C const& node) {
       if (node.getType() == NODE4_TEXT) examine(node);

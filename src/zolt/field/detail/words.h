@@ -6,9 +6,10 @@ namespace zolt::field::detail {
 
 using oss::wstring;
 
-/// A letter or digit of a name or number, a decimal point included.
+/// Whether it is a letter or digit of a name or number, or a decimal point.
 bool isWordCharacter(char16_t c);
-/// Whether the caret should not stand before this character: the second half of a pair, a combining mark.
+/// Whether the caret must not be placed before this character: the second half of a surrogate pair, a
+/// combining mark.
 bool isContinuation(char16_t c);
 /// Where the run of word characters that ends (starts) at `pos` starts (ends).
 unsigned int wordStart(wstring const& text, unsigned int pos);

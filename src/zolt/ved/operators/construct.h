@@ -7,7 +7,7 @@
 
 namespace zolt::math::ved {
 
-// What constructs share: how one is made from an expression, and how it goes in at the caret.
+// What constructs share: how one is made from an expression, and how one is inserted at the caret.
 
 /// For `OperatorBC::fromAlgebraicNode`: a node of the construct `op`, owned by the caller, with its
 /// precedence. Its rows are the topmost entries of the stack; `rows` names the child that each takes,
@@ -15,7 +15,7 @@ namespace zolt::math::ved {
 std::pair<Node4C*, int> makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
                                       ConversionStackT& stack);
 
-// For `OperatorBC::runOperator`. Both answer false, with nothing changed, where rows may not nest deeper.
+// For `OperatorBC::runOperator`. Both return false, with nothing changed, where rows may not nest deeper.
 
 /// Inserts a construct of one row around the selection; the caret goes to the end of that row. Without a
 /// selection the row is an empty slot with the caret in it.

@@ -59,7 +59,7 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
   std::unique_ptr<Node4C> const selection = insertion.cutSelection();
   insertion.insertText(text_);
 
-  // The arguments share one text, separated by commas.
+  // One text between the brackets holds the commas that separate the arguments.
   Node4C& name = insertion.refCaretNode();
   unsigned int const pos = insertion.getCaret().pos;
   wstring const behind = name.crefText().substr(pos);

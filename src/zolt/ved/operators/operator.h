@@ -23,22 +23,23 @@ using oss::wstring;
 class Node4C;
 class ViewZNT4C;
 
-/// Finished subtrees on the way from an expression to a tree, each with its binding precedence (larger binds
-/// looser). A subtree on the stack is owned by the stack until a parent takes it.
+/// The finished subtrees of a conversion from an expression to a tree, each with its binding precedence
+/// (larger binds looser). The stack owns its subtrees until a parent takes them.
 using ConversionStackT = std::stack<std::pair<Node4C*, int>>;
 
 /// One operation that the editor knows: a sign, a function or a two-dimensional construct.
 ///
 /// An operator is an immutable description shared through `PointerTC`: the host makes each one once and
-/// registers it in the `OperatorListC`. Subclasses add what is particular to a construct, in one file pair
-/// each: how it is built from an expression, how its arguments are written, how it is laid out, drawn and
-/// inserted. An operator used as it stands is a function: name, "(", arguments, ")" in a row; with arity 0 a
-/// named constant or a function of any number of arguments.
+/// registers it in the `OperatorListC`. Each subclass has its own file pair, with everything that is
+/// particular to a construct: how it is built from an expression, how its arguments are written, and how it
+/// is laid out, drawn and inserted. This class itself is a function, written in a row as name, "(",
+/// arguments, ")"; with arity 0 it is a named constant or a function of any number of arguments.
 class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC> {
  public:
   /// `name`: the expression library's name, key of the by-name table. `text`: what is typed and shown, key of
   /// the by-text table. `arity` 0: any number of arguments. `precedence`: larger binds looser. `linear`:
-  /// written in a row beside its operands. `coreElement` and `code` are the host's and only reported back.
+  /// written in a row beside its operands. `coreElement` and `code` belong to the host; the editor only
+  /// reports them back.
   OperatorBC(wstring const& name, wstring const& text, unsigned long arity, int precedence, bool linear,
              bool coreElement, int code);
   ~OperatorBC() override;
@@ -51,19 +52,20 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual bool isCoreElement() const;
   virtual int getCode() const;
 
-  /// Builds the shape of an expression node whose children are the topmost entries of `stack` (the last child
-  /// on top), pops those that it uses and returns the new subtree, owned by the caller, with its precedence.
+  /// Builds the subtree of an expression node whose children are the topmost entries of `stack` (the last
+  /// child on top). Pops the entries that it uses and returns the new subtree, owned by the caller, with its
+  /// precedence.
   virtual std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const;
 
   /// Joins the prefix texts of a construct's rows, given in tree order, into the argument list of its prefix
   /// call.
   virtual wstring arrangeArgumentList(std::vector<wstring> const& arguments) const;
 
-  /// Called before the rows of `node` are laid out; raises the font depth of the small ones.
+  /// Called before the rows of `node` are laid out; raises the font depth of the rows that are shown smaller.
   virtual void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const;
   /// Places the laid-out rows of `node` and sets its size and axis. The font of `node` is current.
   virtual void layoutNode4(Node4C* node, GraphicsABC const& graphics) const;
-  /// Draws the construct's own ink; its rows draw themselves. (x, y) is the absolute top-left corner.
+  /// Draws the construct without its rows, which draw themselves. (x, y) is the absolute top-left corner.
   virtual void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                             long height, long midHeight) const;
 
@@ -71,14 +73,14 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual bool runOperator(ViewZNT4C& view) const;
 
   /// Whether the argument at `index` (in the expression's order) gets a row of its own, one nesting level
-  /// below the construct's. False for everything that is written in the construct's own row.
+  /// below the construct's. False for arguments that are written in the row that holds the operator.
   virtual bool hasOwnRow(unsigned long index) const;
-  /// Whether the operator stands in a tree as a node of its own (NODE4_OPERATOR). False for what is written
-  /// as text and for powers, whose nodes know no operator.
+  /// Whether the operator is a node of its own in a tree (NODE4_OPERATOR). False for operators that are
+  /// written as text and for powers, whose nodes have no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }
 
-  /// How people read, type and hear it. Nothing is said before `setWords`, which is for whoever makes the
-  /// operator, before anybody else holds it.
+  /// How people read, type and hear the operator. All fields are empty until `setWords` is called, which the
+  /// maker of an operator does before sharing it.
   OperatorWordsS const& crefWords() const { return words_; }
   void setWords(OperatorWordsS words) { words_ = std::move(words); }
 

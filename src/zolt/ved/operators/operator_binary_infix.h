@@ -15,7 +15,7 @@ class OperatorBinaryInfixC : public OperatorBC {
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;
 
-  /// The text as it stands between two operands.
+  /// The text as it is shown between two operands.
   wstring const& crefDisplayText() const { return displayText_; }
 
  private:

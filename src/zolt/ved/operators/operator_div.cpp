@@ -24,7 +24,7 @@ bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) 
   return fits;
 }
 
-/// Whether the row is one bracketed group and nothing else: the bar can stand for its parentheses then.
+/// Whether the row is exactly one bracketed group: then the fraction bar replaces its parentheses.
 bool isWholeGroup(Node4C const& row) {
   Node4C const& start = *rowStart(row).node;
   Node4C const& end = *rowEnd(row).node;
@@ -114,7 +114,7 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
     auto const right = detail::findRightOperand(insertion.getCaret());
     if (!mayTake(insertion, left) || !mayTake(insertion, right)) return false;
   } else {
-    // A selected sign makes room for the fraction bar between its operands.
+    // The fraction bar replaces a selected sign between its operands.
     bool const isSign = startsWithSign(insertion, *numerator);
     if (!(isSign ? insertion.mayNestRow() : insertion.mayNestSelection())) return false;
     insertion.deleteSelection();

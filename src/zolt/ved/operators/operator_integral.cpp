@@ -7,7 +7,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// The column of the sign, to the left of the bounds, and the unit that separates them.
+// The width of the sign's column to the left of the bounds, with the unit that separates the two.
 constexpr long sign_width = 6;
 wstring const differential = u"d";
 

@@ -17,7 +17,7 @@ PointerTC<OperatorBC> find(Map const& map, Key const& key) {
 OperatorListC::OperatorListC() = default;
 OperatorListC::OperatorListC(OperatorListC const&) = default;
 
-// The tables only: the holders of this list stay its holders.
+// Only the tables are assigned: the count of this list's holders does not change.
 OperatorListC& OperatorListC::operator=(OperatorListC const& other) {
   byName_ = other.byName_;
   inOrder_ = other.inOrder_;

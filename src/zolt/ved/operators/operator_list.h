@@ -15,7 +15,7 @@ namespace zolt::math::ved {
 class OperatorListC : public oss::RefCountedBC {
  public:
   OperatorListC();
-  /// Copies the tables and, like every copy of a counted object, its count: a copy is a value of its own.
+  /// Copies the tables into a list of its own. As with every counted object, the copy also copies the count.
   OperatorListC(OperatorListC const&);
   /// Copies the tables.
   OperatorListC& operator=(OperatorListC const&);
@@ -23,9 +23,9 @@ class OperatorListC : public oss::RefCountedBC {
 
   /// Registers by name and by text; in each table the last registration of a key wins.
   void add(PointerTC<OperatorBC> op);
-  /// Binds a key code of the host's; the last binding wins.
+  /// Binds a key code; the last binding wins.
   void addKey(unsigned long key, PointerTC<OperatorBC> op);
-  /// Forgets the name only: the operator stays known by its text and key, so that typed text still reads.
+  /// Forgets only the name: the operator remains known by its text and key, so that typed text is still read.
   void remove(wstring const& name);
 
   /// The operator, or null.
@@ -35,13 +35,13 @@ class OperatorListC : public oss::RefCountedBC {
 
   /// All operators by name, for completeness checks.
   std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return byName_; }
-  /// The same operators in the order in which their names were first registered, for palettes. The list
-  /// holds them.
+  /// The same operators in the order in which their names were first registered, for palettes. The list keeps
+  /// them alive.
   std::vector<OperatorBC*> const& crefInOrder() const { return inOrder_; }
 
  private:
   std::map<wstring, PointerTC<OperatorBC>> byName_;
-  std::vector<OperatorBC*> inOrder_;  // those of byName_, which holds them
+  std::vector<OperatorBC*> inOrder_;  // those of byName_, which keeps them alive
   std::map<wstring, PointerTC<OperatorBC>> byText_;
   std::map<unsigned long, PointerTC<OperatorBC>> byKey_;
 };

@@ -9,8 +9,8 @@ class CASEngineABC;
 
 namespace zolt::math::ved {
 
-/// Where the process's one operator table lives. It is made empty on first use and stays until the process
-/// ends.
+/// Holds the only operator table of the process. The table is made empty on first use and exists until the
+/// process ends.
 class OperatorListRepositoryC {
  public:
   /// The shared table; the same one for every engine.

@@ -7,7 +7,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// How far the radicand's bottom lies at least below the index, which stands above the tick.
+// The least distance from the index, which is above the tick, down to the radicand's bottom.
 constexpr long index_clearance = 2;
 
 }  // namespace

@@ -37,7 +37,7 @@ OperatorPowerC::~OperatorPowerC() = default;
 bool OperatorPowerC::hasFixedExponent() const { return !fixedExponent_.empty() && exponentFlag_; }
 bool OperatorPowerC::hasFixedBase() const { return !fixedExponent_.empty() && !exponentFlag_; }
 
-// A power never causes parentheses in what stands around it, so its result binds tightest.
+// A power never causes parentheses in what is around it, so its result binds tightest.
 std::pair<Node4C*, int> OperatorPowerC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
   detail::NodeT exponent;
   if (hasFixedExponent()) {

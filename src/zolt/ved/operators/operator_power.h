@@ -4,10 +4,10 @@
 
 namespace zolt::math::ved {
 
-/// A power, shown as an exponent item (NODE4_POWER) behind its base; never an operator node itself.
+/// A power, shown as an exponent item (NODE4_POWER) after its base; it is never an operator node itself.
 ///
 /// With a `fixedExponent` it has one argument: the base if `exponentFlag` is set (the fixed text is the
-/// exponent, as in a square), else the exponent (the fixed text is the base). Without one, arguments are
+/// exponent, as in a square), else the exponent (the fixed text is the base). Without one, the arguments are
 /// base and exponent.
 class OperatorPowerC : public OperatorBC {
  public:

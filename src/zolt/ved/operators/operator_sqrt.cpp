@@ -7,7 +7,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// What the radical sign takes to the left of the radicand, and the bar to the right of it.
+// The width of the radical sign to the left of the radicand, and of the bar beyond its right end.
 constexpr long sign_width = 5;
 constexpr long bar_overhang = 1;
 

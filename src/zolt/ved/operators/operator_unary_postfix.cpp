@@ -22,7 +22,7 @@ std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeAB
 }
 
 bool OperatorUnaryPostfixC::runOperator(ViewZNT4C& view) const {
-  // The caret goes behind the first character of the sign, whatever its length.
+  // The caret goes after the first character of the sign, whatever its length.
   ViewInsertionC insertion(view);
   PlaceS const caret = insertion.getCaret();
   insertion.insertText(crefText());

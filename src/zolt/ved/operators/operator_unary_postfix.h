@@ -4,7 +4,7 @@
 
 namespace zolt::math::ved {
 
-/// A sign behind its operand, such as "!". Plain text in a row.
+/// A sign after its operand, such as "!". Plain text in a row.
 class OperatorUnaryPostfixC : public OperatorBC {
  public:
   OperatorUnaryPostfixC(wstring const& name, wstring const& text, int precedence, bool coreElement, int code);

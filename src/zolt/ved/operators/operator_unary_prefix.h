@@ -5,7 +5,7 @@
 namespace zolt::math::ved {
 
 /// A sign or word before its operand, such as "−" or "not". Plain text in a row. `spaced`: shown with one
-/// blank behind.
+/// blank after it.
 class OperatorUnaryPrefixC : public OperatorBC {
  public:
   OperatorUnaryPrefixC(wstring const& name, wstring const& text, int precedence, bool spaced,
@@ -15,7 +15,7 @@ class OperatorUnaryPrefixC : public OperatorBC {
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;
 
-  /// The text as it stands before an operand.
+  /// The text as it is shown before an operand.
   wstring const& crefDisplayText() const { return displayText_; }
 
  private:

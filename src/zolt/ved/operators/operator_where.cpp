@@ -37,7 +37,7 @@ void OperatorWhereC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
   value->setDX(variable->getDX() + variable->getWidth() + equalsWidth);
   node->setWidth(value->getDX() + value->getWidth());
 
-  // The qualification hangs from the axis of the expression, variable and value on an axis of their own.
+  // The qualification begins at the axis of the expression; variable and value share an axis of their own.
   expression->setDY(0);
   node->setMidHeight(expression->getMidHeight());
   long const axis = node->getMidHeight() + Node4C::maxDim(variable->getMidHeight(), value->getMidHeight());

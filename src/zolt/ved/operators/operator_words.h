@@ -8,14 +8,14 @@ namespace zolt::math::ved {
 
 using oss::wstring;
 
-/// What people read, type and hear of an operator. Palettes, typing and reading aloud know operators by this
-/// record alone, so that an operator of the host's that has one is treated like a standard one. Everything
-/// may be left empty.
+/// What people read, type and hear of an operator. Palettes, the rules of typing and readable text use only
+/// this record, so that a host's own operator with a record is treated like a standard one. Every field may
+/// be empty.
 struct OperatorWordsS {
   /// A name that becomes the construct when "(" is typed after it.
   struct NameS {
     wstring name;
-    wstring second;  ///< what goes into the row of the second argument: "3" for "cbrt"; empty: nothing
+    wstring second;  ///< the text for the row of the second argument: "3" for "cbrt"; may be empty
   };
 
   // In palettes. Groups and their entries come in the order in which the operators were registered.
@@ -24,7 +24,7 @@ struct OperatorWordsS {
   wstring label;     ///< a few characters for a button that shows no picture; empty: the operator's text
   wstring shortcut;  ///< what is typed for it; empty: its name, with "(" when arguments go between brackets
 
-  // While typing. Where several operators claim the same, the last registered one gets it.
+  // While typing. Where several operators claim the same text, the last registered one gets it.
   std::vector<NameS> names;       ///< besides the operator's own name
   wstring signs;                  ///< characters each of which inserts it: "√"
   std::vector<wstring> signRuns;  ///< signs of a text, as the tree has them, that become it: "!="
@@ -32,9 +32,9 @@ struct OperatorWordsS {
   unsigned long valueRow = 0;     ///< row that the construct shows "=" before, where "=" leads from the row
                                   ///< before it; 0: none
 
-  /// Of a construct or a power: what is said before each of its rows and after the last one; a comma comes
-  /// before rows that have no part. Of a sign of one character: what is said for it. Empty: the text with its
-  /// rows in brackets.
+  /// For a construct or a power: what is said before each of its rows and after the last; a comma is said
+  /// before rows without a part. For a sign of one character: what is said for it. Empty: the text is said,
+  /// with the rows in brackets.
   std::vector<wstring> spoken;
 };
 

@@ -7,7 +7,7 @@
 
 namespace zolt::math::ved {
 
-/// Draws a tree, or what the clip box of the surface leaves of it.
+/// Draws a tree, or the part of it that is in the clip box of the surface.
 class TreeDrawerC {
  public:
   TreeDrawerC(GraphicsABC const& graphics, Node4C const* current) : graphics_(graphics), current_(current) {}
@@ -32,12 +32,13 @@ class TreeDrawerC {
   GraphicsABC const& graphics_;
   Node4C const* current_;
   bool clips_ = false;
-  RectangleS seen_{-far_out, -far_out, far_out, far_out};  // boxes outside have no ink in sight
+  RectangleS seen_{-far_out, -far_out, far_out, far_out};  // nodes with boxes outside are not visible
 };
 
 void TreeDrawerC::showOnly(RectangleS const& clip) {
   // A sign may begin four units left of its construct, a bracket at the end of a row may end a gap to the
-  // right of it, and the brackets of a derivative overhang it; the rest is for the surface.
+  // right of it, and the brackets of a derivative overhang it. The rest of the margin is for surfaces that
+  // draw beyond the box.
   long margin = 4 + graphics_.getTextHeight({});
   for (long i = 0; i < 4; ++i) margin += graphics_.getMetric(i);
   clips_ = true;

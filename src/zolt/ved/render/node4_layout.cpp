@@ -6,7 +6,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// A construct may be lower than what is in it: an integral does not ask how high its variable is.
+// A construct may be lower than its content: an integral does not consider the height of its variable.
 bool overflowsBox(Node4C const& construct) {
   for (unsigned long i = 0; i < construct.numChildren(); ++i) {
     Node4C const& row = *construct.child(i);
@@ -23,8 +23,8 @@ bool Node4C::layoutChanged(GraphicsABC const& graphics) {
   return !needsLayout() || layoutNode(graphics, LAYOUT_CHANGED);
 }
 
-// An unchanged node may stand at another font depth than before, and an empty text may have become a slot, or
-// ceased to be one, because of what stands beside it now.
+// An unchanged node may have a different font depth than before, and an empty text may have become a slot, or
+// ceased to be one, because its neighbours changed.
 bool Node4C::needsLayout() const {
   if ((state_.stale & STALE_LAYOUT) || fontDepth_ != state_.laidOutDepth) return true;
   return isEmptyText() && isPlaceholder() != state_.laidOutAsSlot;
@@ -32,7 +32,7 @@ bool Node4C::needsLayout() const {
 
 bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
   if (!parent_) fontDepth_ = 0;
-  // The stretches of a row that was edited and not normalised mean nothing.
+  // The stretches of a row that was edited and not normalised are meaningless.
   if (state_.stale & STALE_CHECK) dropIndex();
   if (state_.index) {
     if (what == LAYOUT_ALL || fontDepth_ != state_.laidOutDepth) state_.index->mark(STALE_LAYOUT);
@@ -58,14 +58,14 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
   }
   selectFont(graphics);
   placeChildren(graphics);
-  // Last, so that a layout for which memory runs out is begun anew.
+  // The mark is cleared last, so that a layout for which memory runs out is repeated.
   unmark(STALE_LAYOUT);
   state_.laidOutDepth = static_cast<std::uint16_t>(fontDepth_);
   return true;
 }
 
-/// Sets the size of a node whose children have theirs. (Apart from the walk, so that this takes little
-/// stack.)
+/// Sets the size of a node whose children have theirs. (It is a function of its own so that the recursion
+/// takes little stack.)
 void Node4C::placeChildren(GraphicsABC const& graphics) {
   switch (type_) {
     case NODE4_ROOT:
@@ -103,7 +103,7 @@ void Node4C::placeChildren(GraphicsABC const& graphics) {
   }
 }
 
-// Nobody takes the note back: it costs no more than drawing what is out of sight.
+// The note is never taken back: its only cost is drawing what is out of sight.
 void Node4C::noteOverflow() {
   for (Node4C* node = this; node && !node->overflows_; node = node->parent_) node->overflows_ = true;
 }

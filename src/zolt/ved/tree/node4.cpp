@@ -35,8 +35,8 @@ void Node4C::operator delete(void* node, std::size_t size) {
   }
 }
 
-// Neither recurses nor allocates: the nodes that are still to be destroyed are a list, linked by the pointers
-// that led to their parents.
+// Neither recurses nor allocates: the nodes that are still to be destroyed form a list, linked by their
+// parent pointers.
 Node4C::~Node4C() {
   Node4C* dying = nullptr;
   auto const takeChildren = [&dying](Node4C& node) {
@@ -64,7 +64,7 @@ Node4C* Node4C::cloneNode() const {
 
 Node4C* Node4C::clone() const {
   std::unique_ptr<Node4C> copy;
-  Node4C* last = nullptr;  // the copy of the node under way
+  Node4C* last = nullptr;  // the copy of the node that the walk is in
   auto const begin = [&](Node4C const& node) {
     Node4C* const made = node.cloneNode();
     if (last) {
@@ -78,7 +78,7 @@ Node4C* Node4C::clone() const {
   return copy.release();
 }
 
-/// This node is of another kind: what stands beside it may be something else as well.
+/// The kind of this node has changed, which may also change the meaning of its neighbours.
 void Node4C::noteNewKind() {
   touch(STALE_ALL);
   if (state_.stretch) parent_->state_.index->noteChanged(findChildNumber(), STALE_ALL);
@@ -175,11 +175,11 @@ void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   row->children_.clear();
 }
 
-// Siblings move when a row is edited, so the place where a node last stood is only a hint. It is exact in an
-// unchanged row and near after a few edits. When it is far off, the row was built or changed as a whole: then
-// all siblings learn their places at once, since the next one to be asked would have to search as far.
+// Siblings move when a row is edited, so the last known slot of a node is only a hint. It is exact in an
+// unchanged row and near after a few edits. When it is far off, the row was built or changed as a whole; then
+// the hints of all siblings are set at once, since the next sibling would need an equally long search.
 //
-// In a long row the place is that in the stretch, which moves as a whole and is where to look.
+// In a long row the hint is the number within the stretch, which moves as a whole.
 unsigned long Node4C::findChildNumber() const {
   constexpr std::size_t farthest = 8;
   if (!parent_) return 0;

@@ -39,11 +39,11 @@ struct ErrorSelectionS;
 /// docs/invariants.md).
 ///
 /// Ownership: a node owns its children and destroys them with itself; parents are plain back pointers. A node
-/// that is in no parent's list belongs to whoever holds it. Indices are trusted, no operation reports an
-/// error unless it says so. Destruction, like every walk, is safe for any depth of nesting.
+/// that is in no parent's list belongs to its holder. Indices are not checked, and no operation reports an
+/// error unless its comment says so. Destruction, like every walk, is safe for any depth of nesting.
 ///
-/// Metrics (position, size, axis) are in surface units, relative to the parent's top-left corner; they are
-/// written by layout and mean nothing before it. They are kept as signed 32-bit values.
+/// Metrics (position, size, axis) are in surface units, relative to the parent's top-left corner. Layout
+/// writes them; before it they are meaningless. They are kept as signed 32-bit values.
 class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  public:
   static constexpr char16_t PREFIX_C = u'`';  ///< encloses finished prefix text inside a row's infix text
@@ -65,7 +65,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   ~Node4C() override;
   Node4C(Node4C const&) = delete;
   Node4C& operator=(Node4C const&) = delete;
-  /// Nodes stand side by side in memory, in the order in which they are made.
+  /// Nodes are adjacent in memory in the order in which they are made.
   static void* operator new(std::size_t size);
   static void operator delete(void* node, std::size_t size);
 
@@ -78,7 +78,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   Node4TypeE getType() const { return type_; }
   /// Changes the kind; any kind but NODE4_OPERATOR drops the operator.
   void setType(Node4TypeE type);
-  /// For a change at once: a reference kept beyond the next normalisation or layout must not be written to.
+  /// The text, for an immediate change: do not write to the reference after the next normalisation or layout.
   wstring& refText() {
     touch(STALE_ALL);
     return text_;
@@ -86,7 +86,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   wstring const& crefText() const { return text_; }
   wstring getText() const { return text_; }
   unsigned long sizeText() const { return text_.size(); }
-  /// Whether it is a text without characters, as they stand between other items.
+  /// Whether it is a text without characters, like those between other items.
   bool isEmptyText() const { return type_ == NODE4_TEXT && text_.empty(); }
   /// Sets the text and makes the node a NODE4_TEXT. Only for nodes without an operator, which it would keep.
   void setText(wstring const& text);
@@ -118,21 +118,22 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   Node4C* child(unsigned long i) const { return children_[i]; }
   Node4C* getParent() const { return parent_; }
   void setParent(Node4C* parent) { parent_ = parent; }
-  /// Puts `node` (may be null) into slot i; what stood there is the caller's from now on.
+  /// Puts `node` (may be null) into slot i; the caller then owns the node that was there.
   void setChild(unsigned long i, Node4C* node);
-  /// Puts `node` into slot i and destroys what stood there, unless it is the same node.
+  /// Puts `node` into slot i and destroys the node that was there, unless it is the same node.
   void replaceChild(unsigned long i, Node4C* node);
   /// Inserts `node` before slot i; i == numChildren() appends. Amortised constant at both ends. When memory
   /// runs out the node is destroyed, as is the row given to `spliceChildren`.
   void insertChild(unsigned long i, Node4C* node);
-  /// Takes the node in slot i out, closes the gap and clears the node's parent; the node is the caller's.
+  /// Takes the node out of slot i, closes the gap and clears the node's parent; the caller then owns the
+  /// node.
   void removeChild(unsigned long i);
   /// Destroys the node in slot i and closes the gap.
   void deleteChild(unsigned long i);
   /// Destroys the nodes in `count` slots from slot i on and closes the gap.
   void deleteChildren(unsigned long i, unsigned long count);
-  /// Takes the node out of slot i, leaving the slot null; the node is the caller's. Its parent stays as it
-  /// was: it must get another one, or none, before that parent goes.
+  /// Takes the node out of slot i, which becomes null; the caller then owns the node. Its parent pointer is
+  /// kept, so it must be set to another parent or to null before that parent is destroyed.
   Node4C* cutChild(unsigned long i);
   /// Moves all children of `row` into this node before slot i, in order, and destroys `row`.
   void spliceChildren(unsigned long i, Node4C* row);
@@ -150,9 +151,10 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   PointS getAbsolutePosition() const;
 
   // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
-  /// Brings every row of this subtree into canonical form. The caret and the anchor stay on their characters
-  /// when the text that holds them is merged into another, and step inside of supplied brackets; a null node
-  /// is no place. Linear in the rows that changed since the last time; the others are not visited.
+  /// Brings every row of this subtree into canonical form. The caret and the anchor stay at their characters
+  /// when the text that holds them is merged into another, and move to the inside of supplied brackets; a
+  /// null node is no place. The time is linear in the rows that changed since the last call; other rows are
+  /// not visited.
   void checkTree(SelectionS& places);
   /// The same for a tree without a caret.
   void checkTree();
@@ -177,21 +179,20 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool readObject(PointerTC<oss::ObjectInputStreamABC>& in) override;
 
   // ---- Copies of states (tree/node4_record.cpp) -----------------------------------------------------------
-  /// A copy of this subtree as it is, which shares what did not change with the copy made before: its cost
-  /// follows the changes.
+  /// A copy of this subtree, which shares unchanged parts with the copy made before. The cost depends on the
+  /// size of the changes.
   NodeRecordPointerC makeRecord() const;
   /// The subtree that `record` is a copy of, detached, without metrics.
   static std::unique_ptr<Node4C> fromRecord(NodeRecordC const& record);
-  /// Turns this tree into the one that `state`, which somebody holds, is a copy of: the cost follows what
-  /// differs. The tree must be normalised before it is laid out.
+  /// Makes this tree equal to the one that `state` is a copy of; the caller keeps `state` alive. The cost
+  /// depends on the size of the difference. The tree must be normalised before it is laid out.
   void turnInto(NodeRecordC const& state);
 
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
   bool layout(GraphicsABC const& graphics);
-  /// The same result with less work, as long as the surface measures as it did: visits only nodes that
-  /// changed since they were last laid out and the rows and constructs around them, and measures only texts
-  /// that changed.
+  /// Gives the same result with less work, as long as the surface measures as before: visits only nodes that
+  /// changed since the last layout and the rows and constructs around them, and measures only changed texts.
   bool layoutChanged(GraphicsABC const& graphics);
   void layout_standard(GraphicsABC const& graphics);
   /// Draws the laid-out subtree; (x, y) is the absolute position of the parent. `current`, the node that
@@ -200,7 +201,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
   void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
 
-  /// For passes over rows and for the check of what they leave (docs/incremental.md).
+  /// For passes over rows and for the check of their invariants (docs/incremental.md).
   NodeStateS const& crefState() const { return state_; }
 
   static long maxDim(long a, long b) { return a < b ? b : a; }
@@ -214,11 +215,11 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
 
   // ---- Conversion (parser/, convert/) -------------------------------------------------------------------
   /// Infix text to prefix text. On failure false, with the start and end of the offending token in `infix`
-  /// (in characters) and the cause; outputs are untouched by what they do not report.
+  /// (in characters) and the cause; an output that has no meaning for the result is untouched.
   static bool convertInfixToPrefix(wstring const& infix, wstring& prefix, unsigned int& first,
                                    unsigned int& second, ErrorCauseE& cause);
-  /// The infix text of this row, as the grammar reads it: constructs stand as prefix text between grave
-  /// accents. False, with `error` filled, on an empty slot or a construct that does not convert.
+  /// The infix text of this row, as the grammar reads it: constructs are prefix text between grave accents.
+  /// False, with `error` filled, on an empty slot or a construct that does not convert.
   bool getInfixString(wstring& infix, ErrorSelectionS& error);
   /// The prefix text of this row. On failure false with `error` filled and `prefix` untouched.
   bool getExpressionString(wstring& prefix, ErrorSelectionS& error);
@@ -235,8 +236,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   friend class RecordReaderC;
   friend class TreeDrawerC;
 
-  /// Whether this text stands for a missing operand: empty, and alone in its row or before an exponent that
-  /// has no base.
+  /// Whether this text is a missing operand: it is empty, and alone in its row or before an exponent that has
+  /// no base.
   bool isPlaceholder() const;
   bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
@@ -248,7 +249,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   }
   void noteNewKind();
   void unmark(std::uint8_t stale) const { state_.stale &= static_cast<std::uint8_t>(~stale); }
-  /// The next child from `next` on that has the mark, and moves `next` behind it; null when there is none.
+  /// The next child from `next` on that has the mark; null when there is none. Moves `next` past it.
   Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
   void dropIndex();
   NodeRecordPointerC recordNode() const;
@@ -258,7 +259,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   void placeChildren(GraphicsABC const& graphics);
   void noteOverflow();
 
-  // What layout and drawing read stands together at the front.
+  // The members that layout and drawing read come first, so that they are near each other in memory.
   ChildArrayC children_;
   Node4TypeE type_ = NODE4_TEXT;
   std::int32_t dx_ = 0;
@@ -267,14 +268,14 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   std::int32_t height_ = 0;
   std::int32_t midHeight_ = 0;
   std::uint32_t fontDepth_ = 0;
-  bool overflows_ = false;  // whether something inside may be above or below this node's box
+  bool overflows_ = false;  // whether something inside may extend above or below this node's box
   NodeStateS state_;
   Node4C* parent_ = nullptr;
   PointerTC<OperatorBC> op_;
   wstring text_;
 };
 
-/// What `writeObject` writes into a `BinaryOutputStreamC`.
+/// The bytes that `writeObject` writes to a `BinaryOutputStreamC`.
 oss::bytestring writeBytes(Node4C const& node);
 
 }  // namespace zolt::math::ved

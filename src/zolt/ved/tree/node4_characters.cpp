@@ -23,7 +23,7 @@ bool const Node4C::acceptable_characters[nb_acceptable_characters] = {
     X, X, X, X, X, X, X, X, X, X, X, X, o, X, o, o,  // 70
 };
 
-// The same without the blank and ":".
+// These are the same characters without the blank and ":".
 bool const Node4C::identifier_characters[nb_acceptable_characters] = {
     o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 00
     o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 10

@@ -17,7 +17,7 @@ void Node4C::checkTree(SelectionS& places) {
     walkTree(*this, normalise, leave,
              [](Node4C& node, unsigned long& next) { return node.findMarked(next, STALE_CHECK); });
   }
-  // A place may also get beside a supplied bracket without any change.
+  // A place may be beside a supplied bracket even in an unchanged row.
   stepInside(places.caret);
   stepInside(places.anchor);
 }

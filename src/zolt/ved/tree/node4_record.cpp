@@ -9,16 +9,17 @@ namespace zolt::math::ved {
 
 namespace {
 
-// Texts longer than a part are kept in parts.
+// The characters in a part; longer texts are kept in several parts.
 constexpr std::size_t part_size = 512;
-// Of a stretch, about as many as it has blocks.
+// The items in a block: about as many as a stretch has blocks.
 constexpr std::size_t block_size = 16;
 
 using ChildrenT = NodeRecordC::ChildrenT;
 
-/// Cuts a sequence into records of at most `most` elements: those that it was kept in before, at both ends as
-/// far as they are the same. Small ones next to the change go into its record, or typing would leave a record
-/// for each character. `contentOf` gives the elements of a record, `make` a record of elements.
+/// Cuts a sequence into records of at most `most` elements. At both ends it reuses the records of `before` as
+/// long as the elements are the same. Small records next to the change are merged into its record, or typing
+/// would leave a record for each character. `contentOf` returns the elements of a record, `make` makes a
+/// record of elements.
 template <class SequenceT, class ContentT, class MakeT>
 ChildrenT cut(SequenceT const& all, ChildrenT const& before, std::size_t most, ContentT contentOf,
               MakeT make) {
@@ -89,7 +90,7 @@ NodeRecordPointerC Node4C::makeRecord() const {
   return state_.record;
 }
 
-/// The record of this node alone, made of those of its children.
+/// Makes the record of this node from those of its children.
 NodeRecordPointerC Node4C::recordNode() const {
   auto const kind = static_cast<std::uint8_t>(type_);
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
@@ -123,7 +124,7 @@ NodeRecordPointerC Node4C::recordNode() const {
 
 // ---- Going back to a record -------------------------------------------------------------------------------
 
-/// Makes nodes of records.
+/// Makes nodes from records.
 class RecordReaderC {
  public:
   static std::unique_ptr<Node4C> build(NodeRecordC const& record) {
@@ -150,7 +151,7 @@ class RecordReaderC {
   }
 
  private:
-  /// The node without its children, whose records come out.
+  /// The node without its children, whose records are put into `children`.
   static std::unique_ptr<Node4C> make(NodeRecordC const& record, std::vector<NodeRecordC const*>& children) {
     children.clear();
     auto const type = static_cast<Node4TypeE>(record.getKind());
@@ -180,7 +181,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
     }
     for (RecordGapS const& gap : compareNodes(*node->state_.record, *wanted).gaps) {
       std::size_t const shared = std::min(gap.items.size(), gap.otherItems.size());
-      unsigned long place = gap.place;  // all before it is as wanted by now
+      unsigned long place = gap.place;  // everything before it is already as wanted
       for (std::size_t k = 0; k < shared; ++k, ++place) {
         NodeRecordC const& item = *gap.otherItems[k];
         if (NodeRecordC::isAlike(*gap.items[k], item)) {
@@ -191,7 +192,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
       }
       if (shared < gap.items.size()) node->deleteChildren(place, gap.items.size() - shared);
       if (shared == gap.otherItems.size()) continue;
-      // All at once: each alone would move all children after it.
+      // They are inserted at once, since each single insertion would move all children after it.
       auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), gap.otherItems.size() - shared);
       for (std::size_t k = shared; k < gap.otherItems.size(); ++k) {
         row->setChild(k - shared, RecordReaderC::build(*gap.otherItems[k]).release());
@@ -199,7 +200,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
       node->spliceChildren(place, row.release());
     }
   }
-  // The next state shares with this one again what did not change.
+  // The next state will share unchanged parts with this one.
   for (PairS const& pair : pairs) {
     pair.node->state_.record = NodeRecordPointerC(pair.wanted);
     pair.node->unmark(STALE_RECORD);

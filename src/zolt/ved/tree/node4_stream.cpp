@@ -13,7 +13,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// What a node without text and children takes.
+// The bytes of a node without text and children.
 constexpr unsigned long min_record_size = oss::byte_format::start_aggregate_size +
                                           oss::byte_format::int16_size + oss::byte_format::empty_string_size +
                                           oss::byte_format::uint32_size +
@@ -61,7 +61,7 @@ oss::bytestring writeBytes(Node4C const& node) {
 
 bool Node4C::readObject(PointerTC<oss::ObjectInputStreamABC>& in) { return readNode(in, 0); }
 
-// `levelsAbove` bounds the recursion: between two rows stands one operator or exponent, so a row costs two
+// `levelsAbove` bounds the recursion: there is one operator or exponent between two rows, so a row takes two
 // levels.
 bool Node4C::readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove) {
   short type = 0;

@@ -4,8 +4,8 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// A place for the caret: a text of a tree and a position in it, from 0 to its length. Valid until the next
-/// edit of the tree. A null node is no place.
+/// A place for the caret: a text of a tree and a position in it, from 0 to its length. It is valid until the
+/// next edit of the tree. Without a node it is no place.
 struct PlaceS {
   Node4C const* node = nullptr;
   unsigned int pos = 0;
@@ -16,14 +16,14 @@ struct PlaceS {
 inline bool operator==(PlaceS a, PlaceS b) { return a.node == b.node && a.pos == b.pos; }
 inline bool operator!=(PlaceS a, PlaceS b) { return !(a == b); }
 
-/// The two ends of a selection, either of which may come first. Nothing is selected when they are the same
-/// place or when the anchor is none.
+/// The two ends of a selection, either of which may come first. Nothing is selected when both are the same
+/// place or when the anchor is no place.
 struct SelectionS {
   PlaceS anchor;
   PlaceS caret;
 };
 
-// In all of these a null node gives no place.
+// For a null node these return no place.
 [[nodiscard]] PlaceS startOf(Node4C const* text);
 [[nodiscard]] PlaceS endOf(Node4C const* text);
 /// The first and the last place of a row in canonical form.
@@ -34,9 +34,9 @@ struct SelectionS {
 [[nodiscard]] PlaceS placeBefore(Node4C const& item);
 [[nodiscard]] PlaceS placeAfter(Node4C const& item);
 
-/// The places for the caret where a faulty stretch starts and ends. Conversions report any node and an index
-/// in what it contributes to its row's text: a row stands for its end, and an item that is not a text is
-/// entered from outside.
+/// The caret places at the start and the end of a faulty stretch. Conversions report any node and an index in
+/// what it contributes to its row's text: for a row the place is its end, and for an item that is not a text
+/// the place is beside it.
 [[nodiscard]] PlaceS faultStart(PlaceS reported);
 [[nodiscard]] PlaceS faultEnd(PlaceS reported);
 

@@ -1,28 +1,28 @@
-// Rows in canonical form, for those who look at them from outside the tree. That texts and other items
-// alternate in a row, and what follows from it, is known here and in the rest of ved/tree; others ask.
+// Questions about rows in canonical form, for code outside ved/tree. Only ved/tree knows that texts and other
+// items alternate in a row, and what follows from that.
 #pragma once
 
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
-/// Whether nothing is in the row: its only item is a text without characters.
+/// Whether the row is empty: its only item is a text without characters.
 bool isEmptyRow(Node4C const& row);
-/// Whether nothing is in any row of a construct or exponent.
+/// Whether all rows of a construct or exponent are empty.
 bool hasEmptyRows(Node4C const& construct);
-/// Whether a text is a missing operand, which shows the "●". (An empty formula shows one, too, but lacks
-/// nothing.)
+/// Whether a text is a missing operand, which shows "●". (An empty formula shows one too, but lacks no
+/// operand.)
 bool isSlot(Node4C const& text);
 
-/// The construct or exponent that has the row which `item` is in; null in the formula's own row.
+/// The construct or exponent whose row contains `item`; null in the formula's own row.
 Node4C const* enclosingItem(Node4C const& item);
 /// Whether nothing comes after the place in its row.
 bool isAtRowEnd(PlaceS place);
-/// The text before or after `text` in reading order, in whatever row; null when there is none.
+/// The text before or after `text` in reading order, in any row; null when there is none.
 Node4C const* previousText(Node4C const& text);
 Node4C const* nextText(Node4C const& text);
 
-/// The bracket that belongs to `bracket`; null when the row has none.
+/// The other bracket of the pair; null when the row has none.
 Node4C const* findPartner(Node4C const& bracket);
 /// The innermost typed "(" before the place in its row that is still open there; null when there is none.
 Node4C const* findOpenBracket(PlaceS place);
@@ -32,8 +32,8 @@ bool hasSuppliedClose(Node4C const& row);
 
 /// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
 void climbToSiblings(Node4C const*& a, Node4C const*& b);
-/// A selection as a stretch of one row, in reading order. Ends in different rows of a construct widen to the
-/// places around the construct. The anchor may be no place; then the stretch is empty.
+/// A selection as a stretch of one row, in reading order. When the ends are in different rows of a construct,
+/// they move to the places around it. The anchor may be no place; then the stretch is empty.
 SelectionS inOneRow(SelectionS const& selection);
 
 }  // namespace zolt::math::ved

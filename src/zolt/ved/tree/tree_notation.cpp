@@ -139,14 +139,14 @@ class NotationReaderC {
     return node;
   }
 
-  /// Null when no row starts here, or one too deep.
+  /// Null when no row starts here or when it would be nested too deep.
   Node4C* beginRow(Node4C& parent) {
     if (rows_ == limits::max_nested_rows || !take(u'[')) return nullptr;
     ++rows_;
     return begin(parent, NODE4_LINE);
   }
 
-  /// Goes on in a new row of `parent`.
+  /// Continues in a new row of `parent`.
   bool enterRow(Node4C*& node, Node4C& parent) {
     Node4C* const row = beginRow(parent);
     if (row) node = row;
@@ -216,7 +216,7 @@ class NotationReaderC {
   OperatorListC const& operators_;
   TreeNotationS tree_;
   std::size_t position_ = 0;
-  unsigned long rows_ = 0;  // that have begun and not ended
+  unsigned long rows_ = 0;  // the number of rows that have begun and not ended
 };
 
 }  // namespace

@@ -12,10 +12,10 @@ using oss::wstring;
 class Node4C;
 class OperatorListC;
 
-/// A tree with the places of caret and anchor, as the notation carries it.
+/// A tree with the places of caret and anchor, as the notation holds them.
 struct TreeNotationS {
   std::unique_ptr<Node4C> root;
-  SelectionS selection;  ///< a null node for a mark that is not there
+  SelectionS selection;  ///< a node is null when its mark is absent
 };
 
 /// A tree as one line of text, for dumps, tests and bug reports: rows in brackets, texts in quotes,
@@ -25,9 +25,9 @@ struct TreeNotationS {
 /// written for null nodes.
 wstring writeTreeNotation(Node4C const& node, SelectionS const& selection = {});
 
-/// Reads that notation into a tree, exactly as written: nothing is normalised. On failure false, with `tree`
-/// untouched and `position` at the character that could not be read: also the start of a row that nests
-/// deeper than `limits` allow. Constructs are looked up by name.
+/// Reads that notation into a tree exactly as it is written, without normalisation. On failure false, with
+/// `tree` untouched and `position` at the character that could not be read; a row that nests deeper than
+/// `limits` allow fails at its start. Constructs are looked up by name.
 bool readTreeNotation(wstring const& text, OperatorListC const& operators, TreeNotationS& tree,
                       unsigned long& position);
 

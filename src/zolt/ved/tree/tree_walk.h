@@ -1,11 +1,10 @@
-// The walk over a subtree in tree order, without recursion and without a stack: the way back up leads over
-// parent pointers and child numbers.
+// The walk over a subtree in tree order, without recursion and without a stack: it returns to a parent by the
+// parent pointer and the child number.
 //
 // When to walk, and when to recurse: a tree is as deep as its rows nest, which limits::max_nested_rows
-// bounds. Layout, drawing and reading from a stream recurse, because each level of theirs has values of its
-// own and takes little of the machine's stack. Whatever only visits nodes uses this walk, and so does
-// whatever may meet a tree that nobody has checked yet. Expressions are as deep as they are long: nothing
-// recurses over them.
+// bounds. Layout, drawing and reading from a stream recurse, because each level has values of its own and
+// takes little stack. Code that only visits nodes uses this walk, and so does code that may meet an unchecked
+// tree. Expressions can be as deep as they are long: no code recurses over them.
 #pragma once
 
 #include <type_traits>
@@ -14,7 +13,7 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// What a visit answers.
+/// The answer of a visitor.
 enum WalkE : int {
   WALK_INTO,  ///< the children are next
   WALK_PAST,  ///< the node is left out: neither its children nor its end are visited
@@ -23,7 +22,7 @@ enum WalkE : int {
 
 namespace detail {
 
-/// Calls a visitor; one that returns nothing never skips and never stops.
+/// Calls a visitor. A visitor without a result neither skips nor stops.
 template <class NodeT, class VisitT>
 WalkE visitNode(VisitT& visit, NodeT& node) {
   if constexpr (std::is_void_v<decltype(visit(node))>) {
@@ -36,7 +35,7 @@ WalkE visitNode(VisitT& visit, NodeT& node) {
 
 }  // namespace detail
 
-/// The next child from `next` on, `next` moved past it; null when there is none. Null slots are passed over.
+/// Returns the next child from `next` on and moves `next` past it; null when there is none. Skips null slots.
 struct EveryChildS {
   template <class NodeT>
   NodeT* operator()(NodeT& node, unsigned long& next) const {
@@ -48,10 +47,10 @@ struct EveryChildS {
 };
 
 /// Visits `top` (a Node4C, const or not) and everything in it: `before` a node's children and `after` them.
-/// Both take the node, and return nothing or a WalkE; of `after`, only WALK_STOP has an effect. `nextChild`
-/// takes the place of EveryChildS where a walk finds its children faster than one by one. A visitor may
-/// change the node that it is given and what is below that, but not the list which the node is in. False when
-/// the walk was stopped.
+/// Both take the node and return void or a WalkE; from `after`, only WALK_STOP has an effect. A walk that
+/// finds children faster than one by one passes its own `nextChild` instead of EveryChildS. A visitor may
+/// change its node and what is below that node, but not the list that holds the node. False when the walk was
+/// stopped.
 template <class NodeT, class BeforeT, class AfterT, class NextChildT = EveryChildS>
 bool walkTree(NodeT& top, BeforeT&& before, AfterT&& after, NextChildT&& nextChild = NextChildT()) {
   WalkE const first = detail::visitNode(before, top);

@@ -39,7 +39,7 @@ TreeInvariantE checkRow(Node4C const& row) {
         if (item.getType() == NODE4_CLOSE && --depth < lowest) lowest = depth;
     }
   }
-  // Exactly one supplied bracket for each that the user left without a partner.
+  // There must be exactly one supplied bracket for each typed bracket without a partner.
   if (autoOpen != static_cast<unsigned long>(-lowest)) return TREE_BRACKETS_BALANCE;
   return autoClose == static_cast<unsigned long>(depth - lowest) ? TREE_VALID : TREE_BRACKETS_BALANCE;
 }
@@ -82,7 +82,7 @@ TreeInvariantE checkNode(Node4C const& node, unsigned long rows) {
   }
 }
 
-/// The stretches of a long row.
+/// Checks the stretches of a long row.
 TreeInvariantE checkStretches(Node4C const& row, RowIndexC const& index) {
   std::size_t first = 0;
   long x = 0;
@@ -121,7 +121,7 @@ TreeInvariantE checkRecord(Node4C const& node) {
   return TREE_VALID;
 }
 
-/// What the node keeps so that work follows an edit.
+/// Checks the incremental state of a node.
 TreeInvariantE checkState(Node4C const& node) {
   NodeStateS const& state = node.crefState();
   unsigned above = node.getParent() ? node.getParent()->crefState().stale : ~0u;

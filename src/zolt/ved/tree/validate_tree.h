@@ -9,8 +9,8 @@ using oss::wstring;
 
 class Node4C;
 
-/// The invariants of a normalised tree, numbered as in docs/invariants.md, and those of what its nodes keep
-/// so that work follows an edit, S1 to S5 of docs/incremental.md.
+/// The invariants of a normalised tree, numbered as in docs/invariants.md, and those of the incremental state
+/// of its nodes, S1 to S5 of docs/incremental.md.
 enum TreeInvariantE {
   TREE_VALID = 0,
   TREE_ROOT_HOLDS_ONE_ROW = 1,
@@ -33,19 +33,19 @@ enum TreeInvariantE {
 
 struct TreeFaultS {
   TreeInvariantE invariant = TREE_VALID;
-  Node4C const* node = nullptr;  ///< where it is broken
+  Node4C const* node = nullptr;  ///< the node that breaks it
 };
 
 /// Checks invariants 1 to 10 and S1 to S5 over a whole tree and returns the first fault in reading order.
-/// Linear, without recursion.
+/// Takes linear time and does not recurse.
 TreeFaultS validateTree(Node4C const& root);
 
-/// Checks invariant 11: the place is one in a text of the tree `root`.
+/// Checks invariant 11: the place is in a text of the tree `root`.
 TreeFaultS validatePlace(Node4C const& root, PlaceS place);
-/// The same for a caret and, unless it is no place, an anchor.
+/// Checks invariant 11 for the caret and, unless it is no place, for the anchor.
 TreeFaultS validateSelection(Node4C const& root, SelectionS const& selection);
 
-/// What an invariant demands, in one line of English.
+/// What an invariant requires, in one line of English.
 wstring describeInvariant(TreeInvariantE invariant);
 
 }  // namespace zolt::math::ved

@@ -7,7 +7,7 @@
 
 namespace zolt::math::ved {
 
-/// A snapshot of a tree with its caret and anchor, from which a rejected edit is undone.
+/// A snapshot of a tree with its caret and anchor, with which a rejected edit is undone.
 class EditBackupC : public oss::RefCountedBC {
  public:
   /// `deep`: keeps a deep copy of `root`, with caret and anchor found in the copy by their paths. Otherwise

@@ -42,7 +42,8 @@ PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
 
 void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   if (!open_) return;
-  // What asks for memory comes first: when there is none, the history is as it was and the step still open.
+  // Everything that allocates memory comes first: when it fails, the history is unchanged and the step is
+  // still open.
   StepS step;
   step.state = root.makeRecord();
   auto const [differs, size] = compareStates(steps_.empty() ? *tree_ : stateBefore(next_), *step.state);
@@ -68,7 +69,7 @@ void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   dropStep();
 }
 
-/// All after the place of the new step but the last, which is to become it.
+/// Drops the steps after `next_`, except the last, into which the new step is moved.
 void EditHistoryC::forgetRedo() {
   auto const first = steps_.begin() + static_cast<std::ptrdiff_t>(next_);
   auto const last = std::prev(steps_.end());
@@ -87,7 +88,7 @@ void EditHistoryC::trim() {
   steps_.front().continues = false;
 }
 
-// No caret is in the tree: normalisation would move one from one side of a supplied bracket to the other.
+// The caret does not take part, since normalisation would move it to the other side of a supplied bracket.
 void EditHistoryC::goTo(Node4C& root, unsigned long next) {
   root.turnInto(stateBefore(next));
   root.checkTree();

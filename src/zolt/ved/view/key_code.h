@@ -2,7 +2,7 @@
 
 namespace zolt::math::ved {
 
-/// The key codes that the view itself knows, unless the operator table binds them: the usual virtual-key
+/// The key codes that the view handles itself, unless the operator table binds them: the usual virtual-key
 /// codes, and two of a calculator's keyboard.
 enum KeyCodeE : unsigned long {
   KEY_BACKSPACE = 8,

@@ -54,7 +54,7 @@ void ViewZNT4C::startSelection() {
   if (!isSelected()) selection_.anchor = selection_.caret;
 }
 
-// Vertical movement is left to the host, which knows the geometry that a person sees.
+// The host does vertical movement, since it knows the geometry that a person sees.
 bool ViewZNT4C::doUp() { return false; }
 
 bool ViewZNT4C::doDown() { return false; }

@@ -31,7 +31,7 @@ Node4C* ViewZNT4C::copyRange(SelectionS const& range) const {
   unsigned long const count = bounds.last - bounds.first + 1;
   auto copy = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), count);
   for (unsigned long i = 0; i < count; ++i) copy->setChild(i, bounds.line->child(bounds.first + i)->clone());
-  // The end first: both may be the same text.
+  // The end is cut first, since both ends may be in the same text.
   Node4C* const lastItem = copy->child(count - 1);
   if (lastItem->getType() == NODE4_TEXT) lastItem->refText().erase(bounds.lastPos);
   Node4C* const firstItem = copy->child(0);
@@ -86,7 +86,7 @@ bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
 }
 
 bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
-  // The row itself dissolves in the row that it goes into.
+  // The pasted row itself does not count below, since normalisation replaces it by its items.
   takeBackIfDue();
   if (!row || !mayNest(countNestedRows(*row) - 1)) return bip();
   EventC guard(*this);
@@ -103,7 +103,7 @@ bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
 bool ViewZNT4C::backupBeforeModif() {
   if (!editable_) return bip();
   announceEdit();
-  // An empty selection must not grow around what the edit is about to insert.
+  // The anchor of an empty selection is dropped, or the selection would include what the edit inserts.
   if (!isSelected()) selection_.anchor = {};
   return needLayout();
 }

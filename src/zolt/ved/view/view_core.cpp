@@ -38,7 +38,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
   if (history_) history->countFrom(*history_);
   if (grouping_) history->beginStep(*root, wholeRow(*root->child(0)));
   auto operators = OperatorListRepositoryC::lookup(engineOf(expression));
-  // From here on nothing fails; the repaint comes last, for whoever looks at the view when it is asked for.
+  // Nothing fails from here on. The repaint comes last, since a surface may read the view when it is asked.
   history_ = std::move(history);
   takeBackDue_ = false;
   operatorList_ = std::move(operators);
@@ -104,7 +104,7 @@ PointS ViewZNT4C::getExpressionSize() const {
 }
 
 void ViewZNT4C::display(long x, long y) const {
-  // A surface that paints from inside `invalidate` meets a tree in the middle of a change.
+  // A surface that paints from inside `invalidate` would read a tree in the middle of a change.
   if (executing_) {
     paintMissed_ = true;
     return;
@@ -237,7 +237,8 @@ bool ViewZNT4C::finishEdit() {
   if (history_->isStepOpen()) {
     if (layoutPending_) root_->checkTree(selection_);
   } else if (layoutPending_) {
-    // The tree is in order, and nothing would lead back to it.
+    // No step is open, so the tree must not change: it is normalised already, and only the places may have to
+    // move.
     Node4C::stepInside(selection_.caret);
     Node4C::stepInside(selection_.anchor);
   }
@@ -261,7 +262,7 @@ bool ViewZNT4C::settleEdit() {
   return !rejected;
 }
 
-// An expression that is still incomplete is never rejected.
+// An incomplete expression is never rejected.
 bool ViewZNT4C::isRejected() const {
   if (!constraints_ || !history_->isStepOpen() || !history_->hasChanged(*root_)) return false;
   auto const expression = root_->getAlgebraicExpression(nullptr);

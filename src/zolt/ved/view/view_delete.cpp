@@ -8,7 +8,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-/// The only row of a construct or exponent that is not empty.
+/// How many rows of a construct or exponent are not empty, and the last of them.
 struct FilledRowsS {
   explicit FilledRowsS(Node4C const& construct) {
     for (unsigned long i = 0; i < construct.numChildren(); ++i) {

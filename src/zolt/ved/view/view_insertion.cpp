@@ -48,7 +48,7 @@ bool ViewInsertionC::mayNest() const { return view_.mayNest(1); }
 
 bool ViewInsertionC::mayNestSelection() const { return view_.mayNest(1 + view_.countSelectedRows()); }
 
-// The row itself, which the count includes, stands for the new one.
+// The count includes the caret's row, which makes up for the new row.
 bool ViewInsertionC::mayNestRow() const { return view_.mayNest(countNestedRows(view_.crefCurrentRow())); }
 
 }  // namespace zolt::math::ved

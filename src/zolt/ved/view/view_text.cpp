@@ -9,21 +9,22 @@ std::unique_ptr<Node4C> makeNode(Node4TypeE type) {
   return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
 }
 
-/// Whether a character may be typed as such. Of the signs below 128, most come in only through the operators
+/// Whether a character may be typed into a text. Most signs below 128 can be typed only through the operators
 /// that they name.
 bool isTypable(char16_t c) {
   return c >= Node4C::nb_acceptable_characters || Node4C::acceptable_characters[c] || c == Node4C::COMMA_C ||
          c == Node4C::OPEN_C || c == Node4C::CLOSE_C;
 }
 
-/// Whether the text is outside a supplied bracket: what is typed there makes it a typed one.
+/// Whether the text is outside a supplied bracket. Typing there turns the bracket into a typed one.
 bool isOutsideAutoBracket(Node4C const& text) {
   Node4C const* const left = text.goLeft();
   Node4C const* const right = text.goRight();
   return (left && left->getType() == NODE4_AUTO_CLOSE) || (right && right->getType() == NODE4_AUTO_OPEN);
 }
 
-/// What is behind the caret is worth a text of its own from so many characters on, with as many to come.
+/// The text after the caret is split off when it is longer than this and more characters than this are to
+/// come.
 constexpr std::size_t long_text = 16;
 
 bool isWrittenAsText(OperatorBC const& op) {
@@ -68,10 +69,10 @@ bool ViewZNT4C::doAddText(wstring const& text) {
   return true;
 }
 
-// Ends like an event for each character, after each of which the tree would be normal again. So that long
-// texts do not cost their square, the row is brought in order only when something looks at it, which further
-// characters and brackets do not as long as no supplied bracket stands beside the caret; and what is behind
-// the caret in its text waits in a text of its own, not to be moved by each of them.
+// The result is the same as with one event, and one normalisation, for each character. That would take
+// quadratic time for a long text, so the row is normalised only when something depends on it: characters and
+// brackets do not, as long as there is no supplied bracket beside the caret. For the same reason the text
+// after the caret is split off, so that typed characters do not move it.
 bool ViewZNT4C::addTexts(wstring const& text) {
   bool pending = false;
   auto const normalise = [&] {
@@ -124,7 +125,7 @@ void ViewZNT4C::addBracket(Node4TypeE type) {
   text.getParent()->insertChild(text.findChildNumber(), makeNode(type).release());
 }
 
-/// At an end of a row, turns the supplied bracket there into the typed one that takes its place.
+/// At an end of a row, turns the supplied bracket there into a typed one. False when there is none.
 bool ViewZNT4C::promoteAutoBracket(Node4TypeE type) {
   Node4C const* const text = selection_.caret.node;
   Node4C* const row = text->getParent();

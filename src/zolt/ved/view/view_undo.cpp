@@ -30,7 +30,7 @@ bool ViewZNT4C::redo() {
   return true;
 }
 
-// Announced like an edit, so that it is taken back when it is cut short.
+// The step is announced like an edit, so that it is taken back when it is cut short.
 void ViewZNT4C::goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root)) {
   EventC guard(*this);
   history_->beginStep(*root_, selection_);
@@ -40,7 +40,8 @@ void ViewZNT4C::goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root)
   guard.finish();
 }
 
-// The step starts here and not with the first edit: undoing it brings back the selection that the person had.
+// The step starts here and not with the first edit, so that undoing it restores the selection before the
+// group.
 void ViewZNT4C::beginGroup() {
   if (isBusy() || grouping_) return;
   takeBackIfDue();
@@ -66,7 +67,7 @@ void ViewZNT4C::cancelGroup() {
   needRedraw();
 }
 
-// A group that goes on begins where it began.
+// When the edit belongs to a group that continues, the group keeps its beginning.
 void ViewZNT4C::takeBack() const {
   takeOver(*history_->stateBeforeStep());
   takeBackDue_ = false;

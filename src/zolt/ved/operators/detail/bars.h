@@ -7,8 +7,8 @@ class Node4C;
 
 namespace zolt::math::ved::detail {
 
-/// Places the only row of `node` between two bars, with so many units free beside it on either side, above it
-/// and below it, and sets the construct's size and axis.
+/// Places the only row of `node` between two bars and sets the construct's size and axis. The free space on
+/// each side of the row, above it and below it is given in units.
 void layoutBars(Node4C& node, long beside, long above, long below);
 
 }  // namespace zolt::math::ved::detail

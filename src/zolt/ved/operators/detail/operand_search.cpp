@@ -31,7 +31,7 @@ unsigned int backOverName(wstring const& text, unsigned int pos) {
   return pos;
 }
 
-/// Takes the exponent that follows the stretch with it.
+/// Extends the stretch over the exponent that follows it.
 void takeExponent(OperandStretchS& stretch) {
   if (stretch.far != endOf(stretch.far.node)) return;
   Node4C const* const power = stretch.far.node->goRight();
@@ -52,7 +52,7 @@ OperandStretchS findLeftOperand(PlaceS caret) {
 
   Node4C const* item = caret.node->goLeft();
   if (!item) return stretch;
-  // Exponents go with their base; between an exponent and another item stands an empty text.
+  // Exponents belong to their base; there is an empty text between an exponent and another item.
   while (item->getType() == NODE4_POWER || item->isEmptyText()) {
     Node4C const* const left = item->goLeft();
     if (!left) break;

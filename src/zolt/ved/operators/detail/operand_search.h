@@ -5,12 +5,12 @@
 
 namespace zolt::math::ved::detail {
 
-/// The stretch from `near` (where the caret stands once the blanks beside it are gone) to `far`. Not found:
-/// `far` is no place, or the same as `near`.
+/// The stretch from `near` (the caret's place without the blanks beside it) to `far`. When nothing is found,
+/// `far` is no place or equals `near`.
 struct OperandStretchS {
   PlaceS near;
   PlaceS far;
-  bool group = false;  ///< a bracketed group, perhaps with more behind it
+  bool group = false;  ///< a bracketed group, perhaps with more after it
 
   bool isFound() const { return far && far != near; }
 };

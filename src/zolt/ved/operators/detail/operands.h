@@ -1,4 +1,4 @@
-// Internal to operators/: taking operands off the conversion stack and putting rows together.
+// Internal to operators/: taking operands off the conversion stack and building rows of them.
 #pragma once
 
 #include <memory>
@@ -8,19 +8,19 @@
 
 namespace zolt::math::ved::detail {
 
-/// A node that is in no tree yet, or no longer, and goes with its holder when memory runs out half-way.
+/// A node outside every tree, which is destroyed with its holder when memory runs out half-way.
 using NodeT = std::unique_ptr<Node4C>;
 
 NodeT makeText(wstring const& text);
 NodeT makeItem(Node4TypeE type);
-/// A row of one empty text: a slot to be filled.
+/// A row with one empty text, which is a slot.
 NodeT makeEmptyRow();
 /// The node if it is a row, else a row that holds it.
 NodeT toRow(NodeT node);
 
 /// Takes the topmost entry; an empty text when there is none.
 std::pair<NodeT, int> popOperand(ConversionStackT& stack);
-/// The same as a row.
+/// Takes the topmost entry as a row.
 NodeT popRow(ConversionStackT& stack);
 
 /// Puts `operand` between parentheses, as a row.

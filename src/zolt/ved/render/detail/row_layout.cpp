@@ -6,12 +6,12 @@ namespace zolt::math::ved {
 
 namespace {
 
-/// Whether an exponent stands on what comes before this item.
+/// Whether an exponent after this item is placed on the item before it.
 bool isPassedOver(Node4C const& item) { return item.isEmptyText() && !item.crefState().laidOutAsSlot; }
 
-/// How far an exponent reaches down over its base.
+/// How far an exponent overlaps its base, in units.
 constexpr long exponent_overlap = 5;
-/// The space between the brackets of an empty pair.
+/// The space between the brackets of an empty pair, in units.
 constexpr long empty_pair_gap = 2;
 
 long pushOf(Node4C const& power) { return power.getHeight() - exponent_overlap; }
@@ -28,9 +28,8 @@ RowLayoutC::RowLayoutC(Node4C& row, GraphicsABC const& graphics)
 void RowLayoutC::layout() {
   placeStretches();
   if (axis_ + highestGroup_ < 0 || !pushes_.empty()) {
-    // A group reaches down to the row's top at least, even if its items end
-    // above. They do only on surfaces with negative sizes, and in rows that
-    // nobody normalised.
+    // A group extends at least down to the row's top, even if its items end above. They do so only on
+    // surfaces with negative sizes and in rows that were not normalised.
     rowTop_ = -axis_;
     stretches_.mark(STALE_LAYOUT);
     placeStretches();
@@ -62,10 +61,8 @@ void RowLayoutC::measure(RowStretchS& stretch) {
   sum.brackets.clear();
   highestGroup_ = -RowExtentS::none;
   RowExtentS extent;
-  long base = RowExtentS::none;  // how low the axis must be for what an exponent
-                                 // would stand on now
-  bool onBracket = false;        // whether that is a closing bracket whose partner is
-                                 // in another stretch
+  long base = RowExtentS::none;  // how low the axis must be for the item that an exponent would be on now
+  bool onBracket = false;        // whether that item is a closing bracket with a partner in another stretch
   auto const endBase = [&] {
     extent.require(base);
     base = RowExtentS::none;
@@ -129,9 +126,9 @@ void RowLayoutC::measure(RowStretchS& stretch) {
   sum.highestGroup = highestGroup_;
 }
 
-/// An exponent pushes down the item or the group that it stands on. Directly
-/// after an opening bracket, where normalisation leaves none, it pushes down
-/// items on several levels: then this takes the exponents one by one.
+/// An exponent pushes down the item or the group on which it is placed. An exponent directly after an opening
+/// bracket, which normalisation does not leave there, pushes down items on several levels; for such rows the
+/// exponents are taken one by one here.
 void RowLayoutC::findPushes() {
   pushes_.assign(row_.numChildren(), 0);
   for (unsigned long power = 0; power < row_.numChildren(); ++power) {
@@ -171,8 +168,8 @@ void RowLayoutC::placePower(Node4C& power, long baseTop, RowExtentS& extent) {
   Node4C::min1stDim(extent.top, power.getDY());
 }
 
-/// Sizes the brackets around a group, whose extent becomes that of the level
-/// around it, group included. Answers how low the axis must be for the group.
+/// Sizes the brackets around a group. `extent` is the group's and becomes that of the level around it,
+/// including the group. Returns how low the axis must be for the group.
 long RowLayoutC::closeGroup(Node4C& close, RowExtentS& extent) {
   RowExtentS const group = extent;
   Node4C& open = *levels_.back().bracket;
@@ -190,8 +187,7 @@ long RowLayoutC::closeGroup(Node4C& close, RowExtentS& extent) {
   return overhang_ + group.axis;
 }
 
-/// Brackets with a partner in their stretch are done; the others find theirs
-/// here.
+/// Brackets with a partner in their stretch are done already; this pairs the others.
 void RowLayoutC::join() {
   RowExtentS extent;
   highestGroup_ = -RowExtentS::none;

@@ -8,13 +8,12 @@
 
 namespace zolt::math::ved {
 
-/// Places the laid-out items of one row beside one another on a common axis and
-/// sets the row's size. The row is normalised and its font is current.
+/// Places the laid-out items of one row side by side on a common axis and sets the row's size. The row must
+/// be normalised and its font selected.
 ///
-/// `measure` takes the items of a stretch one by one; `join` puts the stretches
-/// side by side. A short row is one stretch; of a long row only the stretches
-/// that are marked for layout are measured. Heights are relative to the row's
-/// axis, whose place is known only when everything is joined.
+/// `measure` takes the items of a stretch one by one; `join` puts the stretches side by side. A short row is
+/// one stretch; of a long row only the stretches that are marked for layout are measured. Heights are
+/// relative to the row's axis, whose position is known only after `join`.
 class RowLayoutC {
  public:
   RowLayoutC(Node4C& row, GraphicsABC const& graphics);
@@ -36,10 +35,10 @@ class RowLayoutC {
   RowStretchesC stretches_;
   long const gap_;
   long const overhang_;
-  std::vector<RowBracketS> levels_;  // the opening brackets whose partners are still to come
-  std::vector<long> pushes_;         // of the items; empty where exponents have ordinary bases
-  long highestGroup_ = 0;            // the least bottom of what stands between two brackets
-  long rowTop_ = RowExtentS::none;   // as far as it is known
+  std::vector<RowBracketS> levels_;  // the opening brackets whose partners have not been met
+  std::vector<long> pushes_;         // one for each item; empty when all exponents have ordinary bases
+  long highestGroup_ = 0;            // the least bottom of any group in brackets
+  long rowTop_ = RowExtentS::none;   // none until it is known
   long width_ = 0;
   long axis_ = 0;
   long bottom_ = 0;

@@ -14,7 +14,7 @@ void ChildArrayC::moveGap(std::uint32_t to) {
   gap_ = to;
 }
 
-/// To so much room in front and in the gap.
+/// Moves the slots into memory with `first` free slots in front and `room` free slots in the gap.
 void ChildArrayC::reallocate(std::uint32_t first, std::uint32_t room) {
   std::uint32_t const capacity = first + size_ + room;
   std::uint32_t const behind = size_ - gap_;
@@ -49,7 +49,8 @@ void ChildArrayC::insertSlots(std::size_t i, std::size_t count) {
   if (count == 0) return;
   auto const added = static_cast<std::uint32_t>(count);
   auto const at = static_cast<std::uint32_t>(i);
-  // Where there is no room left, there will be as much as there are slots; the other room keeps no more.
+  // Room that is used up becomes as large as the slots in use, and the other room shrinks to at most that, so
+  // that growth takes amortised constant time and memory stays proportional to the slots.
   std::uint32_t const more = std::max(added, size_);
   if (at == 0 && gap_ > 0) {
     if (first_ < added) reallocate(first_ + more, std::min(room(), more));
@@ -71,7 +72,7 @@ void ChildArrayC::erase(std::size_t i, std::size_t count) {
     first_ += removed;
     gap_ -= removed;
   } else {
-    // What goes becomes part of the gap, which is brought to it first.
+    // The gap is moved to the removed slots, which become part of it.
     if (gap_ < at) moveGap(at);
     if (gap_ > at + removed) moveGap(at + removed);
     gap_ = at;

@@ -8,10 +8,10 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// Array of child pointers with spare room in front and in a gap, which stays where slots last came or went:
-/// edits near to each other move few pointers, however long the row is, and rows grow at both ends in
-/// amortised constant time. One child needs no memory of its own: most rows hold a single text. The array
-/// neither owns nor reads the nodes.
+/// An array of child pointers with spare room in front and in a gap. The gap stays where slots were last
+/// inserted or removed, so that edits near each other move few pointers, however long the row is. Rows grow
+/// at both ends in amortised constant time. A single child needs no allocation, since most rows hold one
+/// text. The array neither owns nor reads the nodes.
 class ChildArrayC {
  public:
   ChildArrayC() = default;
@@ -26,7 +26,7 @@ class ChildArrayC {
   Node4C*& operator[](std::size_t i) { return data()[place(i)]; }
   Node4C* operator[](std::size_t i) const { return data()[place(i)]; }
 
-  /// For loops over all children.
+  /// The iterator for loops over all children.
   class IteratorC {
    public:
     IteratorC(ChildArrayC const& array, Node4C* const* slot)
@@ -48,14 +48,14 @@ class ChildArrayC {
   IteratorC begin() const { return {*this, data() + first_}; }
   IteratorC end() const { return {*this, data() + capacity_}; }
 
-  /// Fills up with, or drops, slots at the end; new slots are null.
+  /// Adds or removes slots at the end; new slots are null.
   void resize(std::size_t size);
-  /// Opens `count` null slots before slot i.
+  /// Inserts `count` null slots before slot i.
   void insertSlots(std::size_t i, std::size_t count);
   /// Removes `count` slots from slot i on.
   void erase(std::size_t i, std::size_t count = 1);
   void clear() { first_ = gap_ = size_ = 0; }
-  /// Gives spare room back when it is more than the slots in use.
+  /// Frees spare room when it is larger than the slots in use.
   void shrink();
   std::size_t capacity() const { return capacity_; }
 
@@ -69,7 +69,7 @@ class ChildArrayC {
   void reallocate(std::uint32_t first, std::uint32_t room);
 
   union {
-    Node4C* inside_ = nullptr;  // the one slot there is room for without memory of its own
+    Node4C* inside_ = nullptr;  // the only slot while nothing is allocated
     Node4C** outside_;
   };
   std::uint32_t first_ = 0;

@@ -8,7 +8,7 @@
 
 namespace zolt::math::ved {
 
-// A sanitizer sees misuse of a node only when every node is an allocation of its own.
+// A sanitizer detects misuse of a node only when each node is a separate allocation.
 #if defined(__SANITIZE_ADDRESS__)
 #define ZOLT_NODE_POOL 0
 #elif defined(__has_feature)
@@ -40,7 +40,7 @@ struct BlockS {
 // Plain data, so that nodes may still be destroyed while the thread or the process ends.
 struct PoolS {
   BlockS* blocks = nullptr;
-  SlotU* free = nullptr;    // slots given back
+  SlotU* free = nullptr;    // freed slots
   SlotU* unused = nullptr;  // the rest of the newest block
   SlotU* end = nullptr;
   unsigned long blockSize = smallest_block;

@@ -3,10 +3,10 @@
 
 namespace zolt::math::ved {
 
-/// Memory for nodes, cut from blocks so that a tree is read in the order in which it was built, which a large
-/// one cannot do without: scattered over the heap it would wait for memory at every node. Each
-/// thread has blocks of its own, which go when the last of its nodes goes: a node must be destroyed on the
-/// thread that made it.
+/// Memory for nodes, cut from blocks, so that nodes are adjacent in the order in which a tree was built. A
+/// large tree whose nodes are scattered over the heap would cause a cache miss at each node. Each thread has
+/// its own blocks, which are freed with the last of its nodes: a node must be destroyed on the thread that
+/// made it.
 class NodePoolC {
  public:
   /// Memory for one `Node4C`.

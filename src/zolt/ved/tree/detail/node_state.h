@@ -1,4 +1,4 @@
-// Internal to Node4C: what a node keeps so that passes do again only what an edit changed.
+// Internal to Node4C: what a node keeps so that a pass repeats only the work that an edit requires.
 #pragma once
 
 #include <cstdint>
@@ -9,13 +9,13 @@
 
 namespace zolt::math::ved {
 
-/// The incremental state of a node; docs/incremental.md explains it and numbers what holds of it.
+/// The incremental state of a node; docs/incremental.md explains it and numbers its invariants.
 struct NodeStateS {
-  RowStretchS* stretch = nullptr;      // of the long row that the node is an item of
-  std::unique_ptr<RowIndexC> index;    // of a long row
-  mutable NodeRecordPointerC record;   // valid without STALE_RECORD
-  mutable std::uint32_t slotHint = 0;  // where the node last stood in its stretch or its parent's list
-  std::uint16_t laidOutDepth = 0;      // the font depth of the last layout; never that of a deeper one
+  RowStretchS* stretch = nullptr;      // the stretch that holds the node, if its row is long
+  std::unique_ptr<RowIndexC> index;    // not null in a long row
+  mutable NodeRecordPointerC record;   // valid unless STALE_RECORD is set
+  mutable std::uint32_t slotHint = 0;  // the last known number in its stretch or its parent's list
+  std::uint16_t laidOutDepth = 0;      // of the last layout; a font depth beyond 16 bits never equals it
   bool laidOutAsSlot = false;          // whether the last layout measured the placeholder
   mutable std::uint8_t stale = STALE_ALL;
 };

@@ -6,7 +6,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-// How near to the edge of a stretch a change concerns the neighbour as well.
+// A change within this many items of the edge of a stretch marks the neighbouring stretch too.
 constexpr std::size_t edge = 2;
 
 constexpr std::size_t ordinary_length = 96;

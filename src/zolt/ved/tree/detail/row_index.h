@@ -1,4 +1,4 @@
-// Internal to Node4C: what is known about the stretches of a long row.
+// Internal to Node4C: the stretches of a long row and their sums.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +14,7 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// What has to be done again for a node or for something inside it.
+/// The work that is due for a node or for something inside it.
 enum StaleE : std::uint8_t {
   STALE_CHECK = 1,
   STALE_LAYOUT = 2,
@@ -24,13 +24,11 @@ enum StaleE : std::uint8_t {
   STALE_VISIT = 9
 };
 
-/// How far the items on one level of brackets reach, measured from the axis of
-/// their row.
+/// How far the items on one level of brackets extend, in units, measured from the axis of their row.
 struct RowExtentS {
   static constexpr long none = std::numeric_limits<std::int32_t>::min() / 2;
 
-  long axis = none;    // how far below the row's top the axis must be, but for the
-                       // brackets around
+  long axis = none;    // the least distance from the row's top to the axis, without the brackets around
   long top = 0;        // of the highest item
   long bottom = none;  // of the lowest item
 
@@ -49,17 +47,17 @@ struct RowExtentS {
 
 /// A bracket without a partner in its stretch.
 struct RowBracketS {
-  RowExtentS before;  // of what stands between it and the bracket before it
+  RowExtentS before;  // of the items between it and the bracket before it
   Node4C* bracket;
   Node4C* power;  // the exponent on the group that it closes; may be null
 };
 
-/// What the layout of a stretch adds to that of its row.
+/// What the layout of a stretch contributes to that of its row.
 struct RowSumS {
   long width = 0;
   std::vector<RowBracketS> brackets;  // closing ones, then opening ones
-  RowExtentS extent;                  // of what comes after the last of the brackets
-  long highestGroup = 0;              // the least bottom of what stands between two brackets
+  RowExtentS extent;                  // of the items after the last of the brackets
+  long highestGroup = 0;              // the least bottom of any group in brackets
 };
 
 /// The brackets of a stretch, or of several, one after another.
@@ -69,14 +67,13 @@ struct BracketSumS {
   std::uint32_t autoOpens = 0;  // supplied ones
   std::uint32_t autoCloses = 0;
   bool hasContent = false;  // whether there is anything but supplied brackets and empty texts
-  bool overtaken = false;   // whether anything of that is outside a supplied bracket
+  bool overtaken = false;   // whether any of that is outside a supplied bracket
 
-  /// Whether there is anything that a supplied bracket of this kind may not
-  /// have outside it.
+  /// Whether there is an item that must not be outside a supplied bracket of this kind.
   bool hasOthers(Node4TypeE type) const {
     return hasContent || (type == NODE4_AUTO_OPEN ? autoCloses : autoOpens) > 0;
   }
-  /// Adds an item, which is no empty text.
+  /// Adds an item that is not an empty text.
   void add(Node4TypeE type) {
     if (type == NODE4_AUTO_CLOSE) {
       ++autoCloses;
@@ -113,9 +110,8 @@ struct BracketSumS {
   }
 };
 
-/// A stretch of a row: pairs of a text and another item; the last stretch of a
-/// row ends in a text. What its items know of their places is relative to the
-/// stretch.
+/// A stretch of a row: pairs of a text and another item; the last stretch of a row ends in a text. The
+/// numbers and positions that its items keep are relative to the stretch.
 struct RowStretchS {
   std::uint32_t first = 0;
   std::uint32_t count = 0;
@@ -127,27 +123,23 @@ struct RowStretchS {
   NodeRecordPointerC record;
 };
 
-/// The stretches of a long row, so that the work for an edit follows the edit:
-/// only stretches with changes are looked at item by item, of the others their
-/// sums. The row keeps it up to date while its items come and go; normalisation
-/// decides where stretches begin.
+/// The stretches of a long row, with which the work for an edit depends on the edit and hardly on the row:
+/// passes examine the items only of changed stretches and use the sums of the others. The row keeps the index
+/// up to date when items are inserted and removed; normalisation decides where stretches begin.
 ///
-/// The work for an edit is that of a stretch item by item and of the row
-/// stretch by stretch, so the longer the row the longer its stretches.
+/// An edit costs the items of one stretch plus the number of stretches, so a longer row has longer stretches.
 class RowIndexC {
  public:
-  /// How many items a stretch has in the shortest of the long rows. Tests set
-  /// another number, even and at least 4, for the rows of their thread, so that
-  /// small formulas try what long ones need; false in builds in which it cannot
-  /// be set. A null number sets the ordinary one.
+  /// The number of items in a stretch of the shortest long rows. Tests set a different number (even, at least
+  /// 4) for the rows of their thread, so that small formulas use the code for long ones; 0 restores the
+  /// ordinary number. False in builds in which it cannot be set.
   static std::size_t leastLength();
   [[nodiscard]] static bool setLeastLength(std::size_t length);
 
-  /// Rows of at least so many items get an index, rows that shrink below half
-  /// of it lose theirs.
+  /// Rows of at least this many items get an index; rows that shrink below half of it lose theirs.
   static std::size_t leastItems() { return 2 * leastLength(); }
 
-  /// For a row of so many items, all in one stretch at first.
+  /// Makes the index of a row of `count` items, which are all in one stretch at first.
   explicit RowIndexC(std::size_t count);
 
   std::size_t getUsualLength() const { return usualLength_; }
@@ -157,22 +149,20 @@ class RowIndexC {
   std::size_t size() const { return stretches_.size(); }
   RowStretchS& operator[](std::size_t k) { return *stretches_[k]; }
   RowStretchS const& operator[](std::size_t k) const { return *stretches_[k]; }
-  /// The number of the stretch that holds item i; of the last one when i is
-  /// behind all items.
+  /// The number of the stretch that holds item i; the last stretch when i is after all items.
   std::size_t find(std::size_t i) const;
   RowStretchS& at(std::size_t i) { return *stretches_[find(i)]; }
 
-  /// Items came, or are about to go.
+  /// To be called after items were inserted, or before items are removed.
   void noteInserted(std::size_t i, std::size_t count, std::uint8_t stale);
   void noteRemoved(std::size_t i, std::size_t count, std::uint8_t stale);
-  /// Item i is another one; so may be what its neighbours stand for.
+  /// Item i has changed, which may also change the meaning of its neighbours.
   void noteChanged(std::size_t i, std::uint8_t stale);
 
   void mark(std::uint8_t stale);
   void clear(std::uint8_t stale);
 
-  /// Puts stretches of these lengths in the place of `count` stretches from k
-  /// on. All marks are set in them.
+  /// Replaces `count` stretches from k on by stretches of these lengths, in which all marks are set.
   void replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths);
 
  private:
@@ -182,8 +172,8 @@ class RowIndexC {
   std::vector<std::unique_ptr<RowStretchS>> stretches_;
 };
 
-/// The stretches of a row as a pass over the row sees them: those that a long
-/// row keeps, or the one that a short row is, which lives here.
+/// The stretches of a row for one pass over the row: those in the index of a long row, or one stretch for a
+/// short row, which this object holds.
 class RowStretchesC {
  public:
   /// `index` is null for a short row; `items` is the number of items in the row.

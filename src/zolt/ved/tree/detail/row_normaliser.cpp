@@ -11,7 +11,7 @@ namespace {
 
 bool isText(Node4C const& node) { return node.getType() == NODE4_TEXT; }
 
-/// The last item before item i that is no empty text; null when there is none.
+/// The last item before item i that is not an empty text; null when there is none.
 Node4C const* findBefore(Node4C const& row, std::size_t i) {
   while (i > 0 && row.child(i - 1)->isEmptyText()) --i;
   return i > 0 ? row.child(i - 1) : nullptr;
@@ -56,12 +56,10 @@ void RowNormaliserC::normalise() {
   keepStretches();
 }
 
-// ---- What is in the stretches
-// -----------------------------------------------------------------------------
+// ---- What is in the stretches -----------------------------------------------------------------------------
 
-/// Puts the items of nested rows in the place of the rows, the children of a
-/// text after it. (The calls of the tree that do so would mark the rows around
-/// for normalisation, which is under way.)
+/// Replaces nested rows by their items, and moves the children of a text to after it. (Node4C's members are
+/// not used for this, since they would mark the rows around for normalisation, which is in progress.)
 void RowNormaliserC::flatten(RowStretchS& stretch) {
   for (std::size_t i = stretch.first; i < stretch.first + stretch.count;) {
     Node4C* const item = row_.child(i);
@@ -114,8 +112,7 @@ BracketSumS RowNormaliserC::countAll() {
   return sum;
 }
 
-/// A supplied bracket becomes the user's own as soon as something stands
-/// outside it.
+/// A supplied bracket becomes a typed one as soon as there is something outside it.
 void RowNormaliserC::promoteOvertaken(Node4TypeE type) {
   bool const opens = type == NODE4_AUTO_OPEN;
   bool outside = false;
@@ -139,11 +136,10 @@ void RowNormaliserC::promoteOvertaken(Node4TypeE type) {
   }
 }
 
-// ---- What is put together anew
-// ----------------------------------------------------------------------------
+// ---- What is rebuilt --------------------------------------------------------------------------------------
 
-/// Finds the stretches that are not in order, or whose supplied brackets come
-/// or go, and those that these concern. False when there are none.
+/// Finds the stretches that must be rebuilt: those that are not in order, those that gain or lose supplied
+/// brackets, and the neighbours that these affect. False when there are none.
 bool RowNormaliserC::findDirty() {
   std::size_t const size = stretches_.size();
   dirty_.clear();
@@ -166,9 +162,8 @@ bool RowNormaliserC::findDirty() {
     add(--k);
     surplus = more(surplus, stretches_[k].brackets.autoCloses);
   }
-  // The first text of the next stretch may be merged with what comes before it,
-  // and a stretch that may not start where it does is joined with the one
-  // before it, as is a last one that is too short.
+  // The first text of the next stretch may be merged with what comes before it. A stretch that may not start
+  // where it does is joined with the one before it, and so is a last stretch that is too short.
   for (std::size_t k = dirty_.size(); k-- > 0;) {
     if (!dirty_[k]) continue;
     if (k + 1 < size) dirty_[k + 1] = true;
@@ -196,10 +191,9 @@ bool RowNormaliserC::isTooShort(RowStretchS const& stretch) const {
   return row_.state_.index && stretch.count < row_.state_.index->getUsualLength() / 4;
 }
 
-/// Whether a stretch may start with these items, so that it can be laid out
-/// without looking back: an exponent is in one stretch with its base, and a
-/// pair of brackets with nothing between is in one. Texts beside one another
-/// count as one.
+/// Whether a stretch may start with these items, so that it can be laid out without looking back: an exponent
+/// is in the same stretch as its base, and an empty pair of brackets is in one stretch. Adjacent texts count
+/// as one.
 bool RowNormaliserC::mayStart(std::size_t first, std::size_t count) const {
   if (first == 0) return true;
   for (std::size_t i = first; i < first + count; ++i) {
@@ -213,7 +207,7 @@ bool RowNormaliserC::mayStart(std::size_t first, std::size_t count) const {
   return false;
 }
 
-/// Puts the stretches from `first` up to, not including, `end` together anew.
+/// Rebuilds the stretches from `first` up to, but not including, `end`.
 void RowNormaliserC::rebuild(std::size_t first, std::size_t end) {
   std::size_t const at = stretches_[first].first;
   std::size_t const count = stretches_[end - 1].first + stretches_[end - 1].count - at;
@@ -274,11 +268,9 @@ void RowNormaliserC::merge(Node4C& text, Node4C const& next) {
   text.state_.stale |= STALE_LAYOUT | STALE_RECORD;
 }
 
-// ---- Where stretches begin
-// --------------------------------------------------------------------------------
+// ---- Where stretches begin --------------------------------------------------------------------------------
 
-/// Gives a row that has become long its stretches, and takes those of a row
-/// that has become short.
+/// Makes the index of a row that has become long, and drops that of a row that has become short.
 void RowNormaliserC::keepStretches() {
   auto& index = row_.state_.index;
   std::size_t const count = row_.numChildren();
@@ -288,8 +280,7 @@ void RowNormaliserC::keepStretches() {
   enterStretches(0, 1, 0, count);
 }
 
-/// Cuts items into stretches, which take the place of `count` stretches from k
-/// on.
+/// Cuts items into stretches, which replace `count` stretches from k on.
 void RowNormaliserC::enterStretches(std::size_t k, std::size_t count, std::size_t first, std::size_t items) {
   RowIndexC& index = *row_.state_.index;
   std::size_t const length = index.getUsualLength();

@@ -9,13 +9,12 @@
 
 namespace zolt::math::ved {
 
-/// Brings one row into canonical form and says which of its stretches are to be
-/// laid out. Only stretches that are marked are looked at item by item, and
-/// only those that are not in order are put together anew; a short row is one
-/// stretch. Linear in what is looked at, whatever has to be repaired.
+/// Brings one row into canonical form and marks the stretches that must be laid out. It examines only the
+/// items of marked stretches and rebuilds only stretches that are not in order; a short row is one stretch.
+/// The time is linear in the items examined, whatever has to be repaired.
 class RowNormaliserC {
  public:
-  /// The places stay on their characters when the texts that hold them are merged into others.
+  /// `places` stay at their characters when the texts that hold them are merged into others.
   RowNormaliserC(Node4C& row, SelectionS& places)
       : row_(row), places_(places), stretches_(row.state_.index.get(), row.numChildren()) {}
 
@@ -24,7 +23,7 @@ class RowNormaliserC {
  private:
   using NodeT = std::unique_ptr<Node4C>;
 
-  /// Supplied brackets that come and go at the two ends of the row.
+  /// The supplied brackets that are added and removed at the two ends of the row.
   struct SuppliedS {
     std::uint32_t missingOpens = 0;
     std::uint32_t missingCloses = 0;
@@ -53,9 +52,9 @@ class RowNormaliserC {
   SelectionS& places_;
   RowStretchesC stretches_;
   SuppliedS supplied_;
-  std::vector<bool> dirty_;  // the stretches to be put together anew
-  // A node is in here or in the row. Where memory runs out these nodes go, and
-  // the row is left with less.
+  std::vector<bool> dirty_;  // the stretches to be rebuilt
+  // A node is either here or in the row. When memory runs out these nodes are destroyed and the row lacks
+  // them.
   std::vector<NodeT> items_;
 };
 

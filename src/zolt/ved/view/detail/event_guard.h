@@ -6,8 +6,8 @@
 
 namespace zolt::math::ved {
 
-/// An event while it lasts. One that goes before `finish` was called has been cut short, which happens where
-/// memory runs out: what it changed is taken back.
+/// Lives as long as one event. An event that is destroyed before `finish` was called was cut short, as
+/// happens when memory runs out; the destructor then takes back its changes.
 class ViewZNT4C::EventC {
  public:
   explicit EventC(ViewZNT4C& view);
@@ -15,13 +15,13 @@ class ViewZNT4C::EventC {
   EventC(EventC const&) = delete;
   EventC& operator=(EventC const&) = delete;
 
-  /// Makes up for a repaint that came too early.
+  /// Ends the event, and repeats a repaint that came too early.
   void finish();
 
  private:
   ViewZNT4C& view_;
   bool finished_ = false;
-  // Where nothing but these was changed, the history has no step to go back by.
+  // These are kept here, since the history has no step when only they change.
   SelectionS selection_;
   bool penDown_;
 };

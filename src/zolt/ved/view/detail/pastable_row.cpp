@@ -24,8 +24,8 @@ bool holdsOnlyItems(Node4C const& row) {
   return true;
 }
 
-// U+0000 stops the lexer, and a grave accent begins or ends prefix text in the middle of a row's infix text:
-// the text would not mean what it shows, unless whole prefix text stands between two of them.
+// U+0000 stops the lexer, and a grave accent begins or ends prefix text within a row's infix text. With them
+// a text would not mean what it shows, unless each pair of accents encloses complete prefix text.
 bool isSoundText(wstring const& text) {
   if (text.find(u'\0') != wstring::npos) return false;
   for (std::size_t at = 0; (at = text.find(Node4C::PREFIX_C, at)) != wstring::npos;) {

@@ -1,4 +1,4 @@
-// Internal to the view: a selection in one piece.
+// Internal to the view: a selection as one stretch.
 #pragma once
 
 #include "zolt/ved/tree/place.h"
