@@ -26,13 +26,13 @@ RowLayoutC::RowLayoutC(Node4C& row, GraphicsABC const& graphics)
       overhang_(graphics.getMetric(2)) {}
 
 void RowLayoutC::layout() {
-  placeStretches();
+  join();
   if (axis_ + highestGroup_ < 0 || !pushes_.empty()) {
     // A group extends at least down to the row's top, even if its items end above. They do so only on
     // surfaces with negative sizes and in rows that were not normalised.
     rowTop_ = -axis_;
     stretches_.mark(STALE_LAYOUT);
-    placeStretches();
+    join();
     stretches_.mark(STALE_LAYOUT);
   }
   for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].dy = static_cast<std::int32_t>(axis_);
@@ -43,17 +43,6 @@ void RowLayoutC::layout() {
   row_.setWidth(width_ - gap_);
   row_.setMidHeight(axis_);
   row_.setHeight(std::max(0L, axis_ + bottom_));
-}
-
-void RowLayoutC::placeStretches() {
-  for (std::size_t k = 0; k < stretches_.size(); ++k) {
-    RowStretchS& stretch = stretches_[k];
-    stretch.dy = 0;
-    if (!(stretch.stale & STALE_LAYOUT)) continue;
-    measure(stretch);
-    stretch.stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
-  }
-  join();
 }
 
 void RowLayoutC::measure(RowStretchS& stretch) {
@@ -68,6 +57,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
     base = RowExtentS::none;
     onBracket = false;
   };
+  std::size_t const outside = levels_.size();
   stretch.dx = 0;
   long x = 0;
   for (unsigned long i = stretch.first; i < stretch.first + stretch.count; ++i) {
@@ -79,7 +69,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
         x += gap_;
         if (i > 0 && pushes_.empty() && isOpeningBracket(row_.child(i - 1)->getType())) {
           findPushes();
-          levels_.clear();
+          levels_.resize(outside);
           return measure(stretch);
         }
         if (pushes_.empty()) base += pushOf(item);
@@ -102,7 +92,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
           x += empty_pair_gap;
         }
         endBase();
-        if (!levels_.empty()) {
+        if (levels_.size() > outside) {
           base = closeGroup(item, extent);
         } else {
           sum.brackets.push_back({extent, &item, nullptr});
@@ -119,8 +109,9 @@ void RowLayoutC::measure(RowStretchS& stretch) {
     }
   }
   endBase();
-  sum.brackets.insert(sum.brackets.end(), levels_.begin(), levels_.end());
-  levels_.clear();
+  auto const opened = levels_.begin() + static_cast<std::ptrdiff_t>(outside);
+  sum.brackets.insert(sum.brackets.end(), opened, levels_.end());
+  levels_.erase(opened, levels_.end());
   sum.width = x;
   sum.extent = extent;
   sum.highestGroup = highestGroup_;
@@ -195,6 +186,13 @@ void RowLayoutC::join() {
   for (std::size_t k = 0; k < stretches_.size(); ++k) {
     RowStretchS& stretch = stretches_[k];
     RowSumS const& sum = stretch.sum;
+    stretch.dy = 0;
+    if (stretch.stale & STALE_LAYOUT) {
+      long const highest = highestGroup_;
+      measure(stretch);
+      highestGroup_ = highest;
+      stretch.stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+    }
     stretch.dx = static_cast<std::int32_t>(width_);
     width_ += sum.width;
     Node4C::min1stDim(highestGroup_, sum.highestGroup);

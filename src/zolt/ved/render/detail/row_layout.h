@@ -21,7 +21,6 @@ class RowLayoutC {
   void layout();
 
  private:
-  void placeStretches();
   void measure(RowStretchS& stretch);
   void join();
   long closeGroup(Node4C& close, RowExtentS& extent);

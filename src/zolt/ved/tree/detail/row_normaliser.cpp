@@ -31,12 +31,15 @@ void RowNormaliserC::normalise() {
     row_.dropIndex();
     stretches_ = RowStretchesC(nullptr, row_.numChildren());
   }
+  BracketSumS sum;
   for (std::size_t k = 0; k < stretches_.size(); ++k) {
-    if (!(stretches_[k].stale & STALE_CHECK)) continue;
-    flatten(stretches_[k]);
-    count(stretches_[k]);
+    RowStretchS& stretch = stretches_[k];
+    if (stretch.stale & STALE_CHECK) {
+      flatten(stretch);
+      count(stretch);
+    }
+    sum.add(stretch.brackets);
   }
-  BracketSumS sum = countAll();
   if (sum.overtaken) {
     promoteOvertaken(NODE4_AUTO_OPEN);
     promoteOvertaken(NODE4_AUTO_CLOSE);
