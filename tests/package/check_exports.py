@@ -28,7 +28,7 @@ def declared(header):
     """Classes with a body and functions at namespace level; the names are qualified."""
     open_blocks = []
     for line in re.sub(r"//[^\n]*", "", header.read_text(encoding="utf-8")).splitlines():
-        line = line.rstrip()
+        line = line.rstrip().replace("[[nodiscard]] ", "")
         namespace = re.match(r"namespace ([\w:]+) \{$", line)
         name = re.match(r"(?:class|struct) (?:Q_DECL_EXPORT )?(\w+)[^;]*$", line) or re.match(
             r"(?!inline|constexpr|template|using|typedef|class|struct|namespace)\w[\w:<>,&* ]*\W(\w+)\(", line
