@@ -164,8 +164,11 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   static void stepInside(PlaceS& place);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
-  /// Whether a character may be typed into a text (`identifier`: may be part of a name).
+  /// Whether a character can be part of an operand (`identifier`: of a name).
   static bool isAcceptable(unsigned short c, bool identifier);
+  /// Whether a character may be typed into a text. Most signs below 128 can be typed only through the
+  /// operators that they name.
+  static bool isTypable(char16_t c);
 
   // ---- Serialisation (tree/node4_stream.cpp) --------------------------------------------------------------
   static char16_t const* getCastableId() { return TheCastableId; }

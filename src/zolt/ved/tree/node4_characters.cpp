@@ -54,4 +54,9 @@ bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   }
 }
 
+bool Node4C::isTypable(char16_t c) {
+  return c >= nb_acceptable_characters || acceptable_characters[c] || c == COMMA_C || c == OPEN_C ||
+         c == CLOSE_C;
+}
+
 }  // namespace zolt::math::ved

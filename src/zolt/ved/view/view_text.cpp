@@ -9,13 +9,6 @@ std::unique_ptr<Node4C> makeNode(Node4TypeE type) {
   return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
 }
 
-/// Whether a character may be typed into a text. Most signs below 128 can be typed only through the operators
-/// that they name.
-bool isTypable(char16_t c) {
-  return c >= Node4C::nb_acceptable_characters || Node4C::acceptable_characters[c] || c == Node4C::COMMA_C ||
-         c == Node4C::OPEN_C || c == Node4C::CLOSE_C;
-}
-
 /// Whether the text is outside a supplied bracket. Typing there turns the bracket into a typed one.
 bool isOutsideAutoBracket(Node4C const& text) {
   Node4C const* const left = text.goLeft();
@@ -58,7 +51,7 @@ bool ViewZNT4C::doAddText(wstring const& text) {
   if (text.size() > 1) return addTexts(text);
 
   char16_t const c = text[0];
-  if (!isTypable(c) || !deleteSelection()) return bip();
+  if (!Node4C::isTypable(c) || !deleteSelection()) return bip();
   if (c == Node4C::OPEN_C) {
     addBracket(NODE4_OPEN);
   } else if (c == Node4C::CLOSE_C) {

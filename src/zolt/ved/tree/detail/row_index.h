@@ -19,9 +19,7 @@ enum StaleE : std::uint8_t {
   STALE_CHECK = 1,
   STALE_LAYOUT = 2,
   STALE_RECORD = 4,
-  STALE_ALL = 7,
-  STALE_BRACKETS = 8,
-  STALE_VISIT = 9
+  STALE_ALL = 7
 };
 
 /// How far the items on one level of brackets extend, in units, measured from the axis of their row.
