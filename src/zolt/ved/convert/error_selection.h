@@ -20,8 +20,8 @@ enum ErrorCauseE : int {
 /// Where and why a conversion failed: two places in the tree, as (node, index) pairs, and the cause.
 ///
 /// The places are raw: a node may be a row, a bracket or a construct, and an index then counts the characters
-/// that the node contributes to the row's text. `diagnose` (diagnosis.h) turns them into caret places. Nodes are null while
-/// nothing failed.
+/// that the node contributes to the row's text. `diagnose` (diagnosis.h) turns them into caret places. Nodes
+/// are null while nothing failed.
 struct ErrorSelectionS {
   Node4C* firstNode = nullptr;
   unsigned int firstIndex = 0;

@@ -15,12 +15,7 @@ namespace zolt::math::ved {
 class Node4C;
 
 /// The work that is due for a node or for something inside it.
-enum StaleE : std::uint8_t {
-  STALE_CHECK = 1,
-  STALE_LAYOUT = 2,
-  STALE_RECORD = 4,
-  STALE_ALL = 7
-};
+enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_RECORD = 4, STALE_ALL = 7 };
 
 /// How far the items on one level of brackets extend, in units, measured from the axis of their row.
 struct RowExtentS {
