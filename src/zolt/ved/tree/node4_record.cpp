@@ -16,59 +16,54 @@ constexpr std::size_t block_size = 16;
 
 using ChildrenT = NodeRecordC::ChildrenT;
 
-/// Cuts a sequence into records of at most `most` elements. At both ends it reuses the records of `before` as
-/// long as the elements are the same. Small records next to the change are merged into its record, or typing
-/// would leave a record for each character. `contentOf` returns the elements of a record, `make` makes a
-/// record of elements.
-template <class SequenceT, class ContentT, class MakeT>
-ChildrenT cut(SequenceT const& all, ChildrenT const& before, std::size_t most, ContentT contentOf,
+/// Cuts `size` elements into records of at most `most` elements. At both ends it reuses the records of
+/// `before` as long as the elements are the same. Small records next to the change are merged into its
+/// record, or typing would leave a record for each character. `sizeOf` counts the elements of a record,
+/// `isAt` tells whether the elements from an index on are those of a record, `make` makes a record of the
+/// elements from an index on.
+template <class SizeOfT, class IsAtT, class MakeT>
+ChildrenT cut(std::size_t size, ChildrenT const& before, std::size_t most, SizeOfT sizeOf, IsAtT isAt,
               MakeT make) {
-  auto const at = [](auto const& list, std::size_t i) {
-    return list.begin() + static_cast<std::ptrdiff_t>(i);
-  };
   std::size_t from = 0;
-  std::size_t end = all.size();
-  auto const isAt = [&](std::size_t place, SequenceT const& part) {
-    return std::equal(part.begin(), part.end(), at(all, place));
-  };
+  std::size_t end = size;
   std::size_t front = 0;
   for (; front < before.size(); ++front) {
-    SequenceT const& part = contentOf(*before[front]);
-    if (part.size() > end - from || !isAt(from, part)) break;
-    from += part.size();
+    std::size_t const count = sizeOf(*before[front]);
+    if (count > end - from || !isAt(from, *before[front])) break;
+    from += count;
   }
   std::size_t back = before.size();
   for (; back > front; --back) {
-    SequenceT const& part = contentOf(*before[back - 1]);
-    if (part.size() > end - from || !isAt(end - part.size(), part)) break;
-    end -= part.size();
+    std::size_t const count = sizeOf(*before[back - 1]);
+    if (count > end - from || !isAt(end - count, *before[back - 1])) break;
+    end -= count;
   }
-  auto const fits = [&](std::size_t i) { return contentOf(*before[i]).size() + (end - from) <= most; };
-  while (front > 0 && fits(front - 1)) from -= contentOf(*before[--front]).size();
-  while (back < before.size() && fits(back)) end += contentOf(*before[back++]).size();
+  auto const fits = [&](std::size_t i) { return sizeOf(*before[i]) + (end - from) <= most; };
+  while (front > 0 && fits(front - 1)) from -= sizeOf(*before[--front]);
+  while (back < before.size() && fits(back)) end += sizeOf(*before[back++]);
 
+  auto const at = [&before](std::size_t i) { return before.begin() + static_cast<std::ptrdiff_t>(i); };
   ChildrenT records;
   records.reserve(front + (end - from + most - 1) / most + (before.size() - back));
-  records.insert(records.end(), before.begin(), at(before, front));
-  for (; from < end; from += most) {
-    records.push_back(make(SequenceT(at(all, from), at(all, std::min(end, from + most)))));
-  }
-  records.insert(records.end(), at(before, back), before.end());
+  records.insert(records.end(), before.begin(), at(front));
+  for (; from < end; from += most) records.push_back(make(from, std::min(end - from, most)));
+  records.insert(records.end(), at(back), before.end());
   return records;
+}
+
+ChildrenT const& childrenOf(NodeRecordPointerC const& record) {
+  static ChildrenT const none;
+  return record ? record->crefChildren() : none;
 }
 
 ChildrenT cutText(wstring const& text, ChildrenT const& before) {
   return cut(
-      text, before, part_size, [](NodeRecordC const& part) -> wstring const& { return part.crefText(); },
-      [](wstring part) { return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, std::move(part), {}); });
-}
-
-ChildrenT cutItems(ChildrenT const& items, ChildrenT const& before) {
-  return cut(
-      items, before, block_size,
-      [](NodeRecordC const& block) -> ChildrenT const& { return block.crefChildren(); },
-      [](ChildrenT block) {
-        return NodeRecordC::make(NODE_RECORD_BLOCK, nullptr, wstring(), std::move(block));
+      text.size(), before, part_size, [](NodeRecordC const& part) { return part.crefText().size(); },
+      [&](std::size_t i, NodeRecordC const& part) {
+        return text.compare(i, part.crefText().size(), part.crefText()) == 0;
+      },
+      [&](std::size_t i, std::size_t count) {
+        return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text.substr(i, count), {});
       });
 }
 
@@ -94,8 +89,7 @@ NodeRecordPointerC Node4C::makeRecord() const {
 NodeRecordPointerC Node4C::recordNode() const {
   auto const kind = static_cast<std::uint8_t>(type_);
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
-    return NodeRecordC::make(kind, op_, wstring(),
-                             cutText(text_, state_.record ? state_.record->crefChildren() : ChildrenT()));
+    return NodeRecordC::make(kind, op_, wstring(), cutText(text_, childrenOf(state_.record)));
   }
   auto const collect = [this](unsigned long first, unsigned long count) {
     ChildrenT records;
@@ -109,9 +103,20 @@ NodeRecordPointerC Node4C::recordNode() const {
     for (std::size_t k = 0; k < state_.index->size(); ++k) {
       RowStretchS& stretch = (*state_.index)[k];
       if (!stretch.record || (stretch.stale & STALE_RECORD)) {
-        ChildrenT const before = stretch.record ? stretch.record->crefChildren() : ChildrenT();
-        stretch.record = NodeRecordC::make(NODE_RECORD_STRETCH, nullptr, wstring(),
-                                           cutItems(collect(stretch.first, stretch.count), before));
+        auto const isAt = [&](std::size_t i, NodeRecordC const& block) {
+          auto const isThere = [&](NodeRecordPointerC const& item) {
+            return children_[stretch.first + i++]->state_.record == item;
+          };
+          return std::all_of(block.crefChildren().begin(), block.crefChildren().end(), isThere);
+        };
+        auto const make = [&](std::size_t i, std::size_t count) {
+          return NodeRecordC::make(NODE_RECORD_BLOCK, nullptr, wstring(), collect(stretch.first + i, count));
+        };
+        stretch.record = NodeRecordC::make(
+            NODE_RECORD_STRETCH, nullptr, wstring(),
+            cut(
+                stretch.count, childrenOf(stretch.record), block_size,
+                [](NodeRecordC const& block) { return block.crefChildren().size(); }, isAt, make));
         stretch.stale &= static_cast<std::uint8_t>(~STALE_RECORD);
       }
       records.push_back(stretch.record);
@@ -173,29 +178,32 @@ void Node4C::turnInto(NodeRecordC const& state) {
   };
   std::vector<PairS> pairs;
   if (makeRecord().get() != &state) pairs.push_back({this, &state});
-  for (std::size_t i = 0; i < pairs.size(); ++i) {
-    auto const [node, wanted] = pairs[i];
+  NodeDifferenceS difference;
+  for (std::size_t next = 0; next < pairs.size(); ++next) {
+    auto const [node, wanted] = pairs[next];
     if (node->type_ == NODE4_TEXT) {
       if (!node->state_.record->hasTextOf(*wanted)) node->refText() = wanted->getText();
       continue;
     }
-    for (RecordGapS const& gap : compareNodes(*node->state_.record, *wanted).gaps) {
-      std::size_t const shared = std::min(gap.items.size(), gap.otherItems.size());
+    compareNodes(*node->state_.record, *wanted, difference);
+    for (RecordGapS const& gap : difference.gaps) {
       unsigned long place = gap.place;  // everything before it is already as wanted
-      for (std::size_t k = 0; k < shared; ++k, ++place) {
-        NodeRecordC const& item = *gap.otherItems[k];
-        if (NodeRecordC::isAlike(*gap.items[k], item)) {
+      std::size_t i = gap.first;
+      std::size_t j = gap.otherFirst;
+      for (; i < gap.end && j < gap.otherEnd; ++i, ++j, ++place) {
+        NodeRecordC const& item = *difference.otherItems[j];
+        if (NodeRecordC::isAlike(*difference.items[i], item)) {
           pairs.push_back({node->child(place), &item});
         } else {
           node->replaceChild(place, RecordReaderC::build(item).release());
         }
       }
-      if (shared < gap.items.size()) node->deleteChildren(place, gap.items.size() - shared);
-      if (shared == gap.otherItems.size()) continue;
+      if (i < gap.end) node->deleteChildren(place, gap.end - i);
+      if (j == gap.otherEnd) continue;
       // They are inserted at once, since each single insertion would move all children after it.
-      auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), gap.otherItems.size() - shared);
-      for (std::size_t k = shared; k < gap.otherItems.size(); ++k) {
-        row->setChild(k - shared, RecordReaderC::build(*gap.otherItems[k]).release());
+      auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), gap.otherEnd - j);
+      for (std::size_t k = j; k < gap.otherEnd; ++k) {
+        row->setChild(k - j, RecordReaderC::build(*difference.otherItems[k]).release());
       }
       node->spliceChildren(place, row.release());
     }

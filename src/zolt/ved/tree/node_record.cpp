@@ -94,57 +94,89 @@ bool NodeRecordC::hasTextOf(NodeRecordC const& other) const {
 
 namespace {
 
-using RecordListT = std::vector<NodeRecordC const*>;
+NodeRecordC const* toPointer(NodeRecordC const* record) { return record; }
+NodeRecordC const* toPointer(NodeRecordPointerC const& record) { return record.get(); }
 
-/// A part of one list of records and the part of another that is in its place; either may be empty.
-struct GapS {
-  std::size_t first;
-  std::size_t end;
-  std::size_t otherFirst;
-  std::size_t otherEnd;
-};
-
-/// Where two lists of records differ, in order.
-std::vector<GapS> findGaps(RecordListT const& list, RecordListT const& other) {
-  auto const isSame = [&](std::size_t i, std::size_t j) { return list[i] == other[j]; };
-  std::size_t first = 0;
-  std::size_t end = list.size();
-  std::size_t otherEnd = other.size();
-  while (first < end && first < otherEnd && isSame(first, first)) ++first;
-  while (first < end && first < otherEnd && isSame(end - 1, otherEnd - 1)) {
-    --end;
-    --otherEnd;
+/// Appends where two lists of records differ within a gap, in order. The places in `gaps` are indices in the
+/// lists.
+template <class ListT>
+void findGaps(ListT const& list, ListT const& other, RecordGapS const& within,
+              std::vector<RecordGapS>& gaps) {
+  auto const isSame = [&](std::size_t i, std::size_t j) { return toPointer(list[i]) == toPointer(other[j]); };
+  RecordGapS gap = within;
+  auto const skip = [&](std::size_t to) {
+    while (gap.otherFirst < to) gap.place += toPointer(other[gap.otherFirst++])->countItems();
+  };
+  while (gap.first < gap.end && gap.otherFirst < gap.otherEnd && isSame(gap.first, gap.otherFirst)) {
+    ++gap.first;
+    skip(gap.otherFirst + 1);
   }
-  std::vector<GapS> gaps;
-  if (first == end && first == otherEnd) return gaps;
-  if (end - first <= 1 && otherEnd - first <= 1) {
-    gaps.push_back({first, end, first, otherEnd});
-    return gaps;
+  while (gap.first < gap.end && gap.otherFirst < gap.otherEnd && isSame(gap.end - 1, gap.otherEnd - 1)) {
+    --gap.end;
+    --gap.otherEnd;
+  }
+  if (gap.first == gap.end && gap.otherFirst == gap.otherEnd) return;
+  if (gap.end - gap.first <= 1 && gap.otherEnd - gap.otherFirst <= 1) {
+    gaps.push_back(gap);
+    return;
   }
 
+  std::size_t const last = gap.end;
+  std::size_t const otherLast = gap.otherEnd;
   std::unordered_map<NodeRecordC const*, std::size_t> places;
-  if (first < end) {
-    for (std::size_t j = first; j < otherEnd; ++j) places.emplace(other[j], j);
+  if (gap.first < last) {
+    for (std::size_t j = gap.otherFirst; j < otherLast; ++j) places.emplace(toPointer(other[j]), j);
   }
-  GapS gap{first, first, first, first};
   auto const close = [&](std::size_t i, std::size_t j) {
     gap.end = i;
     gap.otherEnd = j;
-    if (gap.first < i || gap.otherFirst < j) gaps.push_back(gap);
+    if (gap.first < gap.end || gap.otherFirst < gap.otherEnd) gaps.push_back(gap);
     gap.first = i + 1;
-    gap.otherFirst = j + 1;
+    skip(std::min(j + 1, otherLast));
   };
-  for (std::size_t i = first; i < end; ++i) {
-    auto const found = places.find(list[i]);
+  for (std::size_t i = gap.first; i < last; ++i) {
+    auto const found = places.find(toPointer(list[i]));
     if (found != places.end() && found->second >= gap.otherFirst) close(i, found->second);
   }
-  close(end, otherEnd);
-  return gaps;
+  close(last, otherLast);
+}
+
+/// Finds what differs within these gaps of two lists. False when there are stretches or blocks in it, which
+/// are opened then: what differs in them is still to be found.
+template <class ListT, class GapsT>
+bool refine(ListT const& list, ListT const& other, GapsT const& wholes, NodeDifferenceS& found) {
+  found.items.clear();
+  found.otherItems.clear();
+  found.gaps.clear();
+  for (RecordGapS const& whole : wholes) findGaps(list, other, whole, found.gaps);
+  bool done = true;
+  auto const open = [&done](NodeRecordC const& child, std::vector<NodeRecordC const*>& items,
+                            std::size_t& size) {
+    if (!child.holdsItems()) {
+      items.push_back(&child);
+      return;
+    }
+    done = false;
+    size += child.getOwnSize();
+    for (NodeRecordPointerC const& inner : child.crefChildren()) items.push_back(inner.get());
+  };
+  for (RecordGapS& gap : found.gaps) {
+    RecordGapS const whole = gap;
+    gap.first = found.items.size();
+    for (std::size_t i = whole.first; i < whole.end; ++i) open(*toPointer(list[i]), found.items, found.size);
+    gap.end = found.items.size();
+    gap.otherFirst = found.otherItems.size();
+    for (std::size_t j = whole.otherFirst; j < whole.otherEnd; ++j) {
+      open(*toPointer(other[j]), found.otherItems, found.otherSize);
+    }
+    gap.otherEnd = found.otherItems.size();
+  }
+  return done;
 }
 
 }  // namespace
 
-void NodeRecordC::appendItems(RecordListT& items) const {
+void NodeRecordC::appendItems(std::vector<NodeRecordC const*>& items) const {
   for (NodeRecordPointerC const& child : children_) {
     if (child->holdsItems()) {
       child->appendItems(items);
@@ -154,46 +186,17 @@ void NodeRecordC::appendItems(RecordListT& items) const {
   }
 }
 
-NodeDifferenceS compareNodes(NodeRecordC const& one, NodeRecordC const& other) {
-  NodeDifferenceS found;
+void compareNodes(NodeRecordC const& one, NodeRecordC const& other, NodeDifferenceS& found) {
   found.size = one.getOwnSize();
   found.otherSize = other.getOwnSize();
-  bool opened = true;
-  auto const open = [&opened](NodeRecordC const& child, RecordListT& items, std::size_t& size) {
-    if (!child.holdsItems()) {
-      items.push_back(&child);
-      return;
-    }
-    opened = true;
-    size += child.getOwnSize();
-    for (NodeRecordPointerC const& inner : child.crefChildren()) items.push_back(inner.get());
-  };
-  RecordGapS all;
-  for (NodeRecordPointerC const& child : one.crefChildren()) all.items.push_back(child.get());
-  for (NodeRecordPointerC const& child : other.crefChildren()) all.otherItems.push_back(child.get());
-  found.gaps.push_back(std::move(all));
+  NodeRecordC::ChildrenT const& items = one.crefChildren();
+  NodeRecordC::ChildrenT const& otherItems = other.crefChildren();
+  RecordGapS const whole[] = {{0, 0, items.size(), 0, otherItems.size()}};
   // An item is only looked at where stretches differ, and there where their blocks do.
-  while (opened) {
-    opened = false;
-    std::vector<RecordGapS> finer;
-    for (RecordGapS const& whole : found.gaps) {
-      std::size_t place = whole.place;
-      std::size_t next = 0;
-      for (GapS const& gap : findGaps(whole.items, whole.otherItems)) {
-        while (next < gap.otherFirst) place += whole.otherItems[next++]->countItems();
-        finer.push_back({place, {}, {}});
-        for (std::size_t i = gap.first; i < gap.end; ++i) {
-          open(*whole.items[i], finer.back().items, found.size);
-        }
-        for (; next < gap.otherEnd; ++next) {
-          open(*whole.otherItems[next], finer.back().otherItems, found.otherSize);
-          place += whole.otherItems[next]->countItems();
-        }
-      }
-    }
-    found.gaps = std::move(finer);
+  for (bool done = refine(items, otherItems, whole, found); !done;) {
+    NodeDifferenceS const opened{std::move(found.items), std::move(found.otherItems), std::move(found.gaps)};
+    done = refine(opened.items, opened.otherItems, opened.gaps, found);
   }
-  return found;
 }
 
 StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other) {
@@ -202,20 +205,20 @@ StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other)
   std::size_t size = 0;
   std::size_t otherSize = 0;
   std::vector<std::pair<NodeRecordC const*, NodeRecordC const*>> pairs{{&one, &other}};
+  NodeDifferenceS difference;
   while (!pairs.empty()) {
     auto const [node, otherNode] = pairs.back();
     pairs.pop_back();
-    NodeDifferenceS const difference = compareNodes(*node, *otherNode);
+    compareNodes(*node, *otherNode, difference);
     size += difference.size;
     otherSize += difference.otherSize;
     // The parts of a text may be cut anew without another text.
     bool const text = node->getKind() == NODE4_TEXT;
     if (text && !node->hasTextOf(*otherNode)) found.differs = true;
     for (RecordGapS const& gap : difference.gaps) {
-      std::size_t const count = std::max(gap.items.size(), gap.otherItems.size());
-      for (std::size_t k = 0; k < count; ++k) {
-        NodeRecordC const* const item = k < gap.items.size() ? gap.items[k] : nullptr;
-        NodeRecordC const* const otherItem = k < gap.otherItems.size() ? gap.otherItems[k] : nullptr;
+      for (std::size_t i = gap.first, j = gap.otherFirst; i < gap.end || j < gap.otherEnd; ++i, ++j) {
+        NodeRecordC const* const item = i < gap.end ? difference.items[i] : nullptr;
+        NodeRecordC const* const otherItem = j < gap.otherEnd ? difference.otherItems[j] : nullptr;
         if (item && otherItem && NodeRecordC::isAlike(*item, *otherItem)) {
           pairs.emplace_back(item, otherItem);
           continue;

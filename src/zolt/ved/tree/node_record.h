@@ -111,23 +111,28 @@ class NodeRecordC {
 };
 
 /// Neighbouring children of a node in one state of a tree, and what is in their place in another state;
-/// either list may be empty.
+/// either may be none.
 struct RecordGapS {
-  std::size_t place = 0;  ///< of the first of `otherItems` among all children in the other state
-  std::vector<NodeRecordC const*> items;
-  std::vector<NodeRecordC const*> otherItems;
+  std::size_t place;  ///< of the first of the others among all children in the other state
+  std::size_t first;  ///< in `NodeDifferenceS::items`
+  std::size_t end;
+  std::size_t otherFirst;  ///< in `NodeDifferenceS::otherItems`
+  std::size_t otherEnd;
 };
 
 /// How a node in one state differs from the same node in another, without what is inside its children. The
 /// sizes are those of the two records, of their stretches and of their blocks, as far as these are not
 /// shared, in bytes.
 struct NodeDifferenceS {
+  std::vector<NodeRecordC const*> items;  ///< of all gaps
+  std::vector<NodeRecordC const*> otherItems;
   std::vector<RecordGapS> gaps;  ///< in order
   std::size_t size = 0;
   std::size_t otherSize = 0;
 };
 
-[[nodiscard]] NodeDifferenceS compareNodes(NodeRecordC const& one, NodeRecordC const& other);
+/// Overwrites `found`, whose lists keep their memory for the next comparison.
+void compareNodes(NodeRecordC const& one, NodeRecordC const& other, NodeDifferenceS& found);
 
 /// How two states of a tree differ.
 struct StateDifferenceS {
