@@ -108,6 +108,8 @@ void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint3
   }
   auto const from = stretches_.begin() + static_cast<std::ptrdiff_t>(k);
   std::size_t const shared = std::min(count, fresh.size());
+  // Most blocks of the records are as they were.
+  for (std::size_t i = 0; i < shared; ++i) fresh[i]->record = stretches_[k + i]->record;
   std::move(fresh.begin(), fresh.begin() + static_cast<std::ptrdiff_t>(shared), from);
   auto const rest = from + static_cast<std::ptrdiff_t>(shared);
   if (shared < count) {
