@@ -30,7 +30,7 @@ bool readEscaped(wstring const& text, std::size_t& position, char16_t& c) {
   for (std::size_t const end = position + 4; position < end; ++position) {
     unsigned const digit = position < text.size() ? hexadecimalValue(text[position]) : 16;
     if (digit > 15) return false;
-    c = static_cast<char16_t>(c << 4 | digit);
+    c = static_cast<char16_t>(c * 16u + digit);
   }
   return true;
 }
