@@ -37,8 +37,8 @@ TEST(NormalisationTest, Cases) {
     EXPECT_EQ(one.expected, write(tree));
     EXPECT_EQ(TREE_VALID, validateTree(*tree.root).invariant);
     normalise(tree);
-    std::string const again = write({std::move(tree.root), nullptr, 0, nullptr, 0});
-    EXPECT_EQ(write({readTree(one.expected).root, nullptr, 0, nullptr, 0}), again);
+    std::string const again = write({std::move(tree.root), {}});
+    EXPECT_EQ(write({readTree(one.expected).root, {}}), again);
   }
 }
 
