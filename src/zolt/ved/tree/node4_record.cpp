@@ -60,7 +60,8 @@ ChildrenT cutText(wstring const& text, ChildrenT const& before) {
   return cut(
       text.size(), before, part_size, [](NodeRecordC const& part) { return part.crefText().size(); },
       [&](std::size_t i, NodeRecordC const& part) {
-        return text.compare(i, part.crefText().size(), part.crefText()) == 0;
+        return std::equal(part.crefText().begin(), part.crefText().end(),
+                          text.begin() + static_cast<std::ptrdiff_t>(i));
       },
       [&](std::size_t i, std::size_t count) {
         return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text.substr(i, count), {});
