@@ -1,4 +1,4 @@
-# The project's scripts source this file for what they share. It changes to the project's folder.
+# The project's scripts source this file for what they share, from the project's folder.
 # shellcheck shell=bash
 
 say() { printf '%s\n' "$*" >&2; }
