@@ -14,12 +14,12 @@ Node4C::Node4C() = default;
 
 Node4C::Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text,
                unsigned long nbChildren)
-    : type_(type), op_(op) {
-  if (op_) {
-    text_ = op_->getName();
-  } else {
-    text_ = text;
-  }
+    : Node4C(type, nbChildren) {
+  op_ = op;
+  text_ = op ? op->getName() : text;
+}
+
+Node4C::Node4C(Node4TypeE type, unsigned long nbChildren) : type_(type) {
   if (nbChildren > 0) children_.resize(nbChildren);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -54,14 +55,16 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   static wstring const PLACEHOLDER_STR;  ///< "●", shown and measured in place of an empty slot
   static constexpr unsigned long max_nb_args_error_cls = 4;
   static constexpr unsigned long nb_acceptable_characters = 128;
-  static bool const acceptable_characters[nb_acceptable_characters];
-  static bool const identifier_characters[nb_acceptable_characters];
+  using CharacterTableT = std::array<bool, nb_acceptable_characters>;
+  static CharacterTableT const acceptable_characters;
+  static CharacterTableT const identifier_characters;
   static constexpr char16_t TheCastableId[] = u"Node4C";
 
   /// A text without characters; for reading from a stream.
   Node4C();
   /// A detached node with `nbChildren` null slots. With an operator, the text becomes the operator's name.
   Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text, unsigned long nbChildren);
+  explicit Node4C(Node4TypeE type, unsigned long nbChildren = 0);
   ~Node4C() override;
   Node4C(Node4C const&) = delete;
   Node4C& operator=(Node4C const&) = delete;

@@ -1,3 +1,5 @@
+#include <string_view>
+
 #include "zolt/common/signs.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -5,36 +7,19 @@ namespace zolt::math::ved {
 
 namespace {
 
-constexpr bool X = true;
-constexpr bool o = false;
+/// Letters, digits and `others`.
+constexpr Node4C::CharacterTableT makeTable(std::string_view others) {
+  Node4C::CharacterTableT table{};
+  for (std::size_t c = '0'; c <= '9'; ++c) table[c] = true;
+  for (std::size_t c = 'A'; c <= 'Z'; ++c) table[c] = table[c - 'A' + 'a'] = true;
+  for (char const c : others) table[static_cast<std::size_t>(c)] = true;
+  return table;
+}
 
 }  // namespace
 
-// A line of 16 characters for each leading digit.
-// clang-format off
-bool const Node4C::acceptable_characters[nb_acceptable_characters] = {
-    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 00
-    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 10
-    X, o, o, o, o, o, o, o, o, o, o, o, o, o, X, o,  // 20
-    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, o,  // 30
-    X, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 40
-    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, X,  // 50
-    o, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 60
-    X, X, X, X, X, X, X, X, X, X, X, X, o, X, o, o,  // 70
-};
-
-// These are the same characters without the blank and ":".
-bool const Node4C::identifier_characters[nb_acceptable_characters] = {
-    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 00
-    o, o, o, o, o, o, o, o, o, o, o, o, o, o, o, o,  // 10
-    o, o, o, o, o, o, o, o, o, o, o, o, o, o, X, o,  // 20
-    X, X, X, X, X, X, X, X, X, X, o, o, o, o, o, o,  // 30
-    X, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 40
-    X, X, X, X, X, X, X, X, X, X, X, o, o, o, o, X,  // 50
-    o, X, X, X, X, X, X, X, X, X, X, X, X, X, X, X,  // 60
-    X, X, X, X, X, X, X, X, X, X, X, X, o, X, o, o,  // 70
-};
-// clang-format on
+Node4C::CharacterTableT const Node4C::acceptable_characters = makeTable("._@{} :");
+Node4C::CharacterTableT const Node4C::identifier_characters = makeTable("._@{}");
 
 bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   if (c < nb_acceptable_characters) return identifier ? identifier_characters[c] : acceptable_characters[c];

@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/detail/row_normaliser.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 
 namespace zolt::math::ved {
@@ -48,19 +49,11 @@ void Node4C::stepInside(PlaceS& place) {
 
 Node4C* Node4C::inLine() {
   if (type_ == NODE4_LINE) return this;
-  auto* row = new Node4C(NODE4_LINE, nullptr, wstring(), 1);
+  auto* row = new Node4C(NODE4_LINE, 1);
   row->setChild(0, this);
   return row;
 }
 
-bool Node4C::isPlaceholder() const {
-  if (!text_.empty() || !parent_) return false;
-  if (parent_->numChildren() == 1) return true;
-  Node4C const* right = goRight();
-  if (!right || right->type_ != NODE4_POWER) return false;
-  Node4C const* left = goLeft();
-  if (!left) return true;
-  return left->type_ != NODE4_OPERATOR && left->type_ != NODE4_CLOSE && left->type_ != NODE4_AUTO_CLOSE;
-}
+bool Node4C::isPlaceholder() const { return text_.empty() && parent_ && lacksOperand(*this); }
 
 }  // namespace zolt::math::ved

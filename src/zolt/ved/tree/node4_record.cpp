@@ -202,7 +202,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
       if (i < gap.end) node->deleteChildren(place, gap.end - i);
       if (j == gap.otherEnd) continue;
       // They are inserted at once, since each single insertion would move all children after it.
-      auto row = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), gap.otherEnd - j);
+      auto row = std::make_unique<Node4C>(NODE4_LINE, gap.otherEnd - j);
       for (std::size_t k = j; k < gap.otherEnd; ++k) {
         row->setChild(k - j, RecordReaderC::build(*difference.otherItems[k]).release());
       }

@@ -25,13 +25,17 @@ bool hasEmptyRows(Node4C const& construct) {
   return true;
 }
 
-bool isSlot(Node4C const& text) {
-  if (!text.isEmptyText()) return false;
-  if (text.getParent()->numChildren() == 1) return enclosingItem(text);
-  Node4C const* const right = text.goRight();
+bool lacksOperand(Node4C const& emptyText) {
+  if (emptyText.getParent()->numChildren() == 1) return true;
+  Node4C const* const right = emptyText.goRight();
   if (!right || right->getType() != NODE4_POWER) return false;
-  Node4C const* const left = text.goLeft();
+  Node4C const* const left = emptyText.goLeft();
   return !left || (left->getType() != NODE4_OPERATOR && !isClosingBracket(left->getType()));
+}
+
+bool isSlot(Node4C const& text) {
+  if (!text.isEmptyText() || !lacksOperand(text)) return false;
+  return text.getParent()->numChildren() > 1 || enclosingItem(text);
 }
 
 Node4C const* enclosingItem(Node4C const& item) {
@@ -100,21 +104,21 @@ void climbToSiblings(Node4C const*& a, Node4C const*& b) {
   }
 }
 
-SelectionS inOneRow(SelectionS const& selection) {
+SelectionS spanOf(SelectionS const& selection) {
   PlaceS start = selection.anchor ? selection.anchor : selection.caret;
   PlaceS end = selection.caret;
-  Node4C const* first = start.node;
-  Node4C const* last = end.node;
-  if (first == last) return start.pos < end.pos ? SelectionS{start, end} : SelectionS{end, start};
-  climbToSiblings(first, last);
-  Node4C const& common = *first->getParent();
+  if (start.node == end.node) return start.pos < end.pos ? SelectionS{start, end} : SelectionS{end, start};
+  climbToSiblings(start.node, end.node);
+  Node4C const& common = *start.node->getParent();
   if (common.getType() != NODE4_LINE) return {placeBefore(common), placeAfter(common)};
-  if (first->findChildNumber() > last->findChildNumber()) {
-    std::swap(first, last);
-    std::swap(start, end);
-  }
-  if (first != start.node) start = placeBefore(*first);
-  if (last != end.node) end = placeAfter(*last);
+  if (start.node->findChildNumber() > end.node->findChildNumber()) std::swap(start, end);
+  return {start, end};
+}
+
+SelectionS inOneRow(SelectionS const& selection) {
+  auto [start, end] = spanOf(selection);
+  if (start.node->getType() != NODE4_TEXT) start = placeBefore(*start.node);
+  if (end.node->getType() != NODE4_TEXT) end = placeAfter(*end.node);
   return {start, end};
 }
 

@@ -10,8 +10,9 @@ namespace zolt::math::ved {
 bool isEmptyRow(Node4C const& row);
 /// Whether all rows of a construct or exponent are empty.
 bool hasEmptyRows(Node4C const& construct);
-/// Whether a text is a missing operand, which shows "●". (An empty formula shows one too, but lacks no
-/// operand.)
+/// Whether an empty text is a missing operand: it is alone in its row or before an exponent without a base.
+bool lacksOperand(Node4C const& emptyText);
+/// The same for any text, which shows "●". An empty formula shows one too, but is no slot.
 bool isSlot(Node4C const& text);
 
 /// The construct or exponent whose row contains `item`; null in the formula's own row.
@@ -32,8 +33,11 @@ bool hasSuppliedClose(Node4C const& row);
 
 /// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
 void climbToSiblings(Node4C const*& a, Node4C const*& b);
-/// A selection as a stretch of one row, in reading order. When the ends are in different rows of a construct,
-/// they move to the places around it. The anchor may be no place; then the stretch is empty.
+/// The first and the last item of one row that a selection reaches, in reading order, each with the position
+/// of that end. When the ends are in different rows of a construct, these are the texts around it. The anchor
+/// may be no place; then both are the caret's.
+SelectionS spanOf(SelectionS const& selection);
+/// The same as places: beside an item that is not a text.
 SelectionS inOneRow(SelectionS const& selection);
 
 }  // namespace zolt::math::ved

@@ -1,6 +1,7 @@
 #include "zolt/ved/tree/tree_notation.h"
 
 #include <string_view>
+#include <utility>
 
 #include "zolt/oss/quoted_text.h"
 #include "zolt/ved/limits.h"
@@ -15,6 +16,8 @@ namespace {
 
 constexpr char16_t caret_mark = u'\u2038';
 constexpr char16_t anchor_mark = u'\u2691';
+constexpr std::pair<Node4TypeE, std::u16string_view> brackets[] = {
+    {NODE4_OPEN, u"("}, {NODE4_CLOSE, u")"}, {NODE4_AUTO_OPEN, u"AO"}, {NODE4_AUTO_CLOSE, u"AC"}};
 
 class NotationWriterC {
  public:
@@ -38,34 +41,12 @@ class NotationWriterC {
   }
 
   void open(Node4C const& node) {
-    switch (node.getType()) {
-      case NODE4_ROOT:
-        break;
-      case NODE4_LINE:
-        out_ += u'[';
-        break;
-      case NODE4_TEXT:
-        writeText(node);
-        break;
-      case NODE4_OPERATOR:
-        out_ += node.crefText();
-        out_ += u'<';
-        break;
-      case NODE4_POWER:
-        out_ += u'P';
-        break;
-      case NODE4_OPEN:
-        out_ += u'(';
-        break;
-      case NODE4_CLOSE:
-        out_ += u')';
-        break;
-      case NODE4_AUTO_OPEN:
-        out_ += u"AO";
-        break;
-      case NODE4_AUTO_CLOSE:
-        out_ += u"AC";
-        break;
+    if (node.getType() == NODE4_LINE) out_ += u'[';
+    if (node.getType() == NODE4_TEXT) writeText(node);
+    if (node.getType() == NODE4_OPERATOR) out_ += node.crefText() + u'<';
+    if (node.getType() == NODE4_POWER) out_ += u'P';
+    for (auto const& [type, word] : brackets) {
+      if (node.getType() == type) out_ += word;
     }
   }
 
@@ -100,13 +81,13 @@ class NotationReaderC {
   NotationReaderC(wstring const& text, OperatorListC const& operators) : text_(text), operators_(operators) {}
 
   bool read(TreeNotationS& tree) {
-    tree_.root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 0);
+    tree_.root = std::make_unique<Node4C>(NODE4_ROOT);
+    node_ = tree_.root.get();
     skipBlanks();
-    Node4C* node = beginRow(*tree_.root);
-    if (!node) return false;
-    while (node != tree_.root.get()) {
+    if (!beginRow()) return false;
+    while (node_ != tree_.root.get()) {
       skipBlanks();
-      if (!(node->getType() == NODE4_OPERATOR ? readRow(node) : readItem(node))) return false;
+      if (!(node_->getType() == NODE4_OPERATOR ? readRow() : readItem())) return false;
     }
     skipBlanks();
     if (position_ != text_.size()) return false;
@@ -123,87 +104,82 @@ class NotationReaderC {
     return true;
   }
   bool isNext(std::u16string_view word) const { return text_.compare(position_, word.size(), word) == 0; }
-  bool take(std::u16string_view word) {
-    if (!isNext(word)) return false;
-    position_ += word.size();
-    return true;
-  }
   void skipBlanks() {
     while (take(u' ')) {
     }
   }
 
-  static Node4C* begin(Node4C& parent, Node4TypeE type) {
-    auto* node = new Node4C(type, nullptr, wstring(), 0);
-    parent.insertChild(parent.numChildren(), node);
-    return node;
+  void begin(Node4TypeE type) {
+    auto* const node = new Node4C(type);
+    node_->insertChild(node_->numChildren(), node);
+    node_ = node;
+  }
+  bool end() {
+    node_ = node_->getParent();
+    return true;
   }
 
-  /// Null when no row starts here or when it would be nested too deep.
-  Node4C* beginRow(Node4C& parent) {
-    if (rows_ == limits::max_nested_rows || !take(u'[')) return nullptr;
+  /// False when no row starts here or when it would be nested too deep.
+  bool beginRow() {
+    if (rows_ == limits::max_nested_rows || !take(u'[')) return false;
     ++rows_;
-    return begin(parent, NODE4_LINE);
-  }
-
-  /// Continues in a new row of `parent`.
-  bool enterRow(Node4C*& node, Node4C& parent) {
-    Node4C* const row = beginRow(parent);
-    if (row) node = row;
-    return row != nullptr;
+    begin(NODE4_LINE);
+    return true;
   }
 
   // Inside a row: the next item, or the row's end, which also ends the exponent around it.
-  bool readItem(Node4C*& row) {
+  bool readItem() {
     if (take(u']')) {
       --rows_;
-      row = row->getParent();
-      if (row->getType() == NODE4_POWER) row = row->getParent();
-      return true;
+      end();
+      return node_->getType() != NODE4_POWER || end();
     }
-    if (row->numChildren() > 0 && !take(u',')) return false;
+    if (node_->numChildren() > 0 && !take(u',')) return false;
     skipBlanks();
-    if (take(u'"')) return readText(*begin(*row, NODE4_TEXT));
-    if (take(u'(')) return begin(*row, NODE4_OPEN) != nullptr;
-    if (take(u')')) return begin(*row, NODE4_CLOSE) != nullptr;
-    if (take(u"AO")) return begin(*row, NODE4_AUTO_OPEN) != nullptr;
-    if (take(u"AC")) return begin(*row, NODE4_AUTO_CLOSE) != nullptr;
+    if (isNext(u"[")) return beginRow();
     if (isNext(u"P[")) {
       ++position_;
-      return enterRow(row, *begin(*row, NODE4_POWER));
+      begin(NODE4_POWER);
+      return beginRow();
     }
-    if (isNext(u"[")) return enterRow(row, *row);
-    std::size_t const end = text_.find(u'<', position_);
-    if (end == wstring::npos) return false;
-    PointerTC<OperatorBC> const op = operators_.lookup(text_.substr(position_, end - position_));
+    if (take(u'"')) {
+      begin(NODE4_TEXT);
+      return readText() && end();
+    }
+    for (auto const& [type, word] : brackets) {
+      if (!isNext(word)) continue;
+      position_ += word.size();
+      begin(type);
+      return end();
+    }
+    std::size_t const nameEnd = text_.find(u'<', position_);
+    if (nameEnd == wstring::npos) return false;
+    PointerTC<OperatorBC> const op = operators_.lookup(text_.substr(position_, nameEnd - position_));
     if (!op) return false;
-    position_ = end + 1;
-    row = begin(*row, NODE4_OPERATOR);
-    row->setOperator(op);
-    row->refText() = op->getName();
+    position_ = nameEnd + 1;
+    begin(NODE4_OPERATOR);
+    node_->setOperator(op);
+    node_->refText() = op->getName();
     return true;
   }
 
   // Inside a construct: its next row or its end.
-  bool readRow(Node4C*& construct) {
-    if (take(u'>')) {
-      construct = construct->getParent();
-      return true;
-    }
-    if (construct->numChildren() > 0 && !take(u';')) return false;
+  bool readRow() {
+    if (take(u'>')) return end();
+    if (node_->numChildren() > 0 && !take(u';')) return false;
     skipBlanks();
-    return enterRow(construct, *construct);
+    return beginRow();
   }
 
-  bool readText(Node4C& node) {
-    wstring& text = node.refText();
+  bool readText() {
+    wstring& text = node_->refText();
     while (position_ < text_.size()) {
       char16_t c = text_[position_++];
       if (c == u'"') return true;
       if (c == caret_mark) {
-        tree_.selection.caret = endOf(&node);
+        tree_.selection.caret = endOf(node_);
       } else if (c == anchor_mark) {
-        tree_.selection.anchor = endOf(&node);
+        tree_.selection.anchor = endOf(node_);
       } else {
         if (c == u'\\' && !oss::readEscaped(text_, position_, c)) return false;
         text += c;
@@ -215,6 +191,7 @@ class NotationReaderC {
   wstring const& text_;
   OperatorListC const& operators_;
   TreeNotationS tree_;
+  Node4C* node_ = nullptr;  // the row or construct that is being read
   std::size_t position_ = 0;
   unsigned long rows_ = 0;  // the number of rows that have begun and not ended
 };

@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/validate_tree.h"
 
+#include <utility>
 #include <vector>
 
 #include "zolt/ved/limits.h"
@@ -11,75 +12,38 @@ namespace zolt::math::ved {
 
 namespace {
 
+bool holdsOnlyRows(Node4C const& node) {
+  for (unsigned long i = 0; i < node.numChildren(); ++i) {
+    if (node.child(i)->getType() != NODE4_LINE) return false;
+  }
+  return true;
+}
+
+bool holdsOnlyItems(Node4C const& row) {
+  for (unsigned long i = 0; i < row.numChildren(); ++i) {
+    Node4TypeE const type = row.child(i)->getType();
+    if (type < NODE4_TEXT || type > NODE4_AUTO_CLOSE) return false;
+  }
+  return true;
+}
+
+bool isSoundConstruct(Node4C const& node) {
+  OperatorBC const* const op = node.crefOperator();
+  if (!op || op->isLinear() || !op->isConstruct() || node.crefText() != op->getName()) return false;
+  return (op->getArity() == 0 || op->getArity() == node.numChildren()) && holdsOnlyRows(node);
+}
+
+/// Checks that a row is in canonical form.
 TreeInvariantE checkRow(Node4C const& row) {
   unsigned long const count = row.numChildren();
-  if (count % 2 == 0) return TREE_TEXTS_ALTERNATE;
-  unsigned long autoOpen = 0;
-  unsigned long autoClose = 0;
-  long depth = 0;
-  long lowest = 0;
-  bool content = false;  // something other than an empty text or a supplied opening bracket was seen
   for (unsigned long i = 0; i < count; ++i) {
-    Node4C const& item = *row.child(i);
-    bool const text = item.getType() == NODE4_TEXT;
-    if (text != (i % 2 == 0)) return TREE_TEXTS_ALTERNATE;
-    switch (item.getType()) {
-      case NODE4_AUTO_OPEN:
-        if (content || autoClose > 0) return TREE_AUTO_BRACKETS_AT_ENDS;
-        ++autoOpen;
-        break;
-      case NODE4_AUTO_CLOSE:
-        ++autoClose;
-        break;
-      default:
-        if (text && item.crefText().empty()) break;
-        if (autoClose > 0) return TREE_AUTO_BRACKETS_AT_ENDS;
-        content = true;
-        if (item.getType() == NODE4_OPEN) ++depth;
-        if (item.getType() == NODE4_CLOSE && --depth < lowest) lowest = depth;
-    }
+    if ((row.child(i)->getType() == NODE4_TEXT) != (i % 2 == 0)) return TREE_TEXTS_ALTERNATE;
   }
-  // There must be exactly one supplied bracket for each typed bracket without a partner.
-  if (autoOpen != static_cast<unsigned long>(-lowest)) return TREE_BRACKETS_BALANCE;
-  return autoClose == static_cast<unsigned long>(depth - lowest) ? TREE_VALID : TREE_BRACKETS_BALANCE;
-}
-
-TreeInvariantE checkConstruct(Node4C const& node) {
-  OperatorBC const* op = node.crefOperator();
-  if (!op || op->isLinear() || node.crefText() != op->getName()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
-  if (op->getArity() != 0 && op->getArity() != node.numChildren()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
-  for (unsigned long i = 0; i < node.numChildren(); ++i) {
-    if (node.child(i)->getType() != NODE4_LINE) return TREE_OPERATOR_HOLDS_ITS_ROWS;
-  }
-  return TREE_VALID;
-}
-
-TreeInvariantE checkNode(Node4C const& node, unsigned long rows) {
-  for (unsigned long i = 0; i < node.numChildren(); ++i) {
-    if (!node.child(i) || node.child(i)->getParent() != &node) return TREE_PARENTS_MATCH;
-  }
-  if (node.getType() != NODE4_OPERATOR && node.crefOperator()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
-  switch (node.getType()) {
-    case NODE4_ROOT:
-      if (node.getParent() || node.numChildren() != 1 || node.child(0)->getType() != NODE4_LINE) {
-        return TREE_ROOT_HOLDS_ONE_ROW;
-      }
-      return TREE_VALID;
-    case NODE4_LINE:
-      for (unsigned long i = 0; i < node.numChildren(); ++i) {
-        Node4TypeE const type = node.child(i)->getType();
-        if (type < NODE4_TEXT || type > NODE4_AUTO_CLOSE) return TREE_ROW_ITEM_KINDS;
-      }
-      if (rows > limits::max_nested_rows) return TREE_NESTING_WITHIN_LIMIT;
-      return checkRow(node);
-    case NODE4_OPERATOR:
-      return checkConstruct(node);
-    case NODE4_POWER:
-      return node.numChildren() == 1 && node.child(0)->getType() == NODE4_LINE ? TREE_VALID
-                                                                               : TREE_POWER_HOLDS_ONE_ROW;
-    default:
-      return node.numChildren() == 0 ? TREE_VALID : TREE_LEAVES_HAVE_NO_CHILDREN;
-  }
+  if (count % 2 == 0) return TREE_TEXTS_ALTERNATE;
+  BracketSumS const brackets = sumBrackets(row, 0, count);
+  if (brackets.overtaken) return TREE_AUTO_BRACKETS_AT_ENDS;
+  bool const balance = brackets.autoOpens == brackets.closes && brackets.autoCloses == brackets.opens;
+  return balance ? TREE_VALID : TREE_BRACKETS_BALANCE;
 }
 
 /// Checks the stretches of a long row.
@@ -90,12 +54,11 @@ TreeInvariantE checkStretches(Node4C const& row, RowIndexC const& index) {
     RowStretchS const& stretch = index[k];
     if (stretch.first != first || first + stretch.count > row.numChildren())
       return TREE_STRETCHES_HOLD_THE_ROW;
-    BracketSumS brackets;
-    for (std::size_t end = first + stretch.count; first < end; ++first) {
-      Node4C const& item = *row.child(first);
-      if (item.crefState().stretch != &stretch) return TREE_STRETCHES_HOLD_THE_ROW;
-      if (!item.isEmptyText()) brackets.add(item.getType());
+    for (std::size_t i = first; i < first + stretch.count; ++i) {
+      if (row.child(i)->crefState().stretch != &stretch) return TREE_STRETCHES_HOLD_THE_ROW;
     }
+    BracketSumS const brackets = sumBrackets(row, first, stretch.count);
+    first += stretch.count;
     if (!(stretch.stale & STALE_CHECK) && stretch.brackets != brackets) return TREE_BRACKET_SUMS;
     bool const isPlaced = stretch.dx == x && stretch.dy == row.getMidHeight();
     if (!(row.crefState().stale & STALE_LAYOUT) && !isPlaced) return TREE_STRETCHES_FOLLOW;
@@ -138,16 +101,41 @@ TreeInvariantE checkState(Node4C const& node) {
 
 }  // namespace
 
+TreeInvariantE validateShape(Node4C const& node) {
+  for (unsigned long i = 0; i < node.numChildren(); ++i) {
+    if (!node.child(i) || node.child(i)->getParent() != &node) return TREE_PARENTS_MATCH;
+  }
+  if (node.getType() != NODE4_OPERATOR && node.crefOperator()) return TREE_OPERATOR_HOLDS_ITS_ROWS;
+  bool const holdsOneRow = node.numChildren() == 1 && holdsOnlyRows(node);
+  switch (node.getType()) {
+    case NODE4_ROOT:
+      return holdsOneRow && !node.getParent() ? TREE_VALID : TREE_ROOT_HOLDS_ONE_ROW;
+    case NODE4_LINE:
+      return holdsOnlyItems(node) ? TREE_VALID : TREE_ROW_ITEM_KINDS;
+    case NODE4_OPERATOR:
+      return isSoundConstruct(node) ? TREE_VALID : TREE_OPERATOR_HOLDS_ITS_ROWS;
+    case NODE4_POWER:
+      return holdsOneRow ? TREE_VALID : TREE_POWER_HOLDS_ONE_ROW;
+    default:
+      return node.numChildren() == 0 ? TREE_VALID : TREE_LEAVES_HAVE_NO_CHILDREN;
+  }
+}
+
 TreeFaultS validateTree(Node4C const& root) {
   if (root.getType() != NODE4_ROOT) return {TREE_ROOT_HOLDS_ONE_ROW, &root};
   TreeFaultS fault;
   unsigned long rows = 0;
+  auto const check = [&](Node4C const& node) {
+    TreeInvariantE broken = validateShape(node);
+    if (broken == TREE_VALID && node.getType() == NODE4_LINE) {
+      broken = ++rows > limits::max_nested_rows ? TREE_NESTING_WITHIN_LIMIT : checkRow(node);
+    }
+    return broken == TREE_VALID ? checkState(node) : broken;
+  };
   auto const enter = [&](Node4C const& node) {
-    if (node.getType() == NODE4_LINE) ++rows;
-    TreeInvariantE broken = checkNode(node, rows);
-    if (broken == TREE_VALID) broken = checkState(node);
-    if (broken == TREE_VALID) return WALK_INTO;
-    fault = {broken, &node};
+    fault.invariant = check(node);
+    if (fault.invariant == TREE_VALID) return WALK_INTO;
+    fault.node = &node;
     return WALK_STOP;
   };
   auto const leave = [&](Node4C const& node) {
@@ -171,41 +159,31 @@ TreeFaultS validateSelection(Node4C const& root, SelectionS const& selection) {
 }
 
 wstring describeInvariant(TreeInvariantE invariant) {
-  switch (invariant) {
-    case TREE_VALID:
-      return u"the tree is valid";
-    case TREE_ROOT_HOLDS_ONE_ROW:
-      return u"the root has no parent and holds exactly one row";
-    case TREE_PARENTS_MATCH:
-      return u"no child slot is empty and every child names its parent";
-    case TREE_ROW_ITEM_KINDS:
-      return u"a row holds only texts, constructs, exponents and brackets";
-    case TREE_OPERATOR_HOLDS_ITS_ROWS:
-      return u"a construct, and nothing else, has an operator, its name, and as many rows as its arity";
-    case TREE_POWER_HOLDS_ONE_ROW:
-      return u"an exponent holds exactly one row";
-    case TREE_LEAVES_HAVE_NO_CHILDREN:
-      return u"texts and brackets have no children";
-    case TREE_TEXTS_ALTERNATE:
-      return u"texts and other items alternate in a row, with a text at both ends";
-    case TREE_BRACKETS_BALANCE:
-      return u"brackets balance in each row, with exactly as many supplied ones as it takes";
-    case TREE_AUTO_BRACKETS_AT_ENDS:
-      return u"nothing but empty texts stands outside a supplied bracket";
-    case TREE_NESTING_WITHIN_LIMIT:
-      return u"rows nest no deeper than the limit";
-    case TREE_PLACE_IN_TEXT:
-      return u"the caret and the anchor are places in texts of the tree";
-    case TREE_MARKS_GO_UP:
-      return u"S1: the marks of a node are on its parent and on its stretch";
-    case TREE_STRETCHES_HOLD_THE_ROW:
-      return u"S2: the stretches of a row follow one another and hold its items, which name them";
-    case TREE_BRACKET_SUMS:
-      return u"S3: an unmarked stretch knows its brackets";
-    case TREE_STRETCHES_FOLLOW:
-      return u"S4: in a row that is laid out, each stretch starts where the one before it ends";
-    case TREE_RECORDS_MATCH:
-      return u"S5: the record of an unmarked node is a copy of it";
+  static constexpr std::pair<TreeInvariantE, char16_t const*> descriptions[] = {
+      {TREE_VALID, u"the tree is valid"},
+      {TREE_ROOT_HOLDS_ONE_ROW, u"the root has no parent and holds exactly one row"},
+      {TREE_PARENTS_MATCH, u"no child slot is empty and every child names its parent"},
+      {TREE_ROW_ITEM_KINDS, u"a row holds only texts, constructs, exponents and brackets"},
+      {TREE_OPERATOR_HOLDS_ITS_ROWS,
+       u"a construct, and nothing else, has an operator, its name, and as many rows as its arity"},
+      {TREE_POWER_HOLDS_ONE_ROW, u"an exponent holds exactly one row"},
+      {TREE_LEAVES_HAVE_NO_CHILDREN, u"texts and brackets have no children"},
+      {TREE_TEXTS_ALTERNATE, u"texts and other items alternate in a row, with a text at both ends"},
+      {TREE_BRACKETS_BALANCE,
+       u"brackets balance in each row, with exactly as many supplied ones as it takes"},
+      {TREE_AUTO_BRACKETS_AT_ENDS, u"nothing but empty texts stands outside a supplied bracket"},
+      {TREE_NESTING_WITHIN_LIMIT, u"rows nest no deeper than the limit"},
+      {TREE_PLACE_IN_TEXT, u"the caret and the anchor are places in texts of the tree"},
+      {TREE_MARKS_GO_UP, u"S1: the marks of a node are on its parent and on its stretch"},
+      {TREE_STRETCHES_HOLD_THE_ROW,
+       u"S2: the stretches of a row follow one another and hold its items, which name them"},
+      {TREE_BRACKET_SUMS, u"S3: an unmarked stretch knows its brackets"},
+      {TREE_STRETCHES_FOLLOW,
+       u"S4: in a row that is laid out, each stretch starts where the one before it ends"},
+      {TREE_RECORDS_MATCH, u"S5: the record of an unmarked node is a copy of it"},
+  };
+  for (auto const& [described, text] : descriptions) {
+    if (described == invariant) return text;
   }
   return wstring();
 }

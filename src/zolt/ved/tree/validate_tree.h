@@ -40,6 +40,9 @@ struct TreeFaultS {
 /// Takes linear time and does not recurse.
 TreeFaultS validateTree(Node4C const& root);
 
+/// Checks invariants 2 to 6 for one node: what it holds, in canonical form or not.
+TreeInvariantE validateShape(Node4C const& node);
+
 /// Checks invariant 11: the place is in a text of the tree `root`.
 TreeFaultS validatePlace(Node4C const& root, PlaceS place);
 /// Checks invariant 11 for the caret and, unless it is no place, for the anchor.

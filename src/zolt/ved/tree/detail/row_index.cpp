@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "zolt/ved/tree/node4.h"
+
 namespace zolt::math::ved {
 
 namespace {
@@ -16,6 +18,14 @@ thread_local std::size_t leastLengthHere = ordinary_length;
 #endif
 
 }  // namespace
+
+BracketSumS sumBrackets(Node4C const& row, std::size_t first, std::size_t count) {
+  BracketSumS sum;
+  for (std::size_t i = first; i < first + count; ++i) {
+    if (!row.child(i)->isEmptyText()) sum.add(row.child(i)->getType());
+  }
+  return sum;
+}
 
 #ifdef ZOLT_VARIABLE_STRETCHES
 

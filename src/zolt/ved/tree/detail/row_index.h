@@ -103,6 +103,9 @@ struct BracketSumS {
   }
 };
 
+/// The brackets among `count` items of a row from `first` on.
+BracketSumS sumBrackets(Node4C const& row, std::size_t first, std::size_t count);
+
 /// A stretch of a row: pairs of a text and another item; the last stretch of a row ends in a text. The
 /// numbers and positions that its items keep are relative to the stretch.
 struct RowStretchS {

@@ -17,9 +17,7 @@ Node4C const* findBefore(Node4C const& row, std::size_t i) {
   return i > 0 ? row.child(i - 1) : nullptr;
 }
 
-std::unique_ptr<Node4C> make(Node4TypeE type) {
-  return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
-}
+std::unique_ptr<Node4C> make(Node4TypeE type) { return std::make_unique<Node4C>(type); }
 
 std::uint32_t more(std::uint32_t a, std::uint32_t b) { return a > b ? a - b : 0; }
 
