@@ -163,7 +163,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
 
   // view_core.cpp
   bool isBusy() const { return executing_ || notifying_; }
-  bool executeEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
@@ -178,28 +177,15 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// The caret's text, to be changed.
   Node4C& refCaretNode() const { return const_cast<Node4C&>(*selection_.caret.node); }
   void layoutIfPending() const;
-  // view_caret.cpp
-  bool doLeft();
-  bool doRight();
-  bool doSelLeft();
-  bool doSelRight();
-  bool doUp();
-  bool doDown();
-  bool doSelUp();
-  bool doSelDown();
-  bool moveCaretLeft();
-  bool moveCaretRight();
-  void startSelection();
-
   // view_hit.cpp
+  /// Moves the caret to the place nearest to a point.
   void setSelection(long x, long y);
-  bool findSelectionNode(Node4C* node, long x, long y);
-  bool examineText(Node4C const& node, long x, long y);
-  bool isWorthVisiting(Node4C const& node, long x, long y) const;
-  unsigned long findFirstInReach(Node4C const& row, long x) const;
-  Node4C* findNextInReach(Node4C const& node, unsigned long& next, long x) const;
 
   // view_selection.cpp
+  enum CaretStepE { STEP_LEFT, STEP_RIGHT };
+  bool moveCaret(CaretStepE step);
+  /// Moves the caret, with `shift` as the end of a selection.
+  bool runCaretKey(CaretStepE step, bool shift);
   /// The row that an insertion goes into: the selection's, or the caret's.
   Node4C const& crefCurrentRow() const;
   /// How deep the rows in the selection nest; 0 without a selection.
@@ -242,7 +228,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   // view_undo.cpp
   /// Goes over a step of the history, by its `undo` or its `redo`.
   void goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root));
-  void recordStep();
   void takeBackIfDue() const { takeBackDue_ ? takeBack() : void(); }
   /// Goes back to where the open step began, which is then no step.
   void takeBack() const;
@@ -260,12 +245,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool notifying_ = false;            // the host is being asked for a repaint: no event
   mutable bool takeBackDue_ = false;  // the tree is that of an edit which did not end
   mutable bool paintMissed_ = false;
-  long hitBestDistance_ = 0;
-  long hitLeft_ = 0;
-  long hitWidth_ = 0;
-  long hitDistance_ = 0;
-  long hitX_ = 0;
-  long hitY_ = 0;
   PointerTC<algexpr::AlgebraicExpressionC> expression_;
   mutable std::unique_ptr<Node4C> root_;
   mutable SelectionS selection_;

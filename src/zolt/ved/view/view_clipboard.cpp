@@ -1,10 +1,10 @@
 #include "zolt/common/float64_util.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/detail/pastable_row.h"
 #include "zolt/ved/view/detail/row_nesting.h"
-#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -25,18 +25,16 @@ std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
 }  // namespace
 
 Node4C* ViewZNT4C::copyRange(SelectionS const& range) const {
-  SelectionBoundsS const bounds(range);
-  if (!bounds.line) return nullptr;
-
-  unsigned long const count = bounds.last - bounds.first + 1;
-  auto copy = std::make_unique<Node4C>(NODE4_LINE, nullptr, wstring(), count);
-  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, bounds.line->child(bounds.first + i)->clone());
+  if (!range.anchor) return nullptr;
+  auto const [start, end] = inOneRow(range);
+  Node4C const& row = *start.node->getParent();
+  unsigned long const first = start.node->findChildNumber();
+  unsigned long const count = end.node->findChildNumber() - first + 1;
+  auto copy = std::make_unique<Node4C>(NODE4_LINE, count);
+  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, row.child(first + i)->clone());
   // The end is cut first, since both ends may be in the same text.
-  Node4C* const lastItem = copy->child(count - 1);
-  if (lastItem->getType() == NODE4_TEXT) lastItem->refText().erase(bounds.lastPos);
-  Node4C* const firstItem = copy->child(0);
-  if (firstItem->getType() == NODE4_TEXT) firstItem->refText().erase(0, bounds.firstPos);
-
+  copy->child(count - 1)->refText().erase(end.pos);
+  copy->child(0)->refText().erase(0, start.pos);
   copy->checkTree();
   return copy.release();
 }
@@ -69,7 +67,7 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(SelectionS const& range
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
   auto expression = copy(bytes);
-  executeEvent(EVENT_KEY, KEY_BACKSPACE, false, false, false, 0, 0);
+  addEvent(EVENT_KEY, KEY_BACKSPACE, false, false, false, 0, 0);
   return expression;
 }
 

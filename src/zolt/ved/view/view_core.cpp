@@ -133,12 +133,7 @@ bool ViewZNT4C::needRedraw() {
 
 // ---- Events ---------------------------------------------------------------------------------------------
 
-bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x,
-                         long y) {
-  return executeEvent(event, code, shift, second, third, x, y);
-}
-
-bool ViewZNT4C::executeEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
+bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
   if (isBusy()) return false;
   EventC guard(*this);
   bool const consumed = dispatchEvent(event, code, shift, x, y);
@@ -215,20 +210,16 @@ bool ViewZNT4C::dispatchKey(unsigned long code, bool shift) {
       doDelete();
       return true;
     case KEY_LEFT:
-      return shift ? doSelLeft() : doLeft();
-    case KEY_UP:
-      return shift ? doSelUp() : doUp();
+      return runCaretKey(STEP_LEFT, shift);
     case KEY_RIGHT:
-      return shift ? doSelRight() : doRight();
-    case KEY_DOWN:
-      return shift ? doSelDown() : doDown();
+      return runCaretKey(STEP_RIGHT, shift);
     case KEY_THETA:
       doAddText(u"\u03B8");
       return true;
     case KEY_CAPITAL_E:
       doAddText(u"E");
       return true;
-    default:
+    default:  // The host moves the caret up and down, since it knows the geometry that a person sees.
       return false;
   }
 }
@@ -257,7 +248,7 @@ bool ViewZNT4C::settleEdit() {
     needRedraw();
     history_->dropStep();
   } else {
-    recordStep();
+    history_->endStep(*root_, selection_);
   }
   return !rejected;
 }

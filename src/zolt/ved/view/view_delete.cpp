@@ -1,7 +1,8 @@
+#include <utility>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/row_view.h"
-#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -26,33 +27,19 @@ struct FilledRowsS {
 
 bool ViewZNT4C::deleteSelection() {
   if (!backupBeforeModif()) return false;
-  SelectionBoundsS const bounds(getSelection());
-  if (!bounds.line) return true;
-  selection_.anchor = {};
-
-  PlaceS& caret = selection_.caret;
-  Node4C* const line = bounds.line;
-  unsigned long const first = bounds.first;
-  Node4C* const firstItem = line->child(first);
-  if (first == bounds.last) {
-    firstItem->refText().erase(bounds.firstPos, bounds.lastPos - bounds.firstPos);
-    caret.pos = bounds.firstPos;
+  if (!isSelected()) return true;
+  auto const [start, end] = inOneRow(std::exchange(selection_, {{}, selection_.caret}));
+  Node4C* const row = start.node->getParent();
+  unsigned long const first = start.node->findChildNumber();
+  selection_.caret = start;
+  if (start.node == end.node) {
+    refCaretNode().refText().erase(start.pos, end.pos - start.pos);
     return true;
   }
-
-  line->deleteChildren(first + 1, bounds.last - first - 1);
-  Node4C* const lastItem = line->child(first + 1);
-  if (lastItem->getType() == NODE4_TEXT) {
-    lastItem->refText().erase(0, bounds.lastPos);
-  } else {
-    line->replaceChild(first + 1, new Node4C(NODE4_TEXT, nullptr, wstring(), 0));
-  }
-  caret = startOf(line->child(first + 1));
-  if (firstItem->getType() == NODE4_TEXT) {
-    firstItem->refText().erase(bounds.firstPos);
-  } else {
-    line->deleteChild(first);
-  }
+  row->deleteChildren(first + 1, end.node->findChildNumber() - first - 1);
+  row->child(first)->refText().erase(start.pos);
+  row->child(first + 1)->refText().erase(0, end.pos);
+  selection_.caret = startOf(row->child(first + 1));
   return true;
 }
 
@@ -101,7 +88,7 @@ bool ViewZNT4C::backspaceOver(Node4C& item) {
     if (!removable) return stepToEnd(*item.child(item.numChildren() - 1));
   }
   if (!removable) {
-    moveCaretLeft();
+    moveCaret(STEP_LEFT);
     needRedraw();
     return false;
   }

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "zolt/ved/view/detail/selection_bounds.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -33,20 +33,20 @@ RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
     return {right - 1, position.y, right, position.y + node->getHeight()};
   }
 
-  SelectionBoundsS const bounds(range);
-  Node4C const& line = *bounds.line;
-  PointS const position = line.getAbsolutePosition();
-  Node4C const& firstItem = *line.child(bounds.first);
-  Node4C const& lastItem = *line.child(bounds.last);
+  auto const [start, end] = spanOf(range);
+  Node4C const& row = *start.node->getParent();
+  PointS const position = row.getAbsolutePosition();
+  bool const startsInText = start.node->getType() == NODE4_TEXT;
+  bool const endsInText = end.node->getType() == NODE4_TEXT;
   RectangleS box;
-  box.left = position.x + firstItem.getDX() - 1;
-  if (firstItem.getType() == NODE4_TEXT) box.left += 1 + measureStart(firstItem, bounds.firstPos, *graphics_);
-  box.right = position.x + lastItem.getDX();
-  box.right += lastItem.getType() == NODE4_TEXT ? measureStart(lastItem, bounds.lastPos, *graphics_) + 1
-                                                : lastItem.getWidth() - 1;
-  box.top = line.getHeight();
-  for (unsigned long i = bounds.first; i <= bounds.last; ++i) {
-    Node4C const& item = *line.child(i);
+  box.left = position.x + start.node->getDX();
+  box.left += startsInText ? measureStart(*start.node, start.pos, *graphics_) : -1;
+  box.right = position.x + end.node->getDX();
+  box.right += endsInText ? measureStart(*end.node, end.pos, *graphics_) + 1 : end.node->getWidth() - 1;
+  box.top = row.getHeight();
+  unsigned long const last = end.node->findChildNumber();
+  for (unsigned long i = start.node->findChildNumber(); i <= last; ++i) {
+    Node4C const& item = *row.child(i);
     box.top = std::min(box.top, item.getDY());
     box.bottom = std::max(box.bottom, item.getDY() + item.getHeight());
   }

@@ -1,10 +1,8 @@
 #include <algorithm>
-#include <utility>
 
 #include "zolt/ved/limits.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/row_nesting.h"
-#include "zolt/ved/view/detail/selection_bounds.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -23,60 +21,47 @@ SelectionS ViewZNT4C::getSelection() const {
 
 bool ViewZNT4C::getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos,
                                    unsigned long& last, unsigned int& lastPos) const {
-  SelectionBoundsS const bounds(getSelection());
-  if (!bounds.line) return false;
-  line = bounds.line;
-  first = bounds.first;
-  firstPos = bounds.firstPos;
-  last = bounds.last;
-  lastPos = bounds.lastPos;
+  if (!isSelected()) return false;
+  auto const [start, end] = spanOf(selection_);
+  line = start.node->getParent();
+  first = start.node->findChildNumber();
+  firstPos = start.pos;
+  last = end.node->findChildNumber();
+  lastPos = end.pos;
   return true;
 }
 
-SelectionBoundsS::SelectionBoundsS(SelectionS const& selection)
-    : firstPos(selection.caret.pos), lastPos(selection.anchor.pos) {
-  Node4C const* caretItem = selection.caret.node;
-  Node4C const* anchorItem = selection.anchor.node;
-  if (!anchorItem) return;
-  if (caretItem == anchorItem) {
-    line = caretItem->getParent();
-    first = last = caretItem->findChildNumber();
-    if (firstPos > lastPos) std::swap(firstPos, lastPos);
-    return;
-  }
+// ---- The caret ------------------------------------------------------------------------------------------
 
-  climbToSiblings(caretItem, anchorItem);
-  Node4C const* const common = caretItem->getParent();
-  if (common->getType() != NODE4_LINE) {
-    unsigned long const item = common->findChildNumber();
-    line = common->getParent();
-    first = item - 1;
-    last = item + 1;
-    firstPos = endOf(line->child(first)).pos;
-    lastPos = 0;
-    return;
+bool ViewZNT4C::moveCaret(CaretStepE step) {
+  PlaceS& caret = selection_.caret;
+  bool const isLeft = step == STEP_LEFT;
+  if (caret != (isLeft ? startOf(caret.node) : endOf(caret.node))) {
+    isLeft ? --caret.pos : ++caret.pos;
+    return true;
   }
-
-  line = caretItem->getParent();
-  first = caretItem->findChildNumber();
-  last = anchorItem->findChildNumber();
-  if (first > last) {
-    std::swap(first, last);
-    std::swap(firstPos, lastPos);
-  }
+  Node4C const* const text = isLeft ? previousText(*caret.node) : nextText(*caret.node);
+  if (text) caret = isLeft ? endOf(text) : startOf(text);
+  return text != nullptr;
 }
 
-Node4C const& ViewZNT4C::crefCurrentRow() const {
-  Node4C const* const line = SelectionBoundsS(getSelection()).line;
-  return line ? *line : *selection_.caret.node->getParent();
+bool ViewZNT4C::runCaretKey(CaretStepE step, bool shift) {
+  bool const selected = isSelected();
+  if (shift != selected) selection_.anchor = shift ? selection_.caret : PlaceS();
+  bool const moved = moveCaret(step);
+  return (moved || (selected && !shift)) && needRedraw();
 }
+
+// ---- Nesting --------------------------------------------------------------------------------------------
+
+Node4C const& ViewZNT4C::crefCurrentRow() const { return *spanOf(getSelection()).caret.node->getParent(); }
 
 unsigned long ViewZNT4C::countSelectedRows() const {
-  SelectionBoundsS const bounds(getSelection());
-  if (!bounds.line) return 0;
+  if (!isSelected()) return 0;
+  auto const [start, end] = spanOf(selection_);
   unsigned long rows = 0;
-  for (unsigned long i = bounds.first; i <= bounds.last; ++i) {
-    rows = std::max(rows, countNestedRows(*bounds.line->child(i)));
+  for (Node4C const* item = start.node; item; item = item == end.node ? nullptr : item->goRight()) {
+    rows = std::max(rows, countNestedRows(*item));
   }
   return rows;
 }

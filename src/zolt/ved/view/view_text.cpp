@@ -5,9 +5,7 @@ namespace zolt::math::ved {
 
 namespace {
 
-std::unique_ptr<Node4C> makeNode(Node4TypeE type) {
-  return std::make_unique<Node4C>(type, nullptr, wstring(), 0);
-}
+std::unique_ptr<Node4C> makeNode(Node4TypeE type) { return std::make_unique<Node4C>(type); }
 
 /// Whether the text is outside a supplied bracket. Typing there turns the bracket into a typed one.
 bool isOutsideAutoBracket(Node4C const& text) {

@@ -74,6 +74,4 @@ void ViewZNT4C::takeBack() const {
   if (!grouping_) history_->dropStep();
 }
 
-void ViewZNT4C::recordStep() { history_->endStep(*root_, selection_); }
-
 }  // namespace zolt::math::ved
