@@ -2,13 +2,8 @@
 
 #include <clocale>
 #include <cmath>
-#include <cstdint>
-#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <locale>
 #include <map>
-#include <random>
 #include <sstream>
 #include <string>
 
@@ -43,45 +38,6 @@ TEST(Float64, DoesNotKnowTheLocale) {
   EXPECT_EQ(Float64UtilC::fromString(u"1234.5"), 0x9A5p-1);
   EXPECT_FALSE(Float64UtilC::isFinite(Float64UtilC::fromString(u"1234,5")));
   std::setlocale(LC_ALL, "C");
-}
-
-// The results are compared with those of the C library's reader, in its own locale.
-TEST(Float64, AgreesWithTheCLibrary) {
-  std::mt19937_64 random(1);
-  auto const check = [](std::string const& text) {
-    double const value = Float64UtilC::fromString(wstring(text.begin(), text.end()));
-    EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
-  };
-  char text[64];
-  for (int i = 0; i < 20000; ++i) {
-    std::uint64_t const bits = random() >> 1U;
-    double value = 0;
-    std::memcpy(&value, &bits, sizeof value);
-    if (!std::isfinite(value)) continue;
-    std::snprintf(text, sizeof text, "%.*e", static_cast<int>(random() % 20), value);
-    check(text);
-  }
-  // Exactly half-way between neighbours, and just beside it, with all digits.
-  for (int i = 0; i < 300; ++i) {
-    std::uint64_t const bits = random() % 0x7FE0000000000000U;
-    double value = 0;
-    std::memcpy(&value, &bits, sizeof value);
-    std::ostringstream digits;
-    digits.imbue(std::locale::classic());
-    digits.precision(1100);
-    long double const half = (static_cast<long double>(value) + std::nextafter(value, INFINITY)) / 2;
-    digits << std::scientific << half;
-    std::string const middle = digits.str();
-    std::size_t const end = middle.find('e');
-    check(middle);
-    check(middle.substr(0, end) + "1" + middle.substr(end));
-    std::size_t const last = middle.find_last_not_of('0', end - 1);
-    if (middle[last] == '.') continue;
-    std::string below = middle;
-    --below[last];
-    for (std::size_t at = last + 1; at < end; ++at) below[at] = '9';
-    check(below);
-  }
 }
 
 TEST(NumberFormats, WorkOnTheDigits) {

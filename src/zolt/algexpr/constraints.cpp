@@ -1,7 +1,0 @@
-#include "zolt/algexpr/constraints.h"
-
-namespace zolt::math::algexpr {
-
-ConstraintsBC::~ConstraintsBC() = default;
-
-}  // namespace zolt::math::algexpr
