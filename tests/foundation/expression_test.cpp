@@ -8,16 +8,10 @@
 
 #include "tests/support/cases.h"
 #include "zolt/algexpr/algebraic_expression.h"
-#include "zolt/algexpr/core_constant_node.h"
-#include "zolt/algexpr/core_function_node.h"
 #include "zolt/algexpr/float_node.h"
-#include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
-#include "zolt/algexpr/node_visitor.h"
-#include "zolt/algexpr/standard_engine.h"
-#include "zolt/algexpr/symbol_node.h"
-#include "zolt/algexpr/user_function_node.h"
+#include "zolt/algexpr/nodes.h"
 
 namespace zolt::math::algexpr {
 namespace {

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "tests/support/cases.h"
-#include "zolt/algexpr/standard_engine.h"
+#include "zolt/algexpr/cas_engine.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 

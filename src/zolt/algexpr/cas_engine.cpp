@@ -4,18 +4,12 @@
 
 namespace zolt::math::algexpr {
 
-CASEngineABC::~CASEngineABC() = default;
-
-wstring CASEngineABC::getName() const { return wstring(); }
-
 bool CASEngineABC::isCoreFunction(wstring const& name) const {
-  detail::CoreNameS const* const core = detail::findCoreName(name);
-  return core && core->has(detail::CORE_FUNCTION);
+  return detail::hasTrait(name, detail::CORE_FUNCTION);
 }
 
 bool CASEngineABC::isCoreConstant(wstring const& name) const {
-  detail::CoreNameS const* const core = detail::findCoreName(name);
-  return core && core->has(detail::CORE_CONSTANT);
+  return detail::hasTrait(name, detail::CORE_CONSTANT);
 }
 
 }  // namespace zolt::math::algexpr

@@ -13,10 +13,8 @@ using oss::wstring;
 /// Which class a node gets never depends on the engine.
 class CASEngineABC : public oss::RefCountedBC {
  public:
-  ~CASEngineABC() override;
-
   /// Empty for an engine that has no name.
-  virtual wstring getName() const;
+  virtual wstring getName() const { return {}; }
   /// Whether the engine knows a function or a constant of this name; unless it says otherwise, those of the
   /// library's own table.
   virtual bool isCoreFunction(wstring const& name) const;
@@ -24,6 +22,12 @@ class CASEngineABC : public oss::RefCountedBC {
 
  protected:
   CASEngineABC() = default;
+};
+
+/// The engine of the default session: it knows the library's own table of names and computes nothing.
+class StandardEngineC : public CASEngineABC {
+ public:
+  wstring getName() const override { return u"standard"; }
 };
 
 }  // namespace zolt::math::algexpr

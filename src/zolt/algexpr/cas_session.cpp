@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "zolt/algexpr/standard_engine.h"
-
 namespace zolt::math::algexpr {
 
 namespace {

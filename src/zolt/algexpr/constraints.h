@@ -7,7 +7,6 @@ namespace zolt::math::algexpr {
 /// A host's rule on which expressions may be entered.
 class ConstraintsBC : public oss::RefCountedBC {
  public:
-  ~ConstraintsBC() override;
   [[nodiscard]] virtual bool check(PointerTC<AlgebraicExpressionC> expression) const = 0;
 };
 

@@ -1,10 +1,8 @@
 #include "zolt/algexpr/float_node.h"
 
-#include "zolt/algexpr/node_visitor.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/float64_util.h"
 #include "zolt/common/signs.h"
-#include "zolt/oss/castable_id.h"
 
 namespace zolt::math::algexpr {
 
@@ -91,15 +89,5 @@ wstring FloatNodeC::toString(unsigned long precision, NumberDisplayFormatE forma
     }
   }
 }
-
-char16_t const* FloatNodeC::getCastableId() { return u"FloatNodeC"; }
-
-char16_t const* FloatNodeC::qCastableId() const { return getCastableId(); }
-
-NodeABC const* FloatNodeC::lookUpBase(char16_t const* id) const {
-  return oss::equalCastableIds(id, getCastableId()) ? this : NodeABC::lookUpBase(id);
-}
-
-void FloatNodeC::visit(NodeVisitorABC& visitor) { visitor.visitFloat(*this); }
 
 }  // namespace zolt::math::algexpr

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "zolt/algexpr/node.h"
+#include "zolt/algexpr/node_kind.h"
 #include "zolt/algexpr/number_display_format.h"
 
 namespace zolt::math::algexpr {
@@ -12,8 +13,9 @@ struct NodeAccessS;
 }  // namespace detail
 
 /// A number with a point or an exponent. Its text is kept as it was read; there is no binary value.
-class FloatNodeC : public NodeABC {
+class FloatNodeC : public NodeKindTC<FloatNodeC, NodeABC, &NodeVisitorABC::visitFloat> {
  public:
+  static constexpr char16_t const* castable_id = u"FloatNodeC";
   wstring const& crefName() const override { return text_; }
 
   /// The number's text in a format, rounded to at most `precision` significant digits, exactly on the decimal
@@ -23,11 +25,6 @@ class FloatNodeC : public NodeABC {
   /// A number without an exponent and without digits after the point keeps its point ("150."), so that it
   /// reads back as a decimal, never as an integer.
   wstring toString(unsigned long precision, NumberDisplayFormatE format) const;
-
-  static char16_t const* getCastableId();
-  char16_t const* qCastableId() const override;
-  NodeABC const* lookUpBase(char16_t const* id) const override;
-  void visit(NodeVisitorABC& visitor) override;
 
  private:
   friend struct detail::NodeAccessS;

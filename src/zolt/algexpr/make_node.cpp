@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <utility>
 
-#include "zolt/algexpr/core_constant_node.h"
-#include "zolt/algexpr/core_function_node.h"
 #include "zolt/algexpr/detail/core_names.h"
 #include "zolt/algexpr/detail/node_access.h"
 #include "zolt/algexpr/float_node.h"
-#include "zolt/algexpr/integer_node.h"
-#include "zolt/algexpr/symbol_node.h"
-#include "zolt/algexpr/user_function_node.h"
+#include "zolt/algexpr/nodes.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 
@@ -30,13 +26,13 @@ bool endsName(char16_t c) { return c == u' ' || c == u'(' || c == u')' || c == u
 PointerTC<NodeABC> NodeAccessS::makeFunction(wstring_view name, PointerTC<NodeABC> const* first,
                                              unsigned long count) {
   CoreNameS const* const core = findCoreName(name);
-  if (core && core->has(CORE_FUNCTION)) return new CoreFunctionNodeC(*core, first, count);
+  if (core && (core->traits & CORE_FUNCTION) != 0) return new CoreFunctionNodeC(core->name, first, count);
   return new UserFunctionNodeC(wstring(name), first, count);
 }
 
 PointerTC<NodeABC> NodeAccessS::makeNamed(wstring_view name) {
   CoreNameS const* const core = findCoreName(name);
-  if (core && core->has(CORE_CONSTANT)) return new CoreConstantNodeC(*core);
+  if (core && (core->traits & CORE_CONSTANT) != 0) return new CoreConstantNodeC(core->name);
   return new SymbolNodeC(wstring(name));
 }
 

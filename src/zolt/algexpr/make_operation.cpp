@@ -4,9 +4,8 @@
 
 #include "zolt/algexpr/detail/core_names.h"
 #include "zolt/algexpr/float_node.h"
-#include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_node.h"
-#include "zolt/algexpr/parent_node.h"
+#include "zolt/algexpr/nodes.h"
 #include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
@@ -15,13 +14,8 @@ namespace {
 
 using OperandsT = std::vector<PointerTC<NodeABC>>;
 
-bool hasTrait(wstring const& name, detail::CoreTraitE trait) {
-  detail::CoreNameS const* const known = detail::findCoreName(name);
-  return known && known->has(trait);
-}
-
 bool needsGuardBeforeExponent(NodeABC const& node) {
-  return node.asParent() && hasTrait(node.crefName(), detail::CORE_GUARDED);
+  return node.asParent() && detail::hasTrait(node.crefName(), detail::CORE_GUARDED);
 }
 
 bool isNegativeNumber(NodeABC const& node) {
@@ -65,7 +59,7 @@ PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
 }
 
 PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands) {
-  if (hasTrait(name, detail::CORE_CHAIN)) return makeChain(name, std::move(operands));
+  if (detail::hasTrait(name, detail::CORE_CHAIN)) return makeChain(name, std::move(operands));
   if (name == u"^" && operands.size() == 2) return makePower(std::move(operands[0]), std::move(operands[1]));
   if (operands.size() == 1) {
     if (name == u"!") return makeFactorial(std::move(operands[0]));

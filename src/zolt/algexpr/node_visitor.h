@@ -21,7 +21,7 @@ class NodeVisitorABC {
  public:
   /// `order` is a `VisitOrderE`; any other value means `VISIT_CHILDREN_FIRST`.
   explicit NodeVisitorABC(unsigned long order) : order_(order) {}
-  virtual ~NodeVisitorABC();
+  virtual ~NodeVisitorABC() = default;
 
   virtual void visitCoreFunction(CoreFunctionNodeC& node) = 0;
   virtual void visitUserFunction(UserFunctionNodeC& node) = 0;

@@ -15,7 +15,7 @@ class RefCountedBC : private LiveCountTC<RefCountedBC> {
   RefCountedBC() = default;
   RefCountedBC(RefCountedBC const&) = default;
   RefCountedBC& operator=(RefCountedBC const&) = default;
-  virtual ~RefCountedBC();
+  virtual ~RefCountedBC() = default;
 
   /// Adds one holder.
   void reference() const { ++count_; }

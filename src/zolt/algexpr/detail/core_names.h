@@ -21,11 +21,14 @@ enum CoreTraitE : unsigned {
 struct CoreNameS {
   oss::wstring name;
   unsigned traits;  ///< of `CoreTraitE`
-
-  bool has(CoreTraitE trait) const { return (traits & trait) != 0; }
 };
 
 /// The record of `name`, alive as long as the process; null when the library does not know it.
 CoreNameS const* findCoreName(std::u16string_view name);
+
+inline bool hasTrait(std::u16string_view name, CoreTraitE trait) {
+  CoreNameS const* const core = findCoreName(name);
+  return core && (core->traits & trait) != 0;
+}
 
 }  // namespace zolt::math::algexpr::detail

@@ -1,8 +1,8 @@
 #include "zolt/exchange/detail/plain_writer.h"
 
 #include "zolt/algexpr/float_node.h"
-#include "zolt/algexpr/integer_node.h"
 #include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/nodes.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/plain_lexer.h"

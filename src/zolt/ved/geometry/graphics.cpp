@@ -2,8 +2,6 @@
 
 namespace zolt::math::ved {
 
-GraphicsABC::~GraphicsABC() = default;
-
 void GraphicsABC::drawTextAs(TextRoleE, oss::wstring const& text, long x, long y) const {
   drawText(text, x, y);
 }

@@ -46,9 +46,6 @@ class GraphicsABC : public oss::RefCountedBC {
   /// The length of a serif of ceiling and floor bars.
   static constexpr long serif_length = 5;
 
-  GraphicsABC() = default;
-  ~GraphicsABC() override;
-
   /// Asks the host to repaint the view soon. The implementation must neither paint nor throw; it may query
   /// the view, which refuses to be changed during the call.
   virtual void invalidate() const = 0;

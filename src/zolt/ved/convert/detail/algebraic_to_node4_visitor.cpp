@@ -4,12 +4,8 @@
 #include <memory>
 
 #include "zolt/algexpr/algebraic_expression.h"
-#include "zolt/algexpr/core_constant_node.h"
-#include "zolt/algexpr/core_function_node.h"
 #include "zolt/algexpr/float_node.h"
-#include "zolt/algexpr/integer_node.h"
-#include "zolt/algexpr/symbol_node.h"
-#include "zolt/algexpr/user_function_node.h"
+#include "zolt/algexpr/nodes.h"
 #include "zolt/ved/operators/call_row.h"
 #include "zolt/ved/tree/node4.h"
 
