@@ -7,9 +7,9 @@
 namespace ved = zolt::math::ved;
 
 /// A binomial coefficient: n above k between brackets.
-class OperatorBinomialC : public ved::OperatorBC {
+class OperatorBinomialC : public ved::ConstructBC {
  public:
-  OperatorBinomialC() : OperatorBC(u"binomial", u"binomial", 2, 0, false, false, 1000) {
+  OperatorBinomialC() : ConstructBC(u"binomial", u"binomial", {2, 0, 1}, 0, false, 1000) {
     ved::OperatorWordsS words;
     words.group = u"Probability";
     words.title = u"binomial coefficient";
@@ -18,11 +18,6 @@ class OperatorBinomialC : public ved::OperatorBC {
     words.names = {{u"binom", {}}, {u"choose", {}}};
     words.spoken = {u"binomial coefficient ", u" over ", u" end binomial coefficient"};
     setWords(words);
-  }
-
-  std::pair<ved::Node4C*, int> fromAlgebraicNode(zolt::math::algexpr::NodeABC&,
-                                                 ved::ConversionStackT& stack) const override {
-    return ved::makeConstruct(*this, {1, 0}, stack);
   }
 
   void layoutNode4(ved::Node4C* node, ved::GraphicsABC const& graphics) const override {
@@ -45,7 +40,4 @@ class OperatorBinomialC : public ved::OperatorBC {
     long const bracket = graphics.getMetric(1);
     graphics.drawBracketPair(x + bracket, y, width - 2 * bracket, height, true);
   }
-
-  bool runOperator(ved::ViewZNT4C& view) const override { return ved::insertConstruct(*this, view, 0, 1); }
-  bool hasOwnRow(unsigned long) const override { return true; }
 };

@@ -3,13 +3,11 @@
 #include <utility>
 
 #include "zolt/common/signs.h"
-#include "zolt/ved/operators/operator_abs.h"
+#include "zolt/ved/operators/operator_bars.h"
 #include "zolt/ved/operators/operator_binary_infix.h"
-#include "zolt/ved/operators/operator_ceil.h"
 #include "zolt/ved/operators/operator_diff.h"
 #include "zolt/ved/operators/operator_div.h"
 #include "zolt/ved/operators/operator_error.h"
-#include "zolt/ved/operators/operator_floor.h"
 #include "zolt/ved/operators/operator_integral.h"
 #include "zolt/ved/operators/operator_log.h"
 #include "zolt/ved/operators/operator_nth_root.h"

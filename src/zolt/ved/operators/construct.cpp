@@ -1,55 +1,54 @@
 #include "zolt/ved/operators/construct.h"
 
+#include "zolt/algexpr/parent_node.h"
 #include "zolt/ved/operators/detail/operands.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
 namespace zolt::math::ved {
 
-namespace {
+ConstructBC::ConstructBC(wstring const& name, wstring const& text, ConstructRowsS rows, int precedence,
+                         bool coreElement, int code)
+    : OperatorBC(name, text, rows.count, precedence, false, coreElement, code), rows_(std::move(rows)) {}
 
-/// Inserts the construct without its rows at the caret.
-Node4C* insertNode(OperatorBC const& op, ViewInsertionC& insertion) {
-  insertion.splitText(true);
-  auto node =
-      std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), op.getArity());
-  Node4C* const construct = node.get();
-  insertion.insertBeforeCaret(std::move(node));
-  return construct;
+std::pair<Node4C*, int> ConstructBC::fromAlgebraicNode(algexpr::NodeABC& node,
+                                                       ConversionStackT& stack) const {
+  algexpr::ParentNodeABC const* const parent = node.asParent();
+  unsigned long const count = rows_.count != 0 || !parent ? rows_.count : parent->numChildren();
+  auto construct = detail::makeConstructNode(*this, count);
+  for (unsigned long i = count; i-- > 0;) {
+    unsigned long const row = rows_.order == ROWS_REVERSED ? count - 1 - i : i;
+    construct->setChild(row, detail::popRow(stack).release());
+  }
+  return {construct.release(), getPrecedence()};
 }
 
-}  // namespace
-
-std::pair<Node4C*, int> makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
-                                      ConversionStackT& stack) {
-  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), rows.size());
-  for (unsigned long row : rows) node->setChild(row, detail::popRow(stack).release());
-  return {node.release(), op.getPrecedence()};
+wstring ConstructBC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
+  if (rows_.order == ROWS_LIKE_ARGUMENTS) return OperatorBC::arrangeArgumentList(arguments);
+  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
 }
 
-bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view) {
-  ViewInsertionC insertion(view);
-  if (!insertion.mayNestSelection()) return false;
-  detail::NodeT row = insertion.cutSelection();
-  Node4C* const construct = insertNode(op, insertion);
-  if (!row) row = detail::makeEmptyRow();
-  construct->setChild(0, row.release());
-  insertion.placeCaret(rowEnd(*construct->child(0)));
-  return true;
+void ConstructBC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
+  for (unsigned long const row : rows_.smaller) node->child(row)->increaseFontDepth();
 }
 
-bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long content, unsigned long first) {
+bool ConstructBC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
   if (!insertion.mayNestSelection()) return false;
   detail::NodeT selection = insertion.cutSelection();
-  unsigned long const target = selection ? first : 0;
-  Node4C* const construct = insertNode(op, insertion);
-  for (unsigned long i = 0; i < construct->numChildren(); ++i) {
-    detail::NodeT row = i == content && selection ? std::move(selection) : detail::makeEmptyRow();
+  unsigned long const target = selection ? rows_.next : 0;
+  insertion.splitText(true);
+  detail::NodeT node = detail::makeConstructNode(*this, rows_.count);
+  Node4C* const construct = node.get();
+  insertion.insertBeforeCaret(std::move(node));
+  for (unsigned long i = 0; i < rows_.count; ++i) {
+    detail::NodeT row = i == rows_.content && selection ? std::move(selection) : detail::makeEmptyRow();
     construct->setChild(i, row.release());
   }
-  insertion.placeCaret(rowStart(*construct->child(target)));
+  insertion.placeCaret(rowEnd(*construct->child(target)));
   return true;
 }
+
+bool ConstructBC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,28 +1,38 @@
 #pragma once
 
-#include <initializer_list>
-#include <utility>
+#include <vector>
 
 #include "zolt/ved/operators/operator.h"
 
 namespace zolt::math::ved {
 
-// What constructs share: how one is made from an expression, and how one is inserted at the caret.
+enum RowOrderE { ROWS_LIKE_ARGUMENTS, ROWS_REVERSED };
 
-/// For `OperatorBC::fromAlgebraicNode`: a node of the construct `op`, owned by the caller, with its
-/// precedence. Its rows are the topmost entries of the stack; `rows` names the child that each takes,
-/// beginning with the last argument.
-std::pair<Node4C*, int> makeConstruct(OperatorBC const& op, std::initializer_list<unsigned long> rows,
-                                      ConversionStackT& stack);
+/// The rows of a construct, numbered in the tree's order.
+struct ConstructRowsS {
+  unsigned long count;        ///< 0: as many as an expression has arguments
+  unsigned long content = 0;  ///< the row that takes the selection when the construct is inserted
+  unsigned long next = 0;     ///< the row that the caret goes to then; without a selection it goes to row 0
+  std::vector<unsigned long> smaller = {};  ///< the rows that are shown smaller
+  RowOrderE order = ROWS_LIKE_ARGUMENTS;
+};
 
-// For `OperatorBC::runOperator`. Both return false, with nothing changed, where rows may not nest deeper.
+/// A two-dimensional construct: an operator that is a node of its own in a tree, with one row for each
+/// argument. A subclass places the rows (`layoutNode4`) and draws what is around them (`displayNode4`).
+class ConstructBC : public OperatorBC {
+ public:
+  ConstructBC(wstring const& name, wstring const& text, ConstructRowsS rows, int precedence, bool coreElement,
+              int code);
 
-/// Inserts a construct of one row around the selection; the caret goes to the end of that row. Without a
-/// selection the row is an empty slot with the caret in it.
-bool insertEnclosure(OperatorBC const& op, ViewZNT4C& view);
+  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
+  wstring arrangeArgumentList(std::vector<wstring> const& arguments) const override;
+  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
+  /// Rows that take no selection are empty slots. Refused where rows may not nest deeper.
+  bool runOperator(ViewZNT4C& view) const override;
+  bool hasOwnRow(unsigned long index) const override;
 
-/// Inserts a construct of `op.getArity()` rows; the selection becomes row `content`, the others are empty
-/// slots. The caret goes to `first` with a selection and to child 0 without one; both are empty slots then.
-bool insertConstruct(OperatorBC const& op, ViewZNT4C& view, unsigned long content, unsigned long first);
+ private:
+  ConstructRowsS rows_;
+};
 
 }  // namespace zolt::math::ved

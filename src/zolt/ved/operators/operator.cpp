@@ -18,35 +18,22 @@ OperatorBC::OperatorBC(wstring const& name, wstring const& text, unsigned long a
       coreElement_(coreElement),
       code_(code) {}
 
-OperatorBC::~OperatorBC() = default;
-
-wstring OperatorBC::getName() const { return name_; }
-wstring OperatorBC::getText() const { return text_; }
-unsigned long OperatorBC::getArity() const { return arity_; }
-int OperatorBC::getPrecedence() const { return precedence_; }
-bool OperatorBC::isLinear() const { return linear_; }
-bool OperatorBC::isCoreElement() const { return coreElement_; }
-int OperatorBC::getCode() const { return code_; }
-
 std::pair<Node4C*, int> OperatorBC::fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const {
-  if (arity_ != 0) return {makeCallRow(text_, arity_, stack), precedence_};
-  auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
-  if (parent && parent->numChildren() > 0)
-    return {makeCallRow(text_, parent->numChildren(), stack), precedence_};
-  return {detail::makeText(text_).release(), 0};
+  algexpr::ParentNodeABC const* const parent = node.asParent();
+  unsigned long const count = arity_ != 0 || !parent ? arity_ : parent->numChildren();
+  if (count == 0) return {detail::makeText(text_).release(), 0};
+  return {makeCallRow(text_, count, stack), precedence_};
 }
 
 wstring OperatorBC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
   wstring list;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    if (i > 0) list += Node4C::COMMA_C;
-    list += arguments[i];
+  for (wstring const& argument : arguments) {
+    if (&argument != &arguments.front()) list += Node4C::COMMA_C;
+    list += argument;
   }
   return list;
 }
 
-void OperatorBC::beforeChildrenLayout(Node4C*, GraphicsABC const&) const {}
-void OperatorBC::layoutNode4(Node4C*, GraphicsABC const&) const {}
 void OperatorBC::displayNode4(Node4C*, GraphicsABC const&, long, long, long, long, long) const {}
 
 bool OperatorBC::runOperator(ViewZNT4C& view) const {
@@ -56,7 +43,7 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
     insertion.insertText(text_);
     return true;
   }
-  std::unique_ptr<Node4C> const selection = insertion.cutSelection();
+  std::unique_ptr<Node4C> selection = insertion.cutSelection();
   insertion.insertText(text_);
 
   // One text between the brackets holds the commas that separate the arguments.
@@ -72,18 +59,10 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
   row->insertChild(place, commas.release());
   row->insertChild(place + 1, detail::makeItem(NODE4_CLOSE).release());
   row->insertChild(place + 2, detail::makeText(behind).release());
-
-  if (selection) {
-    while (selection->numChildren() > 0) {
-      Node4C* const item = selection->child(0);
-      selection->removeChild(0);
-      row->insertChild(place++, item);
-    }
-  }
-  insertion.placeCaret({arguments, selection && arity_ > 1 ? 1u : 0u});
+  bool const filled = selection && arity_ > 1;
+  if (selection) row->spliceChildren(place, selection.release());
+  insertion.placeCaret({arguments, filled ? 1u : 0u});
   return true;
 }
-
-bool OperatorBC::hasOwnRow(unsigned long) const { return false; }
 
 }  // namespace zolt::math::ved

@@ -42,15 +42,14 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   /// reports them back.
   OperatorBC(wstring const& name, wstring const& text, unsigned long arity, int precedence, bool linear,
              bool coreElement, int code);
-  ~OperatorBC() override;
 
-  virtual wstring getName() const;
-  virtual wstring getText() const;
-  virtual unsigned long getArity() const;
-  virtual int getPrecedence() const;
-  virtual bool isLinear() const;
-  virtual bool isCoreElement() const;
-  virtual int getCode() const;
+  virtual wstring getName() const { return name_; }
+  virtual wstring getText() const { return text_; }
+  virtual unsigned long getArity() const { return arity_; }
+  virtual int getPrecedence() const { return precedence_; }
+  virtual bool isLinear() const { return linear_; }
+  virtual bool isCoreElement() const { return coreElement_; }
+  virtual int getCode() const { return code_; }
 
   /// Builds the subtree of an expression node whose children are the topmost entries of `stack` (the last
   /// child on top). Pops the entries that it uses and returns the new subtree, owned by the caller, with its
@@ -62,9 +61,9 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual wstring arrangeArgumentList(std::vector<wstring> const& arguments) const;
 
   /// Called before the rows of `node` are laid out; raises the font depth of the rows that are shown smaller.
-  virtual void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const;
+  virtual void beforeChildrenLayout(Node4C*, GraphicsABC const&) const {}
   /// Places the laid-out rows of `node` and sets its size and axis. The font of `node` is current.
-  virtual void layoutNode4(Node4C* node, GraphicsABC const& graphics) const;
+  virtual void layoutNode4(Node4C*, GraphicsABC const&) const {}
   /// Draws the construct without its rows, which draw themselves. (x, y) is the absolute top-left corner.
   virtual void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                             long height, long midHeight) const;
@@ -74,7 +73,7 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
 
   /// Whether the argument at `index` (in the expression's order) gets a row of its own, one nesting level
   /// below the construct's. False for arguments that are written in the row that holds the operator.
-  virtual bool hasOwnRow(unsigned long index) const;
+  virtual bool hasOwnRow(unsigned long /*index*/) const { return false; }
   /// Whether the operator is a node of its own in a tree (NODE4_OPERATOR). False for operators that are
   /// written as text and for powers, whose nodes have no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }

@@ -13,8 +13,6 @@ OperatorBinaryInfixC::OperatorBinaryInfixC(wstring const& name, wstring const& t
       displayText_(spaced ? u" " + text + u" " : text),
       associative_(associative) {}
 
-OperatorBinaryInfixC::~OperatorBinaryInfixC() = default;
-
 std::pair<Node4C*, int> OperatorBinaryInfixC::fromAlgebraicNode(algexpr::NodeABC& node,
                                                                 ConversionStackT& stack) const {
   auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
@@ -22,10 +20,8 @@ std::pair<Node4C*, int> OperatorBinaryInfixC::fromAlgebraicNode(algexpr::NodeABC
 
   int const precedence = getPrecedence();
   auto [right, rightPrecedence] = detail::popOperand(stack);
-  auto [left, leftPrecedence] = detail::popOperand(stack);
   if (rightPrecedence + (associative_ ? 0 : 1) > precedence) right = detail::bracket(std::move(right));
-  bool const bracketed = leftPrecedence > precedence;
-  detail::NodeT row = bracketed ? detail::bracket(std::move(left)) : detail::toRow(std::move(left));
+  detail::NodeT row = detail::popRow(stack, precedence);
   detail::append(*row, detail::makeText(displayText_));
   return {detail::join(std::move(row), std::move(right)).release(), precedence};
 }

@@ -10,7 +10,6 @@ class OperatorBinaryInfixC : public OperatorBC {
  public:
   OperatorBinaryInfixC(wstring const& name, wstring const& text, int precedence, bool spaced,
                        bool associative, bool coreElement, int code);
-  ~OperatorBinaryInfixC() override;
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;

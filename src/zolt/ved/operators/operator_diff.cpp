@@ -1,23 +1,12 @@
 #include "zolt/ved/operators/operator_diff.h"
 
-#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
 OperatorDiffC::OperatorDiffC(wstring const& name, wstring const& text, int precedence, bool coreElement,
                              int code)
-    : OperatorBC(name, text, 2, precedence, false, coreElement, code) {}
-
-OperatorDiffC::~OperatorDiffC() = default;
-
-std::pair<Node4C*, int> OperatorDiffC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {0, 1}, stack);
-}
-
-wstring OperatorDiffC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
-  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
-}
+    : ConstructBC(name, text, {2, 1, 0, {}, ROWS_REVERSED}, precedence, coreElement, code) {}
 
 void OperatorDiffC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const variable = node->child(0);
@@ -47,9 +36,5 @@ void OperatorDiffC::displayNode4(Node4C* node, GraphicsABC const& graphics, long
   graphics.drawBracketPair(x + expression->getDX(), y + expression->getDY(), expression->getWidth(),
                            expression->getHeight(), true);
 }
-
-bool OperatorDiffC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
-
-bool OperatorDiffC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,8 +1,5 @@
 #include "zolt/ved/operators/operator_div.h"
 
-#include <memory>
-#include "zolt/ved/operators/construct.h"
-
 #include "zolt/ved/operators/detail/operand_search.h"
 #include "zolt/ved/operators/detail/operands.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -77,13 +74,7 @@ bool startsWithSign(ViewInsertionC const& insertion, Node4C const& row) {
 }  // namespace
 
 OperatorDivC::OperatorDivC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 2, 0, false, coreElement, code) {}
-
-OperatorDivC::~OperatorDivC() = default;
-
-std::pair<Node4C*, int> OperatorDivC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {1, 0}, stack);
-}
+    : ConstructBC(name, text, {2}, 0, coreElement, code) {}
 
 void OperatorDivC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const numerator = node->child(0);
@@ -126,7 +117,7 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   }
 
   insertion.splitText(true);
-  auto node = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorDivC*>(this), wstring(), 2);
+  RowT node = detail::makeConstructNode(*this, 2);
   Node4C* const fraction = node.get();
   insertion.insertBeforeCaret(std::move(node));
   if (!denominator) {
@@ -142,7 +133,5 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   fraction->setChild(1, denominator.release());
   return true;
 }
-
-bool OperatorDivC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,6 @@
 #include "zolt/ved/operators/operator_error.h"
 
-#include "zolt/algexpr/parent_node.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -13,18 +12,7 @@ wstring const separator = u",";
 }  // namespace
 
 OperatorErrorC::OperatorErrorC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 0, 0, false, coreElement, code) {}
-
-OperatorErrorC::~OperatorErrorC() = default;
-
-std::pair<Node4C*, int> OperatorErrorC::fromAlgebraicNode(algexpr::NodeABC& node,
-                                                          ConversionStackT& stack) const {
-  auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
-  unsigned long const count = parent ? parent->numChildren() : 0;
-  auto mark = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorErrorC*>(this), wstring(), count);
-  for (unsigned long i = count; i-- > 0;) mark->setChild(i, detail::popRow(stack).release());
-  return {mark.release(), getPrecedence()};
-}
+    : ConstructBC(name, text, {0}, 0, coreElement, code) {}
 
 void OperatorErrorC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   long width = 0;
@@ -59,10 +47,7 @@ void OperatorErrorC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   graphics.drawText(crefText(), x, y + midHeight - graphics.getTextMidHeight(crefText()));
   unsigned long const count = node->numChildren();
   if (count == 0) return;
-  for (unsigned long i = 1; i < count; ++i) {
-    long const left = x + node->child(i)->getDX() - graphics.getTextWidth(separator);
-    graphics.drawText(separator, left, y + midHeight - graphics.getTextMidHeight(separator));
-  }
+  for (unsigned long i = 1; i < count; ++i) detail::drawBefore(*node->child(i), separator, graphics, x, y);
   long const first = node->child(0)->getDX();
   long const overhang = graphics.getMetric(2);
   graphics.drawBracketPair(x + first, y + overhang, width - first - graphics.getMetric(1),
@@ -70,7 +55,5 @@ void OperatorErrorC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
 }
 
 bool OperatorErrorC::runOperator(ViewZNT4C&) const { return false; }
-
-bool OperatorErrorC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_integral.h"
 
-#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -14,19 +13,7 @@ wstring const differential = u"d";
 }  // namespace
 
 OperatorIntegralC::OperatorIntegralC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 4, 0, false, coreElement, code) {}
-
-OperatorIntegralC::~OperatorIntegralC() = default;
-
-std::pair<Node4C*, int> OperatorIntegralC::fromAlgebraicNode(algexpr::NodeABC&,
-                                                             ConversionStackT& stack) const {
-  return makeConstruct(*this, {3, 2, 1, 0}, stack);
-}
-
-void OperatorIntegralC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  node->child(0)->increaseFontDepth();
-  node->child(1)->increaseFontDepth();
-}
+    : ConstructBC(name, text, {4, 2, 0, {0, 1}}, 0, coreElement, code) {}
 
 void OperatorIntegralC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const lower = node->child(0);
@@ -62,9 +49,5 @@ void OperatorIntegralC::displayNode4(Node4C* node, GraphicsABC const& graphics, 
                       x + node->child(3)->getDX() - graphics.getMetric(0) - textWidth,
                       y + midHeight - textMidHeight);
 }
-
-bool OperatorIntegralC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 2, 0); }
-
-bool OperatorIntegralC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,23 +1,18 @@
 #pragma once
 
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/construct.h"
 
 namespace zolt::math::ved {
 
 /// The definite integral: child 0 the lower and child 1 the upper bound (smaller), child 2 the integrand,
 /// child 3 the variable.
-class OperatorIntegralC : public OperatorBC {
+class OperatorIntegralC : public ConstructBC {
  public:
   OperatorIntegralC(wstring const& name, wstring const& text, bool coreElement, int code);
-  ~OperatorIntegralC() override;
 
-  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
-  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;
-  bool runOperator(ViewZNT4C& view) const override;
-  bool hasOwnRow(unsigned long index) const override;
 };
 
 }  // namespace zolt::math::ved

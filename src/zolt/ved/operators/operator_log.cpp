@@ -1,27 +1,12 @@
 #include "zolt/ved/operators/operator_log.h"
 
-#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
 OperatorLogC::OperatorLogC(wstring const& name, wstring const& text, int precedence, bool coreElement,
                            int code)
-    : OperatorBC(name, text, 2, precedence, false, coreElement, code) {}
-
-OperatorLogC::~OperatorLogC() = default;
-
-std::pair<Node4C*, int> OperatorLogC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {0, 1}, stack);
-}
-
-wstring OperatorLogC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
-  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
-}
-
-void OperatorLogC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  node->child(0)->increaseFontDepth();
-}
+    : ConstructBC(name, text, {2, 1, 0, {0}, ROWS_REVERSED}, precedence, coreElement, code) {}
 
 void OperatorLogC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const base = node->child(0);
@@ -44,9 +29,5 @@ void OperatorLogC::displayNode4(Node4C* node, GraphicsABC const& graphics, long 
   graphics.drawBracketPair(x + argument->getDX(), y + argument->getDY(), argument->getWidth(),
                            argument->getHeight(), true);
 }
-
-bool OperatorLogC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
-
-bool OperatorLogC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,24 +1,18 @@
 #pragma once
 
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/construct.h"
 
 namespace zolt::math::ved {
 
 /// The logarithm to a base: child 0 is the base (smaller, lowered), child 1 the argument in parentheses.
 /// Arguments: argument, base.
-class OperatorLogC : public OperatorBC {
+class OperatorLogC : public ConstructBC {
  public:
   OperatorLogC(wstring const& name, wstring const& text, int precedence, bool coreElement, int code);
-  ~OperatorLogC() override;
 
-  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
-  wstring arrangeArgumentList(std::vector<wstring> const& arguments) const override;
-  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;
-  bool runOperator(ViewZNT4C& view) const override;
-  bool hasOwnRow(unsigned long index) const override;
 };
 
 }  // namespace zolt::math::ved

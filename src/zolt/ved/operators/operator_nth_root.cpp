@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_nth_root.h"
 
-#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -13,22 +12,7 @@ constexpr long index_clearance = 2;
 }  // namespace
 
 OperatorNthRootC::OperatorNthRootC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 2, 0, false, coreElement, code) {}
-
-OperatorNthRootC::~OperatorNthRootC() = default;
-
-std::pair<Node4C*, int> OperatorNthRootC::fromAlgebraicNode(algexpr::NodeABC&,
-                                                            ConversionStackT& stack) const {
-  return makeConstruct(*this, {0, 1}, stack);
-}
-
-wstring OperatorNthRootC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
-  return OperatorBC::arrangeArgumentList({arguments.rbegin(), arguments.rend()});
-}
-
-void OperatorNthRootC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  node->child(0)->increaseFontDepth();
-}
+    : ConstructBC(name, text, {2, 1, 0, {0}, ROWS_REVERSED}, 0, coreElement, code) {}
 
 void OperatorNthRootC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const index = node->child(0);
@@ -53,9 +37,5 @@ void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, l
   long const top = radicand->getDY() - margin;
   graphics.drawSign(SIGN_INDEXED_RADICAL, x + left, y + top, width - left, height - top);
 }
-
-bool OperatorNthRootC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 1, 0); }
-
-bool OperatorNthRootC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

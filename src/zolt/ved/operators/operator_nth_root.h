@@ -1,23 +1,17 @@
 #pragma once
 
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/construct.h"
 
 namespace zolt::math::ved {
 
 /// The n-th root: child 0 is the index (smaller), child 1 the radicand. Arguments: radicand, index.
-class OperatorNthRootC : public OperatorBC {
+class OperatorNthRootC : public ConstructBC {
  public:
   OperatorNthRootC(wstring const& name, wstring const& text, bool coreElement, int code);
-  ~OperatorNthRootC() override;
 
-  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
-  wstring arrangeArgumentList(std::vector<wstring> const& arguments) const override;
-  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;
-  bool runOperator(ViewZNT4C& view) const override;
-  bool hasOwnRow(unsigned long index) const override;
 };
 
 }  // namespace zolt::math::ved

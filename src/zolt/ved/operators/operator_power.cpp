@@ -32,8 +32,6 @@ OperatorPowerC::OperatorPowerC(wstring const& name, wstring const& text, int pre
       fixedExponent_(std::move(fixedExponent)),
       exponentFlag_(exponentFlag) {}
 
-OperatorPowerC::~OperatorPowerC() = default;
-
 bool OperatorPowerC::hasFixedExponent() const { return !fixedExponent_.empty() && exponentFlag_; }
 bool OperatorPowerC::hasFixedBase() const { return !fixedExponent_.empty() && !exponentFlag_; }
 
@@ -44,24 +42,19 @@ std::pair<Node4C*, int> OperatorPowerC::fromAlgebraicNode(algexpr::NodeABC&, Con
     exponent = detail::toRow(detail::makeText(fixedExponent_));
   } else {
     auto [operand, precedence] = detail::popOperand(stack);
-    bool const bracketed = precedence == getPrecedence();
-    exponent = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
+    exponent = detail::bracketIf(precedence == getPrecedence(), std::move(operand));
   }
   detail::NodeT base;
   if (hasFixedBase()) {
     base = detail::makeText(fixedExponent_);
   } else {
     auto [operand, precedence] = detail::popOperand(stack);
-    bool const bracketed = precedence > getPrecedence() || startsWithMinus(*operand);
-    base = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
+    bool const looser = precedence > getPrecedence() || startsWithMinus(*operand);
+    base = detail::bracketIf(looser, std::move(operand));
   }
   detail::append(*base, makePower(std::move(exponent)));
   return {base.release(), 0};
 }
-
-// The exponent is an item of its own kind, which the row places.
-void OperatorPowerC::layoutNode4(Node4C*, GraphicsABC const&) const {}
-void OperatorPowerC::displayNode4(Node4C*, GraphicsABC const&, long, long, long, long, long) const {}
 
 bool OperatorPowerC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);

@@ -13,12 +13,8 @@ class OperatorPowerC : public OperatorBC {
  public:
   OperatorPowerC(wstring const& name, wstring const& text, int precedence, wstring fixedExponent,
                  bool exponentFlag, bool coreElement, int code);
-  ~OperatorPowerC() override;
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
-  void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
-  void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
-                    long midHeight) const override;
   bool runOperator(ViewZNT4C& view) const override;
   bool hasOwnRow(unsigned long index) const override;
   bool isConstruct() const override { return false; }

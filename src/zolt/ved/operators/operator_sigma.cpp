@@ -1,6 +1,6 @@
 #include "zolt/ved/operators/operator_sigma.h"
 
-#include "zolt/ved/operators/construct.h"
+#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -19,19 +19,7 @@ long signSize(Node4C const& node, GraphicsABC const& graphics) {
 }  // namespace
 
 OperatorSigmaC::OperatorSigmaC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 4, 0, false, coreElement, code) {}
-
-OperatorSigmaC::~OperatorSigmaC() = default;
-
-std::pair<Node4C*, int> OperatorSigmaC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {3, 2, 1, 0}, stack);
-}
-
-void OperatorSigmaC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  node->child(0)->increaseFontDepth();
-  node->child(1)->increaseFontDepth();
-  node->child(2)->increaseFontDepth();
-}
+    : ConstructBC(name, text, {4, 3, 0, {0, 1, 2}}, 0, coreElement, code) {}
 
 void OperatorSigmaC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const index = node->child(0);
@@ -64,24 +52,13 @@ void OperatorSigmaC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
 
 void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long, long,
                                   long midHeight) const {
-  Node4C const* const start = node->child(1);
   Node4C const* const summand = node->child(3);
   long const size = signSize(*node, graphics);
   graphics.drawSign(SIGN_SUM, x + (summand->getDX() - size - graphics.getMetric(1)) / 2,
                     y + midHeight - size / 2, size, size + 1);
-
-  long textWidth = 0;
-  long textHeight = 0;
-  long textMidHeight = 0;
-  graphics.getTextExtent(equals, textWidth, textHeight, textMidHeight);
-  graphics.drawText(equals, x + start->getDX() - textWidth,
-                    y + start->getDY() + start->getMidHeight() - textMidHeight);
+  detail::drawBefore(*node->child(1), equals, graphics, x, y);
   graphics.drawBracketPair(x + summand->getDX(), y + summand->getDY(), summand->getWidth(),
                            summand->getHeight(), true);
 }
-
-bool OperatorSigmaC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 3, 0); }
-
-bool OperatorSigmaC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -1,23 +1,18 @@
 #pragma once
 
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/construct.h"
 
 namespace zolt::math::ved {
 
 /// The sum: child 0 the index variable, child 1 its start and child 2 its end (all smaller), child 3 the
 /// summand in parentheses.
-class OperatorSigmaC : public OperatorBC {
+class OperatorSigmaC : public ConstructBC {
  public:
   OperatorSigmaC(wstring const& name, wstring const& text, bool coreElement, int code);
-  ~OperatorSigmaC() override;
 
-  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
-  void beforeChildrenLayout(Node4C* node, GraphicsABC const& graphics) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;
-  bool runOperator(ViewZNT4C& view) const override;
-  bool hasOwnRow(unsigned long index) const override;
 };
 
 }  // namespace zolt::math::ved

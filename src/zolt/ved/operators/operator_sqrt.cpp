@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_sqrt.h"
 
-#include "zolt/ved/operators/construct.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -14,13 +13,7 @@ constexpr long bar_overhang = 1;
 }  // namespace
 
 OperatorSqrtC::OperatorSqrtC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 1, 0, false, coreElement, code) {}
-
-OperatorSqrtC::~OperatorSqrtC() = default;
-
-std::pair<Node4C*, int> OperatorSqrtC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {0}, stack);
-}
+    : ConstructBC(name, text, {1}, 0, coreElement, code) {}
 
 void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const radicand = node->child(0);
@@ -36,9 +29,5 @@ void OperatorSqrtC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, l
                                  long height, long) const {
   graphics.drawSign(SIGN_RADICAL, x, y, width, height);
 }
-
-bool OperatorSqrtC::runOperator(ViewZNT4C& view) const { return insertEnclosure(*this, view); }
-
-bool OperatorSqrtC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

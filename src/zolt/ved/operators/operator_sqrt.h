@@ -1,21 +1,17 @@
 #pragma once
 
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/construct.h"
 
 namespace zolt::math::ved {
 
 /// The square root: one row, the radicand, under a radical sign.
-class OperatorSqrtC : public OperatorBC {
+class OperatorSqrtC : public ConstructBC {
  public:
   OperatorSqrtC(wstring const& name, wstring const& text, bool coreElement, int code);
-  ~OperatorSqrtC() override;
 
-  std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   void layoutNode4(Node4C* node, GraphicsABC const& graphics) const override;
   void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long height,
                     long midHeight) const override;
-  bool runOperator(ViewZNT4C& view) const override;
-  bool hasOwnRow(unsigned long index) const override;
 };
 
 }  // namespace zolt::math::ved

@@ -10,13 +10,9 @@ OperatorUnaryPostfixC::OperatorUnaryPostfixC(wstring const& name, wstring const&
                                              bool coreElement, int code)
     : OperatorBC(name, text, 1, precedence, true, coreElement, code) {}
 
-OperatorUnaryPostfixC::~OperatorUnaryPostfixC() = default;
-
 std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeABC&,
                                                                  ConversionStackT& stack) const {
-  auto [operand, operandPrecedence] = detail::popOperand(stack);
-  bool const bracketed = operandPrecedence > getPrecedence();
-  detail::NodeT row = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
+  detail::NodeT row = detail::popRow(stack, getPrecedence());
   detail::append(*row, detail::makeText(crefText()));
   return {row.release(), getPrecedence()};
 }

@@ -8,7 +8,6 @@ namespace zolt::math::ved {
 class OperatorUnaryPostfixC : public OperatorBC {
  public:
   OperatorUnaryPostfixC(wstring const& name, wstring const& text, int precedence, bool coreElement, int code);
-  ~OperatorUnaryPostfixC() override;
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;

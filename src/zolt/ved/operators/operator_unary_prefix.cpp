@@ -12,16 +12,12 @@ OperatorUnaryPrefixC::OperatorUnaryPrefixC(wstring const& name, wstring const& t
     : OperatorBC(name, text, 1, precedence, true, coreElement, code),
       displayText_(spaced ? text + u" " : text) {}
 
-OperatorUnaryPrefixC::~OperatorUnaryPrefixC() = default;
-
 std::pair<Node4C*, int> OperatorUnaryPrefixC::fromAlgebraicNode(algexpr::NodeABC& node,
                                                                 ConversionStackT& stack) const {
   auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
   if (!parent || parent->numChildren() != 1) return OperatorBC::fromAlgebraicNode(node, stack);
 
-  auto [operand, operandPrecedence] = detail::popOperand(stack);
-  bool const bracketed = operandPrecedence > getPrecedence();
-  detail::NodeT row = bracketed ? detail::bracket(std::move(operand)) : detail::toRow(std::move(operand));
+  detail::NodeT row = detail::popRow(stack, getPrecedence());
   row->insertChild(0, detail::makeText(displayText_).release());
   return {row.release(), getPrecedence()};
 }

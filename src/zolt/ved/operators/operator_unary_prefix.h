@@ -10,7 +10,6 @@ class OperatorUnaryPrefixC : public OperatorBC {
  public:
   OperatorUnaryPrefixC(wstring const& name, wstring const& text, int precedence, bool spaced,
                        bool coreElement, int code);
-  ~OperatorUnaryPrefixC() override;
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;

@@ -1,6 +1,6 @@
 #include "zolt/ved/operators/operator_where.h"
 
-#include "zolt/ved/operators/construct.h"
+#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -12,18 +12,7 @@ wstring const equals = u"=";
 }  // namespace
 
 OperatorWhereC::OperatorWhereC(wstring const& name, wstring const& text, bool coreElement, int code)
-    : OperatorBC(name, text, 3, 0, false, coreElement, code) {}
-
-OperatorWhereC::~OperatorWhereC() = default;
-
-std::pair<Node4C*, int> OperatorWhereC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  return makeConstruct(*this, {2, 1, 0}, stack);
-}
-
-void OperatorWhereC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  node->child(1)->increaseFontDepth();
-  node->child(2)->increaseFontDepth();
-}
+    : ConstructBC(name, text, {3, 0, 1, {1, 2}}, 0, coreElement, code) {}
 
 void OperatorWhereC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C* const expression = node->child(0);
@@ -51,21 +40,9 @@ void OperatorWhereC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
 
 void OperatorWhereC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long,
                                   long height, long) const {
-  Node4C const* const variable = node->child(1);
-  Node4C const* const value = node->child(2);
   graphics.drawVerticalLine(x + node->child(0)->getWidth() + graphics.getMetric(0), y, height);
-
-  variable->selectFont(graphics);
-  long textWidth = 0;
-  long textHeight = 0;
-  long textMidHeight = 0;
-  graphics.getTextExtent(equals, textWidth, textHeight, textMidHeight);
-  graphics.drawText(equals, x + value->getDX() - textWidth,
-                    y + value->getDY() + value->getMidHeight() - textMidHeight);
+  node->child(2)->selectFont(graphics);
+  detail::drawBefore(*node->child(2), equals, graphics, x, y);
 }
-
-bool OperatorWhereC::runOperator(ViewZNT4C& view) const { return insertConstruct(*this, view, 0, 1); }
-
-bool OperatorWhereC::hasOwnRow(unsigned long) const { return true; }
 
 }  // namespace zolt::math::ved

@@ -6,6 +6,10 @@ NodeT makeText(wstring const& text) { return std::make_unique<Node4C>(NODE4_TEXT
 
 NodeT makeItem(Node4TypeE type) { return std::make_unique<Node4C>(type, nullptr, wstring(), 0); }
 
+NodeT makeConstructNode(OperatorBC const& op, unsigned long numRows) {
+  return std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), numRows);
+}
+
 NodeT makeEmptyRow() { return toRow(makeText(wstring())); }
 
 NodeT toRow(NodeT node) {
@@ -23,11 +27,20 @@ std::pair<NodeT, int> popOperand(ConversionStackT& stack) {
 
 NodeT popRow(ConversionStackT& stack) { return toRow(popOperand(stack).first); }
 
+NodeT popRow(ConversionStackT& stack, int precedence) {
+  auto [operand, operandPrecedence] = popOperand(stack);
+  return bracketIf(operandPrecedence > precedence, std::move(operand));
+}
+
 NodeT bracket(NodeT operand) {
   NodeT row = toRow(std::move(operand));
   row->insertChild(0, makeItem(NODE4_OPEN).release());
   append(*row, makeItem(NODE4_CLOSE));
   return row;
+}
+
+NodeT bracketIf(bool needed, NodeT operand) {
+  return needed ? bracket(std::move(operand)) : toRow(std::move(operand));
 }
 
 NodeT join(NodeT row, NodeT operand) {
