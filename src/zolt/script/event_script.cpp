@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
 #include "zolt/oss/quoted_text.h"
 #include "zolt/ved/view/key_code.h"
@@ -12,11 +13,16 @@ using namespace field;
 
 namespace {
 
+using math::algexpr::NumberDisplayFormatE;
+using math::ved::PlacePathS;
+using TextViewT = std::u16string_view;
+
+/// What is written after the word of a step.
 enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH, SHOWN, PLACE, PLACES };
 
 /// A name is listed before the names that are its beginning, since the first match counts.
 struct WordS {
-  char16_t const* name;
+  TextViewT name;
   ScriptWordE word;
   ArgumentsE arguments;
 };
@@ -52,7 +58,7 @@ constexpr WordS words[] = {
 };
 
 struct KeyS {
-  char16_t const* name;
+  TextViewT name;
   unsigned long code;
 };
 
@@ -64,11 +70,41 @@ constexpr KeyS keys[] = {
 };
 
 /// The names of the formats, in the order of their values.
-constexpr char16_t const* formats[] = {u"automatic", u"fixed", u"scientific", u"engineering"};
+constexpr TextViewT formats[] = {u"automatic", u"fixed", u"scientific", u"engineering"};
+
+/// Goes through the arguments of a step, which the reader sets and the writer appends.
+template <class TextT, class StepT>
+bool visitArguments(TextT& text, ArgumentsE arguments, StepT& step) {
+  switch (arguments) {
+    case NO_ARGUMENT:
+      return true;
+    case CHARACTER:
+      return text.character(step.code);
+    case KEY:
+      return text.key(step.code) && text.shift(step.shift);
+    case TEXT:
+      return text.quoted(step.text);
+    case NAME:
+      return text.name(step.text);
+    case POINT:
+      return text.coordinate(step.x) && text.coordinate(step.y);
+    case PRESS:
+      return visitArguments(text, POINT, step) && text.clicks(step.clicks) && text.shift(step.shift);
+    case SWITCH:
+      return text.name(step.text) && text.onOrOff(step.on);
+    case SHOWN:
+      return text.quoted(step.text) && text.precision(step.code) && text.format(step.format);
+    case PLACE:
+      return text.places(step.places, 1);
+    case PLACES:
+      return text.places(step.places, 2);
+  }
+  return false;
+}
 
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
 
-bool readNumber(wstring const& word, unsigned base, unsigned long& value) {
+bool readNumber(TextViewT word, unsigned base, unsigned long& value) {
   constexpr unsigned long largest = 0xFFFFFFFF;
   value = 0;
   for (char16_t const c : word) {
@@ -89,152 +125,57 @@ class ScriptReaderC {
       position = at_;
       if (text_[at_] == u'#') {
         at_ = std::min(text_.find(u'\n', at_), text_.size());
-        continue;
+      } else if (!readStep(steps.emplace_back())) {
+        return false;
       }
-      ScriptStepS step;
-      if (!readStep(step)) return false;
-      steps.push_back(std::move(step));
     }
     script = std::move(steps);
     return true;
   }
 
- private:
-  void skipBlanks() {
-    while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+  bool character(unsigned long& code) {
+    TextViewT const word = readWord();
+    if (word.size() == 1) return code = word[0], true;
+    return word.substr(0, 2) == u"U+" && readNumber(word.substr(2), 16, code);
   }
-
-  wstring readWord() {
-    skipBlanks();
-    std::size_t const start = at_;
-    while (at_ < text_.size() && !isBlank(text_[at_])) ++at_;
-    return text_.substr(start, at_ - start);
+  bool key(unsigned long& code) {
+    TextViewT const word = readWord();
+    for (KeyS const& key : keys) {
+      if (word == key.name) return code = key.code, true;
+    }
+    return readNumber(word, 10, code);
   }
-
-  /// Reads `word` if it comes next; false, with nothing read, if not.
-  bool take(wstring const& word) {
+  bool shift(bool& held) { return held = take(u"shift"), true; }
+  bool name(wstring& name) { return !(name = wstring(readWord())).empty(); }
+  bool onOrOff(bool& on) { return (on = take(u"on")) || take(u"off"); }
+  bool clicks(unsigned& clicks) {
     std::size_t const before = at_;
-    if (readWord() == word) return true;
-    at_ = before;
-    return false;
-  }
-
-  bool takeName(wstring const& name) {
-    std::size_t const before = at_;
-    std::size_t const blank = name.find(u' ');
-    if (take(name.substr(0, blank)) && (blank == wstring::npos || take(name.substr(blank + 1)))) return true;
-    at_ = before;
-    return false;
-  }
-
-  bool readStep(ScriptStepS& step) {
-    for (WordS const& word : words) {
-      if (!takeName(word.name)) continue;
-      step.word = word.word;
-      if (word.word == SCRIPT_PASTE && isAtQuote()) step.word = SCRIPT_PASTE_TEXT;
-      return readArguments(step, step.word == SCRIPT_PASTE_TEXT ? TEXT : word.arguments);
-    }
-    return false;
-  }
-
-  bool isAtQuote() {
-    skipBlanks();
-    return at_ < text_.size() && text_[at_] == u'"';
-  }
-
-  bool readArguments(ScriptStepS& step, ArgumentsE arguments) {
-    switch (arguments) {
-      case NO_ARGUMENT:
-        return true;
-      case CHARACTER:
-        return readCharacter(step.code);
-      case KEY:
-        return readKey(step);
-      case TEXT:
-        return readText(step.text);
-      case NAME:
-        step.text = readWord();
-        return !step.text.empty();
-      case POINT:
-        return readCoordinate(step.x) && readCoordinate(step.y);
-      case PRESS:
-        return readCoordinate(step.x) && readCoordinate(step.y) && readPress(step);
-      case SWITCH:
-        step.text = readWord();
-        step.on = take(u"on");
-        return !step.text.empty() && (step.on || take(u"off"));
-      case SHOWN:
-        return readText(step.text) && readNumberFormat(step);
-      case PLACE:
-        return readPlace(step.places);
-      case PLACES:
-        return readPlace(step.places) && readPlace(step.places);
-    }
-    return false;
-  }
-
-  bool readCharacter(unsigned long& code) {
-    wstring const word = readWord();
-    if (word.size() == 1) {
-      code = word[0];
-      return true;
-    }
-    return word.compare(0, 2, u"U+") == 0 && readNumber(word.substr(2), 16, code);
-  }
-
-  bool readKey(ScriptStepS& step) {
-    wstring const name = readWord();
-    auto const* const key =
-        std::find_if(std::begin(keys), std::end(keys), [&](KeyS const& k) { return name == k.name; });
-    if (key != std::end(keys)) {
-      step.code = key->code;
-    } else if (!readNumber(name, 10, step.code)) {
-      return false;
-    }
-    step.shift = take(u"shift");
-    return true;
-  }
-
-  bool readPress(ScriptStepS& step) {
-    std::size_t const before = at_;
-    wstring const word = readWord();
-    unsigned long clicks = 1;
-    if (!word.empty() && word[0] == u'x' && readNumber(word.substr(1), 10, clicks)) {
-      step.clicks = static_cast<unsigned>(clicks);
+    TextViewT const word = readWord();
+    unsigned long count = 0;
+    if (word.substr(0, 1) == u"x" && readNumber(word.substr(1), 10, count)) {
+      clicks = static_cast<unsigned>(count);
     } else {
       at_ = before;
     }
-    step.shift = take(u"shift");
     return true;
   }
-
-  bool readNumberFormat(ScriptStepS& step) {
-    if (take(u"precision") && !readNumber(readWord(), 10, step.code)) return false;
+  bool precision(unsigned long& digits) { return !take(u"precision") || readNumber(readWord(), 10, digits); }
+  bool format(NumberDisplayFormatE& format) {
     if (!take(u"format")) return true;
-    wstring const name = readWord();
-    auto const* const found = std::find(std::begin(formats), std::end(formats), name);
-    step.format = static_cast<math::algexpr::NumberDisplayFormatE>(found - std::begin(formats));
+    auto const* const found = std::find(std::begin(formats), std::end(formats), readWord());
+    format = static_cast<NumberDisplayFormatE>(found - std::begin(formats));
     return found != std::end(formats);
   }
 
-  bool readPlace(std::vector<math::ved::PlacePathS>& places) {
-    places.emplace_back();
-    math::ved::PlacePathS& place = places.back();
-    wstring const word = readWord();
-    std::size_t const colon = word.find(u':');
-    if (colon == wstring::npos || !readNumber(word.substr(colon + 1), 10, place.pos)) return false;
-    for (std::size_t start = 0; start <= colon;) {
-      std::size_t const end = std::min(word.find(u'.', start), colon);
-      place.path.push_back(0);
-      if (!readNumber(word.substr(start, end - start), 10, place.path.back())) return false;
-      start = end + 1;
-    }
-    return true;
+  bool places(std::vector<PlacePathS>& places, unsigned count) {
+    bool read = true;
+    while (read && places.size() < count) read = readPlace(places.emplace_back());
+    return read;
   }
 
-  bool readCoordinate(long& value) {
-    wstring const word = readWord();
-    bool const negative = !word.empty() && word[0] == u'-';
+  bool coordinate(long& value) {
+    TextViewT const word = readWord();
+    bool const negative = word.substr(0, 1) == u"-";
     unsigned long size = 0;
     if (!readNumber(word.substr(negative ? 1 : 0), 10, size)) return false;
     constexpr unsigned long largest = 0x7FFFFFFF;
@@ -243,7 +184,7 @@ class ScriptReaderC {
     return true;
   }
 
-  bool readText(wstring& text) {
+  bool quoted(wstring& text) {
     if (!isAtQuote()) return false;
     ++at_;
     while (at_ < text_.size()) {
@@ -255,125 +196,123 @@ class ScriptReaderC {
     return false;
   }
 
+ private:
+  void skipBlanks() {
+    while (at_ < text_.size() && isBlank(text_[at_])) ++at_;
+  }
+
+  bool isAtQuote() {
+    skipBlanks();
+    return at_ < text_.size() && text_[at_] == u'"';
+  }
+
+  TextViewT readWord() {
+    skipBlanks();
+    std::size_t const start = at_;
+    while (at_ < text_.size() && !isBlank(text_[at_])) ++at_;
+    return TextViewT(text_).substr(start, at_ - start);
+  }
+
+  /// Reads the words of `phrase` if they come next; false, with nothing read, if not.
+  bool take(TextViewT phrase) {
+    std::size_t const before = at_;
+    std::size_t const blank = phrase.find(u' ');
+    if (readWord() == phrase.substr(0, blank) && (blank == phrase.npos || take(phrase.substr(blank + 1)))) {
+      return true;
+    }
+    at_ = before;
+    return false;
+  }
+
+  bool readStep(ScriptStepS& step) {
+    for (WordS const& word : words) {
+      if (!take(word.name)) continue;
+      bool const pastesText = word.word == SCRIPT_PASTE && isAtQuote();
+      step.word = pastesText ? SCRIPT_PASTE_TEXT : word.word;
+      return visitArguments(*this, pastesText ? TEXT : word.arguments, step);
+    }
+    return false;
+  }
+
+  bool readPlace(PlacePathS& place) {
+    TextViewT const word = readWord();
+    std::size_t const colon = word.find(u':');
+    if (colon == word.npos || !readNumber(word.substr(colon + 1), 10, place.pos)) return false;
+    for (std::size_t start = 0; start <= colon;) {
+      std::size_t const end = std::min(word.find(u'.', start), colon);
+      if (!readNumber(word.substr(start, end - start), 10, place.path.emplace_back())) return false;
+      start = end + 1;
+    }
+    return true;
+  }
+
   wstring const& text_;
   std::size_t at_ = 0;
 };
 
-void appendNumber(wstring& out, unsigned long value, unsigned base = 10) {
-  wstring reversed;
+wstring toDigits(unsigned long value, unsigned base = 10) {
+  wstring digits;
   do {
-    reversed += u"0123456789ABCDEF"[value % base];
+    digits.insert(digits.begin(), u"0123456789ABCDEF"[value % base]);
     value /= base;
   } while (value > 0);
-  out.append(reversed.rbegin(), reversed.rend());
+  return digits;
 }
 
-void appendCoordinate(wstring& out, long value) {
-  unsigned long const bits = static_cast<unsigned long>(value);
-  if (value < 0) out += u'-';
-  appendNumber(out, value < 0 ? 0 - bits : bits);
-}
+class ScriptWriterC {
+ public:
+  explicit ScriptWriterC(wstring& out) : out_(out) {}
 
-void appendText(wstring& out, wstring const& text) {
-  out += u'"';
-  for (char16_t const c : text) oss::appendQuoted(out, c);
-  out += u'"';
-}
-
-void appendCharacter(wstring& out, unsigned long code) {
-  if (code > u' ' && code < 0x7F) {
-    out += static_cast<char16_t>(code);
-  } else {
-    out += u"U+";
-    appendNumber(out, code, 16);
+  bool character(unsigned long code) {
+    bool const plain = code > u' ' && code < 0x7F;
+    return append(plain ? wstring(1, static_cast<char16_t>(code)) : u"U+" + toDigits(code, 16));
   }
-}
-
-void appendKey(wstring& out, unsigned long code) {
-  for (KeyS const& key : keys) {
-    if (key.code != code) continue;
-    out += key.name;
-    return;
+  bool key(unsigned long code) {
+    for (KeyS const& key : keys) {
+      if (key.code == code) return append(key.name);
+    }
+    return append(toDigits(code));
   }
-  appendNumber(out, code);
-}
-
-void appendPoint(wstring& out, ScriptStepS const& step) {
-  appendCoordinate(out, step.x);
-  out += u' ';
-  appendCoordinate(out, step.y);
-}
-
-void appendNumberFormat(wstring& out, ScriptStepS const& step) {
-  if (step.code > 0) {
-    out += u" precision ";
-    appendNumber(out, step.code);
+  bool shift(bool held) { return !held || append(u"shift"); }
+  bool name(wstring const& name) { return append(name); }
+  bool onOrOff(bool on) { return append(on ? u"on" : u"off"); }
+  bool clicks(unsigned clicks) { return clicks <= 1 || append(u"x" + toDigits(clicks)); }
+  bool precision(unsigned long digits) { return digits == 0 || append(u"precision " + toDigits(digits)); }
+  bool format(NumberDisplayFormatE format) {
+    auto const number = static_cast<std::size_t>(format);
+    return number == 0 || number >= std::size(formats) || (append(u"format") && append(formats[number]));
   }
-  auto const format = static_cast<std::size_t>(step.format);
-  if (format > 0 && format < std::size(formats)) {
-    out += u" format ";
-    out += formats[format];
-  }
-}
-
-void appendPlace(wstring& out, math::ved::PlacePathS const& place) {
-  for (std::size_t i = 0; i < place.path.size(); ++i) {
-    if (i > 0) out += u'.';
-    appendNumber(out, place.path[i]);
-  }
-  out += u':';
-  appendNumber(out, place.pos);
-}
-
-void appendPlaces(wstring& out, std::vector<math::ved::PlacePathS> const& places) {
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    if (i > 0) out += u' ';
-    appendPlace(out, places[i]);
-  }
-}
-
-void appendArguments(wstring& out, ScriptStepS const& step, ArgumentsE arguments) {
-  switch (arguments) {
-    case NO_ARGUMENT:
-      break;
-    case CHARACTER:
-      appendCharacter(out, step.code);
-      break;
-    case KEY:
-      appendKey(out, step.code);
-      if (step.shift) out += u" shift";
-      break;
-    case TEXT:
-      appendText(out, step.text);
-      break;
-    case NAME:
-      out += step.text;
-      break;
-    case POINT:
-      appendPoint(out, step);
-      break;
-    case PRESS:
-      appendPoint(out, step);
-      if (step.clicks > 1) {
-        out += u" x";
-        appendNumber(out, step.clicks);
+  bool places(std::vector<PlacePathS> const& places, unsigned) {
+    for (PlacePathS const& place : places) {
+      char16_t before = u' ';
+      for (unsigned long const number : place.path) {
+        out_ += before + toDigits(number);
+        before = u'.';
       }
-      if (step.shift) out += u" shift";
-      break;
-    case SWITCH:
-      out += step.text;
-      out += step.on ? u" on" : u" off";
-      break;
-    case SHOWN:
-      appendText(out, step.text);
-      appendNumberFormat(out, step);
-      break;
-    case PLACE:
-    case PLACES:
-      appendPlaces(out, step.places);
-      break;
+      out_ += u':' + toDigits(place.pos);
+    }
+    return true;
   }
-}
+  bool coordinate(long value) {
+    unsigned long const bits = static_cast<unsigned long>(value);
+    return append(value < 0 ? u'-' + toDigits(0 - bits) : toDigits(bits));
+  }
+  bool quoted(wstring const& text) {
+    out_ += u" \"";
+    for (char16_t const c : text) oss::appendQuoted(out_, c);
+    out_ += u'"';
+    return true;
+  }
+
+ private:
+  bool append(TextViewT word) {
+    out_ += u' ';
+    out_ += word;
+    return true;
+  }
+
+  wstring& out_;
+};
 
 }  // namespace
 
@@ -382,24 +321,17 @@ bool readEventScript(wstring const& text, EventScriptT& script, unsigned long& p
 }
 
 wstring writeScriptStep(ScriptStepS const& step) {
-  wstring out;
-  for (WordS const& word : words) {
-    if (word.word != step.word) continue;
-    out = word.name;
-    if (word.arguments == NO_ARGUMENT) break;
-    out += u' ';
-    appendArguments(out, step, word.arguments);
-    break;
-  }
+  auto const* const found = std::find_if(std::begin(words), std::end(words),
+                                         [&](WordS const& word) { return word.word == step.word; });
+  wstring out(found->name);
+  ScriptWriterC writer(out);
+  visitArguments(writer, found->arguments, step);
   return out;
 }
 
 wstring writeEventScript(EventScriptT const& script) {
   wstring out;
-  for (ScriptStepS const& step : script) {
-    out += writeScriptStep(step);
-    out += u'\n';
-  }
+  for (ScriptStepS const& step : script) out += writeScriptStep(step) + u'\n';
   return out;
 }
 
