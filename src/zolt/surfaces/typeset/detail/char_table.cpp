@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/detail/char_table.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "zolt/common/signs.h"
 #include "zolt/oss/code_point.h"
@@ -27,68 +28,29 @@ constexpr char32_t negating_stroke = 0xE020;
 /// π as a letter of a face.
 constexpr char32_t printed_pi = 0x3C0;
 
+struct ClassS {
+  CharClassE charClass;
+  std::u16string_view characters;
+};
+
+constexpr ClassS classes[] = {
+    {CLASS_SPACE, u" \u00A0"},
+    {CLASS_STOP, u"!)]}^`\u0960"},
+    {CLASS_OPEN, u"([{"},
+    {CLASS_COMMA, u",;"},
+    {CLASS_COLON, u":"},
+    {CLASS_DIGIT, u".0123456789"},
+    {CLASS_PRIME, u"'\u2032"},
+    {CLASS_PLUS_MINUS, u"+-\u00B1\u2013\u2212\u2213"},
+    {CLASS_BINARY, u"*\u00B7\u00D7\u00F7\u2217\u2218\u2219\u22C5"},
+    {CLASS_RELATION, u"<=>\u00BB\u2190\u2192\u21D2\u21D4\u2208\u2248\u2260\u2261\u2264\u2265"},
+};
+
 CharClassE classify(char32_t c) {
-  switch (c) {
-    case ' ':
-    case 0xA0:
-      return CLASS_SPACE;
-    case '!':
-    case ')':
-    case ']':
-    case '}':
-    case '^':
-    case '`':
-    case common::pi_sign:
-      return CLASS_STOP;
-    case '(':
-    case '[':
-    case '{':
-      return CLASS_OPEN;
-    case ',':
-    case ';':
-      return CLASS_COMMA;
-    case ':':
-      return CLASS_COLON;
-    case '.':
-      return CLASS_DIGIT;
-    case '\'':
-    case 0x2032:
-      return CLASS_PRIME;
-    case '+':
-    case '-':
-    case 0xB1:
-    case common::en_dash:
-    case common::minus_sign:
-    case 0x2213:
-      return CLASS_PLUS_MINUS;
-    case '*':
-    case 0xB7:
-    case 0xD7:
-    case 0xF7:
-    case 0x2217:
-    case 0x2218:
-    case common::times_sign:
-    case 0x22C5:
-      return CLASS_BINARY;
-    case '<':
-    case '=':
-    case '>':
-    case common::store_sign:
-    case 0x2208:
-    case 0x2248:
-    case common::not_equal_sign:
-    case 0x2261:
-    case common::less_or_equal_sign:
-    case common::greater_or_equal_sign:
-    case 0x2190:
-    case 0x2192:
-    case 0x21D2:
-    case 0x21D4:
-      return CLASS_RELATION;
-    default:
-      break;
+  for (ClassS const& known : classes) {
+    if (c <= 0xFFFF && known.characters.find(char16_t(c)) != std::u16string_view::npos)
+      return known.charClass;
   }
-  if (c >= '0' && c <= '9') return CLASS_DIGIT;
   return LetterStyleC::isLetter(c) ? CLASS_LETTER : CLASS_ORDINARY;
 }
 
