@@ -29,8 +29,7 @@ struct BoundsS {
 
   explicit BoundsS(PathC const& path) {
     for (PathStepS const& step : path.getSteps()) {
-      int const count = step.verb == PATH_CURVE ? 3 : step.verb == PATH_CLOSE ? 0 : 1;
-      for (int i = 0; i < count; ++i) {
+      for (int i = 0; i < step.countPoints(); ++i) {
         left = std::min(left, step.points[i].x), right = std::max(right, step.points[i].x);
         top = std::min(top, step.points[i].y), bottom = std::max(bottom, step.points[i].y);
       }

@@ -17,15 +17,6 @@ namespace {
 constexpr double most_pixels_a_side = 30000;
 constexpr double points_per_pixel = 0.75;
 
-struct ContextCloserS {
-  void operator()(cairo_t* context) const { cairo_destroy(context); }
-};
-struct SurfaceCloserS {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
-};
-using ContextT = std::unique_ptr<cairo_t, ContextCloserS>;
-using SurfaceT = std::unique_ptr<cairo_surface_t, SurfaceCloserS>;
-
 cairo_status_t appendBytes(void* out, unsigned char const* data, unsigned length) {
   static_cast<std::string*>(out)->append(reinterpret_cast<char const*>(data), length);
   return CAIRO_STATUS_SUCCESS;
@@ -149,37 +140,21 @@ bool CairoGraphicsC::render(PictureFormatE format, long width, long height, Pict
 }
 
 void CairoGraphicsC::fillGlyphs(GlyphRunS const& run) const {
-  DrawingItemS item;
-  item.kind = ITEM_GLYPHS;
-  item.run = run;
-  item.glyphs.assign(run.glyphs, run.glyphs + run.count);
-  item.run.glyphs = nullptr;
-  state_->drawing.push_back(std::move(item));
+  std::vector<PlacedGlyphS> glyphs(run.glyphs, run.glyphs + run.count);
+  state_->drawing.push_back({ITEM_GLYPHS, INK_TEXT, {}, 0, {}, run, std::move(glyphs)});
+  state_->drawing.back().run.glyphs = nullptr;
 }
 
 void CairoGraphicsC::fillPath(PathC const& path, InkE ink) const {
-  DrawingItemS item;
-  item.kind = ITEM_FILL;
-  item.ink = ink;
-  item.path = path;
-  state_->drawing.push_back(std::move(item));
+  state_->drawing.push_back({ITEM_FILL, ink, path});
 }
 
 void CairoGraphicsC::strokePath(PathC const& path, double thickness, InkE ink) const {
-  DrawingItemS item;
-  item.kind = ITEM_STROKE;
-  item.ink = ink;
-  item.path = path;
-  item.thickness = thickness;
-  state_->drawing.push_back(std::move(item));
+  state_->drawing.push_back({ITEM_STROKE, ink, path, thickness});
 }
 
 void CairoGraphicsC::fillRule(RuleS const& rule, InkE ink) const {
-  DrawingItemS item;
-  item.kind = ITEM_RULE;
-  item.ink = ink;
-  item.rule = rule;
-  state_->drawing.push_back(std::move(item));
+  state_->drawing.push_back({ITEM_RULE, ink, {}, 0, rule});
 }
 
 }  // namespace zolt::surfaces

@@ -15,12 +15,15 @@ enum PathVerbE { PATH_MOVE = 0, PATH_LINE = 1, PATH_CURVE = 2, PATH_CLOSE = 3 };
 struct PathStepS {
   PathVerbE verb;
   PathPointS points[3];
+
+  int countPoints() const { return verb == PATH_CURVE ? 3 : verb == PATH_CLOSE ? 0 : 1; }
 };
 
 /// An outline or a line in surface units, drawn by a surface with whatever its toolkit has. Outlines are
 /// filled by the nonzero winding rule.
 class PathC {
  public:
+  void append(PathStepS const& step) { steps_.push_back(step); }
   void moveTo(PathPointS p) { steps_.push_back({PATH_MOVE, {p, {}, {}}}); }
   void lineTo(PathPointS p) { steps_.push_back({PATH_LINE, {p, {}, {}}}); }
   void curveTo(PathPointS c1, PathPointS c2, PathPointS p) { steps_.push_back({PATH_CURVE, {c1, c2, p}}); }

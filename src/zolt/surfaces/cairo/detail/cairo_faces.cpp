@@ -3,8 +3,6 @@
 #include <cairo-ft.h>
 #include <ft2build.h>
 
-#include <memory>
-
 #include FT_FREETYPE_H
 
 namespace zolt::surfaces {
@@ -29,8 +27,8 @@ struct FaceHoldS {
 
 cairo_user_data_key_t const hold_key = {};
 
-cairo_font_face_t* openFace(SharedLibraryT const& library, oss::PointerTC<FontSetC const> const& fonts,
-                            unsigned index) {
+FontFaceT openFace(SharedLibraryT const& library, oss::PointerTC<FontSetC const> const& fonts,
+                   unsigned index) {
   auto hold = std::make_unique<FaceHoldS>();
   hold->library = library;
   hold->fonts = fonts;
@@ -39,10 +37,9 @@ cairo_font_face_t* openFace(SharedLibraryT const& library, oss::PointerTC<FontSe
                          0, &hold->face) != 0) {
     return nullptr;
   }
-  cairo_font_face_t* const face = cairo_ft_font_face_create_for_ft_face(hold->face, FT_LOAD_NO_HINTING);
+  FontFaceT face(cairo_ft_font_face_create_for_ft_face(hold->face, FT_LOAD_NO_HINTING));
   auto const release = [](void* data) { delete static_cast<FaceHoldS*>(data); };
-  if (cairo_font_face_set_user_data(face, &hold_key, hold.get(), release) != CAIRO_STATUS_SUCCESS) {
-    cairo_font_face_destroy(face);
+  if (cairo_font_face_set_user_data(face.get(), &hold_key, hold.get(), release) != CAIRO_STATUS_SUCCESS) {
     return nullptr;
   }
   hold.release();
@@ -51,30 +48,22 @@ cairo_font_face_t* openFace(SharedLibraryT const& library, oss::PointerTC<FontSe
 
 }  // namespace
 
-CairoFacesC::~CairoFacesC() {
-  for (cairo_font_face_t* const face : faces_) cairo_font_face_destroy(face);
-}
-
 bool CairoFacesC::open() {
   if (!faces_.empty()) return true;
   FT_Library opened = nullptr;
   if (FT_Init_FreeType(&opened) != 0) return false;
   SharedLibraryT const library(opened, LibraryCloserS());
-  std::vector<cairo_font_face_t*> faces;
+  std::vector<FontFaceT> faces;
   for (unsigned index = 0; index < fonts_->getFaceCount(); ++index) {
-    cairo_font_face_t* const face = openFace(library, fonts_, index);
-    if (!face) {
-      for (cairo_font_face_t* const other : faces) cairo_font_face_destroy(other);
-      return false;
-    }
-    faces.push_back(face);
+    faces.push_back(openFace(library, fonts_, index));
+    if (!faces.back()) return false;
   }
   faces_ = std::move(faces);
   return true;
 }
 
 void CairoFacesC::select(cairo_t* context, unsigned face, double em) const {
-  cairo_set_font_face(context, faces_[face]);
+  cairo_set_font_face(context, faces_[face].get());
   cairo_set_font_size(context, em);
   cairo_font_options_t* const options = cairo_font_options_create();
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);

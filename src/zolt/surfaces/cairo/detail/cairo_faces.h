@@ -2,6 +2,7 @@
 
 #include <cairo.h>
 
+#include <memory>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
@@ -11,14 +12,21 @@
 
 namespace zolt::surfaces {
 
+/// Gives up a reference to an object of Cairo.
+struct ReleaseS {
+  void operator()(cairo_t* context) const { cairo_destroy(context); }
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+  void operator()(cairo_font_face_t* face) const { cairo_font_face_destroy(face); }
+};
+using ContextT = std::unique_ptr<cairo_t, ReleaseS>;
+using SurfaceT = std::unique_ptr<cairo_surface_t, ReleaseS>;
+using FontFaceT = std::unique_ptr<cairo_font_face_t, ReleaseS>;
+
 /// The faces of a font set for Cairo. Cairo may keep a face in its own caches for longer than this object
 /// lives, so each face holds a reference to the bytes of its file.
 class CairoFacesC {
  public:
   explicit CairoFacesC(oss::PointerTC<FontSetC const> fonts) : fonts_(fonts) {}
-  ~CairoFacesC();
-  CairoFacesC(CairoFacesC const&) = delete;
-  CairoFacesC& operator=(CairoFacesC const&) = delete;
 
   /// Opens every face on the first call. Returns false when FreeType refuses one.
   [[nodiscard]] bool open();
@@ -28,7 +36,7 @@ class CairoFacesC {
 
  private:
   oss::PointerTC<FontSetC const> fonts_;
-  std::vector<cairo_font_face_t*> faces_;
+  std::vector<FontFaceT> faces_;
 };
 
 }  // namespace zolt::surfaces

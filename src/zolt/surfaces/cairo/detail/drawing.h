@@ -15,11 +15,11 @@ enum DrawingItemE { ITEM_GLYPHS, ITEM_FILL, ITEM_STROKE, ITEM_RULE };
 struct DrawingItemS {
   DrawingItemE kind = ITEM_GLYPHS;
   InkE ink = INK_TEXT;
-  PathC path;
+  PathC path{};
   double thickness = 0;
   RuleS rule{};
-  GlyphRunS run{};                   // its glyphs are in `glyphs`
-  std::vector<PlacedGlyphS> glyphs;  // of a run
+  GlyphRunS run{};                     // its glyphs are in `glyphs`
+  std::vector<PlacedGlyphS> glyphs{};  // of a run
 };
 
 using DrawingT = std::vector<DrawingItemS>;

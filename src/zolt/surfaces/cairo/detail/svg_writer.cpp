@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "zolt/oss/code_point.h"
@@ -40,25 +41,13 @@ void appendPoint(std::string& out, double x, double y) {
 }
 
 std::string escape(std::string const& text) {
+  constexpr std::pair<char, char const*> entities[] = {
+      {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}};
   std::string out;
   for (char const c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-        break;
-    }
+    auto const* const found = std::find_if(std::begin(entities), std::end(entities),
+                                           [&](auto const& entity) { return entity.first == c; });
+    found == std::end(entities) ? out += c : out += found->second;
   }
   return out;
 }
@@ -92,48 +81,50 @@ std::string paint(char const* property, ColourS const& colour) {
 std::string pathData(PathC const& path) {
   std::string out;
   for (PathStepS const& step : path.getSteps()) {
-    PathPointS const* const p = step.points;
-    switch (step.verb) {
-      case PATH_MOVE:
-      case PATH_LINE:
-        out += step.verb == PATH_MOVE ? 'M' : 'L';
-        appendPoint(out, p[0].x, p[0].y);
-        break;
-      case PATH_CURVE:
-        out += 'C';
-        for (int i = 0; i < 3; ++i) {
-          if (i > 0) out += ' ';
-          appendPoint(out, p[i].x, p[i].y);
-        }
-        break;
-      case PATH_CLOSE:
-        out += 'Z';
-        break;
+    out += "MLCZ"[step.verb];
+    for (int i = 0; i < step.countPoints(); ++i) {
+      if (i > 0) out += ' ';
+      appendPoint(out, step.points[i].x, step.points[i].y);
     }
   }
   return out;
 }
 
+/// The beginning of an element for a box.
+std::string rectangle(double left, double top, double width, double height) {
+  return "<rect x=\"" + number(left) + "\" y=\"" + number(top) + "\" width=\"" + number(width) +
+         "\" height=\"" + number(height) + '"';
+}
+
+PathC copyOutline(cairo_path_t const& path) {
+  static_assert(int{PATH_MOVE} == CAIRO_PATH_MOVE_TO && int{PATH_LINE} == CAIRO_PATH_LINE_TO);
+  static_assert(int{PATH_CURVE} == CAIRO_PATH_CURVE_TO && int{PATH_CLOSE} == CAIRO_PATH_CLOSE_PATH);
+  PathC outline;
+  for (int i = 0, next = 0; i < path.num_data; i = next) {
+    cairo_path_data_t const* const data = path.data + i;
+    next = i + data->header.length;
+    PathStepS step{static_cast<PathVerbE>(data->header.type), {}};
+    // Cairo starts a new piece after every closed one, even if none follows.
+    bool const ends = next == path.num_data || path.data[next].header.type == CAIRO_PATH_MOVE_TO;
+    if (step.verb == PATH_MOVE && ends) continue;
+    for (int k = 0; k < step.countPoints(); ++k) step.points[k] = {data[k + 1].point.x, data[k + 1].point.y};
+    outline.append(step);
+  }
+  return outline;
+}
+
 class WriterC {
  public:
   WriterC(PictureOptionsS const& options, FontSetC const& fonts, CairoFacesC const& faces)
-      : options_(options), fonts_(fonts), faces_(faces) {
-    scratchSurface_ = cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1);
-    scratch_ = cairo_create(scratchSurface_);
-  }
-  ~WriterC() {
-    cairo_destroy(scratch_);
-    cairo_surface_destroy(scratchSurface_);
-  }
-  WriterC(WriterC const&) = delete;
-  WriterC& operator=(WriterC const&) = delete;
+      : options_(options), fonts_(fonts), faces_(faces) {}
 
   std::string write(DrawingT const& drawing, PictureFrameS const& frame) {
     for (DrawingItemS const& item : drawing) append(item);
     std::string out =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
         number(frame.width * frame.zoom) + "\" height=\"" + number(frame.height * frame.zoom) +
-        "\" viewBox=\"" + box(frame) + "\">\n";
+        "\" viewBox=\"" + number(frame.left) + ' ' + number(frame.top) + ' ' + number(frame.width) + ' ' +
+        number(frame.height) + "\">\n";
     if (!options_.expression.empty()) {
       out += "<metadata><expression xmlns=\"urn:zolt:ved\">" + escape(toCleanUtf8(options_.expression)) +
              "</expression></metadata>\n";
@@ -141,19 +132,13 @@ class WriterC {
     if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
     if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
     if (options_.background.opacity > 0) {
-      out += "<rect x=\"" + number(frame.left) + "\" y=\"" + number(frame.top) + "\" width=\"" +
-             number(frame.width) + "\" height=\"" + number(frame.height) + '"' +
+      out += rectangle(frame.left, frame.top, frame.width, frame.height) +
              paint("fill", options_.background) + "/>\n";
     }
     return out + body_ + "</svg>\n";
   }
 
  private:
-  static std::string box(PictureFrameS const& frame) {
-    return number(frame.left) + ' ' + number(frame.top) + ' ' + number(frame.width) + ' ' +
-           number(frame.height);
-  }
-
   void append(DrawingItemS const& item) {
     ColourS const colour = inkColour(options_.foreground, item.ink);
     switch (item.kind) {
@@ -181,16 +166,15 @@ class WriterC {
   void appendRule(RuleS const& rule, ColourS const& colour) {
     double const half = rule.thickness / 2;
     double const left = std::min(rule.x1, rule.x2) - half, top = std::min(rule.y1, rule.y2) - half;
-    body_ += "<rect x=\"" + number(left) + "\" y=\"" + number(top) + "\" width=\"" +
-             number(std::fabs(rule.x2 - rule.x1) + rule.thickness) + "\" height=\"" +
-             number(std::fabs(rule.y2 - rule.y1) + rule.thickness) + "\" shape-rendering=\"crispEdges\"" +
-             paint("fill", colour) + "/>\n";
+    body_ += rectangle(left, top, std::fabs(rule.x2 - rule.x1) + rule.thickness,
+                       std::fabs(rule.y2 - rule.y1) + rule.thickness) +
+             " shape-rendering=\"crispEdges\"" + paint("fill", colour) + "/>\n";
   }
 
   /// Writes one element for every run of letters that are spaced as in the font: not all viewers heed a list
   /// of positions.
   void appendText(DrawingItemS const& item, ColourS const& colour) {
-    usedFaces_[item.run.face] = true;
+    usedFaces_.insert(item.run.face);
     body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(fonts_.getFaceName(item.run.face)) +
              "', serif\" font-size=\"" + number(item.run.em) + '"' +
              (item.run.face == FACE_MATH ? " font-style=\"italic\"" : "") +
@@ -228,11 +212,11 @@ class WriterC {
   std::string define(unsigned face, std::uint16_t glyph) {
     auto const [place, isNew] = outlines_.try_emplace({face, glyph});
     if (!isNew) return place->second;
-    faces_.select(scratch_, face, outline_em);
+    faces_.select(scratch_.get(), face, outline_em);
     cairo_glyph_t const drawn = {glyph, 0, 0};
-    cairo_new_path(scratch_);
-    cairo_glyph_path(scratch_, &drawn, 1);
-    cairo_path_t* const path = cairo_copy_path(scratch_);
+    cairo_new_path(scratch_.get());
+    cairo_glyph_path(scratch_.get(), &drawn, 1);
+    cairo_path_t* const path = cairo_copy_path(scratch_.get());
     PathC const outline = copyOutline(*path);
     cairo_path_destroy(path);
     if (outline.getSteps().empty()) return {};
@@ -241,39 +225,12 @@ class WriterC {
     return place->second;
   }
 
-  static PathC copyOutline(cairo_path_t const& path) {
-    PathC outline;
-    int next = 0;
-    for (int i = 0; i < path.num_data; i = next) {
-      cairo_path_data_t const* const data = path.data + i;
-      next = i + data->header.length;
-      auto const point = [&](int k) { return PathPointS{data[k].point.x, data[k].point.y}; };
-      switch (data->header.type) {
-        case CAIRO_PATH_MOVE_TO:
-          // Cairo starts a new piece after every closed one, even if none follows.
-          if (next < path.num_data && path.data[next].header.type != CAIRO_PATH_MOVE_TO)
-            outline.moveTo(point(1));
-          break;
-        case CAIRO_PATH_LINE_TO:
-          outline.lineTo(point(1));
-          break;
-        case CAIRO_PATH_CURVE_TO:
-          outline.curveTo(point(1), point(2), point(3));
-          break;
-        case CAIRO_PATH_CLOSE_PATH:
-          outline.close();
-          break;
-      }
-    }
-    return outline;
-  }
-
   std::string fontRules() const {
     std::string out = "<style>\n";
-    for (auto const& used : usedFaces_) {
-      out += "@font-face{font-family:'" + escape(fonts_.getFaceName(used.first)) + "';" +
-             (used.first == FACE_MATH ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
-             encodeBase64(fonts_.getFont(used.first).getBytes()) + ")}\n";
+    for (unsigned const face : usedFaces_) {
+      out += "@font-face{font-family:'" + escape(fonts_.getFaceName(face)) + "';" +
+             (face == FACE_MATH ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
+             encodeBase64(fonts_.getFont(face).getBytes()) + ")}\n";
     }
     return out + "</style>\n";
   }
@@ -281,10 +238,10 @@ class WriterC {
   PictureOptionsS const& options_;
   FontSetC const& fonts_;
   CairoFacesC const& faces_;
-  cairo_surface_t* scratchSurface_;
-  cairo_t* scratch_;
+  SurfaceT const scratchSurface_{cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1)};
+  ContextT const scratch_{cairo_create(scratchSurface_.get())};
   std::map<std::pair<unsigned, std::uint16_t>, std::string> outlines_;
-  std::map<unsigned, bool> usedFaces_;
+  std::set<unsigned> usedFaces_;
   std::string definitions_, body_;
 };
 
