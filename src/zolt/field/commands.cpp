@@ -1,5 +1,8 @@
 #include "zolt/field/commands.h"
 
+#include <algorithm>
+#include <set>
+
 namespace zolt::field {
 
 namespace {
@@ -7,52 +10,24 @@ namespace {
 constexpr bool modifies = true;
 constexpr bool reads = false;
 
-/// A chord in normal form, so that chords can be compared.
-struct ChordS {
-  bool ctrl = false;
-  bool alt = false;
-  bool shift = false;
-  wstring key;
-
-  bool operator==(ChordS const& other) const {
-    return ctrl == other.ctrl && alt == other.alt && shift == other.shift && key == other.key;
-  }
-};
-
-wstring lowered(wstring text) {
-  for (char16_t& c : text) {
+/// The keys of a chord in small letters, so that chords can be compared.
+std::set<wstring> readChord(wstring chord) {
+  for (char16_t& c : chord) {
     if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
   }
-  return text;
-}
-
-ChordS readChord(wstring const& text) {
-  ChordS chord;
-  wstring rest = lowered(text);
-  for (;;) {
-    std::size_t const plus = rest.find(u'+', 1);
-    wstring const word = rest.substr(0, plus);
-    if (plus == wstring::npos || plus + 1 == rest.size()) break;
-    if (word == u"ctrl") {
-      chord.ctrl = true;
-    } else if (word == u"alt") {
-      chord.alt = true;
-    } else if (word == u"shift") {
-      chord.shift = true;
-    } else {
-      break;
-    }
-    rest.erase(0, plus + 1);
+  std::set<wstring> keys;
+  for (std::size_t start = 0; start < chord.size();) {
+    std::size_t const end = std::min(chord.find(u'+', start + 1), chord.size());
+    keys.insert(chord.substr(start, end - start));
+    start = end + 1;
   }
-  chord.key = rest;
-  return chord;
+  return keys;
 }
 
-bool hasChord(wstring const& keys, ChordS const& chord) {
+bool hasChord(wstring const& keys, std::set<wstring> const& chord) {
   static wstring const separator = u", ";
   for (std::size_t start = 0; start < keys.size();) {
-    std::size_t const found = keys.find(separator, start);
-    std::size_t const end = found == wstring::npos ? keys.size() : found;
+    std::size_t const end = std::min(keys.find(separator, start), keys.size());
     if (readChord(keys.substr(start, end - start)) == chord) return true;
     start = end + separator.size();
   }
@@ -160,7 +135,7 @@ CommandS const* findCommand(wstring const& name) {
 }
 
 CommandS const* findCommandForKeys(wstring const& chord) {
-  ChordS const wanted = readChord(chord);
+  auto const wanted = readChord(chord);
   for (CommandS const& command : commands()) {
     if (hasChord(command.keys, wanted)) return &command;
   }

@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/words.h"
 #include "zolt/field/formula_field.h"
@@ -11,51 +13,22 @@ using namespace math::ved;
 
 namespace {
 
-/// A command that moves the caret or the end of the selection.
+/// What a command moves, and how.
 struct MotionS {
-  CommandE command;
   MoveE move;
   CaretMotionE motion;
 };
 
-constexpr MotionS motions[] = {
-    {COMMAND_LEFT, MOVE_CARET, MOTION_LEFT},
-    {COMMAND_RIGHT, MOVE_CARET, MOTION_RIGHT},
-    {COMMAND_UP, MOVE_CARET, MOTION_UP},
-    {COMMAND_DOWN, MOVE_CARET, MOTION_DOWN},
-    {COMMAND_WORD_LEFT, MOVE_CARET, MOTION_WORD_LEFT},
-    {COMMAND_WORD_RIGHT, MOVE_CARET, MOTION_WORD_RIGHT},
-    {COMMAND_HOME, MOVE_CARET, MOTION_HOME},
-    {COMMAND_END, MOVE_CARET, MOTION_END},
-    {COMMAND_FORMULA_START, MOVE_CARET, MOTION_FORMULA_START},
-    {COMMAND_FORMULA_END, MOVE_CARET, MOTION_FORMULA_END},
-    {COMMAND_NEXT_SLOT, MOVE_CARET, MOTION_NEXT_SLOT},
-    {COMMAND_PREVIOUS_SLOT, MOVE_CARET, MOTION_PREVIOUS_SLOT},
-    {COMMAND_OUT_LEFT, MOVE_CARET, MOTION_OUT_LEFT},
-    {COMMAND_OUT_RIGHT, MOVE_CARET, MOTION_OUT_RIGHT},
-    {COMMAND_SELECT_LEFT, MOVE_SELECTION_END, MOTION_LEFT},
-    {COMMAND_SELECT_RIGHT, MOVE_SELECTION_END, MOTION_RIGHT},
-    {COMMAND_SELECT_UP, MOVE_SELECTION_END, MOTION_UP},
-    {COMMAND_SELECT_DOWN, MOVE_SELECTION_END, MOTION_DOWN},
-    {COMMAND_SELECT_WORD_LEFT, MOVE_SELECTION_END, MOTION_WORD_LEFT},
-    {COMMAND_SELECT_WORD_RIGHT, MOVE_SELECTION_END, MOTION_WORD_RIGHT},
-    {COMMAND_SELECT_HOME, MOVE_SELECTION_END, MOTION_HOME},
-    {COMMAND_SELECT_END, MOVE_SELECTION_END, MOTION_END},
-    {COMMAND_SELECT_FORMULA_START, MOVE_SELECTION_END, MOTION_FORMULA_START},
-    {COMMAND_SELECT_FORMULA_END, MOVE_SELECTION_END, MOTION_FORMULA_END},
-};
+// The commands that move the caret come first, in the order of the motions, then those that move the end of
+// the selection.
+static_assert(int{COMMAND_OUT_RIGHT} == int{MOTION_OUT_RIGHT});
+static_assert(COMMAND_SELECT_FORMULA_END - COMMAND_SELECT_LEFT == int{MOTION_FORMULA_END});
 
-/// Null for any other command.
-MotionS const* motionOf(CommandE command) {
-  for (MotionS const& motion : motions) {
-    if (motion.command == command) return &motion;
-  }
-  return nullptr;
-}
-
-bool isVertical(CommandE command) {
-  MotionS const* const found = motionOf(command);
-  return found && (found->motion == MOTION_UP || found->motion == MOTION_DOWN);
+/// Nothing for any other command.
+std::optional<MotionS> motionOf(CommandE command) {
+  if (command <= COMMAND_OUT_RIGHT) return MotionS{MOVE_CARET, static_cast<CaretMotionE>(command)};
+  if (command > COMMAND_SELECT_FORMULA_END) return std::nullopt;
+  return MotionS{MOVE_SELECTION_END, static_cast<CaretMotionE>(command - COMMAND_SELECT_LEFT)};
 }
 
 bool isSlotMotion(CaretMotionE motion) {
@@ -83,8 +56,7 @@ ScriptStepS stepOf(CommandE command) {
 
 bool FormulaFieldC::isEnabled(CommandE command) const {
   if (commands()[command].modifies && !view_.isEditable()) return false;
-  if (MotionS const* const found = motionOf(command)) return isMotionEnabled(found->motion, found->move);
-
+  if (auto const found = motionOf(command)) return isMotionEnabled(found->motion, found->move);
   bool const selected = view_.isSelected();
   SelectionS const all = view_.getWhole();
   switch (command) {
@@ -128,32 +100,44 @@ bool FormulaFieldC::run(CommandE command) {
       return paste(content) != PASTE_REFUSED;
     }
   }
+  auto const found = motionOf(command);
+  bool const vertical = found && (found->motion == MOTION_UP || found->motion == MOTION_DOWN);
   bool const growth = command == COMMAND_GROW_SELECTION || command == COMMAND_SHRINK_SELECTION;
   ActC const act(*this, stepOf(command),
-                 growth                ? ActC::KEEP_GROWTH
-                 : isVertical(command) ? ActC::KEEP_COLUMN
-                                       : ActC::KEEP_NOTHING);
-  if (MotionS const* const found = motionOf(command)) return runMotion(found->motion, found->move);
+                 growth     ? ActC::KEEP_GROWTH
+                 : vertical ? ActC::KEEP_COLUMN
+                            : ActC::KEEP_NOTHING);
+  if (found) return runMotion(found->motion, found->move);
+  if (command == COMMAND_PASTE) return paste(content) != PASTE_REFUSED;
+  if (!isEnabled(command)) return false;
   switch (command) {
     case COMMAND_SELECT_ALL:
+      completeName();
+      return select(view_.getWhole());
     case COMMAND_GROW_SELECTION:
-    case COMMAND_SHRINK_SELECTION:
+      completeName();
+      grown_.push_back({anchor(), caret()});
+      return select(growSelection(view_));
+    case COMMAND_SHRINK_SELECTION: {
+      SelectionS const before = grown_.back();
+      grown_.pop_back();
+      return select(before);
+    }
     case COMMAND_DROP_SELECTION:
-      return runSelection(command);
+      completeName();
+      return placeCaret(caret());
     case COMMAND_COPY:
     case COMMAND_CUT:
-      if (!isEnabled(command)) return false;
       copied_ = copy();
       clipboard_->write(copied_);
       return command == COMMAND_COPY || sendKey(KEY_BACKSPACE);
-    case COMMAND_PASTE:
-      return paste(content) != PASTE_REFUSED;
     default:
-      return isEnabled(command) && runEdit(command);
+      wordTyped_ = false;
+      return runEdit(command);
   }
 }
 
-// ---- Motions and selections ----------------------------------------------------------------------------
+// ---- Motions -------------------------------------------------------------------------------------------
 
 bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, MoveE move) const {
   long column = column_;
@@ -174,25 +158,6 @@ bool FormulaFieldC::runMotion(CaretMotionE motion, MoveE move) {
   return dropped && !isSlotMotion(motion) && placeCaret(caret());
 }
 
-bool FormulaFieldC::runSelection(CommandE command) {
-  if (!isEnabled(command)) return false;
-  if (command != COMMAND_SHRINK_SELECTION) completeName();
-  switch (command) {
-    case COMMAND_SELECT_ALL:
-      return select(view_.getWhole());
-    case COMMAND_GROW_SELECTION:
-      grown_.push_back({anchor(), caret()});
-      return select(growSelection(view_));
-    case COMMAND_SHRINK_SELECTION: {
-      SelectionS const before = grown_.back();
-      grown_.pop_back();
-      return select(before);
-    }
-    default:
-      return placeCaret(caret());
-  }
-}
-
 // ---- Edits ---------------------------------------------------------------------------------------------
 
 bool FormulaFieldC::sendKey(unsigned long code) {
@@ -200,7 +165,6 @@ bool FormulaFieldC::sendKey(unsigned long code) {
 }
 
 bool FormulaFieldC::runEdit(CommandE command) {
-  wordTyped_ = false;
   switch (command) {
     case COMMAND_DELETE_LEFT:
       return deleteLeft();
@@ -224,8 +188,7 @@ bool FormulaFieldC::runEdit(CommandE command) {
 
 bool FormulaFieldC::undoAct() {
   bool done = false;
-  bool continues = true;
-  while (continues) {
+  for (bool continues = true; continues;) {
     continues = view_.undoContinues();
     if (!view_.undo()) break;
     done = true;
