@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/row_text.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
@@ -16,21 +17,6 @@ using math::ved::ViewZNT4C;
 using oss::PointerTC;
 
 namespace {
-
-wstring exchanged(wstring text, char16_t const (&from)[3], char16_t const (&to)[3]) {
-  for (char16_t& c : text) {
-    if (c == from[0]) {
-      c = to[0];
-    } else if (c == from[1]) {
-      c = to[1];
-    }
-  }
-  return text;
-}
-
-wstring toCommas(wstring const& text) { return exchanged(text, u".,", u",;"); }
-
-wstring toPoints(wstring const& text) { return exchanged(text, u",;", u".,"); }
 
 PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, InputOptionsS const& options,
                                               exchange::PlainTextErrorS* error) {
@@ -95,16 +81,15 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
   return content;
 }
 
-PasteE pasteContent(ViewZNT4C& view, ClipboardContentS const& content, InputOptionsS const& options,
-                    exchange::PlainTextErrorS* error, ClipboardFormE& form) {
+PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
+                    exchange::PlainTextErrorS* error) {
   if (!view.isEditable()) return PASTE_REFUSED;
-  form = CLIPBOARD_BYTES;
   if (!content.bytes.empty() && view.paste(content.bytes)) return PASTE_DONE;
-  form = CLIPBOARD_PREFIX;
+  content.bytes.clear();
   if (!content.prefix.empty() && view.paste(AlgebraicExpressionC::fromPrefixString(content.prefix))) {
     return PASTE_DONE;
   }
-  form = CLIPBOARD_PLAIN_TEXT;
+  content.prefix.clear();
   return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content.plainText, options, error);
 }
 

@@ -60,14 +60,11 @@ enum PasteE {
   PASTE_REFUSED         ///< nothing was changed
 };
 
-/// The forms of pasted content, in the order in which they are tried.
-enum ClipboardFormE { CLIPBOARD_BYTES, CLIPBOARD_PREFIX, CLIPBOARD_PLAIN_TEXT };
-
-/// Replaces the view's selection by the first form of `content` that can be read, and sets `form` to that
-/// form. Plain text that is not a formula is typed character by character if that is possible; if not,
-/// `error` (may be null) says why the text was refused. Call it within a group of the view, and cancel the
-/// group after a refusal.
-PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS const& content,
-                    InputOptionsS const& options, exchange::PlainTextErrorS* error, ClipboardFormE& form);
+/// Replaces the view's selection by the first form of `content` that can be read, and clears the forms before
+/// it. Plain text that is not a formula is typed character by character if that is possible; if not, `error`
+/// (may be null) says why the text was refused. Call it within a group of the view, and cancel the group
+/// after a refusal.
+PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
+                    exchange::PlainTextErrorS* error);
 
 }  // namespace zolt::field

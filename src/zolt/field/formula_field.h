@@ -136,7 +136,7 @@ class FormulaFieldC {
   ClipboardContentS copy() const { return copy(view_.getSelection()); }
   /// The content between two places.
   ClipboardContentS copy(SelectionS const& range) const { return copyRange(view_, range, options_); }
-  PasteE paste(ClipboardContentS const& content, exchange::PlainTextErrorS* error = nullptr);
+  PasteE paste(ClipboardContentS content, exchange::PlainTextErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
   math::ved::RectangleS getCaretRectangle() const { return view_.getRectangle({caret(), caret()}); }
@@ -204,7 +204,6 @@ class FormulaFieldC {
   // formula_field_commands.cpp
   bool isMotionEnabled(CaretMotionE motion, MoveE move) const;
   bool runMotion(CaretMotionE motion, MoveE move);
-  bool runSelection(CommandE command);
   bool runEdit(CommandE command);
   bool undoAct();
   bool redoAct();
