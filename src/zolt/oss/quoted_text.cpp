@@ -35,6 +35,26 @@ bool readEscaped(wstring const& text, std::size_t& position, char16_t& c) {
   return true;
 }
 
+wstring toDigits(unsigned long value, unsigned base) {
+  wstring text;
+  do {
+    text.insert(text.begin(), digits[value % base]);
+    value /= base;
+  } while (value > 0);
+  return text;
+}
+
+bool readDigits(std::u16string_view text, unsigned base, unsigned long& value) {
+  constexpr unsigned long largest = 0xFFFFFFFF;
+  value = 0;
+  for (char16_t const c : text) {
+    unsigned const digit = hexadecimalValue(c);
+    if (digit >= base || value > (largest - digit) / base) return false;
+    value = value * base + digit;
+  }
+  return !text.empty();
+}
+
 wstring toHexadecimal(bytestring const& bytes) {
   wstring text;
   for (unsigned char const byte : bytes) {

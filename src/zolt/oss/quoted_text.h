@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 #include "zolt/oss/wstring.h"
 
 namespace zolt::oss {
 
 // Texts in double quotes, as tree notation and event scripts hold them: `\"`, `\\`, and `\u000A` for a
-// character by its code in four hexadecimal digits.
+// character by its code in four hexadecimal digits. Numbers as digits.
 
 /// Appends `c` as a quoted text holds it: control characters and surrogates by their codes, quotes and
 /// backslashes after a backslash.
@@ -23,6 +24,11 @@ constexpr unsigned hexadecimalValue(char16_t c) {
   if (c >= u'a' && c <= u'f') return c - unsigned{u'a'} + 10;
   return 16;
 }
+
+/// A number in base 10 or 16, with upper-case digits.
+wstring toDigits(unsigned long value, unsigned base = 10);
+/// False, with `value` meaningless, when `digits` is empty, holds another character or exceeds 32 bits.
+[[nodiscard]] bool readDigits(std::u16string_view digits, unsigned base, unsigned long& value);
 
 /// Two upper-case digits for each byte.
 wstring toHexadecimal(bytestring const& bytes);

@@ -104,17 +104,6 @@ bool visitArguments(TextT& text, ArgumentsE arguments, StepT& step) {
 
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\t' || c == u'\r'; }
 
-bool readNumber(TextViewT word, unsigned base, unsigned long& value) {
-  constexpr unsigned long largest = 0xFFFFFFFF;
-  value = 0;
-  for (char16_t const c : word) {
-    unsigned const digit = oss::hexadecimalValue(c);
-    if (digit >= base || value > (largest - digit) / base) return false;
-    value = value * base + digit;
-  }
-  return !word.empty();
-}
-
 class ScriptReaderC {
  public:
   explicit ScriptReaderC(wstring const& text) : text_(text) {}
@@ -136,14 +125,14 @@ class ScriptReaderC {
   bool character(unsigned long& code) {
     TextViewT const word = readWord();
     if (word.size() == 1) return code = word[0], true;
-    return word.substr(0, 2) == u"U+" && readNumber(word.substr(2), 16, code);
+    return word.substr(0, 2) == u"U+" && oss::readDigits(word.substr(2), 16, code);
   }
   bool key(unsigned long& code) {
     TextViewT const word = readWord();
     for (KeyS const& key : keys) {
       if (word == key.name) return code = key.code, true;
     }
-    return readNumber(word, 10, code);
+    return oss::readDigits(word, 10, code);
   }
   bool shift(bool& held) { return held = take(u"shift"), true; }
   bool name(wstring& name) { return !(name = wstring(readWord())).empty(); }
@@ -152,14 +141,16 @@ class ScriptReaderC {
     std::size_t const before = at_;
     TextViewT const word = readWord();
     unsigned long count = 0;
-    if (word.substr(0, 1) == u"x" && readNumber(word.substr(1), 10, count)) {
+    if (word.substr(0, 1) == u"x" && oss::readDigits(word.substr(1), 10, count)) {
       clicks = static_cast<unsigned>(count);
     } else {
       at_ = before;
     }
     return true;
   }
-  bool precision(unsigned long& digits) { return !take(u"precision") || readNumber(readWord(), 10, digits); }
+  bool precision(unsigned long& digits) {
+    return !take(u"precision") || oss::readDigits(readWord(), 10, digits);
+  }
   bool format(NumberDisplayFormatE& format) {
     if (!take(u"format")) return true;
     auto const* const found = std::find(std::begin(formats), std::end(formats), readWord());
@@ -177,7 +168,7 @@ class ScriptReaderC {
     TextViewT const word = readWord();
     bool const negative = word.substr(0, 1) == u"-";
     unsigned long size = 0;
-    if (!readNumber(word.substr(negative ? 1 : 0), 10, size)) return false;
+    if (!oss::readDigits(word.substr(negative ? 1 : 0), 10, size)) return false;
     constexpr unsigned long largest = 0x7FFFFFFF;
     if (size > largest + (negative ? 1 : 0)) return false;
     value = negative && size > 0 ? -static_cast<long>(size - 1) - 1 : static_cast<long>(size);
@@ -237,10 +228,10 @@ class ScriptReaderC {
   bool readPlace(PlacePathS& place) {
     TextViewT const word = readWord();
     std::size_t const colon = word.find(u':');
-    if (colon == word.npos || !readNumber(word.substr(colon + 1), 10, place.pos)) return false;
+    if (colon == word.npos || !oss::readDigits(word.substr(colon + 1), 10, place.pos)) return false;
     for (std::size_t start = 0; start <= colon;) {
       std::size_t const end = std::min(word.find(u'.', start), colon);
-      if (!readNumber(word.substr(start, end - start), 10, place.path.emplace_back())) return false;
+      if (!oss::readDigits(word.substr(start, end - start), 10, place.path.emplace_back())) return false;
       start = end + 1;
     }
     return true;
@@ -250,34 +241,27 @@ class ScriptReaderC {
   std::size_t at_ = 0;
 };
 
-wstring toDigits(unsigned long value, unsigned base = 10) {
-  wstring digits;
-  do {
-    digits.insert(digits.begin(), u"0123456789ABCDEF"[value % base]);
-    value /= base;
-  } while (value > 0);
-  return digits;
-}
-
 class ScriptWriterC {
  public:
   explicit ScriptWriterC(wstring& out) : out_(out) {}
 
   bool character(unsigned long code) {
     bool const plain = code > u' ' && code < 0x7F;
-    return append(plain ? wstring(1, static_cast<char16_t>(code)) : u"U+" + toDigits(code, 16));
+    return append(plain ? wstring(1, static_cast<char16_t>(code)) : u"U+" + oss::toDigits(code, 16));
   }
   bool key(unsigned long code) {
     for (KeyS const& key : keys) {
       if (key.code == code) return append(key.name);
     }
-    return append(toDigits(code));
+    return append(oss::toDigits(code));
   }
   bool shift(bool held) { return !held || append(u"shift"); }
   bool name(wstring const& name) { return append(name); }
   bool onOrOff(bool on) { return append(on ? u"on" : u"off"); }
-  bool clicks(unsigned clicks) { return clicks <= 1 || append(u"x" + toDigits(clicks)); }
-  bool precision(unsigned long digits) { return digits == 0 || append(u"precision " + toDigits(digits)); }
+  bool clicks(unsigned clicks) { return clicks <= 1 || append(u"x" + oss::toDigits(clicks)); }
+  bool precision(unsigned long digits) {
+    return digits == 0 || append(u"precision " + oss::toDigits(digits));
+  }
   bool format(NumberDisplayFormatE format) {
     auto const number = static_cast<std::size_t>(format);
     return number == 0 || number >= std::size(formats) || (append(u"format") && append(formats[number]));
@@ -286,16 +270,16 @@ class ScriptWriterC {
     for (PlacePathS const& place : places) {
       char16_t before = u' ';
       for (unsigned long const number : place.path) {
-        out_ += before + toDigits(number);
+        out_ += before + oss::toDigits(number);
         before = u'.';
       }
-      out_ += u':' + toDigits(place.pos);
+      out_ += u':' + oss::toDigits(place.pos);
     }
     return true;
   }
   bool coordinate(long value) {
     unsigned long const bits = static_cast<unsigned long>(value);
-    return append(value < 0 ? u'-' + toDigits(0 - bits) : toDigits(bits));
+    return append(value < 0 ? u'-' + oss::toDigits(0 - bits) : oss::toDigits(bits));
   }
   bool quoted(wstring const& text) {
     out_ += u" \"";

@@ -1,9 +1,11 @@
 #include "zolt/sheet/sheet_text.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
 #include "zolt/field/formula_field.h"
+#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/tree/tree_notation.h"
 
@@ -16,7 +18,6 @@ using TextViewT = std::u16string_view;
 
 constexpr TextViewT magic = u"zolt-sheet";
 constexpr unsigned long version = 1;
-constexpr unsigned long no_number = ~0ul;
 
 /// Checks formulas in a field that is never shown.
 class FormulaTrialC {
@@ -50,21 +51,10 @@ class FormulaTrialC {
   field::FormulaFieldC field_;
 };
 
-unsigned long toNumber(TextViewT digits) {
-  unsigned long number = 0;
-  if (digits.empty() || digits.size() > 9) return no_number;
-  for (char16_t const c : digits) {
-    if (c < u'0' || c > u'9') return no_number;
-    number = 10 * number + (c - u'0');
-  }
-  return number;
-}
-
-wstring toText(unsigned long number) {
-  wstring digits;
-  do digits.insert(digits.begin(), char16_t(u'0' + number % 10));
-  while (number /= 10);
-  return digits;
+/// A line's first word, and what comes after the blank.
+std::pair<TextViewT, TextViewT> cutAtBlank(TextViewT line) {
+  std::size_t const blank = std::min(line.find(u' '), line.size());
+  return {line.substr(0, blank), line.substr(std::min(blank + 1, line.size()))};
 }
 
 bool isTooLong(SheetLineKindE kind, TextViewT text) {
@@ -75,9 +65,17 @@ class SheetReaderC {
  public:
   enum FaultE { FAULT_FAILS, FAULT_IS_KEPT };
 
-  SheetReaderC(TextViewT text, FaultE fault) : rest_(text), salvages_(fault == FAULT_IS_KEPT) {}
+  SheetReaderC(TextViewT text, FaultE fault, SheetErrorS& error)
+      : rest_(text), salvages_(fault == FAULT_IS_KEPT), error_(error) {}
 
-  bool read() {
+  bool read(SheetT& sheet) {
+    if (!readLines()) return false;
+    sheet = std::move(sheet_);
+    return true;
+  }
+
+ private:
+  bool readLines() {
     if (rest_.size() > max_sheet_characters) return fail(SHEET_ERROR_TOO_LARGE);
     if (!takeLine() || !readHeader()) return false;
     while (takeLine()) {
@@ -87,10 +85,6 @@ class SheetReaderC {
     return ended_ || salvages_ || fail(SHEET_ERROR_NO_END);
   }
 
-  SheetT& refSheet() { return sheet_; }
-  SheetErrorS const& error() const { return error_; }
-
- private:
   bool fail(SheetErrorE cause) {
     error_ = {cause, number_};
     return false;
@@ -117,18 +111,17 @@ class SheetReaderC {
   }
 
   bool readHeader() {
-    std::size_t const blank = line_.find(u' ');
-    if (line_.substr(0, blank) != magic) return fail(SHEET_ERROR_NO_SHEET);
-    unsigned long const written = blank == TextViewT::npos ? no_number : toNumber(line_.substr(blank + 1));
-    if (written == no_number || written < version) return fail(SHEET_ERROR_BAD_VERSION);
+    auto const [word, number] = cutAtBlank(line_);
+    unsigned long written = 0;
+    if (word != magic) return fail(SHEET_ERROR_NO_SHEET);
+    if (!oss::readDigits(number, 10, written) || written < version) return fail(SHEET_ERROR_BAD_VERSION);
     return written == version || fail(SHEET_ERROR_NEWER_VERSION);
   }
 
   bool readLine() {
     if (ended_) return line_.empty() || fail(SHEET_ERROR_BEHIND_END);
-    std::size_t const blank = line_.find(u' ');
-    TextViewT const word = line_.substr(0, blank);
-    wstring const rest(blank == TextViewT::npos ? TextViewT() : line_.substr(blank + 1));
+    auto const [word, after] = cutAtBlank(line_);
+    wstring const rest(after);
     if (word == u"end") return readEnd(rest);
     if (word == u"tree") return readTree(rest);
     if (sheet_.size() == max_sheet_lines) return fail(SHEET_ERROR_TOO_MANY_LINES);
@@ -169,7 +162,8 @@ class SheetReaderC {
 
   bool readEnd(TextViewT count) {
     // In a damaged sheet the number is not reliable.
-    ended_ = salvages_ || toNumber(count) == sheet_.size();
+    unsigned long number = 0;
+    ended_ = salvages_ || (oss::readDigits(count, 10, number) && number == sheet_.size());
     return ended_ || fail(SHEET_ERROR_WRONG_COUNT);
   }
 
@@ -177,9 +171,9 @@ class SheetReaderC {
   TextViewT line_;
   unsigned long number_ = 0;
   bool const salvages_;
+  SheetErrorS& error_;
   bool ended_ = false;
   SheetT sheet_;
-  SheetErrorS error_;
   FormulaTrialC trial_;
 };
 
@@ -190,67 +184,41 @@ void appendLine(wstring& text, TextViewT word, wstring const& rest) {
   text += u'\n';
 }
 
-wstring describe(SheetErrorE cause) {
-  switch (cause) {
-    case SHEET_ERROR_NONE:
-      break;
-    case SHEET_ERROR_TOO_LARGE:
-      return u"this is too large for a sheet";
-    case SHEET_ERROR_NO_SHEET:
-      return u"this is no sheet: it does not start with \"zolt-sheet\"";
-    case SHEET_ERROR_BAD_VERSION:
-      return u"the version cannot be read";
-    case SHEET_ERROR_NEWER_VERSION:
-      return u"the sheet was written by a newer program";
-    case SHEET_ERROR_UNKNOWN_WORD:
-      return u"its first word means nothing in a sheet";
-    case SHEET_ERROR_BAD_EXPRESSION:
-      return u"the expression cannot be read";
-    case SHEET_ERROR_BAD_TREE:
-      return u"the formula cannot be read";
-    case SHEET_ERROR_STRAY_TREE:
-      return u"\"tree\" stands behind no formula";
-    case SHEET_ERROR_TOO_MANY_LINES:
-      return u"a sheet has " + toText(max_sheet_lines) + u" lines at most";
-    case SHEET_ERROR_LONG_LINE:
-      return u"it is too long";
-    case SHEET_ERROR_WRONG_COUNT:
-      return u"the sheet has another number of lines than it says";
-    case SHEET_ERROR_NO_END:
-      return u"the sheet ends too early; its last line, \"end\", is missing";
-    case SHEET_ERROR_BEHIND_END:
-      return u"there is something behind the end";
-  }
-  return u"this cannot be read";
-}
+constexpr std::pair<SheetErrorE, TextViewT> reasons[] = {
+    {SHEET_ERROR_TOO_LARGE, u"this is too large for a sheet"},
+    {SHEET_ERROR_NO_SHEET, u"this is no sheet: it does not start with \"zolt-sheet\""},
+    {SHEET_ERROR_BAD_VERSION, u"the version cannot be read"},
+    {SHEET_ERROR_NEWER_VERSION, u"the sheet was written by a newer program"},
+    {SHEET_ERROR_UNKNOWN_WORD, u"its first word means nothing in a sheet"},
+    {SHEET_ERROR_BAD_EXPRESSION, u"the expression cannot be read"},
+    {SHEET_ERROR_BAD_TREE, u"the formula cannot be read"},
+    {SHEET_ERROR_STRAY_TREE, u"\"tree\" stands behind no formula"},
+    {SHEET_ERROR_TOO_MANY_LINES, u"a sheet has 20000 lines at most"},
+    {SHEET_ERROR_LONG_LINE, u"it is too long"},
+    {SHEET_ERROR_WRONG_COUNT, u"the sheet has another number of lines than it says"},
+    {SHEET_ERROR_NO_END, u"the sheet ends too early; its last line, \"end\", is missing"},
+    {SHEET_ERROR_BEHIND_END, u"there is something behind the end"}};
+static_assert(max_sheet_lines == 20000, "a reason names it");
 
 }  // namespace
 
 wstring describe(SheetErrorS const& error) {
-  wstring why = describe(error.cause);
-  if (error.line > 0) return u"Line " + toText(error.line) + u": " + why;
+  auto const* const found = std::find_if(std::begin(reasons), std::end(reasons),
+                                         [&](auto const& reason) { return reason.first == error.cause; });
+  wstring why(found == std::end(reasons) ? u"this cannot be read" : found->second);
+  if (error.line > 0) return u"Line " + oss::toDigits(error.line) + u": " + why;
   why[0] = static_cast<char16_t>(why[0] - u'a' + u'A');
   return why;
 }
 
 bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
-  SheetReaderC reader(text, SheetReaderC::FAULT_FAILS);
-  if (!reader.read()) {
-    error = reader.error();
-    return false;
-  }
-  sheet = std::move(reader.refSheet());
-  return true;
+  return SheetReaderC(text, SheetReaderC::FAULT_FAILS, error).read(sheet);
 }
 
 bool salvageSheet(wstring const& text, SheetT& sheet) {
   // A sound sheet needs no salvage.
   SheetErrorS error;
-  if (readSheet(text, sheet, error)) return true;
-  SheetReaderC reader(text, SheetReaderC::FAULT_IS_KEPT);
-  if (!reader.read()) return false;
-  sheet = std::move(reader.refSheet());
-  return true;
+  return readSheet(text, sheet, error) || SheetReaderC(text, SheetReaderC::FAULT_IS_KEPT, error).read(sheet);
 }
 
 bool isWithinLimits(SheetT const& sheet) {
@@ -266,7 +234,7 @@ bool isWithinLimits(SheetT const& sheet) {
 
 wstring writeSheet(SheetT const& sheet) {
   wstring text(magic);
-  text += u' ' + toText(version) + u'\n';
+  text += u' ' + oss::toDigits(version) + u'\n';
   for (SheetLineS const& line : sheet) {
     if (line.kind == SHEET_FORMULA) {
       if (line.prefix.empty()) {
@@ -279,7 +247,7 @@ wstring writeSheet(SheetT const& sheet) {
       appendLine(text, line.kind == SHEET_TEXT ? u"text" : u"heading", line.text);
     }
   }
-  text += u"end " + toText(static_cast<unsigned long>(sheet.size())) + u'\n';
+  text += u"end " + oss::toDigits(static_cast<unsigned long>(sheet.size())) + u'\n';
   return text;
 }
 
