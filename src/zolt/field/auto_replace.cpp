@@ -101,12 +101,8 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   wstring const text(1, c);
   if (selected || !options.leaving) return {INPUT_TEXT, text, {}};
   if (PlaceS const behind = leaveByClosingSign(place, c)) return {INPUT_MOVE, {}, behind};
-  if (c == u')') {
-    LeavingS const leaving = leaveByClose(place);
-    return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
-  }
-  if (c == u',') {
-    LeavingS const leaving = leaveByComma(place);
+  if (c == u')' || c == u',') {
+    LeavingS const leaving = leaveBySign(place, c);
     return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
   }
   if (c == u' ') {

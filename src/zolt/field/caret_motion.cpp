@@ -1,8 +1,11 @@
 #include "zolt/field/caret_motion.h"
 
-#include "zolt/field/detail/vertical_motion.h"
+#include <cstdint>
+#include <initializer_list>
+
 #include "zolt/field/detail/words.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -63,20 +66,117 @@ PlaceS wordRight(PlaceS from) {
   return {from.node, end > from.pos ? end : from.pos + 1};
 }
 
-PlaceS nextSlot(PlaceS from) {
+/// The next empty slot in one direction, else the place out of the construct.
+PlaceS slotFrom(PlaceS from, Node4C const* (*step)(Node4C const&), PlaceS (*out)(PlaceS)) {
   Node4C const* text = from.node;
   do {
-    text = nextText(*text);
+    text = step(*text);
   } while (text && !isSlot(*text));
-  return text ? startOf(text) : outRight(from);
+  return text ? startOf(text) : out(from);
 }
 
-PlaceS previousSlot(PlaceS from) {
+long measure(Node4C const& text, unsigned int count, GraphicsABC const& graphics) {
+  return graphics.getTextWidth(text.crefText().substr(0, count));
+}
+
+/// The boundary between characters nearest to `x`, which is measured from the start of the text. A longer
+/// text is never narrower.
+unsigned int findBoundary(Node4C const& text, long x, GraphicsABC const& graphics) {
+  text.selectFont(graphics);
+  unsigned int low = 0;
+  auto high = static_cast<unsigned int>(text.sizeText());
+  while (low < high) {
+    unsigned int const middle = low + (high - low) / 2;
+    if (measure(text, middle + 1, graphics) <= x) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  if (low < text.sizeText() && measure(text, low + 1, graphics) - x < x - measure(text, low, graphics)) ++low;
+  while (low > 0 && low < text.sizeText() && isContinuation(text.crefText()[low])) --low;
+  return low;
+}
+
+class VerticalSearchC {
+ public:
+  VerticalSearchC(PlaceS from, RectangleS caret, bool up, long column)
+      : up_(up), column_(column), edge_(up ? caret.top : caret.bottom) {
+    axis_ = caret.top + from.node->getMidHeight();
+  }
+
+  /// Compares the texts of a subtree with the best place so far.
+  void search(Node4C const& top) {
+    walkTree(top, [this](Node4C const& node) {
+      if (node.getType() == NODE4_TEXT) examine(node);
+    });
+  }
+
+  void examine(Node4C const& text) {
+    PointS const at = text.getAbsolutePosition();
+    long const axis = at.y + text.getMidHeight();
+    if (up_ ? axis >= axis_ : axis <= axis_) return;
+    std::int64_t const h = outside(column_, at.x, at.x + text.getWidth());
+    std::int64_t const v = up_ ? edge_ - (at.y + text.getHeight()) : at.y - edge_;
+    std::int64_t const distance = h * h + (v > 0 ? v * v : 0);
+    if (best_ && distance >= bestDistance_) return;
+    best_ = &text;
+    bestLeft_ = at.x;
+    bestDistance_ = distance;
+  }
+
+  bool hasFound() const { return best_; }
+  PlaceS place(GraphicsABC const& graphics) const {
+    return {best_, findBoundary(*best_, column_ - bestLeft_, graphics)};
+  }
+
+ private:
+  static long outside(long at, long low, long high) {
+    if (at < low) return low - at;
+    return at > high ? at - high : 0;
+  }
+
+  bool up_;
+  long column_;
+  long edge_;
+  long axis_ = 0;
+  Node4C const* best_ = nullptr;
+  long bestLeft_ = 0;
+  std::int64_t bestDistance_ = 0;
+};
+
+/// The text place above or below `from` that is nearest to `column`. The search begins in the constructs
+/// beside the place and continues outwards, with the other rows of each construct around it and the row that
+/// this construct is in.
+PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CaretMotionE motion, long& column) {
+  view.getExpressionSize();  // lays out
+  bool const up = motion == MOTION_UP;
+  GraphicsABC const& graphics = view.crefGraphics();
+  PointS const at = from.node->getAbsolutePosition();
+  from.node->selectFont(graphics);
+  RectangleS const caret{0, at.y, at.x + measure(*from.node, from.pos, graphics),
+                         at.y + from.node->getHeight()};
+  if (column == no_column) column = caret.right;
+
+  VerticalSearchC search(from, caret, up, column);
+  Node4C const* const left = from.pos == 0 ? from.node->goLeft() : nullptr;
+  Node4C const* const right = from.pos == from.node->sizeText() ? from.node->goRight() : nullptr;
+  for (Node4C const* const item : {left, right}) {
+    if (item && isConstruct(item->getType())) search.search(*item);
+  }
   Node4C const* text = from.node;
-  do {
-    text = previousText(*text);
-  } while (text && !isSlot(*text));
-  return text ? startOf(text) : outLeft(from);
+  while (!search.hasFound()) {
+    Node4C const* const item = enclosingItem(*text);
+    if (!item) return {};
+    for (unsigned long i = 0; i < item->numChildren(); ++i) {
+      if (item->child(i) != text->getParent()) search.search(*item->child(i));
+    }
+    text = placeBefore(*item).node;
+    if (search.hasFound()) break;
+    search.examine(*text);
+    search.examine(*placeAfter(*item).node);
+  }
+  return search.place(graphics);
 }
 
 PlaceS search(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& column) {
@@ -103,9 +203,9 @@ PlaceS search(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& col
     case MOTION_FORMULA_END:
       return formulaEnd;
     case MOTION_NEXT_SLOT:
-      return nextSlot(from);
+      return slotFrom(from, nextText, outRight);
     case MOTION_PREVIOUS_SLOT:
-      return previousSlot(from);
+      return slotFrom(from, previousText, outLeft);
     case MOTION_OUT_LEFT:
       return outLeft(from);
     case MOTION_OUT_RIGHT:

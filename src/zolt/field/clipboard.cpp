@@ -2,18 +2,19 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
-#include "zolt/field/detail/row_text.h"
+#include "zolt/field/detail/words.h"
+#include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
 
 using namespace detail;
+using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
 using math::algexpr::CASSessionBC;
-using math::ved::SelectionS;
-using math::ved::ViewZNT4C;
 using oss::PointerTC;
 
 namespace {
@@ -60,6 +61,83 @@ PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const&
   wstring const characters = withoutLineEnds(options.decimalComma ? toPoints(text) : text);
   if (!isTypable(characters) || !typeCharacters(view, characters)) return PASTE_REFUSED;
   return PASTE_AS_CHARACTERS;
+}
+
+/// Writes a stretch with the signs that the operators have in plain text.
+class WriterC {
+ public:
+  explicit WriterC(OperatorListC const& operators) : operators_(operators) {}
+
+  void appendSigns(wstring const& text);
+  void appendItem(Node4C const& item);
+  wstring out;
+
+ private:
+  wstring writeRow(Node4C const& row) const;
+  void appendConstruct(Node4C const& construct);
+
+  OperatorListC const& operators_;
+};
+
+bool isOneWord(wstring const& text) { return wordEnd(text, 0) == text.size(); }
+
+wstring bracketed(wstring const& text) { return isOneWord(text) ? text : u"(" + text + u")"; }
+
+void WriterC::appendSigns(wstring const& text) {
+  for (char16_t const c : text) {
+    auto const op = c < 0x80 ? nullptr : operators_.lookupText(wstring(1, c));
+    bool const isSign = op && (op->isLinear() || op->getArity() == 0);
+    out += isSign ? typedForm(*op) : wstring(1, c);
+  }
+}
+
+void WriterC::appendConstruct(Node4C const& construct) {
+  std::vector<wstring> rows;
+  for (unsigned long i = 0; i < construct.numChildren(); ++i) rows.push_back(writeRow(*construct.child(i)));
+  wstring const& name = construct.crefText();
+  if (construct.getType() == NODE4_POWER) {
+    out += u"^" + bracketed(rows[0]);
+  } else if (rows.size() == 2 && !isWrittenAsCall(*construct.crefOperator())) {
+    out += bracketed(rows[0]) + name + bracketed(rows[1]);
+  } else {
+    out += name + u"(" + construct.crefOperator()->arrangeArgumentList(rows) + u")";
+  }
+}
+
+void WriterC::appendItem(Node4C const& item) {
+  if (isOpeningBracket(item.getType())) {
+    out += u'(';
+  } else if (isClosingBracket(item.getType())) {
+    out += u')';
+  } else if (isConstruct(item.getType())) {
+    appendConstruct(item);
+  } else {
+    appendSigns(item.crefText());
+  }
+}
+
+// Recursion is safe, since the nesting of rows is limited.
+wstring WriterC::writeRow(Node4C const& row) const {
+  WriterC writer(operators_);
+  for (unsigned long i = 0; i < row.numChildren(); ++i) writer.appendItem(*row.child(i));
+  return writer.out;
+}
+
+/// Plain text for a stretch of a row, given in reading order, which may be incomplete: an empty slot adds no
+/// text, a construct is written as a call, and signs are written as they are typed. For a complete stretch
+/// the text of its expression is better.
+wstring writeRowText(SelectionS const& stretch, OperatorListC const& operators) {
+  auto const [begin, end] = stretch;
+  WriterC writer(operators);
+  for (Node4C const* item = begin.node;; item = item->goRight()) {
+    if (item->getType() == NODE4_TEXT) {
+      unsigned int const first = item == begin.node ? begin.pos : 0;
+      writer.appendSigns(item->crefText().substr(first, (item == end.node ? end : endOf(item)).pos - first));
+    } else {
+      writer.appendItem(*item);
+    }
+    if (item == end.node) return writer.out;
+  }
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/implied_products.h"
 #include "zolt/field/error_text.h"
+#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_notation.h"
 
@@ -16,6 +17,16 @@ namespace zolt::field {
 using namespace detail;
 using namespace math::ved;
 using math::algexpr::AlgebraicExpressionC;
+
+namespace {
+
+ScriptStepS stepOfPaste(ClipboardContentS const& content) {
+  if (!content.bytes.empty()) return makeStep(SCRIPT_PASTE_BYTES, oss::toHexadecimal(content.bytes));
+  if (!content.prefix.empty()) return makeStep(SCRIPT_PASTE_PREFIX, content.prefix);
+  return makeStep(SCRIPT_PASTE_TEXT, content.plainText);
+}
+
+}  // namespace
 
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
@@ -154,6 +165,17 @@ bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
 void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
   SelectionS const selection = selectionAt(view_.crefRoot(), saved);
   if (selection.anchor) select(selection);
+}
+
+// ---- Clipboard -----------------------------------------------------------------------------------------
+
+PasteE FormulaFieldC::paste(ClipboardContentS content, exchange::PlainTextErrorS* error) {
+  ActC act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
+  GroupC group(*this);
+  completeName();
+  PasteE const result = pasteContent(view_, content, options_, error);
+  if (result != PASTE_REFUSED && act.isRecorded()) act.recordAs(stepOfPaste(content));
+  return group.end(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
 }
 
 // ---- For painting --------------------------------------------------------------------------------------

@@ -128,7 +128,7 @@ class FormulaFieldC {
   bool isEnabled(CommandE command) const;
   bool run(CommandE command);
 
-  // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
+  // ---- Clipboard (formula_field.cpp) ----------------------------------------------------------------------
   /// The clipboard that the commands write and read; at first it is a memory of the field. It must not be
   /// null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }

@@ -15,6 +15,20 @@ using namespace math::ved;
 
 namespace {
 
+/// What a key does without and with Shift.
+struct KeyCommandS {
+  unsigned long code;
+  CommandE plain, shifted;
+};
+
+constexpr KeyCommandS key_commands[] = {{KEY_BACKSPACE, COMMAND_DELETE_LEFT, COMMAND_DELETE_LEFT},
+                                        {KEY_CLEAR, COMMAND_CLEAR, COMMAND_CLEAR},
+                                        {KEY_DELETE, COMMAND_DELETE_RIGHT, COMMAND_DELETE_RIGHT},
+                                        {KEY_LEFT, COMMAND_LEFT, COMMAND_SELECT_LEFT},
+                                        {KEY_UP, COMMAND_UP, COMMAND_SELECT_UP},
+                                        {KEY_RIGHT, COMMAND_RIGHT, COMMAND_SELECT_RIGHT},
+                                        {KEY_DOWN, COMMAND_DOWN, COMMAND_SELECT_DOWN}};
+
 /// The exponent just before the place when another raised character can join it, as in "x¹⁰".
 Node4C const* findGrowingExponent(PlaceS place) {
   Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
@@ -103,27 +117,12 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
   step.shift = shift;
   bool const vertical = code == KEY_UP || code == KEY_DOWN;
   ActC const act(*this, step, vertical ? ActC::KEEP_COLUMN : ActC::KEEP_NOTHING);
-  if (!view_.crefOperatorList().lookupKey(code)) {
-    switch (code) {
-      case KEY_BACKSPACE:
-        return run(COMMAND_DELETE_LEFT);
-      case KEY_CLEAR:
-        return run(COMMAND_CLEAR);
-      case KEY_DELETE:
-        return run(COMMAND_DELETE_RIGHT);
-      case KEY_LEFT:
-        return run(shift ? COMMAND_SELECT_LEFT : COMMAND_LEFT);
-      case KEY_UP:
-        return run(shift ? COMMAND_SELECT_UP : COMMAND_UP);
-      case KEY_RIGHT:
-        return run(shift ? COMMAND_SELECT_RIGHT : COMMAND_RIGHT);
-      case KEY_DOWN:
-        return run(shift ? COMMAND_SELECT_DOWN : COMMAND_DOWN);
-      default:
-        break;
-    }
-  } else {
+  if (view_.crefOperatorList().lookupKey(code)) {
     completeName();
+  } else {
+    for (KeyCommandS const& key : key_commands) {
+      if (key.code == code) return run(shift ? key.shifted : key.plain);
+    }
   }
   return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
 }

@@ -1,7 +1,6 @@
 #include "zolt/field/readable_text.h"
 
 #include <algorithm>
-#include <map>
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -17,13 +16,7 @@ namespace {
 
 class ReaderC {
  public:
-  ReaderC(ReadableTextS& out, OperatorListC const& operators) : out_(out) {
-    for (OperatorBC const* const op : operators.crefInOrder()) {
-      wstring const text = op->getText();
-      if (text.size() == 1 && op->crefWords().spoken.size() == 1) signs_[text[0]] = op;
-    }
-    if (auto const power = operators.lookup(u"^")) power_ = power->crefWords().spoken;
-  }
+  ReaderC(ReadableTextS& out, OperatorListC const& operators) : out_(out), operators_(operators) {}
 
   // Recursion is safe, since the nesting of rows is limited.
   void readRow(Node4C const& row) {
@@ -37,7 +30,8 @@ class ReaderC {
     } else if (isOpeningBracket(item.getType()) || isClosingBracket(item.getType())) {
       out_.text += isOpeningBracket(item.getType()) ? u'(' : u')';
     } else if (item.getType() == NODE4_POWER) {
-      readRows(item, power_);
+      auto const power = operators_.lookup(u"^");
+      readRows(item, power ? power->crefWords().spoken : std::vector<wstring>());
     } else if (auto const& spoken = item.crefOperator()->crefWords().spoken; !spoken.empty()) {
       readRows(item, spoken);
     } else {
@@ -50,9 +44,9 @@ class ReaderC {
     mark(text, 0);
     if (isSlot(text)) out_.text += u"empty";
     for (unsigned int i = 0; i < text.sizeText(); ++i) {
-      char16_t const c = text.crefText()[i];
-      auto const sign = signs_.find(c);
-      out_.text += sign == signs_.end() ? wstring(1, c) : sign->second->crefWords().spoken[0];
+      wstring const sign(1, text.crefText()[i]);
+      auto const op = operators_.lookupText(sign);
+      out_.text += op && op->crefWords().spoken.size() == 1 ? op->crefWords().spoken[0] : sign;
       mark(text, i + 1);
     }
   }
@@ -72,8 +66,7 @@ class ReaderC {
   }
 
   ReadableTextS& out_;
-  std::map<char16_t, OperatorBC const*> signs_;
-  std::vector<wstring> power_;
+  OperatorListC const& operators_;
 };
 
 }  // namespace

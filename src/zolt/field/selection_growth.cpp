@@ -14,40 +14,37 @@ namespace common = math::common;
 
 namespace {
 
-bool endsArgument(char16_t c) { return c == u','; }
+/// The units of a row that a character can end; the larger ones come later.
+enum UnitE : int { UNIT_NONE, UNIT_OPERAND, UNIT_TERM, UNIT_SIDE, UNIT_ARGUMENT, UNIT_CONTENT };
 
-bool endsSide(char16_t c) {
-  return endsArgument(c) || common::isRelation(c) || c == u':' || c == common::store_sign;
+/// The largest unit that `c` ends; it ends the smaller ones, too.
+UnitE endedBy(char16_t c) {
+  if (c == u',') return UNIT_ARGUMENT;
+  if (common::isRelation(c) || c == u':' || c == common::store_sign) return UNIT_SIDE;
+  if (c == u'+' || common::isMinus(c)) return UNIT_TERM;
+  return isWordCharacter(c) || c == u'!' ? UNIT_NONE : UNIT_OPERAND;
 }
-
-bool endsTerm(char16_t c) { return endsSide(c) || c == u'+' || common::isMinus(c); }
-
-bool endsOperand(char16_t c) { return !isWordCharacter(c) && c != u'!'; }
-
-bool endsNothing(char16_t) { return false; }
-
-using StopT = bool(char16_t);
 
 // All selections here are stretches of one row, from the anchor to the caret.
 
 bool isEmpty(SelectionS const& s) { return s.anchor == s.caret; }
 
-/// Moves the start left to the next stop, past constructs and whole pairs of brackets, but not out of the
-/// brackets around it.
-PlaceS extendedLeft(PlaceS start, StopT stops) {
+/// Moves the start left to where the unit starts, past constructs and whole pairs of brackets, but not out of
+/// the brackets around it.
+PlaceS extendedLeft(PlaceS start, UnitE unit) {
   for (;;) {
     wstring const& text = start.node->crefText();
-    while (start.pos > 0 && !stops(text[start.pos - 1])) --start.pos;
+    while (start.pos > 0 && endedBy(text[start.pos - 1]) < unit) --start.pos;
     Node4C const* const item = start.pos == 0 ? start.node->goLeft() : nullptr;
     if (!item || isOpeningBracket(item->getType())) return start;
     start = placeBefore(isClosingBracket(item->getType()) ? *findPartner(*item) : *item);
   }
 }
 
-PlaceS extendedRight(PlaceS end, StopT stops) {
+PlaceS extendedRight(PlaceS end, UnitE unit) {
   for (;;) {
     wstring const& text = end.node->crefText();
-    while (end.pos < text.size() && !stops(text[end.pos])) ++end.pos;
+    while (end.pos < text.size() && endedBy(text[end.pos]) < unit) ++end.pos;
     Node4C const* const item = end.pos == text.size() ? end.node->goRight() : nullptr;
     if (!item || isClosingBracket(item->getType())) return end;
     end = placeAfter(isOpeningBracket(item->getType()) ? *findPartner(*item) : *item);
@@ -62,8 +59,8 @@ SelectionS withoutBlanks(SelectionS s) {
   return s;
 }
 
-SelectionS extended(SelectionS const& s, StopT stops) {
-  return withoutBlanks({extendedLeft(s.anchor, stops), extendedRight(s.caret, stops)});
+SelectionS extended(SelectionS const& s, UnitE unit) {
+  return withoutBlanks({extendedLeft(s.anchor, unit), extendedRight(s.caret, unit)});
 }
 
 SelectionS wordAround(SelectionS s) {
@@ -76,7 +73,7 @@ SelectionS wordAround(SelectionS s) {
 
 /// The selection together with the brackets around it.
 SelectionS withBrackets(SelectionS const& s) {
-  SelectionS const content = extended(s, endsNothing);
+  SelectionS const content = extended(s, UNIT_CONTENT);
   Node4C const* const open = content.anchor.node->goLeft();
   Node4C const* const close = content.caret.node->goRight();
   if (!open || !close || !isOpeningBracket(open->getType()) || !isClosingBracket(close->getType()))
@@ -97,8 +94,8 @@ bool isLarger(SelectionS const& s, SelectionS const& inner) {
 SelectionS growSelection(ViewZNT4C const& view) {
   SelectionS const now = inOneRow(view.getSelection());
   if (SelectionS const word = wordAround(now); isLarger(word, now)) return word;
-  for (StopT* const stops : {endsOperand, endsTerm, endsSide, endsArgument, endsNothing}) {
-    if (SelectionS const part = extended(now, stops); isLarger(part, now)) return part;
+  for (UnitE const unit : {UNIT_OPERAND, UNIT_TERM, UNIT_SIDE, UNIT_ARGUMENT, UNIT_CONTENT}) {
+    if (SelectionS const part = extended(now, unit); isLarger(part, now)) return part;
   }
   if (SelectionS const pair = withBrackets(now); isLarger(pair, now)) return pair;
   if (SelectionS const row = selectRow(now.anchor); isLarger(row, now)) return row;

@@ -52,25 +52,18 @@ PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
 
 }  // namespace
 
-LeavingS leaveByClose(PlaceS place) {
+LeavingS leaveBySign(PlaceS place, char16_t sign) {
+  bool const closes = sign == u')';
   for (PlaceS at = place; at; at = afterItem(at)) {
     if (findOpenBracket(at)) {
-      Node4C const* const closed = findClosedAlready(at);
+      Node4C const* const closed = closes ? findClosedAlready(at) : nullptr;
       if (closed) return {placeAfter(*closed), true};
       return {at == place ? PlaceS() : at, false};
     }
     Node4C const* const item = enclosingItem(*at.node);
-    if (item && isCallConstruct(*item) && isAtRowEnd(at)) return {placeAfter(*item), true};
-  }
-  return {};
-}
-
-LeavingS leaveByComma(PlaceS place) {
-  for (PlaceS at = place; at; at = afterItem(at)) {
-    if (findOpenBracket(at)) return {at == place ? PlaceS() : at, false};
-    Node4C const* const item = enclosingItem(*at.node);
     if (!item || !isCallConstruct(*item) || !isAtRowEnd(at)) continue;
-    if (PlaceS const next = nextArgument(*item, *at.node->getParent())) return {next, true};
+    PlaceS const next = closes ? placeAfter(*item) : nextArgument(*item, *at.node->getParent());
+    if (next) return {next, true};
   }
   return {};
 }

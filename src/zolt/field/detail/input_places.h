@@ -18,11 +18,9 @@ struct LeavingS {
 };
 
 /// ")": past the bracket that already closes the pair, else after the construct that is written with
-/// brackets, else out of exponents and fractions to a row with an open bracket.
-LeavingS leaveByClose(PlaceS place);
-
-/// ",": to the construct's next argument, or out to a row with an open bracket.
-LeavingS leaveByComma(PlaceS place);
+/// brackets, else out of exponents and fractions to a row with an open bracket. ",": to the construct's next
+/// argument, or out to a row with an open bracket.
+LeavingS leaveBySign(PlaceS place, char16_t sign);
 
 /// "=" in a construct that shows one between two of its rows: to the second of them; null elsewhere.
 PlaceS goToValue(PlaceS place);
