@@ -1,5 +1,8 @@
 #include "zolt/ved/parser/lexical_analyser.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
@@ -12,36 +15,43 @@ namespace zolt::math::ved {
 
 namespace {
 
-// A colon stops a name too, but may start one: it is not a sign by itself.
+struct SignS {
+  char16_t first;
+  char16_t second;  // U+0000: the sign is one character
+  TokenTypeE type;
+};
+
+// Longer signs come before those that they begin with.
+constexpr SignS signs[] = {{u'+', 0, TOKEN_PLUS},
+                           {u'-', 0, TOKEN_MINUS},
+                           {common::minus_sign, 0, TOKEN_MINUS},
+                           {common::en_dash, 0, TOKEN_MINUS},
+                           {u'*', 0, TOKEN_TIMES},
+                           {common::times_sign, 0, TOKEN_TIMES},
+                           {Node4C::OPEN_C, 0, TOKEN_OPEN},
+                           {Node4C::CLOSE_C, 0, TOKEN_CLOSE},
+                           {Node4C::POWER_C, 0, TOKEN_POWER},
+                           {Node4C::COMMA_C, 0, TOKEN_COMMA},
+                           {u'!', 0, TOKEN_FACTORIAL},
+                           {u'=', 0, TOKEN_EQUAL},
+                           {u'<', u'=', TOKEN_LESS_OR_EQUAL},
+                           {u'<', u'>', TOKEN_NOT_EQUAL},
+                           {u'<', 0, TOKEN_LESS},
+                           {u'>', u'=', TOKEN_GREATER_OR_EQUAL},
+                           {u'>', 0, TOKEN_GREATER},
+                           {u':', u'=', TOKEN_ASSIGNMENT},
+                           {u':', u'>', TOKEN_STORE},
+                           {common::not_equal_sign, 0, TOKEN_NOT_EQUAL},
+                           {common::less_or_equal_sign, 0, TOKEN_LESS_OR_EQUAL},
+                           {common::greater_or_equal_sign, 0, TOKEN_GREATER_OR_EQUAL},
+                           {common::store_sign, 0, TOKEN_STORE},
+                           {common::pi_sign, 0, TOKEN_PI}};
+
 bool stopsName(char16_t c) {
-  switch (c) {
-    case u'\0':
-    case u' ':
-    case u'!':
-    case Node4C::OPEN_C:
-    case Node4C::CLOSE_C:
-    case u'*':
-    case u'+':
-    case Node4C::COMMA_C:
-    case u'-':
-    case u':':
-    case u'<':
-    case u'=':
-    case u'>':
-    case Node4C::POWER_C:
-    case Node4C::PREFIX_C:
-    case common::pi_sign:
-    case common::en_dash:
-    case common::minus_sign:
-    case common::times_sign:
-    case common::not_equal_sign:
-    case common::less_or_equal_sign:
-    case common::greater_or_equal_sign:
-    case common::store_sign:
-      return true;
-    default:
-      return false;
-  }
+  // Most of any name.
+  if ((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z')) return false;
+  return c == u'\0' || c == u' ' || c == Node4C::PREFIX_C ||
+         std::any_of(std::begin(signs), std::end(signs), [&](SignS const& sign) { return sign.first == c; });
 }
 
 }  // namespace
@@ -72,56 +82,14 @@ void LexicalAnalyserC::readNextToken() {
   tokenOperator_.reset();
 
   char16_t const c = peek();
-  char16_t const next = peek(1);
-  switch (c) {
-    case u'\0':
-      return position_ == text_.size() ? takeSign(TOKEN_END, 0) : takeSign(TOKEN_NUL);
-    case common::pi_sign:
-      return takeSign(TOKEN_PI);
-    case Node4C::OPEN_C:
-      return takeSign(TOKEN_OPEN);
-    case Node4C::CLOSE_C:
-      return takeSign(TOKEN_CLOSE);
-    case Node4C::COMMA_C:
-      return takeSign(TOKEN_COMMA);
-    case u'+':
-      return takeSign(TOKEN_PLUS);
-    case u'-':
-    case common::en_dash:
-    case common::minus_sign:
-      return takeSign(TOKEN_MINUS);
-    case u'*':
-    case common::times_sign:
-      return takeSign(TOKEN_TIMES);
-    case Node4C::POWER_C:
-      return takeSign(TOKEN_POWER);
-    case u'!':
-      return takeSign(TOKEN_FACTORIAL);
-    case u'=':
-      return takeSign(TOKEN_EQUAL);
-    case common::not_equal_sign:
-      return takeSign(TOKEN_NOT_EQUAL);
-    case common::less_or_equal_sign:
-      return takeSign(TOKEN_LESS_OR_EQUAL);
-    case common::greater_or_equal_sign:
-      return takeSign(TOKEN_GREATER_OR_EQUAL);
-    case common::store_sign:
-      return takeSign(TOKEN_STORE);
-    case u'<':
-      if (next == u'=') return takeSign(TOKEN_LESS_OR_EQUAL, 2);
-      if (next == u'>') return takeSign(TOKEN_NOT_EQUAL, 2);
-      return takeSign(TOKEN_LESS);
-    case u'>':
-      return next == u'=' ? takeSign(TOKEN_GREATER_OR_EQUAL, 2) : takeSign(TOKEN_GREATER);
-    case u':':
-      if (next == u'=') return takeSign(TOKEN_ASSIGNMENT, 2);
-      if (next == u'>') return takeSign(TOKEN_STORE, 2);
-      return takeName();
-    case Node4C::PREFIX_C:
-      return takeVerbatim();
-    default:
-      return common::startsNumber(c) ? takeNumber() : takeName();
+  if (c == u'\0') return position_ == text_.size() ? takeSign(TOKEN_END, 0) : takeSign(TOKEN_NUL, 1);
+  if (c == Node4C::PREFIX_C) return takeVerbatim();
+  if (common::startsNumber(c)) return takeNumber();
+  for (SignS const& sign : signs) {
+    if (sign.first != c || (sign.second != u'\0' && sign.second != peek(1))) continue;
+    return takeSign(sign.type, sign.second == u'\0' ? 1 : 2);
   }
+  takeName();
 }
 
 void LexicalAnalyserC::takeSign(TokenTypeE type, unsigned int length) {

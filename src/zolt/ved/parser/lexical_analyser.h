@@ -42,7 +42,7 @@ class LexicalAnalyserC {
  private:
   /// The character `ahead` of the current one; U+0000 past the end.
   char16_t peek(unsigned int ahead = 0) const;
-  void takeSign(TokenTypeE type, unsigned int length = 1);
+  void takeSign(TokenTypeE type, unsigned int length);
   void takeNumber();
   void takeVerbatim();
   void takeName();

@@ -23,20 +23,9 @@ Node4C::CharacterTableT const Node4C::identifier_characters = makeTable("._@{}")
 
 bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   if (c < nb_acceptable_characters) return identifier ? identifier_characters[c] : acceptable_characters[c];
-  switch (c) {
-    case common::en_dash:
-    case common::minus_sign:
-    case common::times_sign:
-    case common::not_equal_sign:
-    case common::less_or_equal_sign:
-    case common::greater_or_equal_sign:
-    case common::store_sign:
-      return false;
-    case common::pi_sign:
-      return !identifier;
-    default:
-      return true;
-  }
+  bool const isSign =
+      common::isMinus(c) || common::isRelation(c) || c == common::times_sign || c == common::store_sign;
+  return !isSign && (c != common::pi_sign || !identifier);
 }
 
 bool Node4C::isTypable(char16_t c) {

@@ -1,5 +1,8 @@
 #include "zolt/ved/parser/detail/infix_parser.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "zolt/algexpr/make_node.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/float64_util.h"
@@ -26,6 +29,7 @@ bool isNumberToken(std::u16string_view text, std::u16string_view& number) {
 
 /// A sign that follows an operand.
 struct InfixParserC::SignS {
+  TokenTypeE token;
   RuleE rule;       ///< the rule that reads the sign
   RuleE rightRule;  ///< the rule that reads its right operand
   std::u16string_view name;
@@ -55,7 +59,7 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_OPERATOR_WORD:
       if (currentRule() <= RULE_NOT && lexer_.viewCurrentToken() == u"not")
         return beginPrefix(u"not", RULE_NOT);
-      return readWord();
+      return readName();
     case TOKEN_NUMBER:
       return readNumber();
     case TOKEN_PI:
@@ -63,24 +67,25 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_VERBATIM:
       return takeLeaf(lexer_.viewCurrentToken());
     case TOKEN_OPEN:
-      frames_.push_back({PENDING_GROUP, RULE_OR, builder_.addFunction(u"_quietpos")});
-      lexer_.readNextToken();
-      return NEXT_OPERAND;
+      return begin({PENDING_GROUP, RULE_OR, builder_.addFunction(u"_quietpos")});
     case TOKEN_PLUS:
-      if (currentRule() <= RULE_FACTOR) return beginPrefix(u"_pos", RULE_FACTOR);
-      return fail(ERROR_CAUSE_SYNTAX);
+      return beginPrefix(u"_pos", RULE_FACTOR);
     case TOKEN_MINUS:
-      if (currentRule() <= RULE_FACTOR) return beginPrefix(negation_name.data(), RULE_FACTOR);
-      return fail(ERROR_CAUSE_SYNTAX);
+      return beginPrefix(negation_name, RULE_FACTOR);
     default:
       return fail(ERROR_CAUSE_SYNTAX);
   }
 }
 
-InfixParserC::NextE InfixParserC::beginPrefix(char16_t const* name, RuleE operandRule) {
-  frames_.push_back({PENDING_PREFIX, operandRule, builder_.addFunction(name)});
+InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
+  frames_.push_back(frame);
   lexer_.readNextToken();
   return NEXT_OPERAND;
+}
+
+InfixParserC::NextE InfixParserC::beginPrefix(std::u16string_view name, RuleE operandRule) {
+  if (currentRule() > operandRule) return fail(ERROR_CAUSE_SYNTAX);
+  return begin({PENDING_PREFIX, operandRule, builder_.addFunction(name)});
 }
 
 InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
@@ -90,31 +95,25 @@ InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
 }
 
 InfixParserC::NextE InfixParserC::readName() {
-  // A colon takes any character into its name, a tab is part of one: what prefix text cannot carry would be
-  // read back as something else.
-  if (!algexpr::isWritableName(lexer_.getCurrentToken())) return fail(ERROR_CAUSE_SYNTAX);
-  takeLeaf(lexer_.viewCurrentToken());
-  if (lexer_.getCurrentTokenType() != TOKEN_OPEN) return NEXT_SIGN;
-  builder_.makeFunction(operand_);
-  frames_.push_back({PENDING_CALL, RULE_OR, operand_});
-  lexer_.readNextToken();
-  return NEXT_OPERAND;
-}
-
-InfixParserC::NextE InfixParserC::readWord() {
   FrameS call{PENDING_CALL, RULE_OR, 0};
-  call.arity = lexer_.getCurrentTokenOperator()->getArity();
   lexer_.getCurrentTokenPosition(call.wordStart, call.wordEnd);
-  takeLeaf(operatorNames_.emplace_front(lexer_.viewCurrentToken()));
+  std::u16string_view name = lexer_.viewCurrentToken();
+  if (PointerTC<OperatorBC> const word = lexer_.getCurrentTokenOperator()) {
+    call.arity = word->getArity();
+    name = operatorNames_.emplace_front(name);
+  } else if (!algexpr::isWritableName(wstring(name))) {
+    // A colon takes any character into its name, a tab is part of one: what prefix text cannot carry would be
+    // read back as something else.
+    return fail(ERROR_CAUSE_SYNTAX);
+  }
+  takeLeaf(name);
   if (lexer_.getCurrentTokenType() != TOKEN_OPEN) {
     if (call.arity == 0) return NEXT_SIGN;
     return failAt(call.wordStart, call.wordEnd, ERROR_CAUSE_MISSING_OPEN);
   }
   builder_.makeFunction(operand_);
   call.part = operand_;
-  frames_.push_back(call);
-  lexer_.readNextToken();
-  return NEXT_OPERAND;
+  return begin(call);
 }
 
 InfixParserC::NextE InfixParserC::readNumber() {
@@ -125,59 +124,28 @@ InfixParserC::NextE InfixParserC::readNumber() {
 }
 
 InfixParserC::SignS const* InfixParserC::findSign() const {
-  static constexpr SignS assignment{RULE_ASSIGNMENT, RULE_OR, u":="};
-  static constexpr SignS store{RULE_ASSIGNMENT, RULE_OR, u":>"};
-  static constexpr SignS disjunction{RULE_OR, RULE_AND, u"or"};
-  static constexpr SignS conjunction{RULE_AND, RULE_NOT, u"and"};
-  static constexpr SignS equal{RULE_EQUATION, RULE_EXPRESSION, u"="};
-  static constexpr SignS notEqual{RULE_EQUATION, RULE_EXPRESSION, u"<>"};
-  static constexpr SignS less{RULE_EQUATION, RULE_EXPRESSION, u"<"};
-  static constexpr SignS lessOrEqual{RULE_EQUATION, RULE_EXPRESSION, u"<="};
-  static constexpr SignS greater{RULE_EQUATION, RULE_EXPRESSION, u">"};
-  static constexpr SignS greaterOrEqual{RULE_EQUATION, RULE_EXPRESSION, u">="};
-  static constexpr SignS plus{RULE_EXPRESSION, RULE_TERM, u"+"};
-  static constexpr SignS minus{RULE_EXPRESSION, RULE_TERM, u"-"};
-  static constexpr SignS times{RULE_TERM, RULE_FACTOR, u"*"};
-  static constexpr SignS quotient{RULE_TERM, RULE_FACTOR, u"div"};
-  static constexpr SignS remainder{RULE_TERM, RULE_FACTOR, u"mod"};
-  static constexpr SignS power{RULE_UNARY_TERM, RULE_UNARY_TERM, power_name};
-  static constexpr SignS factorial{RULE_FACT, RULE_FACT, u"!"};
-
-  switch (lexer_.getCurrentTokenType()) {
-    case TOKEN_ASSIGNMENT:
-      return &assignment;
-    case TOKEN_STORE:
-      return &store;
-    case TOKEN_EQUAL:
-      return &equal;
-    case TOKEN_NOT_EQUAL:
-      return &notEqual;
-    case TOKEN_LESS:
-      return &less;
-    case TOKEN_LESS_OR_EQUAL:
-      return &lessOrEqual;
-    case TOKEN_GREATER:
-      return &greater;
-    case TOKEN_GREATER_OR_EQUAL:
-      return &greaterOrEqual;
-    case TOKEN_PLUS:
-      return &plus;
-    case TOKEN_MINUS:
-      return &minus;
-    case TOKEN_TIMES:
-      return &times;
-    case TOKEN_POWER:
-      return &power;
-    case TOKEN_FACTORIAL:
-      return &factorial;
-    case TOKEN_OPERATOR_WORD:
-      for (SignS const* word : {&disjunction, &conjunction, &quotient, &remainder}) {
-        if (lexer_.viewCurrentToken() == word->name) return word;
-      }
-      return nullptr;
-    default:
-      return nullptr;
-  }
+  static constexpr SignS signs[] = {{TOKEN_PLUS, RULE_EXPRESSION, RULE_TERM, u"+"},
+                                    {TOKEN_MINUS, RULE_EXPRESSION, RULE_TERM, u"-"},
+                                    {TOKEN_TIMES, RULE_TERM, RULE_FACTOR, u"*"},
+                                    {TOKEN_OPERATOR_WORD, RULE_TERM, RULE_FACTOR, u"div"},
+                                    {TOKEN_OPERATOR_WORD, RULE_TERM, RULE_FACTOR, u"mod"},
+                                    {TOKEN_POWER, RULE_UNARY_TERM, RULE_UNARY_TERM, power_name},
+                                    {TOKEN_FACTORIAL, RULE_FACT, RULE_FACT, u"!"},
+                                    {TOKEN_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"="},
+                                    {TOKEN_NOT_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"<>"},
+                                    {TOKEN_LESS, RULE_EQUATION, RULE_EXPRESSION, u"<"},
+                                    {TOKEN_LESS_OR_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"<="},
+                                    {TOKEN_GREATER, RULE_EQUATION, RULE_EXPRESSION, u">"},
+                                    {TOKEN_GREATER_OR_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u">="},
+                                    {TOKEN_OPERATOR_WORD, RULE_AND, RULE_NOT, u"and"},
+                                    {TOKEN_OPERATOR_WORD, RULE_OR, RULE_AND, u"or"},
+                                    {TOKEN_ASSIGNMENT, RULE_ASSIGNMENT, RULE_OR, u":="},
+                                    {TOKEN_STORE, RULE_ASSIGNMENT, RULE_OR, u":>"}};
+  TokenTypeE const token = lexer_.getCurrentTokenType();
+  auto const* const found = std::find_if(std::begin(signs), std::end(signs), [&](SignS const& sign) {
+    return sign.token == token && (token != TOKEN_OPERATOR_WORD || sign.name == lexer_.viewCurrentToken());
+  });
+  return found == std::end(signs) ? nullptr : found;
 }
 
 InfixParserC::NextE InfixParserC::readSign() {

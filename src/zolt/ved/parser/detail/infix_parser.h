@@ -65,7 +65,6 @@ class InfixParserC {
 
   NextE readOperand();
   NextE readName();
-  NextE readWord();
   NextE readNumber();
   NextE readSign();
   NextE readBracketEnd();
@@ -73,7 +72,8 @@ class InfixParserC {
 
   RuleE currentRule() const { return frames_.empty() ? outermostRule_ : frames_.back().operandRule; }
   SignS const* findSign() const;
-  NextE beginPrefix(char16_t const* name, RuleE operandRule);
+  NextE begin(FrameS const& frame);
+  NextE beginPrefix(std::u16string_view name, RuleE operandRule);
   NextE takeLeaf(std::u16string_view text);
   NextE fail(ErrorCauseE cause);
   NextE failAt(unsigned int start, unsigned int end, ErrorCauseE cause);
