@@ -13,6 +13,8 @@ namespace common = math::common;
 namespace {
 
 constexpr char16_t quote = u'"';
+constexpr std::u16string_view opening_brackets = u"([{";
+constexpr std::u16string_view closing_brackets = u")]}";
 
 struct RangeS {
   char16_t first;
@@ -124,22 +126,10 @@ void PlainLexerC::readNextToken() {
 }
 
 void PlainLexerC::readSign(char16_t c) {
-  switch (c) {
-    case u'(':
-      return setBracket(PLAIN_TOKEN_OPEN, u')');
-    case u'[':
-      return setBracket(PLAIN_TOKEN_OPEN, u']');
-    case u'{':
-      return setBracket(PLAIN_TOKEN_OPEN, u'}');
-    case u')':
-    case u']':
-    case u'}':
-      return setBracket(PLAIN_TOKEN_CLOSE, c);
-    case u',':
-      return set(PLAIN_TOKEN_COMMA);
-    default:
-      break;
-  }
+  if (c == u',') return set(PLAIN_TOKEN_COMMA);
+  if (closing_brackets.find(c) != closing_brackets.npos) return setBracket(PLAIN_TOKEN_CLOSE, c);
+  std::size_t const opening = opening_brackets.find(c);
+  if (opening != opening_brackets.npos) return setBracket(PLAIN_TOKEN_OPEN, closing_brackets[opening]);
   if (ReadingS const* const reading = findReading(text_.substr(token_.begin, 2))) {
     position_ = std::min(token_.begin + 2, text_.size());
     return setOperator(*reading);

@@ -9,19 +9,21 @@
 namespace zolt::exchange::detail {
 
 enum PlainTokenE {
-  PLAIN_TOKEN_END,
+  // These start an operand.
   PLAIN_TOKEN_NUMBER,
   PLAIN_TOKEN_NAME,  ///< a name without quotes that is not a word of the notation
   PLAIN_TOKEN_QUOTED_NAME,
   PLAIN_TOKEN_PI,
+  PLAIN_TOKEN_ROOT,  ///< text: the index, empty for a square root
+  PLAIN_TOKEN_OPEN,  ///< text: the function of such brackets, empty when they only group
+  PLAIN_TOKEN_BAR,   ///< text: the function of bars
+  // These do not.
+  PLAIN_TOKEN_END,
   PLAIN_TOKEN_INFIX,
   PLAIN_TOKEN_NOT,
   PLAIN_TOKEN_POSTFIX,      ///< text: the name of the operation
   PLAIN_TOKEN_SUPERSCRIPT,  ///< text: the number or name that is raised
-  PLAIN_TOKEN_ROOT,         ///< text: the index, empty for a square root
-  PLAIN_TOKEN_OPEN,         ///< text: the function of such brackets, empty when they only group
   PLAIN_TOKEN_CLOSE,
-  PLAIN_TOKEN_BAR,  ///< text: the function of bars
   PLAIN_TOKEN_COMMA,
   PLAIN_TOKEN_BAD  ///< `error` says why
 };
@@ -36,6 +38,8 @@ struct PlainTokenS {
   /// For an opening bracket the closing one that matches, for a closing bracket the bracket itself.
   char16_t bracket = u'\0';
   PlainTextErrorE error = PLAIN_TEXT_ERROR_NONE;
+
+  bool startsOperand() const { return type < PLAIN_TOKEN_END; }
 };
 
 /// Cuts plain text into tokens.

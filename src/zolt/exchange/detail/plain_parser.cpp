@@ -1,6 +1,5 @@
 #include "zolt/exchange/detail/plain_parser.h"
 
-#include <iterator>
 #include <utility>
 
 #include "zolt/algexpr/make_node.h"
@@ -46,9 +45,9 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_PI:
       return takeToken(makeNamed(wstring(pi_name)));
     case PLAIN_TOKEN_OPEN:
-      return beginGroup(token().text, token().bracket);
+      return beginGroup(token().bracket);
     case PLAIN_TOKEN_BAR:
-      return beginGroup(token().text, bar);
+      return beginGroup(bar);
     case PLAIN_TOKEN_ROOT:
       return readRoot();
     case PLAIN_TOKEN_NOT:
@@ -65,14 +64,10 @@ PlainParserC::NextE PlainParserC::readOperand() {
 }
 
 PlainParserC::NextE PlainParserC::readPrefix(wstring const& name, RuleE operandRule) {
-  FrameS frame;
-  frame.kind = PENDING_PREFIX;
-  frame.operandRule = operandRule;
+  FrameS frame{PENDING_PREFIX, operandRule};
   frame.takesSign = true;
   frame.name = name;
-  frames_.push_back(std::move(frame));
-  lexer_.readNextToken();
-  return NEXT_OPERAND;
+  return begin(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
@@ -84,60 +79,45 @@ PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
 }
 
 PlainParserC::NextE PlainParserC::readRoot() {
-  FrameS frame;
-  frame.kind = PENDING_ROOT;
-  frame.operandRule = RULE_ATOM;
+  FrameS frame{PENDING_ROOT, RULE_ATOM};
   if (!token().text.empty()) frame.exponent = makeNumber(token().text);
-  frames_.push_back(std::move(frame));
-  lexer_.readNextToken();
-  return NEXT_OPERAND;
+  return begin(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::readName() {
-  FrameS frame;
-  frame.name = token().text;
-  frame.begin = token().begin;
-  frame.end = token().end;
-  lexer_.readNextToken();
+  FrameS frame = startCall(token().text);
   if (isFunction(frame.name)) {
     frame.isWritten = true;
     return readFunction(std::move(frame));
   }
   // After a blank, brackets are a factor: "a (b+c)".
-  if (opensCall() && token().begin == frame.end) return beginCall(std::move(frame));
+  if (opensCall() && token().begin == frame.end) return beginBracket(std::move(frame));
   std::u16string_view const letter = findGreekLetter(frame.name);
   return keep(makeNamed(letter.empty() ? frame.name : wstring(letter)));
 }
 
 PlainParserC::NextE PlainParserC::readQuotedName() {
-  FrameS frame;
-  frame.name = token().text;
-  lexer_.readNextToken();
-  if (opensCall()) return beginCall(std::move(frame));
+  FrameS frame = startCall(token().text);
+  if (opensCall()) return beginBracket(std::move(frame));
   return keep(makeNamed(frame.name));
 }
 
 PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
-  FrameS frame;
-  frame.name = name;
-  frame.begin = token().begin;
-  frame.end = token().end;
-  lexer_.readNextToken();
+  FrameS frame = startCall(name);
   if (!opensCall()) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_OPERAND);
-  return beginCall(std::move(frame));
+  return beginBracket(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
-  if (opensCall()) return beginCall(std::move(frame));
+  if (opensCall()) return beginBracket(std::move(frame));
   ReadingS const* const unary = findFunction(frame.name, 1);
-  if (unary && unary->notation->arity == 0) {
-    return keep(makeNamed(frame.name));
-  }
+  if (unary && unary->notation->arity == 0) return keep(makeNamed(frame.name));
   if (unary && readFunctionExponent(frame)) {
-    if (opensCall()) return beginCall(std::move(frame));
-    if (startsOperand()) {
+    if (opensCall()) return beginBracket(std::move(frame));
+    if (token().startsOperand()) {
       frame.kind = PENDING_APPLICATION;
       frame.operandRule = RULE_ARGUMENT;
+      frame.close = u'\0';
       frames_.push_back(std::move(frame));
       return NEXT_OPERAND;
     }
@@ -173,45 +153,35 @@ bool PlainParserC::readFunctionExponent(FrameS& frame) {
   return true;
 }
 
-PlainParserC::NextE PlainParserC::beginCall(FrameS frame) {
-  frame.kind = PENDING_CALL;
-  frame.close = u')';
-  return beginBracket(std::move(frame));
+// Reads the name of a function, after which its brackets or its operand may begin.
+PlainParserC::FrameS PlainParserC::startCall(std::u16string_view name) {
+  FrameS frame{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  frame.name = name;
+  frame.begin = token().begin;
+  frame.end = token().end;
+  lexer_.readNextToken();
+  return frame;
 }
 
-PlainParserC::NextE PlainParserC::beginGroup(wstring const& function, char16_t close) {
-  FrameS frame;
-  frame.kind = PENDING_GROUP;
-  frame.name = function;
-  frame.close = close;
+PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
+  FrameS frame{PENDING_GROUP, RULE_ASSIGNMENT, close};
+  frame.name = token().text;
   return beginBracket(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::beginBracket(FrameS frame) {
-  frame.operandRule = RULE_ASSIGNMENT;
   frame.firstOperand = operands_.size();
   closes_.push_back(frame.close);
+  return begin(std::move(frame));
+}
+
+PlainParserC::NextE PlainParserC::begin(FrameS frame) {
   frames_.push_back(std::move(frame));
   lexer_.readNextToken();
   return NEXT_OPERAND;
 }
 
 bool PlainParserC::opensCall() const { return token().type == PLAIN_TOKEN_OPEN && token().bracket == u')'; }
-
-bool PlainParserC::startsOperand() const {
-  switch (token().type) {
-    case PLAIN_TOKEN_NUMBER:
-    case PLAIN_TOKEN_NAME:
-    case PLAIN_TOKEN_QUOTED_NAME:
-    case PLAIN_TOKEN_PI:
-    case PLAIN_TOKEN_OPEN:
-    case PLAIN_TOKEN_BAR:
-    case PLAIN_TOKEN_ROOT:
-      return true;
-    default:
-      return false;
-  }
-}
 
 // ---- Behind an operand ------------------------------------------------------------------------------------
 
@@ -234,23 +204,19 @@ PlainParserC::NextE PlainParserC::readSign() {
       // "x 2" is more often a power or an index that lost its form in copying than a product.
       return fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
     default:
-      return startsOperand() ? readProduct() : fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
+      return token().startsOperand() ? readProduct() : fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
   }
 }
 
 PlainParserC::NextE PlainParserC::readInfix() {
-  FrameS frame;
-  frame.kind = PENDING_INFIX;
+  FrameS frame{PENDING_INFIX, token().infix->rightRule};
   frame.infix = token().infix;
-  frame.operandRule = frame.infix->rightRule;
   frame.takesSign = true;
   finishTighterThan(frame.infix->rule);
   if (frame.infix->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
     return fail(PLAIN_TEXT_ERROR_SECOND_ASSIGNMENT);
   }
-  frames_.push_back(std::move(frame));
-  lexer_.readNextToken();
-  return NEXT_OPERAND;
+  return begin(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::readPostfix() {
@@ -268,10 +234,8 @@ PlainParserC::NextE PlainParserC::readProduct() {
   bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
                           !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
   if (!inArgument) finishTighterThan(times->rule);
-  FrameS frame;
-  frame.kind = PENDING_INFIX;
+  FrameS frame{PENDING_INFIX, RULE_POWER};
   frame.infix = times;
-  frame.operandRule = RULE_POWER;
   frames_.push_back(std::move(frame));
   return NEXT_OPERAND;
 }
@@ -302,10 +266,9 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     if (operands_.back().bracketed) result.node = makeFunction(wstring(bracket_name), {result.node});
     result.bracketed = true;
   } else {
-    auto const first = operands_.begin() + static_cast<std::ptrdiff_t>(frame.firstOperand);
     std::vector<NodeT> arguments;
-    for (auto operand = first; operand != operands_.end(); ++operand) {
-      arguments.push_back(std::move(operand->node));
+    for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i) {
+      arguments.push_back(std::move(operands_[i].node));
     }
     result.node = makeCall(frame, std::move(arguments));
     if (!result.node) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_ARGUMENT_COUNT);
@@ -337,22 +300,15 @@ void PlainParserC::finish(FrameS const& frame) {
       }
       break;
     case PENDING_ROOT:
-      if (frame.exponent) {
-        result.node = makeFunction(u"nthroot", {std::move(operand), frame.exponent});
-      } else {
-        result.node = makeFunction(u"sqrt", {std::move(operand)});
-      }
+      result.node = frame.exponent ? makeFunction(u"nthroot", {std::move(operand), frame.exponent})
+                                   : makeFunction(u"sqrt", {std::move(operand)});
       break;
-    case PENDING_INFIX: {
-      NodeT left = takeOperand();
+    case PENDING_INFIX:
       result.assignment = frame.infix->rule == RULE_ASSIGNMENT;
-      if (frame.infix->rule == RULE_POWER) {
-        result.node = makePower(std::move(left), std::move(operand));
-      } else {
-        result.node = makeFunction(wstring(frame.infix->name), {std::move(left), std::move(operand)});
-      }
+      result.node = frame.infix->rule == RULE_POWER
+                        ? makePower(takeOperand(), std::move(operand))
+                        : makeFunction(wstring(frame.infix->name), {takeOperand(), std::move(operand)});
       break;
-    }
     default:
       result.node = makeCall(frame, {std::move(operand)});
       break;
@@ -380,10 +336,7 @@ PlainParserC::NextE PlainParserC::takeToken(NodeT node, bool literal) {
 
 // Takes the operand that ends before the current token.
 PlainParserC::NextE PlainParserC::keep(NodeT node, bool literal) {
-  OperandS operand;
-  operand.node = std::move(node);
-  operand.literal = literal;
-  operands_.push_back(std::move(operand));
+  operands_.push_back({std::move(node), false, literal});
   return NEXT_SIGN;
 }
 
@@ -398,9 +351,7 @@ PlainParserC::NextE PlainParserC::fail(PlainTextErrorE cause) {
 }
 
 PlainParserC::NextE PlainParserC::failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause) {
-  error_.begin = static_cast<unsigned long>(begin);
-  error_.end = static_cast<unsigned long>(end);
-  error_.cause = cause;
+  error_ = {static_cast<unsigned long>(begin), static_cast<unsigned long>(end), cause};
   return NEXT_FAILED;
 }
 

@@ -35,14 +35,14 @@ class PlainParserC {
 
   /// An operation that was begun and whose next operand is being read.
   struct FrameS {
-    PendingE kind{};
-    RuleE operandRule{};
+    PendingE kind;
+    RuleE operandRule;
+    char16_t close = u'\0';  // of brackets only
     bool takesSign = false;  // the operand may start with a sign, even if its rule is tighter
     bool isWritten = false;  // `name` is as people write it, not as the expression library does
-    char16_t close = u'\0';  // of brackets only
-    wstring name;            // empty: brackets that only group
+    wstring name = {};       // empty: brackets that only group
     NotationS const* infix = nullptr;
-    NodeT exponent;  // of a function, as in sin²x; of a root, its index
+    NodeT exponent = {};  // of a function, as in sin²x; of a root, its index
     std::size_t firstOperand = 0;
     std::size_t begin = 0;  // what an error in the arguments marks
     std::size_t end = 0;
@@ -67,9 +67,10 @@ class PlainParserC {
   NextE readWordCall(std::u16string_view name);
   NextE readFunction(FrameS frame);
   bool readFunctionExponent(FrameS& frame);
-  NextE beginCall(FrameS frame);
-  NextE beginGroup(wstring const& function, char16_t close);
+  FrameS startCall(std::u16string_view name);
+  NextE beginGroup(char16_t close);
   NextE beginBracket(FrameS frame);
+  NextE begin(FrameS frame);
 
   NextE readSign();
   NextE readInfix();
@@ -88,7 +89,6 @@ class PlainParserC {
 
   RuleE currentRule() const { return frames_.empty() ? RULE_ASSIGNMENT : frames_.back().operandRule; }
   bool opensCall() const;
-  bool startsOperand() const;
   PlainTokenS const& token() const { return lexer_.crefToken(); }
   NextE fail(PlainTextErrorE cause);
   NextE failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause);

@@ -25,35 +25,18 @@ ParentNodeABC const* asBrackets(NodeABC const& node) {
   return parent && parent->numChildren() == 1 && node.crefName() == bracket_name ? parent : nullptr;
 }
 
-enum GuardE {
-  GUARD_NONE,      ///< the reader takes the operand as it is
-  GUARD_RESTORED,  ///< the operand is in brackets, which the reader adds by itself
-  GUARD_MISSING    ///< the reader would add brackets that are not there
-};
-
-// What the reader would do to an operand, since it makes operations with `makeOperation`.
-GuardE findGuard(ParentNodeABC const& node, unsigned long index) {
+/// The operand as it is written. The reader makes operations with `makeOperation`, which puts some operands
+/// in brackets: these are not written, and the result is null when the reader would add some that are not
+/// there.
+NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
   auto const isGuarded = [&](PointerTC<NodeABC> const& operand) {
     std::vector<PointerTC<NodeABC>> const operands(node.numChildren(), operand);
     PointerTC<NodeABC> const made = math::algexpr::makeOperation(node.crefName(), operands);
     return made->asParent()->childPointer(index) != operand;
   };
-  PointerTC<NodeABC> const operand = node.childPointer(index);
-  ParentNodeABC const* const brackets = asBrackets(*operand);
-  if (brackets) return isGuarded(brackets->childPointer(0)) ? GUARD_RESTORED : GUARD_NONE;
-  return isGuarded(operand) ? GUARD_MISSING : GUARD_NONE;
-}
-
-/// The operand as it is written; null when the reader would not give the same operand back.
-NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
-  switch (findGuard(node, index)) {
-    case GUARD_RESTORED:
-      return &asBrackets(node.child(index))->child(0);
-    case GUARD_MISSING:
-      return nullptr;
-    default:
-      return &node.child(index);
-  }
+  ParentNodeABC const* const brackets = asBrackets(node.child(index));
+  if (!brackets) return isGuarded(node.childPointer(index)) ? nullptr : &node.child(index);
+  return isGuarded(brackets->childPointer(0)) ? &brackets->child(0) : &node.child(index);
 }
 
 /// Whether a name without quotes would be read as something other than that name.
