@@ -108,7 +108,7 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   return beginBracket(std::move(frame));
 }
 
-PlainParserC::NextE PlainParserC::readFunction(FrameS frame) {
+PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
   if (opensCall()) return beginBracket(std::move(frame));
   ReadingS const* const unary = findFunction(frame.name, 1);
   if (unary && unary->notation->arity == 0) return keep(makeNamed(frame.name));
@@ -169,13 +169,13 @@ PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
   return beginBracket(std::move(frame));
 }
 
-PlainParserC::NextE PlainParserC::beginBracket(FrameS frame) {
+PlainParserC::NextE PlainParserC::beginBracket(FrameS&& frame) {
   frame.firstOperand = operands_.size();
   closes_.push_back(frame.close);
   return begin(std::move(frame));
 }
 
-PlainParserC::NextE PlainParserC::begin(FrameS frame) {
+PlainParserC::NextE PlainParserC::begin(FrameS&& frame) {
   frames_.push_back(std::move(frame));
   lexer_.readNextToken();
   return NEXT_OPERAND;

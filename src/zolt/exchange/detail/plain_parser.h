@@ -65,12 +65,12 @@ class PlainParserC {
   NextE readName();
   NextE readQuotedName();
   NextE readWordCall(std::u16string_view name);
-  NextE readFunction(FrameS frame);
+  NextE readFunction(FrameS&& frame);
   bool readFunctionExponent(FrameS& frame);
   FrameS startCall(std::u16string_view name);
   NextE beginGroup(char16_t close);
-  NextE beginBracket(FrameS frame);
-  NextE begin(FrameS frame);
+  NextE beginBracket(FrameS&& frame);
+  NextE begin(FrameS&& frame);
 
   NextE readSign();
   NextE readInfix();

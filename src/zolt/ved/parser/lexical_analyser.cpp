@@ -47,9 +47,10 @@ constexpr SignS signs[] = {{u'+', 0, TOKEN_PLUS},
                            {common::store_sign, 0, TOKEN_STORE},
                            {common::pi_sign, 0, TOKEN_PI}};
 
+constexpr bool isLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+
 bool stopsName(char16_t c) {
-  // Most of any name.
-  if ((c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z')) return false;
+  if (isLetter(c)) return false;
   return c == u'\0' || c == u' ' || c == Node4C::PREFIX_C ||
          std::any_of(std::begin(signs), std::end(signs), [&](SignS const& sign) { return sign.first == c; });
 }
@@ -85,6 +86,7 @@ void LexicalAnalyserC::readNextToken() {
   if (c == u'\0') return position_ == text_.size() ? takeSign(TOKEN_END, 0) : takeSign(TOKEN_NUL, 1);
   if (c == Node4C::PREFIX_C) return takeVerbatim();
   if (common::startsNumber(c)) return takeNumber();
+  if (isLetter(c)) return takeName();
   for (SignS const& sign : signs) {
     if (sign.first != c || (sign.second != u'\0' && sign.second != peek(1))) continue;
     return takeSign(sign.type, sign.second == u'\0' ? 1 : 2);

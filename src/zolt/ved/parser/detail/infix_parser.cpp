@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/common/decimal_text.h"
@@ -117,10 +118,15 @@ InfixParserC::NextE InfixParserC::readName() {
 }
 
 InfixParserC::NextE InfixParserC::readNumber() {
-  if (!common::Float64UtilC::isFinite(common::Float64UtilC::fromString(lexer_.getCurrentToken()))) {
+  std::u16string_view const text = lexer_.viewCurrentToken();
+  common::DecimalTextS parts;
+  // Few numbers are long enough to be too large; only these have to be read.
+  bool const plain = common::readDecimalText(text, parts) && !parts.hasExponent() &&
+                     parts.integerDigits.size() < std::numeric_limits<double>::max_exponent10;
+  if (!plain && !common::Float64UtilC::isFinite(common::Float64UtilC::fromString(wstring(text)))) {
     return fail(ERROR_CAUSE_BAD_NUMBER);
   }
-  return takeLeaf(lexer_.viewCurrentToken());
+  return takeLeaf(text);
 }
 
 InfixParserC::SignS const* InfixParserC::findSign() const {
