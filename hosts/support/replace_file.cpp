@@ -1,6 +1,7 @@
 #include "hosts/support/replace_file.h"
 
-#include <cstdint>
+#include <algorithm>
+#include <random>
 #include <string>
 
 #ifdef _WIN32
@@ -13,8 +14,13 @@
 
 #include <cerrno>
 #include <chrono>
-#include <cstdio>
+#include <cstring>
+#include <map>
 #include <thread>
+#endif
+#ifdef __linux__
+#include <linux/limits.h>
+#include <sys/xattr.h>
 #endif
 
 namespace zolt::support {
@@ -23,19 +29,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A short name that hardly ever equals that of another file.
-std::string digestOf(std::string const& name) {
-  std::uint64_t digest = 0xCBF29CE484222325;  // FNV-1a
-  for (char const c : name) digest = (digest ^ static_cast<unsigned char>(c)) * 0x100000001B3;
-  return std::to_string(digest);
+constexpr std::string_view draft_end = ".part";
+
+/// The beginning of the names of drafts, which hold the bytes until they are complete. They are hidden, since
+/// they are of no use to a person.
+std::string draftStart(fs::path const& target) {
+  constexpr std::size_t longest_name = 200;  // bytes; file systems allow 255
+  std::string const name = target.filename().string();
+  std::size_t end = std::min(name.size(), longest_name);
+  while (end < name.size() && (name[end] & 0xC0) == 0x80) --end;  // characters of UTF-8 remain whole
+  return '.' + name.substr(0, end) + '.';
 }
 
-/// Where the bytes are until they are complete. The place is always the same, so that remains are found
-/// again; the name is hidden because the file is of no use to a person.
-fs::path draftPath(fs::path const& target) {
-  constexpr std::size_t longest_name = 240;  // bytes that every file system allows, with ours around them
-  std::string const name = target.filename().string();
-  return target.parent_path() / ("." + (name.size() > longest_name ? digestOf(name) : name) + ".part");
+/// Nobody can foresee the number in the name, and so nobody can put anything in its place.
+fs::path newDraftPath(fs::path const& target) {
+  std::random_device random;
+  std::string const number = std::to_string(random()) + std::to_string(random());
+  return target.parent_path() / (draftStart(target) + number + std::string(draft_end));
 }
 
 /// The target of a link, even if nothing exists there yet.
@@ -52,8 +62,9 @@ fs::path followLinks(fs::path path) {
 
 #ifdef _WIN32
 
-std::error_code replace(fs::path const& target, fs::path const& draft, std::string_view bytes) {
+std::error_code replace(fs::path const& target, std::string_view bytes) {
   std::error_code cause, ignored;
+  fs::path const draft = newDraftPath(target);
   std::ofstream out(draft, std::ios::binary);
   out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   out.close();
@@ -66,6 +77,8 @@ std::error_code replace(fs::path const& target, fs::path const& draft, std::stri
   return cause;
 }
 
+void removeRemains(fs::path const&) {}
+
 #else
 
 std::error_code lastCause() { return {errno ? errno : EIO, std::generic_category()}; }
@@ -74,9 +87,7 @@ std::error_code lastCause() { return {errno ? errno : EIO, std::generic_category
 class DescriptorC {
  public:
   explicit DescriptorC(int number = -1) : number_(number) {}
-  ~DescriptorC() {
-    if (number_ >= 0) ::close(number_);
-  }
+  ~DescriptorC() { reset(-1); }
   DescriptorC(DescriptorC const&) = delete;
   DescriptorC& operator=(DescriptorC const&) = delete;
 
@@ -91,50 +102,27 @@ class DescriptorC {
   int number_;
 };
 
-bool isSameFile(struct stat const& a, struct stat const& b) {
-  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+/// Whether the file could be locked. A file system without locks has no other holder either.
+bool lock(DescriptorC const& file) {
+  return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
-/// Creates a file at `path` that is locked against other writers. Returns false with `errno` set.
-bool createDraft(char const* path, mode_t mode, DescriptorC& draft) {
+/// Creates a file beside `target`, with a lock that tells that its program is running. Returns false with
+/// `errno` set.
+bool createDraft(fs::path const& target, mode_t mode, fs::path& path, DescriptorC& draft) {
   constexpr int attempts = 100;
-  constexpr std::chrono::milliseconds pause(10);
   for (int i = 0; i < attempts; ++i) {
-    draft.reset(::open(path, O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
-    if (!draft && errno != EEXIST) return false;
-    bool const fresh = static_cast<bool>(draft);
-    if (!fresh) draft.reset(::open(path, O_WRONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    path = newDraftPath(target);
+    draft.reset(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, mode));
     if (!draft) {
-      if (errno == ENOENT) continue;
-      if (errno != ELOOP || ::unlink(path) != 0) return false;  // a link is not ours
-      continue;
+      if (errno == EEXIST) continue;
+      return false;
     }
-    // A file system without locks has no other holder either.
-    if (::flock(draft.number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-      std::this_thread::sleep_for(pause);
-      continue;
-    }
-    // The previous holder of the lock may have given the file its final name, or another writer may have
-    // removed it in between.
-    struct stat ours = {};
-    struct stat there = {};
-    bool const inPlace = ::fstat(draft.number(), &ours) == 0 && ::lstat(path, &there) == 0;
-    if (!inPlace || !isSameFile(ours, there)) continue;
-    if (fresh) return true;
-    if (::unlink(path) != 0) return false;  // remains of an interrupted replacement
+    // Before it was locked, a program that looks for remains may have removed it.
+    struct stat made = {};
+    if (lock(draft) && ::fstat(draft.number(), &made) == 0 && made.st_nlink > 0) return true;
   }
-  errno = EWOULDBLOCK;
   return false;
-}
-
-bool writeAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    ssize_t const written = ::write(file, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
 }
 
 bool syncFile(int file) {
@@ -142,37 +130,132 @@ bool syncFile(int file) {
   return ::fsync(file) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
-/// Gives `draft` the owner and the permissions of the file that it replaces, as far as this user may.
-bool takeOver(int draft, struct stat const& before) {
-  bool const owned = ::fchown(draft, before.st_uid, before.st_gid) == 0 ||
-                     ::fchown(draft, static_cast<uid_t>(-1), before.st_gid) == 0;
-  // When the group could not be kept, the new group gets no access of its own.
-  mode_t const mode = before.st_mode & 0777u;
-  // A file system without permissions refuses, but loses nothing by it.
-  return ::fchmod(draft, owned ? mode : mode & ~mode_t(070)) == 0 || errno == EPERM || errno == ENOTSUP;
+/// Makes `bytes` the contents of an open file, on the disk, too. Returns false with `errno` set.
+bool fill(int file, std::string_view bytes) {
+  for (std::size_t done = 0; done < bytes.size();) {
+    ssize_t const written =
+        ::pwrite(file, bytes.data() + done, bytes.size() - done, static_cast<off_t>(done));
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return ::ftruncate(file, static_cast<off_t>(bytes.size())) == 0 && syncFile(file);
 }
 
-std::error_code replace(fs::path const& target, fs::path const& draftName, std::string_view bytes) {
-  struct stat before = {};
-  errno = 0;
-  bool const exists = ::stat(target.c_str(), &before) == 0;
-  if (!exists && errno != ENOENT) return lastCause();
-  if (exists && !S_ISREG(before.st_mode)) return std::make_error_code(std::errc::is_a_directory);
-  // Replacing a write-protected file would get around its protection.
-  if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return lastCause();
-  DescriptorC draft;
-  if (!createDraft(draftName.c_str(), exists ? 0600 : 0666, draft)) return lastCause();
-  // The draft is closed only after it has its name: until then the lock keeps others away.
-  if ((exists && !takeOver(draft.number(), before)) || !writeAll(draft.number(), bytes) ||
-      !syncFile(draft.number()) || ::rename(draftName.c_str(), target.c_str()) != 0) {
-    std::error_code const cause = lastCause();
-    ::unlink(draftName.c_str());
-    return cause;
+/// Overwrites a file that has to remain the same one. When that fails, the old contents are put back; `whole`
+/// is false when that fails, too.
+std::error_code writeThrough(DescriptorC const& file, std::string_view bytes, bool& whole) {
+  constexpr int attempts = 100;
+  constexpr std::chrono::milliseconds pause(10);
+  for (int i = 0; !lock(file); ++i) {
+    if (i == attempts) return std::make_error_code(std::errc::operation_would_block);
+    std::this_thread::sleep_for(pause);
   }
-  // The new name, too, has to survive a power failure.
-  DescriptorC const folder(::open((target.parent_path() / ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder) ::fsync(folder.number());
-  return {};
+  struct stat now = {};
+  if (::fstat(file.number(), &now) != 0) return lastCause();
+  std::string before(static_cast<std::size_t>(now.st_size), '\0');
+  for (std::size_t done = 0; done < before.size();) {
+    ssize_t const count =
+        ::pread(file.number(), before.data() + done, before.size() - done, static_cast<off_t>(done));
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return lastCause();
+    if (count == 0) before.resize(done);
+    done += static_cast<std::size_t>(count);
+  }
+  if (fill(file.number(), bytes)) return {};
+  std::error_code const cause = lastCause();
+  whole = fill(file.number(), before);
+  return cause;
+}
+
+using AttributesT = std::map<std::string, std::string>;
+
+/// Access lists and extended attributes. Returns false when they cannot be found out.
+bool readAttributes([[maybe_unused]] int file, [[maybe_unused]] AttributesT& found) {
+#ifdef __linux__
+  std::string names(XATTR_LIST_MAX, '\0'), value(XATTR_SIZE_MAX, '\0');
+  ssize_t const size = ::flistxattr(file, names.data(), names.size());
+  if (size < 0) return errno == ENOTSUP;
+  for (char const* name = names.data(); name < names.data() + size; name += std::strlen(name) + 1) {
+    ssize_t const length = ::fgetxattr(file, name, value.data(), value.size());
+    if (length < 0) return false;
+    found[name].assign(value, 0, static_cast<std::size_t>(length));
+  }
+#endif
+  return true;
+}
+
+/// Makes a draft what the file is besides its contents: whether it can take the file's place.
+bool makeAlike(int draft, int file, struct stat const& before) {
+  struct stat made = {};
+  AttributesT wanted, given;
+  if (before.st_nlink != 1 || ::fstat(draft, &made) != 0 || !readAttributes(file, wanted)) return false;
+  if ((made.st_uid != before.st_uid || made.st_gid != before.st_gid) &&
+      ::fchown(draft, before.st_uid, before.st_gid) != 0)
+    return false;
+  if (made.st_mode != before.st_mode && ::fchmod(draft, before.st_mode & 07777u) != 0) return false;
+#ifdef __linux__
+  for (auto const& [name, value] : wanted) ::fsetxattr(draft, name.c_str(), value.data(), value.size(), 0);
+#endif
+  return readAttributes(draft, given) && given == wanted;
+}
+
+/// Whether the last failure concerns the folder, or the exchange of one file for another, but not the file.
+bool isFolderClosed() { return errno == EACCES || errno == EPERM || errno == EROFS || errno == EBUSY; }
+
+std::error_code replace(fs::path const& target, std::string_view bytes) {
+  errno = 0;
+  // Replacing a write-protected file would get around its protection.
+  DescriptorC const file(::open(target.c_str(), O_RDWR | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat before = {};
+  if (file ? ::fstat(file.number(), &before) != 0 : errno != ENOENT) return lastCause();
+  if (file && !S_ISREG(before.st_mode)) return std::make_error_code(std::errc::is_a_directory);
+
+  fs::path name;
+  DescriptorC draft;
+  bool whole = true;
+  if (!createDraft(target, file ? 0600 : 0666, name, draft)) {
+    return file && isFolderClosed() ? writeThrough(file, bytes, whole) : lastCause();
+  }
+  bool const alike = !file || makeAlike(draft.number(), file.number(), before);
+  // What has to be written through is also complete in the draft until it is complete in the file.
+  std::error_code cause;
+  if (!fill(draft.number(), bytes)) {
+    cause = lastCause();
+  } else if (alike && ::rename(name.c_str(), target.c_str()) == 0) {
+    // The new name, too, has to survive a power failure.
+    DescriptorC const folder(
+        ::open((target.parent_path() / ".").c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return folder && !syncFile(folder.number()) ? lastCause() : std::error_code();
+  } else {
+    cause = !alike || (file && isFolderClosed()) ? writeThrough(file, bytes, whole) : lastCause();
+  }
+  if (whole) ::unlink(name.c_str());
+  return cause;
+}
+
+/// Whether this user's program has ended before it gave the draft its final name.
+bool isAbandoned(fs::path const& path) {
+  struct stat found = {};
+  DescriptorC const draft(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  return draft && ::fstat(draft.number(), &found) == 0 && found.st_uid == ::geteuid() &&
+         ::flock(draft.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+void removeRemains(fs::path const& target) {
+  constexpr int most_entries = 4096;  // or the time for many files in one folder would be quadratic
+  std::string const start = draftStart(target);
+  std::error_code failed;
+  fs::directory_iterator entry(target.parent_path() / ".", failed);
+  for (int i = 0; i < most_entries && !failed && entry != fs::directory_iterator(); ++i) {
+    std::string const name = entry->path().filename().string();
+    std::size_t const end = name.find_first_not_of("0123456789", std::min(start.size(), name.size()));
+    if (name.compare(0, start.size(), start) == 0 && end > start.size() && end != std::string::npos &&
+        name.substr(end) == draft_end && isAbandoned(entry->path())) {
+      ::unlink(entry->path().c_str());
+    }
+    entry.increment(failed);
+  }
 }
 
 #endif
@@ -181,13 +264,15 @@ std::error_code replace(fs::path const& target, fs::path const& draftName, std::
 
 std::error_code replaceFile(fs::path const& path, std::string_view bytes) {
   fs::path const target = followLinks(path);
-  return replace(target, draftPath(target), bytes);
+  std::error_code const cause = replace(target, bytes);
+  if (!cause) removeRemains(target);
+  return cause;
 }
 
 void removeFile(fs::path const& path) {
   std::error_code ignored;
   fs::remove(path, ignored);
-  fs::remove(draftPath(path), ignored);
+  removeRemains(path);
 }
 
 }  // namespace zolt::support

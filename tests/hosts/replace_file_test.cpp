@@ -1,65 +1,137 @@
 #include "hosts/support/replace_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
-#include <chrono>
+#include <cerrno>
+#include <csignal>
+#include <cstdarg>
 #include <fstream>
+#include <functional>
 #include <set>
 #include <string>
-#include <thread>
 #include <vector>
+
+namespace {
+
+/// The call, counted from 1, at which something goes wrong.
+struct FaultS {
+  int at = 0;
+  int cause = 0;  // 0: the program is killed; negative: all later calls fail, too
+  int calls = 0;  // so far; negative: calls are not counted
+  std::string name;
+} fault{0, 0, -1, {}};
+
+bool failsNow(char const* name) {
+  if (fault.calls < 0 || ++fault.calls < fault.at || (fault.calls > fault.at && fault.cause >= 0))
+    return false;
+  if (fault.cause == 0) kill(getpid(), SIGKILL);
+  fault.name = name;
+  errno = std::abs(fault.cause);
+  return true;
+}
+
+}  // namespace
+
+// The linker leads the calls of the tested code here (--wrap).
+#define WRAP(result, name, parameters, ...) \
+  result __real_##name parameters;          \
+  result __wrap_##name parameters {         \
+    if (failsNow(#name)) return result(-1); \
+    return __real_##name(__VA_ARGS__);      \
+  }
+
+extern "C" {
+int __real_open(char const* path, int flags, ...);
+int __wrap_open(char const* path, int flags, ...) {
+  va_list rest;
+  va_start(rest, flags);
+  mode_t const mode = (flags & O_CREAT) != 0 ? va_arg(rest, mode_t) : 0;
+  va_end(rest);
+  return failsNow("open") ? -1 : __real_open(path, flags, mode);
+}
+// Writing always takes several calls.
+WRAP(ssize_t, pwrite, (int file, void const* bytes, size_t size, off_t at), file, bytes,
+     fault.calls < 0 ? size : std::min<size_t>(size, 40), at)
+WRAP(ssize_t, pread, (int file, void* bytes, size_t size, off_t at), file, bytes, size, at)
+WRAP(int, fstat, (int file, struct stat* found), file, found)
+WRAP(int, flock, (int file, int how), file, how)
+// What is on the disk cannot be seen here, and takes long.
+int __wrap_fsync(int) { return failsNow("fsync") ? -1 : 0; }
+WRAP(int, ftruncate, (int file, off_t size), file, size)
+WRAP(int, rename, (char const* from, char const* to), from, to)
+WRAP(int, unlink, (char const* path), path)
+WRAP(int, fchown, (int file, uid_t user, gid_t group), file, user, group)
+WRAP(int, fchmod, (int file, mode_t mode), file, mode)
+WRAP(ssize_t, flistxattr, (int file, char* names, size_t size), file, names, size)
+WRAP(ssize_t, fgetxattr, (int file, char const* name, void* value, size_t size), file, name, value, size)
+WRAP(int, fsetxattr, (int file, char const* name, void const* value, size_t size, int flags), file, name,
+     value, size, flags)
+}
 
 namespace zolt::support {
 namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char list_name[] = "system.posix_acl_access";
+// rw for the owner, the user 1 and the group; none for others.
+constexpr unsigned char list[] = {2, 0, 0,   0,   1,   0,   6,  0, 255, 255, 255, 255, 2,   0,  6,
+                                  0, 1, 0,   0,   0,   4,   0,  6, 0,   255, 255, 255, 255, 16, 0,
+                                  6, 0, 255, 255, 255, 255, 32, 0, 0,   0,   255, 255, 255, 255};
+constexpr uid_t nobody = 65534;
+
+std::string const old_bytes(100, 'o'), new_bytes(130, 'n');
+
 class ReplaceFile : public testing::Test {
  protected:
   void SetUp() override {
+    // Permissions do not concern the superuser.
+    ASSERT_TRUE(geteuid() != 0 || seteuid(nobody) == 0);
     folder = fs::temp_directory_path() / ("replace_file_test" + std::to_string(getpid()));
+    file = folder / "file";
     fs::create_directory(folder);
   }
-  void TearDown() override { fs::remove_all(folder); }
+  void TearDown() override {
+    ASSERT_EQ(seteuid(getuid()), 0);
+    fs::remove_all(folder);
+  }
 
   static std::string contents(fs::path const& path) {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
+  static void write(fs::path const& path, std::string const& bytes) { std::ofstream(path) << bytes; }
   std::set<std::string> names() const {
     std::set<std::string> found;
     for (auto const& entry : fs::directory_iterator(folder)) found.insert(entry.path().filename());
     return found;
   }
-  /// Runs `act` in a process of its own and returns that process's number.
-  template <class ActT>
-  static pid_t start(ActT act) {
+  static int inProcess(std::function<bool()> const& act) {
     pid_t const child = fork();
     if (child == 0) _exit(act() ? 0 : 1);
-    return child;
-  }
-  static int statusOf(pid_t child) {
     int status = 0;
     waitpid(child, &status, 0);
     return status;
   }
 
-  fs::path folder;
+  fs::path folder, file;
 };
 
 TEST_F(ReplaceFile, KeepsWhatAFileIsBesidesItsContents) {
-  for (std::size_t const length : {1u, 240u, 241u, 249u, 255u}) {
-    fs::path const file = folder / std::string(length, 'n');
+  for (std::size_t const length : {1u, 199u, 201u, 255u}) {
+    fs::path const named = folder / std::string(length, 'n');
     for (char const* const bytes : {"first", "", "second"}) {
-      ASSERT_FALSE(replaceFile(file, bytes)) << length;
-      EXPECT_EQ(contents(file), bytes);
+      ASSERT_FALSE(replaceFile(named, bytes)) << length;
+      EXPECT_EQ(contents(named), bytes);
     }
-    fs::remove(file);
+    fs::remove(named);
   }
   fs::create_directory(folder / "links");
   for (auto const& [name, to] : {std::pair{"a", "../file"}, {"b", "a"}, {"c", "../links/b"}}) {
@@ -67,95 +139,167 @@ TEST_F(ReplaceFile, KeepsWhatAFileIsBesidesItsContents) {
     fs::create_symlink(to, link);
     for (char const* const bytes : {"first", "second"}) {
       ASSERT_FALSE(replaceFile(link, bytes)) << name;
-      EXPECT_EQ(contents(folder / "file"), bytes);
+      EXPECT_EQ(contents(file), bytes);
     }
     EXPECT_TRUE(fs::is_symlink(link)) << name;
-    fs::remove(folder / "file");
+    fs::remove(file);
   }
   for (unsigned const mode : {0600u, 0640u, 0604u, 0777u}) {
-    std::ofstream(folder / "file") << "before";
-    fs::permissions(folder / "file", fs::perms(mode));
-    ASSERT_FALSE(replaceFile(folder / "file", "after"));
-    EXPECT_EQ(unsigned(fs::status(folder / "file").permissions()), mode);
+    write(file, old_bytes);
+    fs::permissions(file, fs::perms(mode));
+    ASSERT_FALSE(replaceFile(file, new_bytes));
+    EXPECT_EQ(unsigned(fs::status(file).permissions()), mode);
   }
-  EXPECT_EQ(names(), (std::set<std::string>{"file", "links"}));
+  ASSERT_EQ(setxattr(file.c_str(), list_name, list, sizeof list, 0), 0);
+  ASSERT_FALSE(replaceFile(file, old_bytes));
+  std::string found(99, ' ');
+  EXPECT_EQ(getxattr(file.c_str(), list_name, found.data(), found.size()), ssize_t(sizeof list));
+  fs::create_hard_link(file, folder / "other");
+  ASSERT_FALSE(replaceFile(file, new_bytes));
+  EXPECT_EQ(contents(folder / "other"), new_bytes);
+  EXPECT_EQ(names(), (std::set<std::string>{"file", "links", "other"}));
+  removeFile(file);
+  if (getuid() != 0) return;
+  // Only the superuser can give files away. This one belongs to him, and everybody may write it.
+  ASSERT_EQ(seteuid(0), 0);
+  write(file, old_bytes);
+  fs::permissions(file, fs::perms(0666));
+  ASSERT_EQ(seteuid(nobody), 0);
+  ASSERT_FALSE(replaceFile(file, new_bytes));
+  struct stat found_state = {};
+  EXPECT_TRUE(stat(file.c_str(), &found_state) == 0 && found_state.st_uid == 0);
+  EXPECT_EQ(contents(file), new_bytes);
 }
 
 TEST_F(ReplaceFile, SaysWhyItFailsAndChangesNothing) {
   fs::create_directory(folder / "locked");
-  for (char const* const name : {"file", "protected", "locked/file"}) std::ofstream(folder / name) << "kept";
+  for (char const* const name : {"protected", "locked/file"}) write(folder / name, old_bytes);
   fs::create_symlink("loop", folder / "loop");
   fs::create_symlink("no/such", folder / "nowhere");
   ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0666), 0);
-  fs::permissions(folder, fs::perms(0777));
-  fs::permissions(folder / "locked", fs::perms(0555));
-  fs::permissions(folder / "protected", fs::perms(0444));
+  for (auto const& [name, mode] : {std::pair{"locked/file", 0444}, {"locked", 0555}, {"protected", 0444}})
+    fs::permissions(folder / name, fs::perms(mode));
   auto const before = names();
-  auto const cause = [&](char const* name) { return replaceFile(folder / name, std::string(100000, 'x')); };
-  EXPECT_EQ(cause("no/such"), std::errc::no_such_file_or_directory);
-  EXPECT_EQ(cause("nowhere"), std::errc::no_such_file_or_directory);
-  EXPECT_EQ(cause("file/x"), std::errc::not_a_directory);
-  EXPECT_EQ(cause("locked"), std::errc::is_a_directory);
-  EXPECT_EQ(cause("pipe"), std::errc::is_a_directory);
-  EXPECT_EQ(cause("loop"), std::errc::too_many_symbolic_link_levels);
-  // Permissions do not concern the superuser.
-  int const status = statusOf(start([&] {
-    if (geteuid() == 0 && seteuid(65534) != 0) return false;
-    for (char const* const name : {"protected", "locked/file", "locked/new"}) {
-      if (cause(name) != std::errc::permission_denied) return false;
-    }
-    return true;
-  }));
-  EXPECT_EQ(status, 0);
+  for (auto const& [name, cause] : {std::pair{"no/such", ENOENT},
+                                    {"nowhere", ENOENT},
+                                    {"protected/x", ENOTDIR},
+                                    {"locked", EISDIR},
+                                    {"pipe", EISDIR},
+                                    {"loop", ELOOP},
+                                    {"protected", EACCES},
+                                    {"locked/file", EACCES},
+                                    {"locked/new", EACCES}}) {
+    EXPECT_EQ(replaceFile(folder / name, new_bytes).value(), cause) << name;
+  }
   EXPECT_EQ(names(), before);
-  for (char const* const name : {"file", "protected", "locked/file"})
-    EXPECT_EQ(contents(folder / name), "kept");
+  for (char const* const name : {"protected", "locked/file"}) EXPECT_EQ(contents(folder / name), old_bytes);
 }
 
-TEST_F(ReplaceFile, LeavesTheOldFileOrTheNewOne) {
-  std::string const versions[] = {std::string(3'000'000, 'a'), std::string(3'000'000, 'b')};
-  fs::path const file = folder / "file";
-  ASSERT_FALSE(replaceFile(file, versions[0]));
-  // A file that grows too large either ends the process midway or makes the write fail.
-  auto const growTooLarge = [&](auto atLimit) {
-    return statusOf(start([&] {
-      rlimit const limit{100, 100};
-      signal(SIGXFSZ, atLimit);
-      setrlimit(RLIMIT_FSIZE, &limit);
-      return replaceFile(file, versions[1]) == std::errc::file_too_large;
-    }));
+// Every call of the system fails once, and every call is the last one of a killed program.
+TEST_F(ReplaceFile, LeavesTheOldFileOrTheNewOneWhateverFails) {
+  bool closed = false;
+  std::pair<char const*, std::function<void()>> const situations[] = {
+      {"new", [&] { fs::remove(file); }},
+      {"ordinary", [&] { write(file, old_bytes); }},
+      {"access list",
+       [&] {
+         write(file, old_bytes);
+         setxattr(file.c_str(), list_name, list, sizeof list, 0);
+       }},
+      {"two names",
+       [&] {
+         write(file, old_bytes);
+         if (names().size() == 1) fs::create_hard_link(file, folder / "other");
+       }},
+      {"closed folder", [&] {
+         write(file, old_bytes);
+         fs::permissions(folder, fs::perms(0555));
+         closed = true;
+       }}};
+  /// The contents, and what would be lost with the file.
+  auto const look = [&] {
+    struct stat found = {};
+    stat(file.c_str(), &found);
+    return std::pair(fs::exists(file) ? contents(file) : "",
+                     std::to_string(getxattr(file.c_str(), list_name, nullptr, 0)) + " " +
+                         (found.st_nlink > 1 ? "names" : ""));
   };
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_TRUE(WIFSIGNALED(growTooLarge(SIG_DFL)));
-    EXPECT_EQ(contents(file), versions[0]);
-    EXPECT_EQ(names().size(), 2u) << "one draft is left over";
+  auto const drafts = [&] {
+    std::vector<std::string> found;
+    for (std::string const& name : names()) {
+      if (name[0] == '.') found.push_back(contents(folder / name));
+    }
+    return found;
+  };
+  int keptByDraft = 0;
+  for (auto const& [situation, prepare] : situations) {
+    for (int const cause : {EIO, ENOSPC, EACCES, 0, -EIO}) {
+      for (int at = 1;; ++at) {
+        SCOPED_TRACE(situation + (", call " + std::to_string(at)) + ", cause " + std::to_string(cause));
+        prepare();
+        auto const [before, nature] = look();
+        std::error_code told;
+        fault = {at, cause, 0, {}};
+        bool const killed = cause == 0 && inProcess([&] { return !replaceFile(file, new_bytes); }) != 0;
+        if (cause != 0) told = replaceFile(file, new_bytes);
+        fault.calls = -1;
+        if (!killed && fault.name.empty()) break;
+        SCOPED_TRACE(fault.name);
+        auto const [after, natureAfter] = look();
+        auto const left = drafts();
+        bool const whole = after == before || after == new_bytes;
+        if (cause <= 0) {
+          bool const kept = left.size() == 1 && left[0] == new_bytes;
+          EXPECT_TRUE(whole || kept || closed);
+          keptByDraft += !whole && kept;
+        } else {
+          bool const vital =
+              std::set<std::string>{"pwrite", "ftruncate", "fsync", "pread"}.count(fault.name) > 0;
+          EXPECT_EQ(told.value(), told || vital ? cause : 0);
+          EXPECT_TRUE(told ? whole : after == new_bytes);
+          EXPECT_TRUE(left.empty() || fault.name == "unlink");
+        }
+        ASSERT_FALSE(replaceFile(file, new_bytes));
+        EXPECT_EQ(look(), std::pair(new_bytes, nature));
+        EXPECT_TRUE(drafts().empty());
+      }
+    }
   }
-  EXPECT_EQ(growTooLarge(SIG_IGN), 0);
-  EXPECT_EQ(contents(file), versions[0]);
-  EXPECT_EQ(names().size(), 1u);
+  EXPECT_GT(keptByDraft, 0);
+}
 
-  for (int i = 0; i < 10; ++i) {
-    pid_t const child = start([&] {
-      for (int turn = 1; !replaceFile(file, versions[turn % 2]);) ++turn;
-      return true;
-    });
-    std::this_thread::sleep_for(std::chrono::microseconds(i * 1700));
-    kill(child, SIGKILL);
-    statusOf(child);
+TEST_F(ReplaceFile, NeitherWaitsForOthersNorTakesTheirFiles) {
+  write(file, old_bytes);
+  // What a writer is working on, what is no draft, and what is not this user's.
+  int const held = open((folder / ".file.1.part").c_str(), O_CREAT | O_RDWR, 0600);
+  ASSERT_EQ(flock(held, LOCK_EX), 0);
+  fs::create_symlink("file", folder / ".file.2.part");
+  fs::create_directory(folder / "links");
+  for (char const* const name :
+       {".file.part", ".file..part", ".file.x1.part", ".file.1.par", ".other.1.part"})
+    write(folder / name, "");
+  auto const before = names();
+  write(folder / ".file.4.part", "left over");
+  for (bool const linked : {false, true}) {
+    if (linked) fs::create_hard_link(file, folder / "links" / "file");
+    std::vector<pid_t> writers;
+    for (int i = 0; i < 8; ++i) {
+      writers.push_back(fork());
+      std::string const bytes(3'000'000 - 100'000 * unsigned(i), char('a' + i));
+      if (writers.back() == 0) _exit(replaceFile(file, bytes) ? 1 : 0);
+    }
+    for (pid_t const writer : writers) {
+      int status = 0;
+      waitpid(writer, &status, 0);
+      EXPECT_EQ(status, 0);
+    }
     std::string const found = contents(file);
-    EXPECT_TRUE(found == versions[0] || found == versions[1]) << found.size();
-    EXPECT_LE(names().size(), 2u);
+    EXPECT_EQ(found, std::string(3'000'000 - 100'000 * unsigned(found[0] - 'a'), found[0]));
   }
-  EXPECT_TRUE(WIFSIGNALED(growTooLarge(SIG_DFL)));
-  std::vector<pid_t> writers;
-  for (int i = 0; i < 8; ++i) writers.push_back(start([&] { return !replaceFile(file, "x"); }));
-  for (pid_t const writer : writers) EXPECT_EQ(statusOf(writer), 0);
-  EXPECT_EQ(contents(file), "x");
-  EXPECT_EQ(names().size(), 1u);
-
-  EXPECT_TRUE(WIFSIGNALED(growTooLarge(SIG_DFL)));
+  EXPECT_EQ(names(), before);
+  close(held);
   removeFile(file);
-  EXPECT_TRUE(names().empty());
+  EXPECT_FALSE(fs::exists(folder / ".file.1.part"));
 }
 
 }  // namespace
