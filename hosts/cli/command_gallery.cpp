@@ -160,8 +160,8 @@ ExitStatusE run(SettingsS const& settings) {
     return EXIT_STATUS_FAILED;
   }
   StandardOutputC output;
-  output.write(std::to_string(writer.getCount()) + " pictures, index.html and gallery.png in " +
-               settings.folder + '\n');
+  output.writeNames(std::to_string(writer.getCount()) + " pictures, index.html and gallery.png in " +
+                    settings.folder);
   return output.finish() ? EXIT_STATUS_OK : EXIT_STATUS_FAILED;
 }
 

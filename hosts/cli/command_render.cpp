@@ -60,7 +60,7 @@ class RendererC {
       return true;
     }
     if (!picture.write(path, settings_.format, error)) return false;
-    output_.write(path + '\n');
+    output_.writeNames(path);
     return true;
   }
 

@@ -114,7 +114,7 @@ ExitStatusE run(SettingsS const& settings) {
       printMessage(error);
       return EXIT_STATUS_FAILED;
     }
-    output.write(settings.output + '\n');
+    output.writeNames(settings.output);
   } else if (!settings.trace) {
     output.write(toUtf8(field.writeNotation()) + '\n');
   }

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -40,14 +41,14 @@ std::vector<std::string> getWords(int argc, char** argv) {
 }
 
 /// Says what is wrong with the command line, and where its correct form is described.
-std::string describe(CLI::ParseError const& error, CLI::App const& program, std::string const& firstWord) {
+void complain(CLI::ParseError const& error, CLI::App const& program, std::string const& firstWord) {
   auto const commands = program.get_subcommands();
-  if (commands.empty() && firstWord[0] != '-')
-    return "there is no command \"" + firstWord + "\"\nTry: ved --help";
-  std::string message = error.what();
+  std::string advice;
   if (dynamic_cast<CLI::ExtrasError const*>(&error) && !commands.empty())
-    message += "\nAn expression that begins with \"-\" needs \"--\" before it.";
-  return message + "\nTry: ved " + (commands.empty() ? "" : commands.front()->get_name() + ' ') + "--help";
+    advice = "An expression that begins with \"-\" needs \"--\" before it.\n";
+  advice += "Try: ved " + (commands.empty() ? "" : commands.front()->get_name() + ' ') + "--help";
+  bool const isUnknown = commands.empty() && firstWord[0] != '-';
+  cli::printMessage(isUnknown ? "there is no command \"" + firstWord + '"' : error.what(), advice);
 }
 
 int run(int argc, char** argv) {
@@ -78,7 +79,7 @@ int run(int argc, char** argv) {
     output.write(text.str());
     return output.finish() ? cli::EXIT_STATUS_OK : cli::EXIT_STATUS_FAILED;
   } catch (CLI::ParseError const& error) {
-    cli::printMessage(describe(error, program, argv[1]));
+    complain(error, program, argv[1]);
     return cli::EXIT_STATUS_USAGE;
   }
   auto const session = math::algexpr::CASSessionBC::getSession();
@@ -89,6 +90,9 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // A file that becomes too large is told about like any other failure.
+#endif
   try {
     return run(argc, argv);
   } catch (std::bad_alloc const&) {

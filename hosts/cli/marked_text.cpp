@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "hosts/cli/utf8_text.h"
+#include "hosts/support/shown_text.h"
 #include "zolt/oss/code_point.h"
 
 namespace zolt::cli {
@@ -37,17 +38,6 @@ bool isIn(RangeS const (&ranges)[N], char32_t c) {
   auto const* const range = std::lower_bound(std::begin(ranges), std::end(ranges), c,
                                              [](RangeS const& r, char32_t value) { return r.last < value; });
   return range != std::end(ranges) && range->first <= c;
-}
-
-std::u16string getPicture(char32_t c) {
-  if (c == u'\t') return u" ";
-  if (c < 0x20) return {static_cast<char16_t>(0x2400 + c)};
-  if (c == 0x7F) return u"\u2421";
-  // Controls beyond ASCII, line separators and direction overrides.
-  if ((c >= 0x80 && c < 0xA0) || c == 0x2028 || c == 0x2029 || (c >= 0x202A && c <= 0x202E) ||
-      (c >= 0x2066 && c <= 0x2069))
-    return u"\uFFFD";
-  return {};
 }
 
 /// How much a character counts in a line of limited length. Combining characters count too, because a text
@@ -109,9 +99,9 @@ MarkedTextS markText(std::u16string_view text, std::size_t begin, std::size_t en
     }
     room -= getRoom(c);
     if (start >= begin && markBegin == std::u16string::npos) markBegin = columns;
-    std::u16string const picture = getPicture(c);
-    shown += picture.empty() ? text.substr(start, i - start) : picture;
-    columns += picture.empty() ? getColumnWidth(c) : 1;
+    std::u16string const character = support::getShown(std::u16string(text.substr(start, i - start)));
+    shown += character;
+    columns += character[0] == text[start] ? getColumnWidth(c) : 1;
     if (start < end) markEnd = columns;
   }
   if (i < text.size()) shown += u'…';

@@ -14,8 +14,7 @@ struct MarkedTextS {
 
 /// Marks the characters from `begin` to `end` (counted in 16-bit units, clamped to the text); an empty part
 /// is marked by one "^" at its place. Wide characters count two columns, combining ones none. Only the part
-/// around `begin` is shown of a long text. Control characters are shown as their pictures, so that no input
-/// can control the terminal.
+/// around `begin` is shown of a long text, as `support::getShown` has it.
 MarkedTextS markText(std::u16string_view text, std::size_t begin, std::size_t end);
 
 /// The number, from 1, of the character at `index`, counted in code points.

@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "hosts/cli/marked_text.h"
+#include "hosts/cli/utf8_text.h"
 
 namespace zolt::cli {
 
@@ -19,7 +20,10 @@ std::string continueSentence(std::string sentence) {
 
 }  // namespace
 
-void printMessage(std::string const& message) { std::fprintf(stderr, "ved: %s\n", message.c_str()); }
+void printMessage(std::string const& message, std::string const& advice) {
+  std::string const lines = "ved: " + toShown(message) + '\n' + advice + (advice.empty() ? "" : "\n");
+  std::fwrite(lines.data(), 1, lines.size(), stderr);
+}
 
 void printFault(std::string const& place, oss::wstring const& text, FaultS const& fault) {
   std::string headline;
@@ -29,7 +33,7 @@ void printFault(std::string const& place, oss::wstring const& text, FaultS const
     headline += ' ';
   }
   // One call, so that the lines stay together when others write to the same terminal.
-  std::string lines = "ved: " + headline + continueSentence(fault.message) + '\n';
+  std::string lines = "ved: " + toShown(headline + continueSentence(fault.message)) + '\n';
   if (!text.empty()) {
     MarkedTextS const marked = markText(text, fault.begin, fault.end);
     lines += "  " + marked.text + '\n';

@@ -16,8 +16,8 @@ struct FaultS {
   std::size_t end = 0;
 };
 
-/// Prints "ved: …" as one line on standard error.
-void printMessage(std::string const& message);
+/// Prints "ved: …" as one line on standard error, and `advice`, a text of the program's own, on further ones.
+void printMessage(std::string const& message, std::string const& advice = {});
 
 /// Prints where (may be empty) and what is wrong and, below it, the text with a marker under the faulty part.
 void printFault(std::string const& place, oss::wstring const& text, FaultS const& fault);

@@ -9,6 +9,8 @@ namespace zolt::cli {
 class StandardOutputC {
  public:
   void write(std::string_view bytes);
+  /// Writes a line that holds names of files: as they are, but for terminals.
+  void writeNames(std::string const& line);
   /// Writes out the buffer, so that the reader at the other end sees it.
   void flush();
   /// Returns false from the first failed write on.

@@ -3,7 +3,9 @@
 #include <utf8.h>
 
 #include <iterator>
+#include <utility>
 
+#include "hosts/support/shown_text.h"
 #include "zolt/oss/code_point.h"
 
 namespace zolt::cli {
@@ -35,6 +37,13 @@ std::string toUtf8(std::u16string_view text) {
     oss::appendUtf8(bytes, oss::isSurrogate(c) ? replacement : c);
   }
   return bytes;
+}
+
+std::string toShown(std::string_view bytes) {
+  oss::wstring text;
+  std::size_t ignored = 0;
+  fromUtf8(bytes, text, ignored, ignored);
+  return toUtf8(support::getShown(std::move(text)));
 }
 
 }  // namespace zolt::cli

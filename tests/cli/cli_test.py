@@ -237,12 +237,31 @@ class RenderTest(unittest.TestCase):
                 status, out, err = self.ved("render", "-o", path, "--format", "svg", "x")
                 self.assertEqual((status, out), (FAILED, b""))
                 self.assertRegex(err.decode(), rf"^ved: cannot write .*{re.escape(path)}.*: \w.*\n$")
+        line = f"ulimit -f 1; {shlex.quote(VED)} render -o old.svg {'x' * 99}"
+        done = subprocess.run(["bash", "-c", line], cwd=self.folder, capture_output=True, timeout=60, check=False)
+        self.assertEqual((done.returncode, done.stderr), (FAILED, b"ved: cannot write old.svg: File too large\n"))
         for arguments in ("convert", "x"), ("render", "-o", "-", "x"), ("completion", "bash"), ("--help",):
             with open("/dev/full", "wb") as full:
                 done = subprocess.run([VED, *arguments], stdout=full, stderr=subprocess.PIPE, timeout=60, check=False)
             self.assertEqual(done.returncode, FAILED, arguments)
             self.assertIn(b"cannot write to standard output: No space left", done.stderr)
         self.assertEqual(self.files(), ["old.svg"])
+
+    def test_nothing_controls_the_terminal(self):
+        evil = "\x1b]0;P\x07\r\n\x7f\u009b2J\u202e\u2066"
+        for words in """convert -i @;convert --@;convert --to @ x;convert -@ x;@;render --foreground @ x;gallery ./x/@
+            render -o @ x;render -o a.svg/@.svg x;render --scale @ x;replay @;completion @;gallery a @""".split("\n"):
+            for line in words.split(";"):
+                (self.folder / "x").touch()
+                status, _, err = self.ved(*(word.replace("@", evil) for word in line.split()))
+                self.assertNotEqual(status, OK, line)
+                self.assertIn("␛]0;P␇␍␊␡�2J��", err.decode(), line)
+                self.assertEqual([c for c in err.decode() if c != "\n" and unicodedata.category(c) in ("Cc", "Cf")], [])
+        for name, is_terminal in (evil[:5] + ".svg", False), (evil[:5] + ".svg", True):
+            reader, end = pty.openpty() if is_terminal else os.pipe()
+            subprocess.run([VED, "render", "-o", name, "x"], cwd=self.folder, stdout=end, timeout=60, check=True)
+            os.close(end)
+            self.assertEqual(read_terminal(reader).strip("\r\n"), "␛]0;P.svg" if is_terminal else name)
 
     def test_missing_fonts_are_an_error(self):
         # A folder that is searched first, with a file that is no font.

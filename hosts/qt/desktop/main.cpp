@@ -1,6 +1,5 @@
 #include <QApplication>
 #include <QCommandLineParser>
-#include <QMessageBox>
 #include <QPixmap>
 #include <QSettings>
 #include <QStandardPaths>
@@ -12,9 +11,11 @@
 
 #include "hosts/qt/desktop/icons.h"
 #include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/message_box.h"
 #include "hosts/qt/desktop/recovery_at_exit.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
 #include "hosts/qt/desktop/sheet_file.h"
+#include "hosts/support/shown_text.h"
 #include "zolt/qt/formula_fonts.h"
 
 namespace {
@@ -55,8 +56,10 @@ bool findPlatform(int argc, char** argv) {
 }
 
 void complain(QString const& text, bool inWindow) {
-  std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(text));
-  if (inWindow) QMessageBox::critical(nullptr, QStringLiteral("zolt ved"), text);
+  QString const shown = QString::fromStdU16String(support::getShown(text.toStdU16String()));
+  std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(shown));
+  if (!inWindow) return;
+  desktop::MessageBox(QMessageBox::Critical, QStringLiteral("zolt ved"), text, QMessageBox::Ok).exec();
 }
 
 int takeScreenshot(desktop::MainWindow& window, QString const& file) {
@@ -128,7 +131,11 @@ int main(int argc, char** argv) {
   parser.addOptions({screenshot, appearance, sample});
   parser.addPositionalArgument(QStringLiteral("sheet"), QApplication::translate("main", "The sheet to open."),
                                QStringLiteral("[sheet]"));
-  parser.process(app);
+  if (!parser.parse(QApplication::arguments())) {
+    complain(parser.errorText(), false);
+    return exit_failure;
+  }
+  parser.process(app);  // help and version
 
   bool const pictured = parser.isSet(screenshot);
   QString fontError;
@@ -150,7 +157,7 @@ int main(int argc, char** argv) {
     QString const text =
         QApplication::translate("main", "Formulas are shown in another font than they should: %1.")
             .arg(fonts->substitution());
-    std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(text));
+    complain(text, false);
     window.tell(text);
   }
   window.show();

@@ -5,7 +5,6 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QProgressDialog>
@@ -13,8 +12,10 @@
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
+#include <QTextDocument>
 
 #include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/message_box.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
@@ -65,8 +66,8 @@ bool MainWindow::open(QString const& path) {
 }
 
 bool MainWindow::openDamaged(QString const& path, Sheet const& readable, QString const& why) {
-  QMessageBox question(QMessageBox::Warning, tr("Damaged Sheet"),
-                       tr("%1 is damaged.").arg(QDir::toNativeSeparators(path)), QMessageBox::Cancel, this);
+  MessageBox question(QMessageBox::Warning, tr("Damaged Sheet"),
+                      tr("%1 is damaged.").arg(QDir::toNativeSeparators(path)), QMessageBox::Cancel, this);
   question.setInformativeText(
       tr("%1.\n\nWhat is readable can be opened as a new sheet, the rest as lines of text. The file stays "
          "as it is.")
@@ -145,7 +146,7 @@ bool MainWindow::mayReplace(QString const& path) {
   QFileInfo const file(path);
   bool const known = path == path_ && savedAt_.isValid();
   if (!known || !file.isFile() || file.lastModified() == savedAt_) return true;
-  QMessageBox question(
+  MessageBox question(
       QMessageBox::Warning, tr("Changed Meanwhile"),
       tr("%1 has been changed by another program or window.").arg(QDir::toNativeSeparators(path)),
       QMessageBox::Cancel, this);
@@ -160,9 +161,9 @@ bool MainWindow::saveTo(QString const& path) {
   if (!mayReplace(path)) return false;
   QString error;
   if (!saveSheet(path, view_->sheet(), error)) {
-    QMessageBox message(QMessageBox::Warning, tr("Not Saved"),
-                        tr("The sheet could not be saved to %1.").arg(QDir::toNativeSeparators(path)),
-                        QMessageBox::Retry | QMessageBox::Cancel, this);
+    MessageBox message(QMessageBox::Warning, tr("Not Saved"),
+                       tr("The sheet could not be saved to %1.").arg(QDir::toNativeSeparators(path)),
+                       QMessageBox::Retry | QMessageBox::Cancel, this);
     message.setInformativeText(tr("%1.\n\nThe sheet is still open, and nothing in it is lost.").arg(error));
     QPushButton* const elsewhere = message.addButton(tr("Save &As…"), QMessageBox::AcceptRole);
     message.setDefaultButton(elsewhere);
@@ -180,7 +181,7 @@ bool MainWindow::saveTo(QString const& path) {
 
 bool MainWindow::mayLeave() {
   if (!view_->isModified()) return true;
-  QMessageBox question(
+  MessageBox question(
       QMessageBox::Question, tr("Unsaved Changes"),
       tr("Save the changes to %1?").arg(path_.isEmpty() ? tr("the sheet") : QFileInfo(path_).fileName()),
       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
@@ -220,7 +221,7 @@ void MainWindow::setPath(QString const& path) {
 }
 
 void MainWindow::complain(QString const& what, QString const& why) {
-  QMessageBox message(QMessageBox::Warning, tr("zolt ved"), what, QMessageBox::Ok, this);
+  MessageBox message(QMessageBox::Warning, tr("zolt ved"), what, QMessageBox::Ok, this);
   message.setInformativeText(why);
   message.exec();
 }
@@ -246,7 +247,7 @@ void MainWindow::fillRecentMenu() {
     QAction* const action = recentMenu_->addAction(QFileInfo(path).fileName(), this, [this, path] {
       if (mayLeave()) open(path);
     });
-    action->setToolTip(QDir::toNativeSeparators(path));
+    action->setToolTip(Qt::convertFromPlainText(QDir::toNativeSeparators(path)));
     action->setEnabled(QFileInfo::exists(path));
   }
   recentMenu_->setToolTipsVisible(true);

@@ -6,11 +6,12 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QLocale>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QVBoxLayout>
+
+#include "hosts/qt/desktop/message_box.h"
 
 namespace zolt::desktop {
 
@@ -147,7 +148,7 @@ void RecoveryDialog::recoverChosen() {
 
 void RecoveryDialog::discardChosen() {
   QList<int> const rows = chosenRows();
-  QMessageBox question(
+  MessageBox question(
       QMessageBox::Warning, windowTitle(),
       rows.size() == 1 ? tr("Discard this sheet?") : tr("Discard %1 sheets?").arg(rows.size()),
       QMessageBox::Discard | QMessageBox::Cancel, this);
