@@ -10,6 +10,16 @@
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/write_file.h"
 
+#ifdef Q_OS_WIN
+#include <io.h>
+#include <sys/locking.h>
+#else
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+#endif
+
 namespace zolt::desktop {
 
 namespace {
@@ -50,9 +60,28 @@ QByteArray readAll(QString const& name) {
 
 }  // namespace
 
-RecoveryFile::RecoveryFile(QString name) : name_(std::move(name)), lock_(name_ + lock_suffix) {
-  // A program that has been suspended for a while still exists.
-  lock_.setStaleLockTime(0);
+RecoveryFile::RecoveryFile(QString name) : name_(std::move(name)), lock_(name_ + lock_suffix) {}
+
+bool RecoveryFile::tryLock() {
+  if (lock_.isOpen()) return true;
+  if (!lock_.open(QIODevice::ReadWrite)) return false;
+#ifdef Q_OS_WIN
+  bool const locked = _locking(lock_.handle(), _LK_NBLCK, 1) == 0;
+#else
+  struct stat found = {};
+  // On a disk without locks nobody else has one; the previous owner may just have removed the file.
+  bool const locked = (::flock(lock_.handle(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK) &&
+                      ::fstat(lock_.handle(), &found) == 0 && found.st_nlink > 0;
+#endif
+  if (!locked) lock_.close();
+  return locked;
+}
+
+void RecoveryFile::unlock() {
+  if (!lock_.isOpen()) return;
+  // Removing closes first, and so another program could take the lock in between.
+  QFile::remove(lock_.fileName());
+  lock_.close();
 }
 
 std::unique_ptr<RecoveryFile> RecoveryFile::create(QString const& folder) {
@@ -72,7 +101,7 @@ std::vector<std::unique_ptr<RecoveryFile>> RecoveryFile::adoptAll(QString const&
   }
   for (QString const& name : names) {
     std::unique_ptr<RecoveryFile> file(new RecoveryFile(folder + u'/' + name));
-    if (!file->lock_.tryLock()) continue;
+    if (!file->tryLock()) continue;
     if (QFile::exists(file->name_)) {
       files.push_back(std::move(file));
     } else {
@@ -87,7 +116,7 @@ bool RecoveryFile::write(QString const& path, Sheet const& sheet, QString& error
   if (!folder.exists() && QDir().mkpath(folder.filePath())) {
     QFile::setPermissions(folder.filePath(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
   }
-  if (!lock_.isLocked() && !lock_.tryLock()) {
+  if (!tryLock()) {
     error = tr("The folder %1 cannot be written").arg(QDir::toNativeSeparators(folder.filePath()));
     return false;
   }
@@ -122,7 +151,7 @@ std::optional<RecoveredSheet> RecoveryFile::salvage() const {
 
 void RecoveryFile::remove() {
   removeFile(name_);
-  lock_.unlock();
+  unlock();
 }
 
 }  // namespace zolt::desktop

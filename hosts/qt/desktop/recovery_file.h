@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QDateTime>
-#include <QLockFile>
+#include <QFile>
 #include <QString>
 #include <memory>
 #include <optional>
@@ -18,8 +18,9 @@ struct RecoveredSheet {
   Sheet sheet;
 };
 
-/// A file that keeps an unsaved sheet in case the program ends without asking. While the file exists, a lock
-/// beside it shows that its program is running, so that no other program takes it.
+/// A file that keeps an unsaved sheet in case the program ends without asking. While the file exists, a
+/// locked file beside it shows that its program is running, so that no other program takes it. The system
+/// releases the lock when the program ends; what the locked file holds is of no account.
 ///
 /// Writing and removing may happen in any thread, but not at the same time.
 class RecoveryFile {
@@ -30,7 +31,7 @@ class RecoveryFile {
   static std::vector<std::unique_ptr<RecoveryFile>> adoptAll(QString const& folder);
 
   /// Releases the lock; the file stays, so that a later program can adopt it.
-  ~RecoveryFile() = default;
+  ~RecoveryFile() { unlock(); }
 
   /// Replaces the contents, completely or not at all. Returns false, with `error`, on failure.
   bool write(QString const& path, Sheet const& sheet, QString& error);
@@ -44,9 +45,11 @@ class RecoveryFile {
 
  private:
   explicit RecoveryFile(QString name);
+  bool tryLock();
+  void unlock();
 
   QString name_;
-  QLockFile lock_;
+  QFile lock_;  // open while it is locked
 };
 
 }  // namespace zolt::desktop
