@@ -39,7 +39,10 @@ class DialogAnswer final : public QObject {
       if (!dialog) return;
       for (auto* const each : dialog->findChildren<QAbstractButton*>()) {
         if (QString(each->text()).remove(u'&') != button) continue;
-        for (auto const* const label : dialog->findChildren<QLabel*>()) said += label->text() + u'\n';
+        for (auto const* const label : dialog->findChildren<QLabel*>()) {
+          said += label->text() + u'\n';
+          isPlain = isPlain && label->textFormat() == Qt::PlainText;
+        }
         ++count;
         // The click is queued, so that this timer continues to run while the answer opens another dialog.
         QMetaObject::invokeMethod(each, "click", Qt::QueuedConnection);
@@ -51,6 +54,7 @@ class DialogAnswer final : public QObject {
 
   QString said;
   int count = 0;
+  bool isPlain = true;  // no label takes names of files for rich text
 
  private:
   QTimer timer_;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDateTime>
 #include <QHash>
 #include <QMainWindow>
 #include <QTimer>
@@ -10,7 +9,7 @@
 
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
-#include "hosts/qt/desktop/sheet.h"
+#include "hosts/qt/desktop/sheet_file.h"
 #include "zolt/field/commands.h"
 #include "zolt/field/palette_model.h"
 
@@ -140,7 +139,7 @@ class MainWindow final : public QMainWindow {
   QToolButton* zoomLabel_ = nullptr;
   QTimer statusTimer_;
   QString path_;
-  QDateTime savedAt_;  // modification time of the file when last read or written here; invalid: unknown
+  FileStamp savedAt_;  // the file when it was last read or written here
   Appearance appearance_ = Appearance::System;
   bool decimalComma_ = false;
   bool mayPaste_ = false;

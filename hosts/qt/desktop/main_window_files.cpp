@@ -48,10 +48,11 @@ QString recentKey() { return QStringLiteral("recentFiles"); }
 
 bool MainWindow::open(QString const& path) {
   QString error;
+  FileStamp stamp;
   std::optional<Sheet> sheet, readable;
   {
     WaitCursor const waiting;
-    auto const bytes = readSheetFile(path, error);
+    auto const bytes = readSheetFile(path, stamp, error);
     if (bytes) sheet = readSheet(*bytes, error);
     if (bytes && !sheet) readable = salvageSheet(*bytes);
   }
@@ -61,6 +62,7 @@ bool MainWindow::open(QString const& path) {
     return false;
   }
   if (!showSheet(*sheet, path)) return false;
+  savedAt_ = stamp;
   addRecentFile(path);
   return true;
 }
@@ -143,9 +145,8 @@ bool MainWindow::saveAs() {
 }
 
 bool MainWindow::mayReplace(QString const& path) {
-  QFileInfo const file(path);
-  bool const known = path == path_ && savedAt_.isValid();
-  if (!known || !file.isFile() || file.lastModified() == savedAt_) return true;
+  bool const known = path == path_ && savedAt_.changed.isValid();
+  if (!known || !QFileInfo(path).isFile() || stampOf(path) == savedAt_) return true;
   MessageBox question(
       QMessageBox::Warning, tr("Changed Meanwhile"),
       tr("%1 has been changed by another program or window.").arg(QDir::toNativeSeparators(path)),
@@ -213,7 +214,7 @@ QString MainWindow::askPathToWrite(QString const& title, QString const& filter, 
 
 void MainWindow::setPath(QString const& path) {
   path_ = path;
-  savedAt_ = path.isEmpty() ? QDateTime() : QFileInfo(path).lastModified();
+  savedAt_ = path.isEmpty() ? FileStamp() : stampOf(path);
   if (recovery_) recovery_->setPath(path.isEmpty() ? path : QFileInfo(path).absoluteFilePath());
   QString const name = path.isEmpty() ? tr("Untitled") : QFileInfo(path).fileName();
   setWindowTitle(tr("%1[*] – zolt ved").arg(name));

@@ -9,6 +9,10 @@
 #include "zolt/qt/text.h"
 #include "zolt/sheet/sheet_text.h"
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#endif
+
 namespace zolt::desktop {
 
 using qt::toQString;
@@ -37,6 +41,25 @@ Sheet toSheet(sheet::SheetT const& lines) {
   sheet.reserve(qsizetype(lines.size()));
   for (sheet::SheetLineS const& line : lines) sheet.push_back(toLine(line));
   return sheet;
+}
+
+/// Asks the open file, whatever has its name by now.
+FileStamp stampOf(QFile const& file) {
+  FileStamp stamp{file.fileTime(QFileDevice::FileModificationTime), file.size()};
+#ifdef Q_OS_UNIX
+  struct stat found = {};
+  if (::fstat(file.handle(), &found) == 0) {
+    stamp.device = found.st_dev;
+    stamp.number = found.st_ino;
+  }
+#endif
+  return stamp;
+}
+
+/// Opening a pipe would wait until another program writes into it.
+bool isOpenable(QString const& path) {
+  QFileInfo const info(path);
+  return !info.exists() || info.isFile();
 }
 
 sheet::SheetT toLines(Sheet const& sheet) {
@@ -76,15 +99,22 @@ std::optional<Sheet> salvageSheet(QByteArray const& bytes) {
 
 QByteArray writeSheet(Sheet const& sheet) { return toQString(sheet::writeSheet(toLines(sheet))).toUtf8(); }
 
-std::optional<QByteArray> readSheetFile(QString const& path, QString& error) {
+FileStamp stampOf(QString const& path) {
   QFile file(path);
-  // Opening a pipe would wait until another program writes into it.
-  if (QFileInfo const info(path); info.exists() && !info.isFile()) {
+  return isOpenable(path) && file.open(QIODevice::ReadOnly) ? stampOf(file) : FileStamp();
+}
+
+std::optional<QByteArray> readSheetFile(QString const& path, FileStamp& stamp, QString& error) {
+  QFile file(path);
+  if (!isOpenable(path)) {
     error = tr("This is a folder or a device, not a file");
     return std::nullopt;
   }
   QByteArray bytes;
-  if (file.open(QIODevice::ReadOnly)) bytes = file.read(max_sheet_bytes + 1);
+  if (file.open(QIODevice::ReadOnly)) {
+    stamp = stampOf(file);
+    bytes = file.read(max_sheet_bytes + 1);
+  }
   if (file.error() != QFileDevice::NoError) {
     error = file.errorString();
     return std::nullopt;
@@ -97,7 +127,8 @@ std::optional<QByteArray> readSheetFile(QString const& path, QString& error) {
 }
 
 std::optional<Sheet> loadSheet(QString const& path, QString& error) {
-  auto const bytes = readSheetFile(path, error);
+  FileStamp ignored;
+  auto const bytes = readSheetFile(path, ignored, error);
   return bytes ? readSheet(*bytes, error) : std::nullopt;
 }
 

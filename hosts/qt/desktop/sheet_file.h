@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <optional>
 
@@ -17,6 +18,19 @@ constexpr char sheet_suffix[] = "zved";
 /// The most that a file may hold; a larger one is refused before it takes memory.
 constexpr qint64 max_sheet_bytes = sheet::max_sheet_characters;
 
+/// Which file it was and what it was like; equal as long as nobody changes or replaces it.
+struct FileStamp {
+  QDateTime changed;  ///< invalid: there was no file
+  qint64 size = 0;
+  quint64 device = 0, number = 0;  ///< 0 where the system does not tell
+};
+
+inline bool operator==(FileStamp const& a, FileStamp const& b) {
+  return a.changed == b.changed && a.size == b.size && a.device == b.device && a.number == b.number;
+}
+
+FileStamp stampOf(QString const& path);
+
 /// Returns no value when the bytes are not a sheet; `error` then names the line and what is wrong with it.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);
 /// The readable part of a damaged sheet, with the rest as lines of text. Returns no value when it is no sheet
@@ -24,9 +38,9 @@ std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);
 std::optional<Sheet> salvageSheet(QByteArray const& bytes);
 QByteArray writeSheet(Sheet const& sheet);
 
-/// The contents of a file that may be a sheet. Returns no value, with `error`, when it cannot be read or is
-/// too large.
-std::optional<QByteArray> readSheetFile(QString const& path, QString& error);
+/// The contents of a file that may be a sheet, and what the file was like before they were read. Returns no
+/// value, with `error`, when it cannot be read or is too large.
+std::optional<QByteArray> readSheetFile(QString const& path, FileStamp& stamp, QString& error);
 std::optional<Sheet> loadSheet(QString const& path, QString& error);
 /// Works as `writeFile`, but also refuses a sheet that could not be opened again.
 bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
