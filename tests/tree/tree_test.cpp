@@ -190,6 +190,14 @@ TEST(StreamTest, ReadsBackWhatItWroteAndNothingElse) {
   }
 }
 
+TEST(StreamTest, NodesAreMadeByTheirId) {
+  auto const made = oss::SerializableABC::createById(u"Node4C");
+  ASSERT_TRUE(made && made->lookUpBase(std::u16string(u"Node4C").c_str()));
+  EXPECT_EQ(made->lookUpBase(u"SerializableABC"), made.get());
+  EXPECT_FALSE(made->lookUpBase(u"Node") || made->lookUpBase(nullptr));
+  EXPECT_FALSE(oss::SerializableABC::createById(u"UnknownC"));
+}
+
 TEST(StreamTest, RefusesUnknownOperatorsAndRowsNestedTooDeep) {
   oss::bytestring bytes = writeBytes(*readTree(R"(["", sqrt<["x"]>, ""])").root);
   bytes[bytes.find(static_cast<unsigned char>('s'))] = 'z';

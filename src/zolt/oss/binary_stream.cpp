@@ -16,25 +16,20 @@ namespace {
 constexpr std::size_t chunk_length = 128;
 constexpr unsigned long max_uint32 = 0xFFFFFFFFUL;
 
-void putUint16(unsigned char* bytes, unsigned value) {
-  bytes[0] = static_cast<unsigned char>(value & 0xFFU);
-  bytes[1] = static_cast<unsigned char>(value >> 8U & 0xFFU);
+// Numbers are little-endian, in as many bytes as their item has after its tag.
+void putNumber(unsigned char* bytes, std::size_t count, unsigned long value) {
+  for (std::size_t i = 0; i < count; ++i) bytes[i] = static_cast<unsigned char>(value >> 8 * i & 0xFFU);
 }
 
-void putUint32(unsigned char* bytes, unsigned long value) {
-  putUint16(bytes, static_cast<unsigned>(value & 0xFFFFU));
-  putUint16(bytes + 2, static_cast<unsigned>(value >> 16U & 0xFFFFU));
-}
-
-unsigned getUint16(unsigned char const* bytes) { return bytes[0] | static_cast<unsigned>(bytes[1]) << 8U; }
-
-unsigned long getUint32(unsigned char const* bytes) {
-  return getUint16(bytes) | static_cast<unsigned long>(getUint16(bytes + 2)) << 16U;
+unsigned long getNumber(unsigned char const* bytes, std::size_t count) {
+  unsigned long value = 0;
+  for (std::size_t i = count; i-- > 0;) value = value << 8U | bytes[i];
+  return value;
 }
 
 // Two's complement without relying on what a narrowing conversion does.
-short toShort(unsigned value) {
-  return static_cast<short>(value < 0x8000U ? static_cast<int>(value) : static_cast<int>(value) - 0x10000);
+short toShort(unsigned long value) {
+  return static_cast<short>(static_cast<long>(value) - (value < 0x8000U ? 0L : 0x10000L));
 }
 
 }  // namespace
@@ -47,53 +42,42 @@ void BinaryOutputStreamC::write(unsigned char const* bytes, std::size_t count) {
   if (bytes_->isError()) setError();
 }
 
+void BinaryOutputStreamC::writeItem(unsigned char tag, std::size_t size, unsigned long value) {
+  std::array<unsigned char, uint32_size> item{tag};
+  putNumber(&item[1], size - 1, value);
+  write(item.data(), size);
+}
+
 void BinaryOutputStreamC::writeStartAggregate(short kind) {
-  std::array<unsigned char, start_aggregate_size> item{TAG_START_AGGREGATE};
-  putUint16(&item[1], static_cast<unsigned short>(kind));
-  write(item.data(), item.size());
+  writeItem(TAG_START_AGGREGATE, start_aggregate_size, static_cast<unsigned short>(kind));
 }
 
 void BinaryOutputStreamC::writeMember(short value) {
-  std::array<unsigned char, int16_size> item{TAG_INT16};
-  putUint16(&item[1], static_cast<unsigned short>(value));
-  write(item.data(), item.size());
+  writeItem(TAG_INT16, int16_size, static_cast<unsigned short>(value));
 }
 
 void BinaryOutputStreamC::writeMember(wstring const& value) {
-  if (value.size() > max_uint32) {
-    setError();
-    return;
-  }
-  std::array<unsigned char, empty_string_size> head{TAG_STRING};
-  putUint32(&head[1], static_cast<unsigned long>(value.size()));
-  write(head.data(), head.size());
+  if (value.size() > max_uint32) return setError();
+  writeItem(TAG_STRING, empty_string_size, static_cast<unsigned long>(value.size()));
   std::array<unsigned char, 2 * chunk_length> chunk{};
   for (std::size_t start = 0; start < value.size(); start += chunk_length) {
     std::size_t const length = std::min(chunk_length, value.size() - start);
-    for (std::size_t i = 0; i < length; ++i) putUint16(&chunk[2 * i], value[start + i]);
+    for (std::size_t i = 0; i < length; ++i) putNumber(&chunk[2 * i], 2, value[start + i]);
     write(chunk.data(), 2 * length);
   }
 }
 
 void BinaryOutputStreamC::writeMember(unsigned long value) {
-  if (value > max_uint32) {
-    setError();
-    return;
-  }
-  std::array<unsigned char, uint32_size> item{TAG_UINT32};
-  putUint32(&item[1], value);
-  write(item.data(), item.size());
+  if (value > max_uint32) return setError();
+  writeItem(TAG_UINT32, uint32_size, value);
 }
 
-void BinaryOutputStreamC::writeEndAggregate() {
-  unsigned char const tag = TAG_END_AGGREGATE;
-  write(&tag, end_aggregate_size);
-}
+void BinaryOutputStreamC::writeEndAggregate() { writeItem(TAG_END_AGGREGATE, end_aggregate_size, 0); }
 
 BinaryInputStreamC::BinaryInputStreamC(PointerTC<ByteInputStreamABC> bytes) : bytes_(std::move(bytes)) {}
 
 bool BinaryInputStreamC::read(unsigned char* bytes, std::size_t count) {
-  return !isError() && bytes_->read(bytes, count) ? true : fail();
+  return (!isError() && bytes_->read(bytes, count)) || fail();
 }
 
 bool BinaryInputStreamC::fail() {
@@ -101,48 +85,51 @@ bool BinaryInputStreamC::fail() {
   return false;
 }
 
+bool BinaryInputStreamC::readItem(unsigned char tag, std::size_t size, unsigned long& value) {
+  std::array<unsigned char, uint32_size> item{};
+  if (!read(item.data(), size)) return false;
+  value = getNumber(&item[1], size - 1);
+  return item[0] == tag || fail();
+}
+
 bool BinaryInputStreamC::readStartAggregate(short kind) {
-  std::array<unsigned char, start_aggregate_size> item{};
-  if (!read(item.data(), item.size())) return false;
-  return item[0] == TAG_START_AGGREGATE && toShort(getUint16(&item[1])) == kind ? true : fail();
+  unsigned long found = 0;
+  return readItem(TAG_START_AGGREGATE, start_aggregate_size, found) && (toShort(found) == kind || fail());
 }
 
 bool BinaryInputStreamC::readMember(short& value) {
-  std::array<unsigned char, int16_size> item{};
-  if (!read(item.data(), item.size())) return false;
-  if (item[0] != TAG_INT16) return fail();
-  value = toShort(getUint16(&item[1]));
+  unsigned long number = 0;
+  if (!readItem(TAG_INT16, int16_size, number)) return false;
+  value = toShort(number);
   return true;
 }
 
 bool BinaryInputStreamC::readMember(wstring& value) {
-  std::array<unsigned char, empty_string_size> head{};
-  if (!read(head.data(), head.size())) return false;
-  unsigned long const length = getUint32(&head[1]);
-  if (head[0] != TAG_STRING || length > bytes_->bytesLeft() / 2) return fail();
+  unsigned long length = 0;
+  if (!readItem(TAG_STRING, empty_string_size, length)) return false;
+  if (length > bytes_->bytesLeft() / 2) return fail();
   wstring text(length, u'\0');
   std::array<unsigned char, 2 * chunk_length> chunk{};
   for (std::size_t start = 0; start < length; start += chunk_length) {
     std::size_t const part = std::min<std::size_t>(chunk_length, length - start);
     if (!read(chunk.data(), 2 * part)) return false;
-    for (std::size_t i = 0; i < part; ++i) text[start + i] = static_cast<char16_t>(getUint16(&chunk[2 * i]));
+    for (std::size_t i = 0; i < part; ++i)
+      text[start + i] = static_cast<char16_t>(getNumber(&chunk[2 * i], 2));
   }
   value = std::move(text);
   return true;
 }
 
 bool BinaryInputStreamC::readMember(unsigned long& value) {
-  std::array<unsigned char, uint32_size> item{};
-  if (!read(item.data(), item.size())) return false;
-  if (item[0] != TAG_UINT32) return fail();
-  value = getUint32(&item[1]);
+  unsigned long number = 0;
+  if (!readItem(TAG_UINT32, uint32_size, number)) return false;
+  value = number;
   return true;
 }
 
 bool BinaryInputStreamC::readEndAggregate() {
-  unsigned char tag = 0;
-  if (!read(&tag, end_aggregate_size)) return false;
-  return tag == TAG_END_AGGREGATE ? true : fail();
+  unsigned long nothing = 0;
+  return readItem(TAG_END_AGGREGATE, end_aggregate_size, nothing);
 }
 
 std::size_t BinaryInputStreamC::bytesLeft() const { return isError() ? 0 : bytes_->bytesLeft(); }

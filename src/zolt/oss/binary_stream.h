@@ -20,6 +20,7 @@ class BinaryOutputStreamC : public ObjectOutputStreamABC {
 
  private:
   void write(unsigned char const* bytes, std::size_t count);
+  void writeItem(unsigned char tag, std::size_t size, unsigned long value);
 
   PointerTC<ByteOutputStreamABC> bytes_;
 };
@@ -40,6 +41,7 @@ class BinaryInputStreamC : public ObjectInputStreamABC {
 
  private:
   bool read(unsigned char* bytes, std::size_t count);
+  bool readItem(unsigned char tag, std::size_t size, unsigned long& value);
   bool fail();
 
   PointerTC<ByteInputStreamABC> bytes_;

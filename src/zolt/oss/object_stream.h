@@ -7,10 +7,9 @@
 
 namespace zolt::oss {
 
-/// What an aggregate holds; the numbers are stored.
+/// What an aggregate holds; the number is stored.
 enum AggregateKindE {
-  AGGREGATE_IDENTIFIED = 1,  ///< a castable id, then the record of an object of that class
-  AGGREGATE_RECORD = 2       ///< the members of one object
+  AGGREGATE_RECORD = 2  ///< the members of one object
 };
 
 /// What both directions share: an error that stays once it is set.

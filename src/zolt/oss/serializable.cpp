@@ -33,20 +33,4 @@ std::unique_ptr<SerializableABC> SerializableABC::createById(wstring const& id) 
   return std::unique_ptr<SerializableABC>(found == factories().end() ? nullptr : found->second());
 }
 
-void SerializableABC::writeIdentified(SerializableABC const& object, PointerTC<ObjectOutputStreamABC>& out) {
-  out->writeStartAggregate(AGGREGATE_IDENTIFIED);
-  out->writeMember(wstring(object.qCastableId()));
-  object.writeObject(out);
-  out->writeEndAggregate();
-}
-
-std::unique_ptr<SerializableABC> SerializableABC::readIdentified(PointerTC<ObjectInputStreamABC>& in) {
-  wstring id;
-  if (!in->readStartAggregate(AGGREGATE_IDENTIFIED) || !in->readMember(id)) return nullptr;
-  std::unique_ptr<SerializableABC> object = createById(id);
-  if (object && object->readObject(in) && in->readEndAggregate()) return object;
-  in->setError();
-  return nullptr;
-}
-
 }  // namespace zolt::oss

@@ -29,11 +29,6 @@ class SerializableABC {
   static void registerSerializable(char16_t const* id, FactoryF factory);
   /// A default instance of the class registered as `id`; null when there is none.
   [[nodiscard]] static std::unique_ptr<SerializableABC> createById(wstring const& id);
-
-  /// Writes the object's castable id and its record, so that `readIdentified` knows what to make.
-  static void writeIdentified(SerializableABC const& object, PointerTC<ObjectOutputStreamABC>& out);
-  /// Null when the id is unknown or the record does not read; the stream's error is set then.
-  [[nodiscard]] static std::unique_ptr<SerializableABC> readIdentified(PointerTC<ObjectInputStreamABC>& in);
 };
 
 }  // namespace zolt::oss
