@@ -13,29 +13,9 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
-wstring const names[] = {u"x",
-                         u"y",
-                         u"r",
-                         u"o",
-                         u"E",
-                         u"θ",
-                         u"n1",
-                         u"alpha",
-                         u"x.y_2",
-                         u"a/b",
-                         u"_PI",
-                         u"d",
-                         u"error",
-                         u"2",
-                         u"10",
-                         u"007",
-                         u"−2",
-                         u"0.5",
-                         u".25",
-                         u"−1.5E−3",
-                         u"3.",
-                         u"1e+9",
-                         u"12345678901234567890.5"};
+wstring const names[] = {u"x",     u"y",   u"r",   u"o",       u"E",     u"θ",   u"n1", u"alpha",
+                         u"x.y_2", u"a/b", u"_PI", u"d",       u"error", u"2",   u"10", u"007",
+                         u"−2",    u"0.5", u".25", u"−1.5E−3", u"3.",    u"1e+9"};
 wstring const oddNames[] = {u"sin", u"not", u"+",  u":a", u"√", u"x!", u"∙",  u"=",   u"log10", u"_neg",
                             u"x\"", u"\"",  u"pi", u"π",  u"α", u"∞",  u"x²", u"|x|", u"["};
 
