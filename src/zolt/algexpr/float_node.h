@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "zolt/algexpr/node.h"
 #include "zolt/algexpr/node_kind.h"
 #include "zolt/algexpr/number_display_format.h"
 

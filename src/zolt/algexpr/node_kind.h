@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zolt/algexpr/node.h"
 #include "zolt/algexpr/node_visitor.h"
 #include "zolt/oss/castable_id.h"
 
