@@ -36,51 +36,34 @@ PathC makeMissingBox(double left, double baseline, double width, double em) {
 
 }  // namespace
 
-struct TypesetGraphicsABC::StateS {
-  explicit StateS(oss::PointerTC<TypesetterC> shared) : typesetter(shared) {}
-
-  FontSizeS const& size() const { return getFontSize(depth); }
-
-  /// Letters may reach out of their advance, but by no more than their size.
-  bool isInSight(double left, PlacedGlyphS const& glyph) const {
-    return !clipBox || (left + glyph.x + glyph.width + glyph.em >= double(clipBox->left) &&
-                        left + glyph.x - glyph.em <= double(clipBox->right));
-  }
-
-  oss::PointerTC<TypesetterC> typesetter;
-  unsigned long depth = 0;
-  std::optional<math::ved::RectangleS> clipBox;
-  double exponentKern = 0;           // how far an exponent on the text just drawn moves to the left
-  std::vector<PlacedGlyphS> glyphs;  // kept for their memory
-  PathC path;
-};
-
 TypesetGraphicsABC::TypesetGraphicsABC(oss::PointerTC<TypesetterC> typesetter)
-    : state_(std::make_unique<StateS>(typesetter)) {}
+    : typesetter_(std::move(typesetter)) {}
 TypesetGraphicsABC::~TypesetGraphicsABC() = default;
 
-TypesetterC& TypesetGraphicsABC::getTypesetter() const { return *state_->typesetter; }
+FontSizeS const& TypesetGraphicsABC::fontSize() const { return getFontSize(depth_); }
 
-void TypesetGraphicsABC::showOnly(std::optional<math::ved::RectangleS> const& box) { state_->clipBox = box; }
-
-std::optional<math::ved::RectangleS> TypesetGraphicsABC::getClipBox() const { return state_->clipBox; }
+// Letters may reach out of their advance, but by no more than their size.
+bool TypesetGraphicsABC::isInSight(double left, PlacedGlyphS const& glyph) const {
+  return !clipBox_ || (left + glyph.x + glyph.width + glyph.em >= double(clipBox_->left) &&
+                       left + glyph.x - glyph.em <= double(clipBox_->right));
+}
 
 void TypesetGraphicsABC::getTextExtent(oss::wstring const& text, long& width, long& height,
                                        long& midHeight) const {
   width = getTextWidth(text);
-  height = state_->size().height;
-  midHeight = state_->size().midHeight;
+  height = fontSize().height;
+  midHeight = fontSize().midHeight;
 }
 
 long TypesetGraphicsABC::getTextWidth(oss::wstring const& text) const {
-  return state_->typesetter->measure(text, state_->depth);
+  return typesetter_->measure(text, depth_);
 }
 
-long TypesetGraphicsABC::getTextHeight(oss::wstring const&) const { return state_->size().height; }
-long TypesetGraphicsABC::getTextMidHeight(oss::wstring const&) const { return state_->size().midHeight; }
+long TypesetGraphicsABC::getTextHeight(oss::wstring const&) const { return fontSize().height; }
+long TypesetGraphicsABC::getTextMidHeight(oss::wstring const&) const { return fontSize().midHeight; }
 
 long TypesetGraphicsABC::getMetric(long index) const {
-  return index >= 0 && index < 4 ? state_->size().metrics[index] : 0;
+  return index >= 0 && index < 4 ? fontSize().metrics[index] : 0;
 }
 
 void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) const {
@@ -90,11 +73,11 @@ void TypesetGraphicsABC::drawText(oss::wstring const& text, long x, long y) cons
 void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x,
                                     long y) const {
   using namespace math::ved;
-  double const kern = std::exchange(state_->exponentKern, 0);
+  double const kern = std::exchange(exponentKern_, 0);
   if (text.empty()) return;
-  FontSizeS const& size = state_->size();
-  std::vector<PlacedGlyphS>& glyphs = state_->glyphs;
-  state_->typesetter->place(text, state_->depth, role, glyphs);
+  FontSizeS const& size = fontSize();
+  std::vector<PlacedGlyphS>& glyphs = glyphs_;
+  typesetter_->place(text, depth_, role, glyphs);
   bool const isExponent =
       role == TEXT_STARTS_EXPONENT || role == TEXT_IS_UNIT || role == TEXT_IS_EXPONENT_SLOT;
   double const left = double(x) - (isExponent ? kern : 0), baseline = double(y) + size.baseline;
@@ -107,9 +90,8 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
     if (first.shape == SHAPE_MISSING) {
       strokePath(makeMissingBox(left + first.x, baseline, first.width, first.em), getRuleThickness(size),
                  INK_TEXT);
-    } else if (state_->isInSight(left, first)) {
-      while (end < glyphs.size() && sameRun(first, glyphs[end]) && state_->isInSight(left, glyphs[end]))
-        ++end;
+    } else if (isInSight(left, first)) {
+      while (end < glyphs.size() && sameRun(first, glyphs[end]) && isInSight(left, glyphs[end])) ++end;
       fillGlyphs({first.face, first.em, left, baseline - first.rise, &first, end - i});
     }
     i = end;
@@ -117,27 +99,27 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   PlacedGlyphS const& last = glyphs.back();
   if (last.shape != SHAPE_GLYPH) return;
   double const room = double(getTextWidth(text) + size.metrics[0]) - (last.x + last.width + last.overhang);
-  state_->exponentKern = std::clamp(room - exponent_distance, -most_away, most_closer);
+  exponentKern_ = std::clamp(room - exponent_distance, -most_away, most_closer);
 }
 
 void TypesetGraphicsABC::fillSlot(double x, double y, double width) const {
-  FontSizeS const& size = state_->size();
+  FontSizeS const& size = fontSize();
   double const side = 0.04 * size.em, inset = 0.08 * size.em;
-  state_->path.clear();
-  appendRoundedBox(state_->path, x + side, y + inset, width - 2 * side, double(size.height) - 2 * inset,
+  path_.clear();
+  appendRoundedBox(path_, x + side, y + inset, width - 2 * side, double(size.height) - 2 * inset,
                    0.12 * size.em);
-  fillPath(state_->path, INK_SLOT);
+  fillPath(path_, INK_SLOT);
 }
 
 void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long width, long height) const {
-  PathC& path = state_->path;
+  PathC& path = path_;
   path.clear();
   switch (sign) {
     case math::ved::SIGN_RADICAL:
     case math::ved::SIGN_INDEXED_RADICAL: {
       long const tick = getTickSize(sign);
       appendRadical(path, double(x), double(y), double(height), double(tick),
-                    sign == math::ved::SIGN_INDEXED_RADICAL, state_->size());
+                    sign == math::ved::SIGN_INDEXED_RADICAL, fontSize());
       drawHorizontalLine(x + tick, y, width - tick);
       break;
     }
@@ -154,10 +136,10 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
 }
 
 void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
-  state_->path.clear();
-  state_->path.moveTo(cellCentre(x1, y1));
-  state_->path.lineTo(cellCentre(x2, y2));
-  strokePath(state_->path, getRuleThickness(state_->size()), INK_TEXT);
+  path_.clear();
+  path_.moveTo(cellCentre(x1, y1));
+  path_.lineTo(cellCentre(x2, y2));
+  strokePath(path_, getRuleThickness(fontSize()), INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawHorizontalLine(long x, long y, long length) const {
@@ -170,7 +152,7 @@ void TypesetGraphicsABC::drawVerticalLine(long x, long y, long length) const {
 
 void TypesetGraphicsABC::fillBar(long x1, long y1, long x2, long y2) const {
   PathPointS const from = cellCentre(x1, y1), to = cellCentre(x2, y2);
-  fillRule({from.x, from.y, to.x, to.y, getRuleThickness(state_->size())}, INK_TEXT);
+  fillRule({from.x, from.y, to.x, to.y, getRuleThickness(fontSize())}, INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawOpenBracket(long x, long y, long height, bool automatic) const {
@@ -190,11 +172,9 @@ void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height
 
 void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
                                      InkE ink) const {
-  state_->path.clear();
-  appendBracket(state_->path, side, place, double(left), double(top), double(height), state_->size());
-  if (!state_->path.getSteps().empty()) fillPath(state_->path, ink);
+  path_.clear();
+  appendBracket(path_, side, place, double(left), double(top), double(height), fontSize());
+  if (!path_.getSteps().empty()) fillPath(path_, ink);
 }
-
-void TypesetGraphicsABC::selectFont(unsigned long fontDepth) const { state_->depth = fontDepth; }
 
 }  // namespace zolt::surfaces

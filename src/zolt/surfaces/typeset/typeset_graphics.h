@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstddef>
-#include <memory>
 #include <optional>
+#include <vector>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/surfaces/typeset/bracket_shape.h"
@@ -46,7 +46,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   TypesetGraphicsABC(TypesetGraphicsABC const&) = delete;
   TypesetGraphicsABC& operator=(TypesetGraphicsABC const&) = delete;
 
-  TypesetterC& getTypesetter() const;
+  TypesetterC& getTypesetter() const { return *typesetter_; }
 
   void invalidate() const override {}
   void getTextExtent(oss::wstring const& text, long& width, long& height, long& midHeight) const final;
@@ -65,8 +65,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// logarithm just as its bar or its sign does. They are not provisional, unlike a single bracket that the
   /// editor supplied for a missing one.
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
-  void selectFont(unsigned long fontDepth) const final;
-  std::optional<math::ved::RectangleS> getClipBox() const final;
+  void selectFont(unsigned long fontDepth) const final { depth_ = fontDepth; }
+  std::optional<math::ved::RectangleS> getClipBox() const final { return clipBox_; }
   /// A sign at the start of a text that follows another item is set as between two operands, and as a prefix
   /// in all other texts. An exponent moves close to the ink of the text that it is on.
   void drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x, long y) const final;
@@ -74,7 +74,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
 
  protected:
   /// Restricts painting to this box from now on; without a box, and at first, everything is painted.
-  void showOnly(std::optional<math::ved::RectangleS> const& box);
+  void showOnly(std::optional<math::ved::RectangleS> const& box) { clipBox_ = box; }
 
   virtual void fillGlyphs(GlyphRunS const& run) const = 0;
   /// Fills by the nonzero winding rule.
@@ -89,8 +89,15 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void fillBar(long x1, long y1, long x2, long y2) const;
   void fillSlot(double x, double y, double width) const;
 
-  struct StateS;
-  std::unique_ptr<StateS> state_;
+  bool isInSight(double left, PlacedGlyphS const& glyph) const;
+  FontSizeS const& fontSize() const;
+
+  oss::PointerTC<TypesetterC> typesetter_;
+  std::optional<math::ved::RectangleS> clipBox_;
+  mutable unsigned long depth_ = 0;
+  mutable double exponentKern_ = 0;           // how far an exponent on the text just drawn moves to the left
+  mutable std::vector<PlacedGlyphS> glyphs_;  // kept for their memory, as is the path
+  mutable PathC path_;
 };
 
 }  // namespace zolt::surfaces
