@@ -197,7 +197,7 @@ class FormulaFieldC {
   bool bracketSelection();
   /// The replacement that `completeName` would make; without a beginning there is none.
   ReplacementS findCompletion() const;
-  void replaceCompleted(InputDecisionS const& decision, bool wordBefore);
+  void replaceCompleted(InputDecisionS const& decision);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
 

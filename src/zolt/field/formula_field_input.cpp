@@ -56,20 +56,18 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS step = makeStep(SCRIPT_CHAR);
   step.code = c;
   ActC const act(*this, step);
-  bool const wordBefore = wordTyped_;
   if (!view_.isEditable()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
-  if (wordBefore && (decision.target || decision.kind != INPUT_TEXT)) {
+  if (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT)) {
     // The name must be found before the caret leaves it.
     completeName();
     decision = decideInput(view_, c, options_);
   }
-  wordTyped_ = false;
-  if (!actOn(decision)) return false;
-  replaceCompleted(decision, wordBefore);
-  wordTyped_ = decision.kind == INPUT_TEXT && isWord(decision.text) &&
-               (wordBefore || !math::common::isDigit(decision.text[0]));
-  return true;
+  bool const taken = actOn(decision);
+  if (taken) replaceCompleted(decision);
+  bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
+  wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
+  return taken;
 }
 
 bool FormulaFieldC::insertText(wstring const& text) {
@@ -168,7 +166,7 @@ bool FormulaFieldC::bracketSelection() {
   return group.end(view_.insertText(u"(") && view_.paste(content) && view_.insertText(u")"));
 }
 
-void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBefore) {
+void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   if (decision.kind == INPUT_MOVE) return;
   bool const typed = decision.kind == INPUT_TEXT;
   if (options_.letters && typed) {
@@ -183,7 +181,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, bool wordBe
       return;
     }
   }
-  if (!options_.letters || !wordBefore || (typed && isWord(decision.text))) return;
+  if (!options_.letters || !wordTyped_ || (typed && isWord(decision.text))) return;
   // What ended the name comes after it: in the same text or, as an item, before the caret's text.
   PlaceS const at = caret();
   Node4C const* const text = at.pos > 0 ? at.node : previousText(*at.node);
