@@ -18,7 +18,6 @@ bool ScriptRunnerC::run(EventScriptT const& script) {
 }
 
 bool ScriptRunnerC::run(ScriptStepS const& step) {
-  ClipboardContentS content;
   switch (step.word) {
     case SCRIPT_CHAR:
       return field_.typeCharacter(static_cast<char16_t>(step.code & 0xFFFF));
@@ -50,13 +49,13 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
     case SCRIPT_PASTE:
       return field_.run(COMMAND_PASTE);
     case SCRIPT_PASTE_TEXT:
-      content.plainText = step.text;
-      return paste(content);
+      return field_.paste({{}, {}, step.text}) != PASTE_REFUSED;
     case SCRIPT_PASTE_PREFIX:
-      content.prefix = step.text;
-      return paste(content);
-    case SCRIPT_PASTE_BYTES:
-      return oss::fromHexadecimal(step.text, content.bytes) && paste(content);
+      return field_.paste({{}, step.text, {}}) != PASTE_REFUSED;
+    case SCRIPT_PASTE_BYTES: {
+      oss::bytestring bytes;
+      return oss::fromHexadecimal(step.text, bytes) && field_.paste({bytes, {}, {}}) != PASTE_REFUSED;
+    }
     case SCRIPT_UNDO:
       return field_.run(COMMAND_UNDO);
     case SCRIPT_REDO:
@@ -93,11 +92,8 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
 }
 
 StepReportS ScriptRunnerC::runAndReport(ScriptStepS const& step) {
-  StepReportS report;
-  report.step = step;
-  report.taken = run(step);
-  report.notation = field_.writeNotation();
-  return report;
+  bool const taken = run(step);
+  return {step, taken, field_.writeNotation()};
 }
 
 bool ScriptRunnerC::show(ScriptStepS const& step) {
@@ -106,8 +102,6 @@ bool ScriptRunnerC::show(ScriptStepS const& step) {
   field_.setExpression(std::move(expression), nullptr, step.code, step.format);
   return true;
 }
-
-bool ScriptRunnerC::paste(ClipboardContentS const& content) { return field_.paste(content) != PASTE_REFUSED; }
 
 bool ScriptRunnerC::set(wstring const& option, bool on) {
   InputOptionsS options = field_.getOptions();

@@ -24,7 +24,6 @@ class ScriptRunnerC {
 
  private:
   bool show(ScriptStepS const& step);
-  bool paste(field::ClipboardContentS const& content);
   bool set(wstring const& option, bool on);
   /// Null when the step has no such place or it is not in the formula.
   field::PlaceS find(ScriptStepS const& step, std::size_t number) const;

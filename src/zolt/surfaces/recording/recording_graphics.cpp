@@ -8,12 +8,6 @@ namespace {
 
 constexpr long metrics[] = {2, 4, 1, 3};
 
-struct FontS {
-  long characterWidth, height, midHeight;
-};
-
-FontS fontOf(unsigned long depth) { return depth == 0 ? FontS{6, 10, 5} : FontS{4, 8, 4}; }
-
 void appendEscape(std::string& out, char32_t c) {
   constexpr char digits[] = "0123456789ABCDEF";
   out += "\\u";
@@ -56,29 +50,26 @@ void RecordingGraphicsC::resetCounts() {
   invalidateCount_ = 0;
 }
 
+RecordingGraphicsC::FontS RecordingGraphicsC::measure() const {
+  ++measureCount_;
+  return depth_ == 0 ? FontS{6, 10, 5} : FontS{4, 8, 4};
+}
+
 void RecordingGraphicsC::getTextExtent(oss::wstring const& text, long& width, long& height,
                                        long& midHeight) const {
-  ++measureCount_;
-  FontS const font = fontOf(depth_);
+  FontS const font = measure();
   width = long(text.size()) * font.characterWidth;
   height = font.height;
   midHeight = font.midHeight;
 }
 
 long RecordingGraphicsC::getTextWidth(oss::wstring const& text) const {
-  ++measureCount_;
-  return long(text.size()) * fontOf(depth_).characterWidth;
+  return long(text.size()) * measure().characterWidth;
 }
 
-long RecordingGraphicsC::getTextHeight(oss::wstring const&) const {
-  ++measureCount_;
-  return fontOf(depth_).height;
-}
+long RecordingGraphicsC::getTextHeight(oss::wstring const&) const { return measure().height; }
 
-long RecordingGraphicsC::getTextMidHeight(oss::wstring const&) const {
-  ++measureCount_;
-  return fontOf(depth_).midHeight;
-}
+long RecordingGraphicsC::getTextMidHeight(oss::wstring const&) const { return measure().midHeight; }
 
 long RecordingGraphicsC::getMetric(long index) const { return index >= 0 && index < 4 ? metrics[index] : 0; }
 

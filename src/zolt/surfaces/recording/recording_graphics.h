@@ -55,6 +55,12 @@ class RecordingGraphicsC : public math::ved::GraphicsABC {
   void selectFont(unsigned long fontDepth) const override { depth_ = fontDepth; }
 
  private:
+  struct FontS {
+    long characterWidth, height, midHeight;
+  };
+
+  /// Counts a measurement in the current font.
+  FontS measure() const;
   void logFont() const;
   void log(char const* call, std::initializer_list<long> arguments) const;
   void logBracket(char const* call, std::initializer_list<long> arguments, bool automatic) const;

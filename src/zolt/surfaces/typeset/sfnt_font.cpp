@@ -11,6 +11,21 @@ namespace {
 constexpr std::size_t directory_start = 12, directory_entry = 16;
 constexpr std::uint32_t segment_format = 4, group_format = 12;
 
+/// The first entry of a sorted table that does not come before what is sought.
+template <class IsBeforeT>
+std::uint32_t findEntry(std::uint32_t count, IsBeforeT isBefore) {
+  std::uint32_t low = 0;
+  for (std::uint32_t high = count; low < high;) {
+    std::uint32_t const middle = low + (high - low) / 2;
+    if (isBefore(middle)) {
+      low = middle + 1;
+    } else {
+      high = middle;
+    }
+  }
+  return low;
+}
+
 }  // namespace
 
 bool SfntFontC::parse(std::string bytes, std::string& error) {
@@ -104,15 +119,7 @@ std::uint32_t SfntFontC::findInSegments(char32_t codePoint) const {
   std::uint32_t const count = read16(map_.offset + 6) / 2;
   std::size_t const ends = map_.offset + 14, starts = ends + count * 2 + 2;
   std::size_t const deltas = starts + count * 2, ranges = deltas + count * 2;
-  std::uint32_t low = 0, high = count;
-  while (low < high) {
-    std::uint32_t const middle = (low + high) / 2;
-    if (read16(ends + middle * 2) < codePoint) {
-      low = middle + 1;
-    } else {
-      high = middle;
-    }
-  }
+  std::uint32_t const low = findEntry(count, [&](auto i) { return read16(ends + i * 2) < codePoint; });
   if (low == count) return no_glyph;
   std::uint32_t const start = read16(starts + low * 2);
   if (codePoint < start) return no_glyph;
@@ -127,20 +134,12 @@ std::uint32_t SfntFontC::findInSegments(char32_t codePoint) const {
 std::uint32_t SfntFontC::findInGroups(char32_t codePoint) const {
   constexpr std::size_t group_size = 12;
   std::size_t const groups = map_.offset + 16;
-  std::uint32_t low = 0;
-  std::uint32_t high = std::min(read32(map_.offset + 12), std::uint32_t(map_.length / group_size));
-  while (low < high) {
-    std::uint32_t const middle = low + (high - low) / 2;
-    std::size_t const group = groups + middle * group_size;
-    if (read32(group + 4) < codePoint) {
-      low = middle + 1;
-    } else if (read32(group) > codePoint) {
-      high = middle;
-    } else {
-      return read32(group + 8) + (codePoint - read32(group));
-    }
-  }
-  return no_glyph;
+  std::uint32_t const count = std::min(read32(map_.offset + 12), std::uint32_t(map_.length / group_size));
+  std::uint32_t const index =
+      findEntry(count, [&](auto i) { return read32(groups + i * group_size + 4) < codePoint; });
+  std::size_t const group = groups + index * group_size;
+  if (index == count || codePoint < read32(group)) return no_glyph;
+  return read32(group + 8) + (codePoint - read32(group));
 }
 
 int SfntFontC::getAdvance(std::uint16_t glyph) const {

@@ -1,6 +1,5 @@
 #include "zolt/surfaces/cairo/detail/png_text.h"
 
-#include <array>
 #include <cstdint>
 
 namespace zolt::surfaces {
@@ -11,20 +10,12 @@ constexpr std::size_t signature_size = 8;
 /// The length, name, 13 bytes and checksum of the first chunk, which is the header.
 constexpr std::size_t header_size = 4 + 4 + 13 + 4;
 
-std::array<std::uint32_t, 256> makeChecksumTable() {
-  std::array<std::uint32_t, 256> table{};
-  for (std::uint32_t i = 0; i < table.size(); ++i) {
-    std::uint32_t value = i;
-    for (int bit = 0; bit < 8; ++bit) value = value & 1 ? 0xEDB88320u ^ value >> 1 : value >> 1;
-    table[i] = value;
-  }
-  return table;
-}
-
 std::uint32_t checksum(std::string const& bytes) {
-  static std::array<std::uint32_t, 256> const table = makeChecksumTable();
   std::uint32_t value = 0xFFFFFFFFu;
-  for (char const c : bytes) value = table[(value ^ static_cast<unsigned char>(c)) & 0xFF] ^ value >> 8;
+  for (char const c : bytes) {
+    value ^= static_cast<unsigned char>(c);
+    for (int bit = 0; bit < 8; ++bit) value = value & 1 ? 0xEDB88320u ^ value >> 1 : value >> 1;
+  }
   return ~value;
 }
 

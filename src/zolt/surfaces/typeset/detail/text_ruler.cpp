@@ -69,6 +69,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
     return current_;
   }
 
+  int space = 0;
   switch (charClass) {
     case CLASS_PLUS_MINUS:
     case CLASS_BINARY:
@@ -77,11 +78,8 @@ RuledCharS const& TextRulerC::read(char16_t c) {
       readSign();
       return current_;
     case CLASS_COMMA:
-      trailing_ = scaled(tight_ ? tight_comma_space : comma_space);
-      add(0, trailing_);
-      token_ = TOKEN_NONE;
-      before_ = BEFORE_SIGN;
-      return current_;
+      space = scaled(tight_ ? tight_comma_space : comma_space);
+      [[fallthrough]];
     case CLASS_OPEN:
       token_ = TOKEN_NONE;
       before_ = BEFORE_SIGN;
@@ -103,8 +101,8 @@ RuledCharS const& TextRulerC::read(char16_t c) {
       before_ = BEFORE_OPERAND;
       break;
   }
-  trailing_ = 0;
-  add(0, 0);
+  trailing_ = space;
+  add(0, trailing_);
   return current_;
 }
 
