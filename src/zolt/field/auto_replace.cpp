@@ -31,24 +31,27 @@ InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& o
   return {INPUT_OPERATOR, op.getName(), {}};
 }
 
-/// The start of the name that ends at the place, without a number before it: "2pi" ends in the name "pi".
-unsigned int nameStart(PlaceS end) {
+struct NameS {
+  PlaceS begin;
+  wstring text;
+};
+
+/// The name that ends at the place, without a number before it: "2pi" ends in the name "pi".
+NameS nameEndingAt(PlaceS end) {
   wstring const& text = end.node->crefText();
   unsigned int start = wordStart(text, end.pos);
   while (start < end.pos && math::common::startsNumber(text[start])) ++start;
-  return start;
+  return {{end.node, start}, text.substr(start, end.pos - start)};
 }
 
 /// Handles "name(" when "(" was just typed.
 ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
-  PlaceS const nameEnd = placeBefore(open);
-  unsigned int const start = nameStart(nameEnd);
-  ConstructNameS name =
-      findConstruct(view.crefOperatorList(), nameEnd.node->crefText().substr(start, nameEnd.pos - start));
+  NameS const typed = nameEndingAt(placeBefore(open));
+  ConstructNameS name = findConstruct(view.crefOperatorList(), typed.text);
   ConstructReplacementS found;
   if (!name.op) return found;
   found.op = name.op;
-  found.begin = {nameEnd.node, start};
+  found.begin = typed.begin;
   found.end = view.getSelection().caret;
   // The typed bracket may complete a pair; the content of the pair is then the argument.
   Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
@@ -70,14 +73,12 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   Node4C const* const open = findOpenBracket(caret);
   Node4C const* const next = caret.pos == caret.node->sizeText() ? caret.node->goRight() : nullptr;
   if (!open || !next || !isClosingBracket(next->getType())) return found;
-  PlaceS const nameEnd = placeBefore(*open);
-  unsigned int const start = nameStart(nameEnd);
-  auto const op = findConstructOfPair(view.crefOperatorList(),
-                                      nameEnd.node->crefText().substr(start, nameEnd.pos - start));
+  NameS const typed = nameEndingAt(placeBefore(*open));
+  auto const op = findConstructOfPair(view.crefOperatorList(), typed.text);
   PlaceS const comma{caret.node, caret.pos - 1};
   if (!op || hasComma(placeAfter(*open), comma)) return found;
   found.op = op;
-  found.begin = {nameEnd.node, start};
+  found.begin = typed.begin;
   found.end = next->getType() == NODE4_CLOSE ? placeAfter(*next) : caret;
   found.contentBegin = placeAfter(*open);
   found.contentEnd = comma;
@@ -127,15 +128,14 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
 }
 
 ReplacementS findLetterReplacement(PlaceS end) {
-  unsigned int const start = nameStart(end);
-  wstring const name = end.node->crefText().substr(start, end.pos - start);
+  auto const [begin, name] = nameEndingAt(end);
   if (name.size() < 2) return {};
   // Typing must give the same as pasting, so the reader of plain text decides.
   auto const read = exchange::fromPlainText(name, math::algexpr::CASSessionBC::getSession());
   if (!read) return {};
   wstring const letter = read->getNode()->getName();
   if (letter == name || letter.find(u'(') != wstring::npos) return {};
-  return {{end.node, start}, end, letter, {}};
+  return {begin, end, letter, {}};
 }
 
 ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {

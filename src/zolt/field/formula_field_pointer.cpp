@@ -8,10 +8,19 @@ namespace zolt::field {
 using namespace detail;
 using namespace math::ved;
 
-bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
-  ScriptStepS step = makeStep(SCRIPT_PEN_DOWN);
+namespace {
+
+ScriptStepS pointerStep(ScriptWordE word, long x, long y) {
+  ScriptStepS step = makeStep(word);
   step.x = x;
   step.y = y;
+  return step;
+}
+
+}  // namespace
+
+bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
+  ScriptStepS step = pointerStep(SCRIPT_PEN_DOWN, x, y);
   step.clicks = clicks;
   step.shift = extend;
   ActC const act(*this, step);
@@ -27,10 +36,7 @@ bool FormulaFieldC::pressPointer(long x, long y, unsigned clicks, bool extend) {
 }
 
 bool FormulaFieldC::movePointer(long x, long y) {
-  ScriptStepS step = makeStep(SCRIPT_PEN_MOVE);
-  step.x = x;
-  step.y = y;
-  ActC const act(*this, step);
+  ActC const act(*this, pointerStep(SCRIPT_PEN_MOVE, x, y));
   return view_.addEvent(EVENT_PEN_MOVE, 0, false, false, false, x, y);
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "zolt/oss/code_point.h"
+#include "zolt/surfaces/cairo/detail/cairo_faces.h"
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 #include "zolt/surfaces/cairo/detail/png_text.h"
 #include "zolt/surfaces/cairo/detail/svg_writer.h"
@@ -28,14 +29,6 @@ bool failed(cairo_status_t status, std::string& error) {
   return true;
 }
 
-/// Everything that goes into one picture.
-struct PictureJobS {
-  DrawingT const& drawing;
-  CairoFacesC const& faces;
-  PictureFrameS frame;
-  PictureOptionsS const& options;
-};
-
 /// Paints background and drawing; `scale` is target units per surface unit.
 void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale, PaintTargetE target) {
   ContextT const context(cairo_create(surface));
@@ -46,16 +39,16 @@ void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale
     cairo_paint(context.get());
   }
   cairo_scale(context.get(), scale, scale);
-  cairo_translate(context.get(), -job.frame.left, -job.frame.top);
-  paintDrawing(context.get(), job.faces, job.drawing, job.options.foreground, target);
+  cairo_translate(context.get(), -job.left, -job.top);
+  paintDrawing(context.get(), job, target);
 }
 
 bool makePng(PictureJobS const& job, std::string& bytes, std::string& error) {
-  int const width = int(std::ceil(job.frame.width * job.frame.zoom));
-  int const height = int(std::ceil(job.frame.height * job.frame.zoom));
+  int const width = int(std::ceil(job.width * job.options.zoom));
+  int const height = int(std::ceil(job.height * job.options.zoom));
   SurfaceT const surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
   if (failed(cairo_surface_status(surface.get()), error)) return false;
-  paintPicture(surface.get(), job, job.frame.zoom, PAINT_PIXELS);
+  paintPicture(surface.get(), job, job.options.zoom, PAINT_PIXELS);
   if (failed(cairo_surface_status(surface.get()), error)) return false;
   if (failed(cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes), error)) return false;
   return job.options.expression.empty() ||
@@ -63,9 +56,9 @@ bool makePng(PictureJobS const& job, std::string& bytes, std::string& error) {
 }
 
 bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
-  double const scale = job.frame.zoom * points_per_pixel;
-  SurfaceT const surface(cairo_pdf_surface_create_for_stream(appendBytes, &bytes, job.frame.width * scale,
-                                                             job.frame.height * scale));
+  double const scale = job.options.zoom * points_per_pixel;
+  SurfaceT const surface(
+      cairo_pdf_surface_create_for_stream(appendBytes, &bytes, job.width * scale, job.height * scale));
   if (failed(cairo_surface_status(surface.get()), error)) return false;
   cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATOR, "zolt ved");
   if (!job.options.expression.empty()) {
@@ -106,10 +99,15 @@ void CairoGraphicsC::clear() { state_->drawing.clear(); }
 bool CairoGraphicsC::render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
                             std::string& bytes, std::string& error) const {
   double const margin = std::fmax(0, options.margin);
-  PictureFrameS const frame{-margin, -margin, double(std::max(width, 0L)) + 2 * margin,
-                            double(std::max(height, 0L)) + 2 * margin, options.zoom};
-  double const longest = std::fmax(frame.width, frame.height) * options.zoom;
-  double const shortest = std::fmin(frame.width, frame.height) * options.zoom;
+  PictureJobS const job{state_->drawing,
+                        state_->faces,
+                        options,
+                        -margin,
+                        -margin,
+                        double(std::max(width, 0L)) + 2 * margin,
+                        double(std::max(height, 0L)) + 2 * margin};
+  double const longest = std::fmax(job.width, job.height) * options.zoom;
+  double const shortest = std::fmin(job.width, job.height) * options.zoom;
   if (!(options.zoom > 0) || !(shortest > 0)) {
     error = "the picture is empty";
     return false;
@@ -122,14 +120,13 @@ bool CairoGraphicsC::render(PictureFormatE format, long width, long height, Pict
     error = "the fonts cannot be opened for drawing";
     return false;
   }
-  PictureJobS const job{state_->drawing, state_->faces, frame, options};
   std::string made;
   switch (format) {
     case PICTURE_PNG:
       if (!makePng(job, made, error)) return false;
       break;
     case PICTURE_SVG:
-      made = writeSvg(job.drawing, frame, options, getTypesetter().getFonts(), job.faces);
+      made = writeSvg(job);
       break;
     case PICTURE_PDF:
       if (!makePdf(job, made, error)) return false;

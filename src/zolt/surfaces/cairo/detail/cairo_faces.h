@@ -28,6 +28,8 @@ class CairoFacesC {
  public:
   explicit CairoFacesC(oss::PointerTC<FontSetC const> fonts) : fonts_(fonts) {}
 
+  FontSetC const& getFonts() const { return *fonts_; }
+
   /// Opens every face on the first call. Returns false when FreeType refuses one.
   [[nodiscard]] bool open();
 

@@ -1,6 +1,7 @@
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 
 #include "zolt/oss/code_point.h"
+#include "zolt/surfaces/cairo/detail/cairo_faces.h"
 
 namespace zolt::surfaces {
 
@@ -8,11 +9,11 @@ namespace {
 
 class PainterC {
  public:
-  PainterC(cairo_t* context, CairoFacesC const& faces, ColourS const& foreground, PaintTargetE target)
-      : context_(context), faces_(faces), foreground_(foreground), target_(target) {}
+  PainterC(cairo_t* context, PictureJobS const& job, PaintTargetE target)
+      : context_(context), job_(job), target_(target) {}
 
   void paint(DrawingItemS const& item) {
-    ColourS const colour = inkColour(foreground_, item.ink);
+    ColourS const colour = inkColour(job_.options.foreground, item.ink);
     cairo_set_source_rgba(context_, colour.red, colour.green, colour.blue, colour.opacity);
     switch (item.kind) {
       case ITEM_GLYPHS:
@@ -76,7 +77,7 @@ class PainterC {
   }
 
   void paintGlyphs(DrawingItemS const& item) {
-    faces_.select(context_, item.run.face, item.run.em);
+    job_.faces.select(context_, item.run.face, item.run.em);
     glyphs_.clear();
     for (PlacedGlyphS const& glyph : item.glyphs) {
       glyphs_.push_back({glyph.glyph, item.run.x + glyph.x, item.run.baseline});
@@ -99,18 +100,16 @@ class PainterC {
   }
 
   cairo_t* context_;
-  CairoFacesC const& faces_;
-  ColourS foreground_;
+  PictureJobS const& job_;
   PaintTargetE target_;
   std::vector<cairo_glyph_t> glyphs_;
 };
 
 }  // namespace
 
-void paintDrawing(cairo_t* context, CairoFacesC const& faces, DrawingT const& drawing,
-                  ColourS const& foreground, PaintTargetE target) {
-  PainterC painter(context, faces, foreground, target);
-  for (DrawingItemS const& item : drawing) painter.paint(item);
+void paintDrawing(cairo_t* context, PictureJobS const& job, PaintTargetE target) {
+  PainterC painter(context, job, target);
+  for (DrawingItemS const& item : job.drawing) painter.paint(item);
 }
 
 }  // namespace zolt::surfaces

@@ -2,7 +2,6 @@
 
 #include <cairo.h>
 
-#include "zolt/surfaces/cairo/detail/cairo_faces.h"
 #include "zolt/surfaces/cairo/detail/drawing.h"
 
 // Internal to the Cairo library.
@@ -14,8 +13,7 @@ enum PaintTargetE {
   PAINT_PAPER = 1    ///< letters as text, so that it can be selected and searched
 };
 
-/// Paints a drawing. The context must already map surface units to the target.
-void paintDrawing(cairo_t* context, CairoFacesC const& faces, DrawingT const& drawing,
-                  ColourS const& foreground, PaintTargetE target);
+/// Paints the drawing of a picture. The context must already map surface units to the target.
+void paintDrawing(cairo_t* context, PictureJobS const& job, PaintTargetE target);
 
 }  // namespace zolt::surfaces

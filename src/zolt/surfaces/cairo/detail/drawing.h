@@ -24,10 +24,14 @@ struct DrawingItemS {
 
 using DrawingT = std::vector<DrawingItemS>;
 
-/// The area that a picture shows, in surface units, and its scale.
-struct PictureFrameS {
+class CairoFacesC;
+
+/// Everything that goes into one picture. The frame is the area that it shows, in surface units.
+struct PictureJobS {
+  DrawingT const& drawing;
+  CairoFacesC const& faces;
+  PictureOptionsS const& options;
   double left, top, width, height;
-  double zoom;
 };
 
 inline ColourS inkColour(ColourS const& foreground, InkE ink) {

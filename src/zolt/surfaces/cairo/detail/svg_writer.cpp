@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "zolt/oss/code_point.h"
+#include "zolt/surfaces/cairo/detail/cairo_faces.h"
 
 namespace zolt::surfaces {
 
@@ -115,16 +116,15 @@ PathC copyOutline(cairo_path_t const& path) {
 
 class WriterC {
  public:
-  WriterC(PictureOptionsS const& options, FontSetC const& fonts, CairoFacesC const& faces)
-      : options_(options), fonts_(fonts), faces_(faces) {}
+  explicit WriterC(PictureJobS const& job) : job_(job), options_(job.options), fonts_(job.faces.getFonts()) {}
 
-  std::string write(DrawingT const& drawing, PictureFrameS const& frame) {
-    for (DrawingItemS const& item : drawing) append(item);
+  std::string write() {
+    for (DrawingItemS const& item : job_.drawing) append(item);
     std::string out =
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-        number(frame.width * frame.zoom) + "\" height=\"" + number(frame.height * frame.zoom) +
-        "\" viewBox=\"" + number(frame.left) + ' ' + number(frame.top) + ' ' + number(frame.width) + ' ' +
-        number(frame.height) + "\">\n";
+        number(job_.width * options_.zoom) + "\" height=\"" + number(job_.height * options_.zoom) +
+        "\" viewBox=\"" + number(job_.left) + ' ' + number(job_.top) + ' ' + number(job_.width) + ' ' +
+        number(job_.height) + "\">\n";
     if (!options_.expression.empty()) {
       out += "<metadata><expression xmlns=\"urn:zolt:ved\">" + escape(toCleanUtf8(options_.expression)) +
              "</expression></metadata>\n";
@@ -132,8 +132,8 @@ class WriterC {
     if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
     if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
     if (options_.background.opacity > 0) {
-      out += rectangle(frame.left, frame.top, frame.width, frame.height) +
-             paint("fill", options_.background) + "/>\n";
+      out += rectangle(job_.left, job_.top, job_.width, job_.height) + paint("fill", options_.background) +
+             "/>\n";
     }
     return out + body_ + "</svg>\n";
   }
@@ -212,7 +212,7 @@ class WriterC {
   std::string define(unsigned face, std::uint16_t glyph) {
     auto const [place, isNew] = outlines_.try_emplace({face, glyph});
     if (!isNew) return place->second;
-    faces_.select(scratch_.get(), face, outline_em);
+    job_.faces.select(scratch_.get(), face, outline_em);
     cairo_glyph_t const drawn = {glyph, 0, 0};
     cairo_new_path(scratch_.get());
     cairo_glyph_path(scratch_.get(), &drawn, 1);
@@ -235,9 +235,9 @@ class WriterC {
     return out + "</style>\n";
   }
 
+  PictureJobS const& job_;
   PictureOptionsS const& options_;
   FontSetC const& fonts_;
-  CairoFacesC const& faces_;
   SurfaceT const scratchSurface_{cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1)};
   ContextT const scratch_{cairo_create(scratchSurface_.get())};
   std::map<std::pair<unsigned, std::uint16_t>, std::string> outlines_;
@@ -247,9 +247,6 @@ class WriterC {
 
 }  // namespace
 
-std::string writeSvg(DrawingT const& drawing, PictureFrameS const& frame, PictureOptionsS const& options,
-                     FontSetC const& fonts, CairoFacesC const& faces) {
-  return WriterC(options, fonts, faces).write(drawing, frame);
-}
+std::string writeSvg(PictureJobS const& job) { return WriterC(job).write(); }
 
 }  // namespace zolt::surfaces

@@ -75,14 +75,11 @@ char32_t showAs(char32_t c) {
 
 CharLookS CharTableC::find(char32_t codePoint) {
   if (codePoint > 0xFFFF) return make(codePoint);
-  std::unique_ptr<PageS>& page = pages_[codePoint / page_size];
-  if (!page) page = std::make_unique<PageS>();
-  std::size_t const index = codePoint % page_size;
-  if (!page->known[index]) {
-    page->looks[index] = make(codePoint);
-    page->known[index] = true;
-  }
-  return page->looks[index];
+  std::unique_ptr<PageT>& page = pages_[codePoint / page_size];
+  if (!page) page = std::make_unique<PageT>();
+  std::optional<CharLookS>& look = (*page)[codePoint % page_size];
+  if (!look) look = make(codePoint);
+  return *look;
 }
 
 CharLookS CharTableC::make(char32_t codePoint) const {

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 
 #include "zolt/surfaces/typeset/font_set.h"
 
@@ -57,17 +58,14 @@ class CharTableC {
 
  private:
   static constexpr unsigned page_size = 256;
-  struct PageS {
-    std::array<CharLookS, page_size> looks;
-    std::array<bool, page_size> known{};
-  };
+  using PageT = std::array<std::optional<CharLookS>, page_size>;
 
   CharLookS make(char32_t codePoint) const;
   FaceGlyphS findGlyph(char32_t codePoint, unsigned firstFace) const;
   [[nodiscard]] bool findGlyphIn(unsigned face, char32_t codePoint, FaceGlyphS& found) const;
 
   oss::PointerTC<FontSetC> fonts_;
-  std::array<std::unique_ptr<PageS>, 0x10000 / page_size> pages_;
+  std::array<std::unique_ptr<PageT>, 0x10000 / page_size> pages_;
 };
 
 }  // namespace zolt::surfaces
