@@ -35,16 +35,12 @@ void appendFolders(std::vector<std::string>& folders, std::string const& list) {
   }
 }
 
-bool readFile(std::string const& path, std::string& bytes) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) return false;
-  bytes.assign(std::istreambuf_iterator<char>(file), {});
-  return !file.bad();
-}
-
 bool readFromFolders(std::vector<std::string> const& folders, std::string const& name, std::string& bytes) {
   for (std::string const& folder : folders) {
-    if (readFile(folder + '/' + name, bytes)) return true;
+    std::ifstream file(folder + '/' + name, std::ios::binary);
+    if (!file) continue;
+    bytes.assign(std::istreambuf_iterator<char>(file), {});
+    if (!file.bad()) return true;
   }
   return false;
 }

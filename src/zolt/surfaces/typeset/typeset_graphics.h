@@ -61,9 +61,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawOpenBracket(long x, long y, long height, bool automatic) const final;
   void drawCloseBracket(long x, long y, long height, bool automatic) const final;
   /// The brackets overhang the content box by `getMetric(2)`, like those that enclose part of a row. They are
-  /// in full ink even when `automatic`: nobody typed them, but they belong to a sum, a derivative or a
-  /// logarithm just as its bar or its sign does. They are not provisional, unlike a single bracket that the
-  /// editor supplied for a missing one.
+  /// in full ink even when `automatic`: they belong to a sum or a logarithm just as its bar or its sign does.
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
   void selectFont(unsigned long fontDepth) const final { depth_ = fontDepth; }
   std::optional<math::ved::RectangleS> getClipBox() const final { return clipBox_; }

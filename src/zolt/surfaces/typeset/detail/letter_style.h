@@ -9,8 +9,7 @@
 
 namespace zolt::surfaces {
 
-/// Decides what is italic and what is upright: single letters are italic, as variables are, apart from
-/// capital Greek ones; the names in a table are upright. Everything that is not a letter is upright.
+/// Decides what is italic: letters, as variables are, apart from capital Greek ones and the names in a table.
 class LetterStyleC {
  public:
   /// The names between the two places begin with the letters that were read.
