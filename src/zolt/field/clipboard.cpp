@@ -63,64 +63,32 @@ PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const&
   return PASTE_AS_CHARACTERS;
 }
 
-/// Writes a stretch with the signs that the operators have in plain text.
-class WriterC {
- public:
-  explicit WriterC(OperatorListC const& operators) : operators_(operators) {}
+wstring writeRowText(SelectionS const& stretch, OperatorListC const& operators);
 
-  void appendSigns(wstring const& text);
-  void appendItem(Node4C const& item);
+/// The signs that the operators have in plain text.
+wstring writeSigns(wstring const& text, OperatorListC const& operators) {
   wstring out;
-
- private:
-  wstring writeRow(Node4C const& row) const;
-  void appendConstruct(Node4C const& construct);
-
-  OperatorListC const& operators_;
-};
-
-bool isOneWord(wstring const& text) { return wordEnd(text, 0) == text.size(); }
-
-wstring bracketed(wstring const& text) { return isOneWord(text) ? text : u"(" + text + u")"; }
-
-void WriterC::appendSigns(wstring const& text) {
   for (char16_t const c : text) {
-    auto const op = c < 0x80 ? nullptr : operators_.lookupText(wstring(1, c));
+    auto const op = c < 0x80 ? nullptr : operators.lookupText(wstring(1, c));
     bool const isSign = op && (op->isLinear() || op->getArity() == 0);
     out += isSign ? typedForm(*op) : wstring(1, c);
   }
+  return out;
 }
 
-void WriterC::appendConstruct(Node4C const& construct) {
-  std::vector<wstring> rows;
-  for (unsigned long i = 0; i < construct.numChildren(); ++i) rows.push_back(writeRow(*construct.child(i)));
-  wstring const& name = construct.crefText();
-  if (construct.getType() == NODE4_POWER) {
-    out += u"^" + bracketed(rows[0]);
-  } else if (rows.size() == 2 && !isWrittenAsCall(*construct.crefOperator())) {
-    out += bracketed(rows[0]) + name + bracketed(rows[1]);
-  } else {
-    out += name + u"(" + construct.crefOperator()->arrangeArgumentList(rows) + u")";
-  }
-}
-
-void WriterC::appendItem(Node4C const& item) {
-  if (isOpeningBracket(item.getType())) {
-    out += u'(';
-  } else if (isClosingBracket(item.getType())) {
-    out += u')';
-  } else if (isConstruct(item.getType())) {
-    appendConstruct(item);
-  } else {
-    appendSigns(item.crefText());
-  }
-}
+wstring bracketed(wstring const& text) { return wordEnd(text, 0) == text.size() ? text : u"(" + text + u")"; }
 
 // Recursion is safe, since the nesting of rows is limited.
-wstring WriterC::writeRow(Node4C const& row) const {
-  WriterC writer(operators_);
-  for (unsigned long i = 0; i < row.numChildren(); ++i) writer.appendItem(*row.child(i));
-  return writer.out;
+wstring writeConstruct(Node4C const& construct, OperatorListC const& operators) {
+  std::vector<wstring> rows;
+  for (unsigned long i = 0; i < construct.numChildren(); ++i) {
+    rows.push_back(writeRowText(wholeRow(*construct.child(i)), operators));
+  }
+  wstring const& name = construct.crefText();
+  if (construct.getType() == NODE4_POWER) return u"^" + bracketed(rows[0]);
+  OperatorBC const& op = *construct.crefOperator();
+  if (rows.size() == 2 && !isWrittenAsCall(op)) return bracketed(rows[0]) + name + bracketed(rows[1]);
+  return name + u"(" + op.arrangeArgumentList(rows) + u")";
 }
 
 /// Plain text for a stretch of a row, given in reading order, which may be incomplete: an empty slot adds no
@@ -128,15 +96,18 @@ wstring WriterC::writeRow(Node4C const& row) const {
 /// the text of its expression is better.
 wstring writeRowText(SelectionS const& stretch, OperatorListC const& operators) {
   auto const [begin, end] = stretch;
-  WriterC writer(operators);
+  wstring out;
   for (Node4C const* item = begin.node;; item = item->goRight()) {
     if (item->getType() == NODE4_TEXT) {
       unsigned int const first = item == begin.node ? begin.pos : 0;
-      writer.appendSigns(item->crefText().substr(first, (item == end.node ? end : endOf(item)).pos - first));
+      unsigned int const last = (item == end.node ? end : endOf(item)).pos;
+      out += writeSigns(item->crefText().substr(first, last - first), operators);
+    } else if (isConstruct(item->getType())) {
+      out += writeConstruct(*item, operators);
     } else {
-      writer.appendItem(*item);
+      out += isOpeningBracket(item->getType()) ? u'(' : u')';
     }
-    if (item == end.node) return writer.out;
+    if (item == end.node) return out;
   }
 }
 

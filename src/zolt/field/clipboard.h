@@ -49,8 +49,7 @@ class MemoryClipboardC final : public ClipboardABC {
   ClipboardContentS content_;
 };
 
-/// What is in `range`; empty when the range is empty. With a decimal comma the plain text has "," for the
-/// decimal sign and ";" between arguments.
+/// What is in `range`; empty when the range is empty. A decimal comma is one in the plain text, too.
 ClipboardContentS copyRange(math::ved::ViewZNT4C const& view, math::ved::SelectionS const& range,
                             InputOptionsS const& options);
 
