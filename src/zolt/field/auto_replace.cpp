@@ -101,18 +101,8 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
 
   wstring const text(1, c);
   if (selected || !options.leaving) return {INPUT_TEXT, text, {}};
-  if (PlaceS const behind = leaveByClosingSign(place, c)) return {INPUT_MOVE, {}, behind};
-  if (c == u')' || c == u',') {
-    LeavingS const leaving = leaveBySign(place, c);
-    return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
-  }
-  if (c == u' ') {
-    PlaceS const behind = leaveByBlank(place);
-    return {behind ? INPUT_MOVE : INPUT_TEXT, text, behind};
-  }
-  if (PlaceS const value = c == u'=' ? goToValue(place) : PlaceS()) return {INPUT_MOVE, text, value};
-  if (math::common::isRelation(c)) return {INPUT_TEXT, text, leaveByRelation(place)};
-  return {INPUT_TEXT, text, {}};
+  LeavingS const leaving = leaveBySign(place, c);
+  return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
 }
 
 ReplacementS findSignReplacement(ViewZNT4C const& view) {

@@ -148,9 +148,9 @@ class VerticalSearchC {
 /// The text place above or below `from` that is nearest to `column`. The search begins in the constructs
 /// beside the place and continues outwards, with the other rows of each construct around it and the row that
 /// this construct is in.
-PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CaretMotionE motion, long& column) {
+PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CommandE motion, long& column) {
   view.getExpressionSize();  // lays out
-  bool const up = motion == MOTION_UP;
+  bool const up = motion == COMMAND_UP;
   GraphicsABC const& graphics = view.crefGraphics();
   PointS const at = from.node->getAbsolutePosition();
   from.node->selectFont(graphics);
@@ -179,44 +179,45 @@ PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CaretMotionE motion, lon
   return search.place(graphics);
 }
 
-PlaceS search(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& column) {
+PlaceS search(CommandE motion, ViewZNT4C const& view, PlaceS from, long& column) {
   auto const [formulaStart, formulaEnd] = view.getWhole();
   auto const [start, end] = wholeRow(*from.node->getParent());
   switch (motion) {
-    case MOTION_LEFT:
+    case COMMAND_LEFT:
       return leftOf(from);
-    case MOTION_RIGHT:
+    case COMMAND_RIGHT:
       return rightOf(from);
-    case MOTION_UP:
-    case MOTION_DOWN:
+    case COMMAND_UP:
+    case COMMAND_DOWN:
       return findVertical(view, from, motion, column);
-    case MOTION_WORD_LEFT:
+    case COMMAND_WORD_LEFT:
       return wordLeft(from);
-    case MOTION_WORD_RIGHT:
+    case COMMAND_WORD_RIGHT:
       return wordRight(from);
-    case MOTION_HOME:
+    case COMMAND_HOME:
       return from != start ? start : formulaStart;
-    case MOTION_END:
+    case COMMAND_END:
       return from != end ? end : formulaEnd;
-    case MOTION_FORMULA_START:
+    case COMMAND_FORMULA_START:
       return formulaStart;
-    case MOTION_FORMULA_END:
+    case COMMAND_FORMULA_END:
       return formulaEnd;
-    case MOTION_NEXT_SLOT:
+    case COMMAND_NEXT_SLOT:
       return slotFrom(from, nextText, outRight);
-    case MOTION_PREVIOUS_SLOT:
+    case COMMAND_PREVIOUS_SLOT:
       return slotFrom(from, previousText, outLeft);
-    case MOTION_OUT_LEFT:
+    case COMMAND_OUT_LEFT:
       return outLeft(from);
-    case MOTION_OUT_RIGHT:
+    case COMMAND_OUT_RIGHT:
       return outRight(from);
+    default:
+      return {};
   }
-  return {};
 }
 
 }  // namespace
 
-PlaceS findTarget(CaretMotionE motion, ViewZNT4C const& view, PlaceS from, long& column) {
+PlaceS findTarget(CommandE motion, ViewZNT4C const& view, PlaceS from, long& column) {
   PlaceS const target = search(motion, view, from, column);
   return target == from ? PlaceS() : target;
 }

@@ -60,7 +60,8 @@ struct CommandS {
   /// The keys that run it: chords of Ctrl, Alt, Shift and one key, separated by a comma and a blank, "Ctrl+Y,
   /// Ctrl+Shift+Z". Menus show the first. On a Mac the host reads Ctrl as Command. Empty: none.
   wstring keys;
-  bool modifies;  ///< whether it can change the formula; such a command is disabled while the field is locked
+  bool modifies =
+      false;  ///< whether it can change the formula; such a command is disabled while the field is locked
 };
 
 /// All commands, each at the index of its `CommandE`.

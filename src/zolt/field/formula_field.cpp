@@ -174,7 +174,7 @@ PasteE FormulaFieldC::paste(ClipboardContentS content, exchange::PlainTextErrorS
   GroupC group(*this);
   completeName();
   PasteE const result = pasteContent(view_, content, options_, error);
-  if (result != PASTE_REFUSED && act.isRecorded()) act.recordAs(stepOfPaste(content));
+  if (result != PASTE_REFUSED && recorded_) act.recordAs(stepOfPaste(content));
   return group.end(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
 }
 

@@ -49,10 +49,9 @@ struct FormulaDiagnosisS {
 ///
 /// Calls that take input return whether it was accepted; refused input changes nothing. Each action of a
 /// person is one step to undo, and so is a run of typed characters. All lengths are in the surface's units.
-///
-/// A const member answers from the formula as it is and makes no visible change. A program uses all its
-/// fields on one thread. When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection
-/// and history are as before the call; what the call had recorded stays in the recording.
+/// A const member makes no visible change. A program uses all its fields on one thread. When memory runs out
+/// (`std::bad_alloc`, from any call), formula, caret, selection and history are as before the call; what the
+/// call had recorded stays in the recording.
 class FormulaFieldC {
  public:
   /// Keeps `surface` for its lifetime; it must not be null.
@@ -97,17 +96,15 @@ class FormulaFieldC {
   [[nodiscard]] bool setNotation(wstring const& notation);
 
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
-  /// One typed character, by the rules of typing.
   bool typeCharacter(char16_t c);
   /// A text from an input method, typed as one step. A text longer than `limits::max_typed_text` is inserted
   /// as it is, without replacements.
   bool insertText(wstring const& text);
   /// Inserts the operator of that name, as a palette button does.
   bool insertOperator(wstring const& name);
-  /// Turns the name that was just typed into its letter, as further input does. A host calls it when the
-  /// field loses the focus.
+  /// Turns the name that was just typed into its letter, as when the field loses the focus.
   void completeName();
-  /// A key by its code: inserts the operator that is bound to it, or runs the command of a usual editing key.
+  /// Inserts the operator that is bound to the key, or runs the command of a usual editing key.
   bool pressKey(unsigned long code, bool shift);
 
   // ---- Pointer (formula_field_pointer.cpp) ----------------------------------------------------------------
@@ -116,11 +113,10 @@ class FormulaFieldC {
   bool pressPointer(long x, long y, unsigned clicks = 1, bool extend = false);
   bool movePointer(long x, long y);
   bool releasePointer();
-  /// Moves the selected part to another place, as a drag within the field does. False, with nothing changed,
-  /// when nothing is selected or the place is in the selection.
+  /// Moves the selected part to another place. False, with nothing changed, when nothing is selected or the
+  /// place is in the selection.
   bool moveSelection(PlaceS target);
-  /// Sets the selection, or the caret, as assistive technology does. False, with nothing changed, when one of
-  /// the places is not in the formula.
+  /// Sets the selection, or the caret. False, with nothing changed, when a place is not in the formula.
   bool setSelection(SelectionS selection);
 
   // ---- Commands (formula_field_commands.cpp) --------------------------------------------------------------
@@ -202,14 +198,14 @@ class FormulaFieldC {
   bool replaceCall(ConstructReplacementS const& replacement);
 
   // formula_field_commands.cpp
-  bool isMotionEnabled(CaretMotionE motion, MoveE move) const;
-  bool runMotion(CaretMotionE motion, MoveE move);
+  bool isMotionEnabled(CommandE command) const;
+  bool runMotion(CommandE command);
   bool runEdit(CommandE command);
   bool undoAct();
   bool redoAct();
   bool deleteLeft();
   bool deleteRight();
-  bool deleteItem(CaretMotionE motion);
+  bool deleteItem(CommandE motion);
   bool sendKey(unsigned long code);
 
   PointerTC<detail::DecimalCommaGraphicsC> surface_;

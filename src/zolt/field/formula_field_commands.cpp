@@ -1,5 +1,3 @@
-#include <optional>
-
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/words.h"
 #include "zolt/field/formula_field.h"
@@ -13,50 +11,40 @@ using namespace math::ved;
 
 namespace {
 
-/// What a command moves, and how.
-struct MotionS {
-  MoveE move;
-  CaretMotionE motion;
-};
+// The commands that move the caret come first, then those that move the end of the selection in the same way.
 
-// The commands that move the caret come first, in the order of the motions, then those that move the end of
-// the selection.
-static_assert(int{COMMAND_OUT_RIGHT} == int{MOTION_OUT_RIGHT});
-static_assert(COMMAND_SELECT_FORMULA_END - COMMAND_SELECT_LEFT == int{MOTION_FORMULA_END});
+bool isMotion(CommandE command) { return command <= COMMAND_SELECT_FORMULA_END; }
 
-/// Nothing for any other command.
-std::optional<MotionS> motionOf(CommandE command) {
-  if (command <= COMMAND_OUT_RIGHT) return MotionS{MOVE_CARET, static_cast<CaretMotionE>(command)};
-  if (command > COMMAND_SELECT_FORMULA_END) return std::nullopt;
-  return MotionS{MOVE_SELECTION_END, static_cast<CaretMotionE>(command - COMMAND_SELECT_LEFT)};
+bool selects(CommandE motion) { return motion >= COMMAND_SELECT_LEFT; }
+
+/// How a motion moves what it moves.
+CommandE caretMotionOf(CommandE motion) {
+  static_assert(COMMAND_SELECT_FORMULA_END - COMMAND_SELECT_LEFT == COMMAND_FORMULA_END - COMMAND_LEFT);
+  return selects(motion) ? static_cast<CommandE>(motion - COMMAND_SELECT_LEFT) : motion;
 }
 
-bool isSlotMotion(CaretMotionE motion) {
-  return motion == MOTION_NEXT_SLOT || motion == MOTION_PREVIOUS_SLOT;
+bool isVertical(CommandE command) {
+  return isMotion(command) &&
+         (caretMotionOf(command) == COMMAND_UP || caretMotionOf(command) == COMMAND_DOWN);
+}
+
+/// Whether the motion leaves a selection by dropping it, even when it leads nowhere.
+bool dropsSelection(CommandE motion) {
+  return !selects(motion) && motion != COMMAND_NEXT_SLOT && motion != COMMAND_PREVIOUS_SLOT;
 }
 
 ScriptStepS stepOf(CommandE command) {
-  switch (command) {
-    case COMMAND_UNDO:
-      return makeStep(SCRIPT_UNDO);
-    case COMMAND_REDO:
-      return makeStep(SCRIPT_REDO);
-    case COMMAND_CUT:
-      return makeStep(SCRIPT_CUT);
-    case COMMAND_COPY:
-      return makeStep(SCRIPT_COPY);
-    case COMMAND_PASTE:
-      return makeStep(SCRIPT_PASTE);
-    default:
-      return makeStep(SCRIPT_COMMAND, commands()[command].name);
+  for (auto const& [word, known] : script_commands) {
+    if (known == command) return makeStep(word);
   }
+  return makeStep(SCRIPT_COMMAND, commands()[command].name);
 }
 
 }  // namespace
 
 bool FormulaFieldC::isEnabled(CommandE command) const {
   if (commands()[command].modifies && !view_.isEditable()) return false;
-  if (auto const found = motionOf(command)) return isMotionEnabled(found->motion, found->move);
+  if (isMotion(command)) return isMotionEnabled(command);
   bool const selected = view_.isSelected();
   SelectionS const all = view_.getWhole();
   switch (command) {
@@ -100,14 +88,12 @@ bool FormulaFieldC::run(CommandE command) {
       return paste(content) != PASTE_REFUSED;
     }
   }
-  auto const found = motionOf(command);
-  bool const vertical = found && (found->motion == MOTION_UP || found->motion == MOTION_DOWN);
   bool const growth = command == COMMAND_GROW_SELECTION || command == COMMAND_SHRINK_SELECTION;
   ActC const act(*this, stepOf(command),
-                 growth     ? ActC::KEEP_GROWTH
-                 : vertical ? ActC::KEEP_COLUMN
-                            : ActC::KEEP_NOTHING);
-  if (found) return runMotion(found->motion, found->move);
+                 growth                ? ActC::KEEP_GROWTH
+                 : isVertical(command) ? ActC::KEEP_COLUMN
+                                       : ActC::KEEP_NOTHING);
+  if (isMotion(command)) return runMotion(command);
   if (command == COMMAND_PASTE) return paste(content) != PASTE_REFUSED;
   if (!isEnabled(command)) return false;
   switch (command) {
@@ -139,23 +125,23 @@ bool FormulaFieldC::run(CommandE command) {
 
 // ---- Motions -------------------------------------------------------------------------------------------
 
-bool FormulaFieldC::isMotionEnabled(CaretMotionE motion, MoveE move) const {
+bool FormulaFieldC::isMotionEnabled(CommandE command) const {
   long column = column_;
-  return (view_.isSelected() && move == MOVE_CARET && !isSlotMotion(motion)) ||
-         findTarget(motion, view_, caret(), column);
+  return (view_.isSelected() && dropsSelection(command)) ||
+         findTarget(caretMotionOf(command), view_, caret(), column);
 }
 
-bool FormulaFieldC::runMotion(CaretMotionE motion, MoveE move) {
-  if (!isMotionEnabled(motion, move)) return false;
+bool FormulaFieldC::runMotion(CommandE command) {
+  if (!isMotionEnabled(command)) return false;
   completeName();
-  bool const dropped = view_.isSelected() && move == MOVE_CARET;
-  if (dropped && (motion == MOTION_LEFT || motion == MOTION_RIGHT)) {
+  bool const drops = view_.isSelected() && dropsSelection(command);
+  if (drops && (command == COMMAND_LEFT || command == COMMAND_RIGHT)) {
     auto const [start, end] = inOneRow(view_.getSelection());
-    return placeCaret(motion == MOTION_LEFT ? start : end);
+    return placeCaret(command == COMMAND_LEFT ? start : end);
   }
-  PlaceS const target = findTarget(motion, view_, caret(), column_);
-  if (target) return select({move == MOVE_CARET ? target : anchor(), target});
-  return dropped && !isSlotMotion(motion) && placeCaret(caret());
+  PlaceS const target = findTarget(caretMotionOf(command), view_, caret(), column_);
+  if (target) return select({selects(command) ? anchor() : target, target});
+  return drops && placeCaret(caret());
 }
 
 // ---- Edits ---------------------------------------------------------------------------------------------
@@ -171,9 +157,9 @@ bool FormulaFieldC::runEdit(CommandE command) {
     case COMMAND_DELETE_RIGHT:
       return deleteRight();
     case COMMAND_DELETE_WORD_LEFT:
-      return deleteItem(MOTION_WORD_LEFT);
+      return deleteItem(COMMAND_WORD_LEFT);
     case COMMAND_DELETE_WORD_RIGHT:
-      return deleteItem(MOTION_WORD_RIGHT);
+      return deleteItem(COMMAND_WORD_RIGHT);
     case COMMAND_CLEAR:
       sendKey(KEY_CLEAR);
       return view_.getWhole().anchor == view_.getWhole().caret;
@@ -210,12 +196,12 @@ bool FormulaFieldC::deleteLeft() {
   unsigned long const count = row->numChildren();
   if (at.pos > 0 && isContinuation(at.node->crefText()[at.pos - 1])) {
     long column = no_column;
-    return deleteRange(findTarget(MOTION_LEFT, view_, at, column), at);
+    return deleteRange(findTarget(COMMAND_LEFT, view_, at, column), at);
   }
   sendKey(KEY_BACKSPACE);
   bool const same = caret() == at && at.node->getParent() == row && row->numChildren() == count;
   // The view deletes nothing where that would remove more than one thing; then the caret only moves.
-  return !same || runMotion(MOTION_OUT_LEFT, MOVE_CARET);
+  return !same || runMotion(COMMAND_OUT_LEFT);
 }
 
 bool FormulaFieldC::deleteRight() {
@@ -223,7 +209,7 @@ bool FormulaFieldC::deleteRight() {
   if (view_.isSelected()) return sendKey(KEY_DELETE);
   if (at.pos < at.node->sizeText()) {
     long column = no_column;
-    PlaceS const end = findTarget(MOTION_RIGHT, view_, at, column);
+    PlaceS const end = findTarget(COMMAND_RIGHT, view_, at, column);
     return end.pos == at.pos + 1 ? sendKey(KEY_DELETE) : deleteRange(at, end);
   }
   Node4C const* const right = at.node->goRight();
@@ -239,8 +225,8 @@ bool FormulaFieldC::deleteRight() {
   return placeCaret(nextRow ? rowStart(*nextRow) : placeAfter(*around));
 }
 
-bool FormulaFieldC::deleteItem(CaretMotionE motion) {
-  bool const left = motion == MOTION_WORD_LEFT;
+bool FormulaFieldC::deleteItem(CommandE motion) {
+  bool const left = motion == COMMAND_WORD_LEFT;
   PlaceS const at = caret();
   long column = no_column;
   PlaceS const target = findTarget(motion, view_, at, column);

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "zolt/algexpr/number_display_format.h"
+#include "zolt/field/commands.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/tree_path.h"
 
@@ -60,6 +61,13 @@ struct ScriptStepS {
 };
 
 using EventScriptT = std::vector<ScriptStepS>;
+
+/// The commands that are words of their own.
+constexpr std::pair<ScriptWordE, CommandE> script_commands[] = {{SCRIPT_COPY, COMMAND_COPY},
+                                                                {SCRIPT_CUT, COMMAND_CUT},
+                                                                {SCRIPT_PASTE, COMMAND_PASTE},
+                                                                {SCRIPT_UNDO, COMMAND_UNDO},
+                                                                {SCRIPT_REDO, COMMAND_REDO}};
 
 inline ScriptStepS makeStep(ScriptWordE word, wstring text = {}) {
   ScriptStepS step;

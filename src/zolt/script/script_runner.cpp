@@ -43,11 +43,14 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
       return command && field_.run(command->command);
     }
     case SCRIPT_COPY:
-      return field_.run(COMMAND_COPY);
     case SCRIPT_CUT:
-      return field_.run(COMMAND_CUT);
     case SCRIPT_PASTE:
-      return field_.run(COMMAND_PASTE);
+    case SCRIPT_UNDO:
+    case SCRIPT_REDO:
+      for (auto const& [word, command] : script_commands) {
+        if (word == step.word) return field_.run(command);
+      }
+      return false;
     case SCRIPT_PASTE_TEXT:
       return field_.paste({{}, {}, step.text}) != PASTE_REFUSED;
     case SCRIPT_PASTE_PREFIX:
@@ -56,10 +59,6 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
       oss::bytestring bytes;
       return oss::fromHexadecimal(step.text, bytes) && field_.paste({bytes, {}, {}}) != PASTE_REFUSED;
     }
-    case SCRIPT_UNDO:
-      return field_.run(COMMAND_UNDO);
-    case SCRIPT_REDO:
-      return field_.run(COMMAND_REDO);
     case SCRIPT_SHOW:
       return show(step);
     case SCRIPT_TREE:

@@ -6,8 +6,8 @@
 
 namespace zolt::field {
 
-/// Lives as long as one call from the host. It records the call, unless another recorded call makes it, and
-/// does what every input needs before and after it.
+/// Lives as long as one call from the host: records it, unless another recorded call makes it, and does what
+/// every input needs before and after it.
 class FormulaFieldC::ActC {
  public:
   enum KeepE { KEEP_NOTHING, KEEP_COLUMN, KEEP_GROWTH };
@@ -22,13 +22,13 @@ class FormulaFieldC::ActC {
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
 
-  /// Whether the call is the last step of the recording. It is recorded when it begins, so that a recording
-  /// also shows a call that never returned.
-  bool isRecorded() const {
-    return recordedAs_ > 0 && field_.recorded_ && field_.recorded_->size() == recordedAs_;
+  /// Replaces the step of this call by a more exact one, if it is the last of the recording. A call is
+  /// recorded when it begins, so that a recording also shows one that never returned.
+  void recordAs(ScriptStepS step) {
+    if (recordedAs_ > 0 && field_.recorded_ && field_.recorded_->size() == recordedAs_) {
+      field_.recorded_->back() = std::move(step);
+    }
   }
-  /// Replaces the recorded step by a more exact one.
-  void recordAs(ScriptStepS step) { field_.recorded_->back() = std::move(step); }
 
  private:
   void begin(ScriptStepS step, KeepE keep) {

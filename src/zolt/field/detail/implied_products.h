@@ -16,9 +16,9 @@ namespace zolt::field::detail {
 
 using math::ved::PlaceS;
 
-/// A copy of a formula to which is added what people leave out: a multiplication sign wherever two operands
-/// are side by side ("2x", "3(a+b)", "x²y", a number before a construct), and the letter that a name just
-/// typed will become. A name before a bracket remains a call, and a name of several letters remains one name.
+/// A copy of a formula with what people leave out: a multiplication sign between two operands side by side
+/// ("2x", "3(a+b)", "x²y"), and the letter that a name just typed will become. A name before a bracket remains
+/// a call, and a name of several letters remains one name.
 class ImpliedProductsC {
  public:
   /// `completion` is the replacement that the formula is about to get; without a beginning there is none.

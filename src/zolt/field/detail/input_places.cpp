@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/words.h"
 #include "zolt/ved/operators/operator.h"
@@ -50,9 +51,10 @@ PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
   return rowEnd(*construct.child(*at));
 }
 
-}  // namespace
-
-LeavingS leaveBySign(PlaceS place, char16_t sign) {
+/// ")": past the bracket that already closes the pair, else after the construct that is written with
+/// brackets, else out of exponents and fractions to a row with an open bracket. ",": to the construct's next
+/// argument, or out to a row with an open bracket.
+LeavingS leaveByBracketSign(PlaceS place, char16_t sign) {
   bool const closes = sign == u')';
   for (PlaceS at = place; at; at = afterItem(at)) {
     if (findOpenBracket(at)) {
@@ -68,6 +70,7 @@ LeavingS leaveBySign(PlaceS place, char16_t sign) {
   return {};
 }
 
+/// To the second of two rows of a construct that shows "=" between them; null elsewhere.
 PlaceS goToValue(PlaceS place) {
   Node4C const* const item = enclosingItem(*place.node);
   if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
@@ -77,12 +80,23 @@ PlaceS goToValue(PlaceS place) {
   return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
 }
 
-PlaceS leaveByBlank(PlaceS place) { return afterFinishedItem(place); }
-
-PlaceS leaveByRelation(PlaceS place) {
+/// After all exponents and fractions that end here; null when none does.
+PlaceS afterAllFinishedItems(PlaceS place) {
   PlaceS target;
   while (PlaceS const behind = afterFinishedItem(target ? target : place)) target = behind;
   return target;
+}
+
+}  // namespace
+
+LeavingS leaveBySign(PlaceS place, char16_t sign) {
+  if (PlaceS const after = leaveByClosingSign(place, sign)) return {after, true};
+  if (sign == u')' || sign == u',') return leaveByBracketSign(place, sign);
+  PlaceS const value = sign == u'=' ? goToValue(place) : PlaceS();
+  if (value) return {value, true};
+  if (math::common::isRelation(sign)) return {afterAllFinishedItems(place), false};
+  PlaceS const after = sign == u' ' ? afterFinishedItem(place) : PlaceS();
+  return {after, bool{after}};
 }
 
 PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {

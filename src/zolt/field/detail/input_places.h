@@ -17,19 +17,10 @@ struct LeavingS {
   bool complete = false;  ///< the sign only moves the caret and is not typed
 };
 
-/// ")": past the bracket that already closes the pair, else after the construct that is written with
-/// brackets, else out of exponents and fractions to a row with an open bracket. ",": to the construct's next
-/// argument, or out to a row with an open bracket.
+/// Where a sign leads: ")" and "," through the rows of a construct that is written with brackets, and out of
+/// it; "=" to the row that a construct shows it before; a relation or a blank out of finished exponents and
+/// fractions; and a sign that closes a construct out of it.
 LeavingS leaveBySign(PlaceS place, char16_t sign);
-
-/// "=" in a construct that shows one between two of its rows: to the second of them; null elsewhere.
-PlaceS goToValue(PlaceS place);
-
-/// " ": after the exponent or the denominator that ends here; null: a blank is typed.
-PlaceS leaveByBlank(PlaceS place);
-
-/// "=", "<", …: after all exponents and fractions that end here; null when none does.
-PlaceS leaveByRelation(PlaceS place);
 
 /// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here; null elsewhere.
 PlaceS leaveByClosingSign(PlaceS place, char16_t sign);
