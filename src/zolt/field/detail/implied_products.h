@@ -17,8 +17,8 @@ namespace zolt::field::detail {
 using math::ved::PlaceS;
 
 /// A copy of a formula with what people leave out: a multiplication sign between two operands side by side
-/// ("2x", "3(a+b)", "x²y"), and the letter that a name just typed will become. A name before a bracket remains
-/// a call, and a name of several letters remains one name.
+/// ("2x", "3(a+b)", "x²y"), and the letter that a name just typed will become. A name before a bracket
+/// remains a call, and a name of several letters remains one name.
 class ImpliedProductsC {
  public:
   /// `completion` is the replacement that the formula is about to get; without a beginning there is none.
