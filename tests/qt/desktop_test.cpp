@@ -95,6 +95,27 @@ class DesktopTest final : public QObject {
     QCOMPARE(changed->at(1).prefix, QStringLiteral("*(2,x)"));
   }
 
+  void longFormulasAreShownOnRequest() {
+    QString const sum = QStringLiteral("+(").repeated(30000) + u'x' + QStringLiteral(",y)").repeated(30000);
+    QString const tree = QStringLiteral("[\"") + QStringLiteral("x+").repeated(60000) + QStringLiteral("\"]");
+    Sheet const sheet{{LineKind::Formula, {}, sum, {}}, {LineKind::Formula, {}, {}, tree}, formulaLine("x")};
+    StageS stage(sheet);
+    for (int const row : {0, 1}) {
+      QVERIFY(!stage.view.rows()[row]->formula());
+      QVERIFY(stage.view.rows()[row]->text()->text().size() < 2000);
+      stage.enter(row);
+      type("z\b");  // changes nothing
+      QVERIFY(stage.view.sheet() == sheet);
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+      QVERIFY(stage.view.currentFormula() && stage.view.currentFormula()->hasFocus());
+      QVERIFY(stage.view.sheet() == sheet && !stage.view.isModified());
+    }
+    type("z");
+    QVERIFY(stage.view.sheet() != sheet);
+    stage.view.history().undo();
+    QCOMPARE(stage.view.sheet()[1].tree, tree);
+  }
+
   void badFilesSayWhy() {
     QByteArray const many = QByteArray("formula\n").repeated(int(sheet::max_sheet_lines) + 1);
     for (auto const& [bytes, line] :

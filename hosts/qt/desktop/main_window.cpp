@@ -146,7 +146,11 @@ void MainWindow::showState(QString const& text, QRgb colour) {
 void MainWindow::updateStatus() {
   FormulaEdit const* const formula = view_->currentFormula();
   if (!formula || formula->isEmpty()) {
-    showState(formula ? tr("Type a formula, or pick from the palette") : tr("Text"), neutral_colour);
+    bool const isText = view_->currentRow()->kind() != LineKind::Formula;
+    showState(formula  ? tr("Type a formula, or pick from the palette")
+              : isText ? tr("Text")
+                       : tr("A long formula – the Enter key shows it"),
+              neutral_colour);
     source_->setFullText({});
     return;
   }
@@ -250,13 +254,13 @@ void MainWindow::runInFormula(field::CommandE command) {
   QLineEdit& text = *view_->currentRow()->text();
   switch (command) {
     case field::COMMAND_CUT:
-      text.cut();
+      if (!text.isReadOnly()) text.cut();
       break;
     case field::COMMAND_COPY:
       text.copy();
       break;
     case field::COMMAND_PASTE:
-      text.paste();
+      if (!text.isReadOnly()) text.paste();
       break;
     case field::COMMAND_SELECT_ALL:
       text.selectAll();

@@ -5,6 +5,7 @@
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPushButton>
 #include <QTimer>
 
 #include "hosts/qt/desktop/sheet_file.h"
@@ -22,6 +23,8 @@ constexpr int margin_width = 52;
 constexpr int bar_width = 3;
 constexpr int dot_size = 6;
 
+constexpr qsizetype notation_shown = 1000;  // characters
+
 constexpr int state_delay = 400;  // ms: during typing every formula is incomplete
 
 constexpr QRgb incomplete_colour = 0xffe09a20;
@@ -31,12 +34,15 @@ constexpr QRgb incomplete_colour = 0xffe09a20;
 SheetRow::SheetRow(SheetLine const& line, QWidget* parent) : QWidget(parent), kind_(line.kind) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(margin_width, 3, 12, 3);
-  if (kind_ == LineKind::Formula) {
-    makeFormula(line);
+  if (kind_ != LineKind::Formula) {
+    makeText(line.text);
+  } else if (line.prefix.size() + line.tree.size() > long_formula) {
+    makeNotation(line);
   } else {
-    makeText(line);
+    makeFormula(line);
   }
   layout->addWidget(editor());
+  if (button_) layout->addWidget(button_);
   setFocusProxy(editor());
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
@@ -67,10 +73,38 @@ void SheetRow::makeFormula(SheetLine const& line) {
   incomplete_ = line.prefix.isEmpty() && !line.tree.isEmpty();
 }
 
-void SheetRow::makeText(SheetLine const& line) {
+void SheetRow::makeNotation(SheetLine const& line) {
+  QString const& notation = line.tree.isEmpty() ? line.prefix : line.tree;
+  makeText(notation.left(notation_shown) + u'…');
+  text_->setReadOnly(true);
+  text_->setAccessibleName(tr("A long formula that is not shown"));
+  button_ = new QPushButton(tr("Show Formula"), this);
+  button_->setToolTip(tr("It has %L1 characters, and so showing it takes a while.").arg(notation.size()));
+  connect(button_, &QPushButton::clicked, this, &SheetRow::formulaWanted);
+  connect(text_, &QLineEdit::returnPressed, this, &SheetRow::formulaWanted);
+  line_ = line;
+}
+
+void SheetRow::showFormula() {
+  // One of them may be what called.
+  for (QWidget* const widget : {static_cast<QWidget*>(text_), static_cast<QWidget*>(button_)}) {
+    widget->hide();
+    widget->deleteLater();
+  }
+  text_ = nullptr;
+  button_ = nullptr;
+  SheetLine const line = *line_;
+  makeFormula(line);
+  layout()->addWidget(formula_);
+  setFocusProxy(formula_);
+  formula_->show();
+  formula_->setAccessibleName(tr("Formula %1").arg(number_));
+}
+
+void SheetRow::makeText(QString const& text) {
   text_ = new QLineEdit(this);
   text_->setMaxLength(int(sheet::max_sheet_text));
-  text_->setText(line.text);
+  text_->setText(text);
   text_->setFrame(false);
   text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));
   text_->setAccessibleName(text_->placeholderText());
@@ -86,7 +120,7 @@ QWidget* SheetRow::editor() const {
 }
 
 SheetLine SheetRow::line() const {
-  if (!formula_) return {kind_, text_->text(), {}, {}};
+  if (kind_ != LineKind::Formula) return {kind_, text_->text(), {}, {}};
   if (!line_) line_ = makeFormulaLine(formula_->prefix(), formula_->tree());
   return *line_;
 }
@@ -166,7 +200,7 @@ void SheetRow::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   if (current_) painter.fillRect(0, 0, bar_width, height(), palette().color(QPalette::Highlight));
-  if (!formula_) return;
+  if (kind_ != LineKind::Formula) return;
   QFont small = font();
   small.setPointSizeF(0.85 * small.pointSizeF());
   painter.setFont(small);

@@ -7,6 +7,7 @@
 #include "hosts/qt/desktop/sheet.h"
 
 class QLineEdit;
+class QPushButton;
 class QTimer;
 
 namespace zolt::qt {
@@ -15,11 +16,15 @@ class FormulaEdit;
 
 namespace zolt::desktop {
 
-/// One line of the open sheet: a formula with its number in the margin, or a text.
+/// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
+/// takes a while to show, is its notation and a button until the user wants to see it.
 class SheetRow final : public QWidget {
   Q_OBJECT
 
  public:
+  /// Characters of a formula's notation; more are not shown unasked.
+  static constexpr qsizetype long_formula = 100'000;
+
   SheetRow(SheetLine const& line, QWidget* parent);
   ~SheetRow() override;
 
@@ -30,15 +35,17 @@ class SheetRow final : public QWidget {
   SheetLine draft() const;
   bool isEmpty() const;
 
-  /// Null for a line of text.
+  /// Null for a line of text, and for a formula that is not shown.
   qt::FormulaEdit* formula() const { return formula_; }
-  /// Null for a formula.
+  /// Null for a formula that is shown; else the text, or the read-only beginning of the notation.
   QLineEdit* text() const { return text_; }
   QWidget* editor() const;
 
   /// Sets its number among the formulas, counted from 1.
   void setNumber(int number);
   void setCurrent(bool current);
+  /// Shows the formula in place of its notation. The line's other widgets are then new.
+  void showFormula();
   void setZoom(qreal zoom);
   /// Gives the line the focus and puts the caret near `global`, a place on the screen.
   void enterAt(QPoint global);
@@ -47,6 +54,8 @@ class SheetRow final : public QWidget {
   QRect caretOnScreen() const;
 
  signals:
+  /// The user wants to see the formula that is not shown.
+  void formulaWanted();
   /// Emitted some time after a change, when it is known whether the formula is complete.
   void formulaStateChanged();
 
@@ -57,12 +66,14 @@ class SheetRow final : public QWidget {
 
  private:
   void makeFormula(SheetLine const& line);
-  void makeText(SheetLine const& line);
+  void makeNotation(SheetLine const& line);
+  void makeText(QString const& text);
   void updateState();
   void updateFont();
 
   LineKind kind_;
   mutable std::optional<SheetLine> line_;  // of a formula, until it changes
+  QPushButton* button_ = nullptr;          // of a formula that is not shown
   qt::FormulaEdit* formula_ = nullptr;
   QLineEdit* text_ = nullptr;
   QTimer* stateTimer_ = nullptr;

@@ -119,16 +119,31 @@ void SheetView::setRowActions(QList<QAction*> const& actions) {
 
 SheetRow* SheetView::makeRow(SheetLine const& line) {
   auto* const row = new SheetRow(line, page_);
-  row->setZoom(zoom_);
   row->addActions(rowActions_);
   row->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(row, &SheetRow::formulaWanted, this, [this, row] { showFormula(row); });
+  connectRow(row);
+  return row;
+}
+
+void SheetView::connectRow(SheetRow* row) {
+  row->setZoom(zoom_);
   row->editor()->installEventFilter(this);
   if (row->formula()) {
     connectFormula(row);
-  } else {
+  } else if (row->kind() != LineKind::Formula) {
     connectText(row);
   }
-  return row;
+}
+
+void SheetView::showFormula(SheetRow* row) {
+  QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  row->showFormula();
+  connectRow(row);
+  QGuiApplication::restoreOverrideCursor();
+  setCurrent(row);
+  row->enterAtEnd();
+  emit currentChanged();
 }
 
 void SheetView::connectFormula(SheetRow* row) {
@@ -183,7 +198,7 @@ void SheetView::takeRow(SheetRow* row) {
 void SheetView::renumber() {
   int number = 0;
   for (SheetRow* const row : rows_) {
-    if (row->formula()) row->setNumber(++number);
+    if (row->kind() == LineKind::Formula) row->setNumber(++number);
   }
 }
 

@@ -83,6 +83,8 @@ class SheetView final : public QScrollArea {
   friend class SheetCommand;
 
   SheetRow* makeRow(SheetLine const& line);
+  void connectRow(SheetRow* row);
+  void showFormula(SheetRow* row);
   void connectFormula(SheetRow* row);
   void connectText(SheetRow* row);
   void placeRow(SheetRow* row, qsizetype index);
