@@ -112,22 +112,16 @@ void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint3
   std::vector<std::unique_ptr<RowStretchS>> fresh;
   fresh.reserve(lengths.size());
   for (std::uint32_t const length : lengths) {
-    fresh.push_back(std::make_unique<RowStretchS>());
-    fresh.back()->count = length;
-    fresh.back()->stale = 0xFF;
+    auto stretch = std::make_unique<RowStretchS>();
+    stretch->count = length;
+    stretch->stale = 0xFF;
+    // Most blocks of the records are as they were.
+    if (fresh.size() < count) stretch->record = stretches_[k + fresh.size()]->record;
+    fresh.push_back(std::move(stretch));
   }
   auto const from = stretches_.begin() + static_cast<std::ptrdiff_t>(k);
-  std::size_t const shared = std::min(count, fresh.size());
-  // Most blocks of the records are as they were.
-  for (std::size_t i = 0; i < shared; ++i) fresh[i]->record = stretches_[k + i]->record;
-  std::move(fresh.begin(), fresh.begin() + static_cast<std::ptrdiff_t>(shared), from);
-  auto const rest = from + static_cast<std::ptrdiff_t>(shared);
-  if (shared < count) {
-    stretches_.erase(rest, from + static_cast<std::ptrdiff_t>(count));
-  } else {
-    stretches_.insert(rest, std::make_move_iterator(fresh.begin() + static_cast<std::ptrdiff_t>(shared)),
-                      std::make_move_iterator(fresh.end()));
-  }
+  auto const rest = stretches_.erase(from, from + static_cast<std::ptrdiff_t>(count));
+  stretches_.insert(rest, std::make_move_iterator(fresh.begin()), std::make_move_iterator(fresh.end()));
   std::uint32_t first = k > 0 ? stretches_[k - 1]->first + stretches_[k - 1]->count : 0;
   for (std::size_t j = k; j < stretches_.size(); ++j) {
     stretches_[j]->first = first;

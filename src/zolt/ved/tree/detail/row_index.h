@@ -50,7 +50,6 @@ struct RowSumS {
   long width = 0;
   std::vector<RowBracketS> brackets;  // closing ones, then opening ones
   RowExtentS extent;                  // of the items after the last of the brackets
-  long highestGroup = 0;              // the least bottom of any group in brackets
 };
 
 /// The brackets of a stretch, or of several, one after another.
@@ -62,6 +61,9 @@ struct BracketSumS {
   bool hasContent = false;  // whether there is anything but supplied brackets and empty texts
   bool overtaken = false;   // whether any of that is outside a supplied bracket
 
+  std::uint32_t countSupplied(Node4TypeE type) const {
+    return type == NODE4_AUTO_OPEN ? autoOpens : autoCloses;
+  }
   /// Whether there is an item that must not be outside a supplied bracket of this kind.
   bool hasOthers(Node4TypeE type) const {
     return hasContent || (type == NODE4_AUTO_OPEN ? autoCloses : autoOpens) > 0;
@@ -139,8 +141,10 @@ class RowIndexC {
   explicit RowIndexC(std::size_t count);
 
   std::size_t getUsualLength() const { return usualLength_; }
-  /// Whether the row has grown so much that its stretches should be longer.
-  bool isOutgrown(std::size_t count) const { return count > 16 * usualLength_ * usualLength_; }
+  /// Whether these stretches are of use for `count` items, or too short, or no longer needed.
+  bool fits(std::size_t count) const {
+    return count >= leastItems() / 2 && count <= 16 * usualLength_ * usualLength_;
+  }
 
   std::size_t size() const { return stretches_.size(); }
   RowStretchS& operator[](std::size_t k) { return *stretches_[k]; }
@@ -180,8 +184,14 @@ class RowStretchesC {
 
   std::size_t size() const { return index_ ? index_->size() : 1; }
   RowStretchS& operator[](std::size_t k) { return index_ ? (*index_)[k] : only_; }
-  void mark(std::uint8_t stale) {
-    for (std::size_t k = 0; k < size(); ++k) (*this)[k].stale |= stale;
+  std::size_t getUsualLength() const { return index_ ? index_->getUsualLength() : RowIndexC::leastLength(); }
+  void noteInserted(std::size_t i, std::size_t count) {
+    if (index_) return index_->noteInserted(i, count, STALE_ALL);
+    only_.count += static_cast<std::uint32_t>(count);
+  }
+  void noteRemoved(std::size_t i, std::size_t count) {
+    if (index_) return index_->noteRemoved(i, count, STALE_ALL);
+    only_.count -= static_cast<std::uint32_t>(count);
   }
 
  private:

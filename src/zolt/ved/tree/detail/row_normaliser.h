@@ -23,36 +23,28 @@ class RowNormaliserC {
  private:
   using NodeT = std::unique_ptr<Node4C>;
 
-  /// The supplied brackets that are added and removed at the two ends of the row.
-  struct SuppliedS {
-    std::uint32_t missingOpens = 0;
-    std::uint32_t missingCloses = 0;
-    std::uint32_t surplusOpens = 0;
-    std::uint32_t surplusCloses = 0;
-  };
-
-  bool repair();
-  void flatten(RowStretchS& stretch);
-  void openSlots(RowStretchS& stretch, std::size_t i, std::size_t count);
-  void closeSlot(RowStretchS& stretch, std::size_t i);
-  void count(RowStretchS& stretch);
-  BracketSumS countAll();
+  bool examine(RowStretchS& stretch);
+  void flatten(std::size_t i);
+  BracketSumS addUp();
   void promoteOvertaken(Node4TypeE type);
-  bool findDirty();
-  bool isInOrder(std::size_t k);
-  bool isTooShort(RowStretchS const& stretch) const;
+  void markDirty(std::size_t k);
+  void markEnd(long missing, Node4TypeE type);
+  bool isWellCut(std::size_t k);
+  bool isTooShort(std::size_t k);
+  bool mayStayApart(std::size_t k);
   bool mayStart(std::size_t first, std::size_t count) const;
   void rebuild(std::size_t first, std::size_t end);
   void append(NodeT item);
   void merge(Node4C& text, Node4C const& next);
-  void keepStretches();
-  void enterStretches(std::size_t k, std::size_t count, std::size_t first, std::size_t items);
+  void cut(RowIndexC& index, std::size_t k, std::size_t count, std::size_t first, std::size_t items);
 
   Node4C& row_;
   SelectionS& places_;
   RowStretchesC stretches_;
-  SuppliedS supplied_;
-  std::vector<bool> dirty_;  // the stretches to be rebuilt
+  std::vector<bool> dirty_;  // the stretches to be rebuilt; empty when there are none
+  // Supplied brackets to be added to the two ends of the row; below 0, to be taken away.
+  long missingOpens_ = 0;
+  long missingCloses_ = 0;
   // A node is either here or in the row. When memory runs out these nodes are destroyed and the row lacks
   // them.
   std::vector<NodeT> items_;
