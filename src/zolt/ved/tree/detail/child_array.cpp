@@ -5,36 +5,50 @@
 namespace zolt::math::ved {
 
 void ChildArrayC::moveGap(std::uint32_t to) {
-  Node4C** const all = data() + first_;
-  if (to < gap_) {
-    std::copy_backward(all + to, all + gap_, all + gap_ + room());
-  } else {
-    std::copy(all + gap_ + room(), all + to + room(), all + gap_);
+  std::uint32_t const way = gap_ < to ? to - gap_ : gap_ - to;
+  if (way > size_ - way) {
+    // The way past the two ends, which are one place of the ring, is shorter.
+    slideGap(gap_ < to ? 0 : size_);
+    first_ = static_cast<std::uint32_t>(wrap(first_ + (gap_ == 0 ? room() : size_)));
+    gap_ = size_ - gap_;
   }
-  gap_ = to;
+  slideGap(to);
 }
 
-/// Moves the slots into memory with `first` free slots in front and `room` free slots in the gap.
-void ChildArrayC::reallocate(std::uint32_t first, std::uint32_t room) {
-  std::uint32_t const capacity = first + size_ + room;
-  std::uint32_t const behind = size_ - gap_;
-  if (capacity > 1) {
-    auto** const fresh = new Node4C*[capacity];
-    Node4C** const old = data();
-    std::copy(old + first_, old + first_ + gap_, fresh + first);
-    std::copy(old + capacity_ - behind, old + capacity_, fresh + capacity - behind);
-    if (isOutside()) delete[] outside_;
-    outside_ = fresh;
-    first_ = first;
-    capacity_ = capacity;
-  } else if (isOutside()) {
-    Node4C* const only = size_ > 0 ? (*this)[0] : nullptr;
-    delete[] outside_;
-    inside_ = only;
-    first_ = 0;
-    gap_ = size_;
-    capacity_ = 1;
+void ChildArrayC::slideGap(std::uint32_t to) {
+  Node4C** const all = data();
+  // Each round moves what is in one piece, before and after.
+  while (gap_ < to) {
+    std::size_t const source = wrap(first_ + gap_ + room());
+    std::size_t const target = wrap(first_ + gap_);
+    std::size_t const count = std::min<std::size_t>(to - gap_, capacity_ - std::max(source, target));
+    std::copy_n(all + source, count, all + target);
+    gap_ += static_cast<std::uint32_t>(count);
   }
+  while (gap_ > to) {
+    std::size_t const source = wrap(first_ + gap_ - 1) + 1;
+    std::size_t const target = wrap(first_ + gap_ - 1 + room()) + 1;
+    std::size_t const count = std::min<std::size_t>(gap_ - to, std::min(source, target));
+    std::copy_backward(all + source - count, all + source, all + target);
+    gap_ -= static_cast<std::uint32_t>(count);
+  }
+}
+
+/// Moves the slots into memory of their own, with the gap at the end.
+void ChildArrayC::reallocate(std::uint32_t capacity) {
+  Node4C* only = nullptr;
+  Node4C** const fresh = capacity > 1 ? new Node4C*[capacity] : &only;
+  std::size_t i = 0;
+  for (Node4C* const child : *this) fresh[i++] = child;
+  if (isOutside()) delete[] outside_;
+  if (capacity > 1) {
+    outside_ = fresh;
+  } else {
+    inside_ = only;
+  }
+  first_ = 0;
+  gap_ = size_;
+  capacity_ = std::max(capacity, 1u);
 }
 
 void ChildArrayC::resize(std::size_t size) {
@@ -49,40 +63,24 @@ void ChildArrayC::insertSlots(std::size_t i, std::size_t count) {
   if (count == 0) return;
   auto const added = static_cast<std::uint32_t>(count);
   auto const at = static_cast<std::uint32_t>(i);
-  // Room that is used up becomes as large as the slots in use, and the other room shrinks to at most that, so
-  // that growth takes amortised constant time and memory stays proportional to the slots.
-  std::uint32_t const more = std::max(added, size_);
-  if (at == 0 && gap_ > 0) {
-    if (first_ < added) reallocate(first_ + more, std::min(room(), more));
-    first_ -= added;
-  } else {
-    if (room() < added) reallocate(std::min(first_, more), room() + more);
-    if (at != gap_) moveGap(at);
-  }
-  std::fill_n(data() + first_ + at, added, nullptr);
+  // The room that is made is as large as the slots in use, so that growth takes amortised constant time.
+  if (room() < added) reallocate(size_ + std::max(added, size_));
+  moveGap(at > 0 ? at : size_);
+  if (at == 0) first_ = static_cast<std::uint32_t>(wrap(first_ + capacity_ - added));
   gap_ += added;
   size_ += added;
+  for (std::size_t k = i; k < i + count; ++k) (*this)[k] = nullptr;
 }
 
 void ChildArrayC::erase(std::size_t i, std::size_t count) {
   if (count == 0) return;
   auto const at = static_cast<std::uint32_t>(i);
-  auto const removed = static_cast<std::uint32_t>(count);
-  if (at == 0 && gap_ >= removed) {
-    first_ += removed;
-    gap_ -= removed;
-  } else {
-    // The gap is moved to the removed slots, which become part of it.
-    if (gap_ < at) moveGap(at);
-    if (gap_ > at + removed) moveGap(at + removed);
-    gap_ = at;
-  }
-  size_ -= removed;
+  auto const end = static_cast<std::uint32_t>(i + count);
+  // The gap is moved to the removed slots, which become part of it.
+  if (gap_ < at || gap_ > end) moveGap(end == size_ || (at > 0 && gap_ > end) ? end : at);
+  gap_ = at;
+  size_ -= end - at;
   if (size_ == 0) clear();
-}
-
-void ChildArrayC::shrink() {
-  if (capacity_ > 2 * size_) reallocate(0, 0);
 }
 
 }  // namespace zolt::math::ved

@@ -8,10 +8,11 @@ namespace zolt::math::ved {
 
 class Node4C;
 
-/// An array of child pointers with spare room in front and in a gap. The gap stays where slots were last
-/// inserted or removed, so that edits near each other move few pointers, however long the row is. Rows grow
-/// at both ends in amortised constant time. A single child needs no allocation, since most rows hold one
-/// text. The array neither owns nor reads the nodes.
+/// An array of child pointers in a ring with one gap. The gap stays where slots were last inserted or
+/// removed, so that edits near each other move few pointers, however long the row is. The two ends of the
+/// array are one place of the ring: while the gap is there, rows grow at both ends, in any order, in
+/// amortised constant time. A single child needs no allocation, since most rows hold one text. The array
+/// neither owns nor reads the nodes.
 class ChildArrayC {
  public:
   ChildArrayC() = default;
@@ -29,24 +30,20 @@ class ChildArrayC {
   /// The iterator for loops over all children.
   class IteratorC {
    public:
-    IteratorC(ChildArrayC const& array, Node4C* const* slot)
-        : slot_(slot), gap_(array.data() + array.first_ + array.gap_), room_(array.room()) {
-      if (slot_ == gap_) slot_ += room_;
-    }
-    Node4C* operator*() const { return *slot_; }
+    IteratorC(ChildArrayC const& array, std::size_t i) : array_(array), i_(i) {}
+    Node4C* operator*() const { return array_[i_]; }
     IteratorC& operator++() {
-      if (++slot_ == gap_) slot_ += room_;
+      ++i_;
       return *this;
     }
-    bool operator!=(IteratorC const& other) const { return slot_ != other.slot_; }
+    bool operator!=(IteratorC const& other) const { return i_ != other.i_; }
 
    private:
-    Node4C* const* slot_;
-    Node4C* const* gap_;
-    std::size_t room_;
+    ChildArrayC const& array_;
+    std::size_t i_;
   };
-  IteratorC begin() const { return {*this, data() + first_}; }
-  IteratorC end() const { return {*this, data() + capacity_}; }
+  IteratorC begin() const { return {*this, 0}; }
+  IteratorC end() const { return {*this, size_}; }
 
   /// Adds or removes slots at the end; new slots are null.
   void resize(std::size_t size);
@@ -56,24 +53,28 @@ class ChildArrayC {
   void erase(std::size_t i, std::size_t count = 1);
   void clear() { first_ = gap_ = size_ = 0; }
   /// Frees spare room when it is larger than the slots in use.
-  void shrink();
+  void shrink() {
+    if (capacity_ > 2 * size_) reallocate(size_);
+  }
   std::size_t capacity() const { return capacity_; }
 
  private:
   bool isOutside() const { return capacity_ > 1; }
   Node4C** data() { return isOutside() ? outside_ : &inside_; }
   Node4C* const* data() const { return isOutside() ? outside_ : &inside_; }
-  std::uint32_t room() const { return capacity_ - first_ - size_; }
-  std::size_t place(std::size_t i) const { return first_ + (i < gap_ ? i : i + room()); }
+  std::uint32_t room() const { return capacity_ - size_; }
+  std::size_t wrap(std::size_t at) const { return at < capacity_ ? at : at - capacity_; }
+  std::size_t place(std::size_t i) const { return wrap(first_ + (i < gap_ ? i : i + room())); }
   void moveGap(std::uint32_t to);
-  void reallocate(std::uint32_t first, std::uint32_t room);
+  void slideGap(std::uint32_t to);
+  void reallocate(std::uint32_t capacity);
 
   union {
     Node4C* inside_ = nullptr;  // the only slot while nothing is allocated
     Node4C** outside_;
   };
-  std::uint32_t first_ = 0;
-  std::uint32_t gap_ = 0;  // the number of slots before the gap
+  std::uint32_t first_ = 0;  // where the array begins in the ring, with slot 0 or with the gap
+  std::uint32_t gap_ = 0;    // the number of slots before the gap
   std::uint32_t size_ = 0;
   std::uint32_t capacity_ = 1;
 };
