@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/node4.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "zolt/ved/operators/operator.h"
@@ -185,28 +186,19 @@ unsigned long Node4C::findChildNumber() const {
   if (!parent_) return 0;
   ChildArrayC const& siblings = parent_->children_;
   std::size_t const base = state_.stretch ? state_.stretch->first : 0;
-  std::size_t const end = state_.stretch ? base + state_.stretch->count : siblings.size();
-  std::size_t const hint = base + state_.slotHint;
-  if (hint < end && siblings[hint] == this) return hint;
-  auto const isAt = [&](std::size_t i) {
-    if (siblings[i] != this) return false;
-    state_.slotHint = static_cast<std::uint32_t>(i - base);
-    return true;
-  };
-  for (std::size_t i = hint > base + farthest ? hint - farthest : base; i < end && i <= hint + farthest;
-       ++i) {
-    if (isAt(i)) return i;
+  std::size_t const count = state_.stretch ? state_.stretch->count : siblings.size();
+  auto const isThere = [&](std::size_t i) { return i < count && siblings[base + i] == this; };
+  std::size_t const hint = state_.slotHint;
+  if (isThere(hint)) return base + hint;
+  for (std::size_t i = hint - std::min(hint, farthest); i <= hint + farthest; ++i) {
+    if (!isThere(i)) continue;
+    state_.slotHint = static_cast<std::uint32_t>(i);
+    return base + i;
   }
-  if (state_.stretch) {
-    for (std::size_t i = base; i < end; ++i) {
-      if (isAt(i)) return i;
-    }
-    return base;
+  for (std::size_t i = 0; i < count; ++i) {
+    if (siblings[base + i]) siblings[base + i]->state_.slotHint = static_cast<std::uint32_t>(i);
   }
-  for (std::size_t i = 0; i < end; ++i) {
-    if (siblings[i]) siblings[i]->state_.slotHint = static_cast<std::uint32_t>(i);
-  }
-  return state_.slotHint < end && siblings[state_.slotHint] == this ? state_.slotHint : 0;
+  return isThere(state_.slotHint) ? base + state_.slotHint : base;
 }
 
 Node4C* Node4C::goLeft() const {

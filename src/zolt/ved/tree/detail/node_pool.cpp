@@ -1,7 +1,8 @@
 #include "zolt/ved/tree/detail/node_pool.h"
 
-#include <memory>
+#include <algorithm>
 #include <new>
+#include <utility>
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
@@ -9,37 +10,27 @@
 namespace zolt::math::ved {
 
 // A sanitizer detects misuse of a node only when each node is a separate allocation.
-#if defined(__SANITIZE_ADDRESS__)
-#define ZOLT_NODE_POOL 0
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define ZOLT_NODE_POOL 0
-#endif
-#endif
-#ifndef ZOLT_NODE_POOL
-#define ZOLT_NODE_POOL 1
+#if defined(__has_feature)
+#define ZOLT_HAS_FEATURE(feature) __has_feature(feature)
+#else
+#define ZOLT_HAS_FEATURE(feature) 0
 #endif
 
-#if ZOLT_NODE_POOL
+#if !defined(__SANITIZE_ADDRESS__) && !ZOLT_HAS_FEATURE(address_sanitizer)
 
 namespace {
 
 union SlotU {
-  SlotU* next;  // while the slot is free
+  SlotU* next;  // of a free slot, and of the first slot of a block, which links the blocks
   alignas(Node4C) unsigned char node[sizeof(Node4C)];
 };
 
 constexpr unsigned long smallest_block = 32;
 constexpr unsigned long largest_block = 256;
 
-struct BlockS {
-  BlockS* next;
-  SlotU* slots;
-};
-
 // Plain data, so that nodes may still be destroyed while the thread or the process ends.
 struct PoolS {
-  BlockS* blocks = nullptr;
+  SlotU* blocks = nullptr;
   SlotU* free = nullptr;    // freed slots
   SlotU* unused = nullptr;  // the rest of the newest block
   SlotU* end = nullptr;
@@ -50,18 +41,17 @@ struct PoolS {
 thread_local PoolS pool;
 
 void addBlock() {
-  std::unique_ptr<SlotU[]> slots(new SlotU[pool.blockSize]);
-  pool.blocks = new BlockS{pool.blocks, slots.get()};
-  pool.unused = slots.release();
-  pool.end = pool.unused + pool.blockSize;
-  if (pool.blockSize < largest_block) pool.blockSize *= 2;
+  auto* const block = new SlotU[pool.blockSize];
+  block->next = std::exchange(pool.blocks, block);
+  pool.unused = block + 1;
+  pool.end = block + pool.blockSize;
+  pool.blockSize = std::min(2 * pool.blockSize, largest_block);
 }
 
 void dropBlocks() {
-  while (BlockS* const block = pool.blocks) {
+  while (SlotU* const block = pool.blocks) {
     pool.blocks = block->next;
-    delete[] block->slots;
-    delete block;
+    delete[] block;
   }
   pool = PoolS();
 }
