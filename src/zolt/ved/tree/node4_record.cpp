@@ -18,12 +18,13 @@ using ChildrenT = NodeRecordC::ChildrenT;
 
 /// Cuts `size` elements into records of at most `most` elements. At both ends it reuses the records of
 /// `before` as long as the elements are the same. Small records next to the change are merged into its
-/// record, or typing would leave a record for each character. `sizeOf` counts the elements of a record,
-/// `isAt` tells whether the elements from an index on are those of a record, `make` makes a record of the
-/// elements from an index on.
-template <class SizeOfT, class IsAtT, class MakeT>
-ChildrenT cut(std::size_t size, ChildrenT const& before, std::size_t most, SizeOfT sizeOf, IsAtT isAt,
-              MakeT make) {
+/// record, or typing would leave a record for each character. `isAt` tells whether the elements from an index
+/// on are those of a record, `make` makes a record of the elements from an index on.
+template <class IsAtT, class MakeT>
+ChildrenT cut(std::size_t size, ChildrenT const& before, std::size_t most, IsAtT isAt, MakeT make) {
+  auto const sizeOf = [](NodeRecordC const& record) {
+    return std::max(record.crefText().size(), record.crefChildren().size());
+  };
   std::size_t from = 0;
   std::size_t end = size;
   std::size_t front = 0;
@@ -56,18 +57,6 @@ ChildrenT const& childrenOf(NodeRecordPointerC const& record) {
   return record ? record->crefChildren() : none;
 }
 
-ChildrenT cutText(wstring const& text, ChildrenT const& before) {
-  return cut(
-      text.size(), before, part_size, [](NodeRecordC const& part) { return part.crefText().size(); },
-      [&](std::size_t i, NodeRecordC const& part) {
-        return std::equal(part.crefText().begin(), part.crefText().end(),
-                          text.begin() + static_cast<std::ptrdiff_t>(i));
-      },
-      [&](std::size_t i, std::size_t count) {
-        return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text.substr(i, count), {});
-      });
-}
-
 }  // namespace
 
 // ---- Making a record --------------------------------------------------------------------------------------
@@ -90,7 +79,15 @@ NodeRecordPointerC Node4C::makeRecord() const {
 NodeRecordPointerC Node4C::recordNode() const {
   auto const kind = static_cast<std::uint8_t>(type_);
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
-    return NodeRecordC::make(kind, op_, wstring(), cutText(text_, childrenOf(state_.record)));
+    auto const isAt = [this](std::size_t i, NodeRecordC const& part) {
+      return part.getKind() == NODE_RECORD_TEXT_PART &&
+             text_.compare(i, part.crefText().size(), part.crefText()) == 0;
+    };
+    auto const makePart = [&](std::size_t i, std::size_t count) {
+      return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text_.substr(i, count), {});
+    };
+    return NodeRecordC::make(kind, op_, {},
+                             cut(text_.size(), childrenOf(state_.record), part_size, isAt, makePart));
   }
   auto const collect = [this](unsigned long first, unsigned long count) {
     ChildrenT records;
@@ -98,34 +95,30 @@ NodeRecordPointerC Node4C::recordNode() const {
     for (unsigned long i = first; i < first + count; ++i) records.push_back(children_[i]->state_.record);
     return records;
   };
+  wstring text = op_ ? wstring() : text_;
+  if (!state_.index) return NodeRecordC::make(kind, op_, std::move(text), collect(0, numChildren()));
   ChildrenT records;
-  if (state_.index) {
-    records.reserve(state_.index->size());
-    for (std::size_t k = 0; k < state_.index->size(); ++k) {
-      RowStretchS& stretch = (*state_.index)[k];
-      if (!stretch.record || (stretch.stale & STALE_RECORD)) {
-        auto const isAt = [&](std::size_t i, NodeRecordC const& block) {
-          auto const isThere = [&](NodeRecordPointerC const& item) {
-            return children_[stretch.first + i++]->state_.record == item;
-          };
-          return std::all_of(block.crefChildren().begin(), block.crefChildren().end(), isThere);
+  records.reserve(state_.index->size());
+  for (std::size_t k = 0; k < state_.index->size(); ++k) {
+    RowStretchS& stretch = (*state_.index)[k];
+    if (!stretch.record || (stretch.stale & STALE_RECORD)) {
+      auto const isAt = [&](std::size_t i, NodeRecordC const& block) {
+        auto const isThere = [&](NodeRecordPointerC const& item) {
+          return children_[stretch.first + i++]->state_.record == item;
         };
-        auto const make = [&](std::size_t i, std::size_t count) {
-          return NodeRecordC::make(NODE_RECORD_BLOCK, nullptr, wstring(), collect(stretch.first + i, count));
-        };
-        stretch.record = NodeRecordC::make(
-            NODE_RECORD_STRETCH, nullptr, wstring(),
-            cut(
-                stretch.count, childrenOf(stretch.record), block_size,
-                [](NodeRecordC const& block) { return block.crefChildren().size(); }, isAt, make));
-        stretch.stale &= static_cast<std::uint8_t>(~STALE_RECORD);
-      }
-      records.push_back(stretch.record);
+        return std::all_of(block.crefChildren().begin(), block.crefChildren().end(), isThere);
+      };
+      auto const makeBlock = [&](std::size_t i, std::size_t count) {
+        return NodeRecordC::make(NODE_RECORD_BLOCK, nullptr, {}, collect(stretch.first + i, count));
+      };
+      stretch.record =
+          NodeRecordC::make(NODE_RECORD_STRETCH, nullptr, {},
+                            cut(stretch.count, childrenOf(stretch.record), block_size, isAt, makeBlock));
+      stretch.stale &= static_cast<std::uint8_t>(~STALE_RECORD);
     }
-  } else {
-    records = collect(0, numChildren());
+    records.push_back(stretch.record);
   }
-  return NodeRecordC::make(kind, op_, op_ ? wstring() : text_, std::move(records));
+  return NodeRecordC::make(kind, op_, std::move(text), std::move(records));
 }
 
 // ---- Going back to a record -------------------------------------------------------------------------------
@@ -178,8 +171,8 @@ void Node4C::turnInto(NodeRecordC const& state) {
     NodeRecordC const* wanted;
   };
   std::vector<PairS> pairs;
-  if (makeRecord().get() != &state) pairs.push_back({this, &state});
   NodeDifferenceS difference;
+  if (makeRecord().get() != &state) pairs.push_back({this, &state});
   for (std::size_t next = 0; next < pairs.size(); ++next) {
     auto const [node, wanted] = pairs[next];
     if (node->type_ == NODE4_TEXT) {
