@@ -135,6 +135,10 @@ class DesktopTest final : public QObject {
       QVERIFY2(!readSheet(bytes, error) && !error.isEmpty(), bytes.left(100));
       QVERIFY2(error.startsWith(QStringLiteral("Line %1:").arg(line)) == (line > 0), bytes.left(100));
     }
+    QString stopped;
+    qsizetype reached = 0;
+    QVERIFY(!readSheet(sampleBytes(), stopped, [&](qsizetype done) { return (reached = done) < 50; }));
+    QVERIFY(reached >= 50 && reached < 70);
     // A truncated script may only lack the last line end.
     for (qsizetype length = 0; length < sampleBytes().size() - 1; ++length) {
       QString error;

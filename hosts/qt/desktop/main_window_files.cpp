@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -13,6 +12,7 @@
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTextDocument>
+#include <algorithm>
 
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/message_box.h"
@@ -29,16 +29,20 @@ namespace {
 constexpr qsizetype most_recent_files = 8;
 constexpr int message_time = 4000;   // ms
 constexpr int progress_delay = 500;  // ms
-constexpr qsizetype lines_per_progress = 64;
 
-/// Shows, during its lifetime, that the program is busy.
-class WaitCursor {
- public:
-  WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-  ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-  WaitCursor(WaitCursor const&) = delete;
-  WaitCursor& operator=(WaitCursor const&) = delete;
-};
+/// Shows, after a while, how much of `all` is done, with a button to stop it.
+Progress showProgress(QWidget* window, QString const& what, qsizetype all) {
+  constexpr double steps = 1000;
+  auto const dialog =
+      std::make_shared<QProgressDialog>(what, MainWindow::tr("Cancel"), 0, int(steps), window);
+  dialog->setWindowModality(Qt::WindowModal);
+  dialog->setMinimumDuration(progress_delay);
+  return [dialog, all](qsizetype done) {
+    int const value = int(steps * double(done) / double(std::max<qsizetype>(1, all)));
+    if (value != dialog->value()) dialog->setValue(value);
+    return !dialog->wasCanceled();
+  };
+}
 
 QString recentKey() { return QStringLiteral("recentFiles"); }
 
@@ -50,11 +54,16 @@ bool MainWindow::open(QString const& path) {
   QString error;
   FileStamp stamp;
   std::optional<Sheet> sheet, readable;
-  {
-    WaitCursor const waiting;
-    auto const bytes = readSheetFile(path, stamp, error);
-    if (bytes) sheet = readSheet(*bytes, error);
-    if (bytes && !sheet) readable = salvageSheet(*bytes);
+  if (auto const bytes = readSheetFile(path, stamp, error)) {
+    bool stopped = false;
+    sheet = readSheet(
+        *bytes, error,
+        [&stopped, goOn = showProgress(this, tr("Reading the sheet…"), bytes->size())](qsizetype done) {
+          stopped = !goOn(done);
+          return !stopped;
+        });
+    if (stopped) return false;
+    if (!sheet) readable = salvageSheet(*bytes);
   }
   if (readable) return openDamaged(path, *readable, error);
   if (!sheet) {
@@ -109,14 +118,7 @@ void MainWindow::openAsked() {
 }
 
 bool MainWindow::showSheet(Sheet const& sheet, QString const& path) {
-  QProgressDialog progress(tr("Opening the sheet…"), tr("Cancel"), 0, int(sheet.size()), this);
-  progress.setWindowModality(Qt::WindowModal);
-  progress.setMinimumDuration(progress_delay);
-  bool const shown = view_->setSheet(sheet, [&](qsizetype made) {
-    if (made % lines_per_progress == 0) progress.setValue(int(made));
-    return !progress.wasCanceled();
-  });
-  if (!shown) return false;
+  if (!view_->setSheet(sheet, showProgress(this, tr("Opening the sheet…"), sheet.size()))) return false;
   if (recovery_) recovery_->forget();
   setPath(path);
   view_->enterFirstFormula();

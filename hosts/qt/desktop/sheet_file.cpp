@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLocale>
 #include <QStringDecoder>
 
 #include "hosts/qt/desktop/write_file.h"
@@ -73,7 +74,7 @@ sheet::SheetT toLines(Sheet const& sheet) {
 
 }  // namespace
 
-std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error) {
+std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error, Progress const& goOn) {
   QStringDecoder decoder(QStringDecoder::Utf8);
   QString const text = decoder.decode(bytes);
   if (decoder.hasError()) {
@@ -82,7 +83,8 @@ std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error) {
   }
   sheet::SheetT lines;
   sheet::SheetErrorS cause;
-  if (!sheet::readSheet(toWstring(text), lines, cause)) {
+  auto const reached = [&](unsigned long characters) { return !goOn || goOn(qsizetype(characters)); };
+  if (!sheet::readSheet(toWstring(text), lines, cause, reached)) {
     error = toQString(sheet::describe(cause));
     return std::nullopt;
   }
@@ -120,7 +122,9 @@ std::optional<QByteArray> readSheetFile(QString const& path, FileStamp& stamp, Q
     return std::nullopt;
   }
   if (bytes.size() > max_sheet_bytes) {
-    error = tr("The file is too large for a sheet");
+    error = tr("The file has %1, and a sheet has %2 at most")
+                .arg(QLocale().formattedDataSize(file.size(), 1),
+                     QLocale().formattedDataSize(max_sheet_bytes, 0));
     return std::nullopt;
   }
   return bytes;

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
+#include <functional>
 #include <optional>
 
 #include "hosts/qt/desktop/sheet.h"
@@ -31,8 +32,12 @@ inline bool operator==(FileStamp const& a, FileStamp const& b) {
 
 FileStamp stampOf(QString const& path);
 
+/// Called before each step with how much is done; false: stop.
+using Progress = std::function<bool(qsizetype)>;
+
 /// Returns no value when the bytes are not a sheet; `error` then names the line and what is wrong with it.
-std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error);
+/// The same when `goOn` (may be empty), which is told the characters that have been read, stops it.
+std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error, Progress const& goOn = {});
 /// The readable part of a damaged sheet, with the rest as lines of text. Returns no value when it is no sheet
 /// at all.
 std::optional<Sheet> salvageSheet(QByteArray const& bytes);

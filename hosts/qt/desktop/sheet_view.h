@@ -4,9 +4,8 @@
 #include <QPointer>
 #include <QScrollArea>
 #include <QUndoStack>
-#include <functional>
 
-#include "hosts/qt/desktop/sheet.h"
+#include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_row.h"
 
 class QVBoxLayout;
@@ -21,11 +20,8 @@ class SheetView final : public QScrollArea {
   explicit SheetView(QWidget* parent = nullptr);
   ~SheetView() override;
 
-  /// Called before each line with the number of lines that exist already; false: stop.
-  using Progress = std::function<bool(qsizetype)>;
-
   /// Shows another sheet, which always gets at least one line, with a new history. Returns false, with
-  /// nothing changed, when `goOn` (may be empty) stops it.
+  /// nothing changed, when `goOn` (may be empty), which is told the number of lines made, stops it.
   bool setSheet(Sheet const& sheet, Progress const& goOn = {});
   Sheet sheet() const;
   /// The sheet without what is not known yet: an edited formula may lack its expression. Meant for large

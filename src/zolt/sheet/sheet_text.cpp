@@ -65,8 +65,8 @@ class SheetReaderC {
  public:
   enum FaultE { FAULT_FAILS, FAULT_IS_KEPT };
 
-  SheetReaderC(TextViewT text, FaultE fault, SheetErrorS& error)
-      : rest_(text), salvages_(fault == FAULT_IS_KEPT), error_(error) {}
+  SheetReaderC(TextViewT text, FaultE fault, SheetErrorS& error, ProgressT const& goOn = {})
+      : rest_(text), size_(text.size()), salvages_(fault == FAULT_IS_KEPT), error_(error), goOn_(goOn) {}
 
   bool read(SheetT& sheet) {
     if (!readLines()) return false;
@@ -79,6 +79,7 @@ class SheetReaderC {
     if (rest_.size() > max_sheet_characters) return fail(SHEET_ERROR_TOO_LARGE);
     if (!takeLine() || !readHeader()) return false;
     while (takeLine()) {
+      if (goOn_ && !goOn_(size_ - rest_.size() - line_.size())) return fail(SHEET_ERROR_STOPPED);
       if (readLine()) continue;
       if (!salvages_ || !keepAsText()) return false;
     }
@@ -168,10 +169,12 @@ class SheetReaderC {
   }
 
   TextViewT rest_;
+  std::size_t const size_;
   TextViewT line_;
   unsigned long number_ = 0;
   bool const salvages_;
   SheetErrorS& error_;
+  ProgressT const goOn_;
   bool ended_ = false;
   SheetT sheet_;
   FormulaTrialC trial_;
@@ -194,10 +197,11 @@ constexpr std::pair<SheetErrorE, TextViewT> reasons[] = {
     {SHEET_ERROR_BAD_TREE, u"the formula cannot be read"},
     {SHEET_ERROR_STRAY_TREE, u"\"tree\" stands behind no formula"},
     {SHEET_ERROR_TOO_MANY_LINES, u"a sheet has 20000 lines at most"},
-    {SHEET_ERROR_LONG_LINE, u"it is too long"},
+    {SHEET_ERROR_LONG_LINE, u"a formula has 4194304 characters at most, a text 100000"},
     {SHEET_ERROR_WRONG_COUNT, u"the sheet has another number of lines than it says"},
     {SHEET_ERROR_NO_END, u"the sheet ends too early; its last line, \"end\", is missing"},
-    {SHEET_ERROR_BEHIND_END, u"there is something behind the end"}};
+    {SHEET_ERROR_BEHIND_END, u"there is something behind the end"},
+    {SHEET_ERROR_STOPPED, u"reading was stopped"}};
 static_assert(max_sheet_lines == 20000, "a reason names it");
 
 }  // namespace
@@ -211,8 +215,8 @@ wstring describe(SheetErrorS const& error) {
   return why;
 }
 
-bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error) {
-  return SheetReaderC(text, SheetReaderC::FAULT_FAILS, error).read(sheet);
+bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error, ProgressT const& goOn) {
+  return SheetReaderC(text, SheetReaderC::FAULT_FAILS, error, goOn).read(sheet);
 }
 
 bool salvageSheet(wstring const& text, SheetT& sheet) {

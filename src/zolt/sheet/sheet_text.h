@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "zolt/oss/wstring.h"
@@ -41,7 +42,8 @@ enum SheetErrorE {
   SHEET_ERROR_LONG_LINE,
   SHEET_ERROR_WRONG_COUNT,
   SHEET_ERROR_NO_END,
-  SHEET_ERROR_BEHIND_END
+  SHEET_ERROR_BEHIND_END,
+  SHEET_ERROR_STOPPED  ///< by `goOn`
 };
 
 struct SheetErrorS {
@@ -52,9 +54,12 @@ struct SheetErrorS {
 /// "Line 3: the expression cannot be read", without a full stop.
 wstring describe(SheetErrorS const& error);
 
+/// Called before each line with the number of characters that have been read; false: stop.
+using ProgressT = std::function<bool(unsigned long)>;
+
 /// Reads a whole sheet. False, with `sheet` untouched and `error` filled, when `text` breaks a rule of the
-/// format. Constructs are looked up among the current session's operators.
-bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error);
+/// format or `goOn` (may be empty) stops it. Constructs are looked up among the current session's operators.
+bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error, ProgressT const& goOn = {});
 
 /// Reads what can be read of a sheet that `readSheet` refuses: a line that breaks a rule becomes a text with
 /// the same characters (a very long line becomes several), so that nothing is lost. For a sound sheet the
