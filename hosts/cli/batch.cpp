@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "hosts/cli/error_text.h"
+#include "hosts/cli/describe_cause.h"
 #include "hosts/cli/utf8_text.h"
 
 namespace zolt::cli {

@@ -4,8 +4,8 @@
 
 #include "hosts/cli/batch.h"
 #include "hosts/cli/dump.h"
+#include "hosts/cli/installed_fonts.h"
 #include "hosts/cli/options.h"
-#include "hosts/cli/typesetter.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/plain_text.h"

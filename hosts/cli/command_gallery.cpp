@@ -5,11 +5,11 @@
 #include <vector>
 
 #include "hosts/cli/gallery.h"
+#include "hosts/cli/installed_fonts.h"
 #include "hosts/cli/options.h"
 #include "hosts/cli/output_file.h"
 #include "hosts/cli/picture.h"
 #include "hosts/cli/standard_output.h"
-#include "hosts/cli/typesetter.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 

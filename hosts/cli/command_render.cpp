@@ -3,9 +3,9 @@
 #include <memory>
 
 #include "hosts/cli/batch.h"
+#include "hosts/cli/installed_fonts.h"
 #include "hosts/cli/options.h"
 #include "hosts/cli/picture.h"
-#include "hosts/cli/typesetter.h"
 
 namespace zolt::cli {
 

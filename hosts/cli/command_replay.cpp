@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <memory>
 
+#include "hosts/cli/installed_fonts.h"
 #include "hosts/cli/options.h"
 #include "hosts/cli/picture.h"
 #include "hosts/cli/standard_output.h"
-#include "hosts/cli/typesetter.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"

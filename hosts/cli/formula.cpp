@@ -1,6 +1,6 @@
 #include "hosts/cli/formula.h"
 
-#include "hosts/cli/error_text.h"
+#include "hosts/cli/describe_cause.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/number_display_format.h"

@@ -4,7 +4,7 @@
 #include <iterator>
 
 #include "hosts/cli/utf8_text.h"
-#include "hosts/support/shown_text.h"
+#include "hosts/support/terminal_text.h"
 #include "zolt/oss/code_point.h"
 
 namespace zolt::cli {

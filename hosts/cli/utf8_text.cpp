@@ -5,7 +5,7 @@
 #include <iterator>
 #include <utility>
 
-#include "hosts/support/shown_text.h"
+#include "hosts/support/terminal_text.h"
 #include "zolt/oss/code_point.h"
 
 namespace zolt::cli {

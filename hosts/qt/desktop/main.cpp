@@ -11,11 +11,11 @@
 
 #include "hosts/qt/desktop/icons.h"
 #include "hosts/qt/desktop/main_window.h"
-#include "hosts/qt/desktop/message_box.h"
+#include "hosts/qt/desktop/plain_message_box.h"
 #include "hosts/qt/desktop/recovery_at_exit.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
 #include "hosts/qt/desktop/sheet_file.h"
-#include "hosts/support/shown_text.h"
+#include "hosts/support/terminal_text.h"
 #include "zolt/qt/formula_fonts.h"
 
 namespace {
@@ -59,7 +59,7 @@ void complain(QString const& text, bool inWindow) {
   QString const shown = QString::fromStdU16String(support::getShown(text.toStdU16String()));
   std::fprintf(stderr, "ved-desktop: %s\n", qPrintable(shown));
   if (!inWindow) return;
-  desktop::MessageBox(QMessageBox::Critical, QStringLiteral("zolt ved"), text, QMessageBox::Ok).exec();
+  desktop::PlainMessageBox(QMessageBox::Critical, QStringLiteral("zolt ved"), text, QMessageBox::Ok).exec();
 }
 
 int takeScreenshot(desktop::MainWindow& window, QString const& file) {

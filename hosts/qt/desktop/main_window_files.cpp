@@ -15,7 +15,7 @@
 #include <algorithm>
 
 #include "hosts/qt/desktop/main_window.h"
-#include "hosts/qt/desktop/message_box.h"
+#include "hosts/qt/desktop/plain_message_box.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
@@ -77,8 +77,9 @@ bool MainWindow::open(QString const& path) {
 }
 
 bool MainWindow::openDamaged(QString const& path, Sheet const& readable, QString const& why) {
-  MessageBox question(QMessageBox::Warning, tr("Damaged Sheet"),
-                      tr("%1 is damaged.").arg(QDir::toNativeSeparators(path)), QMessageBox::Cancel, this);
+  PlainMessageBox question(QMessageBox::Warning, tr("Damaged Sheet"),
+                           tr("%1 is damaged.").arg(QDir::toNativeSeparators(path)), QMessageBox::Cancel,
+                           this);
   question.setInformativeText(
       tr("%1.\n\nWhat is readable can be opened as a new sheet, the rest as lines of text. The file stays "
          "as it is.")
@@ -149,7 +150,7 @@ bool MainWindow::saveAs() {
 bool MainWindow::mayReplace(QString const& path) {
   bool const known = path == path_ && savedAt_.changed.isValid();
   if (!known || !QFileInfo(path).isFile() || stampOf(path) == savedAt_) return true;
-  MessageBox question(
+  PlainMessageBox question(
       QMessageBox::Warning, tr("Changed Meanwhile"),
       tr("%1 has been changed by another program or window.").arg(QDir::toNativeSeparators(path)),
       QMessageBox::Cancel, this);
@@ -164,9 +165,9 @@ bool MainWindow::saveTo(QString const& path) {
   if (!mayReplace(path)) return false;
   QString error;
   if (!saveSheet(path, view_->sheet(), error)) {
-    MessageBox message(QMessageBox::Warning, tr("Not Saved"),
-                       tr("The sheet could not be saved to %1.").arg(QDir::toNativeSeparators(path)),
-                       QMessageBox::Retry | QMessageBox::Cancel, this);
+    PlainMessageBox message(QMessageBox::Warning, tr("Not Saved"),
+                            tr("The sheet could not be saved to %1.").arg(QDir::toNativeSeparators(path)),
+                            QMessageBox::Retry | QMessageBox::Cancel, this);
     message.setInformativeText(tr("%1.\n\nThe sheet is still open, and nothing in it is lost.").arg(error));
     QPushButton* const elsewhere = message.addButton(tr("Save &As…"), QMessageBox::AcceptRole);
     message.setDefaultButton(elsewhere);
@@ -184,7 +185,7 @@ bool MainWindow::saveTo(QString const& path) {
 
 bool MainWindow::mayLeave() {
   if (!view_->isModified()) return true;
-  MessageBox question(
+  PlainMessageBox question(
       QMessageBox::Question, tr("Unsaved Changes"),
       tr("Save the changes to %1?").arg(path_.isEmpty() ? tr("the sheet") : QFileInfo(path_).fileName()),
       QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, this);
@@ -224,7 +225,7 @@ void MainWindow::setPath(QString const& path) {
 }
 
 void MainWindow::complain(QString const& what, QString const& why) {
-  MessageBox message(QMessageBox::Warning, tr("zolt ved"), what, QMessageBox::Ok, this);
+  PlainMessageBox message(QMessageBox::Warning, tr("zolt ved"), what, QMessageBox::Ok, this);
   message.setInformativeText(why);
   message.exec();
 }

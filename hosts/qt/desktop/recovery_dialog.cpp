@@ -11,7 +11,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "hosts/qt/desktop/message_box.h"
+#include "hosts/qt/desktop/plain_message_box.h"
 
 namespace zolt::desktop {
 
@@ -148,7 +148,7 @@ void RecoveryDialog::recoverChosen() {
 
 void RecoveryDialog::discardChosen() {
   QList<int> const rows = chosenRows();
-  MessageBox question(
+  PlainMessageBox question(
       QMessageBox::Warning, windowTitle(),
       rows.size() == 1 ? tr("Discard this sheet?") : tr("Discard %1 sheets?").arg(rows.size()),
       QMessageBox::Discard | QMessageBox::Cancel, this);

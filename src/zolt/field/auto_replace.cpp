@@ -6,7 +6,7 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view.h"

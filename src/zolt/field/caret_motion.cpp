@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <initializer_list>
 
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view.h"

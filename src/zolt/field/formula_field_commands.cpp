@@ -1,5 +1,5 @@
 #include "zolt/field/detail/act.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
 #include "zolt/ved/tree/row_view.h"

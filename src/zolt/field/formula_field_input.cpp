@@ -2,7 +2,7 @@
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"

@@ -1,7 +1,7 @@
 #include "zolt/field/selection_growth.h"
 
 #include "zolt/common/signs.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/view/view.h"

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "zolt/common/signs.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 

@@ -6,7 +6,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/tree_path.h"

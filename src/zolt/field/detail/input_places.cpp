@@ -5,7 +5,7 @@
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/construct_names.h"
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"

@@ -1,6 +1,6 @@
 #include "zolt/ved/operators/call_row.h"
 
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 
 namespace zolt::math::ved {
 

@@ -2,7 +2,7 @@
 
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/ved/operators/call_row.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_div.h"
 
 #include "zolt/ved/operators/detail/operand_search.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_power.h"
 
 #include "zolt/common/signs.h"
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 

@@ -1,6 +1,6 @@
 #include "zolt/ved/operators/operator_unary_postfix.h"
 
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 

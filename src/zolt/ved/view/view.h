@@ -161,7 +161,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   class EventC;
   friend class ViewInsertionC;
 
-  // view_core.cpp
+  // view.cpp
   bool isBusy() const { return executing_ || notifying_; }
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);

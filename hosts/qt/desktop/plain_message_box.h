@@ -6,7 +6,7 @@
 namespace zolt::desktop {
 
 /// Shows its texts as they are. They may hold names of files, and these may look like rich text.
-class MessageBox final : public QMessageBox {
+class PlainMessageBox final : public QMessageBox {
  public:
   using QMessageBox::QMessageBox;
 

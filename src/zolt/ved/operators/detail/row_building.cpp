@@ -1,4 +1,4 @@
-#include "zolt/ved/operators/detail/operands.h"
+#include "zolt/ved/operators/detail/row_building.h"
 
 namespace zolt::math::ved::detail {
 

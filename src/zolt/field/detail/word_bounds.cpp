@@ -1,4 +1,4 @@
-#include "zolt/field/detail/words.h"
+#include "zolt/field/detail/word_bounds.h"
 
 #include "zolt/common/signs.h"
 #include "zolt/ved/tree/node4.h"

@@ -1,4 +1,4 @@
-#include "hosts/cli/error_text.h"
+#include "hosts/cli/describe_cause.h"
 
 #include "hosts/cli/utf8_text.h"
 #include "zolt/field/error_text.h"

@@ -1,4 +1,4 @@
-#include "hosts/cli/typesetter.h"
+#include "hosts/cli/installed_fonts.h"
 
 namespace zolt::cli {
 
