@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that the documents keep up: links lead somewhere, code in them is code that is built, the folder table is complete.
+"""Checks that the documents keep up: links lead somewhere, code in them is code that is built, every file is explained.
 
 A block that starts with ```cpp <file> shows a part of that file.
 """
@@ -10,6 +10,7 @@ import sys
 
 import sources
 
+DESCRIBED = sources.CODE_SUFFIXES + (".txt", ".qrc", ".zved", ".desktop", ".svg", ".xml")
 LINK = re.compile(r"\[[^\]]*\]\(([^)#\s]+)[^)]*\)")
 CODE_BLOCK = re.compile(r"^```cpp (\S+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
@@ -28,16 +29,21 @@ def check_document(path, text):
             yield f"{path}: the code shown is not in {file}"
 
 
-def check_folder_table():
-    rules = (sources.ROOT / "tests/repo/include_rules.txt").read_text(encoding="utf-8")
-    table = sources.read(pathlib.Path("docs/architecture.md"))
-    for folder in re.findall(r"^([a-z/0-9]+):.*\|", rules, re.MULTILINE):
-        if (sources.ROOT / "src/zolt" / folder).is_dir() and f"| `{folder}/` |" not in table:
-            yield f"docs/architecture.md: the table lacks {folder}"
+def check_file_lists():
+    """Every file has a line under the heading of its folder, and every line its file."""
+    text = sources.read(pathlib.Path("docs/architecture.md"))
+    named, folder = set(), ""
+    for heading, name in re.findall(r"^### `(.+)`$|^- `([^`]+)`: ", text, re.MULTILINE):
+        folder = heading or folder
+        if name:
+            named.add(f"{folder}/{name}")
+    files = (path for path in sources.files("src", "hosts", suffixes=DESCRIBED) if path.name != "CMakeLists.txt")
+    for name in sorted(named ^ {path.with_suffix("").as_posix().removeprefix("src/zolt/") for path in files}):
+        yield f"docs/architecture.md: {name} " + ("does not exist" if name in named else "has no line")
 
 
 def main():
-    complaints = list(check_folder_table())
+    complaints = list(check_file_lists())
     for path in documents():
         complaints += check_document(path, sources.read(path))
     return sources.report(complaints)
