@@ -100,8 +100,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   if (auto const op = findBySign(view.crefOperatorList(), c)) return decideSign(view, c, *op);
 
   wstring const text(1, c);
-  if (selected || !options.leaving) return {INPUT_TEXT, text, {}};
-  LeavingS const leaving = leaveBySign(place, c);
+  LeavingS const leaving = selected ? LeavingS() : leaveBySign(place, c, options);
   return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
 }
 

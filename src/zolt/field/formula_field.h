@@ -191,6 +191,8 @@ class FormulaFieldC {
   bool runOperator(wstring const& name);
   bool typeExponent(InputDecisionS const& decision);
   bool bracketSelection();
+  bool ungroup(PlaceS after);
+  bool regroup();
   /// The replacement that `completeName` would make; without a beginning there is none.
   ReplacementS findCompletion() const;
   void replaceCompleted(InputDecisionS const& decision);
@@ -220,6 +222,7 @@ class FormulaFieldC {
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
+  bool ungrouped_ = false;  // the last input closed brackets, which vanished
   bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew

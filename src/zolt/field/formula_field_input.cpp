@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
@@ -55,8 +57,10 @@ bool isWordBeforeOperand(OperatorBC const& op) {
 bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS step = makeStep(SCRIPT_CHAR);
   step.code = c;
+  bool const ungrouped = std::exchange(ungrouped_, false);
   ActC const act(*this, step);
   if (!view_.isEditable()) return false;
+  if (ungrouped && bindsToGroup(c) && !regroup()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
   if (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT)) {
     // The name must be found before the caret leaves it.
@@ -166,6 +170,27 @@ bool FormulaFieldC::bracketSelection() {
   return group.end(view_.insertText(u"(") && view_.paste(content) && view_.insertText(u")"));
 }
 
+bool FormulaFieldC::ungroup(PlaceS after) {
+  SelectionS const row = wholeRow(*caret().node->getParent());
+  PlacePathS const target = pathOf(after);
+  bytestring content;
+  view_.copy({placeAfter(*row.anchor.node->goRight()), placeBefore(*row.caret.node->goLeft())}, content);
+  GroupC group(*this);
+  return group.end(select(row) && view_.paste(content) && placeCaret(placeAt(view_.crefRoot(), target)));
+}
+
+/// Puts the brackets that vanished around the last row of the item before the caret again, and the caret
+/// after them.
+bool FormulaFieldC::regroup() {
+  Node4C const* const item = caret().node->goLeft();
+  if (!item || !isConstruct(item->getType())) return true;
+  Node4C const* const row = item->child(item->numChildren() - 1);
+  SelectionPathS const content = pathOf(wholeRow(*row));
+  GroupC group(*this);
+  restoreSelection(content);
+  return group.end(bracketSelection());
+}
+
 void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   if (decision.kind == INPUT_MOVE) return;
   bool const typed = decision.kind == INPUT_TEXT;
@@ -180,6 +205,9 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
       replaceCall(found);
       return;
     }
+  }
+  if (options_.grouping && typed && decision.text == u")") {
+    if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
   }
   if (!options_.letters || !wordTyped_ || (typed && isWord(decision.text))) return;
   // What ended the name comes after it: in the same text or, as an item, before the caret's text.

@@ -14,6 +14,8 @@ struct OptionS {
 constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"letters", &InputOptionsS::letters},
                              {u"leaving", &InputOptionsS::leaving},
+                             {u"exponents", &InputOptionsS::exponents},
+                             {u"grouping", &InputOptionsS::grouping},
                              {u"decimal-comma", &InputOptionsS::decimalComma},
                              {u"implied-products", &InputOptionsS::impliedProducts}};
 

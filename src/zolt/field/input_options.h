@@ -19,6 +19,11 @@ struct InputOptionsS {
   /// A blank or relation typed at the end of an exponent or fraction leaves it; a closing bracket or comma
   /// typed at the end of a construct's row leaves the construct or the row.
   bool leaving = true;
+  /// "+" and "−" typed at the end of a complete exponent leave it, as in "x^2+1".
+  bool exponents = true;
+  /// Brackets that only hold an exponent or a denominator together vanish when they are closed, and the caret
+  /// leaves it, as in "x^(n+1)". They come back when what is typed next applies to the group.
+  bool grouping = true;
   /// The decimal sign is shown and typed as ",", and the sign between arguments as ";".
   bool decimalComma = false;
   /// "2x" and "(a+b)c" are read as products when the formula is asked for.

@@ -39,6 +39,7 @@ class FormulaFieldC::ActC {
       field_.recorded_->push_back(std::move(step));
       recordedAs_ = field_.recorded_->size();
     }
+    field_.ungrouped_ = false;
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
     if (keep != KEEP_GROWTH) field_.grown_.clear();
   }

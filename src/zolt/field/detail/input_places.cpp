@@ -1,6 +1,7 @@
 #include "zolt/field/detail/input_places.h"
 
 #include <algorithm>
+#include <string_view>
 
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
@@ -80,21 +81,30 @@ PlaceS goToValue(PlaceS place) {
   return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
 }
 
-/// After all exponents and fractions that end here; null when none does.
-PlaceS afterAllFinishedItems(PlaceS place) {
+enum LeaveE { LEAVE_EXPONENTS, LEAVE_EXPONENTS_AND_FRACTIONS };
+
+/// After all such items that end here; null when none does.
+PlaceS afterAllFinishedItems(PlaceS place, LeaveE leave) {
   PlaceS target;
-  while (PlaceS const behind = afterFinishedItem(target ? target : place)) target = behind;
+  for (PlaceS after = afterFinishedItem(place); after; after = afterFinishedItem(target)) {
+    if (leave == LEAVE_EXPONENTS && after.node->goLeft()->getType() != NODE4_POWER) break;
+    target = after;
+  }
   return target;
 }
 
 }  // namespace
 
-LeavingS leaveBySign(PlaceS place, char16_t sign) {
+LeavingS leaveBySign(PlaceS place, char16_t sign, InputOptionsS const& options) {
+  if (options.exponents && (sign == u'+' || math::common::isMinus(sign)) && endsOperandAt(place))
+    return {afterAllFinishedItems(place, LEAVE_EXPONENTS), false};
+  if (!options.leaving) return {};
   if (PlaceS const after = leaveByClosingSign(place, sign)) return {after, true};
   if (sign == u')' || sign == u',') return leaveByBracketSign(place, sign);
   PlaceS const value = sign == u'=' ? goToValue(place) : PlaceS();
   if (value) return {value, true};
-  if (math::common::isRelation(sign)) return {afterAllFinishedItems(place), false};
+  if (math::common::isRelation(sign))
+    return {afterAllFinishedItems(place, LEAVE_EXPONENTS_AND_FRACTIONS), false};
   PlaceS const after = sign == u' ' ? afterFinishedItem(place) : PlaceS();
   return {after, bool{after}};
 }
@@ -105,6 +115,17 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
   if (item->crefOperator()->crefWords().closingSign != sign) return {};
   if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
   return placeAfter(*item);
+}
+
+PlaceS afterGroup(PlaceS place) {
+  Node4C const& row = *place.node->getParent();
+  bool const isTyped = isWholeGroup(row) && row.numChildren() > 3 && row.child(1)->getType() == NODE4_OPEN;
+  return isTyped ? afterFinishedItem(place) : PlaceS();
+}
+
+bool bindsToGroup(char16_t typed) {
+  constexpr std::u16string_view signs = u"^!°";
+  return signs.find(typed) != signs.npos || math::common::loweredSign(typed) != u'\0';
 }
 
 bool isRaising(PlaceS place) {

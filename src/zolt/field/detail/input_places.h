@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zolt/field/input_options.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/place.h"
 
@@ -19,8 +20,15 @@ struct LeavingS {
 
 /// Where a sign leads: ")" and "," through the rows of a construct that is written with brackets, and out of
 /// it; "=" to the row that a construct shows it before; a relation or a blank out of finished exponents and
-/// fractions; and a sign that closes a construct out of it.
-LeavingS leaveBySign(PlaceS place, char16_t sign);
+/// fractions; "+" and "−" out of finished exponents; and a sign that closes a construct out of it.
+LeavingS leaveBySign(PlaceS place, char16_t sign, InputOptionsS const& options);
+
+/// After the exponent or fraction whose last row ends here and is one pair of brackets and its content; null
+/// elsewhere.
+PlaceS afterGroup(PlaceS place);
+
+/// Whether a character that is typed after a pair of brackets applies to the pair: "^", "!", "°", "²".
+bool bindsToGroup(char16_t typed);
 
 /// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here; null elsewhere.
 PlaceS leaveByClosingSign(PlaceS place, char16_t sign);

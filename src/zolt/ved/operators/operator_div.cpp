@@ -21,16 +21,7 @@ bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) 
   return fits;
 }
 
-/// Whether the row is exactly one bracketed group: then the fraction bar replaces its parentheses.
-bool isWholeGroup(Node4C const& row) {
-  Node4C const& start = *rowStart(row).node;
-  Node4C const& end = *rowEnd(row).node;
-  Node4C const* const first = start.goRight();
-  if (!first || !start.isEmptyText() || !end.isEmptyText() || !isOpeningBracket(first->getType()))
-    return false;
-  return findPartner(*first) == end.goLeft();
-}
-
+// The fraction bar takes the place of brackets that only hold an operand together.
 void stripBrackets(ViewInsertionC& insertion, Node4C& row) {
   if (!isWholeGroup(row)) return;
   row.deleteChild(row.numChildren() - 2);

@@ -71,6 +71,15 @@ Node4C const* findPartner(Node4C const& bracket) {
   return nullptr;
 }
 
+bool isWholeGroup(Node4C const& row) {
+  Node4C const& start = *rowStart(row).node;
+  Node4C const& end = *rowEnd(row).node;
+  Node4C const* const first = start.goRight();
+  if (!first || !start.isEmptyText() || !end.isEmptyText() || !isOpeningBracket(first->getType()))
+    return false;
+  return findPartner(*first) == end.goLeft();
+}
+
 Node4C const* findOpenBracket(PlaceS place) {
   Node4C const& row = *place.node->getParent();
   unsigned long closed = 0;

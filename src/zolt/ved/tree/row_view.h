@@ -25,6 +25,8 @@ Node4C const* nextText(Node4C const& text);
 
 /// The other bracket of the pair; null when the row has none.
 Node4C const* findPartner(Node4C const& bracket);
+/// Whether the row is one pair of brackets and what is in it.
+bool isWholeGroup(Node4C const& row);
 /// The innermost typed "(" before the place in its row that is still open there; null when there is none.
 Node4C const* findOpenBracket(PlaceS place);
 /// Whether the row has a supplied "(" at its start, or a supplied ")" at its end.
