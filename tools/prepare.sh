@@ -14,7 +14,7 @@ packages_for() {
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config' ;;
     tool) echo "$tool" ;;
     desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
-    test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev" ;;
+    test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
     clang) echo 'clang++=clang' ;;
     arm32) echo 'arm-linux-gnueabihf-g++=g++-arm-linux-gnueabihf qemu-arm=qemu-user googletest' ;;
     wasm-test) echo 'em++=emscripten node=nodejs googletest' ;;

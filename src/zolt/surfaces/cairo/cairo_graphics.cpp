@@ -61,6 +61,8 @@ bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
       cairo_pdf_surface_create_for_stream(appendBytes, &bytes, job.width * scale, job.height * scale));
   if (failed(cairo_surface_status(surface.get()), error)) return false;
   cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATOR, "zolt ved");
+  // Without it the file would hold the time of its creation, and the same formula other bytes each time.
+  cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_CREATE_DATE, "");
   if (!job.options.expression.empty()) {
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_SUBJECT,
                                    toCleanUtf8(job.options.expression).c_str());

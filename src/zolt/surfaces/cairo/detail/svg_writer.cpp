@@ -91,10 +91,10 @@ std::string pathData(PathC const& path) {
   return out;
 }
 
-/// The beginning of an element for a box.
-std::string rectangle(double left, double top, double width, double height) {
+// Left to the viewer's smoothing: where edges are to be crisp, a bar that is thinner than a pixel may vanish.
+std::string rectangle(double left, double top, double width, double height, ColourS const& colour) {
   return "<rect x=\"" + number(left) + "\" y=\"" + number(top) + "\" width=\"" + number(width) +
-         "\" height=\"" + number(height) + '"';
+         "\" height=\"" + number(height) + '"' + paint("fill", colour) + "/>\n";
 }
 
 PathC copyOutline(cairo_path_t const& path) {
@@ -132,8 +132,7 @@ class WriterC {
     if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
     if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
     if (options_.background.opacity > 0) {
-      out += rectangle(job_.left, job_.top, job_.width, job_.height) + paint("fill", options_.background) +
-             "/>\n";
+      out += rectangle(job_.left, job_.top, job_.width, job_.height, options_.background);
     }
     return out + body_ + "</svg>\n";
   }
@@ -167,8 +166,7 @@ class WriterC {
     double const half = rule.thickness / 2;
     double const left = std::min(rule.x1, rule.x2) - half, top = std::min(rule.y1, rule.y2) - half;
     body_ += rectangle(left, top, std::fabs(rule.x2 - rule.x1) + rule.thickness,
-                       std::fabs(rule.y2 - rule.y1) + rule.thickness) +
-             " shape-rendering=\"crispEdges\"" + paint("fill", colour) + "/>\n";
+                       std::fabs(rule.y2 - rule.y1) + rule.thickness, colour);
   }
 
   /// Writes one element for every run of letters that are spaced as in the font: not all viewers heed a list
