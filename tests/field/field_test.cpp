@@ -71,9 +71,6 @@ TEST(FieldClipboard, OffersSeveralForms) {
   EXPECT_EQ(toUtf8(content.prefix), "+(/(a,b),_PI)");
   EXPECT_EQ(toUtf8(content.plainText), "a/b+pi");
 
-  StageC other;
-  EXPECT_EQ(other.refField().paste({content.bytes, {}, {}}), PASTE_DONE);
-  EXPECT_EQ(other.tree(), stage.tree());
   EXPECT_TRUE(StageC("[\"a‸b\"]").refField().copy().isEmpty());
 }
 
@@ -150,12 +147,20 @@ TEST(FieldErrors, TellWhere) {
   EXPECT_EQ(error.range.caret.pos, 6u);
 }
 
-TEST(FieldExpressions, AreWhatALockedFieldShows) {
-  StageC stage;
-  stage.refField().setExpression(AlgebraicExpressionC::fromPrefixString(u"+(a,1.50)"));
-  stage.play("command end\ntype \"1\"\nlock\ncommand select-all");
-  EXPECT_EQ(describe(stage.refField().getExpression()), "+(a,1.501)");
-  EXPECT_EQ(toUtf8(stage.refField().copy().prefix), "+(a,1.501)");
+// Whatever is handed out is what is shown, implied products included, locked or not.
+TEST(FieldExpressions, AreWhatIsShown) {
+  for (std::string const lock : {"", "lock\n"}) {
+    StageC stage;
+    stage.refField().setExpression(AlgebraicExpressionC::fromPrefixString(u"+(a,1.50)"));
+    EXPECT_TRUE(stage.play("command end type \"1x\"\n" + lock + "command select-all"));
+    EXPECT_EQ(describe(stage.refField().getExpression()), "+(a,*(1.501,x))");
+    ClipboardContentS const content = stage.refField().copy();
+    EXPECT_EQ(toUtf8(content.prefix), "+(a,*(1.501,x))");
+    EXPECT_EQ(toUtf8(content.plainText), "a+1.501*x");
+    StageC other;
+    EXPECT_EQ(other.refField().paste({content.bytes, {}, {}}), PASTE_DONE);
+    EXPECT_EQ(other.tree(), stage.tree());
+  }
 }
 
 TEST(FieldExpressions, AreSetFromPlainText) {
@@ -198,8 +203,38 @@ TEST(FieldConstraints, AnswerForWhatTheyReject) {
   EXPECT_FALSE(stage.refField().typeCharacter(u'y'));
   EXPECT_FALSE(stage.refField().insertText(u"y"));
   EXPECT_FALSE(stage.refField().refView().insertText(u"y"));
+  EXPECT_FALSE(stage.refField().setPlainText(u"xy+1"));
   EXPECT_TRUE(stage.refField().typeCharacter(u'z'));
   EXPECT_EQ(stage.notation(), "[\"xz‸\"]");
+  EXPECT_TRUE(stage.refField().setPlainText(u"x"));
+  EXPECT_FALSE(stage.play("command end char y"));
+}
+
+// Products without a sign are products, and a name that was just typed is its letter.
+TEST(FieldConstraints, JudgeWhatIsHandedOut) {
+  for (std::string const typed : {"2y", "2sin(x)", "(x+1)y", "3!x", "alpha", "1+alpha"}) {
+    StageC stage;
+    stage.show("", new RuleC([](std::string const& prefix) {
+                 return prefix.find('*') == std::string::npos && prefix.find("α") == std::string::npos;
+               }));
+    stage.play("type \"" + typed + "\"");
+    std::string const handed = describe(stage.refField().diagnose().expression);
+    EXPECT_EQ(handed.find('*'), std::string::npos) << handed;
+    EXPECT_EQ(handed.find("α"), std::string::npos) << handed;
+    EXPECT_EQ(describe(stage.refField().getExpression()), handed);
+    EXPECT_EQ(stage.findFault(), "");
+  }
+}
+
+// A program may always empty the field.
+TEST(FieldConstraints, LetTheProgramClear) {
+  for (std::string const lock : {"", "lock"}) {
+    StageC stage;
+    stage.show("x", rejectAnythingWith(""));
+    stage.play(lock);
+    stage.refField().clear();
+    EXPECT_EQ(stage.tree(), "[\"\"]") << lock;
+  }
 }
 
 TEST(FieldPainting, ShowsASelectionInBands) {

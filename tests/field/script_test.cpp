@@ -94,7 +94,7 @@ std::vector<ActF> everyAct() {
     for (unsigned long const precision : {0UL, 3UL, std::numeric_limits<unsigned long>::max()}) {
       auto const format = static_cast<NumberDisplayFormatE>(precision % 4);
       acts.push_back([=](FormulaFieldC& field) {
-        field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix), nullptr, precision, format);
+        field.setExpression(AlgebraicExpressionC::fromPrefixString(prefix), precision, format);
       });
     }
   }

@@ -125,6 +125,8 @@ class DesktopTest final : public QObject {
           {"zolt-sheet 1\nformula +(a\nend 1\n", 2},
           {"zolt-sheet 1\nformula\ntree [\"\", nosuch<[\"a\"]>, \"\"]\nend 1\n", 3},
           {"zolt-sheet 1\ntext a\ntree [\"a\"]\nend 1\n", 3},
+          {"zolt-sheet 1\ntree [\"a\"]\nend 0\n", 2},
+          {"zolt-sheet 1\nformula a\ntree [\"a\"]\ntree [\"a\"]\nend 1\n", 4},
           {"zolt-sheet 1\nend 0\nformula a\n", 3},
           {"zolt-sheet 1\ntext \xff\xfe\nend 1\n", 0},
           {"zolt-sheet 1\ntext " + QByteArray(int(sheet::max_sheet_text) + 1, 'x') + "\nend 1\n", 2},
@@ -134,6 +136,10 @@ class DesktopTest final : public QObject {
       QString error;
       QVERIFY2(!readSheet(bytes, error) && !error.isEmpty(), bytes.left(100));
       QVERIFY2(error.startsWith(QStringLiteral("Line %1:").arg(line)) == (line > 0), bytes.left(100));
+    }
+    for (unsigned long const size : {sheet::max_sheet_text, sheet::max_sheet_text + 1}) {
+      sheet::SheetT const sheet{{sheet::SHEET_TEXT, oss::wstring(size, u'x'), {}, {}}};
+      QCOMPARE(sheet::isWithinLimits(sheet), size == sheet::max_sheet_text);
     }
     QString stopped;
     qsizetype reached = 0;

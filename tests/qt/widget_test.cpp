@@ -227,6 +227,12 @@ class WidgetTest final : public QObject {
         QVERIFY(*keys == '\0' || edit.isCommandEnabled(field::COMMAND_UNDO));
         press(&edit, QStringLiteral("7"));
         QVERIFY2(!edit.tree().contains(u'7'), qPrintable(edit.tree()));
+        QVERIFY(!edit.setExpression(QStringLiteral("7x")) && !edit.setPrefix(QStringLiteral("7")));
+        QVERIFY(edit.setExpression(QStringLiteral("x")) && !edit.setPrefix(QStringLiteral("7")));
+        edit.setReadOnly(readOnly);
+        edit.clear();
+        QVERIFY(edit.isEmpty());
+        edit.setReadOnly(false);
         edit.setConstraints(nullptr);
         press(&edit, QStringLiteral("7"));
         QVERIFY(edit.tree().contains(u'7'));

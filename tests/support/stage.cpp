@@ -30,7 +30,9 @@ void StageC::turnOptionsOff() {
 }
 
 void StageC::show(std::string const& prefix, oss::PointerTC<math::algexpr::ConstraintsBC> constraints) {
-  field_.setExpression(AlgebraicExpressionC::fromPrefixString(fromUtf8(prefix)), std::move(constraints));
+  field_.setConstraints(nullptr);
+  field_.setExpression(AlgebraicExpressionC::fromPrefixString(fromUtf8(prefix)));
+  field_.setConstraints(std::move(constraints));
 }
 
 bool StageC::play(std::string const& script) { return play(toScript(script)); }

@@ -272,8 +272,9 @@ void MainWindow::runInFormula(field::CommandE command) {
 
 void MainWindow::copyAs(QString const& form) {
   FormulaEdit const* const formula = view_->currentFormula();
-  std::unique_ptr<QMimeData> const copied(formula ? formula->createMimeData(formula->hasSelection())
-                                                  : nullptr);
+  if (!formula) return;
+  std::unique_ptr<QMimeData> const copied(formula->hasSelection() ? formula->createMimeDataFromSelection()
+                                                                  : formula->createMimeData());
   if (!copied) return;
   QClipboard& clipboard = *QGuiApplication::clipboard();
   if (form == QLatin1String("picture")) {

@@ -4,6 +4,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
+#include "zolt/field/detail/implied_products.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -120,7 +121,9 @@ MemoryClipboardC::~MemoryClipboardC() = default;
 ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, InputOptionsS const& options) {
   ClipboardContentS content;
   if (!range.anchor || range.anchor == range.caret) return content;
-  if (auto const expression = view.copy(range, content.bytes)) {
+  auto const row = view.copyRow(range);
+  content.bytes = writeBytes(*row);
+  if (auto const expression = diagnoseTyped(*row, view.crefOperatorList(), options).expression) {
     content.prefix = expression->toPrefixString();
     content.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   } else {

@@ -20,6 +20,12 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
+/// Takes a flag back at the end of a block, however it ends.
+struct FlagResetS {
+  bool& flag;
+  ~FlagResetS() { flag = false; }
+};
+
 ScriptStepS stepOfPaste(ClipboardContentS const& content) {
   if (!content.bytes.empty()) return makeStep(SCRIPT_PASTE_BYTES, oss::toHexadecimal(content.bytes));
   if (!content.prefix.empty()) return makeStep(SCRIPT_PASTE_PREFIX, content.prefix);
@@ -30,7 +36,7 @@ ScriptStepS stepOfPaste(ClipboardContentS const& content) {
 
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
-      view_(surface_),
+      view_(surface_, *this),
       clipboard_(new MemoryClipboardC),
       seen_(view_.crefRoot().makeRecord()) {}
 
@@ -67,43 +73,58 @@ void FormulaFieldC::recordOptions(InputOptionsS const& from, InputOptionsS const
 
 // ---- Expression ----------------------------------------------------------------------------------------
 
-void FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression,
-                                  PointerTC<math::algexpr::ConstraintsBC> constraints,
-                                  unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
+bool FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression, unsigned long precision,
+                                  math::algexpr::NumberDisplayFormatE format) {
+  if (auto const constraints = getConstraints(); expression && constraints) {
+    // The number of digits shown may change it.
+    std::unique_ptr<Node4C> const shown(Node4C::fromAlgebraicExpression(expression, precision, format));
+    auto const judged = shown->getAlgebraicExpression(nullptr);
+    if (judged && !constraints->check(judged)) return false;
+  }
   bool const written = recorded_ && expression;
   ScriptStepS step = makeStep(SCRIPT_SHOW, written ? expression->toPrefixString() : wstring());
   step.code = std::min(precision, math::common::Float64UtilC::max_display_precision);
   step.format = format;
   ActC const act(*this, std::move(step));
   wordTyped_ = false;
-  view_.setAlgebraicExpression(std::move(expression), std::move(constraints), precision, format);
+  view_.setAlgebraicExpression(std::move(expression), getConstraints(), precision, format);
+  return true;
+}
+
+void FormulaFieldC::clear() {
+  auto const [start, end] = view_.getWhole();
+  if (start != end && !run(COMMAND_CLEAR)) setExpression(nullptr);
 }
 
 bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS* error) {
   auto expression = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession(), error);
-  if (!expression) return false;
-  setExpression(std::move(expression));
-  return true;
+  return expression && setExpression(std::move(expression));
+}
+
+PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() const {
+  return diagnoseTyped(crefRoot(), crefOperatorList(), field_.options_).expression;
 }
 
 bool FormulaFieldC::QuestionS::operator==(QuestionS const& other) const {
-  return formula.get() == other.formula.get() && session == other.session && completed == other.completed &&
+  return formula.get() == other.formula.get() && session == other.session &&
+         constraints == other.constraints && completed == other.completed &&
          impliedProducts == other.impliedProducts;
 }
 
 FormulaDiagnosisS FormulaFieldC::diagnose() const {
   Node4C const& root = view_.crefRoot();
-  ReplacementS const completion = findCompletion();
-  QuestionS question{root.makeRecord(), math::algexpr::CASSessionBC::getSession(),
+  ReplacementS const completion = judging_ ? ReplacementS() : findCompletion();
+  QuestionS question{root.makeRecord(), math::algexpr::CASSessionBC::getSession(), getConstraints(),
                      pathOf(SelectionS{completion.begin, completion.end}), options_.impliedProducts};
   if (!(question == diagnosed_.question)) {
-    DiagnosisS found;
-    if (!completion.begin) found = math::ved::diagnose(root);
-    bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
-    if (!found.expression && (completion.begin || (options_.impliedProducts && lacksSigns))) {
-      ImpliedProductsC copy(root, view_.crefOperatorList(), completion);
-      if (completion.begin) found = copy.diagnose();
-      if (!found.expression && options_.impliedProducts && copy.addSigns()) found = copy.diagnose();
+    DiagnosisS found = diagnoseTyped(root, view_.crefOperatorList(), options_, completion);
+    if (completion.begin && found.expression && getConstraints()) {
+      // A name stays as it was typed when the constraints reject its letter.
+      judging_ = true;
+      FlagResetS const reset{judging_};
+      if (!getConstraints()->check(found.expression)) {
+        found = diagnoseTyped(root, view_.crefOperatorList(), options_);
+      }
     }
     diagnosed_ = {std::move(question), std::move(found.expression), found.cause, pathOf(found.range)};
   }

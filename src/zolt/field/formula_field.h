@@ -70,17 +70,21 @@ class FormulaFieldC {
   void setEditable(bool editable);
 
   // ---- Expression (formula_field.cpp) -------------------------------------------------------------------
-  /// Works as `ViewZNT4C::setAlgebraicExpression`: all of it is selected, and the history is new.
-  void setExpression(PointerTC<math::algexpr::AlgebraicExpressionC> expression,
-                     PointerTC<math::algexpr::ConstraintsBC> constraints = nullptr,
-                     unsigned long precision = 0,
+  /// Shows it as `ViewZNT4C::setAlgebraicExpression` does, all of it selected, with a new history. The
+  /// constraints stay. False, with nothing changed, when they reject it; they accept null.
+  bool setExpression(PointerTC<math::algexpr::AlgebraicExpressionC> expression, unsigned long precision = 0,
                      math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC);
-  /// Works as `ViewZNT4C::setConstraints`: applies to every later edit; the formula stays.
+  /// From now on, whatever the formula is handed out as after an edit must satisfy them (null: none), implied
+  /// products included. The formula stays. They hold until they are set again.
   void setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints) {
     view_.setConstraints(std::move(constraints));
   }
+  PointerTC<math::algexpr::ConstraintsBC> const& getConstraints() const { return view_.getConstraints(); }
+  /// Empties the formula for the program: also when it is locked, and whatever the constraints are. One step
+  /// to undo where a person could do it, else with a new history.
+  void clear();
   /// Shows plain text as a formula. False, with nothing changed, when the text is not a formula; then `error`
-  /// (may be null) says why.
+  /// (may be null) says why; or when the constraints reject it, with `error` as it was.
   [[nodiscard]] bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
   /// The expression that is shown, locked or not, implied products included, with nothing changed: a name
   /// that was just typed counts as the letter that it will be. Costs one conversion of the formula, and next
@@ -157,10 +161,23 @@ class FormulaFieldC {
   class ActC;
   class GroupC;
 
+  /// Its constraints judge what the field hands out.
+  class ViewC final : public math::ved::ViewZNT4C {
+   public:
+    ViewC(PointerTC<math::ved::GraphicsABC> graphics, FormulaFieldC const& field)
+        : ViewZNT4C(std::move(graphics)), field_(field) {}
+
+   private:
+    PointerTC<math::algexpr::AlgebraicExpressionC> getJudgedExpression() const override;
+
+    FormulaFieldC const& field_;
+  };
+
   /// Everything that a diagnosis depends on.
   struct QuestionS {
     math::ved::NodeRecordPointerC formula;
     PointerTC<math::algexpr::CASSessionBC> session;
+    PointerTC<math::algexpr::ConstraintsBC> constraints;
     math::ved::SelectionPathS completed;  ///< the name that was just typed
     bool impliedProducts = false;
 
@@ -211,12 +228,13 @@ class FormulaFieldC {
   bool sendKey(unsigned long code);
 
   PointerTC<detail::DecimalCommaGraphicsC> surface_;
-  math::ved::ViewZNT4C view_;
+  ViewC view_;
   InputOptionsS options_;
   PointerTC<ClipboardABC> clipboard_;
   ClipboardContentS copied_;            // what the commands copied since the recording began
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   mutable DiagnosedS diagnosed_;
+  mutable bool judging_ = false;  // a diagnosis is asking the constraints
   EventScriptT* recorded_ = nullptr;
   unsigned acts_ = 0;  // the number of nested calls in progress
   unsigned groups_ = 0;

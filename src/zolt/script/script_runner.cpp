@@ -98,8 +98,7 @@ StepReportS ScriptRunnerC::runAndReport(ScriptStepS const& step) {
 bool ScriptRunnerC::show(ScriptStepS const& step) {
   auto expression = AlgebraicExpressionC::fromPrefixString(step.text);
   if (!expression && !step.text.empty()) return false;
-  field_.setExpression(std::move(expression), nullptr, step.code, step.format);
-  return true;
+  return field_.setExpression(std::move(expression), step.code, step.format);
 }
 
 bool ScriptRunnerC::set(wstring const& option, bool on) {

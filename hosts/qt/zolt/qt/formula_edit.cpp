@@ -147,10 +147,7 @@ QString FormulaEdit::expression() const {
 }
 
 bool FormulaEdit::setExpression(QString const& expression) {
-  if (expression.trimmed().isEmpty()) {
-    setAlgebraicExpression(nullptr);
-    return true;
-  }
+  if (expression.trimmed().isEmpty()) return setAlgebraicExpression(nullptr);
   exchange::PlainTextErrorS error;
   auto read =
       exchange::fromPlainText(toWstring(expression), math::algexpr::CASSessionBC::getSession(), &error);
@@ -158,8 +155,7 @@ bool FormulaEdit::setExpression(QString const& expression) {
     emit errorOccurred(no_cause, toQString(exchange::describe(error.cause)));
     return false;
   }
-  setAlgebraicExpression(read);
-  return true;
+  return setAlgebraicExpression(read);
 }
 
 QString FormulaEdit::prefix() const {
@@ -168,17 +164,13 @@ QString FormulaEdit::prefix() const {
 }
 
 bool FormulaEdit::setPrefix(QString const& prefix) {
-  if (prefix.trimmed().isEmpty()) {
-    setAlgebraicExpression(nullptr);
-    return true;
-  }
+  if (prefix.trimmed().isEmpty()) return setAlgebraicExpression(nullptr);
   auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix));
   if (!read) {
     emit errorOccurred(no_cause, tr("This is no expression in prefix notation"));
     return false;
   }
-  setAlgebraicExpression(read);
-  return true;
+  return setAlgebraicExpression(read);
 }
 
 QString FormulaEdit::tree() const {
@@ -197,10 +189,13 @@ FormulaEdit::Expression FormulaEdit::algebraicExpression() const {
   return state_->field->diagnose().expression;
 }
 
-void FormulaEdit::setAlgebraicExpression(Expression const& expression) {
-  state_->change([&] {
-    state_->field->setExpression(expression, state_->constraints, state_->precision, state_->format);
-  });
+bool FormulaEdit::setAlgebraicExpression(Expression const& expression) {
+  QPointer<FormulaEdit> const alive(this);
+  bool const accepted =
+      state_->act([&] { return state_->field->setExpression(expression, state_->precision, state_->format); },
+                  StateS::Actor::Program);
+  if (alive && !accepted) emit errorOccurred(no_cause, tr("This formula is not allowed here"));
+  return accepted;
 }
 
 void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
@@ -254,10 +249,9 @@ void FormulaEdit::setZoom(qreal zoom) {
   emit zoomChanged(clamped);
 }
 
-FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->constraints; }
+FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->field->getConstraints(); }
 
 void FormulaEdit::setConstraints(Constraints const& constraints) {
-  state_->constraints = constraints;
   state_->field->setConstraints(constraints);
 }
 
@@ -334,11 +328,18 @@ void FormulaEdit::setCaretNear(QPoint pos) {
   });
 }
 
-QMimeData* FormulaEdit::createMimeData(bool selectionOnly) const {
-  field::FormulaFieldC const& field = *state_->field;
-  field::ClipboardContentS content = selectionOnly ? field.copy() : field.copy(field.crefView().getWhole());
+QMimeData* FormulaEdit::createMimeData() const {
+  return state_->createMimeData(state_->field->crefView().getWhole());
+}
+
+QMimeData* FormulaEdit::createMimeDataFromSelection() const {
+  return state_->createMimeData(state_->field->crefView().getSelection());
+}
+
+QMimeData* FormulaEdit::StateS::createMimeData(math::ved::SelectionS const& range) const {
+  field::ClipboardContentS content = field->copy(range);
   if (content.isEmpty()) return nullptr;
-  return new FormulaMimeData(std::move(content), state_->fonts, decimalComma());
+  return new FormulaMimeData(std::move(content), fonts, edit.decimalComma());
 }
 
 void FormulaEdit::record(field::EventScriptT* script) {
@@ -357,7 +358,9 @@ void FormulaEdit::cut() { runCommand(field::COMMAND_CUT); }
 void FormulaEdit::copy() { runCommand(field::COMMAND_COPY); }
 void FormulaEdit::paste() { runCommand(field::COMMAND_PASTE); }
 void FormulaEdit::selectAll() { runCommand(field::COMMAND_SELECT_ALL); }
-void FormulaEdit::clear() { runCommand(field::COMMAND_CLEAR); }
+void FormulaEdit::clear() {
+  state_->change([&] { state_->field->clear(); });
+}
 
 QMenu* FormulaEdit::createStandardContextMenu() {
   auto* const menu = new QMenu(this);

@@ -69,8 +69,9 @@ class FormulaEdit : public QWidget {
   ~FormulaEdit() override;
 
   QString expression() const;
-  /// Shows the formula with all of it selected and a new history. Returns false, with nothing changed and
-  /// `errorOccurred` emitted, when the text is not a formula.
+  /// Shows the formula with all of it selected and a new history. Like the other setters of the formula it
+  /// returns false, with nothing changed and `errorOccurred` emitted, when the text is not a formula or the
+  /// constraints reject it.
   bool setExpression(QString const& expression);
   QString prefix() const;
   bool setPrefix(QString const& prefix);
@@ -79,7 +80,7 @@ class FormulaEdit : public QWidget {
   /// Null when the formula is incomplete. The call does not move the caret or the selection.
   Expression algebraicExpression() const;
   /// A null expression shows an empty formula.
-  void setAlgebraicExpression(Expression const& expression);
+  bool setAlgebraicExpression(Expression const& expression);
   /// Numbers of expressions set from now on show `precision` significant digits (0: as written) in `format`.
   void setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format);
   bool isComplete() const;
@@ -119,8 +120,9 @@ class FormulaEdit : public QWidget {
   /// Puts the caret at the place nearest to `pos` (widget coordinates).
   void setCaretNear(QPoint pos);
 
-  /// The formula (or the selection) in the form for a clipboard; the caller owns it. Null when there is none.
-  QMimeData* createMimeData(bool selectionOnly) const;
+  /// The formula, or the selection, in the form for a clipboard; the caller owns it. Null when it is empty.
+  QMimeData* createMimeData() const;
+  QMimeData* createMimeDataFromSelection() const;
   /// The caller owns the menu.
   QMenu* createStandardContextMenu();
 

@@ -39,6 +39,8 @@ struct FormulaEdit::StateS {
   /// The steps that `edited` has to report after an act that began with the history at `position`.
   std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
 
+  QMimeData* createMimeData(math::ved::SelectionS const& range) const;
+
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
   /// The part of the widget that shows the formula.
   QRect viewport() const;
@@ -87,7 +89,6 @@ struct FormulaEdit::StateS {
   Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
   QString placeholder;
   bool undoRedo = true;
-  Constraints constraints;
   unsigned long precision = 0;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
 

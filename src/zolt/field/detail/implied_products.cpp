@@ -1,7 +1,9 @@
 #include "zolt/field/detail/implied_products.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
+#include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/common/decimal_text.h"
@@ -9,6 +11,7 @@
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/tree/tree_walk.h"
 
@@ -16,6 +19,45 @@ namespace zolt::field::detail {
 
 using namespace math::ved;
 namespace common = math::common;
+
+namespace {
+
+/// A copy of a formula with what people leave out.
+class ImpliedProductsC {
+ public:
+  ImpliedProductsC(Node4C const& root, OperatorListC const& operators, ReplacementS const& completion);
+
+  /// Adds the signs. False when there were none to add.
+  bool addSigns();
+  /// The diagnosis of the copy; a faulty part is given by its places in the formula itself.
+  DiagnosisS diagnose() const;
+
+ private:
+  enum EndE {
+    END_NOTHING,  ///< no operand ends here
+    END_NUMBER,
+    END_NAME,
+    END_FUNCTION,  ///< a name that needs arguments
+    END_OTHER
+  };
+
+  void addToRow(Node4C& row);
+  void addToText(Node4C& text, EndE& end);
+  /// Adds the sign at the end of the text before `item`.
+  void addBefore(Node4C const& item);
+
+  void complete();
+  /// The place in the formula that corresponds to one in the copy.
+  PlaceS toOriginal(PlaceS place) const;
+
+  Node4C const& original_;
+  OperatorListC const& operators_;
+  ReplacementS const completion_;
+  std::unique_ptr<Node4C> root_;
+  Node4C* completed_ = nullptr;    // the text of the copy that holds the completed name
+  unsigned int completedEnd_ = 0;  // where that name ended before signs were added
+  std::vector<PlaceS> added_;      // the signs, by their places in the copy
+};
 
 ImpliedProductsC::ImpliedProductsC(Node4C const& root, OperatorListC const& operators,
                                    ReplacementS const& completion)
@@ -132,6 +174,20 @@ void ImpliedProductsC::addToText(Node4C& node, EndE& end) {
   if (joined.empty()) return;
   joined.append(text, taken, wstring::npos);
   node.refText() = std::move(joined);
+}
+
+}  // namespace
+
+DiagnosisS diagnoseTyped(Node4C const& formula, OperatorListC const& operators, InputOptionsS const& options,
+                         ReplacementS const& completion) {
+  DiagnosisS found;
+  if (!completion.begin) found = math::ved::diagnose(formula);
+  bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
+  if (found.expression || !(completion.begin || (options.impliedProducts && lacksSigns))) return found;
+  ImpliedProductsC copy(formula, operators, completion);
+  if (completion.begin) found = copy.diagnose();
+  if (!found.expression && options.impliedProducts && copy.addSigns()) found = copy.diagnose();
+  return found;
 }
 
 }  // namespace zolt::field::detail

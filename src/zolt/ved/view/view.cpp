@@ -253,11 +253,14 @@ bool ViewZNT4C::settleEdit() {
   return !rejected;
 }
 
-// An incomplete expression is never rejected.
 bool ViewZNT4C::isRejected() const {
   if (!constraints_ || !history_->isStepOpen() || !history_->hasChanged(*root_)) return false;
-  auto const expression = root_->getAlgebraicExpression(nullptr);
+  auto const expression = getJudgedExpression();
   return expression && !constraints_->check(expression);
+}
+
+PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getJudgedExpression() const {
+  return root_->getAlgebraicExpression(nullptr);
 }
 
 }  // namespace zolt::math::ved

@@ -60,6 +60,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// Other constraints for every later edit; the formula, its history and the caret stay. False from inside
   /// an event.
   bool setConstraints(PointerTC<algexpr::ConstraintsBC> constraints);
+  PointerTC<algexpr::ConstraintsBC> const& getConstraints() const { return constraints_; }
   /// The formula as it stands. Null when it is incomplete or wrong; then an editable view selects the faulty
   /// part and stores why in `cause` (may be null). A view that is not editable returns the expression it was
   /// given.
@@ -97,6 +98,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
   /// The same of what is shown in `range`, whatever is selected.
   PointerTC<algexpr::AlgebraicExpressionC> copy(SelectionS const& range, oss::bytestring& bytes) const;
+  /// What is shown in `range`, as a row of its own; null when the range has no anchor.
+  std::unique_ptr<Node4C> copyRow(SelectionS const& range) const;
   /// `copy`, then the backspace key: call only with a selection.
   PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
   /// Replaces the selection by what `copy` wrote. False, with nothing done, for bytes that do not read or
@@ -157,6 +160,11 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   GraphicsABC const& crefGraphics() const { return *graphics_; }
   OperatorListC const& crefOperatorList() const { return *operatorList_; }
 
+ protected:
+  /// What the constraints judge after an edit; null, for a formula that is no expression, is never rejected.
+  /// Who hands out more than the tree says overrides it.
+  virtual PointerTC<algexpr::AlgebraicExpressionC> getJudgedExpression() const;
+
  private:
   class EventC;
   friend class ViewInsertionC;
@@ -213,9 +221,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doRunOperator(PointerTC<OperatorBC> op);
 
   // view_clipboard.cpp
-  Node4C* copySelection() const { return copyRange(getSelection()); }
-  Node4C* copyRange(SelectionS const& range) const;
-  Node4C* cutSelection();
+  std::unique_ptr<Node4C> cutSelection();
   bool isAllSelected() const;
   /// Null: nothing to paste.
   bool pasteRow(std::unique_ptr<Node4C> row);

@@ -24,7 +24,7 @@ std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
 
 }  // namespace
 
-Node4C* ViewZNT4C::copyRange(SelectionS const& range) const {
+std::unique_ptr<Node4C> ViewZNT4C::copyRow(SelectionS const& range) const {
   if (!range.anchor) return nullptr;
   auto const [start, end] = inOneRow(range);
   Node4C const& row = *start.node->getParent();
@@ -36,13 +36,13 @@ Node4C* ViewZNT4C::copyRange(SelectionS const& range) const {
   copy->child(count - 1)->refText().erase(end.pos);
   copy->child(0)->refText().erase(0, start.pos);
   copy->checkTree();
-  return copy.release();
+  return copy;
 }
 
-Node4C* ViewZNT4C::cutSelection() {
-  std::unique_ptr<Node4C> copy(copySelection());
+std::unique_ptr<Node4C> ViewZNT4C::cutSelection() {
+  auto copy = copyRow(getSelection());
   if (copy) deleteSelection();
-  return copy.release();
+  return copy;
 }
 
 bool ViewZNT4C::isAllSelected() const {
@@ -57,7 +57,7 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) cons
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(SelectionS const& range, bytestring& bytes) const {
-  std::unique_ptr<Node4C> const row(copyRange(range));
+  auto const row = copyRow(range);
   if (!row) return nullptr;
   bytestring written = writeBytes(*row);
   auto expression = row->getAlgebraicExpression(nullptr);

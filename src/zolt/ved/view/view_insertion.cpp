@@ -20,13 +20,9 @@ void ViewInsertionC::placeCaret(PlaceS place) { view_.selection_.caret = place; 
 
 void ViewInsertionC::placeAnchor(PlaceS place) { view_.selection_.anchor = place; }
 
-std::unique_ptr<Node4C> ViewInsertionC::copySelection() const {
-  return std::unique_ptr<Node4C>(view_.copySelection());
-}
+std::unique_ptr<Node4C> ViewInsertionC::copySelection() const { return view_.copyRow(view_.getSelection()); }
 
-std::unique_ptr<Node4C> ViewInsertionC::cutSelection() {
-  return std::unique_ptr<Node4C>(view_.cutSelection());
-}
+std::unique_ptr<Node4C> ViewInsertionC::cutSelection() { return view_.cutSelection(); }
 
 bool ViewInsertionC::deleteSelection() { return view_.deleteSelection(); }
 
