@@ -42,8 +42,18 @@ def check_file_lists():
         yield f"docs/architecture.md: {name} " + ("does not exist" if name in named else "has no line")
 
 
+def check_promises():
+    """The tests that docs/reliability.md names exist."""
+    tests = "".join(sources.read(path) for path in sources.files("tests", "fuzzing", suffixes=(".cpp", ".py", ".txt")))
+    tables = sources.read(pathlib.Path("docs/reliability.md")).partition("\n## What shows it\n")[2]
+    for cell in re.findall(r"^\|.*\|([^|]+)\|$", tables, re.MULTILINE):
+        for suite, test, function in re.findall(r"`(?:([A-Z][a-z]\w+)\.(\w*)\*?|(test_\w+|[a-z]+[A-Z]\w+))`", cell):
+            if not re.search(rf"\({suite}, {test}" if suite else rf"\b{function}\(", tests):
+                yield f"docs/reliability.md: there is no test {suite}.{test}{function}"
+
+
 def main():
-    complaints = list(check_file_lists())
+    complaints = [*check_file_lists(), *check_promises()]
     for path in documents():
         complaints += check_document(path, sources.read(path))
     return sources.report(complaints)
