@@ -98,6 +98,8 @@ unsigned int findBoundary(Node4C const& text, long x, GraphicsABC const& graphic
   return low;
 }
 
+PointS offsetOf(Node4C const& node) { return {node.getDX(), node.getDY()}; }
+
 class VerticalSearchC {
  public:
   VerticalSearchC(PlaceS from, RectangleS caret, bool up, long column)
@@ -105,15 +107,16 @@ class VerticalSearchC {
     axis_ = caret.top + from.node->getMidHeight();
   }
 
-  /// Compares the texts of a subtree with the best place so far.
-  void search(Node4C const& top) {
-    walkTree(top, [this](Node4C const& node) {
-      if (node.getType() == NODE4_TEXT) examine(node);
-    });
+  /// Compares the texts of a subtree with the best place so far. `at` is where its parent is.
+  void search(Node4C const& top, PointS at) {
+    auto const enter = [&](Node4C const& node) {
+      at += offsetOf(node);
+      if (node.getType() == NODE4_TEXT) examine(node, at);
+    };
+    walkTree(top, enter, [&](Node4C const& node) { at -= offsetOf(node); });
   }
 
-  void examine(Node4C const& text) {
-    PointS const at = text.getAbsolutePosition();
+  void examine(Node4C const& text, PointS at) {
     long const axis = at.y + text.getMidHeight();
     if (up_ ? axis >= axis_ : axis <= axis_) return;
     std::int64_t const h = outside(column_, at.x, at.x + text.getWidth());
@@ -152,7 +155,7 @@ PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CommandE motion, long& c
   view.getExpressionSize();  // lays out
   bool const up = motion == COMMAND_UP;
   GraphicsABC const& graphics = view.crefGraphics();
-  PointS const at = from.node->getAbsolutePosition();
+  PointS at = from.node->getAbsolutePosition();
   from.node->selectFont(graphics);
   RectangleS const caret{0, at.y, at.x + measure(*from.node, from.pos, graphics),
                          at.y + from.node->getHeight()};
@@ -161,20 +164,23 @@ PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CommandE motion, long& c
   VerticalSearchC search(from, caret, up, column);
   Node4C const* const left = from.pos == 0 ? from.node->goLeft() : nullptr;
   Node4C const* const right = from.pos == from.node->sizeText() ? from.node->goRight() : nullptr;
+  at -= offsetOf(*from.node);
   for (Node4C const* const item : {left, right}) {
-    if (item && isConstruct(item->getType())) search.search(*item);
+    if (item && isConstruct(item->getType())) search.search(*item, at);
   }
-  Node4C const* text = from.node;
+  Node4C const* text = from.node;  // in the row at `at`
   while (!search.hasFound()) {
     Node4C const* const item = enclosingItem(*text);
     if (!item) return {};
+    at -= offsetOf(*text->getParent());
     for (unsigned long i = 0; i < item->numChildren(); ++i) {
-      if (item->child(i) != text->getParent()) search.search(*item->child(i));
+      if (item->child(i) != text->getParent()) search.search(*item->child(i), at);
     }
+    at -= offsetOf(*item);
     text = placeBefore(*item).node;
     if (search.hasFound()) break;
-    search.examine(*text);
-    search.examine(*placeAfter(*item).node);
+    search.search(*text, at);
+    search.search(*placeAfter(*item).node, at);
   }
   return search.place(graphics);
 }

@@ -6,6 +6,9 @@ namespace zolt::math::ved {
 struct PointS {
   PointS(long atX = 0, long atY = 0) : x(atX), y(atY) {}
 
+  PointS& operator+=(PointS offset) { return *this = {x + offset.x, y + offset.y}; }
+  PointS& operator-=(PointS offset) { return *this = {x - offset.x, y - offset.y}; }
+
   long x;
   long y;
 };
