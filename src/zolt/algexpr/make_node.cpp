@@ -23,7 +23,7 @@ bool isForbidden(char16_t c) { return c < u' ' || (c >= 0x7F && c <= 0x9F) || c 
 
 bool endsName(char16_t c) { return c == u' ' || c == u'(' || c == u')' || c == u','; }
 
-PointerTC<NodeABC> NodeAccessS::makeFunction(wstring_view name, PointerTC<NodeABC> const* first,
+PointerTC<NodeABC> NodeAccessS::makeFunction(wstring_view name, PointerTC<NodeABC>* first,
                                              unsigned long count) {
   CoreNameS const* const core = findCoreName(name);
   if (core && (core->traits & CORE_FUNCTION) != 0) return new CoreFunctionNodeC(core->name, first, count);

@@ -21,7 +21,7 @@ class CoreFunctionNodeC
 
  private:
   friend struct detail::NodeAccessS;
-  CoreFunctionNodeC(wstring const& name, PointerTC<NodeABC> const* first, unsigned long count)
+  CoreFunctionNodeC(wstring const& name, PointerTC<NodeABC>* first, unsigned long count)
       : NodeKindTC(first, count), name_(name) {}
 
   wstring const& name_;  // in the table
@@ -36,7 +36,7 @@ class UserFunctionNodeC
 
  private:
   friend struct detail::NodeAccessS;
-  UserFunctionNodeC(wstring name, PointerTC<NodeABC> const* first, unsigned long count)
+  UserFunctionNodeC(wstring name, PointerTC<NodeABC>* first, unsigned long count)
       : NodeKindTC(first, count), name_(std::move(name)) {}
 
   wstring name_;

@@ -6,14 +6,11 @@
 
 namespace zolt::math::algexpr {
 
-ParentNodeABC::ParentNodeABC(PointerTC<NodeABC> const* first, unsigned long count)
+ParentNodeABC::ParentNodeABC(PointerTC<NodeABC>* first, unsigned long count)
     : count_(static_cast<std::uint32_t>(count)),
       few_{},
       many_(count > inline_count ? new NodeABC*[count] : nullptr) {
-  std::transform(first, first + count, pointers(), [](PointerTC<NodeABC> const& child) {
-    child->reference();
-    return child.get();
-  });
+  std::transform(first, first + count, pointers(), [](PointerTC<NodeABC>& child) { return child.detach(); });
 }
 
 // Nodes that lost their last holder and still have children to let go of form a chain through their slot 0,

@@ -25,8 +25,8 @@ class ParentNodeABC : public NodeABC {
   ParentNodeABC const* asParent() const override { return this; }
 
  protected:
-  /// Shares the `count` nodes from `first` on.
-  ParentNodeABC(PointerTC<NodeABC> const* first, unsigned long count);
+  /// Takes the `count` nodes from `first` on; the pointers are null afterwards.
+  ParentNodeABC(PointerTC<NodeABC>* first, unsigned long count);
 
  private:
   static constexpr unsigned long inline_count = 2;

@@ -8,7 +8,7 @@ namespace zolt::oss {
 
 /// Shared pointer to a `RefCountedBC`: the count is inside the object, so a raw pointer can be wrapped again
 /// at any time. The last `PointerTC` to let go destroys the object through its virtual destructor.
-/// Null by default. Not thread-safe.
+/// Null by default. Pointers on several threads may share an object; one pointer is used by one at a time.
 template <class T>
 class PointerTC {
  public:
@@ -36,6 +36,8 @@ class PointerTC {
 
   /// Lets go of the object; the pointer is null afterwards.
   void reset() { PointerTC().swap(*this); }
+  /// The object, still counted as held: that share is the caller's, the pointer is null afterwards.
+  [[nodiscard]] T* detach() { return std::exchange(object_, nullptr); }
   void swap(PointerTC& other) noexcept { std::swap(object_, other.object_); }
 
  private:

@@ -20,9 +20,8 @@ bool endsName(char16_t c);
 /// The makers of nodes, the only friend of their classes. Arguments are trusted to be what the public makers
 /// check.
 struct NodeAccessS {
-  /// `count` is at least 1.
-  static PointerTC<NodeABC> makeFunction(wstring_view name, PointerTC<NodeABC> const* first,
-                                         unsigned long count);
+  /// Takes the `count` nodes, at least 1, from `first` on; the pointers are null afterwards.
+  static PointerTC<NodeABC> makeFunction(wstring_view name, PointerTC<NodeABC>* first, unsigned long count);
   static PointerTC<NodeABC> makeNamed(wstring_view name);
   /// Null when `text` is no number; `*breakPosition` then is the first character that breaks its form.
   static PointerTC<NodeABC> makeNumber(wstring_view text, std::size_t* breakPosition);

@@ -58,7 +58,7 @@ bool PrefixReaderC::readSeparator() {
 void PrefixReaderC::closeCall() {
   CallS const call = calls_.back();
   calls_.pop_back();
-  PointerTC<NodeABC> const* const first = operands_.data() + call.operandsBelow;
+  PointerTC<NodeABC>* const first = operands_.data() + call.operandsBelow;
   PointerTC<NodeABC> function = NodeAccessS::makeFunction(
       call.name, first, static_cast<unsigned long>(operands_.size() - call.operandsBelow));
   operands_.resize(call.operandsBelow);
