@@ -29,10 +29,8 @@ struct RegistrationS {
 oss::SerializableABC* Node4C::create() { return new Node4C; }
 
 void Node4C::registerSerializable() {
-  static bool registered = false;
-  if (registered) return;
-  registered = true;
-  SerializableABC::registerSerializable(TheCastableId, create);
+  [[maybe_unused]] static bool const registered =
+      (SerializableABC::registerSerializable(TheCastableId, create), true);
 }
 
 char16_t const* Node4C::qCastableId() const { return TheCastableId; }
