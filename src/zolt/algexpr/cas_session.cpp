@@ -1,14 +1,21 @@
 #include "zolt/algexpr/cas_session.h"
 
+#include <mutex>
 #include <utility>
 
 namespace zolt::math::algexpr {
 
 namespace {
 
-PointerTC<CASSessionBC>& currentSession() {
-  static PointerTC<CASSessionBC> session = new CASSessionBC;
-  return session;
+// Never destroyed: static objects may still convert formulas.
+struct CurrentS {
+  std::mutex lock;
+  PointerTC<CASSessionBC> session = new CASSessionBC;
+};
+
+CurrentS& current() {
+  static auto& current = *new CurrentS;
+  return current;
 }
 
 }  // namespace
@@ -19,11 +26,15 @@ CASSessionBC::CASSessionBC(PointerTC<CASEngineABC> engine) : engine_(std::move(e
   if (!engine_) engine_ = new StandardEngineC;
 }
 
-PointerTC<CASSessionBC> CASSessionBC::getSession() { return currentSession(); }
+PointerTC<CASSessionBC> CASSessionBC::getSession() {
+  std::lock_guard<std::mutex> const locked(current().lock);
+  return current().session;
+}
 
 void CASSessionBC::setSession(PointerTC<CASSessionBC> session) {
   if (!session) session = new CASSessionBC;
-  currentSession() = std::move(session);
+  std::lock_guard<std::mutex> const locked(current().lock);
+  current().session.swap(session);
 }
 
 }  // namespace zolt::math::algexpr

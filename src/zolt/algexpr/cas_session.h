@@ -4,8 +4,8 @@
 
 namespace zolt::math::algexpr {
 
-/// Ties expressions to an engine. One session is current in the process; a host that has an engine sets its
-/// own.
+/// Ties expressions to an engine. One session is current in the process, on all threads; a host that has an
+/// engine sets its own. A session shared by threads needs an engine that answers on all of them.
 class CASSessionBC : public oss::RefCountedBC {
  public:
   /// A session with the standard engine.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <vector>
 
@@ -12,6 +13,9 @@ namespace zolt::math::ved {
 
 /// The operators that the editor knows, by name (from expressions, the clipboard and typed names), by text
 /// (from infix text) and by key code (from key events). The host fills it; the editor only reads it.
+///
+/// Any number of threads may read a list at once, and none may change it meanwhile: a host fills it before it
+/// starts other threads. A list that another thread than its maker has looked into is frozen.
 class OperatorListC : public oss::RefCountedBC {
  public:
   OperatorListC();
@@ -21,6 +25,8 @@ class OperatorListC : public oss::RefCountedBC {
   OperatorListC& operator=(OperatorListC const&);
   ~OperatorListC() override;
 
+  /// Whether registrations are refused: `add`, `addKey` and `remove` then do nothing.
+  [[nodiscard]] bool isFrozen() const { return frozen_.load(std::memory_order_relaxed); }
   /// Registers by name and by text; in each table the last registration of a key wins.
   void add(PointerTC<OperatorBC> op);
   /// Binds a key code; the last binding wins.
@@ -34,12 +40,16 @@ class OperatorListC : public oss::RefCountedBC {
   PointerTC<OperatorBC> lookupKey(unsigned long key) const;
 
   /// All operators by name, for completeness checks.
-  std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return byName_; }
+  std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return noteReader(), byName_; }
   /// The same operators in the order in which their names were first registered, for palettes. The list keeps
   /// them alive.
-  std::vector<OperatorBC*> const& crefInOrder() const { return inOrder_; }
+  std::vector<OperatorBC*> const& crefInOrder() const { return noteReader(), inOrder_; }
 
  private:
+  void noteReader() const;
+
+  void const* maker_;  // what only this thread has the address of
+  mutable std::atomic<bool> frozen_ = false;
   std::map<wstring, PointerTC<OperatorBC>> byName_;
   std::vector<OperatorBC*> inOrder_;  // those of byName_, which keeps them alive
   std::map<wstring, PointerTC<OperatorBC>> byText_;
