@@ -49,7 +49,7 @@ struct FormulaDiagnosisS {
 ///
 /// Calls that take input return whether it was accepted; refused input changes nothing. Each action of a
 /// person is one step to undo, and so is a run of typed characters. All lengths are in the surface's units.
-/// A const member makes no visible change. A program uses all its fields on one thread. When memory runs out
+/// A const member makes no visible change. A field is used by one thread at a time. When memory runs out
 /// (`std::bad_alloc`, from any call), formula, caret, selection and history are as before the call; what the
 /// call had recorded stays in the recording.
 class FormulaFieldC {

@@ -28,8 +28,9 @@ struct SelectionPathS;
 /// The host feeds events through `addEvent`, calls `display` from its paint handler when the surface was
 /// asked to `invalidate`, and exchanges whole expressions through `setAlgebraicExpression` and
 /// `getAlgebraicExpression`. Everything happens on the caller's thread, at once; layout waits until somebody
-/// asks for it. A refused input leaves everything as it was. Calls that would change the view from inside one
-/// of its own events (from a constraints object, say, or when it asks for a repaint) are refused.
+/// asks for it. Each thread may have views of its own (docs/reliability.md). A refused input leaves
+/// everything as it was. Calls that would change the view from inside one of its own events (from a
+/// constraints object, say, or when it asks for a repaint) are refused.
 ///
 /// When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection and history are as
 /// before the call, or as before the group around it. Taking back needs memory itself: the next call that
