@@ -4,7 +4,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
-#include "zolt/field/detail/implied_products.h"
+#include "zolt/field/detail/implied_signs.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"

@@ -6,7 +6,7 @@
 #include "zolt/common/float64_util.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
-#include "zolt/field/detail/implied_products.h"
+#include "zolt/field/detail/implied_signs.h"
 #include "zolt/field/error_text.h"
 #include "zolt/oss/quoted_text.h"
 #include "zolt/ved/tree/row_view.h"
@@ -108,14 +108,15 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() cons
 bool FormulaFieldC::QuestionS::operator==(QuestionS const& other) const {
   return formula.get() == other.formula.get() && session == other.session &&
          constraints == other.constraints && completed == other.completed &&
-         impliedProducts == other.impliedProducts;
+         impliedProducts == other.impliedProducts && impliedBrackets == other.impliedBrackets;
 }
 
 FormulaDiagnosisS FormulaFieldC::diagnose() const {
   Node4C const& root = view_.crefRoot();
   ReplacementS const completion = judging_ ? ReplacementS() : findCompletion();
-  QuestionS question{root.makeRecord(), math::algexpr::CASSessionBC::getSession(), getConstraints(),
-                     pathOf(SelectionS{completion.begin, completion.end}), options_.impliedProducts};
+  QuestionS question{root.makeRecord(),        math::algexpr::CASSessionBC::getSession(),
+                     getConstraints(),         pathOf(SelectionS{completion.begin, completion.end}),
+                     options_.impliedProducts, options_.impliedBrackets};
   if (!(question == diagnosed_.question)) {
     DiagnosisS found = diagnoseTyped(root, view_.crefOperatorList(), options_, completion);
     if (completion.begin && found.expression && getConstraints()) {

@@ -180,6 +180,7 @@ class FormulaFieldC {
     PointerTC<math::algexpr::ConstraintsBC> constraints;
     math::ved::SelectionPathS completed;  ///< the name that was just typed
     bool impliedProducts = false;
+    bool impliedBrackets = false;
 
     bool operator==(QuestionS const& other) const;
   };

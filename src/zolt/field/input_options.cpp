@@ -17,7 +17,8 @@ constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"exponents", &InputOptionsS::exponents},
                              {u"grouping", &InputOptionsS::grouping},
                              {u"decimal-comma", &InputOptionsS::decimalComma},
-                             {u"implied-products", &InputOptionsS::impliedProducts}};
+                             {u"implied-products", &InputOptionsS::impliedProducts},
+                             {u"implied-brackets", &InputOptionsS::impliedBrackets}};
 
 }  // namespace
 

@@ -28,6 +28,8 @@ struct InputOptionsS {
   bool decimalComma = false;
   /// "2x" and "(a+b)c" are read as products when the formula is asked for.
   bool impliedProducts = true;
+  /// "sin x" and "sin²x" are read as sin(x) and (sin(x))² when the formula is asked for.
+  bool impliedBrackets = true;
 };
 
 /// The character that a typed `c` means: signs that look alike become one sign, full-width forms become

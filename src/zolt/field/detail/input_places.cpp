@@ -96,7 +96,9 @@ PlaceS afterAllFinishedItems(PlaceS place, LeaveE leave) {
 }  // namespace
 
 LeavingS leaveBySign(PlaceS place, char16_t sign, InputOptionsS const& options) {
-  if (options.exponents && (sign == u'+' || math::common::isMinus(sign)) && endsOperandAt(place))
+  bool const endsExponent =
+      sign == u'+' || math::common::isMinus(sign) || (sign == u'(' && !endsNameAt(place));
+  if (options.exponents && endsExponent && endsOperandAt(place))
     return {afterAllFinishedItems(place, LEAVE_EXPONENTS), false};
   if (!options.leaving) return {};
   if (PlaceS const after = leaveByClosingSign(place, sign)) return {after, true};

@@ -11,9 +11,10 @@ class OperatorListC;
 namespace zolt::field::detail {
 
 /// The diagnosis of a formula, or of a row copied from one, as it is handed out: as if `completion` had been
-/// made and, where the options say so, with a multiplication sign wherever two operands are side by side
-/// ("2x", "3(a+b)", "x²y", a number before a construct). A name before a bracket remains a call, and a name
-/// of several letters remains one name. `completion` without a beginning is none.
+/// made and, where the options say so, with what people leave out. A multiplication sign is implied wherever
+/// two operands are side by side ("2x", "3(a+b)", "x²y", a number before a construct), brackets after a
+/// function ("sin 2x"), whose exponent applies to its value ("sin²x"). A name before a bracket remains a
+/// call, and a name of several letters remains one name. `completion` without a beginning is none.
 math::ved::DiagnosisS diagnoseTyped(math::ved::Node4C const& formula,
                                     math::ved::OperatorListC const& operators, InputOptionsS const& options,
                                     ReplacementS const& completion = {});

@@ -1,0 +1,300 @@
+#include "zolt/field/detail/implied_signs.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/formula_copy.h"
+#include "zolt/field/detail/word_bounds.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/tree_walk.h"
+
+namespace zolt::field::detail {
+
+using namespace math::ved;
+namespace common = math::common;
+
+namespace {
+
+using EditsT = std::vector<FormulaCopyC::EditS>;
+
+enum TokenE {
+  TOKEN_SIGN,  ///< also a word between two operands, such as "mod"
+  TOKEN_NUMBER,
+  TOKEN_NAME,
+  TOKEN_FUNCTION,  ///< a name that needs arguments
+  TOKEN_OPERAND,   ///< pi, prefix text, a construct that has a sign
+  TOKEN_CALL,      ///< a construct that can only be written as a name with brackets
+  TOKEN_OPEN,
+  TOKEN_CLOSE,
+  TOKEN_POWER,
+  TOKEN_FACTORIAL
+};
+
+struct TokenS {
+  TokenE kind;
+  PlaceS begin;
+  PlaceS end;
+  Node4C* item = nullptr;  // null in a text
+};
+
+/// Reads a row as a person does: its texts as words, numbers and signs.
+class RowReaderC {
+ public:
+  explicit RowReaderC(OperatorListC const& operators) : operators_(operators) {}
+
+  std::vector<TokenS> read(Node4C& row) {
+    tokens_.clear();
+    for (unsigned long i = 0; i < row.numChildren(); ++i) {
+      Node4C& item = *row.child(i);
+      if (item.getType() == NODE4_TEXT) {
+        readText(item);
+      } else {
+        tokens_.push_back({kindOf(item), placeBefore(item), placeAfter(item), &item});
+      }
+    }
+    return std::move(tokens_);
+  }
+
+ private:
+  static TokenE kindOf(Node4C const& item) {
+    if (isOpeningBracket(item.getType())) return TOKEN_OPEN;
+    if (isClosingBracket(item.getType())) return TOKEN_CLOSE;
+    if (item.getType() == NODE4_POWER) return TOKEN_POWER;
+    OperatorBC const& op = *item.crefOperator();
+    return isWrittenAsCall(op) && op.crefWords().signs.empty() ? TOKEN_CALL : TOKEN_OPERAND;
+  }
+
+  void readText(Node4C const& node) {
+    wstring const& text = node.crefText();
+    for (std::size_t pos = 0; pos < text.size();) {
+      if (text[pos] == u' ') {
+        ++pos;
+        continue;
+      }
+      std::size_t end = pos + 1;
+      TokenE const kind = readToken(text, pos, end);
+      tokens_.push_back({kind, {&node, static_cast<unsigned>(pos)}, {&node, static_cast<unsigned>(end)}});
+      pos = end;
+    }
+  }
+
+  TokenE readToken(wstring const& text, std::size_t pos, std::size_t& end) const {
+    char16_t const c = text[pos];
+    if (c == Node4C::PREFIX_C) {
+      end = std::min(text.find(c, end), text.size() - 1) + 1;
+      return TOKEN_OPERAND;
+    }
+    if (common::startsNumber(c)) {
+      end = common::findNumberEnd(text, pos, common::LONE_EXPONENT_LEFT);
+      return TOKEN_NUMBER;
+    }
+    if (c == common::pi_sign) return TOKEN_OPERAND;
+    if (c == Node4C::OPEN_C) return TOKEN_OPEN;
+    if (c == Node4C::CLOSE_C) return TOKEN_CLOSE;
+    if (!isWordCharacter(c)) return c == u'!' ? TOKEN_FACTORIAL : TOKEN_SIGN;
+    while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
+    auto const op = operators_.lookupText(text.substr(pos, end - pos));
+    if (op && op->isLinear()) return TOKEN_SIGN;
+    return op && op->getArity() > 0 ? TOKEN_FUNCTION : TOKEN_NAME;
+  }
+
+  OperatorListC const& operators_;
+  std::vector<TokenS> tokens_;
+};
+
+// ---- Arguments without brackets -------------------------------------------------------------------------
+
+constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+/// Puts brackets around the arguments of functions, and exponents of functions after them.
+class ArgumentsC {
+ public:
+  ArgumentsC(std::vector<TokenS> const& tokens, OperatorListC const& operators)
+      : tokens_(tokens), operators_(operators), partners_(tokens.size(), none) {
+    std::vector<std::size_t> open;
+    for (std::size_t i = 0; i < tokens.size(); ++i) {
+      if (tokens[i].kind == TOKEN_OPEN) open.push_back(i);
+      if (tokens[i].kind != TOKEN_CLOSE || open.empty()) continue;
+      partners_[open.back()] = i;
+      open.pop_back();
+    }
+  }
+
+  // From the last function to the first, so that the argument of an argument is known.
+  EditsT findEdits() {
+    for (std::size_t i = tokens_.size(); i-- > 0;) {
+      if (tokens_[i].kind == TOKEN_FUNCTION) complete(i);
+    }
+    std::stable_sort(edits_.begin(), edits_.end(),
+                     [](PlacedS const& a, PlacedS const& b) { return a.at < b.at; });
+    EditsT edits;
+    for (PlacedS const& one : edits_) edits.push_back(one.edit);
+    return edits;
+  }
+
+ private:
+  struct PlacedS {
+    std::size_t at;  // twice the number of the token, and one more after it
+    FormulaCopyC::EditS edit;
+  };
+
+  void complete(std::size_t function) {
+    std::size_t begin = function + 1;
+    bool const raised = begin < tokens_.size() && tokens_[begin].kind == TOKEN_POWER;
+    if (raised) ++begin;
+    if (begin >= tokens_.size()) return;
+    bool const called = tokens_[begin].kind == TOKEN_OPEN;
+    std::size_t const end = called ? partners_[begin] : findEnd(begin);
+    if (end == none || (called && !raised)) return;
+    if (!called) {
+      edits_.push_back({2 * begin, {tokens_[begin].begin, Node4C::OPEN_C}});
+      edits_.push_back({2 * end + 1, {tokens_[end].end, Node4C::CLOSE_C}});
+      ends_ = {function, end};
+    }
+    if (raised) raise(function, end);
+  }
+
+  /// The last token of an argument that begins without a bracket: its factors up to the next function.
+  std::size_t findEnd(std::size_t begin) const {
+    std::size_t end = none;
+    for (std::size_t i = begin; i < tokens_.size(); ++i) {
+      TokenE const kind = tokens_[i].kind;
+      if (i == begin && kind == TOKEN_FUNCTION) {
+        if (ends_.first != begin) return none;
+        i = ends_.second;
+      } else if (kind == TOKEN_OPEN && i > begin && partners_[i] != none) {
+        i = partners_[i];
+      } else if (kind == TOKEN_POWER || kind == TOKEN_FACTORIAL) {
+        if (i == begin) return none;
+      } else if (kind != TOKEN_NUMBER && kind != TOKEN_NAME && kind != TOKEN_OPERAND &&
+                 (kind != TOKEN_CALL || i > begin)) {
+        break;
+      }
+      end = i;
+    }
+    return end;
+  }
+
+  /// Lets the exponent after a function's name apply to its value; −1 makes it the inverse function.
+  void raise(std::size_t function, std::size_t end) {
+    Node4C* const power = tokens_[function + 1].item;
+    wstring const inverse = findInverse(function);
+    if (inverse.empty()) {
+      edits_.push_back({2 * end + 1, {tokens_[end].end, u'\0', power}});
+      return;
+    }
+    edits_.push_back({0, {{}, u'\0', power}});
+    for (char16_t const c : inverse) edits_.push_back({2 * function, {tokens_[function].begin, c}});
+  }
+
+  /// What the name of the inverse function has before that of the function, when the exponent asks for it.
+  wstring findInverse(std::size_t function) const {
+    Node4C const& exponent = *tokens_[function + 1].item->child(0);
+    if (exponent.numChildren() != 1) return {};
+    wstring const& digits = exponent.child(0)->crefText();
+    if (digits.size() != 2 || !common::isMinus(digits[0]) || digits[1] != u'1') return {};
+    PlaceS const begin = tokens_[function].begin;
+    wstring const name = begin.node->crefText().substr(begin.pos, tokens_[function].end.pos - begin.pos);
+    // The reader of plain text knows which functions have an inverse.
+    auto const read = exchange::fromPlainText(name + u"^-1(x)", math::algexpr::CASSessionBC::getSession());
+    auto const op = read ? operators_.lookup(read->getNode()->getName()) : nullptr;
+    wstring const text = op ? op->getText() : wstring();
+    bool const isLonger =
+        text.size() > name.size() && text.compare(text.size() - name.size(), name.size(), name) == 0;
+    return isLonger ? text.substr(0, text.size() - name.size()) : wstring();
+  }
+
+  std::vector<TokenS> const& tokens_;
+  OperatorListC const& operators_;
+  std::vector<std::size_t> partners_;  // of each opening bracket
+  // The function that was completed last, and the last token of its argument.
+  std::pair<std::size_t, std::size_t> ends_{none, none};
+  std::vector<PlacedS> edits_;
+};
+
+// ---- Products without a sign ----------------------------------------------------------------------------
+
+EditsT findProducts(std::vector<TokenS> const& tokens) {
+  EditsT edits;
+  TokenE last = TOKEN_SIGN;  // of an operand that ends here its kind, TOKEN_OPERAND after what follows one
+  for (TokenS const& token : tokens) {
+    bool const afterOperand = last == TOKEN_NUMBER || last == TOKEN_OPERAND;
+    bool const afterAny = afterOperand || last == TOKEN_NAME;
+    bool implied = false;
+    switch (token.kind) {
+      case TOKEN_NUMBER:
+        implied = afterAny && last != TOKEN_NUMBER;
+        break;
+      case TOKEN_OPEN:
+        implied = afterOperand;
+        break;
+      case TOKEN_NAME:
+      case TOKEN_FUNCTION:
+      case TOKEN_OPERAND:
+      case TOKEN_CALL:
+        implied = afterAny;
+        break;
+      default:
+        break;
+    }
+    if (implied) edits.push_back({token.begin, common::times_sign});
+    switch (token.kind) {
+      case TOKEN_OPEN:
+      case TOKEN_SIGN:
+        last = TOKEN_SIGN;
+        break;
+      case TOKEN_CLOSE:
+      case TOKEN_CALL:
+        last = TOKEN_OPERAND;
+        break;
+      case TOKEN_POWER:
+      case TOKEN_FACTORIAL:
+        if (last != TOKEN_FUNCTION && last != TOKEN_SIGN) last = TOKEN_OPERAND;
+        break;
+      default:
+        last = token.kind;
+    }
+  }
+  return edits;
+}
+
+void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators,
+                 InputOptionsS const& options) {
+  RowReaderC reader(operators);
+  if (options.impliedBrackets) {
+    auto const tokens = reader.read(row);
+    EditsT const edits = ArgumentsC(tokens, operators).findEdits();
+    if (!edits.empty()) copy.edit(row, edits);
+  }
+  if (!options.impliedProducts) return;
+  EditsT const edits = findProducts(reader.read(row));
+  if (!edits.empty()) copy.edit(row, edits);
+}
+
+}  // namespace
+
+DiagnosisS diagnoseTyped(Node4C const& formula, OperatorListC const& operators, InputOptionsS const& options,
+                         ReplacementS const& completion) {
+  DiagnosisS found;
+  if (!completion.begin) found = math::ved::diagnose(formula);
+  bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
+  if (found.expression || !(completion.begin || lacksSigns)) return found;
+  FormulaCopyC copy(formula, operators, completion);
+  if (completion.begin) found = copy.diagnose();
+  if (found.expression) return found;
+  walkTree(copy.refRoot(), [&](Node4C& node) {
+    if (node.getType() == NODE4_LINE) completeRow(copy, node, operators, options);
+  });
+  return copy.isEdited() ? copy.diagnose() : found;
+}
+
+}  // namespace zolt::field::detail
