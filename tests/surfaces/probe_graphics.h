@@ -46,7 +46,6 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
   /// Kinds in order: 'g' glyphs, 'f' fill, 's' stroke, 'r' rule.
   mutable std::string kinds;
   mutable std::vector<BoundsS> fills;
-  mutable std::vector<PathC> strokes;
   mutable std::vector<RuleS> rules;
   mutable std::vector<InkE> inks;
   mutable std::vector<double> glyphs;  ///< their positions
@@ -54,7 +53,7 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
 
   void clear() const {
     kinds.clear();
-    fills.clear(), strokes.clear(), rules.clear(), inks.clear(), glyphs.clear();
+    fills.clear(), rules.clear(), inks.clear(), glyphs.clear();
   }
 
  protected:
@@ -69,10 +68,7 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
     fills.emplace_back(path);
     inks.push_back(ink);
   }
-  void strokePath(PathC const& path, double, InkE) const override {
-    kinds += 's';
-    strokes.push_back(path);
-  }
+  void strokePath(PathC const&, double, InkE) const override { kinds += 's'; }
   void fillRule(RuleS const& rule, InkE) const override {
     kinds += 'r';
     rules.push_back(rule);

@@ -17,7 +17,8 @@ constexpr unsigned long max_history_bytes = 64ul << 20;
 /// typing; a longer text comes in as it stands. Each character that follows them may look at the whole row.
 constexpr unsigned long max_typed_text = 1000;
 
-/// Radius of the pointer hit test in surface units: a pointer farther from every text leaves the caret alone.
+/// Radius of the pointer hit test in surface units: a pointer farther from every text moves the caret only
+/// within the text where it is.
 constexpr long hit_radius = 400;
 
 }  // namespace zolt::math::ved::limits

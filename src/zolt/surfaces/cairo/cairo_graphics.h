@@ -36,7 +36,7 @@ struct PictureOptionsS {
 };
 
 /// A surface that keeps what is drawn on it and makes pictures of it: PNG, SVG and PDF. A picture depends
-/// only on the drawing and the options (a PDF also contains the time of its creation).
+/// only on the drawing and the options.
 class CairoGraphicsC final : public TypesetGraphicsABC {
  public:
   /// `typesetter` must not be null.
