@@ -345,6 +345,7 @@ class WidgetTest final : public QObject {
   void copiesComeInEveryForm() {
     StageS stage;
     stage.edit->setExpression(QStringLiteral("sqrt(x)/2"));
+    stage.edit->setReadOnly(true);
     stage.edit->selectAll();
     stage.edit->copy();
     QMimeData const& data = *QGuiApplication::clipboard()->mimeData();
@@ -355,6 +356,8 @@ class WidgetTest final : public QObject {
     QImage const png = QImage::fromData(data.data(QStringLiteral("image/png")), "PNG");
     QCOMPARE(png.text(QStringLiteral("zolt:expression")), QStringLiteral("/(sqrt(x),2)"));
     QVERIFY(countInk(png, Qt::white) > 50);
+
+    stage.edit->setReadOnly(false);
 
     // Pasting gives exactly what was copied, even if it is no expression.
     stage.edit->setTree(QStringLiteral("[\"a+\", /<[\"\"] ; [\"b\"]>, \"\"]"));

@@ -152,8 +152,9 @@ void SheetView::connectFormula(SheetRow* row) {
   auto const tell = [this, row] {
     if (row == current_) emit formulaChanged();
   };
-  connect(edit, &FormulaEdit::edited, this,
-          [this, row](bool continued, unsigned long position) { onFormulaEdited(row, continued, position); });
+  connect(edit, &FormulaEdit::edited, this, [this, row](FormulaEdit::Step step, unsigned long position) {
+    onFormulaEdited(row, step, position);
+  });
   connect(edit, &FormulaEdit::expressionChanged, this, tell);
   connect(edit, &FormulaEdit::selectionChanged, this, tell);
   connect(row, &SheetRow::formulaStateChanged, this, tell);
@@ -220,9 +221,9 @@ void SheetView::onFocusChanged(QWidget* now) {
   }
 }
 
-void SheetView::onFormulaEdited(SheetRow* row, bool continued, unsigned long position) {
+void SheetView::onFormulaEdited(SheetRow* row, FormulaEdit::Step step, unsigned long position) {
   if (replaying_) return;
-  if (!continued) {
+  if (step == FormulaEdit::Step::Begins) {
     history_.push(new EditFormulaCommand(*this, row, position));
     return;
   }

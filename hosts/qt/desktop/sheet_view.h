@@ -7,6 +7,7 @@
 
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_row.h"
+#include "zolt/qt/formula_edit.h"
 
 class QVBoxLayout;
 
@@ -88,7 +89,7 @@ class SheetView final : public QScrollArea {
   void renumber();
   void setCurrent(SheetRow* row);
   void onFocusChanged(QWidget* now);
-  void onFormulaEdited(SheetRow* row, bool continued, unsigned long position);
+  void onFormulaEdited(SheetRow* row, qt::FormulaEdit::Step step, unsigned long position);
   void reveal();
   bool enterNeighbour(int distance);
   bool removeEmptyRow(int key);

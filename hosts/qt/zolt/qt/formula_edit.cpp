@@ -89,7 +89,7 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   QPointer<FormulaEdit> const alive(&edit);
   if (changed) emit alive->expressionChanged();
   for (StepS const& step : steps) {
-    if (alive) emit alive->edited(step.continued, step.position);
+    if (alive) emit alive->edited(step.step, step.position);
   }
   if (alive && selected) emit alive->selectionChanged();
   if (alive && moved) emit alive->caretMoved();
@@ -102,12 +102,14 @@ std::vector<FormulaEdit::StateS::StepS> FormulaEdit::StateS::stepsSince(unsigned
   math::ved::ViewZNT4C const& view = field->crefView();
   unsigned long const end = view.getHistoryPosition();
   std::vector<StepS> steps;
-  if (end > position) steps.push_back({view.isContinuation(position), position});
+  if (end > position) {
+    steps.push_back({view.isContinuation(position) ? Step::Continues : Step::Begins, position});
+  }
   for (unsigned long i = position + 1; i < end; ++i) {
-    if (!view.isContinuation(i)) steps.push_back({false, i});
+    if (!view.isContinuation(i)) steps.push_back({Step::Begins, i});
   }
   // An undo is a change, too.
-  if (steps.empty() && changed) steps.push_back({false, end});
+  if (steps.empty() && changed) steps.push_back({Step::Begins, end});
   return steps;
 }
 

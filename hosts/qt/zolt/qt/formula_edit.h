@@ -57,6 +57,11 @@ class FormulaEdit : public QWidget {
   Q_PROPERTY(bool hasSelectedFormula READ hasSelection NOTIFY selectionChanged)
 
  public:
+  /// Whether a change is an undo step of its own, or the user typed on, so that it is one step with the
+  /// previous change.
+  enum class Step { Begins, Continues };
+  Q_ENUM(Step)
+
   using Expression = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
   using Constraints = oss::PointerTC<math::algexpr::ConstraintsBC>;
 
@@ -170,8 +175,7 @@ class FormulaEdit : public QWidget {
   void expressionChanged();
   /// The user changed the formula. Emitted once for each step that undo would take back, since one key may
   /// make two: what it types, and what that completes. `position` is `historyPosition` before the step.
-  /// `continued`: the user typed on, so that it is one undo step with the previous change.
-  void edited(bool continued, unsigned long position);
+  void edited(zolt::qt::FormulaEdit::Step step, unsigned long position);
   void selectionChanged();
   void caretMoved();
   /// `cause` is a `math::ved::ErrorCauseE`, or -1 when none of these applies; `text` is a sentence without a

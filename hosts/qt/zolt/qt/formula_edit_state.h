@@ -23,7 +23,7 @@ namespace zolt::qt {
 struct FormulaEdit::StateS {
   enum class Actor { User, Program };
   struct StepS {
-    bool continued;
+    Step step;
     unsigned long position;
   };
 
