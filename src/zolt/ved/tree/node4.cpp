@@ -240,6 +240,13 @@ PointS Node4C::getAbsolutePosition() const {
 
 // ---- Marks and stretches --------------------------------------------------------------------------------
 
+void Node4C::touch(std::uint8_t stale) {
+  for (Node4C* node = this; node && (node->state_.stale & stale) != stale; node = node->parent_) {
+    node->state_.stale |= stale;
+    if (node->state_.stretch) node->state_.stretch->stale |= stale;
+  }
+}
+
 void Node4C::dropIndex() {
   if (!state_.index) return;
   for (Node4C* item : children_) {

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <string>
-#include <vector>
 
 #include "zolt/oss/live_count.h"
 #include "zolt/oss/pointer.h"
@@ -25,26 +23,20 @@ enum NumberDisplayFormatE : int;
 
 namespace zolt::math::ved {
 
-using oss::PointerTC;
-using oss::wstring;
-
-class LexicalAnalyserC;
 class OperatorBC;
 enum ErrorCauseE : int;
 struct ErrorSelectionS;
 
 /// The one node class of the editable two-dimensional expression.
 ///
-/// A well-formed tree is a NODE4_ROOT with one NODE4_LINE; a row's items are of kinds 2 to 8; operators hold
-/// only rows; an exponent holds exactly one row. `checkTree` brings every row into its canonical form (see
-/// docs/invariants.md).
+/// A well-formed tree is a NODE4_ROOT with one NODE4_LINE; docs/invariants.md says what nodes may hold, and
+/// what the canonical form of a row is, into which `checkTree` brings all rows.
 ///
-/// Ownership: a node owns its children and destroys them with itself; parents are plain back pointers. A node
-/// that is in no parent's list belongs to its holder. Indices are not checked, and no operation reports an
-/// error unless its comment says so. Destruction, like every walk, is safe for any depth of nesting.
+/// A node owns its children; one that is in no parent's list belongs to its holder. Indices are not checked.
+/// Destruction, like every walk, is safe for any depth of nesting.
 ///
-/// Metrics (position, size, axis) are in surface units, relative to the parent's top-left corner. Layout
-/// writes them; before it they are meaningless. They are kept as signed 32-bit values.
+/// Metrics (position, size, axis) are in surface units, of signed 32 bits, relative to the parent's top-left
+/// corner; they are meaningless before layout writes them.
 class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  public:
   static constexpr char16_t PREFIX_C = u'`';  ///< encloses finished prefix text inside a row's infix text
@@ -68,7 +60,6 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   ~Node4C() override;
   Node4C(Node4C const&) = delete;
   Node4C& operator=(Node4C const&) = delete;
-  /// Nodes are adjacent in memory in the order in which they are made.
   static void* operator new(std::size_t size);
   static void operator delete(void* node, std::size_t size);
 
@@ -82,10 +73,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// Changes the kind; any kind but NODE4_OPERATOR drops the operator.
   void setType(Node4TypeE type);
   /// The text, for an immediate change: do not write to the reference after the next normalisation or layout.
-  wstring& refText() {
-    touch(STALE_ALL);
-    return text_;
-  }
+  wstring& refText() { return touch(STALE_ALL), text_; }
   wstring const& crefText() const { return text_; }
   wstring getText() const { return text_; }
   unsigned long sizeText() const { return text_.size(); }
@@ -97,8 +85,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   OperatorBC const* crefOperator() const { return op_.get(); }
   /// Makes the node a NODE4_OPERATOR of `op`; the text stays.
   void setOperator(PointerTC<OperatorBC> const& op);
-  /// The operator's precedence, 0 without one.
-  int getPrecedence() const;
+  int getPrecedence() const;  ///< the operator's, 0 without one
 
   // ---- Metrics ------------------------------------------------------------------------------------------
   long getWidth() const { return width_; }
@@ -125,52 +112,43 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   void setChild(unsigned long i, Node4C* node);
   /// Puts `node` into slot i and destroys the node that was there, unless it is the same node.
   void replaceChild(unsigned long i, Node4C* node);
-  /// Inserts `node` before slot i; i == numChildren() appends. Amortised constant at both ends. When memory
-  /// runs out the node is destroyed, as is the row given to `spliceChildren`.
+  /// Inserts `node` before slot i; i == numChildren() appends. When memory runs out, `node` is destroyed.
   void insertChild(unsigned long i, Node4C* node);
-  /// Takes the node out of slot i, closes the gap and clears the node's parent; the caller then owns the
-  /// node.
+  /// Takes the node, which the caller then owns, out of slot i and closes the gap.
   void removeChild(unsigned long i);
-  /// Destroys the node in slot i and closes the gap.
+  /// Destroys the nodes in slot i, or in `count` slots from slot i on, and closes the gap.
   void deleteChild(unsigned long i);
-  /// Destroys the nodes in `count` slots from slot i on and closes the gap.
   void deleteChildren(unsigned long i, unsigned long count);
   /// Takes the node out of slot i, which becomes null; the caller then owns the node. Its parent pointer is
   /// kept, so it must be set to another parent or to null before that parent is destroyed.
   Node4C* cutChild(unsigned long i);
   /// Moves all children of `row` into this node before slot i, in order, and destroys `row`.
   void spliceChildren(unsigned long i, Node4C* row);
-
-  // ---- Navigation ---------------------------------------------------------------------------------------
   /// This node's index in its parent; 0 without a parent or when the parent does not hold it.
   unsigned long findChildNumber() const;
+  // The neighbours in the parent, and the last leaf before and the first leaf after this node in reading
+  // order; null when there is none.
   Node4C* goLeft() const;
   Node4C* goRight() const;
-  /// The last leaf before this node in reading order; null when there is none.
   Node4C* goLeftLeaf() const;
-  /// The first leaf after this node (not inside it) in reading order; null when there is none.
   Node4C* goRightLeaf() const;
   /// The sum of all offsets from the root down to this node.
   PointS getAbsolutePosition() const;
 
   // ---- Normalisation (tree/node4_check.cpp) ---------------------------------------------------------------
-  /// Brings every row of this subtree into canonical form. The caret and the anchor stay at their characters
-  /// when the text that holds them is merged into another, and move to the inside of supplied brackets; a
-  /// null node is no place. The time is linear in the rows that changed since the last call; other rows are
-  /// not visited.
-  void checkTree(SelectionS& places);
-  /// The same for a tree without a caret.
+  /// Brings every row of this subtree into canonical form, in time linear in what changed since the last
+  /// call. The caret and the anchor stay at their characters when texts are merged, and move to the inside of
+  /// supplied brackets.
   void checkTree();
+  void checkTree(SelectionS& places);
   void checkTree(Node4C*& caretNode, unsigned& caretPos, Node4C*& anchorNode, unsigned& anchorPos);
-  /// What `checkTree` does to a place in a tree that is in order: moves it away from between a supplied
-  /// bracket and the end of its row, to the inside of all such brackets.
+  /// Moves a place between a supplied bracket and the end of its row to the inside of all such brackets.
   static void stepInside(PlaceS& place);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
   /// Whether a character can be part of an operand (`identifier`: of a name).
   static bool isAcceptable(unsigned short c, bool identifier);
-  /// Whether a character may be typed into a text. Most signs below 128 can be typed only through the
-  /// operators that they name.
+  /// Whether a character may be typed into a text; other signs are typed through the operators they name.
   static bool isTypable(char16_t c);
 
   // ---- Serialisation (tree/node4_stream.cpp) --------------------------------------------------------------
@@ -185,39 +163,32 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool readObject(PointerTC<oss::ObjectInputStreamABC>& in) override;
 
   // ---- Copies of states (tree/node4_record.cpp) -----------------------------------------------------------
-  /// A copy of this subtree, which shares unchanged parts with the copy made before. The cost depends on the
-  /// size of the changes.
+  /// A copy of this subtree, which shares what is unchanged with the copy before and costs what has changed.
   NodeRecordPointerC makeRecord() const;
   /// The subtree that `record` is a copy of, detached, without metrics.
   static std::unique_ptr<Node4C> fromRecord(NodeRecordC const& record);
-  /// Makes this tree equal to the one that `state` is a copy of; the caller keeps `state` alive. The cost
-  /// depends on the size of the difference. The tree must be normalised before it is laid out.
+  /// Makes this tree equal to the one that `state` is a copy of, which the caller keeps alive; costs what is
+  /// different. The tree must be normalised before it is laid out.
   void turnInto(NodeRecordC const& state);
 
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
   bool layout(GraphicsABC const& graphics);
-  /// Gives the same result with less work, as long as the surface measures as before: visits only nodes that
-  /// changed since the last layout and the rows and constructs around them, and measures only changed texts.
+  /// Gives the same result, as long as the surface measures as before, by looking only at what has changed
+  /// since the last layout and at the rows and constructs around that.
   bool layoutChanged(GraphicsABC const& graphics);
   void layout_standard(GraphicsABC const& graphics);
-  /// Draws the laid-out subtree; (x, y) is the absolute position of the parent. `current`, the node that
-  /// holds the caret, shows no placeholder; with a null `current` none is drawn at all. What the surface's
-  /// clip box hides is not even visited.
+  /// Draws the laid-out subtree, as far as the surface's clip box shows it; (x, y) is where the parent is.
+  /// `current`, the caret's node, shows no placeholder; with a null `current` none is drawn.
   bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
   void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
 
   /// For passes over rows and for the check of their invariants (docs/incremental.md).
   NodeStateS const& crefState() const { return state_; }
-
   static long maxDim(long a, long b) { return a < b ? b : a; }
   static long minDim(long a, long b) { return b < a ? b : a; }
-  static void max1stDim(long& a, long b) {
-    if (a < b) a = b;
-  }
-  static void min1stDim(long& a, long b) {
-    if (a > b) a = b;
-  }
+  static void max1stDim(long& a, long b) { a = maxDim(a, b); }
+  static void min1stDim(long& a, long b) { a = minDim(a, b); }
 
   // ---- Conversion (parser/, convert/) -------------------------------------------------------------------
   /// Infix text to prefix text. On failure false, with the start and end of the offending token in `infix`
@@ -239,20 +210,12 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  private:
   friend class RowWriterC;
   friend class RowNormaliserC;
-  friend class RecordReaderC;
   friend class TreeDrawerC;
 
-  /// Whether this text is a missing operand: it is empty, and alone in its row or before an exponent that has
-  /// no base.
   bool isPlaceholder() const;
   bool readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove);
   void adopt(unsigned long i, Node4C* node);
-  void touch(std::uint8_t stale) {
-    for (Node4C* node = this; node && (node->state_.stale & stale) != stale; node = node->parent_) {
-      node->state_.stale |= stale;
-      if (node->state_.stretch) node->state_.stretch->stale |= stale;
-    }
-  }
+  void touch(std::uint8_t stale);
   void noteNewKind();
   void unmark(std::uint8_t stale) const { state_.stale &= static_cast<std::uint8_t>(~stale); }
   /// The next child from `next` on that has the mark; null when there is none. Moves `next` past it.

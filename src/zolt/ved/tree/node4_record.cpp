@@ -123,47 +123,34 @@ NodeRecordPointerC Node4C::recordNode() const {
 
 // ---- Going back to a record -------------------------------------------------------------------------------
 
-/// Makes nodes from records.
-class RecordReaderC {
- public:
-  static std::unique_ptr<Node4C> build(NodeRecordC const& record) {
-    struct SlotS {
-      Node4C* parent;
-      unsigned long slot;
-      NodeRecordC const* record;
-    };
-    std::vector<SlotS> slots;
-    std::vector<NodeRecordC const*> children;
-    auto const open = [&](Node4C* node) {
-      for (std::size_t i = children.size(); i-- > 0;) slots.push_back({node, i, children[i]});
-    };
-    std::unique_ptr<Node4C> top = make(record, children);
-    open(top.get());
-    while (!slots.empty()) {
-      SlotS const slot = slots.back();
-      slots.pop_back();
-      std::unique_ptr<Node4C> node = make(*slot.record, children);
-      open(node.get());
-      slot.parent->adopt(slot.slot, node.release());
-    }
-    return top;
-  }
-
- private:
-  /// The node without its children, whose records are put into `children`.
-  static std::unique_ptr<Node4C> make(NodeRecordC const& record, std::vector<NodeRecordC const*>& children) {
+std::unique_ptr<Node4C> Node4C::fromRecord(NodeRecordC const& record) {
+  struct SlotS {
+    Node4C* parent;
+    unsigned long slot;
+    NodeRecordC const* record;
+  };
+  std::unique_ptr<Node4C> top;
+  std::vector<SlotS> slots{{nullptr, 0, &record}};
+  std::vector<NodeRecordC const*> children;
+  while (!slots.empty()) {
+    auto const [parent, slot, copy] = slots.back();
+    slots.pop_back();
     children.clear();
-    auto const type = static_cast<Node4TypeE>(record.getKind());
-    if (type != NODE4_TEXT) record.appendItems(children);
-    wstring const text = type == NODE4_TEXT ? record.getText() : record.crefText();
-    auto node = std::make_unique<Node4C>(type, record.getOperator(), text, children.size());
-    node->state_.record = NodeRecordPointerC(&record);
+    auto const type = static_cast<Node4TypeE>(copy->getKind());
+    if (type != NODE4_TEXT) copy->appendItems(children);
+    wstring const text = type == NODE4_TEXT ? copy->getText() : copy->crefText();
+    auto node = std::make_unique<Node4C>(type, copy->getOperator(), text, children.size());
+    node->state_.record = NodeRecordPointerC(copy);
     node->unmark(STALE_RECORD);
-    return node;
+    for (std::size_t i = children.size(); i-- > 0;) slots.push_back({node.get(), i, children[i]});
+    if (parent) {
+      parent->adopt(slot, node.release());
+    } else {
+      top = std::move(node);
+    }
   }
-};
-
-std::unique_ptr<Node4C> Node4C::fromRecord(NodeRecordC const& record) { return RecordReaderC::build(record); }
+  return top;
+}
 
 void Node4C::turnInto(NodeRecordC const& state) {
   struct PairS {
@@ -189,7 +176,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
         if (NodeRecordC::isAlike(*difference.items[i], item)) {
           pairs.push_back({node->child(place), &item});
         } else {
-          node->replaceChild(place, RecordReaderC::build(item).release());
+          node->replaceChild(place, fromRecord(item).release());
         }
       }
       if (i < gap.end) node->deleteChildren(place, gap.end - i);
@@ -197,7 +184,7 @@ void Node4C::turnInto(NodeRecordC const& state) {
       // They are inserted at once, since each single insertion would move all children after it.
       auto row = std::make_unique<Node4C>(NODE4_LINE, gap.otherEnd - j);
       for (std::size_t k = j; k < gap.otherEnd; ++k) {
-        row->setChild(k - j, RecordReaderC::build(*difference.otherItems[k]).release());
+        row->setChild(k - j, fromRecord(*difference.otherItems[k]).release());
       }
       node->spliceChildren(place, row.release());
     }

@@ -174,11 +174,9 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool isBusy() const { return executing_ || notifying_; }
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
-  /// The after-edit step of every event: normalises the tree when the layout is pending, then keeps the edit
-  /// (`recordStep`) or, when the constraints reject it, goes back to where the step began and
-  /// answers false. Within a group the second half waits for its end.
+  /// Ends every event: normalises the tree when the layout is pending and, outside groups, settles the edit.
   bool finishEdit();
-  /// The second half; false when the edit was rejected.
+  /// Keeps the edit as a step of the history; false when it was rejected and taken back.
   bool settleEdit();
   [[nodiscard]] bool isRejected() const;
   /// Makes the tree the view's own, all selected.
@@ -189,7 +187,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   // view_hit.cpp
   /// Moves the caret to the place nearest to a point.
   void setSelection(long x, long y);
-
   // view_selection.cpp
   enum CaretStepE { STEP_LEFT, STEP_RIGHT };
   bool moveCaret(CaretStepE step);
@@ -200,7 +197,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// How deep the rows in the selection nest; 0 without a selection.
   [[nodiscard]] unsigned long countSelectedRows() const;
   [[nodiscard]] bool mayNest(unsigned long rows) const;
-
   // view_text.cpp
   bool doAddText(wstring const& text);
   bool addTexts(wstring const& text);
@@ -208,7 +204,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void addBracket(Node4TypeE type);
   bool promoteAutoBracket(Node4TypeE type);
   void splitText(bool toRight);
-
   // view_delete.cpp
   bool deleteSelection();
   bool doDelete();
@@ -217,10 +212,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool backspaceOver(Node4C& item);
   bool backspaceOutOfRow();
   bool stepToEnd(Node4C const& row);
-
   // view_insertion.cpp
   bool doRunOperator(PointerTC<OperatorBC> op);
-
   // view_clipboard.cpp
   std::unique_ptr<Node4C> cutSelection();
   bool isAllSelected() const;
@@ -231,7 +224,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void announceEdit();
   /// Makes the tree, caret and anchor of `state` the view's own; asking for a repaint is the caller's.
   void takeOver(EditBackupC& state) const;
-
   // view_undo.cpp
   /// Goes over a step of the history, by its `undo` or its `redo`.
   void goOver(SelectionPathS const& (EditHistoryC::*step)(Node4C& root));
