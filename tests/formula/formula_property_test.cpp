@@ -10,6 +10,7 @@
 #include "tests/support/uneven_graphics.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/tree/validate_tree.h"
 
 namespace zolt::tests {
@@ -186,13 +187,9 @@ class RandomEditC {
   /// A row that is not empty; the root's own when it is the only one.
   Node4C& pickRow(Node4C const& root) {
     std::vector<Node4C*> rows;
-    std::vector<Node4C*> pending{root.child(0)};
-    while (!pending.empty()) {
-      Node4C* const node = pending.back();
-      pending.pop_back();
-      if (node->getType() == NODE4_LINE && (rows.empty() || node->numChildren() > 0)) rows.push_back(node);
-      for (unsigned long i = 0; i < node->numChildren(); ++i) pending.push_back(node->child(i));
-    }
+    walkTree(*root.child(0), [&](Node4C& node) {
+      if (node.getType() == NODE4_LINE && (rows.empty() || node.numChildren() > 0)) rows.push_back(&node);
+    });
     return *rows[below(rows.size())];
   }
 
@@ -203,13 +200,9 @@ class RandomEditC {
 /// Brings a tree in order with caret and anchor somewhere; the same places for the same tree and number.
 wstring normalise(Node4C& root, unsigned number) {
   std::vector<Node4C*> texts;
-  std::vector<Node4C*> pending{&root};
-  while (!pending.empty()) {
-    Node4C* const node = pending.back();
-    pending.pop_back();
-    if (node->getType() == NODE4_TEXT) texts.push_back(node);
-    for (unsigned long i = 0; i < node->numChildren(); ++i) pending.push_back(node->child(i));
-  }
+  walkTree(root, [&](Node4C& node) {
+    if (node.getType() == NODE4_TEXT) texts.push_back(&node);
+  });
   std::mt19937 random(number);
   SelectionS places;
   for (PlaceS* place : {&places.caret, &places.anchor}) {

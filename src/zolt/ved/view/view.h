@@ -216,8 +216,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doRunOperator(PointerTC<OperatorBC> op);
   // view_clipboard.cpp
   std::unique_ptr<Node4C> cutSelection();
-  bool isAllSelected() const;
-  /// Null: nothing to paste.
   bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
   /// Opens a step of the history, which can go back to its beginning; ignored while one is open.

@@ -22,6 +22,12 @@ std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
   return row;
 }
 
+bool isAll(SelectionS const& selection, Node4C const& root) {
+  auto const [start, end] = wholeRow(*root.child(0));
+  auto const [anchor, caret] = selection;
+  return (anchor == start && caret == end) || (caret == start && anchor == end);
+}
+
 }  // namespace
 
 std::unique_ptr<Node4C> ViewZNT4C::copyRow(SelectionS const& range) const {
@@ -45,14 +51,8 @@ std::unique_ptr<Node4C> ViewZNT4C::cutSelection() {
   return copy;
 }
 
-bool ViewZNT4C::isAllSelected() const {
-  auto const [start, end] = wholeRow(*root_->child(0));
-  auto const [anchor, caret] = selection_;
-  return (anchor == start && caret == end) || (caret == start && anchor == end);
-}
-
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) const {
-  if (!editable_ && expression_ && isSelected() && isAllSelected()) return expression_;
+  if (!editable_ && expression_ && isSelected() && isAll(selection_, *root_)) return expression_;
   return copy(getSelection(), bytes);
 }
 
