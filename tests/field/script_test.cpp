@@ -61,30 +61,6 @@ TEST(EventScript, TellsWhatItCannotRead) {
   }
 }
 
-// Pasted content is in the recording itself.
-TEST(Recording, HoldsWhatWasPastedFromElsewhere) {
-  StageC other("[\"⚑x\", P[\"2\"], \"‸\"]");
-  oss::PointerTC<ClipboardABC> const shared(new MemoryClipboardC);
-  other.refField().setClipboard(shared);
-  other.refField().run(COMMAND_COPY);
-
-  StageC stage("[\"a‸\"]");
-  stage.refField().setClipboard(shared);
-  EventScriptT script;
-  stage.refField().record(&script);
-  EXPECT_TRUE(stage.refField().run(COMMAND_PASTE));
-  EXPECT_TRUE(stage.refField().run(COMMAND_SELECT_ALL));
-  EXPECT_TRUE(stage.refField().run(COMMAND_CUT));
-  EXPECT_TRUE(stage.refField().run(COMMAND_PASTE));
-  stage.refField().record(nullptr);
-  std::string const text = toUtf8(writeEventScript(script));
-  EXPECT_EQ(text.compare(0, 13, "paste bytes \""), 0) << text;
-  EXPECT_EQ(text.substr(text.find('\n')), "\ncommand select-all\ncut\npaste\n");
-  StageC replayed("[\"a‸\"]");
-  EXPECT_TRUE(replayed.play(text));
-  EXPECT_EQ(replayed.notation(), stage.notation());
-}
-
 using ActF = std::function<void(FormulaFieldC&)>;
 
 /// What a host may do, in all forms that are written differently.

@@ -25,24 +25,6 @@ TEST(Recording, WritesOneLinePerDrawingCall) {
   EXPECT_EQ(graphics.getLines().size(), 7u);
 }
 
-TEST(Recording, NamesTheFontOnlyWhereItMatters) {
-  RecordingGraphicsC graphics;
-  graphics.selectFont(1);
-  graphics.drawHorizontalLine(0, 0, 5);
-  graphics.selectFont(0);
-  graphics.drawText(u"a", 0, 0);
-  graphics.selectFont(2);
-  graphics.selectFont(1);
-  graphics.drawOpenBracket(0, 0, 8, false);
-  graphics.drawText(u"b", 0, 0);
-  EXPECT_EQ(graphics.getText(),
-            "drawHorizontalLine 0 0 5\ndrawText \"a\" 0 0\nselectFont 1\n"
-            "drawOpenBracket 0 0 8 user\ndrawText \"b\" 0 0\n");
-  graphics.clear();
-  graphics.drawText(u"c", 0, 0);
-  EXPECT_EQ(graphics.getText(), "selectFont 1\ndrawText \"c\" 0 0\n") << "a log stands for itself";
-}
-
 TEST(Recording, CountsWhatItDoesNotLog) {
   RecordingGraphicsC graphics;
   long width = 0, height = 0, midHeight = 0;
