@@ -14,6 +14,8 @@ class UnevenGraphicsC : public surfaces::RecordingGraphicsC {
  public:
   /// What the host does when it is asked for a repaint.
   std::function<void()> onInvalidate;
+  /// What it does when the surface measures or draws a text or changes the font.
+  std::function<void()> onUse;
 
   void invalidate() const override {
     RecordingGraphicsC::invalidate();
@@ -25,6 +27,7 @@ class UnevenGraphicsC : public surfaces::RecordingGraphicsC {
     midHeight = getTextMidHeight(text);
   }
   long getTextWidth(oss::wstring const& text) const override {
+    if (onUse) onUse();
     long const commas = std::count(text.begin(), text.end(), u',');
     return static_cast<long>(text.size()) * (7 - 2 * level()) + commas;
   }
@@ -36,8 +39,13 @@ class UnevenGraphicsC : public surfaces::RecordingGraphicsC {
     return RecordingGraphicsC::getMetric(index) + static_cast<long>(depth_);
   }
   void selectFont(unsigned long fontDepth) const override {
+    if (onUse) onUse();
     depth_ = fontDepth;
     RecordingGraphicsC::selectFont(fontDepth);
+  }
+  void drawText(oss::wstring const& text, long x, long y) const override {
+    if (onUse) onUse();
+    RecordingGraphicsC::drawText(text, x, y);
   }
 
  private:

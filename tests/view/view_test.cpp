@@ -136,7 +136,7 @@ TEST_F(Repaints, MayNotChangeTheView) {
   view.insertText(u"b");
   view.insertText(u"(c)");
   int tries = 0;
-  graphics->onInvalidate = [&] {
+  auto const change = [&] {
     ++tries;
     EXPECT_FALSE(view.undo());
     EXPECT_FALSE(view.insertText(u"z"));
@@ -144,6 +144,7 @@ TEST_F(Repaints, MayNotChangeTheView) {
     EXPECT_FALSE(view.selectRange(nullptr, 0, view.getCaretNode(), 0));
     show(u"z");
   };
+  graphics->onInvalidate = change;
   view.selectRange(nullptr, 0, view.crefRoot().child(0)->child(0), 1);
   view.insertText(u"x");
   view.beginGroup();
@@ -153,6 +154,27 @@ TEST_F(Repaints, MayNotChangeTheView) {
   view.needLayout();
   graphics->onInvalidate = nullptr;
   EXPECT_GE(tries, 5);
+  EXPECT_EQ(prefix(), "bx(c)");
+
+  // Nor while the surface measures and draws, for the view or for a field.
+  field::FormulaFieldC field(graphics);
+  graphics->onUse = [&] {
+    change();
+    EXPECT_FALSE(view.measureAgain());
+    view.getExpressionSize();
+    view.display(0, 0);
+  };
+  tries = 0;
+  view.measureAgain();
+  view.display(0, 0);
+  view.getCaretRectangle();
+  EXPECT_GE(tries, 10);
+  graphics->onUse = nullptr;
+  ASSERT_TRUE(field.setPlainText(u"a/b"));
+  graphics->onUse = [&] { EXPECT_FALSE(field.refView().insertText(u"z")); };
+  EXPECT_EQ(field.getSelectionRectangles().size(), 1u);
+  EXPECT_TRUE(field.run(field::COMMAND_DOWN));
+  graphics->onUse = nullptr;
   EXPECT_EQ(prefix(), "bx(c)");
 }
 

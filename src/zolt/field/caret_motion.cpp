@@ -6,7 +6,7 @@
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_walk.h"
-#include "zolt/ved/view/view.h"
+#include "zolt/ved/view/view_hold.h"
 
 namespace zolt::field {
 
@@ -154,6 +154,7 @@ class VerticalSearchC {
 PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CommandE motion, long& column) {
   view.getExpressionSize();  // lays out
   bool const up = motion == COMMAND_UP;
+  ViewHoldC const hold(view);
   GraphicsABC const& graphics = view.crefGraphics();
   PointS at = from.node->getAbsolutePosition();
   from.node->selectFont(graphics);

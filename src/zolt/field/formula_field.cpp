@@ -11,6 +11,7 @@
 #include "zolt/oss/quoted_text.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/view/view_hold.h"
 
 namespace zolt::field {
 
@@ -208,6 +209,7 @@ std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() const {
   view_.getExpressionSize();  // lays out
   auto const [begin, end] = inOneRow(view_.getSelection());
   PointS const at = begin.node->getParent()->getAbsolutePosition();
+  ViewHoldC const hold(view_);
   GraphicsABC const& graphics = view_.crefGraphics();
   Node4C const* item = nullptr;
   do {

@@ -64,4 +64,5 @@
 #include "zolt/ved/view/event.h"
 #include "zolt/ved/view/key_code.h"
 #include "zolt/ved/view/view.h"
+#include "zolt/ved/view/view_hold.h"
 #include "zolt/ved/view/view_insertion.h"

@@ -40,7 +40,8 @@ enum TextRoleE {
 /// a surface that cannot draw draws nothing. All calls come from the thread that calls the view.
 ///
 /// The members that have bodies here are for surfaces that need more information; a surface that forwards
-/// calls to another surface has to forward them too.
+/// calls to another surface has to forward them too. What a surface may do to the view that calls it is in
+/// zolt/ved/view/view_hold.h.
 class GraphicsABC : public oss::RefCountedBC {
  public:
   /// The length of a serif of ceiling and floor bars.

@@ -5,6 +5,7 @@
 #include "zolt/ved/tree/validate_tree.h"
 #include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/view.h"
+#include "zolt/ved/view/view_hold.h"
 
 namespace zolt::math::ved {
 
@@ -21,6 +22,9 @@ ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(grap
 }
 
 ViewZNT4C::~ViewZNT4C() {
+#ifdef ZOLT_CHECK_TREES
+  if (isBusy()) __builtin_trap();
+#endif
   root_.reset();
   expression_.reset();
   constraints_.reset();
@@ -89,7 +93,8 @@ bool ViewZNT4C::selectRange(SelectionS const& range) {
 
 void ViewZNT4C::layoutIfPending() const {
   takeBackIfDue();
-  if (!layoutPending_) return;
+  if (!layoutPending_ || held_) return;
+  ViewHoldC const hold(*this);
   if (measurePending_) {
     root_->layout(*graphics_);
   } else {
@@ -109,17 +114,21 @@ void ViewZNT4C::display(long x, long y) const {
     paintMissed_ = true;
     return;
   }
+  if (held_) return;
   layoutIfPending();
+  ViewHoldC const hold(*this);
   root_->display(*graphics_, x, y, selection_.caret.node);
 }
 
 bool ViewZNT4C::needLayout() {
+  if (held_) return bip();
   layoutPending_ = true;
   textOverhang_ = -1;
   return needRedraw();
 }
 
 bool ViewZNT4C::measureAgain() {
+  if (held_) return bip();
   measurePending_ = true;
   return needLayout();
 }

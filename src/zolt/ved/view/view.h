@@ -29,8 +29,8 @@ struct SelectionPathS;
 /// asked to `invalidate`, and exchanges whole expressions through `setAlgebraicExpression` and
 /// `getAlgebraicExpression`. Everything happens on the caller's thread, at once; layout waits until somebody
 /// asks for it. Each thread may have views of its own (docs/reliability.md). A refused input leaves
-/// everything as it was. Calls that would change the view from inside one of its own events (from a
-/// constraints object, say, or when it asks for a repaint) are refused.
+/// everything as it was. Calls that would change the view while it calls the host's code (a surface, a
+/// constraints object) are refused; view_hold.h has the table of what such code may do.
 ///
 /// When memory runs out (`std::bad_alloc`, from any call), formula, caret, selection and history are as
 /// before the call, or as before the group around it. Taking back needs memory itself: the next call that
@@ -169,9 +169,10 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
  private:
   class EventC;
   friend class ViewInsertionC;
+  friend class ViewHoldC;
 
   // view.cpp
-  bool isBusy() const { return executing_ || notifying_; }
+  bool isBusy() const { return executing_ || notifying_ || held_; }
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// Ends every event: normalises the tree when the layout is pending and, outside groups, settles the edit.
@@ -240,6 +241,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool grouping_ = false;
   bool executing_ = false;            // an event is under way: no layout, no drawing, no second event
   bool notifying_ = false;            // the host is being asked for a repaint: no event
+  mutable bool held_ = false;         // the surface is asked about nodes: no event, no layout
   mutable bool takeBackDue_ = false;  // the tree is that of an edit which did not end
   mutable bool paintMissed_ = false;
   PointerTC<algexpr::AlgebraicExpressionC> expression_;

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "zolt/ved/tree/row_view.h"
-#include "zolt/ved/view/view.h"
+#include "zolt/ved/view/view_hold.h"
 
 namespace zolt::math::ved {
 
@@ -26,6 +26,7 @@ RectangleS ViewZNT4C::getCurrentNodeRectangle() {
 
 RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
   if (!executing_) layoutIfPending();
+  ViewHoldC const hold(*this);
   if (range.anchor == range.caret) {
     auto const& [node, pos] = range.caret;
     PointS const position = node->getAbsolutePosition();
