@@ -148,16 +148,6 @@ TEST(FieldExpressions, AreWhatIsShown) {
   }
 }
 
-TEST(FieldExpressions, AreSetFromPlainText) {
-  StageC stage;
-  exchange::PlainTextErrorS error;
-  EXPECT_TRUE(stage.refField().setPlainText(u"x^2/2", &error));
-  EXPECT_EQ(stage.tree(), "[\"\", /<[\"x\", P[\"2\"], \"\"] ; [\"2\"]>, \"\"]");
-  EXPECT_FALSE(stage.refField().setPlainText(u"x+", &error));
-  EXPECT_EQ(error.cause, exchange::PLAIN_TEXT_ERROR_MISSING_OPERAND);
-  EXPECT_EQ(stage.tree(), "[\"\", /<[\"x\", P[\"2\"], \"\"] ; [\"2\"]>, \"\"]");
-}
-
 oss::PointerTC<RuleC> rejectAnythingWith(std::string const& name) {
   return new RuleC([=](std::string const& prefix) { return prefix.find(name) == std::string::npos; });
 }
