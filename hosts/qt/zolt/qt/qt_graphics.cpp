@@ -97,12 +97,11 @@ void QtGraphicsC::strokePath(surfaces::PathC const& path, double thickness, surf
 
 void QtGraphicsC::fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) const {
   if (!painter_) return;
-  double const half = rule.thickness / 2;
-  QRectF box(QPointF(std::fmin(rule.x1, rule.x2) - half, std::fmin(rule.y1, rule.y2) - half),
-             QPointF(std::fmax(rule.x1, rule.x2) + half, std::fmax(rule.y1, rule.y2) + half));
+  surfaces::BoxS const units = rule.box();
+  QRectF box(units.x, units.y, units.width, units.height);
   QTransform const device = painter_->deviceTransform();
   if (target_ == PAINT_PIXELS && device.type() <= QTransform::TxScale && device.m11() == device.m22()) {
-    surfaces::PixelBoxS const pixels = surfaces::snapRule(rule, device.m11(), device.dx(), device.dy());
+    surfaces::BoxS const pixels = surfaces::snapRule(rule, device.m11(), device.dx(), device.dy());
     box = device.inverted().mapRect(QRectF(pixels.x, pixels.y, pixels.width, pixels.height));
   }
   painter_->fillRect(box, inkColour(ink));

@@ -68,7 +68,7 @@ class PainterC {
     }
     cairo_matrix_t matrix;
     cairo_get_matrix(context_, &matrix);
-    PixelBoxS const box = snapRule(rule, matrix.xx, matrix.x0, matrix.y0);
+    BoxS const box = snapRule(rule, matrix.xx, matrix.x0, matrix.y0);
     cairo_save(context_);
     cairo_identity_matrix(context_);
     cairo_rectangle(context_, box.x, box.y, box.width, box.height);

@@ -92,9 +92,9 @@ std::string pathData(PathC const& path) {
 }
 
 // Left to the viewer's smoothing: where edges are to be crisp, a bar that is thinner than a pixel may vanish.
-std::string rectangle(double left, double top, double width, double height, ColourS const& colour) {
-  return "<rect x=\"" + number(left) + "\" y=\"" + number(top) + "\" width=\"" + number(width) +
-         "\" height=\"" + number(height) + '"' + paint("fill", colour) + "/>\n";
+std::string rectangle(BoxS const& box, ColourS const& colour) {
+  return "<rect x=\"" + number(box.x) + "\" y=\"" + number(box.y) + "\" width=\"" + number(box.width) +
+         "\" height=\"" + number(box.height) + '"' + paint("fill", colour) + "/>\n";
 }
 
 PathC copyOutline(cairo_path_t const& path) {
@@ -132,7 +132,7 @@ class WriterC {
     if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
     if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
     if (options_.background.opacity > 0) {
-      out += rectangle(job_.left, job_.top, job_.width, job_.height, options_.background);
+      out += rectangle({job_.left, job_.top, job_.width, job_.height}, options_.background);
     }
     return out + body_ + "</svg>\n";
   }
@@ -157,16 +157,9 @@ class WriterC {
                  paint("stroke", colour) + "/>\n";
         break;
       case ITEM_RULE:
-        appendRule(item.rule, colour);
+        body_ += rectangle(item.rule.box(), colour);
         break;
     }
-  }
-
-  void appendRule(RuleS const& rule, ColourS const& colour) {
-    double const half = rule.thickness / 2;
-    double const left = std::min(rule.x1, rule.x2) - half, top = std::min(rule.y1, rule.y2) - half;
-    body_ += rectangle(left, top, std::fabs(rule.x2 - rule.x1) + rule.thickness,
-                       std::fabs(rule.y2 - rule.y1) + rule.thickness, colour);
   }
 
   /// Writes one element for every run of letters that are spaced as in the font: not all viewers heed a list
