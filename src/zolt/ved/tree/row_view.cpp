@@ -14,6 +14,18 @@ unsigned long countAncestors(Node4C const* node) {
   return count;
 }
 
+/// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
+void climbToSiblings(Node4C const*& a, Node4C const*& b) {
+  unsigned long depthA = countAncestors(a);
+  unsigned long depthB = countAncestors(b);
+  for (; depthA > depthB; --depthA) a = a->getParent();
+  for (; depthB > depthA; --depthB) b = b->getParent();
+  while (a->getParent() != b->getParent()) {
+    a = a->getParent();
+    b = b->getParent();
+  }
+}
+
 }  // namespace
 
 bool isEmptyRow(Node4C const& row) { return row.numChildren() == 1 && row.child(0)->isEmptyText(); }
@@ -100,17 +112,6 @@ bool hasSuppliedOpen(Node4C const& row) {
 bool hasSuppliedClose(Node4C const& row) {
   unsigned long const count = row.numChildren();
   return count > 2 && row.child(count - 2)->getType() == NODE4_AUTO_CLOSE;
-}
-
-void climbToSiblings(Node4C const*& a, Node4C const*& b) {
-  unsigned long depthA = countAncestors(a);
-  unsigned long depthB = countAncestors(b);
-  for (; depthA > depthB; --depthA) a = a->getParent();
-  for (; depthB > depthA; --depthB) b = b->getParent();
-  while (a->getParent() != b->getParent()) {
-    a = a->getParent();
-    b = b->getParent();
-  }
 }
 
 SelectionS spanOf(SelectionS const& selection) {

@@ -33,8 +33,6 @@ Node4C const* findOpenBracket(PlaceS place);
 bool hasSuppliedOpen(Node4C const& row);
 bool hasSuppliedClose(Node4C const& row);
 
-/// Replaces two nodes that are not inside one another by those of their ancestors that have the same parent.
-void climbToSiblings(Node4C const*& a, Node4C const*& b);
 /// The first and the last item of one row that a selection reaches, in reading order, each with the position
 /// of that end. When the ends are in different rows of a construct, these are the texts around it. The anchor
 /// may be no place; then both are the caret's.
