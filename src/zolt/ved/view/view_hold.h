@@ -12,13 +12,15 @@ namespace zolt::math::ved {
 ///
 /// What such code may do while the view calls it:
 ///
-/// | called | ask the view | change the view | throw |
+/// | called | may ask the view | may change it | may throw |
 /// |---|---|---|---|
-/// | `GraphicsABC::invalidate` | yes; `display` waits for the end of an event | refused | no |
-/// | all else of `GraphicsABC`, an operator's layout and drawing | yes; sizes are old, `display` does nothing
-/// | refused | yes | | `ConstraintsBC::check` | yes; sizes are old, `display` waits | refused | yes: no edit
-/// | | `OperatorBC::runOperator` | yes; the same | through `ViewInsertionC` only | yes: no edit | |
-/// `ClipboardABC` of a field | yes | yes | yes |
+/// | `GraphicsABC::invalidate` | yes (1) | refused | no |
+/// | the rest of `GraphicsABC`; layout and drawing of an operator | yes (2) | refused | yes |
+/// | `ConstraintsBC::check` | yes (1, 2) | refused | yes: no edit |
+/// | `OperatorBC::runOperator` | yes (1, 2) | by `ViewInsertionC` only | yes: no edit |
+/// | `ClipboardABC` of a field | yes | yes | yes |
+///
+/// (1) `display` waits for the end of the event; elsewhere it does nothing. (2) Sizes are those of before.
 ///
 /// None may destroy the view, nor the field that owns it; builds that check trees stop there.
 class ViewHoldC {
