@@ -81,7 +81,8 @@ NodeRecordPointerC Node4C::recordNode() const {
   if (type_ == NODE4_TEXT && text_.size() > part_size) {
     auto const isAt = [this](std::size_t i, NodeRecordC const& part) {
       return part.getKind() == NODE_RECORD_TEXT_PART &&
-             text_.compare(i, part.crefText().size(), part.crefText()) == 0;
+             std::equal(part.crefText().begin(), part.crefText().end(),
+                        text_.begin() + static_cast<std::ptrdiff_t>(i));
     };
     auto const makePart = [&](std::size_t i, std::size_t count) {
       return NodeRecordC::make(NODE_RECORD_TEXT_PART, nullptr, text_.substr(i, count), {});

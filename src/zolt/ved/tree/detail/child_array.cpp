@@ -36,10 +36,12 @@ void ChildArrayC::slideGap(std::uint32_t to) {
 
 /// Moves the slots into memory of their own, with the gap at the end.
 void ChildArrayC::reallocate(std::uint32_t capacity) {
+  moveGap(size_);
+  std::size_t const piece = std::min<std::size_t>(size_, capacity_ - first_);
   Node4C* only = nullptr;
   Node4C** const fresh = capacity > 1 ? new Node4C*[capacity] : &only;
-  std::size_t i = 0;
-  for (Node4C* const child : *this) fresh[i++] = child;
+  std::copy_n(data() + first_, piece, fresh);
+  std::copy_n(data(), size_ - piece, fresh + piece);
   if (isOutside()) delete[] outside_;
   if (capacity > 1) {
     outside_ = fresh;
