@@ -89,6 +89,11 @@ TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
   view.addEvent(EVENT_KEY, KEY_BACKSPACE, false, false, false, 0, 0);
   EXPECT_EQ(stage.notation(), "[\"abc‸\"]");
   EXPECT_EQ(calls, 4);
+
+  auto doomed = std::make_unique<ViewZNT4C>(new surfaces::RecordingGraphicsC);
+  doomed->setConstraints(new RuleC([&](std::string const&) { return doomed.reset(), true; }));
+  EXPECT_FALSE(doomed->insertText(u"a"));
+  EXPECT_FALSE(doomed);
 }
 
 class Repaints : public testing::Test {

@@ -23,8 +23,9 @@ ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(grap
 
 ViewZNT4C::~ViewZNT4C() {
 #ifdef ZOLT_CHECK_TREES
-  if (isBusy()) __builtin_trap();
+  if (notifying_ || held_) __builtin_trap();
 #endif
+  if (event_) event_->loseView();
   root_.reset();
   expression_.reset();
   constraints_.reset();
@@ -104,13 +105,13 @@ void ViewZNT4C::layoutIfPending() const {
 }
 
 PointS ViewZNT4C::getExpressionSize() const {
-  if (!executing_) layoutIfPending();
+  if (!event_) layoutIfPending();
   return {root_->getWidth(), root_->getHeight()};
 }
 
 void ViewZNT4C::display(long x, long y) const {
   // A surface that paints from inside `invalidate` would read a tree in the middle of a change.
-  if (executing_) {
+  if (event_) {
     paintMissed_ = true;
     return;
   }
@@ -153,14 +154,15 @@ bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool, boo
 
 ViewZNT4C::EventC::EventC(ViewZNT4C& view) : view_(view) {
   view_.takeBackIfDue();
-  view_.executing_ = true;
+  view_.event_ = this;
   selection_ = view_.selection_;
   penDown_ = view_.penDown_;
 }
 
 ViewZNT4C::EventC::~EventC() {
   if (finished_) return;
-  view_.executing_ = view_.paintMissed_ = false;
+  view_.event_ = nullptr;
+  view_.paintMissed_ = false;
   view_.penDown_ = penDown_;
   view_.takeBackDue_ = view_.history_->isStepOpen();
   if (view_.takeBackDue_) return;
@@ -168,8 +170,9 @@ ViewZNT4C::EventC::~EventC() {
 }
 
 void ViewZNT4C::EventC::finish() {
+  if (finished_) return;
   finished_ = true;
-  view_.executing_ = false;
+  view_.event_ = nullptr;
   if (!view_.paintMissed_) return;
   view_.paintMissed_ = false;
   view_.needRedraw();
@@ -251,7 +254,9 @@ bool ViewZNT4C::finishEdit() {
 }
 
 bool ViewZNT4C::settleEdit() {
+  EventC const& event = *event_;
   bool const rejected = isRejected();
+  if (event.hasLostView()) return false;
   if (rejected) {
     takeOver(*history_->stateBeforeStep());
     needRedraw();
@@ -265,7 +270,8 @@ bool ViewZNT4C::settleEdit() {
 bool ViewZNT4C::isRejected() const {
   if (!constraints_ || !history_->isStepOpen() || !history_->hasChanged(*root_)) return false;
   auto const expression = getJudgedExpression();
-  return expression && !constraints_->check(expression);
+  PointerTC<algexpr::ConstraintsBC> const asked = constraints_;  // which may destroy the view
+  return expression && !asked->check(expression);
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getJudgedExpression() const {

@@ -172,7 +172,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   friend class ViewHoldC;
 
   // view.cpp
-  bool isBusy() const { return executing_ || notifying_ || held_; }
+  bool isBusy() const { return event_ || notifying_ || held_; }
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// Ends every event: normalises the tree when the layout is pending and, outside groups, settles the edit.
@@ -239,7 +239,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   mutable long textOverhang_ = -1;       // how far texts reach out of the boxes around them; -1: not measured
   bool penDown_ = false;
   bool grouping_ = false;
-  bool executing_ = false;            // an event is under way: no layout, no drawing, no second event
+  EventC* event_ = nullptr;           // is under way: no layout, no drawing, no second event
   bool notifying_ = false;            // the host is being asked for a repaint: no event
   mutable bool held_ = false;         // the surface is asked about nodes: no event, no layout
   mutable bool takeBackDue_ = false;  // the tree is that of an edit which did not end

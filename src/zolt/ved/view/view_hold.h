@@ -22,7 +22,8 @@ namespace zolt::math::ved {
 ///
 /// (1) `display` waits for the end of the event; elsewhere it does nothing. (2) Sizes are those of before.
 ///
-/// None may destroy the view, nor the field that owns it; builds that check trees stop there.
+/// `ConstraintsBC::check` may destroy a view that no field owns; that edit is refused. Nothing else
+/// may destroy a view, and nothing a field; builds that check trees stop where it does.
 class ViewHoldC {
  public:
   explicit ViewHoldC(ViewZNT4C const& view) : view_(view), before_(std::exchange(view.held_, true)) {}

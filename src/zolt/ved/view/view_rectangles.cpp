@@ -25,7 +25,7 @@ RectangleS ViewZNT4C::getCurrentNodeRectangle() {
 }
 
 RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
-  if (!executing_) layoutIfPending();
+  if (!event_) layoutIfPending();
   ViewHoldC const hold(*this);
   if (range.anchor == range.caret) {
     auto const& [node, pos] = range.caret;

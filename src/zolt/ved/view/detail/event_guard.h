@@ -17,6 +17,9 @@ class ViewZNT4C::EventC {
 
   /// Ends the event, and repeats a repaint that came too early.
   void finish();
+  /// The view was destroyed: there is nothing to end and nothing to take back.
+  void loseView() { finished_ = true; }
+  bool hasLostView() const { return finished_; }
 
  private:
   ViewZNT4C& view_;
