@@ -26,7 +26,8 @@ class FoldC : public NodeVisitorABC {
  public:
   using MakeF = std::function<ValueT(NodeABC&, char kind, std::vector<ValueT> children)>;
 
-  explicit FoldC(MakeF make) : NodeVisitorABC(VISIT_CHILDREN_FIRST), make_(std::move(make)) {}
+  explicit FoldC(MakeF make, unsigned long order = VISIT_CHILDREN_FIRST)
+      : NodeVisitorABC(order), make_(std::move(make)) {}
 
   ValueT of(AlgebraicExpressionC const& expression) {
     expression.accept(*this);
@@ -45,6 +46,7 @@ class FoldC : public NodeVisitorABC {
 
  private:
   void fold(NodeABC& node, char kind, unsigned long count) {
+    if (getOrder() != VISIT_CHILDREN_FIRST) count = 0;
     auto const first = values_.end() - static_cast<std::ptrdiff_t>(count);
     std::vector<ValueT> children(std::make_move_iterator(first), std::make_move_iterator(values_.end()));
     values_.erase(first, values_.end());
@@ -68,6 +70,14 @@ std::string nameOf(PrefixErrorE cause) {
   char const* const names[] = {"none",       "missing-operand", "bad-number",   "bad-character",
                                "not-closed", "missing-comma",   "trailing-text"};
   return names[cause];
+}
+
+TEST(Visitors, MayComeToParentsFirst) {
+  std::string order;
+  FoldC<int> names([&](NodeABC& node, char, auto const&) { return order += toUtf8(node.getName()), 0; },
+                   VISIT_PARENT_FIRST);
+  AlgebraicExpressionC::fromPrefixString(u"f(+(a,b),c)")->accept(names);
+  EXPECT_EQ(order, "f+abc");
 }
 
 TEST(PrefixText, ReadsAndReadsBack) {

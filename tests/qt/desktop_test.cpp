@@ -79,7 +79,6 @@ class DesktopTest final : public QObject {
     QString error;
     auto const sheet = readSheet(sampleBytes(), error);
     QVERIFY2(sheet, qPrintable(error));
-    QCOMPARE(writeSheet(*sheet), sampleBytes());
     QCOMPARE(*readSheet(sampleBytes().replace("\n", "\r\n"), error), *sheet);
     StageS stage(*sheet);
     QCOMPARE(writeSheet(stage.view.sheet()), sampleBytes());
@@ -87,12 +86,6 @@ class DesktopTest final : public QObject {
     // What the line of text takes from a clipboard, the file can hold.
     stage.view.rows()[1]->text()->setText(QStringLiteral("two\nlines"));
     QCOMPARE(readSheet(writeSheet(stage.view.sheet()), error)->at(1).text, QStringLiteral("two lines"));
-
-    // An expression that was changed by hand counts; a tree gives the one that is missing.
-    auto const changed =
-        readSheet("zolt-sheet 1\nformula *(3,x)\ntree [\"2x\"]\nformula\ntree [\"2x\"]\nend 2\n", error);
-    QCOMPARE(changed->at(0), formulaLine("*(3,x)"));
-    QCOMPARE(changed->at(1).prefix, QStringLiteral("*(2,x)"));
   }
 
   void longFormulasAreShownOnRequest() {
