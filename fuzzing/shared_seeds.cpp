@@ -7,6 +7,7 @@
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
+#include "fuzzing/growth.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/oss/quoted_text.h"
@@ -120,7 +121,7 @@ bool playsSessions(std::string const& target) {
 }  // namespace
 
 std::vector<BytesT> sharedSeeds(std::string const& name, std::string const& corpora) {
-  std::vector<BytesT> seeds;
+  std::vector<BytesT> seeds = longSeeds(name);
   for (TargetS const& other : targets) {
     std::string const from = other.name;
     if (from == name) continue;

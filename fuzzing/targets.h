@@ -30,6 +30,7 @@ std::string checkScript(std::uint8_t const* data, std::size_t size);
 std::string checkSheet(std::uint8_t const* data, std::size_t size);
 std::string checkFont(std::uint8_t const* data, std::size_t size);
 std::string checkMemory(std::uint8_t const* data, std::size_t size);
+std::string checkGrowth(std::uint8_t const* data, std::size_t size);
 
 std::vector<BytesT> prefixSeeds();
 std::vector<BytesT> infixSeeds();
@@ -41,6 +42,7 @@ std::vector<BytesT> scriptSeeds();
 std::vector<BytesT> sheetSeeds();
 std::vector<BytesT> fontSeeds();
 std::vector<BytesT> memorySeeds();
+std::vector<BytesT> growthSeeds();
 
 constexpr TargetS targets[] = {
     {"prefix", checkPrefix, prefixSeeds},       {"infix", checkInfix, infixSeeds},
@@ -48,7 +50,7 @@ constexpr TargetS targets[] = {
     {"events", checkEvents, eventsSeeds},       {"field", checkField, eventsSeeds},
     {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
     {"sheet", checkSheet, sheetSeeds},          {"font", checkFont, fontSeeds},
-    {"memory", checkMemory, memorySeeds},
+    {"memory", checkMemory, memorySeeds},       {"growth", checkGrowth, growthSeeds},
 };
 
 }  // namespace zolt::fuzz

@@ -6,6 +6,7 @@
 
 #include "fuzzing/allocations.h"
 #include "fuzzing/bytes_text.h"
+#include "fuzzing/step_count.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/catalogue/standard_operators.h"
@@ -29,6 +30,11 @@ namespace {
 // supplied for it, in the tree and in the history. Storage that doubles passes through twice its size.
 constexpr std::size_t bytes_per_input = 800;
 constexpr std::size_t bytes_for_nothing = 20000;
+// A reader takes some steps for each character, and fills the tables of operators when it is the first.
+constexpr unsigned long steps_per_input = 2000;
+constexpr unsigned long steps_for_nothing = 100000;
+
+unsigned long stepsAtStart = 0;
 
 using TreeT = std::unique_ptr<Node4C>;
 
@@ -103,12 +109,20 @@ void chooseStretches(std::size_t number) {
   [[maybe_unused]] bool const isChosen = math::ved::RowIndexC::setLeastLength(number % 2 * 4);
 }
 
-void startMeter() { AllocationsS::reset(); }
+void startMeter() {
+  AllocationsS::reset();
+  stepsAtStart = countedSteps;
+}
 
 std::string checkMeter(std::size_t size) {
   std::size_t const bytes = AllocationsS::get().peak;
-  if (bytes <= bytes_for_nothing + bytes_per_input * size) return {};
-  return "takes " + std::to_string(bytes) + " bytes of memory for an input of " + std::to_string(size);
+  unsigned long const steps = countedSteps - stepsAtStart;
+  std::string const forInput = " for an input of " + std::to_string(size);
+  if (bytes > bytes_for_nothing + bytes_per_input * size)
+    return "takes " + std::to_string(bytes) + " bytes of memory" + forInput;
+  if (steps > steps_for_nothing + steps_per_input * size)
+    return "takes " + std::to_string(steps) + " steps" + forInput;
+  return {};
 }
 
 std::string checkInvariants(Node4C const& root) {

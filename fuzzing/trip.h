@@ -42,9 +42,9 @@ void prepare();
 /// what long rows need.
 void chooseStretches(std::size_t number);
 
-/// Starts to count the bytes held on the heap.
+/// Starts to count the bytes held on the heap, and the steps in programs that count them.
 void startMeter();
-/// Checks that they were at most in proportion to an input of `size` bytes or characters.
+/// Checks that both were at most in proportion to an input of `size` bytes or characters.
 std::string checkMeter(std::size_t size);
 
 /// Checks the numbered invariants.

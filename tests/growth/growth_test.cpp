@@ -7,7 +7,8 @@
 #include <iterator>
 #include <memory>
 
-#include "tests/growth/step_count.h"
+#include "fuzzing/growth.h"
+#include "fuzzing/step_count.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/exchange/plain_text.h"
@@ -32,6 +33,15 @@ constexpr unsigned long large_size = 10000;
 constexpr unsigned long most_growth = 14;
 // Work that does not grow is not examined closely.
 constexpr unsigned long negligible_steps = 20000;
+
+// Every operator nested in every argument of itself and of another, through all that is done to formulas.
+TEST(GrowthOfPatterns, IsInProportion) {
+  for (fuzz::BytesT const& seed : fuzz::growthSeeds()) {
+    if (!fuzz::showsTree(seed)) continue;
+    EXPECT_EQ(fuzz::checkGrowthFrom(1ul << 12, seed.data(), seed.size()), "")
+        << std::string(seed.begin(), seed.end());
+  }
+}
 
 /// A formula of any size, in tree notation with the caret in its middle: of so many pieces before it and as
 /// many after it as there are `pieces` in 100 of its size.
@@ -172,13 +182,13 @@ class SubjectC {
   template <class CallT>
   CostS cost(CallT const& call) {
     CostS cost;
-    unsigned long const start = countSteps();
+    unsigned long const start = fuzz::countedSteps;
     call(field_);
     field_.takeChange();
     field_.refView().getExpressionSize();
-    cost.act = countSteps() - start;
+    cost.act = fuzz::countedSteps - start;
     paint();
-    cost.paint = countSteps() - start - cost.act;
+    cost.paint = fuzz::countedSteps - start - cost.act;
     // The field returns to its beginning. Dropping the steps of earlier acts is no work of the next one.
     if (field_.writeNotation() != notation_) {
       field_.setExpression(nullptr);
