@@ -10,6 +10,7 @@ namespace {
 using namespace sheet;
 
 TEST(Sheet, ReadsBackAsWritten) {
+  StageC const operators;
   wstring text =
       u"zolt-sheet 1\nheading A b\ntext \nformula +(a,b)\nformula *(2,x)\ntree [\"2x\"]\nformula\n"
       u"tree [\"a+\", /<[\"b\"] ; [\"\"]>, \"\"]\nformula\nend 6\n";
