@@ -94,6 +94,7 @@ void expectUsable(wstring const& prefix, bool all) {
   stage.show(prefix);
   stage.expectSound();
   EXPECT_EQ(stage.prefix(), prefix);
+  EXPECT_EQ(stage.field.writeNotation().find(u'`'), wstring::npos) << "shown as text";
   expectCopies(stage, prefix);
   EXPECT_FALSE(makeReadableText(stage.field.crefView()).text.empty());
 
