@@ -66,7 +66,7 @@ void ChildArrayC::insertSlots(std::size_t i, std::size_t count) {
   auto const added = static_cast<std::uint32_t>(count);
   auto const at = static_cast<std::uint32_t>(i);
   // A row that grows gets as much room as it has slots, so that growth takes amortised constant time.
-  if (room() < added) reallocate(size_ == 0 ? added : 2 * (size_ + added));
+  if (room() < added) reallocate(size_ == 0 ? added : 2 * size_ + added);
   moveGap(at > 0 ? at : size_);
   if (at == 0) first_ = static_cast<std::uint32_t>(wrap(first_ + capacity_ - added));
   gap_ += added;
