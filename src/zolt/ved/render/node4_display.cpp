@@ -52,7 +52,7 @@ bool TreeDrawerC::isSeen(Node4C const& node, long x, long y) const {
   long const left = x + node.getDX();
   long const top = y + node.getDY();
   if (left + node.width_ < seen_.left || left > seen_.right) return false;
-  return node.overflows_ || (top + node.height_ >= seen_.top && top <= seen_.bottom);
+  return node.state_.overflows || (top + node.height_ >= seen_.top && top <= seen_.bottom);
 }
 
 void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const {
@@ -130,7 +130,7 @@ TextRoleE TreeDrawerC::findFirstRole(Node4C const& row) {
 
 /// The role of a text after `item`.
 TextRoleE TreeDrawerC::findRoleAfter(Node4C const& item) {
-  return isOpeningBracket(item.type_) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
+  return isOpeningBracket(item.getType()) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
 }
 
 bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {

@@ -60,7 +60,7 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
   placeChildren(graphics);
   // The mark is cleared last, so that a layout for which memory runs out is repeated.
   unmark(STALE_LAYOUT);
-  state_.laidOutDepth = static_cast<std::uint16_t>(fontDepth_);
+  state_.laidOutDepth = fontDepth_;
   return true;
 }
 
@@ -105,7 +105,9 @@ void Node4C::placeChildren(GraphicsABC const& graphics) {
 
 // The note is never taken back: its only cost is drawing what is out of sight.
 void Node4C::noteOverflow() {
-  for (Node4C* node = this; node && !node->overflows_; node = node->parent_) node->overflows_ = true;
+  for (Node4C* node = this; node && !node->state_.overflows; node = node->parent_) {
+    node->state_.overflows = true;
+  }
 }
 
 void Node4C::layout_standard(GraphicsABC const&) {}

@@ -20,7 +20,7 @@ Node4C::Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& 
   text_ = op ? op->getName() : text;
 }
 
-Node4C::Node4C(Node4TypeE type, unsigned long nbChildren) : type_(type) {
+Node4C::Node4C(Node4TypeE type, unsigned long nbChildren) : type_(static_cast<std::int16_t>(type)) {
   if (nbChildren > 0) children_.resize(nbChildren);
 }
 
@@ -58,7 +58,7 @@ Node4C::~Node4C() {
 }
 
 Node4C* Node4C::cloneNode() const {
-  auto node = std::make_unique<Node4C>(type_, op_, text_, children_.size());
+  auto node = std::make_unique<Node4C>(getType(), op_, text_, children_.size());
   node->text_ = text_;
   return node.release();
 }
@@ -87,7 +87,7 @@ void Node4C::noteNewKind() {
 
 void Node4C::setType(Node4TypeE type) {
   noteNewKind();
-  type_ = type;
+  type_ = static_cast<std::int16_t>(type);
   if (type != NODE4_OPERATOR) op_.reset();
 }
 
@@ -111,7 +111,7 @@ void Node4C::adopt(unsigned long i, Node4C* node) {
   children_[i] = node;
   if (!node) return;
   node->parent_ = this;
-  if (node->overflows_) noteOverflow();
+  if (node->state_.overflows) noteOverflow();
   node->state_.stretch = state_.index ? &state_.index->at(i) : nullptr;
   node->state_.slotHint = static_cast<std::uint32_t>(state_.index ? i - node->state_.stretch->first : i);
 }

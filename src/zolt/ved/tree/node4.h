@@ -69,7 +69,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   Node4C* clone() const;
 
   // ---- Record -------------------------------------------------------------------------------------------
-  Node4TypeE getType() const { return type_; }
+  Node4TypeE getType() const { return static_cast<Node4TypeE>(type_); }
   /// Changes the kind; any kind but NODE4_OPERATOR drops the operator.
   void setType(Node4TypeE type);
   /// The text, for an immediate change: do not write to the reference after the next normalisation or layout.
@@ -230,14 +230,13 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
 
   // The members that layout and drawing read come first, so that they are near each other in memory.
   ChildArrayC children_;
-  Node4TypeE type_ = NODE4_TEXT;
+  std::int16_t type_ = NODE4_TEXT;
+  std::uint16_t fontDepth_ = 0;  // rows nest less deep than 16 bits count
   std::int32_t dx_ = 0;
   std::int32_t dy_ = 0;
   std::int32_t width_ = 0;
   std::int32_t height_ = 0;
   std::int32_t midHeight_ = 0;
-  std::uint32_t fontDepth_ = 0;
-  bool overflows_ = false;  // whether something inside may extend above or below this node's box
   NodeStateS state_;
   Node4C* parent_ = nullptr;
   PointerTC<OperatorBC> op_;

@@ -64,7 +64,7 @@ bool Node4C::readObject(PointerTC<oss::ObjectInputStreamABC>& in) { return readN
 bool Node4C::readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long levelsAbove) {
   short type = 0;
   if (!in->readStartAggregate(oss::AGGREGATE_RECORD) || !in->readMember(type)) return false;
-  type_ = static_cast<Node4TypeE>(type);
+  type_ = type;
 
   unsigned long count = 0;
   if (!in->readMember(text_) || !in->readMember(count)) return false;

@@ -65,8 +65,11 @@ void ChildArrayC::insertSlots(std::size_t i, std::size_t count) {
   if (count == 0) return;
   auto const added = static_cast<std::uint32_t>(count);
   auto const at = static_cast<std::uint32_t>(i);
-  // A row that grows gets as much room as it has slots, so that growth takes amortised constant time.
-  if (room() < added) reallocate(size_ == 0 ? added : 2 * size_ + added);
+  // The room that is made is as large as the slots in use, so that growth takes amortised constant time; what
+  // is put into an empty array fills it exactly.
+  if (room() < added) {
+    reallocate(size_ > 0 && added > size_ ? 2 * (size_ + added) : size_ + std::max(added, size_));
+  }
   moveGap(at > 0 ? at : size_);
   if (at == 0) first_ = static_cast<std::uint32_t>(wrap(first_ + capacity_ - added));
   gap_ += added;

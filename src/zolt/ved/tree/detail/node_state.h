@@ -11,12 +11,15 @@ namespace zolt::math::ved {
 
 /// The incremental state of a node; docs/incremental.md explains it and numbers its invariants.
 struct NodeStateS {
+  NodeStateS() : laidOutAsSlot(false), overflows(false) {}
+
   RowStretchS* stretch = nullptr;      // the stretch that holds the node, if its row is long
   std::unique_ptr<RowIndexC> index;    // not null in a long row
   mutable NodeRecordPointerC record;   // valid unless STALE_RECORD is set
   mutable std::uint32_t slotHint = 0;  // the last known number in its stretch or its parent's list
-  std::uint16_t laidOutDepth = 0;      // of the last layout; a font depth beyond 16 bits never equals it
-  bool laidOutAsSlot = false;          // whether the last layout measured the placeholder
+  std::uint16_t laidOutDepth = 0;      // the font depth of the last layout
+  bool laidOutAsSlot : 1;              // whether the last layout measured the placeholder
+  bool overflows : 1;                  // whether something inside may extend above or below the node's box
   mutable std::uint8_t stale = STALE_ALL;
 };
 
