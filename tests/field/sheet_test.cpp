@@ -24,7 +24,8 @@ TEST(Sheet, ReadsBackAsWritten) {
   EXPECT_EQ(sheet[0].prefix, u"*(3,x)");
   EXPECT_EQ(sheet[0].tree, u"");
   EXPECT_EQ(sheet[1].prefix, u"*(2,x)");
-  EXPECT_TRUE(isWithinLimits(sheet));
+  EXPECT_EQ(makeFormulaLine(u"x", u"[\"x\"]").tree, u"");
+  EXPECT_TRUE(isWithinLimits({{SHEET_FORMULA, {}, {}, wstring(100, u'x')}}));
   sheet.assign(4, {SHEET_FORMULA, {}, {}, wstring(max_sheet_formula, u'x')});
   EXPECT_FALSE(isWithinLimits(sheet));
 }

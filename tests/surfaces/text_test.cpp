@@ -152,6 +152,7 @@ TEST(FontSet, ExplainsWhatIsMissing) {
   EXPECT_NE(error.find("KaTeX_Main-Regular.ttf"), std::string::npos) << error;
   EXPECT_NE(error.find("/nowhere"), std::string::npos) << error;
   EXPECT_NE(error.find("ZOLT_FONT_DIR"), std::string::npos) << error;
+  error.clear();
   EXPECT_FALSE(FontSetC::fromMemory({{"one", ""}}, error));
   EXPECT_NE(error, "");
   EXPECT_FALSE(FontSetC::fromMemory({{"one", "no font"}, {"two", "none either"}}, error));

@@ -82,6 +82,7 @@ TEST_F(Constraints, MayNotChangeTheViewThatAsks) {
   });
   auto& view = stage.refView();
   view.addEvent(EVENT_KEY, KEY_RIGHT, false, false, false, 0, 0);
+  EXPECT_FALSE(view.addEvent(EVENT_KEY, KEY_RIGHT, false, false, false, 0, 0));  // it is at the end
   view.addEvent(EVENT_CHAR, u'b', false, false, false, 0, 0);
   EXPECT_EQ(stage.notation(), "[\"ab‸\"]");
   view.insertText(u"c");
