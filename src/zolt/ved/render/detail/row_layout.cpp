@@ -27,6 +27,14 @@ RowLayoutC::RowLayoutC(Node4C& row, GraphicsABC const& graphics)
 
 void RowLayoutC::layout() {
   join();
+  if (axis_ + highestGroup_ < 0 || !pushes_.empty()) {
+    // A group extends at least down to the row's top, even if its items end above. They do so only on
+    // surfaces with negative sizes and in rows that were not normalised.
+    rowTop_ = -axis_;
+    markAll();
+    join();
+    markAll();
+  }
   for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].dy = static_cast<std::int32_t>(axis_);
   if (!row_.crefState().index) {
     for (unsigned long i = 0; i < row_.numChildren(); ++i)
@@ -40,6 +48,7 @@ void RowLayoutC::layout() {
 void RowLayoutC::measure(RowStretchS& stretch) {
   RowSumS& sum = stretch.sum;
   sum.brackets.clear();
+  highestGroup_ = -RowExtentS::none;
   RowExtentS extent;
   long base = RowExtentS::none;  // how low the axis must be for the item that an exponent would be on now
   bool onBracket = false;        // whether that item is a closing bracket with a partner in another stretch
@@ -58,7 +67,12 @@ void RowLayoutC::measure(RowStretchS& stretch) {
     switch (item.getType()) {
       case NODE4_POWER:
         x += gap_;
-        base += pushOf(item);
+        if (i > 0 && pushes_.empty() && isOpeningBracket(row_.child(i - 1)->getType())) {
+          findPushes();
+          levels_.resize(outside);
+          return measure(stretch);
+        }
+        if (pushes_.empty()) base += pushOf(item);
         if (onBracket) {
           sum.brackets.back().power = &item;
         } else {
@@ -91,7 +105,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
         if (!item.isEmptyText()) x += gap_;
         item.setDY(-item.getMidHeight());
         extent.include(item.getDY(), item.getDY() + item.getHeight());
-        Node4C::max1stDim(base, item.getMidHeight());
+        Node4C::max1stDim(base, item.getMidHeight() + (pushes_.empty() ? 0 : pushes_[i]));
     }
   }
   endBase();
@@ -100,6 +114,34 @@ void RowLayoutC::measure(RowStretchS& stretch) {
   levels_.erase(opened, levels_.end());
   sum.width = x;
   sum.extent = extent;
+  sum.highestGroup = highestGroup_;
+}
+
+void RowLayoutC::markAll() {
+  for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].stale |= STALE_LAYOUT;
+}
+
+/// An exponent pushes down the item or the group on which it is placed. An exponent directly after an opening
+/// bracket, which normalisation does not leave there, pushes down items on several levels; for such rows the
+/// exponents are taken one by one here.
+void RowLayoutC::findPushes() {
+  pushes_.assign(row_.numChildren(), 0);
+  for (unsigned long power = 0; power < row_.numChildren(); ++power) {
+    if (row_.child(power)->getType() != NODE4_POWER) continue;
+    long depth = 0;
+    bool isBase = true;
+    for (unsigned long i = power; isBase && i-- > 0;) {
+      Node4C const& item = *row_.child(i);
+      pushes_[i] += pushOf(*row_.child(power));
+      if (isClosingBracket(item.getType())) {
+        ++depth;
+      } else if (isOpeningBracket(item.getType())) {
+        isBase = --depth != 0;
+      } else if (item.getType() != NODE4_POWER && !isPassedOver(item)) {
+        isBase = depth != 0;
+      }
+    }
+  }
 }
 
 bool RowLayoutC::isEmptyPair(RowStretchS const& stretch, unsigned long close) const {
@@ -110,6 +152,9 @@ bool RowLayoutC::isEmptyPair(RowStretchS const& stretch, unsigned long close) co
 long RowLayoutC::findBaseTop(unsigned long power) const {
   if (power == 0) return -graphics_.getTextMidHeight(wstring());
   Node4C const& before = *row_.child(power - 1);
+  if (isOpeningBracket(before.getType())) {
+    return rowTop_ + static_cast<long>(levels_.size() - 1) * overhang_ + pushes_[power - 1];
+  }
   return (power > 1 && isPassedOver(before) ? *row_.child(power - 2) : before).getDY();
 }
 
@@ -125,8 +170,9 @@ long RowLayoutC::closeGroup(Node4C& close, RowExtentS& extent) {
   Node4C& open = *levels_.back().bracket;
   extent = levels_.back().before;
   levels_.pop_back();
+  Node4C::min1stDim(highestGroup_, group.bottom);
   long const top = group.top - overhang_;
-  long const bottom = group.bottom + overhang_;
+  long const bottom = std::max(group.bottom, rowTop_) + overhang_;
   for (Node4C* bracket : {&open, &close}) {
     bracket->setDY(top);
     bracket->setHeight(bottom - top);
@@ -139,17 +185,21 @@ long RowLayoutC::closeGroup(Node4C& close, RowExtentS& extent) {
 /// Brackets with a partner in their stretch are done already; this pairs the others.
 void RowLayoutC::join() {
   RowExtentS extent;
+  highestGroup_ = -RowExtentS::none;
   width_ = 0;
   for (std::size_t k = 0; k < stretches_.size(); ++k) {
     RowStretchS& stretch = stretches_[k];
     RowSumS const& sum = stretch.sum;
     stretch.dy = 0;
     if (stretch.stale & STALE_LAYOUT) {
+      long const highest = highestGroup_;
       measure(stretch);
+      highestGroup_ = highest;
       stretch.stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
     }
     stretch.dx = static_cast<std::int32_t>(width_);
     width_ += sum.width;
+    Node4C::min1stDim(highestGroup_, sum.highestGroup);
     for (RowBracketS const& item : sum.brackets) {
       extent.include(item.before);
       if (isOpeningBracket(item.bracket->getType())) {

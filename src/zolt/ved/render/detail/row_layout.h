@@ -25,6 +25,8 @@ class RowLayoutC {
   void join();
   long closeGroup(Node4C& close, RowExtentS& extent);
   static void placePower(Node4C& power, long baseTop, RowExtentS& extent);
+  void findPushes();
+  void markAll();
   long findBaseTop(unsigned long power) const;
   bool isEmptyPair(RowStretchS const& stretch, unsigned long close) const;
 
@@ -34,6 +36,9 @@ class RowLayoutC {
   long const gap_;
   long const overhang_;
   std::vector<RowBracketS> levels_;  // the opening brackets whose partners have not been met
+  std::vector<long> pushes_;         // one for each item; empty when all exponents have ordinary bases
+  long highestGroup_ = 0;            // the least bottom of any group in brackets
+  long rowTop_ = RowExtentS::none;   // none until it is known
   long width_ = 0;
   long axis_ = 0;
   long bottom_ = 0;

@@ -50,6 +50,7 @@ struct RowSumS {
   long width = 0;
   std::vector<RowBracketS> brackets;  // closing ones, then opening ones
   RowExtentS extent;                  // of the items after the last of the brackets
+  long highestGroup = 0;              // the least bottom of any group in brackets
 };
 
 /// The brackets of a stretch, or of several, one after another.
