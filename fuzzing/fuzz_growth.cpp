@@ -350,7 +350,7 @@ std::string checkGrowthFrom(std::size_t length, std::uint8_t const* data, std::s
   // Where steps are counted, both formulas nest deeper than rows may, or neither can: what nests too deep is
   // another kind of formula.
   std::size_t const from =
-      countedSteps > 0 ? std::max(length, (limits::max_nested_rows + 100) * piece) : length;
+      countedSteps > 0 ? std::max<std::size_t>(length, (limits::max_nested_rows + 100) * piece) : length;
   std::size_t const to = growth * from;
   StagesC small;
   StagesC large;
