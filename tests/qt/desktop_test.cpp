@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QPdfWriter>
+#include <QSemaphore>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QSvgRenderer>
@@ -19,6 +20,7 @@
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
 #include "hosts/qt/desktop/help_dialog.h"
+#include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
@@ -134,6 +136,15 @@ class DesktopTest final : public QObject {
       sheet::SheetT const sheet{{sheet::SHEET_TEXT, oss::wstring(size, u'x'), {}, {}}};
       QCOMPARE(sheet::isWithinLimits(sheet), size == sheet::max_sheet_text);
     }
+    // One long step does not keep the button waiting.
+    auto const step = std::make_shared<QSemaphore>();
+    DialogAnswer answer("Cancel");
+    QVERIFY(!runLongWork(nullptr, {}, 1, [step](Progress const& goOn) {
+      step->acquire();
+      step->release(goOn(1) ? 0 : 2);
+    }));
+    step->release();
+    QVERIFY(step->tryAcquire(2, 10000));
     QString stopped;
     qsizetype reached = 0;
     QVERIFY(!readSheet(sampleBytes(), stopped, [&](qsizetype done) { return (reached = done) < 50; }));

@@ -6,14 +6,14 @@
 #include <QMenu>
 #include <QPrintDialog>
 #include <QPrinter>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
 #include <QTextDocument>
-#include <algorithm>
+#include <memory>
 
+#include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/plain_message_box.h"
 #include "hosts/qt/desktop/recorder.h"
@@ -27,22 +27,7 @@ namespace zolt::desktop {
 namespace {
 
 constexpr qsizetype most_recent_files = 8;
-constexpr int message_time = 4000;   // ms
-constexpr int progress_delay = 500;  // ms
-
-/// Shows, after a while, how much of `all` is done, with a button to stop it.
-Progress showProgress(QWidget* window, QString const& what, qsizetype all) {
-  constexpr double steps = 1000;
-  auto const dialog =
-      std::make_shared<QProgressDialog>(what, MainWindow::tr("Cancel"), 0, int(steps), window);
-  dialog->setWindowModality(Qt::WindowModal);
-  dialog->setMinimumDuration(progress_delay);
-  return [dialog, all](qsizetype done) {
-    int const value = int(steps * double(done) / double(std::max<qsizetype>(1, all)));
-    if (value != dialog->value()) dialog->setValue(value);
-    return !dialog->wasCanceled();
-  };
-}
+constexpr int message_time = 4000;  // ms
 
 QString recentKey() { return QStringLiteral("recentFiles"); }
 
@@ -51,26 +36,25 @@ QString recentKey() { return QStringLiteral("recentFiles"); }
 // ---- Opening ----------------------------------------------------------------------------------------------
 
 bool MainWindow::open(QString const& path) {
-  QString error;
+  struct ReadS {
+    std::optional<Sheet> sheet, readable;
+    QString error;
+  };
+  auto const read = std::make_shared<ReadS>();
   FileStamp stamp;
-  std::optional<Sheet> sheet, readable;
-  if (auto const bytes = readSheetFile(path, stamp, error)) {
-    bool stopped = false;
-    sheet = readSheet(
-        *bytes, error,
-        [&stopped, goOn = showProgress(this, tr("Reading the sheet…"), bytes->size())](qsizetype done) {
-          stopped = !goOn(done);
-          return !stopped;
-        });
-    if (stopped) return false;
-    if (!sheet) readable = salvageSheet(*bytes);
+  if (auto const bytes = readSheetFile(path, stamp, read->error)) {
+    auto const work = [read, bytes = *bytes](Progress const& goOn) {
+      read->sheet = readSheet(bytes, read->error, goOn);
+      if (!read->sheet) read->readable = salvageSheet(bytes, goOn);
+    };
+    if (!runLongWork(this, tr("Reading the sheet…"), bytes->size(), work)) return false;
   }
-  if (readable) return openDamaged(path, *readable, error);
-  if (!sheet) {
-    complain(tr("%1 could not be opened.").arg(QDir::toNativeSeparators(path)), error);
+  if (read->readable) return openDamaged(path, *read->readable, read->error);
+  if (!read->sheet) {
+    complain(tr("%1 could not be opened.").arg(QDir::toNativeSeparators(path)), read->error);
     return false;
   }
-  if (!showSheet(*sheet, path)) return false;
+  if (!showSheet(*read->sheet, path)) return false;
   savedAt_ = stamp;
   addRecentFile(path);
   return true;

@@ -63,6 +63,11 @@ bool isOpenable(QString const& path) {
   return !info.exists() || info.isFile();
 }
 
+sheet::ProgressT toProgress(Progress const& goOn) {
+  if (!goOn) return {};
+  return [&goOn](unsigned long characters) { return goOn(qsizetype(characters)); };
+}
+
 sheet::SheetT toLines(Sheet const& sheet) {
   sheet::SheetT lines;
   lines.reserve(std::size_t(sheet.size()));
@@ -83,17 +88,17 @@ std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error, Progress
   }
   sheet::SheetT lines;
   sheet::SheetErrorS cause;
-  auto const reached = [&](unsigned long characters) { return !goOn || goOn(qsizetype(characters)); };
-  if (!sheet::readSheet(toWstring(text), lines, cause, reached)) {
+  if (!sheet::readSheet(toWstring(text), lines, cause, toProgress(goOn))) {
     error = toQString(sheet::describe(cause));
     return std::nullopt;
   }
   return toSheet(lines);
 }
 
-std::optional<Sheet> salvageSheet(QByteArray const& bytes) {
+std::optional<Sheet> salvageSheet(QByteArray const& bytes, Progress const& goOn) {
   sheet::SheetT lines;
-  if (bytes.size() > max_sheet_bytes || !sheet::salvageSheet(toWstring(QString::fromUtf8(bytes)), lines)) {
+  if (bytes.size() > max_sheet_bytes ||
+      !sheet::salvageSheet(toWstring(QString::fromUtf8(bytes)), lines, toProgress(goOn))) {
     return std::nullopt;
   }
   return toSheet(lines);

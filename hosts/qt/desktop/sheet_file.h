@@ -3,9 +3,9 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QString>
-#include <functional>
 #include <optional>
 
+#include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/sheet.h"
 #include "zolt/sheet/sheet_text.h"
 
@@ -32,15 +32,12 @@ inline bool operator==(FileStamp const& a, FileStamp const& b) {
 
 FileStamp stampOf(QString const& path);
 
-/// Called before each step with how much is done; false: stop.
-using Progress = std::function<bool(qsizetype)>;
-
 /// Returns no value when the bytes are not a sheet; `error` then names the line and what is wrong with it.
 /// The same when `goOn` (may be empty), which is told the characters that have been read, stops it.
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error, Progress const& goOn = {});
 /// The readable part of a damaged sheet, with the rest as lines of text. Returns no value when it is no sheet
-/// at all.
-std::optional<Sheet> salvageSheet(QByteArray const& bytes);
+/// at all, or when `goOn` stops it.
+std::optional<Sheet> salvageSheet(QByteArray const& bytes, Progress const& goOn = {});
 QByteArray writeSheet(Sheet const& sheet);
 
 /// The contents of a file that may be a sheet, and what the file was like before they were read. Returns no

@@ -219,10 +219,11 @@ bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error, ProgressT
   return SheetReaderC(text, SheetReaderC::FAULT_FAILS, error, goOn).read(sheet);
 }
 
-bool salvageSheet(wstring const& text, SheetT& sheet) {
+bool salvageSheet(wstring const& text, SheetT& sheet, ProgressT const& goOn) {
   // A sound sheet needs no salvage.
   SheetErrorS error;
-  return readSheet(text, sheet, error) || SheetReaderC(text, SheetReaderC::FAULT_IS_KEPT, error).read(sheet);
+  return readSheet(text, sheet, error, goOn) ||
+         SheetReaderC(text, SheetReaderC::FAULT_IS_KEPT, error, goOn).read(sheet);
 }
 
 bool isWithinLimits(SheetT const& sheet) {

@@ -64,8 +64,8 @@ bool readSheet(wstring const& text, SheetT& sheet, SheetErrorS& error, ProgressT
 /// Reads what can be read of a sheet that `readSheet` refuses: a line that breaks a rule becomes a text with
 /// the same characters (a very long line becomes several), so that nothing is lost. For a sound sheet the
 /// result is that of `readSheet`. False, with `sheet` untouched, when `text` does not start as a sheet or has
-/// too many lines.
-bool salvageSheet(wstring const& text, SheetT& sheet);
+/// too many lines, or when `goOn` (may be empty) stops it.
+bool salvageSheet(wstring const& text, SheetT& sheet, ProgressT const& goOn = {});
 
 /// Whether `readSheet` accepts what `writeSheet` writes for this sheet.
 bool isWithinLimits(SheetT const& sheet);
