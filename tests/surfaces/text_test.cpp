@@ -36,17 +36,19 @@ class TypesetText : public ::testing::Test {
 TEST_F(TypesetText, ChoosesFacesByMeaning) {
   oss::wstring const text =
       u"x sin si sinh sine 2sin asin bsin mod x1 log10 3e5 xe5 1.5E\u22123 \u03B1\u0393 \u0960 a-b f' \u00BB "
-      u"\u2260 \u0416";
-  // Each glyph is u upright, i italic or f of a fallback.
+      u"\u2260 \u0416 sin2x \u03B1b";
+  // Each glyph is u upright, i italic, w of a word or f of a fallback.
   std::string faces;
   for (PlacedGlyphS const& glyph : place(text)) {
     EXPECT_EQ(glyph.shape, SHAPE_GLYPH);
-    faces += glyph.codePoint == ' '    ? ' '
-             : glyph.face == FACE_MAIN ? 'u'
-             : glyph.face == FACE_MATH ? 'i'
-                                       : 'f';
+    faces += glyph.codePoint == ' '                               ? ' '
+             : glyph.face == FACE_MAIN                            ? 'u'
+             : glyph.face == FACE_MATH                            ? 'i'
+             : glyph.face == typesetter->getFonts().getWordFace() ? 'w'
+                                                                  : 'f';
   }
-  EXPECT_EQ(faces, "i uuu ii uuuu iiii uuuu uuuu iiii uuu iu uuuuu uuu iiu uuuuuu iu i iui iu f uu f");
+  EXPECT_EQ(faces,
+            "i uuu ww uuuu wwww uuuu uuuu wwww uuu iu uuuuu uuu wwu uuuuuu iu i iui iu f uu f wwwuw iw");
   typesetter->addUprightName(u"bsin");
   EXPECT_EQ(place(u"bsin")[0].face, FACE_MAIN);
 }
@@ -87,6 +89,28 @@ TEST_F(TypesetText, GivesSignsTheirSpace) {
   EXPECT_LT(place(u"a+b", 1)[1].x, place(u"a+b", 0)[1].x * 0.6) << "tight in exponents";
 }
 
+TEST_F(TypesetText, LowersIndices) {
+  for (oss::wstring const text : {u"x_1", u"x_max", u"x\u2081", u"ab_i", u"f'_1", u"x_\xD835\xDC65"}) {
+    std::size_t const base = text.find_first_of(u"_\u2081");
+    std::vector<PlacedGlyphS> const glyphs = place(text);
+    ASSERT_GT(glyphs.size(), base);
+    EXPECT_LT(glyphs[base].rise, 0);
+    EXPECT_LT(glyphs[base].em, glyphs[0].em);
+    EXPECT_NE(glyphs[base].codePoint, U'_');
+    // The caret is before the index, on either side of the underscore that is not shown.
+    EXPECT_GT(glyphs[base].x, double(typesetter->measure(text.substr(0, base), 0)) - 0.5);
+    std::size_t const before = base + (text[base] == u'_' ? 1 : 0);
+    EXPECT_GT(glyphs[base].x + glyphs[base].width / 2,
+              double(typesetter->measure(text.substr(0, before), 0)));
+  }
+  EXPECT_EQ(place(u"x_max")[1].face, FACE_MAIN);
+  EXPECT_EQ(place(u"x_1_2")[2].codePoint, U'_');
+  for (oss::wstring const text : {u"x_", u"x_+1", u"_x", u"1_x"}) {
+    EXPECT_EQ(place(text)[text.find(u'_')].codePoint, U'_') << "no index, or no base";
+  }
+  EXPECT_GT(gap(u"x_+1", 1), 200);
+}
+
 /// Every width must be that of a beginning plus something, or carets would run backwards.
 TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
   std::vector<oss::wstring> texts = {
@@ -121,7 +145,7 @@ TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
 /// Each letter's middle lies between the caret places before and after it.
 TEST_F(TypesetText, CaretsStandBetweenLetters) {
   for (oss::wstring const text :
-       {u"sin", u"cosh", u"arctan", u"limit", u"xyz", u"12+34", u"a\u2264b", u"exp", u"max"}) {
+       {u"sin", u"cosh", u"arctan", u"limit", u"xyz", u"12+34", u"a\u2264b", u"exp", u"max", u"x1y2"}) {
     std::vector<PlacedGlyphS> const glyphs = place(text);
     ASSERT_EQ(glyphs.size(), text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {

@@ -18,13 +18,15 @@ constexpr char folder_separator = ':';
 struct KnownFileS {
   char const* name;
   char const* file;
-  bool required;
+  bool required = false;
+  bool setsWords = false;
 };
 
 constexpr KnownFileS known_files[] = {{"KaTeX_Main", "KaTeX_Main-Regular.ttf", true},
                                       {"KaTeX_Math", "KaTeX_Math-Italic.ttf", true},
-                                      {"DejaVu Serif", "DejaVuSerif.ttf", false},
-                                      {"DejaVu Sans", "DejaVuSans.ttf", false}};
+                                      {"DejaVu Serif", "DejaVuSerif.ttf"},
+                                      {"DejaVu Sans", "DejaVuSans.ttf"},
+                                      {"KaTeX_Main", "KaTeX_Main-Italic.ttf", false, true}};
 
 void appendFolders(std::vector<std::string>& folders, std::string const& list) {
   for (std::size_t start = 0; start <= list.size();) {
@@ -59,7 +61,7 @@ oss::PointerTC<FontSetC> FontSetC::load(std::vector<std::string> const& folders,
   for (KnownFileS const& known : known_files) {
     std::string bytes, cause;
     if (readFromFolders(folders, known.file, bytes) && (known.required || SfntFontC().parse(bytes, cause))) {
-      files.push_back({known.name, std::move(bytes)});
+      files.push_back({known.name, std::move(bytes), known.setsWords});
     } else if (known.required) {
       error = std::string("font file ") + known.file + " not found in:";
       for (std::string const& folder : folders) error += " " + folder;
@@ -84,6 +86,7 @@ oss::PointerTC<FontSetC> FontSetC::fromMemory(std::vector<FileS> files, std::str
       error = "font " + file.name + ": " + cause;
       return nullptr;
     }
+    if (file.setsWords) set->wordFace_ = set->getFaceCount();
     set->faces_.push_back({std::move(file.name), std::move(font)});
   }
   return set;

@@ -12,22 +12,24 @@ namespace zolt::surfaces {
 /// Index of a face in a `FontSetC`; the fallbacks count up from `FACE_FALLBACK`.
 enum FaceE : unsigned { FACE_MAIN = 0, FACE_MATH = 1, FACE_FALLBACK = 2 };
 
-/// The faces that formulas are set in: KaTeX Main (upright), KaTeX Math (italic), and fallbacks for what both
-/// lack. Immutable.
+/// The faces that formulas are set in: KaTeX Main (upright), KaTeX Math (italic), an italic for words, and
+/// fallbacks for what these lack. Immutable.
 class FontSetC final : public oss::RefCountedBC {
  public:
   /// Name of a face and the bytes of its file.
   struct FileS {
     std::string name, bytes;
+    bool setsWords = false;  ///< an italic for words, whose letters are closer than those of a product
   };
 
   /// The folders named by the environment variable `ZOLT_FONT_DIR` (separated as in `PATH`), followed by
   /// those that the library was built with.
   static std::vector<std::string> getDefaultFolders();
 
-  /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present and usable, `DejaVuSerif.ttf`
-  /// and `DejaVuSans.ttf`, each from the first folder that holds it. Returns null, with `error` naming the
-  /// file and the folders, when one of the first two is missing or unusable.
+  /// Reads `KaTeX_Main-Regular.ttf`, `KaTeX_Math-Italic.ttf` and, where present and usable,
+  /// `DejaVuSerif.ttf`, `DejaVuSans.ttf` and `KaTeX_Main-Italic.ttf`, each from the first folder that holds
+  /// it. Returns null, with `error` naming the file and the folders, when one of the first two is missing or
+  /// unusable.
   [[nodiscard]] static oss::PointerTC<FontSetC> load(std::vector<std::string> const& folders,
                                                      std::string& error);
 
@@ -39,6 +41,10 @@ class FontSetC final : public oss::RefCountedBC {
   SfntFontC const& getFont(unsigned face) const { return faces_[face].font; }
   /// "KaTeX_Main", "KaTeX_Math", "DejaVu Serif", …
   std::string const& getFaceName(unsigned face) const { return faces_[face].name; }
+  /// The face of names of several letters; `FACE_MATH` when the set has none for them.
+  unsigned getWordFace() const { return wordFace_; }
+  /// Whether it is the italic of the family of its name.
+  bool isItalic(unsigned face) const { return face == FACE_MATH || face == wordFace_; }
 
  private:
   struct LoadedFaceS {
@@ -49,6 +55,7 @@ class FontSetC final : public oss::RefCountedBC {
   FontSetC() = default;
 
   std::vector<LoadedFaceS> faces_;
+  unsigned wordFace_ = FACE_MATH;
 };
 
 }  // namespace zolt::surfaces

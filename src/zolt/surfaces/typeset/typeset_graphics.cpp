@@ -51,7 +51,7 @@ bool TypesetGraphicsABC::isInSight(double left, PlacedGlyphS const& glyph) const
 void TypesetGraphicsABC::getTextExtent(oss::wstring const& text, long& width, long& height,
                                        long& midHeight) const {
   width = getTextWidth(text);
-  height = fontSize().height;
+  height = getTextHeight(text);
   midHeight = fontSize().midHeight;
 }
 
@@ -59,7 +59,11 @@ long TypesetGraphicsABC::getTextWidth(oss::wstring const& text) const {
   return typesetter_->measure(text, depth_);
 }
 
-long TypesetGraphicsABC::getTextHeight(oss::wstring const&) const { return fontSize().height; }
+long TypesetGraphicsABC::getTextHeight(oss::wstring const& text) const {
+  // Only the boxes of the normal size have room for an index.
+  bool const isLower = depth_ > 0 && typesetter_->hasIndex(text);
+  return fontSize().height + (isLower ? 1 : 0);
+}
 long TypesetGraphicsABC::getTextMidHeight(oss::wstring const&) const { return fontSize().midHeight; }
 
 long TypesetGraphicsABC::getMetric(long index) const {

@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/typesetter.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "zolt/oss/code_point.h"
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
@@ -11,6 +12,7 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr double prime_size = 0.75, prime_rise = 0.36;
+constexpr double index_size = TextRulerC::index_percent / 100.0, index_drop = 0.15;
 /// The space between a prefix and its operand, in ems.
 constexpr double prefix_space = 0.07;
 
@@ -26,7 +28,7 @@ class PlacerC {
       : em_(size.em), halfGap_(double(size.metrics[0]) / 2), followsItem_(followsItem), glyphs_(glyphs) {}
 
   void place(RuledCharS const& ruled) {
-    bool const prime = ruled.look.charClass == CLASS_PRIME;
+    endMark(ruled.lowered);
     if (glyphs_.empty()) {
       firstShift_ = findFirstShift(ruled);
     } else if (!ruled.joined) {
@@ -34,40 +36,49 @@ class PlacerC {
     }
     if (!ruled.joined) sign_ = glyphs_.size();
     signIsLast_ = isSign(ruled.look.charClass) && ruled.after > 0;
-    append(ruled.look.upright, ruled.origin, prime);
-    if (ruled.look.overlay.face != FaceGlyphS::no_face) {
-      append(ruled.look.overlay, ruled.origin, false);
+    if (ruled.marksIndex) {
+      mark_ = ruled;
+      return;
     }
+    append(ruled, ruled.look.upright, ruled.origin);
+    if (ruled.look.overlay.face != FaceGlyphS::no_face) append(ruled, ruled.look.overlay, ruled.origin);
   }
 
   /// To be called after the last character: the gap of the row follows the text. A sign alone at the start
   /// has no neighbour to keep away from, or is drawn by a construct between two rows of its own.
   void finish() {
+    endMark(false);
     if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
   }
 
-  /// Places a whole run of letters.
+  /// Places a whole run of letters and digits.
   void placeRun(std::vector<RuledCharS> const& run, bool upright) {
+    endMark(run.front().lowered);
     firstShift_ = 0;
     signIsLast_ = false;
+    auto const glyphOf = [&](RuledCharS const& letter) -> FaceGlyphS const& {
+      return upright ? letter.look.upright : run.back().letters > 1 ? letter.look.word : letter.look.italic;
+    };
     std::int64_t natural = 0;
-    for (RuledCharS const& letter : run) natural += glyphOf(letter, upright).advance;
-    std::int64_t const start = run.front().start, room = run.back().end - start;
+    for (RuledCharS const& letter : run) natural += glyphOf(letter).advance;
+    std::int64_t const start = run.front().origin, room = run.back().end - start;
     // A run that was measured as the beginning of a name and did not become one is spread over that room. The
     // products of a long run do not fit an integer.
     double const stretch = natural == 0 ? 0 : double(room) / double(natural);
     std::int64_t used = 0;
     for (RuledCharS const& letter : run) {
-      FaceGlyphS const& glyph = glyphOf(letter, upright);
-      append(glyph, start + std::int64_t(double(used) * stretch), false);
+      FaceGlyphS const& glyph = glyphOf(letter);
+      append(letter, glyph, start + std::int64_t(double(used) * stretch));
       used += glyph.advance;
     }
   }
 
  private:
-  static FaceGlyphS const& glyphOf(RuledCharS const& letter, bool upright) {
-    return upright ? letter.look.upright : letter.look.italic;
+  /// Shows the underscore that waits for an index when none comes.
+  void endMark(bool indexFollows) {
+    if (mark_ && !indexFollows) append(*mark_, mark_->look.upright, mark_->origin);
+    mark_.reset();
   }
 
   double findFirstShift(RuledCharS const& ruled) const {
@@ -81,18 +92,20 @@ class PlacerC {
 
   double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
 
-  void append(FaceGlyphS const& glyph, std::int64_t x, bool prime) {
+  void append(RuledCharS const& ruled, FaceGlyphS const& glyph, std::int64_t x) {
     PlacedGlyphS placed{};
+    bool const prime = ruled.look.charClass == CLASS_PRIME, small = ruled.lowered || ruled.marksIndex;
+    double const size = small ? index_size : 1;
     bool const missing = glyph.face == FaceGlyphS::no_face;
     placed.shape = missing ? SHAPE_MISSING : SHAPE_GLYPH;
     placed.face = missing ? 0 : glyph.face;
     placed.glyph = glyph.glyph;
     placed.codePoint = glyph.codePoint;
     placed.x = toUnits(x) + firstShift_;
-    placed.width = toUnits(glyph.advance);
-    placed.overhang = toUnits(glyph.overhang);
-    placed.em = prime ? em_ * prime_size : em_;
-    placed.rise = prime ? em_ * prime_rise : 0;
+    placed.width = toUnits(glyph.advance) * size;
+    placed.overhang = toUnits(glyph.overhang) * size;
+    placed.em = em_ * (prime ? prime_size : size);
+    placed.rise = prime ? em_ * prime_rise : ruled.lowered ? -em_ * index_drop : 0;
     glyphs_.push_back(placed);
   }
 
@@ -103,6 +116,7 @@ class PlacerC {
   double firstShift_ = 0;  // of a sign or comma that starts the text
   std::size_t sign_ = 0;   // glyph of the last sign
   bool signIsLast_ = false;
+  std::optional<RuledCharS> mark_;
 };
 
 bool isTight(unsigned long depth) { return depth > 0; }
@@ -123,6 +137,12 @@ TypesetterC::~TypesetterC() = default;
 FontSetC const& TypesetterC::getFonts() const { return state_->characters.getFonts(); }
 
 void TypesetterC::addUprightName(oss::wstring const& name) { state_->names.add(name); }
+
+bool TypesetterC::hasIndex(oss::wstring const& text) const {
+  TextRulerC ruler(state_->characters, state_->names, false);
+  for (char16_t const c : text) ruler.read(c);
+  return ruler.hasIndex();
+}
 
 long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   TextRulerC ruler(state_->characters, state_->names, isTight(depth));

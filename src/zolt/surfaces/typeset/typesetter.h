@@ -33,7 +33,8 @@ struct PlacedGlyphS {
 
 /// Decides how texts look and how wide they are. Every surface asks this class, so that all lay a formula out
 /// alike. Letters are italic; digits, signs and the names of functions are upright; signs have space around
-/// them.
+/// them. A name of several letters is set as a word, closer than the letters of a product. What follows the
+/// first underscore of a name is its index, below the line; the underscore is shown only without one.
 ///
 /// The width of a text is at least that of each of its beginnings: what a character adds depends only on the
 /// characters before it. That is why a sign's space is on both sides of the sign itself, and why a name such
@@ -57,6 +58,8 @@ class TypesetterC final : public oss::RefCountedBC {
   /// measured has to be laid out again.
   void addUprightName(oss::wstring const& name);
 
+  /// Whether an index is in the text, which then reaches lower.
+  bool hasIndex(oss::wstring const& text) const;
   /// Width in surface units.
   long measure(oss::wstring const& text, unsigned long depth) const;
 

@@ -168,7 +168,7 @@ class WriterC {
     usedFaces_.insert(item.run.face);
     body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(fonts_.getFaceName(item.run.face)) +
              "', serif\" font-size=\"" + number(item.run.em) + '"' +
-             (item.run.face == FACE_MATH ? " font-style=\"italic\"" : "") +
+             (fonts_.isItalic(item.run.face) ? " font-style=\"italic\"" : "") +
              " style=\"font-kerning:none\" y=\"" + number(item.run.baseline) + '"' + paint("fill", colour) +
              '>';
     std::string text;
@@ -220,7 +220,7 @@ class WriterC {
     std::string out = "<style>\n";
     for (unsigned const face : usedFaces_) {
       out += "@font-face{font-family:'" + escape(fonts_.getFaceName(face)) + "';" +
-             (face == FACE_MATH ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
+             (fonts_.isItalic(face) ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
              encodeBase64(fonts_.getFont(face).getBytes()) + ")}\n";
     }
     return out + "</style>\n";

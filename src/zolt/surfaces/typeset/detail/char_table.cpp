@@ -28,6 +28,10 @@ constexpr char32_t negating_stroke = 0xE020;
 /// π as a letter of a face.
 constexpr char32_t printed_pi = 0x3C0;
 
+/// Characters that are indices, and what they lower.
+constexpr std::u16string_view indices = u"₀₁₂₃₄₅₆₇₈₉₊₋₌₍₎ₐₑₒₓₔₕₖₗₘₙₚₛₜᵢᵣᵤᵥⱼ";
+constexpr std::u16string_view lowered = u"0123456789+-=()aeox\u0259hklmnpstiruvj";
+
 struct ClassS {
   CharClassE charClass;
   std::u16string_view characters;
@@ -41,6 +45,8 @@ constexpr ClassS classes[] = {
     {CLASS_COLON, u":"},
     {CLASS_DIGIT, u".0123456789"},
     {CLASS_PRIME, u"'\u2032"},
+    {CLASS_INDEX_MARK, u"_"},
+    {CLASS_LOWERED, indices},
     {CLASS_PLUS_MINUS, u"+-\u00B1\u2013\u2212\u2213"},
     {CLASS_BINARY, u"*\u00B7\u00D7\u00F7\u2217\u2218\u2219\u22C5"},
     {CLASS_RELATION, u"<=>\u00BB\u2190\u2192\u21D2\u21D4\u2208\u2248\u2260\u2261\u2264\u2265"},
@@ -57,6 +63,8 @@ CharClassE classify(char32_t c) {
 /// The printed form of a sign that a keyboard sends.
 char32_t showAs(char32_t c) {
   constexpr char32_t dot = 0x22C5, prime = 0x2032;
+  std::size_t const index = c > 0x7F && c <= 0xFFFF ? indices.find(char16_t(c)) : indices.npos;
+  if (index != indices.npos) c = lowered[index];
   switch (c > 0xFFFF ? c : common::foldLookAlike(char16_t(c), common::LOOK_ALIKE_DRAWN)) {
     case '-':
       return common::minus_sign;
@@ -96,7 +104,13 @@ CharLookS CharTableC::make(char32_t codePoint) const {
       look.overlay = stroke;
     }
   }
-  look.italic = LetterStyleC::isItalicLetter(shown) ? findGlyph(shown, FACE_MATH) : look.upright;
+  if (LetterStyleC::isItalicLetter(shown)) {
+    look.italic = findGlyph(shown, FACE_MATH);
+    if (!findGlyphIn(fonts_->getWordFace(), shown, look.word)) look.word = look.italic;
+    if (look.charClass == CLASS_LOWERED) look.upright = look.italic;
+  } else {
+    look.italic = look.word = look.upright;
+  }
   return look;
 }
 

@@ -26,7 +26,9 @@ enum CharClassE : std::uint8_t {
   CLASS_COMMA,
   CLASS_OPEN,
   CLASS_SPACE,
-  CLASS_PRIME
+  CLASS_PRIME,
+  CLASS_INDEX_MARK,  ///< the underscore
+  CLASS_LOWERED      ///< a character that is an index by itself
 };
 
 struct FaceGlyphS {
@@ -45,6 +47,7 @@ struct CharLookS {
   CharClassE charClass = CLASS_ORDINARY;
   FaceGlyphS upright;
   FaceGlyphS italic;   ///< of letters; otherwise the same as `upright`
+  FaceGlyphS word;     ///< of letters next to others; otherwise the same as `upright`
   FaceGlyphS overlay;  ///< a second glyph at the same place, if it has a face
 };
 

@@ -7,12 +7,12 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr char16_t const* standard_names[] = {
-    u"sin",     u"cos",      u"tan",  u"cot",  u"sec",   u"csc",  u"asin",  u"acos",  u"atan",
-    u"arcsin",  u"arccos",   u"sinh", u"cosh", u"tanh",  u"coth", u"asinh", u"acosh", u"atanh",
-    u"arctan",  u"ln",       u"log",  u"exp",  u"lim",   u"max",  u"min",   u"sup",   u"inf",
-    u"gcd",     u"lcm",      u"det",  u"arg",  u"sgn",   u"sign", u"abs",   u"floor", u"ceil",
-    u"mod",     u"div",      u"and",  u"or",   u"not",   u"xor",  u"if",    u"error", u"sqrt",
-    u"nthroot", u"integral", u"sum",  u"diff", u"where", u"solve"};
+    u"sin",     u"cos",      u"tan",  u"cot",  u"sec",   u"csc",   u"asin",  u"acos",  u"atan",
+    u"arcsin",  u"arccos",   u"sinh", u"cosh", u"tanh",  u"coth",  u"asinh", u"acosh", u"atanh",
+    u"arctan",  u"ln",       u"log",  u"exp",  u"lim",   u"max",   u"min",   u"sup",   u"inf",
+    u"gcd",     u"lcm",      u"det",  u"arg",  u"sgn",   u"sign",  u"abs",   u"floor", u"ceil",
+    u"mod",     u"div",      u"and",  u"or",   u"not",   u"xor",   u"if",    u"error", u"sqrt",
+    u"nthroot", u"integral", u"sum",  u"diff", u"where", u"solve", u"log2",  u"log10", u"atan2"};
 
 }  // namespace
 

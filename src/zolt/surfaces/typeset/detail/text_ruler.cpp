@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "zolt/oss/code_point.h"
 
@@ -17,25 +18,35 @@ constexpr int tight_binary_space = 40, tight_relation_space = 60, tight_comma_sp
 // and all of this space is before it). A minus is equally often either, and a plus is mostly binary.
 constexpr int leading_minus_space = 120, leading_plus_space = 185;
 
+// Where an underscore is not shown, there is a caret place of this width before the index, which begins in
+// it.
+constexpr int mark_space = 83, index_distance = 33;
+
+constexpr int scaled(int thousandths) { return thousandths * (em_parts / 1000); }
+
 }  // namespace
 
-int TextRulerC::scaled(int thousandths) const { return thousandths * (em_parts / 1000); }
+int TextRulerC::advanceOf(FaceGlyphS const& glyph) const {
+  return current_.lowered ? glyph.advance / 100 * index_percent : glyph.advance;
+}
 
 void TextRulerC::add(int left, int right) {
-  current_.origin = current_.start + left;
+  current_.origin = current_.start + std::exchange(owed_, 0) + left;
   current_.after = right;
-  current_.end = std::max(current_.start, current_.origin + current_.look.upright.advance + right);
+  current_.end = std::max(current_.start, current_.origin + advanceOf(current_.look.upright) + right);
 }
 
 bool TextRulerC::joinPair(char16_t c) {
   if (high_ == 0 || !oss::isLowSurrogate(c)) return false;
   // The first half has already taken the room of a missing character; the pair is shown from its start.
   std::int64_t const pairStart = current_.start, used = current_.end;
+  bool const lowered = current_.lowered;
   current_ = RuledCharS();
   current_.look = characters_.find(oss::joinSurrogates(high_, c));
+  current_.lowered = lowered;
   current_.start = used;
   current_.origin = pairStart;
-  current_.end = std::max(used, pairStart + current_.look.upright.advance);
+  current_.end = std::max(used, pairStart + advanceOf(current_.look.upright));
   return true;
 }
 
@@ -48,21 +59,36 @@ RuledCharS const& TextRulerC::read(char16_t c) {
   high_ = oss::isHighSurrogate(c) ? c : char16_t(0);
 
   std::int64_t const start = current_.end;
-  bool const runGoesOn = current_.inRun;
+  bool const afterMark = current_.marksIndex, runGoesOn = current_.inRun;
   LetterStyleC::RangeS const runNames = current_.names;
+  unsigned const runLetters = current_.letters;
   current_ = RuledCharS();
   current_.look = characters_.find(c);
   current_.start = start;
   CharClassE const charClass = current_.look.charClass;
+  if (charClass == CLASS_INDEX_MARK && readIndexMark()) return current_;
+
+  bool const isLetter = charClass == CLASS_LETTER, isDigit = charClass == CLASS_DIGIT;
+  bool const fitsIndex = isLetter || isDigit || charClass == CLASS_ORDINARY || charClass == CLASS_INDEX_MARK;
+  inIndex_ = inIndex_ && fitsIndex;
+  current_.lowered = inIndex_ || charClass == CLASS_LOWERED;
+  hasIndex_ = hasIndex_ || current_.lowered;
+  int left = 0;
+  if (afterMark && inIndex_) {
+    left = scaled(index_distance - mark_space);
+    owed_ = 0;
+  }
 
   bool const exponentMark = token_ == TOKEN_NUMBER && (c == 'E' || c == 'e');
-  if (charClass == CLASS_LETTER && !exponentMark) {
+  if ((isLetter && !exponentMark) || (isDigit && runGoesOn)) {
     if (!runGoesOn) {
-      runStart_ = start;
-      runUprightWidth_ = 0;
+      runStart_ = start + std::exchange(owed_, 0) + left;
+      runUpright_ = runItalic_ = runWord_ = 0;
     }
+    current_.origin = runGoesOn ? start : runStart_;
     current_.names = runGoesOn ? runNames : names_.all();
-    readLetter(c);
+    current_.letters = runLetters + (isLetter ? 1 : 0);
+    readInRun(c);
     token_ = TOKEN_NAME;
     before_ = BEFORE_OPERAND;
     trailing_ = 0;
@@ -102,19 +128,33 @@ RuledCharS const& TextRulerC::read(char16_t c) {
       break;
   }
   trailing_ = space;
-  add(0, trailing_);
+  add(left, trailing_);
   return current_;
 }
 
-void TextRulerC::readLetter(char16_t c) {
+/// Whether the underscore just read can begin an index: it is the first in a name.
+bool TextRulerC::readIndexMark() {
+  if (token_ != TOKEN_NAME || inIndex_) return false;
+  inIndex_ = current_.marksIndex = true;
+  current_.lowered = true;
+  current_.origin = current_.start;
+  current_.end = current_.start + scaled(mark_space);
+  owed_ = std::max(0, advanceOf(current_.look.upright) - scaled(mark_space));
+  current_.lowered = false;
+  trailing_ = 0;
+  return true;
+}
+
+void TextRulerC::readInRun(char16_t c) {
   current_.inRun = true;
   names_.narrow(current_.names, c);
-  runUprightWidth_ += current_.look.upright.advance;
-  current_.origin = current_.start;
-  std::int64_t const end = names_.mayBecomeUpright(current_.names)
-                               ? runStart_ + runUprightWidth_
-                               : current_.start + current_.look.italic.advance;
-  current_.end = std::max(current_.start, end);
+  runUpright_ += advanceOf(current_.look.upright);
+  runItalic_ += advanceOf(current_.look.italic);
+  runWord_ += advanceOf(current_.look.word);
+  std::int64_t const width = names_.mayBecomeUpright(current_.names) ? runUpright_
+                             : current_.letters > 1                  ? runWord_
+                                                                     : runItalic_;
+  current_.end = std::max(current_.start, runStart_ + width);
 }
 
 void TextRulerC::readSign() {

@@ -18,12 +18,15 @@ struct RuledCharS {
   std::int64_t end = 0;        ///< where the text up to and with it ends; at least `start`
   int after = 0;               ///< the space that it keeps after itself
   bool joined = false;         ///< the second half of a relation written with two characters
-  bool inRun = false;          ///< a letter of a run whose face is known only at its end
-  LetterStyleC::RangeS names;  ///< of a letter in a run: the names that the run up to here may become
+  bool lowered = false;        ///< in an index: smaller, below the line
+  bool marksIndex = false;     ///< an underscore that is not shown when an index follows
+  bool inRun = false;          ///< a letter or digit of a run whose face is known only at its end
+  LetterStyleC::RangeS names;  ///< in a run: the names that the run up to here may become
+  unsigned letters = 0;        ///< in a run: how many it has up to here
 };
 
 /// Reads a text from left to right and computes where each character ends, and so the width of every
-/// beginning.
+/// beginning. In a name everything after its first underscore is an index.
 class TextRulerC {
  public:
   /// `tight`: signs get almost no space, as is usual in exponents and limits.
@@ -32,26 +35,35 @@ class TextRulerC {
 
   RuledCharS const& read(char16_t c);
   std::int64_t getEnd() const { return current_.end; }
+  /// Whether anything was lowered so far.
+  bool hasIndex() const { return hasIndex_; }
+
+  /// The size of indices, in percent of that of the text.
+  static constexpr int index_percent = 75;
 
  private:
   enum TokenE { TOKEN_NONE, TOKEN_NUMBER, TOKEN_EXPONENT_MARK, TOKEN_EXPONENT, TOKEN_NAME };
   enum BeforeE { BEFORE_NOTHING, BEFORE_OPERAND, BEFORE_SIGN, BEFORE_RELATION };
 
   bool joinPair(char16_t c);
-  void readLetter(char16_t c);
+  bool readIndexMark();
+  void readInRun(char16_t c);
   void readSign();
   void add(int left, int right);
-  int scaled(int thousandths) const;
+  int advanceOf(FaceGlyphS const& glyph) const;
 
   CharTableC& characters_;
   LetterStyleC const& names_;
   bool tight_;
   TokenE token_ = TOKEN_NONE;
   BeforeE before_ = BEFORE_NOTHING;
-  char16_t high_ = 0;          // a surrogate waiting for its partner
-  int trailing_ = 0;           // the space that the sign just read keeps after itself
+  char16_t high_ = 0;     // a surrogate waiting for its partner
+  int trailing_ = 0;      // the space that the sign just read keeps after itself
+  bool inIndex_ = false;  // after the underscore of a name
+  bool hasIndex_ = false;
+  int owed_ = 0;               // what an underscore that is shown is wider than one that is not
   std::int64_t runStart_ = 0;  // where the current run of letters starts
-  std::int64_t runUprightWidth_ = 0;
+  std::int64_t runUpright_ = 0, runItalic_ = 0, runWord_ = 0;  // how wide it is in each face
   RuledCharS current_;
 };
 
