@@ -2,8 +2,6 @@
 // without drawing: the scripts named on the command line, or those in bench/scripts. Prints processor time
 // per step and the number of texts measured, for the best of several rounds.
 
-#include <utf8.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
@@ -15,6 +13,7 @@
 
 #include "bench/stages.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/oss/utf8.h"
 #include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 
@@ -26,7 +25,8 @@ bool readScript(char const* path, zolt::field::EventScriptT& script) {
   std::ifstream in(path, std::ios::binary);
   std::string const text{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   unsigned long position = 0;
-  return in && utf8::is_valid(text) && zolt::script::readEventScript(utf8::utf8to16(text), script, position);
+  zolt::oss::wstring decoded;
+  return in && zolt::oss::fromUtf8(text, decoded) && zolt::script::readEventScript(decoded, script, position);
 }
 
 bool replay(char const* path) {

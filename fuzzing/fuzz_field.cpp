@@ -62,7 +62,7 @@ class FieldSessionC {
       return "the formula was said to be another one";
     }
     if (auto fault = checkState(); !fault.empty()) return "after conversion: " + fault;
-    if (!expression) return error.text.empty() ? "no expression, and no word why" : "";
+    if (!expression) return error.message.empty() ? "no expression, and no word why" : "";
     if (auto fault = checkTexts(*expression); !fault.empty()) return fault;
     return checkTrips(expression, false);
   }

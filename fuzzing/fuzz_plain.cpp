@@ -39,15 +39,15 @@ wstring withoutQuietBrackets(wstring const& prefix) {
 std::string checkPlain(std::uint8_t const* data, std::size_t size) {
   prepare();
   wstring const text = toText(data, size);
-  PlainTextErrorS error;
+  math::common::ReadErrorS error;
   startMeter();
   auto const expression = fromPlainText(text, nullptr, &error);
   if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
-  if (static_cast<bool>(expression) != (error.cause == PLAIN_TEXT_ERROR_NONE)) {
+  if (static_cast<bool>(expression) != (error.cause == math::common::READ_ERROR_NONE)) {
     return "neither read nor refused";
   }
   if (!expression) {
-    if (describe(error.cause).empty()) return "a fault without a sentence";
+    if (error.message.empty()) return "a fault without a sentence";
     return error.begin <= error.end && error.end <= text.size() ? "" : "the fault is not in the text";
   }
 

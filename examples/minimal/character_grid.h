@@ -8,13 +8,8 @@
 
 #include "zolt/ved/ved.h"
 
+using zolt::oss::toUtf8;
 using zolt::oss::wstring;
-
-inline std::string toUtf8(wstring const& text) {
-  std::string out;
-  for (std::size_t i = 0; i < text.size();) zolt::oss::appendUtf8(out, zolt::oss::readCodePoint(text, i));
-  return out;
-}
 
 /// A drawing surface made of characters, in cells of 5 by 20 units. A text is two cells high and stands in
 /// the lower one, which leaves the upper one to what comes above it: an exponent, a bar. Strokes give way to

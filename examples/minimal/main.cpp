@@ -18,7 +18,7 @@ int main() {
                               nullptr, 0, algexpr::NUMBER_FORMAT_AUTOMATIC);
 
   // What a person does: the right arrow gives up the selection, then "+1" goes behind the fraction.
-  view.addEvent(ved::EVENT_KEY, 39, false, false, false, 0, 0);
+  view.addEvent(ved::EVENT_KEY, ved::KEY_RIGHT, false, false, false, 0, 0);
   view.addEvent(ved::EVENT_CHAR, u'+', false, false, false, 0, 0);
   view.addEvent(ved::EVENT_CHAR, u'1', false, false, false, 0, 0);
 

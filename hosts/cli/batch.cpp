@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-#include "hosts/cli/describe_cause.h"
 #include "hosts/cli/utf8_text.h"
+#include "zolt/field/error_text.h"
 
 namespace zolt::cli {
 
@@ -33,17 +33,17 @@ bool BatchC::next() {
 }
 
 bool BatchC::decode() {
-  std::size_t badByte = 0;
-  std::size_t badCharacter = 0;
-  bool const isUtf8 = fromUtf8(line_.bytes, text_, badByte, badCharacter);
+  oss::Utf8FaultS bad;
+  bool const isUtf8 = fromUtf8(line_.bytes, text_, &bad);
   FaultS fault;
   if (line_.tooLong) {
     fault.message =
         "This line is longer than " + std::to_string(LineSourceC::max_line_bytes >> 20) + " megabytes";
   } else if (!isUtf8) {
-    fault = {"Byte " + std::to_string(badByte + 1) + " is not UTF-8", true, badCharacter, badCharacter + 1};
+    fault = {"Byte " + std::to_string(bad.byte + 1) + " is not UTF-8", true, bad.character,
+             bad.character + 1};
   } else if (isBlank(line_.bytes)) {
-    fault = {describeCause(math::ved::ERROR_CAUSE_EMPTY), true, 0, 0};
+    fault = {toUtf8(field::describe(math::ved::ERROR_CAUSE_EMPTY)), true, 0, 0};
   } else {
     return true;
   }

@@ -100,11 +100,8 @@ class GalleryWriterC {
 
  private:
   static std::unique_ptr<FormulaC> read(GalleryEntryS const& entry, std::string& error) {
-    oss::wstring text;
-    std::size_t ignored = 0;
     FaultS fault;
-    fromUtf8(entry.text, text, ignored, ignored);
-    std::unique_ptr<FormulaC> formula = FormulaC::read(text, NOTATION_PLAIN, fault);
+    std::unique_ptr<FormulaC> formula = FormulaC::read(fromUtf8(entry.text), NOTATION_PLAIN, fault);
     if (!formula) error = entry.name + ": " + fault.message;
     return formula;
   }

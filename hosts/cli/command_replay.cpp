@@ -42,12 +42,11 @@ bool readScript(std::string const& path, field::EventScriptT& script) {
   LineS line;
   while (source.next(line)) {
     oss::wstring decoded;
-    std::size_t badByte = 0;
-    std::size_t badCharacter = 0;
-    if (line.tooLong || !fromUtf8(line.bytes, decoded, badByte, badCharacter)) {
+    oss::Utf8FaultS bad;
+    if (line.tooLong || !fromUtf8(line.bytes, decoded, &bad)) {
       printFault(line.place, decoded,
-                 {line.tooLong ? "the line is too long" : "this is not UTF-8", !line.tooLong, badCharacter,
-                  badCharacter + 1});
+                 {line.tooLong ? "the line is too long" : "this is not UTF-8", !line.tooLong, bad.character,
+                  bad.character + 1});
       return false;
     }
     starts.push_back(text.size());

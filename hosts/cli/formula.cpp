@@ -1,10 +1,10 @@
 #include "hosts/cli/formula.h"
 
-#include "hosts/cli/describe_cause.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/error_text.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -21,16 +21,16 @@ using oss::wstring;
 namespace {
 
 PointerTC<AlgebraicExpressionC> readPlain(wstring const& text, FaultS& fault) {
-  exchange::PlainTextErrorS error;
+  math::common::ReadErrorS error;
   auto expression = exchange::fromPlainText(text, CASSessionBC::getSession(), &error);
-  if (!expression) fault = {toUtf8(exchange::describe(error.cause)), true, error.begin, error.end};
+  if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
   return expression;
 }
 
 PointerTC<AlgebraicExpressionC> readPrefix(wstring const& text, FaultS& fault) {
-  math::algexpr::PrefixErrorS error;
+  math::common::ReadErrorS error;
   auto expression = AlgebraicExpressionC::fromPrefixString(text, CASSessionBC::getSession(), &error);
-  if (!expression) fault = {describeCause(error.cause), true, error.position, error.position + 1};
+  if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
   return expression;
 }
 
@@ -40,12 +40,12 @@ PointerTC<AlgebraicExpressionC> readInfix(wstring const& text, FaultS& fault) {
   unsigned int second = 0;
   auto cause = math::ved::ERROR_CAUSE_SYNTAX;
   if (!Node4C::convertInfixToPrefix(text, prefix, first, second, cause)) {
-    fault = {describeCause(cause), true, first, second};
+    fault = {toUtf8(field::describe(cause)), true, first, second};
     return {};
   }
   auto expression = AlgebraicExpressionC::fromPrefixString(prefix);
   // Text in grave accents is passed on unread, so an error in it shows only now, when its place is unknown.
-  if (!expression) fault = {describeCause(math::ved::ERROR_CAUSE_SYNTAX), true, 0, text.size()};
+  if (!expression) fault = {toUtf8(field::describe(math::ved::ERROR_CAUSE_SYNTAX)), true, 0, text.size()};
   return expression;
 }
 
@@ -54,7 +54,7 @@ std::unique_ptr<Node4C> readTree(wstring const& text, FaultS& fault) {
   math::ved::TreeNotationS tree;
   unsigned long position = 0;
   if (!math::ved::readTreeNotation(text, *operators, tree, position)) {
-    fault = {describeCause(math::ved::ERROR_CAUSE_SYNTAX), true, position, position + 1};
+    fault = {toUtf8(field::describe(math::ved::ERROR_CAUSE_SYNTAX)), true, position, position + 1};
     return nullptr;
   }
   // Layout and conversion trust a tree's shape.
@@ -98,14 +98,14 @@ PointerTC<AlgebraicExpressionC> FormulaC::getExpression(FaultS& fault) {
 PointerTC<AlgebraicExpressionC> FormulaC::getExpressionOfTree(FaultS& fault) {
   math::ved::ErrorSelectionS error;
   auto expression = refTree().getAlgebraicExpression(&error);
-  if (!expression) fault.message = describeCause(error.cause);
+  if (!expression) fault.message = toUtf8(field::describe(error.cause));
   return expression;
 }
 
 bool FormulaC::getInfix(wstring& infix, FaultS& fault) {
   math::ved::ErrorSelectionS error;
   bool const isComplete = refTree().child(0)->getInfixString(infix, error);
-  if (!isComplete) fault.message = describeCause(error.cause);
+  if (!isComplete) fault.message = toUtf8(field::describe(error.cause));
   return isComplete;
 }
 

@@ -71,16 +71,16 @@ TEST(PlainText, Cases) {
     bool const hasFormula = one.input.compare(0, 2, "~ ") != 0;
     if (!hasFormula) one.input.erase(0, 2);
     wstring const text = tests::fromUtf8(one.input);
-    PlainTextErrorS error;
+    ReadErrorS error;
     ExpressionT const expression = fromPlainText(text, nullptr, &error);
     if (!expression) {
       EXPECT_EQ(one.expected, "error " + std::to_string(error.cause) + " " + std::to_string(error.begin) +
                                   "-" + std::to_string(error.end));
-      EXPECT_FALSE(describe(error.cause).empty());
+      EXPECT_FALSE(error.message.empty());
       continue;
     }
     EXPECT_EQ(one.expected, tests::toUtf8(expression->toPrefixString()));
-    EXPECT_EQ(PLAIN_TEXT_ERROR_NONE, error.cause);
+    EXPECT_EQ(math::common::READ_ERROR_NONE, error.cause);
     wstring const written = toPlainText(*expression);
     EXPECT_TRUE(!one.isBoth || text == written) << tests::toUtf8(written);
     ExpressionT const again = fromPlainText(written, nullptr);

@@ -117,8 +117,9 @@ TEST(FieldExpressions, AreAsWritten) {
     FormulaErrorS error;
     auto const expression = stage.refField().getExpression(&error);
     EXPECT_EQ(describe(told.expression), describe(expression));
-    EXPECT_EQ(told.error.text, error.text);
-    EXPECT_EQ(expression ? describe(expression) : toUtf8(error.text) + ": " + stage.notation(), one.expected);
+    EXPECT_EQ(told.error.message, error.message);
+    EXPECT_EQ(expression ? describe(expression) : toUtf8(error.message) + ": " + stage.notation(),
+              one.expected);
   }
 }
 

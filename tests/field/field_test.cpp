@@ -81,9 +81,9 @@ TEST(FieldClipboard, TellsWhyATextIsRefused) {
   StageC stage("[\"a⚑b‸c\"]");
   ClipboardContentS content;
   content.plainText = u"x/(y";
-  exchange::PlainTextErrorS error;
+  math::common::ReadErrorS error;
   EXPECT_EQ(stage.refField().paste(content, &error), PASTE_REFUSED);
-  EXPECT_EQ(error.cause, exchange::PLAIN_TEXT_ERROR_MISSING_CLOSE);
+  EXPECT_EQ(error.cause, math::common::READ_ERROR_MISSING_CLOSE);
   EXPECT_EQ(stage.notation(), "[\"a⚑b‸c\"]");
   content.plainText = u"x+";
   EXPECT_EQ(stage.refField().paste(content, &error), PASTE_AS_CHARACTERS);
@@ -125,7 +125,7 @@ TEST(FieldErrors, TellWhere) {
   EXPECT_FALSE(stage.refField().getExpression());
   EXPECT_EQ(stage.notation(), "[\"2x 3 4‸\"]");
   EXPECT_FALSE(stage.refField().getExpression(&error));
-  EXPECT_EQ(error.cause, ERROR_CAUSE_SYNTAX);
+  EXPECT_EQ(error.cause, math::common::READ_ERROR_MISPLACED);
   EXPECT_EQ(writeBox(error.box), "30,0-37,10");
   EXPECT_EQ(error.range.anchor.pos, 5u);
   EXPECT_EQ(error.range.caret.pos, 6u);

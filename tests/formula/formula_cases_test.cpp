@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <utf8.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -61,7 +60,7 @@ TEST_F(FormulaCases, ToTree) {
     int behind = 0;
     if (std::sscanf(prefix.c_str(), "{%u %d} %n", &precision, &format, &behind) == 2)
       prefix.erase(0, static_cast<std::size_t>(behind));
-    auto const expression = AlgebraicExpressionC::fromPrefixString(utf8::utf8to16(prefix));
+    auto const expression = AlgebraicExpressionC::fromPrefixString(tests::fromUtf8(prefix));
     ASSERT_TRUE(expression);
     collectNames(*expression->getNode(), names);
     TreeT const tree(Node4C::fromAlgebraicExpression(

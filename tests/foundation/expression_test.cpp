@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <iterator>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -66,10 +67,15 @@ std::string classified(AlgebraicExpressionC const& expression) {
       .of(expression);
 }
 
-std::string nameOf(PrefixErrorE cause) {
-  char const* const names[] = {"none",       "missing-operand", "bad-number",   "bad-character",
-                               "not-closed", "missing-comma",   "trailing-text"};
-  return names[cause];
+std::string nameOf(common::ReadErrorE cause) {
+  static std::map<common::ReadErrorE, char const*> const names = {
+      {common::READ_ERROR_MISSING_OPERAND, "missing-operand"},
+      {common::READ_ERROR_BAD_NUMBER, "bad-number"},
+      {common::READ_ERROR_BAD_CHARACTER, "bad-character"},
+      {common::READ_ERROR_MISSING_CLOSE, "not-closed"},
+      {common::READ_ERROR_MISSING_COMMA, "missing-comma"},
+      {common::READ_ERROR_TRAILING_TEXT, "trailing-text"}};
+  return names.at(cause);
 }
 
 TEST(Visitors, MayComeToParentsFirst) {
@@ -82,14 +88,14 @@ TEST(Visitors, MayComeToParentsFirst) {
 
 TEST(PrefixText, ReadsAndReadsBack) {
   for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/prefix.cases")) {
-    PrefixErrorS error;
+    common::ReadErrorS error;
     ExpressionP const read = AlgebraicExpressionC::fromPrefixString(toText(one.input), nullptr, &error);
     if (!read) {
-      EXPECT_EQ("error " + nameOf(error.cause) + " " + std::to_string(error.position), one.expected)
+      EXPECT_EQ("error " + nameOf(error.cause) + " " + std::to_string(error.begin), one.expected)
           << one.where;
       continue;
     }
-    EXPECT_EQ(error.cause, PREFIX_ERROR_NONE) << one.where;
+    EXPECT_EQ(error.cause, common::READ_ERROR_NONE) << one.where;
     EXPECT_EQ(classified(*read), one.expected) << one.where;
     ExpressionP const again = AlgebraicExpressionC::fromPrefixString(read->toPrefixString());
     EXPECT_TRUE(again && again->equals(*read)) << one.where;

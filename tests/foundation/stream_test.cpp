@@ -4,6 +4,7 @@
 
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
+#include "zolt/oss/utf8.h"
 
 namespace zolt::oss {
 namespace {
@@ -68,6 +69,26 @@ TEST(ObjectStreams, FirstFailureLastsAndLeavesValuesAlone) {
     out = new BinaryOutputStreamC(new BinaryStringOutputStreamC);
     out->writeMember(static_cast<unsigned long>(0x1'0000'0000ULL));
     EXPECT_TRUE(out->isError()) << "more than the form holds";
+  }
+}
+
+// Too long, a surrogate, past the last code point, cut short, cut short by another character.
+TEST(Utf8, ReadsBackAndMarksEachWrongSequence) {
+  wstring const text = u"a\u00DF\u2208\uFFFD\U00010000\U0010FFFF";
+  EXPECT_EQ(fromUtf8(toUtf8(text)), text);
+  EXPECT_EQ(toUtf8(wstring{u'a', 0xD800, u'b'}), "a\uFFFDb");
+  std::pair<char const*, char const*> const wrong[] = {{"\xC0\xAF", "??"},
+                                                       {"\xED\xA0\x80", "???"},
+                                                       {"\xF4\x90\x80\x80", "????"},
+                                                       {"x\xF0\x90\x80", "x?"},
+                                                       {"\xE2\x88x\xFF", "?x?"}};
+  for (auto const& [bytes, expected] : wrong) {
+    wstring marked;
+    Utf8FaultS fault;
+    EXPECT_FALSE(fromUtf8(bytes, marked, &fault));
+    std::replace(marked.begin(), marked.end(), char16_t(0xFFFD), u'?');
+    EXPECT_EQ(toUtf8(marked), expected);
+    EXPECT_EQ(fault.character, fault.byte);
   }
 }
 

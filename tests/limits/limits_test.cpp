@@ -8,7 +8,6 @@
 #include "zolt/algexpr/make_node.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/readable_text.h"
-#include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -188,7 +187,7 @@ TEST(Limits, AHundredThousandItems) {
     stage.expectSound();
     FormulaErrorS error;
     EXPECT_FALSE(stage.field.getExpression(&error));
-    EXPECT_EQ(ERROR_CAUSE_BAD_NUMBER, error.cause);
+    EXPECT_EQ(math::common::READ_ERROR_BAD_NUMBER, error.cause);
     wstring const state = stage.state();
     EXPECT_TRUE(stage.play(u"command select-all cut paste undo undo"));
     EXPECT_EQ(stage.state(), state + u" redo");

@@ -27,6 +27,7 @@ using namespace zolt;
 using field::FormulaFieldC;
 using math::algexpr::AlgebraicExpressionC;
 using oss::PointerTC;
+using oss::toUtf8;
 using oss::wstring;
 using namespace surfaces;
 
@@ -64,13 +65,6 @@ class LoggingGraphicsC final : public TypesetGraphicsABC {
     }
   }
 };
-
-/// Texts may hold unpaired surrogates.
-std::string toUtf8(wstring const& text) {
-  std::string result;
-  for (std::size_t i = 0; i < text.size();) oss::appendUtf8(result, oss::readCodePoint(text, i));
-  return result;
-}
 
 class DumperC {
  public:

@@ -1,7 +1,6 @@
 #include "tests/support/cases.h"
 
 #include <gtest/gtest.h>
-#include <utf8.h>
 
 #include <algorithm>
 #include <fstream>
@@ -33,7 +32,7 @@ oss::wstring toText(std::string const& utf8) {
   oss::wstring text;
   for (std::size_t start = 0; start < utf8.size();) {
     std::size_t const escape = std::min(utf8.find('\\', start), utf8.size());
-    text += utf8::utf8to16(utf8.substr(start, escape - start));
+    text += fromUtf8(utf8.substr(start, escape - start));
     if (escape == utf8.size()) break;
     char const kind = utf8[escape + 1];
     start = escape + 2;
@@ -45,14 +44,6 @@ oss::wstring toText(std::string const& utf8) {
     }
   }
   return text;
-}
-
-oss::wstring fromUtf8(std::string const& text) { return utf8::utf8to16(text); }
-
-std::string toUtf8(oss::wstring const& text) {
-  std::string result;
-  utf8::unchecked::utf16to8(text.begin(), text.end(), std::back_inserter(result));
-  return result;
 }
 
 oss::wstring repeat(unsigned long count, oss::wstring const& text) {

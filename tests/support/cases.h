@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "zolt/oss/utf8.h"
 #include "zolt/oss/wstring.h"
 
 namespace zolt::tests {
@@ -21,9 +22,9 @@ std::vector<CaseS> readCases(std::string const& path);
 /// UTF-8, in which `\0`, `\t` and `\uXXXX` (four hexadecimal digits, unpaired surrogates too) stand for one
 /// character.
 oss::wstring toText(std::string const& utf8);
-/// Converts UTF-8 unchanged: tree notation and scripts have escapes of their own.
-oss::wstring fromUtf8(std::string const& text);
-std::string toUtf8(oss::wstring const& text);
+// UTF-8 unchanged: tree notation and scripts have escapes of their own.
+using oss::fromUtf8;
+using oss::toUtf8;
 
 /// `text` so many times.
 oss::wstring repeat(unsigned long count, oss::wstring const& text);

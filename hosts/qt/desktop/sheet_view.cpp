@@ -162,7 +162,7 @@ void SheetView::connectFormula(SheetRow* row) {
     if (row == current_) reveal();
   });
   connect(edit, &FormulaEdit::errorOccurred, this,
-          [this](int, QString const& text) { emit errorOccurred(text); });
+          [this](auto, QString const& text) { emit errorOccurred(text); });
   connect(edit, &FormulaEdit::returnPressed, this, &SheetView::goOn);
 }
 

@@ -76,11 +76,13 @@ AlgebraicExpressionC::AlgebraicExpressionC(PointerTC<NodeABC> node, PointerTC<CA
 
 PointerTC<AlgebraicExpressionC> AlgebraicExpressionC::fromPrefixString(wstring const& prefix,
                                                                        PointerTC<CASSessionBC> session,
-                                                                       PrefixErrorS* error) {
+                                                                       common::ReadErrorS* error) {
   detail::PrefixReaderC reader(prefix);
   PointerTC<NodeABC> node = reader.read();
-  if (error) *error = reader.getError();
-  if (!node) return nullptr;
+  if (!node) {
+    if (error) *error = reader.getError(), error->message = describe(error->cause);
+    return nullptr;
+  }
   return new AlgebraicExpressionC(std::move(node), std::move(session));
 }
 

@@ -2,7 +2,7 @@
 
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/node.h"
-#include "zolt/algexpr/prefix_error.h"
+#include "zolt/common/read_error.h"
 
 namespace zolt::math::algexpr {
 
@@ -19,7 +19,7 @@ class AlgebraicExpressionC : public oss::RefCountedBC {
   /// (`makeNumber`). Null when malformed, `*error` then saying where and why.
   [[nodiscard]] static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix,
                                                                         PointerTC<CASSessionBC> session,
-                                                                        PrefixErrorS* error = nullptr);
+                                                                        common::ReadErrorS* error = nullptr);
   /// The same in the current session.
   [[nodiscard]] static PointerTC<AlgebraicExpressionC> fromPrefixString(wstring const& prefix);
 

@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/implied_signs.h"
@@ -21,7 +22,7 @@ using oss::PointerTC;
 namespace {
 
 PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, InputOptionsS const& options,
-                                              exchange::PlainTextErrorS* error) {
+                                              ReadErrorS* error) {
   auto const session = CASSessionBC::getSession();
   // Text from another program may use points even so.
   if (options.decimalComma) {
@@ -54,8 +55,7 @@ wstring withoutLineEnds(wstring text) {
   return text;
 }
 
-PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const& options,
-                      exchange::PlainTextErrorS* error) {
+PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const& options, ReadErrorS* error) {
   if (auto const expression = readPlainText(text, options, error)) {
     return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
   }
@@ -134,7 +134,7 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
 }
 
 PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
-                    exchange::PlainTextErrorS* error) {
+                    ReadErrorS* error) {
   if (!view.isEditable()) return PASTE_REFUSED;
   if (!content.bytes.empty() && view.paste(content.bytes)) return PASTE_DONE;
   content.bytes.clear();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "zolt/exchange/plain_text.h"
+#include "zolt/common/read_error.h"
 #include "zolt/field/input_options.h"
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
@@ -12,6 +12,7 @@ class ViewZNT4C;
 
 namespace zolt::field {
 
+using math::common::ReadErrorS;
 using oss::bytestring;
 using oss::wstring;
 
@@ -64,6 +65,6 @@ enum PasteE {
 /// (may be null) says why the text was refused. Call it within a group of the view, and cancel the group
 /// after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
-                    exchange::PlainTextErrorS* error);
+                    ReadErrorS* error);
 
 }  // namespace zolt::field

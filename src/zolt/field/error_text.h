@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zolt/common/read_error.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/convert/error_selection.h"
 
@@ -11,5 +12,8 @@ using oss::wstring;
 /// with a capital and has no full stop. It calls the faulty part "this", since the host shows that part
 /// selected.
 wstring describe(math::ved::ErrorCauseE cause);
+
+/// The same cause as all readers name it.
+math::common::ReadErrorE toReadError(math::ved::ErrorCauseE cause);
 
 }  // namespace zolt::field

@@ -97,9 +97,13 @@ void FormulaFieldC::clear() {
   if (start != end && !run(COMMAND_CLEAR)) setExpression(nullptr);
 }
 
-bool FormulaFieldC::setPlainText(wstring const& text, exchange::PlainTextErrorS* error) {
+bool FormulaFieldC::setPlainText(wstring const& text, ReadErrorS* error) {
   auto expression = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession(), error);
-  return expression && setExpression(std::move(expression));
+  if (!expression) return false;
+  if (setExpression(std::move(expression))) return true;
+  using namespace math::common;
+  if (error) *error = {READ_ERROR_NOT_ALLOWED, 0, 0, math::common::describe(READ_ERROR_NOT_ALLOWED)};
+  return false;
 }
 
 PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() const {
@@ -133,8 +137,8 @@ FormulaDiagnosisS FormulaFieldC::diagnose() const {
   FormulaDiagnosisS diagnosis;
   diagnosis.expression = diagnosed_.expression;
   if (diagnosis.expression) return diagnosis;
-  diagnosis.error.cause = diagnosed_.cause;
-  diagnosis.error.text = describe(diagnosed_.cause);
+  diagnosis.error.cause = toReadError(diagnosed_.cause);
+  diagnosis.error.message = describe(diagnosed_.cause);
   SelectionS& range = diagnosis.error.range;
   range = selectionAt(root, diagnosed_.range);
   if (!range.anchor || !range.caret) range = {anchor(), caret()};
@@ -192,7 +196,7 @@ void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
 
 // ---- Clipboard -----------------------------------------------------------------------------------------
 
-PasteE FormulaFieldC::paste(ClipboardContentS content, exchange::PlainTextErrorS* error) {
+PasteE FormulaFieldC::paste(ClipboardContentS content, ReadErrorS* error) {
   ActC act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
   GroupC group(*this);
   completeName();

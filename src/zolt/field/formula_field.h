@@ -4,6 +4,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
+#include "zolt/common/read_error.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/caret_motion.h"
@@ -21,6 +22,7 @@
 
 namespace zolt::field {
 
+using math::common::ReadErrorS;
 using math::ved::PlaceS;
 using math::ved::SelectionS;
 using oss::PointerTC;
@@ -31,9 +33,7 @@ class DecimalCommaGraphicsC;
 }
 
 /// Why a formula is not an expression yet, and which part of it is to blame.
-struct FormulaErrorS {
-  math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
-  wstring text;               ///< the cause as a sentence, without a full stop
+struct FormulaErrorS : math::common::ReadErrorS {
   SelectionS range;           ///< its ends are equal where something is missing
   math::ved::RectangleS box;  ///< around the range, in view coordinates
 };
@@ -83,9 +83,9 @@ class FormulaFieldC {
   /// Empties the formula for the program: also when it is locked, and whatever the constraints are. One step
   /// to undo where a person could do it, else with a new history.
   void clear();
-  /// Shows plain text as a formula. False, with nothing changed, when the text is not a formula; then `error`
-  /// (may be null) says why; or when the constraints reject it, with `error` as it was.
-  [[nodiscard]] bool setPlainText(wstring const& text, exchange::PlainTextErrorS* error = nullptr);
+  /// Shows plain text as a formula. False, with nothing changed, when the text is not a formula or the
+  /// constraints reject it; then `error` (may be null) says why.
+  [[nodiscard]] bool setPlainText(wstring const& text, ReadErrorS* error = nullptr);
   /// The expression that is shown, locked or not, implied products included, with nothing changed: a name
   /// that was just typed counts as the letter that it will be. Costs one conversion of the formula, and next
   /// to nothing when the formula is what it was at the last call.
@@ -136,7 +136,7 @@ class FormulaFieldC {
   ClipboardContentS copy() const { return copy(view_.getSelection()); }
   /// The content between two places.
   ClipboardContentS copy(SelectionS const& range) const { return copyRange(view_, range, options_); }
-  PasteE paste(ClipboardContentS content, exchange::PlainTextErrorS* error = nullptr);
+  PasteE paste(ClipboardContentS content, ReadErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
   math::ved::RectangleS getCaretRectangle() const { return view_.getRectangle({caret(), caret()}); }

@@ -24,6 +24,16 @@ inline char32_t readCodePoint(std::u16string_view text, std::size_t& index) {
   return joinSurrogates(first, text[index++]);
 }
 
+/// Appends a code point as one 16-bit character or two.
+inline void appendUtf16(std::u16string& out, char32_t c) {
+  if (c < 0x10000) {
+    out += char16_t(c);
+  } else {
+    out += char16_t(0xD800 + ((c - 0x10000) >> 10));
+    out += char16_t(0xDC00 + ((c - 0x10000) & 0x3FF));
+  }
+}
+
 /// Appends a code point that is not a surrogate in UTF-8.
 inline void appendUtf8(std::string& out, char32_t c) {
   auto const tail = [&](int shift) { out += char(0x80 | ((c >> shift) & 0x3F)); };

@@ -24,8 +24,6 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
-constexpr int no_cause = -1;
-
 void provideStandardOperators() {
   auto const session = math::algexpr::CASSessionBC::getSession();
   auto const operators = math::ved::OperatorListRepositoryC::lookup(session->getEngine());
@@ -150,11 +148,11 @@ QString FormulaEdit::expression() const {
 
 bool FormulaEdit::setExpression(QString const& expression) {
   if (expression.trimmed().isEmpty()) return setAlgebraicExpression(nullptr);
-  exchange::PlainTextErrorS error;
+  math::common::ReadErrorS error;
   auto read =
       exchange::fromPlainText(toWstring(expression), math::algexpr::CASSessionBC::getSession(), &error);
   if (!read) {
-    emit errorOccurred(no_cause, toQString(exchange::describe(error.cause)));
+    emit errorOccurred(error.cause, toQString(error.message));
     return false;
   }
   return setAlgebraicExpression(read);
@@ -167,9 +165,11 @@ QString FormulaEdit::prefix() const {
 
 bool FormulaEdit::setPrefix(QString const& prefix) {
   if (prefix.trimmed().isEmpty()) return setAlgebraicExpression(nullptr);
-  auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix));
+  math::common::ReadErrorS error;
+  auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix),
+                                                     math::algexpr::CASSessionBC::getSession(), &error);
   if (!read) {
-    emit errorOccurred(no_cause, tr("This is no expression in prefix notation"));
+    emit errorOccurred(error.cause, toQString(error.message));
     return false;
   }
   return setAlgebraicExpression(read);
@@ -183,7 +183,8 @@ bool FormulaEdit::setTree(QString const& tree) {
   QPointer<FormulaEdit> const alive(this);
   bool const done =
       state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, StateS::Actor::Program);
-  if (alive && !done) emit errorOccurred(no_cause, tr("This is no formula in tree notation"));
+  if (alive && !done)
+    emit errorOccurred(math::common::READ_ERROR_NONE, tr("This is no formula in tree notation"));
   return done;
 }
 
@@ -196,7 +197,9 @@ bool FormulaEdit::setAlgebraicExpression(Expression const& expression) {
   bool const accepted =
       state_->act([&] { return state_->field->setExpression(expression, state_->precision, state_->format); },
                   StateS::Actor::Program);
-  if (alive && !accepted) emit errorOccurred(no_cause, tr("This formula is not allowed here"));
+  if (alive && !accepted) {
+    emit errorOccurred(math::common::READ_ERROR_NOT_ALLOWED, tr("This formula is not allowed here"));
+  }
   return accepted;
 }
 
@@ -207,7 +210,7 @@ void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::Number
 
 bool FormulaEdit::isComplete() const { return bool(algebraicExpression()); }
 
-QString FormulaEdit::incompleteReason() const { return toQString(state_->field->diagnose().error.text); }
+QString FormulaEdit::incompleteReason() const { return toQString(state_->field->diagnose().error.message); }
 
 bool FormulaEdit::isEmpty() const {
   auto const [start, end] = state_->field->crefView().getWhole();
@@ -220,7 +223,7 @@ bool FormulaEdit::check() {
   bool const complete = state_->act([&] { return bool(state_->field->getExpression(&error)); });
   if (!alive || complete) return alive && complete;
   state_->faultyBox = error.box;
-  emit errorOccurred(error.cause, toQString(error.text));
+  emit errorOccurred(error.cause, toQString(error.message));
   return false;
 }
 

@@ -7,6 +7,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
 #include "zolt/algexpr/number_display_format.h"
+#include "zolt/common/read_error.h"
 #include "zolt/field/commands.h"
 #include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
@@ -178,9 +179,8 @@ class FormulaEdit : public QWidget {
   void edited(zolt::qt::FormulaEdit::Step step, unsigned long position);
   void selectionChanged();
   void caretMoved();
-  /// `cause` is a `math::ved::ErrorCauseE`, or -1 when none of these applies; `text` is a sentence without a
-  /// full stop.
-  void errorOccurred(int cause, QString const& text);
+  /// `cause` is READ_ERROR_NONE when no reader refused a text; `text` is a sentence without a full stop.
+  void errorOccurred(zolt::math::common::ReadErrorE cause, QString const& text);
   void returnPressed();
   void editingFinished();
   void readOnlyChanged(bool readOnly);

@@ -180,14 +180,13 @@ void FormulaEdit::StateS::startDrag() {
 }
 
 bool FormulaEdit::StateS::paste(field::ClipboardContentS const& content) {
-  exchange::PlainTextErrorS error;
+  math::common::ReadErrorS error;
   QPointer<FormulaEdit> const alive(&edit);
   bool const done = act([&] { return field->paste(content, &error) != field::PASTE_REFUSED; });
   if (!done && alive && !content.isEmpty()) {
-    QString const why = error.cause == exchange::PLAIN_TEXT_ERROR_NONE
-                            ? FormulaEdit::tr("This cannot go here")
-                            : toQString(exchange::describe(error.cause));
-    emit alive->errorOccurred(-1, FormulaEdit::tr("Not pasted: %1").arg(why));
+    QString const why =
+        error.message.empty() ? FormulaEdit::tr("This cannot go here") : toQString(error.message);
+    emit alive->errorOccurred(error.cause, FormulaEdit::tr("Not pasted: %1").arg(why));
   }
   return done;
 }

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "zolt/algexpr/detail/node_access.h"
-#include "zolt/algexpr/prefix_error.h"
+#include "zolt/common/read_error.h"
 
 namespace zolt::math::algexpr::detail {
 
@@ -15,7 +15,8 @@ class PrefixReaderC {
 
   /// The whole text as one expression; null when it is malformed.
   PointerTC<NodeABC> read();
-  PrefixErrorS const& getError() const { return error_; }
+  /// Where and why it is malformed; the message is left to the caller.
+  common::ReadErrorS const& getError() const { return error_; }
 
  private:
   struct CallS {
@@ -29,17 +30,17 @@ class PrefixReaderC {
 
   void skipBlanks();
   bool atEnd() const { return at_ == text_.size(); }
-  bool fail(std::size_t position, PrefixErrorE cause);
+  bool fail(std::size_t position, common::ReadErrorE cause);
   /// Notes an error where something else was needed. When the text ends there, or holds a character that is
   /// allowed nowhere, that is reported instead, being the better reason.
-  bool failHere(PrefixErrorE cause);
+  bool failHere(common::ReadErrorE cause);
 
   wstring_view text_;
   std::size_t at_ = 0;
   std::vector<CallS> calls_;
   std::vector<PointerTC<NodeABC>> operands_;
   bool operandExpected_ = true;
-  PrefixErrorS error_;
+  common::ReadErrorS error_;
 };
 
 }  // namespace zolt::math::algexpr::detail

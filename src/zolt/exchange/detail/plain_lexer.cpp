@@ -9,6 +9,7 @@
 namespace zolt::exchange::detail {
 
 namespace common = math::common;
+using namespace math::common;
 
 namespace {
 
@@ -97,7 +98,7 @@ void PlainLexerC::setBracket(PlainTokenE type, char16_t bracket, std::u16string_
   token_.bracket = bracket;
 }
 
-void PlainLexerC::setError(PlainTextErrorE error) {
+void PlainLexerC::setError(ReadErrorE error) {
   token_.type = PLAIN_TOKEN_BAD;
   token_.error = error;
 }
@@ -137,7 +138,7 @@ void PlainLexerC::readSign(char16_t c) {
   char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);
   if (ReadingS const* const reading = findReading({&sign, 1})) return setOperator(*reading);
   NotationS const* const function = findBrackets(c);
-  if (!function) return setError(PLAIN_TEXT_ERROR_BAD_CHARACTER);
+  if (!function) return setError(READ_ERROR_BAD_CHARACTER);
   std::u16string_view const brackets = function->plain.brackets;
   if (brackets[0] == brackets[1]) return set(PLAIN_TOKEN_BAR, function->name);
   if (c == brackets[1]) return setBracket(PLAIN_TOKEN_CLOSE, c);
@@ -148,7 +149,7 @@ void PlainLexerC::readNumber() {
   position_ = common::findNumberEnd(text_, token_.begin, common::LONE_EXPONENT_LEFT);
   std::u16string_view const run = text_.substr(token_.begin, position_ - token_.begin);
   common::DecimalTextS parts;
-  if (!common::readDecimalText(run, parts)) return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  if (!common::readDecimalText(run, parts)) return setError(READ_ERROR_BAD_NUMBER);
   set(PLAIN_TOKEN_NUMBER, run);
 }
 
@@ -166,20 +167,20 @@ void PlainLexerC::readQuotedName() {
     if (peek() == quote) {
       ++position_;
       if (peek() != quote) {
-        if (!math::algexpr::isWritableName(token_.text)) return setError(PLAIN_TEXT_ERROR_BAD_NAME);
+        if (!math::algexpr::isWritableName(token_.text)) return setError(READ_ERROR_BAD_NAME);
         token_.type = PLAIN_TOKEN_QUOTED_NAME;
         return;
       }
     }
     token_.text += peek();
   }
-  setError(PLAIN_TEXT_ERROR_MISSING_CLOSE);
+  setError(READ_ERROR_MISSING_CLOSE);
 }
 
 void PlainLexerC::readSuperscript() {
   for (; lowered(peek()) != u'\0'; ++position_) token_.text += lowered(peek());
   if (token_.text != u"n" && !math::algexpr::makeNumber(token_.text)) {
-    return setError(PLAIN_TEXT_ERROR_BAD_NUMBER);
+    return setError(READ_ERROR_BAD_NUMBER);
   }
   token_.type = PLAIN_TOKEN_SUPERSCRIPT;
 }

@@ -37,7 +37,7 @@ struct PlainTokenS {
   NotationS const* infix = nullptr;
   /// For an opening bracket the closing one that matches, for a closing bracket the bracket itself.
   char16_t bracket = u'\0';
-  PlainTextErrorE error = PLAIN_TEXT_ERROR_NONE;
+  math::common::ReadErrorE error = math::common::READ_ERROR_NONE;
 
   bool startsOperand() const { return type < PLAIN_TOKEN_END; }
 };
@@ -62,7 +62,7 @@ class PlainLexerC {
   void setOperator(ReadingS const& reading);
   void set(PlainTokenE type, std::u16string_view text = {});
   void setBracket(PlainTokenE type, char16_t bracket, std::u16string_view function = {});
-  void setError(PlainTextErrorE error);
+  void setError(math::common::ReadErrorE error);
 
   std::u16string_view text_;
   std::size_t position_ = 0;

@@ -9,6 +9,7 @@
 namespace zolt::exchange::detail {
 
 namespace common = math::common;
+using namespace math::common;
 using math::algexpr::makeFunction;
 using math::algexpr::makeNamed;
 using math::algexpr::makeNumber;
@@ -24,7 +25,7 @@ constexpr int no_rule = -1;  // looser than any rule
 
 PointerTC<math::algexpr::NodeABC> PlainParserC::read() {
   if (token().type == PLAIN_TOKEN_END) {
-    fail(PLAIN_TEXT_ERROR_EMPTY);
+    fail(READ_ERROR_EMPTY);
     return nullptr;
   }
   NextE next = NEXT_OPERAND;
@@ -59,7 +60,7 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
     default:
-      return fail(PLAIN_TEXT_ERROR_MISSING_OPERAND);
+      return fail(READ_ERROR_MISSING_OPERAND);
   }
 }
 
@@ -74,7 +75,7 @@ PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
   std::u16string_view const sign = token().infix->name;
   bool const tight = currentRule() > RULE_SIGN;
   bool const allowed = !tight || frames_.back().takesSign;
-  if (!allowed || (sign != u"+" && sign != u"-")) return fail(PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  if (!allowed || (sign != u"+" && sign != u"-")) return fail(READ_ERROR_MISSING_OPERAND);
   return readPrefix(sign == u"+" ? u"_pos" : u"_neg", tight ? currentRule() : RULE_SIGN);
 }
 
@@ -104,7 +105,7 @@ PlainParserC::NextE PlainParserC::readQuotedName() {
 
 PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   FrameS frame = startCall(name);
-  if (!opensCall()) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_OPERAND);
+  if (!opensCall()) return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
   return beginBracket(std::move(frame));
 }
 
@@ -122,7 +123,7 @@ PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
       return NEXT_OPERAND;
     }
   }
-  return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_MISSING_ARGUMENTS);
+  return failAt(frame.begin, frame.end, READ_ERROR_MISSING_ARGUMENTS);
 }
 
 // Reads the exponent between a function's name and its argument, as in "sin^2 x", if there is one.
@@ -202,9 +203,9 @@ PlainParserC::NextE PlainParserC::readSign() {
       return fail(token().error);
     case PLAIN_TOKEN_NUMBER:
       // "x 2" is more often a power or an index that lost its form in copying than a product.
-      return fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
+      return fail(READ_ERROR_MISSING_OPERATOR);
     default:
-      return token().startsOperand() ? readProduct() : fail(PLAIN_TEXT_ERROR_MISSING_OPERATOR);
+      return token().startsOperand() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
   }
 }
 
@@ -214,7 +215,7 @@ PlainParserC::NextE PlainParserC::readInfix() {
   frame.takesSign = true;
   finishTighterThan(frame.infix->rule);
   if (frame.infix->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
-    return fail(PLAIN_TEXT_ERROR_SECOND_ASSIGNMENT);
+    return fail(READ_ERROR_SECOND_ASSIGNMENT);
   }
   return begin(std::move(frame));
 }
@@ -245,17 +246,16 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
   PlainTokenE const type = token().type;
   if (frames_.empty()) {
     if (type == PLAIN_TOKEN_END) return NEXT_NOTHING;
-    return fail(type == PLAIN_TOKEN_COMMA ? PLAIN_TEXT_ERROR_UNEXPECTED_COMMA
-                                          : PLAIN_TEXT_ERROR_UNEXPECTED_CLOSE);
+    return fail(type == PLAIN_TOKEN_COMMA ? READ_ERROR_UNEXPECTED_COMMA : READ_ERROR_UNEXPECTED_CLOSE);
   }
   if (type == PLAIN_TOKEN_COMMA) {
-    if (frames_.back().kind != PENDING_CALL) return fail(PLAIN_TEXT_ERROR_UNEXPECTED_COMMA);
+    if (frames_.back().kind != PENDING_CALL) return fail(READ_ERROR_UNEXPECTED_COMMA);
     lexer_.readNextToken();
     return NEXT_OPERAND;
   }
   bool const fits =
       type == PLAIN_TOKEN_BAR || (type == PLAIN_TOKEN_CLOSE && token().bracket == closes_.back());
-  if (!fits) return fail(PLAIN_TEXT_ERROR_MISSING_CLOSE);
+  if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
 
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
@@ -271,7 +271,7 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
       arguments.push_back(std::move(operands_[i].node));
     }
     result.node = makeCall(frame, std::move(arguments));
-    if (!result.node) return failAt(frame.begin, frame.end, PLAIN_TEXT_ERROR_ARGUMENT_COUNT);
+    if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
   }
   operands_.resize(frame.firstOperand);
   operands_.push_back(std::move(result));
@@ -329,7 +329,7 @@ PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<Node
 
 // Takes the operand that ends with the current token.
 PlainParserC::NextE PlainParserC::takeToken(NodeT node, bool literal) {
-  if (!node) return fail(PLAIN_TEXT_ERROR_BAD_NUMBER);
+  if (!node) return fail(READ_ERROR_BAD_NUMBER);
   lexer_.readNextToken();
   return keep(std::move(node), literal);
 }
@@ -346,12 +346,10 @@ PlainParserC::NodeT PlainParserC::takeOperand() {
   return node;
 }
 
-PlainParserC::NextE PlainParserC::fail(PlainTextErrorE cause) {
-  return failAt(token().begin, token().end, cause);
-}
+PlainParserC::NextE PlainParserC::fail(ReadErrorE cause) { return failAt(token().begin, token().end, cause); }
 
-PlainParserC::NextE PlainParserC::failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause) {
-  error_ = {static_cast<unsigned long>(begin), static_cast<unsigned long>(end), cause};
+PlainParserC::NextE PlainParserC::failAt(std::size_t begin, std::size_t end, ReadErrorE cause) {
+  error_ = {cause, static_cast<unsigned long>(begin), static_cast<unsigned long>(end)};
   return NEXT_FAILED;
 }
 

@@ -19,7 +19,8 @@ class PlainParserC {
 
   /// The node of the whole text. Null when the text is malformed; `crefError` then says where and why.
   PointerTC<math::algexpr::NodeABC> read();
-  PlainTextErrorS const& crefError() const { return error_; }
+  /// The message is left to the caller.
+  ReadErrorS const& crefError() const { return error_; }
 
  private:
   using NodeT = PointerTC<math::algexpr::NodeABC>;
@@ -90,14 +91,14 @@ class PlainParserC {
   RuleE currentRule() const { return frames_.empty() ? RULE_ASSIGNMENT : frames_.back().operandRule; }
   bool opensCall() const;
   PlainTokenS const& token() const { return lexer_.crefToken(); }
-  NextE fail(PlainTextErrorE cause);
-  NextE failAt(std::size_t begin, std::size_t end, PlainTextErrorE cause);
+  NextE fail(math::common::ReadErrorE cause);
+  NextE failAt(std::size_t begin, std::size_t end, math::common::ReadErrorE cause);
 
   PlainLexerC lexer_;
   std::vector<FrameS> frames_;
   std::vector<char16_t> closes_;  // of the brackets among the frames
   std::vector<OperandS> operands_;
-  PlainTextErrorS error_;
+  ReadErrorS error_;
 };
 
 }  // namespace zolt::exchange::detail

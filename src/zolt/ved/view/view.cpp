@@ -143,7 +143,8 @@ bool ViewZNT4C::needRedraw() {
 
 // ---- Events ---------------------------------------------------------------------------------------------
 
-bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool, bool, long x, long y) {
+bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool /*control*/, bool /*alt*/, long x,
+                         long y) {
   if (isBusy()) return false;
   EventC guard(*this);
   bool const consumed = dispatchEvent(event, code, shift, x, y);

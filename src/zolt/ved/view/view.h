@@ -84,8 +84,11 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool measureAgain();
 
   // ---- Input ----------------------------------------------------------------------------------------------
-  /// Executes an event at once. True when it was consumed. `shift` turns a caret move into a selection move.
-  bool addEvent(EventE event, unsigned long code, bool shift, bool second, bool third, long x, long y);
+  /// Executes an event at once. True when it was consumed. `EventE` says what `code` is and which events have
+  /// a position (`x`, `y`), in view coordinates. `shift` turns a caret move into a selection move. `control`
+  /// and `alt` tell which other modifier keys are down and have no effect: what such keys do is the host's to
+  /// say, or a `FormulaFieldC`'s.
+  bool addEvent(EventE event, unsigned long code, bool shift, bool control, bool alt, long x, long y);
   /// A whole text as one event (input methods, plain-text paste): an operator's name inserts the operator,
   /// any other text is typed character by character. False, with nothing changed, when a character is
   /// refused or the constraints reject the result.
