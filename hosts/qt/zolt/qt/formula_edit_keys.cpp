@@ -70,10 +70,17 @@ constexpr PlatformKeyS platform_keys[] = {
     {QKeySequence::Backspace, field::COMMAND_DELETE_LEFT},
 };
 
+/// Some platforms have editing keys like Ctrl+D in addition, which programs use for commands of their own.
+bool isLeftToPrograms(QKeyEvent const& event) {
+  return event.modifiers() & Qt::ControlModifier && event.key() > Qt::Key_Space &&
+         event.key() <= Qt::Key_AsciiTilde;
+}
+
 std::optional<field::CommandE> commandOf(QKeyEvent const& event) {
   if (field::CommandS const* const command = field::findCommandForKeys(chordOf(event))) {
     return command->command;
   }
+  if (isLeftToPrograms(event)) return std::nullopt;
   for (PlatformKeyS const& entry : platform_keys) {
     if (const_cast<QKeyEvent&>(event).matches(entry.key)) return entry.command;
   }
