@@ -4,7 +4,9 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QKeySequence>
 #include <QLabel>
+#include <QSet>
 #include <QTimer>
 #include <memory>
 
@@ -44,6 +46,10 @@ class DialogAnswer final : public QObject {
           isPlain = isPlain && label->textFormat() == Qt::PlainText;
         }
         ++count;
+        letters.clear();
+        for (auto const* const one : dialog->findChildren<QAbstractButton*>()) {
+          letters << QKeySequence::mnemonic(one->text()).toString();
+        }
         // The click is queued, so that this timer continues to run while the answer opens another dialog.
         QMetaObject::invokeMethod(each, "click", Qt::QueuedConnection);
         return;
@@ -54,7 +60,8 @@ class DialogAnswer final : public QObject {
 
   QString said;
   int count = 0;
-  bool isPlain = true;  // no label takes names of files for rich text
+  QSet<QString> letters;  // of its buttons
+  bool isPlain = true;    // no label takes names of files for rich text
 
  private:
   QTimer timer_;

@@ -10,6 +10,7 @@
 #include <QSemaphore>
 #include <QSettings>
 #include <QSignalSpy>
+#include <QStatusBar>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
@@ -275,6 +276,7 @@ class DesktopTest final : public QObject {
     QVERIFY(!window.close());
     window.action(QStringLiteral("new"))->trigger();
     QCOMPARE(answer.count, 2);
+    QCOMPARE(answer.letters.size(), 3);
     QVERIFY(window.view().rows().size() > 1);
     window.view().history().undo();
     QVERIFY(window.close());
@@ -352,6 +354,39 @@ class DesktopTest final : public QObject {
                  qPrintable(chord + u' ' + users.value(chord) + u' ' + action->text()));
         users.insert(chord, action->text());
       }
+    }
+  }
+
+  void editorsLeaveShortcutsToTheWindow() {
+    MainWindow window(fonts(), nullptr);
+    window.show();
+    window.view().setSheet({formulaLine("+(a,b)"), {LineKind::Text, QStringLiteral("note"), {}, {}}});
+    QSet<QAction*> shared;  // what both do alike
+    for (char const* const name : {"cut", "copy", "paste", "select-all", "grow", "clear"}) {
+      shared << window.action(QLatin1String(name));
+    }
+    for (SheetRow const* const row : window.view().rows()) {
+      for (QAction* const action : window.findChildren<QAction*>()) {
+        for (QKeySequence const& keys : action->shortcuts()) {
+          QKeyEvent event(QEvent::ShortcutOverride, keys[0].key(), keys[0].keyboardModifiers());
+          event.ignore();
+          QApplication::sendEvent(row->editor(), &event);
+          QVERIFY2(!event.isAccepted() || shared.contains(action), qPrintable(keys.toString()));
+        }
+      }
+    }
+  }
+
+  void theStatusLineHasTheFormula() {
+    MainWindow window(fonts(), nullptr);
+    window.view().setSheet({formulaLine("/(a,2)")});
+    for (auto const& [form, text] : {std::pair{"text", "a/2"}, {"words", "fraction"}, {"prefix", "/(a,2)"}}) {
+      window.action(QLatin1String("status-") + QLatin1String(form))->setChecked(true);
+      bool found = false;
+      for (QWidget const* const label : window.statusBar()->findChildren<QWidget*>()) {
+        found = found || label->toolTip().contains(QLatin1String(text));
+      }
+      QVERIFY2(found, form);
     }
   }
 

@@ -162,6 +162,17 @@ def test_signals_keep_the_sheet(stage):
         recover(stage)
 
 
+def test_signal_while_opening(stage):
+    stage.write(*["formula " + "+(" * 9999 + "x" + ",y)" * 9999] * 300)
+    stage.start(stage.sheet)
+    status = pathlib.Path(f"/proc/{stage.desktop.pid}/status")
+    caught = lambda: int(re.findall(r"SigCgt:\s*(\w+)", status.read_text())[0], 16)
+    wait_for(lambda: caught() >> signal.SIGTERM - 1 & 1, "the handler of the signal")
+    # The dialog about the progress takes the event, before there is an event loop that could end.
+    stage.desktop.send_signal(signal.SIGTERM)
+    stage.end(128 + signal.SIGTERM)
+
+
 def test_damaged_font(stage):
     fonts = stage.folder / "fonts"
     fonts.mkdir()

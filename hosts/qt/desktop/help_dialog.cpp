@@ -8,6 +8,7 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+#include "hosts/qt/desktop/mnemonics.h"
 #include "zolt/field/commands.h"
 #include "zolt/qt/text.h"
 
@@ -131,6 +132,7 @@ HelpDialog::HelpDialog(std::vector<field::PaletteGroupS> const& palette, QList<Q
   page->setFrameShape(QFrame::NoFrame);
   page->setHtml(makeHelp(palette, actions));
   auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
+  giveMnemonics(*this);
   // Enter continues the search.
   buttons->button(QDialogButtonBox::Close)->setAutoDefault(false);
   auto const find = [page, search] {

@@ -10,6 +10,8 @@
 #include <atomic>
 #include <memory>
 
+#include "hosts/qt/desktop/recovery_at_exit.h"
+
 namespace zolt::desktop {
 
 namespace {
@@ -22,13 +24,13 @@ constexpr int progress_pause = 50;   // ms
 Progress showProgress(QWidget* window, QString const& what, qsizetype all) {
   constexpr double steps = 1000;
   auto const dialog = std::make_shared<QProgressDialog>(
-      what, QCoreApplication::translate("zolt::desktop::LongWork", "Cancel"), 0, int(steps), window);
+      what, QCoreApplication::translate("zolt::desktop::LongWork", "&Cancel"), 0, int(steps), window);
   dialog->setWindowModality(Qt::WindowModal);
   dialog->setMinimumDuration(progress_delay);
   return [dialog, all](qsizetype done) {
     int const value = int(steps * double(done) / double(std::max<qsizetype>(1, all)));
     if (value != dialog->value()) dialog->setValue(value);
-    return !dialog->wasCanceled();
+    return !dialog->wasCanceled() && !RecoveryAtExit::requestedStatus();
   };
 }
 

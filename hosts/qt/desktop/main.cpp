@@ -14,6 +14,7 @@
 #include "hosts/qt/desktop/plain_message_box.h"
 #include "hosts/qt/desktop/recovery_at_exit.h"
 #include "hosts/qt/desktop/recovery_dialog.h"
+#include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/support/terminal_text.h"
 #include "zolt/qt/formula_fonts.h"
@@ -150,8 +151,8 @@ int main(int argc, char** argv) {
   bool const firstTime = settings.allKeys().isEmpty();
   // A screenshot uses neither settings nor unsaved sheets, so it is the same for every user.
   Windows windows(fonts, pictured ? nullptr : &settings, pictured ? QString() : recoveryFolder());
-  desktop::MainWindow& window = windows.add();
   desktop::RecoveryAtExit const recoveryAtExit;
+  desktop::MainWindow& window = windows.add();
   if (parser.isSet(appearance)) window.setAppearance(desktop::appearanceOf(parser.value(appearance)));
   if (!fonts->substitution().isEmpty()) {
     QString const text =
@@ -174,6 +175,12 @@ int main(int argc, char** argv) {
     window.open(files.constFirst());
   } else if (pictured || firstTime || parser.isSet(sample)) {
     window.openSample();
+  }
+  // Opening a sheet processes events; a signal that came then has not ended an event loop that was yet to
+  // come.
+  if (int const status = desktop::RecoveryAtExit::requestedStatus()) {
+    desktop::RecoveryWriter::writeAllNow();
+    return status;
   }
   if (pictured) return takeScreenshot(window, parser.value(screenshot));
   QTimer::singleShot(0, &window, [&windows] { windows.offerRecovery(); });

@@ -119,8 +119,7 @@ void MainWindow::makeStatusBar() {
   stateDot_ = new QLabel(this);
   state_ = new ElidedLabel(this);
   source_ = new ElidedLabel(this);
-  source_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-  source_->setAccessibleName(tr("The formula in prefix notation"));
+  source_->setAccessibleName(tr("The formula in one line"));
   auto const makeZoomButton = [this](QAction* action) {
     auto* const button = new QToolButton(this);
     button->setAutoRaise(true);
@@ -159,7 +158,16 @@ void MainWindow::updateStatus() {
   } else {
     showState(tr("Incomplete – the Enter key shows what is missing"), incomplete_colour);
   }
-  source_->setFullText(formula->prefix());
+  source_->setFullText(inOneLine(*formula));
+}
+
+QString MainWindow::inOneLine(FormulaEdit const& formula) const {
+  if (!formula.isComplete()) return {};
+  if (statusForm_ == QLatin1String("words")) return formula.readableText();
+  if (statusForm_ == QLatin1String("prefix")) return formula.prefix();
+  // The text for people has no marks of visible brackets.
+  std::unique_ptr<QMimeData> const copied(formula.createMimeData());
+  return copied ? copied->text() : QString();
 }
 
 void MainWindow::updateActions() {
@@ -190,12 +198,14 @@ void MainWindow::restore() {
   setZoom(1);
   if (!settings_) {
     setDecimalComma(false);
+    setStatusForm({});
     return;
   }
   restoreGeometry(settings_->value(QStringLiteral("geometry")).toByteArray());
   restoreState(settings_->value(QStringLiteral("state")).toByteArray());
   setZoom(settings_->value(QStringLiteral("zoom"), 1.0).toDouble());
   setDecimalComma(settings_->value(QStringLiteral("decimalComma"), localComma).toBool());
+  setStatusForm(settings_->value(QStringLiteral("statusLine")).toString());
   setAppearance(appearanceOf(settings_->value(QStringLiteral("appearance")).toString()));
 }
 
@@ -205,6 +215,7 @@ void MainWindow::remember() {
   settings_->setValue(QStringLiteral("state"), saveState());
   settings_->setValue(QStringLiteral("zoom"), view_->zoom());
   settings_->setValue(QStringLiteral("decimalComma"), decimalComma_);
+  settings_->setValue(QStringLiteral("statusLine"), statusForm_);
   settings_->setValue(QStringLiteral("appearance"), appearanceName(appearance_));
 }
 
@@ -229,6 +240,15 @@ void MainWindow::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   view_->setDecimalComma(decimalComma);
   action(QStringLiteral("decimal-comma"))->setChecked(decimalComma);
+}
+
+void MainWindow::setStatusForm(QString const& form) {
+  QAction* const chosen = action(QStringLiteral("status-") + form);
+  statusForm_ = chosen ? form : QStringLiteral("text");
+  action(QStringLiteral("status-") + statusForm_)->setChecked(true);
+  source_->setFont(
+      statusForm_ == QLatin1String("words") ? font() : QFontDatabase::systemFont(QFontDatabase::FixedFont));
+  updateStatus();
 }
 
 void MainWindow::setAppearance(Appearance appearance) {

@@ -18,6 +18,10 @@ class QMenu;
 class QSettings;
 class QToolButton;
 
+namespace zolt::qt {
+class FormulaEdit;
+}
+
 namespace zolt::desktop {
 
 class ElidedLabel;
@@ -73,6 +77,8 @@ class MainWindow final : public QMainWindow {
   void remember();
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
+  void setStatusForm(QString const& form);
+  QString inOneLine(qt::FormulaEdit const& formula) const;
   void updateActions();
   void updateStatus();
   void showState(QString const& text, QRgb colour);
@@ -141,6 +147,7 @@ class MainWindow final : public QMainWindow {
   QString path_;
   FileStamp savedAt_;  // the file when it was last read or written here
   Appearance appearance_ = Appearance::System;
+  QString statusForm_;  // of the formula in the status line: "text", "words" or "prefix"
   bool decimalComma_ = false;
   bool mayPaste_ = false;
 };

@@ -159,6 +159,17 @@ void MainWindow::makeViewMenu() {
   add(menu, {"zoom-normal", "&Normal Size", "Ctrl+0"}, [this] { setZoom(1); });
   menu.addSeparator();
   addToggle(menu, {"decimal-comma", "Decimal &Comma", ""}, [this](bool on) { setDecimalComma(on); });
+  QMenu& forms = *menu.addMenu(tr("Formula in the Status &Line"));
+  auto* const formGroup = new QActionGroup(this);
+  auto const addForm = [&](ActionS const& entry) {
+    QString const form = QString::fromLatin1(entry.name).section(u'-', 1);
+    addToggle(forms, entry, [=](bool on) {
+      if (on && form != statusForm_) setStatusForm(form);
+    })->setActionGroup(formGroup);
+  };
+  addForm({"status-text", "As &Text", ""});
+  addForm({"status-words", "In &Words", ""});
+  addForm({"status-prefix", "In &Prefix Notation", ""});
   QMenu& looks = *menu.addMenu(tr("&Appearance"));
   auto* const group = new QActionGroup(this);
   auto const addLook = [&](ActionS const& entry, Appearance appearance) {

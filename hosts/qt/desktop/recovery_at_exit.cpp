@@ -26,8 +26,11 @@ constexpr int signalled_exit = 128;
 /// What a signal handler, which may do very little, uses to notify the event loop.
 int wakeEnd = -1;
 
+volatile std::sig_atomic_t received = 0;
+
 void wake(int number) {
   int const cause = errno;
+  received = number;
   auto const byte = static_cast<unsigned char>(number);
   [[maybe_unused]] ssize_t const written = ::write(wakeEnd, &byte, 1);
   errno = cause;
@@ -64,7 +67,7 @@ RecoveryAtExit::RecoveryAtExit() {
       unsigned char number = 0;
       if (::read(from, &number, 1) != 1) return;
       RecoveryWriter::writeAllNow();
-      QCoreApplication::exit(signalled_exit + number);
+      QCoreApplication::exit(requestedStatus());
     });
     struct sigaction action {};
     action.sa_handler = wake;
@@ -87,5 +90,13 @@ RecoveryAtExit::RecoveryAtExit() {
 }
 
 RecoveryAtExit::~RecoveryAtExit() = default;
+
+int RecoveryAtExit::requestedStatus() {
+#ifdef Q_OS_UNIX
+  return received ? signalled_exit + received : 0;
+#else
+  return 0;
+#endif
+}
 
 }  // namespace zolt::desktop
