@@ -19,6 +19,7 @@ packages_for() {
     arm32) echo 'arm-linux-gnueabihf-g++=g++-arm-linux-gnueabihf qemu-arm=qemu-user googletest' ;;
     wasm-test) echo 'em++=emscripten node=nodejs googletest' ;;
     tidy) echo 'clang++=clang clang-tidy=clang-tidy' ;;
+    look) echo "$tool nodejs chromium=chromium katex" ;;
     coverage) echo 'gcovr=gcovr' ;;
     fuzz) echo 'clang++=clang libclang-rt-dev' ;;
     *) die "nobody needs $1" ;;
