@@ -42,13 +42,14 @@ TEST_F(TypesetShapes, SignsFillTheirBoxes) {
     graphics.clear();
     graphics.drawSign(SIGN_INTEGRAL, 10, 5, 5, height);
     EXPECT_EQ(graphics.kinds, "f");
-    expectFill(box(10, 5, 15, 5 + double(height)), 0.5);
+    // Clear of the upper bound, which starts a unit right of the box.
+    expectFill(box(9, 5, 14.6, 5 + double(height)), 0.1);
   }
   graphics.clear();
   graphics.drawSign(SIGN_SUM, 3, 20, 16, 17);
   EXPECT_EQ(graphics.kinds, "f");
-  // A unit away from the limit above, which may have a descender, and half a unit from that below.
-  expectFill(box(3, 21, 19, 35.5), 1e-9);
+  // Away from the limits, of which that above may have a descender.
+  expectFill(box(4, 20.75, 17.9, 34.8), 0.1);
   for (long const height : {12L, 17L, 80L}) {
     graphics.clear();
     graphics.drawSign(SIGN_RADICAL, 10, 5, 30, height);
@@ -87,7 +88,7 @@ TEST_F(TypesetShapes, BracketsGrowInsideTheirCells) {
       widest = std::max(widest, open.right - open.left);
       PathC inRow;
       appendBracket(inRow, BRACKET_OPEN, BRACKET_IN_ROW, 10, 3, double(height), size);
-      EXPECT_GE(BoundsS(inRow).left, 10 - shift);
+      EXPECT_GE(BoundsS(inRow).left, 10 - 2 * shift);
     }
     EXPECT_GT(widest, narrowest * 1.15) << "higher ones bend further out";
   }
@@ -120,8 +121,30 @@ TEST_F(TypesetShapes, TheRoleOfATextPlacesIt) {
     graphics.drawTextAs(role, text, 50, 0);
     return graphics.glyphs.front();
   };
-  EXPECT_LT(startOf(TEXT_FOLLOWS_ITEM, u"\u2212b"), startOf(TEXT_STARTS_ROW, u"\u2212b") - 1)
-      << "a prefix is close to its operand";
+  // A sign is close to its operand, and what is before it close to the sign; a "d" is close to its variable.
+  double const origin = startOf(TEXT_STARTS_ROW, u"\u2212b"), operand = graphics.glyphs[1];
+  EXPECT_LT(operand - origin, startOf(TEXT_FOLLOWS_ITEM, u"\u2212b") + 12 - 50);
+  EXPECT_NEAR(startOf(TEXT_IS_INTEGRAL_D, u"d"), 50.75, 1e-9);
+  EXPECT_NEAR(startOf(TEXT_IS_LOWER_D, u"d"), 51.75, 1e-9);
+  auto const reach = [&](oss::wstring const& text, auto const& draw) {
+    graphics.clear();
+    graphics.beginsWith(text);
+    draw();
+    return graphics.fills.empty() ? graphics.rules.front().x1 : graphics.fills.front().right;
+  };
+  auto const expectCloser = [&](auto const& draw) {
+    double const alone = reach(u"b", draw), minus = reach(u"\u2212b", draw);
+    EXPECT_GT(minus, alone + 1);
+    EXPECT_LT(minus, alone + 2);
+    EXPECT_GT(reach(u"+", draw), minus);
+    draw();
+    EXPECT_EQ(reach(u"", draw), alone) << "told for one sign only";
+  };
+  expectCloser([&] { graphics.drawOpenBracket(0, 0, 15, false); });
+  expectCloser([&] { graphics.drawBracketPair(20, 0, 30, 13, true); });
+  expectCloser([&] { graphics.drawSign(SIGN_ABSOLUTE_BARS, 0, 0, 30, 15); });
+  expectCloser([&] { graphics.drawSign(SIGN_RADICAL, 0, 0, 30, 15); });
+  expectCloser([&] { graphics.drawHorizontalLine(0, 0, 30); });
   double least = 1e9, most = -1e9;
   for (oss::wstring const base :
        {u"x", u"a", u"b", u"n", u"f", u"T", u"V", u"10", u"x1", u"1+x", u"\u03B1"}) {

@@ -48,7 +48,7 @@ TEST_F(TypesetText, ChoosesFacesByMeaning) {
                                                                   : 'f';
   }
   EXPECT_EQ(faces,
-            "i uuu ww uuuu wwww uuuu uuuu wwww uuu iu uuuuu uuu wwu uuuuuu iu i iui iu f uu f wwwuw iw");
+            "i uuu ww uuuu wwww uuuu uuuu wwww uuu iu uuuuu uuu wwu uuuuuu iu i iui iu u uu f wwwuw iw");
   typesetter->addUprightName(u"bsin");
   EXPECT_EQ(place(u"bsin")[0].face, FACE_MAIN);
 }

@@ -67,6 +67,7 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const override {
     surface_->drawSign(sign, x, y, width, height);
   }
+  void beginsWith(wstring const& text) const override { surface_->beginsWith(ShownC(*this, text)); }
 
  private:
   /// A text as it is shown; most texts are shown as they are.

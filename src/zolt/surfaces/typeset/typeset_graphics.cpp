@@ -15,11 +15,27 @@ namespace {
 /// to a base whose width was rounded up, away from one that leans over. Both are in surface units.
 constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 
+/// How far an opening bracket, bar or radical moves to a prefix after it: a share of the blank there, and at
+/// most so many surface units.
+constexpr double closer_share = 0.6, most_closer_to_prefix = 2.4;
+
+/// The bars of floors and ceilings are that far inside their boxes, which leaves a serif's length beside the
+/// content; all bars end that far from the top and the bottom, as brackets do. In surface units.
+constexpr double bar_inset = 1.9, bar_serif = 2.3, bar_end = 1.25;
+
 /// A line runs through the centres of the units at its ends.
 PathPointS cellCentre(long x, long y) { return {double(x) + 0.5, double(y) + 0.5}; }
 
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
+}
+
+/// A "d" is close to its variable, whatever room was measured between the two.
+double differentialShift(math::ved::TextRoleE role, FontSizeS const& size) {
+  constexpr double distance = 0.25, lower_room = 2;
+  return role == math::ved::TEXT_IS_INTEGRAL_D ? double(size.metrics[0]) - distance
+         : role == math::ved::TEXT_IS_LOWER_D  ? lower_room - distance
+                                               : 0;
 }
 
 /// Appends the hollow box that replaces a character without a glyph.
@@ -79,12 +95,14 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   using namespace math::ved;
   double const kern = std::exchange(exponentKern_, 0);
   if (text.empty()) return;
+  enclosed_.clear();
   FontSizeS const& size = fontSize();
   std::vector<PlacedGlyphS>& glyphs = glyphs_;
   typesetter_->place(text, depth_, role, glyphs);
   bool const isExponent =
       role == TEXT_STARTS_EXPONENT || role == TEXT_IS_UNIT || role == TEXT_IS_EXPONENT_SLOT;
-  double const left = double(x) - (isExponent ? kern : 0), baseline = double(y) + size.baseline;
+  double const left = double(x) - (isExponent ? kern : 0) + differentialShift(role, size),
+               baseline = double(y) + size.baseline;
   if (role == TEXT_IS_SLOT || role == TEXT_IS_EXPONENT_SLOT) {
     return fillSlot(left, double(y), glyphs.front().width);
   }
@@ -118,13 +136,14 @@ void TypesetGraphicsABC::fillSlot(double x, double y, double width) const {
 void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long width, long height) const {
   PathC& path = path_;
   path.clear();
+  double const closer = takeCloser();
   switch (sign) {
     case math::ved::SIGN_RADICAL:
     case math::ved::SIGN_INDEXED_RADICAL: {
-      long const tick = getTickSize(sign);
-      appendRadical(path, double(x), double(y), double(height), double(tick),
-                    sign == math::ved::SIGN_INDEXED_RADICAL, fontSize());
-      drawHorizontalLine(x + tick, y, width - tick);
+      double const tick = double(getTickSize(sign)) + closer;
+      appendRadical(path, double(x), double(y), double(height), tick, sign == math::ved::SIGN_INDEXED_RADICAL,
+                    fontSize());
+      fillBar({double(x) + tick + 0.5, double(y) + 0.5}, cellCentre(x + width - 1, y));
       break;
     }
     case math::ved::SIGN_INTEGRAL:
@@ -134,7 +153,7 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
       appendSum(path, double(x), double(y), double(width), double(height));
       break;
     default:
-      return GraphicsABC::drawSign(sign, x, y, width, height);
+      return fillBars(sign, x, y, width, height, closer);
   }
   fillPath(path, INK_TEXT);
 }
@@ -147,37 +166,59 @@ void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
 }
 
 void TypesetGraphicsABC::drawHorizontalLine(long x, long y, long length) const {
-  if (length > 0) fillBar(x, y, x + length - 1, y);
+  double const closer = takeCloser();
+  if (length > 0) fillBar({double(x) + 0.5 + closer, double(y) + 0.5}, cellCentre(x + length - 1, y));
 }
 
 void TypesetGraphicsABC::drawVerticalLine(long x, long y, long length) const {
-  if (length > 0) fillBar(x, y, x, y + length - 1);
+  if (length > 0) fillBar(cellCentre(x, y), cellCentre(x, y + length - 1));
 }
 
-void TypesetGraphicsABC::fillBar(long x1, long y1, long x2, long y2) const {
-  PathPointS const from = cellCentre(x1, y1), to = cellCentre(x2, y2);
+void TypesetGraphicsABC::fillBar(PathPointS from, PathPointS to) const {
   fillRule({from.x, from.y, to.x, to.y, getRuleThickness(fontSize())}, INK_TEXT);
 }
 
+void TypesetGraphicsABC::fillBars(math::ved::SignE sign, long x, long y, long width, long height,
+                                  double closer) const {
+  bool const serifs = sign != math::ved::SIGN_ABSOLUTE_BARS;
+  double const inset = 0.5 + (serifs ? bar_inset : 0);
+  double const left = double(x) + inset + closer, right = double(x + width) - inset;
+  double const top = double(y) + 0.5 + bar_end, bottom = double(y + height) - 0.5 - bar_end;
+  fillBar({left, top}, {left, bottom});
+  fillBar({right, top}, {right, bottom});
+  if (!serifs) return;
+  double const end = sign == math::ved::SIGN_CEILING_BARS ? top : bottom;
+  fillBar({left, end}, {left + bar_serif, end});
+  fillBar({right - bar_serif, end}, {right, end});
+}
+
+/// How far the sign that is drawn now moves to what it encloses.
+double TypesetGraphicsABC::takeCloser() const {
+  double const room = typesetter_->findPrefixRoom(enclosed_, depth_);
+  enclosed_.clear();
+  return std::min(closer_share * room, most_closer_to_prefix);
+}
+
 void TypesetGraphicsABC::drawOpenBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_OPEN, BRACKET_IN_ROW, x, y, height, automatic ? INK_SUPPLIED : INK_TEXT);
+  fillBracket(BRACKET_OPEN, BRACKET_IN_ROW, double(x) + takeCloser(), y, height,
+              automatic ? INK_SUPPLIED : INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawCloseBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_CLOSE, BRACKET_IN_ROW, x - getMetric(1), y, height,
+  fillBracket(BRACKET_CLOSE, BRACKET_IN_ROW, double(x - getMetric(1)), y, height,
               automatic ? INK_SUPPLIED : INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height, bool) const {
   long const cell = getMetric(1), top = y - getMetric(2), full = height + 2 * getMetric(2);
-  fillBracket(BRACKET_OPEN, BRACKET_AROUND_BOX, x - cell, top, full, INK_TEXT);
-  fillBracket(BRACKET_CLOSE, BRACKET_AROUND_BOX, x + width, top, full, INK_TEXT);
+  fillBracket(BRACKET_OPEN, BRACKET_AROUND_BOX, double(x - cell) + takeCloser(), top, full, INK_TEXT);
+  fillBracket(BRACKET_CLOSE, BRACKET_AROUND_BOX, double(x + width), top, full, INK_TEXT);
 }
 
-void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height,
-                                     InkE ink) const {
+void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, double left, long top,
+                                     long height, InkE ink) const {
   path_.clear();
-  appendBracket(path_, side, place, double(left), double(top), double(height), fontSize());
+  appendBracket(path_, side, place, left, double(top), double(height), fontSize());
   if (!path_.getSteps().empty()) fillPath(path_, ink);
 }
 

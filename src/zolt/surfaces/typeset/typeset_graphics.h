@@ -68,6 +68,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// A sign at the start of a text that follows another item is set as between two operands, and as a prefix
   /// in all other texts. An exponent moves close to the ink of the text that it is on.
   void drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x, long y) const final;
+  /// Brackets, bars, radicals and horizontal lines move closer to a prefix that begins what they enclose.
+  void beginsWith(oss::wstring const& text) const final { enclosed_.assign(text, 0, 1); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
 
  protected:
@@ -83,16 +85,20 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   virtual void fillRule(RuleS const& rule, InkE ink) const = 0;
 
  private:
-  void fillBracket(BracketSideE side, BracketPlaceE place, long left, long top, long height, InkE ink) const;
-  void fillBar(long x1, long y1, long x2, long y2) const;
+  void fillBracket(BracketSideE side, BracketPlaceE place, double left, long top, long height,
+                   InkE ink) const;
+  void fillBars(math::ved::SignE sign, long x, long y, long width, long height, double closer) const;
+  void fillBar(PathPointS from, PathPointS to) const;
   void fillSlot(double x, double y, double width) const;
 
+  double takeCloser() const;
   bool isInSight(double left, PlacedGlyphS const& glyph) const;
   FontSizeS const& fontSize() const;
 
   oss::PointerTC<TypesetterC> typesetter_;
   std::optional<math::ved::RectangleS> clipBox_;
   mutable unsigned long depth_ = 0;
+  mutable oss::wstring enclosed_;             // the first character of what the next sign encloses
   mutable double exponentKern_ = 0;           // how far an exponent on the text just drawn moves to the left
   mutable std::vector<PlacedGlyphS> glyphs_;  // kept for their memory, as is the path
   mutable PathC path_;

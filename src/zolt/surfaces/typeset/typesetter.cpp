@@ -14,7 +14,12 @@ namespace {
 constexpr double prime_size = 0.75, prime_rise = 0.36;
 constexpr double index_size = TextRulerC::index_percent / 100.0, index_drop = 0.15;
 /// The space between a prefix and its operand, in ems.
-constexpr double prefix_space = 0.07;
+constexpr double prefix_space = 0.04;
+/// The share of the blank before a prefix by which it and its operand move to the left.
+constexpr double prefix_move = 0.3;
+
+/// The sign of degrees, of the size and height that it has in an exponent.
+constexpr char32_t degree_ring = 0x2218;
 
 bool isSign(CharClassE charClass) {
   return charClass == CLASS_PLUS_MINUS || charClass == CLASS_BINARY || charClass == CLASS_RELATION ||
@@ -36,6 +41,7 @@ class PlacerC {
     }
     if (!ruled.joined) sign_ = glyphs_.size();
     signIsLast_ = isSign(ruled.look.charClass) && ruled.after > 0;
+    if (isSign(ruled.look.charClass) && !glyphs_.empty()) prefixIsOnlySign_ = false;
     if (ruled.marksIndex) {
       mark_ = ruled;
       return;
@@ -48,9 +54,14 @@ class PlacerC {
   /// has no neighbour to keep away from, or is drawn by a construct between two rows of its own.
   void finish() {
     endMark(false);
+    if (prefixRoom_ > 0 && prefixIsOnlySign_ && !signIsLast_) {
+      for (PlacedGlyphS& glyph : glyphs_) glyph.x -= prefix_move * prefixRoom_;
+    }
     if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
   }
+
+  double getPrefixRoom() const { return prefixRoom_; }
 
   /// Places a whole run of letters and digits.
   void placeRun(std::vector<RuledCharS> const& run, bool upright) {
@@ -81,13 +92,15 @@ class PlacerC {
     mark_.reset();
   }
 
-  double findFirstShift(RuledCharS const& ruled) const {
+  double findFirstShift(RuledCharS const& ruled) {
     CharClassE const charClass = ruled.look.charClass;
     if (followsItem_) {
       return isSign(charClass) ? -halfGap_ : charClass == CLASS_COMMA ? -2 * halfGap_ : 0;
     }
     if (charClass != CLASS_PLUS_MINUS) return 0;
-    return std::max(0.0, toUnits(ruled.after) - prefix_space * em_);
+    double const shift = std::max(0.0, toUnits(ruled.after) - prefix_space * em_);
+    prefixRoom_ = toUnits(ruled.origin) + shift;
+    return shift;
   }
 
   double toUnits(std::int64_t parts) const { return double(parts) * em_ / em_parts; }
@@ -114,7 +127,9 @@ class PlacerC {
   bool followsItem_;
   std::vector<PlacedGlyphS>& glyphs_;
   double firstShift_ = 0;  // of a sign or comma that starts the text
-  std::size_t sign_ = 0;   // glyph of the last sign
+  double prefixRoom_ = 0;
+  bool prefixIsOnlySign_ = true;
+  std::size_t sign_ = 0;  // glyph of the last sign
   bool signIsLast_ = false;
   std::optional<RuledCharS> mark_;
 };
@@ -150,15 +165,26 @@ long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
 }
 
+double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth) const {
+  if (text.empty()) return 0;
+  std::vector<PlacedGlyphS> ignored;
+  PlacerC placer(getFontSize(depth), false, ignored);
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  placer.place(ruler.read(text[0]));
+  return placer.getPrefixRoom();
+}
+
 void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
                         std::vector<PlacedGlyphS>& glyphs) const {
   glyphs.clear();
   PlacerC placer(getFontSize(depth), role == math::ved::TEXT_FOLLOWS_ITEM, glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth));
   std::vector<RuledCharS>& run = state_->run;
+  bool const isUnit = role == math::ved::TEXT_IS_UNIT;
   auto const endRun = [&] {
     if (run.empty()) return;
-    placer.placeRun(run, state_->names.isUpright(run.back().names));
+    if (isUnit && text == u"o") run[0].look = state_->characters.find(degree_ring);
+    placer.placeRun(run, isUnit || state_->names.isUpright(run.back().names));
     run.clear();
   };
   for (std::size_t i = 0; i < text.size(); ++i) {

@@ -63,6 +63,9 @@ class TypesetterC final : public oss::RefCountedBC {
   /// Width in surface units.
   long measure(oss::wstring const& text, unsigned long depth) const;
 
+  /// The blank before the sign that begins a row with this text, as `place` places it; 0 for another text.
+  double findPrefixRoom(oss::wstring const& text, unsigned long depth) const;
+
   /// Replaces the contents of `glyphs` by the items of `text`, from left to right.
   void place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
              std::vector<PlacedGlyphS>& glyphs) const;

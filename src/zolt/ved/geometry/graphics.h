@@ -98,6 +98,11 @@ class GraphicsABC : public oss::RefCountedBC {
   /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
 
+  /// Tells the text that begins what the next bracket, pair of brackets, sign or horizontal line encloses or
+  /// is next to, right before that is drawn: a minus there belongs to what follows it, and what is before it
+  /// may come closer. Unless overridden it does nothing.
+  virtual void beginsWith(oss::wstring const&) const {}
+
   /// The width and the height of the tick of a radical in the current font.
   long getTickSize(SignE radical) const;
 };

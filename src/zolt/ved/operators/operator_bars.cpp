@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator_bars.h"
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -21,8 +22,9 @@ void OperatorBarsBC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
   node->setMidHeight(above + content.getMidHeight());
 }
 
-void OperatorBarsBC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
+void OperatorBarsBC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                                   long height, long) const {
+  graphics.beginsWith(crefFirstText(*node->child(0)));
   graphics.drawSign(bars_, x, y, width, height);
 }
 

@@ -82,8 +82,15 @@ void OperatorDivC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const 
   denominator->setDY(node->getHeight() - denominator->getHeight());
 }
 
-void OperatorDivC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width, long,
+void OperatorDivC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width, long,
                                 long midHeight) const {
+  // How the wider argument begins matters where the other one does not reach.
+  constexpr long most_shift = 3;
+  Node4C const* const rows[] = {node->child(0), node->child(1)};
+  bool const wider = rows[0]->getWidth() < rows[1]->getWidth();
+  if (rows[!wider]->getDX() >= rows[wider]->getDX() + most_shift) {
+    graphics.beginsWith(crefFirstText(*rows[wider]));
+  }
   graphics.drawHorizontalLine(x, y + midHeight, width);
 }
 

@@ -2,6 +2,7 @@
 
 #include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -50,6 +51,7 @@ void OperatorErrorC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   for (unsigned long i = 1; i < count; ++i) detail::drawBefore(*node->child(i), separator, graphics, x, y);
   long const first = node->child(0)->getDX();
   long const overhang = graphics.getMetric(2);
+  graphics.beginsWith(crefFirstText(*node->child(0)));
   graphics.drawBracketPair(x + first, y + overhang, width - first - graphics.getMetric(1),
                            height - 2 * overhang, true);
 }

@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator_log.h"
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -26,6 +27,7 @@ void OperatorLogC::displayNode4(Node4C* node, GraphicsABC const& graphics, long 
                                 long midHeight) const {
   Node4C const* const argument = node->child(1);
   graphics.drawText(crefText(), x, y + midHeight - graphics.getTextMidHeight(crefText()));
+  graphics.beginsWith(crefFirstText(*argument));
   graphics.drawBracketPair(x + argument->getDX(), y + argument->getDY(), argument->getWidth(),
                            argument->getHeight(), true);
 }

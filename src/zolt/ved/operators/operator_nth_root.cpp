@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator_nth_root.h"
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -35,6 +36,7 @@ void OperatorNthRootC::displayNode4(Node4C* node, GraphicsABC const& graphics, l
   long const margin = graphics.getMetric(0) + graphics.getMetric(3);
   long const left = radicand->getDX() - margin - graphics.getTickSize(SIGN_INDEXED_RADICAL);
   long const top = radicand->getDY() - margin;
+  graphics.beginsWith(crefFirstText(*radicand));
   graphics.drawSign(SIGN_INDEXED_RADICAL, x + left, y + top, width - left, height - top);
 }
 

@@ -1,6 +1,7 @@
 #include "zolt/ved/operators/operator_sqrt.h"
 
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -25,8 +26,9 @@ void OperatorSqrtC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const
   node->setMidHeight(top + radicand->getMidHeight());
 }
 
-void OperatorSqrtC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
+void OperatorSqrtC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                                  long height, long) const {
+  graphics.beginsWith(crefFirstText(*node->child(0)));
   graphics.drawSign(SIGN_RADICAL, x, y, width, height);
 }
 

@@ -14,8 +14,8 @@ class TreeDrawerC {
 
   void showOnly(RectangleS const& clip);
   /// (x, y) is where the parent of `node` is; `role` is that of a text.
-  void drawIfSeen(Node4C const& node, long x, long y, TextRoleE role) const {
-    if (!clips_ || isSeen(node, x, y)) draw(node, x, y, role);
+  void drawIfSeen(Node4C const& node, long x, long y, TextRoleE role, Node4C const* next = nullptr) const {
+    if (!clips_ || isSeen(node, x, y)) draw(node, x, y, role, next);
   }
 
  private:
@@ -23,7 +23,8 @@ class TreeDrawerC {
   static constexpr long far_out = std::numeric_limits<std::int32_t>::max() / 2;
 
   bool isSeen(Node4C const& node, long x, long y) const;
-  void draw(Node4C const& node, long x, long y, TextRoleE role) const;
+  /// `next` is the item after an opening bracket.
+  void draw(Node4C const& node, long x, long y, TextRoleE role, Node4C const* next) const;
   void drawChildren(Node4C const& node, long x, long y) const;
   void drawSeenItems(Node4C const& row, long x, long y) const;
   static TextRoleE findFirstRole(Node4C const& row);
@@ -55,7 +56,7 @@ bool TreeDrawerC::isSeen(Node4C const& node, long x, long y) const {
   return node.state_.overflows || (top + node.height_ >= seen_.top && top <= seen_.bottom);
 }
 
-void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const {
+void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role, Node4C const* next) const {
   long const left = x + node.getDX();
   long const top = y + node.getDY();
   if (!node.children_.empty()) drawChildren(node, left, top);
@@ -71,6 +72,7 @@ void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const
       break;
     case NODE4_OPEN:
     case NODE4_AUTO_OPEN:
+      if (next && next->type_ == NODE4_TEXT) graphics_.beginsWith(next->text_);
       graphics_.drawOpenBracket(left, top, node.height_, node.type_ == NODE4_AUTO_OPEN);
       break;
     case NODE4_CLOSE:
@@ -91,9 +93,11 @@ void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role) const
 void TreeDrawerC::drawChildren(Node4C const& node, long x, long y) const {
   if (clips_ && node.type_ == NODE4_LINE) return drawSeenItems(node, x, y);
   TextRoleE role = findFirstRole(node);
-  for (Node4C const* child : node.children_) {
-    drawIfSeen(*child, x, y, role);
-    role = findRoleAfter(*child);
+  unsigned long const count = node.numChildren();
+  for (unsigned long i = 0; i < count; ++i) {
+    Node4C const& child = *node.child(i);
+    drawIfSeen(child, x, y, role, i + 1 < count ? node.child(i + 1) : nullptr);
+    role = findRoleAfter(child);
   }
 }
 
@@ -115,7 +119,8 @@ void TreeDrawerC::drawSeenItems(Node4C const& row, long x, long y) const {
   for (; i < count && x + row.child(i)->getDX() <= seen_.right; ++i) {
     // A surface may place an exponent by the ink of the text that it is on, so that text is not left out.
     if (!isExponent(i + 1) && !isSeen(*row.child(i), x, y)) continue;
-    draw(*row.child(i), x, y, i == 0 ? findFirstRole(row) : findRoleAfter(*row.child(i - 1)));
+    draw(*row.child(i), x, y, i == 0 ? findFirstRole(row) : findRoleAfter(*row.child(i - 1)),
+         i + 1 < count ? row.child(i + 1) : nullptr);
   }
 }
 

@@ -30,6 +30,12 @@ void climbToSiblings(Node4C const*& a, Node4C const*& b) {
 
 bool isEmptyRow(Node4C const& row) { return row.numChildren() == 1 && row.child(0)->isEmptyText(); }
 
+oss::wstring const& crefFirstText(Node4C const& row) {
+  static oss::wstring const none;
+  bool const begins = row.numChildren() > 0 && row.child(0)->getType() == NODE4_TEXT;
+  return begins ? row.child(0)->crefText() : none;
+}
+
 bool hasEmptyRows(Node4C const& construct) {
   for (unsigned long i = 0; i < construct.numChildren(); ++i) {
     if (!isEmptyRow(*construct.child(i))) return false;

@@ -2,12 +2,15 @@
 // items alternate in a row, and what follows from that.
 #pragma once
 
+#include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
 
 /// Whether the row is empty: its only item is a text without characters.
 bool isEmptyRow(Node4C const& row);
+/// The text that a row begins with; empty when it begins with something else.
+oss::wstring const& crefFirstText(Node4C const& row);
 /// Whether all rows of a construct or exponent are empty.
 bool hasEmptyRows(Node4C const& construct);
 /// Whether an empty text is a missing operand: it is alone in its row or before an exponent without a base.

@@ -60,9 +60,9 @@ CharClassE classify(char32_t c) {
   return LetterStyleC::isLetter(c) ? CLASS_LETTER : CLASS_ORDINARY;
 }
 
-/// The printed form of a sign that a keyboard sends.
+/// The printed form of a sign that a keyboard sends, or that a textbook writes with another.
 char32_t showAs(char32_t c) {
-  constexpr char32_t dot = 0x22C5, prime = 0x2032;
+  constexpr char32_t dot = 0x22C5, prime = 0x2032, arrow = 0x2192;
   std::size_t const index = c > 0x7F && c <= 0xFFFF ? indices.find(char16_t(c)) : indices.npos;
   if (index != indices.npos) c = lowered[index];
   switch (c > 0xFFFF ? c : common::foldLookAlike(char16_t(c), common::LOOK_ALIKE_DRAWN)) {
@@ -74,6 +74,8 @@ char32_t showAs(char32_t c) {
       return prime;
     case common::pi_sign:
       return printed_pi;
+    case common::store_sign:
+      return arrow;
     default:
       return c;
   }

@@ -8,7 +8,8 @@ namespace zolt::surfaces {
 
 /// A long upright stem with a hook to the right at its top and one to the left at its bottom.
 void appendIntegral(PathC& path, double x, double y, double width, double height) {
-  double const left = x - 0.35, right = x + width + 0.35, top = y, bottom = y + height;
+  // The upper bound starts a unit right of the box; before the box there is the gap of the row.
+  double const left = x - 1.05, right = x + width - 0.35, top = y, bottom = y + height;
   double const middleX = (left + right) / 2, middleY = (top + bottom) / 2;
   double const stem = std::clamp(0.34 + 0.009 * height, 0.45, 0.72), hair = 0.24, ball = 0.66;
   double const bend = std::min(0.30 * height, 9.0), slant = std::min(0.052 * height, 1.5);
@@ -44,18 +45,19 @@ void appendIntegral(PathC& path, double x, double y, double width, double height
 }
 
 void appendSum(PathC& path, double x, double y, double width, double height) {
-  // The limits are right above and below the box: the sign keeps clear of them, including their ascenders and
-  // descenders. Its bars end on whole and half units, which are sharp at whole scales.
-  double const top = y + 1, ink = y + height - 1.5 - top;
-  double const upperBar = 1 / ink, lowerBar = 1 - 1.5 / ink;
-  auto const at = [&](double u, double v) { return PathPointS{x + u * width, top + v * ink}; };
+  // The limits are right above the box and from a unit above its end on: the sign keeps clear of them,
+  // including their ascenders and descenders, and is narrower than the box to keep its proportions.
+  double const top = y + 0.75, ink = y + height - 2.25 - top;
+  double const upperBar = 0.75 / ink, lowerBar = 1 - 1.25 / ink;
+  double const narrow = 0.88 * width, left = x + (width - narrow) / 2;
+  auto const at = [&](double u, double v) { return PathPointS{left + u * narrow, top + v * ink}; };
   path.moveTo(at(0.02, 0));
   path.lineTo(at(0.93, 0));
   path.lineTo(at(0.985, 0.215));
   path.lineTo(at(0.955, 0.215));
   path.curveTo(at(0.915, 0.10), at(0.85, upperBar), at(0.70, upperBar));
   path.lineTo(at(0.205, upperBar));
-  path.lineTo(at(0.545, 0.475));
+  path.lineTo(at(0.52, 0.478));
   path.lineTo(at(0.165, lowerBar));
   path.lineTo(at(0.72, lowerBar));
   path.curveTo(at(0.865, lowerBar), at(0.92, 0.86), at(0.955, 0.755));
