@@ -6,6 +6,8 @@
 #include "tests/support/stage.h"
 #include "tests/support/uneven_graphics.h"
 #include "zolt/field/error_text.h"
+#include "zolt/field/surrounding_text.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::tests {
 namespace {
@@ -256,6 +258,95 @@ TEST(FieldPainting, AsksOnceToShowTheCaret) {
   EXPECT_EQ(writeBox(box), "17,0-18,10");
   stage.play("paint");
   EXPECT_FALSE(stage.refField().takeRevealRequest(box));
+}
+
+// What is composed takes the place that it will have when it is typed, and leaves no trace.
+TEST(FieldComposition, IsShownInTheLayoutOnly) {
+  for (std::string const start : {"[\"a‸b\"]", "[\"‸\"]", "[\"x\", P[\"‸\"], \"+1\"]",
+                                  "[\"\", /<[\"a+‸\"] ; [\"b\"]>, \"\"]", "[\"a⚑b‸\"]"}) {
+    SCOPED_TRACE(start);
+    StageC typed(start);
+    oss::PointerTC<surfaces::RecordingGraphicsC> const graphics(new surfaces::RecordingGraphicsC);
+    FormulaFieldC field(graphics);
+    ASSERT_TRUE(field.setNotation(fromUtf8(start)));
+    auto const draw = [&] {
+      graphics->clear();
+      field.refView().display(0, 0);
+      return graphics->getText();
+    };
+    field.takeChange();
+    typed.refField().run(COMMAND_DROP_SELECTION);
+    typed.refView().insertText(u"uvw");
+    std::string const drawn = draw();
+    EventScriptT recorded;
+    field.record(&recorded);
+    std::string const words = describe(field.diagnose().expression);
+    ASSERT_TRUE(field.compose(u"uvw", 2));
+    EXPECT_EQ(toUtf8(field.writeNotation()), start);
+    EXPECT_EQ(describe(field.diagnose().expression), words);
+    EXPECT_FALSE(field.takeChange());
+    PointS const size = field.crefView().getExpressionSize();
+    EXPECT_EQ(size.x, typed.refView().getExpressionSize().x);
+    EXPECT_EQ(size.y, typed.refView().getExpressionSize().y);
+    EXPECT_NE(draw().find("drawText \"uvw\""), std::string::npos);
+    RectangleS const box = field.getComposedRectangle(0, 3);
+    EXPECT_EQ(box.right, typed.refField().getCaretRectangle().right);
+    EXPECT_LT(field.getCaretRectangle().right, box.right);
+    EXPECT_EQ(field.getCaretRectangle().right, field.getComposedRectangle(0, 2).right);
+    // A point in it is at the caret's place, and one after it where it is without the composition.
+    PlaceS const caret = field.crefView().getSelection().caret;
+    EXPECT_EQ(field.findPlace(box.left + 2, box.top + 1), caret);
+    EXPECT_TRUE(field.compose({}, 0));
+    EXPECT_EQ(draw(), drawn);
+    EXPECT_TRUE(recorded.empty());
+    // Any input ends it, also one that is refused.
+    EXPECT_TRUE(field.compose(u"uvw", 3));
+    EXPECT_FALSE(field.typeCharacter(u'`'));
+    EXPECT_EQ(draw(), drawn);
+    EXPECT_TRUE(field.compose(u"z", 1) && field.insertText(u"z") && field.run(COMMAND_UNDO));
+    EXPECT_EQ(toUtf8(field.writeNotation()), start);
+    field.setEditable(false);
+    EXPECT_FALSE(field.compose(u"uvw", 3));
+  }
+}
+
+// Asking where the pointer would put the caret gives the same place as pressing it there.
+TEST(FieldComposition, LeavesTheHitTestAsItIs) {
+  StageC stage("[\"ab\", /<[\"c+d‸\"] ; [\"e\"]>, \"f\", P[\"2\"], \"\"]");
+  FormulaFieldC& field = stage.refField();
+  std::string const before = stage.notation();
+  for (long y = -5; y < 40; y += 3) {
+    for (long x = -5; x < 90; x += 2) {
+      PlaceS const place = field.findPlace(x, y);
+      EXPECT_EQ(stage.notation(), before);
+      field.pressPointer(x, y);
+      field.releasePointer();
+      EXPECT_EQ(field.crefView().getSelection().caret, place) << x << " " << y;
+      stage.play(
+          "tree \"" +
+          std::string("[\\\"ab\\\", /<[\\\"c+d‸\\\"] ; [\\\"e\\\"]>, \\\"f\\\", P[\\\"2\\\"], \\\"\\\"]") +
+          "\"");
+    }
+  }
+}
+
+TEST(FieldSurroundings, AreTheRowOfTheCaret) {
+  std::tuple<char const*, char const*, unsigned long, unsigned long> const cases[] = {
+      {"[\"ab‸c\"]", "abc", 2, 2},
+      {"[\"ab\", /<[\"x\"] ; [\"y\"]>, \"c‸d\", (, \"e\", ), \"f\"]", "ab\uFFFCcd(e)", 4, 4},
+      {"[\"a⚑b\", P[\"2\"], \"c‸d\"]", "ab\uFFFCcd", 1, 4},
+      {"[\"a‸b\", P[\"2\"], \"c⚑d\"]", "ab\uFFFCcd", 4, 1},
+      {"[\"a\", /<[\"x⚑\"] ; [\"y‸\"]>, \"b\"]", "a\uFFFCb", 1, 2},
+      {"[\"⚑abcdefghij‸kl\"]", "ghijkl", 0, 4}};
+  for (auto const& [tree, text, anchor, caret] : cases) {
+    StageC stage(tree);
+    SurroundingTextS const around = makeSurroundingText(stage.refView(), 4);
+    EXPECT_EQ(toUtf8(around.text), text) << tree;
+    EXPECT_EQ(around.anchor, anchor) << tree;
+    EXPECT_EQ(around.caret, caret) << tree;
+    PlaceS const at = inOneRow(stage.refView().getSelection()).anchor;
+    for (long i = 0; i < 2; ++i) EXPECT_EQ(placeAtDistance(placeAtDistance(at, i), -i), at) << tree;
+  }
 }
 
 }  // namespace

@@ -340,6 +340,43 @@ class WidgetTest final : public QObject {
     QCOMPARE(stage.edit->prefix(), QStringLiteral("+(^(x,2),^(a,e))"));
     QRect const caret = stage.edit->inputMethodQuery(Qt::ImCursorRectangle).toRect();
     QVERIFY(stage.edit->rect().contains(caret.center()));
+    // Composed text moves the caret and what is after it, in every script.
+    press(stage.edit, QStringLiteral("{End}{Home}"));
+    QImage const before = grab(*stage.edit);
+    QRect const start = stage.edit->caretRectangle();
+    QString const composed = QStringLiteral("\u05D0\u4E2D");
+    stage.send<QInputMethodEvent>(composed,
+                                  QList<QInputMethodEvent::Attribute>{{QInputMethodEvent::Cursor, 1, 1, {}}});
+    QVERIFY(stage.edit->caretRectangle().left() > start.left() + 5);
+    QVERIFY(grab(*stage.edit) != before);
+    stage.commit(QString());
+    QCOMPARE(stage.edit->caretRectangle(), start);
+  }
+
+  void inputMethodsKnowWhatIsAround() {
+    StageS stage("x+ab*sqrt(c");
+    press(stage.edit, QStringLiteral("{Right}{Left}{Home}{Home}"));
+    auto const ask = [&](Qt::InputMethodQuery query) { return stage.edit->inputMethodQuery(query); };
+    QCOMPARE(ask(Qt::ImSurroundingText).toString(), QStringLiteral("x+ab\u2219\uFFFC"));
+    QCOMPARE(ask(Qt::ImCursorPosition).toInt(), 0);
+    stage.edit->runCommand(field::COMMAND_SELECT_WORD_RIGHT);
+    QCOMPARE(ask(Qt::ImAnchorPosition).toInt(), 0);
+    QCOMPARE(ask(Qt::ImCursorPosition).toInt(), 1);
+    QVERIFY(ask(Qt::ImAnchorRectangle).toRect().left() < ask(Qt::ImCursorRectangle).toRect().left());
+    QCOMPARE(stage.edit->inputMethodQuery(Qt::ImTextAfterCursor, 3).toString(), QStringLiteral("+ab"));
+    QCOMPARE(ask(Qt::ImTextBeforeCursor).toString(), QStringLiteral("x"));
+    // A correction by the input method replaces what it names, in one step.
+    press(stage.edit, QStringLiteral("{End}{End}"));
+    QInputMethodEvent event;
+    event.setCommitString(QStringLiteral("cd"), -4, 2);
+    QApplication::sendEvent(stage.edit, &event);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(x,*(cd,sqrt(c)))"));
+    stage.edit->undo();
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(x,*(ab,sqrt(c)))"));
+    press(stage.edit, QStringLiteral("{End}{End}"));
+    event.setCommitString(QString(), -6, 2);
+    QApplication::sendEvent(stage.edit, &event);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("*(ab,sqrt(c))"));
   }
 
   void copiesComeInEveryForm() {
@@ -485,7 +522,17 @@ class WidgetTest final : public QObject {
     QCOMPARE(to, 1);
     QTest::keyClick(stage.edit, Qt::Key_Delete);
     QVERIFY(interface->text(QAccessible::Value).startsWith(QLatin1String(" plus")));
+    QAccessibleEditableTextInterface* const editor = interface->editableTextInterface();
+    QVERIFY(editor);
+    editor->insertText(0, QStringLiteral("yz"));
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(yz,/(1,2))"));
+    QVERIFY(text->characterRect(1).left() >= text->characterRect(0).right());
+    editor->replaceText(0, 1, QStringLiteral("a"));
+    editor->deleteText(1, 2);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(a,/(1,2))"));
     stage.edit->setReadOnly(true);
+    editor->deleteText(0, 1);
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(a,/(1,2))"));
     QVERIFY(interface->state().readOnly);
   }
 };

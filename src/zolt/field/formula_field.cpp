@@ -214,18 +214,13 @@ std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() const {
   auto const [begin, end] = inOneRow(view_.getSelection());
   PointS const at = begin.node->getParent()->getAbsolutePosition();
   ViewHoldC const hold(view_);
-  GraphicsABC const& graphics = view_.crefGraphics();
   Node4C const* item = nullptr;
   do {
     item = item ? item->goRight() : begin.node;
-    item->selectFont(graphics);
-    auto const width = [&](unsigned int count) {
-      return graphics.getTextWidth(item->crefText().substr(0, count));
-    };
     RectangleS band{at.x + item->getDX(), at.y + item->getDY(), at.x + item->getDX() + item->getWidth(),
                     at.y + item->getDY() + item->getHeight()};
-    if (item == end.node) band.right = band.left + width(end.pos);
-    if (item == begin.node) band.left += width(begin.pos);
+    if (item == end.node) band.right = band.left + view_.measureStart(end);
+    if (item == begin.node) band.left += view_.measureStart(begin);
     if (band.right <= band.left) continue;
     if (!bands.empty()) bands.back().right = band.left;  // no gaps between bands
     if (!bands.empty() && bands.back().top == band.top && bands.back().bottom == band.bottom) {

@@ -104,6 +104,10 @@ class FormulaFieldC {
   /// A text from an input method, typed as one step. A text longer than `limits::max_typed_text` is inserted
   /// as it is, without replacements.
   bool insertText(wstring const& text);
+  /// Shows text that an input method composes at the caret, as part of the layout, with the caret in it after
+  /// `caret` characters; an empty text takes it away. It is in no expression, copy, history or recording:
+  /// `insertText` commits, and every other input cancels it. False while the field is locked.
+  bool compose(wstring const& text, unsigned long caret);
   /// Inserts the operator of that name, as a palette button does.
   bool insertOperator(wstring const& name);
   /// Turns the name that was just typed into its letter, as when the field loses the focus.
@@ -139,7 +143,19 @@ class FormulaFieldC {
   PasteE paste(ClipboardContentS content, ReadErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
-  math::ved::RectangleS getCaretRectangle() const { return view_.getRectangle({caret(), caret()}); }
+  /// The caret's box; inside the text that is being composed, if there is any.
+  math::ved::RectangleS getCaretRectangle() const {
+    return view_.getComposedRectangle(view_.crefComposition().caret, view_.crefComposition().caret);
+  }
+  /// The box that the caret would have at the other end of the selection; the caret's where nothing is
+  /// selected.
+  math::ved::RectangleS getAnchorRectangle() const { return view_.getRectangle({anchor(), anchor()}); }
+  /// The box around a part of the text that is being composed, for underlines.
+  math::ved::RectangleS getComposedRectangle(unsigned long begin, unsigned long end) const {
+    return view_.getComposedRectangle(begin, end);
+  }
+  /// The place nearest to a point, where a press of the pointer would put the caret.
+  PlaceS findPlace(long x, long y) const { return view_.findPlace(x, y); }
   /// The selection as bands from left to right, one for each part with a height of its own; empty when
   /// nothing is selected. `ViewZNT4C::getCurrentNodeRectangle` is the box around them.
   std::vector<math::ved::RectangleS> getSelectionRectangles() const;
@@ -217,6 +233,8 @@ class FormulaFieldC {
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
 
+  void endComposition();
+
   // formula_field_commands.cpp
   bool isMotionEnabled(CommandE command) const;
   bool runMotion(CommandE command);
@@ -237,6 +255,7 @@ class FormulaFieldC {
   mutable DiagnosedS diagnosed_;
   mutable bool judging_ = false;  // a diagnosis is asking the constraints
   EventScriptT* recorded_ = nullptr;
+  wstring composed_;   // by an input method
   unsigned acts_ = 0;  // the number of nested calls in progress
   unsigned groups_ = 0;
   bool groupFailed_ = false;

@@ -90,6 +90,19 @@ bool FormulaFieldC::insertText(wstring const& text) {
   return group.end(taken);
 }
 
+bool FormulaFieldC::compose(wstring const& text, unsigned long caret) {
+  if (!view_.compose(text, caret)) return false;
+  composed_ = text;
+  reveal_ = true;
+  return true;
+}
+
+void FormulaFieldC::endComposition() {
+  if (composed_.empty()) return;
+  composed_.clear();
+  view_.compose({}, 0);
+}
+
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
   if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;

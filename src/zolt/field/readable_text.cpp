@@ -78,11 +78,25 @@ unsigned long ReadableTextS::offsetOf(PlaceS place) const {
   return static_cast<unsigned long>(text.size());
 }
 
+namespace {
+
+auto findMarkAfter(std::vector<ReadableTextS::MarkS> const& marks, unsigned long offset) {
+  return std::upper_bound(
+      marks.begin(), marks.end(), offset,
+      [](unsigned long wanted, ReadableTextS::MarkS const& mark) { return wanted < mark.offset; });
+}
+
+}  // namespace
+
 PlaceS ReadableTextS::placeAt(unsigned long offset) const {
-  auto const behind = std::upper_bound(marks.begin(), marks.end(), offset,
-                                       [](unsigned long o, MarkS const& mark) { return o < mark.offset; });
+  auto const after = findMarkAfter(marks, offset);
   if (marks.empty()) return {};
-  return behind == marks.begin() ? marks.front().place : (behind - 1)->place;
+  return after == marks.begin() ? marks.front().place : (after - 1)->place;
+}
+
+PlaceS ReadableTextS::placeAfter(unsigned long offset) const {
+  auto const after = findMarkAfter(marks, offset);
+  return after == marks.end() ? PlaceS() : after->place;
 }
 
 ReadableTextS makeReadableText(ViewZNT4C const& view) {

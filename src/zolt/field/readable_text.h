@@ -30,6 +30,8 @@ struct ReadableTextS {
   unsigned long offsetOf(PlaceS place) const;
   /// The last place at or before `offset`.
   PlaceS placeAt(unsigned long offset) const;
+  /// The first place after `offset`; null when there is none.
+  PlaceS placeAfter(unsigned long offset) const;
 };
 
 /// The result is valid until the next edit, as places are.

@@ -55,6 +55,7 @@
 #include "zolt/ved/operators/operator_words.h"
 #include "zolt/ved/parser/lexical_analyser.h"
 #include "zolt/ved/parser/token_type.h"
+#include "zolt/ved/render/composition.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/node4_type.h"
 #include "zolt/ved/tree/place.h"

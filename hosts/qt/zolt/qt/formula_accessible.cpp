@@ -11,12 +11,16 @@ namespace zolt::qt {
 
 namespace {
 
-class FormulaAccessible final : public QAccessibleWidget, public QAccessibleTextInterface {
+class FormulaAccessible final : public QAccessibleWidget,
+                                public QAccessibleTextInterface,
+                                public QAccessibleEditableTextInterface {
  public:
   explicit FormulaAccessible(FormulaEdit* edit) : QAccessibleWidget(edit, QAccessible::EditableText) {}
 
   void* interface_cast(QAccessible::InterfaceType type) override {
     if (type == QAccessible::TextInterface) return static_cast<QAccessibleTextInterface*>(this);
+    if (type == QAccessible::EditableTextInterface)
+      return static_cast<QAccessibleEditableTextInterface*>(this);
     return QAccessibleWidget::interface_cast(type);
   }
 
@@ -57,17 +61,32 @@ class FormulaAccessible final : public QAccessibleWidget, public QAccessibleText
   int characterCount() const override { return int(words().size()); }
 
   QRect characterRect(int offset) const override {
-    QRect const box = edit().placeRectangle(offset);
+    QRect const box = edit().characterRectangle(offset);
     return {edit().mapToGlobal(box.topLeft()), box.size()};
   }
   int offsetAtPoint(QPoint const& point) const override {
-    return edit().offsetNear(edit().mapFromGlobal(point));
+    // The caret's nearest place may be the one after the character.
+    int const offset = edit().offsetNear(edit().mapFromGlobal(point));
+    bool const isBefore = offset > 0 && characterRect(offset - 1).contains(point);
+    return isBefore ? offset - 1 : offset;
   }
   void scrollToSubstring(int startIndex, int) override { edit().revealOffset(startIndex); }
   QString attributes(int, int* startOffset, int* endOffset) const override {
     *startOffset = 0;
     *endOffset = characterCount();
     return {};
+  }
+
+  void deleteText(int startOffset, int endOffset) override {
+    if (edit().isReadOnly()) return;
+    edit().selectOffsets(startOffset, endOffset);
+    if (edit().hasSelection()) edit().runCommand(field::COMMAND_DELETE_LEFT);
+  }
+  void insertText(int offset, QString const& text) override { replaceText(offset, offset, text); }
+  void replaceText(int startOffset, int endOffset, QString const& text) override {
+    if (edit().isReadOnly()) return;
+    edit().selectOffsets(startOffset, endOffset);
+    edit().insertText(text);
   }
 
  private:
@@ -80,6 +99,20 @@ QAccessibleInterface* makeAccessible(QString const&, QObject* object) {
   return edit ? new FormulaAccessible(edit) : nullptr;
 }
 
+/// Tells the part in which two texts differ.
+void notifyTextChange(FormulaEdit& edit, QString const& before, QString const& now) {
+  auto const common = std::min(before.size(), now.size());
+  qsizetype start = 0;
+  while (start < common && before[start] == now[start]) ++start;
+  qsizetype end = 0;
+  while (end < common - start && before[before.size() - 1 - end] == now[now.size() - 1 - end]) ++end;
+  QString const removed = before.mid(start, before.size() - end - start);
+  QString const inserted = now.mid(start, now.size() - end - start);
+  if (removed.isEmpty() && inserted.isEmpty()) return;
+  QAccessibleTextUpdateEvent event(&edit, int(start), removed, inserted);
+  QAccessible::updateAccessibility(&event);
+}
+
 }  // namespace
 
 void installAccessibility() {
@@ -90,11 +123,14 @@ void installAccessibility() {
   (void)installed;
 }
 
-void notifyAccessibility(FormulaEdit& edit, bool formulaChanged) {
+void notifyAccessibility(FormulaEdit& edit, bool formulaChanged, std::optional<QString>& words) {
   if (!QAccessible::isActive()) return;
   if (formulaChanged) {
-    QAccessibleValueChangeEvent event(&edit, edit.readableText());
+    QString const now = edit.readableText();
+    QAccessibleValueChangeEvent event(&edit, now);
     QAccessible::updateAccessibility(&event);
+    if (words) notifyTextChange(edit, *words, now);
+    words = now;
   }
   FormulaEdit::CaretOffsets const at = edit.caretOffsets();
   if (at.anchor != at.caret) {

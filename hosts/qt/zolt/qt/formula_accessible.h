@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QString>
+#include <optional>
+
 namespace zolt::qt {
 
 class FormulaEdit;
@@ -9,7 +12,7 @@ class FormulaEdit;
 void installAccessibility();
 
 /// Notifies assistive technology that the caret or the selection has moved, and whether the formula has
-/// changed.
-void notifyAccessibility(FormulaEdit& edit, bool formulaChanged);
+/// changed. `words` is what the last call has told of it; no value: nothing.
+void notifyAccessibility(FormulaEdit& edit, bool formulaChanged, std::optional<QString>& words);
 
 }  // namespace zolt::qt

@@ -91,7 +91,7 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   }
   if (alive && selected) emit alive->selectionChanged();
   if (alive && moved) emit alive->caretMoved();
-  if (alive && (moved || selected)) notifyAccessibility(*alive, changed);
+  if (alive && (moved || selected)) notifyAccessibility(*alive, changed, wordsSeen);
   return taken;
 }
 

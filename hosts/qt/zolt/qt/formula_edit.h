@@ -148,6 +148,8 @@ class FormulaEdit : public QWidget {
   void selectOffsets(int anchor, int caret);
   /// The box that the caret would have at `offset`, in widget coordinates.
   QRect placeRectangle(int offset) const;
+  /// The box around what the character at `offset` says, in widget coordinates.
+  QRect characterRectangle(int offset) const;
   int offsetNear(QPoint pos) const;
   void revealOffset(int offset);
 
@@ -158,6 +160,9 @@ class FormulaEdit : public QWidget {
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
   QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+  /// The same with an argument: how much of the text on either side of the caret is wanted. The text is that
+  /// of the caret's row, with one U+FFFC for each construct.
+  Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, QVariant const& argument) const;
 
  public slots:
   /// Checks the formula as at the end of editing: when it is incomplete, selects the faulty part, emits

@@ -2,8 +2,9 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QKeySequence>
+#include <algorithm>
 
-#include "zolt/field/readable_text.h"
+#include "zolt/field/surrounding_text.h"
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/qt/text.h"
 
@@ -38,6 +39,9 @@ oss::wstring chordOf(QKeyEvent const& event) {
   if (modifiers & Qt::ShiftModifier) chord += QStringLiteral("Shift+");
   return toWstring(chord + key);
 }
+
+/// How much of the row an input method is told of, on either side of the caret.
+constexpr int input_method_reach = 256;
 
 struct PlatformKeyS {
   QKeySequence::StandardKey key;
@@ -178,31 +182,80 @@ void FormulaEdit::inputMethodEvent(QInputMethodEvent* event) {
     event->ignore();
     return;
   }
-  state_->preedit = event->preeditString();
-  state_->preeditCaret = int(state_->preedit.size());
-  for (QInputMethodEvent::Attribute const& attribute : event->attributes()) {
-    if (attribute.type == QInputMethodEvent::Cursor) state_->preeditCaret = attribute.start;
-  }
-  oss::wstring const text = toWstring(event->commitString());
-  if (text.empty()) {
-    update();
-  } else {
-    state_->act([&] { return state_->field->insertText(text); });
-  }
   event->accept();
+  QPointer<FormulaEdit> const alive(this);
+  state_->act([&] { return state_->takeComposed(*event); });
+  if (alive) state_->restartBlinking();
+}
+
+bool FormulaEdit::StateS::takeComposed(QInputMethodEvent const& event) {
+  // Positions count from the caret without the text that was composed so far.
+  field->compose({}, 0);
+  composedFormats.clear();
+  composedCaretShown = true;
+  auto const from = [&](int distance) {
+    return field::placeAtDistance(field->crefView().getSelection().caret, distance);
+  };
+  bool taken = true;
+  bool const replaces = event.replacementLength() > 0;
+  if (replaces) {
+    field->setSelection(
+        {from(event.replacementStart()), from(event.replacementStart() + event.replacementLength())});
+  }
+  oss::wstring const text = toWstring(event.commitString());
+  if (!text.empty()) {
+    taken = field->insertText(text);
+  } else if (replaces) {
+    taken = field->run(field::COMMAND_DELETE_LEFT);
+  }
+  oss::wstring const composed = toWstring(event.preeditString());
+  auto caret = static_cast<unsigned long>(composed.size());
+  for (QInputMethodEvent::Attribute const& attribute : event.attributes()) {
+    if (attribute.type == QInputMethodEvent::Cursor) {
+      caret = static_cast<unsigned long>(std::max(0, attribute.start));
+      composedCaretShown = composed.empty() || attribute.length != 0;
+    } else if (attribute.type == QInputMethodEvent::TextFormat) {
+      composedFormats.append(attribute);
+    } else if (attribute.type == QInputMethodEvent::Selection) {
+      int const here = int(field::makeSurroundingText(field->crefView(), input_method_reach).caret);
+      field->setSelection({from(attribute.start - here), from(attribute.start + attribute.length - here)});
+    }
+  }
+  return composed.empty() ? taken : field->compose(composed, caret);
 }
 
 QVariant FormulaEdit::inputMethodQuery(Qt::InputMethodQuery query) const {
+  return inputMethodQuery(query, QVariant());
+}
+
+QVariant FormulaEdit::inputMethodQuery(Qt::InputMethodQuery query, QVariant const& argument) const {
+  math::ved::ViewZNT4C const& view = state_->field->crefView();
+  auto const around = [&] {
+    int const wanted =
+        argument.canConvert<int>() && argument.toInt() > 0 ? argument.toInt() : input_method_reach;
+    return field::makeSurroundingText(view, static_cast<unsigned long>(wanted));
+  };
   switch (query) {
     case Qt::ImEnabled:
       return !isReadOnly();
     case Qt::ImReadOnly:
       return isReadOnly();
     case Qt::ImCursorRectangle:
-    case Qt::ImAnchorRectangle:
       return caretRectangle();
+    case Qt::ImAnchorRectangle:
+      return state_->toPixels(state_->field->getAnchorRectangle());
     case Qt::ImCurrentSelection:
       return toQString(state_->field->copy().plainText);
+    case Qt::ImSurroundingText:
+      return toQString(around().text);
+    case Qt::ImCursorPosition:
+      return int(around().caret);
+    case Qt::ImAnchorPosition:
+      return int(around().anchor);
+    case Qt::ImTextBeforeCursor:
+      return toQString(around().before());
+    case Qt::ImTextAfterCursor:
+      return toQString(around().after());
     default:
       return QWidget::inputMethodQuery(query);
   }
@@ -216,7 +269,7 @@ void FormulaEdit::focusInEvent(QFocusEvent* event) {
 
 void FormulaEdit::focusOutEvent(QFocusEvent* event) {
   state_->blinkTimer.stop();
-  state_->preedit.clear();
+  state_->field->compose({}, 0);
   update();
   bool const done = event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason;
   QPointer<FormulaEdit> const alive(this);

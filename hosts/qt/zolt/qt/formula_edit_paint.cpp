@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <QStyleHints>
 #include <QStyleOptionFrame>
+#include <QTextFormat>
 #include <QTimerEvent>
 #include <algorithm>
 #include <cmath>
@@ -177,7 +178,7 @@ void FormulaEdit::StateS::paintFault(QPainter& painter) {
 }
 
 void FormulaEdit::StateS::paintCaret(QPainter& painter) {
-  if (!dropCaret && (!edit.hasFocus() || !caretShown || !preedit.isEmpty())) return;
+  if (!dropCaret && (!edit.hasFocus() || !caretShown || !composedCaretShown)) return;
   QRect caret = dropCaret ? *dropCaret : edit.caretRectangle();
   // The caret is at least as wide as the platform's, and grows with the letters so that it stays visible.
   int const platform = edit.style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, &edit);
@@ -185,20 +186,28 @@ void FormulaEdit::StateS::paintCaret(QPainter& painter) {
   painter.fillRect(caret.adjusted(0, -1, 0, 1), edit.palette().color(QPalette::Text));
 }
 
-void FormulaEdit::StateS::paintPreedit(QPainter& painter) {
-  if (preedit.isEmpty()) return;
-  QRect const caret = edit.caretRectangle();
-  QFont font = edit.font();
-  font.setPixelSize(std::max(8, caret.height() * 4 / 5));
-  font.setUnderline(true);
-  QFontMetrics const metrics(font);
-  QRect const box(caret.topLeft(), QSize(metrics.horizontalAdvance(preedit), caret.height()));
-  painter.fillRect(box, edit.palette().base());
-  painter.setPen(edit.palette().color(QPalette::Text));
-  painter.setFont(font);
-  painter.drawText(box, Qt::AlignVCenter | Qt::AlignLeft, preedit);
-  int const x = box.left() + metrics.horizontalAdvance(preedit.left(preeditCaret));
-  painter.fillRect(QRect(x, caret.top(), 1, caret.height()), edit.palette().color(QPalette::Text));
+void FormulaEdit::StateS::paintComposed(QPainter& painter) {
+  std::size_t const size = field->crefView().crefComposition().text.size();
+  if (size == 0) return;
+  QColor const colour = edit.palette().color(QPalette::Text);
+  QColor band = edit.palette().color(QPalette::Highlight);
+  band.setAlphaF(band_opacity);
+  int const thin = std::max(1, qRound(zoom / 2));
+  auto const underline = [&](QRect const& box, int thickness) {
+    painter.fillRect(QRect(box.left(), box.bottom() + 1, box.width(), thickness), colour);
+  };
+  underline(toPixels(field->getComposedRectangle(0, size)), thin);
+  for (QInputMethodEvent::Attribute const& clause : composedFormats) {
+    // The clause that the input method is about has a background or a thick line.
+    QTextFormat const look = clause.value.value<QTextFormat>();
+    bool const inBounds = clause.start >= 0 && clause.length > 0 && std::size_t(clause.start) < size;
+    if (!inBounds || !look.hasProperty(QTextFormat::BackgroundBrush)) continue;
+    auto const begin = static_cast<unsigned long>(clause.start);
+    QRect const box = toPixels(
+        field->getComposedRectangle(begin, std::min<std::size_t>(size, begin + std::size_t(clause.length))));
+    painter.fillRect(box, band);
+    underline(box, 2 * thin);
+  }
 }
 
 void FormulaEdit::StateS::paintEdges(QPainter& painter) {
@@ -259,8 +268,8 @@ void FormulaEdit::paintEvent(QPaintEvent* event) {
     painter.restore();
   }
   state_->paintEdges(painter);
+  state_->paintComposed(painter);
   state_->paintCaret(painter);
-  state_->paintPreedit(painter);
 }
 
 void FormulaEdit::changeEvent(QEvent* event) {

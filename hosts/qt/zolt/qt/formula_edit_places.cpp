@@ -3,6 +3,7 @@
 #include "zolt/field/readable_text.h"
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/qt/text.h"
+#include "zolt/ved/tree/node4.h"
 
 // These members find places of the caret by position and by offset, without moving it.
 
@@ -10,39 +11,13 @@ namespace zolt::qt {
 
 namespace {
 
-/// Restores caret and selection after the view has been asked about other places. It uses the view's own
-/// operations, since none of this is user input.
-class KeptSelectionC {
- public:
-  explicit KeptSelectionC(math::ved::ViewZNT4C& view) : view_(view), selection_(view.getSelection()) {}
-  ~KeptSelectionC() { view_.selectRange(selection_); }
-  KeptSelectionC(KeptSelectionC const&) = delete;
-  KeptSelectionC& operator=(KeptSelectionC const&) = delete;
-
- private:
-  math::ved::ViewZNT4C& view_;
-  math::ved::SelectionS selection_;
-};
-
 unsigned long toOffset(int offset) { return static_cast<unsigned long>(std::max(0, offset)); }
 
 }  // namespace
 
-math::ved::PlaceS FormulaEdit::StateS::placeNear(QPointF pos, QRect* caret) {
-  math::ved::ViewZNT4C& view = field->refView();
-  KeptSelectionC const kept(view);
+math::ved::PlaceS FormulaEdit::StateS::placeNear(QPointF pos) {
   QPoint const units = toUnits(pos);
-  view.addEvent(math::ved::EVENT_PEN_DOWN, 0, false, false, false, units.x(), units.y());
-  view.addEvent(math::ved::EVENT_PEN_UP, 0, false, false, false, 0, 0);
-  if (caret) *caret = toPixels(view.getCaretRectangle());
-  return view.getSelection().caret;
-}
-
-math::ved::RectangleS FormulaEdit::StateS::caretBoxAt(math::ved::PlaceS place) {
-  math::ved::ViewZNT4C& view = field->refView();
-  KeptSelectionC const kept(view);
-  view.selectRange({{}, place});
-  return view.getCaretRectangle();
+  return field->findPlace(units.x(), units.y());
 }
 
 QString FormulaEdit::readableText() const {
@@ -64,7 +39,15 @@ void FormulaEdit::selectOffsets(int anchor, int caret) {
 
 QRect FormulaEdit::placeRectangle(int offset) const {
   field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
-  return state_->toPixels(state_->caretBoxAt(text.placeAt(toOffset(offset))));
+  math::ved::PlaceS const place = text.placeAt(toOffset(offset));
+  return state_->toPixels(state_->field->crefView().getRectangle({place, place}));
+}
+
+QRect FormulaEdit::characterRectangle(int offset) const {
+  field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
+  math::ved::PlaceS const begin = text.placeAt(toOffset(offset)), end = text.placeAfter(toOffset(offset));
+  bool const inRow = end && end.node->getParent() == begin.node->getParent();
+  return state_->toPixels(state_->field->crefView().getRectangle({begin, inRow ? end : begin}));
 }
 
 int FormulaEdit::offsetNear(QPoint pos) const {
@@ -74,7 +57,8 @@ int FormulaEdit::offsetNear(QPoint pos) const {
 
 void FormulaEdit::revealOffset(int offset) {
   field::ReadableTextS const text = field::makeReadableText(state_->field->crefView());
-  state_->reveal(state_->caretBoxAt(text.placeAt(toOffset(offset))));
+  math::ved::PlaceS const place = text.placeAt(toOffset(offset));
+  state_->reveal(state_->field->crefView().getRectangle({place, place}));
   update();
 }
 

@@ -3,6 +3,7 @@
 #include <QDrag>
 #include <QDragEnterEvent>
 #include <QGuiApplication>
+#include <QInputMethod>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPixmap>
@@ -56,6 +57,7 @@ void FormulaEdit::StateS::press(QMouseEvent const& event) {
 }
 
 void FormulaEdit::mousePressEvent(QMouseEvent* event) {
+  if (state_->field->crefView().crefComposition().place) QGuiApplication::inputMethod()->commit();
   if (event->button() == Qt::LeftButton) {
     state_->press(*event);
   } else if (event->button() == Qt::MiddleButton && state_->primary->hasContent() && !isReadOnly() &&
@@ -196,9 +198,8 @@ void FormulaEdit::dragEnterEvent(QDragEnterEvent* event) {
 }
 
 void FormulaEdit::dragMoveEvent(QDragMoveEvent* event) {
-  QRect caret;
-  state_->placeNear(event->position(), &caret);
-  state_->dropCaret = caret;
+  math::ved::PlaceS const place = state_->placeNear(event->position());
+  state_->dropCaret = state_->toPixels(state_->field->crefView().getRectangle({place, place}));
   update();
   event->acceptProposedAction();
 }

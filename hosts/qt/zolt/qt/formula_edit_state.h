@@ -2,6 +2,8 @@
 
 #include <QBasicTimer>
 #include <QElapsedTimer>
+#include <QInputMethodEvent>
+#include <QList>
 #include <QPoint>
 #include <QPointer>
 #include <QRect>
@@ -41,6 +43,9 @@ struct FormulaEdit::StateS {
 
   QMimeData* createMimeData(math::ved::SelectionS const& range) const;
 
+  // ---- Input methods (formula_edit_keys.cpp) -------------------------------------------------------------
+  bool takeComposed(QInputMethodEvent const& event);
+
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
   /// The part of the widget that shows the formula.
   QRect viewport() const;
@@ -54,15 +59,13 @@ struct FormulaEdit::StateS {
   void reveal(math::ved::RectangleS const& box);
   int frameWidth() const;
 
-  /// The box that the caret would have at `place`, in view coordinates.
-  math::ved::RectangleS caretBoxAt(math::ved::PlaceS place);
-
   // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
   void restartBlinking();
   void paintSelection(QPainter& painter);
   void paintFault(QPainter& painter);
   void paintCaret(QPainter& painter);
-  void paintPreedit(QPainter& painter);
+  /// Underlines what an input method composes.
+  void paintComposed(QPainter& painter);
   /// Fades the formula out at edges beyond which it continues.
   void paintEdges(QPainter& painter);
 
@@ -72,7 +75,7 @@ struct FormulaEdit::StateS {
   void startDrag();
   void dragTo(QPointF pos);
   /// The place where a press at `pos` would put the caret; the formula does not change.
-  math::ved::PlaceS placeNear(QPointF pos, QRect* caret = nullptr);
+  math::ved::PlaceS placeNear(QPointF pos);
   bool paste(field::ClipboardContentS const& content);
   void offerPrimarySelection();
 
@@ -95,10 +98,11 @@ struct FormulaEdit::StateS {
   QPoint scroll;  // how much is scrolled out of sight on the left and at the top
   QBasicTimer blinkTimer;
   bool caretShown = true;
-  QString preedit;
-  int preeditCaret = 0;
+  QList<QInputMethodEvent::Attribute> composedFormats;  // of what an input method composes
+  bool composedCaretShown = true;
 
-  // The state that the signals have reported.
+  // The state that the signals and events have reported.
+  std::optional<QString> wordsSeen;
   math::ved::SelectionS selectionSeen;
   QSize contentSeen;
 

@@ -1,9 +1,13 @@
 #include "zolt/qt/qt_graphics.h"
 
+#include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QTransform>
+#include <cmath>
+
+#include "zolt/qt/text.h"
 
 namespace zolt::qt {
 
@@ -61,6 +65,25 @@ void QtGraphicsC::end() {
 
 void QtGraphicsC::invalidate() const {
   if (invalidated_) invalidated_();
+}
+
+QFont QtGraphicsC::composedFont() const {
+  QFont font;
+  font.setPixelSize(fontSize().em);
+  // The layout must not depend on the zoom.
+  font.setHintingPreference(QFont::PreferNoHinting);
+  return font;
+}
+
+long QtGraphicsC::getComposedWidth(oss::wstring const& text) const {
+  return long(std::ceil(QFontMetricsF(composedFont()).horizontalAdvance(toQString(text))));
+}
+
+void QtGraphicsC::drawComposed(oss::wstring const& text, long x, long y) const {
+  if (!painter_) return;
+  painter_->setFont(composedFont());
+  painter_->setPen(colour_);
+  painter_->drawText(QPointF(double(x), double(y) + fontSize().baseline), toQString(text));
 }
 
 QColor QtGraphicsC::inkColour(surfaces::InkE ink) const {

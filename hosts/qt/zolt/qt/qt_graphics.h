@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <functional>
 #include <memory>
 
@@ -35,6 +36,9 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
   void end();
 
   void invalidate() const override;
+  /// Text that is being composed is set in the font of the program, which has letters of all scripts.
+  long getComposedWidth(oss::wstring const& text) const override;
+  void drawComposed(oss::wstring const& text, long x, long y) const override;
 
  protected:
   void fillGlyphs(surfaces::GlyphRunS const& run) const override;
@@ -43,6 +47,7 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
   void fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) const override;
 
  private:
+  QFont composedFont() const;
   QColor inkColour(surfaces::InkE ink) const;
 
   std::shared_ptr<FormulaFonts> fonts_;

@@ -32,6 +32,7 @@ class FormulaFieldC::ActC {
 
  private:
   void begin(ScriptStepS step, KeepE keep) {
+    field_.endComposition();
     // After an event the view normalises only when a layout is pending, and that can move a caret beside a
     // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
     field_.view_.getExpressionSize();

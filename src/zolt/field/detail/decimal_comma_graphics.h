@@ -64,6 +64,10 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
   void drawTextAs(math::ved::TextRoleE role, wstring const& text, long x, long y) const override {
     surface_->drawTextAs(role, ShownC(*this, text), x, y);
   }
+  long getComposedWidth(wstring const& text) const override { return surface_->getComposedWidth(text); }
+  void drawComposed(wstring const& text, long x, long y) const override {
+    surface_->drawComposed(text, x, y);
+  }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const override {
     surface_->drawSign(sign, x, y, width, height);
   }

@@ -76,6 +76,9 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// Restricts painting to this box from now on; without a box, and at first, everything is painted.
   void showOnly(std::optional<math::ved::RectangleS> const& box) { clipBox_ = box; }
 
+  /// The measures of the current font.
+  FontSizeS const& fontSize() const;
+
   virtual void fillGlyphs(GlyphRunS const& run) const = 0;
   /// Fills by the nonzero winding rule.
   virtual void fillPath(PathC const& path, InkE ink) const = 0;
@@ -93,7 +96,6 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
 
   double takeCloser() const;
   bool isInSight(double left, PlacedGlyphS const& glyph) const;
-  FontSizeS const& fontSize() const;
 
   oss::PointerTC<TypesetterC> typesetter_;
   std::optional<math::ved::RectangleS> clipBox_;

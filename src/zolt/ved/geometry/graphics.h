@@ -95,6 +95,12 @@ class GraphicsABC : public oss::RefCountedBC {
   /// drawn just before the exponent. Unless overridden it calls `drawText`.
   virtual void drawTextAs(TextRoleE role, oss::wstring const& text, long x, long y) const;
 
+  /// The width of text that is being composed in the formula (zolt/ved/render/composition.h), in the current
+  /// font. Such text can have characters that no formula has. Unless overridden it is measured and drawn like
+  /// any other.
+  virtual long getComposedWidth(oss::wstring const& text) const { return getTextWidth(text); }
+  virtual void drawComposed(oss::wstring const& text, long x, long y) const { drawText(text, x, y); }
+
   /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
 

@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/render/composition.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -10,7 +11,8 @@ namespace zolt::math::ved {
 /// Draws a tree, or the part of it that is in the clip box of the surface.
 class TreeDrawerC {
  public:
-  TreeDrawerC(GraphicsABC const& graphics, Node4C const* current) : graphics_(graphics), current_(current) {}
+  TreeDrawerC(GraphicsABC const& graphics, Node4C const* current, CompositionS const* composition)
+      : graphics_(graphics), current_(current), composition_(composition) {}
 
   void showOnly(RectangleS const& clip);
   /// (x, y) is where the parent of `node` is; `role` is that of a text.
@@ -32,6 +34,7 @@ class TreeDrawerC {
 
   GraphicsABC const& graphics_;
   Node4C const* current_;
+  CompositionS const* composition_;  // null: none
   bool clips_ = false;
   RectangleS seen_{-far_out, -far_out, far_out, far_out};  // nodes with boxes outside are not visible
 };
@@ -80,7 +83,9 @@ void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role, Node4
       graphics_.drawCloseBracket(left + node.width_, top, node.height_, node.type_ == NODE4_AUTO_CLOSE);
       break;
     default:
-      if (current_ && current_ != &node && node.isPlaceholder()) {
+      if (composition_ && composition_->isIn(node)) {
+        drawShown(node, role, *composition_, left, top, graphics_);
+      } else if (current_ && current_ != &node && node.isPlaceholder()) {
         bool const isExponent = role == TEXT_STARTS_EXPONENT;
         graphics_.drawTextAs(isExponent ? TEXT_IS_EXPONENT_SLOT : TEXT_IS_SLOT, Node4C::PLACEHOLDER_STR, left,
                              top);
@@ -138,8 +143,9 @@ TextRoleE TreeDrawerC::findRoleAfter(Node4C const& item) {
   return isOpeningBracket(item.getType()) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
 }
 
-bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const {
-  TreeDrawerC drawer(graphics, current);
+bool Node4C::display(GraphicsABC const& graphics, long x, long y, Node4C const* current,
+                     CompositionS const* composition) const {
+  TreeDrawerC drawer(graphics, current, composition);
   if (auto const clip = graphics.getClipBox()) {
     selectFont(graphics);
     drawer.showOnly(*clip);

@@ -1,4 +1,5 @@
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/render/composition.h"
 #include "zolt/ved/render/detail/row_layout.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -17,10 +18,23 @@ bool overflowsBox(Node4C const& construct) {
 
 }  // namespace
 
-bool Node4C::layout(GraphicsABC const& graphics) { return layoutNode(graphics, LAYOUT_ALL); }
+/// What a layout needs in each node.
+struct Node4C::LayoutPassS {
+  enum WhatE { ALL, CHANGED };
 
-bool Node4C::layoutChanged(GraphicsABC const& graphics) {
-  return !needsLayout() || layoutNode(graphics, LAYOUT_CHANGED);
+  GraphicsABC const& graphics;
+  WhatE what;
+  CompositionS const* composition;  // null: none
+
+  bool concerns(Node4C const& node) const { return what == ALL || node.needsLayout(); }
+};
+
+bool Node4C::layout(GraphicsABC const& graphics, CompositionS const* composition) {
+  return layoutNode({graphics, LayoutPassS::ALL, composition});
+}
+
+bool Node4C::layoutChanged(GraphicsABC const& graphics, CompositionS const* composition) {
+  return !needsLayout() || layoutNode({graphics, LayoutPassS::CHANGED, composition});
 }
 
 // An unchanged node may have a different font depth than before, and an empty text may have become a slot, or
@@ -30,34 +44,34 @@ bool Node4C::needsLayout() const {
   return isEmptyText() && isPlaceholder() != state_.laidOutAsSlot;
 }
 
-bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
+bool Node4C::layoutNode(LayoutPassS const& pass) {
   if (!parent_) fontDepth_ = 0;
   // The stretches of a row that was edited and not normalised are meaningless.
   if (state_.stale & STALE_CHECK) dropIndex();
   if (state_.index) {
-    if (what == LAYOUT_ALL || fontDepth_ != state_.laidOutDepth) state_.index->mark(STALE_LAYOUT);
+    if (pass.what == LayoutPassS::ALL || fontDepth_ != state_.laidOutDepth) state_.index->mark(STALE_LAYOUT);
     for (std::size_t k = 0; k < state_.index->size(); ++k) {
       RowStretchS const& stretch = (*state_.index)[k];
       if (!(stretch.stale & STALE_LAYOUT)) continue;
       for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
         Node4C& item = *children_[i];
         item.fontDepth_ = fontDepth_;
-        if ((what == LAYOUT_ALL || item.needsLayout()) && !item.layoutNode(graphics, what)) return false;
+        if (pass.concerns(item) && !item.layoutNode(pass)) return false;
       }
     }
   } else {
     for (Node4C* child : children_) child->fontDepth_ = fontDepth_;
     if (op_) {
-      op_->beforeChildrenLayout(this, graphics);
+      op_->beforeChildrenLayout(this, pass.graphics);
     } else if (type_ == NODE4_POWER) {
       child(0)->increaseFontDepth();
     }
     for (Node4C* child : children_) {
-      if ((what == LAYOUT_ALL || child->needsLayout()) && !child->layoutNode(graphics, what)) return false;
+      if (pass.concerns(*child) && !child->layoutNode(pass)) return false;
     }
   }
-  selectFont(graphics);
-  placeChildren(graphics);
+  selectFont(pass.graphics);
+  placeChildren(pass);
   // The mark is cleared last, so that a layout for which memory runs out is repeated.
   unmark(STALE_LAYOUT);
   state_.laidOutDepth = fontDepth_;
@@ -66,7 +80,8 @@ bool Node4C::layoutNode(GraphicsABC const& graphics, LayoutE what) {
 
 /// Sets the size of a node whose children have theirs. (It is a function of its own so that the recursion
 /// takes little stack.)
-void Node4C::placeChildren(GraphicsABC const& graphics) {
+void Node4C::placeChildren(LayoutPassS const& pass) {
+  GraphicsABC const& graphics = pass.graphics;
   switch (type_) {
     case NODE4_ROOT:
       dx_ = dy_ = 0;
@@ -96,6 +111,10 @@ void Node4C::placeChildren(GraphicsABC const& graphics) {
       long midHeight = 0;
       state_.laidOutAsSlot = type_ == NODE4_TEXT && isPlaceholder();
       graphics.getTextExtent(state_.laidOutAsSlot ? PLACEHOLDER_STR : text_, width, height, midHeight);
+      state_.composed = pass.composition && pass.composition->isIn(*this);
+      if (state_.composed) {
+        width = measureShown(*this, text_.size() + pass.composition->text.size(), pass.composition, graphics);
+      }
       setWidth(width);
       setHeight(height);
       setMidHeight(midHeight);

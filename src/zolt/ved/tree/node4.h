@@ -25,6 +25,7 @@ namespace zolt::math::ved {
 
 class OperatorBC;
 enum ErrorCauseE : int;
+struct CompositionS;
 struct ErrorSelectionS;
 
 /// The one node class of the editable two-dimensional expression.
@@ -173,14 +174,21 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
 
   // ---- Layout and drawing (render/) -----------------------------------------------------------------------
   /// Measures and places this node and everything in it; a node without a parent is at font depth 0.
-  bool layout(GraphicsABC const& graphics);
+  bool layout(GraphicsABC const& graphics) { return layout(graphics, nullptr); }
   /// Gives the same result, as long as the surface measures as before, by looking only at what has changed
   /// since the last layout and at the rows and constructs around that.
-  bool layoutChanged(GraphicsABC const& graphics);
+  bool layoutChanged(GraphicsABC const& graphics) { return layoutChanged(graphics, nullptr); }
+  /// The same with text that is being composed in the formula (null: none). Where it begins, changes or ends,
+  /// its node must be told to `measureAgain`.
+  bool layout(GraphicsABC const& graphics, CompositionS const* composition);
+  bool layoutChanged(GraphicsABC const& graphics, CompositionS const* composition);
+  void measureAgain() { touch(STALE_LAYOUT); }
   void layout_standard(GraphicsABC const& graphics);
   /// Draws the laid-out subtree, as far as the surface's clip box shows it; (x, y) is where the parent is.
-  /// `current`, the caret's node, shows no placeholder; with a null `current` none is drawn.
-  bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current) const;
+  /// `current`, the caret's node, shows no placeholder; with a null `current` none is drawn. `composition` is
+  /// that of the layout.
+  bool display(GraphicsABC const& graphics, long x, long y, Node4C const* current,
+               CompositionS const* composition = nullptr) const;
   void display_standard(GraphicsABC const& graphics, long x, long y, long current) const;
 
   /// For passes over rows and for the check of their invariants (docs/incremental.md).
@@ -223,9 +231,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   void dropIndex();
   NodeRecordPointerC recordNode() const;
   bool needsLayout() const;
-  enum LayoutE { LAYOUT_ALL, LAYOUT_CHANGED };
-  bool layoutNode(GraphicsABC const& graphics, LayoutE what);
-  void placeChildren(GraphicsABC const& graphics);
+  struct LayoutPassS;
+  bool layoutNode(LayoutPassS const& pass);
+  void placeChildren(LayoutPassS const& pass);
   void noteOverflow();
 
   // The members that layout and drawing read come first, so that they are near each other in memory.

@@ -53,6 +53,7 @@ void ViewZNT4C::setAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC> 
 }
 
 void ViewZNT4C::putUp(std::unique_ptr<Node4C> root) {
+  composition_ = {};
   root_ = std::move(root);
   selection_ = wholeRow(*root_->child(0));
   needLayout();
@@ -97,9 +98,9 @@ void ViewZNT4C::layoutIfPending() const {
   if (!layoutPending_ || held_) return;
   ViewHoldC const hold(*this);
   if (measurePending_) {
-    root_->layout(*graphics_);
+    root_->layout(*graphics_, composed());
   } else {
-    root_->layoutChanged(*graphics_);
+    root_->layoutChanged(*graphics_, composed());
   }
   layoutPending_ = measurePending_ = false;
 }
@@ -118,7 +119,7 @@ void ViewZNT4C::display(long x, long y) const {
   if (held_) return;
   layoutIfPending();
   ViewHoldC const hold(*this);
-  root_->display(*graphics_, x, y, selection_.caret.node);
+  root_->display(*graphics_, x, y, selection_.caret.node, composed());
 }
 
 bool ViewZNT4C::needLayout() {
@@ -155,6 +156,7 @@ bool ViewZNT4C::addEvent(EventE event, unsigned long code, bool shift, bool /*co
 
 ViewZNT4C::EventC::EventC(ViewZNT4C& view) : view_(view) {
   view_.takeBackIfDue();
+  view_.endComposition();
   view_.event_ = this;
   selection_ = view_.selection_;
   penDown_ = view_.penDown_;
@@ -188,8 +190,7 @@ bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long
       return dispatchKey(code, shift);
     case EVENT_PEN_DOWN:
       penDown_ = true;
-      setSelection(x, y);
-      selection_.anchor = selection_.caret;
+      selection_.anchor = selection_.caret = findPlace(x, y);
       return needRedraw();
     case EVENT_PEN_UP: {
       bool const wasDown = penDown_;
@@ -198,9 +199,10 @@ bool ViewZNT4C::dispatchEvent(EventE event, unsigned long code, bool shift, long
     }
     case EVENT_PEN_MOVE: {
       if (!penDown_) return false;
-      PlaceS const caret = selection_.caret;
-      setSelection(x, y);
-      if (selection_.caret != caret) needRedraw();
+      if (PlaceS const place = findPlace(x, y); place != selection_.caret) {
+        selection_.caret = place;
+        needRedraw();
+      }
       return true;
     }
   }

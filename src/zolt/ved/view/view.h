@@ -13,6 +13,7 @@
 #include "zolt/ved/geometry/point.h"
 #include "zolt/ved/geometry/rectangle.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/render/composition.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/edit_backup.h"
 #include "zolt/ved/view/event.h"
@@ -96,6 +97,17 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// Where every refused input ends: does nothing and answers false.
   bool bip() const { return false; }
 
+  // ---- Composition (view_composition.cpp) -----------------------------------------------------------------
+  /// Shows `text` at the caret as part of the layout until the next event, with the caret in it after `caret`
+  /// characters. Formula, selection and history stay as they are. An empty text ends it. False when the view
+  /// is not editable, or in the middle of a change.
+  bool compose(wstring const& text, unsigned long caret);
+  /// What is being composed; nothing when its place is null.
+  CompositionS const& crefComposition() const { return composition_; }
+  /// The box around a part of the composed text; where the ends are equal, the caret's box there. The caret's
+  /// own box when nothing is being composed.
+  RectangleS getComposedRectangle(unsigned long begin, unsigned long end) const;
+
   // ---- Clipboard ------------------------------------------------------------------------------------------
   /// The selection as bytes for the clipboard and as an expression. Null when the selection is not a complete
   /// expression (`bytes` is filled all the same) or when nothing is selected (`bytes` is left alone).
@@ -139,6 +151,11 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
 
   // ---- State, for hosts, tests and assistive technology ---------------------------------------------------
   Node4C const& crefRoot() const { return takeBackIfDue(), *root_; }
+  /// The place nearest to a point, where a press of the pointer puts the caret; the caret's own when nothing
+  /// is near.
+  [[nodiscard]] PlaceS findPlace(long x, long y) const;
+  /// How far a place is from the left edge of its text.
+  [[nodiscard]] long measureStart(PlaceS place) const;
   /// From the start of the formula to its end.
   SelectionS getWhole() const { return wholeRow(*crefRoot().child(0)); }
   /// Caret and anchor; the anchor is no place when nothing is selected.
@@ -188,9 +205,9 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// The caret's text, to be changed.
   Node4C& refCaretNode() const { return const_cast<Node4C&>(*selection_.caret.node); }
   void layoutIfPending() const;
-  // view_hit.cpp
-  /// Moves the caret to the place nearest to a point.
-  void setSelection(long x, long y);
+  // view_composition.cpp
+  void endComposition();
+  CompositionS const* composed() const { return composition_.place ? &composition_ : nullptr; }
   // view_selection.cpp
   enum CaretStepE { STEP_LEFT, STEP_RIGHT };
   bool moveCaret(CaretStepE step);
@@ -250,6 +267,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<algexpr::AlgebraicExpressionC> expression_;
   mutable std::unique_ptr<Node4C> root_;
   mutable SelectionS selection_;
+  CompositionS composition_;
   std::unique_ptr<EditHistoryC> history_;
 };
 

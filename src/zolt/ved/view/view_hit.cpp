@@ -2,19 +2,20 @@
 
 #include "zolt/ved/limits.h"
 #include "zolt/ved/tree/tree_walk.h"
-#include "zolt/ved/view/view.h"
+#include "zolt/ved/view/view_hold.h"
 
 namespace zolt::math::ved {
 
 namespace {
 
-/// The boundary between characters that is nearest to `x` (from the start of the text), in the font that is
-/// current. Equally near ones give the later. Widths only grow with the text, so a few measurements do.
-unsigned long findBoundary(wstring const& text, long x, GraphicsABC const& graphics) {
-  auto const width = [&](unsigned long count) { return graphics.getTextWidth(text.substr(0, count)); };
+/// The boundary between the `size` characters of a text that is nearest to `x` (from the start of the text);
+/// `width` measures beginnings. Equally near ones give the later. Widths only grow with the text, so a few
+/// measurements do.
+template <class WidthT>
+unsigned long findBoundary(unsigned long size, long x, WidthT width) {
   // The smallest count from `first` on whose width exceeds `limit`; one past the text when none does.
   auto const findBeyond = [&](long limit, unsigned long first) {
-    unsigned long last = text.size() + 1;
+    unsigned long last = size + 1;
     while (first < last) {
       unsigned long const middle = first + (last - first) / 2;
       if (width(middle) > limit) {
@@ -28,7 +29,7 @@ unsigned long findBoundary(wstring const& text, long x, GraphicsABC const& graph
   unsigned long const beyond = findBeyond(x, 0);
   if (beyond == 0) return 0;
   unsigned long const before = beyond - 1;
-  if (beyond > text.size()) return before;
+  if (beyond > size) return before;
   long const next = width(beyond);
   return next - x > x - width(before) ? before : findBeyond(next, beyond) - 1;
 }
@@ -151,8 +152,9 @@ class NearestTextC {
 
 }  // namespace
 
-void ViewZNT4C::setSelection(long x, long y) {
+PlaceS ViewZNT4C::findPlace(long x, long y) const {
   layoutIfPending();
+  ViewHoldC const hold(*this);
   Node4C const& row = *root_->child(0);
   if (textOverhang_ < 0) textOverhang_ = measureTextOverhang(row);
   // Nothing is farther away, and differences fit 32 bits.
@@ -161,7 +163,7 @@ void ViewZNT4C::setSelection(long x, long y) {
   NearestTextC nearest(x, std::clamp(y, -farthest, farthest), textOverhang_);
   nearest.search(row);
 
-  PlaceS& caret = selection_.caret;
+  PlaceS caret = selection_.caret;
   long const left = nearest.text ? nearest.left : caret.node->getAbsolutePosition().x;
   if (nearest.text) caret.node = nearest.text;
   if (x < left) {
@@ -170,9 +172,18 @@ void ViewZNT4C::setSelection(long x, long y) {
     caret = endOf(caret.node);
   } else {
     caret.node->selectFont(*graphics_);
-    caret.pos = static_cast<unsigned int>(findBoundary(caret.node->crefText(), x - left, *graphics_));
+    bool const composed = composition_.isIn(*caret.node);
+    unsigned long const inserted = composed ? composition_.text.size() : 0;
+    auto const width = [&](unsigned long count) {
+      return measureShown(*caret.node, count, &composition_, *graphics_);
+    };
+    unsigned long pos = findBoundary(caret.node->sizeText() + inserted, x - left, width);
+    if (composed && pos > composition_.place.pos) {
+      pos = std::max<unsigned long>(pos - std::min(pos, inserted), composition_.place.pos);
+    }
+    caret.pos = static_cast<unsigned int>(pos);
   }
-  needRedraw();
+  return caret;
 }
 
 }  // namespace zolt::math::ved

@@ -5,19 +5,9 @@
 
 namespace zolt::math::ved {
 
-namespace {
-
-/// Width of the first `count` characters of a text, or of all when there are fewer.
-long measureStart(Node4C const& text, unsigned int count, GraphicsABC const& graphics) {
-  text.selectFont(graphics);
-  return graphics.getTextWidth(text.crefText().substr(0, count));
-}
-
-}  // namespace
-
 RectangleS ViewZNT4C::getCaretRectangle() {
   takeBackIfDue();
-  return getRectangle({selection_.caret, selection_.caret});
+  return getComposedRectangle(composition_.caret, composition_.caret);
 }
 
 RectangleS ViewZNT4C::getCurrentNodeRectangle() {
@@ -30,7 +20,7 @@ RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
   if (range.anchor == range.caret) {
     auto const& [node, pos] = range.caret;
     PointS const position = node->getAbsolutePosition();
-    long const right = position.x + measureStart(*node, pos, *graphics_);
+    long const right = position.x + measureStart({node, pos});
     return {right - 1, position.y, right, position.y + node->getHeight()};
   }
 
@@ -41,9 +31,9 @@ RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
   bool const endsInText = end.node->getType() == NODE4_TEXT;
   RectangleS box;
   box.left = position.x + start.node->getDX();
-  box.left += startsInText ? measureStart(*start.node, start.pos, *graphics_) : -1;
+  box.left += startsInText ? measureStart(start) : -1;
   box.right = position.x + end.node->getDX();
-  box.right += endsInText ? measureStart(*end.node, end.pos, *graphics_) + 1 : end.node->getWidth() - 1;
+  box.right += endsInText ? measureStart(end) + 1 : end.node->getWidth() - 1;
   box.top = row.getHeight();
   unsigned long const last = end.node->findChildNumber();
   for (unsigned long i = start.node->findChildNumber(); i <= last; ++i) {

@@ -6,8 +6,11 @@ namespace zolt::math::ved {
 
 namespace {
 
+/// Whether it is a text that shows no characters.
+bool showsNothing(Node4C const& item) { return item.isEmptyText() && !item.crefState().composed; }
+
 /// Whether an exponent after this item is placed on the item before it.
-bool isPassedOver(Node4C const& item) { return item.isEmptyText() && !item.crefState().laidOutAsSlot; }
+bool isPassedOver(Node4C const& item) { return showsNothing(item) && !item.crefState().laidOutAsSlot; }
 
 /// How far an exponent overlaps its base, in units.
 constexpr long exponent_overlap = 5;
@@ -102,7 +105,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
         break;
       default:
         if (!isPassedOver(item)) endBase();
-        if (!item.isEmptyText()) x += gap_;
+        if (!showsNothing(item)) x += gap_;
         item.setDY(-item.getMidHeight());
         extent.include(item.getDY(), item.getDY() + item.getHeight());
         Node4C::max1stDim(base, item.getMidHeight() + (pushes_.empty() ? 0 : pushes_[i]));
@@ -145,7 +148,7 @@ void RowLayoutC::findPushes() {
 }
 
 bool RowLayoutC::isEmptyPair(RowStretchS const& stretch, unsigned long close) const {
-  return close >= stretch.first + 2 && row_.child(close - 1)->isEmptyText() &&
+  return close >= stretch.first + 2 && showsNothing(*row_.child(close - 1)) &&
          isOpeningBracket(row_.child(close - 2)->getType());
 }
 

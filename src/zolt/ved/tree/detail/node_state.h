@@ -11,7 +11,7 @@ namespace zolt::math::ved {
 
 /// The incremental state of a node; docs/incremental.md explains it and numbers its invariants.
 struct NodeStateS {
-  NodeStateS() : laidOutAsSlot(false), overflows(false) {}
+  NodeStateS() : laidOutAsSlot(false), composed(false), overflows(false) {}
 
   RowStretchS* stretch = nullptr;      // the stretch that holds the node, if its row is long
   std::unique_ptr<RowIndexC> index;    // not null in a long row
@@ -19,6 +19,7 @@ struct NodeStateS {
   mutable std::uint32_t slotHint = 0;  // the last known number in its stretch or its parent's list
   std::uint16_t laidOutDepth = 0;      // the font depth of the last layout
   bool laidOutAsSlot : 1;              // whether the last layout measured the placeholder
+  bool composed : 1;                   // whether the last layout measured composed text in it
   bool overflows : 1;                  // whether something inside may extend above or below the node's box
   mutable std::uint8_t stale = STALE_ALL;
 };
