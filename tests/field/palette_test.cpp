@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "tests/support/stage.h"
@@ -39,6 +40,25 @@ TEST(Palette, HasEveryStandardOperatorOnceAndInsertsWhatItShows) {
   }
   for (auto const& standard : catalogue::standardOperators()) {
     EXPECT_EQ(inserted.count(standard.name), 1u) << toUtf8(standard.name);
+  }
+}
+
+TEST(Palette, FindsEntriesByAllTheirNames) {
+  std::vector<PaletteEntryS> const entries = allEntries();
+  for (auto const& [wanted, found] : std::vector<std::pair<wstring, wstring>>{{u"inf", u"∞"},
+                                                                              {u"∞", u"∞"},
+                                                                              {u"Less or equal", u"<="},
+                                                                              {u"LEQ", u"<="},
+                                                                              {u"!=", u"<>"},
+                                                                              {u"->", u":>"},
+                                                                              {u"int", u"integral"},
+                                                                              {u"sqrt(", u"sqrt"},
+                                                                              {u"Gamma", u"Γ"},
+                                                                              {u"gam", u"γ"}}) {
+    auto const match = [&](auto const& entry) { return matchSearch(entry, wanted); };
+    auto const best = std::max_element(entries.begin(), entries.end(),
+                                       [&](auto const& a, auto const& b) { return match(a) < match(b); });
+    EXPECT_EQ(toUtf8(best->insert), toUtf8(found)) << toUtf8(wanted);
   }
 }
 

@@ -50,10 +50,11 @@ class Table {
 
 QString makeTyping() {
   QString html = heading(tr("Typing"));
-  html += paragraph(
-      tr("Type a formula as you would in one line: it takes its shape as you go. <b>1/2</b> becomes a "
-         "fraction, <b>x^2</b> a power, <b>sqrt(</b> a root; <b>pi</b> and the names of Greek letters "
-         "become the letters, <b>&lt;=</b> becomes ≤. Whatever was done for you, one undo takes back."));
+  html += paragraph(tr(
+      "Type a formula as you would in one line: it takes its shape as you go. <b>1/2</b> becomes a "
+      "fraction, <b>x^2</b> a power, <b>sqrt(</b> a root; <b>pi</b> and the names of Greek letters "
+      "become the letters, <b>x_1</b> gets an index, <b>f'</b> a prime, <b>oo</b> is infinity, <b>&lt;=</b> "
+      "becomes ≤. Whatever was done for you, one undo takes back."));
   html += paragraph(
       tr("<b>Tab</b> leads to the next empty place, <b>→</b> or a blank out of an exponent or a fraction. "
          "What is selected when you type an operator becomes its operand. On an incomplete formula the "

@@ -23,12 +23,6 @@ constexpr int columns = 5;
 constexpr QSize icon_size(44, 34);
 constexpr QSize button_size(50, 40);
 
-bool matches(field::PaletteEntryS const& entry, QString const& wanted) {
-  return toQString(entry.title).contains(wanted, Qt::CaseInsensitive) ||
-         toQString(entry.insert).contains(wanted, Qt::CaseInsensitive) ||
-         toQString(entry.shortcut).startsWith(wanted, Qt::CaseInsensitive);
-}
-
 }  // namespace
 
 PaletteDock::PaletteDock(std::shared_ptr<qt::FormulaFonts> fonts, QWidget* parent)
@@ -105,7 +99,7 @@ void PaletteDock::arrange(SectionS const& section, std::vector<field::PaletteEnt
                           QString const& wanted) {
   int place = 0;
   for (std::size_t i = 0; i < entries.size(); ++i) {
-    bool const shown = wanted.isEmpty() || matches(entries[i], wanted);
+    bool const shown = field::matchSearch(entries[i], wanted.toStdU16String()) != field::SEARCH_MATCH_NONE;
     section.buttons[i]->setVisible(shown);
     if (!shown) continue;
     section.grid->addWidget(section.buttons[i], place / columns, place % columns);
@@ -124,15 +118,20 @@ void PaletteDock::filter(QString const& wanted) {
 }
 
 void PaletteDock::pickFirst() {
-  QString const wanted = search_->text().trimmed();
+  std::u16string const wanted = search_->text().trimmed().toStdU16String();
+  field::PaletteEntryS const* best = nullptr;
+  field::SearchMatchE bestMatch = field::SEARCH_MATCH_NONE;
   for (field::PaletteGroupS const& group : groups_) {
     for (field::PaletteEntryS const& entry : group.entries) {
-      if (!matches(entry, wanted)) continue;
-      search_->clear();
-      emit picked(entry);
-      return;
+      field::SearchMatchE const match = field::matchSearch(entry, wanted);
+      if (match <= bestMatch) continue;
+      best = &entry;
+      bestMatch = match;
     }
   }
+  if (!best) return;
+  search_->clear();
+  emit picked(*best);
 }
 
 void PaletteDock::setInsertable(bool insertable) {

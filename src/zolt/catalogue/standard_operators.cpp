@@ -60,6 +60,7 @@ struct WordsS : OperatorWordsS {
   }
   WordsS shown(wstring text) && { return label = std::move(text), std::move(*this); }
   WordsS typed(wstring text) && { return shortcut = std::move(text), std::move(*this); }
+  WordsS known(std::vector<wstring> as) && { return aliases = std::move(as), std::move(*this); }
   WordsS called(std::vector<NameS> others) && { return names = std::move(others), std::move(*this); }
   WordsS inserted(wstring by) && { return signs = std::move(by), std::move(*this); }
   WordsS made(std::vector<wstring> of) && { return signRuns = std::move(of), std::move(*this); }
@@ -113,8 +114,10 @@ class TableC {
   void relation(StandardKeyE key, wstring const& name, wstring const& sign, OperatorWordsS words) {
     add(key, infix(name, sign, PRECEDENCE_RELATION), std::move(words));
   }
-  void function(StandardKeyE key, wstring const& name, wstring const& title) {
-    add(key, call(name, name, 1), WordsS(functions, title));
+  void function(StandardKeyE key, wstring const& name, wstring const& title, wstring const& alias = {}) {
+    std::vector<wstring> aliases;
+    if (!alias.empty()) aliases.push_back(alias);
+    add(key, call(name, name, 1), WordsS(functions, title).known(std::move(aliases)));
   }
 
   OperatorListC& operators_;
@@ -126,32 +129,42 @@ void TableC::fill() {
   wstring const minus = {minus_sign};
 
   add(KEY_PLUS, infix(u"+", u"+", PRECEDENCE_SUM, !spaced, associative),
-      WordsS(arithmetic, u"plus").said({u" plus "}));
-  add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM), WordsS(arithmetic, u"minus").said({u" minus "}));
+      WordsS(arithmetic, u"plus").known({u"add"}).said({u" plus "}));
+  add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM),
+      WordsS(arithmetic, u"minus").known({u"subtract"}).said({u" minus "}));
   // Products are associative, but a∙(b div c) must keep its brackets, so the operator is registered as not
   // associative.
   add(KEY_TIMES, infix(u"*", {times_sign}, PRECEDENCE_PRODUCT),
-      WordsS(arithmetic, u"times").shown(u"·").said({u" times "}));
+      WordsS(arithmetic, u"times").known({u"cdot", u"multiply", u"product"}).shown(u"·").said({u" times "}));
   add(KEY_FRACTION, construct<OperatorDivC>(u"/", u"/"),
-      WordsS(arithmetic, u"fraction").shown(u"a/b").said({u"fraction ", u" over ", u" end fraction"}));
-  add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"integer division"));
-  add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced), WordsS(arithmetic, u"remainder"));
+      WordsS(arithmetic, u"fraction")
+          .known({u"frac", u"over", u"divide"})
+          .shown(u"a/b")
+          .said({u"fraction ", u" over ", u" end fraction"}));
+  add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced),
+      WordsS(arithmetic, u"integer division").known({u"quotient"}));
+  add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced),
+      WordsS(arithmetic, u"remainder").known({u"modulo", u"bmod"}));
   // These texts are read as the signs before an operand; the grammar knows the signs between two operands.
   add(KEY_POS, prefix(u"_pos", u"+", PRECEDENCE_SIGN),
-      WordsS(arithmetic, u"plus sign").typed(u"+").said({u" plus "}));
+      WordsS(arithmetic, u"plus sign").known({u"positive"}).typed(u"+").said({u" plus "}));
   add(KEY_NEG, prefix(u"_neg", minus, PRECEDENCE_SIGN),
-      WordsS(arithmetic, u"minus sign").typed(u"-").said({u" minus "}));
+      WordsS(arithmetic, u"minus sign").known({u"negative"}).typed(u"-").said({u" minus "}));
   add(KEY_FACTORIAL, new OperatorUnaryPostfixC(u"!", u"!", PRECEDENCE_FACTORIAL, core, code()),
       WordsS(arithmetic, u"factorial").said({u" factorial"}));
   add(KEY_PI, call(u"_PI", {pi_sign}, 0), WordsS(arithmetic, u"pi").shown(u"π").typed(u"pi").said({u"pi"}));
 
   add(KEY_POWER, power(u"^"),
       WordsS(structures, u"power")
+          .known({u"exponent", u"superscript"})
           .shown(u"xⁿ")
           .made({{times_sign, times_sign}})
           .said({u" to the power ", u" end power"}));
   add(KEY_SQRT, construct<OperatorSqrtC>(u"sqrt", u"√"),
-      WordsS(structures, u"square root").inserted(u"√").said({u"square root ", u" end root"}));
+      WordsS(structures, u"square root")
+          .known({u"radical"})
+          .inserted(u"√")
+          .said({u"square root ", u" end root"}));
   add(KEY_NTH_ROOT, construct<OperatorNthRootC>(u"nthroot", u"nthroot"),
       WordsS(structures, u"n-th root")
           .shown(u"ⁿ√")
@@ -160,6 +173,7 @@ void TableC::fill() {
           .said({u"root with index ", u" of ", u" end root"}));
   add(KEY_ABS, construct<OperatorAbsC>(u"abs", u"abs"),
       WordsS(structures, u"absolute value")
+          .known({u"modulus", u"vert"})
           .shown(u"|x|")
           .typed(u"|")
           .inserted(u"|")
@@ -167,19 +181,23 @@ void TableC::fill() {
           .said({u"absolute value ", u" end absolute value"}));
   add(KEY_FLOOR, construct<OperatorFloorC>(u"floor", u"floor"),
       WordsS(structures, u"rounded down")
+          .known({u"lfloor", u"rfloor"})
           .shown(u"⌊x⌋")
           .inserted(u"⌊")
           .closed(u'⌋')
           .said({u"floor ", u" end floor"}));
   add(KEY_CEIL, construct<OperatorCeilC>(u"ceil", u"ceil"),
       WordsS(structures, u"rounded up")
+          .known({u"lceil", u"rceil"})
           .shown(u"⌈x⌉")
           .called({{u"ceiling", {}}})
           .inserted(u"⌈")
           .closed(u'⌉')
           .said({u"ceiling ", u" end ceiling"}));
-  add(KEY_RAD, power(u"_rad", u"r"), WordsS(structures, u"radians").shown(u"ʳ").typed(u"ʳ").inserted(u"ʳ"));
-  add(KEY_DEG, power(u"_deg", u"o"), WordsS(structures, u"degrees").shown(u"°").typed(u"°").inserted(u"°"));
+  add(KEY_RAD, power(u"_rad", u"r"),
+      WordsS(structures, u"radians").known({u"rad"}).shown(u"ʳ").typed(u"ʳ").inserted(u"ʳ"));
+  add(KEY_DEG, power(u"_deg", u"o"),
+      WordsS(structures, u"degrees").known({u"degree", u"circ"}).shown(u"°").typed(u"°").inserted(u"°"));
   add(KEY_LOG, construct<OperatorLogC>(u"log", u"log", PRECEDENCE_TIGHTEST),
       WordsS(structures, u"logarithm to a base")
           .shown(u"logₙ")
@@ -198,12 +216,14 @@ void TableC::fill() {
           .said({u"integral from ", u" to ", u" of ", u" by ", u" end integral"}));
   add(KEY_SUM, construct<OperatorSigmaC>(u"sum", u"sum"),
       WordsS(calculus, u"sum")
+          .known({u"sigma sign"})
           .shown(u"∑")
           .inserted(u"∑")
           .equated(1)
           .said({u"sum over ", u" from ", u" to ", u" of ", u" end sum"}));
   add(KEY_WHERE, construct<OperatorWhereC>(u"where", u"where"),
       WordsS(calculus, u"value of a variable")
+          .known({u"at", u"substitute"})
           .shown(u"f|ₓ")
           .equated(2)
           .said({u"value of ", u" where ", u" is ", u" end value"}));
@@ -211,37 +231,60 @@ void TableC::fill() {
   function(KEY_SIN, u"sin", u"sine");
   function(KEY_COS, u"cos", u"cosine");
   function(KEY_TAN, u"tan", u"tangent");
-  function(KEY_ASIN, u"asin", u"arc sine");
-  function(KEY_ACOS, u"acos", u"arc cosine");
-  function(KEY_ATAN, u"atan", u"arc tangent");
+  function(KEY_ASIN, u"asin", u"arc sine", u"arcsin");
+  function(KEY_ACOS, u"acos", u"arc cosine", u"arccos");
+  function(KEY_ATAN, u"atan", u"arc tangent", u"arctan");
   function(KEY_SINH, u"sinh", u"hyperbolic sine");
   function(KEY_COSH, u"cosh", u"hyperbolic cosine");
   function(KEY_TANH, u"tanh", u"hyperbolic tangent");
   function(KEY_LN, u"ln", u"natural logarithm");
-  add(KEY_LOG10, call(u"log10", u"log", 1), WordsS(functions, u"decimal logarithm").typed(u"log("));
+  add(KEY_LOG10, call(u"log10", u"log", 1),
+      WordsS(functions, u"decimal logarithm").known({u"lg"}).typed(u"log("));
   function(KEY_EXP, u"exp", u"exponential function");
 
-  relation(KEY_EQUAL, u"=", u"=", WordsS(relations, u"equal").said({u" equals "}));
+  relation(KEY_EQUAL, u"=", u"=", WordsS(relations, u"equal").known({u"eq"}).said({u" equals "}));
   relation(KEY_NOT_EQUAL, u"<>", {not_equal_sign},
-           WordsS(relations, u"not equal").made({u"<>", u"!="}).said({u" not equal to "}));
-  relation(KEY_LESS, u"<", u"<", WordsS(relations, u"less").said({u" less than "}));
-  relation(KEY_GREATER, u">", u">", WordsS(relations, u"greater").said({u" greater than "}));
+           WordsS(relations, u"not equal")
+               .known({u"ne", u"neq", u"unequal"})
+               .made({u"<>", u"!="})
+               .said({u" not equal to "}));
+  relation(KEY_LESS, u"<", u"<", WordsS(relations, u"less").known({u"lt"}).said({u" less than "}));
+  relation(KEY_GREATER, u">", u">", WordsS(relations, u"greater").known({u"gt"}).said({u" greater than "}));
   relation(KEY_LESS_OR_EQUAL, u"<=", {less_or_equal_sign},
-           WordsS(relations, u"less or equal").made({u"<="}).said({u" at most "}));
+           WordsS(relations, u"less or equal")
+               .known({u"le", u"leq", u"at most"})
+               .made({u"<="})
+               .said({u" at most "}));
   relation(KEY_GREATER_OR_EQUAL, u">=", {greater_or_equal_sign},
-           WordsS(relations, u"greater or equal").made({u">="}).said({u" at least "}));
-  add(KEY_ASSIGN, infix(u":=", u":=", PRECEDENCE_ASSIGNMENT), WordsS(relations, u"assignment"));
+           WordsS(relations, u"greater or equal")
+               .known({u"ge", u"geq", u"at least"})
+               .made({u">="})
+               .said({u" at least "}));
+  add(KEY_ASSIGN, infix(u":=", u":=", PRECEDENCE_ASSIGNMENT),
+      WordsS(relations, u"assignment").known({u"define", u"coloneq"}));
   add(KEY_STORE, infix(u":>", {store_sign}, PRECEDENCE_ASSIGNMENT),
-      WordsS(relations, u"store into").made({u":>"}).said({u" store into "}));
+      WordsS(relations, u"store into")
+          .known({u"to", u"arrow", u"rightarrow"})
+          .made({u":>", {minus_sign, u'>'}})
+          .inserted(u"→")
+          .said({u" store into "}));
 
-  add(KEY_NOT, prefix(u"not", u"not", PRECEDENCE_NOT, spaced), WordsS(logic, u"not").inserted(u"¬"));
+  add(KEY_NOT, prefix(u"not", u"not", PRECEDENCE_NOT, spaced),
+      WordsS(logic, u"not").known({u"neg", u"lnot"}).inserted(u"¬"));
   add(KEY_AND, infix(u"and", u"and", PRECEDENCE_AND, spaced, associative),
-      WordsS(logic, u"and").inserted(u"∧"));
-  add(KEY_OR, infix(u"or", u"or", PRECEDENCE_OR, spaced, associative), WordsS(logic, u"or").inserted(u"∨"));
+      WordsS(logic, u"and").known({u"land", u"wedge"}).inserted(u"∧"));
+  add(KEY_OR, infix(u"or", u"or", PRECEDENCE_OR, spaced, associative),
+      WordsS(logic, u"or").known({u"lor", u"vee"}).inserted(u"∨"));
 
   // These are typed brackets: a call without a name shows them once and can be read back.
   operators_.add(call(u"_quietpos", {}, 1));
   operators_.add(construct<OperatorErrorC>(u"error", u"error"));
+
+  add(KEY_INFINITY, call({infinity_sign}, {infinity_sign}, 0),
+      WordsS(arithmetic, u"infinity")
+          .known({u"inf", u"infty", u"oo"})
+          .typed(u"infinity")
+          .said({u"infinity"}));
 }
 
 }  // namespace

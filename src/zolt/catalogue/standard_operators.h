@@ -56,6 +56,7 @@ enum StandardKeyE : unsigned long {
   KEY_TANH,
   KEY_LN,
   KEY_EXP,
+  KEY_INFINITY,
 };
 
 /// One standard operator that a person can insert.

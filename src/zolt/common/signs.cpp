@@ -67,6 +67,12 @@ char16_t foldLookAlike(char16_t c, LookAlikeUseE use) {
   return c;
 }
 
+unsigned countPrimes(char16_t c) {
+  constexpr std::u16string_view single = u"'\u02B9\u2019\u2032";
+  constexpr char16_t two = u'\u2033', three = u'\u2034';
+  return c == two ? 2 : c == three ? 3 : single.find(c) != single.npos ? 1 : 0;
+}
+
 char16_t loweredSign(char16_t c) { return translate(c, raised_signs, lowered_signs); }
 char16_t withoutCircumflex(char16_t c) { return translate(c, circumflexed, plain_letters); }
 

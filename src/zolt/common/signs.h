@@ -15,6 +15,9 @@ constexpr char16_t not_equal_sign = u'\u2260';
 constexpr char16_t less_or_equal_sign = u'\u2264';
 constexpr char16_t greater_or_equal_sign = u'\u2265';
 constexpr char16_t store_sign = u'\u00BB';
+constexpr char16_t infinity_sign = u'\u221E';
+/// Ends names: f′. In a tree it is part of the name.
+constexpr char16_t prime_sign = u'\u2032';
 /// The constant pi in a tree and in infix text; every surface draws it as π. It has a code of its own because
 /// π itself, U+03C0, is a letter, and letters make names.
 constexpr char16_t pi_sign = u'\u0960';
@@ -35,6 +38,8 @@ enum LookAlikeUseE : unsigned { LOOK_ALIKE_TYPED = 1, LOOK_ALIKE_PASTED = 2, LOO
 /// for nothing else.
 char16_t foldLookAlike(char16_t c, LookAlikeUseE use);
 
+/// How many primes a character is when it comes after a name: "'" 1, "″" 2; 0: it is something else.
+unsigned countPrimes(char16_t c);
 /// A raised character as the one that it raises, "²" as "2"; U+0000 when it is none.
 char16_t loweredSign(char16_t c);
 /// The letter under a circumflex, "ê" as "e"; U+0000 when there is none.

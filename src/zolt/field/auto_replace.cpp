@@ -44,6 +44,35 @@ NameS nameEndingAt(PlaceS end) {
   return {{end.node, start}, text.substr(start, end.pos - start)};
 }
 
+/// Whether a number or a factorial ends at the place, so that "!" after it is a factorial.
+bool endsCounted(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  if (place.pos > 0 && text[place.pos - 1] == u'!') return true;
+  unsigned int const start = wordStart(text, place.pos);
+  return start < place.pos && math::common::startsNumber(text[start]) &&
+         math::common::findNumberEnd(text, start, math::common::LONE_EXPONENT_LEFT) == place.pos;
+}
+
+/// Whether a sign that is a name by itself, or the primes of a name, end at the place.
+bool endsWholeName(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  if (place.pos == 0) return false;
+  bool const isIndex = place.pos > 1 && text[place.pos - 2] == u'_';
+  char16_t const last = text[place.pos - 1];
+  return last == math::common::prime_sign || (last == math::common::infinity_sign && !isIndex);
+}
+
+/// Whether the last character before the caret begins another name, as "g" does in "f′g".
+bool beginsAnotherName(PlaceS caret) {
+  if (caret.pos < 2) return false;
+  PlaceS const before{caret.node, caret.pos - 1};
+  char16_t const c = caret.node->crefText()[before.pos];
+  if (c == u'_' || c == math::common::prime_sign || !isWordCharacter(c)) return false;
+  bool const isInfinity = c == math::common::infinity_sign;
+  NameS const name = nameEndingAt(before);
+  return endsWholeName(before) || (isInfinity && !name.text.empty() && name.text.back() != u'_');
+}
+
 /// Handles "name(" when "(" was just typed.
 ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
   NameS const typed = nameEndingAt(placeBefore(open));
@@ -95,6 +124,10 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   PlaceS const place = view.getSelection().caret;
   if (char16_t const lowered = math::common::loweredSign(typed))
     return decideExponent(place, selected, lowered);
+  if (unsigned const primes = math::common::countPrimes(typed)) {
+    bool const hasName = !selected && !nameEndingAt(place).text.empty();
+    return {INPUT_TEXT, hasName ? wstring(primes, math::common::prime_sign) : wstring(1, u'\''), {}};
+  }
   char16_t const c = foldTyped(typed, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
   if (auto const op = findBySign(view.crefOperatorList(), c)) return decideSign(view, c, *op);
@@ -108,7 +141,13 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
   PlaceS const caret = view.getSelection().caret;
   wstring const& text = caret.node->crefText();
   SignRunS const run = findBySignRun(view.crefOperatorList(), text, caret.pos);
-  if (run.op) return {{caret.node, caret.pos - run.length}, caret, run.op->getName(), {}};
+  PlaceS const begin{caret.node, caret.pos - run.length};
+  bool const isFactorial = run.op && text[begin.pos] == u'!' && endsCounted(begin);
+  if (run.op && !isFactorial) return {begin, caret, run.op->getName(), {}};
+  if (beginsAnotherName(caret)) {
+    PlaceS const name{caret.node, caret.pos - 1};
+    return {name, caret, u' ' + text.substr(name.pos, 1), {}};
+  }
   if (caret.pos == 0) return {};
   char16_t const letter = math::common::withoutCircumflex(text[caret.pos - 1]);
   PlaceS const before{caret.node, caret.pos - 1};

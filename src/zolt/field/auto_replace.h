@@ -47,7 +47,8 @@ struct ReplacementS {
 };
 
 /// The replacement for the signs just typed before the caret: "<=", "!=", "**", or a letter with the accent
-/// that a dead "^" key left on it.
+/// that a dead "^" key left on it. A blank comes before a name that begins where another is complete: after
+/// its primes, or after "∞".
 ReplacementS findSignReplacement(math::ved::ViewZNT4C const& view);
 
 /// The replacement for the name that ends at `end`: the letter for "alpha", the constant for "pi".

@@ -45,11 +45,11 @@ Node4C const* findGrowingExponent(PlaceS place) {
 
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
-/// Whether the operator is a word that is written before what it applies to.
-bool isWordBeforeOperand(OperatorBC const& op) {
+/// Whether the operator is a name, alone or before what it applies to.
+bool beginsWithName(OperatorBC const& op) {
   wstring const text = op.getText();
   bool const letters = isWord(text) && text[0] != u'_' && text[0] != math::common::pi_sign;
-  return letters && !op.isConstruct() && op.getArity() > 0 && (!op.isLinear() || op.getArity() == 1);
+  return letters && !op.isConstruct() && (!op.isLinear() || op.getArity() == 1);
 }
 
 }  // namespace
@@ -116,7 +116,7 @@ bool FormulaFieldC::runOperator(wstring const& name) {
   auto const op = view_.crefOperatorList().lookup(name);
   if (!op) return false;
   SelectionS const stretch = inOneRow(view_.getSelection());
-  if (!isWordBeforeOperand(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
+  if (!beginsWithName(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
   SelectionPathS places = pathOf(stretch);
   ++places.anchor.pos;
   if (stretch.anchor.node == stretch.caret.node) ++places.caret.pos;

@@ -37,11 +37,33 @@ wstring pictureOf(wstring const& insert) {
   return writeTreeNotation(view.crefRoot());
 }
 
+wstring lowered(wstring text) {
+  for (char16_t& c : text) {
+    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
+  }
+  return text;
+}
+
+std::vector<wstring> keywordsOf(OperatorBC const& op) {
+  OperatorWordsS const& words = op.crefWords();
+  std::vector<wstring> all = words.aliases;
+  all.push_back(op.getName());
+  all.push_back(op.getText());
+  for (auto const& other : words.names) all.push_back(other.name);
+  for (char16_t const sign : words.signs) all.emplace_back(1, sign);
+  for (wstring run : words.signRuns) {
+    for (char16_t& c : run) c = math::common::foldLookAlike(c, math::common::LOOK_ALIKE_PASTED);
+    all.push_back(run);
+  }
+  return all;
+}
+
 PaletteEntryS makeEntry(wstring const& insert, wstring const& title, wstring const& label,
-                        wstring const& shortcut) {
+                        wstring const& shortcut, std::vector<wstring> keywords) {
   wstring const toolTip =
       shortcut.empty() ? title : title + u' ' + math::common::en_dash + u" type " + shortcut;
-  return {insert, title, label, shortcut, toolTip, pictureOf(insert)};
+  keywords.push_back(shortcut);
+  return {insert, title, label, shortcut, toolTip, std::move(keywords), pictureOf(insert)};
 }
 
 PaletteGroupS makeGreekLetters() {
@@ -50,7 +72,7 @@ PaletteGroupS makeGreekLetters() {
     auto const read = exchange::fromPlainText(name, nullptr);
     if (!read) continue;
     wstring const letter = read->getNode()->getName();
-    group.entries.push_back(makeEntry(letter, capitalised(name), letter, name));
+    group.entries.push_back(makeEntry(letter, capitalised(name), letter, name, {letter}));
   }
   return group;
 }
@@ -66,10 +88,25 @@ std::vector<PaletteGroupS> makePalette(ViewZNT4C const& view) {
                               [&](PaletteGroupS const& known) { return known.title == words.group; });
     if (group == groups.end()) group = groups.insert(group, {words.group, {}});
     group->entries.push_back(makeEntry(op->getName(), capitalised(words.title),
-                                       words.label.empty() ? op->getText() : words.label, typedForm(*op)));
+                                       words.label.empty() ? op->getText() : words.label, typedForm(*op),
+                                       keywordsOf(*op)));
   }
   groups.push_back(makeGreekLetters());
   return groups;
+}
+
+SearchMatchE matchSearch(PaletteEntryS const& entry, wstring const& wanted) {
+  wstring const small = lowered(wanted), title = lowered(entry.title);
+  SearchMatchE best = small.empty() || title == small      ? SEARCH_MATCH_WHOLE
+                      : title.find(small) != wstring::npos ? SEARCH_MATCH_PART
+                                                           : SEARCH_MATCH_NONE;
+  for (wstring const& keyword : entry.keywords) {
+    wstring const name = lowered(keyword);
+    if (keyword == wanted) return SEARCH_MATCH_EXACT;
+    if (name == small) best = SEARCH_MATCH_WHOLE;
+    if (best == SEARCH_MATCH_NONE && name.compare(0, small.size(), small) == 0) best = SEARCH_MATCH_PART;
+  }
+  return best;
 }
 
 bool isEnabled(PaletteEntryS const&, FormulaFieldC const& field) { return field.isEditable(); }

@@ -21,6 +21,8 @@ struct PaletteEntryS {
   wstring label;     ///< a few characters for a button that shows no picture: "√"
   wstring shortcut;  ///< what can be typed instead: "sqrt("; may be empty
   wstring toolTip;   ///< title and shortcut in one line
+  /// Everything by which people look for it: its names, those of other notations, its signs, what is typed.
+  std::vector<wstring> keywords;
   /// What it inserts, in tree notation without a caret, from which hosts draw a small picture.
   wstring picture;
 };
@@ -34,6 +36,15 @@ struct PaletteGroupS {
 /// registration, then the Greek letters. Each picture is made by an insertion, so call this once and keep the
 /// result.
 std::vector<PaletteGroupS> makePalette(math::ved::ViewZNT4C const& view);
+
+/// How well an entry answers a search.
+enum SearchMatchE {
+  SEARCH_MATCH_NONE,
+  SEARCH_MATCH_PART,   ///< a part of the title or the beginning of a keyword, in large or small letters
+  SEARCH_MATCH_WHOLE,  ///< a whole keyword or title in other letters
+  SEARCH_MATCH_EXACT   ///< the same with large and small letters told apart: "Gamma"
+};
+SearchMatchE matchSearch(PaletteEntryS const& entry, wstring const& wanted);
 
 /// Whether the entry could be inserted now.
 bool isEnabled(PaletteEntryS const& entry, FormulaFieldC const& field);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "zolt/common/signs.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
@@ -46,7 +47,10 @@ class ReaderC {
     for (unsigned int i = 0; i < text.sizeText(); ++i) {
       wstring const sign(1, text.crefText()[i]);
       auto const op = operators_.lookupText(sign);
-      out_.text += op && op->crefWords().spoken.size() == 1 ? op->crefWords().spoken[0] : sign;
+      out_.text += op && op->crefWords().spoken.size() == 1           ? op->crefWords().spoken[0]
+                   : sign[0] == math::common::prime_sign              ? wstring(u" prime")
+                   : sign == u"_" && i > 0 && i + 1 < text.sizeText() ? wstring(u" sub ")
+                                                                      : sign;
       mark(text, i + 1);
     }
   }

@@ -42,6 +42,7 @@ constexpr NotationS notations[] = {
     {u":>", FORM_INFIX, 2, {u" :> ", u":> →"}, RULE_ASSIGNMENT, RULE_OR, RULE_OR, store_sign},
     {bracket_name, FORM_BRACKETS, 1, {}},
     {pi_name, FORM_CONSTANT, 0, {u"pi", u"pi Pi"}, RULE_ATOM, RULE_ATOM, RULE_ATOM, pi_sign},
+    {u"∞", FORM_CONSTANT, 0, {u"∞", u"∞ infinity infty inf oo"}},
     {u"sqrt", FORM_FUNCTION, 1, {u"sqrt", u"sqrt √"}},
     {u"nthroot", FORM_FUNCTION, 2, {u"nthroot", u"nthroot root cbrt:3 ∛:3 ∜:4"}},
     {u"abs", FORM_FUNCTION, 1, {u"abs", u"abs", u"||"}},
@@ -79,6 +80,9 @@ constexpr LetterS greek_letters[] = {
     {u"chi", u"χ"},    {u"psi", u"ψ"},    {u"omega", u"ω"}, {u"Gamma", u"Γ"},   {u"Delta", u"Δ"},
     {u"Theta", u"Θ"},  {u"Lambda", u"Λ"}, {u"Xi", u"Ξ"},    {u"Sigma", u"Σ"},   {u"Upsilon", u"Υ"},
     {u"Phi", u"Φ"},    {u"Psi", u"Ψ"},    {u"Omega", u"Ω"}};
+
+/// What a name's parts end with: the underscore before an index, primes.
+constexpr char16_t name_joints[] = {u'_', prime_sign, u'\0'};
 
 template <class TableT, class TestT>
 auto find(TableT const& table, TestT test) {
@@ -171,9 +175,27 @@ NotationS const* findBrackets(char16_t sign) {
   });
 }
 
-std::u16string_view findGreekLetter(std::u16string_view name) {
-  LetterS const* const found = find(greek_letters, [&](LetterS const& entry) { return entry.name == name; });
-  return found ? found->letter : std::u16string_view();
+std::u16string toLetters(std::u16string_view name) {
+  std::u16string meant;
+  std::size_t begin = 0;
+  for (std::size_t end = 0; begin <= name.size(); begin = end + 1) {
+    end = std::min(name.find_first_of(name_joints, begin), name.size());
+    std::u16string_view const part = name.substr(begin, end - begin);
+    LetterS const* letter = find(greek_letters, [&](LetterS const& entry) { return entry.name == part; });
+    // A constant has no other parts.
+    ReadingS const* const reading = part.size() < name.size() && !part.empty() ? findReading(part) : nullptr;
+    if (letter) {
+      meant += letter->letter;
+    } else if (reading && reading->notation->name == pi_name) {
+      meant += greek_pi;
+    } else if (reading && begin > 0 && reading->notation->form == FORM_CONSTANT) {
+      meant += reading->notation->plain.written;
+    } else {
+      meant += part;
+    }
+    if (end < name.size()) meant += name[end];
+  }
+  return meant;
 }
 
 }  // namespace zolt::exchange::detail

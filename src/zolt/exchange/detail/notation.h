@@ -70,10 +70,13 @@ bool isFunction(std::u16string_view text);
 /// The function to whose brackets `sign` belongs; null when there is none.
 NotationS const* findBrackets(char16_t sign);
 
-/// The Greek letter for its English name, such as "alpha" or "Omega"; empty for any other name.
-std::u16string_view findGreekLetter(std::u16string_view name);
+/// The name that a written name means: the Greek letter for "alpha" or "Omega", also as the part before or
+/// after an underscore, "θ_max" for "theta_max".
+std::u16string toLetters(std::u16string_view name);
 
 constexpr std::u16string_view bracket_name = u"_quietpos";
 constexpr std::u16string_view pi_name = u"_PI";
+/// The letter, which is only a part of names; alone it is the constant.
+constexpr char16_t greek_pi = u'\u03C0';
 
 }  // namespace zolt::exchange::detail

@@ -13,7 +13,7 @@ using namespace math::common;
 
 namespace {
 
-constexpr char16_t quote = u'"';
+constexpr char16_t quote = u'"', factorial = u'!';
 constexpr std::u16string_view opening_brackets = u"([{";
 constexpr std::u16string_view closing_brackets = u")]}";
 
@@ -29,8 +29,8 @@ constexpr RangeS name_ranges[] = {
     {u'\u00B5', u'\u00B5'}, {u'\u00C0', u'\u00D6'}, {u'\u00D8', u'\u00F6'}, {u'\u00F8', u'\u02B2'},
     {u'\u02B4', u'\u03BF'}, {u'\u03C1', u'\u095F'}, {u'\u0961', u'\u167F'}, {u'\u1681', u'\u1FFF'},
     {u'\u2080', u'\u2089'}, {u'\u2090', u'\u209C'}, {u'\u20D0', u'\u20FF'}, {u'\u2100', u'\u214F'},
-    {u'\u221E', u'\u221E'}, {u'\u2C00', u'\u2DFF'}, {u'\u2E80', u'\u2FFF'}, {u'\u3040', u'\uFDFF'},
-    {u'\uFE00', u'\uFE0F'}, {u'\uFE70', u'\uFEFE'}, {u'\uFF66', u'\uFFDC'}};
+    {u'\u2C00', u'\u2DFF'}, {u'\u2E80', u'\u2FFF'}, {u'\u3040', u'\uFDFF'}, {u'\uFE00', u'\uFE0F'},
+    {u'\uFE70', u'\uFEFE'}, {u'\uFF66', u'\uFFDC'}};
 
 bool isNameCharacter(char16_t c) {
   if (c >= 0xD800 && c <= 0xDFFF) return true;
@@ -40,10 +40,27 @@ bool isNameCharacter(char16_t c) {
   return false;
 }
 
+/// Signs that are names by themselves, and parts of a name next to its underscore.
+bool isPartOfName(char16_t c) { return c == greek_pi || c == common::infinity_sign; }
+
+/// A name is letters and digits, then primes, and the same again after each underscore.
 std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
   std::size_t end = begin;
-  while (end < text.size() && (isNameCharacter(text[end]) || (end > begin && common::isDigit(text[end]))))
-    ++end;
+  bool partEnded = false;
+  for (; end < text.size(); ++end) {
+    char16_t const c = text[end];
+    if (end > begin && common::countPrimes(c) > 0) {
+      partEnded = true;
+    } else if (isPartOfName(c)) {
+      bool const startsIndexed = end == begin && end + 1 < text.size() && text[end + 1] == u'_';
+      if (!startsIndexed && (end < begin + 2 || text[end - 1] != u'_')) break;
+      partEnded = true;
+    } else if (c == u'_') {
+      partEnded = false;
+    } else if (partEnded || !(isNameCharacter(c) || (end > begin && common::isDigit(c)))) {
+      break;
+    }
+  }
   return end;
 }
 
@@ -62,7 +79,10 @@ char16_t lowered(char16_t c) {
 }  // namespace
 
 bool isBareName(std::u16string_view name) {
-  return !name.empty() && !common::isDigit(name[0]) && findNameEnd(name, 0) == name.size();
+  bool const isRead = !name.empty() && !common::isDigit(name[0]) && findNameEnd(name, 0) == name.size();
+  return isRead && std::all_of(name.begin(), name.end(), [](char16_t c) {
+           return c == common::prime_sign || common::countPrimes(c) == 0;
+         });
 }
 
 PlainLexerC::PlainLexerC(std::u16string_view text) : text_(text) { readNextToken(); }
@@ -87,7 +107,7 @@ void PlainLexerC::setOperator(ReadingS const& reading) {
     case FORM_POSTFIX:
       return set(PLAIN_TOKEN_POSTFIX, notation.name);
     case FORM_CONSTANT:
-      return set(PLAIN_TOKEN_PI);
+      return set(PLAIN_TOKEN_CONSTANT, notation.name);
     default:
       return set(PLAIN_TOKEN_ROOT, reading.addedArgument);
   }
@@ -113,7 +133,7 @@ void PlainLexerC::readNextToken() {
     set(PLAIN_TOKEN_END);
   } else if (common::isDigit(c) || (c == u'.' && common::isDigit(peek(1)))) {
     readNumber();
-  } else if (isNameCharacter(c)) {
+  } else if (findNameEnd(text_, position_) > position_) {
     readName();
   } else if (c == quote) {
     readQuotedName();
@@ -131,12 +151,18 @@ void PlainLexerC::readSign(char16_t c) {
   if (closing_brackets.find(c) != closing_brackets.npos) return setBracket(PLAIN_TOKEN_CLOSE, c);
   std::size_t const opening = opening_brackets.find(c);
   if (opening != opening_brackets.npos) return setBracket(PLAIN_TOKEN_OPEN, closing_brackets[opening]);
-  if (ReadingS const* const reading = findReading(text_.substr(token_.begin, 2))) {
+  bool const isRightAfter = token_.end == token_.begin;
+  bool const isCounted = token_.type == PLAIN_TOKEN_NUMBER ||
+                         (token_.type == PLAIN_TOKEN_POSTFIX && text_[token_.end - 1] == factorial);
+  ReadingS const* const reading = findReading(text_.substr(token_.begin, 2));
+  // "5!=120" is an equation.
+  bool const isFactorial = c == factorial && isRightAfter && isCounted;
+  if (reading && !isFactorial) {
     position_ = std::min(token_.begin + 2, text_.size());
     return setOperator(*reading);
   }
   char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);
-  if (ReadingS const* const reading = findReading({&sign, 1})) return setOperator(*reading);
+  if (ReadingS const* const single = findReading({&sign, 1})) return setOperator(*single);
   NotationS const* const function = findBrackets(c);
   if (!function) return setError(READ_ERROR_BAD_CHARACTER);
   std::u16string_view const brackets = function->plain.brackets;
@@ -157,8 +183,12 @@ void PlainLexerC::readName() {
   position_ = findNameEnd(text_, position_);
   std::u16string_view const name = text_.substr(token_.begin, position_ - token_.begin);
   ReadingS const* const reading = findReading(name);
-  if (!reading || reading->notation->form == FORM_FUNCTION) return set(PLAIN_TOKEN_NAME, name);
-  setOperator(*reading);
+  if (reading && reading->notation->form != FORM_FUNCTION) return setOperator(*reading);
+  set(PLAIN_TOKEN_NAME);
+  for (char16_t const c : name) {
+    unsigned const primes = common::countPrimes(c);
+    token_.text.append(std::max(primes, 1u), primes > 0 ? common::prime_sign : c);
+  }
 }
 
 void PlainLexerC::readQuotedName() {

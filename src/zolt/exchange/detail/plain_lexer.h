@@ -13,10 +13,10 @@ enum PlainTokenE {
   PLAIN_TOKEN_NUMBER,
   PLAIN_TOKEN_NAME,  ///< a name without quotes that is not a word of the notation
   PLAIN_TOKEN_QUOTED_NAME,
-  PLAIN_TOKEN_PI,
-  PLAIN_TOKEN_ROOT,  ///< text: the index, empty for a square root
-  PLAIN_TOKEN_OPEN,  ///< text: the function of such brackets, empty when they only group
-  PLAIN_TOKEN_BAR,   ///< text: the function of bars
+  PLAIN_TOKEN_CONSTANT,  ///< text: the name of the constant
+  PLAIN_TOKEN_ROOT,      ///< text: the index, empty for a square root
+  PLAIN_TOKEN_OPEN,      ///< text: the function of such brackets, empty when they only group
+  PLAIN_TOKEN_BAR,       ///< text: the function of bars
   // These do not.
   PLAIN_TOKEN_END,
   PLAIN_TOKEN_INFIX,
@@ -69,7 +69,7 @@ class PlainLexerC {
   PlainTokenS token_;
 };
 
-/// Whether the characters of `name` allow it to be written without quotes.
+/// Whether the characters of `name` allow it to be written without quotes; primes are then written as "'".
 bool isBareName(std::u16string_view name);
 
 }  // namespace zolt::exchange::detail

@@ -43,8 +43,8 @@ PlainParserC::NextE PlainParserC::readOperand() {
       return readName();
     case PLAIN_TOKEN_QUOTED_NAME:
       return readQuotedName();
-    case PLAIN_TOKEN_PI:
-      return takeToken(makeNamed(wstring(pi_name)));
+    case PLAIN_TOKEN_CONSTANT:
+      return takeToken(makeNamed(token().text));
     case PLAIN_TOKEN_OPEN:
       return beginGroup(token().bracket);
     case PLAIN_TOKEN_BAR:
@@ -93,8 +93,7 @@ PlainParserC::NextE PlainParserC::readName() {
   }
   // After a blank, brackets are a factor: "a (b+c)".
   if (opensCall() && token().begin == frame.end) return beginBracket(std::move(frame));
-  std::u16string_view const letter = findGreekLetter(frame.name);
-  return keep(makeNamed(letter.empty() ? frame.name : wstring(letter)));
+  return keep(makeNamed(toLetters(frame.name)));
 }
 
 PlainParserC::NextE PlainParserC::readQuotedName() {

@@ -70,10 +70,11 @@ void PlainWriterC::writeLeaf(NodeABC const& node, RuleE rule) {
     open(rule == RULE_BRACKETS || (negative && (rule > RULE_SIGN || !signFits())));
     if (negative) output_ += u'-';
     output_.append(name, negative ? 1 : 0, wstring::npos);
-  } else if (name == pi_name) {
-    output_ += findNotation(name)->plain.written;
-  } else if (isBareName(name) && findGreekLetter(name).empty() && (!isReserved(name) || name == u"error")) {
-    output_ += name;
+  } else if (NotationS const* const constant = findNotation(name);
+             constant && constant->form == FORM_CONSTANT) {
+    output_ += constant->plain.written;
+  } else if (isBareName(name) && toLetters(name) == name && (!isReserved(name) || name == u"error")) {
+    writeBare(name);
   } else {
     writeQuoted(name);
   }
@@ -148,7 +149,7 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
   } else if (isBareName(name) && !isReserved(name)) {
-    output_ += name;
+    writeBare(name);
   } else {
     writeQuoted(name);
   }
@@ -157,6 +158,10 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
     later(node.child(i), RULE_ASSIGNMENT);
     if (i > 0) later(u",");
   }
+}
+
+void PlainWriterC::writeBare(wstring const& name) {
+  for (char16_t const c : name) output_ += c == common::prime_sign ? u'\'' : c;
 }
 
 void PlainWriterC::writeQuoted(wstring const& name) {

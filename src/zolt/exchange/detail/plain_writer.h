@@ -32,6 +32,7 @@ class PlainWriterC {
   void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writeBrackets(math::algexpr::NodeABC const& operand);
   void writeCall(math::algexpr::ParentNodeABC const& node);
+  void writeBare(wstring const& name);
   void writeQuoted(wstring const& name);
 
   /// Writes "(" and plans the ")" when brackets are `needed`.

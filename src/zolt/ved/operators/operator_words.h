@@ -23,6 +23,7 @@ struct OperatorWordsS {
   wstring title;     ///< what it is, in small letters: "square root"
   wstring label;     ///< a few characters for a button that shows no picture; empty: the operator's text
   wstring shortcut;  ///< what is typed for it; empty: its name, with "(" when arguments go between brackets
+  std::vector<wstring> aliases;  ///< further names by which people look for it: "leq", "cdot"
 
   // While typing. Where several operators claim the same text, the last registered one gets it.
   std::vector<NameS> names;       ///< besides the operator's own name
