@@ -28,7 +28,7 @@ function(zolt_limit_exports target)
 endfunction()
 
 # zolt_add_library(<name> [CORE] SOURCES … PUBLIC_HEADERS … [PRIVATE_HEADERS …] [DEPENDS …] [PRIVATE_DEPENDS …]
-#                  [PKG_CONFIG <module> …] [PACKAGES <find_package arguments> …] [BASE_DIR <folder>])
+#                  [PKG_CONFIG <module> …] [PACKAGES <find_package arguments> …] [BASE_DIR <folder>] [PRECOMPILE <kind>])
 #
 # Defines the library zolt_<name> with the alias zolt::<name>, the component <name> of the installed package and the
 # pkg-config module zolt-<name>. Files are named relative to the calling folder; public headers are included by their
@@ -46,7 +46,7 @@ endfunction()
 # Both kinds of outside library are searched here and, for whoever uses the installed package, there.
 function(zolt_add_library name)
   cmake_parse_arguments(
-    arg "CORE" "BASE_DIR"
+    arg "CORE" "BASE_DIR;PRECOMPILE"
     "SOURCES;PUBLIC_HEADERS;PRIVATE_HEADERS;DEPENDS;PRIVATE_DEPENDS;PKG_CONFIG;PACKAGES" ${ARGN})
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zolt_add_library(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
@@ -94,6 +94,10 @@ function(zolt_add_library name)
       ${target} PROPERTIES CXX_EXTENSIONS OFF VERSION ${PROJECT_VERSION}
                            SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
     zolt_limit_exports(${target})
+    if(NOT arg_PRECOMPILE)
+      set(arg_PRECOMPILE CORE)
+    endif()
+    zolt_precompile(${target} ${arg_PRECOMPILE})
     if(arg_CORE AND ZOLT_BARE_CORE)
       # A class compiled without type information cannot be derived from where there is any, so RTTI is off for whoever
       # uses the library, too. By default the core has both, for that reason.

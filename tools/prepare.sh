@@ -2,6 +2,26 @@
 # shellcheck shell=bash
 
 say() { printf '%s\n' "$*" >&2; }
+# stage <text>: says what begins now, the how-manieth of the $stages stages it is and how long the script has been running.
+stages=1 stage=0
+stage() {
+  stage=$((stage + 1))
+  say "[stage $stage of $stages, $(clock "$SECONDS")] $*"
+}
+clock() { printf '%d:%02d' "$(($1 / 60))" "$(($1 % 60))"; }
+# patiently <what> <command> …: runs a command that says nothing, and says every 20 seconds that it goes on, even if the
+# command's messages go elsewhere.
+exec 3>&2
+patiently() {
+  local what=$1 began=$SECONDS beeper status=0
+  shift
+  (while sleep 20 >/dev/null 2>&1 3>&-; do say "  $what, $(clock $((SECONDS - began)))" 2>&3; done) &
+  beeper=$!
+  "$@" || status=$?
+  kill "$beeper" 2>/dev/null
+  wait "$beeper" 2>/dev/null || true
+  return "$status"
+}
 die() {
   say "$(basename "$0"): $*"
   exit 1
@@ -15,6 +35,7 @@ packages_for() {
     tool) echo "$tool" ;;
     desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
     test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
+    reference) echo 'doxygen=doxygen' ;;
     clang) echo 'clang++=clang' ;;
     arm32) echo 'arm-linux-gnueabihf-g++=g++-arm-linux-gnueabihf qemu-arm=qemu-user googletest' ;;
     wasm-test) echo 'em++=emscripten node=nodejs googletest' ;;
@@ -53,36 +74,59 @@ install_packages() {
     command -v sudo >/dev/null 2>&1 || die "missing, and installing them takes root: $*"
     apt=(sudo "${apt[@]}")
   fi
-  say "Installing: $*"
+  say "Installing, which takes some minutes: $*"
   mkdir -p build
-  if ! "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >"$log" 2>&1; then
+  if ! patiently "still installing" "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >"$log" 2>&1; then
     # The package lists may be old or missing.
-    "${apt[@]}" update </dev/null >>"$log" 2>&1 || true
-    "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >>"$log" 2>&1 || {
+    patiently "reading package lists" "${apt[@]}" update </dev/null >>"$log" 2>&1 || true
+    patiently "still installing" "${apt[@]}" install -y --no-install-recommends "$@" </dev/null >>"$log" 2>&1 || {
       tail -n 15 "$log" >&2
       die "could not install: $* (see $log)"
     }
   fi
 }
 
-# build <preset> [target …]: configures if necessary and builds; silent when there is nothing to do.
+# Turns what ninja prints into a line every 10 seconds, and all that is not progress.
+show_progress() {
+  local line next=$((SECONDS + 10))
+  while IFS= read -r line; do
+    if [[ $line =~ ^@([0-9]+)/([0-9]+)/([^/]*)@ ]]; then
+      [ "$SECONDS" -ge "$next" ] || continue
+      next=$((SECONDS + 10))
+      line="  step ${BASH_REMATCH[1]} of ${BASH_REMATCH[2]}, ${BASH_REMATCH[3]}"
+    fi
+    say "$line"
+  done
+}
+
+# build <preset> [target …]: configures if necessary and builds; says so, and nothing when all is built.
 build() {
-  local preset=$1 folder=build/$1 quiet=()
+  local preset=$1 folder=build/$1 options=() steps
   shift
   mkdir -p build
   if command -v ccache >/dev/null 2>&1; then
     export CMAKE_CXX_COMPILER_LAUNCHER=ccache
+    # It would not keep what is compiled with precompiled headers.
+    [[ $(ccache --get-config sloppiness) == *pch_defines* ]] || export CCACHE_SLOPPINESS=pch_defines,time_macros
   fi
+  case $preset in dev | asan) options=(-DZOLT_PRECOMPILE=ON) ;; esac
   if [ ! -f "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/build.ninja" ]; then
-    say "Configuring $folder"
-    cmake --preset "$preset" >"$folder.log" 2>&1 </dev/null || {
+    say "  configuring $folder"
+    patiently "still configuring" cmake --preset "$preset" ${options[@]+"${options[@]}"} >"$folder.log" 2>&1 </dev/null || {
       cat "$folder.log" >&2
       die "could not configure $folder"
     }
   fi
-  [ -t 2 ] || quiet=(--quiet)
-  if [[ $(ninja -C "$folder" -n "$@" 2>&1) != *'no work to do'* ]]; then
-    say "Building $folder"
-    ninja -C "$folder" ${quiet[@]+"${quiet[@]}"} "$@" >&2 </dev/null || die "could not build $folder"
+  steps=$(ninja -C "$folder" -n "$@" 2>/dev/null | tail -n 1)
+  [[ $steps == *'no work to do'* ]] && return
+  if [[ $steps =~ ^\[[0-9]+/([0-9]+)\] ]]; then
+    # A step takes about two thirds of a second where nothing is kept of an earlier build.
+    steps="${BASH_REMATCH[1]} steps, up to about $(clock $((BASH_REMATCH[1] * 2 / 3 / $(nproc)))) minutes"
   fi
+  say "  building $folder: $steps"
+  if [ -t 2 ]; then
+    NINJA_STATUS='[%f/%t, %es] ' ninja -C "$folder" "$@" >&2 </dev/null
+  else
+    NINJA_STATUS='@%f/%t/%es@ ' ninja -C "$folder" "$@" 2>&1 </dev/null | show_progress
+  fi || die "could not build $folder"
 }
