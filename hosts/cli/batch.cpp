@@ -21,15 +21,29 @@ BatchC::BatchC(InputS const& input, unsigned long progressStep, StandardOutputC&
       progressStep_(progressStep),
       // Results that appear on the terminal show the progress themselves.
       showsProgress_(!source_.areArguments() && isatty(STDERR_FILENO) != 0 && isatty(STDOUT_FILENO) == 0) {
-  source_.onWait([this] { output_.flush(); });
+  source_.onWait([this] {
+    if (settle_) settle_();
+    output_.flush();
+  });
 }
 
 bool BatchC::next() {
-  if (!output_.isGood() || !source_.next(line_)) return false;
+  if (!output_.isGood()) return false;
+  if (!ahead_.empty()) {
+    line_ = std::move(ahead_.front());
+    ahead_.pop_front();
+  } else if (!source_.next(line_)) {
+    return false;
+  }
   if (line_.number % progressStep_ == 0) showProgress();
   // An empty argument is a mistake; an empty line only separates others.
   hasText_ = (source_.areArguments() || !isBlank(line_.bytes)) && decode();
   return true;
+}
+
+unsigned long BatchC::countAhead() {
+  for (LineS line; source_.next(line);) ahead_.push_back(line);
+  return ahead_.empty() ? 0 : ahead_.back().number;
 }
 
 bool BatchC::decode() {
@@ -47,15 +61,16 @@ bool BatchC::decode() {
   } else {
     return true;
   }
+  if (settle_) settle_();
   report(fault);
   return false;
 }
 
-void BatchC::report(FaultS const& fault) {
+void BatchC::report(std::string const& place, oss::wstring const& text, FaultS const& fault) {
   ++faults_;
   clearProgress();
   output_.flush();
-  printFault(line_.place, text_, fault);
+  printFault(place, text, fault);
 }
 
 void BatchC::report(std::string const& message) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <deque>
+#include <functional>
+
 #include "hosts/cli/exit_status.h"
 #include "hosts/cli/line_source.h"
 #include "hosts/cli/message.h"
@@ -16,6 +19,12 @@ class BatchC {
   /// waited for, and the batch ends when it fails.
   BatchC(InputS const& input, unsigned long progressStep, StandardOutputC& output);
 
+  /// Has `settle` called before anything is reported here and whenever the input has to be waited for, so
+  /// that work on earlier texts can be finished first.
+  void onSettle(std::function<void()> settle) { settle_ = std::move(settle); }
+
+  /// Reads the input to its end, which then is in memory, and returns how many lines or arguments it has.
+  unsigned long countAhead();
   /// Moves to the next line or argument. Returns false at the end.
   bool next();
   /// Whether there is something to work on. A blank line has nothing; neither has one that is not UTF-8,
@@ -24,11 +33,15 @@ class BatchC {
   oss::wstring const& getText() const { return text_; }
   /// Counts from 1, blank and wrong lines included.
   unsigned long getNumber() const { return line_.number; }
+  /// Where the text comes from, for messages; empty for an argument.
+  std::string const& getPlace() const { return line_.place; }
   /// Whether another line follows.
-  bool hasNext() { return source_.hasNext(); }
+  bool hasNext() { return !ahead_.empty() || source_.hasNext(); }
 
   /// Reports what is wrong with the current text.
-  void report(FaultS const& fault);
+  void report(FaultS const& fault) { report(line_.place, text_, fault); }
+  /// Reports what is wrong with an earlier one.
+  void report(std::string const& place, oss::wstring const& text, FaultS const& fault);
   /// Reports any other failure.
   void report(std::string const& message);
 
@@ -42,6 +55,8 @@ class BatchC {
 
   StandardOutputC& output_;
   LineSourceC source_;
+  std::function<void()> settle_;
+  std::deque<LineS> ahead_;  // read by countAhead
   LineS line_;
   oss::wstring text_;
   bool hasText_ = false;

@@ -1,11 +1,11 @@
 #include "hosts/cli/command_completion.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "hosts/cli/command_line.h"
 #include "hosts/cli/options.h"
 #include "hosts/cli/standard_output.h"
 
@@ -13,28 +13,15 @@ namespace zolt::cli {
 
 namespace {
 
-enum ShellE { SHELL_NONE, SHELL_BASH, SHELL_ZSH };
+enum ShellE { SHELL_NONE, SHELL_BASH, SHELL_FISH, SHELL_ZSH };
 
-constexpr char footer[] = R"(Examples:
+constexpr char footer[] = R"(An installed ved has brought these scripts with it.
+
+Examples:
   . <(ved completion bash)                                for the running shell
   ved completion bash > ~/.local/share/bash-completion/completions/ved
+  ved completion fish > ~/.config/fish/completions/ved.fish
   ved completion zsh > "${fpath[1]}/_ved")";
-
-/// An option or argument as a shell sees it.
-struct WordS {
-  std::vector<std::string> names;  ///< with their dashes; none for an argument
-  std::string help;
-  bool takesValue = false;
-  bool isFile = false;
-  bool isFolder = false;
-  std::vector<std::string> choices;
-};
-
-struct CommandS {
-  std::string name;
-  std::string help;
-  std::vector<WordS> words;
-};
 
 std::string joinWords(std::vector<std::string> const& words, char const* separator = " ") {
   std::string joined;
@@ -42,25 +29,8 @@ std::string joinWords(std::vector<std::string> const& words, char const* separat
   return joined;
 }
 
-/// A type name says what a value can be: see `addChoice` and `addPath`.
-WordS describe(CLI::Option const& option) {
-  WordS word;
-  for (std::string const& name : option.get_snames()) word.names.push_back('-' + name);
-  for (std::string const& name : option.get_lnames()) word.names.push_back("--" + name);
-  word.help = option.get_description();
-  word.takesValue = option.get_items_expected_max() > 0;
-  std::string const type = getValueName(option);
-  word.isFile = type == "FILE";
-  word.isFolder = type == "DIR";
-  if (type.find('|') != std::string::npos) word.choices = CLI::detail::split(type, '|');
-  return word;
-}
-
-CommandS describe(CLI::App const& command) {
-  CommandS description{command.get_name(), command.get_description(), {}};
-  for (CLI::Option const* option : command.get_options()) description.words.push_back(describe(*option));
-  return description;
-}
+bool isFile(WordS const& word) { return word.value == "FILE"; }
+bool isFolder(WordS const& word) { return word.value == "DIR"; }
 
 std::vector<std::string> collectNames(CommandS const& command) {
   std::vector<std::string> names;
@@ -71,8 +41,8 @@ std::vector<std::string> collectNames(CommandS const& command) {
 // ---- bash -------------------------------------------------------------------------------------------------
 
 std::string writeBashReply(WordS const& word) {
-  if (word.isFile) return "mapfile -t COMPREPLY < <(compgen -f -- \"$current\")";
-  if (word.isFolder) return "mapfile -t COMPREPLY < <(compgen -d -- \"$current\")";
+  if (isFile(word)) return "mapfile -t COMPREPLY < <(compgen -f -- \"$current\")";
+  if (isFolder(word)) return "mapfile -t COMPREPLY < <(compgen -d -- \"$current\")";
   return "mapfile -t COMPREPLY < <(compgen -W '" + joinWords(word.choices) + "' -- \"$current\")";
 }
 
@@ -87,8 +57,8 @@ std::string writeBash(std::vector<CommandS> const& commands, CommandS const& pro
     for (WordS const& word : command.words) {
       if (word.names.empty()) {
         offered.insert(offered.end(), word.choices.begin(), word.choices.end());
-        if (word.isFolder) values += "    " + command.name + ":[!-]*) folders=yes ;;\n";
-      } else if (word.takesValue) {
+        if (isFolder(word)) values += "    " + command.name + ":[!-]*) folders=yes ;;\n";
+      } else if (!word.value.empty()) {
         std::vector<std::string> patterns;
         for (std::string const& name : word.names) patterns.push_back(command.name + ':' + name);
         values += "    " + joinWords(patterns, "|") + ") " + writeBashReply(word) + "; return ;;\n";
@@ -136,8 +106,8 @@ std::string escapeZsh(std::string const& text) {
 }
 
 std::string writeZshValue(WordS const& word) {
-  if (word.isFile) return ":file:_files";
-  if (word.isFolder) return ":folder:_files -/";
+  if (isFile(word)) return ":file:_files";
+  if (isFolder(word)) return ":folder:_files -/";
   if (!word.choices.empty()) return ":value:(" + joinWords(word.choices) + ')';
   return ":value: ";
 }
@@ -155,7 +125,7 @@ std::string writeZshArguments(CommandS const& command) {
     } else {
       out += word.names.front();
     }
-    out += "'[" + escapeZsh(word.help) + ']' + (word.takesValue ? writeZshValue(word) : std::string()) + '\'';
+    out += "'[" + escapeZsh(word.help) + ']' + (word.value.empty() ? word.value : writeZshValue(word)) + '\'';
   }
   return out;
 }
@@ -189,28 +159,67 @@ fi
 )";
 }
 
-ExitStatusE run(CLI::App const& program, ShellE shell) {
-  std::vector<CommandS> commands;
-  for (CLI::App const* command : program.get_subcommands([](CLI::App const*) { return true; }))
-    commands.push_back(describe(*command));
+// ---- fish -------------------------------------------------------------------------------------------------
+
+std::string quoteFish(std::string const& text) {
+  std::string out = "'";
+  for (char const c : text) {
+    if (c == '\'' || c == '\\') out += '\\';
+    out += c;
+  }
+  return out + '\'';
+}
+
+std::string writeFishWord(WordS const& word, std::string const& condition) {
+  std::string out = "complete -c ved -n " + quoteFish(condition);
+  for (std::string const& name : word.names)
+    out += name[1] == '-' ? " -l " + name.substr(2) : " -s " + name.substr(1);
+  if (isFile(word)) {
+    out += " -F";
+  } else if (isFolder(word)) {
+    out += " -a '(__fish_complete_directories)'";
+  } else if (!word.choices.empty()) {
+    out += " -a " + quoteFish(joinWords(word.choices));
+  }
+  if (!word.names.empty() && !word.value.empty()) out += word.choices.empty() ? " -r" : " -x";
+  return out + " -d " + quoteFish(word.help) + '\n';
+}
+
+std::string writeFish(ProgramS const& described) {
+  std::string out = "# Completion of ved for fish: ved completion fish | source\ncomplete -c ved -f\n";
+  for (WordS const& word : described.program.words) out += writeFishWord(word, "__fish_use_subcommand");
+  for (CommandS const& command : described.commands) {
+    out += "complete -c ved -n __fish_use_subcommand -a " + command.name + " -d " + quoteFish(command.help) +
+           '\n';
+    for (WordS const& word : command.words) {
+      // An argument that can be anything has nothing to complete.
+      bool const isFree = word.names.empty() && word.choices.empty() && !isFile(word) && !isFolder(word);
+      if (!isFree) out += writeFishWord(word, "__fish_seen_subcommand_from " + command.name);
+    }
+  }
+  return out;
+}
+
+ExitStatusE run(ProgramS const& described, ShellE shell) {
   StandardOutputC output;
-  CommandS const root = describe(program);
-  output.write(shell == SHELL_BASH ? writeBash(commands, root) : writeZsh(commands, root));
+  output.write(shell == SHELL_BASH   ? writeBash(described.commands, described.program)
+               : shell == SHELL_FISH ? writeFish(described)
+                                     : writeZsh(described.commands, described.program));
   return output.finish() ? EXIT_STATUS_OK : EXIT_STATUS_FAILED;
 }
 
 }  // namespace
 
 void addCompletionCommand(CLI::App& program, ActionT& action) {
-  CLI::App* const command =
-      program.add_subcommand("completion", "Print a script that completes words in a shell");
+  CLI::App& command =
+      addCommand(program, "completion", "Print a script that completes words in a shell", footer);
   auto const shell = std::make_shared<ShellE>(SHELL_NONE);
-  addChoice<ShellE>(*command, "SHELL", *shell, {{"bash", SHELL_BASH}, {"zsh", SHELL_ZSH}},
-                    "Shell that the script is for")
-      ->required();
-  command->footer(footer);
-  command->callback(
-      [&program, shell, &action] { action = [&program, shell] { return run(program, *shell); }; });
+  require(addChoice<ShellE>(command, "SHELL", *shell,
+                            {{"bash", SHELL_BASH}, {"fish", SHELL_FISH}, {"zsh", SHELL_ZSH}},
+                            "Shell that the script is for"));
+  onChosen(command, [&program, shell, &action] {
+    action = [&program, shell] { return run(describe(program), *shell); };
+  });
 }
 
 }  // namespace zolt::cli

@@ -9,7 +9,7 @@ class App;
 namespace zolt::cli {
 
 /// `ved completion`: a script that makes a shell complete the words of a `ved` command. It is made from the
-/// program's own description, so this command must be added last.
+/// program's own description.
 void addCompletionCommand(CLI::App& program, ActionT& action);
 
 }  // namespace zolt::cli

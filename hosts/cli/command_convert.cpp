@@ -123,10 +123,10 @@ ExitStatusE run(SettingsS const& settings) {
 }  // namespace
 
 void addConvertCommand(CLI::App& program, ActionT& action) {
-  CLI::App* const command = program.add_subcommand("convert", "Write expressions in another notation");
+  CLI::App& command = addCommand(program, "convert", "Write expressions in another notation", footer);
   auto const settings = std::make_shared<SettingsS>();
-  addInputOptions(*command, settings->input, settings->from);
-  addChoice<TargetE>(*command, "--to", settings->to,
+  addInputOptions(command, settings->input, settings->from);
+  addChoice<TargetE>(command, "--to", settings->to,
                      {{"plain", TO_PLAIN},
                       {"infix", TO_INFIX},
                       {"prefix", TO_PREFIX},
@@ -135,14 +135,12 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
                       {"layout", TO_LAYOUT},
                       {"drawing", TO_DRAWING}},
                      "Notation to write");
-  CLI::Option* const surface =
-      addChoice<SurfaceE>(*command, "--surface", settings->surface,
+  CLI::Option const& surface =
+      addChoice<SurfaceE>(command, "--surface", settings->surface,
                           {{"recording", SURFACE_RECORDING}, {"typeset", SURFACE_TYPESET}},
                           "Measures that a layout is made with: fixed ones or those of the real fonts");
-  command->footer(footer);
-  command->callback([settings, surface, &action] {
-    if (surface->count() > 0 && settings->to != TO_LAYOUT)
-      throw CLI::ValidationError("--surface", "it goes with --to layout only");
+  onChosen(command, [settings, &surface, &action] {
+    if (isGiven(surface) && settings->to != TO_LAYOUT) refuse("--surface", "it goes with --to layout only");
     action = [settings] { return run(*settings); };
   });
 }

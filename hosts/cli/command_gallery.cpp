@@ -165,14 +165,12 @@ ExitStatusE run(SettingsS const& settings) {
 }  // namespace
 
 void addGalleryCommand(CLI::App& program, ActionT& action) {
-  CLI::App* const command =
-      program.add_subcommand("gallery", "Draw everything that the standard operators can look like");
+  CLI::App& command =
+      addCommand(program, "gallery", "Draw everything that the standard operators can look like", footer);
   auto const settings = std::make_shared<SettingsS>();
-  addPath(*command, "FOLDER", settings->folder, "DIR", "Folder to write to; made when it is missing")
-      ->required();
-  addNumber(*command, "--scale", settings->scale, 0.05, 20, "Size of the sheet; 1 sets letters in 21 pixels");
-  command->footer(footer);
-  command->callback([settings, &action] { action = [settings] { return run(*settings); }; });
+  require(addPath(command, "FOLDER", settings->folder, "DIR", "Folder to write to; made when it is missing"));
+  addNumber(command, "--scale", settings->scale, 0.05, 20, "Size of the sheet; 1 sets letters in 21 pixels");
+  onChosen(command, [settings, &action] { action = [settings] { return run(*settings); }; });
 }
 
 }  // namespace zolt::cli

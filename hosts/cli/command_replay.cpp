@@ -34,6 +34,19 @@ struct SettingsS {
   SurfaceE surface = SURFACE_TYPESET;
 };
 
+/// Where the text begins that no quote ends; `end` when there is none.
+std::size_t findOpenQuote(oss::wstring const& text, std::size_t begin, std::size_t end) {
+  std::size_t open = end;
+  for (std::size_t i = begin; i < end; ++i) {
+    if (text[i] == u'\\' && open < end) {
+      ++i;
+    } else if (text[i] == u'"') {
+      open = open == end && i > begin && text[i - 1] == u' ' ? i : end;
+    }
+  }
+  return open;
+}
+
 /// Returns false, and prints the reason, when the file cannot be read or is not a script.
 bool readScript(std::string const& path, field::EventScriptT& script) {
   LineSourceC source({{}, path});
@@ -56,12 +69,14 @@ bool readScript(std::string const& path, field::EventScriptT& script) {
 
   unsigned long position = 0;
   if (script::readEventScript(text, script, position)) return true;
-  auto const behind = std::upper_bound(starts.begin(), starts.end(), position);
-  std::size_t const start = *(behind - 1);
+  auto const after = std::upper_bound(starts.begin(), starts.end(), position);
+  std::size_t const start = *(after - 1);
   std::size_t const end = std::min(text.find(u'\n', start), text.size());
   std::string const name = path == "-" ? "standard input" : path;
-  printFault(name + ':' + std::to_string(behind - starts.begin()), text.substr(start, end - start),
-             {"this is no step of a script", true, position - start, end - start});
+  std::size_t const quote = findOpenQuote(text, position, end);
+  FaultS fault{"this is no step of a script", true, position - start, end - start};
+  if (quote < end) fault = {"the quote after this text is missing", true, quote - start, end - start};
+  printFault(name + ':' + std::to_string(after - starts.begin()), text.substr(start, end - start), fault);
   return false;
 }
 
@@ -123,21 +138,21 @@ ExitStatusE run(SettingsS const& settings) {
 }  // namespace
 
 void addReplayCommand(CLI::App& program, ActionT& action) {
-  CLI::App* const command = program.add_subcommand("replay", "Play an event script on a formula field");
+  CLI::App& command = addCommand(program, "replay", "Play an event script on a formula field", footer);
   auto const settings = std::make_shared<SettingsS>();
-  addPath(*command, "SCRIPT", settings->script, "FILE", "The script; \"-\" for standard input")->required();
-  addPath(*command, "-o,--output", settings->output, "FILE",
+  require(addPath(command, "SCRIPT", settings->script, "FILE", "The script; \"-\" for standard input"));
+  addPath(command, "-o,--output", settings->output, "FILE",
           "Draw the formula at the end into this picture: .svg, .png or .pdf");
-  command->add_flag("--trace", settings->trace, "Write every step with the formula after it");
-  addChoice<SurfaceE>(*command, "--surface", settings->surface,
+  addFlag(command, "--trace", settings->trace, "Write every step with the formula after it");
+  addChoice<SurfaceE>(command, "--surface", settings->surface,
                       {{"typeset", SURFACE_TYPESET}, {"recording", SURFACE_RECORDING}},
                       "Measures that places of the pointer are in: those of the real fonts or fixed ones");
-  command->footer(footer);
-  command->callback([settings, &action] {
+  onChosen(command, [settings, &action] {
     surfaces::PictureFormatE format = surfaces::PICTURE_SVG;
-    if (!settings->output.empty() && !findPictureFormat(settings->output, format))
-      throw CLI::ValidationError("--output", "the extension of \"" + settings->output +
-                                                 "\" names no format; use .svg, .png or .pdf");
+    if (!settings->output.empty() && !findPictureFormat(settings->output, format)) {
+      refuse("--output",
+             "the extension of \"" + settings->output + "\" names no format; use .svg, .png or .pdf");
+    }
     action = [settings] { return run(*settings); };
   });
 }

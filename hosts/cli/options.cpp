@@ -1,6 +1,10 @@
 #include "hosts/cli/options.h"
 
+#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <sstream>
+
+#include "hosts/cli/nearest_word.h"
 
 namespace zolt::cli {
 
@@ -13,53 +17,80 @@ std::string unprotectWord(std::string word) {
   return word;
 }
 
-class HelpFormatterC final : public CLI::Formatter {
- public:
-  std::string make_option_opts(CLI::Option const* option) const override {
-    std::string const name = getValueName(*option);
-    return name.empty() ? name : ' ' + name;
-  }
-  std::string make_option_desc(CLI::Option const* option) const override {
-    std::string const initial = option->get_default_str();
-    return option->get_description() + (initial.empty() ? initial : " [" + initial + ']');
-  }
-};
+template <class T>
+std::string toText(T value) {
+  std::ostringstream text;
+  text << value;
+  return text.str();
+}
+
+template <class T>
+CLI::Option& addLimited(CLI::App& command, std::string const& name, T& value, T least, T most,
+                        std::string const& help) {
+  auto const take = [&value, name, least, most](T given) {
+    // The condition is negated so that NaN is refused, too.
+    if (!(given >= least && given <= most))
+      refuse(name, "the value is not between " + toText(least) + " and " + toText(most));
+    value = given;
+  };
+  CLI::Option* const option = command.add_option_function<T>(name, take, help);
+  return *option->type_name("N")->default_str(toText(value));
+}
 
 }  // namespace
 
-std::shared_ptr<CLI::FormatterBase> makeHelpFormatter() { return std::make_shared<HelpFormatterC>(); }
-
-std::string getValueName(CLI::Option const& option) {
-  // Limits of the value follow a colon.
-  std::string const name = option.get_type_name();
-  return name.substr(0, name.find(':'));
+CLI::App& addCommand(CLI::App& program, char const* name, char const* help, char const* footer) {
+  CLI::App* const command = program.add_subcommand(name, help);
+  command->footer(footer);
+  return *command;
 }
 
-std::string protectWord(std::string word) {
-  if (!word.empty() && (word.front() == '[' || word.front() == '{')) word.insert(0, 1, guard);
-  return word;
+void onChosen(CLI::App& command, std::function<void()> action) { command.callback(std::move(action)); }
+
+void refuse(std::string const& option, std::string const& message) {
+  throw CLI::ValidationError(option, message);
 }
 
-CLI::Option* addPath(CLI::App& command, std::string const& name, std::string& path, std::string const& type,
+bool isGiven(CLI::Option const& option) { return option.count() > 0; }
+
+CLI::Option& require(CLI::Option& option) { return *option.required(); }
+
+CLI::Option& addText(CLI::App& command, std::string const& name, std::string const& type,
+                     std::function<void(std::string const&)> take, std::string const& help) {
+  return *command.add_option_function<std::string>(name, take, help)->type_name(type);
+}
+
+CLI::Option& addFlag(CLI::App& command, std::string const& name, bool& isSet, std::string const& help) {
+  return *command.add_flag(name, isSet, help);
+}
+
+CLI::Option& addWord(CLI::App& command, std::string const& name, std::vector<std::string> const& words,
+                     std::size_t initial, std::function<void(std::size_t)> take, std::string const& help) {
+  std::string const type = CLI::detail::join(words, "|");
+  auto const choose = [take, words, name, type](std::string const& given) {
+    auto const found = std::find(words.begin(), words.end(), given);
+    if (found == words.end())
+      refuse(name, '"' + given + "\" is not one of " + type + suggest(findNearest(given, words)));
+    take(static_cast<std::size_t>(found - words.begin()));
+  };
+  CLI::Option& option = addText(command, name, type, choose, help);
+  return initial < words.size() ? *option.default_str(words[initial]) : option;
+}
+
+CLI::Option& addPath(CLI::App& command, std::string const& name, std::string& path, std::string const& type,
                      std::string const& help) {
   auto const take = [&path](std::string const& given) { path = unprotectWord(given); };
-  return command.add_option_function<std::string>(name, take, help)->type_name(type);
+  return *addText(command, name, type, take, help).default_str(path);
 }
 
-CLI::Option* addNumber(CLI::App& command, std::string const& name, double& value, double least, double most,
+CLI::Option& addNumber(CLI::App& command, std::string const& name, double& value, double least, double most,
                        std::string const& help) {
-  auto const take = [&value, name, least, most](double given) {
-    // The condition is negated so that NaN is refused, too.
-    if (!(given >= least && given <= most)) {
-      std::ostringstream range;
-      range << "the value is not between " << least << " and " << most;
-      throw CLI::ValidationError(name, range.str());
-    }
-    value = given;
-  };
-  std::ostringstream initial;
-  initial << value;
-  return command.add_option_function<double>(name, take, help)->type_name("N")->default_str(initial.str());
+  return addLimited(command, name, value, least, most, help);
+}
+
+CLI::Option& addCount(CLI::App& command, std::string const& name, unsigned& value, unsigned least,
+                      unsigned most, std::string const& help) {
+  return addLimited(command, name, value, least, most, help);
 }
 
 void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
@@ -70,13 +101,18 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
       "EXPR", take, "Expressions; none, or \"-\": one a line from standard input");
   expressions->type_name("");
   addPath(command, "-i,--input", input.file, "FILE", "Read expressions from a file, one a line")
-      ->excludes(expressions);
+      .excludes(expressions);
   addChoice<NotationE>(command, "--from", from,
                        {{"plain", NOTATION_PLAIN},
                         {"infix", NOTATION_INFIX},
                         {"prefix", NOTATION_PREFIX},
                         {"tree", NOTATION_TREE}},
                        "Notation of the expressions");
+}
+
+std::string protectWord(std::string word) {
+  if (!word.empty() && (word.front() == '[' || word.front() == '{')) word.insert(0, 1, guard);
+  return word;
 }
 
 }  // namespace zolt::cli

@@ -1,9 +1,11 @@
 #include "hosts/cli/picture.h"
 
 #include <algorithm>
+#include <cstdio>
 
 #include "hosts/cli/output_file.h"
 #include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/surfaces/typeset/font_size.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::cli {
@@ -38,6 +40,8 @@ void PictureC::drawFormula(FormulaC& formula) {
   tree.display(*graphics_, 0, 0, &tree);
   width_ = tree.getWidth();
   height_ = tree.getHeight();
+  auto const& size = surfaces::getFontSize(0);
+  options_.baseline = double(tree.getMidHeight()) - double(size.midHeight) + size.baseline;
   FaultS ignored;
   auto const expression = formula.getExpression(ignored);
   if (expression) options_.expression = expression->toPrefixString();
@@ -78,6 +82,20 @@ void PictureC::drawRow(std::vector<math::ved::Node4C*> const& trees, long room) 
 bool PictureC::write(std::string const& path, surfaces::PictureFormatE format, std::string& error) const {
   std::string bytes;
   return toBytes(format, bytes, error) && writeFile(path, bytes, error);
+}
+
+std::string PictureC::writeSizes(surfaces::PictureFormatE format) const {
+  auto const size = surfaces::CairoGraphicsC::measure(format, width_, height_, options_);
+  std::string out;
+  for (double const length : {size.width, size.height, size.depth}) {
+    char digits[32];
+    std::snprintf(digits, sizeof digits, "%.3f", length);
+    std::string number = digits;
+    number.erase(number.find_last_not_of('0') + 1);
+    if (number.back() == '.') number.pop_back();
+    out += (out.empty() ? "" : "\t") + number + size.unit;
+  }
+  return out;
 }
 
 bool PictureC::toBytes(surfaces::PictureFormatE format, std::string& bytes, std::string& error) const {

@@ -25,6 +25,9 @@ class PictureC {
   /// Returns false, with `error`, when the picture cannot be made or written.
   bool write(std::string const& path, surfaces::PictureFormatE format, std::string& error) const;
   bool toBytes(surfaces::PictureFormatE format, std::string& bytes, std::string& error) const;
+  /// Its width, its height and how far it goes below the line that the letters of a formula stand on, each
+  /// with its unit, parted by tabs.
+  std::string writeSizes(surfaces::PictureFormatE format) const;
 
  private:
   void drawRow(std::vector<math::ved::Node4C*> const& trees, long room);

@@ -7,6 +7,7 @@ import pty
 import re
 import select
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -214,14 +215,55 @@ class RenderTest(unittest.TestCase):
         self.assertNotIn("<text", svg)
         self.assertIn("<text", self.ved("render", "-o", "-", "--svg-text", "named", "x")[1].decode())
 
+    def test_sizes_lead_to_the_line_of_text(self):
+        for name, unit, depth in (("a.svg", "px", 13.125), ("a.png", "px", 13.375), ("a.pdf", "pt", 9.844)):
+            out = self.ved("render", "-o", name, "--sizes", "x")[1].decode()
+            self.assertRegex(out, rf"^{name}\t[\d.]+{unit}\t[\d.]+{unit}\t{depth}{unit}\n$")
+        self.assertIn('style="vertical-align:-13.125px"', (self.folder / "a.svg").read_text(encoding="utf-8"))
+        for text, height, depth in (("x", 1.083, 0.292), ("x/2", 2.417, 0.958)):
+            out = self.ved("render", "--svg-unit", "em", "--margin", "0", "--sizes", text)[1].decode()
+            self.assertRegex(out, rf"^formula.svg\t[\d.]+em\t{height}em\t{depth}em\n$")
+            self.assertIn(f'style="vertical-align:-{depth}em"', (self.folder / "formula.svg").read_text(encoding="utf-8"))
+
+    def test_streams(self):
+        lines = [f"x^{i}" for i in range(200)]
+        lines[3:6] = ["", "b+", "\t"]
+        stdin, results = "\n".join(lines), []
+        for jobs in "1", "3":
+            status, out, err = self.ved("render", "--stream", "-j", jobs, "-", stdin=stdin)
+            self.assertEqual(status, FAILED)
+            results.append((out, err))
+        self.assertEqual(results[0], results[1])
+        self.assertIn(b"standard input:5:3: an operand is missing\n", err)
+        for number, line in enumerate(lines, 1):
+            head, _, out = out.partition(b"\n")
+            words = head.decode().split("\t")
+            picture, out = out[: int(words[1])], out[int(words[1]) :]
+            self.assertEqual((words[0], bool(picture), out[:1]), (str(number), line.strip() not in ("", "b+"), b"\n"))
+            self.assertEqual(len(words), 5 if picture else 2)
+            self.assertTrue(not picture or picture.endswith(b"</svg>\n"))
+            out = out[1:]
+        with subprocess.Popen([VED, "render", "--stream", "-j2"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, bufsize=0) as process:
+            process.stdin.write(b"x\n")
+            self.assertTrue(select.select([process.stdout], [], [], 60)[0], "no answer")
+            process.stdin.close()
+            process.stdout.read()
+
     def test_several_expressions_get_numbers(self):
+        status, out, err = self.ved("render", "-j4", "-o", "n.svg", *"abcdefghijk", "b+", "+")
+        self.assertEqual((status, self.files()), (FAILED, [f"n-{i:02}.svg" for i in range(1, 12)]))
+        self.assertEqual(out.decode().split(), self.files())
+        self.assertRegex(err.decode(), r"(?s)^[^\n]*missing\n  b\+\n.*missing\n  \+\n")
+        for file in self.folder.iterdir():
+            file.unlink()
         status, out, err = self.ved("render", "-o", "p.q.svg", "-", stdin="a\n\nb+\nc\n")
         self.assertEqual((status, out), (FAILED, b"p.q-1.svg\np.q-4.svg\n"))
         self.assertIn(b"standard input:3:3: an operand is missing\n  b+\n    ^\n", err)
         self.assertEqual(self.files(), ["p.q-1.svg", "p.q-4.svg"])
         status, out, err = self.ved("render", "-o", "-", "a", "b")
-        self.assertEqual((status, out), (FAILED, b""))
+        self.assertEqual((status, out), (USAGE, b""))
         self.assertIn(b"a single picture", err)
+        self.assertEqual(self.ved("render", "-o", "-", stdin="a\nb")[:2], (USAGE, b""))
 
     def test_incomplete_formulas_can_be_drawn(self):
         status, _, err = self.ved("render", "--from", "tree", '["", /<[""] ; ["x"]>, ""]')
@@ -337,19 +379,27 @@ class ReplayTest(unittest.TestCase):
             err.decode().splitlines(),
             ["ved: standard input:2:3: this is no step of a script", "    char ab redo", "    ^~~~~~~~~~~~"],
         )
+        _, _, err = ved("replay", "-", stdin='type "a\\"b" type "x\n')
+        self.assertEqual(
+            err.decode().splitlines(),
+            ["ved: standard input:1:18: the quote after this text is missing", '  type "a\\"b" type "x', " " * 19 + "^~"],
+        )
         self.assertEqual(ved("replay", "missing")[:2], (FAILED, b""))
         self.assertEqual(ved("replay", "-", stdin=b"char \xff")[:2], (FAILED, b""))
 
 
 class CommandLineTest(unittest.TestCase):
     def test_version_and_help(self):
-        self.assertEqual(ved("--version"), (OK, f"ved {VERSION}\n".encode(), b""))
+        for option in "--version", "-V":
+            self.assertEqual(ved(option), (OK, f"ved {VERSION}\n".encode(), b""))
+        self.assertEqual(ved("help"), ved("--help"))
         status, out, _ = ved("--help")
         self.assertEqual(status, OK)
         for command in "render", "convert", "gallery", "replay", "completion":
             self.assertIn(command, out.decode())
             status, own, err = ved(command, "--help")
             self.assertEqual((status, err), (OK, b""))
+            self.assertEqual(ved("help", command)[1], own)
             self.assertIn(f"ved {command} ", own.decode().partition("Example")[2])
 
     def test_examples_of_the_help_work(self):
@@ -369,7 +419,9 @@ class CommandLineTest(unittest.TestCase):
         wrong = """
             draw;convert --from french x;convert --to;convert --frm plain x;convert -i f x;render -o a.gif x;render -o a x
             convert --surface typeset --to drawing x;render --scale 0 x;render --scale nan x;render --foreground #12 x
-            render --foreground #1234zz x;gallery;gallery a b;replay;replay -o a.gif -;completion;completion fish"""
+            render --foreground #1234zz x;gallery;gallery a b;replay;replay -o a.gif -;completion;completion ksh
+            -v;help draw;help --man render;render -j 0 x;render --stream -o a.svg x;render --stream --sizes x
+            render -o - a b;render -o - --sizes x"""
         for line in ["", *re.split("[;\n]", wrong.strip())]:
             with self.subTest(line):
                 status, out, err = ved(*line.split())
@@ -378,6 +430,9 @@ class CommandLineTest(unittest.TestCase):
 
     def test_wrong_usage_is_explained(self):
         self.assertEqual(ved("draw", "x")[2], b'ved: there is no command "draw"\nTry: ved --help\n')
+        self.assertEqual(ved("-v")[2], b'ved: there is no option "-v"\nTry: ved --help\n')
+        for line, meant in ("rednr", "render"), ("convert --form=plain x", "--from"), ("convert --to latout x", "layout"):
+            self.assertIn(f'; did you mean "{meant}"?\n', ved(*line.split())[2].decode())
         message = ved("convert", "-x")[2].decode()
         self.assertIn("-x", message.splitlines()[0])
         self.assertIn('needs "--" before it', message)
@@ -398,6 +453,30 @@ class CommandLineTest(unittest.TestCase):
             self.assertEqual((status, out), (FAILED, b""))
             self.assertRegex(err.decode(), rf"^ved: cannot read {path}: \w.*\n$")
 
+    def test_manual_page(self):
+        status, page, _ = ved("help", "--man")
+        self.assertEqual(status, OK)
+        for part in b'.TH VED 1 "" "ved ', b".SS render\n", b"\n\\fB\\-\\-svg\\-text\\fR \\fIoutlines|named|embedded\\fR\n", b"(x^2+1)/2'":
+            self.assertIn(part, page)
+        self.assertNotRegex(page, rb"(?m)^['.](?!(TH|SH|SS|TP|PP|nf|fi|br|B|BR)\b)")
+        if shutil.which("mandoc"):
+            done = subprocess.run(["mandoc", "-T", "lint", "-W", "error"], input=page, capture_output=True, timeout=60, check=False)
+            self.assertEqual((done.stdout, done.returncode), (b"", 0))
+
+    def test_completion_by_other_shells(self):
+        if shutil.which("fish"):
+            program = ved("completion", "fish")[1].decode() + 'complete -C "ved re"; complete -C "ved convert x --to l"'
+            done = subprocess.run(["fish", "-c", program], capture_output=True, timeout=60, check=False)
+            self.assertEqual([line.split("\t")[0] for line in done.stdout.decode().splitlines()], ["render", "replay", "layout"])
+        if shutil.which("zsh"):
+            with tempfile.TemporaryDirectory() as folder:
+                pathlib.Path(folder, "_ved").write_bytes(ved("completion", "zsh")[1])
+                program = f"""zmodload zsh/zpty; zpty ved zsh -f
+                    zpty -w ved $'PS1=; fpath=({folder} $fpath); autoload -U compinit; compinit -u -D; bindkey "^I" complete-word; echo re""ady'
+                    zpty -r ved out '*ready*'; zpty -w -n ved $'ved convert x --to la\\t'; zpty -r ved out '*layout*'; print -r -- $out"""
+                done = subprocess.run(["zsh", "-fc", program], capture_output=True, timeout=60, check=False)
+                self.assertIn(b"layout", done.stdout)
+
     def test_completion(self):
         status, script, _ = ved("completion", "bash")
         self.assertEqual(status, OK)
@@ -412,7 +491,7 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(complete("ved", "re"), ["render", "replay"])
         self.assertEqual(complete("ved", "convert", "x", "--to", "l"), ["layout"])
         self.assertEqual(complete("ved", "render", "-o", "cli_"), ["cli_test.py"])
-        self.assertEqual(complete("ved", "completion", ""), ["-h", "--help", "bash", "zsh"])
+        self.assertEqual(complete("ved", "completion", ""), ["-h", "--help", "bash", "fish", "zsh"])
         status, script, _ = ved("completion", "zsh")
         self.assertEqual(status, OK)
         self.assertTrue(script.startswith(b"#compdef ved\n"))

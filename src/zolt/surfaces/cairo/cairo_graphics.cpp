@@ -98,6 +98,25 @@ CairoGraphicsC::~CairoGraphicsC() = default;
 
 void CairoGraphicsC::clear() { state_->drawing.clear(); }
 
+PictureSizeS CairoGraphicsC::measure(PictureFormatE format, long width, long height,
+                                     PictureOptionsS const& options) {
+  double const margin = std::fmax(0, options.margin);
+  bool const isEm = format == PICTURE_SVG && options.svgUnit == SVG_UNIT_EM;
+  bool const isPdf = format == PICTURE_PDF;
+  double const scale = options.zoom * (isPdf ? points_per_pixel : isEm ? 1 / pixels_per_em : 1);
+  PictureSizeS size{(double(std::max(width, 0L)) + 2 * margin) * scale,
+                    (double(std::max(height, 0L)) + 2 * margin) * scale, 0,
+                    isPdf  ? "pt"
+                    : isEm ? "em"
+                           : "px"};
+  if (format == PICTURE_PNG) {
+    size.width = std::ceil(size.width);
+    size.height = std::ceil(size.height);
+  }
+  if (options.baseline) size.depth = size.height - (*options.baseline + margin) * scale;
+  return size;
+}
+
 bool CairoGraphicsC::render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
                             std::string& bytes, std::string& error) const {
   double const margin = std::fmax(0, options.margin);

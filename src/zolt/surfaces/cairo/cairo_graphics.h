@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "zolt/surfaces/typeset/typeset_graphics.h"
@@ -16,23 +17,44 @@ enum SvgTextE {
   SVG_TEXT_EMBEDDED = 2   ///< text, with the files of the fonts that it uses inside the picture
 };
 
+/// What the size of an SVG picture is counted in.
+enum SvgUnitE {
+  SVG_UNIT_PX = 0,
+  SVG_UNIT_EM = 1  ///< the letters of the text around: the picture grows with these
+};
+
 /// Components from 0 to 1.
 struct ColourS {
   double red = 0, green = 0, blue = 0, opacity = 1;
 };
 
+/// What a picture is to look like and hold.
 struct PictureOptionsS {
-  /// Device pixels (in PDF 1/96 inches) per surface unit.
-  double zoom = 1.75;
+  static constexpr double default_zoom = 1.75;
+
+  /// Device pixels (in PDF 1/96 inches) per surface unit; with `SVG_UNIT_EM` letters of the default zoom are
+  /// as large as those around.
+  double zoom = default_zoom;
   /// Free space around the formula, in surface units.
   double margin = 4;
   ColourS foreground;
   /// The background is transparent unless given.
   ColourS background{1, 1, 1, 0};
   SvgTextE svgText = SVG_TEXT_OUTLINES;
+  SvgUnitE svgUnit = SVG_UNIT_PX;
+  /// How far the line that the formula's letters stand on is below the top of the area, in surface units.
+  /// An SVG picture with it stands on the line of the text that it is in.
+  std::optional<double> baseline;
   /// The formula in prefix notation, stored inside the picture when not empty: in PNG as the text
   /// "zolt:expression", in SVG as `<metadata>`, in PDF as the subject.
   oss::wstring expression;
+};
+
+/// A picture's size in the unit of its format: "px", "em" or, in PDF, "pt" (1/72 inches).
+struct PictureSizeS {
+  double width = 0, height = 0;
+  double depth = 0;  ///< from the baseline down to the lower edge; 0 when the options have no baseline
+  char const* unit = "px";
 };
 
 /// A surface that keeps what is drawn on it and makes pictures of it: PNG, SVG and PDF. A picture depends
@@ -45,6 +67,9 @@ class CairoGraphicsC final : public TypesetGraphicsABC {
 
   /// Forgets what was drawn.
   void clear();
+
+  /// The size of the picture that `render` makes of the same arguments.
+  static PictureSizeS measure(PictureFormatE format, long width, long height, PictureOptionsS const& options);
 
   /// Makes a picture of the area from (0, 0) to (width, height), in surface units, with the margin around it.
   /// Returns false, with `error`, when the picture would be too large or cannot be made; `bytes` is replaced

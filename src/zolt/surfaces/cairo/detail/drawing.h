@@ -9,6 +9,9 @@
 
 namespace zolt::surfaces {
 
+// Letters of the default zoom, which are 12 surface units.
+constexpr double pixels_per_em = 12 * PictureOptionsS::default_zoom;
+
 enum DrawingItemE { ITEM_GLYPHS, ITEM_FILL, ITEM_STROKE, ITEM_RULE };
 
 /// One primitive of a drawing, in surface units.

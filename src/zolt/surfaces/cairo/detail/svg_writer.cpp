@@ -120,11 +120,7 @@ class WriterC {
 
   std::string write() {
     for (DrawingItemS const& item : job_.drawing) append(item);
-    std::string out =
-        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" +
-        number(job_.width * options_.zoom) + "\" height=\"" + number(job_.height * options_.zoom) +
-        "\" viewBox=\"" + number(job_.left) + ' ' + number(job_.top) + ' ' + number(job_.width) + ' ' +
-        number(job_.height) + "\">\n";
+    std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + openTag();
     if (!options_.expression.empty()) {
       out += "<metadata><expression xmlns=\"urn:zolt:ved\">" + escape(toCleanUtf8(options_.expression)) +
              "</expression></metadata>\n";
@@ -138,6 +134,23 @@ class WriterC {
   }
 
  private:
+  std::string openTag() const {
+    std::string out = "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"" + length(job_.width) +
+                      "\" height=\"" + length(job_.height) + "\" viewBox=\"" + number(job_.left) + ' ' +
+                      number(job_.top) + ' ' + number(job_.width) + ' ' + number(job_.height) + '"';
+    // A style with a unit, since only the size may be a bare number of pixels.
+    if (options_.baseline) {
+      out += " style=\"vertical-align:" + length(*options_.baseline - job_.top - job_.height) +
+             (options_.svgUnit == SVG_UNIT_PX ? "px" : "") + '"';
+    }
+    return out + ">\n";
+  }
+
+  std::string length(double units) const {
+    bool const isEm = options_.svgUnit == SVG_UNIT_EM;
+    return number(units * options_.zoom / (isEm ? pixels_per_em : 1)) + (isEm ? "em" : "");
+  }
+
   void append(DrawingItemS const& item) {
     ColourS const colour = inkColour(options_.foreground, item.ink);
     switch (item.kind) {
