@@ -28,6 +28,7 @@ enum InputKindE {
   INPUT_BRACKETS        ///< the selection is put between brackets
 };
 
+/// What becomes of a typed character.
 struct InputDecisionS {
   InputKindE kind = INPUT_TEXT;
   wstring text;

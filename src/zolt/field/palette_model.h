@@ -27,6 +27,7 @@ struct PaletteEntryS {
   wstring picture;
 };
 
+/// Entries that belong together, under a title.
 struct PaletteGroupS {
   wstring title;
   std::vector<PaletteEntryS> entries;

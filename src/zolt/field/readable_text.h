@@ -17,6 +17,7 @@ using oss::wstring;
 /// A formula in the words in which a screen reader reads it aloud: "x = fraction 1 over 2 end fraction".
 /// Signs that speech programs do not know are written as words, and an empty slot is "empty".
 struct ReadableTextS {
+  /// A place of the caret, and where it is in the text.
   struct MarkS {
     PlaceS place;
     unsigned long offset = 0;  ///< counted in 16-bit characters of `text`

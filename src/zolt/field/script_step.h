@@ -46,6 +46,7 @@ enum ScriptWordE {
   SCRIPT_SELECT         ///< `select 0.0:1 0.0:3`: the anchor and the caret are put to these places
 };
 
+/// One step of an event script: a word, and those of its arguments that the word has.
 struct ScriptStepS {
   ScriptWordE word = SCRIPT_CHAR;
   math::algexpr::NumberDisplayFormatE format =

@@ -13,6 +13,7 @@ using oss::wstring;
 
 enum SheetLineKindE { SHEET_FORMULA, SHEET_TEXT, SHEET_HEADING };
 
+/// One line of a sheet.
 struct SheetLineS {
   SheetLineKindE kind = SHEET_FORMULA;
   wstring text;    ///< of a text or heading
@@ -46,6 +47,7 @@ enum SheetErrorE {
   SHEET_ERROR_STOPPED  ///< by `goOn`
 };
 
+/// Why a text is no sheet, or only in parts, and where.
 struct SheetErrorS {
   SheetErrorE cause = SHEET_ERROR_NONE;
   unsigned long line = 0;  ///< of the text, counted from 1; 0: the whole text

@@ -136,6 +136,7 @@ class FormulaEdit : public QWidget {
   QRect caretRectangle() const;
 
   // For assistive technology. Offsets count the characters of `readableText`.
+  /// The two ends of the selection.
   struct CaretOffsets {
     int anchor = 0;
     int caret = 0;

@@ -4,6 +4,7 @@
 
 namespace zolt::surfaces {
 
+/// A point in surface units.
 struct PathPointS {
   double x = 0, y = 0;
 };

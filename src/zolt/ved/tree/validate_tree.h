@@ -31,6 +31,7 @@ enum TreeInvariantE {
   TREE_RECORDS_MATCH = 105,
 };
 
+/// The first invariant that a tree breaks.
 struct TreeFaultS {
   TreeInvariantE invariant = TREE_VALID;
   Node4C const* node = nullptr;  ///< the node that breaks it
