@@ -34,8 +34,9 @@ constexpr char16_t const* operators[] = {
     u"floor", u"ceil",  u"log", u"diff",    u"integral",  u"sum",  u"where", u"error", u"sin",
     u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln"};
 
-constexpr char16_t const* options[] = {u"constructs",       u"letters",   u"leaving",  u"decimal-comma",
-                                       u"implied-products", u"exponents", u"grouping", u"implied-brackets"};
+constexpr char16_t const* options[] = {u"constructs",    u"letters",          u"leaving",
+                                       u"decimal-comma", u"implied-products", u"exponents",
+                                       u"grouping",      u"implied-brackets", u"fractions"};
 
 // The view's own keys come first, followed by as many codes as there are operators with a key.
 constexpr unsigned long view_keys[] = {

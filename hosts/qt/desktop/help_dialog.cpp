@@ -56,6 +56,10 @@ QString makeTyping() {
       "become the letters, <b>x_1</b> gets an index, <b>f'</b> a prime, <b>oo</b> is infinity, <b>&lt;=</b> "
       "becomes ≤. Whatever was done for you, one undo takes back."));
   html += paragraph(
+      tr("Exponents and denominators end where they end in such a line: <b>x^2/2+1/3</b> is a sum of two "
+         "fractions. Brackets hold more together, <b>1/(1+x)</b>, <b>e^(i*pi)</b>, and vanish when they are "
+         "closed."));
+  html += paragraph(
       tr("<b>Tab</b> leads to the next empty place, <b>→</b> or a blank out of an exponent or a fraction. "
          "What is selected when you type an operator becomes its operand. On an incomplete formula the "
          "Enter key shows what is missing."));

@@ -169,7 +169,7 @@ void TableC::fill() {
       WordsS(structures, u"n-th root")
           .shown(u"ⁿ√")
           .typed(u"root(")
-          .called({{u"root", {}}, {u"cbrt", u"3"}})
+          .called({{u"root", {}}, {u"cbrt", u"3"}, {u"∛", u"3"}, {u"∜", u"4"}})
           .said({u"root with index ", u" of ", u" end root"}));
   add(KEY_ABS, construct<OperatorAbsC>(u"abs", u"abs"),
       WordsS(structures, u"absolute value")
@@ -242,7 +242,8 @@ void TableC::fill() {
       WordsS(functions, u"decimal logarithm").known({u"lg"}).typed(u"log("));
   function(KEY_EXP, u"exp", u"exponential function");
 
-  relation(KEY_EQUAL, u"=", u"=", WordsS(relations, u"equal").known({u"eq"}).said({u" equals "}));
+  relation(KEY_EQUAL, u"=", u"=",
+           WordsS(relations, u"equal").known({u"eq"}).made({u"=="}).said({u" equals "}));
   relation(KEY_NOT_EQUAL, u"<>", {not_equal_sign},
            WordsS(relations, u"not equal")
                .known({u"ne", u"neq", u"unequal"})
@@ -261,7 +262,7 @@ void TableC::fill() {
                .made({u">="})
                .said({u" at least "}));
   add(KEY_ASSIGN, infix(u":=", u":=", PRECEDENCE_ASSIGNMENT),
-      WordsS(relations, u"assignment").known({u"define", u"coloneq"}));
+      WordsS(relations, u"assignment").known({u"define", u"coloneq"}).inserted(u"≔"));
   add(KEY_STORE, infix(u":>", {store_sign}, PRECEDENCE_ASSIGNMENT),
       WordsS(relations, u"store into")
           .known({u"to", u"arrow", u"rightarrow"})
@@ -272,7 +273,7 @@ void TableC::fill() {
   add(KEY_NOT, prefix(u"not", u"not", PRECEDENCE_NOT, spaced),
       WordsS(logic, u"not").known({u"neg", u"lnot"}).inserted(u"¬"));
   add(KEY_AND, infix(u"and", u"and", PRECEDENCE_AND, spaced, associative),
-      WordsS(logic, u"and").known({u"land", u"wedge"}).inserted(u"∧"));
+      WordsS(logic, u"and").known({u"land", u"wedge"}).inserted(u"∧&"));
   add(KEY_OR, infix(u"or", u"or", PRECEDENCE_OR, spaced, associative),
       WordsS(logic, u"or").known({u"lor", u"vee"}).inserted(u"∨"));
 

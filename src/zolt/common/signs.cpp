@@ -35,8 +35,8 @@ constexpr LookAlikesS look_alikes[] = {
     {less_or_equal_sign, typed, u"\u2266\u2A7D"},
     {greater_or_equal_sign, typed, u"\u2267\u2A7E"},
     // A tree has round brackets only; pasted ones have to match.
-    {u'(', typed, u"["},
-    {u')', typed, u"]"}};
+    {u'(', typed, u"[{"},
+    {u')', typed, u"]}"}};
 
 constexpr std::u16string_view raised_signs = u"⁰¹²³⁴⁵⁶⁷⁸⁹⁺⁻⁽⁾ⁿⁱ";
 constexpr std::u16string_view lowered_signs = u"0123456789+-()ni";
@@ -60,7 +60,7 @@ char16_t foldLookAlike(char16_t c, LookAlikeUseE use) {
     c = static_cast<char16_t>(c - full_width_distance);
   }
   // Most of any text, and none of it is in the table.
-  if (c >= u' ' && c < 0x7F && c != u'[' && c != u']') return c;
+  if (c >= u' ' && c < 0x7F && c != u'[' && c != u']' && c != u'{' && c != u'}') return c;
   for (LookAlikesS const& entry : look_alikes) {
     if ((entry.uses & use) != 0 && entry.signs.find(c) != entry.signs.npos) return entry.meant;
   }

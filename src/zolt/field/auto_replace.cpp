@@ -21,14 +21,27 @@ namespace {
 InputDecisionS decideExponent(PlaceS place, bool selected, char16_t lowered) {
   wstring const text(1, lowered);
   bool const completes = math::common::isDigit(lowered) || lowered == u'n' || lowered == u'i';
-  if (completes) return {INPUT_EXPONENT, text, {}};
-  return {!selected && isRaising(place) ? INPUT_TEXT : INPUT_OPEN_EXPONENT, text, {}};
+  if (completes) return {INPUT_EXPONENT, text, {}, {}};
+  return {!selected && isRaising(place) ? INPUT_TEXT : INPUT_OPEN_EXPONENT, text, {}, {}};
 }
 
-InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& op) {
-  PlaceS const behind = view.isSelected() ? PlaceS() : leaveByClosingSign(view.getSelection().caret, c);
-  if (behind) return {INPUT_MOVE, {}, behind};
-  return {INPUT_OPERATOR, op.getName(), {}};
+bool endsWith(PlaceS place, wstring const& text) {
+  return place.pos >= text.size() &&
+         place.node->crefText().compare(place.pos - text.size(), text.size(), text) == 0;
+}
+
+InputDecisionS decideSign(ViewZNT4C const& view, char16_t c, OperatorBC const& op,
+                          InputOptionsS const& options) {
+  OperatorListC const& operators = view.crefOperatorList();
+  PlaceS const place = view.isSelected() ? PlaceS() : view.getSelection().caret;
+  if (!place) return {INPUT_OPERATOR, op.getName(), {}, {}};
+  // The second half of "&&".
+  if (op.isLinear() && op.getArity() == 2 && endsWith(place, u" " + op.getText() + u" ")) {
+    return {INPUT_MOVE, {}, place, {}};
+  }
+  PlaceS const behind = leaveByClosingSign(place, c, operators);
+  if (behind) return {INPUT_MOVE, {}, behind, {}};
+  return {INPUT_OPERATOR, op.getName(), leaveByOperator(place, op, operators, options), {}};
 }
 
 struct NameS {
@@ -126,16 +139,34 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
     return decideExponent(place, selected, lowered);
   if (unsigned const primes = math::common::countPrimes(typed)) {
     bool const hasName = !selected && !nameEndingAt(place).text.empty();
-    return {INPUT_TEXT, hasName ? wstring(primes, math::common::prime_sign) : wstring(1, u'\''), {}};
+    return {INPUT_TEXT, hasName ? wstring(primes, math::common::prime_sign) : wstring(1, u'\''), {}, {}};
   }
   char16_t const c = foldTyped(typed, options);
-  if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}};
-  if (auto const op = findBySign(view.crefOperatorList(), c)) return decideSign(view, c, *op);
+  if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
+  OperatorListC const& operators = view.crefOperatorList();
+  if (auto const op = findBySign(operators, c)) return decideSign(view, c, *op, options);
+  if (c >= 0x80 && findConstruct(operators, wstring(1, c)).op) return {INPUT_CALL, wstring(1, c), {}, {}};
 
-  wstring const text(1, c);
-  LeavingS const leaving = selected ? LeavingS() : leaveBySign(place, c, options);
-  return {leaving.complete ? INPUT_MOVE : INPUT_TEXT, text, leaving.target};
+  InputDecisionS decision{INPUT_TEXT, wstring(1, c), {}, {}};
+  if (selected) return decision;
+  LeavingS const leaving = leaveBySign(place, c, operators, options);
+  if (leaving.complete) decision.kind = INPUT_MOVE;
+  decision.target = leaving.target;
+  if (c == u'/' && options.fractions) {
+    decision.begin = startOfProduct(leaving.target ? leaving.target : place, operators);
+  }
+  return decision;
 }
+
+namespace {
+
+/// Whether what is between two places of a text is all of an exponent.
+bool isWholeExponent(PlaceS begin, PlaceS end) {
+  Node4C const* const item = enclosingItem(*begin.node);
+  return item && item->getType() == NODE4_POWER && begin == rowStart(*item->child(0)) && isAtRowEnd(end);
+}
+
+}  // namespace
 
 ReplacementS findSignReplacement(ViewZNT4C const& view) {
   PlaceS const caret = view.getSelection().caret;
@@ -157,6 +188,9 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
 
 ReplacementS findLetterReplacement(PlaceS end) {
   auto const [begin, name] = nameEndingAt(end);
+  // A raised "r" or "o" that is alone is the sign of an angle.
+  if ((name == u"r" || name == u"o") && isWholeExponent(begin, end))
+    return {begin, end, u"(" + name + u")", {}};
   if (name.size() < 2) return {};
   // Typing must give the same as pasting, so the reader of plain text decides.
   auto const read = exchange::fromPlainText(name, math::algexpr::CASSessionBC::getSession());
@@ -164,6 +198,29 @@ ReplacementS findLetterReplacement(PlaceS end) {
   wstring const letter = read->getNode()->getName();
   if (letter == name || letter.find(u'(') != wstring::npos) return {};
   return {begin, end, letter, {}};
+}
+
+ReplacementS findFunctionReplacement(ViewZNT4C const& view, PlaceS end) {
+  auto const [begin, name] = nameEndingAt(end);
+  if (name.size() < 2 || view.crefOperatorList().lookupText(name)) return {};
+  auto const read = exchange::fromPlainText(name + u"(x)", math::algexpr::CASSessionBC::getSession());
+  auto const op = read ? view.crefOperatorList().lookup(read->getNode()->getName()) : nullptr;
+  if (!op || op->isConstruct() || op->isLinear() || op->getArity() != 1) return {};
+  return {begin, end, op->getText(), {}};
+}
+
+ConstructReplacementS makeCall(ViewZNT4C const& view, wstring const& name) {
+  ConstructNameS named = findConstruct(view.crefOperatorList(), name);
+  SelectionS const stretch = inOneRow(view.getSelection());
+  ConstructReplacementS call;
+  call.begin = call.contentBegin = stretch.anchor;
+  call.end = call.contentEnd = stretch.caret;
+  auto const rows = argumentRows(*named.op);
+  call.contentRow = call.caretRow = rows.front();
+  if (rows.size() > 1) call.markRow = rows[1];
+  call.mark = std::move(named.mark);
+  call.op = std::move(named.op);
+  return call;
 }
 
 ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {

@@ -25,7 +25,8 @@ enum InputKindE {
   INPUT_OPERATOR,  ///< the operator of that name is inserted
   INPUT_EXPONENT,  ///< the text becomes an exponent of what is before the caret; the caret then leaves it
   INPUT_OPEN_EXPONENT,  ///< the same, but the caret stays in the exponent
-  INPUT_BRACKETS        ///< the selection is put between brackets
+  INPUT_CALL,     ///< the construct of that name is inserted, with what the name says about its arguments
+  INPUT_BRACKETS  ///< the selection is put between brackets
 };
 
 /// What becomes of a typed character.
@@ -33,6 +34,7 @@ struct InputDecisionS {
   InputKindE kind = INPUT_TEXT;
   wstring text;
   PlaceS target;  ///< where the caret moves first; null: it does not move
+  PlaceS begin;   ///< from where to there the operand reaches that a text takes; null: the text decides
 };
 
 /// What typing `c` does at the view's caret. A character that looks like one of the table's signs counts as
@@ -55,6 +57,9 @@ ReplacementS findSignReplacement(math::ved::ViewZNT4C const& view);
 /// The replacement for the name that ends at `end`: the letter for "alpha", the constant for "pi".
 ReplacementS findLetterReplacement(PlaceS end);
 
+/// The replacement for another name of a function that ends at `end`: "asin" for "arcsin".
+ReplacementS findFunctionReplacement(math::ved::ViewZNT4C const& view, PlaceS end);
+
 /// A call and the construct that replaces it.
 struct ConstructReplacementS {
   PointerTC<math::ved::OperatorBC> op;  ///< null: nothing is replaced
@@ -69,6 +74,9 @@ struct ConstructReplacementS {
   unsigned long markRow = 0;
   unsigned long caretRow = 0;
 };
+
+/// What puts the construct of that name in the place of the selection, which becomes its first argument.
+ConstructReplacementS makeCall(math::ved::ViewZNT4C const& view, wstring const& name);
 
 /// The replacement for the call whose "(" (or first ",") was just typed before the caret. A name that is also
 /// the text of a plain function stays that function until the comma: "log(x)" is a decimal logarithm.

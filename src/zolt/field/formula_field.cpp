@@ -21,6 +21,22 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
+/// Everything that a diagnosis depends on.
+struct QuestionS {
+  NodeRecordPointerC formula;
+  PointerTC<math::algexpr::CASSessionBC> session;
+  PointerTC<math::algexpr::ConstraintsBC> constraints;
+  SelectionPathS completed;  // the name that was just typed
+  bool impliedProducts = false;
+  bool impliedBrackets = false;
+
+  bool operator==(QuestionS const& other) const {
+    return formula.get() == other.formula.get() && session == other.session &&
+           constraints == other.constraints && completed == other.completed &&
+           impliedProducts == other.impliedProducts && impliedBrackets == other.impliedBrackets;
+  }
+};
+
 /// Takes a flag back at the end of a block, however it ends.
 struct FlagResetS {
   bool& flag;
@@ -35,11 +51,21 @@ ScriptStepS stepOfPaste(ClipboardContentS const& content) {
 
 }  // namespace
 
+// Places are kept by their paths, since undo brings an earlier formula back in other nodes.
+struct FormulaFieldC::DiagnosedS {
+  QuestionS question;
+  PointerTC<AlgebraicExpressionC> expression;
+  ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
+  SelectionPathS range;
+  bool judging = false;  // the constraints are being asked
+};
+
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
       view_(surface_, *this),
       clipboard_(new MemoryClipboardC),
-      seen_(view_.crefRoot().makeRecord()) {}
+      seen_(view_.crefRoot().makeRecord()),
+      diagnosed_(std::make_unique<DiagnosedS>()) {}
 
 FormulaFieldC::~FormulaFieldC() = default;
 
@@ -110,37 +136,31 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() cons
   return diagnoseTyped(crefRoot(), crefOperatorList(), field_.options_).expression;
 }
 
-bool FormulaFieldC::QuestionS::operator==(QuestionS const& other) const {
-  return formula.get() == other.formula.get() && session == other.session &&
-         constraints == other.constraints && completed == other.completed &&
-         impliedProducts == other.impliedProducts && impliedBrackets == other.impliedBrackets;
-}
-
 FormulaDiagnosisS FormulaFieldC::diagnose() const {
   Node4C const& root = view_.crefRoot();
-  ReplacementS const completion = judging_ ? ReplacementS() : findCompletion();
+  ReplacementS const completion = diagnosed_->judging ? ReplacementS() : findCompletion();
   QuestionS question{root.makeRecord(),        math::algexpr::CASSessionBC::getSession(),
                      getConstraints(),         pathOf(SelectionS{completion.begin, completion.end}),
                      options_.impliedProducts, options_.impliedBrackets};
-  if (!(question == diagnosed_.question)) {
+  if (!(question == diagnosed_->question)) {
     DiagnosisS found = diagnoseTyped(root, view_.crefOperatorList(), options_, completion);
     if (completion.begin && found.expression && getConstraints()) {
       // A name stays as it was typed when the constraints reject its letter.
-      judging_ = true;
-      FlagResetS const reset{judging_};
+      diagnosed_->judging = true;
+      FlagResetS const reset{diagnosed_->judging};
       if (!getConstraints()->check(found.expression)) {
         found = diagnoseTyped(root, view_.crefOperatorList(), options_);
       }
     }
-    diagnosed_ = {std::move(question), std::move(found.expression), found.cause, pathOf(found.range)};
+    *diagnosed_ = {std::move(question), std::move(found.expression), found.cause, pathOf(found.range)};
   }
   FormulaDiagnosisS diagnosis;
-  diagnosis.expression = diagnosed_.expression;
+  diagnosis.expression = diagnosed_->expression;
   if (diagnosis.expression) return diagnosis;
-  diagnosis.error.cause = toReadError(diagnosed_.cause);
-  diagnosis.error.message = describe(diagnosed_.cause);
+  diagnosis.error.cause = toReadError(diagnosed_->cause);
+  diagnosis.error.message = describe(diagnosed_->cause);
   SelectionS& range = diagnosis.error.range;
-  range = selectionAt(root, diagnosed_.range);
+  range = selectionAt(root, diagnosed_->range);
   if (!range.anchor || !range.caret) range = {anchor(), caret()};
   diagnosis.error.box = view_.getRectangle(range);
   return diagnosis;

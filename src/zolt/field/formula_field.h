@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
@@ -189,26 +190,8 @@ class FormulaFieldC {
     FormulaFieldC const& field_;
   };
 
-  /// Everything that a diagnosis depends on.
-  struct QuestionS {
-    math::ved::NodeRecordPointerC formula;
-    PointerTC<math::algexpr::CASSessionBC> session;
-    PointerTC<math::algexpr::ConstraintsBC> constraints;
-    math::ved::SelectionPathS completed;  ///< the name that was just typed
-    bool impliedProducts = false;
-    bool impliedBrackets = false;
-
-    bool operator==(QuestionS const& other) const;
-  };
-
-  /// The last question and its answer. Places are kept by their paths, since undo brings an earlier formula
-  /// back in other nodes.
-  struct DiagnosedS {
-    QuestionS question;
-    PointerTC<math::algexpr::AlgebraicExpressionC> expression;
-    math::ved::ErrorCauseE cause = math::ved::ERROR_CAUSE_SYNTAX;
-    math::ved::SelectionPathS range;
-  };
+  /// The last diagnosis and what it depended on.
+  struct DiagnosedS;
 
   // formula_field.cpp
   PlaceS caret() const { return view_.getSelection().caret; }
@@ -223,6 +206,8 @@ class FormulaFieldC {
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
   bool runOperator(wstring const& name);
+  bool selectOperand(PlaceS begin);
+  bool bracketPower();
   bool typeExponent(InputDecisionS const& decision);
   bool bracketSelection();
   bool ungroup(PlaceS after);
@@ -230,6 +215,7 @@ class FormulaFieldC {
   /// The replacement that `completeName` would make; without a beginning there is none.
   ReplacementS findCompletion() const;
   void replaceCompleted(InputDecisionS const& decision);
+  void replaceEndedName(wstring const& by);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
 
@@ -252,8 +238,7 @@ class FormulaFieldC {
   PointerTC<ClipboardABC> clipboard_;
   ClipboardContentS copied_;            // what the commands copied since the recording began
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
-  mutable DiagnosedS diagnosed_;
-  mutable bool judging_ = false;  // a diagnosis is asking the constraints
+  std::unique_ptr<DiagnosedS> diagnosed_;
   EventScriptT* recorded_ = nullptr;
   wstring composed_;   // by an input method
   unsigned acts_ = 0;  // the number of nested calls in progress

@@ -45,6 +45,14 @@ Node4C const* findGrowingExponent(PlaceS place) {
 
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
+/// Whether what is inserted by that name applies to a base: "^", "°", "!".
+bool raisesBase(wstring const& name) {
+  return name == u"!" || name == u"^" || name == u"_deg" || name == u"_rad";
+}
+
+/// Whether inserting the operator writes brackets after its text.
+bool isCalled(OperatorBC const& op) { return !op.isConstruct() && !op.isLinear() && op.getArity() > 0; }
+
 /// Whether the operator is a name, alone or before what it applies to.
 bool beginsWithName(OperatorBC const& op) {
   wstring const text = op.getText();
@@ -147,19 +155,43 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
     case INPUT_MOVE:
       return placeCaret(decision.target);
     case INPUT_OPERATOR:
-      return runOperator(decision.text);
     case INPUT_TEXT: {
-      if (!decision.target) return view_.insertText(decision.text);
+      bool const isText = decision.kind == INPUT_TEXT;
+      bool const raises = raisesBase(decision.text);
+      if (!decision.target && !decision.begin && !raises) {
+        return isText ? view_.insertText(decision.text) : runOperator(decision.text);
+      }
       GroupC group(*this);
-      return group.end(placeCaret(decision.target) && view_.insertText(decision.text));
+      bool const placed = (!decision.target || placeCaret(decision.target)) &&
+                          selectOperand(decision.begin) && (!raises || bracketPower());
+      return group.end(placed && (isText ? view_.insertText(decision.text) : runOperator(decision.text)));
     }
     case INPUT_EXPONENT:
     case INPUT_OPEN_EXPONENT:
       return typeExponent(decision);
+    case INPUT_CALL:
+      return replaceCall(makeCall(view_, decision.text));
     case INPUT_BRACKETS:
       return bracketSelection();
   }
   return false;
+}
+
+/// Puts brackets around a power before the caret, which is to be raised, or "!" would apply to its exponent.
+bool FormulaFieldC::bracketPower() {
+  PlaceS const begin =
+      options_.exponents && !view_.isSelected() ? startOfPower(caret(), view_.crefOperatorList()) : PlaceS();
+  return !begin || (selectOperand(begin) && bracketSelection());
+}
+
+/// Selects from `begin` to the caret, without the blanks before the caret, which go; nothing when `begin` is
+/// null.
+bool FormulaFieldC::selectOperand(PlaceS begin) {
+  if (!begin) return true;
+  PlacePathS const path = pathOf(begin);
+  PlaceS end = caret();
+  while (end.pos > 0 && end.node->crefText()[end.pos - 1] == u' ') --end.pos;
+  return deleteRange(end, caret()) && select({placeAt(view_.crefRoot(), path), caret()});
 }
 
 bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
@@ -168,7 +200,7 @@ bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
   if (Node4C const* const growing = findGrowingExponent(caret())) {
     done = done && placeCaret(rowEnd(*growing->child(0)));
   } else if (!isRaising(caret())) {
-    done = done && view_.insertText(u"^");
+    done = done && bracketPower() && view_.insertText(u"^");
   }
   done = done && view_.insertText(decision.text);
   Node4C const* const item = done ? enclosingItem(*caret().node) : nullptr;
@@ -213,21 +245,25 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
       return;
     }
   }
-  if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
-    if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
-      replaceCall(found);
-      return;
-    }
-  }
   if (options_.grouping && typed && decision.text == u")") {
     if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
   }
-  if (!options_.letters || !wordTyped_ || (typed && isWord(decision.text))) return;
+  if (options_.letters && wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
+  if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
+    if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
+      replaceCall(found);
+    }
+  }
+}
+
+void FormulaFieldC::replaceEndedName(wstring const& by) {
   // What ended the name comes after it: in the same text or, as an item, before the caret's text.
   PlaceS const at = caret();
   Node4C const* const text = at.pos > 0 ? at.node : previousText(*at.node);
-  if (!text || decision.text == u"(") return;
-  ReplacementS const found = findLetterReplacement(at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text));
+  if (!text) return;
+  PlaceS const end = at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text);
+  ReplacementS found = findFunctionReplacement(view_, end);
+  if (!found.begin && by != u"(") found = findLetterReplacement(end);
   if (found.begin) replaceText(found);
 }
 
@@ -250,7 +286,13 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   bool const sameText = caret().node == replacement.end.node;
   unsigned long const behind = places.caret.pos - replacement.end.pos;
   GroupC group(*this);
-  bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.text);
+  bool done = deleteRange(replacement.begin, replacement.end);
+  if (auto const op = view_.crefOperatorList().lookup(replacement.text); op && isCalled(*op)) {
+    // Its brackets are typed.
+    for (char16_t const c : replacement.text) done = done && view_.insertText(wstring(1, c));
+  } else {
+    done = done && view_.insertText(replacement.text);
+  }
   for (std::size_t i = 0; done && i < replacement.exponent.size(); ++i) {
     done = view_.insertText(replacement.exponent.substr(i, 1));
   }

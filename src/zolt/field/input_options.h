@@ -19,8 +19,12 @@ struct InputOptionsS {
   /// A blank or relation typed at the end of an exponent or fraction leaves it; a closing bracket or comma
   /// typed at the end of a construct's row leaves the construct or the row.
   bool leaving = true;
-  /// "+" and "−" typed at the end of a complete exponent leave it, as in "x^2+1".
+  /// A sign between operands that is typed at the end of a complete exponent leaves it, as in "x^2+1" and
+  /// "x^2/2"; a letter or digit goes on with it.
   bool exponents = true;
+  /// The same at the end of a denominator, as in "1/2+1/3"; and "/" divides the whole product before it, as
+  /// in "n*(n+1)/2".
+  bool fractions = true;
   /// Brackets that only hold an exponent or a denominator together vanish when they are closed, and the caret
   /// leaves it, as in "x^(n+1)". They come back when what is typed next applies to the group.
   bool grouping = true;

@@ -169,6 +169,14 @@ bool isFunction(std::u16string_view text) {
   return reading && reading->notation->form == FORM_FUNCTION;
 }
 
+std::size_t findMark(std::u16string_view name) {
+  std::size_t const end = name.find(u'_');
+  if (end == name.npos || end + 1 == name.size()) return name.npos;
+  NotationS const* const notation = findNotation(name.substr(0, end));
+  bool const takesMark = notation && notation->form == FORM_FUNCTION && notation->arity == 2;
+  return takesMark ? end : name.npos;
+}
+
 NotationS const* findBrackets(char16_t sign) {
   return find(notations, [&](NotationS const& notation) {
     return notation.plain.brackets.find(sign) != std::u16string_view::npos;

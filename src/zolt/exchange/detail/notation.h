@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 namespace zolt::exchange::detail {
@@ -66,6 +67,9 @@ ReadingS const* findReading(std::u16string_view text);
 ReadingS const* findFunction(std::u16string_view text, unsigned long numArguments);
 /// Whether `text` is a function's name, for any number of arguments.
 bool isFunction(std::u16string_view text);
+/// Where a function's name ends in a name that goes on with "_" and the second argument, as "log_2"; npos in
+/// any other name.
+std::size_t findMark(std::u16string_view name);
 
 /// The function to whose brackets `sign` belongs; null when there is none.
 NotationS const* findBrackets(char16_t sign);

@@ -91,9 +91,22 @@ PlainParserC::NextE PlainParserC::readName() {
     frame.isWritten = true;
     return readFunction(std::move(frame));
   }
+  if (opensCall() && token().begin == frame.end && takeMark(frame)) return beginBracket(std::move(frame));
   // After a blank, brackets are a factor: "a (b+c)".
   if (opensCall() && token().begin == frame.end) return beginBracket(std::move(frame));
   return keep(makeNamed(toLetters(frame.name)));
+}
+
+/// Takes the base out of a name such as "log_2". False, with nothing changed, when it has none.
+bool PlainParserC::takeMark(FrameS& frame) {
+  std::size_t const end = findMark(frame.name);
+  if (end == wstring::npos) return false;
+  wstring const mark = frame.name.substr(end + 1);
+  frame.second = makeNumber(mark);
+  if (!frame.second) frame.second = makeNamed(mark);
+  frame.name.erase(end);
+  frame.isWritten = true;
+  return true;
 }
 
 PlainParserC::NextE PlainParserC::readQuotedName() {
@@ -104,8 +117,16 @@ PlainParserC::NextE PlainParserC::readQuotedName() {
 
 PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   FrameS frame = startCall(name);
-  if (!opensCall()) return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
-  return beginBracket(std::move(frame));
+  if (opensCall()) return beginBracket(std::move(frame));
+  // After a relation, "not" applies to what the relation does.
+  if (name != u"not" || currentRule() != RULE_SUM) {
+    return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
+  }
+  FrameS prefix{PENDING_PREFIX, RULE_SUM};
+  prefix.takesSign = true;
+  prefix.name = frame.name;
+  frames_.push_back(std::move(prefix));
+  return NEXT_OPERAND;
 }
 
 PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
@@ -317,6 +338,7 @@ void PlainParserC::finish(FrameS const& frame) {
 
 PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
   if (!frame.isWritten) return makeFunction(frame.name, std::move(arguments));
+  if (frame.second) arguments.push_back(frame.second);
   ReadingS const* const function = findFunction(frame.name, arguments.size());
   if (!function) return nullptr;
   if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));

@@ -44,6 +44,7 @@ class PlainParserC {
     wstring name = {};       // empty: brackets that only group
     NotationS const* infix = nullptr;
     NodeT exponent = {};  // of a function, as in sin²x; of a root, its index
+    NodeT second = {};    // the argument that is in the name, as in log_2(x)
     std::size_t firstOperand = 0;
     std::size_t begin = 0;  // what an error in the arguments marks
     std::size_t end = 0;
@@ -64,6 +65,7 @@ class PlainParserC {
   NextE readSignBeforeOperand();
   NextE readRoot();
   NextE readName();
+  bool takeMark(FrameS& frame);
   NextE readQuotedName();
   NextE readWordCall(std::u16string_view name);
   NextE readFunction(FrameS&& frame);

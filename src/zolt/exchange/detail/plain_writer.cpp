@@ -148,7 +148,7 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
   bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
-  } else if (isBareName(name) && !isReserved(name)) {
+  } else if (isBareName(name) && !isReserved(name) && findMark(name) == name.npos) {
     writeBare(name);
   } else {
     writeQuoted(name);

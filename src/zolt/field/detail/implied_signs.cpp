@@ -28,6 +28,7 @@ using EditsT = std::vector<FormulaCopyC::EditS>;
 
 enum TokenE {
   TOKEN_SIGN,  ///< also a word between two operands, such as "mod"
+  TOKEN_NOT,   ///< a word before an operand
   TOKEN_NUMBER,
   TOKEN_NAME,
   TOKEN_FUNCTION,  ///< a name that needs arguments
@@ -103,7 +104,7 @@ class RowReaderC {
     if (!isWordCharacter(c)) return c == u'!' ? TOKEN_FACTORIAL : TOKEN_SIGN;
     while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
     auto const op = operators_.lookupText(text.substr(pos, end - pos));
-    if (op && op->isLinear()) return TOKEN_SIGN;
+    if (op && op->isLinear()) return op->getArity() == 1 ? TOKEN_NOT : TOKEN_SIGN;
     return op && op->getArity() > 0 ? TOKEN_FUNCTION : TOKEN_NAME;
   }
 
@@ -133,6 +134,8 @@ class ArgumentsC {
   EditsT findEdits() {
     for (std::size_t i = tokens_.size(); i-- > 0;) {
       if (tokens_[i].kind == TOKEN_FUNCTION) complete(i);
+      if (tokens_[i].kind == TOKEN_NOT && i > 0 && isRelation(tokens_[i - 1]) && !isOpen(i + 1))
+        bracketNot(i);
     }
     std::stable_sort(edits_.begin(), edits_.end(),
                      [](PlacedS const& a, PlacedS const& b) { return a.at < b.at; });
@@ -161,6 +164,35 @@ class ArgumentsC {
       ends_ = {function, end};
     }
     if (raised) raise(function, end);
+  }
+
+  bool isOpen(std::size_t i) const { return i < tokens_.size() && tokens_[i].kind == TOKEN_OPEN; }
+
+  static bool isRelation(TokenS const& token) {
+    return token.kind == TOKEN_SIGN && common::isRelation(token.begin.node->crefText()[token.begin.pos]);
+  }
+
+  /// Whether a relation or anything looser is at a token.
+  bool endsSums(TokenS const& token) const {
+    if (token.kind != TOKEN_SIGN) return false;
+    wstring const text =
+        token.begin.node->crefText().substr(token.begin.pos, token.end.pos - token.begin.pos);
+    auto const op = operators_.lookupText(text);
+    auto const sum = operators_.lookup(u"+");
+    return !op || !sum || op->getPrecedence() > sum->getPrecedence();
+  }
+
+  /// A "not" after a relation applies to the sum that follows.
+  void bracketNot(std::size_t word) {
+    std::size_t end = word;
+    for (std::size_t i = word + 1; i < tokens_.size(); ++i) {
+      if (tokens_[i].kind == TOKEN_CLOSE || endsSums(tokens_[i])) break;
+      if (tokens_[i].kind == TOKEN_OPEN && partners_[i] != none) i = partners_[i];
+      end = i;
+    }
+    if (end == word) return;
+    edits_.push_back({2 * word, {tokens_[word].begin, Node4C::OPEN_C}});
+    edits_.push_back({2 * end + 1, {tokens_[end].end, Node4C::CLOSE_C}});
   }
 
   /// The last token of an argument that begins without a bracket: its factors up to the next function.
@@ -223,6 +255,20 @@ class ArgumentsC {
 
 // ---- Products without a sign ----------------------------------------------------------------------------
 
+/// Whether a row is digits only.
+bool isWhole(Node4C const& row) {
+  wstring const& text = row.child(0)->crefText();
+  return row.numChildren() == 1 && !text.empty() && std::all_of(text.begin(), text.end(), common::isDigit);
+}
+
+/// Whether the construct is one number over another, which after a number is read as a sum by some and as a
+/// product by others.
+bool isNumberFraction(TokenS const& token) {
+  return token.item && token.item->getType() == NODE4_OPERATOR &&
+         token.item->crefOperator()->getName() == u"/" && isWhole(*token.item->child(0)) &&
+         isWhole(*token.item->child(1));
+}
+
 EditsT findProducts(std::vector<TokenS> const& tokens) {
   EditsT edits;
   TokenE last = TOKEN_SIGN;  // of an operand that ends here its kind, TOKEN_OPERAND after what follows one
@@ -241,7 +287,7 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
       case TOKEN_FUNCTION:
       case TOKEN_OPERAND:
       case TOKEN_CALL:
-        implied = afterAny;
+        implied = afterAny && !(last == TOKEN_NUMBER && isNumberFraction(token));
         break;
       default:
         break;
@@ -249,6 +295,7 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
     if (implied) edits.push_back({token.begin, common::times_sign});
     switch (token.kind) {
       case TOKEN_OPEN:
+      case TOKEN_NOT:
       case TOKEN_SIGN:
         last = TOKEN_SIGN;
         break;

@@ -1,6 +1,7 @@
 #include "zolt/field/detail/input_places.h"
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 #include "zolt/common/decimal_text.h"
@@ -8,6 +9,7 @@
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
 
@@ -77,46 +79,228 @@ PlaceS goToValue(PlaceS place) {
   if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
   if (item->getType() != NODE4_OPERATOR) return {};
+  // The first half of "<=" is no variable.
+  constexpr std::u16string_view halves = u"<>!:=";
+  if (place.pos > 0 && halves.find(place.node->crefText()[place.pos - 1]) != halves.npos) return {};
   unsigned long const valueRow = item->crefOperator()->crefWords().valueRow;
   return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
 }
 
-enum LeaveE { LEAVE_EXPONENTS, LEAVE_EXPONENTS_AND_FRACTIONS };
+enum LeaveE : unsigned { LEAVE_NOTHING = 0, LEAVE_EXPONENTS = 1, LEAVE_FRACTIONS = 2, LEAVE_BOTH = 3 };
 
 /// After all such items that end here; null when none does.
-PlaceS afterAllFinishedItems(PlaceS place, LeaveE leave) {
+PlaceS afterAllFinishedItems(PlaceS place, unsigned leave) {
   PlaceS target;
   for (PlaceS after = afterFinishedItem(place); after; after = afterFinishedItem(target)) {
-    if (leave == LEAVE_EXPONENTS && after.node->goLeft()->getType() != NODE4_POWER) break;
+    bool const isPower = after.node->goLeft()->getType() == NODE4_POWER;
+    if ((leave & (isPower ? LEAVE_EXPONENTS : LEAVE_FRACTIONS)) == 0) break;
     target = after;
   }
   return target;
 }
 
+/// What a sign between two operands ends.
+unsigned endedBySign(InputOptionsS const& options) {
+  return (options.exponents ? LEAVE_EXPONENTS : LEAVE_NOTHING) |
+         (options.fractions ? LEAVE_FRACTIONS : LEAVE_NOTHING);
+}
+
+bool isBetweenOperands(char16_t sign) {
+  constexpr std::u16string_view signs = u"+*/:";
+  return signs.find(sign) != signs.npos || math::common::isMinus(sign);
+}
+
+PlaceS beforeBlanks(PlaceS place) {
+  while (place.pos > 0 && place.node->crefText()[place.pos - 1] == u' ') --place.pos;
+  return place;
+}
+
+/// The linear operator whose text is the word between two places of one text, as "mod"; null: none.
+PointerTC<OperatorBC> findWord(wstring const& text, unsigned int begin, unsigned int end,
+                               OperatorListC const& operators) {
+  auto op = begin < end ? operators.lookupText(text.substr(begin, end - begin)) : nullptr;
+  return op && op->isLinear() ? op : nullptr;
+}
+
+/// Whether a sign typed at the place may be that of a number's exponent: "1e".
+bool awaitsExponent(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  unsigned int const start = wordStart(text, place.pos);
+  if (start + 1 >= place.pos || !math::common::startsNumber(text[start])) return false;
+  wstring const number = text.substr(start, place.pos - start) + u"+1";
+  return math::common::findNumberEnd(number, 0, math::common::LONE_EXPONENT_LEFT) == number.size();
+}
+
+/// Where the word or number begins that ends at `end`, with the sign of an exponent, as in "1e−3".
+unsigned int operandStart(wstring const& text, unsigned int end) {
+  unsigned int const start = wordStart(text, end);
+  if (start < 3 || start == end || !(text[start - 1] == u'+' || math::common::isMinus(text[start - 1]))) {
+    return start;
+  }
+  unsigned int const number = wordStart(text, start - 1);
+  bool const goesOn = number + 1 < start && math::common::startsNumber(text[number]) &&
+                      math::common::findNumberEnd(text, number, math::common::LONE_EXPONENT_LEFT) >= end;
+  return goesOn ? number : start;
+}
+
+/// Walks to the left over the factors of a product.
+class ProductWalkC {
+ public:
+  explicit ProductWalkC(OperatorListC const& operators) : operators_(operators) {}
+
+  PlaceS findStart(PlaceS end, unsigned maxFactors) {
+    at_ = end;
+    while (factors_ < maxFactors && (stepText() || (at_.pos == 0 && stepItem()))) {
+    }
+    return start_;
+  }
+  /// Whether it is more than what a fraction takes by itself.
+  bool isLonger() const { return factors_ > 1 || signed_; }
+
+ private:
+  /// Takes what ends at the place in its text. False when nothing of the product does.
+  bool stepText() {
+    at_ = beforeBlanks(at_);
+    if (at_.pos == 0) return false;
+    wstring const& text = at_.node->crefText();
+    char16_t const c = text[at_.pos - 1];
+    if (c == u'!' || c == math::common::times_sign) {
+      joined_ = c == u'!' && joined_;
+      --at_.pos;
+      return true;
+    }
+    if (!isWordCharacter(c)) {
+      // The sign of a factor, "2∙−3"; that of a whole product stays before it, unless it would apply to more
+      // than before: "−a mod b".
+      PlaceS const before{at_.node, at_.pos - 1};
+      bool const isSign = c == u'+' || math::common::isMinus(c);
+      PlaceS const sign = isSign ? beforeBlanks(before) : PlaceS();
+      bool const afterTimes = sign && sign.pos > 0 && text[sign.pos - 1] == math::common::times_sign;
+      if (!afterTimes && !(sign && worded_ && !endsOperandBefore(before, operators_))) return false;
+      at_ = afterTimes ? sign : before;
+      if (!afterTimes) start_ = before;
+      return afterTimes;
+    }
+    unsigned int const start = operandStart(text, at_.pos);
+    if (auto const word = findWord(text, start, at_.pos, operators_)) {
+      auto const times = operators_.lookup(u"*");
+      if (!times || word->getPrecedence() > times->getPrecedence()) return false;
+      at_.pos = start;
+      joined_ = false;
+      worded_ = true;
+      return true;
+    }
+    signed_ = signed_ || start != wordStart(text, at_.pos);
+    return take({at_.node, start}, math::common::startsNumber(text[start]));
+  }
+
+  bool stepItem() {
+    Node4C const* const item = at_.node->goLeft();
+    if (!item || isOpeningBracket(item->getType())) return false;
+    if (item->getType() == NODE4_POWER) {
+      at_ = placeBefore(*item);
+      return true;
+    }
+    if (!isClosingBracket(item->getType())) return take(placeBefore(*item), false);
+    Node4C const* const open = findPartner(*item);
+    if (!open) return false;
+    PlaceS const before = placeBefore(*open);
+    unsigned int const name =
+        endsNameAt(before) ? wordStart(before.node->crefText(), before.pos) : before.pos;
+    bool const called = !findWord(before.node->crefText(), name, before.pos, operators_);
+    return take({before.node, called ? name : before.pos}, false);
+  }
+
+  /// A number does not follow a factor without a sign.
+  bool take(PlaceS begin, bool isNumber) {
+    if (joined_) return false;
+    joined_ = isNumber;
+    start_ = at_ = begin;
+    ++factors_;
+    return true;
+  }
+
+  OperatorListC const& operators_;
+  PlaceS at_;
+  PlaceS start_;
+  unsigned factors_ = 0;
+  bool worded_ = false;  // with "mod" or "div"
+  bool signed_ = false;  // a number has an exponent with a sign
+  bool joined_ = false;  // a number begins here, so nothing may end here
+};
+
+bool startsOperand(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  while (place.pos < text.size() && text[place.pos] == u' ') ++place.pos;
+  if (place.pos < text.size()) return isWordCharacter(text[place.pos]);
+  Node4C const* const item = place.node->goRight();
+  return item && (isOpeningBracket(item->getType()) || item->getType() == NODE4_OPERATOR);
+}
+
 }  // namespace
 
-LeavingS leaveBySign(PlaceS place, char16_t sign, InputOptionsS const& options) {
-  bool const endsExponent =
-      sign == u'+' || math::common::isMinus(sign) || (sign == u'(' && !endsNameAt(place));
-  if (options.exponents && endsExponent && endsOperandAt(place))
+LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
+                     InputOptionsS const& options) {
+  if (isBetweenOperands(sign) && endsOperandBefore(place, operators)) {
+    if ((sign == u'+' || math::common::isMinus(sign)) && awaitsExponent(place)) return {};
+    return {afterAllFinishedItems(place, endedBySign(options)), false};
+  }
+  if (options.exponents && sign == u'(' && !endsNameAt(place) && endsOperandAt(place)) {
     return {afterAllFinishedItems(place, LEAVE_EXPONENTS), false};
+  }
   if (!options.leaving) return {};
-  if (PlaceS const after = leaveByClosingSign(place, sign)) return {after, true};
+  if (PlaceS const after = leaveByClosingSign(place, sign, operators)) return {after, true};
   if (sign == u')' || sign == u',') return leaveByBracketSign(place, sign);
   PlaceS const value = sign == u'=' ? goToValue(place) : PlaceS();
   if (value) return {value, true};
-  if (math::common::isRelation(sign))
-    return {afterAllFinishedItems(place, LEAVE_EXPONENTS_AND_FRACTIONS), false};
+  if (math::common::isRelation(sign)) return {afterAllFinishedItems(place, LEAVE_BOTH), false};
   PlaceS const after = sign == u' ' ? afterFinishedItem(place) : PlaceS();
   return {after, bool{after}};
 }
 
-PlaceS leaveByClosingSign(PlaceS place, char16_t sign) {
-  Node4C const* const item = enclosingItem(*place.node);
-  if (!item || item->getType() != NODE4_OPERATOR || sign == u'\0') return {};
-  if (item->crefOperator()->crefWords().closingSign != sign) return {};
-  if (!isAtRowEnd(place) || findOpenBracket(place) || isEmptyRow(*place.node->getParent())) return {};
-  return placeAfter(*item);
+PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& operators,
+                       InputOptionsS const& options) {
+  if (!endsOperandBefore(place, operators)) return {};
+  if (op.isLinear() && op.getArity() == 2) return afterAllFinishedItems(place, endedBySign(options));
+  bool const opens = op.crefWords().closingSign != u'\0' && options.exponents;
+  return opens ? afterAllFinishedItems(place, LEAVE_EXPONENTS) : PlaceS();
+}
+
+PlaceS startOfProduct(PlaceS place, OperatorListC const& operators) {
+  if (startsOperand(place)) return {};
+  ProductWalkC walk(operators);
+  PlaceS const start = walk.findStart(place, std::numeric_limits<unsigned>::max());
+  return walk.isLonger() ? start : PlaceS();
+}
+
+PlaceS startOfPower(PlaceS place, OperatorListC const& operators) {
+  place = beforeBlanks(place);
+  Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
+  if (!left || left->getType() != NODE4_POWER) return {};
+  PlaceS start = ProductWalkC(operators).findStart(place, 1);
+  if (!start || start.pos == start.node->sizeText()) return start;
+  // A number before a name is a factor.
+  wstring const& text = start.node->crefText();
+  std::size_t const number =
+      math::common::startsNumber(text[start.pos])
+          ? math::common::findNumberEnd(text, start.pos, math::common::LONE_EXPONENT_LEFT)
+          : start.pos;
+  if (number < wordEnd(text, start.pos)) start.pos = static_cast<unsigned int>(number);
+  return start;
+}
+
+PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& operators) {
+  if (sign == u'\0') return {};
+  for (PlaceS at = place; at; at = afterFinishedItem(at)) {
+    Node4C const* const item = enclosingItem(*at.node);
+    if (!item || item->getType() != NODE4_OPERATOR || item->crefOperator()->crefWords().closingSign != sign) {
+      continue;
+    }
+    if (!isAtRowEnd(at) || findOpenBracket(at) || isEmptyRow(*at.node->getParent())) return {};
+    bool const opens = item->crefOperator()->crefWords().signs.find(sign) != wstring::npos;
+    return !opens || endsOperandBefore(place, operators) ? placeAfter(*item) : PlaceS();
+  }
+  return {};
 }
 
 PlaceS afterGroup(PlaceS place) {
@@ -126,7 +310,7 @@ PlaceS afterGroup(PlaceS place) {
 }
 
 bool bindsToGroup(char16_t typed) {
-  constexpr std::u16string_view signs = u"^!°";
+  constexpr std::u16string_view signs = u"^!°ʳ";
   return signs.find(typed) != signs.npos || math::common::loweredSign(typed) != u'\0';
 }
 
@@ -148,6 +332,12 @@ bool endsOperandAt(PlaceS place) {
   }
   Node4C const* const left = place.node->goLeft();
   return left && !isOpeningBracket(left->getType());
+}
+
+bool endsOperandBefore(PlaceS place, OperatorListC const& operators) {
+  PlaceS const end = beforeBlanks(place);
+  wstring const& text = end.node->crefText();
+  return endsOperandAt(end) && !findWord(text, wordStart(text, end.pos), end.pos, operators);
 }
 
 bool hasComma(PlaceS begin, PlaceS end) {

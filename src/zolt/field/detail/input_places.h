@@ -4,8 +4,14 @@
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/place.h"
 
+namespace zolt::math::ved {
+class OperatorBC;
+class OperatorListC;
+}  // namespace zolt::math::ved
+
 namespace zolt::field::detail {
 
+using math::ved::OperatorListC;
 using math::ved::PlaceS;
 using oss::wstring;
 
@@ -19,19 +25,34 @@ struct LeavingS {
 };
 
 /// Where a sign leads: ")" and "," through the rows of a construct that is written with brackets, and out of
-/// it; "=" to the row that a construct shows it before; a relation or a blank out of finished exponents and
-/// fractions; "+" and "−" out of finished exponents; and a sign that closes a construct out of it.
-LeavingS leaveBySign(PlaceS place, char16_t sign, InputOptionsS const& options);
+/// it; "=" to the row that a construct shows it before; a relation, a sign between operands or a blank out of
+/// finished exponents and fractions; and a sign that closes a construct out of it.
+LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
+                     InputOptionsS const& options);
+
+/// The same for an operator that is inserted by a sign: "∧" leaves as the word does, a bar as "(".
+PlaceS leaveByOperator(PlaceS place, math::ved::OperatorBC const& op, OperatorListC const& operators,
+                       InputOptionsS const& options);
+
+/// Where the product begins that ends at the place, when it has more factors than the last one and no operand
+/// follows: what "/" then divides is all of it, as in written text. Null otherwise.
+PlaceS startOfProduct(PlaceS place, OperatorListC const& operators);
+
+/// Where the base begins of the power just before the place; null when there is none. What raises the power,
+/// or
+/// "!", needs brackets around it.
+PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
 
 /// After the exponent or fraction whose last row ends here and is one pair of brackets and its content; null
 /// elsewhere.
 PlaceS afterGroup(PlaceS place);
 
-/// Whether a character that is typed after a pair of brackets applies to the pair: "^", "!", "°", "²".
+/// Whether a character that is typed after a pair of brackets applies to the pair: "^", "!", "°", "ʳ", "²".
 bool bindsToGroup(char16_t typed);
 
-/// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here; null elsewhere.
-PlaceS leaveByClosingSign(PlaceS place, char16_t sign);
+/// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here, or in finished
+/// exponents and fractions at its end; null elsewhere. A bar, which also opens, closes after an operand only.
+PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& operators);
 
 /// Whether the place is in an exponent that expects an operand, so that a raised character typed there joins
 /// it.
@@ -42,6 +63,8 @@ bool endsNameAt(PlaceS place);
 
 /// Whether an operand (a name, a number, a construct or a closing bracket) ends at the place.
 bool endsOperandAt(PlaceS place);
+/// The same when blanks may come between; and a word such as "and" is no operand.
+bool endsOperandBefore(PlaceS place, OperatorListC const& operators);
 
 /// Whether there is a "," outside brackets between two places of one row.
 bool hasComma(PlaceS begin, PlaceS end);
