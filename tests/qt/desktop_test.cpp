@@ -27,6 +27,7 @@
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/text_line.h"
 #include "hosts/qt/desktop/write_file.h"
 #include "tests/qt/desktop_stage.h"
 #include "tests/qt/keys.h"
@@ -256,7 +257,7 @@ class DesktopTest final : public QObject {
                                                {"{Return}", 3, 4},
                                                {"{Backspace}", 2, 3},
                                                {"{Up}{Up}{Return}", 2, 3},
-                                               {"+{Return}", 2, 3}}) {
+                                               {"+{Return}", 3, 4}}) {
       type(keys);
       QCOMPARE(stage.current(), current);
       QCOMPARE(stage.view.rows().size(), count);

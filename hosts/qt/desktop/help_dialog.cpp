@@ -62,7 +62,7 @@ QString makeTyping() {
   html += paragraph(
       tr("<b>Tab</b> leads to the next empty place, <b>→</b> or a blank out of an exponent or a fraction. "
          "What is selected when you type an operator becomes its operand. On an incomplete formula the "
-         "Enter key shows what is missing."));
+         "Enter key marks what is missing and goes on."));
   return html;
 }
 

@@ -6,7 +6,6 @@
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QLabel>
-#include <QLineEdit>
 #include <QLocale>
 #include <QMimeData>
 #include <QSettings>
@@ -22,6 +21,7 @@
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_mime.h"
 
@@ -156,7 +156,7 @@ void MainWindow::updateStatus() {
   if (formula->isComplete()) {
     showState(tr("Complete"), complete_colour);
   } else {
-    showState(tr("Incomplete – the Enter key shows what is missing"), incomplete_colour);
+    showState(tr("Incomplete – the Enter key marks what is missing"), incomplete_colour);
   }
   source_->setFullText(inOneLine(*formula));
 }
@@ -172,7 +172,7 @@ QString MainWindow::inOneLine(FormulaEdit const& formula) const {
 
 void MainWindow::updateActions() {
   FormulaEdit const* const formula = view_->currentFormula();
-  QLineEdit const* const text = view_->currentRow()->text();
+  TextLine const* const text = view_->currentRow()->text();
   bool const selected = formula ? formula->hasSelection() : text->hasSelectedText();
   auto const enable = [this](char const* name, bool enabled) {
     action(QLatin1String(name))->setEnabled(enabled);
@@ -271,7 +271,7 @@ void MainWindow::runInFormula(field::CommandE command) {
     formula->runCommand(command);
     return;
   }
-  QLineEdit& text = *view_->currentRow()->text();
+  TextLine& text = *view_->currentRow()->text();
   switch (command) {
     case field::COMMAND_CUT:
       if (!text.isReadOnly()) text.cut();

@@ -1,8 +1,8 @@
 #include "hosts/qt/desktop/sheet_commands.h"
 
 #include <QCoreApplication>
-#include <QLineEdit>
 
+#include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
 
 namespace zolt::desktop {

@@ -2,13 +2,13 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QLineEdit>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPushButton>
 #include <QTimer>
 
 #include "hosts/qt/desktop/sheet_file.h"
+#include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/sheet/sheet_text.h"
 
@@ -23,7 +23,7 @@ constexpr int margin_width = 52;
 constexpr int bar_width = 3;
 constexpr int dot_size = 6;
 
-constexpr qsizetype notation_shown = 1000;  // characters
+constexpr qsizetype notation_shown = 300;  // characters
 
 constexpr int state_delay = 400;  // ms: during typing every formula is incomplete
 
@@ -81,7 +81,7 @@ void SheetRow::makeNotation(SheetLine const& line) {
   button_ = new QPushButton(tr("Show Formula"), this);
   button_->setToolTip(tr("It has %L1 characters, and so showing it takes a while.").arg(notation.size()));
   connect(button_, &QPushButton::clicked, this, &SheetRow::formulaWanted);
-  connect(text_, &QLineEdit::returnPressed, this, &SheetRow::formulaWanted);
+  connect(text_, &TextLine::returnPressed, this, &SheetRow::formulaWanted);
   line_ = line;
 }
 
@@ -102,15 +102,10 @@ void SheetRow::showFormula() {
 }
 
 void SheetRow::makeText(QString const& text) {
-  text_ = new QLineEdit(this);
-  text_->setMaxLength(int(sheet::max_sheet_text));
+  text_ = new TextLine(int(sheet::max_sheet_text), this);
   text_->setText(text);
-  text_->setFrame(false);
   text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));
   text_->setAccessibleName(text_->placeholderText());
-  QPalette clear = text_->palette();
-  clear.setBrush(QPalette::Base, Qt::transparent);
-  text_->setPalette(clear);
   updateFont();
 }
 
@@ -145,10 +140,13 @@ void SheetRow::setCurrent(bool current) {
   update();
 }
 
-void SheetRow::setZoom(qreal zoom) {
+void SheetRow::setZoom(qreal zoom, QPoint const* kept) {
   zoom_ = zoom;
-  if (formula_) {
-    formula_->setZoom(zoom * FormulaEdit::default_zoom);
+  qreal const own = zoom * FormulaEdit::default_zoom;
+  if (formula_ && kept) {
+    formula_->setZoomAround(own, formula_->mapFromGlobal(*kept));
+  } else if (formula_) {
+    formula_->setZoom(own);
   } else {
     updateFont();
   }
@@ -168,7 +166,7 @@ void SheetRow::enterAt(QPoint global) {
   if (formula_) {
     formula_->setCaretNear({at.x(), std::clamp(at.y(), 0, std::max(0, formula_->height() - 1))});
   } else {
-    text_->setCursorPosition(text_->cursorPositionAt({at.x(), text_->height() / 2}));
+    text_->setCaretNear(at);
   }
 }
 
@@ -177,13 +175,12 @@ void SheetRow::enterAtEnd() {
   if (formula_) {
     formula_->runCommand(field::COMMAND_FORMULA_END);
   } else {
-    text_->end(false);
+    text_->enterAtEnd();
   }
 }
 
 QRect SheetRow::caretOnScreen() const {
-  QRect const caret =
-      formula_ ? formula_->caretRectangle() : text_->inputMethodQuery(Qt::ImCursorRectangle).toRect();
+  QRect const caret = formula_ ? formula_->caretRectangle() : text_->caretRectangle();
   return {editor()->mapToGlobal(caret.topLeft()), caret.size()};
 }
 

@@ -6,7 +6,6 @@
 
 #include "hosts/qt/desktop/sheet.h"
 
-class QLineEdit;
 class QPushButton;
 class QTimer;
 
@@ -15,6 +14,8 @@ class FormulaEdit;
 }
 
 namespace zolt::desktop {
+
+class TextLine;
 
 /// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
 /// takes a while to show, is its notation and a button until the user wants to see it.
@@ -38,7 +39,7 @@ class SheetRow final : public QWidget {
   /// Null for a line of text, and for a formula that is not shown.
   qt::FormulaEdit* formula() const { return formula_; }
   /// Null for a formula that is shown; else the text, or the read-only beginning of the notation.
-  QLineEdit* text() const { return text_; }
+  TextLine* text() const { return text_; }
   QWidget* editor() const;
 
   /// Sets its number among the formulas, counted from 1.
@@ -46,7 +47,8 @@ class SheetRow final : public QWidget {
   void setCurrent(bool current);
   /// Shows the formula in place of its notation. The line's other widgets are then new.
   void showFormula();
-  void setZoom(qreal zoom);
+  /// `kept` (on the screen) is where the formula stays in place; null: where its caret is.
+  void setZoom(qreal zoom, QPoint const* kept = nullptr);
   /// Gives the line the focus and puts the caret near `global`, a place on the screen.
   void enterAt(QPoint global);
   void enterAtEnd();
@@ -75,7 +77,7 @@ class SheetRow final : public QWidget {
   mutable std::optional<SheetLine> line_;  // of a formula, until it changes
   QPushButton* button_ = nullptr;          // of a formula that is not shown
   qt::FormulaEdit* formula_ = nullptr;
-  QLineEdit* text_ = nullptr;
+  TextLine* text_ = nullptr;
   QTimer* stateTimer_ = nullptr;
   qreal zoom_ = 1;
   int number_ = 0;

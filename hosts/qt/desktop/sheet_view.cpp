@@ -3,13 +3,13 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <algorithm>
 
 #include "hosts/qt/desktop/sheet_commands.h"
+#include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/sheet/sheet_text.h"
 
@@ -100,7 +100,30 @@ FormulaEdit* SheetView::currentFormula() const { return current_->formula(); }
 
 void SheetView::setZoom(qreal zoom) {
   zoom_ = std::clamp(zoom, least_zoom, most_zoom);
-  for (SheetRow* const row : rows_) row->setZoom(zoom_);
+  QPoint const place = placeToKeep();
+  int const y = page_->mapFromGlobal(place).y();
+  auto const found = std::find_if(rows_.begin(), rows_.end(),
+                                  [y](SheetRow const* row) { return y <= row->geometry().bottom(); });
+  SheetRow* const kept = found == rows_.end() ? rows_.back() : *found;
+  double const part = double(y - kept->y()) / std::max(1, kept->height());
+  for (SheetRow* const row : rows_) row->setZoom(zoom_, row == kept && zoomedAt_ ? &place : nullptr);
+  settleLayout();
+  int const now = kept->y() + qRound(part * kept->height());
+  verticalScrollBar()->setValue(now - viewport()->mapFromGlobal(place).y());
+}
+
+QPoint SheetView::placeToKeep() const {
+  if (zoomedAt_) return *zoomedAt_;
+  QPoint const caret = current_->caretOnScreen().center(), middle = viewport()->rect().center();
+  bool const seen = viewport()->rect().contains(viewport()->mapFromGlobal(caret));
+  return seen ? caret : viewport()->mapToGlobal(middle);
+}
+
+void SheetView::settleLayout() {
+  layout_->activate();
+  // Makes the page as high as its lines now are.
+  QEvent request(QEvent::LayoutRequest);
+  QApplication::sendEvent(this, &request);
 }
 
 void SheetView::setDecimalComma(bool decimalComma) {
@@ -162,18 +185,23 @@ void SheetView::connectFormula(SheetRow* row) {
     if (row == current_) reveal();
   });
   connect(edit, &FormulaEdit::errorOccurred, this,
-          [this](auto, QString const& text) { emit errorOccurred(text); });
+          [this](int, QString const& text) { emit errorOccurred(text); });
   connect(edit, &FormulaEdit::returnPressed, this, &SheetView::goOn);
+  connect(edit, &FormulaEdit::returnRefused, this, &SheetView::goOn);
 }
 
 void SheetView::connectText(SheetRow* row) {
-  QLineEdit* const edit = row->text();
-  connect(edit, &QLineEdit::textChanged, this,
-          [this, row, before = edit->text()](QString const& text) mutable {
-            if (!replaying_) history_.push(new EditTextCommand(*this, row, before));
-            before = text;
-          });
-  connect(edit, &QLineEdit::returnPressed, this, &SheetView::goOn);
+  TextLine* const edit = row->text();
+  connect(edit, &TextLine::textChanged, this, [this, row, edit, before = edit->text()]() mutable {
+    QString const text = edit->text();
+    if (text == before) return;
+    if (!replaying_) history_.push(new EditTextCommand(*this, row, before));
+    before = text;
+  });
+  connect(edit, &TextLine::cursorPositionChanged, this, [this, row] {
+    if (row == current_) reveal();
+  });
+  connect(edit, &TextLine::returnPressed, this, &SheetView::goOn);
 }
 
 void SheetView::placeRow(SheetRow* row, qsizetype index) {
@@ -283,7 +311,7 @@ void SheetView::goOn() {
 // ---- Keys and wheel ---------------------------------------------------------------------------------------
 
 void SheetView::reveal() {
-  layout_->activate();
+  settleLayout();
   QRect const caret = current_->caretOnScreen();
   QPoint const top = page_->mapFromGlobal(caret.topLeft()), bottom = page_->mapFromGlobal(caret.bottomLeft());
   ensureVisible(0, bottom.y(), 0, reveal_margin);
@@ -321,7 +349,11 @@ void SheetView::keyPressEvent(QKeyEvent* event) {
 
 void SheetView::wheelEvent(QWheelEvent* event) {
   if (event->modifiers() & Qt::ControlModifier) {
-    if (event->angleDelta().y() != 0) emit zoomRequested(event->angleDelta().y() > 0 ? 1 : -1);
+    if (event->angleDelta().y() != 0) {
+      zoomedAt_ = event->globalPosition().toPoint();
+      emit zoomRequested(event->angleDelta().y() > 0 ? 1 : -1);
+      zoomedAt_.reset();
+    }
     event->accept();
     return;
   }
@@ -333,7 +365,8 @@ bool SheetView::focusNextPrevChild(bool next) {
   if (!page_->isAncestorOf(QApplication::focusWidget()) || target < 0 || target >= rows_.size()) {
     return QScrollArea::focusNextPrevChild(next);
   }
-  rows_[target]->editor()->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  // The reason would make a formula select itself, so that the next key would replace it.
+  rows_[target]->editor()->setFocus(Qt::OtherFocusReason);
   return true;
 }
 
@@ -353,14 +386,6 @@ bool SheetView::eventFilter(QObject* watched, QEvent* event) {
     bool const deletes = key->key() == Qt::Key_Backspace || key->key() == Qt::Key_Delete;
     if (deletes && !key->modifiers() && watched == current_->editor() && removeEmptyRow(key->key()))
       return true;
-  }
-  if (event->type() == QEvent::ShortcutOverride && qobject_cast<QLineEdit*>(watched)) {
-    // The keys run the sheet's history, not the line's own.
-    auto* const key = static_cast<QKeyEvent*>(event);
-    if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) {
-      event->ignore();
-      return true;
-    }
   }
   return QScrollArea::eventFilter(watched, event);
 }

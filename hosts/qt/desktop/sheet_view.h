@@ -42,6 +42,7 @@ class SheetView final : public QScrollArea {
   qt::FormulaEdit* currentFormula() const;
 
   qreal zoom() const { return zoom_; }
+  /// What is under the pointer stays in place while the wheel zooms, else what is at the caret.
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
   /// Sets the actions that the margin's context menu offers.
@@ -91,6 +92,8 @@ class SheetView final : public QScrollArea {
   void onFocusChanged(QWidget* now);
   void onFormulaEdited(SheetRow* row, qt::FormulaEdit::Step step, unsigned long position);
   void reveal();
+  void settleLayout();
+  QPoint placeToKeep() const;
   bool enterNeighbour(int distance);
   bool removeEmptyRow(int key);
 
@@ -101,6 +104,7 @@ class SheetView final : public QScrollArea {
   SheetRow* current_ = nullptr;
   QList<QAction*> rowActions_;
   qreal zoom_ = 1;
+  std::optional<QPoint> zoomedAt_;  // on the screen, while the wheel zooms
   bool decimalComma_ = false;
   bool replaying_ = false;  // the history is running; changes make no new step
 };

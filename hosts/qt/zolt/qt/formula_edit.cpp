@@ -1,10 +1,13 @@
 #include "zolt/qt/formula_edit.h"
 
 #include <QAction>
+#include <QFontInfo>
 #include <QMenu>
+#include <QMetaMethod>
 #include <QPointer>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/exchange/plain_text.h"
@@ -60,7 +63,6 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   math::ved::ViewZNT4C const& view = field->crefView();
   unsigned long const position = view.getHistoryPosition();
   bool const taken = action();
-  faultyBox.reset();
   bool const changed = field->takeChange();
 
   math::ved::SelectionS const selection = view.getSelection();
@@ -77,6 +79,8 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   if (actor == Actor::Program && changed) scroll = QPoint();
   if (field->takeRevealRequest(box) && actor == Actor::User) reveal(box);
   clampScroll();
+  // A mark stays while the user is elsewhere.
+  if (moved || selected) faultyBox.reset();
   if (moved || selected) restartBlinking();
   edit.update();
   edit.updateMicroFocus();
@@ -91,6 +95,7 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   }
   if (alive && selected) emit alive->selectionChanged();
   if (alive && moved) emit alive->caretMoved();
+  if (alive) followHistory(position);
   if (alive && (moved || selected)) notifyAccessibility(*alive, changed, wordsSeen);
   return taken;
 }
@@ -111,6 +116,39 @@ std::vector<FormulaEdit::StateS::StepS> FormulaEdit::StateS::stepsSince(unsigned
   return steps;
 }
 
+bool FormulaEdit::StateS::show(std::function<bool()> const& action, math::common::ReadErrorS const& error) {
+  QPointer<FormulaEdit> const alive(&edit);
+  auto const set = [&] {
+    bool const done = action();
+    if (done) unmodifiedAt = field->crefView().getHistoryPosition();
+    if (done) untold.reset();
+    return done;
+  };
+  bool const done = act(set, Actor::Program);
+  if (alive && !done) report(error);
+  return done;
+}
+
+void FormulaEdit::StateS::followHistory(unsigned long before) {
+  unsigned long const position = field->crefView().getHistoryPosition();
+  // An edit after an undo takes the way back to what was later.
+  if (unmodifiedAt && before < *unmodifiedAt && position > before && !redoing) unmodifiedAt.reset();
+  bool const modified = edit.isModified(), undo = edit.isUndoAvailable(), redo = edit.isRedoAvailable();
+  edit.setClearable(!edit.isEmpty() && !edit.isReadOnly());
+  QPointer<FormulaEdit> const alive(&edit);
+  if (std::exchange(modifiedSeen, modified) != modified) emit alive->modifiedChanged(modified);
+  if (alive && std::exchange(undoSeen, undo) != undo) emit alive->undoAvailableChanged(undo);
+  if (alive && std::exchange(redoSeen, redo) != redo) emit alive->redoAvailableChanged(redo);
+}
+
+void FormulaEdit::StateS::report(math::common::ReadErrorS const& error) {
+  if (!edit.isSignalConnected(QMetaMethod::fromSignal(&FormulaEdit::errorOccurred))) {
+    untold = error;
+    return;
+  }
+  emit edit.errorOccurred(error.cause, toQString(error.message), int(error.begin), int(error.end));
+}
+
 void FormulaEdit::StateS::change(std::function<void()> const& action) {
   act(
       [&] {
@@ -122,7 +160,7 @@ void FormulaEdit::StateS::change(std::function<void()> const& action) {
 
 // ---- Formula ----------------------------------------------------------------------------------------------
 
-FormulaEdit::FormulaEdit(QWidget* parent) : QWidget(parent), state_(std::make_unique<StateS>(*this)) {
+FormulaEdit::FormulaEdit(QWidget* parent) : EditField(parent), state_(std::make_unique<StateS>(*this)) {
   installAccessibility();
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled);
@@ -132,6 +170,7 @@ FormulaEdit::FormulaEdit(QWidget* parent) : QWidget(parent), state_(std::make_un
   setMouseTracking(true);
   setCursor(Qt::IBeamCursor);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  state_->fontSize = QFontInfo(font()).pixelSize();
   state_->contentSeen = state_->contentSize();
 }
 
@@ -152,7 +191,7 @@ bool FormulaEdit::setExpression(QString const& expression) {
   auto read =
       exchange::fromPlainText(toWstring(expression), math::algexpr::CASSessionBC::getSession(), &error);
   if (!read) {
-    emit errorOccurred(error.cause, toQString(error.message));
+    state_->report(error);
     return false;
   }
   return setAlgebraicExpression(read);
@@ -169,7 +208,7 @@ bool FormulaEdit::setPrefix(QString const& prefix) {
   auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix),
                                                      math::algexpr::CASSessionBC::getSession(), &error);
   if (!read) {
-    emit errorOccurred(error.cause, toQString(error.message));
+    state_->report(error);
     return false;
   }
   return setAlgebraicExpression(read);
@@ -180,12 +219,9 @@ QString FormulaEdit::tree() const {
 }
 
 bool FormulaEdit::setTree(QString const& tree) {
-  QPointer<FormulaEdit> const alive(this);
-  bool const done =
-      state_->act([&] { return state_->field->setNotation(toWstring(tree)); }, StateS::Actor::Program);
-  if (alive && !done)
-    emit errorOccurred(math::common::READ_ERROR_NONE, tr("This is no formula in tree notation"));
-  return done;
+  return state_->show(
+      [&] { return state_->field->setNotation(toWstring(tree)); },
+      {math::common::READ_ERROR_NONE, 0, 0, toWstring(tr("This is no formula in tree notation"))});
 }
 
 FormulaEdit::Expression FormulaEdit::algebraicExpression() const {
@@ -193,14 +229,13 @@ FormulaEdit::Expression FormulaEdit::algebraicExpression() const {
 }
 
 bool FormulaEdit::setAlgebraicExpression(Expression const& expression) {
-  QPointer<FormulaEdit> const alive(this);
-  bool const accepted =
-      state_->act([&] { return state_->field->setExpression(expression, state_->precision, state_->format); },
-                  StateS::Actor::Program);
-  if (alive && !accepted) {
-    emit errorOccurred(math::common::READ_ERROR_NOT_ALLOWED, tr("This formula is not allowed here"));
-  }
-  return accepted;
+  auto const show = [&] {
+    bool const accepted = state_->field->setExpression(expression, state_->precision, state_->format);
+    if (accepted) state_->field->run(field::COMMAND_FORMULA_END);
+    return accepted;
+  };
+  return state_->show(
+      show, {math::common::READ_ERROR_NOT_ALLOWED, 0, 0, toWstring(tr("This formula is not allowed here"))});
 }
 
 void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format) {
@@ -223,7 +258,7 @@ bool FormulaEdit::check() {
   bool const complete = state_->act([&] { return bool(state_->field->getExpression(&error)); });
   if (!alive || complete) return alive && complete;
   state_->faultyBox = error.box;
-  emit errorOccurred(error.cause, toQString(error.message));
+  state_->report(error);
   return false;
 }
 
@@ -242,62 +277,48 @@ void FormulaEdit::setReadOnly(bool readOnly) {
 
 qreal FormulaEdit::zoom() const { return state_->zoom; }
 
-void FormulaEdit::setZoom(qreal zoom) {
+void FormulaEdit::setZoom(qreal zoom) { setZoomAround(zoom, state_->focus().toPoint()); }
+
+void FormulaEdit::setZoomAround(qreal zoom, QPoint place) {
   qreal const clamped = std::clamp(zoom, min_zoom, max_zoom);
   if (!std::isfinite(zoom) || qFuzzyCompare(clamped, state_->zoom)) return;
-  state_->zoom = clamped;
-  state_->contentSeen = state_->contentSize();
-  state_->clampScroll();
-  updateGeometry();
-  update();
-  updateMicroFocus();
+  state_->resize([&] { state_->zoom = clamped; }, place);
   emit zoomChanged(clamped);
 }
 
 FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->field->getConstraints(); }
 
 void FormulaEdit::setConstraints(Constraints const& constraints) {
+  if (constraints.get() == this->constraints().get()) return;
   state_->field->setConstraints(constraints);
+  emit constraintsChanged();
 }
 
 bool FormulaEdit::decimalComma() const { return state_->field->getOptions().decimalComma; }
 
 void FormulaEdit::setDecimalComma(bool decimalComma) {
+  if (decimalComma == this->decimalComma()) return;
   state_->clipboard->setDecimalComma(decimalComma);
   state_->primary->setDecimalComma(decimalComma);
+  QPointer<FormulaEdit> const alive(this);
   state_->change([&] {
     field::InputOptionsS options = state_->field->getOptions();
     options.decimalComma = decimalComma;
     state_->field->setOptions(options);
   });
+  if (alive) emit decimalCommaChanged(decimalComma);
 }
 
-bool FormulaEdit::hasFrame() const { return state_->frame; }
+bool FormulaEdit::isModified() const { return state_->unmodifiedAt != historyPosition(); }
 
-void FormulaEdit::setFrame(bool frame) {
-  state_->frame = frame;
-  updateGeometry();
-  update();
+void FormulaEdit::setModified(bool modified) {
+  state_->unmodifiedAt.reset();
+  if (!modified) state_->unmodifiedAt = historyPosition();
+  state_->followHistory(historyPosition());
 }
 
-Qt::Alignment FormulaEdit::alignment() const { return state_->alignment; }
-
-void FormulaEdit::setAlignment(Qt::Alignment alignment) {
-  state_->alignment = alignment;
-  update();
-}
-
-QString FormulaEdit::placeholderText() const { return state_->placeholder; }
-
-void FormulaEdit::setPlaceholderText(QString const& text) {
-  state_->placeholder = text;
-  updateGeometry();
-  update();
-}
-
-bool FormulaEdit::isUndoRedoEnabled() const { return state_->undoRedo; }
-void FormulaEdit::setUndoRedoEnabled(bool enabled) { state_->undoRedo = enabled; }
-bool FormulaEdit::hasSelection() const { return state_->field->crefView().isSelected(); }
+bool FormulaEdit::isUndoAvailable() const { return isCommandEnabled(field::COMMAND_UNDO); }
+bool FormulaEdit::isRedoAvailable() const { return isCommandEnabled(field::COMMAND_REDO); }
 unsigned long FormulaEdit::historyPosition() const { return state_->field->crefView().getHistoryPosition(); }
 QString FormulaEdit::fontError() const { return state_->fontError; }
 
@@ -309,7 +330,11 @@ bool FormulaEdit::isCommandEnabled(field::CommandE command) const {
 
 bool FormulaEdit::runCommand(field::CommandE command) {
   if (command == field::COMMAND_PASTE) return !isReadOnly() && state_->paste(state_->clipboard->read());
-  return state_->act([&] { return state_->field->run(command); });
+  QPointer<FormulaEdit> const alive(this);
+  state_->redoing = command == field::COMMAND_REDO;
+  bool const done = state_->act([&] { return state_->field->run(command); });
+  if (alive) state_->redoing = false;
+  return done;
 }
 
 bool FormulaEdit::insertOperator(QString const& name) {
@@ -365,6 +390,18 @@ void FormulaEdit::paste() { runCommand(field::COMMAND_PASTE); }
 void FormulaEdit::selectAll() { runCommand(field::COMMAND_SELECT_ALL); }
 void FormulaEdit::clear() {
   state_->change([&] { state_->field->clear(); });
+}
+
+void FormulaEdit::onClearButton() { runCommand(field::COMMAND_CLEAR); }
+
+void FormulaEdit::connectNotify(QMetaMethod const& signal) {
+  EditField::connectNotify(signal);
+  if (!state_->untold || signal != QMetaMethod::fromSignal(&FormulaEdit::errorOccurred)) return;
+  // The listener may not be ready yet.
+  auto const tell = [this] {
+    if (auto const error = std::exchange(state_->untold, std::nullopt)) state_->report(*error);
+  };
+  QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
 }
 
 QMenu* FormulaEdit::createStandardContextMenu() {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <QWidget>
 #include <memory>
 
 #include "zolt/algexpr/algebraic_expression.h"
@@ -11,6 +10,7 @@
 #include "zolt/field/commands.h"
 #include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
+#include "zolt/qt/edit_field.h"
 
 class QMenu;
 class QMimeData;
@@ -22,44 +22,38 @@ struct PaletteEntryS;
 
 namespace zolt::qt {
 
-/// A widget in which a person reads and edits one formula in its textbook form, as `QLineEdit` is a widget
-/// for a line of text.
-///
-///     auto* edit = new zolt::qt::FormulaEdit(parent);
-///     edit->setExpression("sqrt(x^2+1)/2");
-///     connect(edit, &zolt::qt::FormulaEdit::expressionChanged, this, [=] { use(edit->prefix()); });
+/// A widget for one formula in its textbook form, as `QLineEdit` is one for a line of text.
+/// docs/qt-widget.md goes through both, row by row.
 ///
 /// The first widget of a process fills the operator table with the standard operators if the host has not
 /// done so. Without its font files (`fontError`) it keeps its formula, but shows that message instead.
-class FormulaEdit : public QWidget {
+class FormulaEdit : public EditField {
   Q_OBJECT
   /// The formula as people type it, "sqrt(x^2+1)/2". It is empty when the formula is incomplete.
   Q_PROPERTY(QString expression READ expression WRITE setExpression NOTIFY expressionChanged USER true)
-  /// The formula in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)". It is empty
-  /// when the formula is incomplete.
+  /// The same in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)".
   Q_PROPERTY(QString prefix READ prefix WRITE setPrefix NOTIFY expressionChanged)
   /// The current formula, complete or not, in tree notation.
   Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
   Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
   Q_PROPERTY(bool readOnly READ isReadOnly WRITE setReadOnly NOTIFY readOnlyChanged)
-  /// Logical pixels per surface unit; the base size of letters is 12 units.
+  /// The size of the formula's letters in sizes of the widget's font: 1.75 is that of displayed formulas.
   Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
   /// Restricts what may be entered from now on; null: everything is allowed.
-  Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints)
+  Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints NOTIFY
+                 constraintsChanged)
   /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
-  Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma)
-  Q_PROPERTY(bool frame READ hasFrame WRITE setFrame)
-  Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment)
-  /// Shown in place of an empty formula.
-  Q_PROPERTY(QString placeholderText READ placeholderText WRITE setPlaceholderText)
-  /// When off, the keys and menu entries of undo and redo are left to the window, which runs the commands
-  /// itself.
-  Q_PROPERTY(bool undoRedoEnabled READ isUndoRedoEnabled WRITE setUndoRedoEnabled)
+  Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY decimalCommaChanged)
+  /// Whether the formula differs in its history from when it, or this flag, was set.
+  Q_PROPERTY(bool modified READ isModified WRITE setModified NOTIFY modifiedChanged DESIGNABLE false)
+  Q_PROPERTY(bool undoAvailable READ isUndoAvailable NOTIFY undoAvailableChanged)
+  Q_PROPERTY(bool redoAvailable READ isRedoAvailable NOTIFY redoAvailableChanged)
+  Q_PROPERTY(int cursorPosition READ cursorPosition WRITE setCursorPosition NOTIFY caretMoved)
   Q_PROPERTY(bool hasSelectedFormula READ hasSelection NOTIFY selectionChanged)
+  Q_PROPERTY(QString selectedText READ selectedText NOTIFY selectionChanged)
 
  public:
-  /// Whether a change is an undo step of its own, or the user typed on, so that it is one step with the
-  /// previous change.
+  /// Whether a change is an undo step of its own, or the user typed on, which is one step with the last one.
   enum class Step { Begins, Continues };
   Q_ENUM(Step)
 
@@ -74,10 +68,10 @@ class FormulaEdit : public QWidget {
   explicit FormulaEdit(QString const& expression, QWidget* parent = nullptr);
   ~FormulaEdit() override;
 
+  // The setters of the formula return false, with nothing changed and `errorOccurred` emitted, when the text
+  // is not a formula or the constraints reject it.
   QString expression() const;
-  /// Shows the formula with all of it selected and a new history. Like the other setters of the formula it
-  /// returns false, with nothing changed and `errorOccurred` emitted, when the text is not a formula or the
-  /// constraints reject it.
+  /// Shows the formula with the caret at its end and a new history.
   bool setExpression(QString const& expression);
   QString prefix() const;
   bool setPrefix(QString const& prefix);
@@ -97,23 +91,19 @@ class FormulaEdit : public QWidget {
   bool isReadOnly() const;
   void setReadOnly(bool readOnly);
   qreal zoom() const;
-  /// The value is clamped to what is legible and paintable.
+  /// The value is clamped to what is legible and paintable. The caret stays in place as far as scrolling can
+  /// keep it, or what is at `place` (widget coordinates).
   void setZoom(qreal zoom);
+  void setZoomAround(qreal zoom, QPoint place);
   Constraints constraints() const;
   void setConstraints(Constraints const& constraints);
   bool decimalComma() const;
   void setDecimalComma(bool decimalComma);
-  bool hasFrame() const;
-  void setFrame(bool frame);
-  Qt::Alignment alignment() const;
-  void setAlignment(Qt::Alignment alignment);
-  QString placeholderText() const;
-  void setPlaceholderText(QString const& text);
-  bool isUndoRedoEnabled() const;
-  void setUndoRedoEnabled(bool enabled);
-  bool hasSelection() const;
-  /// The position in the history of changes: every change raises it, and undo restores the earlier value. It
-  /// does not fall when a long history drops its beginning.
+  bool isModified() const;
+  void setModified(bool modified);
+  bool isUndoAvailable() const;
+  bool isRedoAvailable() const;
+  /// Every change raises it, and undo restores the earlier value. It stays when a long history is shortened.
   unsigned long historyPosition() const;
   /// Empty when the fonts have been found.
   QString fontError() const;
@@ -125,6 +115,29 @@ class FormulaEdit : public QWidget {
   bool insertEntry(field::PaletteEntryS const& entry);
   /// Puts the caret at the place nearest to `pos` (widget coordinates).
   void setCaretNear(QPoint pos);
+  // As of a `QLineEdit`. A position counts the places of the caret before it, in reading order; finding it
+  // takes a walk over the formula. `mark` moves the end of the selection.
+  int cursorPosition() const;
+  void setCursorPosition(int position) { setSelection(position, 0); }
+  int cursorPositionAt(QPoint pos) const;
+  void cursorForward(bool mark, int steps = 1);
+  void cursorBackward(bool mark, int steps = 1) { cursorForward(mark, -steps); }
+  void cursorWordForward(bool mark);
+  void cursorWordBackward(bool mark);
+  void home(bool mark);
+  void end(bool mark);
+  void backspace();
+  void del();
+  bool hasSelection() const;
+  /// What is selected as people type it, complete or not.
+  QString selectedText() const;
+  /// -1 without a selection.
+  int selectionStart() const;
+  int selectionEnd() const;
+  int selectionLength() const;
+  /// A negative length selects to the left.
+  void setSelection(int start, int length);
+  void deselect();
 
   /// The formula, or the selection, in the form for a clipboard; the caller owns it. Null when it is empty.
   QMimeData* createMimeData() const;
@@ -147,7 +160,7 @@ class FormulaEdit : public QWidget {
   CaretOffsets caretOffsets() const;
   /// Selects between the places of the caret that are nearest to the offsets.
   void selectOffsets(int anchor, int caret);
-  /// The box that the caret would have at `offset`, in widget coordinates.
+  /// The caret's box at `offset`, in widget coordinates.
   QRect placeRectangle(int offset) const;
   /// The box around what the character at `offset` says, in widget coordinates.
   QRect characterRectangle(int offset) const;
@@ -166,8 +179,9 @@ class FormulaEdit : public QWidget {
   Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, QVariant const& argument) const;
 
  public slots:
-  /// Checks the formula as at the end of editing: when it is incomplete, selects the faulty part, emits
-  /// `errorOccurred` and returns false.
+  /// Inserts the formula that the text means, as pasting it does.
+  void insert(QString const& text);
+  /// When the formula is incomplete, selects the faulty part, emits `errorOccurred` and returns false.
   bool check();
   void undo();
   void redo();
@@ -180,22 +194,36 @@ class FormulaEdit : public QWidget {
  signals:
   /// The formula has changed, whether by the user or by the program.
   void expressionChanged();
-  /// The user changed the formula. Emitted once for each step that undo would take back, since one key may
-  /// make two: what it types, and what that completes. `position` is `historyPosition` before the step.
+  /// The user changed the formula. Emitted for each step that undo would take back: one key may make two,
+  /// what it types and what that completes. `position` is `historyPosition` before the step.
   void edited(zolt::qt::FormulaEdit::Step step, unsigned long position);
   void selectionChanged();
   void caretMoved();
-  /// `cause` is READ_ERROR_NONE when no reader refused a text; `text` is a sentence without a full stop.
-  void errorOccurred(zolt::math::common::ReadErrorE cause, QString const& text);
+  /// `cause` is READ_ERROR_NONE when no reader refused a text; `text` is a sentence without a full stop;
+  /// `begin` and `end` are the faulty characters of a given text, and 0 when the formula itself is faulty,
+  /// whose place is marked. An error before anybody listens is told to the first who does.
+  void errorOccurred(zolt::math::common::ReadErrorE cause, QString const& text, int begin, int end);
+  /// The field refused what the user typed or pasted. `reason` is a sentence without a full stop.
+  void inputRejected(QString const& reason);
+  /// The Enter key was pressed on a complete or empty formula. It goes on to the parent, such as a dialog.
   void returnPressed();
+  /// The Enter key was pressed on an incomplete formula, whose fault is marked. The field keeps the key.
+  void returnRefused();
   void editingFinished();
   void readOnlyChanged(bool readOnly);
   void zoomChanged(qreal zoom);
+  void constraintsChanged();
+  void decimalCommaChanged(bool decimalComma);
+  void modifiedChanged(bool modified);
+  void undoAvailableChanged(bool available);
+  void redoAvailableChanged(bool available);
 
  protected:
+  void onClearButton() override;
+  void onAreaChanged() override;
+  void connectNotify(QMetaMethod const& signal) override;
   bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
-  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;

@@ -107,8 +107,7 @@ bool isTypedText(QKeyEvent const& event) {
 
 /// Commands whose keys go to the parent widget when the formula has no use for them.
 bool isSharedWithParent(field::CommandE command) {
-  return command == field::COMMAND_UP || command == field::COMMAND_DOWN ||
-         command == field::COMMAND_DROP_SELECTION;
+  return command == field::COMMAND_UP || command == field::COMMAND_DOWN;
 }
 
 bool isHistory(field::CommandE command) {
@@ -121,9 +120,10 @@ bool FormulaEdit::event(QEvent* event) {
   if (event->type() == QEvent::ShortcutOverride) {
     auto* const key = static_cast<QKeyEvent*>(event);
     auto const command = commandOf(*key);
-    bool const ours = command ? !(isHistory(*command) && !state_->undoRedo) &&
-                                    !(field::commands()[*command].modifies && isReadOnly())
-                              : isTypedText(*key) && !isReadOnly();
+    bool const ours = command == field::COMMAND_DROP_SELECTION ? false
+                      : command ? !(isHistory(*command) && !isUndoRedoEnabled()) &&
+                                      !(field::commands()[*command].modifies && isReadOnly())
+                                : isTypedText(*key) && !isReadOnly();
     if (ours) {
       event->accept();
       return true;
@@ -139,31 +139,35 @@ bool FormulaEdit::event(QEvent* event) {
       return true;
     }
   }
-  return QWidget::event(event);
+  if (event->type() == QEvent::Leave) state_->hoverBar({-1, -1});
+  return EditField::event(event);
 }
 
 void FormulaEdit::keyPressEvent(QKeyEvent* event) {
   if (auto const command = commandOf(*event)) {
-    if (isHistory(*command) && !state_->undoRedo) {
+    if (isHistory(*command) && !isUndoRedoEnabled()) {
       event->ignore();
     } else {
       bool const taken = runCommand(*command);
-      event->setAccepted(taken || !isSharedWithParent(*command));
+      // The key that drops a selection also closes a dialog, at once, as in a line edit.
+      bool const goesOn = *command == field::COMMAND_DROP_SELECTION;
+      event->setAccepted(!goesOn && (taken || !isSharedWithParent(*command)));
     }
     return;
   }
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    // A dialog's default button reacts to the same key.
-    event->ignore();
-    if (isEmpty() || check()) {
-      QPointer<FormulaEdit> const alive(this);
-      emit returnPressed();
-      if (alive) emit editingFinished();
-    }
+    QPointer<FormulaEdit> const alive(this);
+    bool const done = isEmpty() || check();
+    // A dialog's default button reacts to the same key, and would take an incomplete formula with it.
+    event->setAccepted(!done);
+    if (!alive) return;
+    if (done) emit returnPressed();
+    if (!done) emit returnRefused();
+    if (done && alive) emit editingFinished();
     return;
   }
   if (!isTypedText(*event)) {
-    QWidget::keyPressEvent(event);
+    EditField::keyPressEvent(event);
     return;
   }
   if (isReadOnly()) {
@@ -171,10 +175,17 @@ void FormulaEdit::keyPressEvent(QKeyEvent* event) {
     return;
   }
   oss::wstring const text = toWstring(event->text());
-  state_->act([&] {
+  event->accept();
+  state_->take([&] {
     return text.size() == 1 ? state_->field->typeCharacter(text[0]) : state_->field->insertText(text);
   });
-  event->accept();
+}
+
+bool FormulaEdit::StateS::take(std::function<bool()> const& action) {
+  QPointer<FormulaEdit> const alive(&edit);
+  bool const taken = act(action);
+  if (alive && !taken) emit alive->inputRejected(FormulaEdit::tr("This cannot go here"));
+  return taken;
 }
 
 void FormulaEdit::inputMethodEvent(QInputMethodEvent* event) {
@@ -184,7 +195,7 @@ void FormulaEdit::inputMethodEvent(QInputMethodEvent* event) {
   }
   event->accept();
   QPointer<FormulaEdit> const alive(this);
-  state_->act([&] { return state_->takeComposed(*event); });
+  state_->take([&] { return state_->takeComposed(*event); });
   if (alive) state_->restartBlinking();
 }
 
@@ -257,14 +268,23 @@ QVariant FormulaEdit::inputMethodQuery(Qt::InputMethodQuery query, QVariant cons
     case Qt::ImTextAfterCursor:
       return toQString(around().after());
     default:
-      return QWidget::inputMethodQuery(query);
+      return EditField::inputMethodQuery(query);
   }
 }
 
 void FormulaEdit::focusInEvent(QFocusEvent* event) {
   state_->restartBlinking();
   update();
-  QWidget::focusInEvent(event);
+  EditField::focusInEvent(event);
+  switch (event->reason()) {
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+      selectAll();
+      break;
+    default:
+      break;
+  }
 }
 
 void FormulaEdit::focusOutEvent(QFocusEvent* event) {
@@ -280,7 +300,7 @@ void FormulaEdit::focusOutEvent(QFocusEvent* event) {
     });
   }
   if (alive && done) emit editingFinished();
-  if (alive) QWidget::focusOutEvent(event);
+  if (alive) EditField::focusOutEvent(event);
 }
 
 }  // namespace zolt::qt

@@ -1,12 +1,11 @@
 #include <QEvent>
+#include <QFontInfo>
 #include <QGuiApplication>
-#include <QLinearGradient>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
 #include <QStyle>
 #include <QStyleHints>
-#include <QStyleOptionFrame>
 #include <QTextFormat>
 #include <QTimerEvent>
 #include <algorithm>
@@ -18,12 +17,6 @@
 namespace zolt::qt {
 
 namespace {
-
-// In logical pixels.
-constexpr int side_margin = 6;
-constexpr int top_margin = 4;
-constexpr int reveal_margin = 12;  // what is shown beyond the caret when it scrolls into sight
-constexpr int edge_width = 28;
 
 constexpr float band_opacity = 0.30F;
 constexpr QRgb fault_colour = 0xffe04848;
@@ -39,21 +32,15 @@ QRect toWholePixels(QRectF const& box) {
 
 // ---- Geometry ---------------------------------------------------------------------------------------------
 
-int FormulaEdit::StateS::frameWidth() const {
-  if (!frame) return 0;
-  QStyleOptionFrame option;
-  option.initFrom(&edit);
-  return edit.style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &option, &edit);
-}
-
-QRect FormulaEdit::StateS::viewport() const {
-  int const width = frameWidth();
-  return edit.contentsRect().adjusted(width, width, -width, -width);
+qreal FormulaEdit::StateS::scale() const {
+  // Letters are `zoom` times as large as those of the widget's font, within what is legible and paintable.
+  return std::clamp(zoom * fontSize / surfaces::getFontSize(0).em, min_zoom / 2, 2 * max_zoom);
 }
 
 QSize FormulaEdit::StateS::contentSize() {
   math::ved::PointS const size = field->refView().getExpressionSize();
-  return {qCeil(double(size.x) * zoom) + 2 * side_margin, qCeil(double(size.y) * zoom) + 2 * top_margin};
+  return {qCeil(double(size.x) * scale()) + 2 * side_margin,
+          qCeil(double(size.y) * scale()) + 2 * top_margin};
 }
 
 QPoint FormulaEdit::StateS::origin() {
@@ -61,16 +48,16 @@ QPoint FormulaEdit::StateS::origin() {
   QSize const content = contentSize();
   QPoint at = area.topLeft();
   int const spareX = area.width() - content.width(), spareY = area.height() - content.height();
-  Qt::Alignment const side = QStyle::visualAlignment(edit.layoutDirection(), alignment);
+  Qt::Alignment const side = QStyle::visualAlignment(edit.layoutDirection(), edit.alignment());
   if (spareX > 0 && side & Qt::AlignHCenter) at.rx() += spareX / 2;
   if (spareX > 0 && side & Qt::AlignRight) at.rx() += spareX;
-  if (spareY > 0 && alignment & Qt::AlignVCenter) at.ry() += spareY / 2;
-  if (spareY > 0 && alignment & Qt::AlignBottom) at.ry() += spareY;
+  if (spareY > 0 && edit.alignment() & Qt::AlignVCenter) at.ry() += spareY / 2;
+  if (spareY > 0 && edit.alignment() & Qt::AlignBottom) at.ry() += spareY;
   return at + QPoint(side_margin, top_margin) - scroll;
 }
 
 QPoint FormulaEdit::StateS::toUnits(QPointF pos) {
-  QPointF const inside = (pos - QPointF(origin())) / zoom;
+  QPointF const inside = (pos - QPointF(origin())) / scale();
   return {int(std::floor(inside.x())), int(std::floor(inside.y()))};
 }
 
@@ -78,53 +65,31 @@ QRect FormulaEdit::StateS::toPixels(math::ved::RectangleS const& box) {
   QRectF const units(QPointF(double(box.left), double(box.top)),
                      QPointF(double(box.right), double(box.bottom)));
   QPointF const at = origin();
-  return toWholePixels({units.topLeft() * zoom + at, units.bottomRight() * zoom + at});
-}
-
-void FormulaEdit::StateS::clampScroll() {
-  QSize const spare = contentSize() - viewport().size();
-  scroll.setX(std::clamp(scroll.x(), 0, std::max(0, spare.width())));
-  scroll.setY(std::clamp(scroll.y(), 0, std::max(0, spare.height())));
-}
-
-void FormulaEdit::StateS::reveal(math::ved::RectangleS const& box) {
-  QRect const area = viewport();
-  QRect const wanted = toPixels(box);
-  auto const shift = [](int low, int high, int areaLow, int areaHigh) {
-    int const margin = std::min(reveal_margin, std::max(0, (areaHigh - areaLow - (high - low)) / 2));
-    if (low - margin < areaLow) return low - margin - areaLow;
-    if (high + margin > areaHigh) return high + margin - areaHigh;
-    return 0;
-  };
-  scroll.rx() += shift(wanted.left(), wanted.right(), area.left(), area.right());
-  scroll.ry() += shift(wanted.top(), wanted.bottom(), area.top(), area.bottom());
-  clampScroll();
+  qreal const unit = scale();
+  return toWholePixels({units.topLeft() * unit + at, units.bottomRight() * unit + at});
 }
 
 QSize FormulaEdit::sizeHint() const {
   ensurePolished();
-  int const around = 2 * state_->frameWidth();
-  QMargins const margins = contentsMargins();
   QSize content = state_->contentSize();
-  if (isEmpty() && !state_->placeholder.isEmpty()) {
-    int const text = fontMetrics().horizontalAdvance(state_->placeholder) + 2 * side_margin;
+  if (isEmpty() && !placeholderText().isEmpty()) {
+    int const text = fontMetrics().horizontalAdvance(placeholderText()) + 2 * StateS::side_margin;
     content.setWidth(std::max(content.width(), text));
   }
   content.setWidth(std::max(content.width(), fontMetrics().averageCharWidth() * 17));
-  return content.grownBy(margins) + QSize(around, around);
+  return content.grownBy(aroundContents());
 }
 
 QSize FormulaEdit::minimumSizeHint() const {
   ensurePolished();
-  int const around = 2 * state_->frameWidth();
-  int const letters = qCeil(double(surfaces::getFontSize(0).height) * state_->zoom);
-  QSize const least(4 * letters, letters + 2 * top_margin);
-  return least.grownBy(contentsMargins()) + QSize(around, around);
+  int const letters = qCeil(double(surfaces::getFontSize(0).height) * state_->scale());
+  QSize const least(letters + 2 * StateS::side_margin, letters + 2 * StateS::top_margin);
+  return least.grownBy(aroundContents());
 }
 
 QRect FormulaEdit::caretRectangle() const { return state_->toPixels(state_->field->getCaretRectangle()); }
 
-void FormulaEdit::resizeEvent(QResizeEvent*) { state_->clampScroll(); }
+void FormulaEdit::onAreaChanged() { state_->clampScroll(); }
 
 // ---- Caret ------------------------------------------------------------------------------------------------
 
@@ -145,7 +110,7 @@ void FormulaEdit::timerEvent(QTimerEvent* event) {
   } else if (event->timerId() == state_->scrollTimer.timerId()) {
     state_->dragTo(state_->pointer);
   } else {
-    QWidget::timerEvent(event);
+    EditField::timerEvent(event);
   }
 }
 
@@ -182,7 +147,7 @@ void FormulaEdit::StateS::paintCaret(QPainter& painter) {
   QRect caret = dropCaret ? *dropCaret : edit.caretRectangle();
   // The caret is at least as wide as the platform's, and grows with the letters so that it stays visible.
   int const platform = edit.style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, &edit);
-  caret.setWidth(std::max(platform, qRound(zoom)));
+  caret.setWidth(std::max(platform, qRound(scale())));
   painter.fillRect(caret.adjusted(0, -1, 0, 1), edit.palette().color(QPalette::Text));
 }
 
@@ -192,7 +157,7 @@ void FormulaEdit::StateS::paintComposed(QPainter& painter) {
   QColor const colour = edit.palette().color(QPalette::Text);
   QColor band = edit.palette().color(QPalette::Highlight);
   band.setAlphaF(band_opacity);
-  int const thin = std::max(1, qRound(zoom / 2));
+  int const thin = std::max(1, qRound(scale() / 2));
   auto const underline = [&](QRect const& box, int thickness) {
     painter.fillRect(QRect(box.left(), box.bottom() + 1, box.width(), thickness), colour);
   };
@@ -210,35 +175,9 @@ void FormulaEdit::StateS::paintComposed(QPainter& painter) {
   }
 }
 
-void FormulaEdit::StateS::paintEdges(QPainter& painter) {
-  QRect const area = viewport();
-  QColor const base = edit.palette().color(QPalette::Base);
-  QColor clear = base;
-  clear.setAlpha(0);
-  auto const fade = [&](int from, int to) {
-    QLinearGradient gradient(from, 0, to, 0);
-    gradient.setColorAt(0, base);
-    gradient.setColorAt(1, clear);
-    painter.fillRect(QRect(std::min(from, to), area.top(), edge_width, area.height()), gradient);
-  };
-  if (scroll.x() > side_margin) fade(area.left(), area.left() + edge_width);
-  int const hidden = contentSize().width() - area.width() - scroll.x();
-  if (hidden > side_margin) fade(area.right() + 1, area.right() + 1 - edge_width);
-}
-
 void FormulaEdit::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  if (state_->frame) {
-    QStyleOptionFrame option;
-    option.initFrom(this);
-    option.rect = contentsRect();
-    option.lineWidth = state_->frameWidth();
-    option.state |= QStyle::State_Sunken;
-    option.state.setFlag(QStyle::State_ReadOnly, isReadOnly());
-    style()->drawPrimitive(QStyle::PE_PanelLineEdit, &option, &painter, this);
-  } else if (autoFillBackground() || backgroundRole() != QPalette::NoRole) {
-    painter.fillRect(contentsRect(), palette().brush(backgroundRole()));
-  }
+  paintFrame(painter, isReadOnly());
   painter.setClipRect(state_->viewport() & event->rect());
   if (!state_->graphics) {
     painter.setPen(palette().color(QPalette::PlaceholderText));
@@ -248,14 +187,14 @@ void FormulaEdit::paintEvent(QPaintEvent* event) {
   QPoint const at = state_->origin();
   state_->paintSelection(painter);
   state_->paintFault(painter);
-  if (isEmpty() && !state_->placeholder.isEmpty() && !hasFocus()) {
+  if (isEmpty() && !placeholderText().isEmpty() && !hasFocus()) {
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(state_->viewport().adjusted(side_margin, 0, -side_margin, 0),
-                     int(QStyle::visualAlignment(layoutDirection(), state_->alignment)), state_->placeholder);
+    painter.drawText(state_->viewport().adjusted(StateS::side_margin, 0, -StateS::side_margin, 0),
+                     int(QStyle::visualAlignment(layoutDirection(), alignment())), placeholderText());
   } else {
     painter.save();
     painter.translate(at);
-    painter.scale(state_->zoom, state_->zoom);
+    painter.scale(state_->scale(), state_->scale());
     state_->graphics->begin(painter, palette().color(QPalette::Text));
     math::ved::ViewZNT4C const& view = state_->field->crefView();
     if (hasFocus()) {
@@ -273,22 +212,10 @@ void FormulaEdit::paintEvent(QPaintEvent* event) {
 }
 
 void FormulaEdit::changeEvent(QEvent* event) {
-  switch (event->type()) {
-    case QEvent::StyleChange:
-    case QEvent::FontChange:
-    case QEvent::ContentsRectChange:
-      updateGeometry();
-      [[fallthrough]];
-    case QEvent::PaletteChange:
-    case QEvent::EnabledChange:
-    case QEvent::ActivationChange:
-    case QEvent::LayoutDirectionChange:
-      update();
-      break;
-    default:
-      break;
+  if (event->type() == QEvent::FontChange) {
+    state_->resize([&] { state_->fontSize = QFontInfo(font()).pixelSize(); }, state_->focus());
   }
-  QWidget::changeEvent(event);
+  EditField::changeEvent(event);
 }
 
 }  // namespace zolt::qt

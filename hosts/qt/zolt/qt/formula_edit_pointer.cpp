@@ -8,7 +8,6 @@
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QStyleHints>
-#include <QWheelEvent>
 #include <algorithm>
 
 #include "zolt/exchange/plain_text.h"
@@ -47,7 +46,7 @@ void FormulaEdit::StateS::press(QMouseEvent const& event) {
   clickedAt = at;
   sinceClick.start();
   bool const extend = event.modifiers() & Qt::ShiftModifier;
-  if (clicks == 1 && !extend && isOverSelection(event.position())) {
+  if (clicks == 1 && !extend && edit.dragEnabled() && isOverSelection(event.position())) {
     mayDrag = true;
     return;
   }
@@ -59,7 +58,7 @@ void FormulaEdit::StateS::press(QMouseEvent const& event) {
 void FormulaEdit::mousePressEvent(QMouseEvent* event) {
   if (state_->field->crefView().crefComposition().place) QGuiApplication::inputMethod()->commit();
   if (event->button() == Qt::LeftButton) {
-    state_->press(*event);
+    if (!state_->pressBar(event->position().toPoint())) state_->press(*event);
   } else if (event->button() == Qt::MiddleButton && state_->primary->hasContent() && !isReadOnly() &&
              QGuiApplication::clipboard()->supportsSelection()) {
     field::ClipboardContentS const content = state_->primary->read();
@@ -75,8 +74,13 @@ void FormulaEdit::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(ev
 
 void FormulaEdit::mouseMoveEvent(QMouseEvent* event) {
   if (!(event->buttons() & Qt::LeftButton)) {
-    bool const over = hasSelection() && state_->isOverSelection(event->position());
+    bool const over = state_->hoverBar(event->position().toPoint()) ||
+                      (dragEnabled() && hasSelection() && state_->isOverSelection(event->position()));
     setCursor(over ? Qt::ArrowCursor : Qt::IBeamCursor);
+    return;
+  }
+  if (state_->barDragged) {
+    state_->dragBar(event->position().toPoint());
     return;
   }
   if (state_->mayDrag) {
@@ -115,6 +119,7 @@ void FormulaEdit::mouseReleaseEvent(QMouseEvent* event) {
     return;
   }
   state_->scrollTimer.stop();
+  state_->barDragged.reset();
   if (state_->mayDrag) {
     state_->mayDrag = false;
     setCaretNear(event->position().toPoint());
@@ -128,19 +133,6 @@ void FormulaEdit::mouseReleaseEvent(QMouseEvent* event) {
 
 void FormulaEdit::StateS::offerPrimarySelection() {
   if (QGuiApplication::clipboard()->supportsSelection()) primary->write(field->copy());
-}
-
-void FormulaEdit::wheelEvent(QWheelEvent* event) {
-  bool const sideways = event->modifiers() & Qt::ShiftModifier;
-  QPoint delta = event->pixelDelta().isNull() ? event->angleDelta() / 4 : event->pixelDelta();
-  if (sideways && delta.x() == 0) delta = {delta.y(), 0};
-  QPoint const before = state_->scroll;
-  if (delta.x() != 0 && !(event->modifiers() & Qt::ControlModifier)) {
-    state_->scroll.rx() -= delta.x();
-    state_->clampScroll();
-  }
-  event->setAccepted(state_->scroll != before);
-  if (state_->scroll != before) update();
 }
 
 void FormulaEdit::contextMenuEvent(QContextMenuEvent* event) {
@@ -164,7 +156,8 @@ void FormulaEdit::StateS::startDrag() {
     FormulaPicture picture(fonts, edit.decimalComma());
     qreal const ratio = edit.devicePixelRatioF();
     if (picture.setContent(content)) {
-      QImage image = picture.toImage(zoom * ratio, 2, edit.palette().color(QPalette::Text), Qt::transparent);
+      QImage image =
+          picture.toImage(scale() * ratio, 2, edit.palette().color(QPalette::Text), Qt::transparent);
       image.setDevicePixelRatio(ratio);
       drag->setPixmap(QPixmap::fromImage(std::move(image)));
     }
@@ -188,7 +181,10 @@ bool FormulaEdit::StateS::paste(field::ClipboardContentS const& content) {
   if (!done && alive && !content.isEmpty()) {
     QString const why =
         error.message.empty() ? FormulaEdit::tr("This cannot go here") : toQString(error.message);
-    emit alive->errorOccurred(error.cause, FormulaEdit::tr("Not pasted: %1").arg(why));
+    QString const told = FormulaEdit::tr("Not pasted: %1").arg(why);
+    error.message = toWstring(told);
+    report(error);
+    if (alive) emit alive->inputRejected(told);
   }
   return done;
 }

@@ -23,6 +23,9 @@
 namespace zolt::qt {
 
 struct FormulaEdit::StateS {
+  // In logical pixels.
+  static constexpr int side_margin = 6, top_margin = 4;
+
   enum class Actor { User, Program };
   struct StepS {
     Step step;
@@ -36,8 +39,16 @@ struct FormulaEdit::StateS {
   /// Runs what `actor` does to the field, and then everything that follows: layout, scrolling, repainting,
   /// signals. The widget may have been deleted afterwards, since slots can do anything.
   bool act(std::function<bool()> const& action, Actor actor = Actor::User);
+  /// Runs an `action` that takes what the user types; tells when it is refused.
+  bool take(std::function<bool()> const& action);
   /// Runs an `action` of the host's that always succeeds.
   void change(std::function<void()> const& action);
+  /// Runs an `action` of the host's that shows another formula; reports `error` when it is refused.
+  bool show(std::function<bool()> const& action, math::common::ReadErrorS const& error);
+  /// Emits what has changed of the properties that follow the history. `before` is where that was.
+  void followHistory(unsigned long before);
+  /// Emits `errorOccurred`, or keeps the error until somebody listens.
+  void report(math::common::ReadErrorS const& error);
   /// The steps that `edited` has to report after an act that began with the history at `position`.
   std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
 
@@ -48,16 +59,38 @@ struct FormulaEdit::StateS {
 
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
   /// The part of the widget that shows the formula.
-  QRect viewport() const;
+  QRect viewport() const { return edit.contentsArea(); }
+  /// Logical pixels per surface unit.
+  qreal scale() const;
   QSize contentSize();
   /// The place of the formula's top-left corner, in widget coordinates.
   QPoint origin();
   QPoint toUnits(QPointF pos);
   QRect toPixels(math::ved::RectangleS const& box);
+
+  // ---- Scrolling (formula_edit_scroll.cpp) ---------------------------------------------------------------
+  /// A thin bar at an edge, which says how much of the formula is seen and which part.
+  struct BarS {
+    QRect zone;                 // where the pointer takes hold of it
+    QRect thumb;                // at rest
+    int length = 0, shown = 0;  // of the formula, and how much of it is seen
+  };
+  /// No value when the formula does not go on in that direction.
+  std::optional<BarS> bar(Qt::Orientation orientation);
   /// Keeps the formula in view after a change of size.
   void clampScroll();
   void reveal(math::ved::RectangleS const& box);
-  int frameWidth() const;
+  /// Makes `change` to what sizes are shown in; what was at `place` then is there again if scrolling allows.
+  void resize(std::function<void()> const& change, QPointF place);
+  /// Where to look at: the caret, or the middle when it is out of sight.
+  QPointF focus();
+  /// Whether the press is on a bar, which then follows the pointer.
+  bool pressBar(QPoint pos);
+  void dragBar(QPoint pos);
+  /// Notes over which bar the pointer is. True when it is over one.
+  bool hoverBar(QPoint pos);
+  /// Fades the formula out at edges beyond which it continues, and paints the bars.
+  void paintEdges(QPainter& painter);
 
   // ---- Caret (formula_edit_paint.cpp) --------------------------------------------------------------------
   void restartBlinking();
@@ -66,8 +99,6 @@ struct FormulaEdit::StateS {
   void paintCaret(QPainter& painter);
   /// Underlines what an input method composes.
   void paintComposed(QPainter& painter);
-  /// Fades the formula out at edges beyond which it continues.
-  void paintEdges(QPainter& painter);
 
   // ---- Pointer (formula_edit_pointer.cpp) ----------------------------------------------------------------
   void press(QMouseEvent const& event);
@@ -88,12 +119,13 @@ struct FormulaEdit::StateS {
   oss::PointerTC<SystemClipboardC> primary;  // what was selected last, on platforms that have it
 
   qreal zoom = default_zoom;
-  bool frame = true;
-  Qt::Alignment alignment = Qt::AlignLeft | Qt::AlignVCenter;
-  QString placeholder;
-  bool undoRedo = true;
+  qreal fontSize = 0;  // logical pixels
   unsigned long precision = 0;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
+
+  std::optional<unsigned long> unmodifiedAt = 0;  // in the history; no value when that cannot be reached
+  bool redoing = false;
+  std::optional<math::common::ReadErrorS> untold;
 
   QPoint scroll;  // how much is scrolled out of sight on the left and at the top
   QBasicTimer blinkTimer;
@@ -105,6 +137,7 @@ struct FormulaEdit::StateS {
   std::optional<QString> wordsSeen;
   math::ved::SelectionS selectionSeen;
   QSize contentSeen;
+  bool modifiedSeen = false, undoSeen = false, redoSeen = false;
 
   std::optional<math::ved::RectangleS> faultyBox;  // marked until the next act
 
@@ -115,6 +148,8 @@ struct FormulaEdit::StateS {
   bool mayDrag = false;    // the pointer went down on the selection
   QPointF pointer;         // for scrolling while it rests outside
   QBasicTimer scrollTimer;
+  std::optional<Qt::Orientation> barHovered, barDragged;
+  int barGrip = 0;                 // from the start of the thumb to where it was pressed
   bool draggingHere = false;       // our own selection is under way
   std::optional<QRect> dropCaret;  // where a drop at the pointer would insert
 };
