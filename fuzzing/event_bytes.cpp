@@ -25,18 +25,18 @@ constexpr ScriptWordE words[] = {SCRIPT_KEY,      SCRIPT_CHAR,         SCRIPT_IN
                                  SCRIPT_REDO,     SCRIPT_PASTE_PREFIX, SCRIPT_PASTE_BYTES, SCRIPT_SHOW,
                                  SCRIPT_TREE,     SCRIPT_SET,          SCRIPT_PASTE_TEXT,  SCRIPT_LOCK,
                                  SCRIPT_UNLOCK,   SCRIPT_PAINT,        SCRIPT_COMPLETE,    SCRIPT_ASK,
-                                 SCRIPT_MOVE,     SCRIPT_SELECT};
+                                 SCRIPT_MOVE,     SCRIPT_SELECT,       SCRIPT_NAMES};
 
 constexpr char16_t const* operators[] = {
     u"+",     u"-",     u"*",   u"div",     u"mod",       u"_pos", u"_neg",  u"^",     u"_rad",
     u"_deg",  u"!",     u"=",   u"<>",      u"<",         u">",    u"<=",    u">=",    u"not",
     u"and",   u"or",    u":=",  u":>",      u"_PI",       u"/",    u"d",     u"sqrt",  u"abs",
     u"floor", u"ceil",  u"log", u"diff",    u"integral",  u"sum",  u"where", u"error", u"sin",
-    u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln"};
+    u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln",    u"∞"};
 
-constexpr char16_t const* options[] = {u"constructs",    u"letters",          u"leaving",
-                                       u"decimal-comma", u"implied-products", u"exponents",
-                                       u"grouping",      u"implied-brackets", u"fractions"};
+constexpr char16_t const* options[] = {
+    u"constructs", u"letters",  u"leaving",          u"decimal-comma", u"implied-products",
+    u"exponents",  u"grouping", u"implied-brackets", u"fractions",     u"single-letters"};
 
 // The view's own keys come first, followed by as many codes as there are operators with a key.
 constexpr unsigned long view_keys[] = {
@@ -158,6 +158,7 @@ void readArguments(ReaderC& reader, ScriptStepS& step) {
     case SCRIPT_PASTE_PREFIX:
     case SCRIPT_SHOW:
     case SCRIPT_TREE:
+    case SCRIPT_NAMES:
       step.text = reader.text();
       break;
     default:
@@ -250,6 +251,7 @@ class WriterC {
       case SCRIPT_PASTE_PREFIX:
       case SCRIPT_SHOW:
       case SCRIPT_TREE:
+      case SCRIPT_NAMES:
         return putBytes(step.word, toBytes(step.text));
       default:
         putWord(step.word);

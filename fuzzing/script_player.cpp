@@ -68,6 +68,7 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_PASTE_TEXT:
     case SCRIPT_TREE:
     case SCRIPT_SET:
+    case SCRIPT_NAMES:
     case SCRIPT_COMPLETE:
     case SCRIPT_ASK:
     case SCRIPT_MOVE:

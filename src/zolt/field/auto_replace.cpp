@@ -6,6 +6,7 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/name_factors.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -186,18 +187,26 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
   return {before, caret, u"^", wstring(1, letter)};
 }
 
-ReplacementS findLetterReplacement(PlaceS end) {
+ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, InputOptionsS const& options,
+                                 NameUseE use) {
   auto const [begin, name] = nameEndingAt(end);
+  if (!(options.letters || options.singleLetters)) return {};
   // A raised "r" or "o" that is alone is the sign of an angle.
-  if ((name == u"r" || name == u"o") && isWholeExponent(begin, end))
+  if (options.letters && (name == u"r" || name == u"o") && isWholeExponent(begin, end))
     return {begin, end, u"(" + name + u")", {}};
   if (name.size() < 2) return {};
-  // Typing must give the same as pasting, so the reader of plain text decides.
-  auto const read = exchange::fromPlainText(name, math::algexpr::CASSessionBC::getSession());
-  if (!read) return {};
-  wstring const letter = read->getNode()->getName();
-  if (letter == name || letter.find(u'(') != wstring::npos) return {};
-  return {begin, end, letter, {}};
+  std::vector<wstring> factors{name};
+  if (options.singleLetters) factors = findFactors(name, operators, options.names);
+  std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;
+  for (std::size_t i = 0; options.letters && i + called < factors.size(); ++i) {
+    factors[i] = toMeantName(factors[i]);
+    auto const op = factors.size() > 1 ? operators.lookup(factors[i]) : nullptr;
+    if (op) factors[i] = op->getText();
+  }
+  wstring text = factors[0];
+  for (std::size_t i = 1; i < factors.size(); ++i) text += math::common::times_sign + factors[i];
+  if (text == name) return {};
+  return {begin, end, std::move(text), {}};
 }
 
 ReplacementS findFunctionReplacement(ViewZNT4C const& view, PlaceS end) {

@@ -7,6 +7,7 @@
 
 namespace zolt::math::ved {
 class OperatorBC;
+class OperatorListC;
 class ViewZNT4C;
 }  // namespace zolt::math::ved
 
@@ -54,8 +55,15 @@ struct ReplacementS {
 /// its primes, or after "∞".
 ReplacementS findSignReplacement(math::ved::ViewZNT4C const& view);
 
-/// The replacement for the name that ends at `end`: the letter for "alpha", the constant for "pi".
-ReplacementS findLetterReplacement(PlaceS end);
+enum NameUseE {
+  NAME_STANDS_ALONE,
+  NAME_IS_CALLED  ///< "(" comes next, so its last factor is a function's name
+};
+
+/// The replacement for the name that ends at `end`: the letter for "alpha", the constant for "pi", with
+/// single letters the product for "ac".
+ReplacementS findNameReplacement(math::ved::OperatorListC const& operators, PlaceS end,
+                                 InputOptionsS const& options, NameUseE use = NAME_STANDS_ALONE);
 
 /// The replacement for another name of a function that ends at `end`: "asin" for "arcsin".
 ReplacementS findFunctionReplacement(math::ved::ViewZNT4C const& view, PlaceS end);

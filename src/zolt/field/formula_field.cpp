@@ -96,6 +96,10 @@ void FormulaFieldC::recordOptions(InputOptionsS const& from, InputOptionsS const
     recorded_->push_back(makeStep(SCRIPT_SET, change.first));
     recorded_->back().on = change.second;
   }
+  if (from.names == to.names) return;
+  wstring names;
+  for (wstring const& name : to.names) names += (names.empty() ? u"" : u" ") + name;
+  recorded_->push_back(makeStep(SCRIPT_NAMES, names));
 }
 
 // ---- Expression ----------------------------------------------------------------------------------------

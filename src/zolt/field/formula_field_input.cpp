@@ -75,6 +75,11 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
     completeName();
     decision = decideInput(view_, c, options_);
   }
+  if (wordTyped_ && options_.singleLetters && decision.text == u"(") {
+    ReplacementS const found =
+        findNameReplacement(view_.crefOperatorList(), caret(), options_, NAME_IS_CALLED);
+    if (found.begin) replaceText(found);
+  }
   bool const taken = actOn(decision);
   if (taken) replaceCompleted(decision);
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
@@ -248,7 +253,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   if (options_.grouping && typed && decision.text == u")") {
     if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
   }
-  if (options_.letters && wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
+  if (wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
     if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
       replaceCall(found);
@@ -262,18 +267,18 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
   Node4C const* const text = at.pos > 0 ? at.node : previousText(*at.node);
   if (!text) return;
   PlaceS const end = at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text);
-  ReplacementS found = findFunctionReplacement(view_, end);
-  if (!found.begin && by != u"(") found = findLetterReplacement(end);
+  ReplacementS found = options_.letters ? findFunctionReplacement(view_, end) : ReplacementS();
+  if (!found.begin && by != u"(") found = findNameReplacement(view_.crefOperatorList(), end, options_);
   if (found.begin) replaceText(found);
 }
 
 ReplacementS FormulaFieldC::findCompletion() const {
-  bool const possible = wordTyped_ && options_.letters && isEditable() && !view_.isSelected();
-  return possible ? findLetterReplacement(caret()) : ReplacementS();
+  bool const possible = wordTyped_ && isEditable() && !view_.isSelected();
+  return possible ? findNameReplacement(view_.crefOperatorList(), caret(), options_) : ReplacementS();
 }
 
 void FormulaFieldC::completeName() {
-  if (!wordTyped_ || !options_.letters) return;
+  if (!wordTyped_) return;
   ActC const act(*this, makeStep(SCRIPT_COMPLETE));
   ReplacementS const found = findCompletion();
   wordTyped_ = false;

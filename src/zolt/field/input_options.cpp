@@ -17,11 +17,19 @@ constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"exponents", &InputOptionsS::exponents},
                              {u"fractions", &InputOptionsS::fractions},
                              {u"grouping", &InputOptionsS::grouping},
+                             {u"single-letters", &InputOptionsS::singleLetters},
                              {u"decimal-comma", &InputOptionsS::decimalComma},
                              {u"implied-products", &InputOptionsS::impliedProducts},
                              {u"implied-brackets", &InputOptionsS::impliedBrackets}};
 
 }  // namespace
+
+std::vector<wstring> const& getCommonNames() {
+  static std::vector<wstring> const names{u"arccos", u"arcsin", u"arctan", u"arg", u"cot", u"csc",
+                                          u"det",    u"gcd",    u"lcm",    u"lim", u"max", u"min",
+                                          u"rank",   u"sec",    u"sgn",    u"sign"};
+  return names;
+}
 
 char16_t foldTyped(char16_t c, InputOptionsS const& options) {
   c = math::common::foldLookAlike(c, math::common::LOOK_ALIKE_TYPED);

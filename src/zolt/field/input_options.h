@@ -9,6 +9,9 @@ namespace zolt::field {
 
 using oss::wstring;
 
+/// Names of functions that many engines know: "max", "gcd", "arcsin", …
+std::vector<wstring> const& getCommonNames();
+
 /// What a field does beyond inserting typed characters at the caret. Each rule can be switched off, and one
 /// undo takes back what a rule did.
 struct InputOptionsS {
@@ -30,6 +33,10 @@ struct InputOptionsS {
   bool grouping = true;
   /// The decimal sign is shown and typed as ",", and the sign between arguments as ";".
   bool decimalComma = false;
+  /// A typed name is a product of its letters once it is complete, as in "4ac", but for functions, Greek
+  /// names and `names`. What is pasted or shown by a program keeps its names.
+  bool singleLetters = false;
+  std::vector<wstring> names = getCommonNames();
   /// "2x" and "(a+b)c" are read as products when the formula is asked for.
   bool impliedProducts = true;
   /// "sin x" and "sin²x" are read as sin(x) and (sin(x))² when the formula is asked for.

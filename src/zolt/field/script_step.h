@@ -37,6 +37,7 @@ enum ScriptWordE {
                         ///< expression; `show ""` none
   SCRIPT_TREE,          ///< `tree "[\"a‸\"]"`: a tree with caret and selection, in tree notation
   SCRIPT_SET,           ///< `set decimal-comma on`: an option
+  SCRIPT_NAMES,         ///< `names "max min"`: the names that single letters leave whole
   SCRIPT_LOCK,          ///< `lock`: not editable
   SCRIPT_UNLOCK,        ///< `unlock`
   SCRIPT_PAINT,         ///< `paint`: the host draws

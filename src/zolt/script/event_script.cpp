@@ -48,6 +48,7 @@ constexpr WordS words[] = {
     {u"show", SCRIPT_SHOW, SHOWN},
     {u"tree", SCRIPT_TREE, TEXT},
     {u"set", SCRIPT_SET, SWITCH},
+    {u"names", SCRIPT_NAMES, TEXT},
     {u"lock", SCRIPT_LOCK, NO_ARGUMENT},
     {u"unlock", SCRIPT_UNLOCK, NO_ARGUMENT},
     {u"paint", SCRIPT_PAINT, NO_ARGUMENT},

@@ -65,6 +65,9 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
       return field_.setNotation(step.text);
     case SCRIPT_SET:
       return set(step.text, step.on);
+    case SCRIPT_NAMES:
+      setNames(step.text);
+      return true;
     case SCRIPT_LOCK:
       field_.setEditable(false);
       return true;
@@ -106,6 +109,17 @@ bool ScriptRunnerC::set(wstring const& option, bool on) {
   if (!setOption(options, option, on)) return false;
   field_.setOptions(options);
   return true;
+}
+
+void ScriptRunnerC::setNames(wstring const& text) {
+  InputOptionsS options = field_.getOptions();
+  options.names.clear();
+  for (std::size_t begin = 0; begin < text.size();) {
+    std::size_t const end = std::min(text.find(u' ', begin), text.size());
+    if (end > begin) options.names.push_back(text.substr(begin, end - begin));
+    begin = end + 1;
+  }
+  field_.setOptions(options);
 }
 
 PlaceS ScriptRunnerC::find(ScriptStepS const& step, std::size_t number) const {

@@ -25,6 +25,7 @@ class ScriptRunnerC {
  private:
   bool show(ScriptStepS const& step);
   bool set(wstring const& option, bool on);
+  void setNames(wstring const& text);
   /// Null when the step has no such place or it is not in the formula.
   field::PlaceS find(ScriptStepS const& step, std::size_t number) const;
 
