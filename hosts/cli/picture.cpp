@@ -5,7 +5,11 @@
 
 #include "hosts/cli/output_file.h"
 #include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/algexpr/cas_session.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/readable_text.h"
 #include "zolt/surfaces/typeset/font_size.h"
+#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::cli {
@@ -44,7 +48,13 @@ void PictureC::drawFormula(FormulaC& formula) {
   options_.baseline = double(tree.getMidHeight()) - double(size.midHeight) + size.baseline;
   FaultS ignored;
   auto const expression = formula.getExpression(ignored);
-  if (expression) options_.expression = expression->toPrefixString();
+  if (expression) {
+    options_.expression = expression->toPrefixString();
+    options_.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
+  }
+  auto const operators =
+      math::ved::OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
+  options_.spokenText = field::makeReadableText(tree, *operators).text;
 }
 
 void PictureC::drawSheet(std::vector<std::unique_ptr<FormulaC>> const& formulas, long width) {

@@ -210,8 +210,8 @@ class RenderTest(unittest.TestCase):
         self.assertTrue(abs(double[0] - 2 * width) <= 1 and abs(double[1] - 2 * height) <= 1)
         self.assertEqual(png_size("--margin", "4")[0], width + 14)
         svg = self.ved("render", "-o", "-", "--foreground", "#f08", "--background", "#00ff0080", "x")[1].decode().lower()
-        self.assertIn("rgb(255,0,136)", svg)
-        self.assertIn("rgb(0,255,0)", svg)
+        self.assertIn("#ff0088", svg)
+        self.assertIn("#00ff00", svg)
         self.assertNotIn("<text", svg)
         self.assertIn("<text", self.ved("render", "-o", "-", "--svg-text", "named", "x")[1].decode())
 

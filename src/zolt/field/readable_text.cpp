@@ -104,8 +104,13 @@ PlaceS ReadableTextS::placeAfter(unsigned long offset) const {
 }
 
 ReadableTextS makeReadableText(ViewZNT4C const& view) {
+  return makeReadableText(view.crefRoot(), view.crefOperatorList());
+}
+
+ReadableTextS makeReadableText(Node4C const& tree, OperatorListC const& operators) {
+  bool const isRoot = tree.getType() == math::ved::NODE4_ROOT;
   ReadableTextS readable;
-  ReaderC(readable, view.crefOperatorList()).readRow(*view.crefRoot().child(0));
+  ReaderC(readable, operators).readRow(isRoot ? *tree.child(0) : tree);
   return readable;
 }
 

@@ -6,8 +6,10 @@
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
+class Node4C;
+class OperatorListC;
 class ViewZNT4C;
-}
+}  // namespace zolt::math::ved
 
 namespace zolt::field {
 
@@ -37,5 +39,7 @@ struct ReadableTextS {
 
 /// The result is valid until the next edit, as places are.
 ReadableTextS makeReadableText(math::ved::ViewZNT4C const& view);
+/// The same for a tree, whose root or row this is, with the operators that it was made with.
+ReadableTextS makeReadableText(math::ved::Node4C const& tree, math::ved::OperatorListC const& operators);
 
 }  // namespace zolt::field

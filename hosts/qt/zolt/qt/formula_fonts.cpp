@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QCoreApplication>
 
+#include "zolt/surfaces/typeset/row_fit.h"
+
 namespace zolt::qt {
 
 namespace {
@@ -57,7 +59,52 @@ oss::PointerTC<surfaces::FontSetC> loadSystemFonts() {
   return surfaces::FontSetC::fromMemory(std::move(files), cause);
 }
 
+QPointF toPoint(surfaces::PathPointS p) { return {p.x, p.y}; }
+
+surfaces::PathC toPath(QPainterPath const& path) {
+  surfaces::PathC result;
+  auto const at = [&](int i) { return surfaces::PathPointS{path.elementAt(i).x, path.elementAt(i).y}; };
+  for (int i = 0; i < path.elementCount(); ++i) {
+    switch (path.elementAt(i).type) {
+      case QPainterPath::MoveToElement:
+        if (i > 0) result.close();
+        result.moveTo(at(i));
+        break;
+      case QPainterPath::LineToElement:
+        result.lineTo(at(i));
+        break;
+      default:  // the first control of a curve, which the other one and the target follow
+        result.curveTo(at(i), at(i + 1), at(i + 2));
+        i += 2;
+    }
+  }
+  if (path.elementCount() > 0) result.close();
+  return result;
+}
+
 }  // namespace
+
+QPainterPath toPainterPath(surfaces::PathC const& path) {
+  QPainterPath result;
+  result.setFillRule(Qt::WindingFill);
+  for (surfaces::PathStepS const& step : path.getSteps()) {
+    switch (step.verb) {
+      case surfaces::PATH_MOVE:
+        result.moveTo(toPoint(step.points[0]));
+        break;
+      case surfaces::PATH_LINE:
+        result.lineTo(toPoint(step.points[0]));
+        break;
+      case surfaces::PATH_CURVE:
+        result.cubicTo(toPoint(step.points[0]), toPoint(step.points[1]), toPoint(step.points[2]));
+        break;
+      case surfaces::PATH_CLOSE:
+        result.closeSubpath();
+        break;
+    }
+  }
+  return result;
+}
 
 std::shared_ptr<FormulaFonts> FormulaFonts::share(QString& error) {
   // This pointer does not own the fonts: a QRawFont must not outlive the application object.
@@ -102,7 +149,7 @@ FormulaFonts::FormulaFonts(oss::PointerTC<surfaces::FontSetC> const& files)
     // At this size outlines are in font units, so the toolkit's rounding does no harm.
     QRawFont drawn(QByteArray::fromRawData(bytes.data(), qsizetype(bytes.size())), font.getUnitsPerEm(),
                    QFont::PreferNoHinting);
-    faces_.push_back({std::move(drawn), {}});
+    faces_.push_back({std::move(drawn), {}, {}});
   }
 }
 
@@ -113,6 +160,19 @@ QPainterPath const& FormulaFonts::outline(unsigned face, std::uint16_t glyph) co
   QPainterPath path = from.font.pathForGlyph(glyph);
   path.setFillRule(Qt::WindingFill);
   return from.outlines.emplace(glyph, std::move(path)).first->second;
+}
+
+QPainterPath const& FormulaFonts::fittedOutline(unsigned face, std::uint16_t glyph, double em) const {
+  // Every zoom has its own outlines; those of former ones are let go from time to time.
+  constexpr std::size_t most_kept = 2000;
+  FaceS const& from = faces_[face];
+  auto const found = from.fitted.find({em, glyph});
+  if (found != from.fitted.end()) return found->second;
+  if (from.fitted.size() >= most_kept) from.fitted.clear();
+  double const unitsPerEm = typesetter_->getFonts().getFont(face).getUnitsPerEm();
+  surfaces::PathC const fitted =
+      surfaces::fitToRows(toPath(outline(face, glyph)), unitsPerEm, em / unitsPerEm);
+  return from.fitted.emplace(std::pair(em, glyph), toPainterPath(fitted)).first->second;
 }
 
 double FormulaFonts::unitSize(unsigned face, double em) const {

@@ -4,14 +4,20 @@
 #include <QRawFont>
 #include <QString>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
+#include "zolt/surfaces/typeset/path.h"
 #include "zolt/surfaces/typeset/typesetter.h"
 
 namespace zolt::qt {
+
+/// A path as Qt draws it.
+QPainterPath toPainterPath(surfaces::PathC const& path);
 
 /// The faces that formulas are set in, as Qt draws them: the same font files that the typesetter measures, so
 /// that a formula has the same layout on every host. For use in the user-interface thread.
@@ -33,6 +39,9 @@ class FormulaFonts final {
 
   /// The outline of a glyph in font units, y downwards, its origin on the baseline.
   QPainterPath const& outline(unsigned face, std::uint16_t glyph) const;
+  /// The same in pixels at `em` pixels per em, fitted to their rows (`surfaces::fitToRows`). The reference is
+  /// good until the next call.
+  QPainterPath const& fittedOutline(unsigned face, std::uint16_t glyph, double em) const;
   /// The size of a font unit for letters of `em` surface units.
   double unitSize(unsigned face, double em) const;
 
@@ -43,6 +52,7 @@ class FormulaFonts final {
   struct FaceS {
     QRawFont font;
     mutable std::unordered_map<std::uint16_t, QPainterPath> outlines;
+    mutable std::map<std::pair<double, std::uint16_t>, QPainterPath> fitted;  // by size, too
   };
 
   oss::PointerTC<surfaces::TypesetterC> typesetter_;

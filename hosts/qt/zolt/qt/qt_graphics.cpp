@@ -8,36 +8,9 @@
 #include <cmath>
 
 #include "zolt/qt/text.h"
+#include "zolt/surfaces/typeset/row_fit.h"
 
 namespace zolt::qt {
-
-namespace {
-
-QPointF toPoint(surfaces::PathPointS p) { return {p.x, p.y}; }
-
-QPainterPath toPainterPath(surfaces::PathC const& path) {
-  QPainterPath result;
-  result.setFillRule(Qt::WindingFill);
-  for (surfaces::PathStepS const& step : path.getSteps()) {
-    switch (step.verb) {
-      case surfaces::PATH_MOVE:
-        result.moveTo(toPoint(step.points[0]));
-        break;
-      case surfaces::PATH_LINE:
-        result.lineTo(toPoint(step.points[0]));
-        break;
-      case surfaces::PATH_CURVE:
-        result.cubicTo(toPoint(step.points[0]), toPoint(step.points[1]), toPoint(step.points[2]));
-        break;
-      case surfaces::PATH_CLOSE:
-        result.closeSubpath();
-        break;
-    }
-  }
-  return result;
-}
-
-}  // namespace
 
 QtGraphicsC::QtGraphicsC(std::shared_ptr<FormulaFonts> fonts)
     : TypesetGraphicsABC(fonts->getTypesetter()), fonts_(std::move(fonts)) {}
@@ -92,11 +65,29 @@ QColor QtGraphicsC::inkColour(surfaces::InkE ink) const {
   return colour;
 }
 
+bool QtGraphicsC::isPixelGrid(QTransform const& device) const {
+  return target_ == PAINT_PIXELS && device.type() <= QTransform::TxScale && device.m11() == device.m22();
+}
+
 void QtGraphicsC::fillGlyphs(surfaces::GlyphRunS const& run) const {
   if (!painter_) return;
   // Glyphs are filled as outlines: drawn as text, each would be moved to whole pixels, and the spacing would
   // be uneven.
   QTransform const before = painter_->worldTransform();
+  QTransform const device = painter_->deviceTransform();
+  double const zoom = device.m11();
+  if (isPixelGrid(device) && run.em * zoom <= surfaces::largest_fitted_em) {
+    QTransform const fromPixels = device.inverted() * before;
+    double const baseline = std::round(device.dy() + run.baseline * zoom);
+    for (std::size_t i = 0; i < run.count; ++i) {
+      double const x = device.dx() + (run.x + run.glyphs[i].x) * zoom;
+      painter_->setWorldTransform(QTransform::fromTranslate(x, baseline) * fromPixels);
+      painter_->fillPath(fonts_->fittedOutline(run.face, run.glyphs[i].glyph, run.em * zoom),
+                         inkColour(surfaces::INK_TEXT));
+    }
+    painter_->setWorldTransform(before);
+    return;
+  }
   double const scale = fonts_->unitSize(run.face, run.em);
   QBrush const brush(inkColour(surfaces::INK_TEXT));
   for (std::size_t i = 0; i < run.count; ++i) {
@@ -123,7 +114,7 @@ void QtGraphicsC::fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) cons
   surfaces::BoxS const units = rule.box();
   QRectF box(units.x, units.y, units.width, units.height);
   QTransform const device = painter_->deviceTransform();
-  if (target_ == PAINT_PIXELS && device.type() <= QTransform::TxScale && device.m11() == device.m22()) {
+  if (isPixelGrid(device)) {
     surfaces::BoxS const pixels = surfaces::snapRule(rule, device.m11(), device.dx(), device.dy());
     box = device.inverted().mapRect(QRectF(pixels.x, pixels.y, pixels.width, pixels.height));
   }

@@ -9,6 +9,7 @@
 #include "zolt/surfaces/typeset/typeset_graphics.h"
 
 class QPainter;
+class QTransform;
 
 namespace zolt::qt {
 
@@ -48,6 +49,7 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
 
  private:
   QFont composedFont() const;
+  bool isPixelGrid(QTransform const& device) const;
   QColor inkColour(surfaces::InkE ink) const;
 
   std::shared_ptr<FormulaFonts> fonts_;

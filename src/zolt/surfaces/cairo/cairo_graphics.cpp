@@ -67,6 +67,10 @@ bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_SUBJECT,
                                    toCleanUtf8(job.options.expression).c_str());
   }
+  if (!job.options.spokenText.empty()) {
+    cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE,
+                                   toCleanUtf8(job.options.spokenText).c_str());
+  }
   paintPicture(surface.get(), job, scale, PAINT_PAPER);
   cairo_surface_finish(surface.get());
   return !failed(cairo_surface_status(surface.get()), error);

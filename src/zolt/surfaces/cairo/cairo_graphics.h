@@ -48,6 +48,10 @@ struct PictureOptionsS {
   /// The formula in prefix notation, stored inside the picture when not empty: in PNG as the text
   /// "zolt:expression", in SVG as `<metadata>`, in PDF as the subject.
   oss::wstring expression;
+  /// The formula in words: what screen readers say for an SVG picture, and the title of SVG and PDF files.
+  oss::wstring spokenText;
+  /// What is copied and searched for in a PDF picture; when empty, the letters one by one.
+  oss::wstring plainText;
 };
 
 /// A picture's size in the unit of its format: "px", "em" or, in PDF, "pt" (1/72 inches).

@@ -2,13 +2,21 @@
 
 #include <cairo.h>
 
+#include <cstdint>
+#include <map>
 #include <memory>
+#include <set>
+#include <string>
+#include <utility>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
 #include "zolt/surfaces/typeset/font_set.h"
+#include "zolt/surfaces/typeset/path.h"
 
 // Internal to the Cairo library.
+
+struct FT_FaceRec_;
 
 namespace zolt::surfaces {
 
@@ -22,6 +30,18 @@ using ContextT = std::unique_ptr<cairo_t, ReleaseS>;
 using SurfaceT = std::unique_ptr<cairo_surface_t, ReleaseS>;
 using FontFaceT = std::unique_ptr<cairo_font_face_t, ReleaseS>;
 
+/// One step of a glyph's outline in font units, y growing downwards: 'M', 'L', 'Q' or 'C' to the last of its
+/// points, or 'Z'.
+struct OutlineStepS {
+  char verb;
+  int count;
+  long x[3], y[3];
+};
+using OutlineT = std::vector<OutlineStepS>;
+
+/// The same as a path.
+PathC toPath(OutlineT const& outline);
+
 /// The faces of a font set for Cairo. Cairo may keep a face in its own caches for longer than this object
 /// lives, so each face holds a reference to the bytes of its file.
 class CairoFacesC {
@@ -33,12 +53,20 @@ class CairoFacesC {
   /// Opens every face on the first call. Returns false when FreeType refuses one.
   [[nodiscard]] bool open();
 
-  /// Makes a face current in `context`, without hinting. `open` must have succeeded before.
+  // `open` must have succeeded before these are called.
+
+  /// Makes a face current in `context`, without hinting.
   void select(cairo_t* context, unsigned face, double em) const;
+  /// The outline of a glyph; empty for one without ink. The reference is good as long as this object.
+  OutlineT const& outline(unsigned face, std::uint16_t glyph) const;
+  /// A font file with the glyphs of these characters alone; the whole file where that cannot be made.
+  std::string makeSubset(unsigned face, std::set<char32_t> const& characters) const;
 
  private:
   oss::PointerTC<FontSetC const> fonts_;
   std::vector<FontFaceT> faces_;
+  std::vector<FT_FaceRec_*> files_;  // the same faces, kept open by `faces_`
+  mutable std::map<std::pair<unsigned, std::uint16_t>, OutlineT> outlines_;
 };
 
 }  // namespace zolt::surfaces

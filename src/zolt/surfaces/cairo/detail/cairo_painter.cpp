@@ -1,16 +1,34 @@
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 
+#include <cmath>
+#include <map>
+#include <tuple>
+
 #include "zolt/oss/code_point.h"
 #include "zolt/surfaces/cairo/detail/cairo_faces.h"
+#include "zolt/surfaces/typeset/row_fit.h"
 
 namespace zolt::surfaces {
 
 namespace {
 
+PathC scaled(PathC const& path, double scale) {
+  PathC result;
+  for (PathStepS step : path.getSteps()) {
+    for (PathPointS& p : step.points) p = {p.x * scale, p.y * scale};
+    result.append(step);
+  }
+  return result;
+}
+
 class PainterC {
  public:
   PainterC(cairo_t* context, PictureJobS const& job, PaintTargetE target)
-      : context_(context), job_(job), target_(target) {}
+      : context_(context),
+        job_(job),
+        target_(target),
+        isText_(!job.options.plainText.empty()),
+        text_(toCleanUtf8(job.options.plainText)) {}
 
   void paint(DrawingItemS const& item) {
     ColourS const colour = inkColour(job_.options.foreground, item.ink);
@@ -37,18 +55,19 @@ class PainterC {
   }
 
  private:
-  void trace(PathC const& path) {
+  void trace(PathC const& path, double dx = 0, double dy = 0) {
     for (PathStepS const& step : path.getSteps()) {
       PathPointS const* const p = step.points;
       switch (step.verb) {
         case PATH_MOVE:
-          cairo_move_to(context_, p[0].x, p[0].y);
+          cairo_move_to(context_, p[0].x + dx, p[0].y + dy);
           break;
         case PATH_LINE:
-          cairo_line_to(context_, p[0].x, p[0].y);
+          cairo_line_to(context_, p[0].x + dx, p[0].y + dy);
           break;
         case PATH_CURVE:
-          cairo_curve_to(context_, p[0].x, p[0].y, p[1].x, p[1].y, p[2].x, p[2].y);
+          cairo_curve_to(context_, p[0].x + dx, p[0].y + dy, p[1].x + dx, p[1].y + dy, p[2].x + dx,
+                         p[2].y + dy);
           break;
         case PATH_CLOSE:
           cairo_close_path(context_);
@@ -77,17 +96,13 @@ class PainterC {
   }
 
   void paintGlyphs(DrawingItemS const& item) {
+    if (target_ == PAINT_PIXELS) return paintGlyphsInPixels(item);
     job_.faces.select(context_, item.run.face, item.run.em);
     glyphs_.clear();
     for (PlacedGlyphS const& glyph : item.glyphs) {
       glyphs_.push_back({glyph.glyph, item.run.x + glyph.x, item.run.baseline});
     }
-    if (target_ == PAINT_PIXELS) {
-      // Painted as text, each glyph would be moved to whole pixels, and the spacing would be uneven.
-      cairo_glyph_path(context_, glyphs_.data(), int(glyphs_.size()));
-      cairo_fill(context_);
-      return;
-    }
+    if (isText_) return showWithText(item.run.face);
     std::string text;
     std::vector<cairo_text_cluster_t> clusters;
     for (PlacedGlyphS const& glyph : item.glyphs) {
@@ -99,10 +114,48 @@ class PainterC {
                            clusters.data(), int(clusters.size()), cairo_text_cluster_flags_t(0));
   }
 
+  // Painted as text, each glyph would be moved to whole pixels, and the spacing would be uneven.
+  void paintGlyphsInPixels(DrawingItemS const& item) {
+    GlyphRunS const& run = item.run;
+    cairo_matrix_t matrix;
+    cairo_get_matrix(context_, &matrix);
+    double const unitsPerEm = job_.faces.getFonts().getFont(run.face).getUnitsPerEm();
+    double const exact = matrix.y0 + run.baseline * matrix.yy;
+    bool const fits = run.em * matrix.yy <= largest_fitted_em;
+    cairo_save(context_);
+    cairo_identity_matrix(context_);
+    for (PlacedGlyphS const& glyph : item.glyphs) {
+      auto const [place, isNew] = letters_.try_emplace({run.face, glyph.glyph, run.em});
+      if (isNew) {
+        PathC const outline = toPath(job_.faces.outline(run.face, glyph.glyph));
+        double const scale = run.em * matrix.yy / unitsPerEm;
+        place->second = fits ? fitToRows(outline, unitsPerEm, scale) : scaled(outline, scale);
+      }
+      trace(place->second, matrix.x0 + (run.x + glyph.x) * matrix.xx, fits ? std::round(exact) : exact);
+    }
+    cairo_fill(context_);
+    cairo_restore(context_);
+  }
+
+  /// The first letters stand for the whole text, and all others for nothing.
+  void showWithText(unsigned face) {
+    // A single glyph would be taken for a letter with that text wherever it occurs, so a blank goes with it.
+    if (auto const blank = job_.faces.getFonts().getFont(face).findGlyph(' ')) {
+      glyphs_.insert(glyphs_.begin(), {blank, glyphs_.front().x, glyphs_.front().y});
+    }
+    cairo_text_cluster_t const all = {int(text_.size()), int(glyphs_.size())};
+    cairo_show_text_glyphs(context_, text_.data(), int(text_.size()), glyphs_.data(), all.num_glyphs, &all, 1,
+                           cairo_text_cluster_flags_t(0));
+    text_.clear();
+  }
+
   cairo_t* context_;
   PictureJobS const& job_;
   PaintTargetE target_;
+  bool isText_;
+  std::string text_;  // what copies of the whole are to have, until it is written
   std::vector<cairo_glyph_t> glyphs_;
+  std::map<std::tuple<unsigned, std::uint16_t, double>, PathC> letters_;
 };
 
 }  // namespace

@@ -13,33 +13,98 @@ namespace zolt::surfaces {
 
 namespace {
 
-constexpr double outline_em = 1000;
+/// The opacity below which what is drawn is not in the full ink.
+constexpr double full_ink = 1;
 
 /// Rounds to at most so many decimals, independently of the process locale.
-void appendNumber(std::string& out, double value, int decimals = 3) {
+std::string number(double value, int decimals = 3) {
   long long unit = 1;
   for (int i = 0; i < decimals; ++i) unit *= 10;
   long long const parts = std::llround(value * double(unit));
-  if (parts < 0) out += '-';
+  std::string out = parts < 0 ? "-" : "";
   out += std::to_string(std::llabs(parts) / unit);
   long long const fraction = std::llabs(parts) % unit;
-  if (fraction == 0) return;
+  if (fraction == 0) return out;
   std::string digits = std::to_string(unit + fraction).substr(1);
   digits.erase(digits.find_last_not_of('0') + 1);
-  out += '.' + digits;
+  return out + '.' + digits;
 }
 
-std::string number(double value) {
-  std::string out;
-  appendNumber(out, value);
-  return out;
-}
+/// Writes the steps of a path as short as SVG allows: relative to the point before, in whole multiples of a
+/// grid, without the zero before a point.
+class PathDataC {
+ public:
+  explicit PathDataC(int decimals) : decimals_(decimals), grid_(std::pow(10.0, decimals)) {}
 
-void appendPoint(std::string& out, double x, double y) {
-  appendNumber(out, x);
-  out += ' ';
-  appendNumber(out, y);
-}
+  void add(char verb, PathPointS const* points, int count) {
+    if (verb == 'Z') {
+      data_ += verb_ = 'z';
+      atX_ = startX_;
+      atY_ = startY_;
+      return;
+    }
+    long long x[3] = {}, y[3] = {};
+    for (int i = 0; i < count; ++i) {
+      x[i] = std::llround(points[i].x * grid_);
+      y[i] = std::llround(points[i].y * grid_);
+    }
+    int const last = count - 1;
+    bool const isLine = verb == 'L';
+    if (isLine && x[0] == atX_ && y[0] == atY_) return;
+    if (isLine && y[0] == atY_) {
+      begin('h');
+      append(x[0] - atX_);
+    } else if (isLine && x[0] == atX_) {
+      begin('v');
+      append(y[0] - atY_);
+    } else {
+      begin(char(verb - 'A' + 'a'));
+      for (int i = 0; i < count; ++i) {
+        append(x[i] - atX_);
+        append(y[i] - atY_);
+      }
+    }
+    atX_ = x[last];
+    atY_ = y[last];
+    if (verb == 'M') {
+      startX_ = atX_;
+      startY_ = atY_;
+    }
+  }
+  void add(PathC const& path) {
+    for (PathStepS const& step : path.getSteps()) add("MLCZ"[step.verb], step.points, step.countPoints());
+  }
+  void add(BoxS const& box) {
+    double const right = box.x + box.width, bottom = box.y + box.height;
+    PathPointS const corners[] = {{box.x, box.y}, {right, box.y}, {right, bottom}, {box.x, bottom}};
+    for (int i = 0; i < 4; ++i) add(i == 0 ? 'M' : 'L', corners + i, 1);
+    add('Z', nullptr, 0);
+  }
+
+  std::string const& get() const { return data_; }
+
+ private:
+  void begin(char verb) {
+    isFirst_ = verb != verb_ || verb == 'm';
+    if (isFirst_) data_ += verb;
+    verb_ = verb;
+  }
+  void append(long long parts) {
+    std::string digits = number(double(parts) / grid_, decimals_);
+    std::size_t const zero = digits[0] == '-' ? 1 : 0;
+    if (digits[zero] == '0' && digits.size() > zero + 1) digits.erase(zero, 1);
+    if (!isFirst_ && digits[0] != '-') data_ += ' ';
+    isFirst_ = false;
+    data_ += digits;
+  }
+
+  int decimals_;
+  double grid_;
+  std::string data_;
+  char verb_ = 0;
+  bool isFirst_ = true;
+  long long atX_ = 0, atY_ = 0, startX_ = 0, startY_ = 0;
+};
 
 std::string escape(std::string const& text) {
   constexpr std::pair<char, char const*> entities[] = {
@@ -69,49 +134,19 @@ std::string encodeBase64(std::string const& bytes) {
   return out;
 }
 
-std::string paint(char const* property, ColourS const& colour) {
-  auto const level = [](double share) {
-    return std::to_string(std::lround(std::clamp(share, 0.0, 1.0) * 255));
-  };
-  std::string out = std::string(" ") + property + "=\"rgb(" + level(colour.red) + ',' + level(colour.green) +
-                    ',' + level(colour.blue) + ")\"";
-  if (colour.opacity < 1) out += std::string(" ") + property + "-opacity=\"" + number(colour.opacity) + '"';
-  return out;
-}
-
-std::string pathData(PathC const& path) {
-  std::string out;
-  for (PathStepS const& step : path.getSteps()) {
-    out += "MLCZ"[step.verb];
-    for (int i = 0; i < step.countPoints(); ++i) {
-      if (i > 0) out += ' ';
-      appendPoint(out, step.points[i].x, step.points[i].y);
-    }
+std::string colourName(ColourS const& colour) {
+  constexpr char digits[] = "0123456789abcdef";
+  std::string out = "#";
+  for (double const share : {colour.red, colour.green, colour.blue}) {
+    auto const level = std::size_t(std::lround(std::clamp(share, 0.0, 1.0) * 255));
+    out += digits[level >> 4];
+    out += digits[level & 0xF];
   }
   return out;
 }
 
-// Left to the viewer's smoothing: where edges are to be crisp, a bar that is thinner than a pixel may vanish.
-std::string rectangle(BoxS const& box, ColourS const& colour) {
-  return "<rect x=\"" + number(box.x) + "\" y=\"" + number(box.y) + "\" width=\"" + number(box.width) +
-         "\" height=\"" + number(box.height) + '"' + paint("fill", colour) + "/>\n";
-}
-
-PathC copyOutline(cairo_path_t const& path) {
-  static_assert(int{PATH_MOVE} == CAIRO_PATH_MOVE_TO && int{PATH_LINE} == CAIRO_PATH_LINE_TO);
-  static_assert(int{PATH_CURVE} == CAIRO_PATH_CURVE_TO && int{PATH_CLOSE} == CAIRO_PATH_CLOSE_PATH);
-  PathC outline;
-  for (int i = 0, next = 0; i < path.num_data; i = next) {
-    cairo_path_data_t const* const data = path.data + i;
-    next = i + data->header.length;
-    PathStepS step{static_cast<PathVerbE>(data->header.type), {}};
-    // Cairo starts a new piece after every closed one, even if none follows.
-    bool const ends = next == path.num_data || path.data[next].header.type == CAIRO_PATH_MOVE_TO;
-    if (step.verb == PATH_MOVE && ends) continue;
-    for (int k = 0; k < step.countPoints(); ++k) step.points[k] = {data[k + 1].point.x, data[k + 1].point.y};
-    outline.append(step);
-  }
-  return outline;
+std::string opacity(char const* property, double share) {
+  return share < full_ink ? std::string(" ") + property + "=\"" + number(share) + '"' : std::string();
 }
 
 class WriterC {
@@ -120,7 +155,11 @@ class WriterC {
 
   std::string write() {
     for (DrawingItemS const& item : job_.drawing) append(item);
+    endRules();
     std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + openTag();
+    if (!options_.spokenText.empty()) {
+      out += "<title>" + escape(toCleanUtf8(options_.spokenText)) + "</title>\n";
+    }
     if (!options_.expression.empty()) {
       out += "<metadata><expression xmlns=\"urn:zolt:ved\">" + escape(toCleanUtf8(options_.expression)) +
              "</expression></metadata>\n";
@@ -128,9 +167,13 @@ class WriterC {
     if (options_.svgText == SVG_TEXT_EMBEDDED) out += fontRules();
     if (!definitions_.empty()) out += "<defs>\n" + definitions_ + "</defs>\n";
     if (options_.background.opacity > 0) {
-      out += rectangle({job_.left, job_.top, job_.width, job_.height}, options_.background);
+      PathDataC frame(3);
+      frame.add(BoxS{job_.left, job_.top, job_.width, job_.height});
+      out += "<path d=\"" + frame.get() + "\" fill=\"" + colourName(options_.background) + '"' +
+             opacity("fill-opacity", options_.background.opacity) + "/>\n";
     }
-    return out + body_ + "</svg>\n";
+    return out + "<g fill=\"" + colourName(options_.foreground) + '"' +
+           opacity("fill-opacity", options_.foreground.opacity) + ">\n" + body_ + "</g>\n</svg>\n";
   }
 
  private:
@@ -143,6 +186,9 @@ class WriterC {
       out += " style=\"vertical-align:" + length(*options_.baseline - job_.top - job_.height) +
              (options_.svgUnit == SVG_UNIT_PX ? "px" : "") + '"';
     }
+    if (!options_.spokenText.empty()) {
+      out += " role=\"img\" aria-label=\"" + escape(toCleanUtf8(options_.spokenText)) + '"';
+    }
     return out + ">\n";
   }
 
@@ -151,39 +197,50 @@ class WriterC {
     return number(units * options_.zoom / (isEm ? pixels_per_em : 1)) + (isEm ? "em" : "");
   }
 
+  /// The attribute of what is not in the ink of the whole picture.
+  std::string inkOf(DrawingItemS const& item, char const* property) const {
+    return item.ink == INK_TEXT ? "" : opacity(property, inkColour(options_.foreground, item.ink).opacity);
+  }
+
   void append(DrawingItemS const& item) {
-    ColourS const colour = inkColour(options_.foreground, item.ink);
+    if (item.kind == ITEM_RULE && item.ink == INK_TEXT) return rules_.add(item.rule.box());
     switch (item.kind) {
       case ITEM_GLYPHS:
-        if (options_.svgText == SVG_TEXT_OUTLINES) {
-          appendOutlines(item, colour);
-        } else {
-          appendText(item, colour);
-        }
+        options_.svgText == SVG_TEXT_OUTLINES ? appendOutlines(item) : appendText(item);
         break;
       case ITEM_FILL:
-        body_ += "<path d=\"" + pathData(item.path) + '"' + paint("fill", colour) + "/>\n";
+      case ITEM_RULE: {
+        PathDataC shape(2);
+        item.kind == ITEM_FILL ? shape.add(item.path) : shape.add(item.rule.box());
+        body_ += "<path d=\"" + shape.get() + '"' + inkOf(item, "fill-opacity") + "/>\n";
         break;
-      case ITEM_STROKE:
-        body_ += "<path d=\"" + pathData(item.path) + "\" fill=\"none\" stroke-width=\"" +
-                 number(item.thickness) + "\" stroke-linecap=\"round\" stroke-linejoin=\"round\"" +
-                 paint("stroke", colour) + "/>\n";
+      }
+      case ITEM_STROKE: {
+        PathDataC line(2);
+        line.add(item.path);
+        body_ += "<path d=\"" + line.get() + "\" fill=\"none\" stroke=\"" + colourName(options_.foreground) +
+                 "\" stroke-width=\"" + number(item.thickness) +
+                 "\" stroke-linecap=\"round\" stroke-linejoin=\"round\"" +
+                 opacity("stroke-opacity", inkColour(options_.foreground, item.ink).opacity) + "/>\n";
         break;
-      case ITEM_RULE:
-        body_ += rectangle(item.rule.box(), colour);
-        break;
+      }
     }
+  }
+
+  /// All bars are one shape, left to the viewer's smoothing: where edges are to be crisp, a bar that is
+  /// thinner than a pixel may vanish, and of two equal ones one may be thicker.
+  void endRules() {
+    if (!rules_.get().empty()) body_ += "<path d=\"" + rules_.get() + "\"/>\n";
   }
 
   /// Writes one element for every run of letters that are spaced as in the font: not all viewers heed a list
   /// of positions.
-  void appendText(DrawingItemS const& item, ColourS const& colour) {
-    usedFaces_.insert(item.run.face);
+  void appendText(DrawingItemS const& item) {
+    std::set<char32_t>& used = usedCharacters_[item.run.face];
     body_ += "<text xml:space=\"preserve\" font-family=\"'" + escape(fonts_.getFaceName(item.run.face)) +
              "', serif\" font-size=\"" + number(item.run.em) + '"' +
              (fonts_.isItalic(item.run.face) ? " font-style=\"italic\"" : "") +
-             " style=\"font-kerning:none\" y=\"" + number(item.run.baseline) + '"' + paint("fill", colour) +
-             '>';
+             " style=\"font-kerning:none\" y=\"" + number(item.run.baseline) + "\">";
     std::string text;
     double next = 0;
     for (PlacedGlyphS const& glyph : item.glyphs) {
@@ -193,48 +250,50 @@ class WriterC {
         text.clear();
       }
       oss::appendUtf8(text, glyph.codePoint);
+      used.insert(glyph.codePoint);
       next = glyph.x + glyph.width;
     }
     body_ += escape(text) + "</tspan></text>\n";
   }
 
-  void appendOutlines(DrawingItemS const& item, ColourS const& colour) {
-    body_ += "<g" + paint("fill", colour) + ">";
+  /// Letters are in font units inside the element of their run.
+  void appendOutlines(DrawingItemS const& item) {
+    double const unitsPerEm = fonts_.getFont(item.run.face).getUnitsPerEm(), scale = item.run.em / unitsPerEm;
+    std::string letters;
     for (PlacedGlyphS const& glyph : item.glyphs) {
       std::string const id = define(item.run.face, glyph.glyph);
       if (id.empty()) continue;
-      body_ += "<use href=\"#" + id + "\" transform=\"translate(";
-      appendPoint(body_, item.run.x + glyph.x, item.run.baseline);
-      body_ += ") scale(";
-      appendNumber(body_, item.run.em / outline_em, 6);
-      body_ += ")\"/>";
+      letters += "<use href=\"#" + id + '"';
+      std::string const x = number(glyph.x / scale, 0);
+      letters += x == "0" ? "/>" : " x=\"" + x + "\"/>";
     }
-    body_ += "</g>\n";
+    if (letters.empty()) return;
+    body_ += "<g transform=\"translate(" + number(item.run.x) + ' ' + number(item.run.baseline) + ")scale(" +
+             number(scale, 6) + ")\">" + letters + "</g>\n";
   }
 
   /// The name of a glyph's outline; empty for a glyph without ink.
   std::string define(unsigned face, std::uint16_t glyph) {
-    auto const [place, isNew] = outlines_.try_emplace({face, glyph});
-    if (!isNew) return place->second;
-    job_.faces.select(scratch_.get(), face, outline_em);
-    cairo_glyph_t const drawn = {glyph, 0, 0};
-    cairo_new_path(scratch_.get());
-    cairo_glyph_path(scratch_.get(), &drawn, 1);
-    cairo_path_t* const path = cairo_copy_path(scratch_.get());
-    PathC const outline = copyOutline(*path);
-    cairo_path_destroy(path);
-    if (outline.getSteps().empty()) return {};
-    place->second = "g" + std::to_string(face) + '-' + std::to_string(glyph);
-    definitions_ += "<path id=\"" + place->second + "\" d=\"" + pathData(outline) + "\"/>\n";
-    return place->second;
+    OutlineT const& outline = job_.faces.outline(face, glyph);
+    if (outline.empty()) return {};
+    std::string const id = "g" + std::to_string(face) + '-' + std::to_string(glyph);
+    if (!defined_.insert(id).second) return id;
+    PathDataC data(0);
+    for (OutlineStepS const& step : outline) {
+      PathPointS points[3];
+      for (int i = 0; i < step.count; ++i) points[i] = {double(step.x[i]), double(step.y[i])};
+      data.add(step.verb, points, step.count);
+    }
+    definitions_ += "<path id=\"" + id + "\" d=\"" + data.get() + "\"/>\n";
+    return id;
   }
 
   std::string fontRules() const {
     std::string out = "<style>\n";
-    for (unsigned const face : usedFaces_) {
+    for (auto const& [face, characters] : usedCharacters_) {
       out += "@font-face{font-family:'" + escape(fonts_.getFaceName(face)) + "';" +
              (fonts_.isItalic(face) ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
-             encodeBase64(fonts_.getFont(face).getBytes()) + ")}\n";
+             encodeBase64(job_.faces.makeSubset(face, characters)) + ")}\n";
     }
     return out + "</style>\n";
   }
@@ -242,10 +301,9 @@ class WriterC {
   PictureJobS const& job_;
   PictureOptionsS const& options_;
   FontSetC const& fonts_;
-  SurfaceT const scratchSurface_{cairo_image_surface_create(CAIRO_FORMAT_A8, 1, 1)};
-  ContextT const scratch_{cairo_create(scratchSurface_.get())};
-  std::map<std::pair<unsigned, std::uint16_t>, std::string> outlines_;
-  std::set<unsigned> usedFaces_;
+  std::map<unsigned, std::set<char32_t>> usedCharacters_;
+  std::set<std::string> defined_;
+  PathDataC rules_{3};
   std::string definitions_, body_;
 };
 
