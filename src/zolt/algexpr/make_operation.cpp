@@ -37,11 +37,18 @@ PointerTC<NodeABC> guardedPower(PointerTC<NodeABC> operand) {
   return guarded(operand, operand && needsGuardBeforeExponent(*operand));
 }
 
+// The operand after a sign.
+PointerTC<NodeABC> guardedSign(PointerTC<NodeABC> operand) {
+  return guarded(operand, operand && beginsWithSign(*operand));
+}
+
 PointerTC<NodeABC> makeChain(wstring const& name, OperandsT operands) {
   if (operands.empty()) return nullptr;
+  bool const isSign = name == u"+" || name == u"*";
   PointerTC<NodeABC> chain = std::move(operands[0]);
   for (std::size_t i = 1; i < operands.size(); ++i) {
-    chain = makeFunction(name, {std::move(chain), std::move(operands[i])});
+    PointerTC<NodeABC> operand = isSign ? guardedSign(std::move(operands[i])) : std::move(operands[i]);
+    chain = makeFunction(name, {std::move(chain), std::move(operand)});
   }
   return chain;
 }
@@ -58,10 +65,20 @@ PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
   return makeFunction(u"!", {guarded(std::move(operand), ambiguous)});
 }
 
+bool beginsWithSign(NodeABC const& operand) {
+  bool const isSigned =
+      operand.asParent() && (operand.crefName() == u"_neg" || operand.crefName() == u"_pos");
+  return isSigned || isNegativeNumber(operand);
+}
+
 PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands) {
   if (detail::hasTrait(name, detail::CORE_CHAIN)) return makeChain(name, std::move(operands));
   if (name == u"^" && operands.size() == 2) return makePower(std::move(operands[0]), std::move(operands[1]));
+  if (operands.size() == 2 && (name == u"-" || name == u"div" || name == u"mod")) {
+    operands[1] = guardedSign(std::move(operands[1]));
+  }
   if (operands.size() == 1) {
+    if (name == u"_neg" || name == u"_pos") return makeFunction(name, {guardedSign(std::move(operands[0]))});
     if (name == u"!") return makeFactorial(std::move(operands[0]));
     if (name == u"_rad" || name == u"_deg") return makeFunction(name, {guardedPower(std::move(operands[0]))});
   }

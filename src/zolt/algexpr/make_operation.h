@@ -19,9 +19,13 @@ namespace zolt::math::algexpr {
 /// `operand`!. Guards what `makePower` guards as a base, and a negative number.
 [[nodiscard]] PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
 
+/// Whether the operand begins with a sign, so that it has brackets in a textbook after another sign: a
+/// negative number, or "_neg" or "_pos" of something.
+[[nodiscard]] bool beginsWithSign(NodeABC const& operand);
+
 /// Any operation by its core name: "^" and "!" as above, "_rad" and "_deg" guard like a power's base, "+",
 /// "*", "and" and "or" of several operands become binary ones nested to the left (of one operand, the operand
-/// itself). All else is `makeFunction`.
+/// itself). Signs guard an operand after them that begins with a sign. All else is `makeFunction`.
 [[nodiscard]] PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<NodeABC>> operands);
 
 }  // namespace zolt::math::algexpr

@@ -53,6 +53,13 @@ NotationS const* findNotation(std::u16string_view name);
 /// The same for an operator between two operands only.
 NotationS const* findInfix(std::u16string_view name);
 
+/// Whether a sign of the operation is right before its last operand and in one line with it. A textbook puts
+/// that operand in brackets when it begins with a sign.
+inline bool endsAfterSign(NotationS const& notation) {
+  return notation.rule == RULE_SUM || (notation.rule == RULE_PRODUCT && notation.name != u"/") ||
+         (notation.form == FORM_PREFIX && notation.rule == RULE_SIGN);
+}
+
 /// The meaning of a name or sign in plain text.
 struct ReadingS {
   std::u16string_view text;

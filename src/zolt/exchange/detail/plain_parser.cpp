@@ -309,7 +309,14 @@ void PlainParserC::finishTighterThan(int rule) {
 
 void PlainParserC::finish(FrameS const& frame) {
   bool const isNumber = operands_.back().literal;
+  // Brackets around a sign after another sign are not only there to group: a textbook shows them, too.
+  NotationS const* const sign = frame.kind == PENDING_INFIX    ? frame.infix
+                                : frame.kind == PENDING_PREFIX ? findNotation(frame.name)
+                                                               : nullptr;
+  bool const showsBrackets = sign && endsAfterSign(*sign) && operands_.back().bracketed &&
+                             math::algexpr::beginsWithSign(*operands_.back().node);
   NodeT operand = takeOperand();
+  if (showsBrackets) operand = makeFunction(wstring(bracket_name), {std::move(operand)});
   OperandS result;
   switch (frame.kind) {
     case PENDING_PREFIX:

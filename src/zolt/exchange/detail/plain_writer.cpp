@@ -1,5 +1,7 @@
 #include "zolt/exchange/detail/plain_writer.h"
 
+#include <algorithm>
+
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/nodes.h"
@@ -90,7 +92,7 @@ void PlainWriterC::writeParent(ParentNodeABC const& node, RuleE rule) {
     case FORM_BRACKETS:
       return writeBrackets(node.child(0));
     case FORM_PREFIX:
-      return writePrefix(notation->plain.written, node.child(0), notation->rule, rule);
+      return writePrefix(*notation, node.child(0), rule);
     case FORM_POSTFIX:
       if (NodeABC const* const written = findWrittenOperand(node, 0))
         return writePostfix(notation->plain.written, *written, rule);
@@ -110,17 +112,33 @@ void PlainWriterC::writeInfix(ParentNodeABC const& node, NotationS const& infix,
     if (!left || !right) return writeCall(node);
   }
   open(infix.rule < rule);
-  later(*right, infix.rightRule);
+  laterAfter(infix, *right, infix.rightRule);
   later(infix.plain.written);
   later(*left, infix.leftRule);
 }
 
-void PlainWriterC::writePrefix(std::u16string_view sign, NodeABC const& operand, RuleE own, RuleE rule) {
-  bool const isSign = own == RULE_SIGN;
-  open(own < rule || (isSign && !signFits()));
-  output_ += sign;
+void PlainWriterC::writePrefix(NotationS const& prefix, NodeABC const& operand, RuleE rule) {
+  bool const isSign = prefix.rule == RULE_SIGN;
+  open(prefix.rule < rule || (isSign && !signFits()));
+  output_ += prefix.plain.written;
   // "-2" would be read as a number.
-  later(operand, isSign && sign == u"-" && isNumber(operand) ? RULE_BRACKETS : own);
+  bool const isMinus = isSign && prefix.plain.written == u"-";
+  if (isMinus && isNumber(operand) && !math::algexpr::beginsWithSign(operand)) {
+    later(operand, RULE_BRACKETS);
+  } else {
+    laterAfter(prefix, operand, prefix.rule);
+  }
+}
+
+void PlainWriterC::laterAfter(NotationS const& sign, NodeABC const& operand, RuleE rule) {
+  ParentNodeABC const* const brackets = asBrackets(operand);
+  NodeABC const& inner = brackets ? brackets->child(0) : operand;
+  if (!endsAfterSign(sign) || !math::algexpr::beginsWithSign(inner)) return later(operand, rule);
+  // The reader keeps brackets here, so those that the formula lacks are left out where the text is to be
+  // exact.
+  if (brackets || style_ == PLAIN_TEXT_READABLE) return later(inner, RULE_BRACKETS);
+  later(operand, std::min(rule, RULE_SIGN));
+  later(u" ");
 }
 
 void PlainWriterC::writePostfix(std::u16string_view sign, NodeABC const& operand, RuleE rule) {

@@ -28,7 +28,9 @@ class PlainWriterC {
   void writeLeaf(math::algexpr::NodeABC const& node, RuleE rule);
   void writeParent(math::algexpr::ParentNodeABC const& node, RuleE rule);
   void writeInfix(math::algexpr::ParentNodeABC const& node, NotationS const& infix, RuleE rule);
-  void writePrefix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE own, RuleE rule);
+  void writePrefix(NotationS const& prefix, math::algexpr::NodeABC const& operand, RuleE rule);
+  /// Plans the operand after the sign of an operation.
+  void laterAfter(NotationS const& sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writeBrackets(math::algexpr::NodeABC const& operand);
   void writeCall(math::algexpr::ParentNodeABC const& node);
