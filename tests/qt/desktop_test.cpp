@@ -17,6 +17,7 @@
 #include <QToolBar>
 #include <QToolButton>
 #include <QUndoStack>
+#include <QWheelEvent>
 
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
@@ -389,6 +390,32 @@ class DesktopTest final : public QObject {
       }
       QVERIFY2(found, form);
     }
+  }
+
+  void zoomKeepsThePlace() {
+    Sheet sheet{{LineKind::Text, QStringLiteral("several words ").repeated(40), {}, {}}};
+    for (int i = 0; i < 30; ++i) sheet << formulaLine(i % 2 ? "/(a,b)" : "a");
+    StageS stage(sheet);
+    SheetView& view = stage.view;
+    // A line of text wraps, so all of it is seen.
+    QVERIFY(view.rows()[0]->height() > 2 * view.rows()[1]->height());
+    connect(&view, &SheetView::zoomRequested, &view,
+            [&](int steps) { view.setZoom(view.zoom() + 0.25 * steps); });
+    auto const y = [&](int row) {
+      return view.rows()[row]->mapTo(&view, view.rows()[row]->rect().center()).y();
+    };
+    // The wheel keeps what is under the pointer, a key what is at the caret.
+    QPoint const pointer(200, y(4));
+    for (int const turn : {120, 120, -120}) {
+      QWheelEvent event(pointer, view.mapToGlobal(pointer), {}, {0, turn}, Qt::NoButton, Qt::ControlModifier,
+                        Qt::NoScrollPhase, false);
+      QApplication::sendEvent(view.viewport(), &event);
+      QVERIFY(std::abs(y(4) - pointer.y()) <= 2);
+    }
+    stage.enter(12);
+    int const caret = y(12);
+    emit view.zoomRequested(3);
+    QVERIFY(std::abs(y(12) - caret) <= 2);
   }
 
   void picturesAndPages() {

@@ -60,7 +60,6 @@ void SheetRow::makeFormula(SheetLine const& line) {
   } else {
     formula_->setPrefix(line.prefix);
   }
-  formula_->runCommand(field::COMMAND_FORMULA_END);
   stateTimer_ = new QTimer(this);
   stateTimer_->setSingleShot(true);
   stateTimer_->setInterval(state_delay);

@@ -107,7 +107,7 @@ void SheetView::setZoom(qreal zoom) {
   SheetRow* const kept = found == rows_.end() ? rows_.back() : *found;
   double const part = double(y - kept->y()) / std::max(1, kept->height());
   for (SheetRow* const row : rows_) row->setZoom(zoom_, row == kept && zoomedAt_ ? &place : nullptr);
-  settleLayout();
+  settleLayout(rows_);
   int const now = kept->y() + qRound(part * kept->height());
   verticalScrollBar()->setValue(now - viewport()->mapFromGlobal(place).y());
 }
@@ -119,7 +119,9 @@ QPoint SheetView::placeToKeep() const {
   return seen ? caret : viewport()->mapToGlobal(middle);
 }
 
-void SheetView::settleLayout() {
+void SheetView::settleLayout(QList<SheetRow*> const& changed) {
+  // The page learns of a change only when the layout of the line has been made.
+  for (SheetRow* const row : changed) row->layout()->activate();
   layout_->activate();
   // Makes the page as high as its lines now are.
   QEvent request(QEvent::LayoutRequest);
@@ -311,7 +313,7 @@ void SheetView::goOn() {
 // ---- Keys and wheel ---------------------------------------------------------------------------------------
 
 void SheetView::reveal() {
-  settleLayout();
+  if (current_->height() != current_->sizeHint().height()) settleLayout({current_});
   QRect const caret = current_->caretOnScreen();
   QPoint const top = page_->mapFromGlobal(caret.topLeft()), bottom = page_->mapFromGlobal(caret.bottomLeft());
   ensureVisible(0, bottom.y(), 0, reveal_margin);

@@ -92,7 +92,7 @@ class SheetView final : public QScrollArea {
   void onFocusChanged(QWidget* now);
   void onFormulaEdited(SheetRow* row, qt::FormulaEdit::Step step, unsigned long position);
   void reveal();
-  void settleLayout();
+  void settleLayout(QList<SheetRow*> const& changed);
   QPoint placeToKeep() const;
   bool enterNeighbour(int distance);
   bool removeEmptyRow(int key);

@@ -14,6 +14,24 @@ namespace {
 
 constexpr int icon_margin = 3;  // logical pixels around the icon of a button
 
+/// Nothing but its icon, whatever stylesheet the field has.
+class IconButton final : public QToolButton {
+ public:
+  using QToolButton::QToolButton;
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    QIcon::Mode const mode = !isEnabled()               ? QIcon::Disabled
+                             : isDown() || underMouse() ? QIcon::Active
+                                                        : QIcon::Normal;
+    QRect box({}, iconSize());
+    box.moveCenter(rect().center());
+    if (isDown()) painter.setOpacity(0.6);
+    icon().paint(&painter, box, Qt::AlignCenter, mode, isChecked() ? QIcon::On : QIcon::Off);
+  }
+};
+
 }  // namespace
 
 EditField::EditField(QWidget* parent) : QWidget(parent) {}
@@ -63,12 +81,10 @@ void EditField::setTextMargins(QMargins const& margins) {
 // ---- Buttons ----------------------------------------------------------------------------------------------
 
 QToolButton* EditField::addButton(QAction* action, ActionPosition position) {
-  auto* const button = new QToolButton(this);
+  auto* const button = new IconButton(this);
   int const size = style()->pixelMetric(QStyle::PM_LineEditIconSize, nullptr, this);
-  button->setAutoRaise(true);
   button->setFocusPolicy(Qt::NoFocus);
   button->setCursor(Qt::ArrowCursor);
-  button->setToolButtonStyle(Qt::ToolButtonIconOnly);
   button->setIconSize({size, size});
   button->resize(size + 2 * icon_margin, size + 2 * icon_margin);
   if (action) button->setDefaultAction(action);

@@ -219,9 +219,13 @@ QString FormulaEdit::tree() const {
 }
 
 bool FormulaEdit::setTree(QString const& tree) {
+  auto const show = [&] {
+    bool const done = state_->field->setNotation(toWstring(tree));
+    if (done && !tree.contains(u'‸')) state_->field->run(field::COMMAND_FORMULA_END);
+    return done;
+  };
   return state_->show(
-      [&] { return state_->field->setNotation(toWstring(tree)); },
-      {math::common::READ_ERROR_NONE, 0, 0, toWstring(tr("This is no formula in tree notation"))});
+      show, {math::common::READ_ERROR_NONE, 0, 0, toWstring(tr("This is no formula in tree notation"))});
 }
 
 FormulaEdit::Expression FormulaEdit::algebraicExpression() const {

@@ -40,8 +40,7 @@ class FormulaEdit : public EditField {
   /// The size of the formula's letters in sizes of the widget's font: 1.75 is that of displayed formulas.
   Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
   /// Restricts what may be entered from now on; null: everything is allowed.
-  Q_PROPERTY(zolt::qt::FormulaEdit::Constraints constraints READ constraints WRITE setConstraints NOTIFY
-                 constraintsChanged)
+  Q_PROPERTY(Constraints constraints READ constraints WRITE setConstraints NOTIFY constraintsChanged)
   /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY decimalCommaChanged)
   /// Whether the formula differs in its history from when it, or this flag, was set.
@@ -115,8 +114,7 @@ class FormulaEdit : public EditField {
   bool insertEntry(field::PaletteEntryS const& entry);
   /// Puts the caret at the place nearest to `pos` (widget coordinates).
   void setCaretNear(QPoint pos);
-  // As of a `QLineEdit`. A position counts the places of the caret before it, in reading order; finding it
-  // takes a walk over the formula. `mark` moves the end of the selection.
+  // As of a `QLineEdit`, -1 without a selection. A position counts the places of the caret in reading order.
   int cursorPosition() const;
   void setCursorPosition(int position) { setSelection(position, 0); }
   int cursorPositionAt(QPoint pos) const;
@@ -129,13 +127,10 @@ class FormulaEdit : public EditField {
   void backspace();
   void del();
   bool hasSelection() const;
-  /// What is selected as people type it, complete or not.
   QString selectedText() const;
-  /// -1 without a selection.
   int selectionStart() const;
   int selectionEnd() const;
   int selectionLength() const;
-  /// A negative length selects to the left.
   void setSelection(int start, int length);
   void deselect();
 
