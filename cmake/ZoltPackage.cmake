@@ -1,5 +1,7 @@
 # Installs the libraries, their headers, a CMake package "zolt" with one component per library, and a pkg-config module
-# zolt-<component> for each. Both are relocatable: they find their files from their own place.
+# zolt-<component> for each. Both are relocatable: they find their files from their own place. What is installed is in parts
+# (install components): "libraries", "library_<component>" for one that needs others from outside, "development",
+# "designer", "tools" and "desktop".
 include(CMakePackageConfigHelpers)
 include(GNUInstallDirs)
 
@@ -19,20 +21,25 @@ foreach(component IN LISTS ZOLT_ALL_COMPONENTS)
   list(FILTER depends INCLUDE REGEX "^zolt::")
   list(TRANSFORM depends REPLACE "^zolt::" "")
 
+  set(part libraries)
+  if(find_code)
+    set(part library_${component})
+  endif()
   install(
     TARGETS zolt_${component}
     EXPORT zolt-${component}
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-  install(EXPORT zolt-${component} NAMESPACE zolt:: FILE zolt-${component}-targets.cmake DESTINATION ${package_dir})
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${part} NAMELINK_COMPONENT development
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${part}
+    FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+  install(EXPORT zolt-${component} NAMESPACE zolt:: FILE zolt-${component}-targets.cmake DESTINATION ${package_dir}
+          COMPONENT development)
 
   set(ZOLT_COMPONENT ${component})
   set(ZOLT_FIND_CODE ${find_code})
   set(ZOLT_COMPONENT_DEPENDS ${depends})
   configure_file(${CMAKE_CURRENT_LIST_DIR}/zolt-component.cmake.in ${staging}/zolt-${component}.cmake @ONLY)
-  install(FILES ${staging}/zolt-${component}.cmake DESTINATION ${package_dir})
+  install(FILES ${staging}/zolt-${component}.cmake DESTINATION ${package_dir} COMPONENT development)
   if(NOT find_code)
     list(APPEND ZOLT_DEFAULT_COMPONENTS ${component})
   endif()
@@ -56,11 +63,14 @@ foreach(component IN LISTS ZOLT_ALL_COMPONENTS)
     set(ZOLT_PC_CFLAGS)
   endif()
   configure_file(${CMAKE_CURRENT_LIST_DIR}/zolt.pc.in ${staging}/zolt-${component}.pc @ONLY)
-  install(FILES ${staging}/zolt-${component}.pc DESTINATION ${pkg_config_dir})
+  install(FILES ${staging}/zolt-${component}.pc DESTINATION ${pkg_config_dir} COMPONENT development)
 endforeach()
 
 configure_package_config_file(${CMAKE_CURRENT_LIST_DIR}/zolt-config.cmake.in ${staging}/zolt-config.cmake
                               INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(${staging}/zolt-config-version.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${staging}/zolt-config.cmake ${staging}/zolt-config-version.cmake DESTINATION ${package_dir})
-install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(FILES ${staging}/zolt-config.cmake ${staging}/zolt-config-version.cmake DESTINATION ${package_dir}
+        COMPONENT development)
+if(NOT ZOLT_DEBIAN_PACKAGES)
+  install(FILES ${PROJECT_SOURCE_DIR}/LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+endif()

@@ -1,9 +1,9 @@
-# zolt_add_program(<name> SOURCES … LIBRARIES … [NO_INSTALL] [PRECOMPILE <kind>])
+# zolt_add_program(<name> SOURCES … LIBRARIES … [NO_INSTALL | PART <install component>] [PRECOMPILE <kind>])
 #
 # A program of ours: compiled as the libraries are, able to include any header by its path from src/ or from the
 # project's folder, installed with the project unless NO_INSTALL.
 function(zolt_add_program name)
-  cmake_parse_arguments(arg "NO_INSTALL" "PRECOMPILE" "SOURCES;LIBRARIES" ${ARGN})
+  cmake_parse_arguments(arg "NO_INSTALL" "PART;PRECOMPILE" "SOURCES;LIBRARIES" ${ARGN})
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zolt_add_program(${name}): unknown arguments ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -16,6 +16,11 @@ function(zolt_add_program name)
   endif()
   if(ZOLT_INSTALL AND NOT arg_NO_INSTALL)
     include(GNUInstallDirs)
-    install(TARGETS ${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+    install(TARGETS ${name} RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT ${arg_PART})
+    if(BUILD_SHARED_LIBS AND UNIX AND NOT APPLE)
+      # The program finds the libraries from its own place.
+      file(RELATIVE_PATH libraries /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+      set_target_properties(${name} PROPERTIES INSTALL_RPATH $ORIGIN/${libraries})
+    endif()
   endif()
 endfunction()
