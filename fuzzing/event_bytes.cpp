@@ -35,8 +35,8 @@ constexpr char16_t const* operators[] = {
     u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln",    u"∞"};
 
 constexpr char16_t const* options[] = {
-    u"constructs", u"letters",  u"leaving",          u"decimal-comma", u"implied-products",
-    u"exponents",  u"grouping", u"implied-brackets", u"fractions",     u"single-letters"};
+    u"constructs", u"letters",          u"leaving",   u"decimal-comma",  u"implied-products", u"exponents",
+    u"grouping",   u"implied-brackets", u"fractions", u"single-letters", u"separation"};
 
 // The view's own keys come first, followed by as many codes as there are operators with a key.
 constexpr unsigned long view_keys[] = {

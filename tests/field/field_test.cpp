@@ -230,6 +230,43 @@ TEST(FieldPainting, ShowsASelectionInBands) {
   EXPECT_EQ(bands("[\"⚑ab‸\"]"), "0,0-12,10 ");
 }
 
+// A host says why input was refused, and where.
+TEST(FieldRefusals, NameTheCharacterAndThePlace) {
+  StageC stage("[\"a‸b\"]");
+  FormulaFieldC& field = stage.refField();
+  RefusalS refusal;
+  auto const whyRefused = [&](bool taken) {
+    EXPECT_FALSE(taken);
+    EXPECT_TRUE(field.takeRefusal(refusal));
+    EXPECT_EQ(writeBox(refusal.box), "5,0-6,10");
+    std::string const why = toUtf8(refusal.character + u"|" + refusal.message);
+    EXPECT_FALSE(field.takeRefusal(refusal));
+    return why;
+  };
+  EXPECT_EQ(whyRefused(field.typeCharacter(u'#')), "#|“#” has no meaning in a formula");
+  EXPECT_EQ(whyRefused(field.typeCharacter(u'\b')), "\b|U+0008 has no meaning in a formula");
+  EXPECT_EQ(whyRefused(field.insertText(u"x$y")), "$|“$” has no meaning in a formula, after “x”");
+  EXPECT_EQ(whyRefused(field.insertText(wstring(5000, u'x') + u"~")),
+            "~|“~” has no meaning in a formula, after “…xxxxxxxxxxxx”");
+  auto const paste = [&](wstring const& text) { return field.paste({{}, {}, text}) != PASTE_REFUSED; };
+  EXPECT_EQ(whyRefused(paste(u"3 # 4")), "#|“#” has no meaning in a formula, after “3”");
+  EXPECT_EQ(whyRefused(paste(u"(a+b)/+")), "|An operand is missing, after “(a+b)/+”");
+  EXPECT_EQ(whyRefused(field.insertOperator(u"error")), "|This does not fit here");
+  field.setConstraints(new RuleC([](std::string const& prefix) { return prefix == "ab"; }));
+  EXPECT_EQ(whyRefused(field.typeCharacter(u'c')), "|This formula is not allowed here");
+  EXPECT_TRUE(field.run(COMMAND_LEFT));
+  EXPECT_FALSE(field.takeRefusal(refusal));
+}
+
+// What is kept and copied has the letter of a name that may still grow.
+TEST(FieldNames, AreCompleteInWhatIsHandedOut) {
+  StageC stage;
+  stage.play("type \"2*(a+pi\"");
+  EXPECT_EQ(toUtf8(stage.refField().writeTree()), "[\"2∙\", (, \"a+ॠ\", AC, \"\"]");
+  EXPECT_EQ(toUtf8(stage.refField().copy(stage.refView().getWhole()).plainText), "2*(a+pi)");
+  EXPECT_EQ(stage.notation(), "[\"2∙\", (, \"a+pi‸\", AC, \"\"]");
+}
+
 TEST(FieldPainting, TellsOnceWhatChanged) {
   StageC stage("[\"ab‸c\"]");
   FormulaFieldC& field = stage.refField();

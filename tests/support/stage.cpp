@@ -25,7 +25,8 @@ StageC::StageC(std::string const& notation) : StageC() {
 void StageC::turnOptionsOff() {
   InputOptionsS options;
   options.constructs = options.letters = options.leaving = options.impliedProducts = false;
-  options.exponents = options.fractions = options.grouping = options.impliedBrackets = false;
+  options.exponents = options.fractions = options.grouping = options.impliedBrackets = options.separation =
+      false;
   field_.setOptions(options);
 }
 

@@ -144,6 +144,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   }
   char16_t const c = foldTyped(typed, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
+  if (selected && c == u'^' && options.exponents) return {INPUT_OPEN_EXPONENT, {}, {}, {}};
   OperatorListC const& operators = view.crefOperatorList();
   if (auto const op = findBySign(operators, c)) return decideSign(view, c, *op, options);
   if (c >= 0x80 && findConstruct(operators, wstring(1, c)).op) return {INPUT_CALL, wstring(1, c), {}, {}};
@@ -216,6 +217,21 @@ ReplacementS findFunctionReplacement(ViewZNT4C const& view, PlaceS end) {
   auto const op = read ? view.crefOperatorList().lookup(read->getNode()->getName()) : nullptr;
   if (!op || op->isConstruct() || op->isLinear() || op->getArity() != 1) return {};
   return {begin, end, op->getText(), {}};
+}
+
+ReplacementS findFactorReplacement(ViewZNT4C const& view) {
+  PlaceS const caret = view.getSelection().caret;
+  Node4C const* const open = caret.pos == 0 ? caret.node->goLeft() : nullptr;
+  if (!open || open->getType() != NODE4_OPEN) return {};
+  PlaceS const end = placeBefore(*open);
+  wstring const& text = end.node->crefText();
+  PlaceS begin = end;
+  while (begin.pos > 0 && text[begin.pos - 1] == u' ') --begin.pos;
+  if (begin == end || !endsNameAt(begin)) return {};
+  unsigned int const start = wordStart(text, begin.pos);
+  auto const word = view.crefOperatorList().lookupText(text.substr(start, begin.pos - start));
+  bool const takesOperand = word && (word->isLinear() || word->getArity() > 0);
+  return takesOperand ? ReplacementS() : ReplacementS{begin, end, u"*", {}};
 }
 
 ConstructReplacementS makeCall(ViewZNT4C const& view, wstring const& name) {

@@ -68,6 +68,10 @@ ReplacementS findNameReplacement(math::ved::OperatorListC const& operators, Plac
 /// The replacement for another name of a function that ends at `end`: "asin" for "arcsin".
 ReplacementS findFunctionReplacement(math::ved::ViewZNT4C const& view, PlaceS end);
 
+/// The replacement for a blank between a name and the "(" that was just typed: there the brackets are a
+/// factor, "a (b+c)", and not arguments.
+ReplacementS findFactorReplacement(math::ved::ViewZNT4C const& view);
+
 /// A call and the construct that replaces it.
 struct ConstructReplacementS {
   PointerTC<math::ved::OperatorBC> op;  ///< null: nothing is replaced

@@ -35,10 +35,33 @@ SentenceS const& sentenceOf(ErrorCauseE cause) {
   return unknown;
 }
 
+/// A character as people can read it.
+wstring nameOf(wstring const& character) {
+  bool const isVisible = character[0] > u' ' && (character[0] < 0x7F || character[0] > 0xA0);
+  if (isVisible) return u"\u201C" + character + u"\u201D";
+  constexpr std::u16string_view digits = u"0123456789ABCDEF";
+  wstring name = u"U+";
+  for (int shift = 12; shift >= 0; shift -= 4) name += digits[(character[0] >> shift) & 0xF];
+  return name;
+}
+
 }  // namespace
 
 wstring describe(ErrorCauseE cause) { return sentenceOf(cause).sentence; }
 
 ReadErrorE toReadError(ErrorCauseE cause) { return sentenceOf(cause).error; }
+
+wstring describeRefusal(ReadErrorS const& error, wstring const& text) {
+  constexpr std::size_t most_shown = 12;
+  wstring sentence = math::common::describe(error.cause);
+  if (error.cause == READ_ERROR_BAD_CHARACTER) {
+    sentence = nameOf(text.substr(error.begin, error.end - error.begin)) + u" has no meaning in a formula";
+  }
+  std::size_t const end = text.find_last_not_of(u" \t\r\n", error.begin - 1) + 1;
+  if (error.begin == 0 || end == 0) return sentence;
+  std::size_t const begin = end > most_shown ? end - most_shown : 0;
+  return sentence + u", after \u201C" + (begin > 0 ? u"\u2026" : u"") + text.substr(begin, end - begin) +
+         u"\u201D";
+}
 
 }  // namespace zolt::field

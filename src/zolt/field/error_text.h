@@ -16,4 +16,8 @@ wstring describe(math::ved::ErrorCauseE cause);
 /// The same cause as all readers name it.
 math::common::ReadErrorE toReadError(math::ved::ErrorCauseE cause);
 
+/// Why a text that was typed or pasted is refused: the cause, with the character that no formula holds, and
+/// what is before the fault in a longer text.
+wstring describeRefusal(math::common::ReadErrorS const& error, wstring const& text);
+
 }  // namespace zolt::field

@@ -4,11 +4,12 @@
 
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/float64_util.h"
+#include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
+#include "zolt/field/detail/formula_copy.h"
 #include "zolt/field/detail/implied_signs.h"
 #include "zolt/field/error_text.h"
-#include "zolt/oss/quoted_text.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/tree_notation.h"
 #include "zolt/ved/view/view_hold.h"
@@ -42,12 +43,6 @@ struct FlagResetS {
   bool& flag;
   ~FlagResetS() { flag = false; }
 };
-
-ScriptStepS stepOfPaste(ClipboardContentS const& content) {
-  if (!content.bytes.empty()) return makeStep(SCRIPT_PASTE_BYTES, oss::toHexadecimal(content.bytes));
-  if (!content.prefix.empty()) return makeStep(SCRIPT_PASTE_PREFIX, content.prefix);
-  return makeStep(SCRIPT_PASTE_TEXT, content.plainText);
-}
 
 }  // namespace
 
@@ -174,14 +169,23 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* erro
   completeName();
   FormulaDiagnosisS found = diagnose();
   if (found.expression || !error) return found.expression;
-  ActC const act(*this, makeStep(SCRIPT_ASK));
-  select(found.error.range);
+  {
+    ActC const act(*this, makeStep(SCRIPT_ASK));
+    select(found.error.range);
+  }
+  marked_ = view_.isSelected();
   *error = std::move(found.error);
   return nullptr;
 }
 
 wstring FormulaFieldC::writeNotation() const {
   return writeTreeNotation(view_.crefRoot(), view_.getSelection());
+}
+
+wstring FormulaFieldC::writeTree() const {
+  ReplacementS const completion = findCompletion();
+  if (!completion.begin) return writeTreeNotation(view_.crefRoot());
+  return writeTreeNotation(FormulaCopyC(view_.crefRoot(), view_.crefOperatorList(), completion).refRoot());
 }
 
 bool FormulaFieldC::setNotation(wstring const& notation) {
@@ -216,17 +220,6 @@ bool FormulaFieldC::deleteRange(PlaceS begin, PlaceS end) {
 void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
   SelectionS const selection = selectionAt(view_.crefRoot(), saved);
   if (selection.anchor) select(selection);
-}
-
-// ---- Clipboard -----------------------------------------------------------------------------------------
-
-PasteE FormulaFieldC::paste(ClipboardContentS content, ReadErrorS* error) {
-  ActC act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
-  GroupC group(*this);
-  completeName();
-  PasteE const result = pasteContent(view_, content, options_, error);
-  if (result != PASTE_REFUSED && recorded_) act.recordAs(stepOfPaste(content));
-  return group.end(result != PASTE_REFUSED) ? result : PASTE_REFUSED;
 }
 
 // ---- For painting --------------------------------------------------------------------------------------

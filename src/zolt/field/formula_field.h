@@ -3,21 +3,15 @@
 #include <memory>
 #include <vector>
 
-#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
-#include "zolt/common/read_error.h"
-#include "zolt/exchange/plain_text.h"
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/caret_motion.h"
 #include "zolt/field/clipboard.h"
 #include "zolt/field/commands.h"
+#include "zolt/field/formula_error.h"
 #include "zolt/field/input_options.h"
 #include "zolt/field/script_step.h"
-#include "zolt/oss/pointer.h"
-#include "zolt/oss/wstring.h"
-#include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/geometry/graphics.h"
-#include "zolt/ved/geometry/rectangle.h"
 #include "zolt/ved/tree/tree_path.h"
 #include "zolt/ved/view/view.h"
 
@@ -32,18 +26,6 @@ using oss::wstring;
 namespace detail {
 class DecimalCommaGraphicsC;
 }
-
-/// Why a formula is not an expression yet, and which part of it is to blame.
-struct FormulaErrorS : math::common::ReadErrorS {
-  SelectionS range;           ///< its ends are equal where something is missing
-  math::ved::RectangleS box;  ///< around the range, in view coordinates
-};
-
-/// The expression that a formula is, or the reason why it is none yet.
-struct FormulaDiagnosisS {
-  PointerTC<math::algexpr::AlgebraicExpressionC> expression;
-  FormulaErrorS error;  ///< meaningful only without an expression
-};
 
 /// A formula field without a window: a view together with what people expect of a formula field on any
 /// toolkit. A host translates its events into the calls below and paints the view and the rectangles.
@@ -92,15 +74,18 @@ class FormulaFieldC {
   /// to nothing when the formula is what it was at the last call.
   [[nodiscard]] FormulaDiagnosisS diagnose() const;
   /// Completes a name that was just typed, and diagnoses. Null when the formula is incomplete or wrong; with
-  /// `error` (may be null) the faulty part is then selected.
+  /// `error` (may be null) the faulty part is then selected; what is typed or pasted next comes after it.
   PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FormulaErrorS* error = nullptr);
   /// The formula as a tree with caret and selection, for dumps and tests.
   wstring writeNotation() const;
+  /// The formula as a tree to be kept: a name that was just typed counts as the letter that it will be.
+  wstring writeTree() const;
   /// Shows a tree with its caret and selection, as one edit. False, with nothing changed, when the text
   /// cannot be read or is not the tree of a formula.
   [[nodiscard]] bool setNotation(wstring const& notation);
 
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
+  // What they refuse, `takeRefusal` explains.
   bool typeCharacter(char16_t c);
   /// A text from an input method, typed as one step. A text longer than `limits::max_typed_text` is inserted
   /// as it is, without replacements.
@@ -111,6 +96,9 @@ class FormulaFieldC {
   bool compose(wstring const& text, unsigned long caret);
   /// Inserts the operator of that name, as a palette button does.
   bool insertOperator(wstring const& name);
+  /// True once after the last call that takes text, an operator or what is pasted was refused, unless the
+  /// field is locked; `refusal` then says why.
+  bool takeRefusal(RefusalS& refusal);
   /// Turns the name that was just typed into its letter, as when the field loses the focus.
   void completeName();
   /// Inserts the operator that is bound to the key, or runs the command of a usual editing key.
@@ -133,14 +121,15 @@ class FormulaFieldC {
   bool isEnabled(CommandE command) const;
   bool run(CommandE command);
 
-  // ---- Clipboard (formula_field.cpp) ----------------------------------------------------------------------
+  // ---- Clipboard
+  // (formula_field_clipboard.cpp)-------------------------------------------------------------------
   /// The clipboard that the commands write and read; at first it is a memory of the field. It must not be
   /// null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
-  /// The content of the selection, for hosts that receive the clipboard with an event.
+  /// The selection's content, for hosts that receive the clipboard with an event.
   ClipboardContentS copy() const { return copy(view_.getSelection()); }
-  /// The content between two places.
-  ClipboardContentS copy(SelectionS const& range) const { return copyRange(view_, range, options_); }
+  /// The content between two places; a name that was just typed counts as the letter that it will be.
+  ClipboardContentS copy(SelectionS const& range) const;
   PasteE paste(ClipboardContentS content, ReadErrorS* error = nullptr);
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
@@ -218,8 +207,13 @@ class FormulaFieldC {
   void replaceEndedName(wstring const& by);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
-
   void endComposition();
+  bool refuse(wstring const& text, ReadErrorS error);
+  math::common::ReadErrorE findCause(char16_t typed) const;
+
+  // formula_field_clipboard.cpp
+  bool separate(PlaceS begin, PlaceS end);
+  bool insertSeparator(PlaceS place);
 
   // formula_field_commands.cpp
   bool isMotionEnabled(CommandE command) const;
@@ -240,12 +234,14 @@ class FormulaFieldC {
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   std::unique_ptr<DiagnosedS> diagnosed_;
   EventScriptT* recorded_ = nullptr;
+  RefusalS refusal_;   // its cause is none when nothing was refused
   wstring composed_;   // by an input method
   unsigned acts_ = 0;  // the number of nested calls in progress
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
   bool ungrouped_ = false;  // the last input closed brackets, which vanished
+  bool marked_ = false;     // the selection is a faulty part
   bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew

@@ -33,6 +33,13 @@ bool dropsSelection(CommandE motion) {
   return !selects(motion) && motion != COMMAND_NEXT_SLOT && motion != COMMAND_PREVIOUS_SLOT;
 }
 
+unsigned long countFilledRows(Node4C const& construct) {
+  unsigned long count = 0;
+  for (unsigned long i = 0; i < construct.numChildren(); ++i)
+    count += isEmptyRow(*construct.child(i)) ? 0 : 1;
+  return count;
+}
+
 ScriptStepS stepOf(CommandE command) {
   for (auto const& [word, known] : script_commands) {
     if (known == command) return makeStep(word);
@@ -197,6 +204,15 @@ bool FormulaFieldC::deleteLeft() {
   if (at.pos > 0 && isContinuation(at.node->crefText()[at.pos - 1])) {
     long column = no_column;
     return deleteRange(findTarget(COMMAND_LEFT, view_, at, column), at);
+  }
+  Node4C const* const around = at.pos == 0 && !at.node->goLeft() ? enclosingItem(*at.node) : nullptr;
+  if (around && countFilledRows(*around) == 1) {
+    // The construct leaves its content beside what is around it.
+    PlacePathS const begin = pathOf(placeBefore(*around));
+    PlacePathS const end = pathOf(placeAfter(*around), COUNT_FROM_END);
+    GroupC group(*this);
+    return group.end(sendKey(KEY_BACKSPACE) && separate(placeAt(view_.crefRoot(), begin),
+                                                        placeAt(view_.crefRoot(), end, COUNT_FROM_END)));
   }
   sendKey(KEY_BACKSPACE);
   bool const same = caret() == at && at.node->getParent() == row && row->numChildren() == count;

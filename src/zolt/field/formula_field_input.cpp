@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <utility>
 
 #include "zolt/algexpr/cas_session.h"
@@ -5,6 +6,7 @@
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/word_bounds.h"
+#include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
@@ -13,6 +15,7 @@
 namespace zolt::field {
 
 using namespace detail;
+using namespace math::common;
 using namespace math::ved;
 
 namespace {
@@ -68,6 +71,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const ungrouped = std::exchange(ungrouped_, false);
   ActC const act(*this, step);
   if (!view_.isEditable()) return false;
+  act.dropMark();
   if (ungrouped && bindsToGroup(c) && !regroup()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
   if (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT)) {
@@ -81,7 +85,11 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
     if (found.begin) replaceText(found);
   }
   bool const taken = actOn(decision);
-  if (taken) replaceCompleted(decision);
+  if (taken) {
+    replaceCompleted(decision);
+  } else {
+    refuse(wstring(1, c), {findCause(c), 0, 1, {}});
+  }
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
   wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
   return taken;
@@ -89,6 +97,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
 
 bool FormulaFieldC::insertText(wstring const& text) {
   ActC const act(*this, makeStep(SCRIPT_INSERT, text));
+  act.dropMark();
   if (text.size() == 1) return typeCharacter(text[0]);
   bool taken = !text.empty();
   GroupC group(*this);
@@ -97,10 +106,19 @@ bool FormulaFieldC::insertText(wstring const& text) {
     wordTyped_ = false;
     wstring signs = text;
     for (char16_t& c : signs) c = foldTyped(c, options_);
-    return group.end(view_.insertText(signs));
+    if (group.end(view_.insertText(signs))) return true;
+    auto const bad = std::find_if(signs.begin(), signs.end(),
+                                  [&](char16_t c) { return findCause(c) == READ_ERROR_BAD_CHARACTER; });
+    bool const isBad = bad != signs.end();
+    auto const at = static_cast<unsigned long>(isBad ? bad - signs.begin() : 0);
+    return refuse(text, {isBad ? READ_ERROR_BAD_CHARACTER : findCause(u'x'), at, at + 1, {}});
   }
-  for (std::size_t i = 0; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
-  return group.end(taken);
+  std::size_t i = 0;
+  for (; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
+  if (group.end(taken)) return true;
+  if (taken || i == 0) return refuse(text, {findCause(u'x'), 0, 0, {}});
+  auto const at = static_cast<unsigned long>(i - 1);
+  return refuse(text, {refusal_.cause, at, at + 1, {}});
 }
 
 bool FormulaFieldC::compose(wstring const& text, unsigned long caret) {
@@ -119,15 +137,44 @@ void FormulaFieldC::endComposition() {
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
   if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;
+  act.dropMark();
   GroupC group(*this);
   completeName();
-  return group.end(runOperator(name));
+  return group.end(runOperator(name)) || refuse({}, {findCause(u'x'), 0, 0, {}});
+}
+
+ReadErrorE FormulaFieldC::findCause(char16_t typed) const {
+  wstring const c(1, foldTyped(typed, options_));
+  bool const isKnown = Node4C::isTypable(c[0]) || view_.crefOperatorList().lookup(c);
+  if (!isKnown) return READ_ERROR_BAD_CHARACTER;
+  return getConstraints() ? READ_ERROR_NOT_ALLOWED : READ_ERROR_MISPLACED;
+}
+
+/// Keeps for the host why a part of `text` was refused. Answers false.
+bool FormulaFieldC::refuse(wstring const& text, ReadErrorS error) {
+  if (!isEditable()) return false;
+  bool const isBad = error.cause == READ_ERROR_BAD_CHARACTER;
+  refusal_.character = isBad ? text.substr(error.begin, error.end - error.begin) : wstring();
+  error.message = describeRefusal(error, text);
+  static_cast<ReadErrorS&>(refusal_) = std::move(error);
+  return false;
+}
+
+bool FormulaFieldC::takeRefusal(RefusalS& refusal) {
+  if (refusal_.cause == READ_ERROR_NONE) return false;
+  refusal = std::exchange(refusal_, {});
+  refusal.range = {anchor(), caret()};
+  refusal.box = view_.getRectangle(refusal.range);
+  return true;
 }
 
 // "a" followed by the function "sin" must not become "asin".
 bool FormulaFieldC::runOperator(wstring const& name) {
   auto const op = view_.crefOperatorList().lookup(name);
   if (!op) return false;
+  if (name == u"^" && view_.isSelected() && options_.exponents) {
+    return typeExponent({INPUT_OPEN_EXPONENT, {}, {}, {}});
+  }
   SelectionS const stretch = inOneRow(view_.getSelection());
   if (!beginsWithName(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
   SelectionPathS places = pathOf(stretch);
@@ -145,8 +192,9 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
   step.shift = shift;
   bool const vertical = code == KEY_UP || code == KEY_DOWN;
   ActC const act(*this, step, vertical ? ActC::KEEP_COLUMN : ActC::KEEP_NOTHING);
-  if (view_.crefOperatorList().lookupKey(code)) {
+  if (auto const op = view_.crefOperatorList().lookupKey(code)) {
     completeName();
+    if (op->getName() == u"^" && view_.isSelected()) return runOperator(op->getName());
   } else {
     for (KeyCommandS const& key : key_commands) {
       if (key.code == code) return run(shift ? key.shifted : key.plain);
@@ -201,13 +249,18 @@ bool FormulaFieldC::selectOperand(PlaceS begin) {
 
 bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
   GroupC group(*this);
-  bool done = !view_.isSelected() || bracketSelection();
+  bool done = true;
+  if (view_.isSelected()) {
+    SelectionS const stretch = inOneRow(view_.getSelection());
+    bool const alone = options_.exponents && isBase(stretch, view_.crefOperatorList());
+    done = alone ? placeCaret(stretch.caret) : bracketSelection();
+  }
   if (Node4C const* const growing = findGrowingExponent(caret())) {
     done = done && placeCaret(rowEnd(*growing->child(0)));
   } else if (!isRaising(caret())) {
     done = done && bracketPower() && view_.insertText(u"^");
   }
-  done = done && view_.insertText(decision.text);
+  done = done && (decision.text.empty() || view_.insertText(decision.text));
   Node4C const* const item = done ? enclosingItem(*caret().node) : nullptr;
   if (item && decision.kind == INPUT_EXPONENT) placeCaret(placeAfter(*item));
   return group.end(done);
@@ -254,6 +307,9 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
     if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
   }
   if (wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
+  if (options_.impliedProducts && typed && decision.text == u"(") {
+    if (ReplacementS const found = findFactorReplacement(view_); found.begin) replaceText(found);
+  }
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
     if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
       replaceCall(found);

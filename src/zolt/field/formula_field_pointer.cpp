@@ -63,14 +63,18 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   bool done = false;
   if (forwards) {
     done = placeCaret(target) && view_.paste(content);
+    PlacePathS const begin = pathOf(placeAt(view_.crefRoot(), targetPath), COUNT_FROM_END);
     PlacePathS const end = pathOf(caret(), COUNT_FROM_END);
     restoreSelection(source);
     done = done && view_.isSelected() && sendKey(KEY_DELETE);
     PlaceS const place = placeAt(view_.crefRoot(), end, COUNT_FROM_END);
-    if (done && place) placeCaret(place);
+    if (done && place) {
+      done = placeCaret(place) && separate(placeAt(view_.crefRoot(), begin, COUNT_FROM_END), place);
+    }
   } else {
     done = sendKey(KEY_DELETE);
     done = done && placeCaret(placeAt(view_.crefRoot(), targetPath)) && view_.paste(content);
+    done = done && separate(placeAt(view_.crefRoot(), targetPath), caret());
   }
   return group.end(done);
 }

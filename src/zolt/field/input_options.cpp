@@ -18,6 +18,7 @@ constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"fractions", &InputOptionsS::fractions},
                              {u"grouping", &InputOptionsS::grouping},
                              {u"single-letters", &InputOptionsS::singleLetters},
+                             {u"separation", &InputOptionsS::separation},
                              {u"decimal-comma", &InputOptionsS::decimalComma},
                              {u"implied-products", &InputOptionsS::impliedProducts},
                              {u"implied-brackets", &InputOptionsS::impliedBrackets}};

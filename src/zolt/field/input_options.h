@@ -23,7 +23,8 @@ struct InputOptionsS {
   /// typed at the end of a construct's row leaves the construct or the row.
   bool leaving = true;
   /// A sign between operands that is typed at the end of a complete exponent leaves it, as in "x^2+1" and
-  /// "x^2/2"; a letter or digit goes on with it.
+  /// "x^2/2"; a letter or digit goes on with it. A selection that
+  /// is raised becomes the base.
   bool exponents = true;
   /// The same at the end of a denominator, as in "1/2+1/3"; and "/" divides the whole product before it, as
   /// in "n*(n+1)/2".
@@ -31,6 +32,9 @@ struct InputOptionsS {
   /// Brackets that only hold an exponent or a denominator together vanish when they are closed, and the caret
   /// leaves it, as in "x^(n+1)". They come back when what is typed next applies to the group.
   bool grouping = true;
+  /// What is pasted, dropped or put in from a palette, and what Backspace frees from an exponent, never joins
+  /// a name or number beside it: a blank or a times sign comes between.
+  bool separation = true;
   /// The decimal sign is shown and typed as ",", and the sign between arguments as ";".
   bool decimalComma = false;
   /// A typed name is a product of its letters once it is complete, as in "4ac", but for functions, Greek

@@ -113,7 +113,9 @@ bool isEnabled(PaletteEntryS const&, FormulaFieldC const& field) { return field.
 
 bool runEntry(PaletteEntryS const& entry, FormulaFieldC& field) {
   bool const isOperator = static_cast<bool>(field.crefView().crefOperatorList().lookup(entry.insert));
-  return isOperator ? field.insertOperator(entry.insert) : field.insertText(entry.insert);
+  // A letter is pasted, so that it does not join the name beside it.
+  return isOperator ? field.insertOperator(entry.insert)
+                    : field.paste({{}, {}, entry.insert}) != PASTE_REFUSED;
 }
 
 }  // namespace zolt::field

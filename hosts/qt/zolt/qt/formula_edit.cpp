@@ -19,7 +19,6 @@
 #include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list_repository.h"
-#include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::qt {
 
@@ -214,9 +213,7 @@ bool FormulaEdit::setPrefix(QString const& prefix) {
   return setAlgebraicExpression(read);
 }
 
-QString FormulaEdit::tree() const {
-  return toQString(writeTreeNotation(state_->field->crefView().crefRoot()));
-}
+QString FormulaEdit::tree() const { return toQString(state_->field->writeTree()); }
 
 bool FormulaEdit::setTree(QString const& tree) {
   auto const show = [&] {

@@ -184,7 +184,14 @@ void FormulaEdit::keyPressEvent(QKeyEvent* event) {
 bool FormulaEdit::StateS::take(std::function<bool()> const& action) {
   QPointer<FormulaEdit> const alive(&edit);
   bool const taken = act(action);
-  if (alive && !taken) emit alive->inputRejected(FormulaEdit::tr("This cannot go here"));
+  if (taken || !alive) return taken;
+  QString told = FormulaEdit::tr("This cannot go here");
+  if (field::RefusalS refusal; field->takeRefusal(refusal)) {
+    told = toQString(refusal.message);
+    faultyBox = refusal.box;
+    emit alive->errorOccurred(refusal.cause, told, int(refusal.begin), int(refusal.end));
+  }
+  if (alive) emit alive->inputRejected(told);
   return taken;
 }
 

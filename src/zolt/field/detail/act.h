@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "zolt/field/formula_field.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::field {
 
@@ -17,10 +18,19 @@ class FormulaFieldC::ActC {
     ++field_.acts_;
   }
   ~ActC() {
-    if (--field_.acts_ == 0) field_.reveal_ = true;
+    if (--field_.acts_ > 0) return;
+    field_.reveal_ = true;
+    field_.marked_ = false;
   }
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
+
+  /// Input does not replace a faulty part that was selected to show it.
+  void dropMark() const {
+    if (std::exchange(field_.marked_, false)) {
+      field_.placeCaret(inOneRow(field_.view_.getSelection()).caret);
+    }
+  }
 
   /// Replaces the step of this call by a more exact one, if it is the last of the recording. A call is
   /// recorded when it begins, so that a recording also shows one that never returned.
@@ -41,6 +51,7 @@ class FormulaFieldC::ActC {
       recordedAs_ = field_.recorded_->size();
     }
     field_.ungrouped_ = false;
+    field_.refusal_.cause = math::common::READ_ERROR_NONE;
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
     if (keep != KEEP_GROWTH) field_.grown_.clear();
   }

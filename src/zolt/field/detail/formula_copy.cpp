@@ -29,6 +29,14 @@ FormulaCopyC::FormulaCopyC(Node4C const& formula, OperatorListC const& operators
 
 FormulaCopyC::~FormulaCopyC() = default;
 
+PlaceS FormulaCopyC::toCopy(PlaceS place) const {
+  PlaceS found{nodeAt(*root_, pathOf(*place.node)), place.pos};
+  if (place.node == completion_.begin.node && place.pos > completion_.begin.pos) {
+    found.pos = std::max(place.pos, completion_.end.pos) - completion_.end.pos + completedEnd_;
+  }
+  return found;
+}
+
 // The row is built anew, since each edit in place would move everything after it.
 void FormulaCopyC::edit(Node4C& row, std::vector<EditS> const& edits) {
   using ItemT = std::unique_ptr<Node4C>;

@@ -33,6 +33,8 @@ class FormulaCopyC {
   };
 
   Node4C& refRoot() { return *root_; }
+  /// Where a place of the formula is in a copy without edits.
+  PlaceS toCopy(PlaceS place) const;
   /// Makes the edits, which are in the order of their places, in one row. The row then may have several texts
   /// side by side.
   void edit(Node4C& row, std::vector<EditS> const& edits);

@@ -229,6 +229,25 @@ class ProductWalkC {
   bool joined_ = false;  // a number begins here, so nothing may end here
 };
 
+bool isAfterPower(PlaceS place) {
+  Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
+  return left && left->getType() == NODE4_POWER;
+}
+
+/// Where the operand begins, with its exponents, that a "^" after it would raise; null when there is none.
+PlaceS startOfBase(PlaceS end, OperatorListC const& operators) {
+  PlaceS start = ProductWalkC(operators).findStart(end, 1);
+  if (!start || start.pos == start.node->sizeText()) return start;
+  // A number before a name is a factor.
+  wstring const& text = start.node->crefText();
+  std::size_t const number =
+      math::common::startsNumber(text[start.pos])
+          ? math::common::findNumberEnd(text, start.pos, math::common::LONE_EXPONENT_LEFT)
+          : start.pos;
+  if (number < wordEnd(text, start.pos)) start.pos = static_cast<unsigned int>(number);
+  return start;
+}
+
 bool startsOperand(PlaceS place) {
   wstring const& text = place.node->crefText();
   while (place.pos < text.size() && text[place.pos] == u' ') ++place.pos;
@@ -275,18 +294,14 @@ PlaceS startOfProduct(PlaceS place, OperatorListC const& operators) {
 
 PlaceS startOfPower(PlaceS place, OperatorListC const& operators) {
   place = beforeBlanks(place);
-  Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
-  if (!left || left->getType() != NODE4_POWER) return {};
-  PlaceS start = ProductWalkC(operators).findStart(place, 1);
-  if (!start || start.pos == start.node->sizeText()) return start;
-  // A number before a name is a factor.
-  wstring const& text = start.node->crefText();
-  std::size_t const number =
-      math::common::startsNumber(text[start.pos])
-          ? math::common::findNumberEnd(text, start.pos, math::common::LONE_EXPONENT_LEFT)
-          : start.pos;
-  if (number < wordEnd(text, start.pos)) start.pos = static_cast<unsigned int>(number);
-  return start;
+  return isAfterPower(place) ? startOfBase(place, operators) : PlaceS();
+}
+
+bool isBase(SelectionS const& stretch, OperatorListC const& operators) {
+  PlaceS const end = stretch.caret;
+  wstring const& text = end.node->crefText();
+  bool const ends = end.pos == text.size() || !isWordCharacter(text[end.pos]);
+  return ends && !isAfterPower(end) && startOfBase(end, operators) == stretch.anchor;
 }
 
 PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& operators) {

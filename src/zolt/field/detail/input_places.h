@@ -43,6 +43,9 @@ PlaceS startOfProduct(PlaceS place, OperatorListC const& operators);
 /// "!", needs brackets around it.
 PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
 
+/// Whether a stretch of a row, in reading order, is one operand, which needs no brackets to be raised.
+bool isBase(math::ved::SelectionS const& stretch, OperatorListC const& operators);
+
 /// After the exponent or fraction whose last row ends here and is one pair of brackets and its content; null
 /// elsewhere.
 PlaceS afterGroup(PlaceS place);

@@ -1,6 +1,9 @@
 #include "zolt/field/detail/word_bounds.h"
 
+#include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::field::detail {
@@ -22,6 +25,24 @@ unsigned int wordStart(wstring const& text, unsigned int pos) {
 unsigned int wordEnd(wstring const& text, unsigned int pos) {
   while (pos < text.size() && isWordCharacter(text[pos])) ++pos;
   return pos;
+}
+
+wstring separatorAt(wstring const& text, unsigned int pos, math::ved::OperatorListC const& operators) {
+  if (pos == 0 || pos >= text.size()) return {};
+  char16_t const left = text[pos - 1], right = text[pos];
+  constexpr std::u16string_view halves = u"<>=!:";
+  if (halves.find(left) != halves.npos) {
+    return right == u'=' || (right == u'>' && (left == u'<' || left == u':')) ? u" " : u"";
+  }
+  unsigned int const start = wordStart(text, pos);
+  if (start == pos || left == math::common::pi_sign || right == math::common::pi_sign) return {};
+  bool const isNumber = math::common::startsNumber(text[start]);
+  std::size_t const end =
+      isNumber ? math::common::findNumberEnd(text, start, math::common::LONE_EXPONENT_LEFT) : start;
+  if (end <= pos && (!isWordCharacter(right) || end == pos)) return {};
+  auto const word = operators.lookupText(text.substr(start, pos - start));
+  bool const takesOperand = word && (word->isLinear() || word->getArity() > 0);
+  return math::common::startsNumber(right) && !takesOperand ? u"*" : u" ";
 }
 
 }  // namespace zolt::field::detail

@@ -2,6 +2,10 @@
 
 #include "zolt/oss/wstring.h"
 
+namespace zolt::math::ved {
+class OperatorListC;
+}
+
 namespace zolt::field::detail {
 
 using oss::wstring;
@@ -14,5 +18,9 @@ bool isContinuation(char16_t c);
 /// Where the run of word characters that ends (starts) at `pos` starts (ends).
 unsigned int wordStart(wstring const& text, unsigned int pos);
 unsigned int wordEnd(wstring const& text, unsigned int pos);
+
+/// What keeps the parts of a text before and after `pos` apart when they would be read as one name, number or
+/// sign: a blank, or a times sign before a number. Empty when nothing has to.
+wstring separatorAt(wstring const& text, unsigned int pos, math::ved::OperatorListC const& operators);
 
 }  // namespace zolt::field::detail
