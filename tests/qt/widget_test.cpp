@@ -353,6 +353,27 @@ class WidgetTest final : public QObject {
     QCOMPARE(stage.edit->caretRectangle(), start);
   }
 
+  void theCaretIsClearOfLetters() {
+    StageS stage("[x]=(f-lll)*11*|y|");
+    for (qreal const zoom : {0.8, 1.0, 1.3, 2.5}) {
+      stage.edit->setZoom(zoom);
+      press(stage.edit, QStringLiteral("{Home}"));
+      for (int place = 0; place < 16; ++place) {
+        QImage const shown = grab(*stage.edit);
+        QRect const caret = stage.edit->caretRectangle();
+        // Just above the letters only the caret is dark, and beside it nothing is, on its whole height.
+        auto const isDark = [&](int x, int y) { return qGray(shown.pixel(x, y)) < 128; };
+        int x = std::max(1, caret.left() - 12);
+        while (x < caret.right() + 12 && !(isDark(x, caret.top() - 1) && isDark(x, caret.bottom() + 1))) ++x;
+        int end = x;
+        while (isDark(end, caret.top() - 1)) ++end;
+        QVERIFY(end > x && end <= x + 4);
+        for (int y = caret.top(); y <= caret.bottom(); ++y) QVERIFY(!isDark(x - 1, y) && !isDark(end, y));
+        press(stage.edit, QStringLiteral("{Right}"));
+      }
+    }
+  }
+
   void inputMethodsKnowWhatIsAround() {
     StageS stage("x+ab*sqrt(c");
     press(stage.edit, QStringLiteral("{Right}{Left}{Home}{Home}"));

@@ -1,6 +1,7 @@
 #include <QEvent>
 #include <QFontInfo>
 #include <QGuiApplication>
+#include <QImage>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QPainterPath>
@@ -10,6 +11,7 @@
 #include <QTimerEvent>
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -21,6 +23,7 @@ namespace {
 constexpr float band_opacity = 0.30F;
 constexpr QRgb fault_colour = 0xffe04848;
 constexpr float fault_opacity = 0.22F;
+constexpr float caret_clearance = 0.7F;
 
 /// A box on whole device pixels at every zoom.
 QRect toWholePixels(QRectF const& box) {
@@ -106,7 +109,8 @@ void FormulaEdit::StateS::restartBlinking() {
 void FormulaEdit::timerEvent(QTimerEvent* event) {
   if (event->timerId() == state_->blinkTimer.timerId()) {
     state_->caretShown = !state_->caretShown;
-    update(caretRectangle().adjusted(-2, -2, 2, 2));
+    int const reach = state_->caretReach() + 2;
+    update(caretRectangle().adjusted(-reach, -2, reach, 2));
   } else if (event->timerId() == state_->scrollTimer.timerId()) {
     state_->dragTo(state_->pointer);
   } else {
@@ -144,11 +148,59 @@ void FormulaEdit::StateS::paintFault(QPainter& painter) {
 
 void FormulaEdit::StateS::paintCaret(QPainter& painter) {
   if (!dropCaret && (!edit.hasFocus() || !caretShown || !composedCaretShown)) return;
-  QRect caret = dropCaret ? *dropCaret : edit.caretRectangle();
+  QColor const colour = edit.palette().color(QPalette::Text);
+  if (dropCaret) return painter.fillRect(dropCaret->adjusted(0, -1, 0, 1), colour);
   // The caret is at least as wide as the platform's, and grows with the letters so that it stays visible.
+  // Letters that are still beside it are paled there, so that it cannot be taken for a stroke of theirs.
   int const platform = edit.style()->pixelMetric(QStyle::PM_TextCursorWidth, nullptr, &edit);
-  caret.setWidth(std::max(platform, qRound(scale())));
-  painter.fillRect(caret.adjusted(0, -1, 0, 1), edit.palette().color(QPalette::Text));
+  double const pixel = 1 / edit.devicePixelRatioF();
+  QRectF const caret = findClearCaret(edit.caretRectangle(), std::max(platform, int(0.7 * scale())));
+  if (!field->crefView().isSelected()) {
+    QColor paper = edit.palette().color(edit.hasFrame() ? QPalette::Base : edit.backgroundRole());
+    paper.setAlphaF(caret_clearance);
+    painter.fillRect(caret.adjusted(-pixel, 0, pixel, 0), paper);
+  }
+  painter.fillRect(caret.adjusted(0, -1, 0, 1), colour);
+}
+
+int FormulaEdit::StateS::caretReach() const { return qCeil(0.2 * surfaces::getFontSize(0).em * scale()); }
+
+QRectF FormulaEdit::StateS::findClearCaret(QRect const& caret, int width) {
+  double const ratio = edit.devicePixelRatioF();
+  int const reach = caretReach() + 1, thickness = std::max(1, int(std::round(width * ratio)));
+  QRect const around = caret.adjusted(-reach, 0, reach, 0);
+  QImage drawn(around.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+  drawn.setDevicePixelRatio(ratio);
+  drawn.fill(Qt::transparent);
+  QPainter painter(&drawn);
+  painter.setClipRect(QRect(QPoint(), around.size()));
+  painter.translate(origin() - around.topLeft());
+  painter.scale(scale(), scale());
+  graphics->begin(painter, Qt::black);
+  field->crefView().display(0, 0);
+  graphics->end();
+  painter.end();
+
+  std::vector<double> ink(std::size_t(drawn.width()), 0.0);  // of each column, in pixels
+  for (int y = 0; y < drawn.height(); ++y) {
+    auto const* const row = reinterpret_cast<QRgb const*>(drawn.constScanLine(y));
+    for (int x = 0; x < drawn.width(); ++x) ink[std::size_t(x)] += qAlpha(row[x]) / 255.0;
+  }
+  double const middle = double(drawn.width() - thickness) / 2;
+  int best = int(middle);
+  double least = 1e9;
+  for (int x = 1; x + thickness < drawn.width(); ++x) {
+    // Ink under the caret counts three times as much as ink beside it or a pixel of way.
+    double cost = std::fabs(x - middle);
+    for (int i = x - 1; i <= x + thickness; ++i) {
+      bool const isUnder = i >= x && i < x + thickness;
+      cost += (isUnder ? 3 : 1) * ink[std::size_t(i)];
+    }
+    if (cost >= least) continue;
+    least = cost;
+    best = x;
+  }
+  return {around.left() + best / ratio, double(around.top()), thickness / ratio, double(around.height())};
 }
 
 void FormulaEdit::StateS::paintComposed(QPainter& painter) {
