@@ -97,7 +97,8 @@ struct FormulaEdit::StateS {
   void paintSelection(QPainter& painter);
   void paintFault(QPainter& painter);
   void paintCaret(QPainter& painter);
-  /// Where the caret is painted. It may move by as much as `caretReach` to where it covers least of the formula.
+  /// Where the caret is painted. It may move by as much as `caretReach` to where it covers least of the
+  /// formula.
   int caretReach() const;
   QRectF findClearCaret(QRect const& caret, int width);
   /// Underlines what an input method composes.
