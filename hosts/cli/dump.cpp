@@ -65,6 +65,8 @@ char const* describeToken(math::ved::TokenTypeE type) {
       return "verbatim";
     case TOKEN_NUL:
       return "nul";
+    case TOKEN_SIGN:
+      return "sign";
   }
   return "unknown";
 }

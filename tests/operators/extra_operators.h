@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/operators/host_operators.h"
 #include "tests/support/operators.h"
 #include "zolt/ved/operators/operator_power.h"
 #include "zolt/ved/operators/operator_unary_postfix.h"
@@ -18,6 +19,7 @@ inline math::ved::OperatorListC& allOperators() {
     list.add(new OperatorPowerC(u"square", u"square", 10, u"2", true, false, 0));
     list.add(new OperatorPowerC(u"epower", u"epower", 10, u"e", false, false, 0));
     list.add(new OperatorUnaryPostfixC(u"percent", u"%%", 5, false, 0));
+    addHostOperators(list);
     return list;
   }();
   return operators;

@@ -1,5 +1,6 @@
 #include "zolt/algexpr/make_operation.h"
 
+#include <set>
 #include <utility>
 
 #include "zolt/algexpr/detail/core_names.h"
@@ -14,8 +15,16 @@ namespace {
 
 using OperandsT = std::vector<PointerTC<NodeABC>>;
 
+/// The names that hosts added.
+std::set<wstring>& guardedNames() {
+  // Never destroyed: expressions that static objects make may come after any static set.
+  static auto& names = *new std::set<wstring>;
+  return names;
+}
+
 bool needsGuardBeforeExponent(NodeABC const& node) {
-  return node.asParent() && detail::hasTrait(node.crefName(), detail::CORE_GUARDED);
+  if (!node.asParent()) return false;
+  return detail::hasTrait(node.crefName(), detail::CORE_GUARDED) || guardedNames().count(node.crefName()) > 0;
 }
 
 bool isNegativeNumber(NodeABC const& node) {
@@ -54,6 +63,10 @@ PointerTC<NodeABC> makeChain(wstring const& name, OperandsT operands) {
 }
 
 }  // namespace
+
+void guardBeforeExponent(wstring const& name) {
+  if (!detail::hasTrait(name, detail::CORE_GUARDED)) guardedNames().insert(name);
+}
 
 PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent) {
   bool const unit = exponent && isAngleUnit(*exponent);

@@ -16,6 +16,11 @@ namespace zolt::math::algexpr {
 /// in textbook form mark an angle's unit.
 [[nodiscard]] PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponent);
 
+/// Makes the makers of powers and factorials guard functions of this name, too, as a host's own integral is.
+/// For the whole process, before other threads make expressions. `ved::OperatorListC::add` does it for
+/// constructs that say so.
+void guardBeforeExponent(wstring const& name);
+
 /// `operand`!. Guards what `makePower` guards as a base, and a negative number.
 [[nodiscard]] PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
 

@@ -103,7 +103,7 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
     found.contentEnd = placeBefore(*close);
     found.end = placeAfter(*close);
   }
-  auto const rows = argumentRows(*name.op);
+  auto const rows = argumentRows(*name.op, name.op->getInsertedRows());
   found.contentRow = found.caretRow = rows.front();
   if (rows.size() > 1) found.markRow = rows[1];
   found.mark = std::move(name.mark);
@@ -125,7 +125,7 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
   found.end = next->getType() == NODE4_CLOSE ? placeAfter(*next) : caret;
   found.contentBegin = placeAfter(*open);
   found.contentEnd = comma;
-  auto const rows = argumentRows(*op);
+  auto const rows = argumentRows(*op, op->getInsertedRows());
   found.contentRow = rows[0];
   found.caretRow = rows[1];
   return found;
@@ -146,6 +146,9 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
   if (selected && c == u'^' && options.exponents) return {INPUT_OPEN_EXPONENT, {}, {}, {}};
   OperatorListC const& operators = view.crefOperatorList();
+  if (auto const op = selected ? nullptr : findByInsideSign(operators, place, c)) {
+    return {INPUT_OPERATOR, op->getName(), {}, {}};
+  }
   if (auto const op = findBySign(operators, c)) return decideSign(view, c, *op, options);
   if (c >= 0x80 && findConstruct(operators, wstring(1, c)).op) return {INPUT_CALL, wstring(1, c), {}, {}};
 
@@ -240,7 +243,7 @@ ConstructReplacementS makeCall(ViewZNT4C const& view, wstring const& name) {
   ConstructReplacementS call;
   call.begin = call.contentBegin = stretch.anchor;
   call.end = call.contentEnd = stretch.caret;
-  auto const rows = argumentRows(*named.op);
+  auto const rows = argumentRows(*named.op, named.op->getInsertedRows());
   call.contentRow = call.caretRow = rows.front();
   if (rows.size() > 1) call.markRow = rows[1];
   call.mark = std::move(named.mark);

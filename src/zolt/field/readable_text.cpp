@@ -47,12 +47,19 @@ class ReaderC {
     for (unsigned int i = 0; i < text.sizeText(); ++i) {
       wstring const sign(1, text.crefText()[i]);
       auto const op = operators_.lookupText(sign);
-      out_.text += op && op->crefWords().spoken.size() == 1           ? op->crefWords().spoken[0]
-                   : sign[0] == math::common::prime_sign              ? wstring(u" prime")
-                   : sign == u"_" && i > 0 && i + 1 < text.sizeText() ? wstring(u" sub ")
-                                                                      : sign;
+      bool const isIndex = sign == u"_" && i > 0 && i + 1 < text.sizeText();
+      say(op && op->crefWords().spoken.size() == 1 ? op->crefWords().spoken[0]
+          : sign[0] == math::common::prime_sign    ? wstring(u" prime")
+          : isIndex                                ? wstring(u" sub ")
+                                                   : sign);
       mark(text, i + 1);
     }
+  }
+
+  /// A sign may have blanks around it, and what is said for it too.
+  void say(wstring const& words) {
+    bool const doubled = !out_.text.empty() && out_.text.back() == u' ' && words[0] == u' ';
+    out_.text.append(words, doubled ? 1 : 0, wstring::npos);
   }
 
   /// Reads the rows of a construct; `spoken` has what is said before each of them and, last, at the end.

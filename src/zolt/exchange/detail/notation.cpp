@@ -2,12 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <iterator>
+#include <map>
 #include <numeric>
 #include <utility>
 #include <vector>
 
 #include "zolt/common/signs.h"
+#include "zolt/exchange/plain_operator.h"
 
 namespace zolt::exchange::detail {
 
@@ -17,29 +20,63 @@ namespace {
 
 // The table has one row for each operator.
 constexpr NotationS notations[] = {
-    {u"+", FORM_INFIX, 2, {u"+", u"+"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
-    {u"-", FORM_INFIX, 2, {u"-", u"-"}, RULE_SUM, RULE_SUM, RULE_PRODUCT},
-    {u"*", FORM_INFIX, 2, {u"*", u"*"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
-    {u"/", FORM_INFIX, 2, {u"/", u"/"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
-    {u"div", FORM_INFIX, 2, {u" div ", u"div"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
-    {u"mod", FORM_INFIX, 2, {u" mod ", u"mod"}, RULE_PRODUCT, RULE_PRODUCT, RULE_SIGN},
+    {u"+", FORM_INFIX, 2, {u"+", u"+"}, RULE_SUM, RULE_SUM, tighterThan(RULE_SUM)},
+    {u"-", FORM_INFIX, 2, {u"-", u"-"}, RULE_SUM, RULE_SUM, tighterThan(RULE_SUM)},
+    {u"*", FORM_INFIX, 2, {u"*", u"*"}, RULE_PRODUCT, RULE_PRODUCT, tighterThan(RULE_PRODUCT)},
+    {u"/", FORM_INFIX, 2, {u"/", u"/"}, RULE_PRODUCT, RULE_PRODUCT, tighterThan(RULE_PRODUCT)},
+    {u"div", FORM_INFIX, 2, {u" div ", u"div"}, RULE_PRODUCT, RULE_PRODUCT, tighterThan(RULE_PRODUCT)},
+    {u"mod", FORM_INFIX, 2, {u" mod ", u"mod"}, RULE_PRODUCT, RULE_PRODUCT, tighterThan(RULE_PRODUCT)},
     {u"_pos", FORM_PREFIX, 1, {u"+", {}}, RULE_SIGN},
     {u"_neg", FORM_PREFIX, 1, {u"-", {}}, RULE_SIGN},
     {u"^", FORM_INFIX, 2, {u"^", u"^ **"}, RULE_POWER, RULE_POSTFIX, RULE_POWER},
     {u"!", FORM_POSTFIX, 1, {u"!", u"!"}, RULE_POSTFIX},
     {u"_deg", FORM_POSTFIX, 1, {u"°", u"°"}, RULE_POSTFIX},
     {u"_rad", FORM_POSTFIX, 1, {u"ʳ", u"ʳ"}, RULE_POSTFIX},
-    {u"=", FORM_INFIX, 2, {u" = ", u"= =="}, RULE_RELATION, RULE_RELATION, RULE_SUM},
-    {u"<>", FORM_INFIX, 2, {u" <> ", u"<> !="}, RULE_RELATION, RULE_RELATION, RULE_SUM, not_equal_sign},
-    {u"<", FORM_INFIX, 2, {u" < ", u"<"}, RULE_RELATION, RULE_RELATION, RULE_SUM},
-    {u"<=", FORM_INFIX, 2, {u" <= ", u"<="}, RULE_RELATION, RULE_RELATION, RULE_SUM, less_or_equal_sign},
-    {u">", FORM_INFIX, 2, {u" > ", u">"}, RULE_RELATION, RULE_RELATION, RULE_SUM},
-    {u">=", FORM_INFIX, 2, {u" >= ", u">="}, RULE_RELATION, RULE_RELATION, RULE_SUM, greater_or_equal_sign},
+    {u"=", FORM_INFIX, 2, {u" = ", u"= =="}, RULE_RELATION, RULE_RELATION, tighterThan(RULE_RELATION)},
+    {u"<>",
+     FORM_INFIX,
+     2,
+     {u" <> ", u"<> !="},
+     RULE_RELATION,
+     RULE_RELATION,
+     tighterThan(RULE_RELATION),
+     not_equal_sign},
+    {u"<", FORM_INFIX, 2, {u" < ", u"<"}, RULE_RELATION, RULE_RELATION, tighterThan(RULE_RELATION)},
+    {u"<=",
+     FORM_INFIX,
+     2,
+     {u" <= ", u"<="},
+     RULE_RELATION,
+     RULE_RELATION,
+     tighterThan(RULE_RELATION),
+     less_or_equal_sign},
+    {u">", FORM_INFIX, 2, {u" > ", u">"}, RULE_RELATION, RULE_RELATION, tighterThan(RULE_RELATION)},
+    {u">=",
+     FORM_INFIX,
+     2,
+     {u" >= ", u">="},
+     RULE_RELATION,
+     RULE_RELATION,
+     tighterThan(RULE_RELATION),
+     greater_or_equal_sign},
     {u"not", FORM_PREFIX, 1, {u"not ", u"not ¬"}, RULE_NOT},
-    {u"and", FORM_INFIX, 2, {u" and ", u"and ∧ &&"}, RULE_AND, RULE_AND, RULE_NOT},
-    {u"or", FORM_INFIX, 2, {u" or ", u"or ∨"}, RULE_OR, RULE_OR, RULE_AND},
-    {u":=", FORM_INFIX, 2, {u" := ", u":= ≔"}, RULE_ASSIGNMENT, RULE_OR, RULE_OR},
-    {u":>", FORM_INFIX, 2, {u" :> ", u":> →"}, RULE_ASSIGNMENT, RULE_OR, RULE_OR, store_sign},
+    {u"and", FORM_INFIX, 2, {u" and ", u"and ∧ &&"}, RULE_AND, RULE_AND, tighterThan(RULE_AND)},
+    {u"or", FORM_INFIX, 2, {u" or ", u"or ∨"}, RULE_OR, RULE_OR, tighterThan(RULE_OR)},
+    {u":=",
+     FORM_INFIX,
+     2,
+     {u" := ", u":= ≔"},
+     RULE_ASSIGNMENT,
+     tighterThan(RULE_ASSIGNMENT),
+     tighterThan(RULE_ASSIGNMENT)},
+    {u":>",
+     FORM_INFIX,
+     2,
+     {u" :> ", u":> →"},
+     RULE_ASSIGNMENT,
+     tighterThan(RULE_ASSIGNMENT),
+     tighterThan(RULE_ASSIGNMENT),
+     store_sign},
     {bracket_name, FORM_BRACKETS, 1, {}},
     {pi_name, FORM_CONSTANT, 0, {u"pi", u"pi Pi"}, RULE_ATOM, RULE_ATOM, RULE_ATOM, pi_sign},
     {u"∞", FORM_CONSTANT, 0, {u"∞", u"∞ infinity infty inf oo"}},
@@ -133,14 +170,41 @@ ReadingsC::ReadingsC() {
   std::partial_sum(starts_.begin(), starts_.end(), starts_.begin());
 }
 
+/// What hosts added. The notations refer to the texts of their operators.
+struct AddedS {
+  std::deque<std::pair<PlainOperatorS, NotationS>> operators;
+  std::map<std::u16string_view, NotationS const*> byName;
+  std::map<std::u16string_view, ReadingS> byText;
+};
+
+AddedS& added() {
+  static AddedS all;
+  return all;
+}
+
 std::pair<ReadingS const*, ReadingS const*> findReadings(std::u16string_view text) {
   static ReadingsC const readings;
+  if (auto const& own = added().byText; !own.empty()) {
+    auto const found = own.find(text);
+    if (found != own.end()) return {&found->second, &found->second + 1};
+  }
   return readings.find(text);
+}
+
+constexpr FormE formOf(PlainPlaceE place) {
+  return place == PLAIN_BEFORE    ? FORM_PREFIX
+         : place == PLAIN_BETWEEN ? FORM_INFIX
+         : place == PLAIN_AFTER   ? FORM_POSTFIX
+                                  : FORM_CONSTANT;
 }
 
 }  // namespace
 
 NotationS const* findNotation(std::u16string_view name) {
+  if (auto const& own = added().byName; !own.empty()) {
+    auto const found = own.find(name);
+    if (found != own.end()) return found->second;
+  }
   return find(notations, [&](NotationS const& notation) { return notation.name == name; });
 }
 
@@ -207,3 +271,19 @@ std::u16string toLetters(std::u16string_view name) {
 }
 
 }  // namespace zolt::exchange::detail
+
+namespace zolt::exchange {
+
+using namespace detail;
+
+void registerPlainOperator(PlainOperatorS op) {
+  AddedS& all = added();
+  auto& [kept, notation] = all.operators.emplace_back(std::move(op), NotationS{});
+  RuleE const rule = kept.place == PLAIN_AFTER ? RULE_POSTFIX : ruleOf(kept.precedence);
+  notation = {kept.name, formOf(kept.place), 0, {kept.written, {}}, rule, rule, tighterThan(rule)};
+  notation.arity = kept.place == PLAIN_ALONE ? 0 : kept.place == PLAIN_BETWEEN ? 2 : 1;
+  all.byName[notation.name] = &notation;
+  for (wstring const& text : kept.read) all.byText[text] = {text, &notation, {}};
+}
+
+}  // namespace zolt::exchange

@@ -5,22 +5,27 @@
 
 namespace zolt::exchange::detail {
 
-/// How tightly a part of a formula in one line binds; the loosest comes first.
+/// How tightly a part of a formula in one line binds; the loosest comes first. The operators of hosts have
+/// rules in between.
 enum RuleE : int {
-  RULE_ASSIGNMENT,
-  RULE_OR,
-  RULE_AND,
-  RULE_NOT,
-  RULE_RELATION,
-  RULE_SUM,
-  RULE_PRODUCT,
-  RULE_SIGN,
-  RULE_ARGUMENT,  ///< the argument of a function without brackets: "2x" in "sin 2x"
-  RULE_POWER,
-  RULE_POSTFIX,
-  RULE_ATOM,
-  RULE_BRACKETS  ///< always in brackets
+  RULE_ASSIGNMENT = -180,
+  RULE_OR = -160,
+  RULE_AND = -140,
+  RULE_NOT = -120,
+  RULE_RELATION = -100,
+  RULE_SUM = -80,
+  RULE_PRODUCT = -60,
+  RULE_SIGN = -40,
+  RULE_ARGUMENT = -30,  ///< the argument of a function without brackets: "2x" in "sin 2x"
+  RULE_POWER = -20,
+  RULE_POSTFIX = -10,
+  RULE_ATOM = 0,
+  RULE_BRACKETS = 1  ///< always in brackets
 };
+
+/// The rule of an operator that has this precedence in the editor, and the one for what binds tighter.
+constexpr RuleE ruleOf(int precedence) { return static_cast<RuleE>(-2 * precedence); }
+constexpr RuleE tighterThan(RuleE rule) { return static_cast<RuleE>(rule + 1); }
 
 /// Where an operator is written.
 enum FormE { FORM_FUNCTION, FORM_INFIX, FORM_PREFIX, FORM_POSTFIX, FORM_BRACKETS, FORM_CONSTANT };

@@ -103,7 +103,8 @@ void PlainLexerC::setOperator(ReadingS const& reading) {
       token_.infix = &notation;
       return set(PLAIN_TOKEN_INFIX);
     case FORM_PREFIX:
-      return set(PLAIN_TOKEN_NOT);
+      token_.infix = &notation;
+      return set(PLAIN_TOKEN_PREFIX);
     case FORM_POSTFIX:
       return set(PLAIN_TOKEN_POSTFIX, notation.name);
     case FORM_CONSTANT:

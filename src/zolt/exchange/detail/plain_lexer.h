@@ -20,7 +20,7 @@ enum PlainTokenE {
   // These do not.
   PLAIN_TOKEN_END,
   PLAIN_TOKEN_INFIX,
-  PLAIN_TOKEN_NOT,
+  PLAIN_TOKEN_PREFIX,
   PLAIN_TOKEN_POSTFIX,      ///< text: the name of the operation
   PLAIN_TOKEN_SUPERSCRIPT,  ///< text: the number or name that is raised
   PLAIN_TOKEN_CLOSE,

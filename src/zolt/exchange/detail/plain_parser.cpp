@@ -19,7 +19,7 @@ using math::algexpr::makePower;
 namespace {
 
 constexpr char16_t bar = u'|';
-constexpr int no_rule = -1;  // looser than any rule
+constexpr int no_rule = RULE_ASSIGNMENT - 1;  // looser than any rule
 
 }  // namespace
 
@@ -51,9 +51,11 @@ PlainParserC::NextE PlainParserC::readOperand() {
       return beginGroup(bar);
     case PLAIN_TOKEN_ROOT:
       return readRoot();
-    case PLAIN_TOKEN_NOT:
-      if (currentRule() <= RULE_NOT) return readPrefix(u"not", RULE_NOT);
-      return readWordCall(u"not");
+    case PLAIN_TOKEN_PREFIX: {
+      NotationS const& op = *token().infix;
+      if (currentRule() <= op.rule) return readPrefix(wstring(op.name), op.rule);
+      return isBareName(op.name) ? readWordCall(op.name) : fail(READ_ERROR_MISSING_OPERAND);
+    }
     case PLAIN_TOKEN_INFIX:
       if (isBareName(token().infix->name)) return readWordCall(token().infix->name);
       return readSignBeforeOperand();
@@ -119,10 +121,10 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   FrameS frame = startCall(name);
   if (opensCall()) return beginBracket(std::move(frame));
   // After a relation, "not" applies to what the relation does.
-  if (name != u"not" || currentRule() != RULE_SUM) {
+  if (name != u"not" || currentRule() != tighterThan(RULE_RELATION)) {
     return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
   }
-  FrameS prefix{PENDING_PREFIX, RULE_SUM};
+  FrameS prefix{PENDING_PREFIX, tighterThan(RULE_RELATION)};
   prefix.takesSign = true;
   prefix.name = frame.name;
   frames_.push_back(std::move(prefix));

@@ -13,7 +13,7 @@ namespace {
 
 /// Whether an operator can be typed as a name and "(".
 bool isTypedAsCall(OperatorBC const& op) {
-  return op.isConstruct() && op.getArity() > 0 && isWrittenAsCall(op);
+  return op.isConstruct() && op.getInsertedRows() > 0 && isWrittenAsCall(op);
 }
 
 PointerTC<OperatorBC> findByName(OperatorListC const& operators, wstring const& name) {
@@ -94,13 +94,19 @@ bool isWrittenAsCall(OperatorBC const& op) {
   return !name.empty() && isWordCharacter(name[0]) && !math::common::isDigit(name[0]);
 }
 
-std::vector<unsigned long> argumentRows(OperatorBC const& op) {
-  // Each row's text is its own index, as a character.
+std::vector<unsigned long> argumentRows(OperatorBC const& op, unsigned long numRows) {
+  // Each row's text is its own index, as a character that no name has; a construct may write more around
+  // them.
+  constexpr char16_t first = 0xE000;
   std::vector<wstring> rows;
-  for (unsigned long i = 0; i < op.getArity(); ++i) rows.emplace_back(1, static_cast<char16_t>(u'0' + i));
+  for (unsigned long i = 0; i < numRows; ++i) {
+    rows.emplace_back(1, static_cast<char16_t>(first + i));
+  }
   std::vector<unsigned long> order;
   for (char16_t const c : op.arrangeArgumentList(rows)) {
-    if (c != u',') order.push_back(static_cast<unsigned long>(c - u'0'));
+    if (c >= first && c - first < static_cast<int>(rows.size())) {
+      order.push_back(static_cast<unsigned long>(c - first));
+    }
   }
   return order;
 }

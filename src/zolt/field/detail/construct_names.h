@@ -47,7 +47,7 @@ wstring typedForm(OperatorBC const& op);
 /// Whether the construct is written as a name with brackets, which a typed ")" then closes.
 bool isWrittenAsCall(OperatorBC const& op);
 
-/// The rows of the construct in the order of its arguments.
-std::vector<unsigned long> argumentRows(OperatorBC const& op);
+/// The rows of a construct of so many in the order of its arguments.
+std::vector<unsigned long> argumentRows(OperatorBC const& op, unsigned long numRows);
 
 }  // namespace zolt::field::detail

@@ -101,7 +101,10 @@ class RowReaderC {
     if (c == common::pi_sign) return TOKEN_OPERAND;
     if (c == Node4C::OPEN_C) return TOKEN_OPEN;
     if (c == Node4C::CLOSE_C) return TOKEN_CLOSE;
-    if (!isWordCharacter(c)) return c == u'!' ? TOKEN_FACTORIAL : TOKEN_SIGN;
+    if (!isWordCharacter(c)) {
+      bool const follows = c == u'!' || operators_.lookupText(wstring(1, c), OPERATOR_AFTER);
+      return follows ? TOKEN_FACTORIAL : TOKEN_SIGN;
+    }
     while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
     auto const op = operators_.lookupText(text.substr(pos, end - pos));
     if (op && op->isLinear()) return op->getArity() == 1 ? TOKEN_NOT : TOKEN_SIGN;

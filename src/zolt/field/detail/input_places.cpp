@@ -48,7 +48,7 @@ PlaceS afterItem(PlaceS place) {
 }
 
 PlaceS nextArgument(Node4C const& construct, Node4C const& row) {
-  auto const rows = argumentRows(*construct.crefOperator());
+  auto const rows = argumentRows(*construct.crefOperator(), construct.numChildren());
   auto at = std::find(rows.begin(), rows.end(), row.findChildNumber());
   if (at == rows.end() || ++at == rows.end() || *at >= construct.numChildren()) return {};
   return rowEnd(*construct.child(*at));
@@ -316,6 +316,18 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& oper
     return !opens || endsOperandBefore(place, operators) ? placeAfter(*item) : PlaceS();
   }
   return {};
+}
+
+PointerTC<OperatorBC> findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign) {
+  for (Node4C const* item = enclosingItem(*place.node); item; item = enclosingItem(*item)) {
+    if (findOpenBracket(place)) return nullptr;
+    place = placeAfter(*item);
+    if (item->getType() != NODE4_OPERATOR) continue;
+    for (auto const& inside : item->crefOperator()->crefWords().insideSigns) {
+      if (inside.sign == sign) return operators.lookup(inside.name);
+    }
+  }
+  return nullptr;
 }
 
 PlaceS afterGroup(PlaceS place) {

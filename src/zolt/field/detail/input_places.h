@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zolt/field/input_options.h"
+#include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/place.h"
 
@@ -11,8 +12,10 @@ class OperatorListC;
 
 namespace zolt::field::detail {
 
+using math::ved::OperatorBC;
 using math::ved::OperatorListC;
 using math::ved::PlaceS;
+using oss::PointerTC;
 using oss::wstring;
 
 // Where a typed sign takes the caret when it ends an exponent, a fraction or a construct. A place is the end
@@ -31,7 +34,7 @@ LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators
                      InputOptionsS const& options);
 
 /// The same for an operator that is inserted by a sign: "∧" leaves as the word does, a bar as "(".
-PlaceS leaveByOperator(PlaceS place, math::ved::OperatorBC const& op, OperatorListC const& operators,
+PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& operators,
                        InputOptionsS const& options);
 
 /// Where the product begins that ends at the place, when it has more factors than the last one and no operand
@@ -45,6 +48,9 @@ PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
 
 /// Whether a stretch of a row, in reading order, is one operand, which needs no brackets to be raised.
 bool isBase(math::ved::SelectionS const& stretch, OperatorListC const& operators);
+
+/// The operator that the sign inserts in one of the constructs around the place (`insideSigns`); null: none.
+PointerTC<OperatorBC> findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign);
 
 /// After the exponent or fraction whose last row ends here and is one pair of brackets and its content; null
 /// elsewhere.

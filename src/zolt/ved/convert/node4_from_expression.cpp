@@ -30,7 +30,7 @@ std::set<algexpr::NodeABC const*> findTooDeep(algexpr::NodeABC const& top, Opera
 
     unsigned long const count = parent->numChildren();
     PointerTC<OperatorBC> const op = operators.lookup(node->crefName());
-    bool const fits = op && (op->getArity() == 0 || op->getArity() == count);
+    bool const fits = op && op->fits(*node, count);
     std::size_t const mark = pending.size();
     for (unsigned long i = 0; i < count; ++i) {
       unsigned long const childDepth = depth + (fits && op->hasOwnRow(i) ? 1 : 0);

@@ -57,4 +57,9 @@ void GraphicsABC::drawSign(SignE sign, long x, long y, long width, long height) 
   }
 }
 
+double GraphicsABC::getTextBaseline() const {
+  oss::wstring const digit = u"0";
+  return 0.5 * static_cast<double>(getTextMidHeight(digit) + getTextHeight(digit));
+}
+
 }  // namespace zolt::math::ved

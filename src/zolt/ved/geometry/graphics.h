@@ -109,6 +109,11 @@ class GraphicsABC : public oss::RefCountedBC {
   /// may come closer. Unless overridden it does nothing.
   virtual void beginsWith(oss::wstring const&) const {}
 
+  /// How far below the top of a text's box the baseline of the current font is, in units, for hosts that set
+  /// formulas in lines of text (`ViewZNT4C::getBaseline`). Unless overridden it is half-way between the axis
+  /// and the bottom of the box. Drawing does not depend on it.
+  virtual double getTextBaseline() const;
+
   /// The width and the height of the tick of a radical in the current font.
   long getTickSize(SignE radical) const;
 };

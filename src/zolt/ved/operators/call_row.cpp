@@ -1,10 +1,11 @@
 #include "zolt/ved/operators/call_row.h"
 
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
+#include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
 
-using namespace detail;
+using namespace rows;
 
 namespace {
 
@@ -40,9 +41,9 @@ Node4C* makeCallRow(wstring const& name, unsigned long numArguments, ConversionS
     row->insertChild(0, makeText(u",").release());
     insertOperand(*row, 0, std::move(arguments[i]));
   }
-  row->insertChild(0, makeItem(NODE4_OPEN).release());
+  row->insertChild(0, makeOpen().release());
   row->insertChild(0, makeText(name).release());
-  append(*row, makeItem(NODE4_CLOSE));
+  append(*row, makeClose());
   return row.release();
 }
 

@@ -1,7 +1,9 @@
 #include "zolt/ved/operators/construct.h"
 
+#include <algorithm>
+
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -14,13 +16,13 @@ ConstructBC::ConstructBC(wstring const& name, wstring const& text, ConstructRows
 std::pair<Node4C*, int> ConstructBC::fromAlgebraicNode(algexpr::NodeABC& node,
                                                        ConversionStackT& stack) const {
   algexpr::ParentNodeABC const* const parent = node.asParent();
-  unsigned long const count = rows_.count != 0 || !parent ? rows_.count : parent->numChildren();
-  auto construct = detail::makeConstructNode(*this, count);
-  for (unsigned long i = count; i-- > 0;) {
-    unsigned long const row = rows_.order == ROWS_REVERSED ? count - 1 - i : i;
-    construct->setChild(row, detail::popRow(stack).release());
-  }
-  return {construct.release(), getPrecedence()};
+  unsigned long const count = parent ? parent->numChildren() : rows_.count;
+  return {fromArguments(node, rows::popRows(stack, count)).release(), getPrecedence()};
+}
+
+ConstructBC::RowT ConstructBC::fromArguments(algexpr::NodeABC const&, std::vector<RowT> arguments) const {
+  if (rows_.order == ROWS_REVERSED) std::reverse(arguments.begin(), arguments.end());
+  return rows::makeConstruct(*this, std::move(arguments));
 }
 
 wstring ConstructBC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
@@ -29,26 +31,34 @@ wstring ConstructBC::arrangeArgumentList(std::vector<wstring> const& arguments) 
 }
 
 void ConstructBC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) const {
-  for (unsigned long const row : rows_.smaller) node->child(row)->increaseFontDepth();
+  for (unsigned long const row : rows_.smaller) {
+    if (row < node->numChildren()) node->child(row)->increaseFontDepth();
+  }
 }
 
 bool ConstructBC::runOperator(ViewZNT4C& view) const {
+  unsigned long const count = getInsertedRows();
   ViewInsertionC insertion(view);
-  if (!insertion.mayNestSelection()) return false;
-  detail::NodeT selection = insertion.cutSelection();
+  if (count == 0 || !insertion.mayNestSelection()) return false;
+  RowT selection = insertion.cutSelection();
   unsigned long const target = selection ? rows_.next : 0;
-  insertion.splitText(true);
-  detail::NodeT node = detail::makeConstructNode(*this, rows_.count);
-  Node4C* const construct = node.get();
-  insertion.insertBeforeCaret(std::move(node));
-  for (unsigned long i = 0; i < rows_.count; ++i) {
-    detail::NodeT row = i == rows_.content && selection ? std::move(selection) : detail::makeEmptyRow();
-    construct->setChild(i, row.release());
-  }
-  insertion.placeCaret(rowEnd(*construct->child(target)));
+  std::vector<RowT> rows(count);
+  if (selection) rows[rows_.content] = std::move(selection);
+  insertion.insertConstruct(rows::makeConstruct(*this, std::move(rows)), target);
   return true;
 }
 
 bool ConstructBC::hasOwnRow(unsigned long) const { return true; }
+
+unsigned long ConstructBC::getInsertedRows() const { return rows_.count != 0 ? rows_.count : rows_.inserted; }
+
+void ConstructBC::drawBefore(Node4C const& row, wstring const& text, GraphicsABC const& graphics, long x,
+                             long y) {
+  long width = 0;
+  long height = 0;
+  long axis = 0;
+  graphics.getTextExtent(text, width, height, axis);
+  graphics.drawText(text, x + row.getDX() - width, y + row.getDY() + row.getMidHeight() - axis);
+}
 
 }  // namespace zolt::math::ved

@@ -2,7 +2,7 @@
 
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/ved/operators/call_row.h"
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -21,7 +21,7 @@ OperatorBC::OperatorBC(wstring const& name, wstring const& text, unsigned long a
 std::pair<Node4C*, int> OperatorBC::fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const {
   algexpr::ParentNodeABC const* const parent = node.asParent();
   unsigned long const count = arity_ != 0 || !parent ? arity_ : parent->numChildren();
-  if (count == 0) return {detail::makeText(text_).release(), 0};
+  if (count == 0) return {rows::makeText(text_).release(), 0};
   return {makeCallRow(text_, count, stack), precedence_};
 }
 
@@ -32,6 +32,11 @@ wstring OperatorBC::arrangeArgumentList(std::vector<wstring> const& arguments) c
     list += argument;
   }
   return list;
+}
+
+wstring OperatorBC::getStoredName() const {
+  wstring const variant = getVariant();
+  return variant.empty() ? getName() : getName() + u' ' + variant;
 }
 
 void OperatorBC::displayNode4(Node4C*, GraphicsABC const&, long, long, long, long, long) const {}
@@ -51,14 +56,14 @@ bool OperatorBC::runOperator(ViewZNT4C& view) const {
   unsigned int const pos = insertion.getCaret().pos;
   wstring const behind = name.crefText().substr(pos);
   name.refText().erase(pos);
-  detail::NodeT commas = detail::makeText(wstring(arity_ - 1, Node4C::COMMA_C));
+  rows::NodeT commas = rows::makeText(wstring(arity_ - 1, Node4C::COMMA_C));
   Node4C* const arguments = commas.get();
   Node4C* const row = name.getParent();
   unsigned long place = name.findChildNumber() + 1;
-  row->insertChild(place++, detail::makeItem(NODE4_OPEN).release());
+  row->insertChild(place++, rows::makeOpen().release());
   row->insertChild(place, commas.release());
-  row->insertChild(place + 1, detail::makeItem(NODE4_CLOSE).release());
-  row->insertChild(place + 2, detail::makeText(behind).release());
+  row->insertChild(place + 1, rows::makeClose().release());
+  row->insertChild(place + 2, rows::makeText(behind).release());
   bool const filled = selection && arity_ > 1;
   if (selection) row->spliceChildren(place, selection.release());
   insertion.placeCaret({arguments, filled ? 1u : 0u});

@@ -27,6 +27,14 @@ class ViewZNT4C;
 /// (larger binds looser). The stack owns its subtrees until a parent takes them.
 using ConversionStackT = std::stack<std::pair<Node4C*, int>>;
 
+/// Where an operator that is written in a row has its sign or word.
+enum OperatorPlaceE : int {
+  OPERATOR_BY_NAME,  ///< a function's name before its arguments in brackets, or a construct
+  OPERATOR_BEFORE,   ///< before one operand: "−", "not"
+  OPERATOR_BETWEEN,  ///< between two operands: "+", "mod"
+  OPERATOR_AFTER     ///< after one operand: "!"
+};
+
 /// One operation that the editor knows: a sign, a function or a two-dimensional construct.
 ///
 /// An operator is an immutable description shared through `PointerTC`: the host makes each one once and
@@ -37,9 +45,10 @@ using ConversionStackT = std::stack<std::pair<Node4C*, int>>;
 class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC> {
  public:
   /// `name`: the expression library's name, key of the by-name table. `text`: what is typed and shown, key of
-  /// the by-text table. `arity` 0: any number of arguments. `precedence`: larger binds looser. `linear`:
-  /// written in a row beside its operands. `coreElement` and `code` belong to the host; the editor only
-  /// reports them back.
+  /// the by-text table. `arity` 0: any number of arguments. `precedence`: larger binds looser (the standard
+  /// operators: 0 functions, 10 powers, 20 signs before an operand, 30 products, 40 sums, 50 relations, 60
+  /// "not", 70 "and", 80 "or", 90 assignments). `linear`: written in a row beside its operands. `coreElement`
+  /// and `code` belong to the host; the editor only reports them back.
   OperatorBC(wstring const& name, wstring const& text, unsigned long arity, int precedence, bool linear,
              bool coreElement, int code);
 
@@ -74,6 +83,35 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   /// Whether the argument at `index` (in the expression's order) gets a row of its own, one nesting level
   /// below the construct's. False for arguments that are written in the row that holds the operator.
   virtual bool hasOwnRow(unsigned long /*index*/) const { return false; }
+  /// Whether an expression node of this name with so many arguments is shown in the operator's way; otherwise
+  /// as a call, `name(…)`. By default the arguments must be as many as the arity says.
+  virtual bool fits(algexpr::NodeABC const& /*node*/, unsigned long numArguments) const {
+    return arity_ == 0 || arity_ == numArguments;
+  }
+  /// How many arguments a call of its name takes that is written in a row, 0: any number. A construct whose
+  /// rows are not its arguments overrides it.
+  virtual unsigned long getCallArity() const { return arity_; }
+  /// Where the sign or word is, for whoever reads rows.
+  virtual OperatorPlaceE getPlace() const { return OPERATOR_BY_NAME; }
+  /// With how many rows a person inserts the construct; 0: nobody does.
+  virtual unsigned long getInsertedRows() const { return arity_; }
+  /// Whether a person would take an exponent after the construct for that of its last part.
+  virtual bool isAmbiguousBase() const { return false; }
+
+  // ---- Variants of a construct -------------------------------------------------------------------------
+  // A construct may differ in something that is in no row: the number of columns of a matrix, which ends of
+  // an interval are closed. Each such variant is an operator object of its own, with the name of the
+  // registered one, and its nodes refer to it. Clipboard bytes and tree notation hold "name variant".
+
+  /// What distinguishes this variant from the registered operator, which has the empty variant. Without
+  /// "<", quotes and control characters.
+  virtual wstring getVariant() const { return wstring(); }
+  /// The variant of that text, which may come from anywhere; null when there is none. Preferably always the
+  /// same object for the same text; it must answer from any thread.
+  virtual PointerTC<OperatorBC> findVariant(wstring const& /*variant*/) const { return nullptr; }
+  /// The name, and the variant after a blank.
+  wstring getStoredName() const;
+
   /// Whether the operator is a node of its own in a tree (NODE4_OPERATOR). False for operators that are
   /// written as text and for powers, whose nodes have no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }

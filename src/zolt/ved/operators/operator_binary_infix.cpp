@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_binary_infix.h"
 
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -19,11 +19,11 @@ std::pair<Node4C*, int> OperatorBinaryInfixC::fromAlgebraicNode(algexpr::NodeABC
   if (!parent || parent->numChildren() != 2) return OperatorBC::fromAlgebraicNode(node, stack);
 
   int const precedence = getPrecedence();
-  auto [right, rightPrecedence] = detail::popOperand(stack);
-  if (rightPrecedence + (associative_ ? 0 : 1) > precedence) right = detail::bracket(std::move(right));
-  detail::NodeT row = detail::popRow(stack, precedence);
-  detail::append(*row, detail::makeText(displayText_));
-  return {detail::join(std::move(row), std::move(right)).release(), precedence};
+  auto [right, rightPrecedence] = rows::popOperand(stack);
+  if (rightPrecedence + (associative_ ? 0 : 1) > precedence) right = rows::bracket(std::move(right));
+  rows::NodeT row = rows::popRow(stack, precedence);
+  rows::append(*row, rows::makeText(displayText_));
+  return {rows::join(std::move(row), std::move(right)).release(), precedence};
 }
 
 bool OperatorBinaryInfixC::runOperator(ViewZNT4C& view) const {

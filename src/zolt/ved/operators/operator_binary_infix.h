@@ -13,6 +13,7 @@ class OperatorBinaryInfixC : public OperatorBC {
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;
+  OperatorPlaceE getPlace() const override { return OPERATOR_BETWEEN; }
 
   /// The text as it is shown between two operands.
   wstring const& crefDisplayText() const { return displayText_; }

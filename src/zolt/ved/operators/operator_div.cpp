@@ -1,9 +1,9 @@
 #include "zolt/ved/operators/operator_div.h"
 
-#include "zolt/ved/operators/detail/operand_search.h"
-#include "zolt/ved/operators/detail/row_building.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/operand_search.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -11,9 +11,9 @@ namespace zolt::math::ved {
 
 namespace {
 
-using RowT = detail::NodeT;
+using RowT = rows::NodeT;
 
-bool mayTake(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
+bool mayTake(ViewInsertionC& insertion, OperandStretchS const& stretch) {
   if (!stretch.isFound()) return insertion.mayNest();
   insertion.placeAnchor(stretch.far);
   bool const fits = insertion.mayNestSelection();
@@ -29,7 +29,7 @@ void stripBrackets(ViewInsertionC& insertion, Node4C& row) {
   insertion.checkRow(row);
 }
 
-RowT take(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
+RowT take(ViewInsertionC& insertion, OperandStretchS const& stretch) {
   insertion.placeAnchor({});
   if (!stretch.isFound()) return nullptr;
   insertion.placeAnchor(stretch.far);
@@ -40,7 +40,7 @@ RowT take(ViewInsertionC& insertion, detail::OperandStretchS const& stretch) {
 
 RowT takeLeft(ViewInsertionC& insertion) {
   PlaceS const caret = insertion.getCaret();
-  auto const stretch = detail::findLeftOperand(caret);
+  auto const stretch = findLeftOperand(caret);
   insertion.refCaretNode().refText().erase(stretch.near.pos, caret.pos - stretch.near.pos);
   insertion.placeCaret(stretch.near);
   return take(insertion, stretch);
@@ -52,7 +52,7 @@ RowT takeRight(ViewInsertionC& insertion) {
   std::size_t blanks = 0;
   while (caret.pos + blanks < text.size() && text[caret.pos + blanks] == u' ') ++blanks;
   text.erase(caret.pos, blanks);
-  return take(insertion, detail::findRightOperand(caret));
+  return take(insertion, findRightOperand(caret));
 }
 
 /// Whether a selected stretch begins with a sign, which cannot begin a numerator.
@@ -99,8 +99,8 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   RowT numerator = insertion.copySelection();
   RowT denominator;
   if (!numerator) {
-    auto const left = detail::findLeftOperand(insertion.getCaret());
-    auto const right = detail::findRightOperand(insertion.getCaret());
+    auto const left = findLeftOperand(insertion.getCaret());
+    auto const right = findRightOperand(insertion.getCaret());
     if (!mayTake(insertion, left) || !mayTake(insertion, right)) return false;
   } else {
     // The fraction bar replaces a selected sign between its operands.
@@ -115,15 +115,15 @@ bool OperatorDivC::runOperator(ViewZNT4C& view) const {
   }
 
   insertion.splitText(true);
-  RowT node = detail::makeConstructNode(*this, 2);
+  RowT node = rows::makeConstruct(*this, 2);
   Node4C* const fraction = node.get();
   insertion.insertBeforeCaret(std::move(node));
   if (!denominator) {
-    denominator = detail::makeEmptyRow();
+    denominator = rows::makeEmptyRow();
     insertion.placeCaret(rowStart(*denominator));
   }
   if (!numerator) {
-    numerator = detail::makeEmptyRow();
+    numerator = rows::makeEmptyRow();
     insertion.placeCaret(rowStart(*numerator));
   }
   insertion.placeCaret(startOf(insertion.getCaret().node));

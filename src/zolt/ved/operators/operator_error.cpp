@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_error.h"
 
-#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
 
@@ -48,7 +47,7 @@ void OperatorErrorC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   graphics.drawText(crefText(), x, y + midHeight - graphics.getTextMidHeight(crefText()));
   unsigned long const count = node->numChildren();
   if (count == 0) return;
-  for (unsigned long i = 1; i < count; ++i) detail::drawBefore(*node->child(i), separator, graphics, x, y);
+  for (unsigned long i = 1; i < count; ++i) drawBefore(*node->child(i), separator, graphics, x, y);
   long const first = node->child(0)->getDX();
   long const overhang = graphics.getMetric(2);
   graphics.beginsWith(crefFirstText(*node->child(0)));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "zolt/algexpr/make_operation.h"
+
 namespace zolt::math::ved {
 
 namespace {
@@ -12,6 +14,10 @@ template <class Map, class Key>
 PointerTC<OperatorBC> find(Map const& map, Key const& key) {
   auto const entry = map.find(key);
   return entry == map.end() ? nullptr : entry->second;
+}
+
+bool isAsciiWord(char16_t c) {
+  return (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
 }
 
 }  // namespace
@@ -27,6 +33,8 @@ OperatorListC& OperatorListC::operator=(OperatorListC const& other) {
   byName_ = other.byName_;
   inOrder_ = other.inOrder_;
   byText_ = other.byText_;
+  byPlace_ = other.byPlace_;
+  signs_ = other.signs_;
   byKey_ = other.byKey_;
   return *this;
 }
@@ -46,7 +54,15 @@ void OperatorListC::add(PointerTC<OperatorBC> op) {
     inOrder_.push_back(op.get());
   }
   named = op;
-  byText_[op->getText()] = op;
+  wstring const text = op->getText();
+  if (op->isAmbiguousBase()) algexpr::guardBeforeExponent(op->getName());
+  if (op->getPlace() != OPERATOR_BY_NAME) {
+    byPlace_[{op->getPlace(), text}] = op;
+    if (text.size() == 1 && !isAsciiWord(text[0]) && !isSign(text[0])) {
+      signs_.insert(std::upper_bound(signs_.begin(), signs_.end(), text[0]), text[0]);
+    }
+  }
+  byText_[text] = std::move(op);
 }
 
 void OperatorListC::addKey(unsigned long key, PointerTC<OperatorBC> op) {
@@ -65,6 +81,18 @@ PointerTC<OperatorBC> OperatorListC::lookup(wstring const& name) const {
 }
 PointerTC<OperatorBC> OperatorListC::lookupText(wstring const& text) const {
   return noteReader(), find(byText_, text);
+}
+PointerTC<OperatorBC> OperatorListC::lookupText(wstring const& text, OperatorPlaceE place) const {
+  return noteReader(), find(byPlace_, std::make_pair(place, text));
+}
+PointerTC<OperatorBC> OperatorListC::lookupStored(wstring const& name) const {
+  std::size_t const blank = name.find(u' ');
+  if (blank == wstring::npos) return lookup(name);
+  auto const op = lookup(name.substr(0, blank));
+  return op ? op->findVariant(name.substr(blank + 1)) : nullptr;
+}
+bool OperatorListC::isSign(char16_t c) const {
+  return noteReader(), std::binary_search(signs_.begin(), signs_.end(), c);
 }
 PointerTC<OperatorBC> OperatorListC::lookupKey(unsigned long key) const {
   return noteReader(), find(byKey_, key);

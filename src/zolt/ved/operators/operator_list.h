@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
@@ -39,6 +40,16 @@ class OperatorListC : public oss::RefCountedBC {
   PointerTC<OperatorBC> lookupText(wstring const& text) const;
   PointerTC<OperatorBC> lookupKey(unsigned long key) const;
 
+  /// The operator of a name as bytes and tree notation hold it (`OperatorBC::getStoredName`): a variant where
+  /// the name has one. Null when there is none.
+  PointerTC<OperatorBC> lookupStored(wstring const& name) const;
+  /// The operator with this text in this place, where one text has several places: a sign before its operand
+  /// and between two. Null when there is none. Not for OPERATOR_BY_NAME.
+  PointerTC<OperatorBC> lookupText(wstring const& text, OperatorPlaceE place) const;
+  /// Whether the character is the whole text of an operator with a place, other than an ASCII letter or
+  /// digit. Such a character ends names.
+  bool isSign(char16_t c) const;
+
   /// All operators by name, for completeness checks.
   std::map<wstring, PointerTC<OperatorBC>> const& crefByName() const { return noteReader(), byName_; }
   /// The same operators in the order in which their names were first registered, for palettes. The list keeps
@@ -53,6 +64,8 @@ class OperatorListC : public oss::RefCountedBC {
   std::map<wstring, PointerTC<OperatorBC>> byName_;
   std::vector<OperatorBC*> inOrder_;  // those of byName_, which keeps them alive
   std::map<wstring, PointerTC<OperatorBC>> byText_;
+  std::map<std::pair<OperatorPlaceE, wstring>, PointerTC<OperatorBC>> byPlace_;
+  wstring signs_;  // sorted
   std::map<unsigned long, PointerTC<OperatorBC>> byKey_;
 };
 

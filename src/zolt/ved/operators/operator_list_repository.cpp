@@ -13,6 +13,8 @@ PointerTC<OperatorListC> OperatorListRepositoryC::lookup(algexpr::CASEngineABC c
   return repository.list_;
 }
 
+bool OperatorListRepositoryC::isSign(char16_t c) { return instance_cls && instance_cls->list_->isSign(c); }
+
 void OperatorListRepositoryC::remove(algexpr::CASEngineABC const&) {}
 
 }  // namespace zolt::math::ved

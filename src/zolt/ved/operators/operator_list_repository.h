@@ -15,6 +15,8 @@ class OperatorListRepositoryC {
  public:
   /// The shared table; the same one for every engine.
   static PointerTC<OperatorListC> lookup(algexpr::CASEngineABC const& engine);
+  /// Whether the character is a sign of the shared table (`OperatorListC::isSign`).
+  static bool isSign(char16_t c);
   /// Does nothing: the shared table serves every engine until the process ends.
   static void remove(algexpr::CASEngineABC const& engine);
 

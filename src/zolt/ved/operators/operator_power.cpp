@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_power.h"
 
 #include "zolt/common/signs.h"
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -18,7 +18,7 @@ bool startsWithMinus(Node4C const& operand) {
   return item->getType() == NODE4_TEXT && item->sizeText() > 0 && item->crefText()[0] == common::minus_sign;
 }
 
-detail::NodeT makePower(detail::NodeT exponentRow) {
+rows::NodeT makePower(rows::NodeT exponentRow) {
   auto power = std::make_unique<Node4C>(NODE4_POWER, nullptr, wstring(), 1);
   power->setChild(0, exponentRow.release());
   return power;
@@ -37,22 +37,22 @@ bool OperatorPowerC::hasFixedBase() const { return !fixedExponent_.empty() && !e
 
 // A power never causes parentheses in what is around it, so its result binds tightest.
 std::pair<Node4C*, int> OperatorPowerC::fromAlgebraicNode(algexpr::NodeABC&, ConversionStackT& stack) const {
-  detail::NodeT exponent;
+  rows::NodeT exponent;
   if (hasFixedExponent()) {
-    exponent = detail::toRow(detail::makeText(fixedExponent_));
+    exponent = rows::toRow(rows::makeText(fixedExponent_));
   } else {
-    auto [operand, precedence] = detail::popOperand(stack);
-    exponent = detail::bracketIf(precedence == getPrecedence(), std::move(operand));
+    auto [operand, precedence] = rows::popOperand(stack);
+    exponent = rows::bracketIf(precedence == getPrecedence(), std::move(operand));
   }
-  detail::NodeT base;
+  rows::NodeT base;
   if (hasFixedBase()) {
-    base = detail::makeText(fixedExponent_);
+    base = rows::makeText(fixedExponent_);
   } else {
-    auto [operand, precedence] = detail::popOperand(stack);
+    auto [operand, precedence] = rows::popOperand(stack);
     bool const looser = precedence > getPrecedence() || startsWithMinus(*operand);
-    base = detail::bracketIf(looser, std::move(operand));
+    base = rows::bracketIf(looser, std::move(operand));
   }
-  detail::append(*base, makePower(std::move(exponent)));
+  rows::append(*base, makePower(std::move(exponent)));
   return {base.release(), 0};
 }
 
@@ -60,19 +60,19 @@ bool OperatorPowerC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
   // A selection stays in the row when it becomes the base, and goes into the exponent otherwise.
   if (!(hasFixedExponent() ? insertion.mayNest() : insertion.mayNestSelection())) return false;
-  detail::NodeT selection = insertion.cutSelection();
+  rows::NodeT selection = insertion.cutSelection();
   insertion.splitText(true);
   if (hasFixedExponent()) {
     if (selection) {
-      insertion.insertBeforeCaret(detail::makeItem(NODE4_OPEN));
+      insertion.insertBeforeCaret(rows::makeOpen());
       insertion.insertBeforeCaret(std::move(selection));
-      insertion.insertBeforeCaret(detail::makeItem(NODE4_CLOSE));
+      insertion.insertBeforeCaret(rows::makeClose());
     }
-    insertion.insertBeforeCaret(makePower(detail::toRow(detail::makeText(fixedExponent_))));
+    insertion.insertBeforeCaret(makePower(rows::toRow(rows::makeText(fixedExponent_))));
     return true;
   }
-  if (hasFixedBase()) insertion.insertBeforeCaret(detail::makeText(fixedExponent_));
-  if (!selection) selection = detail::makeEmptyRow();
+  if (hasFixedBase()) insertion.insertBeforeCaret(rows::makeText(fixedExponent_));
+  if (!selection) selection = rows::makeEmptyRow();
   Node4C* const exponent = selection.get();
   insertion.insertBeforeCaret(makePower(std::move(selection)));
   insertion.placeCaret(rowEnd(*exponent));

@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_sigma.h"
 
-#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
 
@@ -57,7 +56,7 @@ void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   long const size = signSize(*node, graphics);
   graphics.drawSign(SIGN_SUM, x + (summand->getDX() - size - graphics.getMetric(1)) / 2,
                     y + midHeight - size / 2, size, size + 1);
-  detail::drawBefore(*node->child(1), equals, graphics, x, y);
+  drawBefore(*node->child(1), equals, graphics, x, y);
   graphics.beginsWith(crefFirstText(*summand));
   graphics.drawBracketPair(x + summand->getDX(), y + summand->getDY(), summand->getWidth(),
                            summand->getHeight(), true);

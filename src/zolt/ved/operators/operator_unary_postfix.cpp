@@ -1,6 +1,6 @@
 #include "zolt/ved/operators/operator_unary_postfix.h"
 
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -12,8 +12,8 @@ OperatorUnaryPostfixC::OperatorUnaryPostfixC(wstring const& name, wstring const&
 
 std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeABC&,
                                                                  ConversionStackT& stack) const {
-  detail::NodeT row = detail::popRow(stack, getPrecedence());
-  detail::append(*row, detail::makeText(crefText()));
+  rows::NodeT row = rows::popRow(stack, getPrecedence());
+  rows::append(*row, rows::makeText(crefText()));
   return {row.release(), getPrecedence()};
 }
 

@@ -11,6 +11,7 @@ class OperatorUnaryPostfixC : public OperatorBC {
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;
+  OperatorPlaceE getPlace() const override { return OPERATOR_AFTER; }
 };
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_unary_prefix.h"
 
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/view_insertion.h"
 
@@ -17,8 +17,8 @@ std::pair<Node4C*, int> OperatorUnaryPrefixC::fromAlgebraicNode(algexpr::NodeABC
   auto const* parent = algexpr::castNode<algexpr::ParentNodeABC>(node);
   if (!parent || parent->numChildren() != 1) return OperatorBC::fromAlgebraicNode(node, stack);
 
-  detail::NodeT row = detail::popRow(stack, getPrecedence());
-  row->insertChild(0, detail::makeText(displayText_).release());
+  rows::NodeT row = rows::popRow(stack, getPrecedence());
+  row->insertChild(0, rows::makeText(displayText_).release());
   return {row.release(), getPrecedence()};
 }
 

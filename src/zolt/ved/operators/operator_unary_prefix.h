@@ -13,6 +13,7 @@ class OperatorUnaryPrefixC : public OperatorBC {
 
   std::pair<Node4C*, int> fromAlgebraicNode(algexpr::NodeABC& node, ConversionStackT& stack) const override;
   bool runOperator(ViewZNT4C& view) const override;
+  OperatorPlaceE getPlace() const override { return OPERATOR_BEFORE; }
 
   /// The text as it is shown before an operand.
   wstring const& crefDisplayText() const { return displayText_; }

@@ -1,6 +1,5 @@
 #include "zolt/ved/operators/operator_where.h"
 
-#include "zolt/ved/operators/detail/draw_before.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -42,7 +41,7 @@ void OperatorWhereC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
                                   long height, long) const {
   graphics.drawVerticalLine(x + node->child(0)->getWidth() + graphics.getMetric(0), y, height);
   node->child(2)->selectFont(graphics);
-  detail::drawBefore(*node->child(2), equals, graphics, x, y);
+  drawBefore(*node->child(2), equals, graphics, x, y);
 }
 
 }  // namespace zolt::math::ved

@@ -33,6 +33,14 @@ struct OperatorWordsS {
   unsigned long valueRow = 0;     ///< row that the construct shows "=" before, where "=" leads from the row
                                   ///< before it; 0: none
 
+  /// A sign that, typed in one of the construct's rows and outside brackets there, inserts another operator
+  /// instead of itself: "," and ";" in a matrix, whose operators add cells.
+  struct InsideSignS {
+    char16_t sign;
+    wstring name;  ///< of the operator
+  };
+  std::vector<InsideSignS> insideSigns;
+
   /// For a construct or a power: what is said before each of its rows and after the last; a comma is said
   /// before rows without a part. For a sign of one character: what is said for it. Empty: the text is said,
   /// with the rows in brackets.

@@ -49,12 +49,6 @@ constexpr SignS signs[] = {{u'+', 0, TOKEN_PLUS},
 
 constexpr bool isLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 
-bool stopsName(char16_t c) {
-  if (isLetter(c)) return false;
-  return c == u'\0' || c == u' ' || c == Node4C::PREFIX_C ||
-         std::any_of(std::begin(signs), std::end(signs), [&](SignS const& sign) { return sign.first == c; });
-}
-
 }  // namespace
 
 LexicalAnalyserC::LexicalAnalyserC(wstring const& text)
@@ -69,7 +63,20 @@ char16_t LexicalAnalyserC::peek(unsigned int ahead) const {
   return ahead < text_.size() - position_ ? text_[position_ + ahead] : u'\0';
 }
 
+bool LexicalAnalyserC::stopsName(char16_t c) const {
+  if (isLetter(c)) return false;
+  return c == u'\0' || c == u' ' || c == Node4C::PREFIX_C ||
+         std::any_of(std::begin(signs), std::end(signs),
+                     [&](SignS const& sign) { return sign.first == c; }) ||
+         (operators_ && operators_->isSign(c));
+}
+
 PointerTC<OperatorBC> LexicalAnalyserC::getCurrentTokenOperator() const { return tokenOperator_; }
+
+PointerTC<OperatorBC> LexicalAnalyserC::findOperator(OperatorPlaceE place) const {
+  if (tokenType_ == TOKEN_SIGN) return operators_->lookupText(wstring(token_), place);
+  return tokenOperator_ ? operators_->lookupText(run_, place) : nullptr;
+}
 
 void LexicalAnalyserC::getCurrentTokenPosition(unsigned int& start, unsigned int& end) const {
   start = tokenStart_;
@@ -90,6 +97,10 @@ void LexicalAnalyserC::readNextToken() {
   for (SignS const& sign : signs) {
     if (sign.first != c || (sign.second != u'\0' && sign.second != peek(1))) continue;
     return takeSign(sign.type, sign.second == u'\0' ? 1 : 2);
+  }
+  if (operators_ && operators_->isSign(c)) {
+    token_ = std::u16string_view(text_).substr(position_, 1);
+    return takeSign(TOKEN_SIGN, 1);
   }
   takeName();
 }

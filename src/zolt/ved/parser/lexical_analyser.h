@@ -13,6 +13,7 @@ using oss::wstring;
 
 class OperatorBC;
 class OperatorListC;
+enum OperatorPlaceE : int;
 
 /// Cuts infix text into tokens. The current token is always read: the constructor reads the first one. At the
 /// end of the text every further read gives the end again. A stored U+0000 stops names and numbers and is a
@@ -28,14 +29,17 @@ class LexicalAnalyserC {
   void readNextToken();
 
   TokenTypeE getCurrentTokenType() const { return tokenType_; }
-  /// The text of a name, number or verbatim token (without its grave accents); an operator word's operator
-  /// name; empty for every other token.
+  /// The text of a name, number, sign of the operator table or verbatim token (without its grave accents); an
+  /// operator word's operator name; empty for every other token.
   wstring getCurrentToken() const { return wstring(token_); }
   /// The same without a copy: alive until the next read, and unless it is an operator's name as long as the
   /// analyser.
   std::u16string_view viewCurrentToken() const { return token_; }
   /// The operator of an operator word; null for every other token.
   PointerTC<OperatorBC> getCurrentTokenOperator() const;
+  /// The operator that the current operator word or sign is in that place; null when it is none, and for
+  /// every other token.
+  PointerTC<OperatorBC> findOperator(OperatorPlaceE place) const;
   /// The index of the token's first character and the index after its last one.
   void getCurrentTokenPosition(unsigned int& start, unsigned int& end) const;
 
@@ -46,6 +50,7 @@ class LexicalAnalyserC {
   void takeNumber();
   void takeVerbatim();
   void takeName();
+  bool stopsName(char16_t c) const;
 
   wstring const text_;
   unsigned int position_ = 0;

@@ -27,6 +27,7 @@ enum TokenTypeE {
   TOKEN_ASSIGNMENT = 20,
   TOKEN_VERBATIM = 21,  ///< text between grave accents
   TOKEN_NUL = 22,       ///< a U+0000 that is stored in the text: part of no expression, and not its end
+  TOKEN_SIGN = 23,  ///< one character that only the operator table knows as a sign (`OperatorListC::isSign`)
 };
 
 }  // namespace zolt::math::ved

@@ -1,6 +1,7 @@
 #include <string_view>
 
 #include "zolt/common/signs.h"
+#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -25,7 +26,8 @@ bool Node4C::isAcceptable(unsigned short c, bool identifier) {
   if (c < nb_acceptable_characters) return identifier ? identifier_characters[c] : acceptable_characters[c];
   bool const isSign =
       common::isMinus(c) || common::isRelation(c) || c == common::times_sign || c == common::store_sign;
-  return !isSign && (c != common::pi_sign || !identifier);
+  if (isSign || OperatorListRepositoryC::isSign(static_cast<char16_t>(c))) return false;
+  return c != common::pi_sign || !identifier;
 }
 
 bool Node4C::isTypable(char16_t c) {

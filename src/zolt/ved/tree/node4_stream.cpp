@@ -42,7 +42,7 @@ oss::SerializableABC const* Node4C::lookUpBase(char16_t const* id) const {
 void Node4C::writeObject(PointerTC<oss::ObjectOutputStreamABC>& out) const {
   out->writeStartAggregate(oss::AGGREGATE_RECORD);
   out->writeMember(static_cast<short>(type_));
-  out->writeMember(type_ == NODE4_OPERATOR && op_ ? op_->getName() : text_);
+  out->writeMember(type_ == NODE4_OPERATOR && op_ ? op_->getStoredName() : text_);
   out->writeMember(static_cast<unsigned long>(children_.size()));
   for (Node4C const* child : children_) child->writeObject(out);
   out->writeEndAggregate();
@@ -73,8 +73,9 @@ bool Node4C::readNode(PointerTC<oss::ObjectInputStreamABC>& in, unsigned long le
   bool ok = type >= NODE4_ROOT && type <= NODE4_AUTO_CLOSE && levelsAbove < 2 * limits::max_nested_rows;
   if (ok && type_ == NODE4_OPERATOR) {
     auto const& engine = algexpr::CASSessionBC::getSession()->getEngine();
-    op_ = OperatorListRepositoryC::lookup(engine)->lookup(text_);
+    op_ = OperatorListRepositoryC::lookup(engine)->lookupStored(text_);
     ok = static_cast<bool>(op_);
+    if (ok) text_ = op_->getName();
   }
   children_.resize(count);
   for (unsigned long i = 0; i < count; ++i) {

@@ -19,6 +19,12 @@ constexpr char16_t anchor_mark = u'\u2691';
 constexpr std::pair<Node4TypeE, std::u16string_view> brackets[] = {
     {NODE4_OPEN, u"("}, {NODE4_CLOSE, u")"}, {NODE4_AUTO_OPEN, u"AO"}, {NODE4_AUTO_CLOSE, u"AC"}};
 
+/// A node that could not be read from a stream has no operator.
+wstring nameOf(Node4C const& construct) {
+  OperatorBC const* const op = construct.crefOperator();
+  return op ? op->getStoredName() : construct.crefText();
+}
+
 class NotationWriterC {
  public:
   explicit NotationWriterC(SelectionS const& selection) : selection_(selection) {}
@@ -43,7 +49,7 @@ class NotationWriterC {
   void open(Node4C const& node) {
     if (node.getType() == NODE4_LINE) out_ += u'[';
     if (node.getType() == NODE4_TEXT) writeText(node);
-    if (node.getType() == NODE4_OPERATOR) out_ += node.crefText() + u'<';
+    if (node.getType() == NODE4_OPERATOR) out_ += nameOf(node) + u'<';
     if (node.getType() == NODE4_POWER) out_ += u'P';
     for (auto const& [type, word] : brackets) {
       if (node.getType() == type) out_ += word;
@@ -154,7 +160,7 @@ class NotationReaderC {
     }
     std::size_t const nameEnd = text_.find(u'<', position_);
     if (nameEnd == wstring::npos) return false;
-    PointerTC<OperatorBC> const op = operators_.lookup(text_.substr(position_, nameEnd - position_));
+    PointerTC<OperatorBC> const op = operators_.lookupStored(text_.substr(position_, nameEnd - position_));
     if (!op) return false;
     position_ = nameEnd + 1;
     begin(NODE4_OPERATOR);

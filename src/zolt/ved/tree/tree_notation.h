@@ -19,10 +19,10 @@ struct TreeNotationS {
 };
 
 /// A tree as one line of text, for dumps, tests and bug reports: rows in brackets, texts in quotes,
-/// constructs by name with their rows, `P[…]` an exponent, `(` `)` typed brackets, `AO` `AC` supplied ones,
-/// `‸` the caret and `⚑` the anchor: `["a+", /<["b‸"] ; ["c"]>, ""]`. Inside quotes `\` escapes a quote,
-/// itself and the two marks, and `\uXXXX` a control character. `node` is a root or a row; no marks are
-/// written for null nodes.
+/// constructs by name (and, after a blank, variant) with their rows, `P[…]` an exponent, `(` `)` typed
+/// brackets, `AO` `AC` supplied ones, `‸` the caret and `⚑` the anchor: `["a+", /<["b‸"] ; ["c"]>, ""]`.
+/// Inside quotes `\` escapes a quote, itself and the two marks, and `\uXXXX` a control character. `node` is a
+/// root or a row; no marks are written for null nodes.
 wstring writeTreeNotation(Node4C const& node, SelectionS const& selection = {});
 
 /// Reads that notation into a tree exactly as it is written, without normalisation. On failure false, with

@@ -110,6 +110,14 @@ PointS ViewZNT4C::getExpressionSize() const {
   return {root_->getWidth(), root_->getHeight()};
 }
 
+double ViewZNT4C::getBaseline() const {
+  if (!event_) layoutIfPending();
+  ViewHoldC const hold(*this);
+  graphics_->selectFont(0);
+  long const aboveText = root_->getMidHeight() - graphics_->getTextMidHeight(u"0");
+  return static_cast<double>(aboveText) + graphics_->getTextBaseline();
+}
+
 void ViewZNT4C::display(long x, long y) const {
   // A surface that paints from inside `invalidate` would read a tree in the middle of a change.
   if (event_) {

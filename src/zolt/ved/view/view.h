@@ -76,6 +76,9 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   // ---- Size and drawing -----------------------------------------------------------------------------------
   /// Width and height of the formula in surface units.
   PointS getExpressionSize() const;
+  /// How far below its top the formula stands on a line of text that it is a part of: the baseline of the
+  /// letters in its own row.
+  double getBaseline() const;
   /// Draws the formula with its top-left corner at (x, y). Caret and selection are the host's to draw.
   void display(long x, long y) const;
   bool needLayout();

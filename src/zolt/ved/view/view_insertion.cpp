@@ -1,5 +1,6 @@
 #include "zolt/ved/view/view_insertion.h"
 
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/row_nesting.h"
 #include "zolt/ved/view/view.h"
 
@@ -36,6 +37,31 @@ void ViewInsertionC::insertText(wstring const& text) {
 void ViewInsertionC::insertBeforeCaret(std::unique_ptr<Node4C> node) {
   Node4C const& text = *view_.selection_.caret.node;
   text.getParent()->insertChild(text.findChildNumber(), node.release());
+}
+
+void ViewInsertionC::insertConstruct(std::unique_ptr<Node4C> construct, unsigned long row) {
+  splitText(true);
+  Node4C const& inserted = *construct;
+  insertBeforeCaret(std::move(construct));
+  placeCaret(rowEnd(*inserted.child(row)));
+}
+
+Node4C* ViewInsertionC::refEnclosing() {
+  return const_cast<Node4C*>(enclosingItem(*view_.selection_.caret.node));
+}
+
+Node4C* ViewInsertionC::refEnclosing(wstring const& name) {
+  Node4C* item = refEnclosing();
+  while (item && !(item->getType() == NODE4_OPERATOR && item->crefText() == name)) {
+    item = const_cast<Node4C*>(enclosingItem(*item));
+  }
+  return item;
+}
+
+unsigned long ViewInsertionC::enclosingRow(Node4C const& construct) const {
+  Node4C const* row = view_.selection_.caret.node->getParent();
+  while (row->getParent() != &construct) row = row->getParent()->getParent();
+  return row->findChildNumber();
 }
 
 void ViewInsertionC::checkRow(Node4C& row) { row.checkTree(view_.selection_); }

@@ -42,6 +42,17 @@ class ViewInsertionC {
   void insertText(wstring const& text);
   /// Inserts `node` into the caret's row just before the caret's text; the tree then owns it.
   void insertBeforeCaret(std::unique_ptr<Node4C> node);
+  /// Inserts `construct` at the caret and puts the caret at the end of its row number `row`.
+  void insertConstruct(std::unique_ptr<Node4C> construct, unsigned long row);
+  /// The innermost construct or exponent with the caret in one of its rows, to be changed: a row may be
+  /// added (`Node4C::insertChild`) or destroyed, the operator replaced by another variant with as many rows
+  /// (`Node4C::setOperator`). Null in the formula's own row. A caret in what is destroyed must be placed
+  /// elsewhere before.
+  Node4C* refEnclosing();
+  /// The innermost construct of that operator's name around the caret; null when there is none.
+  Node4C* refEnclosing(wstring const& name);
+  /// The number of the construct's row that the caret is in, however deep.
+  unsigned long enclosingRow(Node4C const& construct) const;
   /// Brings `row` (in the tree or detached) into canonical form, keeping the view's caret and anchor.
   void checkRow(Node4C& row);
   /// Whether the limit of nesting allows one more row at the caret. The three members ask for an empty row,

@@ -92,7 +92,7 @@ void AlgebraicToNode4VisitorC::visitNamed(algexpr::NodeABC& node, unsigned long 
     return;
   }
   PointerTC<OperatorBC> const op = operators_->lookup(node.crefName());
-  bool const fits = op && (op->getArity() == 0 || op->getArity() == numChildren);
+  bool const fits = op && op->fits(node, numChildren);
   makeNode(node, fits ? op.get() : nullptr, numChildren);
 }
 

@@ -28,14 +28,6 @@ bool isNumberToken(std::u16string_view text, std::u16string_view& number) {
 
 }  // namespace
 
-/// A sign that follows an operand.
-struct InfixParserC::SignS {
-  TokenTypeE token;
-  RuleE rule;       ///< the rule that reads the sign
-  RuleE rightRule;  ///< the rule that reads its right operand
-  std::u16string_view name;
-};
-
 InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) { frames_.reserve(8); }
 
 bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause) {
@@ -58,9 +50,8 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_NAME:
       return readName();
     case TOKEN_OPERATOR_WORD:
-      if (currentRule() <= RULE_NOT && lexer_.viewCurrentToken() == u"not")
-        return beginPrefix(u"not", RULE_NOT);
-      return readName();
+    case TOKEN_SIGN:
+      return readPrefix();
     case TOKEN_NUMBER:
       return readNumber();
     case TOKEN_PI:
@@ -68,11 +59,11 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_VERBATIM:
       return takeLeaf(lexer_.viewCurrentToken());
     case TOKEN_OPEN:
-      return begin({PENDING_GROUP, RULE_OR, builder_.addFunction(u"_quietpos")});
+      return begin({PENDING_GROUP, RULE_IN_BRACKETS, builder_.addFunction(u"_quietpos")});
     case TOKEN_PLUS:
-      return beginPrefix(u"_pos", RULE_FACTOR);
+      return beginPrefix(u"_pos", RULE_SIGN);
     case TOKEN_MINUS:
-      return beginPrefix(negation_name, RULE_FACTOR);
+      return beginPrefix(negation_name, RULE_SIGN);
     default:
       return fail(ERROR_CAUSE_SYNTAX);
   }
@@ -84,9 +75,22 @@ InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
   return NEXT_OPERAND;
 }
 
-InfixParserC::NextE InfixParserC::beginPrefix(std::u16string_view name, RuleE operandRule) {
+InfixParserC::NextE InfixParserC::beginPrefix(std::u16string_view name, RuleT operandRule) {
   if (currentRule() > operandRule) return fail(ERROR_CAUSE_SYNTAX);
   return begin({PENDING_PREFIX, operandRule, builder_.addFunction(name)});
+}
+
+/// A word or sign of the operator table where an operand is needed.
+InfixParserC::NextE InfixParserC::readPrefix() {
+  bool const isWord = lexer_.getCurrentTokenType() == TOKEN_OPERATOR_WORD;
+  if (isWord && lexer_.viewCurrentToken() == u"not") {
+    return currentRule() <= RULE_NOT ? beginPrefix(u"not", RULE_NOT) : readName();
+  }
+  auto const op = lexer_.findOperator(OPERATOR_BEFORE);
+  if (op && currentRule() <= ruleOf(op->getPrecedence())) {
+    return beginPrefix(keep(op->getName()), ruleOf(op->getPrecedence()));
+  }
+  return isWord ? readName() : fail(ERROR_CAUSE_SYNTAX);
 }
 
 InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
@@ -96,12 +100,12 @@ InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
 }
 
 InfixParserC::NextE InfixParserC::readName() {
-  FrameS call{PENDING_CALL, RULE_OR, 0};
+  FrameS call{PENDING_CALL, RULE_IN_BRACKETS, 0};
   lexer_.getCurrentTokenPosition(call.wordStart, call.wordEnd);
   std::u16string_view name = lexer_.viewCurrentToken();
   if (PointerTC<OperatorBC> const word = lexer_.getCurrentTokenOperator()) {
-    call.arity = word->getArity();
-    name = operatorNames_.emplace_front(name);
+    call.arity = word->getCallArity();
+    name = keep(wstring(name));
   } else if (!algexpr::isWritableName(wstring(name))) {
     // A colon takes any character into its name, a tab is part of one: what prefix text cannot carry would be
     // read back as something else.
@@ -129,51 +133,61 @@ InfixParserC::NextE InfixParserC::readNumber() {
   return takeLeaf(text);
 }
 
-InfixParserC::SignS const* InfixParserC::findSign() const {
-  static constexpr SignS signs[] = {{TOKEN_PLUS, RULE_EXPRESSION, RULE_TERM, u"+"},
-                                    {TOKEN_MINUS, RULE_EXPRESSION, RULE_TERM, u"-"},
-                                    {TOKEN_TIMES, RULE_TERM, RULE_FACTOR, u"*"},
-                                    {TOKEN_OPERATOR_WORD, RULE_TERM, RULE_FACTOR, u"div"},
-                                    {TOKEN_OPERATOR_WORD, RULE_TERM, RULE_FACTOR, u"mod"},
-                                    {TOKEN_POWER, RULE_UNARY_TERM, RULE_UNARY_TERM, power_name},
-                                    {TOKEN_FACTORIAL, RULE_FACT, RULE_FACT, u"!"},
-                                    {TOKEN_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"="},
-                                    {TOKEN_NOT_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"<>"},
-                                    {TOKEN_LESS, RULE_EQUATION, RULE_EXPRESSION, u"<"},
-                                    {TOKEN_LESS_OR_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u"<="},
-                                    {TOKEN_GREATER, RULE_EQUATION, RULE_EXPRESSION, u">"},
-                                    {TOKEN_GREATER_OR_EQUAL, RULE_EQUATION, RULE_EXPRESSION, u">="},
-                                    {TOKEN_OPERATOR_WORD, RULE_AND, RULE_NOT, u"and"},
-                                    {TOKEN_OPERATOR_WORD, RULE_OR, RULE_AND, u"or"},
-                                    {TOKEN_ASSIGNMENT, RULE_ASSIGNMENT, RULE_OR, u":="},
-                                    {TOKEN_STORE, RULE_ASSIGNMENT, RULE_OR, u":>"}};
+InfixParserC::SignS InfixParserC::findSign() {
+  static constexpr SignS signs[] = {
+      {TOKEN_PLUS, RULE_SUM, tighterThan(RULE_SUM), u"+"},
+      {TOKEN_MINUS, RULE_SUM, tighterThan(RULE_SUM), u"-"},
+      {TOKEN_TIMES, RULE_PRODUCT, tighterThan(RULE_PRODUCT), u"*"},
+      {TOKEN_OPERATOR_WORD, RULE_PRODUCT, tighterThan(RULE_PRODUCT), u"div"},
+      {TOKEN_OPERATOR_WORD, RULE_PRODUCT, tighterThan(RULE_PRODUCT), u"mod"},
+      {TOKEN_POWER, RULE_POWER, RULE_POWER, power_name},
+      {TOKEN_FACTORIAL, RULE_FACTORIAL, no_operand, u"!"},
+      {TOKEN_EQUAL, RULE_RELATION, tighterThan(RULE_RELATION), u"="},
+      {TOKEN_NOT_EQUAL, RULE_RELATION, tighterThan(RULE_RELATION), u"<>"},
+      {TOKEN_LESS, RULE_RELATION, tighterThan(RULE_RELATION), u"<"},
+      {TOKEN_LESS_OR_EQUAL, RULE_RELATION, tighterThan(RULE_RELATION), u"<="},
+      {TOKEN_GREATER, RULE_RELATION, tighterThan(RULE_RELATION), u">"},
+      {TOKEN_GREATER_OR_EQUAL, RULE_RELATION, tighterThan(RULE_RELATION), u">="},
+      {TOKEN_OPERATOR_WORD, RULE_AND, tighterThan(RULE_AND), u"and"},
+      {TOKEN_OPERATOR_WORD, RULE_OR, tighterThan(RULE_OR), u"or"},
+      {TOKEN_ASSIGNMENT, RULE_ASSIGNMENT, RULE_IN_BRACKETS, u":="},
+      {TOKEN_STORE, RULE_ASSIGNMENT, RULE_IN_BRACKETS, u":>"}};
   TokenTypeE const token = lexer_.getCurrentTokenType();
   auto const* const found = std::find_if(std::begin(signs), std::end(signs), [&](SignS const& sign) {
     return sign.token == token && (token != TOKEN_OPERATOR_WORD || sign.name == lexer_.viewCurrentToken());
   });
-  return found == std::end(signs) ? nullptr : found;
+  if (found != std::end(signs)) return *found;
+  if (auto const op = lexer_.findOperator(OPERATOR_BETWEEN)) {
+    RuleT const rule = ruleOf(op->getPrecedence());
+    return {token, rule, tighterThan(rule), keep(op->getName())};
+  }
+  if (auto const op = lexer_.findOperator(OPERATOR_AFTER)) {
+    return {token, ruleOf(op->getPrecedence()), no_operand, keep(op->getName())};
+  }
+  return {token, 0, 0, {}};
 }
 
 InfixParserC::NextE InfixParserC::readSign() {
-  SignS const* const sign = findSign();
+  SignS const sign = findSign();
+  bool const isSign = !sign.name.empty();
   // Whatever is read by a tighter rule than the sign's ends here.
   while (!frames_.empty() &&
          (frames_.back().kind == PENDING_PREFIX || frames_.back().kind == PENDING_INFIX) &&
-         (!sign || sign->rule < frames_.back().operandRule)) {
+         (!isSign || sign.rule < frames_.back().operandRule)) {
     finishOperation();
   }
-  if (!sign || sign->rule < currentRule()) return readBracketEnd();
+  if (!isSign || sign.rule < currentRule()) return readBracketEnd();
 
-  PartT const operation = builder_.addFunction(sign->name);
+  PartT const operation = builder_.addFunction(sign.name);
   builder_.addArgument(operation, operand_);
   lexer_.readNextToken();
-  if (sign->rule == RULE_FACT) {
+  if (sign.rightRule == no_operand) {
     operand_ = operation;
     return NEXT_SIGN;
   }
   // There is one assignment at most, so nothing looser than its right side may follow.
-  if (sign->rule == RULE_ASSIGNMENT) outermostRule_ = RULE_OR;
-  frames_.push_back({PENDING_INFIX, sign->rightRule, operation});
+  if (sign.rule == RULE_ASSIGNMENT) outermostRule_ = RULE_IN_BRACKETS;
+  frames_.push_back({PENDING_INFIX, sign.rightRule, operation});
   return NEXT_OPERAND;
 }
 

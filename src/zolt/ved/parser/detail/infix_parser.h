@@ -1,7 +1,9 @@
 #pragma once
 
+#include <climits>
 #include <forward_list>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "zolt/oss/wstring.h"
@@ -14,19 +16,27 @@ enum ErrorCauseE : int;
 
 namespace zolt::math::ved::detail {
 
-/// The rules of the grammar, the loosest first. Each reads what its name says or anything tighter.
-enum RuleE : int {
-  RULE_ASSIGNMENT,
-  RULE_OR,
-  RULE_AND,
-  RULE_NOT,
-  RULE_EQUATION,
-  RULE_EXPRESSION,
-  RULE_TERM,
-  RULE_FACTOR,
-  RULE_UNARY_TERM,
-  RULE_FACT,
-  RULE_ATOM
+/// A rule of the grammar: the rule for an operator reads that operator and anything that binds tighter. Rules
+/// compare like tightness, and between those of two operators of different precedence there is one more,
+/// which leaves out the looser of them.
+using RuleT = int;
+
+constexpr RuleT ruleOf(int precedence) { return -2 * precedence; }
+constexpr RuleT tighterThan(RuleT rule) { return rule + 1; }
+
+/// The rules of the operators that the grammar itself knows.
+enum RuleE : RuleT {
+  RULE_ASSIGNMENT = ruleOf(90),
+  RULE_OR = ruleOf(80),
+  RULE_AND = ruleOf(70),
+  RULE_NOT = ruleOf(60),
+  RULE_RELATION = ruleOf(50),
+  RULE_SUM = ruleOf(40),
+  RULE_PRODUCT = ruleOf(30),
+  RULE_SIGN = ruleOf(20),
+  RULE_POWER = ruleOf(10),
+  RULE_FACTORIAL = ruleOf(5),
+  RULE_IN_BRACKETS = tighterThan(RULE_ASSIGNMENT)
 };
 
 /// Reads infix text by the rules of the grammar, with a stack of its own in place of one call per rule and
@@ -49,7 +59,7 @@ class InfixParserC {
   /// Something begun whose next operand is being read.
   struct FrameS {
     PendingE kind;
-    RuleE operandRule;
+    RuleT operandRule;
     PartT part;
     // of a call:
     unsigned long arity = 0;  // 0: any number of arguments
@@ -58,7 +68,14 @@ class InfixParserC {
     unsigned int wordEnd = 0;
   };
 
-  struct SignS;
+  /// A sign or word that follows an operand.
+  struct SignS {
+    TokenTypeE token;
+    RuleT rule;                ///< the rule that reads it
+    RuleT rightRule;           ///< the rule that reads its right operand; `no_operand`: there is none
+    std::u16string_view name;  ///< empty: this is no sign
+  };
+  static constexpr RuleT no_operand = INT_MAX;
 
   /// What comes after something that was read.
   enum NextE { NEXT_OPERAND, NEXT_SIGN, NEXT_NOTHING, NEXT_FAILED };
@@ -70,16 +87,18 @@ class InfixParserC {
   NextE readBracketEnd();
   void finishOperation();
 
-  RuleE currentRule() const { return frames_.empty() ? outermostRule_ : frames_.back().operandRule; }
-  SignS const* findSign() const;
+  RuleT currentRule() const { return frames_.empty() ? outermostRule_ : frames_.back().operandRule; }
+  SignS findSign();
   NextE begin(FrameS const& frame);
-  NextE beginPrefix(std::u16string_view name, RuleE operandRule);
+  NextE beginPrefix(std::u16string_view name, RuleT operandRule);
+  NextE readPrefix();
+  std::u16string_view keep(wstring name) { return operatorNames_.emplace_front(std::move(name)); }
   NextE takeLeaf(std::u16string_view text);
   NextE fail(ErrorCauseE cause);
   NextE failAt(unsigned int start, unsigned int end, ErrorCauseE cause);
 
   LexicalAnalyserC& lexer_;
-  RuleE outermostRule_ = RULE_ASSIGNMENT;
+  RuleT outermostRule_ = RULE_ASSIGNMENT;
   PrefixBuilderC builder_;
   std::vector<FrameS> frames_;
   std::forward_list<wstring> operatorNames_;  // the builder keeps slices of them

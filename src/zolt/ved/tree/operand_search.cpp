@@ -1,9 +1,9 @@
-#include "zolt/ved/operators/detail/operand_search.h"
+#include "zolt/ved/tree/operand_search.h"
 
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
 
-namespace zolt::math::ved::detail {
+namespace zolt::math::ved {
 
 namespace {
 
@@ -100,4 +100,4 @@ OperandStretchS findRightOperand(PlaceS caret) {
   return stretch;
 }
 
-}  // namespace zolt::math::ved::detail
+}  // namespace zolt::math::ved

@@ -1,13 +1,25 @@
-#include "zolt/ved/operators/detail/row_building.h"
+#include "zolt/ved/operators/row_building.h"
 
-namespace zolt::math::ved::detail {
+#include "zolt/ved/tree/node4.h"
+
+namespace zolt::math::ved::rows {
 
 NodeT makeText(wstring const& text) { return std::make_unique<Node4C>(NODE4_TEXT, nullptr, text, 0); }
 
-NodeT makeItem(Node4TypeE type) { return std::make_unique<Node4C>(type, nullptr, wstring(), 0); }
+NodeT makeOpen() { return std::make_unique<Node4C>(NODE4_OPEN); }
 
-NodeT makeConstructNode(OperatorBC const& op, unsigned long numRows) {
+NodeT makeClose() { return std::make_unique<Node4C>(NODE4_CLOSE); }
+
+NodeT makeConstruct(OperatorBC const& op, unsigned long numRows) {
   return std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(&op), wstring(), numRows);
+}
+
+NodeT makeConstruct(OperatorBC const& op, std::vector<NodeT> rows) {
+  NodeT construct = makeConstruct(op, rows.size());
+  for (unsigned long i = 0; i < rows.size(); ++i) {
+    construct->setChild(i, (rows[i] ? toRow(std::move(rows[i])) : makeEmptyRow()).release());
+  }
+  return construct;
 }
 
 NodeT makeEmptyRow() { return toRow(makeText(wstring())); }
@@ -32,10 +44,16 @@ NodeT popRow(ConversionStackT& stack, int precedence) {
   return bracketIf(operandPrecedence > precedence, std::move(operand));
 }
 
+std::vector<NodeT> popRows(ConversionStackT& stack, unsigned long count) {
+  std::vector<NodeT> rows(count);
+  while (count-- > 0) rows[count] = popRow(stack);
+  return rows;
+}
+
 NodeT bracket(NodeT operand) {
   NodeT row = toRow(std::move(operand));
-  row->insertChild(0, makeItem(NODE4_OPEN).release());
-  append(*row, makeItem(NODE4_CLOSE));
+  row->insertChild(0, makeOpen().release());
+  append(*row, makeClose());
   return row;
 }
 
@@ -58,4 +76,4 @@ NodeT join(NodeT row, NodeT operand) {
 
 void append(Node4C& row, NodeT item) { row.insertChild(row.numChildren(), item.release()); }
 
-}  // namespace zolt::math::ved::detail
+}  // namespace zolt::math::ved::rows
