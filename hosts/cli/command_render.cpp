@@ -49,6 +49,7 @@ struct SettingsS {
   surfaces::PictureOptionsS options;
   bool showsSizes = false;
   bool isStream = false;
+  bool showsPowers = false;
   unsigned threads = 1;
 };
 
@@ -86,6 +87,7 @@ class RendererC {
     while (typesetters_.size() < settings_.threads) {
       typesetters_.push_back(makeTypesetter(error));
       if (!typesetters_.back()) return false;
+      if (settings_.showsPowers) typesetters_.back()->setNumberLook(surfaces::NUMBERS_WITH_POWERS);
     }
     return true;
   }
@@ -232,6 +234,8 @@ void addRenderCommand(CLI::App& program, ActionT& action) {
       command, "--svg-unit", settings->options.svgUnit,
       {{"px", surfaces::SVG_UNIT_PX}, {"em", surfaces::SVG_UNIT_EM}},
       "Size of SVG pictures: in pixels, or by the letters of the text around, as large as these at scale 1");
+  addFlag(command, "--powers-of-ten", settings->showsPowers,
+          "Show a number such as 6.02e23 as a product with a power of ten");
   addFlag(command, "--sizes", settings->showsSizes,
           "Print width, height and depth of each picture after its name");
   addFlag(command, "--stream", settings->isStream,

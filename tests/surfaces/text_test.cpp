@@ -125,7 +125,9 @@ TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
     for (auto n = random() % 24; n > 0; --n) text += alphabet[random() % (std::size(alphabet) - 1)];
     texts.push_back(text);
   }
-  for (oss::wstring const& text : texts) {
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    oss::wstring const& text = texts[i];
+    typesetter->setNumberLook(i % 2 == 0 ? NUMBERS_AS_TYPED : NUMBERS_WITH_POWERS);
     for (unsigned long depth = 0; depth < 4; ++depth) {
       long before = 0;
       for (std::size_t length = 0; length <= text.size(); ++length) {
@@ -140,6 +142,22 @@ TEST_F(TypesetText, WidthsOfBeginningsAddUp) {
       }
     }
   }
+}
+
+TEST_F(TypesetText, ShowsExponentsAsPowersOfTen) {
+  auto const shown = [&](oss::wstring const& text) {
+    std::string all;
+    for (PlacedGlyphS const& glyph : place(text)) {
+      all += glyph.codePoint == 0x22C5 ? '*' : glyph.codePoint == 0x2212 ? '-' : char(glyph.codePoint);
+      if (glyph.rise > 0) all += '^';
+    }
+    return all;
+  };
+  EXPECT_EQ(shown(u"6.02e23+1"), "6.02e23+1");
+  typesetter->setNumberLook(NUMBERS_WITH_POWERS);
+  EXPECT_EQ(shown(u"6.02e23+1"), "6.02*102^3^+1");
+  EXPECT_EQ(shown(u"a-3E-4b"), "a-3*10-^4^b");
+  EXPECT_EQ(shown(u"2e-x+xe3"), "2e-x+xe3") << "no number with an exponent";
 }
 
 /// Each letter's middle lies between the caret places before and after it.

@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/typesetter.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 
 #include "zolt/oss/code_point.h"
@@ -12,7 +13,7 @@ namespace zolt::surfaces {
 namespace {
 
 constexpr double prime_size = 0.75, prime_rise = 0.36;
-constexpr double index_size = TextRulerC::index_percent / 100.0, index_drop = 0.15;
+constexpr double index_size = TextRulerC::index_percent / 100.0, index_drop = 0.15, power_rise = 0.4;
 /// The space between a prefix and its operand, in ems.
 constexpr double prefix_space = 0.04;
 /// The share of the blank before a prefix by which it and its operand move to the left.
@@ -46,6 +47,7 @@ class PlacerC {
       mark_ = ruled;
       return;
     }
+    if (ruled.marksPower) power_ = glyphs_.size();
     append(ruled, ruled.look.upright, ruled.origin);
     if (ruled.look.overlay.face != FaceGlyphS::no_face) append(ruled, ruled.look.overlay, ruled.origin);
   }
@@ -62,6 +64,25 @@ class PlacerC {
   }
 
   double getPrefixRoom() const { return prefixRoom_; }
+
+  /// Replaces the mark of a number's exponent, and the sign after it, by a factor of ten.
+  void startPower(RuledCharS const& digit, TextRulerC const& ruler) {
+    std::optional<PlacedGlyphS> sign;
+    if (glyphs_.size() > power_ + 1) sign = glyphs_.back();
+    glyphs_.resize(power_);
+    firstShift_ = 0;
+    std::int64_t at = digit.power + ruler.getFactorSpace();
+    for (std::size_t i = 0; i < std::size(TextRulerC::factor); ++i) {
+      FaceGlyphS const glyph = ruler.getFactor(i);
+      append({}, glyph, at);
+      at += glyph.advance + (i == 0 ? ruler.getFactorSpace() : 0);
+    }
+    if (!sign) return;
+    sign->x = toUnits(at);
+    for (double* const size : {&sign->em, &sign->width, &sign->overhang}) *size *= index_size;
+    sign->rise = em_ * power_rise;
+    glyphs_.push_back(*sign);
+  }
 
   /// Places a whole run of letters and digits.
   void placeRun(std::vector<RuledCharS> const& run, bool upright) {
@@ -107,7 +128,8 @@ class PlacerC {
 
   void append(RuledCharS const& ruled, FaceGlyphS const& glyph, std::int64_t x) {
     PlacedGlyphS placed{};
-    bool const prime = ruled.look.charClass == CLASS_PRIME, small = ruled.lowered || ruled.marksIndex;
+    bool const prime = ruled.look.charClass == CLASS_PRIME,
+               small = ruled.lowered || ruled.marksIndex || ruled.raised;
     double const size = small ? index_size : 1;
     bool const missing = glyph.face == FaceGlyphS::no_face;
     placed.shape = missing ? SHAPE_MISSING : SHAPE_GLYPH;
@@ -118,7 +140,7 @@ class PlacerC {
     placed.width = toUnits(glyph.advance) * size;
     placed.overhang = toUnits(glyph.overhang) * size;
     placed.em = em_ * (prime ? prime_size : size);
-    placed.rise = prime ? em_ * prime_rise : ruled.lowered ? -em_ * index_drop : 0;
+    placed.rise = em_ * (prime ? prime_rise : ruled.raised ? power_rise : ruled.lowered ? -index_drop : 0);
     glyphs_.push_back(placed);
   }
 
@@ -132,6 +154,7 @@ class PlacerC {
   std::size_t sign_ = 0;  // glyph of the last sign
   bool signIsLast_ = false;
   std::optional<RuledCharS> mark_;
+  std::size_t power_ = 0;  // glyph of the mark of a number's exponent
 };
 
 bool isTight(unsigned long depth) { return depth > 0; }
@@ -144,6 +167,7 @@ struct TypesetterC::StateS {
   CharTableC characters;
   LetterStyleC names;
   std::vector<RuledCharS> run;  // kept for its memory
+  NumberLookE numberLook = NUMBERS_AS_TYPED;
 };
 
 TypesetterC::TypesetterC(oss::PointerTC<FontSetC> fonts) : state_(std::make_unique<StateS>(fonts)) {}
@@ -151,16 +175,18 @@ TypesetterC::~TypesetterC() = default;
 
 FontSetC const& TypesetterC::getFonts() const { return state_->characters.getFonts(); }
 
+void TypesetterC::setNumberLook(NumberLookE look) { state_->numberLook = look; }
+
 void TypesetterC::addUprightName(oss::wstring const& name) { state_->names.add(name); }
 
 bool TypesetterC::hasIndex(oss::wstring const& text) const {
-  TextRulerC ruler(state_->characters, state_->names, false);
+  TextRulerC ruler(state_->characters, state_->names, false, state_->numberLook);
   for (char16_t const c : text) ruler.read(c);
   return ruler.hasIndex();
 }
 
 long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
-  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   for (char16_t const c : text) ruler.read(c);
   return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
 }
@@ -169,7 +195,7 @@ double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth
   if (text.empty()) return 0;
   std::vector<PlacedGlyphS> ignored;
   PlacerC placer(getFontSize(depth), false, ignored);
-  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   placer.place(ruler.read(text[0]));
   return placer.getPrefixRoom();
 }
@@ -178,7 +204,7 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved
                         std::vector<PlacedGlyphS>& glyphs) const {
   glyphs.clear();
   PlacerC placer(getFontSize(depth), role == math::ved::TEXT_FOLLOWS_ITEM, glyphs);
-  TextRulerC ruler(state_->characters, state_->names, isTight(depth));
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   std::vector<RuledCharS>& run = state_->run;
   bool const isUnit = role == math::ved::TEXT_IS_UNIT;
   auto const endRun = [&] {
@@ -195,6 +221,7 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved
       run.push_back(ruled);
     } else {
       endRun();
+      if (ruled.startsPower) placer.startPower(ruled, ruler);
       placer.place(ruled);
     }
   }

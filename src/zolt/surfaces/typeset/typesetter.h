@@ -12,6 +12,12 @@
 
 namespace zolt::surfaces {
 
+/// How the exponent of a number such as "6.02e23" is shown; the text stays as it is.
+enum NumberLookE {
+  NUMBERS_AS_TYPED = 0,
+  NUMBERS_WITH_POWERS = 1  ///< 6.02·10²³
+};
+
 enum ShapeE {
   SHAPE_GLYPH = 0,
   SHAPE_MISSING = 1  ///< a character that no face has
@@ -60,6 +66,9 @@ class TypesetterC final : public oss::RefCountedBC {
 
   /// Whether an index is in the text, which then reaches lower.
   bool hasIndex(oss::wstring const& text) const;
+  /// Chooses how exponents of numbers look, as they are typed at first. Widths change, too.
+  void setNumberLook(NumberLookE look);
+
   /// Width in surface units.
   long measure(oss::wstring const& text, unsigned long depth) const;
 

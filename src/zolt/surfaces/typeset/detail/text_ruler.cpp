@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "zolt/oss/code_point.h"
@@ -117,13 +118,20 @@ RuledCharS const& TextRulerC::read(char16_t c) {
       if (token_ == TOKEN_NONE) token_ = TOKEN_NUMBER;
       if (token_ == TOKEN_EXPONENT_MARK) token_ = TOKEN_EXPONENT;
       before_ = BEFORE_OPERAND;
-      break;
+      if (token_ != TOKEN_EXPONENT || look_ == NUMBERS_AS_TYPED) break;
+      trailing_ = 0;
+      readPowerDigit();
+      return current_;
     case CLASS_STOP:
       token_ = TOKEN_NONE;
       before_ = BEFORE_OPERAND;
       break;
     default:
       token_ = exponentMark ? TOKEN_EXPONENT_MARK : TOKEN_NAME;
+      current_.marksPower = exponentMark;
+      power_ = start;
+      powerSign_ = 0;
+      powerHasDigits_ = false;
       before_ = BEFORE_OPERAND;
       break;
   }
@@ -143,6 +151,23 @@ bool TextRulerC::readIndexMark() {
   current_.lowered = false;
   trailing_ = 0;
   return true;
+}
+
+int TextRulerC::getFactorSpace() const { return scaled(tight_ ? tight_binary_space : product_space); }
+
+// Until a digit follows, the mark is shown as it is: it may become part of a name.
+void TextRulerC::readPowerDigit() {
+  current_.raised = true;
+  current_.startsPower = !powerHasDigits_;
+  current_.origin = current_.start;
+  if (current_.startsPower) {
+    current_.power = power_;
+    current_.origin = power_ + 2 * getFactorSpace() + powerSign_ / 100 * index_percent;
+    for (std::size_t i = 0; i < std::size(factor); ++i) current_.origin += getFactor(i).advance;
+  }
+  powerHasDigits_ = true;
+  current_.end =
+      std::max(current_.start, current_.origin + current_.look.upright.advance / 100 * index_percent);
 }
 
 void TextRulerC::readInRun(char16_t c) {
@@ -184,6 +209,7 @@ void TextRulerC::readSign() {
   }
   trailing_ = scaled(right);
   add(scaled(left), trailing_);
+  if (token_ == TOKEN_EXPONENT_MARK) powerSign_ = current_.look.upright.advance;
   token_ = token_ == TOKEN_EXPONENT_MARK ? TOKEN_EXPONENT : TOKEN_NONE;
   before_ = relation ? BEFORE_RELATION : token_ == TOKEN_EXPONENT ? BEFORE_OPERAND : BEFORE_SIGN;
 }

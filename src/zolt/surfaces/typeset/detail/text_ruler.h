@@ -4,6 +4,7 @@
 
 #include "zolt/surfaces/typeset/detail/char_table.h"
 #include "zolt/surfaces/typeset/detail/letter_style.h"
+#include "zolt/surfaces/typeset/typesetter.h"
 
 // Internal to the typeset library.
 
@@ -23,6 +24,10 @@ struct RuledCharS {
   bool inRun = false;          ///< a letter or digit of a run whose face is known only at its end
   LetterStyleC::RangeS names;  ///< in a run: the names that the run up to here may become
   unsigned letters = 0;        ///< in a run: how many it has up to here
+  bool marksPower = false;     ///< the "e" of a number
+  bool raised = false;         ///< a digit of the exponent of ten
+  bool startsPower = false;    ///< the first of these: now the mark is a factor of ten
+  std::int64_t power = 0;      ///< the place of that factor
 };
 
 /// Reads a text from left to right and computes where each character ends, and so the width of every
@@ -30,8 +35,8 @@ struct RuledCharS {
 class TextRulerC {
  public:
   /// `tight`: signs get almost no space, as is usual in exponents and limits.
-  TextRulerC(CharTableC& characters, LetterStyleC const& names, bool tight)
-      : characters_(characters), names_(names), tight_(tight) {}
+  TextRulerC(CharTableC& characters, LetterStyleC const& names, bool tight, NumberLookE look)
+      : characters_(characters), names_(names), tight_(tight), look_(look) {}
 
   RuledCharS const& read(char16_t c);
   std::int64_t getEnd() const { return current_.end; }
@@ -41,6 +46,11 @@ class TextRulerC {
   /// The size of indices, in percent of that of the text.
   static constexpr int index_percent = 75;
 
+  /// The glyphs of the factor of ten, and the space around its dot.
+  FaceGlyphS getFactor(std::size_t i) const { return characters_.find(factor[i]).upright; }
+  int getFactorSpace() const;
+  static constexpr char32_t factor[] = {0x22C5, '1', '0'};
+
  private:
   enum TokenE { TOKEN_NONE, TOKEN_NUMBER, TOKEN_EXPONENT_MARK, TOKEN_EXPONENT, TOKEN_NAME };
   enum BeforeE { BEFORE_NOTHING, BEFORE_OPERAND, BEFORE_SIGN, BEFORE_RELATION };
@@ -49,12 +59,17 @@ class TextRulerC {
   bool readIndexMark();
   void readInRun(char16_t c);
   void readSign();
+  void readPowerDigit();
   void add(int left, int right);
   int advanceOf(FaceGlyphS const& glyph) const;
 
   CharTableC& characters_;
   LetterStyleC const& names_;
   bool tight_;
+  NumberLookE look_;
+  std::int64_t power_ = 0,
+               powerSign_ = 0;  // the place of the factor of ten; the advance of the sign after it
+  bool powerHasDigits_ = false;
   TokenE token_ = TOKEN_NONE;
   BeforeE before_ = BEFORE_NOTHING;
   char16_t high_ = 0;     // a surrogate waiting for its partner
