@@ -97,7 +97,7 @@ show_progress() {
       next=$((SECONDS + 10))
       line="  step ${BASH_REMATCH[1]} of ${BASH_REMATCH[2]}, ${BASH_REMATCH[3]}"
     fi
-    say "$line"
+    [[ $line == 'ninja: Entering directory'* ]] || say "$line"
   done
 }
 

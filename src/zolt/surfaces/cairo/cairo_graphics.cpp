@@ -117,7 +117,11 @@ PictureSizeS CairoGraphicsC::measure(PictureFormatE format, long width, long hei
     size.width = std::ceil(size.width);
     size.height = std::ceil(size.height);
   }
-  if (options.baseline) size.depth = size.height - (*options.baseline + margin) * scale;
+  if (options.baseline) {
+    double const line = (*options.baseline + margin) * scale;
+    // Letters of pixels stand on a row of these.
+    size.depth = size.height - (format == PICTURE_PNG ? std::round(line) : line);
+  }
   return size;
 }
 
