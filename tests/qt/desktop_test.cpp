@@ -367,7 +367,7 @@ class DesktopTest final : public QObject {
     for (char const* const name : {"cut", "copy", "paste", "select-all", "grow", "clear"}) {
       shared << window.action(QLatin1String(name));
     }
-    for (SheetRow const* const row : window.view().rows()) {
+    for (SheetRow* const row : window.view().rows()) {
       for (QAction* const action : window.findChildren<QAction*>()) {
         for (QKeySequence const& keys : action->shortcuts()) {
           QKeyEvent event(QEvent::ShortcutOverride, keys[0].key(), keys[0].keyboardModifiers());

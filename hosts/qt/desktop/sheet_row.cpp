@@ -1,5 +1,6 @@
 #include "hosts/qt/desktop/sheet_row.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
@@ -9,6 +10,7 @@
 
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/text_line.h"
+#include "hosts/qt/desktop/text_preview.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/sheet/sheet_text.h"
 
@@ -35,15 +37,17 @@ SheetRow::SheetRow(SheetLine const& line, QWidget* parent) : QWidget(parent), ki
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(margin_width, 3, 12, 3);
   if (kind_ != LineKind::Formula) {
-    makeText(line.text);
+    previewed_ = line.text;
+    preview_ = new TextPreview(previewed_, placeholder(), this);
+    updateFont();
   } else if (line.prefix.size() + line.tree.size() > long_formula) {
     makeNotation(line);
   } else {
     makeFormula(line);
   }
-  layout->addWidget(editor());
+  layout->addWidget(shown());
   if (button_) layout->addWidget(button_);
-  setFocusProxy(editor());
+  if (!preview_) setFocusProxy(shown());
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -103,18 +107,40 @@ void SheetRow::showFormula() {
 void SheetRow::makeText(QString const& text) {
   text_ = new TextLine(int(sheet::max_sheet_text), this);
   text_->setText(text);
-  text_->setPlaceholderText(kind_ == LineKind::Heading ? tr("Heading") : tr("Text"));
+  text_->setPlaceholderText(placeholder());
   text_->setAccessibleName(text_->placeholderText());
   updateFont();
 }
 
-QWidget* SheetRow::editor() const {
+QString SheetRow::placeholder() const { return kind_ == LineKind::Heading ? tr("Heading") : tr("Text"); }
+
+QWidget* SheetRow::shown() const {
   if (formula_) return formula_;
+  return text_ ? static_cast<QWidget*>(text_) : preview_;
+}
+
+QWidget* SheetRow::editor() {
+  text();
+  return shown();
+}
+
+TextLine* SheetRow::text() {
+  if (!preview_) return text_;
+  makeText(previewed_);
+  delete layout()->replaceWidget(preview_, text_);
+  // It may be what was pressed.
+  preview_->hide();
+  preview_->deleteLater();
+  preview_ = nullptr;
+  setFocusProxy(text_);
+  text_->show();
+  layout()->activate();
+  emit textMade();
   return text_;
 }
 
 SheetLine SheetRow::line() const {
-  if (kind_ != LineKind::Formula) return {kind_, text_->text(), {}, {}};
+  if (kind_ != LineKind::Formula) return {kind_, preview_ ? previewed_ : text_->text(), {}, {}};
   if (!line_) line_ = makeFormulaLine(formula_->prefix(), formula_->tree());
   return *line_;
 }
@@ -124,7 +150,10 @@ SheetLine SheetRow::draft() const {
   return {LineKind::Formula, {}, {}, formula_->tree()};
 }
 
-bool SheetRow::isEmpty() const { return formula_ ? formula_->isEmpty() : text_->text().isEmpty(); }
+bool SheetRow::isEmpty() const {
+  if (formula_) return formula_->isEmpty();
+  return preview_ ? previewed_.isEmpty() : text_->text().isEmpty();
+}
 
 void SheetRow::setNumber(int number) {
   if (number == number_) return;
@@ -156,7 +185,7 @@ void SheetRow::updateFont() {
   double const size = scaled.pointSizeF() * zoom_;
   scaled.setPointSizeF(kind_ == LineKind::Heading ? 1.35 * size : 1.05 * size);
   if (kind_ == LineKind::Heading) scaled.setWeight(QFont::DemiBold);
-  text_->setFont(scaled);
+  shown()->setFont(scaled);
 }
 
 void SheetRow::enterAt(QPoint global) {
@@ -178,8 +207,8 @@ void SheetRow::enterAtEnd() {
   }
 }
 
-QRect SheetRow::caretOnScreen() const {
-  QRect const caret = formula_ ? formula_->caretRectangle() : text_->caretRectangle();
+QRect SheetRow::caretOnScreen() {
+  QRect const caret = formula_ ? formula_->caretRectangle() : text()->caretRectangle();
   return {editor()->mapToGlobal(caret.topLeft()), caret.size()};
 }
 
@@ -212,7 +241,12 @@ void SheetRow::paintEvent(QPaintEvent*) {
 }
 
 void SheetRow::mousePressEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) {
+  if (event->button() == Qt::LeftButton && preview_) {
+    // The editor takes the press, and a selection that begins here.
+    text()->setFocus(Qt::MouseFocusReason);
+    grabMouse();
+    passOn(*event);
+  } else if (event->button() == Qt::LeftButton) {
     enterAt(event->globalPosition().toPoint());
   } else {
     editor()->setFocus(Qt::MouseFocusReason);
@@ -220,8 +254,25 @@ void SheetRow::mousePressEvent(QMouseEvent* event) {
   }
 }
 
+void SheetRow::mouseMoveEvent(QMouseEvent* event) {
+  if (mouseGrabber() == this) passOn(*event);
+}
+
+void SheetRow::mouseReleaseEvent(QMouseEvent* event) {
+  if (mouseGrabber() != this) return;
+  releaseMouse();
+  passOn(*event);
+}
+
+void SheetRow::passOn(QMouseEvent const& event) {
+  QWidget* const inside = text_->viewport();
+  QMouseEvent passed(event.type(), inside->mapFromGlobal(event.globalPosition()), event.globalPosition(),
+                     event.button(), event.buttons(), event.modifiers());
+  QApplication::sendEvent(inside, &passed);
+}
+
 void SheetRow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange && text_) updateFont();
+  if (event->type() == QEvent::FontChange && !formula_ && shown()) updateFont();
   QWidget::changeEvent(event);
 }
 

@@ -16,6 +16,7 @@ class FormulaEdit;
 namespace zolt::desktop {
 
 class TextLine;
+class TextPreview;
 
 /// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
 /// takes a while to show, is its notation and a button until the user wants to see it.
@@ -38,9 +39,10 @@ class SheetRow final : public QWidget {
 
   /// Null for a line of text, and for a formula that is not shown.
   qt::FormulaEdit* formula() const { return formula_; }
-  /// Null for a formula that is shown; else the text, or the read-only beginning of the notation.
-  TextLine* text() const { return text_; }
-  QWidget* editor() const;
+  /// Null for a formula that is shown; else the text, or the read-only beginning of the notation. An editor
+  /// of a text is made when it is first asked for.
+  TextLine* text();
+  QWidget* editor();
 
   /// Sets its number among the formulas, counted from 1.
   void setNumber(int number);
@@ -53,9 +55,10 @@ class SheetRow final : public QWidget {
   void enterAt(QPoint global);
   void enterAtEnd();
   /// The caret's box on the screen.
-  QRect caretOnScreen() const;
+  QRect caretOnScreen();
 
  signals:
+  void textMade();
   /// The user wants to see the formula that is not shown.
   void formulaWanted();
   /// Emitted some time after a change, when it is known whether the formula is complete.
@@ -64,12 +67,18 @@ class SheetRow final : public QWidget {
  protected:
   void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   void makeFormula(SheetLine const& line);
   void makeNotation(SheetLine const& line);
   void makeText(QString const& text);
+  QString placeholder() const;
+  QWidget* shown() const;
+  /// To the editor of the text.
+  void passOn(QMouseEvent const& event);
   void updateState();
   void updateFont();
 
@@ -77,6 +86,8 @@ class SheetRow final : public QWidget {
   mutable std::optional<SheetLine> line_;  // of a formula, until it changes
   QPushButton* button_ = nullptr;          // of a formula that is not shown
   qt::FormulaEdit* formula_ = nullptr;
+  TextPreview* preview_ = nullptr;  // of a text without an editor
+  QString previewed_;
   TextLine* text_ = nullptr;
   QTimer* stateTimer_ = nullptr;
   qreal zoom_ = 1;

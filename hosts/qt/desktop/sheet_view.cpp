@@ -146,6 +146,7 @@ SheetRow* SheetView::makeRow(SheetLine const& line) {
   auto* const row = new SheetRow(line, page_);
   row->addActions(rowActions_);
   row->setContextMenuPolicy(Qt::ActionsContextMenu);
+  connect(row, &SheetRow::textMade, this, [this, row] { connectText(row); });
   connect(row, &SheetRow::formulaWanted, this, [this, row] { showFormula(row); });
   connectRow(row);
   return row;
@@ -153,12 +154,9 @@ SheetRow* SheetView::makeRow(SheetLine const& line) {
 
 void SheetView::connectRow(SheetRow* row) {
   row->setZoom(zoom_);
+  if (row->kind() != LineKind::Formula) return;
   row->editor()->installEventFilter(this);
-  if (row->formula()) {
-    connectFormula(row);
-  } else if (row->kind() != LineKind::Formula) {
-    connectText(row);
-  }
+  if (row->formula()) connectFormula(row);
 }
 
 void SheetView::showFormula(SheetRow* row) {
@@ -194,6 +192,7 @@ void SheetView::connectFormula(SheetRow* row) {
 
 void SheetView::connectText(SheetRow* row) {
   TextLine* const edit = row->text();
+  edit->installEventFilter(this);
   connect(edit, &TextLine::textChanged, this, [this, row, edit, before = edit->text()]() mutable {
     QString const text = edit->text();
     if (text == before) return;
@@ -244,7 +243,7 @@ void SheetView::setCurrent(SheetRow* row) {
 void SheetView::onFocusChanged(QWidget* now) {
   if (!now || !page_->isAncestorOf(now)) return;
   for (SheetRow* const row : rows_) {
-    if (row->editor() != now) continue;
+    if (!row->isAncestorOf(now)) continue;
     setCurrent(row);
     reveal();
     return;

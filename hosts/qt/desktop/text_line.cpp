@@ -11,8 +11,6 @@ namespace zolt::desktop {
 
 namespace {
 
-constexpr qreal margin = 3;  // logical pixels around the text
-
 QString inOneParagraph(QString text) {
   for (QChar const end :
        {QChar(u'\n'), QChar(u'\r'), QChar(QChar::LineSeparator), QChar(QChar::ParagraphSeparator)}) {
@@ -62,8 +60,7 @@ void TextLine::cutOff() {
 void TextLine::fit() { setFixedHeight(int(std::ceil(document()->size().height()))); }
 
 void TextLine::setCaretNear(QPoint pos) {
-  QPoint const inside(pos.x(),
-                      std::clamp(pos.y(), int(margin), std::max(int(margin), height() - int(margin) - 1)));
+  QPoint const inside(pos.x(), std::clamp(pos.y(), margin, std::max(margin, height() - margin - 1)));
   setTextCursor(cursorForPosition(viewport()->mapFromParent(inside)));
 }
 

@@ -10,6 +10,8 @@ class TextLine final : public QTextEdit {
   Q_OBJECT
 
  public:
+  static constexpr int margin = 3;  // logical pixels around the text
+
   /// A longer text loses its end.
   explicit TextLine(int maxLength, QWidget* parent = nullptr);
   ~TextLine() override;
