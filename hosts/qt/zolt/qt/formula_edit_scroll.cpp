@@ -68,7 +68,7 @@ void FormulaEdit::StateS::reveal(math::ved::RectangleS const& box) {
 QPointF FormulaEdit::StateS::focus() {
   QRect const area = viewport();
   QPoint const caret = edit.caretRectangle().center();
-  return area.contains(caret) ? caret : area.center();
+  return area.contains(caret) ? caret : QPoint(area.left(), area.center().y());
 }
 
 void FormulaEdit::StateS::resize(std::function<void()> const& change, QPointF place) {

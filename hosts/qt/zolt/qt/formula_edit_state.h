@@ -82,7 +82,7 @@ struct FormulaEdit::StateS {
   void reveal(math::ved::RectangleS const& box);
   /// Makes `change` to what sizes are shown in; what was at `place` then is there again if scrolling allows.
   void resize(std::function<void()> const& change, QPointF place);
-  /// Where to look at: the caret, or the middle when it is out of sight.
+  /// What the user looks at: the caret, or the left edge when it is out of sight.
   QPointF focus();
   /// Whether the press is on a bar, which then follows the pointer.
   bool pressBar(QPoint pos);
