@@ -81,7 +81,8 @@ QString makeActions(QList<QAction*> const& actions) {
   table.add(nativeKeys(QStringLiteral("Up, Down")),
             tr("At the edge of a formula: to the line before or after."));
   table.add(nativeKeys(QStringLiteral("Backspace, Delete")), tr("On an empty line: deletes the line."));
-  table.add(tr("Ctrl and the wheel").toHtmlEscaped(), tr("Zooms."));
+  table.add(tr("Ctrl and the wheel").toHtmlEscaped(),
+            tr("Zooms, and keeps what is under the pointer in place."));
   for (QAction const* const action : actions) {
     QStringList keys;
     for (QKeySequence const& key : action->shortcuts()) keys << key.toString(QKeySequence::PortableText);
@@ -98,6 +99,8 @@ QString makePointer() {
   table.add(tr("Double click"), tr("Selects the name, number or construct there."));
   table.add(tr("Triple click"), tr("Selects the row."));
   table.add(tr("Drag the selection"), tr("Moves it to another place or formula; with Ctrl, copies it."));
+  table.add(tr("The bar below a long formula"),
+            tr("Shows how much of it is seen; dragging it shows the rest."));
   table.add(tr("Middle button"), tr("Inserts what was selected last, where the platform has this."));
   return heading(tr("Pointer")) + table.html();
 }
