@@ -10,6 +10,7 @@
 #include "fuzzing/step_count.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/oss/binary_stream.h"
@@ -36,6 +37,7 @@ enum ReaderE : std::uint8_t {
   READ_NOTATION,
   READ_SHEET,
   READ_SCRIPT,
+  READ_LATEX,
   READER_COUNT
 };
 
@@ -128,6 +130,13 @@ PatternS const rows[] = {
     {READ_PLAIN, {}, u"|", u"x", u"|", {}},
     {READ_PLAIN, {}, u"2^", {}, {}, u"x"},
     {READ_PLAIN, {}, u"not ", u"x", {}, {}},
+    {READ_LATEX, {}, u"x ", {}, {}, u"x"},
+    {READ_LATEX, {}, u"\\frac", u"x", u"y", {}},
+    {READ_LATEX, {}, u"\\int x ", u"x", u"dx", {}},
+    {READ_LATEX, {}, u"x_{", u"x", u"}", {}},
+    {READ_LATEX, u"\\int ", u"\\frac{", u"dx", u"}2", {}},
+    {READ_LATEX, u"\\frac{d", u" y", {}, {}, u"}{dx}"},
+    {READ_LATEX, u"\\int ", u"d", u"x", {}, {}},
     {READ_TYPED, {}, u"x)", {}, {}, {}},
     {READ_TYPED, {}, u"a b+", {}, {}, {}},
     {READ_SHEET, u"zolt-sheet 1\n", u"text a\n", {}, {}, {}},
@@ -203,6 +212,8 @@ void playExpression(PointerTC<AlgebraicExpressionC> const& expression, StagesC& 
   stages.run("write readable text", [&] { toPlainText(*expression, exchange::PLAIN_TEXT_READABLE); });
   stages.run("write plain text", [&] { text = toPlainText(*expression); });
   stages.run("read plain text", [&] { again = exchange::fromPlainText(text, nullptr); });
+  stages.run("write LaTeX", [&] { text = exchange::toLatex(*expression); });
+  stages.run("read LaTeX", [&] { again = exchange::fromLatex(text, nullptr); });
   std::unique_ptr<Node4C> tree;
   stages.run("show", [&] {
     tree.reset(Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
@@ -252,6 +263,9 @@ void play(PatternS const& pattern, std::size_t length, StagesC& stages) {
       case READ_PLAIN:
         expression = exchange::fromPlainText(text, nullptr);
         break;
+      case READ_LATEX:
+        expression = exchange::fromLatex(text, nullptr);
+        break;
       case READ_NOTATION:
         (void)field.setNotation(text);
         break;
@@ -259,7 +273,7 @@ void play(PatternS const& pattern, std::size_t length, StagesC& stages) {
         field.insertText(text);
     }
   });
-  if (pattern.reader == READ_PREFIX || pattern.reader == READ_PLAIN) {
+  if (pattern.reader == READ_PREFIX || pattern.reader == READ_PLAIN || pattern.reader == READ_LATEX) {
     if (!expression) return;
     playExpression(expression, stages);
     stages.run("put in", [&] { field.setExpression(expression); });
@@ -317,6 +331,7 @@ std::vector<BytesT> growthSeeds() {
     if (auto const expression = AlgebraicExpressionC::fromPrefixString(prefix)) {
       wstring const plain = toPlainText(*expression);
       patterns.push_back(nest(READ_PLAIN, plain, {}, {}));
+      patterns.push_back(nest(READ_LATEX, toLatex(*expression), u"{", u"}"));
       patterns.push_back(nest(READ_TYPED, plain, u"(", u")"));
     }
     for (PatternS const& pattern : patterns) {
@@ -330,7 +345,8 @@ std::vector<BytesT> growthSeeds() {
 bool showsTree(BytesT const& seed) { return seed[0] == READ_PREFIX || seed[0] == READ_NOTATION; }
 
 std::vector<BytesT> longSeeds(std::string const& target) {
-  constexpr char const* readers[READER_COUNT] = {"prefix", "plain", "infix", "notation", "sheet", "script"};
+  constexpr char const* readers[READER_COUNT] = {"prefix", "plain",  "infix", "notation",
+                                                 "sheet",  "script", "latex"};
   std::vector<BytesT> seeds;
   for (BytesT const& seed : growthSeeds()) {
     PatternS const pattern = readPattern(seed.data(), seed.size());

@@ -96,6 +96,7 @@ field::EventScriptT readScript(std::string const& text) {
 std::vector<BytesT> prefixSeeds() { return textSeeds(false); }
 std::vector<BytesT> infixSeeds() { return textSeeds(false); }
 std::vector<BytesT> plainSeeds() { return textSeeds(false); }
+std::vector<BytesT> latexSeeds() { return textSeeds(false); }
 std::vector<BytesT> notationSeeds() { return textSeeds(true); }
 
 std::vector<BytesT> eventsSeeds() {

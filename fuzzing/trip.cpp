@@ -10,6 +10,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/catalogue/standard_operators.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
@@ -173,6 +174,14 @@ std::string checkTexts(AlgebraicExpressionC const& expression) {
   if (!fromPlain->equals(expression)) {
     return "the plain text " + toBytes(plain) + " of " + toBytes(prefix) + " reads back as " +
            toBytes(fromPlain->toPrefixString());
+  }
+
+  wstring const latex = exchange::toLatex(expression);
+  auto const fromLatex = exchange::fromLatex(latex, nullptr);
+  if (!fromLatex) return "the LaTeX does not read back: " + toBytes(latex);
+  if (!fromLatex->equals(expression)) {
+    return "the LaTeX " + toBytes(latex) + " of " + toBytes(prefix) + " reads back as " +
+           toBytes(fromLatex->toPrefixString());
   }
   return {};
 }

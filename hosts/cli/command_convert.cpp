@@ -8,6 +8,7 @@
 #include "hosts/cli/options.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/node4.h"
@@ -19,7 +20,7 @@ namespace {
 
 constexpr unsigned long progress_step = 1000;
 
-enum TargetE { TO_PLAIN, TO_INFIX, TO_PREFIX, TO_TREE, TO_TOKENS, TO_LAYOUT, TO_DRAWING };
+enum TargetE { TO_PLAIN, TO_LATEX, TO_INFIX, TO_PREFIX, TO_TREE, TO_TOKENS, TO_LAYOUT, TO_DRAWING };
 enum SurfaceE { SURFACE_RECORDING, SURFACE_TYPESET };
 
 constexpr char footer[] =
@@ -29,6 +30,7 @@ lines keep their numbers. "layout" and "drawing" give a block of lines followed 
 Examples:
   ved convert 'sqrt(x^2+1)/2'                             in prefix notation
   ved convert --from prefix --to plain '/(+(a,b),2)'      and back
+  ved convert --from latex '\frac{a+b}{2}'                from LaTeX
   ved convert --to tree < formulas.txt                    as the editor holds them
   ved convert --to layout --surface typeset 'x^2'         sizes and places, with the real fonts
   ved convert -- '-x^2'                                   an expression that begins with "-")";
@@ -62,6 +64,11 @@ class ConverterC {
       case TO_PLAIN: {
         auto const expression = formula.getExpression(fault);
         if (expression) out = toUtf8(exchange::toPlainText(*expression));
+        return static_cast<bool>(expression);
+      }
+      case TO_LATEX: {
+        auto const expression = formula.getExpression(fault);
+        if (expression) out = toUtf8(exchange::toLatex(*expression));
         return static_cast<bool>(expression);
       }
       case TO_PREFIX: {
@@ -128,6 +135,7 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
   addInputOptions(command, settings->input, settings->from);
   addChoice<TargetE>(command, "--to", settings->to,
                      {{"plain", TO_PLAIN},
+                      {"latex", TO_LATEX},
                       {"infix", TO_INFIX},
                       {"prefix", TO_PREFIX},
                       {"tree", TO_TREE},

@@ -3,6 +3,7 @@
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/number_display_format.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/error_text.h"
 #include "zolt/ved/operators/operator_list_repository.h"
@@ -23,6 +24,13 @@ namespace {
 PointerTC<AlgebraicExpressionC> readPlain(wstring const& text, FaultS& fault) {
   math::common::ReadErrorS error;
   auto expression = exchange::fromPlainText(text, CASSessionBC::getSession(), &error);
+  if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
+  return expression;
+}
+
+PointerTC<AlgebraicExpressionC> readLatex(wstring const& text, FaultS& fault) {
+  math::common::ReadErrorS error;
+  auto expression = exchange::fromLatex(text, CASSessionBC::getSession(), &error);
   if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
   return expression;
 }
@@ -77,6 +85,7 @@ std::unique_ptr<FormulaC> FormulaC::read(wstring const& text, NotationE notation
     formula->tree_ = readTree(text, fault);
   } else {
     formula->expression_ = notation == NOTATION_PLAIN    ? readPlain(text, fault)
+                           : notation == NOTATION_LATEX  ? readLatex(text, fault)
                            : notation == NOTATION_PREFIX ? readPrefix(text, fault)
                                                          : readInfix(text, fault);
   }

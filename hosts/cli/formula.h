@@ -20,7 +20,8 @@ enum NotationE {
   NOTATION_PLAIN,   ///< as people type formulas
   NOTATION_INFIX,   ///< the component's own infix text
   NOTATION_PREFIX,  ///< as the algebra engine reads it
-  NOTATION_TREE     ///< the editor's tree, incomplete formulas too
+  NOTATION_LATEX,
+  NOTATION_TREE  ///< the editor's tree, incomplete formulas too
 };
 
 /// One formula that was read, as an expression and as a tree; each is made from the other on demand.

@@ -104,6 +104,7 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
       .excludes(expressions);
   addChoice<NotationE>(command, "--from", from,
                        {{"plain", NOTATION_PLAIN},
+                        {"latex", NOTATION_LATEX},
                         {"infix", NOTATION_INFIX},
                         {"prefix", NOTATION_PREFIX},
                         {"tree", NOTATION_TREE}},

@@ -62,7 +62,7 @@ class ConvertTest(unittest.TestCase):
     def test_every_notation_reads_what_it_wrote(self):
         texts = [line.partition(": ")[2] for line in gallery_lines()]
         _, prefixes, _ = ved("convert", stdin="\n".join(texts))
-        for notation in "plain", "infix", "prefix", "tree":
+        for notation in "plain", "latex", "infix", "prefix", "tree":
             with self.subTest(notation):
                 status, there, _ = ved("convert", "--from", "prefix", "--to", notation, stdin=prefixes)
                 self.assertEqual(status, OK)
@@ -467,7 +467,7 @@ class CommandLineTest(unittest.TestCase):
         if shutil.which("fish"):
             program = ved("completion", "fish")[1].decode() + 'complete -C "ved re"; complete -C "ved convert x --to l"'
             done = subprocess.run(["fish", "-c", program], capture_output=True, timeout=60, check=False)
-            self.assertEqual([line.split("\t")[0] for line in done.stdout.decode().splitlines()], ["render", "replay", "layout"])
+            self.assertEqual([line.split("\t")[0] for line in done.stdout.decode().splitlines()], ["render", "replay", "latex", "layout"])
         if shutil.which("zsh"):
             with tempfile.TemporaryDirectory() as folder:
                 pathlib.Path(folder, "_ved").write_bytes(ved("completion", "zsh")[1])
@@ -489,13 +489,13 @@ class CommandLineTest(unittest.TestCase):
             return done.stdout.decode().split()
 
         self.assertEqual(complete("ved", "re"), ["render", "replay"])
-        self.assertEqual(complete("ved", "convert", "x", "--to", "l"), ["layout"])
+        self.assertEqual(complete("ved", "convert", "x", "--to", "l"), ["latex", "layout"])
         self.assertEqual(complete("ved", "render", "-o", "cli_"), ["cli_test.py"])
         self.assertEqual(complete("ved", "completion", ""), ["-h", "--help", "bash", "fish", "zsh"])
         status, script, _ = ved("completion", "zsh")
         self.assertEqual(status, OK)
         self.assertTrue(script.startswith(b"#compdef ved\n"))
-        for word in b"--svg-text", b"(plain infix prefix tree)", b"_files -/":
+        for word in b"--svg-text", b"(plain latex infix prefix tree)", b"_files -/":
             self.assertIn(word, script)
 
 

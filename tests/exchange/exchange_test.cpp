@@ -9,6 +9,7 @@
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -46,7 +47,39 @@ ExpressionT shownAndRead(ExpressionT const& expression) {
   return tree->getAlgebraicExpression(nullptr);
 }
 
-TEST(PlainText, EveryStandardOperatorHasAForm) {
+/// A notation of others: its reader, its writer, and a part of a text that shows that an operator has no
+/// form.
+struct ExchangeS {
+  ExpressionT (*read)(wstring const&, PointerTC<CASSessionBC>, ReadErrorS*);
+  wstring (*write)(AlgebraicExpressionC const&);
+  wstring formless;
+};
+
+ExchangeS const plain_text{fromPlainText, [](auto const& expression) { return toPlainText(expression); },
+                           u"\""};
+ExchangeS const latex{fromLatex, toLatex, u"\\text"};
+
+/// The line's expression if its text is read as the line says, else null.
+ExpressionT readCase(ExchangeS const& exchange, tests::CaseS const& one) {
+  wstring const text = tests::fromUtf8(one.input);
+  ReadErrorS error;
+  ExpressionT const expression = exchange.read(text, nullptr, &error);
+  if (!expression) {
+    EXPECT_EQ(one.expected, "error " + std::to_string(error.cause) + " " + std::to_string(error.begin) + "-" +
+                                std::to_string(error.end));
+    EXPECT_FALSE(error.message.empty());
+    return nullptr;
+  }
+  EXPECT_EQ(one.expected, tests::toUtf8(expression->toPrefixString()));
+  EXPECT_EQ(math::common::READ_ERROR_NONE, error.cause);
+  wstring const written = exchange.write(*expression);
+  EXPECT_TRUE(!one.isBoth || text == written) << tests::toUtf8(written);
+  ExpressionT const again = exchange.read(written, nullptr, nullptr);
+  EXPECT_TRUE(again && again->equals(*expression)) << tests::toUtf8(written);
+  return expression;
+}
+
+TEST(Exchange, EveryStandardOperatorHasAForm) {
   for (auto const& [name, op] : tests::standardOperators().crefByName()) {
     NodeT node = makeNamed(name);
     if (op->getArity() > 0) {
@@ -56,11 +89,13 @@ TEST(PlainText, EveryStandardOperatorHasAForm) {
       node = makeFunction(name, std::move(arguments));
     }
     AlgebraicExpressionC const expression(node, nullptr);
-    wstring const text = toPlainText(expression);
-    EXPECT_EQ(wstring::npos, text.find(u'"')) << tests::toUtf8(text);
-    ExpressionT const again = fromPlainText(text, nullptr);
-    ASSERT_TRUE(again) << tests::toUtf8(text);
-    EXPECT_EQ(tests::toUtf8(expression.toPrefixString()), tests::toUtf8(again->toPrefixString()));
+    for (ExchangeS const* exchange : {&plain_text, &latex}) {
+      wstring const text = exchange->write(expression);
+      EXPECT_EQ(wstring::npos, text.find(exchange->formless)) << tests::toUtf8(text);
+      ExpressionT const again = exchange->read(text, nullptr, nullptr);
+      ASSERT_TRUE(again) << tests::toUtf8(text);
+      EXPECT_EQ(tests::toUtf8(expression.toPrefixString()), tests::toUtf8(again->toPrefixString()));
+    }
   }
 }
 
@@ -70,32 +105,38 @@ TEST(PlainText, Cases) {
     SCOPED_TRACE(one.where + ": " + one.input);
     bool const hasFormula = one.input.compare(0, 2, "~ ") != 0;
     if (!hasFormula) one.input.erase(0, 2);
-    wstring const text = tests::fromUtf8(one.input);
-    ReadErrorS error;
-    ExpressionT const expression = fromPlainText(text, nullptr, &error);
-    if (!expression) {
-      EXPECT_EQ(one.expected, "error " + std::to_string(error.cause) + " " + std::to_string(error.begin) +
-                                  "-" + std::to_string(error.end));
-      EXPECT_FALSE(error.message.empty());
-      continue;
-    }
-    EXPECT_EQ(one.expected, tests::toUtf8(expression->toPrefixString()));
-    EXPECT_EQ(math::common::READ_ERROR_NONE, error.cause);
-    wstring const written = toPlainText(*expression);
-    EXPECT_TRUE(!one.isBoth || text == written) << tests::toUtf8(written);
-    ExpressionT const again = fromPlainText(written, nullptr);
-    EXPECT_TRUE(again && again->equals(*expression));
-    if (!hasFormula || written.find(u'"') != wstring::npos) continue;
+    ExpressionT const expression = readCase(plain_text, one);
+    if (!expression || !hasFormula || toPlainText(*expression).find(u'"') != wstring::npos) continue;
     ExpressionT const edited = shownAndRead(expression);
     EXPECT_EQ(prefixWithoutBrackets(*expression), edited ? prefixWithoutBrackets(*edited) : "");
   }
 }
 
-TEST(PlainText, EmptyExpressionAndSession) {
-  EXPECT_TRUE(toPlainText(AlgebraicExpressionC(nullptr, nullptr)).empty());
+TEST(Latex, Cases) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/latex.cases")) {
+    SCOPED_TRACE(one.where + ": " + one.input);
+    readCase(latex, one);
+  }
+}
+
+TEST(Latex, UnknownCommandsNameTheNearestOne) {
+  auto const message = [](wstring const& text) {
+    ReadErrorS error;
+    EXPECT_FALSE(fromLatex(text, nullptr, &error));
+    return tests::toUtf8(error.message);
+  };
+  EXPECT_EQ("This command is not known, but \\frac is", message(u"\\farc{a}{b}"));
+  EXPECT_EQ("This command is not known, but \\alpha is", message(u"\\alhpa"));
+  EXPECT_EQ("This command is not known", message(u"\\qqqqqqqq"));
+}
+
+TEST(Exchange, EmptyExpressionAndSession) {
   PointerTC<CASSessionBC> const session(new CASSessionBC);
-  EXPECT_EQ(session, fromPlainText(u"x", session)->getCASSession());
-  EXPECT_FALSE(fromPlainText(u")", session));
+  for (ExchangeS const* exchange : {&plain_text, &latex}) {
+    EXPECT_TRUE(exchange->write(AlgebraicExpressionC(nullptr, nullptr)).empty());
+    EXPECT_EQ(session, exchange->read(u"x", session, nullptr)->getCASSession());
+    EXPECT_FALSE(exchange->read(u")", session, nullptr));
+  }
 }
 
 TEST(PlainText, ReadableStyleWritesShownBracketsOnce) {

@@ -9,6 +9,7 @@
 #include "tests/support/operators.h"
 #include "tests/support/uneven_graphics.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -100,6 +101,9 @@ TEST_F(FormulaProperty, AnyExpressionIsShown) {
     TreeT const tree = showTree(expression);
     ExpressionT const read = exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
     ASSERT_EQ(describe(expression), describe(read));
+    wstring const latex = exchange::toLatex(*expression);
+    ExpressionT const again = exchange::fromLatex(latex, nullptr);
+    ASSERT_EQ(describe(expression), again ? describe(again) : toUtf8(latex));
     ASSERT_NO_FATAL_FAILURE(expectSoundTree(*tree));
   }
 }

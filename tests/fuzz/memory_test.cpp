@@ -11,6 +11,7 @@
 #include "fuzzing/allocations.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/script/event_script.h"
@@ -39,6 +40,7 @@ TreeNotationS readTree(wstring const& text) {
 }
 
 void readPrefix(wstring const& text) { static_cast<void>(AlgebraicExpressionC::fromPrefixString(text)); }
+void readLatex(wstring const& text) { (void)exchange::fromLatex(text, nullptr); }
 void readPlain(wstring const& text) { static_cast<void>(exchange::fromPlainText(text, nullptr)); }
 void readNotation(wstring const& text) { readTree(text); }
 void readInfix(wstring const& text) {
@@ -110,6 +112,18 @@ TEST(Amplification, MemoryIsInProportion) {
         {u"", u"-", u"x"},
         {u"", u"sin ", u"x"},
         {u"x", u"^2", u""},
+        {u"f(1", u",1", u")"}}},
+      {"LaTeX",
+       readLatex,
+       220,
+       {{u"a", u"+a", u""},
+        {u"a", u"a", u""},
+        {u"", u"-", u"x"},
+        {u"", u"(", u""},
+        {u"", u"{", u""},
+        {u"", u"\\int ", u"x"},
+        {u"x", u"!", u""},
+        {u"", u"|", u""},
         {u"f(1", u",1", u")"}}},
       {"infix text",
        readInfix,

@@ -23,8 +23,12 @@ oss::wstring describe(ReadErrorE cause) {
       u"The expression has already ended",
       u"This place is still to be filled in",
       u"This does not fit here",
-      u"This formula is not allowed here"};
-  static_assert(std::size(sentences) == READ_ERROR_NOT_ALLOWED + 1);
+      u"This formula is not allowed here",
+      u"This command is not known",
+      u"A second exponent or index needs brackets or braces",
+      u"These bounds are incomplete",
+      u"The \"dx\" of an integral is missing"};
+  static_assert(std::size(sentences) == READ_ERROR_NO_DIFFERENTIAL + 1);
   return sentences[cause];
 }
 

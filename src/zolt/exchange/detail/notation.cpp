@@ -104,11 +104,6 @@ constexpr NotationS notations[] = {
     {u"ln", FORM_FUNCTION, 1, {u"ln", u"ln"}},
     {u"exp", FORM_FUNCTION, 1, {u"exp", u"exp"}}};
 
-struct LetterS {
-  std::u16string_view name;
-  std::u16string_view letter;
-};
-
 constexpr LetterS greek_letters[] = {
     {u"alpha", u"α"},  {u"beta", u"β"},   {u"gamma", u"γ"}, {u"delta", u"δ"},   {u"epsilon", u"ε"},
     {u"zeta", u"ζ"},   {u"eta", u"η"},    {u"theta", u"θ"}, {u"iota", u"ι"},    {u"kappa", u"κ"},
@@ -199,6 +194,10 @@ constexpr FormE formOf(PlainPlaceE place) {
 }
 
 }  // namespace
+
+std::pair<LetterS const*, LetterS const*> greekLetters() {
+  return {std::begin(greek_letters), std::end(greek_letters)};
+}
 
 NotationS const* findNotation(std::u16string_view name) {
   if (auto const& own = added().byName; !own.empty()) {

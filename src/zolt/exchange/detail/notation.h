@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 namespace zolt::exchange::detail {
 
@@ -89,6 +90,14 @@ NotationS const* findBrackets(char16_t sign);
 /// The name that a written name means: the Greek letter for "alpha" or "Omega", also as the part before or
 /// after an underscore, "θ_max" for "theta_max".
 std::u16string toLetters(std::u16string_view name);
+
+struct LetterS {
+  std::u16string_view name;
+  std::u16string_view letter;
+};
+
+/// The Greek letters, from the first to before the second.
+std::pair<LetterS const*, LetterS const*> greekLetters();
 
 constexpr std::u16string_view bracket_name = u"_quietpos";
 constexpr std::u16string_view pi_name = u"_PI";

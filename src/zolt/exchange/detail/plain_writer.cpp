@@ -2,44 +2,19 @@
 
 #include <algorithm>
 
-#include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_operation.h"
-#include "zolt/algexpr/nodes.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/plain_lexer.h"
+#include "zolt/exchange/detail/written_operand.h"
 
 namespace zolt::exchange::detail {
 
 namespace common = math::common;
-using math::algexpr::castNode;
-using math::algexpr::FloatNodeC;
-using math::algexpr::IntegerNodeC;
 using math::algexpr::NodeABC;
 using math::algexpr::ParentNodeABC;
 
 namespace {
-
-bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
-
-ParentNodeABC const* asBrackets(NodeABC const& node) {
-  ParentNodeABC const* const parent = node.asParent();
-  return parent && parent->numChildren() == 1 && node.crefName() == bracket_name ? parent : nullptr;
-}
-
-/// The operand as it is written. The reader makes operations with `makeOperation`, which puts some operands
-/// in brackets: these are not written, and the result is null when the reader would add some that are not
-/// there.
-NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
-  auto const isGuarded = [&](PointerTC<NodeABC> const& operand) {
-    std::vector<PointerTC<NodeABC>> const operands(node.numChildren(), operand);
-    PointerTC<NodeABC> const made = math::algexpr::makeOperation(node.crefName(), operands);
-    return made->asParent()->childPointer(index) != operand;
-  };
-  ParentNodeABC const* const brackets = asBrackets(node.child(index));
-  if (!brackets) return isGuarded(node.childPointer(index)) ? nullptr : &node.child(index);
-  return isGuarded(brackets->childPointer(0)) ? &brackets->child(0) : &node.child(index);
-}
 
 /// Whether a name without quotes would be read as something other than that name.
 bool isReserved(std::u16string_view name) { return findReading(name) != nullptr; }

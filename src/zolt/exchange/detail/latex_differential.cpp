@@ -1,0 +1,120 @@
+#include "zolt/exchange/detail/latex_differential.h"
+
+#include <utility>
+#include <vector>
+
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/parent_node.h"
+
+namespace zolt::exchange::detail {
+
+using namespace math::algexpr;
+
+namespace {
+
+/// So many times at most a derivative is repeated as such.
+constexpr unsigned max_repeated = 20;
+
+ParentNodeABC const* asBinary(NodeABC const& node, std::u16string_view name) {
+  ParentNodeABC const* const parent = node.asParent();
+  return parent && parent->numChildren() == 2 && parent->crefName() == name ? parent : nullptr;
+}
+
+/// The factors of a product that leans to the left and begins with a "d" or a power of it.
+std::vector<NodeABC const*> factorsOf(NodeABC const& product) {
+  std::vector<NodeABC const*> factors;
+  NodeABC const* node = &product;
+  while (ParentNodeABC const* const parent = asBinary(*node, u"*")) {
+    factors.push_back(&parent->child(1));
+    node = &parent->child(0);
+  }
+  factors.push_back(node);
+  return {factors.rbegin(), factors.rend()};
+}
+
+/// A factor with an exponent, which is null when there is none.
+struct PowerS {
+  NodeABC const* base;
+  NodeABC const* exponent = nullptr;
+};
+
+PowerS asPower(NodeABC const& factor) {
+  ParentNodeABC const* const power = asBinary(factor, u"^");
+  return power ? PowerS{&power->child(0), &power->child(1)} : PowerS{&factor};
+}
+
+/// How often the derivative is taken; 0 when it is no number of moderate size.
+unsigned countOf(NodeABC const* exponent) {
+  if (!exponent) return 1;
+  wstring const& digits = exponent->crefName();
+  if (!castNode<IntegerNodeC>(*exponent) || digits.size() > 2 || digits[0] > u'9') return 0;
+  unsigned count = 0;
+  for (char16_t const c : digits) count = count * 10 + static_cast<unsigned>(c - u'0');
+  return count <= max_repeated ? count : 0;
+}
+
+}  // namespace
+
+bool isDerivative(NodeABC const& numerator, NodeABC const& denominator) {
+  std::vector<NodeABC const*> const by = factorsOf(denominator);
+  if (by.size() % 2 != 0) return false;
+  NodeABC const* first = &numerator;
+  while (ParentNodeABC const* const parent = asBinary(*first, u"*")) first = &parent->child(0);
+  PowerS const sign = asPower(*first);
+  wstring const& d = by[0]->crefName();
+  if (sign.base->crefName() != d) return false;
+  unsigned total = 0;
+  bool counted = true;
+  for (std::size_t i = 0; i < by.size(); i += 2) {
+    PowerS const variable = asPower(*by[i + 1]);
+    bool const isName = !variable.base->asParent() && !castNode<IntegerNodeC>(*variable.base) &&
+                        !castNode<FloatNodeC>(*variable.base);
+    if (by[i]->asParent() || by[i]->crefName() != d || !isName) return false;
+    unsigned const count = countOf(variable.exponent);
+    counted = counted && count > 0;
+    total += count;
+  }
+  if (counted) return countOf(sign.exponent) == total;
+  NodeABC const* const order = asPower(*by[1]).exponent;
+  return by.size() == 2 && sign.exponent && !order->asParent() &&
+         order->crefName() == sign.exponent->crefName();
+}
+
+NodeT makeDerivative(NodeT operand, NodeABC const& denominator) {
+  std::vector<NodeABC const*> const by = factorsOf(denominator);
+  for (std::size_t i = by.size(); i > 0; i -= 2) {
+    PowerS const variable = asPower(*by[i - 1]);
+    NodeT const name = makeNamed(variable.base->crefName());
+    unsigned const count = countOf(variable.exponent);
+    if (count == 0)
+      operand = makeFunction(u"diffn", {std::move(operand), name, by[i - 1]->asParent()->childPointer(1)});
+    for (unsigned n = 0; n < count; ++n) operand = makeFunction(u"diff", {std::move(operand), name});
+  }
+  return operand;
+}
+
+NodeT withoutFirstFactor(NodeABC const& product) {
+  std::vector<NodeT> factors;
+  ParentNodeABC const* parent = asBinary(product, u"*");
+  while (parent) {
+    factors.push_back(parent->childPointer(1));
+    parent = asBinary(parent->child(0), u"*");
+  }
+  NodeT result = std::move(factors.back());
+  factors.pop_back();
+  for (; !factors.empty(); factors.pop_back())
+    result = makeFunction(u"*", {std::move(result), factors.back()});
+  return result;
+}
+
+NodeT takeDifferential(NodeT& product) {
+  ParentNodeABC const& pair = *product->asParent();
+  NodeT name = pair.childPointer(1);
+  ParentNodeABC const* const rest = asBinary(pair.child(0), u"*");
+  product = rest ? rest->childPointer(0) : makeNumber(u"1");
+  return name;
+}
+
+}  // namespace zolt::exchange::detail

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "zolt/algexpr/node.h"
+
+namespace zolt::exchange::detail {
+
+// Products without signs whose factors are "d" and names, as they are read in "d/dx" and "dx".
+using NodeT = oss::PointerTC<math::algexpr::NodeABC>;
+
+/// Whether "d^2 y" over "dx^2", or "∂^2 f" over "∂x ∂y", is a derivative. The first factor of both is a "d",
+/// in the numerator perhaps with an exponent.
+bool isDerivative(math::algexpr::NodeABC const& numerator, math::algexpr::NodeABC const& denominator);
+/// The derivative of `operand` by the variables of such a denominator.
+NodeT makeDerivative(NodeT operand, math::algexpr::NodeABC const& denominator);
+/// The product of all factors but the first.
+NodeT withoutFirstFactor(math::algexpr::NodeABC const& product);
+/// Takes the "d" and the name, which is the result, off the end of a product; 1 is left when that is all.
+NodeT takeDifferential(NodeT& product);
+
+}  // namespace zolt::exchange::detail

@@ -1,0 +1,493 @@
+#include "zolt/exchange/detail/latex_lexer.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
+#include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/detail/plain_lexer.h"
+
+namespace zolt::exchange::detail {
+
+using namespace math::common;
+
+namespace {
+
+constexpr std::u16string_view opening_signs = u"([⌊⌈";
+constexpr std::u16string_view closing_signs = u")]⌋⌉";
+constexpr std::u16string_view function_letters = u"fghFGH";
+constexpr char16_t opening_brace = u'{';
+constexpr char16_t closing_brace = u'}';
+constexpr char16_t partial_sign = u'\u2202';
+
+// Most characters are letters and digits, and this is called before each of them.
+bool isBlank(char16_t c) {
+  return c == u'~' || ((c <= u' ' || c >= u'\u00A0') && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');
+}
+
+bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+
+}  // namespace
+
+LatexLexerC::LatexLexerC(std::u16string_view text) : text_(text) {
+  unwrapLatex(text_, position_);
+  readNextToken();
+}
+
+char16_t LatexLexerC::peek(std::size_t ahead) const {
+  return ahead < text_.size() - position_ ? text_[position_ + ahead] : u'\0';
+}
+
+LatexTokenS LatexLexerC::peekToken() const {
+  LatexLexerC ahead = *this;
+  ahead.readNextToken();
+  return ahead.token_;
+}
+
+void LatexLexerC::set(LatexTokenE type, std::u16string_view text) {
+  token_.type = type;
+  token_.text = text;
+}
+
+void LatexLexerC::setName(std::u16string_view name, unsigned kind) {
+  set(LATEX_TOKEN_NAME, name);
+  token_.name = kind;
+}
+
+void LatexLexerC::setError(ReadErrorE error) {
+  token_.type = LATEX_TOKEN_BAD;
+  token_.error = error;
+}
+
+void LatexLexerC::skipBlanks() {
+  for (;; ++position_) {
+    if (peek() == u'%') position_ = std::min(text_.find(u'\n', position_), text_.size());
+    if (position_ == text_.size() || !isBlank(peek())) return;
+  }
+}
+
+void LatexLexerC::readNextToken(LatexTokenLengthE length) {
+  do {
+    skipBlanks();
+    token_.text.clear();
+    token_.side = LATEX_SIDE_ANY;
+    token_.inBraces = false;
+    token_.name = 0;
+    token_.notation = nullptr;
+    token_.begin = position_;
+    skipped_ = false;
+    readToken(length);
+  } while (skipped_);
+  if (token_.type == LATEX_TOKEN_NAME && length == LATEX_TOKEN_WHOLE) readNameScripts();
+  token_.end = position_;
+}
+
+void LatexLexerC::readToken(LatexTokenLengthE length) {
+  char16_t const c = peek();
+  if (position_ == text_.size()) return set(LATEX_TOKEN_END);
+  if (isDigit(c) || (c == u'.' && isDigit(peek(1)))) return readNumber(length);
+  if (c == u'\\') return readCommand();
+  if (c == opening_brace) return readBrace();
+  if (isAsciiLetter(c)) return readLetter();
+  ++position_;
+  switch (c) {
+    case closing_brace:
+      return set(LATEX_TOKEN_BRACE_CLOSE);
+    case u'^':
+      return set(LATEX_TOKEN_UPPER);
+    case u'_':
+      return set(LATEX_TOKEN_LOWER);
+    case u',':
+      return set(LATEX_TOKEN_COMMA);
+    default:
+      if (!readDelimiter(c)) readSign(c);
+  }
+}
+
+// ---- Braces and delimiters --------------------------------------------------------------------------------
+
+// A sign alone in braces is the sign; a word in an old style is a name.
+void LatexLexerC::readBrace() {
+  std::size_t const inside = ++position_;
+  skipBlanks();
+  LatexWordE const word = peek() == u'\\' ? findLatexWord(readCommandWord()) : LATEX_WORD_UNKNOWN;
+  std::size_t end = position_;
+  wstring name;
+  if (word == LATEX_WORD_NOTHING && readLatexWord(text_, end, name) && !name.empty()) {
+    position_ = end;
+    if (setNamed(name, LATEX_WORD_NAME)) return;
+  }
+  position_ = inside;
+  skipBlanks();
+  char16_t const c = peek();
+  if (c != opening_brace && c != closing_brace && !isDigit(c) && !isAsciiLetter(c)) {
+    readToken(LATEX_TOKEN_SINGLE);
+    bool const isSign = token_.type == LATEX_TOKEN_INFIX || token_.type == LATEX_TOKEN_PREFIX;
+    skipBlanks();
+    if (!skipped_ && isSign && peek() == closing_brace) {
+      ++position_;
+      token_.inBraces = true;
+      return;
+    }
+  }
+  skipped_ = false;
+  position_ = inside;
+  set(LATEX_TOKEN_BRACE_OPEN);
+}
+
+bool LatexLexerC::readDelimiter(char16_t c) {
+  token_.bracket = c;
+  if (c == u'|' || c == u'‖') {
+    set(LATEX_TOKEN_BAR);
+  } else if (opening_signs.find(c) != opening_signs.npos) {
+    set(LATEX_TOKEN_OPEN);
+  } else if (closing_signs.find(c) != closing_signs.npos) {
+    set(LATEX_TOKEN_CLOSE);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void LatexLexerC::readSized(LatexWordE word) {
+  std::size_t const after = position_;
+  skipBlanks();
+  char16_t c = peek();
+  bool const isBrace = c == opening_brace || c == closing_brace;
+  if (c == u'\\') {
+    std::u16string_view const command = readCommandWord();
+    c = findDelimiter(command);
+    token_.side = findDelimiterSide(command);
+  } else if (position_ < text_.size()) {
+    ++position_;
+  }
+  bool const isDelimiter = (c == u'.' && (word == LATEX_WORD_LEFT || word == LATEX_WORD_RIGHT)) ||
+                           (!isBrace && (c == opening_brace || c == closing_brace)) || readDelimiter(c);
+  if (!isDelimiter) {
+    if (word == LATEX_WORD_LEFT || word == LATEX_WORD_RIGHT) return setError(READ_ERROR_BAD_CHARACTER);
+    position_ = after;
+    skipped_ = true;
+    return;
+  }
+  token_.bracket = c;
+  bool const isBar = token_.type == LATEX_TOKEN_BAR && c != u'.';
+  if (word == LATEX_WORD_LEFT) {
+    token_.side = LATEX_SIDE_LEFT;
+    if (!isBar) set(LATEX_TOKEN_OPEN);
+  } else if (word == LATEX_WORD_RIGHT) {
+    token_.side = LATEX_SIDE_RIGHT;
+    if (!isBar) set(LATEX_TOKEN_CLOSE);
+  } else {
+    if (token_.side == LATEX_SIDE_ANY) token_.side = LATEX_SIDE_SIZED;
+    if (!isBar && (c == opening_brace || c == closing_brace))
+      set(c == opening_brace ? LATEX_TOKEN_OPEN : LATEX_TOKEN_CLOSE);
+  }
+}
+
+// ---- Commands ---------------------------------------------------------------------------------------------
+
+std::u16string_view LatexLexerC::readCommandWord() {
+  std::size_t const begin = position_++;
+  if (!isAsciiLetter(peek())) {
+    position_ = std::min(position_ + 1, text_.size());
+    return text_.substr(begin, position_ - begin);
+  }
+  while (isAsciiLetter(peek())) ++position_;
+  bool const starred = peek() == u'*' && findLatexWord(text_.substr(begin, position_ + 1 - begin)) != 0;
+  if (starred) ++position_;
+  return text_.substr(begin, position_ - begin);
+}
+
+void LatexLexerC::readCommand() {
+  std::u16string_view const command = readCommandWord();
+  LatexWordE const word = findLatexWord(command);
+  switch (word) {
+    case LATEX_WORD_NOTHING:
+      skipEmptyBraces();
+      skipped_ = true;
+      return;
+    case LATEX_WORD_SKIPPED:
+      skipLatexLength(text_, position_);
+      skipped_ = true;
+      return;
+    case LATEX_WORD_SIZE:
+    case LATEX_WORD_LEFT:
+    case LATEX_WORD_RIGHT:
+      return readSized(word);
+    case LATEX_WORD_NAME:
+    case LATEX_WORD_OPERATOR:
+    case LATEX_WORD_FUNCTION:
+    case LATEX_WORD_TEXT:
+    case LATEX_WORD_DOUBLE_STRUCK:
+      return readNamed(word);
+    case LATEX_WORD_DELIMITER: {
+      char16_t const c = findDelimiter(command);
+      token_.side = findDelimiterSide(command);
+      if (readDelimiter(c)) return;
+      return set(c == opening_brace ? LATEX_TOKEN_OPEN : LATEX_TOKEN_CLOSE);
+    }
+    case LATEX_WORD_UNKNOWN:
+      break;
+  }
+  if (setMeaning(command)) return;
+  std::u16string_view const letter = findLatexLetter(command.substr(1));
+  if (!letter.empty()) return setName(letter, letter[0] == partial_sign ? LATEX_NAME_D : 0u);
+  std::size_t const after = position_;
+  skipBlanks();
+  if (command == u"\\not" && peek() == u'=') {
+    ++position_;
+    setMeaning(u"\\neq");
+    return;
+  }
+  position_ = after;
+  setError(READ_ERROR_UNKNOWN_COMMAND);
+}
+
+void LatexLexerC::skipEmptyBraces() {
+  std::size_t const after = position_;
+  skipBlanks();
+  if (peek() == opening_brace) {
+    ++position_;
+    skipBlanks();
+    if (peek() == closing_brace) {
+      ++position_;
+      return;
+    }
+  }
+  position_ = after;
+}
+
+// Sets the token for a command, sign or name of the table. Returns false when it is not there.
+bool LatexLexerC::setMeaning(std::u16string_view text) {
+  auto const [first, last] = findLatexReadings(text);
+  if (first == last) return false;
+  // A command with braces may also be a sign between operands, and a function one with an index.
+  token_.notation = first->notation;
+  token_.word = first->text;
+  switch (first->notation->kind) {
+    case LATEX_INFIX:
+      set(LATEX_TOKEN_INFIX);
+      break;
+    case LATEX_PREFIX:
+      set(LATEX_TOKEN_PREFIX);
+      break;
+    case LATEX_POSTFIX:
+      set(LATEX_TOKEN_POSTFIX);
+      break;
+    case LATEX_CONSTANT:
+      setName(first->notation->name, 0);
+      break;
+    case LATEX_COMMAND:
+      set(LATEX_TOKEN_COMMAND);
+      break;
+    case LATEX_FUNCTION:
+    case LATEX_INDEXED:
+      set(LATEX_TOKEN_FUNCTION);
+      break;
+    default:
+      set(LATEX_TOKEN_BIG);
+      break;
+  }
+  return true;
+}
+
+void LatexLexerC::readNamed(LatexWordE word) {
+  std::size_t const after = position_;
+  skipBlanks();
+  wstring name;
+  if (peek() != opening_brace) {
+    if (isAsciiLetter(peek()) && word != LATEX_WORD_TEXT) {
+      name = peek();
+      ++position_;
+      setNamed(name, word);
+      return;
+    }
+    position_ = after;
+    return setError(READ_ERROR_BAD_NAME);
+  }
+  std::size_t const inside = position_ + 1;
+  std::size_t end = inside;
+  if (word == LATEX_WORD_OPERATOR && readStyledLatexWord(text_, end, name) && end < text_.size() &&
+      text_[end] == closing_brace) {
+    position_ = end + 1;
+    if (setNamed(name, word)) return;
+  }
+  end = inside;
+  name.clear();
+  bool const isText = word == LATEX_WORD_TEXT || startsLatexText(text_, end);
+  if (isText ? readLatexText(text_, end, name, word == LATEX_WORD_TEXT ? 1 : 2)
+             : readLatexWord(text_, end, name)) {
+    position_ = end;
+    bool const isDone = isText ? setVerbatim(name, word) : setNamed(name, word);
+    if (isDone) return;
+  } else if (!isText && word != LATEX_WORD_FUNCTION) {
+    // It is the style of a formula.
+    position_ = after;
+    skipEmptyBraces();
+    skipped_ = true;
+    return;
+  }
+  position_ = std::min(findBraceEnd(text_, after), text_.size());
+  setError(READ_ERROR_BAD_NAME);
+}
+
+// Sets the token for a name in an upright style, which may be that of a function or an operator.
+bool LatexLexerC::setNamed(wstring const& name, LatexWordE word) {
+  if (word == LATEX_WORD_DOUBLE_STRUCK) {
+    char16_t const letter = name.size() == 1 ? toDoubleStruck(name[0]) : u'\0';
+    setName(letter == u'\0' ? name : wstring(1, letter), 0);
+    return true;
+  }
+  if (setMeaning(name)) return true;
+  if (name == u"d") {
+    setName(name, LATEX_NAME_D | LATEX_NAME_UPRIGHT);
+    return true;
+  }
+  return setVerbatim(name, word == LATEX_WORD_OPERATOR ? LATEX_WORD_FUNCTION : word);
+}
+
+// Sets the token for a name as it is written, a number included.
+bool LatexLexerC::setVerbatim(wstring const& name, LatexWordE word) {
+  if (word == LATEX_WORD_TEXT && isLatexOperatorWord(name)) return setMeaning(name);
+  if (math::algexpr::isWritableName(name)) {
+    setName(name, word == LATEX_WORD_FUNCTION ? LATEX_NAME_CALLS : 0u);
+    return true;
+  }
+  set(LATEX_TOKEN_NUMBER, name);
+  return word != LATEX_WORD_FUNCTION && math::algexpr::makeNumber(name);
+}
+
+// ---- Numbers, letters and signs ---------------------------------------------------------------------------
+
+void LatexLexerC::readNumber(LatexTokenLengthE length) {
+  std::size_t const begin = position_;
+  if (length == LATEX_TOKEN_SINGLE && isDigit(peek())) {
+    ++position_;
+    return set(LATEX_TOKEN_NUMBER, text_.substr(begin, 1));
+  }
+  while (isDigit(peek()) || peek() == u'.') ++position_;
+  wstring number(text_.substr(begin, position_ - begin));
+  DecimalTextS parts;
+  if (!readDecimalText(number, parts)) return setError(READ_ERROR_BAD_NUMBER);
+  // A full stop ends the sentence. Thin spaces stand between groups of three digits.
+  if (number.back() == u'.') number.pop_back();
+  constexpr std::size_t group = 3;
+  auto const isGroup = [&] {
+    return peek() == u'\\' && peek(1) == u',' && isDigit(peek(2)) && isDigit(peek(3)) && isDigit(peek(4)) &&
+           !isDigit(peek(5)) && peek(5) != u'.';
+  };
+  if (position_ - begin <= group && parts.isInteger()) {
+    for (; isGroup(); position_ += group + 2) number += text_.substr(position_ + 2, group);
+  }
+  readLatexExponent(text_, position_, number);
+  set(LATEX_TOKEN_NUMBER, number);
+}
+
+void LatexLexerC::readLetter() {
+  char16_t const c = peek();
+  ++position_;
+  unsigned const kind = c == u'd' ? LATEX_NAME_D : 0u;
+  setName({&c, 1}, function_letters.find(c) == function_letters.npos ? kind : kind | LATEX_NAME_CALLS);
+}
+
+void LatexLexerC::readSign(char16_t c) {
+  std::size_t const begin = position_ - 1;
+  std::u16string_view const two = text_.substr(begin, 2);
+  bool const isPair = two == u":=" || two == u"<=" || two == u">=" || two == u"<>";
+  if (isPair && setMeaning(two)) {
+    ++position_;
+    return;
+  }
+  if (setMeaning(text_.substr(begin, 1))) return;
+  char16_t const sign = foldLookAlike(c, LOOK_ALIKE_PASTED);
+  if (sign != c && setMeaning({&sign, 1})) return;
+  char16_t const raised = loweredSign(c);
+  if (isDigit(raised) || raised == u'n') return set(LATEX_TOKEN_RAISED, {&raised, 1});
+  position_ = findLatexLetterEnd(text_, begin);
+  std::u16string_view const letter = text_.substr(begin, position_ - begin);
+  if (!letter.empty()) return setName(letter, c == partial_sign ? LATEX_NAME_D : 0u);
+  position_ = begin + 1;
+  setError(READ_ERROR_BAD_CHARACTER);
+}
+
+// ---- Parts of names ---------------------------------------------------------------------------------------
+
+// Reads the index and the primes of the name that is the token.
+void LatexLexerC::readNameScripts() {
+  for (;;) {
+    std::size_t const before = position_;
+    skipBlanks();
+    wstring part;
+    if (peek() == u'\'' || peek() == prime_sign) {
+      for (; peek() == u'\'' || peek() == prime_sign; ++position_) part += prime_sign;
+    } else if (peek() == u'^') {
+      ++position_;
+      if (!readRaisedPrimes(part)) part.clear();
+    } else if (peek() == u'_') {
+      ++position_;
+      bool const isFirst = token_.text == pi_name || token_.text.find(u'_') == wstring::npos;
+      if (isFirst && readIndex(part)) part.insert(0, 1, u'_');
+    } else {
+      part = readLoweredLatex(text_, position_);
+      if (!part.empty()) part.insert(0, 1, u'_');
+    }
+    if (part.empty()) {
+      position_ = before;
+      return;
+    }
+    if (token_.text == pi_name) token_.text = greek_pi;
+    token_.text += part;
+    token_.name &= LATEX_NAME_CALLS;
+  }
+}
+
+bool LatexLexerC::readIndex(wstring& index) {
+  std::size_t end = position_;
+  if (!readLatexIndex(text_, end, index)) return false;
+  position_ = end;
+  return true;
+}
+
+bool LatexLexerC::readRaisedPrimes(wstring& primes) {
+  static constexpr std::u16string_view written = u"\\prime";
+  std::size_t const before = position_;
+  skipBlanks();
+  bool const inBraces = peek() == opening_brace;
+  if (inBraces) ++position_;
+  for (skipBlanks(); text_.compare(position_, written.size(), written) == 0; skipBlanks()) {
+    position_ += written.size();
+    primes += prime_sign;
+    if (!inBraces) return true;
+  }
+  if (!primes.empty() && peek() == closing_brace) {
+    ++position_;
+    return true;
+  }
+  position_ = before;
+  primes.clear();
+  return false;
+}
+
+LatexNotationS const* LatexLexerC::readRaisedSign() {
+  std::size_t const before = position_;
+  skipBlanks();
+  bool const inBraces = peek() == opening_brace;
+  if (inBraces) ++position_;
+  skipBlanks();
+  LatexNotationS const* const sign = findRaisedSign(text_.substr(position_));
+  if (sign) {
+    position_ += sign->written.size() - std::size(u"^{}") + 1;
+    if (!isAsciiLetter(peek()) && !inBraces) return sign;
+    skipBlanks();
+    if (inBraces && peek() == closing_brace) {
+      ++position_;
+      return sign;
+    }
+  }
+  position_ = before;
+  return nullptr;
+}
+
+}  // namespace zolt::exchange::detail

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/common/read_error.h"
+#include "zolt/oss/pointer.h"
+#include "zolt/oss/wstring.h"
+
+namespace zolt::exchange {
+
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::CASSessionBC;
+using math::common::ReadErrorS;
+using oss::PointerTC;
+using oss::wstring;
+
+// Expressions in LaTeX: \frac{a+b}{2}, 2x^{2}, \sin 30^{\circ}, \int_0^1 x^2\,dx. docs/latex.md says what is
+// read as what. Macros are never defined or run. Reading and writing take linear time and do not recurse.
+
+/// The expression that `text`, one formula with or without "$" around it, means. Sums and products are
+/// binary. Brackets that only group leave no trace. Null when the text is malformed or has no meaning;
+/// `*error` (may be null) then says where and why. Otherwise `*error` is untouched.
+[[nodiscard]] PointerTC<AlgebraicExpressionC> fromLatex(wstring const& text, PointerTC<CASSessionBC> session,
+                                                        ReadErrorS* error = nullptr);
+
+/// The expression as in a textbook, for LaTeX with amsmath, KaTeX and MathJax. The text of every expression
+/// reads back to an equal expression. Empty for the empty expression.
+wstring toLatex(AlgebraicExpressionC const& expression);
+
+}  // namespace zolt::exchange
