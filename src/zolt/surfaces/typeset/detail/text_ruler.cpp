@@ -21,7 +21,7 @@ constexpr int leading_minus_space = 120, leading_plus_space = 185;
 
 // Where an underscore is not shown, there is a caret place of this width before the index, which begins in
 // it.
-constexpr int mark_space = 83, index_distance = 33;
+constexpr int mark_space = 83, index_distance = 33, prime_distance = 30;
 
 constexpr int scaled(int thousandths) { return thousandths * (em_parts / 1000); }
 
@@ -79,6 +79,8 @@ RuledCharS const& TextRulerC::read(char16_t c) {
     left = scaled(index_distance - mark_space);
     owed_ = 0;
   }
+  // A prime is as high as what leans over the end of a letter.
+  if (charClass == CLASS_PRIME && runGoesOn) left = runOverhang_ + scaled(prime_distance);
 
   bool const exponentMark = token_ == TOKEN_NUMBER && (c == 'E' || c == 'e');
   if ((isLetter && !exponentMark) || (isDigit && runGoesOn)) {
@@ -176,9 +178,10 @@ void TextRulerC::readInRun(char16_t c) {
   runUpright_ += advanceOf(current_.look.upright);
   runItalic_ += advanceOf(current_.look.italic);
   runWord_ += advanceOf(current_.look.word);
-  std::int64_t const width = names_.mayBecomeUpright(current_.names) ? runUpright_
-                             : current_.letters > 1                  ? runWord_
-                                                                     : runItalic_;
+  bool const upright = names_.mayBecomeUpright(current_.names), word = current_.letters > 1;
+  std::int64_t const width = upright ? runUpright_ : word ? runWord_ : runItalic_;
+  CharLookS const& look = current_.look;
+  runOverhang_ = (upright ? look.upright : word ? look.word : look.italic).overhang;
   current_.end = std::max(current_.start, runStart_ + width);
 }
 

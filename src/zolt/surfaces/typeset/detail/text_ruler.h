@@ -78,6 +78,7 @@ class TextRulerC {
   bool hasIndex_ = false;
   int owed_ = 0;               // what an underscore that is shown is wider than one that is not
   std::int64_t runStart_ = 0;  // where the current run of letters starts
+  int runOverhang_ = 0;        // of its last letter
   std::int64_t runUpright_ = 0, runItalic_ = 0, runWord_ = 0;  // how wide it is in each face
   RuledCharS current_;
 };
