@@ -28,11 +28,11 @@ constexpr ScriptWordE words[] = {SCRIPT_KEY,      SCRIPT_CHAR,         SCRIPT_IN
                                  SCRIPT_MOVE,     SCRIPT_SELECT,       SCRIPT_NAMES};
 
 constexpr char16_t const* operators[] = {
-    u"+",     u"-",     u"*",   u"div",     u"mod",       u"_pos", u"_neg",  u"^",     u"_rad",
-    u"_deg",  u"!",     u"=",   u"<>",      u"<",         u">",    u"<=",    u">=",    u"not",
-    u"and",   u"or",    u":=",  u":>",      u"_PI",       u"/",    u"d",     u"sqrt",  u"abs",
-    u"floor", u"ceil",  u"log", u"diff",    u"integral",  u"sum",  u"where", u"error", u"sin",
-    u"cos",   u"log10", u"exp", u"nthroot", u"_quietpos", u"tan",  u"ln",    u"∞"};
+    u"+",         u"-",        u"*",   u"div",   u"mod",   u"_pos",   u"_neg", u"^",     u"_rad", u"_deg",
+    u"!",         u"=",        u"<>",  u"<",     u">",     u"<=",     u">=",   u"not",   u"and",  u"or",
+    u":=",        u":>",       u"_PI", u"/",     u"d",     u"sqrt",   u"abs",  u"floor", u"ceil", u"log",
+    u"diff",      u"integral", u"sum", u"where", u"error", u"sin",    u"cos",  u"log10", u"exp",  u"nthroot",
+    u"_quietpos", u"tan",      u"ln",  u"∞",     u"+-",    u"_posneg"};
 
 constexpr char16_t const* options[] = {
     u"constructs", u"letters",          u"leaving",   u"decimal-comma",  u"implied-products", u"exponents",

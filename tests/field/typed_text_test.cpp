@@ -24,8 +24,8 @@ std::string meaningOf(NodeABC const& node, std::string& sign) {
   if (count == 0) return name.substr(sign.size());
   std::string first;
   std::string out = meaningOf(parent->child(0), first);
-  if (name == "_quietpos" || name == "_neg" || name == "_pos") {
-    sign = (name == "_neg" ? "-" : name == "_pos" ? "+" : "") + first;
+  if (name == "_quietpos" || name == "_neg" || name == "_pos" || name == "_posneg") {
+    sign = (name == "_neg" ? "-" : name == "_pos" ? "+" : name == "_posneg" ? "±" : "") + first;
     return out;
   }
   (count == 2 && (name == "*" || name == "/") ? sign : out).insert(0, first);

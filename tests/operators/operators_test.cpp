@@ -96,8 +96,9 @@ TEST(StandardOperators, HaveAKeyWhenTheyCanBeInserted) {
   for (unsigned long const key : {8ul, 12ul, 37ul, 38ul, 39ul, 40ul, 46ul, 153ul, 206ul})
     EXPECT_FALSE(list.lookupKey(key)) << key;
 
-  // A mark, a letter and typed parentheses are not commands.
-  for (char16_t const* name : {u"error", u"d", u"_quietpos"}) EXPECT_TRUE(keyed.insert(name).second);
+  // A mark, a letter, typed parentheses and a sign that another one inserts are not commands.
+  for (char16_t const* name : {u"error", u"d", u"_quietpos", u"_posneg"})
+    EXPECT_TRUE(keyed.insert(name).second);
   for (auto const& entry : list.crefByName()) EXPECT_EQ(1u, keyed.count(entry.first)) << toUtf8(entry.first);
 }
 

@@ -286,6 +286,13 @@ void TableC::fill() {
           .known({u"inf", u"infty", u"oo"})
           .typed(u"infinity")
           .said({u"infinity"}));
+  // The text is one of two operators, like "+"; the one between operands is what a key inserts for both.
+  operators_.add(prefix(u"_posneg", {plus_minus_sign}, PRECEDENCE_SIGN));
+  add(KEY_PLUS_MINUS, infix(u"+-", {plus_minus_sign}, PRECEDENCE_SUM),
+      WordsS(arithmetic, u"plus or minus")
+          .known({u"pm", u"plusminus"})
+          .made({{u'+', minus_sign}})
+          .said({u" plus or minus "}));
 }
 
 }  // namespace

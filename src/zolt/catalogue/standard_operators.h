@@ -57,6 +57,7 @@ enum StandardKeyE : unsigned long {
   KEY_LN,
   KEY_EXP,
   KEY_INFINITY,
+  KEY_PLUS_MINUS,
 };
 
 /// One standard operator that a person can insert.

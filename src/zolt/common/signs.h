@@ -16,6 +16,7 @@ constexpr char16_t less_or_equal_sign = u'\u2264';
 constexpr char16_t greater_or_equal_sign = u'\u2265';
 constexpr char16_t store_sign = u'\u00BB';
 constexpr char16_t infinity_sign = u'\u221E';
+constexpr char16_t plus_minus_sign = u'\u00B1';
 /// Ends names: f′. In a tree it is part of the name.
 constexpr char16_t prime_sign = u'\u2032';
 /// The constant pi in a tree and in infix text; every surface draws it as π. It has a code of its own because

@@ -199,6 +199,8 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
   if (options.letters && (name == u"r" || name == u"o") && isWholeExponent(begin, end))
     return {begin, end, u"(" + name + u")", {}};
   if (name.size() < 2) return {};
+  if (auto const op = options.letters && use == NAME_STANDS_ALONE ? findSignByName(operators, name) : nullptr)
+    return {begin, end, op->getName(), {}};
   std::vector<wstring> factors{name};
   if (options.singleLetters) factors = findFactors(name, operators, options.names);
   std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;

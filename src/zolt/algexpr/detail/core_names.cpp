@@ -17,10 +17,10 @@ struct NamesS {
 std::vector<CoreNameS> makeTable() {
   NamesS const known[] = {
       {CORE_FUNCTION,
-       {u"-",   u"div",   u"mod",  u"_pos", u"_neg",  u"!",    u"=",         u"<>",   u"<",
-        u">",   u"<=",    u">=",   u"not",  u":=",    u":>",   u"_quietpos", u"sqrt", u"nthroot",
-        u"abs", u"floor", u"ceil", u"log",  u"log10", u"diff", u"sum",       u"sin",  u"cos",
-        u"tan", u"asin",  u"acos", u"atan", u"sinh",  u"cosh", u"tanh",      u"ln",   u"exp"}},
+       {u"+-",   u"_posneg", u"-",    u"div",  u"mod",   u"_pos", u"_neg", u"!",         u"=",    u"<>",
+        u"<",    u">",       u"<=",   u">=",   u"not",   u":=",   u":>",   u"_quietpos", u"sqrt", u"nthroot",
+        u"abs",  u"floor",   u"ceil", u"log",  u"log10", u"diff", u"sum",  u"sin",       u"cos",  u"tan",
+        u"asin", u"acos",    u"atan", u"sinh", u"cosh",  u"tanh", u"ln",   u"exp"}},
       {CORE_FUNCTION | CORE_CHAIN, {u"+", u"*", u"and", u"or"}},
       {CORE_FUNCTION | CORE_GUARDED, {u"^", u"_rad", u"_deg", u"/", u"integral", u"where"}},
       {CORE_CONSTANT, {u"_PI"}},

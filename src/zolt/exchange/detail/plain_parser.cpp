@@ -77,8 +77,9 @@ PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
   std::u16string_view const sign = token().infix->name;
   bool const tight = currentRule() > RULE_SIGN;
   bool const allowed = !tight || frames_.back().takesSign;
-  if (!allowed || (sign != u"+" && sign != u"-")) return fail(READ_ERROR_MISSING_OPERAND);
-  return readPrefix(sign == u"+" ? u"_pos" : u"_neg", tight ? currentRule() : RULE_SIGN);
+  wstring const name = sign == u"+" ? u"_pos" : sign == u"-" ? u"_neg" : sign == u"+-" ? u"_posneg" : u"";
+  if (!allowed || name.empty()) return fail(READ_ERROR_MISSING_OPERAND);
+  return readPrefix(name, tight ? currentRule() : RULE_SIGN);
 }
 
 PlainParserC::NextE PlainParserC::readRoot() {

@@ -70,6 +70,20 @@ PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign) 
                   [&](OperatorBC const& op) { return op.crefWords().signs.find(sign) != wstring::npos; });
 }
 
+PointerTC<OperatorBC> findSignByName(OperatorListC const& operators, wstring const& name) {
+  if (name.empty() || name[0] == u'_') return nullptr;
+  auto const isShownOtherwise = [&](OperatorBC const& op) {
+    bool const isPlaced = op.getPlace() != math::ved::OPERATOR_BY_NAME || op.getArity() == 0;
+    return !op.isConstruct() && isPlaced && op.getText() != name;
+  };
+  if (auto op = operators.lookup(name)) return isShownOtherwise(*op) ? op : nullptr;
+  return findLast(operators, [&](OperatorBC const& op) {
+    auto const& others = op.crefWords().names;
+    return std::any_of(others.begin(), others.end(), [&](auto const& other) { return other.name == name; }) &&
+           isShownOtherwise(op);
+  });
+}
+
 SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsigned int pos) {
   SignRunS found;
   if (pos == 0 || isWordCharacter(text[pos - 1])) return found;

@@ -34,6 +34,10 @@ PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstrin
 /// The operator that a character inserts, other than its own text: "√" sqrt, "°" _deg; null: none.
 PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign);
 
+/// The sign or constant that a name means, "∈" for "in": by the operator's name or another one of its words,
+/// unless the name is what is shown. Null: none.
+PointerTC<OperatorBC> findSignByName(OperatorListC const& operators, wstring const& name);
+
 /// The operator that replaces the signs just before a position in a text.
 struct SignRunS {
   PointerTC<OperatorBC> op;  ///< null: none

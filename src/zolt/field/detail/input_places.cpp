@@ -106,7 +106,7 @@ unsigned endedBySign(InputOptionsS const& options) {
 }
 
 bool isBetweenOperands(char16_t sign) {
-  constexpr std::u16string_view signs = u"+*/:";
+  constexpr std::u16string_view signs = u"+*/:\u00B1";
   return signs.find(sign) != signs.npos || math::common::isMinus(sign);
 }
 
@@ -173,7 +173,7 @@ class ProductWalkC {
       // The sign of a factor, "2∙−3"; that of a whole product stays before it, unless it would apply to more
       // than before: "−a mod b".
       PlaceS const before{at_.node, at_.pos - 1};
-      bool const isSign = c == u'+' || math::common::isMinus(c);
+      bool const isSign = c == u'+' || c == math::common::plus_minus_sign || math::common::isMinus(c);
       PlaceS const sign = isSign ? beforeBlanks(before) : PlaceS();
       bool const afterTimes = sign && sign.pos > 0 && text[sign.pos - 1] == math::common::times_sign;
       if (!afterTimes && !(sign && worded_ && !endsOperandBefore(before, operators_))) return false;
