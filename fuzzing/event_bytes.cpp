@@ -19,13 +19,13 @@ namespace {
 constexpr unsigned first_code = 0x80;
 constexpr unsigned path_lengths = 16;
 
-constexpr ScriptWordE words[] = {SCRIPT_KEY,      SCRIPT_CHAR,         SCRIPT_INSERT,      SCRIPT_OPERATOR,
-                                 SCRIPT_PEN_DOWN, SCRIPT_PEN_MOVE,     SCRIPT_PEN_UP,      SCRIPT_COMMAND,
-                                 SCRIPT_COPY,     SCRIPT_CUT,          SCRIPT_PASTE,       SCRIPT_UNDO,
-                                 SCRIPT_REDO,     SCRIPT_PASTE_PREFIX, SCRIPT_PASTE_BYTES, SCRIPT_SHOW,
-                                 SCRIPT_TREE,     SCRIPT_SET,          SCRIPT_PASTE_TEXT,  SCRIPT_LOCK,
-                                 SCRIPT_UNLOCK,   SCRIPT_PAINT,        SCRIPT_COMPLETE,    SCRIPT_ASK,
-                                 SCRIPT_MOVE,     SCRIPT_SELECT,       SCRIPT_NAMES};
+constexpr ScriptWordE words[] = {
+    SCRIPT_KEY,      SCRIPT_CHAR,   SCRIPT_INSERT,   SCRIPT_OPERATOR,     SCRIPT_PEN_DOWN,
+    SCRIPT_PEN_MOVE, SCRIPT_PEN_UP, SCRIPT_COMMAND,  SCRIPT_COPY,         SCRIPT_CUT,
+    SCRIPT_PASTE,    SCRIPT_UNDO,   SCRIPT_REDO,     SCRIPT_PASTE_PREFIX, SCRIPT_PASTE_BYTES,
+    SCRIPT_SHOW,     SCRIPT_TREE,   SCRIPT_SET,      SCRIPT_PASTE_TEXT,   SCRIPT_LOCK,
+    SCRIPT_UNLOCK,   SCRIPT_PAINT,  SCRIPT_COMPLETE, SCRIPT_ASK,          SCRIPT_MOVE,
+    SCRIPT_SELECT,   SCRIPT_NAMES,  SCRIPT_SUGGEST,  SCRIPT_ACCEPT};
 
 constexpr char16_t const* operators[] = {
     u"+",         u"-",        u"*",   u"div",   u"mod",   u"_pos",   u"_neg", u"^",     u"_rad", u"_deg",
@@ -35,8 +35,9 @@ constexpr char16_t const* operators[] = {
     u"_quietpos", u"tan",      u"ln",  u"∞",     u"+-",    u"_posneg"};
 
 constexpr char16_t const* options[] = {
-    u"constructs", u"letters",          u"leaving",   u"decimal-comma",  u"implied-products", u"exponents",
-    u"grouping",   u"implied-brackets", u"fractions", u"single-letters", u"separation"};
+    u"constructs", u"letters",    u"leaving",          u"decimal-comma", u"implied-products",
+    u"exponents",  u"grouping",   u"implied-brackets", u"fractions",     u"single-letters",
+    u"separation", u"completion", u"suggestions"};
 
 // The view's own keys come first, followed by as many codes as there are operators with a key.
 constexpr unsigned long view_keys[] = {
@@ -121,6 +122,9 @@ void readArguments(ReaderC& reader, ScriptStepS& step) {
     case SCRIPT_CHAR:
       step.code = reader.byte();
       step.code |= static_cast<unsigned long>(reader.byte()) << 8U;
+      break;
+    case SCRIPT_ACCEPT:
+      step.code = reader.byte();
       break;
     case SCRIPT_OPERATOR:
       step.text = reader.name(operators);
@@ -215,6 +219,9 @@ class WriterC {
       case SCRIPT_KEY:
         putWord(step.word);
         return put((step.shift ? 0x80U : 0) | fromKey(step.code));
+      case SCRIPT_ACCEPT:
+        putWord(step.word);
+        return put(std::min(step.code, 0xFFUL));
       case SCRIPT_OPERATOR:
         putWord(step.word);
         return put(find(operators, step.text));

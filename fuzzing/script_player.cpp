@@ -71,6 +71,8 @@ bool ScriptPlayerC::play(ScriptStepS const& step) {
     case SCRIPT_NAMES:
     case SCRIPT_COMPLETE:
     case SCRIPT_ASK:
+    case SCRIPT_SUGGEST:
+    case SCRIPT_ACCEPT:
     case SCRIPT_MOVE:
     case SCRIPT_SELECT:
       return false;

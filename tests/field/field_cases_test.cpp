@@ -37,8 +37,8 @@ std::vector<FieldCaseS> readFieldCases(std::string const& file) {
   return cases;
 }
 
-auto const files = {"motion", "vertical",  "selection", "typing", "leaving",
-                    "delete", "clipboard", "pointer",   "view"};
+auto const files = {"motion", "vertical",   "selection", "typing",  "leaving",
+                    "delete", "completion", "clipboard", "pointer", "view"};
 
 /// Undoes everything and redoes it, one act after the other.
 void checkHistory(StageC& stage, std::string const& start) {

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <QInputMethodEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QStyleHints>
@@ -372,6 +373,44 @@ class WidgetTest final : public QObject {
         press(stage.edit, QStringLiteral("{Right}"));
       }
     }
+  }
+
+  void aBackslashCompletesNames() {
+    StageS stage("x+");
+    QSignalSpy returned(stage.edit, &FormulaEdit::returnPressed);
+    auto const list = [&] { return stage.edit->findChild<QListView*>(); };
+    press(stage.edit, QStringLiteral("\\s"));
+    QVERIFY(list() && list()->isVisible() && stage.edit->hasFocus());
+    QCOMPARE(list()->currentIndex().row(), 0);
+    // Screen readers are told what is current.
+    QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(list());
+    QVERIFY(read->child(1)->text(QAccessible::Name).contains(QLatin1String("type ")));
+    press(stage.edit, QStringLiteral("qr{Down}{Up}{Return}"));
+    QVERIFY(!list()->isVisible());
+    press(stage.edit, QStringLiteral("2"));
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(x,sqrt(2))"));
+    QCOMPARE(returned.count(), 0);
+    press(stage.edit, QStringLiteral("{Right}{Ctrl+Z}{Ctrl+Z}\\zz"));
+    QCOMPARE(list()->model()->flags(list()->model()->index(0, 0)), Qt::NoItemFlags);
+    // Tab does not leave while something is half typed, and Escape closes the list alone.
+    press(stage.edit, QStringLiteral("{Tab}"));
+    QVERIFY(stage.edit->hasFocus());
+    press(stage.edit, QStringLiteral("{Escape}y"));
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(x,y)"));
+    press(stage.edit, QStringLiteral("\\be"));
+    QTest::mouseClick(list()->viewport(), Qt::LeftButton, {},
+                      list()->visualRect(list()->model()->index(0, 0)).center());
+    QCOMPARE(stage.edit->prefix(), QStringLiteral("+(x,*(y,\u03B2))"));
+    // Without a backslash after a pause; the list takes no key before Down.
+    press(stage.edit, QStringLiteral("+si"));
+    QTRY_VERIFY(list()->isVisible());
+    QVERIFY(!list()->currentIndex().isValid());
+    press(stage.edit, QStringLiteral("{Down}{Tab}z"));
+    QVERIFY(stage.edit->prefix().endsWith(QLatin1String("sin(z))")));
+    press(stage.edit, QStringLiteral("\\al"));
+    stage.after->setFocus();
+    QVERIFY(!list()->isVisible());
+    QVERIFY(stage.edit->prefix().endsWith(QLatin1String("sin(z))")));
   }
 
   void inputMethodsKnowWhatIsAround() {

@@ -58,6 +58,7 @@ std::string StageC::findFault() {
   if (fault.invariant != TREE_VALID) return toUtf8(describeInvariant(fault.invariant));
 
   // The incremental work since the last check must have the same result as doing everything at once.
+  refView().compose({}, 0);
   refView().getExpressionSize();
   TreeT const fresh(crefRoot().clone());
   fresh->checkTree();

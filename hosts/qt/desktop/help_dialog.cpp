@@ -60,6 +60,10 @@ QString makeTyping() {
          "fractions. Brackets hold more together, <b>1/(1+x)</b>, <b>e^(i*pi)</b>, and vanish when they are "
          "closed."));
   html += paragraph(
+      tr("A backslash opens a list of everything that can be inserted: type a part of its name, as in "
+         "<b>\\fr</b> or <b>\\alpha</b>, and press <b>Tab</b> or <b>Enter</b>. Names that you type without "
+         "it are suggested after a while; <b>↓</b> leads into that list."));
+  html += paragraph(
       tr("<b>Tab</b> leads to the next empty place, <b>→</b> or a blank out of an exponent or a fraction. "
          "What is selected when you type an operator becomes its operand. On an incomplete formula the "
          "Enter key marks what is missing and goes on."));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "zolt/algexpr/constraints.h"
@@ -8,6 +9,7 @@
 #include "zolt/field/caret_motion.h"
 #include "zolt/field/clipboard.h"
 #include "zolt/field/commands.h"
+#include "zolt/field/completion.h"
 #include "zolt/field/formula_error.h"
 #include "zolt/field/input_options.h"
 #include "zolt/field/script_step.h"
@@ -99,10 +101,23 @@ class FormulaFieldC {
   /// True once after the last call that takes text, an operator or what is pasted was refused, unless the
   /// field is locked; `refusal` then says why.
   bool takeRefusal(RefusalS& refusal);
-  /// Turns the name that was just typed into its letter, as when the field loses the focus.
+  /// Turns the name that was just typed into its letter, as when the field loses the focus, and ends a
+  /// completion: a command that is there in full is accepted, and the beginning of one is dropped.
   void completeName();
   /// Inserts the operator that is bound to the key, or runs the command of a usual editing key.
   bool pressKey(unsigned long code, bool shift);
+
+  // ---- Completion (formula_field_completion.cpp) ----------------------------------------------------------
+  /// The list that a typed backslash opens, for the host to show. While it is open, typed characters and the
+  /// commands `up`, `down`, `next-slot` (which accepts), `drop-selection` and `delete-left` go to it.
+  CompletionC const& crefCompletion() const { return completion_; }
+  /// Opens a list for the letters just typed before the caret, which a host asks for after a pause in typing.
+  /// False when there are fewer than two letters, or none that a name begins with.
+  bool suggestNames();
+  /// Inserts an entry of the list, as one step to undo. False, with the list still open, when it is refused.
+  bool acceptCompletion(std::size_t number);
+  /// The box of what is being completed, to place the list at.
+  math::ved::RectangleS getCompletionRectangle() const;
 
   // ---- Pointer (formula_field_pointer.cpp) ----------------------------------------------------------------
   /// `clicks` 2 selects the item at the pointer, 3 its row, 4 everything. `extend` keeps the selection's
@@ -207,13 +222,28 @@ class FormulaFieldC {
   void replaceEndedName(wstring const& by);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(ConstructReplacementS const& replacement);
-  void endComposition();
   bool refuse(wstring const& text, ReadErrorS error);
   math::common::ReadErrorE findCause(char16_t typed) const;
 
   // formula_field_clipboard.cpp
   bool separate(PlaceS begin, PlaceS end);
   bool insertSeparator(PlaceS place);
+
+  // formula_field_completion.cpp
+  void endComposition();
+  wstring pendingCommand() const;
+  bool showComposed();
+  void refreshNames();
+  bool accept(std::size_t number);
+  bool insertEntry(PaletteEntryS const& entry, wstring const& name);
+  bool insertEmpty(PaletteEntryS const& entry, math::ved::OperatorBC const& op);
+  void leaveCompletion();
+  void cancelCompletion();
+  /// What the completion does with a typed character; no value: it is typed as usual.
+  std::optional<bool> typeInCompletion(char16_t typed);
+  bool closeBraces();
+  std::optional<bool> runInCompletion(CommandE command, ScriptStepS step);
+  bool isForCompletion(CommandE command) const;
 
   // formula_field_commands.cpp
   bool isMotionEnabled(CommandE command) const;
@@ -234,9 +264,14 @@ class FormulaFieldC {
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   std::unique_ptr<DiagnosedS> diagnosed_;
   EventScriptT* recorded_ = nullptr;
-  RefusalS refusal_;   // its cause is none when nothing was refused
-  wstring composed_;   // by an input method
-  unsigned acts_ = 0;  // the number of nested calls in progress
+  RefusalS refusal_;  // its cause is none when nothing was refused
+  wstring composed_;  // by an input method
+  unsigned long composedCaret_ = 0;
+  CompletionC completion_;
+  unsigned braces_ = 0;          // rows of constructs that were written in braces and are not closed
+  bool bracesExpected_ = false;  // the next row of such a construct was reached
+  bool letterAccepted_ = false;  // the last input completed a letter
+  unsigned acts_ = 0;            // the number of nested calls in progress
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;

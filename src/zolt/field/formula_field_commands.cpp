@@ -51,6 +51,7 @@ ScriptStepS stepOf(CommandE command) {
 
 bool FormulaFieldC::isEnabled(CommandE command) const {
   if (commands()[command].modifies && !view_.isEditable()) return false;
+  if (isForCompletion(command)) return true;
   if (isMotion(command)) return isMotionEnabled(command);
   bool const selected = view_.isSelected();
   SelectionS const all = view_.getWhole();
@@ -87,6 +88,7 @@ bool FormulaFieldC::isEnabled(CommandE command) const {
 }
 
 bool FormulaFieldC::run(CommandE command) {
+  if (auto const taken = runInCompletion(command, stepOf(command))) return *taken;
   ClipboardContentS content;
   if (command == COMMAND_PASTE) {
     content = clipboard_->read();
@@ -100,6 +102,7 @@ bool FormulaFieldC::run(CommandE command) {
                  growth                ? ActC::KEEP_GROWTH
                  : isVertical(command) ? ActC::KEEP_COLUMN
                                        : ActC::KEEP_NOTHING);
+  leaveCompletion();
   if (isMotion(command)) return runMotion(command);
   if (command == COMMAND_PASTE) return paste(content) != PASTE_REFUSED;
   if (!isEnabled(command)) return false;

@@ -69,9 +69,10 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS step = makeStep(SCRIPT_CHAR);
   step.code = c;
   bool const ungrouped = std::exchange(ungrouped_, false);
-  ActC const act(*this, step);
+  ActC const act(*this, step, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   act.dropMark();
+  if (auto const taken = typeInCompletion(c)) return *taken;
   if (ungrouped && bindsToGroup(c) && !regroup()) return false;
   InputDecisionS decision = decideInput(view_, c, options_);
   if (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT)) {
@@ -92,16 +93,19 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   }
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
   wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
+  refreshNames();
   return taken;
 }
 
 bool FormulaFieldC::insertText(wstring const& text) {
-  ActC const act(*this, makeStep(SCRIPT_INSERT, text));
+  ActC const act(*this, makeStep(SCRIPT_INSERT, text), ActC::KEEP_COMPLETION);
   act.dropMark();
   if (text.size() == 1) return typeCharacter(text[0]);
+  bool const completing = completion_.isOpen();
   bool taken = !text.empty();
   GroupC group(*this);
   if (text.size() > limits::max_typed_text) {
+    leaveCompletion();
     completeName();
     wordTyped_ = false;
     wstring signs = text;
@@ -115,23 +119,13 @@ bool FormulaFieldC::insertText(wstring const& text) {
   }
   std::size_t i = 0;
   for (; taken && i < text.size(); ++i) taken = typeCharacter(text[i]);
-  if (group.end(taken)) return true;
+  bool const kept = group.end(taken);
+  if (!kept && !completing) completion_.close();
+  showComposed();
+  if (kept) return true;
   if (taken || i == 0) return refuse(text, {findCause(u'x'), 0, 0, {}});
   auto const at = static_cast<unsigned long>(i - 1);
   return refuse(text, {refusal_.cause, at, at + 1, {}});
-}
-
-bool FormulaFieldC::compose(wstring const& text, unsigned long caret) {
-  if (!view_.compose(text, caret)) return false;
-  composed_ = text;
-  reveal_ = true;
-  return true;
-}
-
-void FormulaFieldC::endComposition() {
-  if (composed_.empty()) return;
-  composed_.clear();
-  view_.compose({}, 0);
 }
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
@@ -191,14 +185,20 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
   step.code = code;
   step.shift = shift;
   bool const vertical = code == KEY_UP || code == KEY_DOWN;
-  ActC const act(*this, step, vertical ? ActC::KEEP_COLUMN : ActC::KEEP_NOTHING);
-  if (auto const op = view_.crefOperatorList().lookupKey(code)) {
+  auto const op = view_.crefOperatorList().lookupKey(code);
+  bool const keepsColumn = vertical && !completion_.isOpen();
+  ActC const act(*this, step,
+                 op            ? ActC::KEEP_NOTHING
+                 : keepsColumn ? ActC::KEEP_COLUMN
+                               : ActC::KEEP_COMPLETION);
+  if (op) {
     completeName();
     if (op->getName() == u"^" && view_.isSelected()) return runOperator(op->getName());
   } else {
     for (KeyCommandS const& key : key_commands) {
       if (key.code == code) return run(shift ? key.shifted : key.plain);
     }
+    leaveCompletion();
   }
   return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
 }
@@ -334,7 +334,7 @@ ReplacementS FormulaFieldC::findCompletion() const {
 }
 
 void FormulaFieldC::completeName() {
-  if (!wordTyped_) return;
+  if (!wordTyped_ && !completion_.isOpen()) return;
   ActC const act(*this, makeStep(SCRIPT_COMPLETE));
   ReplacementS const found = findCompletion();
   wordTyped_ = false;

@@ -19,6 +19,8 @@ constexpr OptionS table[] = {{u"constructs", &InputOptionsS::constructs},
                              {u"grouping", &InputOptionsS::grouping},
                              {u"single-letters", &InputOptionsS::singleLetters},
                              {u"separation", &InputOptionsS::separation},
+                             {u"completion", &InputOptionsS::completion},
+                             {u"suggestions", &InputOptionsS::suggestions},
                              {u"decimal-comma", &InputOptionsS::decimalComma},
                              {u"implied-products", &InputOptionsS::impliedProducts},
                              {u"implied-brackets", &InputOptionsS::impliedBrackets}};

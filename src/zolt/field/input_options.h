@@ -35,6 +35,10 @@ struct InputOptionsS {
   /// What is pasted, dropped or put in from a palette, and what Backspace frees from an exponent, never joins
   /// a name or number beside it: a blank or a times sign comes between.
   bool separation = true;
+  /// A backslash opens a list that completes the name that is typed after it.
+  bool completion = true;
+  /// Names are also suggested, after a pause, for the letters that are typed without a backslash.
+  bool suggestions = true;
   /// The decimal sign is shown and typed as ",", and the sign between arguments as ";".
   bool decimalComma = false;
   /// A typed name is a product of its letters once it is complete, as in "4ac", but for functions, Greek

@@ -44,6 +44,8 @@ enum ScriptWordE {
   SCRIPT_COMPLETE,      ///< `complete`: the name just typed becomes its letter
   SCRIPT_ASK,           ///< `ask`: the host asks for the expression and for the fault
   SCRIPT_MOVE,          ///< `move 0.2.1.0:3`: the selection goes to that place
+  SCRIPT_SUGGEST,       ///< `suggest`: the host asks for names that begin with the letters just typed
+  SCRIPT_ACCEPT,        ///< `accept 2`: that entry of the list of completions is inserted, counted from 0
   SCRIPT_SELECT         ///< `select 0.0:1 0.0:3`: the anchor and the caret are put to these places
 };
 
@@ -53,7 +55,7 @@ struct ScriptStepS {
   math::algexpr::NumberDisplayFormatE format =
       math::algexpr::NUMBER_FORMAT_AUTOMATIC;  ///< of a shown expression
   wstring text;            ///< of a text word, or the name of an operator, command or option
-  unsigned long code = 0;  ///< of a character or a key; the precision of a shown expression
+  unsigned long code = 0;  ///< of a character, a key or an entry; the precision of a shown expression
   bool shift = false;      ///< of a key or the pointer
   bool on = false;         ///< of an option
   unsigned clicks = 1;     ///< of the pointer

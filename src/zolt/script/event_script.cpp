@@ -18,7 +18,20 @@ using math::ved::PlacePathS;
 using TextViewT = std::u16string_view;
 
 /// What is written after the word of a step.
-enum ArgumentsE { NO_ARGUMENT, CHARACTER, KEY, TEXT, NAME, POINT, PRESS, SWITCH, SHOWN, PLACE, PLACES };
+enum ArgumentsE {
+  NO_ARGUMENT,
+  CHARACTER,
+  KEY,
+  NUMBER,
+  TEXT,
+  NAME,
+  POINT,
+  PRESS,
+  SWITCH,
+  SHOWN,
+  PLACE,
+  PLACES
+};
 
 /// A name is listed before the names that are its beginning, since the first match counts.
 struct WordS {
@@ -54,6 +67,8 @@ constexpr WordS words[] = {
     {u"paint", SCRIPT_PAINT, NO_ARGUMENT},
     {u"complete", SCRIPT_COMPLETE, NO_ARGUMENT},
     {u"ask", SCRIPT_ASK, NO_ARGUMENT},
+    {u"suggest", SCRIPT_SUGGEST, NO_ARGUMENT},
+    {u"accept", SCRIPT_ACCEPT, NUMBER},
     {u"move", SCRIPT_MOVE, PLACE},
     {u"select", SCRIPT_SELECT, PLACES},
 };
@@ -83,6 +98,8 @@ bool visitArguments(TextT& text, ArgumentsE arguments, StepT& step) {
       return text.character(step.code);
     case KEY:
       return text.key(step.code) && text.shift(step.shift);
+    case NUMBER:
+      return text.number(step.code);
     case TEXT:
       return text.quoted(step.text);
     case NAME:
@@ -135,6 +152,7 @@ class ScriptReaderC {
     }
     return oss::readDigits(word, 10, code);
   }
+  bool number(unsigned long& value) { return oss::readDigits(readWord(), 10, value); }
   bool shift(bool& held) { return held = take(u"shift"), true; }
   bool name(wstring& name) { return !(name = wstring(readWord())).empty(); }
   bool onOrOff(bool& on) { return (on = take(u"on")) || take(u"off"); }
@@ -256,6 +274,7 @@ class ScriptWriterC {
     }
     return append(oss::toDigits(code));
   }
+  bool number(unsigned long value) { return append(oss::toDigits(value)); }
   bool shift(bool held) { return !held || append(u"shift"); }
   bool name(wstring const& name) { return append(name); }
   bool onOrOff(bool on) { return append(on ? u"on" : u"off"); }

@@ -80,6 +80,10 @@ bool ScriptRunnerC::run(ScriptStepS const& step) {
     case SCRIPT_COMPLETE:
       field_.completeName();
       return true;
+    case SCRIPT_SUGGEST:
+      return field_.suggestNames();
+    case SCRIPT_ACCEPT:
+      return field_.acceptCompletion(step.code);
     case SCRIPT_ASK: {
       FormulaErrorS error;
       field_.getExpression(&error);

@@ -81,8 +81,10 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   // A mark stays while the user is elsewhere.
   if (moved || selected) faultyBox.reset();
   if (moved || selected) restartBlinking();
+  suggestionTimer.stop();
   edit.update();
   edit.updateMicroFocus();
+  showCompletion();
 
   // The steps are collected before a slot makes further ones.
   std::vector<StepS> const steps =

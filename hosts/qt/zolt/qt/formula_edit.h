@@ -8,6 +8,7 @@
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/common/read_error.h"
 #include "zolt/field/commands.h"
+#include "zolt/field/input_options.h"
 #include "zolt/field/script_step.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/qt/edit_field.h"
@@ -98,6 +99,9 @@ class FormulaEdit : public EditField {
   void setConstraints(Constraints const& constraints);
   bool decimalComma() const;
   void setDecimalComma(bool decimalComma);
+  /// The rules of typing.
+  field::InputOptionsS inputOptions() const;
+  void setInputOptions(field::InputOptionsS const& options);
   bool isModified() const;
   void setModified(bool modified);
   bool isUndoAvailable() const;

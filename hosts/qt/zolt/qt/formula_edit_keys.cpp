@@ -117,6 +117,12 @@ bool isHistory(field::CommandE command) {
 }  // namespace
 
 bool FormulaEdit::event(QEvent* event) {
+  bool const isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+  if (isKey && state_->isForCompletion(*static_cast<QKeyEvent*>(event))) {
+    event->accept();
+    if (event->type() == QEvent::KeyPress) state_->giveToCompletion(*static_cast<QKeyEvent*>(event));
+    return true;
+  }
   if (event->type() == QEvent::ShortcutOverride) {
     auto* const key = static_cast<QKeyEvent*>(event);
     auto const command = commandOf(*key);
@@ -175,10 +181,12 @@ void FormulaEdit::keyPressEvent(QKeyEvent* event) {
     return;
   }
   oss::wstring const text = toWstring(event->text());
+  QPointer<FormulaEdit> const alive(this);
   event->accept();
   state_->take([&] {
     return text.size() == 1 ? state_->field->typeCharacter(text[0]) : state_->field->insertText(text);
   });
+  if (alive) state_->suggestLater();
 }
 
 bool FormulaEdit::StateS::take(std::function<bool()> const& action) {
@@ -281,6 +289,7 @@ QVariant FormulaEdit::inputMethodQuery(Qt::InputMethodQuery query, QVariant cons
 
 void FormulaEdit::focusInEvent(QFocusEvent* event) {
   state_->restartBlinking();
+  state_->showCompletion();
   update();
   EditField::focusInEvent(event);
   switch (event->reason()) {
@@ -296,6 +305,8 @@ void FormulaEdit::focusInEvent(QFocusEvent* event) {
 
 void FormulaEdit::focusOutEvent(QFocusEvent* event) {
   state_->blinkTimer.stop();
+  state_->suggestionTimer.stop();
+  state_->showCompletion();
   state_->field->compose({}, 0);
   update();
   bool const done = event->reason() != Qt::PopupFocusReason && event->reason() != Qt::ActiveWindowFocusReason;

@@ -113,6 +113,8 @@ void FormulaEdit::timerEvent(QTimerEvent* event) {
     update(caretRectangle().adjusted(-reach, -2, reach, 2));
   } else if (event->timerId() == state_->scrollTimer.timerId()) {
     state_->dragTo(state_->pointer);
+  } else if (event->timerId() == state_->suggestionTimer.timerId()) {
+    state_->suggest();
   } else {
     EditField::timerEvent(event);
   }
@@ -214,12 +216,16 @@ void FormulaEdit::StateS::paintComposed(QPainter& painter) {
     painter.fillRect(QRect(box.left(), box.bottom() + 1, box.width(), thickness), colour);
   };
   underline(toPixels(field->getComposedRectangle(0, size)), thin);
+  // What is being completed comes first.
+  field::CompletionC const& completion = field->crefCompletion();
+  bool const isCommand = completion.getKind() == field::COMPLETION_OF_COMMAND;
+  std::size_t const first = isCommand ? completion.crefQuery().size() + 1 : 0;
   for (QInputMethodEvent::Attribute const& clause : composedFormats) {
     // The clause that the input method is about has a background or a thick line.
     QTextFormat const look = clause.value.value<QTextFormat>();
-    bool const inBounds = clause.start >= 0 && clause.length > 0 && std::size_t(clause.start) < size;
+    bool const inBounds = clause.start >= 0 && clause.length > 0 && first + std::size_t(clause.start) < size;
     if (!inBounds || !look.hasProperty(QTextFormat::BackgroundBrush)) continue;
-    auto const begin = static_cast<unsigned long>(clause.start);
+    auto const begin = static_cast<unsigned long>(first + std::size_t(clause.start));
     QRect const box = toPixels(
         field->getComposedRectangle(begin, std::min<std::size_t>(size, begin + std::size_t(clause.length))));
     painter.fillRect(box, band);

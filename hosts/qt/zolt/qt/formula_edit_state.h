@@ -22,6 +22,8 @@
 
 namespace zolt::qt {
 
+class CompletionList;
+
 struct FormulaEdit::StateS {
   // In logical pixels.
   static constexpr int side_margin = 6, top_margin = 4;
@@ -53,6 +55,16 @@ struct FormulaEdit::StateS {
   std::vector<StepS> stepsSince(unsigned long position, bool changed) const;
 
   QMimeData* createMimeData(math::ved::SelectionS const& range) const;
+
+  // ---- Completion (formula_edit_completion.cpp) ----------------------------------------------------------
+  /// Shows the list as it is now, or hides it.
+  void showCompletion();
+  /// Suggests names for what has been typed, after a pause or at once.
+  void suggestLater();
+  void suggest();
+  /// Whether a key is for the open list, which then gets it.
+  bool isForCompletion(QKeyEvent const& event) const;
+  void giveToCompletion(QKeyEvent const& event);
 
   // ---- Input methods (formula_edit_keys.cpp) -------------------------------------------------------------
   bool takeComposed(QInputMethodEvent const& event);
@@ -136,6 +148,8 @@ struct FormulaEdit::StateS {
   bool caretShown = true;
   QList<QInputMethodEvent::Attribute> composedFormats;  // of what an input method composes
   bool composedCaretShown = true;
+  CompletionList* completions = nullptr;  // null until the first is shown
+  QBasicTimer suggestionTimer;
 
   // The state that the signals and events have reported.
   std::optional<QString> wordsSeen;

@@ -11,14 +11,14 @@ namespace zolt::field {
 /// every input needs before and after it.
 class FormulaFieldC::ActC {
  public:
-  enum KeepE { KEEP_NOTHING, KEEP_COLUMN, KEEP_GROWTH };
+  enum KeepE { KEEP_NOTHING, KEEP_COLUMN, KEEP_GROWTH, KEEP_COMPLETION };
 
-  ActC(FormulaFieldC& field, ScriptStepS step, KeepE keep = KEEP_NOTHING) : field_(field) {
-    if (field_.acts_ == 0) begin(std::move(step), keep);
-    ++field_.acts_;
+  ActC(FormulaFieldC& field, ScriptStepS step, KeepE keep = KEEP_NOTHING)
+      : field_(field), count_(field.acts_) {
+    if (field_.acts_ == 1) begin(std::move(step), keep);
   }
   ~ActC() {
-    if (--field_.acts_ > 0) return;
+    if (field_.acts_ > 1) return;
     field_.reveal_ = true;
     field_.marked_ = false;
   }
@@ -41,15 +41,23 @@ class FormulaFieldC::ActC {
   }
 
  private:
+  /// Counts the acts that nest, also one that is cut short when it begins.
+  struct CountS {
+    explicit CountS(unsigned& counted) : count(counted) { ++count; }
+    ~CountS() { --count; }
+    unsigned& count;
+  };
+
   void begin(ScriptStepS step, KeepE keep) {
-    field_.endComposition();
-    // After an event the view normalises only when a layout is pending, and that can move a caret beside a
-    // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
-    field_.view_.getExpressionSize();
     if (field_.recorded_) {
       field_.recorded_->push_back(std::move(step));
       recordedAs_ = field_.recorded_->size();
     }
+    field_.endComposition();
+    if (keep != KEEP_COMPLETION) field_.leaveCompletion();
+    // After an event the view normalises only when a layout is pending, and that can move a caret beside a
+    // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
+    field_.view_.getExpressionSize();
     field_.ungrouped_ = false;
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
@@ -57,6 +65,7 @@ class FormulaFieldC::ActC {
   }
 
   FormulaFieldC& field_;
+  CountS const count_;
   std::size_t recordedAs_ = 0;  // the length of the recording with this step; 0: it is not recorded
 };
 
