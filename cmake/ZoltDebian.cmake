@@ -83,5 +83,5 @@ endforeach()
 zolt_add_debian_package(
   development libzolt-dev "formula editor component (development files)"
   "Headers, and what CMake and pkg-config need." SECTION libdevel ${needs} RECOMMENDS
-  "libcairo2-dev, libfreetype-dev, qt6-base-dev, qt6-svg-dev")
+  "libcairo2-dev, libfreetype-dev, libharfbuzz-dev, qt6-base-dev, qt6-svg-dev")
 include(CPack)
