@@ -10,6 +10,7 @@
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/exchange/latex.h"
+#include "zolt/exchange/latex_operator.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -128,6 +129,27 @@ TEST(Latex, UnknownCommandsNameTheNearestOne) {
   EXPECT_EQ("This command is not known, but \\frac is", message(u"\\farc{a}{b}"));
   EXPECT_EQ("This command is not known, but \\alpha is", message(u"\\alhpa"));
   EXPECT_EQ("This command is not known", message(u"\\qqqqqqqq"));
+}
+
+TEST(Latex, HostsAddOperators) {
+  registerLatexOperator({u"in", LATEX_BETWEEN, 50, 2, u"\\in", {u"in", u"∈"}});
+  registerLatexOperator({u"_grad", LATEX_BEFORE, 20, 1, u"\\nabla", {}});
+  registerLatexOperator({u"adjoint", LATEX_AFTER, 5, 1, u"^{\\dagger}", {}});
+  registerLatexOperator({u"RR", LATEX_ALONE, 0, 0, u"\\Reals", {}});
+  registerLatexOperator({u"rank", LATEX_ARGUMENT, 0, 1, u"\\operatorname{rank}", {u"rank", u"rk"}});
+  registerLatexOperator({u"pair", LATEX_BRACES, 0, 2, u"\\pair{#2}{#1}", {}});
+  auto const read = [](wstring const& text) {
+    ExpressionT const expression = fromLatex(text, nullptr);
+    if (!expression) return tests::toUtf8(text);
+    ExpressionT const again = fromLatex(toLatex(*expression), nullptr);
+    EXPECT_TRUE(again && again->equals(*expression)) << tests::toUtf8(toLatex(*expression));
+    return tests::toUtf8(expression->toPrefixString());
+  };
+  EXPECT_EQ("in(+(a,b),RR)", read(u"a+b \\in \\Reals"));
+  EXPECT_EQ("in(a,*(b,_grad(c)))", read(u"a\\text{ in }b \\cdot \\nabla c"));
+  EXPECT_EQ("*(^(x,2),adjoint(A))", read(u"x^2A^\\dagger"));
+  EXPECT_EQ("rank(pair(a,b))", read(u"\\operatorname{rk}\\pair{b}a"));
+  EXPECT_EQ("+(∇,in)", read(u"\\text{∇}+\\mathrm{\\text{in}}"));
 }
 
 TEST(Exchange, EmptyExpressionAndSession) {

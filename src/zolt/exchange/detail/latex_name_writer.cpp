@@ -95,13 +95,14 @@ bool writeParts(PartsS const& parts, LatexNameS& name) {
   bool const isLetter = base.size() == 1;
   char16_t const doubled = isLetter ? fromDoubleStruck(base[0]) : u'\0';
   TextT const command = findLetterCommand(base);
+  bool const isPi = isLetter && base[0] == greek_pi;
   bool const hasScripts = !parts.index.empty() || parts.primes > 0;
   if (isLetter && isAsciiLetter(base[0])) {
     name.text = base;
     if (function_letters.find(base[0]) != TextT::npos) name.kind = LATEX_NAME_FUNCTION;
   } else if (doubled != u'\0') {
     name.text = wstring(u"\\mathbb{") + doubled + u'}';
-  } else if (!command.empty() && (base[0] != greek_pi || hasScripts)) {
+  } else if (!command.empty() && (isPi ? hasScripts : !isReserved(u"\\" + wstring(command)))) {
     name.text = u"\\" + wstring(command);
   } else if (isWord(base) && !isReserved(base)) {
     name.text = u"\\mathrm{" + wstring(base) + u'}';

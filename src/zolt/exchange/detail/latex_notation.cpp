@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <iterator>
 #include <vector>
 
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/latex_operator.h"
 
 namespace zolt::exchange::detail {
 
@@ -212,8 +214,12 @@ struct IndexS {
   IndexS();
 
   std::vector<LatexNotationS> notations;
-  std::vector<LatexReadingS> readings;
+  std::deque<LatexOperatorS> added;  // what hosts added, to whose texts its rows refer
+  std::deque<LatexNotationS> addedNotations;
+  std::vector<LatexReadingS> readings;  // of one text, the first one wins
 };
+
+bool isBefore(LatexReadingS const& reading, std::u16string_view text) { return reading.text < text; }
 
 IndexS::IndexS() : notations(std::begin(rows), std::end(rows)) {
   for (LatexNotationS& row : notations) {
@@ -231,8 +237,8 @@ IndexS::IndexS() : notations(std::begin(rows), std::end(rows)) {
                    [](auto const& a, auto const& b) { return a.text < b.text; });
 }
 
-IndexS const& index() {
-  static IndexS const tables;
+IndexS& index() {
+  static IndexS tables;
   return tables;
 }
 
@@ -285,11 +291,13 @@ std::size_t distance(std::u16string_view a, std::u16string_view b, std::size_t l
 }  // namespace
 
 LatexNotationS const* findLatex(std::u16string_view name, unsigned long numOperands) {
-  return find(index().notations, [&](LatexNotationS const& row) {
+  auto const writes = [&](LatexNotationS const& row) {
     bool const fits = row.arity == 0 ? row.kind == LATEX_CONSTANT ? numOperands == 0 : numOperands > 0
                                      : row.arity == numOperands;
     return fits && !row.written.empty() && row.name == name;
-  });
+  };
+  LatexNotationS const* const own = find(index().addedNotations, writes);
+  return own ? own : find(index().notations, writes);
 }
 
 LatexNotationS const* findLatex(LatexKindE kind) {
@@ -298,8 +306,7 @@ LatexNotationS const* findLatex(LatexKindE kind) {
 
 LatexReadingsT findLatexReadings(std::u16string_view text) {
   std::vector<LatexReadingS> const& readings = index().readings;
-  auto const first = std::lower_bound(readings.begin(), readings.end(), text,
-                                      [](LatexReadingS const& entry, auto key) { return entry.text < key; });
+  auto const first = std::lower_bound(readings.begin(), readings.end(), text, isBefore);
   auto const last =
       std::find_if(first, readings.end(), [&](LatexReadingS const& entry) { return entry.text != text; });
   LatexReadingS const* const begin = readings.data() + (first - readings.begin());
@@ -372,11 +379,13 @@ LatexSideE findDelimiterSide(std::u16string_view command) {
 }
 
 LatexNotationS const* findRaisedSign(std::u16string_view text) {
-  return find(rows, [&](LatexNotationS const& row) {
+  auto const begins = [&](LatexNotationS const& row) {
     if (row.kind != LATEX_POSTFIX || row.written[0] != u'^') return false;
     std::u16string_view const raised = row.written.substr(2, row.written.size() - 3);
     return text.substr(0, raised.size()) == raised;
-  });
+  };
+  LatexNotationS const* const own = find(index().addedNotations, begins);
+  return own ? own : find(index().notations, begins);
 }
 
 LatexNotationS const* findLatexBrackets(char16_t open) {
@@ -410,3 +419,30 @@ std::u16string findNearestCommand(std::u16string_view command) {
 }
 
 }  // namespace zolt::exchange::detail
+
+namespace zolt::exchange {
+
+using namespace detail;
+
+void registerLatexOperator(LatexOperatorS op) {
+  static constexpr LatexKindE kinds[] = {LATEX_PREFIX,   LATEX_INFIX,    LATEX_POSTFIX,
+                                         LATEX_CONSTANT, LATEX_FUNCTION, LATEX_COMMAND};
+  static constexpr unsigned long arities[] = {1, 2, 1, 0};
+  IndexS& all = index();
+  LatexOperatorS const& kept = all.added.emplace_front(std::move(op));
+  bool const isSign = kept.place < LATEX_ARGUMENT;
+  LatexNotationS& row = all.addedNotations.emplace_front(
+      LatexNotationS{kept.name, kinds[kept.place], isSign ? arities[kept.place] : kept.arity, kept.written});
+  if (kept.place <= LATEX_BETWEEN) {
+    row.rule = row.leftRule = ruleOf(kept.precedence);
+    row.rightRule = tighterThan(row.rule);
+  }
+  auto const add = [&](std::u16string_view text) {
+    all.readings.insert(std::lower_bound(all.readings.begin(), all.readings.end(), text, isBefore),
+                        {text, &row});
+  };
+  for (wstring const& text : kept.read) add(text);
+  if (!commandOf(row).empty()) add(commandOf(row));
+}
+
+}  // namespace zolt::exchange

@@ -134,7 +134,7 @@ void LatexWriterC::writePrefix(ParentNodeABC const& node, LatexNotationS const& 
   RuleE const own = isSign ? RULE_SUM : notation.rule;
   RuleE const follow = open(own < task.rule || (isSign && !isFresh_)) ? RULE_ASSIGNMENT : task.follow;
   if (!isSign) {
-    put(notation.written, EDGE_OTHER, EDGE_SIGN);
+    put(notation.written, EDGE_NUMBER, EDGE_SIGN);
     isFresh_ = true;
   } else {
     // Braces keep the reader from taking two signs together.
