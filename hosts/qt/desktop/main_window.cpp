@@ -205,6 +205,7 @@ void MainWindow::restore() {
   restoreState(settings_->value(QStringLiteral("state")).toByteArray());
   setZoom(settings_->value(QStringLiteral("zoom"), 1.0).toDouble());
   setDecimalComma(settings_->value(QStringLiteral("decimalComma"), localComma).toBool());
+  setSingleLetters(settings_->value(QStringLiteral("singleLetters")).toBool());
   setStatusForm(settings_->value(QStringLiteral("statusLine")).toString());
   setAppearance(appearanceOf(settings_->value(QStringLiteral("appearance")).toString()));
 }
@@ -215,6 +216,7 @@ void MainWindow::remember() {
   settings_->setValue(QStringLiteral("state"), saveState());
   settings_->setValue(QStringLiteral("zoom"), view_->zoom());
   settings_->setValue(QStringLiteral("decimalComma"), decimalComma_);
+  settings_->setValue(QStringLiteral("singleLetters"), singleLetters_);
   settings_->setValue(QStringLiteral("statusLine"), statusForm_);
   settings_->setValue(QStringLiteral("appearance"), appearanceName(appearance_));
 }
@@ -240,6 +242,12 @@ void MainWindow::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   view_->setDecimalComma(decimalComma);
   action(QStringLiteral("decimal-comma"))->setChecked(decimalComma);
+}
+
+void MainWindow::setSingleLetters(bool singleLetters) {
+  singleLetters_ = singleLetters;
+  view_->setSingleLetters(singleLetters);
+  action(QStringLiteral("single-letters"))->setChecked(singleLetters);
 }
 
 void MainWindow::setStatusForm(QString const& form) {

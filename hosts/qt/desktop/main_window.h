@@ -77,6 +77,7 @@ class MainWindow final : public QMainWindow {
   void remember();
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
+  void setSingleLetters(bool singleLetters);
   void setStatusForm(QString const& form);
   QString inOneLine(qt::FormulaEdit const& formula) const;
   void updateActions();
@@ -149,6 +150,7 @@ class MainWindow final : public QMainWindow {
   Appearance appearance_ = Appearance::System;
   QString statusForm_;  // of the formula in the status line: "text", "words" or "prefix"
   bool decimalComma_ = false;
+  bool singleLetters_ = false;
   bool mayPaste_ = false;
 };
 

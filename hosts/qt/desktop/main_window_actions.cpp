@@ -159,6 +159,7 @@ void MainWindow::makeViewMenu() {
   add(menu, {"zoom-normal", "&Normal Size", "Ctrl+0"}, [this] { setZoom(1); });
   menu.addSeparator();
   addToggle(menu, {"decimal-comma", "Decimal &Comma", ""}, [this](bool on) { setDecimalComma(on); });
+  addToggle(menu, {"single-letters", "Sin&gle Letters", ""}, [this](bool on) { setSingleLetters(on); });
   QMenu& forms = *menu.addMenu(tr("Formula in the Status &Line"));
   auto* const formGroup = new QActionGroup(this);
   auto const addForm = [&](ActionS const& entry) {

@@ -57,8 +57,10 @@ void Recorder::follow(qt::FormulaEdit* formula) {
   // A script plays on one formula. From here on it is this one, whose recording switches its own options on.
   field::ScriptStepS plain;
   plain.word = field::SCRIPT_SET;
-  plain.text = u"decimal-comma";
-  script_.push_back(plain);
+  for (auto const* const option : {u"decimal-comma", u"single-letters"}) {
+    plain.text = option;
+    script_.push_back(plain);
+  }
   formula->record(&script_);
 }
 

@@ -30,6 +30,12 @@ class ForgetRedoCommand final : public QUndoCommand {
   ForgetRedoCommand() { setObsolete(true); }
 };
 
+void applySingleLetters(FormulaEdit& edit, bool singleLetters) {
+  field::InputOptionsS options = edit.inputOptions();
+  options.singleLetters = singleLetters;
+  edit.setInputOptions(options);
+}
+
 }  // namespace
 
 SheetView::SheetView(QWidget* parent)
@@ -128,6 +134,13 @@ void SheetView::settleLayout(QList<SheetRow*> const& changed) {
   QApplication::sendEvent(this, &request);
 }
 
+void SheetView::setSingleLetters(bool singleLetters) {
+  singleLetters_ = singleLetters;
+  for (SheetRow* const row : rows_) {
+    if (row->formula()) applySingleLetters(*row->formula(), singleLetters);
+  }
+}
+
 void SheetView::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   for (SheetRow* const row : rows_) {
@@ -172,6 +185,7 @@ void SheetView::showFormula(SheetRow* row) {
 void SheetView::connectFormula(SheetRow* row) {
   FormulaEdit* const edit = row->formula();
   edit->setDecimalComma(decimalComma_);
+  applySingleLetters(*edit, singleLetters_);
   auto const tell = [this, row] {
     if (row == current_) emit formulaChanged();
   };

@@ -45,6 +45,7 @@ class SheetView final : public QScrollArea {
   /// What is under the pointer stays in place while the wheel zooms, else what is at the caret.
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
+  void setSingleLetters(bool singleLetters);
   /// Sets the actions that the margin's context menu offers.
   void setRowActions(QList<QAction*> const& actions);
 
@@ -106,6 +107,7 @@ class SheetView final : public QScrollArea {
   qreal zoom_ = 1;
   std::optional<QPoint> zoomedAt_;  // on the screen, while the wheel zooms
   bool decimalComma_ = false;
+  bool singleLetters_ = false;
   bool replaying_ = false;  // the history is running; changes make no new step
 };
 
