@@ -49,6 +49,7 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
   mutable std::vector<RuleS> rules;
   mutable std::vector<InkE> inks;
   mutable std::vector<double> glyphs;  ///< their positions
+  mutable PathC stroked;               ///< the last stroke
   mutable double inkEnd = 0;           ///< of the last glyph
 
   void clear() const {
@@ -68,7 +69,10 @@ class ProbeGraphicsC final : public TypesetGraphicsABC {
     fills.emplace_back(path);
     inks.push_back(ink);
   }
-  void strokePath(PathC const&, double, InkE) const override { kinds += 's'; }
+  void strokePath(PathC const& path, double, InkE) const override {
+    kinds += 's';
+    stroked = path;
+  }
   void fillRule(RuleS const& rule, InkE) const override {
     kinds += 'r';
     rules.push_back(rule);

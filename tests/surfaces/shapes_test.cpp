@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tests/surfaces/probe_graphics.h"
+#include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/surfaces/typeset/font_size.h"
 
 namespace zolt::surfaces {
@@ -160,6 +161,26 @@ TEST_F(TypesetShapes, TheRoleOfATextPlacesIt) {
   }
   EXPECT_GT(least, -0.5);
   EXPECT_LT(most, 0.7);
+}
+
+// Lines on a plain surface; here a line or curve that goes through every point.
+TEST_F(TypesetShapes, StrokesGoThroughTheirPoints) {
+  std::vector<PointS> const points{{0, 0}, {4, 10}, {0, 20}, {4, 30}};
+  RecordingGraphicsC const plain;
+  plain.drawStroke(STROKE_SMOOTH, points);
+  EXPECT_EQ(plain.getText(), "drawLine 0 0 4 10\ndrawLine 4 10 0 20\ndrawLine 0 20 4 30\n");
+  for (StrokeE const kind : {STROKE_WITH_CORNERS, STROKE_SMOOTH}) {
+    graphics.drawStroke(kind, points);
+    std::vector<PathStepS> const& steps = graphics.stroked.getSteps();
+    ASSERT_EQ(steps.size(), points.size());
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+      PathPointS const target = steps[i].points[steps[i].verb == PATH_CURVE ? 2 : 0];
+      EXPECT_EQ(target.x, double(points[i].x) + 0.5);
+      EXPECT_EQ(target.y, double(points[i].y) + 0.5);
+    }
+  }
+  graphics.drawStroke(STROKE_SMOOTH, {{1, 1}});
+  EXPECT_EQ(graphics.kinds, "ss");
 }
 
 TEST_F(TypesetShapes, GlyphsOutOfSightAreNotAskedFor) {

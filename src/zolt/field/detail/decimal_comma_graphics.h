@@ -64,6 +64,9 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
   void drawTextAs(math::ved::TextRoleE role, wstring const& text, long x, long y) const override {
     surface_->drawTextAs(role, ShownC(*this, text), x, y);
   }
+  void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const override {
+    surface_->drawStroke(kind, points);
+  }
   double getTextBaseline() const override { return surface_->getTextBaseline(); }
   long getComposedWidth(wstring const& text) const override { return surface_->getComposedWidth(text); }
   void drawComposed(wstring const& text, long x, long y) const override {

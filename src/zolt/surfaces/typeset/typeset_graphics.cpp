@@ -165,6 +165,30 @@ void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
   strokePath(path_, getRuleThickness(fontSize()), INK_TEXT);
 }
 
+void TypesetGraphicsABC::drawStroke(math::ved::StrokeE kind,
+                                    std::vector<math::ved::PointS> const& points) const {
+  if (points.size() < 2) return;
+  // A point before the first and one after the last stand for the neighbours that these do not have.
+  auto const at = [&](std::size_t i) {
+    auto const& point = points[std::clamp<std::size_t>(i, 1, points.size()) - 1];
+    return cellCentre(point.x, point.y);
+  };
+  // A third of the way to the next point, along the line from the point before to the one after.
+  auto const control = [](PathPointS p, PathPointS from, PathPointS to) {
+    return PathPointS{p.x + (to.x - from.x) / 6, p.y + (to.y - from.y) / 6};
+  };
+  path_.clear();
+  path_.moveTo(at(1));
+  for (std::size_t i = 2; i <= points.size(); ++i) {
+    if (kind == math::ved::STROKE_WITH_CORNERS) {
+      path_.lineTo(at(i));
+    } else {
+      path_.curveTo(control(at(i - 1), at(i - 2), at(i)), control(at(i), at(i + 1), at(i - 1)), at(i));
+    }
+  }
+  strokePath(path_, getRuleThickness(fontSize()), INK_TEXT);
+}
+
 void TypesetGraphicsABC::drawHorizontalLine(long x, long y, long length) const {
   double const closer = takeCloser();
   if (length > 0) fillBar({double(x) + 0.5 + closer, double(y) + 0.5}, cellCentre(x + length - 1, y));

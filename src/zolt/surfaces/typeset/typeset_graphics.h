@@ -72,6 +72,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// Brackets, bars, radicals and horizontal lines move closer to a prefix that begins what they enclose.
   void beginsWith(oss::wstring const& text) const final { enclosed_.assign(text, 0, 1); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
+  void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const final;
 
  protected:
   /// Restricts painting to this box from now on; without a box, and at first, everything is painted.

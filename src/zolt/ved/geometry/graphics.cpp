@@ -57,6 +57,12 @@ void GraphicsABC::drawSign(SignE sign, long x, long y, long width, long height) 
   }
 }
 
+void GraphicsABC::drawStroke(StrokeE, std::vector<PointS> const& points) const {
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    drawLine(points[i - 1].x, points[i - 1].y, points[i].x, points[i].y);
+  }
+}
+
 double GraphicsABC::getTextBaseline() const {
   oss::wstring const digit = u"0";
   return 0.5 * static_cast<double>(getTextMidHeight(digit) + getTextHeight(digit));

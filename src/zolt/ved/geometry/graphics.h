@@ -1,9 +1,11 @@
 #pragma once
 
 #include <optional>
+#include <vector>
 
 #include "zolt/oss/ref_counted.h"
 #include "zolt/oss/wstring.h"
+#include "zolt/ved/geometry/point.h"
 #include "zolt/ved/geometry/rectangle.h"
 
 namespace zolt::math::ved {
@@ -17,6 +19,12 @@ enum SignE {
   SIGN_ABSOLUTE_BARS = 4,
   SIGN_CEILING_BARS = 5,
   SIGN_FLOOR_BARS = 6
+};
+
+/// How a stroke goes through its points.
+enum StrokeE {
+  STROKE_WITH_CORNERS = 0,  ///< straight from point to point
+  STROKE_SMOOTH = 1         ///< as a curve: a brace, an arrow's head
 };
 
 /// The role of a text in its formula.
@@ -103,6 +111,10 @@ class GraphicsABC : public oss::RefCountedBC {
 
   /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
+
+  /// Draws one stroke through the units at `points`, for signs that no other member has: a product, a brace,
+  /// an arrow. Unless overridden it draws straight lines.
+  virtual void drawStroke(StrokeE kind, std::vector<PointS> const& points) const;
 
   /// Tells the text that begins what the next bracket, pair of brackets, sign or horizontal line encloses or
   /// is next to, right before that is drawn: a minus there belongs to what follows it, and what is before it

@@ -106,8 +106,9 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   /// What distinguishes this variant from the registered operator, which has the empty variant. Without
   /// "<", quotes and control characters.
   virtual wstring getVariant() const { return wstring(); }
-  /// The variant of that text, which may come from anywhere; null when there is none. Preferably always the
-  /// same object for the same text; it must answer from any thread.
+  /// The variant of that text, which may come from anywhere; null when there is none. Only the registered
+  /// operator is asked. Preferably it answers with the same object for the same text, which it may have made
+  /// with itself; any thread may ask.
   virtual PointerTC<OperatorBC> findVariant(wstring const& /*variant*/) const { return nullptr; }
   /// The name, and the variant after a blank.
   wstring getStoredName() const;
