@@ -275,9 +275,9 @@ class FormulaFieldC {
   unsigned groups_ = 0;
   bool groupFailed_ = false;
   bool reveal_ = false;
-  bool ungrouped_ = false;  // the last input closed brackets, which vanished
-  bool marked_ = false;     // the selection is a faulty part
-  bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
+  bool ungrouped_ = false;                 // the last input closed brackets, which vanished
+  bool marked_ = false, markDue_ = false;  // the selection is a faulty part; was one before the act
+  bool wordTyped_ = false;                 // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew
 };

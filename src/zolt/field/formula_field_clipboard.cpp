@@ -34,7 +34,7 @@ ClipboardContentS FormulaFieldC::copy(SelectionS const& range) const {
 
 PasteE FormulaFieldC::paste(ClipboardContentS content, ReadErrorS* error) {
   ActC act(*this, recorded_ ? stepOfPaste(content) : ScriptStepS());
-  act.dropMark();
+  if (isEditable()) act.dropMark();
   GroupC group(*this);
   completeName();
   wstring const text = content.plainText;
@@ -44,6 +44,7 @@ PasteE FormulaFieldC::paste(ClipboardContentS content, ReadErrorS* error) {
   if (result != PASTE_REFUSED && recorded_) act.recordAs(stepOfPaste(content));
   bool const done = group.end(result != PASTE_REFUSED && separate(placeAt(view_.crefRoot(), begin), caret()));
   if (done) return result;
+  act.restoreMark();
   if (found.cause == READ_ERROR_NONE) found.cause = findCause(u'x');
   refuse(text, std::move(found));
   if (error && isEditable()) *error = refusal_;

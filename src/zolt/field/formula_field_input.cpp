@@ -69,7 +69,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS step = makeStep(SCRIPT_CHAR);
   step.code = c;
   bool const ungrouped = std::exchange(ungrouped_, false);
-  ActC const act(*this, step, ActC::KEEP_COMPLETION);
+  ActC act(*this, step, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   act.dropMark();
   if (auto const taken = typeInCompletion(c)) return *taken;
@@ -89,6 +89,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (taken) {
     replaceCompleted(decision);
   } else {
+    act.restoreMark();
     refuse(wstring(1, c), {findCause(c), 0, 1, {}});
   }
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
@@ -98,11 +99,11 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
 }
 
 bool FormulaFieldC::insertText(wstring const& text) {
-  ActC const act(*this, makeStep(SCRIPT_INSERT, text), ActC::KEEP_COMPLETION);
-  act.dropMark();
+  ActC act(*this, makeStep(SCRIPT_INSERT, text), ActC::KEEP_COMPLETION);
   if (text.size() == 1) return typeCharacter(text[0]);
   bool const completing = completion_.isOpen();
-  bool taken = !text.empty();
+  bool taken = isEditable() && !text.empty();
+  if (taken) act.dropMark();
   GroupC group(*this);
   if (text.size() > limits::max_typed_text) {
     leaveCompletion();
@@ -111,6 +112,7 @@ bool FormulaFieldC::insertText(wstring const& text) {
     wstring signs = text;
     for (char16_t& c : signs) c = foldTyped(c, options_);
     if (group.end(view_.insertText(signs))) return true;
+    act.restoreMark();
     auto const bad = std::find_if(signs.begin(), signs.end(),
                                   [&](char16_t c) { return findCause(c) == READ_ERROR_BAD_CHARACTER; });
     bool const isBad = bad != signs.end();
@@ -123,18 +125,21 @@ bool FormulaFieldC::insertText(wstring const& text) {
   if (!kept && !completing) completion_.close();
   showComposed();
   if (kept) return true;
+  act.restoreMark();
   if (taken || i == 0) return refuse(text, {findCause(u'x'), 0, 0, {}});
   auto const at = static_cast<unsigned long>(i - 1);
   return refuse(text, {refusal_.cause, at, at + 1, {}});
 }
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
-  ActC const act(*this, makeStep(SCRIPT_OPERATOR, name));
+  ActC act(*this, makeStep(SCRIPT_OPERATOR, name));
   if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;
   act.dropMark();
   GroupC group(*this);
   completeName();
-  return group.end(runOperator(name)) || refuse({}, {findCause(u'x'), 0, 0, {}});
+  if (group.end(runOperator(name))) return true;
+  act.restoreMark();
+  return refuse({}, {findCause(u'x'), 0, 0, {}});
 }
 
 ReadErrorE FormulaFieldC::findCause(char16_t typed) const {

@@ -18,18 +18,22 @@ class FormulaFieldC::ActC {
     if (field_.acts_ == 1) begin(std::move(step), keep);
   }
   ~ActC() {
-    if (field_.acts_ > 1) return;
-    field_.reveal_ = true;
-    field_.marked_ = false;
+    if (field_.acts_ == 1) field_.reveal_ = true;
   }
   ActC(ActC const&) = delete;
   ActC& operator=(ActC const&) = delete;
 
   /// Input does not replace a faulty part that was selected to show it.
-  void dropMark() const {
-    if (std::exchange(field_.marked_, false)) {
-      field_.placeCaret(inOneRow(field_.view_.getSelection()).caret);
-    }
+  void dropMark() {
+    if (!std::exchange(field_.markDue_, false)) return;
+    mark_ = pathOf(field_.view_.getSelection());
+    field_.placeCaret(inOneRow(field_.view_.getSelection()).caret);
+  }
+  /// The input was refused: what `dropMark` changed is as before.
+  void restoreMark() {
+    if (mark_.caret.path.empty()) return;
+    field_.restoreSelection(mark_);
+    field_.marked_ = true;
   }
 
   /// Replaces the step of this call by a more exact one, if it is the last of the recording. A call is
@@ -59,6 +63,7 @@ class FormulaFieldC::ActC {
     // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
     field_.view_.getExpressionSize();
     field_.ungrouped_ = false;
+    field_.markDue_ = std::exchange(field_.marked_, false);
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
     if (keep != KEEP_GROWTH) field_.grown_.clear();
@@ -66,6 +71,7 @@ class FormulaFieldC::ActC {
 
   FormulaFieldC& field_;
   CountS const count_;
+  math::ved::SelectionPathS mark_;
   std::size_t recordedAs_ = 0;  // the length of the recording with this step; 0: it is not recorded
 };
 
