@@ -192,7 +192,7 @@ long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
 }
 
 double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth) const {
-  if (text.empty()) return 0;
+  if (text.empty() || state_->characters.find(text[0]).charClass != CLASS_PLUS_MINUS) return 0;
   std::vector<PlacedGlyphS> ignored;
   PlacerC placer(getFontSize(depth), false, ignored);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
