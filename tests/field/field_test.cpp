@@ -347,6 +347,23 @@ TEST(FieldComposition, IsShownInTheLayoutOnly) {
   }
 }
 
+TEST(FieldComposition, CostsTheSameInALongFormula) {
+  StageC stage;
+  std::string text = "x";
+  for (int i = 0; i < 2000; ++i) text += "+sqrt(y)";
+  ASSERT_TRUE(stage.refField().setPlainText(fromUtf8(text)));
+  stage.play("command end key left");
+  stage.refView().getExpressionSize();
+  stage.refGraphics().resetCounts();
+  for (wstring const& composed : {wstring(u"a"), wstring(u"ab"), wstring()}) {
+    EXPECT_TRUE(stage.refField().compose(composed, 1));
+    stage.refField().getCaretRectangle();
+    EXPECT_LE(makeSurroundingText(stage.refView(), 20).text.size(), 40u);
+  }
+  stage.play("type \"\\\\al\"");
+  EXPECT_LT(stage.refGraphics().getMeasureCount(), 1000u);
+}
+
 // Asking where the pointer would put the caret gives the same place as pressing it there.
 TEST(FieldComposition, LeavesTheHitTestAsItIs) {
   StageC stage("[\"ab\", /<[\"c+d‸\"] ; [\"e\"]>, \"f\", P[\"2\"], \"\"]");
