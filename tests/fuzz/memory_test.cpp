@@ -200,6 +200,40 @@ TEST(ScarceMemory, RejectedEditsGoBackToTheirOwnBeginning) {
   EXPECT_GT(failures, 10u);
 }
 
+TEST(ScarceMemory, WhatAHostThrowsTakesTheEditBack) {
+  class SurfaceC : public RecordingGraphicsC {
+   public:
+    SurfaceC() : RecordingGraphicsC(LOG_NOTHING) {}
+    void getTextExtent(wstring const& text, long& width, long& height, long& mid) const override {
+      if (text.find(u'm') != wstring::npos) throw 1;
+      RecordingGraphicsC::getTextExtent(text, width, height, mid);
+    }
+  };
+  class NoZC : public math::algexpr::ConstraintsBC {
+    bool check(PointerTC<AlgebraicExpressionC> expression) const override {
+      if (expression->toPrefixString().find(u'z') != wstring::npos) throw 1;
+      return true;
+    }
+  };
+  prepare();
+  ViewZNT4C view(new SurfaceC);
+  view.setAlgebraicExpression(AlgebraicExpressionC::fromPrefixString(u"/(a,sqrt(b))"), new NoZC, 0,
+                              math::algexpr::NUMBER_FORMAT_AUTOMATIC);
+  EXPECT_TRUE(view.insertText(u"+c"));
+  bytestring const before = writeBytes(view.crefRoot());
+  for (wstring const text : {u"z", u"/z", u"+sqrt(z)"}) {
+    EXPECT_THROW(view.insertText(text), int);
+    EXPECT_EQ(writeBytes(view.crefRoot()), before);
+    EXPECT_TRUE(view.undo() && view.redo() && !view.canRedo());
+  }
+  EXPECT_TRUE(view.insertText(u"m"));
+  EXPECT_THROW(view.getExpressionSize(), int);
+  EXPECT_TRUE(view.undo());
+  EXPECT_EQ(writeBytes(view.crefRoot()), before);
+  EXPECT_TRUE(view.insertText(u"d"));
+  EXPECT_EQ(checkInvariants(view.crefRoot()), "");
+}
+
 TEST(ScarceMemory, LargeActsAreAllOrNothing) {
   prepare();
   ViewZNT4C view(makeSurface());
