@@ -25,10 +25,10 @@ enum ReadErrorE {
   READ_ERROR_EMPTY_SLOT,         ///< a place of a formula that is still to be filled in
   READ_ERROR_MISPLACED,          ///< something else is needed in this place of a formula
   READ_ERROR_NOT_ALLOWED,        ///< it is an expression, which the constraints reject
-  READ_ERROR_UNKNOWN_COMMAND,    ///< LaTeX: \fracc; the message names the nearest known command
+  READ_ERROR_UNKNOWN_COMMAND,    ///< LaTeX: `\\fracc`; the message names the nearest known command
   READ_ERROR_SECOND_SCRIPT,      ///< LaTeX: a^b^c, x_1_2
-  READ_ERROR_BAD_BOUNDS,         ///< LaTeX: \sum_{k} k, without "k = …" and an upper bound
-  READ_ERROR_NO_DIFFERENTIAL     ///< LaTeX: \int_0^1 x
+  READ_ERROR_BAD_BOUNDS,         ///< LaTeX: `\\sum_{k} k`, without "k = …" and an upper bound
+  READ_ERROR_NO_DIFFERENTIAL     ///< LaTeX: `\\int_0^1 x`
 };
 
 /// What every reader reports of what it refuses: prefix text, plain text, a formula field. A reader that
