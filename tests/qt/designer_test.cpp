@@ -25,7 +25,7 @@ class DesignerTest final : public QObject {
     QCOMPARE(plugin->name(), QLatin1String(edit->metaObject()->className()));
     // What the editor of properties offers can be set.
     for (auto const& [name, value] : {std::pair{"expression", QVariant(QStringLiteral("(a+b)/2"))},
-                                      {"alignment", int(Qt::AlignRight)},
+                                      {"alignment", QVariant::fromValue<Qt::Alignment>(Qt::AlignRight)},
                                       {"placeholderText", QStringLiteral("f")},
                                       {"clearButtonEnabled", true},
                                       {"zoom", 2.5}}) {
