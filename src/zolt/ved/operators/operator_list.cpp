@@ -58,8 +58,9 @@ void OperatorListC::add(PointerTC<OperatorBC> op) {
   if (op->isAmbiguousBase()) algexpr::guardBeforeExponent(op->getName());
   if (op->getPlace() != OPERATOR_BY_NAME) {
     byPlace_[{op->getPlace(), text}] = op;
-    if (text.size() == 1 && !isAsciiWord(text[0]) && !isSign(text[0])) {
-      signs_.insert(std::upper_bound(signs_.begin(), signs_.end(), text[0]), text[0]);
+    if (text.size() == 1 && !isAsciiWord(text[0])) {
+      auto const at = std::lower_bound(signs_.begin(), signs_.end(), text[0]);
+      if (at == signs_.end() || *at != text[0]) signs_.insert(at, text[0]);
     }
   }
   byText_[text] = std::move(op);
