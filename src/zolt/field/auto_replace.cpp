@@ -82,9 +82,10 @@ bool beginsAnotherName(PlaceS caret) {
   PlaceS const before{caret.node, caret.pos - 1};
   char16_t const c = caret.node->crefText()[before.pos];
   if (c == u'_' || c == math::common::prime_sign || !isWordCharacter(c)) return false;
-  bool const isInfinity = c == math::common::infinity_sign;
+  if (endsWholeName(before)) return true;
+  if (c != math::common::infinity_sign) return false;
   NameS const name = nameEndingAt(before);
-  return endsWholeName(before) || (isInfinity && !name.text.empty() && name.text.back() != u'_');
+  return !name.text.empty() && name.text.back() != u'_';
 }
 
 /// Handles "name(" when "(" was just typed.
