@@ -182,6 +182,9 @@ std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
       showComposed();
       return true;
     }
+    // It must leave the command as it is.
+    if (c != command_sign && findCause(typed) == math::common::READ_ERROR_BAD_CHARACTER)
+      return refuse(wstring(1, typed), {math::common::READ_ERROR_BAD_CHARACTER, 0, 1, {}});
     std::size_t const meant = completion_.findMeant();
     if (meant == CompletionC::none)
       return refuse(pendingCommand(), {math::common::READ_ERROR_BAD_NAME, 0, 0, {}});
