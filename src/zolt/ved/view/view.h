@@ -270,7 +270,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<algexpr::AlgebraicExpressionC> expression_;
   mutable std::unique_ptr<Node4C> root_;
   mutable SelectionS selection_;
-  CompositionS composition_;
+  mutable CompositionS composition_;
   std::unique_ptr<EditHistoryC> history_;
 };
 

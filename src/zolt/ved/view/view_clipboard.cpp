@@ -109,6 +109,7 @@ bool ViewZNT4C::backupBeforeModif() {
 void ViewZNT4C::announceEdit() { history_->beginStep(*root_, selection_); }
 
 void ViewZNT4C::takeOver(EditBackupC& state) const {
+  composition_ = {};  // it is in the tree that goes
   root_.reset(state.releaseRoot());
   selection_ = state.getSelection();
   layoutPending_ = true;

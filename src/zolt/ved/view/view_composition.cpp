@@ -22,6 +22,7 @@ void ViewZNT4C::endComposition() {
 }
 
 RectangleS ViewZNT4C::getComposedRectangle(unsigned long begin, unsigned long end) const {
+  takeBackIfDue();
   PlaceS const place = composition_.place;
   if (!place) return getRectangle({selection_.caret, selection_.caret});
   RectangleS box = getRectangle({place, place});

@@ -6,7 +6,6 @@
 namespace zolt::math::ved {
 
 RectangleS ViewZNT4C::getCaretRectangle() {
-  takeBackIfDue();
   return getComposedRectangle(composition_.caret, composition_.caret);
 }
 
