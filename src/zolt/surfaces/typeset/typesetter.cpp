@@ -45,6 +45,7 @@ class PlacerC {
     if (isSign(ruled.look.charClass) && !glyphs_.empty()) prefixIsOnlySign_ = false;
     if (ruled.marksIndex) {
       mark_ = ruled;
+      hasMark_ = true;
       return;
     }
     if (ruled.marksPower) power_ = glyphs_.size();
@@ -109,8 +110,8 @@ class PlacerC {
  private:
   /// Shows the underscore that waits for an index when none comes.
   void endMark(bool indexFollows) {
-    if (mark_ && !indexFollows) append(*mark_, mark_->look.upright, mark_->origin);
-    mark_.reset();
+    if (hasMark_ && !indexFollows) append(mark_, mark_.look.upright, mark_.origin);
+    hasMark_ = false;
   }
 
   double findFirstShift(RuledCharS const& ruled) {
@@ -153,7 +154,8 @@ class PlacerC {
   bool prefixIsOnlySign_ = true;
   std::size_t sign_ = 0;  // glyph of the last sign
   bool signIsLast_ = false;
-  std::optional<RuledCharS> mark_;
+  bool hasMark_ = false;  // an underscore waits for an index
+  RuledCharS mark_;
   std::size_t power_ = 0;  // glyph of the mark of a number's exponent
 };
 
