@@ -55,7 +55,7 @@ TEST(Palette, FindsEntriesByAllTheirNames) {
                                                                               {u"sqrt(", u"sqrt"},
                                                                               {u"Gamma", u"Γ"},
                                                                               {u"gam", u"γ"}}) {
-    auto const match = [&](auto const& entry) { return matchSearch(entry, wanted); };
+    auto const match = [query = wanted](auto const& entry) { return matchSearch(entry, query); };
     auto const best = std::max_element(entries.begin(), entries.end(),
                                        [&](auto const& a, auto const& b) { return match(a) < match(b); });
     EXPECT_EQ(toUtf8(best->insert), toUtf8(found)) << toUtf8(wanted);
