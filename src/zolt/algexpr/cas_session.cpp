@@ -3,6 +3,8 @@
 #include <mutex>
 #include <utility>
 
+#include "zolt/algexpr/cas_request.h"
+
 namespace zolt::math::algexpr {
 
 namespace {
@@ -24,6 +26,22 @@ CASSessionBC::CASSessionBC() : CASSessionBC(nullptr) {}
 
 CASSessionBC::CASSessionBC(PointerTC<CASEngineABC> engine) : engine_(std::move(engine)) {
   if (!engine_) engine_ = new StandardEngineC;
+  definitions_ = new CASDefinitionsC;
+}
+
+CASSessionBC::~CASSessionBC() = default;
+
+PointerTC<CASDefinitionsC> CASSessionBC::getDefinitions() const { return definitions_; }
+
+void CASSessionBC::setDefinitions(PointerTC<CASDefinitionsC> definitions) {
+  definitions_ = definitions ? std::move(definitions) : PointerTC<CASDefinitionsC>(new CASDefinitionsC);
+}
+
+CASResultS CASSessionBC::compute(CASRequestS request) {
+  request.definitions = definitions_;
+  CASResultS result = engine_->compute(request);
+  if (!result.definition.name.empty()) definitions_ = definitions_->with(result.definition);
+  return result;
 }
 
 PointerTC<CASSessionBC> CASSessionBC::getSession() {

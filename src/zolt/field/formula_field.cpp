@@ -125,10 +125,15 @@ void FormulaFieldC::clear() {
 bool FormulaFieldC::setPlainText(wstring const& text, ReadErrorS* error) {
   auto expression = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession(), error);
   if (!expression) return false;
-  if (setExpression(std::move(expression))) return true;
+  if (setExpression(expression)) return true;
   using namespace math::common;
-  if (error) *error = {READ_ERROR_NOT_ALLOWED, 0, 0, math::common::describe(READ_ERROR_NOT_ALLOWED)};
+  if (error) *error = {READ_ERROR_NOT_ALLOWED, 0, 0, explainRefusal(*expression)};
   return false;
+}
+
+wstring FormulaFieldC::explainRefusal(AlgebraicExpressionC const& expression) const {
+  wstring reason = getConstraints() ? getConstraints()->explain(expression) : wstring();
+  return reason.empty() ? math::common::describe(math::common::READ_ERROR_NOT_ALLOWED) : reason;
 }
 
 PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() const {

@@ -65,6 +65,8 @@ class FormulaFieldC {
     view_.setConstraints(std::move(constraints));
   }
   PointerTC<math::algexpr::ConstraintsBC> const& getConstraints() const { return view_.getConstraints(); }
+  /// Why `setExpression` refuses it: what the constraints say, or that it is not allowed.
+  wstring explainRefusal(math::algexpr::AlgebraicExpressionC const& expression) const;
   /// Empties the formula for the program: also when it is locked, and whatever the constraints are. One step
   /// to undo where a person could do it, else with a new history.
   void clear();

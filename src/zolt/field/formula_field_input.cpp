@@ -154,7 +154,9 @@ bool FormulaFieldC::refuse(wstring const& text, ReadErrorS error) {
   if (!isEditable()) return false;
   bool const isBad = error.cause == READ_ERROR_BAD_CHARACTER;
   refusal_.character = isBad ? text.substr(error.begin, error.end - error.begin) : wstring();
-  error.message = describeRefusal(error, text);
+  wstring reason = view_.takeRejection();
+  bool const isExplained = error.cause == READ_ERROR_NOT_ALLOWED && !reason.empty();
+  error.message = isExplained ? std::move(reason) : describeRefusal(error, text);
   static_cast<ReadErrorS&>(refusal_) = std::move(error);
   return false;
 }

@@ -4,6 +4,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_engine.h"
+#include "zolt/algexpr/cas_request.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/constraints.h"
 #include "zolt/algexpr/float_node.h"

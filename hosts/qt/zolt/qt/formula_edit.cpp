@@ -237,8 +237,8 @@ bool FormulaEdit::setAlgebraicExpression(Expression const& expression) {
     if (accepted) state_->field->run(field::COMMAND_FORMULA_END);
     return accepted;
   };
-  return state_->show(
-      show, {math::common::READ_ERROR_NOT_ALLOWED, 0, 0, toWstring(tr("This formula is not allowed here"))});
+  oss::wstring const refusal = expression ? state_->field->explainRefusal(*expression) : oss::wstring();
+  return state_->show(show, {math::common::READ_ERROR_NOT_ALLOWED, 0, 0, refusal});
 }
 
 void FormulaEdit::setNumberFormat(unsigned long precision, math::algexpr::NumberDisplayFormatE format) {

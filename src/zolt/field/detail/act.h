@@ -65,6 +65,7 @@ class FormulaFieldC::ActC {
     field_.ungrouped_ = false;
     field_.markDue_ = std::exchange(field_.marked_, false);
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
+    field_.view_.takeRejection();
     if (keep != KEEP_COLUMN) field_.column_ = no_column;
     if (keep != KEEP_GROWTH) field_.grown_.clear();
   }

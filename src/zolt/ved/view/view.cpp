@@ -266,9 +266,11 @@ bool ViewZNT4C::finishEdit() {
 
 bool ViewZNT4C::settleEdit() {
   EventC const& event = *event_;
-  bool const rejected = isRejected();
+  wstring why;
+  bool const rejected = isRejected(why);
   if (event.hasLostView()) return false;
   if (rejected) {
+    rejection_ = std::move(why);
     takeOver(*history_->stateBeforeStep());
     needRedraw();
     history_->dropStep();
@@ -278,11 +280,13 @@ bool ViewZNT4C::settleEdit() {
   return !rejected;
 }
 
-bool ViewZNT4C::isRejected() const {
+bool ViewZNT4C::isRejected(wstring& why) const {
   if (!constraints_ || !history_->isStepOpen() || !history_->hasChanged(*root_)) return false;
   auto const expression = getJudgedExpression();
   PointerTC<algexpr::ConstraintsBC> const asked = constraints_;  // which may destroy the view
-  return expression && !asked->check(expression);
+  if (!expression || asked->check(expression)) return false;
+  why = asked->explain(*expression);
+  return true;
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::getJudgedExpression() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <utility>
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
@@ -63,6 +64,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// an event.
   bool setConstraints(PointerTC<algexpr::ConstraintsBC> constraints);
   PointerTC<algexpr::ConstraintsBC> const& getConstraints() const { return constraints_; }
+  /// What the constraints say, once, of the last edit that they refused (`ConstraintsBC::explain`).
+  wstring takeRejection() { return std::exchange(rejection_, {}); }
   /// The formula as it stands. Null when it is incomplete or wrong; then an editable view selects the faulty
   /// part and stores why in `cause` (may be null). A view that is not editable returns the expression it was
   /// given.
@@ -202,7 +205,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool finishEdit();
   /// Keeps the edit as a step of the history; false when it was rejected and taken back.
   bool settleEdit();
-  [[nodiscard]] bool isRejected() const;
+  [[nodiscard]] bool isRejected(wstring& why) const;
   /// Makes the tree the view's own, all selected.
   void putUp(std::unique_ptr<Node4C> root);
   /// The caret's text, to be changed.
@@ -257,6 +260,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<OperatorListC> operatorList_;
   bool editable_ = true;
   PointerTC<algexpr::ConstraintsBC> constraints_;
+  wstring rejection_;
   mutable bool layoutPending_ = false;
   mutable bool measurePending_ = false;  // the next layout measures everything
   mutable long textOverhang_ = -1;       // how far texts reach out of the boxes around them; -1: not measured
