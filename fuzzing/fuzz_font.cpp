@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "fuzzing/allocations.h"
 #include "fuzzing/targets.h"
 #include "zolt/surfaces/typeset/font_set.h"
 #include "zolt/surfaces/typeset/typesetter.h"
@@ -104,7 +105,9 @@ std::string checkFont(std::uint8_t const* data, std::size_t size) {
   std::string const bytes(data, data + size);
   std::string error;
   SfntFontC font;
+  AllocationsS::reset();
   bool const readable = font.parse(bytes, error);
+  if (AllocationsS::get().peak > size + 20000) return "reading holds more memory than the file has bytes";
   if (!readable && error.empty()) return "refused without a word why";
   if (auto fault = checkGlyphs(font, readable); !fault.empty()) return fault;
   auto const fonts = FontSetC::fromMemory({{"KaTeX_Main", bytes}, {"KaTeX_Math", bytes}}, error);

@@ -154,6 +154,27 @@ oss::PointerTC<RuleC> rejectAnythingWith(std::string const& name) {
   return new RuleC([=](std::string const& prefix) { return prefix.find(name) == std::string::npos; });
 }
 
+// A clipboard may change the field that it is called by: then nothing is deleted but what was copied.
+TEST(FieldClipboard, MayChangeTheFormulaMeanwhile) {
+  struct ClipboardC : ClipboardABC {
+    std::function<void()> act;
+    void write(ClipboardContentS const&) override { act(); }
+    ClipboardContentS read() const override { return {}; }
+    bool hasContent() const override { return true; }
+  };
+  for (std::string const script : {"undo", "key left", "command select-all char z", "op sqrt", "lock"}) {
+    StageC alone("[\"a\u2691b\u2038c\"]");
+    alone.play(script);
+    StageC stage("[\"a\u2691b\u2038c\"]");
+    oss::PointerTC<ClipboardC> const clipboard = new ClipboardC;
+    clipboard->act = [&] { stage.play(script); };
+    stage.refField().setClipboard(clipboard);
+    EXPECT_FALSE(stage.refField().run(COMMAND_CUT)) << script;
+    EXPECT_EQ(stage.notation(), alone.notation()) << script;
+    EXPECT_EQ(stage.findFault(), "");
+  }
+}
+
 // Constraints do not judge an incomplete formula.
 TEST(FieldConstraints, JudgeWholeActs) {
   struct CaseS {

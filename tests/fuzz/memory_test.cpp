@@ -20,6 +20,7 @@
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/tree_notation.h"
+#include "zolt/ved/view/view_insertion.h"
 
 namespace zolt::fuzz {
 namespace {
@@ -232,6 +233,41 @@ TEST(ScarceMemory, WhatAHostThrowsTakesTheEditBack) {
   EXPECT_EQ(writeBytes(view.crefRoot()), before);
   EXPECT_TRUE(view.insertText(u"d"));
   EXPECT_EQ(checkInvariants(view.crefRoot()), "");
+}
+
+TEST(ScarceMemory, WhatOperatorsAndClipboardsThrowTakesTheEditBack) {
+  class OperatorC : public OperatorBC {
+   public:
+    OperatorC() : OperatorBC(u"throws", u"throws", 1, 0, false, false, 0) {}
+    bool runOperator(ViewZNT4C& view) const override {
+      ViewInsertionC(view).cutSelection();
+      EXPECT_FALSE(view.insertText(u"z") || view.undo());
+      throw 1;
+    }
+  };
+  struct ClipboardC : field::ClipboardABC {
+    void write(field::ClipboardContentS const&) override { throw 1; }
+    field::ClipboardContentS read() const override { throw 1; }
+    bool hasContent() const override { return true; }
+  };
+  prepare();
+  field::FormulaFieldC field(makeSurface());
+  field.setClipboard(new ClipboardC);
+  ASSERT_TRUE(field.setNotation(u"[\"a\u2691b\", sqrt<[\"c\"]>, \"d\u2038e\"]"));
+  wstring const before = field.writeNotation();
+  PointerTC<OperatorBC> const op = new OperatorC;
+  auto& list = *OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
+  list.add(op);
+  EXPECT_THROW(field.insertOperator(u"throws"), int);
+  list.remove(u"throws");
+  for (auto const command : {field::COMMAND_COPY, field::COMMAND_CUT, field::COMMAND_PASTE}) {
+    EXPECT_THROW(field.run(command), int);
+    EXPECT_EQ(field.writeNotation(), before) << command;
+  }
+  EXPECT_TRUE(field.typeCharacter(u'x'));
+  EXPECT_TRUE(field.run(field::COMMAND_UNDO));
+  EXPECT_EQ(field.writeNotation(), before);
+  EXPECT_TRUE(field.run(field::COMMAND_UNDO) && !field.crefView().canUndo());
 }
 
 TEST(ScarceMemory, LargeActsAreAllOrNothing) {

@@ -113,6 +113,11 @@ TEST(Threads, FreezeAListThatAnotherOneReads) {
   list->addKey(1, standardOperators().lookup(u"abs"));
   list->remove(u"sqrt");
   EXPECT_TRUE(list->lookup(u"sqrt") && !list->lookup(u"abs") && !list->lookupKey(1));
+  oss::PointerTC<OperatorListC> const filled = new OperatorListC;
+  std::thread([&] {
+    for (oss::wstring const name : {u"+", u"abs"}) filled->add(standardOperators().lookup(name));
+  }).join();
+  EXPECT_TRUE(filled->lookup(u"abs"));
   OperatorListC copy(*list);
   copy.remove(u"sqrt");
   EXPECT_FALSE(copy.lookup(u"sqrt"));

@@ -184,6 +184,20 @@ TEST_F(Repaints, MayNotChangeTheView) {
   EXPECT_EQ(prefix(), "bx(c)");
 }
 
+#ifndef NDEBUG
+TEST_F(Repaints, MayNotDestroyTheView) {
+  auto doomed = std::make_unique<field::FormulaFieldC>(graphics);
+  ASSERT_TRUE(doomed->setPlainText(u"a/b"));
+  graphics->onUse = graphics->onInvalidate = [&] { doomed.reset(); };
+  EXPECT_DEATH(doomed->refView().display(0, 0), "");
+  EXPECT_DEATH(doomed->refView().needLayout(), "");
+  graphics->onUse = graphics->onInvalidate = nullptr;
+  doomed->setConstraints(new RuleC([&](std::string const&) { return doomed.reset(), true; }));
+  EXPECT_DEATH(doomed->typeCharacter(u'x'), "");
+  doomed->setConstraints(nullptr);
+}
+#endif
+
 // A host that paints as soon as it is asked to is asked again when the change is over.
 TEST_F(Repaints, ThatWereMissedAreAskedForAgain) {
   show(u"a");

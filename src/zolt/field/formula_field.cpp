@@ -62,7 +62,11 @@ FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
       seen_(view_.crefRoot().makeRecord()),
       diagnosed_(std::make_unique<DiagnosedS>()) {}
 
-FormulaFieldC::~FormulaFieldC() = default;
+FormulaFieldC::~FormulaFieldC() {
+#ifdef ZOLT_CHECK_TREES
+  if (acts_ > 0) __builtin_trap();
+#endif
+}
 
 void FormulaFieldC::setOptions(InputOptionsS const& options) {
   recordOptions(options_, options);

@@ -123,10 +123,18 @@ bool FormulaFieldC::run(CommandE command) {
       completeName();
       return placeCaret(caret());
     case COMMAND_COPY:
-    case COMMAND_CUT:
+    case COMMAND_CUT: {
       copied_ = copy();
+      SelectionS const selected = view_.getSelection();
+      auto const formula = view_.crefRoot().makeRecord();
       clipboard_->write(copied_);
-      return command == COMMAND_COPY || sendKey(KEY_BACKSPACE);
+      if (command == COMMAND_COPY) return true;
+      // A clipboard of a host's may have changed the formula meanwhile: only what was copied is deleted.
+      auto const [anchor, caret] = view_.getSelection();
+      bool const same = anchor == selected.anchor && caret == selected.caret &&
+                        view_.crefRoot().makeRecord().get() == formula.get();
+      return same && isEditable() && sendKey(KEY_BACKSPACE);
+    }
     default:
       wordTyped_ = false;
       return runEdit(command);

@@ -23,7 +23,7 @@ ViewZNT4C::ViewZNT4C(PointerTC<GraphicsABC> graphics) : graphics_(std::move(grap
 
 ViewZNT4C::~ViewZNT4C() {
 #ifdef ZOLT_CHECK_TREES
-  if (notifying_ || held_) __builtin_trap();
+  if (notifying_ || held_ || (event_ && !event_->mayLoseView())) __builtin_trap();
 #endif
   if (event_) event_->loseView();
   root_.reset();
@@ -265,7 +265,8 @@ bool ViewZNT4C::finishEdit() {
 }
 
 bool ViewZNT4C::settleEdit() {
-  EventC const& event = *event_;
+  EventC& event = *event_;
+  event.letViewGo();
   wstring why;
   bool const rejected = isRejected(why);
   if (event.hasLostView()) return false;

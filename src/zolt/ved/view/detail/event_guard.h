@@ -17,6 +17,9 @@ class ViewZNT4C::EventC {
 
   /// Ends the event, and repeats a repaint that came too early.
   void finish();
+  /// From now on the event is at an end but for the question whether it is kept, and the view may be lost.
+  void letViewGo() { mayLoseView_ = true; }
+  bool mayLoseView() const { return mayLoseView_; }
   /// The view was destroyed: there is nothing to end and nothing to take back.
   void loseView() { finished_ = true; }
   bool hasLostView() const { return finished_; }
@@ -24,6 +27,7 @@ class ViewZNT4C::EventC {
  private:
   ViewZNT4C& view_;
   bool finished_ = false;
+  bool mayLoseView_ = false;
   // These are kept here, since the history has no step when only they change.
   SelectionS selection_;
   bool penDown_;
