@@ -38,6 +38,7 @@ Examples:
 struct SettingsS {
   InputS input;
   NotationE from = NOTATION_PLAIN;
+  CatalogueE catalogue = CATALOGUE_EXTENDED;
   TargetE to = TO_PREFIX;
   SurfaceE surface = SURFACE_RECORDING;
 };
@@ -101,6 +102,7 @@ class ConverterC {
 };
 
 ExitStatusE run(SettingsS const& settings) {
+  provideOperators(settings.catalogue);
   oss::PointerTC<math::ved::GraphicsABC> graphics(new surfaces::RecordingGraphicsC);
   if (settings.surface == SURFACE_TYPESET) {
     std::string error;
@@ -147,6 +149,7 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
       addChoice<SurfaceE>(command, "--surface", settings->surface,
                           {{"recording", SURFACE_RECORDING}, {"typeset", SURFACE_TYPESET}},
                           "Measures that a layout is made with: fixed ones or those of the real fonts");
+  addCatalogue(command, settings->catalogue);
   onChosen(command, [settings, &surface, &action] {
     if (isGiven(surface) && settings->to != TO_LAYOUT) refuse("--surface", "it goes with --to layout only");
     action = [settings] { return run(*settings); };

@@ -145,6 +145,7 @@ class GalleryWriterC {
 };
 
 ExitStatusE run(SettingsS const& settings) {
+  provideOperators(CATALOGUE_EXTENDED);
   std::string error;
   auto const typesetter = makeTypesetter(error);
   if (!typesetter) {
@@ -166,7 +167,7 @@ ExitStatusE run(SettingsS const& settings) {
 
 void addGalleryCommand(CLI::App& program, ActionT& action) {
   CLI::App& command =
-      addCommand(program, "gallery", "Draw everything that the standard operators can look like", footer);
+      addCommand(program, "gallery", "Draw everything that the operators can look like", footer);
   auto const settings = std::make_shared<SettingsS>();
   require(addPath(command, "FOLDER", settings->folder, "DIR", "Folder to write to; made when it is missing"));
   addNumber(command, "--scale", settings->scale, 0.05, 20, "Size of the sheet; 1 sets letters in 21 pixels");

@@ -43,6 +43,7 @@ Examples:
 struct SettingsS {
   InputS input;
   NotationE from = NOTATION_PLAIN;
+  CatalogueE catalogue = CATALOGUE_EXTENDED;
   std::string path = "formula.svg";
   surfaces::PictureFormatE format = surfaces::PICTURE_SVG;
   double scale = 1;
@@ -161,6 +162,7 @@ class RendererC {
 constexpr char too_many[] = "standard output takes a single picture; use --stream, or name a file with -o";
 
 ExitStatusE run(SettingsS const& settings) {
+  provideOperators(settings.catalogue);
   StandardOutputC output;
   BatchC batch(settings.input, progress_step, output);
   RendererC renderer(settings, batch, output);
@@ -242,6 +244,7 @@ void addRenderCommand(CLI::App& program, ActionT& action) {
           "Write all pictures to standard output, one after the other");
   addCount(command, "-j,--jobs", settings->threads, 1, 64, "Pictures that are drawn at the same time");
   addInputOptions(command, settings->input, settings->from);
+  addCatalogue(command, settings->catalogue);
   onChosen(command, [settings, &path, &format, &action] {
     check(*settings, isGiven(path), isGiven(format));
     action = [settings] { return run(*settings); };

@@ -29,6 +29,7 @@ enum SurfaceE { SURFACE_TYPESET, SURFACE_RECORDING };
 
 struct SettingsS {
   std::string script;
+  CatalogueE catalogue = CATALOGUE_EXTENDED;
   std::string output;
   bool trace = false;
   SurfaceE surface = SURFACE_TYPESET;
@@ -110,6 +111,7 @@ bool writePicture(field::FormulaFieldC const& field, std::string const& path, st
 }
 
 ExitStatusE run(SettingsS const& settings) {
+  provideOperators(settings.catalogue);
   field::EventScriptT script;
   if (!readScript(settings.script, script)) return EXIT_STATUS_FAILED;
   auto const surface = makeSurface(settings.surface);
@@ -147,6 +149,7 @@ void addReplayCommand(CLI::App& program, ActionT& action) {
   addChoice<SurfaceE>(command, "--surface", settings->surface,
                       {{"typeset", SURFACE_TYPESET}, {"recording", SURFACE_RECORDING}},
                       "Measures that places of the pointer are in: those of the real fonts or fixed ones");
+  addCatalogue(command, settings->catalogue);
   onChosen(command, [settings, &action] {
     surfaces::PictureFormatE format = surfaces::PICTURE_SVG;
     if (!settings->output.empty() && !findPictureFormat(settings->output, format)) {

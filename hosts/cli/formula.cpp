@@ -3,6 +3,8 @@
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/number_display_format.h"
+#include "zolt/catalogue/standard_operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/error_text.h"
@@ -75,6 +77,12 @@ std::unique_ptr<Node4C> readTree(wstring const& text, FaultS& fault) {
 }
 
 }  // namespace
+
+void provideOperators(CatalogueE catalogue) {
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  catalogue::registerStandardOperators(*operators);
+  if (catalogue == CATALOGUE_EXTENDED) catalogue_extended::registerExtendedOperators(*operators);
+}
 
 FormulaC::FormulaC() = default;
 FormulaC::~FormulaC() = default;

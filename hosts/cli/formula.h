@@ -24,6 +24,14 @@ enum NotationE {
   NOTATION_TREE  ///< the editor's tree, incomplete formulas too
 };
 
+enum CatalogueE {
+  CATALOGUE_STANDARD,
+  CATALOGUE_EXTENDED  ///< those of the standard one, and more
+};
+
+/// Makes the operators of the catalogue known, once, before formulas are read or drawn.
+void provideOperators(CatalogueE catalogue);
+
 /// One formula that was read, as an expression and as a tree; each is made from the other on demand.
 class FormulaC {
  public:

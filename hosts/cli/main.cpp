@@ -10,9 +10,6 @@
 #include "hosts/cli/command_render.h"
 #include "hosts/cli/command_replay.h"
 #include "hosts/cli/message.h"
-#include "zolt/algexpr/cas_session.h"
-#include "zolt/catalogue/standard_operators.h"
-#include "zolt/ved/operators/operator_list_repository.h"
 
 using namespace zolt;
 
@@ -30,8 +27,6 @@ Exit status: 0 all is well, 1 an expression is wrong or a file cannot be read or
 
 int run(int argc, char** argv) {
   return cli::runCommandLine(argc, argv, footer, [](CLI::App& program, cli::ActionT& action) {
-    auto const session = math::algexpr::CASSessionBC::getSession();
-    catalogue::registerStandardOperators(*math::ved::OperatorListRepositoryC::lookup(session->getEngine()));
     cli::addRenderCommand(program, action);
     cli::addConvertCommand(program, action);
     cli::addGalleryCommand(program, action);

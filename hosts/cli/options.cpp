@@ -111,6 +111,12 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
                        "Notation of the expressions");
 }
 
+void addCatalogue(CLI::App& command, CatalogueE& catalogue) {
+  addChoice<CatalogueE>(command, "--catalogue", catalogue,
+                        {{"standard", CATALOGUE_STANDARD}, {"extended", CATALOGUE_EXTENDED}},
+                        "Operators that formulas may have: the standard ones, or more of mathematics too");
+}
+
 std::string protectWord(std::string word) {
   if (!word.empty() && (word.front() == '[' || word.front() == '{')) word.insert(0, 1, guard);
   return word;

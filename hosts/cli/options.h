@@ -56,6 +56,9 @@ CLI::Option& addChoice(CLI::App& command, std::string const& name, E& value,
 /// Adds `EXPR…`, `-i` and `--from`.
 void addInputOptions(CLI::App& command, InputS& input, NotationE& from);
 
+/// Adds `--catalogue`.
+void addCatalogue(CLI::App& command, CatalogueE& catalogue);
+
 /// Adds an option or argument that names a file or, with the type name "DIR", a folder. A `path` that is not
 /// empty is the default.
 CLI::Option& addPath(CLI::App& command, std::string const& name, std::string& path, std::string const& type,

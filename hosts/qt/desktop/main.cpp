@@ -17,6 +17,7 @@
 #include "hosts/qt/desktop/recovery_writer.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/support/terminal_text.h"
+#include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_fonts.h"
 
 namespace {
@@ -129,7 +130,11 @@ int main(int argc, char** argv) {
                                       QStringLiteral("NAME"));
   QCommandLineOption const sample(QStringLiteral("sample"),
                                   QApplication::translate("main", "Open the sample sheet."));
-  parser.addOptions({screenshot, appearance, sample});
+  QCommandLineOption const catalogue(
+      QStringLiteral("catalogue"),
+      QApplication::translate("main", "Operators of formulas: extended (else), or standard."),
+      QStringLiteral("NAME"));
+  parser.addOptions({screenshot, appearance, sample, catalogue});
   parser.addPositionalArgument(QStringLiteral("sheet"), QApplication::translate("main", "The sheet to open."),
                                QStringLiteral("[sheet]"));
   if (!parser.parse(QApplication::arguments())) {
@@ -137,6 +142,14 @@ int main(int argc, char** argv) {
     return exit_failure;
   }
   parser.process(app);  // help and version
+
+  if (parser.value(catalogue) == QStringLiteral("standard")) {
+    qt::FormulaEdit::setCatalogue(qt::FormulaEdit::Catalogue::Standard);
+  } else if (parser.isSet(catalogue) && parser.value(catalogue) != QStringLiteral("extended")) {
+    complain(QApplication::translate("main", "There is no catalogue \"%1\".").arg(parser.value(catalogue)),
+             false);
+    return exit_failure;
+  }
 
   bool const pictured = parser.isSet(screenshot);
   QString fontError;

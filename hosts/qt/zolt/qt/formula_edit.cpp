@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "zolt/catalogue/standard_operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/qt/formula_accessible.h"
@@ -26,18 +27,25 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
-void provideStandardOperators() {
+FormulaEdit::Catalogue chosen_catalogue = FormulaEdit::Catalogue::Extended;
+
+void provideOperators() {
   auto const session = math::algexpr::CASSessionBC::getSession();
   auto const operators = math::ved::OperatorListRepositoryC::lookup(session->getEngine());
-  if (operators->crefByName().empty()) catalogue::registerStandardOperators(*operators);
+  if (!operators->crefByName().empty()) return;
+  catalogue::registerStandardOperators(*operators);
+  if (chosen_catalogue == FormulaEdit::Catalogue::Extended)
+    catalogue_extended::registerExtendedOperators(*operators);
 }
 
 }  // namespace
 
+void FormulaEdit::setCatalogue(Catalogue catalogue) { chosen_catalogue = catalogue; }
+
 // ---- State ------------------------------------------------------------------------------------------------
 
 FormulaEdit::StateS::StateS(FormulaEdit& owner) : edit(owner) {
-  provideStandardOperators();
+  provideOperators();
   fonts = FormulaFonts::share(fontError);
   oss::PointerTC<math::ved::GraphicsABC> surface;
   if (fonts) {

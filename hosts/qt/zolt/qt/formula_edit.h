@@ -26,8 +26,9 @@ namespace zolt::qt {
 /// A widget for one formula in its textbook form, as `QLineEdit` is one for a line of text.
 /// docs/qt-widget.md goes through both, row by row.
 ///
-/// The first widget of a process fills the operator table with the standard operators if the host has not
-/// done so. Without its font files (`fontError`) it keeps its formula, but shows that message instead.
+/// The first widget of a process fills the operator table with the operators of the chosen catalogue
+/// (`setCatalogue`) if the host has not filled it. Without its font files (`fontError`) it keeps its formula,
+/// but shows that message instead.
 class FormulaEdit : public EditField {
   Q_OBJECT
   /// The formula as people type it, "sqrt(x^2+1)/2". It is empty when the formula is incomplete.
@@ -59,6 +60,11 @@ class FormulaEdit : public EditField {
 
   using Expression = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
   using Constraints = oss::PointerTC<math::algexpr::ConstraintsBC>;
+
+  /// What may be in a formula: the standard operators, or more of mathematics, too.
+  enum class Catalogue { Standard, Extended };
+  /// Chooses for the whole process, before its first widget; without a choice it is the extended one.
+  static void setCatalogue(Catalogue catalogue);
 
   static constexpr qreal default_zoom = 1.75;
   static constexpr qreal min_zoom = 0.5;

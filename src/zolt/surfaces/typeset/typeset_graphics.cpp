@@ -152,8 +152,12 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
     case math::ved::SIGN_SUM:
       appendSum(path, double(x), double(y), double(width), double(height));
       break;
-    default:
+    case math::ved::SIGN_ABSOLUTE_BARS:
+    case math::ved::SIGN_CEILING_BARS:
+    case math::ved::SIGN_FLOOR_BARS:
       return fillBars(sign, x, y, width, height, closer);
+    default:
+      return GraphicsABC::drawSign(sign, x, y, width, height);
   }
   fillPath(path, INK_TEXT);
 }

@@ -54,6 +54,52 @@ void GraphicsABC::drawSign(SignE sign, long x, long y, long width, long height) 
       drawHorizontalLine(right + 1 - serif_length, row, serif_length);
       break;
     }
+    case SIGN_NORM_BARS:
+      drawSign(SIGN_ABSOLUTE_BARS, x, y, width, height);
+      drawSign(SIGN_ABSOLUTE_BARS, x + norm_bar_distance, y, width - 2 * norm_bar_distance, height);
+      break;
+    case SIGN_PRODUCT: {
+      long const inset = width / 6;
+      drawHorizontalLine(x, y, width);
+      drawVerticalLine(x + inset, y, height);
+      drawVerticalLine(right - inset, y, height);
+      break;
+    }
+    case SIGN_OPEN_SQUARE:
+    case SIGN_CLOSE_SQUARE:
+      drawVerticalLine(sign == SIGN_OPEN_SQUARE ? x + 1 : right - 1, y, height);
+      drawHorizontalLine(sign == SIGN_OPEN_SQUARE ? x + 1 : x, y, width - 1);
+      drawHorizontalLine(sign == SIGN_OPEN_SQUARE ? x + 1 : x, bottom, width - 1);
+      break;
+    case SIGN_OPEN_BRACE:
+    case SIGN_CLOSE_BRACE: {
+      long const tip = sign == SIGN_OPEN_BRACE ? x : right;
+      long const end = sign == SIGN_OPEN_BRACE ? right : x;
+      long const stem = x + (width - 1) / 2;
+      long const middle = y + height / 2;
+      drawStroke(STROKE_WITH_CORNERS, {{end, y},
+                                       {stem, y + 1},
+                                       {stem, middle - 1},
+                                       {tip, middle},
+                                       {stem, middle + 1},
+                                       {stem, bottom - 1},
+                                       {end, bottom}});
+      break;
+    }
+    case SIGN_HAT:
+      drawStroke(STROKE_WITH_CORNERS, {{x, bottom}, {x + (width - 1) / 2, y}, {right, bottom}});
+      break;
+    case SIGN_ARROW: {
+      long const shaft = y + height / 2;
+      long const head = height / 2;
+      drawHorizontalLine(x, shaft, width);
+      drawStroke(STROKE_WITH_CORNERS,
+                 {{right - head, shaft - head}, {right, shaft}, {right - head, shaft + head}});
+      break;
+    }
+    case SIGN_DOT:
+      drawVerticalLine(x + (width - 1) / 2, y + (height - 1) / 2, 1);
+      break;
   }
 }
 

@@ -18,7 +18,16 @@ enum SignE {
   SIGN_SUM = 3,  ///< one unit higher than wide
   SIGN_ABSOLUTE_BARS = 4,
   SIGN_CEILING_BARS = 5,
-  SIGN_FLOOR_BARS = 6
+  SIGN_FLOOR_BARS = 6,
+  SIGN_NORM_BARS = 7,      ///< two bars on each side
+  SIGN_PRODUCT = 8,        ///< one unit higher than wide, like the sum
+  SIGN_OPEN_SQUARE = 9,    ///< "[", in a cell as wide as that of a parenthesis; so are the next three
+  SIGN_CLOSE_SQUARE = 10,  ///< "]"
+  SIGN_OPEN_BRACE = 11,    ///< "{"
+  SIGN_CLOSE_BRACE = 12,   ///< "}"
+  SIGN_HAT = 13,           ///< above a row, as wide as the box; so are the next two
+  SIGN_ARROW = 14,         ///< to the right
+  SIGN_DOT = 15            ///< in the middle of the box
 };
 
 /// How a stroke goes through its points.
@@ -54,6 +63,8 @@ class GraphicsABC : public oss::RefCountedBC {
  public:
   /// The length of a serif of ceiling and floor bars.
   static constexpr long serif_length = 5;
+  /// How far the two bars on one side of a norm are apart.
+  static constexpr long norm_bar_distance = 3;
 
   /// Asks the host to repaint the view soon. The implementation must neither paint nor throw; it may query
   /// the view, which refuses to be changed during the call.
@@ -112,8 +123,8 @@ class GraphicsABC : public oss::RefCountedBC {
   /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;
 
-  /// Draws one stroke through the units at `points`, for signs that no other member has: a product, a brace,
-  /// an arrow. Unless overridden it draws straight lines.
+  /// Draws one stroke through the units at `points`, for signs that no other member has. Unless overridden it
+  /// draws straight lines.
   virtual void drawStroke(StrokeE kind, std::vector<PointS> const& points) const;
 
   /// Tells the text that begins what the next bracket, pair of brackets, sign or horizontal line encloses or

@@ -1,0 +1,14 @@
+#include "zolt/catalogue_extended/extended_operators.h"
+
+#include "zolt/catalogue_extended/operator_binomial.h"
+#include "zolt/catalogue_extended/operator_norm.h"
+
+namespace zolt::catalogue_extended {
+
+void registerExtendedOperators(math::ved::OperatorListC& operators) {
+  // Palettes show them in this order.
+  operators.add(new OperatorBinomialC);
+  operators.add(new OperatorNormC);
+}
+
+}  // namespace zolt::catalogue_extended
