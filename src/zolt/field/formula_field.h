@@ -211,6 +211,9 @@ class FormulaFieldC {
 
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
+  bool actByRule(InputDecisionS const& decision);
+  bool insert(InputDecisionS const& decision);
+  PlaceS findPower() const;
   bool runOperator(wstring const& name);
   bool selectOperand(PlaceS begin);
   bool bracketPower();

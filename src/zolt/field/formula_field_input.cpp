@@ -199,14 +199,15 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
                  : keepsColumn ? ActC::KEEP_COLUMN
                                : ActC::KEEP_COMPLETION);
   if (op) {
+    GroupC group(*this);
     completeName();
-    if (op->getName() == u"^" && view_.isSelected()) return runOperator(op->getName());
-  } else {
-    for (KeyCommandS const& key : key_commands) {
-      if (key.code == code) return run(shift ? key.shifted : key.plain);
-    }
-    leaveCompletion();
+    bool const isPower = op->getName() == u"^" && view_.isSelected();
+    return group.end(isPower ? runOperator(op->getName()) : view_.insertOperator(op));
   }
+  for (KeyCommandS const& key : key_commands) {
+    if (key.code == code) return run(shift ? key.shifted : key.plain);
+  }
+  leaveCompletion();
   return view_.addEvent(EVENT_KEY, code, shift, false, false, 0, 0);
 }
 
@@ -216,15 +217,8 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return placeCaret(decision.target);
     case INPUT_OPERATOR:
     case INPUT_TEXT: {
-      bool const isText = decision.kind == INPUT_TEXT;
-      bool const raises = raisesBase(decision.text);
-      if (!decision.target && !decision.begin && !raises) {
-        return isText ? view_.insertText(decision.text) : runOperator(decision.text);
-      }
-      GroupC group(*this);
-      bool const placed = (!decision.target || placeCaret(decision.target)) &&
-                          selectOperand(decision.begin) && (!raises || bracketPower());
-      return group.end(placed && (isText ? view_.insertText(decision.text) : runOperator(decision.text)));
+      bool const raisesPower = raisesBase(decision.text) && findPower();
+      return decision.target || decision.begin || raisesPower ? actByRule(decision) : insert(decision);
     }
     case INPUT_EXPONENT:
     case INPUT_OPEN_EXPONENT:
@@ -237,10 +231,33 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
   return false;
 }
 
+/// Types what a rule moves or brackets an operand for. One undo takes only the rule back.
+bool FormulaFieldC::actByRule(InputDecisionS const& decision) {
+  PlacePathS const target = decision.target ? pathOf(decision.target) : PlacePathS();
+  PlacePathS const begin = decision.begin ? pathOf(decision.begin) : PlacePathS();
+  auto const find = [&](PlacePathS const& path) {
+    return path.path.empty() ? PlaceS() : placeAt(view_.crefRoot(), path);
+  };
+  GroupC group(*this);
+  if (groups_ == 1 && insert(decision)) view_.restartGroup();
+  bool const placed = (!decision.target || placeCaret(find(target))) && selectOperand(find(begin)) &&
+                      (!raisesBase(decision.text) || bracketPower());
+  return group.end(placed && insert(decision));
+}
+
+bool FormulaFieldC::insert(InputDecisionS const& decision) {
+  return decision.kind == INPUT_TEXT ? view_.insertText(decision.text) : runOperator(decision.text);
+}
+
+/// Where the power begins that ends at the caret and needs brackets to be raised; null when there is none.
+PlaceS FormulaFieldC::findPower() const {
+  bool const possible = options_.exponents && !view_.isSelected();
+  return possible ? startOfPower(caret(), view_.crefOperatorList()) : PlaceS();
+}
+
 /// Puts brackets around a power before the caret, which is to be raised, or "!" would apply to its exponent.
 bool FormulaFieldC::bracketPower() {
-  PlaceS const begin =
-      options_.exponents && !view_.isSelected() ? startOfPower(caret(), view_.crefOperatorList()) : PlaceS();
+  PlaceS const begin = findPower();
   return !begin || (selectOperand(begin) && bracketSelection());
 }
 

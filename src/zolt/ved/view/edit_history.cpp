@@ -1,7 +1,7 @@
 #include "zolt/ved/view/edit_history.h"
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 #include <memory>
 
 #include "zolt/ved/tree/node4.h"
@@ -30,6 +30,7 @@ bool EditHistoryC::hasChanged(Node4C const& root) const { return root.makeRecord
 void EditHistoryC::dropStep() {
   open_ = false;
   tree_ = {};
+  half_ = {};
 }
 
 PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
@@ -40,39 +41,64 @@ PointerTC<EditBackupC> EditHistoryC::stateBeforeStep() const {
                          const_cast<Node4C*>(anchor.node), anchor.pos);
 }
 
+SelectionPathS const& EditHistoryC::restartStep(Node4C& root, SelectionS const& places) {
+  StepS half;
+  half.after = pathOf(places);
+  half.state = root.makeRecord();
+  root.turnInto(*tree_);
+  root.checkTree();
+  half_ = std::move(half);
+  return before_;
+}
+
+bool EditHistoryC::complete(StepS& step, NodeRecordC const& before) {
+  auto const [differs, size] = compareStates(before, *step.state);
+  step.size = sizeof(StepS) + sizeOf(step.before) + sizeOf(step.after) + size;
+  return differs;
+}
+
 void EditHistoryC::endStep(Node4C const& root, SelectionS const& places) {
   if (!open_) return;
   // Everything that allocates memory comes first: when it fails, the history is unchanged and the step is
   // still open.
   StepS step;
   step.state = root.makeRecord();
-  auto const [differs, size] = compareStates(steps_.empty() ? *tree_ : stateBefore(next_), *step.state);
-  if (!differs) {
+  step.before = half_.state ? half_.after : before_;
+  step.after = pathOf(places);
+  step.typing = typing_;
+  NodeRecordC const& before = steps_.empty() ? *tree_ : stateBefore(next_);
+  bool hasHalf = false;
+  if (half_.state) {
+    half_.before = before_;
+    half_.typing = true;
+    hasHalf = complete(half_, before) && complete(step, *half_.state);
+    if (!hasHalf) step.before = before_;
+  }
+  if (!hasHalf && !complete(step, before)) {
     dropStep();
     return;
   }
-  step.after = pathOf(places);
-  step.typing = typing_;
-  if (typing_ && next_ > 0) {
+  StepS& typed = hasHalf ? half_ : step;
+  if (typed.typing && next_ > 0) {
     StepS const& last = steps_[next_ - 1];
-    step.continues = last.typing && last.after == before_;
+    typed.continues = last.typing && last.after == before_;
   }
   if (steps_.empty()) first_ = tree_;
-  steps_.emplace_back();
-  step.before = std::move(before_);
-  step.size = sizeof(StepS) + sizeOf(step.before) + sizeOf(step.after) + size;
-  forgetRedo();
-  bytes_ += step.size;
+  std::size_t const numNew = hasHalf ? 2 : 1;
+  steps_.resize(steps_.size() + numNew);
+  forgetRedo(numNew);
+  bytes_ += step.size + (hasHalf ? half_.size : 0);
   steps_.back() = std::move(step);
+  if (hasHalf) steps_[next_] = std::move(half_);
   next_ = steps_.size();
   trim();
   dropStep();
 }
 
-/// Drops the steps after `next_`, except the last, into which the new step is moved.
-void EditHistoryC::forgetRedo() {
+/// Drops the steps after `next_`, except the last ones, which are for new steps.
+void EditHistoryC::forgetRedo(std::size_t numNew) {
   auto const first = steps_.begin() + static_cast<std::ptrdiff_t>(next_);
-  auto const last = std::prev(steps_.end());
+  auto const last = steps_.end() - static_cast<std::ptrdiff_t>(numNew);
   for (auto step = first; step != last; ++step) bytes_ -= step->size;
   steps_.erase(first, last);
 }

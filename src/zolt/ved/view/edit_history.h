@@ -38,8 +38,11 @@ class EditHistoryC {
   /// one that is edited.
   [[nodiscard]] PointerTC<EditBackupC> stateBeforeStep() const;
   /// Records the announced edit as a step, which ends what could be redone. An edit that left the tree as it
-  /// was leaves no step. Ignored when none was announced.
+  /// was leaves no step. Ignored when none was announced. What `restartStep` kept becomes a step before it.
   void endStep(Node4C const& root, SelectionS const& places);
+  /// Keeps the state that the edit under way has reached for a step of its own, as typed, and takes the tree
+  /// back to the announcement; answers where caret and anchor were then. Once in an edit, which must be open.
+  SelectionPathS const& restartStep(Node4C& root, SelectionS const& places);
   /// The announced edit did not happen: the tree is again as it was.
   void dropStep();
 
@@ -78,7 +81,9 @@ class EditHistoryC {
   /// The state before step `i` of those that are kept.
   NodeRecordC const& stateBefore(unsigned long i) const { return i > 0 ? *steps_[i - 1].state : *first_; }
   void goTo(Node4C& root, unsigned long next);
-  void forgetRedo();
+  void forgetRedo(std::size_t numNew);
+  /// What a state takes that comes after `before`; no value when it is the same. May run out of memory.
+  static bool complete(StepS& step, NodeRecordC const& before);
   void trim();
 
   unsigned long maxSteps_;
@@ -92,6 +97,7 @@ class EditHistoryC {
   bool typing_ = false;
   NodeRecordPointerC tree_;  // before the step that is open
   SelectionPathS before_;
+  StepS half_;  // of the edit that is open; without a state there is none
 };
 
 }  // namespace zolt::math::ved

@@ -100,6 +100,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// any other text is typed character by character. False, with nothing changed, when a character is
   /// refused or the constraints reject the result.
   bool insertText(wstring const& text);
+  /// Inserts an operator as its key does. False, with nothing changed, when it refuses.
+  bool insertOperator(PointerTC<OperatorBC> const& op);
   /// Where every refused input ends: does nothing and answers false.
   bool bip() const { return false; }
 
@@ -150,6 +152,9 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// redo are refused meanwhile, and a refused `insertText` takes back the whole group. Groups do not nest;
   /// an expression set meanwhile begins the group anew.
   void beginGroup();
+  /// Takes back what the group did until now. When the group is kept, that is a step of its own before the
+  /// group's, as if it had been typed: undoing the group leaves it. At most once in a group.
+  void restartGroup();
   /// False when the constraints rejected the group, which then leaves nothing behind.
   bool endGroup();
   /// Ends the group and takes everything back to where it began, caret and selection too.
@@ -225,6 +230,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   [[nodiscard]] unsigned long countSelectedRows() const;
   [[nodiscard]] bool mayNest(unsigned long rows) const;
   // view_text.cpp
+  template <class EditT>
+  bool insert(EditT edit);
   bool doAddText(wstring const& text);
   bool addTexts(wstring const& text);
   void addCharacter(char16_t c);

@@ -25,9 +25,18 @@ bool isWrittenAsText(OperatorBC const& op) {
 }  // namespace
 
 bool ViewZNT4C::insertText(wstring const& text) {
+  return insert([&] { return doAddText(text); });
+}
+
+bool ViewZNT4C::insertOperator(PointerTC<OperatorBC> const& op) {
+  return insert([&] { return doRunOperator(op); });
+}
+
+template <class EditT>
+bool ViewZNT4C::insert(EditT edit) {
   if (isBusy()) return bip();
   EventC guard(*this);
-  bool taken = doAddText(text);
+  bool taken = edit();
   if (taken) {
     taken = finishEdit();
   } else if (history_->isStepOpen()) {

@@ -49,6 +49,14 @@ void ViewZNT4C::beginGroup() {
   grouping_ = true;
 }
 
+void ViewZNT4C::restartGroup() {
+  if (isBusy() || !grouping_ || !history_->isStepOpen()) return;
+  EventC guard(*this);
+  selection_ = selectionAt(*root_, history_->restartStep(*root_, selection_));
+  needLayout();
+  guard.finish();
+}
+
 bool ViewZNT4C::endGroup() {
   if (isBusy() || !grouping_) return bip();
   EventC guard(*this);
