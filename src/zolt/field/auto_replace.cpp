@@ -58,15 +58,6 @@ NameS nameEndingAt(PlaceS end) {
   return {{end.node, start}, text.substr(start, end.pos - start)};
 }
 
-/// Whether a number or a factorial ends at the place, so that "!" after it is a factorial.
-bool endsCounted(PlaceS place) {
-  wstring const& text = place.node->crefText();
-  if (place.pos > 0 && text[place.pos - 1] == u'!') return true;
-  unsigned int const start = wordStart(text, place.pos);
-  return start < place.pos && math::common::startsNumber(text[start]) &&
-         math::common::findNumberEnd(text, start, math::common::LONE_EXPONENT_LEFT) == place.pos;
-}
-
 /// Whether a sign that is a name by itself, or the primes of a name, end at the place.
 bool endsWholeName(PlaceS place) {
   wstring const& text = place.node->crefText();
@@ -166,6 +157,25 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
 
 namespace {
 
+/// Whether a name put before the place would become a part of the one that begins there.
+bool meltsAt(PlaceS place, wstring const& name) {
+  wstring const& text = place.node->crefText();
+  if (place.pos == text.size() || !isWordCharacter(name.back()) || name.back() == math::common::pi_sign)
+    return false;
+  char16_t const next = text[place.pos];
+  bool const isPart = next == u'_' || next == math::common::pi_sign || math::common::isDigit(next) ||
+                      math::common::countPrimes(next) > 0;
+  return isWordCharacter(next) && !isPart;
+}
+
+/// The same with a blank after it where it would become a part of the name there; `op` is what it inserts, if
+/// anything.
+ReplacementS apart(ReplacementS replacement, PointerTC<OperatorBC> const& op) {
+  wstring const shown = op ? op->getText() : replacement.text;
+  if (meltsAt(replacement.end, shown)) replacement.text = shown + u' ';
+  return replacement;
+}
+
 /// Whether what is between two places of a text is all of an exponent.
 bool isWholeExponent(PlaceS begin, PlaceS end) {
   Node4C const* const item = enclosingItem(*begin.node);
@@ -201,7 +211,7 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
     return {begin, end, u"(" + name + u")", {}};
   if (name.size() < 2) return {};
   if (auto const op = options.letters && use == NAME_STANDS_ALONE ? findSignByName(operators, name) : nullptr)
-    return {begin, end, op->getName(), {}};
+    return apart({begin, end, op->getName(), {}}, op);
   std::vector<wstring> factors{name};
   if (options.singleLetters) factors = findFactors(name, operators, options.names);
   std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;
@@ -213,7 +223,8 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
   wstring text = factors[0];
   for (std::size_t i = 1; i < factors.size(); ++i) text += math::common::times_sign + factors[i];
   if (text == name) return {};
-  return {begin, end, std::move(text), {}};
+  auto const op = operators.lookup(text);
+  return apart({begin, end, std::move(text), {}}, op);
 }
 
 ReplacementS findFunctionReplacement(ViewZNT4C const& view, PlaceS end) {

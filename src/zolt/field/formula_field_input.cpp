@@ -49,8 +49,10 @@ Node4C const* findGrowingExponent(PlaceS place) {
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
 /// Whether what is inserted by that name applies to a base: "^", "°", "!".
-bool raisesBase(wstring const& name) {
-  return name == u"!" || name == u"^" || name == u"_deg" || name == u"_rad";
+bool raisesBase(wstring const& name, OperatorListC const& operators) {
+  if (name == u"^" || name == u"_deg" || name == u"_rad") return true;
+  auto const op = operators.lookup(name);
+  return bool{operators.lookupText(op ? op->getText() : name, OPERATOR_AFTER)};
 }
 
 /// Whether inserting the operator writes brackets after its text.
@@ -217,7 +219,7 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return placeCaret(decision.target);
     case INPUT_OPERATOR:
     case INPUT_TEXT: {
-      bool const raisesPower = raisesBase(decision.text) && findPower();
+      bool const raisesPower = findPower() && raisesBase(decision.text, view_.crefOperatorList());
       return decision.target || decision.begin || raisesPower ? actByRule(decision) : insert(decision);
     }
     case INPUT_EXPONENT:
@@ -241,7 +243,7 @@ bool FormulaFieldC::actByRule(InputDecisionS const& decision) {
   GroupC group(*this);
   if (groups_ == 1 && insert(decision)) view_.restartGroup();
   bool const placed = (!decision.target || placeCaret(find(target))) && selectOperand(find(begin)) &&
-                      (!raisesBase(decision.text) || bracketPower());
+                      (!raisesBase(decision.text, view_.crefOperatorList()) || bracketPower());
   return group.end(placed && insert(decision));
 }
 
@@ -372,7 +374,11 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   unsigned long const behind = places.caret.pos - replacement.end.pos;
   GroupC group(*this);
   bool done = deleteRange(replacement.begin, replacement.end);
-  if (auto const op = view_.crefOperatorList().lookup(replacement.text); op && isCalled(*op)) {
+  auto const op = view_.crefOperatorList().lookup(replacement.text);
+  if (PlaceS const after = op && !caretMoves ? leaveByReplacement(caret(), *op, options_) : PlaceS()) {
+    done = done && placeCaret(after);
+  }
+  if (op && isCalled(*op)) {
     // Its brackets are typed.
     for (char16_t const c : replacement.text) done = done && view_.insertText(wstring(1, c));
   } else {

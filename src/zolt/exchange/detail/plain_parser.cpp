@@ -228,8 +228,12 @@ PlainParserC::NextE PlainParserC::readSign() {
       // "x 2" is more often a power or an index that lost its form in copying than a product.
       return fail(READ_ERROR_MISSING_OPERATOR);
     default:
-      return token().startsOperand() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
+      return startsFactor() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
   }
+}
+
+bool PlainParserC::startsFactor() const {
+  return token().startsOperand() || (token().type == PLAIN_TOKEN_PREFIX && token().infix->rule >= RULE_SIGN);
 }
 
 PlainParserC::NextE PlainParserC::readInfix() {
@@ -237,6 +241,7 @@ PlainParserC::NextE PlainParserC::readInfix() {
   frame.infix = token().infix;
   frame.takesSign = true;
   finishTighterThan(frame.infix->rule);
+  if (frame.infix->rule != RULE_POWER) keepShownBrackets();
   if (frame.infix->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
     return fail(READ_ERROR_SECOND_ASSIGNMENT);
   }
@@ -258,7 +263,8 @@ PlainParserC::NextE PlainParserC::readProduct() {
   bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
                           !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
   if (!inArgument) finishTighterThan(times->rule);
-  FrameS frame{PENDING_INFIX, RULE_POWER};
+  keepShownBrackets();
+  FrameS frame{PENDING_INFIX, token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER};
   frame.infix = times;
   frames_.push_back(std::move(frame));
   return NEXT_OPERAND;
@@ -304,22 +310,30 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
 
 void PlainParserC::finishTighterThan(int rule) {
   while (!frames_.empty() && frames_.back().close == u'\0' && frames_.back().operandRule > rule) {
+    keepShownBrackets();
     FrameS const frame = std::move(frames_.back());
     frames_.pop_back();
     finish(frame);
   }
 }
 
-void PlainParserC::finish(FrameS const& frame) {
-  bool const isNumber = operands_.back().literal;
-  // Brackets around a sign after another sign are not only there to group: a textbook shows them, too.
+/// Brackets around a sign after another sign, before the last operand, are not only there to group: a
+/// textbook shows them, too.
+void PlainParserC::keepShownBrackets() {
+  if (frames_.empty()) return;
+  FrameS const& frame = frames_.back();
   NotationS const* const sign = frame.kind == PENDING_INFIX    ? frame.infix
                                 : frame.kind == PENDING_PREFIX ? findNotation(frame.name)
                                                                : nullptr;
-  bool const showsBrackets = sign && endsAfterSign(*sign) && operands_.back().bracketed &&
-                             math::algexpr::beginsWithSign(*operands_.back().node);
+  OperandS& operand = operands_.back();
+  bool const showsBrackets =
+      sign && endsAfterSign(*sign) && operand.bracketed && math::algexpr::beginsWithSign(*operand.node);
+  if (showsBrackets) operand = {makeFunction(wstring(bracket_name), {std::move(operand.node)})};
+}
+
+void PlainParserC::finish(FrameS const& frame) {
+  bool const isNumber = operands_.back().literal;
   NodeT operand = takeOperand();
-  if (showsBrackets) operand = makeFunction(wstring(bracket_name), {std::move(operand)});
   OperandS result;
   switch (frame.kind) {
     case PENDING_PREFIX:

@@ -76,6 +76,7 @@ class PlainParserC {
   NextE begin(FrameS&& frame);
 
   NextE readSign();
+  bool startsFactor() const;
   NextE readInfix();
   NextE readPostfix();
   NextE readProduct();
@@ -83,6 +84,7 @@ class PlainParserC {
 
   /// Reduces the operations on top of the stack that bind tighter than `rule`; stops at brackets.
   void finishTighterThan(int rule);
+  void keepShownBrackets();
   void finish(FrameS const& frame);
   NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);
 

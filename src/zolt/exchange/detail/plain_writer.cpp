@@ -19,6 +19,18 @@ namespace {
 /// Whether a name without quotes would be read as something other than that name.
 bool isReserved(std::u16string_view name) { return findReading(name) != nullptr; }
 
+/// The first operand of the signs that are written without brackets where `rule` is asked for.
+NodeABC const& firstOperand(NodeABC const& node, RuleE rule) {
+  NodeABC const* first = &node;
+  while (ParentNodeABC const* const parent = first->asParent()) {
+    NotationS const* const infix = parent->numChildren() == 2 ? findInfix(parent->crefName()) : nullptr;
+    if (!infix || infix->rule < rule || infix->rule == RULE_POWER) break;
+    rule = infix->leftRule;
+    first = &parent->child(0);
+  }
+  return *first;
+}
+
 }  // namespace
 
 wstring PlainWriterC::write(NodeABC const& node) {
@@ -108,9 +120,15 @@ void PlainWriterC::writePrefix(NotationS const& prefix, NodeABC const& operand, 
 void PlainWriterC::laterAfter(NotationS const& sign, NodeABC const& operand, RuleE rule) {
   ParentNodeABC const* const brackets = asBrackets(operand);
   NodeABC const& inner = brackets ? brackets->child(0) : operand;
-  if (!endsAfterSign(sign) || !math::algexpr::beginsWithSign(inner)) return later(operand, rule);
+  if (!endsAfterSign(sign)) return later(operand, rule);
   // The reader keeps brackets here, so those that the formula lacks are left out where the text is to be
   // exact.
+  if (!math::algexpr::beginsWithSign(inner)) {
+    bool const isApart =
+        style_ == PLAIN_TEXT_EXACT && math::algexpr::beginsWithSign(firstOperand(operand, rule));
+    later(operand, rule);
+    return later(isApart ? u" " : u"");
+  }
   if (brackets || style_ == PLAIN_TEXT_READABLE) return later(inner, RULE_BRACKETS);
   later(operand, std::min(rule, RULE_SIGN));
   later(u" ");

@@ -27,8 +27,9 @@ namespace {
 using EditsT = std::vector<FormulaCopyC::EditS>;
 
 enum TokenE {
-  TOKEN_SIGN,  ///< also a word between two operands, such as "mod"
-  TOKEN_NOT,   ///< a word before an operand
+  TOKEN_SIGN,    ///< also a word between two operands, such as "mod"
+  TOKEN_PREFIX,  ///< a sign that is only before an operand
+  TOKEN_NOT,     ///< a word before an operand
   TOKEN_NUMBER,
   TOKEN_NAME,
   TOKEN_FUNCTION,  ///< a name that needs arguments
@@ -102,8 +103,10 @@ class RowReaderC {
     if (c == Node4C::OPEN_C) return TOKEN_OPEN;
     if (c == Node4C::CLOSE_C) return TOKEN_CLOSE;
     if (!isWordCharacter(c)) {
-      bool const follows = c == u'!' || operators_.lookupText(wstring(1, c), OPERATOR_AFTER);
-      return follows ? TOKEN_FACTORIAL : TOKEN_SIGN;
+      wstring const sign(1, c);
+      if (c == u'!' || operators_.lookupText(sign, OPERATOR_AFTER)) return TOKEN_FACTORIAL;
+      bool const between = common::isMinus(c) || operators_.lookupText(sign, OPERATOR_BETWEEN);
+      return !between && operators_.lookupText(sign, OPERATOR_BEFORE) ? TOKEN_PREFIX : TOKEN_SIGN;
     }
     while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
     auto const op = operators_.lookupText(text.substr(pos, end - pos));
@@ -264,12 +267,29 @@ bool isWhole(Node4C const& row) {
   return row.numChildren() == 1 && !text.empty() && std::all_of(text.begin(), text.end(), common::isDigit);
 }
 
+bool isFraction(Node4C const& item) {
+  return item.getType() == NODE4_OPERATOR && item.crefOperator()->getName() == u"/";
+}
+
 /// Whether the construct is one number over another, which after a number is read as a sum by some and as a
 /// product by others.
 bool isNumberFraction(TokenS const& token) {
-  return token.item && token.item->getType() == NODE4_OPERATOR &&
-         token.item->crefOperator()->getName() == u"/" && isWhole(*token.item->child(0)) &&
+  return token.item && isFraction(*token.item) && isWhole(*token.item->child(0)) &&
          isWhole(*token.item->child(1));
+}
+
+/// Whether a fraction comes after a blank and begins with a number, which in text would be one more number
+/// after a number.
+bool isTypedNumber(TokenS const& token) {
+  PlaceS const at = token.begin;
+  if (at.pos == 0 || at.node->crefText()[at.pos - 1] != u' ') return false;
+  for (Node4C const* item = token.item; item && isFraction(*item); item = item->goRight()) {
+    item = item->child(0)->child(0);
+    wstring const& text = item->crefText();
+    std::size_t const start = text.find_first_not_of(u' ');
+    if (start != wstring::npos) return common::startsNumber(text[start]);
+  }
+  return false;
 }
 
 EditsT findProducts(std::vector<TokenS> const& tokens) {
@@ -286,11 +306,12 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
       case TOKEN_OPEN:
         implied = afterOperand;
         break;
+      case TOKEN_PREFIX:
       case TOKEN_NAME:
       case TOKEN_FUNCTION:
       case TOKEN_OPERAND:
       case TOKEN_CALL:
-        implied = afterAny && !(last == TOKEN_NUMBER && isNumberFraction(token));
+        implied = afterAny && !(last == TOKEN_NUMBER && (isNumberFraction(token) || isTypedNumber(token)));
         break;
       default:
         break;
@@ -300,6 +321,7 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
       case TOKEN_OPEN:
       case TOKEN_NOT:
       case TOKEN_SIGN:
+      case TOKEN_PREFIX:
         last = TOKEN_SIGN;
         break;
       case TOKEN_CLOSE:

@@ -105,9 +105,16 @@ unsigned endedBySign(InputOptionsS const& options) {
          (options.fractions ? LEAVE_FRACTIONS : LEAVE_NOTHING);
 }
 
-bool isBetweenOperands(char16_t sign) {
-  constexpr std::u16string_view signs = u"+*/:\u00B1";
-  return signs.find(sign) != signs.npos || math::common::isMinus(sign);
+bool isBetweenOperands(char16_t sign, OperatorListC const& operators) {
+  constexpr std::u16string_view signs = u"+*/:";
+  if (signs.find(sign) != signs.npos || math::common::isMinus(sign)) return true;
+  return !math::common::isRelation(sign) && operators.lookupText(wstring(1, sign), OPERATOR_BETWEEN);
+}
+
+/// Whether "=" typed at the place makes "≠" of the "!" there.
+bool awaitsNotEqual(PlaceS place) {
+  return place.pos > 0 && place.node->crefText()[place.pos - 1] == u'!' &&
+         !endsCounted({place.node, place.pos - 1});
 }
 
 PlaceS beforeBlanks(PlaceS place) {
@@ -260,7 +267,7 @@ bool startsOperand(PlaceS place) {
 
 LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
                      InputOptionsS const& options) {
-  if (isBetweenOperands(sign) && endsOperandBefore(place, operators)) {
+  if (isBetweenOperands(sign, operators) && endsOperandBefore(place, operators)) {
     if ((sign == u'+' || math::common::isMinus(sign)) && awaitsExponent(place)) return {};
     return {afterAllFinishedItems(place, endedBySign(options)), false};
   }
@@ -272,7 +279,10 @@ LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators
   if (sign == u')' || sign == u',') return leaveByBracketSign(place, sign);
   PlaceS const value = sign == u'=' ? goToValue(place) : PlaceS();
   if (value) return {value, true};
-  if (math::common::isRelation(sign)) return {afterAllFinishedItems(place, LEAVE_BOTH), false};
+  if (math::common::isRelation(sign)) {
+    bool const isHalf = sign == u'=' && options.letters && awaitsNotEqual(place);
+    return {isHalf ? PlaceS() : afterAllFinishedItems(place, LEAVE_BOTH), false};
+  }
   PlaceS const after = sign == u' ' ? afterFinishedItem(place) : PlaceS();
   return {after, bool{after}};
 }
@@ -283,6 +293,11 @@ PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& 
   if (op.isLinear() && op.getArity() == 2) return afterAllFinishedItems(place, endedBySign(options));
   bool const opens = op.crefWords().closingSign != u'\0' && options.exponents;
   return opens ? afterAllFinishedItems(place, LEAVE_EXPONENTS) : PlaceS();
+}
+
+PlaceS leaveByReplacement(PlaceS place, OperatorBC const& op, InputOptionsS const& options) {
+  bool const isRelation = op.getText().size() == 1 && math::common::isRelation(op.getText()[0]);
+  return isRelation && options.leaving ? afterAllFinishedItems(place, LEAVE_BOTH) : PlaceS();
 }
 
 PlaceS startOfProduct(PlaceS place, OperatorListC const& operators) {
@@ -365,6 +380,14 @@ bool endsOperandBefore(PlaceS place, OperatorListC const& operators) {
   PlaceS const end = beforeBlanks(place);
   wstring const& text = end.node->crefText();
   return endsOperandAt(end) && !findWord(text, wordStart(text, end.pos), end.pos, operators);
+}
+
+bool endsCounted(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  if (place.pos > 0 && text[place.pos - 1] == u'!') return true;
+  unsigned int const start = wordStart(text, place.pos);
+  return start < place.pos && math::common::startsNumber(text[start]) &&
+         math::common::findNumberEnd(text, start, math::common::LONE_EXPONENT_LEFT) == place.pos;
 }
 
 bool hasComma(PlaceS begin, PlaceS end) {

@@ -37,6 +37,9 @@ LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators
 PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& operators,
                        InputOptionsS const& options);
 
+/// The same for an operator that takes the place of typed signs, as "≠" that of "!=".
+PlaceS leaveByReplacement(PlaceS place, OperatorBC const& op, InputOptionsS const& options);
+
 /// Where the product begins that ends at the place, when it has more factors than the last one and no operand
 /// follows: what "/" then divides is all of it, as in written text. Null otherwise.
 PlaceS startOfProduct(PlaceS place, OperatorListC const& operators);
@@ -74,6 +77,9 @@ bool endsNameAt(PlaceS place);
 bool endsOperandAt(PlaceS place);
 /// The same when blanks may come between; and a word such as "and" is no operand.
 bool endsOperandBefore(PlaceS place, OperatorListC const& operators);
+
+/// Whether a number or a factorial ends at the place, so that "!" after it is a factorial.
+bool endsCounted(PlaceS place);
 
 /// Whether there is a "," outside brackets between two places of one row.
 bool hasComma(PlaceS begin, PlaceS end);

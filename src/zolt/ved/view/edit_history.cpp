@@ -1,8 +1,8 @@
 #include "zolt/ved/view/edit_history.h"
 
 #include <algorithm>
-#include <utility>
 #include <memory>
+#include <utility>
 
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/view/edit_backup.h"
