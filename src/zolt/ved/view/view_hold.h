@@ -16,7 +16,7 @@ namespace zolt::math::ved {
 /// |---|---|---|---|
 /// | `GraphicsABC::invalidate` | yes (1) | refused | no |
 /// | the rest of `GraphicsABC`; layout and drawing of an operator | yes (2) | refused | yes |
-/// | `ConstraintsBC::check` | yes (1, 2) | refused | yes: no edit |
+/// | `ConstraintsBC::check`, `explain` | yes (1, 2) | refused | yes: no edit |
 /// | `OperatorBC::runOperator` | yes (1, 2) | by `ViewInsertionC` only | yes: no edit |
 /// | `ClipboardABC` of a field | yes | yes | yes |
 ///
