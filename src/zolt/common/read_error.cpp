@@ -27,8 +27,9 @@ oss::wstring describe(ReadErrorE cause) {
       u"This command is not known",
       u"A second exponent or index needs brackets or braces",
       u"These bounds are incomplete",
-      u"The \"dx\" of an integral is missing"};
-  static_assert(std::size(sentences) == READ_ERROR_NO_DIFFERENTIAL + 1);
+      u"The \"dx\" of an integral is missing",
+      u"This has no meaning that an expression could hold"};
+  static_assert(std::size(sentences) == READ_ERROR_NO_MEANING + 1);
   return sentences[cause];
 }
 

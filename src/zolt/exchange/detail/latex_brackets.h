@@ -12,8 +12,20 @@ namespace zolt::exchange::detail {
 constexpr char16_t no_bracket = u'.';  ///< of "\left."
 constexpr char16_t brace_close = u'\x01';
 constexpr char16_t integral_close = u'\x02';
+constexpr char16_t table_close = u'\x03';
+constexpr char16_t fraction_close = u'\x04';  ///< of a brace around a part of a fraction
+constexpr char16_t limit_close = u'\x05';     ///< of a brace around the bound of a limit
+constexpr char16_t list_close = u'\x06';      ///< of brackets in which a comma was
 
-constexpr int no_rule = RULE_ASSIGNMENT - 1;  ///< looser than any rule
+constexpr RuleE over_rule = static_cast<RuleE>(RULE_ASSIGNMENT - 1);  ///< of "\over"
+constexpr int no_rule = over_rule - 1;                                ///< looser than any rule
+
+constexpr bool isBraceClose(char16_t close) {
+  return close == brace_close || close == fraction_close || close == limit_close;
+}
+constexpr bool isIntervalEnd(char16_t bracket) {
+  return bracket == u')' || bracket == u']' || bracket == u'[';
+}
 
 bool isMinusOne(math::algexpr::NodeABC const& node);
 

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/nodes.h"
@@ -45,8 +46,14 @@ PowerS asPower(NodeABC const& factor) {
   return power ? PowerS{&power->child(0), &power->child(1)} : PowerS{&factor};
 }
 
-/// How often the derivative is taken; 0 when it is no number of moderate size.
-unsigned countOf(NodeABC const* exponent) {
+/// Whether both are the same expression.
+bool isEqual(PointerTC<NodeABC> const& a, PointerTC<NodeABC> const& b) {
+  return AlgebraicExpressionC(a, nullptr).equals(AlgebraicExpressionC(b, nullptr));
+}
+
+}  // namespace
+
+unsigned countDerivatives(NodeABC const* exponent) {
   if (!exponent) return 1;
   wstring const& digits = exponent->crefName();
   if (!castNode<IntegerNodeC>(*exponent) || digits.size() > 2 || digits[0] > u'9') return 0;
@@ -55,9 +62,7 @@ unsigned countOf(NodeABC const* exponent) {
   return count <= max_repeated ? count : 0;
 }
 
-}  // namespace
-
-bool isDerivative(NodeABC const& numerator, NodeABC const& denominator) {
+bool isDerivative(NodeABC const& numerator, NodeABC const& denominator, OrderE order) {
   std::vector<NodeABC const*> const by = factorsOf(denominator);
   if (by.size() % 2 != 0) return false;
   NodeABC const* first = &numerator;
@@ -66,31 +71,34 @@ bool isDerivative(NodeABC const& numerator, NodeABC const& denominator) {
   wstring const& d = by[0]->crefName();
   if (sign.base->crefName() != d) return false;
   unsigned total = 0;
-  bool counted = true;
+  bool counted = order == ORDER_REPEATED;
   for (std::size_t i = 0; i < by.size(); i += 2) {
     PowerS const variable = asPower(*by[i + 1]);
     bool const isName = !variable.base->asParent() && !castNode<IntegerNodeC>(*variable.base) &&
                         !castNode<FloatNodeC>(*variable.base);
     if (by[i]->asParent() || by[i]->crefName() != d || !isName) return false;
-    unsigned const count = countOf(variable.exponent);
+    unsigned const count = countDerivatives(variable.exponent);
     counted = counted && count > 0;
     total += count;
   }
-  if (counted) return countOf(sign.exponent) == total;
-  NodeABC const* const order = asPower(*by[1]).exponent;
-  return by.size() == 2 && sign.exponent && !order->asParent() &&
-         order->crefName() == sign.exponent->crefName();
+  if (counted) return countDerivatives(sign.exponent) == total;
+  ParentNodeABC const* const power = asBinary(*by[1], u"^");
+  return by.size() == 2 && sign.exponent && power &&
+         isEqual(power->childPointer(1), first->asParent()->childPointer(1));
 }
 
-NodeT makeDerivative(NodeT operand, NodeABC const& denominator) {
+NodeT makeDerivative(NodeT operand, NodeABC const& denominator, OrderE order) {
   std::vector<NodeABC const*> const by = factorsOf(denominator);
+  wstring const prefix = by[0]->crefName() == u"d" ? u"" : u"p";
   for (std::size_t i = by.size(); i > 0; i -= 2) {
     PowerS const variable = asPower(*by[i - 1]);
     NodeT const name = makeNamed(variable.base->crefName());
-    unsigned const count = countOf(variable.exponent);
-    if (count == 0)
-      operand = makeFunction(u"diffn", {std::move(operand), name, by[i - 1]->asParent()->childPointer(1)});
-    for (unsigned n = 0; n < count; ++n) operand = makeFunction(u"diff", {std::move(operand), name});
+    unsigned const count = order == ORDER_KEPT ? 0 : countDerivatives(variable.exponent);
+    if (count == 0) {
+      operand =
+          makeFunction(prefix + u"diffn", {std::move(operand), name, by[i - 1]->asParent()->childPointer(1)});
+    }
+    for (unsigned n = 0; n < count; ++n) operand = makeFunction(prefix + u"diff", {std::move(operand), name});
   }
   return operand;
 }

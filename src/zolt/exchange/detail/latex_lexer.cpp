@@ -101,6 +101,8 @@ void LatexLexerC::readToken(LatexTokenLengthE length) {
       return set(LATEX_TOKEN_LOWER);
     case u',':
       return set(LATEX_TOKEN_COMMA);
+    case u'&':
+      return set(LATEX_TOKEN_CELL);
     default:
       if (!readDelimiter(c)) readSign(c);
   }
@@ -124,7 +126,9 @@ void LatexLexerC::readBrace() {
   char16_t const c = peek();
   if (c != opening_brace && c != closing_brace && !isDigit(c) && !isAsciiLetter(c)) {
     readToken(LATEX_TOKEN_SINGLE);
-    bool const isSign = token_.type == LATEX_TOKEN_INFIX || token_.type == LATEX_TOKEN_PREFIX;
+    bool const isLetter =
+        token_.type == LATEX_TOKEN_NAME && token_.notation && token_.notation->kind == LATEX_PREFIX;
+    bool const isSign = token_.type == LATEX_TOKEN_INFIX || token_.type == LATEX_TOKEN_PREFIX || isLetter;
     skipBlanks();
     if (!skipped_ && isSign && peek() == closing_brace) {
       ++position_;
@@ -172,7 +176,7 @@ void LatexLexerC::readSized(LatexWordE word) {
     return;
   }
   token_.bracket = c;
-  bool const isBar = token_.type == LATEX_TOKEN_BAR && c != u'.';
+  bool const isBar = c == u'|' || c == u'‖';
   if (word == LATEX_WORD_LEFT) {
     token_.side = LATEX_SIDE_LEFT;
     if (!isBar) set(LATEX_TOKEN_OPEN);
@@ -228,6 +232,13 @@ void LatexLexerC::readCommand() {
       if (readDelimiter(c)) return;
       return set(c == opening_brace ? LATEX_TOKEN_OPEN : LATEX_TOKEN_CLOSE);
     }
+    case LATEX_WORD_BEGIN:
+    case LATEX_WORD_END:
+      return readEnvironment(word);
+    case LATEX_WORD_ROW:
+      skipRowSpace();
+      return set(LATEX_TOKEN_ROW);
+    case LATEX_WORD_MEANINGLESS:
     case LATEX_WORD_UNKNOWN:
       break;
   }
@@ -242,7 +253,7 @@ void LatexLexerC::readCommand() {
     return;
   }
   position_ = after;
-  setError(READ_ERROR_UNKNOWN_COMMAND);
+  setError(word == LATEX_WORD_MEANINGLESS ? READ_ERROR_NO_MEANING : READ_ERROR_UNKNOWN_COMMAND);
 }
 
 void LatexLexerC::skipEmptyBraces() {
@@ -268,10 +279,20 @@ bool LatexLexerC::setMeaning(std::u16string_view text) {
   token_.word = first->text;
   switch (first->notation->kind) {
     case LATEX_INFIX:
+    case LATEX_OVER:
       set(LATEX_TOKEN_INFIX);
       break;
-    case LATEX_PREFIX:
+    case LATEX_PREFIX: {
+      // A letter that is also a sign before operands is a name where there is none.
+      std::u16string_view const letter = text[0] == u'\\'                  ? findLatexLetter(text.substr(1))
+                                         : findLetterCommand(text).empty() ? std::u16string_view()
+                                                                           : text;
       set(LATEX_TOKEN_PREFIX);
+      if (!letter.empty()) setName(letter, letter[0] == partial_sign ? LATEX_NAME_D : 0u);
+      break;
+    }
+    case LATEX_TABLE:
+      set(LATEX_TOKEN_TABLE);
       break;
     case LATEX_POSTFIX:
       set(LATEX_TOKEN_POSTFIX);
@@ -352,7 +373,9 @@ bool LatexLexerC::setNamed(wstring const& name, LatexWordE word) {
 bool LatexLexerC::setVerbatim(wstring const& name, LatexWordE word) {
   if (word == LATEX_WORD_TEXT && isLatexOperatorWord(name)) return setMeaning(name);
   if (math::algexpr::isWritableName(name)) {
-    setName(name, word == LATEX_WORD_FUNCTION ? LATEX_NAME_CALLS : 0u);
+    setName(name, word == LATEX_WORD_FUNCTION ? LATEX_NAME_CALLS
+                  : word == LATEX_WORD_TEXT   ? LATEX_NAME_TEXT
+                                              : 0u);
     return true;
   }
   set(LATEX_TOKEN_NUMBER, name);
@@ -410,84 +433,6 @@ void LatexLexerC::readSign(char16_t c) {
   if (!letter.empty()) return setName(letter, c == partial_sign ? LATEX_NAME_D : 0u);
   position_ = begin + 1;
   setError(READ_ERROR_BAD_CHARACTER);
-}
-
-// ---- Parts of names ---------------------------------------------------------------------------------------
-
-// Reads the index and the primes of the name that is the token.
-void LatexLexerC::readNameScripts() {
-  for (;;) {
-    std::size_t const before = position_;
-    skipBlanks();
-    wstring part;
-    if (peek() == u'\'' || peek() == prime_sign) {
-      for (; peek() == u'\'' || peek() == prime_sign; ++position_) part += prime_sign;
-    } else if (peek() == u'^') {
-      ++position_;
-      if (!readRaisedPrimes(part)) part.clear();
-    } else if (peek() == u'_') {
-      ++position_;
-      bool const isFirst = token_.text == pi_name || token_.text.find(u'_') == wstring::npos;
-      if (isFirst && readIndex(part)) part.insert(0, 1, u'_');
-    } else {
-      part = readLoweredLatex(text_, position_);
-      if (!part.empty()) part.insert(0, 1, u'_');
-    }
-    if (part.empty()) {
-      position_ = before;
-      return;
-    }
-    if (token_.text == pi_name) token_.text = greek_pi;
-    token_.text += part;
-    token_.name &= LATEX_NAME_CALLS;
-  }
-}
-
-bool LatexLexerC::readIndex(wstring& index) {
-  std::size_t end = position_;
-  if (!readLatexIndex(text_, end, index)) return false;
-  position_ = end;
-  return true;
-}
-
-bool LatexLexerC::readRaisedPrimes(wstring& primes) {
-  static constexpr std::u16string_view written = u"\\prime";
-  std::size_t const before = position_;
-  skipBlanks();
-  bool const inBraces = peek() == opening_brace;
-  if (inBraces) ++position_;
-  for (skipBlanks(); text_.compare(position_, written.size(), written) == 0; skipBlanks()) {
-    position_ += written.size();
-    primes += prime_sign;
-    if (!inBraces) return true;
-  }
-  if (!primes.empty() && peek() == closing_brace) {
-    ++position_;
-    return true;
-  }
-  position_ = before;
-  primes.clear();
-  return false;
-}
-
-LatexNotationS const* LatexLexerC::readRaisedSign() {
-  std::size_t const before = position_;
-  skipBlanks();
-  bool const inBraces = peek() == opening_brace;
-  if (inBraces) ++position_;
-  skipBlanks();
-  LatexNotationS const* const sign = findRaisedSign(text_.substr(position_));
-  if (sign) {
-    position_ += sign->written.size() - std::size(u"^{}") + 1;
-    if (!isAsciiLetter(peek()) && !inBraces) return sign;
-    skipBlanks();
-    if (inBraces && peek() == closing_brace) {
-      ++position_;
-      return sign;
-    }
-  }
-  position_ = before;
-  return nullptr;
 }
 
 }  // namespace zolt::exchange::detail

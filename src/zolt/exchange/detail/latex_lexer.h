@@ -22,6 +22,7 @@ enum LatexTokenE : std::uint8_t {
   LATEX_TOKEN_OPEN,
   LATEX_TOKEN_BAR,
   LATEX_TOKEN_BRACE_OPEN,
+  LATEX_TOKEN_TABLE,  ///< the beginning of a table
   // These do not.
   LATEX_TOKEN_END,
   LATEX_TOKEN_INFIX,
@@ -33,20 +34,24 @@ enum LatexTokenE : std::uint8_t {
   LATEX_TOKEN_CLOSE,
   LATEX_TOKEN_BRACE_CLOSE,
   LATEX_TOKEN_COMMA,
-  LATEX_TOKEN_BAD  ///< `error` says why
+  LATEX_TOKEN_CELL,       ///< between two cells of a row
+  LATEX_TOKEN_ROW,        ///< between two rows
+  LATEX_TOKEN_TABLE_END,  ///< word: the name of the environment in braces
+  LATEX_TOKEN_BAD         ///< `error` says why
 };
 
 /// What kind of name it is.
 enum LatexNameE : unsigned {
   LATEX_NAME_CALLS = 1,  ///< brackets after it are a call
   LATEX_NAME_D = 2,      ///< it may begin a differential
-  LATEX_NAME_UPRIGHT = 4
+  LATEX_NAME_UPRIGHT = 4,
+  LATEX_NAME_TEXT = 8  ///< it is in "\text"
 };
 
 struct LatexTokenS {
   LatexTokenE type = LATEX_TOKEN_END;
   LatexSideE side = LATEX_SIDE_ANY;
-  bool inBraces = false;  ///< of a sign: "{-}"
+  bool inBraces = false;  ///< of a sign: "{-}"; of a name that is one before an operand
   unsigned name = 0;      ///< of `LatexNameE`
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -81,6 +86,9 @@ class LatexLexerC {
   /// After "_": reads an index that is a part of a name, letters and digits in braces or a single one, up to
   /// its end. False, with nothing changed, when another index is there.
   [[nodiscard]] bool readIndex(wstring& index);
+  /// After "^": reads the "+" or "-" with which the bound of a limit ends. U+0000, with nothing changed, when
+  /// something else is there.
+  char16_t readSide();
   /// After "^": reads an exponent that is a sign after an operand, as of degrees. Null, with nothing changed,
   /// when another exponent is there.
   LatexNotationS const* readRaisedSign();
@@ -95,6 +103,8 @@ class LatexLexerC {
   void readBrace();
   bool readDelimiter(char16_t c);
   void readSized(LatexWordE word);
+  void readEnvironment(LatexWordE word);
+  void skipRowSpace();
   std::u16string_view readCommandWord();
   void readCommand();
   void readNamed(LatexWordE word);

@@ -12,6 +12,11 @@ namespace zolt::exchange::detail {
 using namespace math::common;
 using TextT = std::u16string_view;
 
+bool isPrefixLetter(TextT name) {
+  TextT const command = findLetterCommand(name);
+  return !command.empty() && findLatexReading(u"\\" + wstring(command), LATEX_PREFIX);
+}
+
 namespace {
 
 constexpr TextT function_letters = u"fghFGH";
@@ -102,7 +107,8 @@ bool writeParts(PartsS const& parts, LatexNameS& name) {
     if (function_letters.find(base[0]) != TextT::npos) name.kind = LATEX_NAME_FUNCTION;
   } else if (doubled != u'\0') {
     name.text = wstring(u"\\mathbb{") + doubled + u'}';
-  } else if (!command.empty() && (isPi ? hasScripts : !isReserved(u"\\" + wstring(command)))) {
+  } else if (!command.empty() &&
+             (isPi ? hasScripts : isPrefixLetter(base) || !isReserved(u"\\" + wstring(command)))) {
     name.text = u"\\" + wstring(command);
   } else if (isWord(base) && !isReserved(base)) {
     name.text = u"\\mathrm{" + wstring(base) + u'}';

@@ -73,6 +73,8 @@ struct LatexNameS {
 };
 
 LatexNameS writeLatexName(std::u16string_view name);
+/// Whether the name is also a sign before an operand, as of a gradient.
+bool isPrefixLetter(std::u16string_view name);
 /// The name before the brackets of a call.
 LatexNameS writeLatexFunction(std::u16string_view name);
 /// A number without a sign.

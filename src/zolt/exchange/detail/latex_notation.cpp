@@ -6,6 +6,7 @@
 #include <iterator>
 #include <vector>
 
+#include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/latex_operator.h"
 
@@ -57,14 +58,28 @@ constexpr LatexNotationS rows[] = {
     {u"log10", LATEX_FUNCTION, 1, u"\\log", u"\\lg log lg log10"},
     {u"log", LATEX_INDEXED, 2, u"\\log_{#2}"},
     {u"log", LATEX_FUNCTION, 2, {}, u"log"},
-    {u"diff", LATEX_DERIVATIVE, 2, u"\\frac{\\mathrm{d}}{\\mathrm{d}#2}#1"},
+    {u"diff", LATEX_DERIVATIVE, 2, u"\\mathrm{d}"},
+    {u"diffn", LATEX_DERIVATIVE, 3, u"\\mathrm{d}"},
+    {u"pdiff", LATEX_DERIVATIVE, 2, u"\\partial"},
+    {u"pdiffn", LATEX_DERIVATIVE, 3, u"\\partial"},
     {u"integral", LATEX_INTEGRAL, 4, u"\\int_{#1}^{#2}#3\\,\\mathrm{d}#4", u"∫"},
-    {u"antiderivative", LATEX_PRIMITIVE, 2, u"\\int #1\\,\\mathrm{d}#2"},
+    {u"antiderivative", LATEX_PRIMITIVE, 2, u"\\int #1\\,\\mathrm{d}#2", u"\\iint \\iiint ∬ ∭"},
     {u"sum", LATEX_RANGE, 4, u"\\sum_{#1=#2}^{#3}#4", u"∑"},
     {u"product", LATEX_RANGE, 4, u"\\prod_{#1=#2}^{#3}#4", u"∏"},
     {u"limit", LATEX_LIMIT, 3, u"\\lim_{#2\\to #3}#1"},
+    {u"limit", LATEX_LIMIT, 4, u"\\lim_{#2\\to #3^{+}}#1"},
     {u"where", LATEX_WHERE, 3, u"\\left.#1\\right|_{#2=#3}"},
     {u"binomial", LATEX_COMMAND, 2, u"\\binom{#1}{#2}", u"\\dbinom \\tbinom"},
+    {u"binomial", LATEX_OVER, 2, {}, u"\\choose"},
+    {u"/", LATEX_OVER, 2, {}, u"\\over"},
+    {u"matrix", LATEX_TABLE, 0, u"{bmatrix}", u"{matrix} {pmatrix} {Bmatrix} {smallmatrix} {array}"},
+    {u"det", LATEX_TABLE, 0, u"{vmatrix}"},
+    {u"norm", LATEX_TABLE, 0, {}, u"{Vmatrix}"},
+    {u"cases", LATEX_TABLE, 0, u"{cases}", u"{dcases}"},
+    {u"set", LATEX_SET, 0, u"\\{#1\\}"},
+    {u"interval", LATEX_INTERVAL, 4, u"[#1,#2]"},
+    {u"index", LATEX_INDEX, 0, u"#1_{#2}"},
+    {u"det", LATEX_FUNCTION, 1, u"\\det", u"det"},
     {u"conj", LATEX_COMMAND, 1, u"\\overline{#1}", u"\\bar"},
     {u"vec", LATEX_COMMAND, 1, u"\\vec{#1}", u"\\overrightarrow"},
     {u"hat", LATEX_COMMAND, 1, u"\\hat{#1}", u"\\widehat"},
@@ -114,10 +129,10 @@ constexpr LatexNotationS rows[] = {
 
 // The variants of a letter are names of their own, since a formula may have both.
 constexpr LetterS letters[] = {
-    {u"varepsilon", u"ϵ"}, {u"vartheta", u"ϑ"}, {u"varphi", u"ϕ"},   {u"varrho", u"ϱ"},
-    {u"varsigma", u"ς"},   {u"varpi", u"ϖ"},    {u"varkappa", u"ϰ"}, {u"hbar", u"ℏ"},
-    {u"ell", u"ℓ"},        {u"aleph", u"ℵ"},    {u"wp", u"℘"},       {u"partial", u"∂"},
-    {u"nabla", u"∇"},      {u"emptyset", u"∅"}, {u"imath", u"ı"},    {u"jmath", u"ȷ"}};
+    {u"varepsilon", u"ϵ"}, {u"vartheta", u"ϑ"}, {u"varphi", u"ϕ"}, {u"varrho", u"ϱ"},   {u"varsigma", u"ς"},
+    {u"varpi", u"ϖ"},      {u"varkappa", u"ϰ"}, {u"hbar", u"ℏ"},   {u"ell", u"ℓ"},      {u"aleph", u"ℵ"},
+    {u"wp", u"℘"},         {u"partial", u"∂"},  {u"nabla", u"∇"},  {u"emptyset", u"∅"}, {u"varnothing", u"∅"},
+    {u"imath", u"ı"},      {u"jmath", u"ȷ"}};
 
 constexpr LetterS double_struck = {u"RCNZQPH", u"ℝℂℕℤℚℙℍ"};
 
@@ -136,7 +151,7 @@ constexpr WordsS words[] = {
     {LATEX_WORD_NOTHING,
      u"\\mathbf \\mathsf \\mathtt \\mathcal \\mathscr \\mathfrak \\mathnormal \\boldsymbol"},
     {LATEX_WORD_NOTHING, u"\\bm \\pmb \\boldmath \\mathbin \\mathrel \\mathopen \\mathclose"},
-    {LATEX_WORD_NOTHING, u"\\mathpunct \\mathinner \\ensuremath \\boxed \\smash \\middle"},
+    {LATEX_WORD_NOTHING, u"\\mathpunct \\mathinner \\ensuremath \\boxed \\smash \\middle \\hline"},
     {LATEX_WORD_SKIPPED,
      u"\\hspace \\hspace* \\kern \\mkern \\hskip \\mskip \\phantom \\hphantom \\vphantom"},
     {LATEX_WORD_SKIPPED, u"\\color \\textcolor \\label \\tag"},
@@ -150,7 +165,20 @@ constexpr WordsS words[] = {
     {LATEX_WORD_DOUBLE_STRUCK, u"\\mathbb"},
     {LATEX_WORD_DELIMITER,
      u"\\{ \\} \\| \\vert \\lvert \\rvert \\Vert \\lVert \\rVert \\lbrace \\rbrace \\lbrack"},
-    {LATEX_WORD_DELIMITER, u"\\rbrack \\lparen \\rparen \\lfloor \\rfloor \\lceil \\rceil"}};
+    {LATEX_WORD_DELIMITER, u"\\rbrack \\lparen \\rparen \\lfloor \\rfloor \\lceil \\rceil"},
+    {LATEX_WORD_BEGIN, u"\\begin"},
+    {LATEX_WORD_END, u"\\end"},
+    {LATEX_WORD_ROW, u"\\\\ \\cr"},
+    {LATEX_WORD_MEANINGLESS,
+     u"\\dots \\ldots \\cdots \\vdots \\ddots \\dotsb \\dotsc \\dotsi \\dotsm \\dotso"},
+    {LATEX_WORD_MEANINGLESS,
+     u"\\pmod \\pod \\oint \\oiint \\mid \\tilde \\widetilde \\ddot \\dddot \\breve \\check \\acute"},
+    {LATEX_WORD_MEANINGLESS,
+     u"\\grave \\underline \\underbrace \\overbrace \\overset \\underset \\stackrel \\xrightarrow"},
+    {LATEX_WORD_MEANINGLESS,
+     u"\\substack \\limsup \\liminf \\bigcup \\bigcap \\bigoplus \\bigotimes \\coprod \\oplus"},
+    {LATEX_WORD_MEANINGLESS,
+     u"\\otimes \\sim \\simeq \\cong \\forall \\exists \\dagger \\top \\bot \\circ \\star \\bullet"}};
 
 struct DelimiterS {
   std::u16string_view command;
@@ -194,14 +222,20 @@ void forEachWord(std::u16string_view list, ActionT action) {
 
 /// The command at the beginning of a written form: "\frac" of "\frac{#1}{#2}".
 std::u16string_view commandOf(LatexNotationS const& row) {
-  if (row.written.empty() || row.kind == LATEX_BRACKETS || row.kind == LATEX_WHERE) return {};
-  if (row.kind == LATEX_DERIVATIVE || row.written[0] == u'^' || row.written[0] == u'{') return {};
+  bool const hasCommand = row.kind != LATEX_BRACKETS && row.kind != LATEX_WHERE &&
+                          row.kind != LATEX_DERIVATIVE && row.kind < LATEX_SET;
+  if (row.written.empty() || !hasCommand || row.written[0] == u'^') return {};
+  if (row.kind == LATEX_TABLE) return row.written;
+  if (row.written[0] == u'{') return {};
   if (row.written[0] != u'\\') return row.written;
   auto const isLetter = [](char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
   auto const end = std::find_if_not(row.written.begin() + 1, row.written.end(), isLetter);
-  std::u16string_view const command =
-      row.written.substr(0, static_cast<std::size_t>(end - row.written.begin()));
-  return findLatexWord(command) == LATEX_WORD_UNKNOWN ? command : std::u16string_view();
+  // "\%" has no letters.
+  std::size_t const size = std::max<std::size_t>(2, static_cast<std::size_t>(end - row.written.begin()));
+  std::u16string_view const command = row.written.substr(0, size);
+  LatexWordE const word = findLatexWord(command);
+  bool const isFree = word == LATEX_WORD_UNKNOWN || word == LATEX_WORD_MEANINGLESS;
+  return isFree ? command : std::u16string_view();
 }
 
 struct WordS {
@@ -223,6 +257,7 @@ bool isBefore(LatexReadingS const& reading, std::u16string_view text) { return r
 
 IndexS::IndexS() : notations(std::begin(rows), std::end(rows)) {
   for (LatexNotationS& row : notations) {
+    if (row.kind == LATEX_OVER) row.rule = row.leftRule = row.rightRule = over_rule;
     NotationS const* const notation = findNotation(row.name);
     if (!notation || (row.kind != LATEX_INFIX && row.kind != LATEX_PREFIX)) continue;
     row.rule = notation->rule;

@@ -15,17 +15,22 @@ enum LatexKindE {
   LATEX_PREFIX,
   LATEX_POSTFIX,
   LATEX_CONSTANT,
-  LATEX_FUNCTION,   ///< a name before its argument
-  LATEX_INDEXED,    ///< a function whose last operand is the index of its name: "\log_{#2}"
-  LATEX_COMMAND,    ///< a command with its operands in braces, an optional one in brackets before:
-                    ///< "\frac{#1}{#2}"
-  LATEX_BRACKETS,   ///< between delimiters: "\lfloor #1\rfloor"
-  LATEX_RANGE,      ///< a sign with bounds before its operand: "\sum_{#1=#2}^{#3} #4"
-  LATEX_LIMIT,      ///< "\lim_{#2\to #3} #1"
-  LATEX_INTEGRAL,   ///< with both bounds
-  LATEX_PRIMITIVE,  ///< an integral without bounds
-  LATEX_DERIVATIVE,
-  LATEX_WHERE
+  LATEX_FUNCTION,    ///< a name before its argument
+  LATEX_INDEXED,     ///< a function whose last operand is the index of its name: "\log_{#2}"
+  LATEX_COMMAND,     ///< a command with its operands in braces, an optional one in brackets before:
+                     ///< "\frac{#1}{#2}"
+  LATEX_BRACKETS,    ///< between delimiters: "\lfloor #1\rfloor"
+  LATEX_RANGE,       ///< a sign with bounds before its operand: "\sum_{#1=#2}^{#3} #4"
+  LATEX_LIMIT,       ///< "\lim_{#2\to #3} #1"
+  LATEX_INTEGRAL,    ///< with both bounds
+  LATEX_PRIMITIVE,   ///< an integral without bounds
+  LATEX_DERIVATIVE,  ///< the sign before the operand and the variable: "\mathrm{d}"
+  LATEX_WHERE,
+  LATEX_OVER,      ///< a sign between everything before and after it in braces: "{a \over b}"
+  LATEX_TABLE,     ///< the environment of a table, which is the function of the rows: "{bmatrix}"
+  LATEX_SET,       ///< operands in braces that are signs
+  LATEX_INTERVAL,  ///< two operands between brackets of any kind
+  LATEX_INDEX      ///< operands below the first one
 };
 
 /// How LaTeX writes an operator of the expression library: the row of this table for an operator.
@@ -90,7 +95,11 @@ enum LatexWordE {
   LATEX_WORD_FUNCTION,  ///< the same before the brackets of a call: "\operatorname"
   LATEX_WORD_TEXT,      ///< text in braces is one name: "\text"
   LATEX_WORD_DOUBLE_STRUCK,
-  LATEX_WORD_DELIMITER  ///< stands for the character of `findDelimiter`
+  LATEX_WORD_DELIMITER,   ///< stands for the character of `findDelimiter`
+  LATEX_WORD_BEGIN,       ///< before the name of an environment in braces
+  LATEX_WORD_END,         ///< the same at its end
+  LATEX_WORD_ROW,         ///< ends a row of a table
+  LATEX_WORD_MEANINGLESS  ///< what no expression can hold: "\dots"
 };
 
 LatexWordE findLatexWord(std::u16string_view command);

@@ -9,6 +9,7 @@
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_differential.h"
 #include "zolt/exchange/detail/latex_parser.h"
+#include "zolt/exchange/detail/written_operand.h"
 
 // What the parser makes of operands that it has read.
 namespace zolt::exchange::detail {
@@ -17,8 +18,6 @@ using namespace math::common;
 using namespace math::algexpr;
 
 namespace {
-
-bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
 
 /// The number with the other sign.
 PointerTC<NodeABC> negated(NodeABC const& number) {
@@ -52,10 +51,11 @@ LatexParserC::NextE LatexParserC::keep(NodeT node, unsigned flags) {
       NextE const next = makeCommand(frame);
       if (next != NEXT_SIGN) return next;
     } else if (frame.kind == PENDING_POWER) {
+      bool const braced = (operands_.back().flags & OPERAND_BRACED) != 0;
       NodeT exponent = takeOperand();
       OperandS& base = operands_.back();
-      unsigned power = OPERAND_POWER | (base.flags & OPERAND_CALLS);
-      if ((base.flags & OPERAND_D) != 0) power |= OPERAND_D_POWER;
+      unsigned power = OPERAND_POWER | (base.flags & (OPERAND_CALLS | OPERAND_INDEXED));
+      if ((base.flags & OPERAND_D) != 0) power |= OPERAND_D_POWER | (braced ? OPERAND_ORDER : 0u);
       if ((base.flags & OPERAND_NAME) != 0) power |= OPERAND_NAME_POWER;
       base = {makePower(std::move(base.node), std::move(exponent)), power};
     } else {
@@ -86,7 +86,9 @@ LatexParserC::NextE LatexParserC::makeCommand(FrameS const& frame) {
   bool const isSquare =
       notation.name == u"nthroot" && (first.flags & OPERAND_LITERAL) != 0 && first.node->crefName() == u"2";
   bool const onlyGroups = notation.name == bracket_name && (first.flags & OPERAND_BRACKETED) == 0;
+  bool const isSet = notation.name == bracket_name && (first.flags & OPERAND_CURLY) != 0;
   NodeT node = isSquare     ? makeFunction(u"sqrt", {operands[0]})
+               : isSet      ? makeFunction(wstring(findLatex(LATEX_SET)->name), operands)
                : onlyGroups ? operands[0]
                             : makeFunction(wstring(notation.name), operands);
   operands_.resize(frame.firstOperand);
@@ -133,13 +135,15 @@ void LatexParserC::finish(FrameS& frame) {
       if (frame.notation->kind == LATEX_RANGE) {
         result.node = makeFunction(name, {frame.head, frame.lower, frame.upper, last.node});
       } else if (frame.notation->kind == LATEX_LIMIT) {
-        result.node = makeFunction(name, {last.node, frame.head, frame.lower});
+        std::vector<NodeT> parts{last.node, frame.head, frame.lower};
+        if (frame.side != u'\0') parts.push_back(makeNumber(frame.side == u'-' ? u"-1" : u"1"));
+        result.node = makeFunction(name, std::move(parts));
       } else {
         result.node = makeIntegral(frame, last.node);
       }
       break;
     case PENDING_DERIVATIVE:
-      result.node = makeDerivative(last.node, *frame.lower);
+      result.node = makeDerivative(last.node, *frame.lower, frame.asWritten ? ORDER_KEPT : ORDER_REPEATED);
       break;
     default:
       result.node = makeCall(frame, {last.node});
@@ -149,7 +153,7 @@ void LatexParserC::finish(FrameS& frame) {
 }
 
 unsigned LatexParserC::productFlags(unsigned left, unsigned right) {
-  unsigned flags = 0;
+  unsigned flags = left & OPERAND_ORDER;
   if ((left & (OPERAND_D | OPERAND_D_POWER | OPERAND_FIRST_D)) != 0) flags |= OPERAND_FIRST_D;
   if ((right & OPERAND_D) != 0) return flags | OPERAND_LAST_D;
   bool const isPair = (left & (OPERAND_D | OPERAND_LAST_D)) != 0 && (right & OPERAND_NAME) != 0;
@@ -174,33 +178,52 @@ LatexParserC::NodeT LatexParserC::makeCall(FrameS const& frame, std::vector<Node
     LatexNotationS const* const function = frame.lower ? findLatexReading(frame.word, LATEX_INDEXED)
                                                        : findLatexFunction(frame.word, operands.size());
     if (!function || (function->arity != 0 && function->arity != operands.size())) return nullptr;
+    // A determinant has no matrix but its rows.
+    ParentNodeABC const* const matrix = function->name == u"det" ? asTable(*operands[0]) : nullptr;
+    if (matrix) operands = childrenOf(*matrix);
     call = makeFunction(wstring(function->name), std::move(operands));
   }
   return frame.upper ? makePower(std::move(call), frame.upper) : call;
+}
+
+std::vector<LatexParserC::NodeT> LatexParserC::takeOperands(std::size_t first) {
+  std::vector<NodeT> taken;
+  for (std::size_t i = first; i < operands_.size(); ++i) taken.push_back(std::move(operands_[i].node));
+  operands_.resize(first);
+  return taken;
 }
 
 LatexParserC::NextE LatexParserC::closeBracket() {
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
   closes_.pop_back();
+  bool const isSet = frame.close == u'}' && frame.kind == PENDING_GROUP && isAfterSetSign();
+  bool const isOpen = frame.close == u'[';
+  if (frame.kind == PENDING_GROUP && (frame.comma > 0 || isSet || isOpen)) return closeList(frame);
   OperandS result;
   if (frame.kind == PENDING_CALL) {
-    std::vector<NodeT> operands;
-    for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i)
-      operands.push_back(std::move(operands_[i].node));
-    result.node = makeCall(frame, std::move(operands));
+    result.node = makeCall(frame, takeOperands(frame.firstOperand));
     if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
+  } else if (frame.kind == PENDING_INDEX) {
+    result = makeIndexed(frame);
   } else {
     result = std::move(operands_.back());
-    if (frame.notation) {
+    bool const isTable = (result.flags & OPERAND_TABLE) != 0;
+    if (isTable && frame.close == u'|') {
+      result = {makeFunction(u"det", childrenOf(*result.node->asParent()))};
+    } else if (isTable && frame.close == u'}' && token().bracket == no_bracket) {
+      result = {makeFunction(u"cases", childrenOf(*result.node->asParent()))};
+      if (result.node->asParent()->child(0).asParent()->numChildren() != 2) return fail(READ_ERROR_MISPLACED);
+    } else if (frame.notation) {
       result = {makeFunction(wstring(frame.notation->name), {result.node})};
-    } else if (frame.close != brace_close) {
+    } else if (!isBraceClose(frame.close)) {
       // The option of a command is the only bracket where one operand is read.
-      result.flags = isSingle() ? result.flags & OPERAND_LITERAL : unsigned{OPERAND_BRACKETED};
+      unsigned const brackets = OPERAND_BRACKETED | (frame.close == u'}' ? OPERAND_CURLY : 0u);
+      result.flags = isSingle() ? result.flags & OPERAND_LITERAL : brackets;
     } else if (isSingle()) {
       result.flags &= ~unsigned{OPERAND_LITERAL | OPERAND_POWER | OPERAND_ASSIGNMENT | OPERAND_CALLS};
     } else {
-      result.flags &= OPERAND_NAME | OPERAND_BRACKETED;
+      result.flags = (result.flags & (OPERAND_NAME | OPERAND_BRACKETED | OPERAND_CURLY)) | OPERAND_BRACED;
     }
   }
   operands_.resize(frame.firstOperand);
@@ -211,7 +234,7 @@ LatexParserC::NextE LatexParserC::closeBracket() {
 
 // Whether the token is the "d" that ends the integral whose operand is being read.
 bool LatexParserC::startsDifferential() const {
-  if ((token().name & LATEX_NAME_D) == 0 || isSingle()) return false;
+  if ((token().name & LATEX_NAME_D) == 0 || token().notation || isSingle()) return false;
   if (closes_.empty() || closes_.back() != integral_close) return false;
   LatexLexerC ahead = lexer_;
   ahead.readNextToken();
@@ -260,13 +283,15 @@ LatexParserC::NextE LatexParserC::makeFraction() {
   bool const isOperator = (numerator.flags & (OPERAND_D | OPERAND_D_POWER)) != 0;
   bool const mayDerive =
       (isOperator || (numerator.flags & OPERAND_FIRST_D) != 0) && (denominator.flags & OPERAND_FIRST_D) != 0;
-  if (mayDerive && isDerivative(*numerator.node, *denominator.node)) {
+  OrderE const order = (numerator.flags & OPERAND_ORDER) != 0 ? ORDER_KEPT : ORDER_REPEATED;
+  if (mayDerive && isDerivative(*numerator.node, *denominator.node, order)) {
     if (!isOperator) {
-      operands_.push_back({makeDerivative(withoutFirstFactor(*numerator.node), *denominator.node)});
+      operands_.push_back({makeDerivative(withoutFirstFactor(*numerator.node), *denominator.node, order)});
       return NEXT_SIGN;
     }
     if (isSingle()) return fail(READ_ERROR_MISSING_OPERAND);
     FrameS frame{PENDING_DERIVATIVE, RULE_PRODUCT};
+    frame.asWritten = order == ORDER_KEPT;
     frame.lower = denominator.node;
     frames_.push_back(std::move(frame));
     return NEXT_OPERAND;

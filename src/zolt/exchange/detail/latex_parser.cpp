@@ -34,7 +34,7 @@ LatexParserC::NextE LatexParserC::readOperand() {
   LatexTokenE const type = token().type;
   bool const needsBraces = type == LATEX_TOKEN_FUNCTION || type == LATEX_TOKEN_BIG ||
                            type == LATEX_TOKEN_OPEN || type == LATEX_TOKEN_BAR || type == LATEX_TOKEN_INFIX ||
-                           type == LATEX_TOKEN_PREFIX;
+                           type == LATEX_TOKEN_PREFIX || type == LATEX_TOKEN_TABLE;
   if (needsBraces && isSingle()) return fail(READ_ERROR_MISSING_OPERAND);
   switch (type) {
     case LATEX_TOKEN_NUMBER:
@@ -47,12 +47,27 @@ LatexParserC::NextE LatexParserC::readOperand() {
     case LATEX_TOKEN_COMMAND:
       return readCommand();
     case LATEX_TOKEN_OPEN:
-      return beginGroup(findClosing(token().bracket), findLatexBrackets(token().bracket));
+    case LATEX_TOKEN_CLOSE:
+      return beginBrackets();
+    case LATEX_TOKEN_TABLE:
+      return beginTable();
     case LATEX_TOKEN_BAR:
       if (token().side == LATEX_SIDE_RIGHT) return fail(READ_ERROR_MISSING_OPERAND);
       return beginGroup(token().bracket, findLatexBrackets(token().bracket));
-    case LATEX_TOKEN_BRACE_OPEN:
-      return beginGroup(brace_close);
+    case LATEX_TOKEN_BRACE_OPEN: {
+      PendingE const kind = isSingle() ? frames_.back().kind : PENDING_GROUP;
+      bool const isPart = kind == PENDING_OPERANDS && frames_.back().notation->name == u"/";
+      bool const isBound = kind == PENDING_LOWER && frames_[frames_.size() - 2].notation->kind == LATEX_LIMIT;
+      return beginGroup(isPart ? fraction_close : isBound ? limit_close : brace_close);
+    }
+    case LATEX_TOKEN_BRACE_CLOSE: {
+      // "0+" as the bound of a limit.
+      bool const follows = !frames_.empty() && frames_.back().kind == PENDING_INFIX;
+      LatexNotationS const* const sign = follows ? frames_.back().notation : nullptr;
+      if (!sign || sign->rule != RULE_SUM || !isInLimit()) return fail(READ_ERROR_MISSING_OPERAND);
+      frames_.pop_back();
+      return readSide(sign->name[0]);
+    }
     case LATEX_TOKEN_PREFIX:
       return readPrefix(token().notation);
     case LATEX_TOKEN_INFIX:
@@ -65,15 +80,29 @@ LatexParserC::NextE LatexParserC::readOperand() {
 }
 
 LatexParserC::NextE LatexParserC::readName() {
+  if (isPrefixName()) return readPrefix(token().notation);
   unsigned flags = OPERAND_NAME;
   if ((token().name & LATEX_NAME_CALLS) != 0) flags |= OPERAND_CALLS;
   if ((token().name & LATEX_NAME_D) != 0) flags |= OPERAND_D;
   return advance(keep(makeNamed(token().text), flags));
 }
 
+// Whether the letter is the sign before the operand that follows it. In a fraction, "∂" is a part of ∂f/∂x.
+bool LatexParserC::isPrefixName() const {
+  if (!token().notation || token().notation->kind != LATEX_PREFIX || isSingle()) return false;
+  char16_t const close = closes_.empty() ? u'\0' : closes_.back();
+  bool const isPart = (token().name & LATEX_NAME_D) != 0 && close == fraction_close;
+  if (isPart && !token().inBraces) return false;
+  LatexTokenS const next = lexer_.peekToken();
+  if (next.type == LATEX_TOKEN_BAR) return next.side == LATEX_SIDE_LEFT;
+  bool const isDifferential = close == integral_close && (next.name & LATEX_NAME_D) != 0 && !next.notation;
+  return next.startsOperand() && (token().inBraces || !isDifferential);
+}
+
 LatexParserC::NextE LatexParserC::readPrefix(LatexNotationS const* notation) {
-  // Signs take the product after them.
-  RuleE const rule = notation->rule == RULE_SIGN ? RULE_PRODUCT : notation->rule;
+  // Signs take the product after them, letters one factor.
+  bool const isSign = notation->rule == RULE_SIGN;
+  RuleE const rule = !isSign ? notation->rule : token().type == LATEX_TOKEN_NAME ? RULE_POWER : RULE_PRODUCT;
   FrameS frame{PENDING_PREFIX, std::max(currentRule(), rule)};
   frame.notation = notation;
   frame.asWritten = true;
@@ -200,10 +229,11 @@ LatexParserC::NextE LatexParserC::readBig() {
     return beginIntegral();
   }
   NodeT const bound = std::move(head.lower);
-  std::u16string_view const sign = kind == LATEX_LIMIT ? u":>" : u"=";
   bool const isComplete = static_cast<bool>(head.upper) == (kind == LATEX_RANGE);
-  if (!isComplete || !takeRange(bound, sign, head.head, head.lower))
-    return failAt(head.begin, head.end, READ_ERROR_BAD_BOUNDS);
+  bool const isRange = kind == LATEX_LIMIT ? takeRange(bound, u":>", head.head, head.lower) ||
+                                                 takeRange(bound, u"to", head.head, head.lower)
+                                           : takeRange(bound, u"=", head.head, head.lower);
+  if (!isComplete || !isRange) return failAt(head.begin, head.end, READ_ERROR_BAD_BOUNDS);
   if (kind == LATEX_WHERE) {
     NodeT node = makeFunction(wstring(head.notation->name), {takeOperand(), head.head, head.lower});
     frames_.pop_back();
@@ -220,8 +250,15 @@ LatexParserC::NextE LatexParserC::beginIntegral() {
   head.kind = PENDING_INTEGRAL;
   head.close = integral_close;
   head.firstOperand = operands_.size();
-  closes_.push_back(head.close);
-  integrals_.push_back(frames_.size() - 1);
+  // "\iint" is two of them, without bounds.
+  bool const isCommand = head.word[0] == u'\\';
+  std::size_t count = isCommand
+                          ? static_cast<std::size_t>(std::count(head.word.begin(), head.word.end(), u'i'))
+                          : static_cast<std::size_t>(head.word[0] - u'∫') + 1;
+  if (count > 1 && head.lower) return failAt(head.begin, head.end, READ_ERROR_BAD_BOUNDS);
+  frames_.insert(frames_.end(), count - 1, FrameS(frames_.back()));
+  closes_.insert(closes_.end(), count, integral_close);
+  for (; count > 0; --count) integrals_.push_back(frames_.size() - count);
   return NEXT_OPERAND;
 }
 
@@ -246,7 +283,10 @@ LatexParserC::NextE LatexParserC::readNameCall() {
 // ---- After an operand -------------------------------------------------------------------------------------
 
 LatexParserC::NextE LatexParserC::readSign() {
-  if ((operands_.back().flags & OPERAND_CALLS) != 0 && opensCall()) return readNameCall();
+  if ((operands_.back().flags & OPERAND_CALLS) != 0 && opensCall()) {
+    // Which function an index that is a formula means is not known.
+    return (operands_.back().flags & OPERAND_INDEXED) != 0 ? fail(READ_ERROR_MISPLACED) : readNameCall();
+  }
   switch (token().type) {
     case LATEX_TOKEN_INFIX:
       return readInfix();
@@ -263,8 +303,17 @@ LatexParserC::NextE LatexParserC::readSign() {
     case LATEX_TOKEN_END:
     case LATEX_TOKEN_CLOSE:
     case LATEX_TOKEN_BRACE_CLOSE:
-    case LATEX_TOKEN_COMMA:
       return readBracketEnd();
+    case LATEX_TOKEN_COMMA:
+      return readComma();
+    case LATEX_TOKEN_CELL:
+    case LATEX_TOKEN_ROW:
+    case LATEX_TOKEN_TABLE_END:
+      return readCell();
+    case LATEX_TOKEN_OPEN:
+      // The end of "]a, b[".
+      if (token().bracket != u'[' || closes_.empty()) return readProduct();
+      return closes_.back() == list_close || closes_.back() == u'[' ? readBracketEnd() : readProduct();
     case LATEX_TOKEN_BAD:
       return fail(token().error);
     case LATEX_TOKEN_NAME:
@@ -304,6 +353,12 @@ LatexParserC::NextE LatexParserC::readRaised() {
 
 LatexParserC::NextE LatexParserC::readUpper() {
   if (LatexNotationS const* const sign = lexer_.readRaisedSign()) return readPostfix(sign);
+  if (isInLimit()) {
+    if (char16_t const side = lexer_.readSide(); side != u'\0') {
+      lexer_.readNextToken();
+      return readSide(side);
+    }
+  }
   if ((operands_.back().flags & OPERAND_POWER) != 0) return fail(READ_ERROR_SECOND_SCRIPT);
   return beginScript(PENDING_POWER);
 }
@@ -311,13 +366,15 @@ LatexParserC::NextE LatexParserC::readUpper() {
 // The index of a name that was in braces or has got an exponent before.
 LatexParserC::NextE LatexParserC::readLower() {
   OperandS& operand = operands_.back();
+  if ((operand.flags & OPERAND_INDEXED) != 0) return fail(READ_ERROR_SECOND_SCRIPT);
   auto const* const power = (operand.flags & OPERAND_NAME_POWER) != 0 ? operand.node->asParent() : nullptr;
-  if (!power && (operand.flags & OPERAND_NAME) == 0) return fail(READ_ERROR_MISPLACED);
+  if (!power && (operand.flags & OPERAND_NAME) == 0) return beginIndex();
   wstring name = power ? power->child(0).crefName() : operand.node->crefName();
   if (name == pi_name) name = greek_pi;
-  if (name.find(u'_') != wstring::npos) return fail(READ_ERROR_SECOND_SCRIPT);
+  bool const hasIndex = name.find(u'_') != wstring::npos;
+  if (hasIndex && (operand.flags & OPERAND_BRACED) == 0) return fail(READ_ERROR_SECOND_SCRIPT);
   wstring index;
-  if (!lexer_.readIndex(index)) return fail(READ_ERROR_MISPLACED);
+  if (hasIndex || !lexer_.readIndex(index)) return beginIndex();
   NodeT named = makeNamed(name + u'_' + index);
   operand.node = power ? makeFunction(u"^", {std::move(named), power->childPointer(1)}) : std::move(named);
   operand.flags &= OPERAND_NAME | OPERAND_NAME_POWER | OPERAND_CALLS | OPERAND_POWER;
@@ -369,18 +426,19 @@ LatexParserC::NextE LatexParserC::readBracketEnd() {
   LatexTokenE const type = token().type;
   if (frames_.empty()) {
     if (type == LATEX_TOKEN_END) return NEXT_NOTHING;
-    return fail(type == LATEX_TOKEN_COMMA ? READ_ERROR_UNEXPECTED_COMMA : READ_ERROR_UNEXPECTED_CLOSE);
+    return fail(READ_ERROR_UNEXPECTED_CLOSE);
   }
   FrameS const& frame = frames_.back();
   if (frame.kind == PENDING_INTEGRAL) return failAt(frame.begin, frame.end, READ_ERROR_NO_DIFFERENTIAL);
-  if (type == LATEX_TOKEN_COMMA) {
-    return frame.kind == PENDING_CALL ? advance(NEXT_OPERAND) : fail(READ_ERROR_UNEXPECTED_COMMA);
+  if (type == LATEX_TOKEN_BRACE_CLOSE) {
+    return isBraceClose(frame.close) ? closeBracket() : fail(READ_ERROR_MISSING_CLOSE);
   }
-  bool const isDelimiter = type == LATEX_TOKEN_CLOSE || type == LATEX_TOKEN_BAR;
-  // "\right." and "\left." go with any delimiter.
+  bool const isDelimiter = type != LATEX_TOKEN_END;
+  // "\right." and "\left." go with any delimiter, and the brackets of an interval may differ.
   bool const isFree = token().bracket == no_bracket || frame.close == no_bracket;
-  bool const fits = isDelimiter ? token().bracket == frame.close || (isFree && frame.close != brace_close)
-                                : type == LATEX_TOKEN_BRACE_CLOSE && frame.close == brace_close;
+  bool const isInterval = frame.comma > 0 && closes_.back() == list_close && isIntervalEnd(token().bracket);
+  bool const isSign = frame.close != table_close && !isBraceClose(frame.close);
+  bool const fits = isDelimiter && (token().bracket == frame.close || (isFree && isSign) || isInterval);
   return fits ? closeBracket() : fail(READ_ERROR_MISSING_CLOSE);
 }
 

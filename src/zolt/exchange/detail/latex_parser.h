@@ -39,6 +39,8 @@ class LatexParserC {
     // These are closed by something.
     PENDING_CALL,
     PENDING_GROUP,
+    PENDING_INDEX,  ///< what is below an operand, which is the one before the first
+    PENDING_TABLE,
     PENDING_INTEGRAL
   };
 
@@ -56,6 +58,9 @@ class LatexParserC {
     std::size_t firstOperand = 0;
     std::size_t begin = 0;  // what an error in the operands marks
     std::size_t end = 0;
+    std::size_t comma = 0;    // the end of the first comma in brackets, 0: none
+    std::size_t columns = 0;  // of a table, 0 in its first row
+    char16_t side = u'\0';    // from which a limit is taken
   };
 
   /// What an operand is beyond its node.
@@ -70,9 +75,14 @@ class LatexParserC {
     OPERAND_D = 64,
     OPERAND_D_POWER = 128,
     OPERAND_NAME_POWER = 256,
-    OPERAND_FIRST_D = 512,       ///< the first factor is a "d" or a power of it
-    OPERAND_LAST_D = 1024,       ///< the last factor is a "d"
-    OPERAND_DIFFERENTIAL = 2048  ///< the last factors are a "d" and a name
+    OPERAND_FIRST_D = 512,        ///< the first factor is a "d" or a power of it
+    OPERAND_LAST_D = 1024,        ///< the last factor is a "d"
+    OPERAND_DIFFERENTIAL = 2048,  ///< the last factors are a "d" and a name
+    OPERAND_BRACED = 4096,        ///< in braces that are no one's argument
+    OPERAND_ORDER = 8192,         ///< begins with a power of a "d" whose exponent is in braces of its own
+    OPERAND_INDEXED = 16384,      ///< has an index that is an expression
+    OPERAND_TABLE = 32768,        ///< a table without brackets of its own
+    OPERAND_CURLY = 65536         ///< in braces that are signs
   };
   struct OperandS {
     NodeT node;
@@ -86,6 +96,7 @@ class LatexParserC {
   NextE readOperand();
   NextE readName();
   NextE readPrefix(LatexNotationS const* notation);
+  bool isPrefixName() const;
   NextE readSignBeforeOperand();
   NextE readCommand();
   NextE readHead();
@@ -96,6 +107,9 @@ class LatexParserC {
   NextE readNameCall();
   NextE beginGroup(char16_t close, LatexNotationS const* notation = nullptr);
   NextE beginScript(PendingE kind);
+  NextE beginBrackets();
+  NextE beginTable();
+  NextE beginCell();
 
   // After an operand.
   NextE readSign();
@@ -104,11 +118,22 @@ class LatexParserC {
   NextE readRaised();
   NextE readUpper();
   NextE readLower();
+  NextE beginIndex();
+  NextE readSide(char16_t side);
+  /// Whether the operand may be the bound of a limit.
+  bool isInLimit() const;
   NextE readProduct();
   NextE readBar();
   NextE readWhere();
   NextE readBracketEnd();
+  NextE readComma();
+  NextE readCell();
+  NextE closeTable();
   NextE closeBracket();
+  NextE closeList(FrameS const& frame);
+  OperandS makeIndexed(FrameS const& frame);
+  /// Whether a set is what the operation before the current operand needs.
+  bool isAfterSetSign() const;
   NextE closeIntegral();
 
   // Differentials.
@@ -128,6 +153,7 @@ class LatexParserC {
   /// Takes an operand and hands it to what waits for a single one.
   NextE keep(NodeT node, unsigned flags = 0);
   NextE makeCommand(FrameS const& frame);
+  std::vector<NodeT> takeOperands(std::size_t first);
   /// Reads the next token as `next` needs it.
   NextE advance(NextE next);
   NodeT takeOperand();

@@ -17,7 +17,6 @@ using math::algexpr::IntegerNodeC;
 namespace {
 
 bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-bool isName(math::algexpr::NodeABC const& node) { return !node.asParent() && !isNumber(node); }
 bool isNegative(math::algexpr::NodeABC const& node) {
   return isNumber(node) && node.crefName()[0] == minus_sign;
 }
@@ -25,7 +24,7 @@ bool isNegative(math::algexpr::NodeABC const& node) {
 /// Whether a function may have the operand without brackets.
 bool isArgument(math::algexpr::NodeABC const& operand) {
   math::algexpr::ParentNodeABC const* const parent = operand.asParent();
-  if (!parent) return !isNegative(operand);
+  if (!parent) return !isNegative(operand) && !isPrefixLetter(operand.crefName());
   LatexNotationS const* const notation = findLatex(parent->crefName(), parent->numChildren());
   return notation && notation->name != bracket_name &&
          (notation->kind == LATEX_COMMAND || notation->kind == LATEX_BRACKETS);
@@ -70,12 +69,16 @@ void LatexWriterC::run(TaskS const& task) {
     case TASK_TIMES:
       hasTimes_ = true;
       return;
-    case TASK_OPEN:
-      put({}, EDGE_BRACKET, EDGE_SIGN);
-      opens_.push_back({output_.size(), false});
+    case TASK_OPEN: {
+      // Before other brackets a sign keeps them from being the end of an interval, after a row its space.
+      bool const isInterval = task.text == u"[" || task.text == u"]";
+      put({}, isInterval ? EDGE_NUMBER : EDGE_BRACKET, EDGE_SIGN);
+      if (task.text == u"[" && startsRow_ > 0 && startsRow_ == output_.size()) append(u"{}");
+      opens_.push_back({output_.size(), task.text == u"]"});
       append(task.text);
       isFresh_ = true;
       return;
+    }
     case TASK_CLOSE: {
       settleMinus(false);
       OpenS const open = opens_.back();
@@ -88,6 +91,15 @@ void LatexWriterC::run(TaskS const& task) {
       put(task.text, EDGE_SIGN, task.last);
       return;
     }
+    case TASK_ROW:
+      putSign(task.text);
+      startsRow_ = output_.size();
+      return;
+    case TASK_INDEX:
+      indices_.push_back(output_.size());
+      return;
+    case TASK_INDEX_END:
+      return closeIndex();
   }
 }
 
@@ -112,7 +124,14 @@ void LatexWriterC::writeNode(TaskS const& task) {
     case LATEX_INDEXED:
       return writeFunction(*parent, *notation, task.rule, nullptr);
     case LATEX_DERIVATIVE:
-      return isName(parent->child(1)) ? writeDerivative(*parent, task) : writeCall(*parent);
+      return writeDerivative(*parent, *notation, task);
+    case LATEX_TABLE:
+      return writeTable(*parent, *notation, task);
+    case LATEX_SET:
+    case LATEX_INTERVAL:
+      return writeList(*parent, *notation);
+    case LATEX_INDEX:
+      return writeIndex(*parent);
     default:
       return writeForm(*parent, *notation, task);
   }
@@ -130,11 +149,21 @@ void LatexWriterC::writeInfix(ParentNodeABC const& node, LatexNotationS const& n
 
 void LatexWriterC::writePrefix(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task) {
   NodeABC const& operand = node.child(0);
-  bool const isSign = notation.rule == RULE_SIGN;
-  RuleE const own = isSign ? RULE_SUM : notation.rule;
+  bool const isLetter = notation.rule == RULE_SIGN && notation.written[0] == u'\\' &&
+                        !findLatexLetter(notation.written.substr(1)).empty();
+  bool const isSign = notation.rule == RULE_SIGN && !isLetter;
+  RuleE const own = isSign ? RULE_SUM : isLetter ? RULE_POWER : notation.rule;
   RuleE const follow = open(own < task.rule || (isSign && !isFresh_)) ? RULE_ASSIGNMENT : task.follow;
   if (!isSign) {
-    put(notation.written, EDGE_NUMBER, EDGE_SIGN);
+    // In a fraction, the letter would be a part of ∂f/∂x, and before a "d" a name at the end of an integral.
+    EdgeE const first = isLetter ? EDGE_NAME : EDGE_NUMBER;
+    NodeABC const* begin = &operand;
+    for (int i = 0; i < 3 && begin->asParent(); ++i) begin = &begin->asParent()->child(0);
+    bool const mayBeD = begin->asParent() || begin->crefName() == u"d";
+    bool const needsBraces = isLetter && (notation.written == u"\\partial" || mayBeD);
+    put(needsBraces ? u"{" : u"", first, EDGE_SIGN);
+    put(notation.written, EDGE_SIGN, EDGE_SIGN);
+    put(needsBraces ? u"}" : u"", EDGE_SIGN, EDGE_SIGN);
     isFresh_ = true;
   } else {
     // Braces keep the reader from taking two signs together.
@@ -144,7 +173,7 @@ void LatexWriterC::writePrefix(ParentNodeABC const& node, LatexNotationS const& 
     isFresh_ = false;
     minus_ = notation.name == u"_neg" && !cancels ? output_.size() : 0;
   }
-  later(operand, isSign ? RULE_PRODUCT : notation.rule, follow);
+  later(operand, isSign ? RULE_PRODUCT : own, follow);
 }
 
 void LatexWriterC::writePostfix(ParentNodeABC const& node, LatexNotationS const& notation,
@@ -169,7 +198,8 @@ void LatexWriterC::writePower(ParentNodeABC const& node, TaskS const& task) {
     return writeFunction(*function, *notation, task.rule, exponent);
   }
   open(task.rule > RULE_POWER);
-  bool const calls = isName(*base) && writeLatexName(base->crefName()).kind != LATEX_NAME_PLAIN;
+  NodeABC const& named = notation && notation->kind == LATEX_INDEX ? function->child(0) : *base;
+  bool const calls = isName(named) && writeLatexName(named.crefName()).kind != LATEX_NAME_PLAIN;
   later(u"}", EDGE_SIGN, calls ? EDGE_CALLS : EDGE_OTHER);
   later(*exponent);
   later(u"^{", EDGE_SIGN, EDGE_SIGN);
@@ -207,95 +237,6 @@ void LatexWriterC::writeFunction(ParentNodeABC const& node, LatexNotationS const
   isFresh_ = true;
 }
 
-// Writes d/dx, with an exponent for derivatives of derivatives.
-void LatexWriterC::writeDerivative(ParentNodeABC const& node, TaskS const& task) {
-  static constexpr unsigned max_exponent = 20;
-  static constexpr std::u16string_view exponents[max_exponent + 1] = {
-      u"",      u"",      u"^{2}",  u"^{3}",  u"^{4}",  u"^{5}",  u"^{6}",
-      u"^{7}",  u"^{8}",  u"^{9}",  u"^{10}", u"^{11}", u"^{12}", u"^{13}",
-      u"^{14}", u"^{15}", u"^{16}", u"^{17}", u"^{18}", u"^{19}", u"^{20}"};
-  NodeABC const& variable = node.child(1);
-  NodeABC const* operand = &node.child(0);
-  unsigned times = 1;
-  for (; times < max_exponent; ++times) {
-    ParentNodeABC const* const inner = operand->asParent();
-    bool const isSame = inner && inner->numChildren() == 2 && inner->crefName() == u"diff" &&
-                        isName(inner->child(1)) && inner->child(1).crefName() == variable.crefName();
-    if (!isSame) break;
-    operand = &inner->child(0);
-  }
-  bool const isClosed = isName(*operand);
-  bool const bracketed = open(task.rule >= RULE_POWER || (!isClosed && task.follow >= RULE_PRODUCT));
-  if (!isClosed) later(*operand, RULE_PRODUCT, bracketed ? RULE_ASSIGNMENT : task.follow);
-  later(u"}", EDGE_SIGN, isClosed ? EDGE_OTHER : EDGE_SIGN);
-  later(exponents[times], EDGE_SIGN, EDGE_SIGN);
-  later(variable);
-  later(u"}{\\mathrm{d}", EDGE_SIGN, EDGE_SIGN);
-  if (isClosed) later(*operand);
-  later(exponents[times], EDGE_SIGN, EDGE_SIGN);
-  later(u"\\frac{\\mathrm{d}", EDGE_FRACTION, EDGE_SIGN);
-  setTall();
-}
-
-// Writes an operation by the form in the table.
-void LatexWriterC::writeForm(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task) {
-  LatexKindE const kind = notation.kind;
-  bool const isFraction = notation.name == u"/";
-  bool const isOpen = kind == LATEX_RANGE || kind == LATEX_LIMIT;
-  bool const isIntegral = kind == LATEX_INTEGRAL || kind == LATEX_PRIMITIVE;
-  unsigned long const variable = kind == LATEX_RANGE ? 0 : kind == LATEX_INTEGRAL ? 3 : 1;
-  bool const hasVariable = isOpen || isIntegral || kind == LATEX_WHERE;
-  if (hasVariable && !isName(node.child(variable))) return writeCall(node);
-  bool const isTall = isFraction || hasVariable || notation.name == u"binomial";
-  bool const bracketed = open((isTall && task.rule >= RULE_POWER) || (isOpen && task.follow >= RULE_PRODUCT));
-  if (isTall) setTall();
-
-  std::vector<TaskS> parts;
-  std::u16string_view rest = notation.written;
-  EdgeE const first = isFraction ? EDGE_FRACTION : isOpen || isIntegral ? EDGE_FUNCTION : EDGE_OTHER;
-  while (!rest.empty()) {
-    std::size_t const end = std::min(rest.find(u'#'), rest.size());
-    std::u16string_view const text = rest.substr(0, end);
-    EdgeE const last = end < rest.size() ? EDGE_SIGN : EDGE_OTHER;
-    if (kind == LATEX_BRACKETS) {
-      parts.push_back(
-          {last == EDGE_OTHER ? TASK_CLOSE : TASK_OPEN, nullptr, {}, {}, text, EDGE_SIGN, EDGE_OTHER});
-    } else if (notation.name == bracket_name) {
-      parts.push_back({TASK_TEXT,
-                       nullptr,
-                       {},
-                       {},
-                       last == EDGE_OTHER ? text.substr(1) : text.substr(0, text.size() - 1),
-                       last == EDGE_OTHER ? EDGE_SIGN : first,
-                       last});
-      parts.insert(
-          parts.end() - (last == EDGE_OTHER ? 1 : 0),
-          {last == EDGE_OTHER ? TASK_CLOSE : TASK_OPEN, nullptr, {}, {}, last == EDGE_OTHER ? u")" : u"("});
-    } else if (!text.empty()) {
-      parts.push_back({TASK_TEXT, nullptr, {}, {}, text, parts.empty() ? first : EDGE_SIGN, last});
-    }
-    if (end == rest.size()) break;
-    NodeABC const& operand = node.child(static_cast<unsigned long>(rest[end + 1] - u'1'));
-    rest.remove_prefix(end + 2);
-    bool const endsForm = rest.empty();
-    bool const isValue = !text.empty() && (text.back() == u'=' || text.back() == u' ');
-    bool const isIntegrand = isIntegral && rest.substr(0, 2) == u"\\,";
-    // An index that looks like another one, or has brackets of its own, is in braces.
-    bool const isIndex = !text.empty() && text.back() == u'[';
-    bool const needsBraces = isIndex && (operand.asParent() || operand.crefName() == u"2");
-    if (needsBraces) parts.push_back({TASK_TEXT, nullptr, {}, {}, u"{", EDGE_SIGN, EDGE_SIGN});
-    parts.push_back({TASK_NODE, &operand,
-                     endsForm && isOpen ? RULE_PRODUCT
-                     : isIntegrand      ? RULE_PRODUCT
-                     : isValue          ? RULE_SUM
-                                        : RULE_ASSIGNMENT,
-                     endsForm && isOpen && !bracketed ? task.follow : RULE_ASSIGNMENT});
-    if (needsBraces) parts.push_back({TASK_TEXT, nullptr, {}, {}, u"}", EDGE_SIGN, EDGE_SIGN});
-    if (endsForm && isIntegral) parts.push_back({TASK_TEXT, nullptr, {}, {}, {}, EDGE_SIGN, EDGE_INTEGRAL});
-  }
-  tasks_.insert(tasks_.end(), parts.rbegin(), parts.rend());
-}
-
 void LatexWriterC::writeCall(ParentNodeABC const& node) {
   LatexNameS const name = writeLatexFunction(node.crefName());
   later(TASK_CLOSE, u")");
@@ -314,7 +255,10 @@ void LatexWriterC::writeLeaf(NodeABC const& node, RuleE rule) {
     return put(constant->written, EDGE_NAME, EDGE_NAME);
   LatexNameS const written = writeLatexName(name);
   bool const isD = name == u"d" || name == u"∂";
-  EdgeE const last = isD ? EDGE_D : written.kind == LATEX_NAME_PLAIN ? EDGE_NAME : EDGE_CALLS;
+  EdgeE const last = isPrefixLetter(name)               ? EDGE_PREFIX
+                     : isD                              ? EDGE_D
+                     : written.kind == LATEX_NAME_PLAIN ? EDGE_NAME
+                                                        : EDGE_CALLS;
   put(written.text, EDGE_NAME, last);
 }
 
@@ -385,6 +329,7 @@ bool LatexWriterC::isImplied(EdgeE first) const {
   switch (last_) {
     case EDGE_NEGATIVE:
     case EDGE_INTEGRAL:
+    case EDGE_PREFIX:
       return false;
     case EDGE_ARGUMENT:
       return first == EDGE_FUNCTION;

@@ -26,8 +26,9 @@ class LatexWriterC {
     EDGE_NUMBER,
     EDGE_NEGATIVE,
     EDGE_NAME,
-    EDGE_CALLS,  ///< a name that brackets after it would make a function
-    EDGE_D,      ///< a name that would make a differential of a name after it
+    EDGE_CALLS,   ///< a name that brackets after it would make a function
+    EDGE_D,       ///< a name that would make a differential of a name after it
+    EDGE_PREFIX,  ///< a name that would be a sign before an operand after it
     EDGE_BRACKET,
     EDGE_FRACTION,
     EDGE_FUNCTION,  ///< also sums and integrals
@@ -36,7 +37,17 @@ class LatexWriterC {
     EDGE_OTHER
   };
 
-  enum TaskE { TASK_NODE, TASK_TEXT, TASK_SIGN, TASK_TIMES, TASK_OPEN, TASK_CLOSE };
+  enum TaskE {
+    TASK_NODE,
+    TASK_TEXT,
+    TASK_SIGN,
+    TASK_TIMES,
+    TASK_OPEN,
+    TASK_CLOSE,
+    TASK_ROW,
+    TASK_INDEX,
+    TASK_INDEX_END
+  };
 
   /// What is still to be written.
   struct TaskS {
@@ -65,7 +76,11 @@ class LatexWriterC {
   void writePower(ParentNodeABC const& node, TaskS const& task);
   void writeFunction(ParentNodeABC const& node, LatexNotationS const& notation, RuleE rule,
                      NodeABC const* exponent);
-  void writeDerivative(ParentNodeABC const& node, TaskS const& task);
+  void writeDerivative(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task);
+  void writeTable(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task);
+  void writeList(ParentNodeABC const& node, LatexNotationS const& notation);
+  void writeIndex(ParentNodeABC const& node);
+  void closeIndex();
   void writeForm(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task);
   void writeCall(ParentNodeABC const& node);
   void writeArguments(ParentNodeABC const& node);
@@ -95,11 +110,13 @@ class LatexWriterC {
   std::vector<OpenS> opens_;
   std::vector<std::pair<std::size_t, std::u16string_view>> growths_;  // what goes in where in the end
   EdgeE last_ = EDGE_SIGN;
-  bool isFresh_ = true;       // a sign may follow
-  bool hasTimes_ = false;     // a sign of a product is due before the next part
-  bool endsCommand_ = false;  // a letter after the output needs a blank
-  std::size_t minus_ = 0;     // the place after the last sign before an operand, 0: none
-  bool minusNumber_ = false;  // a number is all that follows it
+  bool isFresh_ = true;               // a sign may follow
+  bool hasTimes_ = false;             // a sign of a product is due before the next part
+  bool endsCommand_ = false;          // a letter after the output needs a blank
+  std::size_t startsRow_ = 0;         // the place after the last end of a row
+  std::vector<std::size_t> indices_;  // the places where indices begin
+  std::size_t minus_ = 0;             // the place after the last sign before an operand, 0: none
+  bool minusNumber_ = false;          // a number is all that follows it
 };
 
 }  // namespace zolt::exchange::detail

@@ -11,6 +11,8 @@ using namespace math::algexpr;
 
 bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
 
+bool isName(NodeABC const& node) { return !node.asParent() && !isNumber(node); }
+
 ParentNodeABC const* asBrackets(NodeABC const& node) {
   ParentNodeABC const* const parent = node.asParent();
   return parent && parent->numChildren() == 1 && node.crefName() == bracket_name ? parent : nullptr;
@@ -25,6 +27,28 @@ NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index
   ParentNodeABC const* const brackets = asBrackets(node.child(index));
   if (!brackets) return isGuarded(node.childPointer(index)) ? nullptr : &node.child(index);
   return isGuarded(brackets->childPointer(0)) ? &brackets->child(0) : &node.child(index);
+}
+
+unsigned long countColumns(ParentNodeABC const& table) {
+  unsigned long columns = 0;
+  for (unsigned long i = 0; i < table.numChildren(); ++i) {
+    ParentNodeABC const* const row = table.child(i).asParent();
+    bool const fits = row && row->crefName() == list_name && (i == 0 || row->numChildren() == columns);
+    if (!fits) return 0;
+    columns = row->numChildren();
+  }
+  return columns;
+}
+
+ParentNodeABC const* asTable(NodeABC const& node) {
+  ParentNodeABC const* const parent = node.asParent();
+  return parent && parent->crefName() == u"matrix" && countColumns(*parent) > 0 ? parent : nullptr;
+}
+
+std::vector<PointerTC<NodeABC>> childrenOf(ParentNodeABC const& node) {
+  std::vector<PointerTC<NodeABC>> children;
+  for (unsigned long i = 0; i < node.numChildren(); ++i) children.push_back(node.childPointer(i));
+  return children;
 }
 
 }  // namespace zolt::exchange::detail
