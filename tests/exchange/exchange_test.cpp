@@ -127,7 +127,7 @@ TEST(Latex, UnknownCommandsNameTheNearestOne) {
     return tests::toUtf8(error.message);
   };
   EXPECT_EQ("This command is not known, but \\frac is", message(u"\\farc{a}{b}"));
-  EXPECT_EQ("This command is not known, but \\alpha is", message(u"\\alhpa"));
+  EXPECT_EQ("This command is not known, but \\alpha is", message(u"a+\\alhpa+1"));
   EXPECT_EQ("This command is not known", message(u"\\qqqqqqqq"));
 }
 

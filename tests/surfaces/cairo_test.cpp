@@ -152,6 +152,14 @@ class SheetC {
     width_ = std::max(width_, size.x + 2 * gap);
     height_ += size.y + gap;
   }
+  void addStrokes() {
+    using namespace math::ved;
+    for (StrokeE const kind : {STROKE_WITH_CORNERS, STROKE_SMOOTH}) {
+      surface->drawStroke(kind, {{gap, height_ + 9}, {gap + 5, height_}, {gap + 14, height_ + 4}});
+      boxes_.push_back({"stroke", RectangleS(0, height_ - gap / 2, 14 + 2 * gap, height_ + 9 + gap / 2)});
+      height_ += 9 + gap;
+    }
+  }
   void compare(double tolerance) const {
     PictureOptionsS options;
     // Letters are too large here to be moved onto whole pixels.
@@ -195,6 +203,7 @@ TEST_F(CairoPictures, LookTheSameInEveryFormat) {
     EXPECT_TRUE(field.insertText(text)) << tests::toUtf8(text);
     typed.add(tests::toUtf8(text), field);
   }
+  typed.addStrokes();
   typed.compare(0.015);  // empty places are soft
   std::ifstream gallery(ZOLT_GALLERY);
   std::unique_ptr<SheetC> section;

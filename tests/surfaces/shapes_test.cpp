@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/surfaces/typeset/font_size.h"
+#include "zolt/surfaces/typeset/row_fit.h"
 
 namespace zolt::surfaces {
 namespace {
@@ -195,6 +197,30 @@ TEST_F(TypesetShapes, GlyphsOutOfSightAreNotAskedFor) {
   for (double const x : all) {
     bool const isSeen = x > 490 && x < 600;
     EXPECT_GE(std::count(probe.glyphs.begin(), probe.glyphs.end(), x), isSeen ? 1 : 0);
+  }
+}
+
+/// Strokes of small letters begin and end between two rows of pixels, in their order.
+TEST(RowFit, PutsStrokesOnRows) {
+  for (bool const reversed : {false, true}) {
+    PathC letter;  // like an "E", upside down as in a font, of three bars
+    for (double const y : {0.0, -330.0, -640.0}) {
+      PathPointS const corners[] = {{30, y}, {500, y}, {500, y - 44}, {30, y - 44}};
+      letter.moveTo(corners[0]);
+      for (int const i : {1, 2, 3}) letter.lineTo(corners[reversed ? 4 - i : i]);
+      letter.close();
+    }
+    for (double em = 9; em < 24; em += 0.3) {
+      std::vector<double> rows;
+      PathC const fitted = fitToRows(letter, 1000, em / 1000);
+      for (PathStepS const& step : fitted.getSteps()) {
+        if (step.countPoints() > 0) rows.push_back(step.points[0].y);
+      }
+      for (double const row : rows) EXPECT_NEAR(row, std::round(row), 1e-9) << em;
+      std::sort(rows.begin(), rows.end());
+      rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+      EXPECT_EQ(rows.size(), 6u) << em << " from one another by a row at least";
+    }
   }
 }
 
