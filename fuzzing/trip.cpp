@@ -10,6 +10,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/catalogue/standard_operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/oss/binary_stream.h"
@@ -100,7 +101,9 @@ std::string draw(Node4C const& root) {
 void prepare() {
   static bool const registered = [] {
     auto const session = CASSessionBC::getSession();
-    catalogue::registerStandardOperators(*OperatorListRepositoryC::lookup(session->getEngine()));
+    OperatorListC& operators = *OperatorListRepositoryC::lookup(session->getEngine());
+    catalogue::registerStandardOperators(operators);
+    catalogue_extended::registerExtendedOperators(operators);
     return true;
   }();
   static_cast<void>(registered);

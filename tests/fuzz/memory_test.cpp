@@ -116,7 +116,7 @@ TEST(Amplification, MemoryIsInProportion) {
         {u"f(1", u",1", u")"}}},
       {"LaTeX",
        readLatex,
-       220,
+       240,
        {{u"a", u"+a", u""},
         {u"a", u"a", u""},
         {u"", u"-", u"x"},
