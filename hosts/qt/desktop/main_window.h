@@ -98,6 +98,7 @@ class MainWindow final : public QMainWindow {
   QAction* addToggle(QMenu& menu, ActionS const& entry, std::function<void(bool)> run);
   void makeFileMenu();
   void makeEditMenu();
+  void makeTableMenu(QMenu& menu);
   void makeInsertMenu();
   void makeViewMenu();
   void makeHelpMenu();

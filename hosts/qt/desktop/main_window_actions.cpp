@@ -112,6 +112,7 @@ void MainWindow::makeEditMenu() {
   add(menu, {"grow", "&Grow Selection", "Alt+Shift+Right"},
       [this] { runInFormula(field::COMMAND_GROW_SELECTION); });
   add(menu, {"clear", "C&lear Formula", "Ctrl+Shift+Delete"}, [this] { runInFormula(field::COMMAND_CLEAR); });
+  makeTableMenu(*menu.addMenu(tr("&Rows and Columns")));
   menu.addSeparator();
   add(menu, {"check", "Chec&k Formula", "F5"}, [this] {
     if (qt::FormulaEdit* const formula = view_->currentFormula()) formula->check();
@@ -121,6 +122,20 @@ void MainWindow::makeEditMenu() {
   add(menu, {"move-up", "Move Line U&p", "Ctrl+Shift+Up"}, [this] { view_->moveCurrent(-1); });
   add(menu, {"move-down", "Move Line Do&wn", "Ctrl+Shift+Down"}, [this] { view_->moveCurrent(1); });
   add(menu, {"delete", "D&elete Line", "Ctrl+Shift+D"}, [this] { view_->removeCurrent(); });
+}
+
+// The field takes their keys itself, so that they keep their other uses outside of tables.
+void MainWindow::makeTableMenu(QMenu& menu) {
+  for (int command = field::COMMAND_ROW_ABOVE; command <= field::COMMAND_NEXT_ROW; ++command) {
+    if (command == field::COMMAND_DELETE_ROWS || command == field::COMMAND_ROWS_UP) menu.addSeparator();
+    field::CommandS const& entry = field::commands()[std::size_t(command)];
+    QString const title = qt::toQString(entry.title) + QLatin1Char('\t') + qt::toQString(entry.keys);
+    QAction* const action = menu.addAction(title, this, [=] { runInFormula(entry.command); });
+    connect(&menu, &QMenu::aboutToShow, action, [=] {
+      qt::FormulaEdit const* const formula = view_->currentFormula();
+      action->setEnabled(formula && formula->isCommandEnabled(entry.command));
+    });
+  }
 }
 
 void MainWindow::makeInsertMenu() {

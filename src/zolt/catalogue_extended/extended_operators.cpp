@@ -3,6 +3,7 @@
 #include "zolt/catalogue_extended/operator_binomial.h"
 #include "zolt/catalogue_extended/operator_norm.h"
 #include "zolt/catalogue_extended/operator_where_equation.h"
+#include "zolt/catalogue_extended/table_operators.h"
 
 namespace zolt::catalogue_extended {
 
@@ -11,6 +12,7 @@ void registerExtendedOperators(math::ved::OperatorListC& operators) {
   // Palettes show them in this order.
   operators.add(new OperatorBinomialC);
   operators.add(new OperatorNormC);
+  addTableOperators(operators);
 }
 
 }  // namespace zolt::catalogue_extended

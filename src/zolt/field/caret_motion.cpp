@@ -5,6 +5,7 @@
 
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view_hold.h"
 
@@ -66,11 +67,20 @@ PlaceS wordRight(PlaceS from) {
   return {from.node, end > from.pos ? end : from.pos + 1};
 }
 
-/// The next empty slot in one direction, else the place out of the construct.
+/// Whether `text` is in another cell of a table that has `from` in it.
+bool isInNextCell(Node4C const& text, TableBlockS const& from) {
+  Node4C const& row = *text.getParent();
+  return from && row.getParent() == from.table &&
+         &row != cellAt(*from.table, from.firstRow, from.firstColumn);
+}
+
+/// The next empty slot or cell in one direction, else the place out of the construct.
 PlaceS slotFrom(PlaceS from, Node4C const* (*step)(Node4C const&), PlaceS (*out)(PlaceS)) {
+  TableBlockS const cell = findCell(from);
   Node4C const* text = from.node;
   do {
     text = step(*text);
+    if (text && isInNextCell(*text, cell)) return rowEnd(*text->getParent());
   } while (text && !isSlot(*text));
   return text ? startOf(text) : out(from);
 }
@@ -148,6 +158,13 @@ class VerticalSearchC {
   std::int64_t bestDistance_ = 0;
 };
 
+/// The cell above or below the one that `text` is in; null at the edge of the table.
+Node4C const* cellBeside(Node4C const& text, bool up) {
+  TableBlockS const cell = findCell(startOf(&text));
+  if (up ? cell.firstRow == 0 : cell.firstRow + 1 == countTableRows(*cell.table)) return nullptr;
+  return cellAt(*cell.table, up ? cell.firstRow - 1 : cell.firstRow + 1, cell.firstColumn);
+}
+
 /// The text place above or below `from` that is nearest to `column`. The search begins in the constructs
 /// beside the place and continues outwards, with the other rows of each construct around it and the row that
 /// this construct is in.
@@ -174,8 +191,12 @@ PlaceS findVertical(ViewZNT4C const& view, PlaceS from, CommandE motion, long& c
     Node4C const* const item = enclosingItem(*text);
     if (!item) return {};
     at -= offsetOf(*text->getParent());
-    for (unsigned long i = 0; i < item->numChildren(); ++i) {
-      if (item->child(i) != text->getParent()) search.search(*item->child(i), at);
+    if (countColumns(*item) > 0) {
+      if (Node4C const* const cell = cellBeside(*text, up)) search.search(*cell, at);
+    } else {
+      for (unsigned long i = 0; i < item->numChildren(); ++i) {
+        if (item->child(i) != text->getParent()) search.search(*item->child(i), at);
+      }
     }
     at -= offsetOf(*item);
     text = placeBefore(*item).node;
@@ -223,6 +244,59 @@ PlaceS search(CommandE motion, ViewZNT4C const& view, PlaceS from, long& column)
 }
 
 }  // namespace
+
+namespace {
+
+/// Where a motion leads from a cell as a whole: to a cell beside it, or out of the table.
+PlaceS stepFromCell(CommandE motion, TableBlockS const& cell) {
+  Node4C const& table = *cell.table;
+  unsigned long const lastColumn = countColumns(table) - 1;
+  unsigned long row = cell.firstRow;
+  unsigned long column = cell.firstColumn;
+  switch (motion) {
+    case COMMAND_LEFT:
+    case COMMAND_WORD_LEFT:
+      if (column-- == 0) return placeBefore(table);
+      break;
+    case COMMAND_RIGHT:
+    case COMMAND_WORD_RIGHT:
+      if (column++ == lastColumn) return placeAfter(table);
+      break;
+    case COMMAND_UP:
+      if (row-- == 0) return placeBefore(table);
+      break;
+    case COMMAND_DOWN:
+      if (++row == countTableRows(table)) return placeAfter(table);
+      break;
+    case COMMAND_HOME:
+      column = 0;
+      break;
+    case COMMAND_END:
+      column = lastColumn;
+      break;
+    default:
+      return {};
+  }
+  return rowEnd(*cellAt(table, row, column));
+}
+
+}  // namespace
+
+PlaceS findSelectionTarget(CommandE motion, ViewZNT4C const& view, SelectionS const& selection,
+                           long& column) {
+  PlaceS const target = findTarget(motion, view, selection.caret, column);
+  TableBlockS const block = findBlock(selection);
+  PlaceS const anchor = selection.anchor ? selection.anchor : selection.caret;
+  TableBlockS const entered = block ? block : findBlock({anchor, target});
+  if (!entered) return target;
+  Node4C const* row = selection.caret.node->getParent();
+  while (row->getParent() != entered.table) row = row->getParent();
+  unsigned long const number = row->findChildNumber();
+  unsigned long const columns = countColumns(*entered.table);
+  PlaceS const stepped = stepFromCell(
+      motion, {entered.table, number / columns, number / columns, number % columns, number % columns});
+  return stepped == selection.caret ? PlaceS() : stepped ? stepped : target;
+}
 
 PlaceS findTarget(CommandE motion, ViewZNT4C const& view, PlaceS from, long& column) {
   PlaceS const target = search(motion, view, from, column);

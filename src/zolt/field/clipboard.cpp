@@ -2,13 +2,19 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/common/float64_util.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/cell_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
 #include "zolt/field/detail/implied_signs.h"
 #include "zolt/field/detail/word_bounds.h"
+#include "zolt/ved/geometry/blind_graphics.h"
+#include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -112,6 +118,69 @@ wstring writeRowText(SelectionS const& stretch, OperatorListC const& operators) 
   }
 }
 
+using RowT = std::unique_ptr<Node4C>;
+
+/// The row of a cell with this text: its formula, or its characters where it is none. Null when a character
+/// cannot be in a formula.
+RowT makeCell(wstring const& text, OperatorListC const& operators, InputOptionsS const& options) {
+  if (text.find_first_not_of(u' ') == wstring::npos) return rows::makeEmptyRow();
+  RowT root;
+  if (auto const expression = readPlainText(text, options, nullptr)) {
+    root.reset(Node4C::fromAlgebraicExpression(expression, math::common::Float64UtilC::max_display_precision,
+                                               math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+    return RowT(root->cutChild(0));
+  }
+  ViewZNT4C view(new BlindGraphicsC);
+  wstring const characters = options.decimalComma ? toPoints(text) : text;
+  if (&view.crefOperatorList() != &operators || !typeCharacters(view, characters)) return nullptr;
+  return view.copyRow(view.getWhole());
+}
+
+/// The first operator that makes a table of so many columns; null: none.
+PointerTC<OperatorBC> findTable(OperatorListC const& operators, unsigned long columns) {
+  for (OperatorBC const* const op : operators.crefInOrder()) {
+    if (op->getColumns() == 0) continue;
+    if (auto found = op->findColumns(columns)) return found;
+  }
+  return nullptr;
+}
+
+/// Puts cells into the table around the caret or, where there is none, a table of them into the formula.
+bool pasteCells(ViewZNT4C& view, std::vector<RowT> cells, unsigned long columns) {
+  if (findBlockOrCell(view.getSelection())) return view.pasteCells(std::move(cells), columns);
+  auto const op = findTable(view.crefOperatorList(), columns);
+  if (!op || cells.size() > math::ved::limits::max_table_cells) return false;
+  return view.paste(writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(cells)))));
+}
+
+/// Text with tabs becomes the cells of a table. In a table it may also be a single column.
+bool pasteCellTexts(ViewZNT4C& view, wstring const& text, InputOptionsS const& options) {
+  bool const isInTable = static_cast<bool>(findBlockOrCell(view.getSelection()));
+  if (!hasCells(text, isInTable ? TABS_OR_LINES : TABS_ONLY)) return false;
+  CellTextsS const texts = readCells(text);
+  if (texts.cells.size() > math::ved::limits::max_table_cells) return false;
+  std::vector<RowT> cells;
+  for (wstring const& cell : texts.cells) {
+    cells.push_back(makeCell(cell, view.crefOperatorList(), options));
+    if (!cells.back()) return false;
+  }
+  return pasteCells(view, std::move(cells), texts.columns);
+}
+
+wstring writeBlock(TableBlockS const& block, OperatorListC const& operators, InputOptionsS const& options) {
+  CellTextsS texts;
+  texts.columns = block.countColumns();
+  for (unsigned long row = block.firstRow; row <= block.lastRow; ++row) {
+    for (unsigned long column = block.firstColumn; column <= block.lastColumn; ++column) {
+      Node4C& cell = *cellAt(*block.table, row, column);
+      auto const expression = diagnoseTyped(cell, operators, options).expression;
+      texts.cells.push_back(expression ? exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE)
+                                       : writeRowText(wholeRow(cell), operators));
+    }
+  }
+  return writeCells(texts);
+}
+
 }  // namespace
 
 ClipboardABC::~ClipboardABC() = default;
@@ -122,9 +191,12 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
   ClipboardContentS content;
   if (!range.anchor || range.anchor == range.caret) return content;
   auto const row = view.copyRow(range);
-  content.bytes = writeBytes(*row);
-  if (auto const expression = diagnoseTyped(*row, view.crefOperatorList(), options).expression) {
-    content.prefix = expression->toPrefixString();
+  content.bytes = ViewZNT4C::writeCopy(*row, range);
+  auto const expression = diagnoseTyped(*row, view.crefOperatorList(), options).expression;
+  if (expression) content.prefix = expression->toPrefixString();
+  if (findBlock(range)) {
+    content.plainText = writeBlock(wholeTable(*row->child(1)), view.crefOperatorList(), options);
+  } else if (expression) {
     content.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   } else {
     content.plainText = writeRowText(inOneRow(range), view.crefOperatorList());
@@ -142,6 +214,7 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
     return PASTE_DONE;
   }
   content.prefix.clear();
+  if (pasteCellTexts(view, content.plainText, options)) return PASTE_DONE;
   return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content.plainText, options, error);
 }
 

@@ -19,9 +19,11 @@ using oss::wstring;
 /// One copied piece of a formula in several forms, of which the reader takes the best. An empty form is
 /// absent.
 struct ClipboardContentS {
-  bytestring bytes;   ///< exactly the items that were selected, for other formula fields
-  wstring prefix;     ///< the expression as an algebra engine reads it; absent when it is incomplete
-  wstring plainText;  ///< as people type formulas; an incomplete one is written as far as possible
+  bytestring bytes;  ///< exactly the items that were selected, for other formula fields
+  wstring prefix;    ///< the expression as an algebra engine reads it; absent when it is incomplete
+  /// As people type formulas; an incomplete one is written as far as possible. A block of a table's cells is
+  /// text with tabs, as in programs for tables.
+  wstring plainText;
 
   bool isEmpty() const { return bytes.empty() && prefix.empty() && plainText.empty(); }
 };
@@ -60,7 +62,9 @@ enum PasteE {
   PASTE_REFUSED         ///< nothing was changed
 };
 
-/// Replaces the view's selection by the first form of `content` that can be read, and clears the forms before
+/// Text with tabs goes into the cells of the table around the caret, or becomes a table; so does a block of
+/// cells, of which a table keeps the exact form. Else:
+/// replaces the view's selection by the first form of `content` that can be read, and clears the forms before
 /// it. Plain text that is not a formula is typed character by character if that is possible; if not, `error`
 /// (may be null) says why the text was refused. Call it within a group of the view, and cancel the group
 /// after a refusal.

@@ -11,6 +11,7 @@
 #include "zolt/field/detail/implied_signs.h"
 #include "zolt/field/error_text.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/tree/tree_notation.h"
 #include "zolt/ved/view/view_hold.h"
 
@@ -237,6 +238,7 @@ std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() const {
   std::vector<RectangleS> bands;
   if (!view_.isSelected()) return bands;
   view_.getExpressionSize();  // lays out
+  if (findBlock(view_.getSelection())) return {view_.getRectangle(view_.getSelection())};
   auto const [begin, end] = inOneRow(view_.getSelection());
   PointS const at = begin.node->getParent()->getAbsolutePosition();
   ViewHoldC const hold(view_);

@@ -251,6 +251,7 @@ class FormulaFieldC {
   bool isForCompletion(CommandE command) const;
 
   // formula_field_commands.cpp
+  PlaceS findMotionTarget(CommandE command, long& column) const;
   bool isMotionEnabled(CommandE command) const;
   bool runMotion(CommandE command);
   bool runEdit(CommandE command);

@@ -2,7 +2,9 @@
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
+#include "zolt/ved/operators/operator_table_act.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 
 namespace zolt::field {
 
@@ -47,6 +49,12 @@ ScriptStepS stepOf(CommandE command) {
   return makeStep(SCRIPT_COMMAND, commands()[command].name);
 }
 
+/// The act of a command on rows and columns.
+PointerTC<OperatorBC> makeTableAct(CommandE command) {
+  return new OperatorTableActC(commands()[command].name, static_cast<TableActE>(command - COMMAND_ROW_ABOVE),
+                               0);
+}
+
 }  // namespace
 
 bool FormulaFieldC::isEnabled(CommandE command) const {
@@ -83,7 +91,7 @@ bool FormulaFieldC::isEnabled(CommandE command) const {
     case COMMAND_PASTE:
       return clipboard_->hasContent();
     default:
-      return false;
+      return makeTableAct(command)->mayRun(view_.getSelection(), view_.crefOperatorList());
   }
 }
 
@@ -143,10 +151,15 @@ bool FormulaFieldC::run(CommandE command) {
 
 // ---- Motions -------------------------------------------------------------------------------------------
 
+PlaceS FormulaFieldC::findMotionTarget(CommandE command, long& column) const {
+  CommandE const motion = caretMotionOf(command);
+  return selects(command) ? findSelectionTarget(motion, view_, view_.getSelection(), column)
+                          : findTarget(motion, view_, caret(), column);
+}
+
 bool FormulaFieldC::isMotionEnabled(CommandE command) const {
   long column = column_;
-  return (view_.isSelected() && dropsSelection(command)) ||
-         findTarget(caretMotionOf(command), view_, caret(), column);
+  return (view_.isSelected() && dropsSelection(command)) || findMotionTarget(command, column);
 }
 
 bool FormulaFieldC::runMotion(CommandE command) {
@@ -154,10 +167,11 @@ bool FormulaFieldC::runMotion(CommandE command) {
   completeName();
   bool const drops = view_.isSelected() && dropsSelection(command);
   if (drops && (command == COMMAND_LEFT || command == COMMAND_RIGHT)) {
-    auto const [start, end] = inOneRow(view_.getSelection());
+    TableBlockS const block = findBlock(view_.getSelection());
+    auto const [start, end] = block ? placesOf(block) : inOneRow(view_.getSelection());
     return placeCaret(command == COMMAND_LEFT ? start : end);
   }
-  PlaceS const target = findTarget(caretMotionOf(command), view_, caret(), column_);
+  PlaceS const target = findMotionTarget(command, column_);
   if (target) return select({selects(command) ? anchor() : target, target});
   return drops && placeCaret(caret());
 }
@@ -186,7 +200,7 @@ bool FormulaFieldC::runEdit(CommandE command) {
     case COMMAND_REDO:
       return redoAct();
     default:
-      return false;
+      return view_.insertOperator(makeTableAct(command));
   }
 }
 
@@ -217,7 +231,7 @@ bool FormulaFieldC::deleteLeft() {
     return deleteRange(findTarget(COMMAND_LEFT, view_, at, column), at);
   }
   Node4C const* const around = at.pos == 0 && !at.node->goLeft() ? enclosingItem(*at.node) : nullptr;
-  if (around && countFilledRows(*around) == 1) {
+  if (around && countColumns(*around) == 0 && countFilledRows(*around) == 1) {
     // The construct leaves its content beside what is around it.
     PlacePathS const begin = pathOf(placeBefore(*around));
     PlacePathS const end = pathOf(placeAfter(*around), COUNT_FROM_END);

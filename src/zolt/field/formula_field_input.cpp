@@ -11,6 +11,7 @@
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 
 namespace zolt::field {
 
@@ -293,6 +294,7 @@ bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
 }
 
 bool FormulaFieldC::bracketSelection() {
+  if (findBlock(view_.getSelection())) select(inOneRow(view_.getSelection()));
   bytestring content;
   view_.copy(content);
   GroupC group(*this);

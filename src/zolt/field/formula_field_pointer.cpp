@@ -2,6 +2,7 @@
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 
 namespace zolt::field {
 
@@ -46,7 +47,8 @@ bool FormulaFieldC::releasePointer() {
 }
 
 bool FormulaFieldC::moveSelection(PlaceS target) {
-  if (!target || !view_.isSelected() || !view_.isEditable()) return false;
+  // The cells of a block stay where they are.
+  if (!target || !view_.isSelected() || !view_.isEditable() || findBlock(view_.getSelection())) return false;
   ScriptStepS step = makeStep(SCRIPT_MOVE);
   if (recorded_) step.places = {pathOf(target)};
   ActC const act(*this, std::move(step));

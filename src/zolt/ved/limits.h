@@ -9,6 +9,11 @@ namespace zolt::math::ved::limits {
 /// as prefix text between grave accents. Every walk of a tree within this limit fits a 1 MiB stack.
 constexpr unsigned long max_nested_rows = 1200;
 
+/// How many columns and how many cells a table may have, such as a matrix. What is larger is shown as the
+/// call that it is, and no edit makes a table larger.
+constexpr unsigned long max_table_columns = 100;
+constexpr unsigned long max_table_cells = 10000;
+
 /// How many steps can be undone, and how many bytes they may take together.
 constexpr unsigned long max_history_steps = 10000;
 constexpr unsigned long max_history_bytes = 64ul << 20;

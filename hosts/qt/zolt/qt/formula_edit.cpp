@@ -441,6 +441,12 @@ QMenu* FormulaEdit::createStandardContextMenu() {
   menu->addSeparator();
   add(field::COMMAND_SELECT_ALL);
   add(field::COMMAND_GROW_SELECTION);
+  if (!isReadOnly() && isCommandEnabled(field::COMMAND_DELETE_ROWS)) {
+    menu->addSeparator();
+    for (int command = field::COMMAND_ROW_ABOVE; command < field::COMMAND_NEXT_ROW; ++command) {
+      add(static_cast<field::CommandE>(command));
+    }
+  }
   return menu;
 }
 

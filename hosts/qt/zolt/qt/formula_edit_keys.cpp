@@ -24,11 +24,20 @@ oss::wstring chordOf(QKeyEvent const& event) {
     case Qt::Key_Delete:
       key = QStringLiteral("Delete");
       break;
+    case Qt::Key_PageUp:
+      key = QStringLiteral("PageUp");
+      break;
+    case Qt::Key_PageDown:
+      key = QStringLiteral("PageDown");
+      break;
     case Qt::Key_Insert:
       key = QStringLiteral("Insert");
       break;
     case Qt::Key_Escape:
       key = QStringLiteral("Escape");
+      break;
+    case Qt::Key_Return:
+      key = QStringLiteral("Enter");
       break;
     default:
       key = QKeySequence(event.key()).toString(QKeySequence::PortableText);
@@ -110,11 +119,20 @@ bool isSharedWithParent(field::CommandE command) {
   return command == field::COMMAND_UP || command == field::COMMAND_DOWN;
 }
 
+/// Commands on rows and columns, whose keys mean something else outside of tables.
+bool isForTables(field::CommandE command) { return command >= field::COMMAND_ROW_ABOVE; }
+
 bool isHistory(field::CommandE command) {
   return command == field::COMMAND_UNDO || command == field::COMMAND_REDO;
 }
 
 }  // namespace
+
+std::optional<field::CommandE> FormulaEdit::StateS::commandFor(QKeyEvent const& event) const {
+  auto const command = commandOf(event);
+  bool const isOutside = command && isForTables(*command) && !field->isEnabled(*command);
+  return isOutside ? std::nullopt : command;
+}
 
 bool FormulaEdit::event(QEvent* event) {
   bool const isKey = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
@@ -125,7 +143,7 @@ bool FormulaEdit::event(QEvent* event) {
   }
   if (event->type() == QEvent::ShortcutOverride) {
     auto* const key = static_cast<QKeyEvent*>(event);
-    auto const command = commandOf(*key);
+    auto const command = state_->commandFor(*key);
     bool const ours = command == field::COMMAND_DROP_SELECTION ? false
                       : command ? !(isHistory(*command) && !isUndoRedoEnabled()) &&
                                       !(field::commands()[*command].modifies && isReadOnly())
@@ -137,7 +155,7 @@ bool FormulaEdit::event(QEvent* event) {
   } else if (event->type() == QEvent::KeyPress) {
     // The key is taken here before Qt uses it to move the focus.
     auto* const key = static_cast<QKeyEvent*>(event);
-    auto const command = commandOf(*key);
+    auto const command = state_->commandFor(*key);
     bool const slots_ = command == field::COMMAND_NEXT_SLOT || command == field::COMMAND_PREVIOUS_SLOT;
     QPointer<FormulaEdit> const alive(this);
     if (slots_ && !isReadOnly() && (runCommand(*command) || !alive)) {
@@ -150,7 +168,7 @@ bool FormulaEdit::event(QEvent* event) {
 }
 
 void FormulaEdit::keyPressEvent(QKeyEvent* event) {
-  if (auto const command = commandOf(*event)) {
+  if (auto const command = state_->commandFor(*event)) {
     if (isHistory(*command) && !isUndoRedoEnabled()) {
       event->ignore();
     } else {

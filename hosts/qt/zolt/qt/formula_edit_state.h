@@ -65,6 +65,8 @@ struct FormulaEdit::StateS {
   /// Whether a key is for the open list, which then gets it.
   bool isForCompletion(QKeyEvent const& event) const;
   void giveToCompletion(QKeyEvent const& event);
+  /// The command of a key, unless it is one for tables and the caret is in none.
+  std::optional<field::CommandE> commandFor(QKeyEvent const& event) const;
 
   // ---- Input methods (formula_edit_keys.cpp) -------------------------------------------------------------
   bool takeComposed(QInputMethodEvent const& event);

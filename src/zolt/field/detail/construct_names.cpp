@@ -60,7 +60,7 @@ ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name
 PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstring const& name) {
   if (!isPlainFunction(operators, name)) return nullptr;
   auto op = findByName(operators, name);
-  return op && op->getArity() == 2 ? op : nullptr;
+  return op && (op->getArity() == 2 || op->getColumns() > 0) ? op : nullptr;
 }
 
 // Letters and digits never insert an operator, and people type them most.

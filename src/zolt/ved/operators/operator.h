@@ -21,7 +21,9 @@ using oss::PointerTC;
 using oss::wstring;
 
 class Node4C;
+class OperatorListC;
 class ViewZNT4C;
+struct SelectionS;
 
 /// The finished subtrees of a conversion from an expression to a tree, each with its binding precedence
 /// (larger binds looser). The stack owns its subtrees until a parent takes them.
@@ -112,6 +114,24 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual PointerTC<OperatorBC> findVariant(wstring const& /*variant*/) const { return nullptr; }
   /// The name, and the variant after a blank.
   wstring getStoredName() const;
+
+  // ---- Tables ------------------------------------------------------------------------------------------
+  // A construct may show its rows as the cells of a table, row by row. The caret then goes from cell to cell,
+  // blocks of cells can be selected, copied and pasted, and there are commands for its rows and columns
+  // (`OperatorTableActC`). A table of another number of columns is a variant.
+
+  /// In how many columns the rows are arranged; 0: they are no table.
+  virtual unsigned long getColumns() const { return 0; }
+  /// The operator with so many columns, this one for its own number; null when there is none. A table whose
+  /// columns mean something each, as value and condition, has none for any number: its columns stay where
+  /// they are. Only the registered operator is asked.
+  virtual PointerTC<OperatorBC> findColumns(unsigned long /*columns*/) const { return nullptr; }
+
+  /// Whether `runOperator` would do something in a view with this selection and these operators, for menus
+  /// and palettes.
+  virtual bool mayRun(SelectionS const& /*selection*/, OperatorListC const& /*operators*/) const {
+    return true;
+  }
 
   /// Whether the operator is a node of its own in a tree (NODE4_OPERATOR). False for operators that are
   /// written as text and for powers, whose nodes have no operator.

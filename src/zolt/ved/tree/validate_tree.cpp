@@ -30,7 +30,11 @@ bool holdsOnlyItems(Node4C const& row) {
 bool isSoundConstruct(Node4C const& node) {
   OperatorBC const* const op = node.crefOperator();
   if (!op || op->isLinear() || !op->isConstruct() || node.crefText() != op->getName()) return false;
-  return (op->getArity() == 0 || op->getArity() == node.numChildren()) && holdsOnlyRows(node);
+  if (op->getArity() != 0 && op->getArity() != node.numChildren()) return false;
+  unsigned long const columns = op->getColumns();
+  bool const isTable = node.numChildren() > 0 && node.numChildren() <= limits::max_table_cells;
+  if (columns > 0 && !(isTable && node.numChildren() % columns == 0)) return false;
+  return holdsOnlyRows(node);
 }
 
 /// Checks that a row is in canonical form.

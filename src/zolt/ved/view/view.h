@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <utility>
+#include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/constraints.h"
@@ -24,6 +25,7 @@ namespace zolt::math::ved {
 
 class EditHistoryC;
 struct SelectionPathS;
+struct TableBlockS;
 
 /// The editor: one formula, its caret and its selection, on a drawing surface of the host's.
 ///
@@ -100,7 +102,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// any other text is typed character by character. False, with nothing changed, when a character is
   /// refused or the constraints reject the result.
   bool insertText(wstring const& text);
-  /// Inserts an operator as its key does. False, with nothing changed, when it refuses.
+  /// Inserts an operator, which need not be registered, as its key does. False, with nothing changed, when it
+  /// refuses.
   bool insertOperator(PointerTC<OperatorBC> const& op);
   /// Where every refused input ends: does nothing and answers false.
   bool bip() const { return false; }
@@ -122,14 +125,20 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
   /// The same of what is shown in `range`, whatever is selected.
   PointerTC<algexpr::AlgebraicExpressionC> copy(SelectionS const& range, oss::bytestring& bytes) const;
-  /// What is shown in `range`, as a row of its own; null when the range has no anchor.
+  /// What is shown in `range`, as a row of its own; null when the range has no anchor. A block of cells is a
+  /// table in that row.
   std::unique_ptr<Node4C> copyRow(SelectionS const& range) const;
+  /// The bytes of what `copyRow` gave for `range`: of a block, the table alone.
+  static oss::bytestring writeCopy(Node4C const& row, SelectionS const& range);
   /// `copy`, then the backspace key: call only with a selection.
   PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
   /// Replaces the selection by what `copy` wrote. False, with nothing done, for bytes that do not read or
   /// would nest too deep, and when the view is not editable.
   bool paste(oss::bytestring const& bytes);
   bool paste(PointerTC<algexpr::AlgebraicExpressionC> expression);
+  /// Puts cells, canonical rows, into the table around the caret, from the first selected cell or the caret's
+  /// on. The table grows; where it may not, and outside of tables, false, with nothing changed.
+  bool pasteCells(std::vector<std::unique_ptr<Node4C>> cells, unsigned long columns);
 
   // ---- Undo -----------------------------------------------------------------------------------------------
   /// Takes back the last event that changed the formula, or brings back the last one taken back: formula,
@@ -179,7 +188,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// Whether a non-empty selection exists. An empty one is dropped by the way, unless the pointer is down.
   bool isSelected() const;
   /// The selection as a stretch of one row, in reading order: from a position in its item `first` to one in
-  /// its item `last`. Ends in different rows of a construct widen to the construct. False: no selection.
+  /// its item `last`. Ends in different rows of a construct widen to the construct. (In a table they select
+  /// a block, `findBlock`, which is what is copied and deleted.) False: no selection.
   bool getSelectionBounds(Node4C*& line, unsigned long& first, unsigned int& firstPos, unsigned long& last,
                           unsigned int& lastPos) const;
   /// Selects from the anchor to the caret; equal places only move the caret; a null anchor node drops the
@@ -240,6 +250,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   void splitText(bool toRight);
   // view_delete.cpp
   bool deleteSelection();
+  bool clearBlock(TableBlockS const& block);
   bool doDelete();
   bool doClear();
   bool doBackspace();
@@ -250,6 +261,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doRunOperator(PointerTC<OperatorBC> op);
   // view_clipboard.cpp
   std::unique_ptr<Node4C> cutSelection();
+  std::unique_ptr<Node4C> copyBlock(TableBlockS block) const;
   bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
   /// Opens a step of the history, which can go back to its beginning; ignored while one is open.

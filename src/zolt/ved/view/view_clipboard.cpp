@@ -1,7 +1,12 @@
+#include <algorithm>
+
 #include "zolt/common/float64_util.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
+#include "zolt/ved/limits.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/detail/pastable_row.h"
 #include "zolt/ved/view/detail/row_nesting.h"
@@ -13,12 +18,16 @@ using oss::bytestring;
 
 namespace {
 
-/// Null when the bytes are not a row.
-std::unique_ptr<Node4C> readRow(bytestring const& bytes) {
+/// A row that was copied; null when the bytes are none. Cells are in a table that is not in a row; `isBlock`
+/// then tells that the row around it was made here.
+std::unique_ptr<Node4C> readRow(bytestring const& bytes, bool& isBlock) {
   PointerTC<oss::ByteInputStreamABC> const held(new oss::BinaryStringInputStreamC(bytes));
   PointerTC<oss::ObjectInputStreamABC> in(new oss::BinaryInputStreamC(held));
   auto row = std::make_unique<Node4C>();
-  if (!row->readObject(in) || !isPastableRow(*row)) return nullptr;
+  if (!row->readObject(in)) return nullptr;
+  isBlock = countColumns(*row) > 0;
+  if (isBlock) row = rows::toRow(std::move(row));
+  if (!isPastableRow(*row)) return nullptr;
   return row;
 }
 
@@ -30,8 +39,30 @@ bool isAll(SelectionS const& selection, Node4C const& root) {
 
 }  // namespace
 
+/// A table with copies of the cells of a block, in a row.
+std::unique_ptr<Node4C> ViewZNT4C::copyBlock(TableBlockS block) const {
+  auto const registered = operatorList_->lookup(block.table->crefText());
+  auto op = registered ? registered->findColumns(block.countColumns()) : nullptr;
+  if (!op) {
+    // Its columns belong together.
+    op = block.table->getOperator();
+    block.firstColumn = 0;
+    block.lastColumn = countColumns(*block.table) - 1;
+  }
+  unsigned long const columns = block.countColumns();
+  auto table = rows::makeConstruct(*op, block.countRows() * columns);
+  for (unsigned long i = 0; i < table->numChildren(); ++i) {
+    Node4C const& cell = *cellAt(*block.table, block.firstRow + i / columns, block.firstColumn + i % columns);
+    table->setChild(i, cell.clone());
+  }
+  auto row = rows::toRow(std::move(table));
+  row->checkTree();
+  return row;
+}
+
 std::unique_ptr<Node4C> ViewZNT4C::copyRow(SelectionS const& range) const {
   if (!range.anchor) return nullptr;
+  if (TableBlockS const block = findBlock(range)) return copyBlock(block);
   auto const [start, end] = inOneRow(range);
   Node4C const& row = *start.node->getParent();
   unsigned long const first = start.node->findChildNumber();
@@ -46,6 +77,8 @@ std::unique_ptr<Node4C> ViewZNT4C::copyRow(SelectionS const& range) const {
 }
 
 std::unique_ptr<Node4C> ViewZNT4C::cutSelection() {
+  // An operator takes the table that a block is in.
+  if (findBlock(getSelection())) selection_ = inOneRow(selection_);
   auto copy = copyRow(getSelection());
   if (copy) deleteSelection();
   return copy;
@@ -59,7 +92,7 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) cons
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(SelectionS const& range, bytestring& bytes) const {
   auto const row = copyRow(range);
   if (!row) return nullptr;
-  bytestring written = writeBytes(*row);
+  bytestring written = writeCopy(*row, range);
   auto expression = row->getAlgebraicExpression(nullptr);
   bytes = std::move(written);
   return expression;
@@ -71,9 +104,20 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
   return expression;
 }
 
+bytestring ViewZNT4C::writeCopy(Node4C const& row, SelectionS const& range) {
+  return writeBytes(findBlock(range) ? *row.child(1) : row);
+}
+
 bool ViewZNT4C::paste(bytestring const& bytes) {
   if (isBusy() || !editable_) return bip();
-  return pasteRow(readRow(bytes));
+  bool isBlock = false;
+  auto row = readRow(bytes, isBlock);
+  if (!row || !isBlock || !findBlockOrCell(getSelection())) return pasteRow(std::move(row));
+  row->checkTree();
+  Node4C& table = *row->child(1);
+  std::vector<std::unique_ptr<Node4C>> cells;
+  for (unsigned long i = 0; i < table.numChildren(); ++i) cells.emplace_back(table.child(i)->clone());
+  return pasteCells(std::move(cells), countColumns(table));
 }
 
 bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
@@ -96,6 +140,45 @@ bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   finishEdit();
   guard.finish();
   return true;
+}
+
+bool ViewZNT4C::pasteCells(std::vector<std::unique_ptr<Node4C>> cells, unsigned long columns) {
+  if (isBusy() || !editable_ || cells.empty() || columns == 0) return bip();
+  TableBlockS const at = findBlockOrCell(getSelection());
+  if (!at) return bip();
+  unsigned long const around = countRowsAround(*cellAt(*at.table, at.firstRow, at.firstColumn));
+  for (auto const& cell : cells) {
+    if (around - 1 + countNestedRows(*cell) > limits::max_nested_rows) return bip();
+  }
+  unsigned long const width = std::max(countColumns(*at.table), at.firstColumn + columns);
+  unsigned long const rowsBefore = countTableRows(*at.table);
+  unsigned long const height = std::max(rowsBefore, at.firstRow + (cells.size() + columns - 1) / columns);
+  auto const registered = operatorList_->lookup(at.table->crefText());
+  auto const op = width == countColumns(*at.table) ? at.table->getOperator()
+                  : registered                     ? registered->findColumns(width)
+                                                   : nullptr;
+  if (!op || height > limits::max_table_cells / width) return bip();
+  EventC guard(*this);
+  backupBeforeModif();
+  auto& table = const_cast<Node4C&>(*at.table);
+  for (unsigned long row = rowsBefore, before = countColumns(table); row-- > 0 && before < width;) {
+    for (unsigned long i = before; i < width; ++i) {
+      table.insertChild(row * before + before, rows::makeEmptyRow().release());
+    }
+  }
+  if (op != table.getOperator()) table.setOperator(op);
+  while (table.numChildren() < height * width) {
+    table.insertChild(table.numChildren(), rows::makeEmptyRow().release());
+  }
+  unsigned long last = 0;
+  for (unsigned long i = 0; i < cells.size(); ++i) {
+    last = (at.firstRow + i / columns) * width + at.firstColumn + i % columns;
+    table.replaceChild(last, cells[i].release());
+  }
+  selection_ = {{}, rowEnd(*table.child(last))};
+  bool const taken = finishEdit();
+  guard.finish();
+  return taken;
 }
 
 bool ViewZNT4C::backupBeforeModif() {

@@ -3,6 +3,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -11,6 +12,7 @@ namespace {
 
 /// How many rows of a construct or exponent are not empty, and the last of them.
 struct FilledRowsS {
+  FilledRowsS() = default;
   explicit FilledRowsS(Node4C const& construct) {
     for (unsigned long i = 0; i < construct.numChildren(); ++i) {
       if (isEmptyRow(*construct.child(i))) continue;
@@ -28,6 +30,7 @@ struct FilledRowsS {
 bool ViewZNT4C::deleteSelection() {
   if (!backupBeforeModif()) return false;
   if (!isSelected()) return true;
+  if (TableBlockS const block = findBlock(selection_)) return clearBlock(block);
   auto const [start, end] = inOneRow(std::exchange(selection_, {{}, selection_.caret}));
   Node4C* const row = start.node->getParent();
   unsigned long const first = start.node->findChildNumber();
@@ -40,6 +43,19 @@ bool ViewZNT4C::deleteSelection() {
   row->child(first)->refText().erase(start.pos);
   row->child(first + 1)->refText().erase(0, end.pos);
   selection_.caret = startOf(row->child(first + 1));
+  return true;
+}
+
+bool ViewZNT4C::clearBlock(TableBlockS const& block) {
+  for (unsigned long row = block.firstRow; row <= block.lastRow; ++row) {
+    for (unsigned long column = block.firstColumn; column <= block.lastColumn; ++column) {
+      Node4C* const cell = cellAt(*block.table, row, column);
+      if (isEmptyRow(*cell)) continue;
+      cell->deleteChildren(0, cell->numChildren());
+      cell->insertChild(0, new Node4C);
+    }
+  }
+  selection_ = {{}, placesOf(block).anchor};
   return true;
 }
 
@@ -102,9 +118,10 @@ bool ViewZNT4C::backspaceOutOfRow() {
   Node4C* const construct = row->getParent();
   if (construct->getType() == NODE4_ROOT) return bip();
 
-  FilledRowsS const filled(*construct);
   unsigned long const current = row->findChildNumber();
-  if (filled.count > 1) return current > 0 ? stepToEnd(*construct->child(current - 1)) : bip();
+  bool const staysTable = countColumns(*construct) > 0 && !hasEmptyRows(*construct);
+  FilledRowsS const filled = staysTable ? FilledRowsS() : FilledRowsS(*construct);
+  if (staysTable || filled.count > 1) return current > 0 ? stepToEnd(*construct->child(current - 1)) : bip();
 
   backupBeforeModif();
   Node4C* const outer = construct->getParent();

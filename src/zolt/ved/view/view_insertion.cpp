@@ -15,6 +15,8 @@ OperatorListC const& ViewInsertionC::crefOperatorList() const { return *view_.op
 
 PlaceS ViewInsertionC::getCaret() const { return view_.selection_.caret; }
 
+SelectionS ViewInsertionC::getSelection() const { return view_.getSelection(); }
+
 Node4C& ViewInsertionC::refCaretNode() { return view_.refCaretNode(); }
 
 void ViewInsertionC::placeCaret(PlaceS place) { view_.selection_.caret = place; }

@@ -23,6 +23,8 @@ class ViewInsertionC {
   OperatorListC const& crefOperatorList() const;
 
   PlaceS getCaret() const;
+  /// Caret and anchor; the anchor is no place when nothing is selected.
+  SelectionS getSelection() const;
   /// The caret's text, which may be changed.
   Node4C& refCaretNode();
   void placeCaret(PlaceS place);

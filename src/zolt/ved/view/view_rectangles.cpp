@@ -1,9 +1,32 @@
 #include <algorithm>
 
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/view/view_hold.h"
 
 namespace zolt::math::ved {
+
+namespace {
+
+/// The box around the cells of a block.
+RectangleS boxOf(TableBlockS const& block) {
+  PointS const at = block.table->getAbsolutePosition();
+  RectangleS box;
+  for (unsigned long row = block.firstRow; row <= block.lastRow; ++row) {
+    for (unsigned long column = block.firstColumn; column <= block.lastColumn; ++column) {
+      Node4C const& cell = *cellAt(*block.table, row, column);
+      RectangleS const next{at.x + cell.getDX(), at.y + cell.getDY(), at.x + cell.getDX() + cell.getWidth(),
+                            at.y + cell.getDY() + cell.getHeight()};
+      bool const isFirst = row == block.firstRow && column == block.firstColumn;
+      box = isFirst ? next
+                    : RectangleS{std::min(box.left, next.left), std::min(box.top, next.top),
+                                 std::max(box.right, next.right), std::max(box.bottom, next.bottom)};
+    }
+  }
+  return box;
+}
+
+}  // namespace
 
 RectangleS ViewZNT4C::getCaretRectangle() {
   return getComposedRectangle(composition_.caret, composition_.caret);
@@ -23,6 +46,7 @@ RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
     return {right - 1, position.y, right, position.y + node->getHeight()};
   }
 
+  if (TableBlockS const block = findBlock(range)) return boxOf(block);
   auto const [start, end] = spanOf(range);
   Node4C const& row = *start.node->getParent();
   PointS const position = row.getAbsolutePosition();

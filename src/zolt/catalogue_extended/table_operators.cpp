@@ -1,0 +1,89 @@
+#include "zolt/catalogue_extended/table_operators.h"
+
+#include <utility>
+
+#include "zolt/catalogue_extended/operator_cases.h"
+#include "zolt/catalogue_extended/operator_det.h"
+#include "zolt/catalogue_extended/operator_matrix.h"
+#include "zolt/ved/operators/operator_table_act.h"
+#include "zolt/ved/operators/row_building.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/view/view_insertion.h"
+
+namespace zolt::catalogue_extended {
+
+using namespace math::ved;
+
+namespace {
+
+OperatorWordsS makeWords(wstring const& title, wstring const& label, std::vector<wstring> aliases) {
+  OperatorWordsS words;
+  words.group = u"Matrices";
+  words.title = title;
+  words.label = label;
+  words.aliases = std::move(aliases);
+  return words;
+}
+
+/// Inserts a table of a certain size.
+class TableTemplateC : public OperatorBC {
+ public:
+  TableTemplateC(wstring const& name, wstring const& table, unsigned long rows, unsigned long columns)
+      : OperatorBC(name, name, 0, 0, false, false, 0), table_(table), rows_(rows), columns_(columns) {}
+
+  bool runOperator(ViewZNT4C& view) const override {
+    ViewInsertionC insertion(view);
+    auto const registered = insertion.crefOperatorList().lookup(table_);
+    auto const op = registered ? registered->findColumns(columns_) : nullptr;
+    if (!op || !insertion.mayNestSelection()) return false;
+    std::vector<rows::NodeT> cells(rows_ * columns_);
+    cells[0] = insertion.cutSelection();
+    insertion.insertConstruct(rows::makeConstruct(*op, std::move(cells)), 0);
+    return true;
+  }
+
+ private:
+  wstring table_;
+  unsigned long rows_;
+  unsigned long columns_;
+};
+
+}  // namespace
+
+void addTableOperators(OperatorListC& operators) {
+  auto const add = [&operators](OperatorBC* made, OperatorWordsS words) {
+    PointerTC<OperatorBC> const op(made);
+    op->setWords(std::move(words));
+    operators.add(op);
+  };
+  operators.add(new OperatorMatrixC);
+  add(new TableTemplateC(u"_matrix3", u"matrix", 3, 3),
+      makeWords(u"3 \u00D7 3 matrix", u"3\u00D73", {u"matrix"}));
+  add(new TableTemplateC(u"_vector2", u"matrix", 2, 1),
+      makeWords(u"vector of two", u"2\u00D71", {u"vector"}));
+  add(new TableTemplateC(u"_vector3", u"matrix", 3, 1),
+      makeWords(u"vector of three", u"3\u00D71", {u"vector"}));
+  // "det(" is the function, which a second argument makes the construct.
+  operators.add(new OperatorBC(u"det", u"det", 0, 0, false, false, 0));
+  operators.add(new OperatorDetC);
+  add(new TableTemplateC(u"_det3", u"det", 3, 3),
+      makeWords(u"3 \u00D7 3 determinant", u"|3\u00D73|", {u"det"}));
+  operators.add(new OperatorCasesC);
+  struct ActS {
+    char16_t const* name;
+    TableActE act;
+    char16_t const* title;
+    char16_t const* label;
+  };
+  for (ActS const& one :
+       {ActS{u"_add_row", TABLE_ADD_ROW_BELOW, u"insert row below", u"+ row"},
+        ActS{u"_add_column", TABLE_ADD_COLUMN_RIGHT, u"insert column right", u"+ column"},
+        ActS{u"_remove_row", TABLE_REMOVE_ROWS, u"delete row", u"\u2212 row"},
+        ActS{u"_remove_column", TABLE_REMOVE_COLUMNS, u"delete column", u"\u2212 column"}}) {
+    add(new OperatorTableActC(one.name, one.act, 0), makeWords(one.title, one.label, {u"matrix"}));
+  }
+  operators.add(new OperatorTableActC(next_cell_name, TABLE_NEXT_CELL, 0));
+  operators.add(new OperatorTableActC(next_row_name, TABLE_NEXT_ROW, 0));
+}
+
+}  // namespace zolt::catalogue_extended
