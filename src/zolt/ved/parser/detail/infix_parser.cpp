@@ -46,7 +46,7 @@ bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end,
 InfixParserC::NextE InfixParserC::readOperand() {
   switch (lexer_.getCurrentTokenType()) {
     case TOKEN_END:
-      return readNoOperand(ERROR_CAUSE_UNEXPECTED_END);
+      return fail(ERROR_CAUSE_UNEXPECTED_END);
     case TOKEN_NAME:
       return readName();
     case TOKEN_OPERATOR_WORD:
@@ -65,16 +65,8 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_MINUS:
       return beginPrefix(negation_name, RULE_SIGN);
     default:
-      return readNoOperand(ERROR_CAUSE_SYNTAX);
+      return fail(ERROR_CAUSE_SYNTAX);
   }
-}
-
-/// Where an operand is needed and none begins: a sign before it may be a name by itself, as in "∇∙F".
-InfixParserC::NextE InfixParserC::readNoOperand(ErrorCauseE cause) {
-  if (frames_.empty() || frames_.back().alone.empty()) return fail(cause);
-  operand_ = builder_.addLeaf(frames_.back().alone);
-  frames_.pop_back();
-  return NEXT_SIGN;
 }
 
 InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
@@ -96,11 +88,9 @@ InfixParserC::NextE InfixParserC::readPrefix() {
   }
   auto const op = lexer_.findOperator(OPERATOR_BEFORE);
   if (op && currentRule() <= ruleOf(op->getPrecedence())) {
-    FrameS prefix{PENDING_PREFIX, ruleOf(op->getPrecedence()), builder_.addFunction(keep(op->getName()))};
-    if (lexer_.isNameAlone()) prefix.alone = lexer_.viewCurrentToken();
-    return begin(prefix);
+    return beginPrefix(keep(op->getName()), ruleOf(op->getPrecedence()));
   }
-  return isWord ? readName() : readNoOperand(ERROR_CAUSE_SYNTAX);
+  return isWord ? readName() : fail(ERROR_CAUSE_SYNTAX);
 }
 
 InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {

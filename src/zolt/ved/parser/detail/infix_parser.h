@@ -61,7 +61,6 @@ class InfixParserC {
     PendingE kind;
     RuleT operandRule;
     PartT part;
-    std::u16string_view alone = {};  // what it is when no operand follows: the sign as a name; may be empty
     // of a call:
     unsigned long arity = 0;  // 0: any number of arguments
     unsigned long numArguments = 0;
@@ -93,7 +92,6 @@ class InfixParserC {
   NextE begin(FrameS const& frame);
   NextE beginPrefix(std::u16string_view name, RuleT operandRule);
   NextE readPrefix();
-  NextE readNoOperand(ErrorCauseE cause);
   std::u16string_view keep(wstring name) { return operatorNames_.emplace_front(std::move(name)); }
   NextE takeLeaf(std::u16string_view text);
   NextE fail(ErrorCauseE cause);

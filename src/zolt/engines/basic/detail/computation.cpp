@@ -1,0 +1,306 @@
+#include "zolt/engines/basic/detail/computation.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <map>
+#include <utility>
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/common/signs.h"
+#include "zolt/engines/basic/detail/exact.h"
+#include "zolt/engines/basic/detail/numeric.h"
+#include "zolt/engines/basic/detail/term_calculus.h"
+#include "zolt/engines/basic/detail/term_functions.h"
+#include "zolt/engines/basic/detail/term_plan.h"
+
+namespace zolt::engine_basic::detail {
+
+namespace {
+
+constexpr unsigned double_digits = 15;
+
+bool isError(CASCauseE cause) { return cause >= CAS_CAUSE_DIVISION_BY_ZERO; }
+
+}  // namespace
+
+ComputationC::ComputationC(CASRequestS const& request, WatchC& watch)
+    : request_(request), watch_(watch), pool_(watch, request.angle), definitions_(request.definitions) {}
+
+CASResultS ComputationC::run(NodeP const& node) {
+  bool const isAboutVariable = request_.operation & (CAS_SOLVE | CAS_DIFFERENTIATE | CAS_INTEGRATE);
+  if (isAboutVariable) {
+    if (!isWritableName(request_.variable)) return fail({CAS_CAUSE_WRONG_ARGUMENT, CASResultS::no_part, {}});
+    if (definitions_) definitions_ = definitions_->without(request_.variable);
+  }
+  NodeP planned = node;
+  ParentNodeABC const* const parent = node->asParent();
+  bool const isEquation = parent && node->crefName() == u"=" && parent->numChildren() == 2;
+  // The difference has the same parts with the same numbers.
+  if (request_.operation == CAS_SOLVE && isEquation) {
+    planned = makeFunction(u"-", {parent->childPointer(0), parent->childPointer(1)});
+  }
+  if (!makePlan(*planned, definitions_.get(), watch_, plan_)) return fail();
+  // What remains is the value of the last step, wherever that is among the steps.
+  if (request_.operation == CAS_APPROXIMATE) return approximate();
+  TermT term = TermPoolC::zero;
+  if (!evaluate(&term)) {
+    return evaluateInfinite();
+  }
+  watch_.setPart(0);
+  switch (request_.operation) {
+    case CAS_EXPAND:
+      return finish(expand(pool_, term));
+    case CAS_FACTOR:
+      return factor(term);
+    case CAS_SOLVE:
+      return solve(term);
+    case CAS_DIFFERENTIATE:
+      return finish(differentiate(pool_, term, variable()));
+    case CAS_INTEGRATE:
+      return integrate(term);
+    default:
+      return finish(term);
+  }
+}
+
+// What infinite numbers amount to is known where doubles know it.
+CASResultS ComputationC::evaluateInfinite() {
+  bool const mayKnow = plan_.hasInfinity && !watch_.isOver() && request_.operation == CAS_EVALUATE;
+  if (!mayKnow) return fail();
+  FaultS const fault = watch_.takeFault();
+  BallS ball;
+  bool const isKnown = NumericC(plan_, request_.angle, watch_).run(plan_.result, ball) && ball.isExact();
+  if (isKnown) return approximate(ball, plan_.steps[plan_.result].type);
+  return isError(watch_.crefFault().cause) || watch_.isOver() ? fail() : fail(fault);
+}
+
+TermT ComputationC::variable() { return pool_.name(request_.variable); }
+
+bool ComputationC::evaluate(TermT* term) {
+  ExactC exact(plan_, pool_);
+  bool const done = exact.run(term);
+  openPart_ = exact.getOpenPart();
+  return done;
+}
+
+// ---- Results
+// -----------------------------------------------------------------------------------------------
+
+CASResultS ComputationC::fail(FaultS const& fault) const {
+  CASResultS result;
+  result.outcome = isError(fault.cause) ? CAS_ERROR : CAS_UNEVALUATED;
+  result.cause = fault.cause;
+  result.part = fault.part;
+  result.subject = fault.subject;
+  return result;
+}
+
+CASResultS ComputationC::value(NodeP const& node) const {
+  CASResultS result;
+  result.outcome = CAS_VALUE;
+  result.cause = CAS_CAUSE_NONE;
+  result.value = new AlgebraicExpressionC(node, request_.expression->getCASSession());
+  return result;
+}
+
+CASResultS ComputationC::finish(TermT term) {
+  if (watch_.hasFailed()) return fail();
+  for (TermT part : pool_.partsOf(term)) {
+    // A sum or an integral that is still there has not been evaluated.
+    OpE const op = pool_.cref(part).op;
+    if (op == OP_TOTAL || op == OP_INTEGRAL) return fail({CAS_CAUSE_NEEDS_ALGEBRA, openPart_, {}});
+  }
+  FractionsE const fractions = plan_.hasDecimals ? FRACTIONS_AS_DECIMALS : FRACTIONS_AS_QUOTIENTS;
+  NodeP const node = writeTerm(pool_, term, fractions, plan_.slots);
+  return node ? value(node) : fail();
+}
+
+CASResultS ComputationC::decimal(RationalC const& number, unsigned digits, bool isValueExact) const {
+  bool isExact = false;
+  wstring text = number.toDecimal(digits, &isExact);
+  // A rounded number shows that it is one.
+  bool const isWhole = text.find_first_of(u".E") == text.npos;
+  if (!isValueExact && isWhole) text += u".0";
+  CASResultS result = value(makeNumber(text));
+  result.certainDigits = isExact && isValueExact ? CASResultS::all_digits : digits;
+  return result;
+}
+
+// ---- Numeric values
+// ----------------------------------------------------------------------------------------
+
+CASResultS ComputationC::approximate(BallS const& ball, TypeE type) {
+  if (type == TYPE_TRUTH) return value(makeNamed(ball.middle != 0 ? u"true" : u"false"));
+  if (std::isinf(ball.middle)) {
+    NodeP const infinity = makeNamed({math::common::infinity_sign});
+    return value(ball.middle > 0 ? infinity : makeOperation(u"_neg", {infinity}));
+  }
+  unsigned const asked = std::clamp(request_.digits, 1U, 10000U);
+  if (ball.isExact()) return decimal(RationalC::fromDouble(ball.middle), asked, true);
+  unsigned const certain = countCertainDigits(ball);
+  return decimal(RationalC::fromDouble(ball.middle), std::min(asked, certain), false);
+}
+
+CASResultS ComputationC::approximate() {
+  unsigned const asked = std::clamp(request_.digits, 1U, 10000U);
+  BallS ball;
+  TypeE const type = plan_.steps[plan_.result].type;
+  bool isKnown = !plan_.hasDerivative && NumericC(plan_, request_.angle, watch_).run(plan_.result, ball);
+  unsigned certain = isKnown ? countCertainDigits(ball) : 0;
+  bool const isEnough =
+      isKnown && (type == TYPE_TRUTH || std::isinf(ball.middle) || (ball.isExact() && ball.middle != 0) ||
+                  certain >= std::min(asked, double_digits));
+  if (isEnough && asked <= double_digits) return approximate(ball, type);
+  FaultS const fault = watch_.takeFault();
+  if (isError(fault.cause) || fault.cause == CAS_CAUSE_DEADLINE || fault.cause == CAS_CAUSE_STOPPED) {
+    return fail(fault);
+  }
+  // Rounding has lost too much, or a name may cancel: what is left after exact steps may be better.
+  TermT term = TermPoolC::zero;
+  if (evaluate(&term)) {
+    if (pool_.isNumber(term)) return decimal(pool_.numberOf(term), asked, true);
+    if (pool_.isFunction(term, OP_TRUE) || pool_.isFunction(term, OP_FALSE)) {
+      return value(makeNamed(pool_.isFunction(term, OP_TRUE) ? u"true" : u"false"));
+    }
+    BallS better;
+    if (findValue(pool_, term, &better) && (!isKnown || countCertainDigits(better) > certain)) {
+      ball = better;
+      certain = countCertainDigits(better);
+      isKnown = true;
+    }
+    bool const hasNoValue = !isKnown && fault.cause == CAS_CAUSE_NONE && !watch_.hasFailed();
+    if (hasNoValue) static_cast<void>(findFault(term));
+  }
+  if (isKnown && (certain > 0 || ball.isExact() || type == TYPE_TRUTH)) return approximate(ball, type);
+  bool const isBetterReason = watch_.isOver() || isError(watch_.crefFault().cause);
+  if (fault.cause != CAS_CAUSE_NONE && !isBetterReason) return fail(fault);
+  if (watch_.hasFailed()) return fail();
+  return fail({CAS_CAUSE_NOT_CERTAIN, 0, {}});
+}
+
+// Runs the term once more for the reason why it has no value.
+bool ComputationC::findFault(TermT term) {
+  PlanS plan;
+  BallS ball;
+  return makePlan(pool_, term, watch_, plan) &&
+         NumericC(plan, request_.angle, watch_).run(static_cast<std::uint32_t>(plan.steps.size() - 1), ball);
+}
+
+// ---- Commands
+// ----------------------------------------------------------------------------------------------
+
+CASResultS ComputationC::factor(TermT term) {
+  constexpr std::uint32_t last_divisor = 1000000;
+  if (!pool_.isInteger(term)) return fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
+  BigIntegerC rest = pool_.numberOf(term).crefNumerator();
+  bool const isNegative = rest.sign() < 0;
+  rest = rest.abs();
+  std::vector<NodeP> factors;
+  auto const add = [&](BigIntegerC const& prime, std::int64_t count) {
+    NodeP const base = makeNumber(prime.toDigits());
+    factors.push_back(count == 1 ? base
+                                 : makeOperation(u"^", {base, makeNumber(BigIntegerC(count).toDigits())}));
+  };
+  BigIntegerC quotient, remainder;
+  std::uint32_t divisor = 2;
+  for (; divisor < last_divisor; divisor += divisor == 2 ? 1 : 2) {
+    if (!watch_.goOn()) return fail();
+    if (BigIntegerC::compare(BigIntegerC(divisor) * BigIntegerC(divisor), rest) > 0) break;
+    std::int64_t count = 0;
+    for (; rest.remainderBy(divisor) == 0; ++count) {
+      BigIntegerC::divide(rest, divisor, quotient, remainder);
+      rest = quotient;
+    }
+    if (count > 0) add(divisor, count);
+  }
+  if (divisor >= last_divisor) return fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
+  if (!rest.isOne() || factors.empty()) add(rest, 1);
+  if (isNegative) factors[0] = makeOperation(u"_neg", {factors[0]});
+  return value(makeOperation(u"*", std::move(factors)));
+}
+
+CASResultS ComputationC::integrate(TermT term) {
+  TermT antiderivative = TermPoolC::zero;
+  if (integratePolynomial(pool_, term, variable(), &antiderivative)) return finish(antiderivative);
+  return watch_.hasFailed() ? fail() : fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
+}
+
+// Linear and quadratic equations. An equation with the variable in denominators is multiplied by these, and a
+// solution at which one of them is 0 is none.
+CASResultS ComputationC::solve(TermT term) {
+  TermT const unknown = variable();
+  TermT polynomial = expand(pool_, term);
+  std::map<TermT, RationalC> poles;  // what is in denominators, with its highest power
+  for (TermT part : pool_.partsOf(polynomial)) {
+    for (FactorS const& factor : pool_.cref(part).factors) {
+      bool const isBelow = pool_.isInteger(factor.exponent) && pool_.numberOf(factor.exponent).sign() < 0;
+      if (!isBelow || !dependsOn(pool_, factor.base, unknown)) continue;
+      RationalC const power = -pool_.numberOf(factor.exponent);
+      RationalC& highest = poles[factor.base];
+      if (RationalC::compare(power, highest) > 0) highest = power;
+    }
+  }
+  TermT denominator = TermPoolC::one;
+  for (auto const& pole : poles) {
+    TermT const power = pool_.power(pole.first, pool_.number(pole.second));
+    denominator = pool_.multiply(denominator, power);
+  }
+  if (denominator != TermPoolC::one) {
+    std::vector<SummandS> summands = pool_.cref(polynomial).summands;
+    if (summands.empty()) summands.push_back({polynomial, 1});
+    for (SummandS& summand : summands)
+      summand.term = expand(pool_, pool_.multiply(summand.term, denominator));
+    polynomial = expand(pool_, pool_.sum(std::move(summands)));
+  }
+  std::vector<TermT> coefficients;
+  bool const isPolynomial =
+      !watch_.hasFailed() && findCoefficients(pool_, polynomial, unknown, 2, coefficients);
+  if (watch_.hasFailed()) return fail();
+  if (!isPolynomial) return fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
+  if (coefficients.size() == 1) {
+    if (coefficients[0] == TermPoolC::zero && denominator == TermPoolC::one) return value(makeNamed(u"true"));
+    int const sign = findSign(pool_, coefficients[0]);
+    bool const isNever = sign == 1 || sign == -1;
+    return isNever ? value(makeNamed(u"false")) : fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
+  }
+  std::vector<TermT> solutions;
+  if (coefficients.size() == 2) {
+    solutions.push_back(pool_.scale(pool_.divide(coefficients[0], coefficients[1]), -1));
+  } else {
+    auto const [c, b, a] = std::array<TermT, 3>{coefficients[0], coefficients[1], coefficients[2]};
+    TermT const square = pool_.power(b, TermPoolC::two);
+    TermT const discriminant = expand(pool_, pool_.subtract(square, pool_.scale(pool_.multiply(a, c), 4)));
+    if (findSign(pool_, discriminant) == -1) return fail({CAS_CAUSE_NOT_REAL, 0, {}});
+    TermT const root = apply(pool_, OP_SQRT, {discriminant});
+    TermT const twice = pool_.scale(a, 2);
+    for (std::int64_t const sign : {-1, 1}) {
+      TermT const top = pool_.sum({{b, -1}, {root, sign}});
+      TermT const solution = expand(pool_, pool_.divide(top, twice));
+      if (solutions.empty() || solutions[0] != solution) solutions.push_back(solution);
+    }
+    // The smaller one first.
+    int const sign = solutions.size() == 2 ? findSign(pool_, pool_.subtract(solutions[1], solutions[0])) : 1;
+    if (sign == -1) std::swap(solutions[0], solutions[1]);
+  }
+  if (watch_.hasFailed()) return fail();
+  auto const isPole = [&](TermT solution) {
+    TermT const there = expand(pool_, substitute(pool_, denominator, unknown, solution));
+    if (there == TermPoolC::zero && !watch_.isOver()) watch_.takeFault();
+    return there == TermPoolC::zero;
+  };
+  solutions.erase(std::remove_if(solutions.begin(), solutions.end(), isPole), solutions.end());
+  FractionsE const fractions = plan_.hasDecimals ? FRACTIONS_AS_DECIMALS : FRACTIONS_AS_QUOTIENTS;
+  std::vector<NodeP> equations;
+  for (TermT solution : solutions) {
+    NodeP const node = writeTerm(pool_, solution, fractions, plan_.slots);
+    if (!node) return fail();
+    equations.push_back(makeOperation(u"=", {makeNamed(request_.variable), node}));
+  }
+  if (equations.empty()) return value(makeNamed(u"false"));
+  return value(equations.size() == 1 ? equations[0] : makeFunction(u"list", std::move(equations)));
+}
+
+}  // namespace zolt::engine_basic::detail
