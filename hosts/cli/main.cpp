@@ -4,6 +4,7 @@
 
 #include "hosts/cli/command_completion.h"
 #include "hosts/cli/command_convert.h"
+#include "hosts/cli/command_eval.h"
 #include "hosts/cli/command_gallery.h"
 #include "hosts/cli/command_help.h"
 #include "hosts/cli/command_line.h"
@@ -20,6 +21,7 @@ constexpr char footer[] = R"(Examples:
   ved render -o q.png 'int(0,1,x^2,x)'         or into a PNG picture
   ved convert --to prefix '(a+b)/2'            what the algebra engine gets: /(+(a,b),2)
   ved convert --to plain --from prefix < f     and back, a line for a line
+  ved eval --numeric 'sqrt(2)+1/3'             compute
   ved gallery out                              look at everything that there is
   . <(ved completion bash)                     complete words with the Tab key
 
@@ -29,6 +31,7 @@ int run(int argc, char** argv) {
   return cli::runCommandLine(argc, argv, footer, [](CLI::App& program, cli::ActionT& action) {
     cli::addRenderCommand(program, action);
     cli::addConvertCommand(program, action);
+    cli::addEvalCommand(program, action);
     cli::addGalleryCommand(program, action);
     cli::addReplayCommand(program, action);
     cli::addCompletionCommand(program, action);

@@ -64,6 +64,11 @@ CLI::Option& addFlag(CLI::App& command, std::string const& name, bool& isSet, st
   return *command.add_flag(name, isSet, help);
 }
 
+CLI::Option& addAction(CLI::App& command, std::string const& name, std::function<void()> choose,
+                       std::string const& help) {
+  return *command.add_flag_callback(name, std::move(choose), help);
+}
+
 CLI::Option& addWord(CLI::App& command, std::string const& name, std::vector<std::string> const& words,
                      std::size_t initial, std::function<void(std::size_t)> take, std::string const& help) {
   std::string const type = CLI::detail::join(words, "|");

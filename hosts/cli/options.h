@@ -33,6 +33,9 @@ CLI::Option& addText(CLI::App& command, std::string const& name, std::string con
                      std::function<void(std::string const&)> take, std::string const& help);
 
 CLI::Option& addFlag(CLI::App& command, std::string const& name, bool& isSet, std::string const& help);
+/// Adds an option without a value that calls `choose`.
+CLI::Option& addAction(CLI::App& command, std::string const& name, std::function<void()> choose,
+                       std::string const& help);
 
 /// Adds an option or argument whose value is one of `words`; `initial` is the index of the one that help
 /// calls the default, or another number. The words, separated by "|", are the option's type name.

@@ -172,6 +172,37 @@ class BatchTest(unittest.TestCase):
         self.assertLess(len(err), 1000)
 
 
+class EvalTest(unittest.TestCase):
+    def test_a_value_for_a_line_and_what_lines_assign(self):
+        lines = "a := 2/3\n1/(a-a)\n\nf(x) := a*x\nf(3)+0.5\nx+\n10^10^10"
+        status, out, err = ved("eval", stdin=lines)
+        self.assertEqual((status, out), (FAILED, b"2/3\n\n\na*x\n2.5\n\n\n"))
+        self.assertEqual(
+            [line for line in err.decode().splitlines() if line.startswith("ved:")],
+            [
+                "ved: standard input:2: this divides by zero",
+                "ved: standard input:6:3: an operand is missing",
+                "ved: standard input:7: this is too large to compute",
+            ],
+        )
+
+    def test_operations(self):
+        for options, text, expected in (
+            (["--numeric", "--digits", "5"], "sqrt(2)", "1.4142"),
+            (["--solve", "x", "--to", "prefix"], "x^2=4", "list(=(x,−2),=(x,2))"),
+            (["--diff", "x", "--to", "latex"], "x^3", "3x^{2}"),
+            (["--integrate", "t"], "3*t^2", "t^3"),
+            (["--expand"], "(x+1)^2", "x^2+2*x+1"),
+            (["--factor"], "60", "2^2*3*5"),
+            (["--degrees"], "sin(30)", "1/2"),
+        ):
+            with self.subTest(options):
+                status, out, err = ved("eval", *options, text)
+                self.assertEqual((out.decode(), err, status), (expected + "\n", b"", OK))
+        self.assertEqual(ved("eval", "--numeric", "--expand", "x")[0], USAGE)
+        self.assertEqual(ved("eval", "--engine", "giac", "1")[0], FAILED)
+
+
 class RenderTest(unittest.TestCase):
     def setUp(self):
         holder = tempfile.TemporaryDirectory()
@@ -360,19 +391,6 @@ class ReplayTest(unittest.TestCase):
                 'key left → ["‸x"] refused',
             ],
         )
-
-    def test_signs_of_the_extended_catalogue_are_typed(self):
-        for typed, tree in (
-            ("x^n in(0,1)", '["x", P["n"], "∈", (, "0,1", ), "‸"]'),
-            ("RR^2 subseteq CC->in union ZZ ", '["ℝ", P["2"], "⊆ℂ→in∪ℤ ‸"]'),
-            ("a=>b<=>c-+5%^2!", '["a⇒b⇔c∓5%", P["2!‸"], ""]'),
-            ("x^2⊥3%/∂x", '["x", P["2"], "⊥", /<["3%"] ; ["∂x‸"]>, ""]'),
-            ("∂f/∂x", '["", /<["∂f"] ; ["∂x‸"]>, ""]'),
-            ("inx+NNx", '["inx+NNx‸"]'),
-        ):
-            with self.subTest(typed):
-                script = 'type "' + typed + '"'
-                self.assertEqual(ved("replay", "-", stdin=script)[1].decode(), tree + "\n")
 
     def test_pictures_show_the_end(self):
         with tempfile.TemporaryDirectory() as folder:
