@@ -29,7 +29,7 @@ die() {
 
 # What each purpose needs: Debian packages, or command=package where the command may also come from elsewhere.
 packages_for() {
-  local tool='libcli11-dev libcairo2-dev libfreetype-dev libharfbuzz-dev fonts-katex fonts-dejavu-core'
+  local tool='libcli11-dev libexpat1-dev libcairo2-dev libfreetype-dev libharfbuzz-dev fonts-katex fonts-dejavu-core'
   case $1 in
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config' ;;
     tool) echo "$tool" ;;

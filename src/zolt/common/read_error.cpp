@@ -28,8 +28,10 @@ oss::wstring describe(ReadErrorE cause) {
       u"A second exponent or index needs brackets or braces",
       u"These bounds are incomplete",
       u"The \"dx\" of an integral is missing",
-      u"This has no meaning that an expression could hold"};
-  static_assert(std::size(sentences) == READ_ERROR_NO_MEANING + 1);
+      u"This has no meaning that an expression could hold",
+      u"This is not well-formed MathML",
+      u"This element has no meaning here"};
+  static_assert(std::size(sentences) == READ_ERROR_UNKNOWN_ELEMENT + 1);
   return sentences[cause];
 }
 

@@ -29,7 +29,9 @@ enum ReadErrorE {
   READ_ERROR_SECOND_SCRIPT,      ///< LaTeX: a^b^c, x_1_2
   READ_ERROR_BAD_BOUNDS,         ///< LaTeX: `\\sum_{k} k`, without "k = …" and an upper bound
   READ_ERROR_NO_DIFFERENTIAL,    ///< LaTeX: `\\int_0^1 x`
-  READ_ERROR_NO_MEANING          ///< LaTeX: `1+\\dots+n`, a known command that no expression can hold
+  READ_ERROR_NO_MEANING,         ///< LaTeX: `1+\\dots+n`, a known command that no expression can hold
+  READ_ERROR_BAD_MARKUP,         ///< MathML: `<mi>x`; no XML, or text where elements belong
+  READ_ERROR_UNKNOWN_ELEMENT     ///< MathML: an element without a meaning, or in such a place
 };
 
 /// What every reader reports of what it refuses: prefix text, plain text, a formula field. A reader that

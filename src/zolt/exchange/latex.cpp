@@ -1,7 +1,9 @@
 #include "zolt/exchange/latex.h"
 
+#include <cstddef>
 #include <utility>
 
+#include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/detail/latex_parser.h"
 #include "zolt/exchange/detail/latex_writer.h"
 
@@ -18,7 +20,19 @@ PointerTC<AlgebraicExpressionC> fromLatex(wstring const& text, PointerTC<CASSess
 
 wstring toLatex(AlgebraicExpressionC const& expression) {
   PointerTC<math::algexpr::NodeABC> const node = expression.getNode();
-  return node ? detail::LatexWriterC().write(*node) : wstring();
+  return node ? detail::LatexWriterC(detail::LATEX_SIGNS_VISIBLE).write(*node) : wstring();
+}
+
+wstring toMarkedLatex(AlgebraicExpressionC const& expression) {
+  PointerTC<math::algexpr::NodeABC> const node = expression.getNode();
+  return node ? detail::LatexWriterC(detail::LATEX_SIGNS_ALL).write(*node) : wstring();
+}
+
+wstring fromLatexText(std::u16string_view written) {
+  wstring const closed = wstring(written) + u'}';
+  wstring text;
+  std::size_t position = 0;
+  return detail::readLatexText(closed, position, text, 1) ? text : wstring(written);
 }
 
 }  // namespace zolt::exchange

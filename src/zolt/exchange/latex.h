@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/common/read_error.h"
 #include "zolt/oss/pointer.h"
@@ -25,5 +27,17 @@ using oss::wstring;
 /// The expression as in a textbook, for LaTeX with amsmath, KaTeX and MathJax. The text of every expression
 /// reads back to an equal expression. Empty for the empty expression.
 wstring toLatex(AlgebraicExpressionC const& expression);
+/// The same with the signs that nobody sees, for programs that make other notations of it: U+2062 between
+/// factors without a sign, U+2061 between functions and arguments. `fromLatex` reads these.
+wstring toMarkedLatex(AlgebraicExpressionC const& expression);
+
+/// A text as LaTeX shows it, "\\text{a-b}".
+wstring toLatexText(std::u16string_view text);
+/// The text in braces of such a form, "a\\_b", as it was.
+wstring fromLatexText(std::u16string_view written);
+
+/// What a command without operands, such as "\\leq", "\\alpha" or "\\sin", shows: a character or a word.
+/// Empty for any other command.
+wstring findLatexSign(std::u16string_view command);
 
 }  // namespace zolt::exchange

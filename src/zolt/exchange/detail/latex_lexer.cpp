@@ -21,9 +21,13 @@ constexpr std::u16string_view function_letters = u"fghFGH";
 constexpr char16_t opening_brace = u'{';
 constexpr char16_t closing_brace = u'}';
 constexpr char16_t partial_sign = u'\u2202';
+constexpr char16_t apply_sign = u'\u2061';
+constexpr char16_t invisible_times = u'\u2062';
+constexpr char16_t invisible_comma = u'\u2063';
 
 // Most characters are letters and digits, and this is called before each of them.
 bool isBlank(char16_t c) {
+  if (c == apply_sign || c == invisible_comma) return c == invisible_comma;
   return c == u'~' || ((c <= u' ' || c >= u'\u00A0') && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');
 }
 
@@ -103,6 +107,10 @@ void LatexLexerC::readToken(LatexTokenLengthE length) {
       return set(LATEX_TOKEN_COMMA);
     case u'&':
       return set(LATEX_TOKEN_CELL);
+    case apply_sign:
+      return set(LATEX_TOKEN_APPLY);
+    case invisible_times:
+      return set(LATEX_TOKEN_TIMES);
     default:
       if (!readDelimiter(c)) readSign(c);
   }

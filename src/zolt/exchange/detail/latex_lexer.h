@@ -37,6 +37,8 @@ enum LatexTokenE : std::uint8_t {
   LATEX_TOKEN_CELL,       ///< between two cells of a row
   LATEX_TOKEN_ROW,        ///< between two rows
   LATEX_TOKEN_TABLE_END,  ///< word: the name of the environment in braces
+  LATEX_TOKEN_APPLY,      ///< the invisible sign between a function and its argument
+  LATEX_TOKEN_TIMES,      ///< the invisible sign between factors
   LATEX_TOKEN_BAD         ///< `error` says why
 };
 

@@ -5,6 +5,7 @@
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/detail/latex_notation.h"
+#include "zolt/exchange/latex.h"
 
 // How names and numbers are written.
 namespace zolt::exchange::detail {
@@ -22,20 +23,6 @@ namespace {
 constexpr TextT function_letters = u"fghFGH";
 
 bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
-wstring inText(TextT text) {
-  wstring written = u"\\text{";
-  for (char16_t const c : text) {
-    auto const* const escape = std::find_if(std::begin(latex_escapes), std::end(latex_escapes),
-                                            [&](LatexEscapeS const& entry) { return entry.meant == c; });
-    if (escape != std::end(latex_escapes)) {
-      written += escape->written;
-    } else {
-      written += c;
-    }
-  }
-  return written + u'}';
-}
 
 /// A name as its letter or word, its index and its primes.
 struct PartsS {
@@ -126,7 +113,7 @@ LatexNameS writeLatexName(TextT name) {
   LatexNameS written;
   if (cutName(name, parts) && writeParts(parts, written)) return written;
   bool const isOperator = isLatexOperatorWord(name);
-  return {isOperator ? u"\\mathrm{" + inText(name) + u'}' : inText(name), LATEX_NAME_FUNCTION};
+  return {isOperator ? u"\\mathrm{" + toLatexText(name) + u'}' : toLatexText(name), LATEX_NAME_FUNCTION};
 }
 
 LatexNameS writeLatexFunction(TextT name) {
@@ -142,7 +129,7 @@ LatexNameS writeLatexFunction(TextT name) {
       if (writeScripts(parts, word)) return {word};
     }
   }
-  return {u"\\operatorname{" + inText(name) + u'}'};
+  return {u"\\operatorname{" + toLatexText(name) + u'}'};
 }
 
 LatexNameS writeLatexNumber(TextT number) {
@@ -153,7 +140,7 @@ LatexNameS writeLatexNumber(TextT number) {
   TextT exponent = isPlain ? TextT() : number.substr(e + 1);
   bool const isOther =
       !exponent.empty() && isMinus(exponent[0]) && exponent[0] != u'-' && exponent[0] != minus_sign;
-  if (digits.back() == u'.' || isOther) return {inText(number), LATEX_NAME_FUNCTION};
+  if (digits.back() == u'.' || isOther) return {toLatexText(number), LATEX_NAME_FUNCTION};
   bool const isLong = exponent[0] == minus_sign;
   if (isLong) exponent.remove_prefix(1);
   wstring written(digits);
@@ -165,3 +152,22 @@ LatexNameS writeLatexNumber(TextT number) {
 }
 
 }  // namespace zolt::exchange::detail
+
+namespace zolt::exchange {
+
+wstring toLatexText(std::u16string_view text) {
+  wstring written = u"\\text{";
+  for (char16_t const c : text) {
+    auto const* const escape =
+        std::find_if(std::begin(detail::latex_escapes), std::end(detail::latex_escapes),
+                     [&](detail::LatexEscapeS const& entry) { return entry.meant == c; });
+    if (escape != std::end(detail::latex_escapes)) {
+      written += escape->written;
+    } else {
+      written += c;
+    }
+  }
+  return written + u'}';
+}
+
+}  // namespace zolt::exchange

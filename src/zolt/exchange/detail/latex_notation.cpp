@@ -8,7 +8,9 @@
 
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/latex_operator.h"
+#include "zolt/oss/code_point.h"
 
 namespace zolt::exchange::detail {
 
@@ -18,7 +20,7 @@ namespace {
 constexpr LatexNotationS rows[] = {
     {u"+", LATEX_INFIX, 2, u"+"},
     {u"-", LATEX_INFIX, 2, u"-"},
-    {u"*", LATEX_INFIX, 2, u"\\cdot", u"\\times \\ast \\cdotp * ×"},
+    {u"*", LATEX_INFIX, 2, u"\\cdot", u"⋅ \\times \\ast \\cdotp * ×"},
     {u"/", LATEX_COMMAND, 2, u"\\frac{#1}{#2}", u"\\dfrac \\tfrac \\cfrac"},
     {u"/", LATEX_INFIX, 2, {}, u"/ \\div \\slash"},
     {u"div", LATEX_INFIX, 2, u"\\mathbin{\\mathrm{div}}", u"div"},
@@ -40,7 +42,7 @@ constexpr LatexNotationS rows[] = {
     {u"and", LATEX_INFIX, 2, u"\\land", u"\\wedge ∧ and"},
     {u"or", LATEX_INFIX, 2, u"\\lor", u"\\vee ∨ or"},
     {u":=", LATEX_INFIX, 2, u":=", u"\\coloneqq \\coloneq \\gets ≔"},
-    {u":>", LATEX_INFIX, 2, u"\\to", u"\\rightarrow → »"},
+    {u":>", LATEX_INFIX, 2, u"\\to", u"→ \\rightarrow »"},
     {bracket_name, LATEX_COMMAND, 1, u"\\mathord{(#1)}"},
     {pi_name, LATEX_CONSTANT, 0, u"\\pi", u"π"},
     {u"∞", LATEX_CONSTANT, 0, u"\\infty", u"∞"},
@@ -56,7 +58,7 @@ constexpr LatexNotationS rows[] = {
     {u"floor", LATEX_FUNCTION, 1, {}, u"floor"},
     {u"ceil", LATEX_FUNCTION, 1, {}, u"ceil ceiling"},
     {u"log10", LATEX_FUNCTION, 1, u"\\log", u"\\lg log lg log10"},
-    {u"log", LATEX_INDEXED, 2, u"\\log_{#2}"},
+    {u"log", LATEX_INDEXED, 2, u"\\log_{#2}", u"log"},
     {u"log", LATEX_FUNCTION, 2, {}, u"log"},
     {u"diff", LATEX_DERIVATIVE, 2, u"\\mathrm{d}"},
     {u"diffn", LATEX_DERIVATIVE, 3, u"\\mathrm{d}"},
@@ -66,7 +68,7 @@ constexpr LatexNotationS rows[] = {
     {u"antiderivative", LATEX_PRIMITIVE, 2, u"\\int #1\\,\\mathrm{d}#2", u"\\iint \\iiint ∬ ∭"},
     {u"sum", LATEX_RANGE, 4, u"\\sum_{#1=#2}^{#3}#4", u"∑"},
     {u"product", LATEX_RANGE, 4, u"\\prod_{#1=#2}^{#3}#4", u"∏"},
-    {u"limit", LATEX_LIMIT, 3, u"\\lim_{#2\\to #3}#1"},
+    {u"limit", LATEX_LIMIT, 3, u"\\lim_{#2\\to #3}#1", u"lim"},
     {u"limit", LATEX_LIMIT, 4, u"\\lim_{#2\\to #3^{+}}#1"},
     {u"where", LATEX_WHERE, 3, u"\\left.#1\\right|_{#2=#3}"},
     {u"binomial", LATEX_COMMAND, 2, u"\\binom{#1}{#2}", u"\\dbinom \\tbinom"},
@@ -458,6 +460,7 @@ std::u16string findNearestCommand(std::u16string_view command) {
 namespace zolt::exchange {
 
 using namespace detail;
+using oss::isHighSurrogate;
 
 void registerLatexOperator(LatexOperatorS op) {
   static constexpr LatexKindE kinds[] = {LATEX_PREFIX,   LATEX_INFIX,    LATEX_POSTFIX,
@@ -478,6 +481,27 @@ void registerLatexOperator(LatexOperatorS op) {
   };
   for (wstring const& text : kept.read) add(text);
   if (!commandOf(row).empty()) add(commandOf(row));
+}
+
+wstring findLatexSign(std::u16string_view command) {
+  auto const [first, last] = findLatexReadings(command);
+  if (first == last) return wstring(findLatexLetter(command.substr(1)));
+  LatexNotationS const& row = *first->notation;
+  if (row.kind == LATEX_COMMAND) return {};
+  if (row.kind == LATEX_CONSTANT && row.name.size() == 1) return wstring(row.name);
+  wstring sign;
+  wstring word;
+  auto const consider = [&](std::u16string_view text) {
+    bool const isCharacter = text.size() == 1 || (text.size() == 2 && isHighSurrogate(text[0]));
+    if (sign.empty() && isCharacter && text[0] >= 0x80) sign = text;
+    if (word.empty() && text[0] != u'\\') word = text;
+  };
+  forEachWord(row.read, consider);
+  for (LatexOperatorS const& op : index().added) {
+    if (row.name.data() != op.name.data()) continue;
+    for (wstring const& text : op.read) consider(text);
+  }
+  return !sign.empty() ? sign : !word.empty() ? word : wstring(command.substr(1));
 }
 
 }  // namespace zolt::exchange

@@ -184,6 +184,7 @@ LatexParserC::NextE LatexParserC::continueHead() {
   if (token().type == LATEX_TOKEN_UPPER) {
     return head.upper ? fail(READ_ERROR_SECOND_SCRIPT) : beginScript(PENDING_UPPER);
   }
+  if (token().type == LATEX_TOKEN_APPLY) return advance(NEXT_HEAD);
   if (token().type == LATEX_TOKEN_RAISED && !head.upper) {
     head.upper = isDigit(token().text[0]) ? makeNumber(token().text) : makeNamed(token().text);
     return advance(NEXT_HEAD);
@@ -273,11 +274,24 @@ LatexParserC::NextE LatexParserC::readNameCall() {
     frame.head = power->childPointer(0);
     if (isMinusOne(*frame.upper)) return fail(READ_ERROR_MISPLACED);
   }
+  if (!opensCall()) {
+    frame.kind = PENDING_APPLICATION;
+    frame.operandRule = RULE_ARGUMENT;
+    frames_.push_back(std::move(frame));
+    return NEXT_OPERAND;
+  }
   frame.close = u')';
   frame.firstOperand = operands_.size();
   frames_.push_back(std::move(frame));
   closes_.push_back(u')');
   return advance(NEXT_OPERAND);
+}
+
+// The sign makes any name before it a function.
+LatexParserC::NextE LatexParserC::readApply() {
+  if ((operands_.back().flags & (OPERAND_NAME | OPERAND_NAME_POWER)) == 0) return fail(READ_ERROR_MISPLACED);
+  lexer_.readNextToken();
+  return token().startsOperand() ? readNameCall() : fail(READ_ERROR_MISSING_ARGUMENTS);
 }
 
 // ---- After an operand -------------------------------------------------------------------------------------
@@ -298,6 +312,10 @@ LatexParserC::NextE LatexParserC::readSign() {
       return readUpper();
     case LATEX_TOKEN_LOWER:
       return readLower();
+    case LATEX_TOKEN_APPLY:
+      return readApply();
+    case LATEX_TOKEN_TIMES:
+      return readTimes();
     case LATEX_TOKEN_BAR:
       return readBar();
     case LATEX_TOKEN_END:
@@ -393,6 +411,13 @@ LatexParserC::NextE LatexParserC::readProduct() {
   frame.asWritten = true;
   frames_.push_back(std::move(frame));
   return NEXT_OPERAND;
+}
+
+// The sign only says that brackets after a name are no call.
+LatexParserC::NextE LatexParserC::readTimes() {
+  operands_.back().flags &= ~unsigned{OPERAND_CALLS};
+  lexer_.readNextToken();
+  return token().startsOperand() ? NEXT_SIGN : fail(READ_ERROR_MISSING_OPERAND);
 }
 
 LatexParserC::NextE LatexParserC::readBar() {

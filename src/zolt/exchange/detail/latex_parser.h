@@ -105,6 +105,7 @@ class LatexParserC {
   NextE readBig();
   NextE beginIntegral();
   NextE readNameCall();
+  NextE readApply();
   NextE beginGroup(char16_t close, LatexNotationS const* notation = nullptr);
   NextE beginScript(PendingE kind);
   NextE beginBrackets();
@@ -123,6 +124,7 @@ class LatexParserC {
   /// Whether the operand may be the bound of a limit.
   bool isInLimit() const;
   NextE readProduct();
+  NextE readTimes();
   NextE readBar();
   NextE readWhere();
   NextE readBracketEnd();

@@ -216,6 +216,7 @@ void LatexWriterC::writeFunction(ParentNodeABC const& node, LatexNotationS const
     later({}, EDGE_SIGN, EDGE_ARGUMENT);
     later(operand);
     later(u" ", EDGE_SIGN, EDGE_SIGN);
+    later(applySign(), EDGE_SIGN, EDGE_SIGN);
   } else {
     later(TASK_CLOSE, u")");
     for (unsigned long i = isIndexed ? 1 : node.numChildren(); i-- > 0;) {
@@ -223,6 +224,7 @@ void LatexWriterC::writeFunction(ParentNodeABC const& node, LatexNotationS const
       if (i > 0) later(TASK_SIGN, u",");
     }
     later(TASK_OPEN, u"(");
+    later(applySign(), EDGE_SIGN, EDGE_SIGN);
   }
   if (exponent) {
     later(u"}", EDGE_SIGN, EDGE_SIGN);
@@ -245,6 +247,7 @@ void LatexWriterC::writeCall(ParentNodeABC const& node) {
     if (i > 0) later(TASK_SIGN, u",");
   }
   later(TASK_OPEN, u"(");
+  later(applySign(), EDGE_SIGN, EDGE_SIGN);
   put(name.text, EDGE_NAME, EDGE_SIGN);
 }
 
@@ -288,6 +291,7 @@ void LatexWriterC::put(std::u16string_view text, EdgeE first, EdgeE last) {
   if (hasTimes_) {
     hasTimes_ = false;
     if (!isImpliedProduct) putSign(u"\\cdot");
+    if (isImpliedProduct && signs_ == LATEX_SIGNS_ALL) append(u"\u2062");
   }
   append(text);
   last_ = last;

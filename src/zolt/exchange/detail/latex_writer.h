@@ -11,9 +11,16 @@ namespace zolt::exchange::detail {
 
 using oss::wstring;
 
+enum LatexSignsE {
+  LATEX_SIGNS_VISIBLE,
+  LATEX_SIGNS_ALL  ///< the invisible ones, too, of products and functions
+};
+
 /// Writes expression nodes as LaTeX, with its own stack instead of recursion.
 class LatexWriterC {
  public:
+  explicit LatexWriterC(LatexSignsE signs) : signs_(signs) {}
+
   wstring write(math::algexpr::NodeABC const& node);
 
  private:
@@ -104,7 +111,10 @@ class LatexWriterC {
   void settleMinus(bool binds);
   void setTall();
   bool isImplied(EdgeE first) const;
+  /// The sign between a function and its argument.
+  std::u16string_view applySign() const { return signs_ == LATEX_SIGNS_ALL ? u"\u2061" : u""; }
 
+  LatexSignsE signs_;
   wstring output_;
   std::vector<TaskS> tasks_;  // the next task is the last element
   std::vector<OpenS> opens_;

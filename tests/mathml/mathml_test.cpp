@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/cases.h"
+#include "tests/support/operators.h"
+#include "tests/support/small_stack.h"
+#include "zolt/algexpr/make_node.h"
+#include "zolt/exchange/latex.h"
+#include "zolt/exchange/latex_operator.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/mathml/text/mathml_text.h"
+#include "zolt/ved/operators/operator.h"
+
+namespace zolt::mathml {
+namespace {
+
+using tests::fromUtf8;
+using tests::nest;
+using tests::repeat;
+using tests::toUtf8;
+using ExpressionT = PointerTC<AlgebraicExpressionC>;
+
+wstring const math_begin = u"<math xmlns=\"http://www.w3.org/1998/Math/MathML\" display=\"block\">";
+wstring const math_end = u"</math>";
+
+std::string prefixOf(wstring const& text) {
+  ReadErrorS error;
+  ExpressionT const expression = fromMathmlText(text, nullptr, &error);
+  if (expression) return toUtf8(expression->toPrefixString());
+  EXPECT_LE(error.begin, error.end);
+  EXPECT_LE(error.end, text.size());
+  EXPECT_FALSE(error.message.empty());
+  return "error " + std::to_string(error.cause);
+}
+
+/// Both forms of an expression read back to it.
+void expectTrips(AlgebraicExpressionC const& expression) {
+  for (wstring const& text :
+       {toMathml(expression), toMathml(expression, MATHML_ANNOTATED), toContentMathml(expression)}) {
+    ReadErrorS error;
+    ExpressionT const again = fromMathmlText(text, nullptr, &error);
+    EXPECT_TRUE(again && again->equals(expression))
+        << toUtf8(expression.toPrefixString()) << '\n'
+        << toUtf8(text) << '\n'
+        << (again ? toUtf8(again->toPrefixString()) : toUtf8(error.message));
+  }
+}
+
+TEST(Mathml, Cases) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/mathml.cases")) {
+    SCOPED_TRACE(one.where + ": " + one.input);
+    ReadErrorS error;
+    wstring const text = math_begin + fromUtf8(one.input) + math_end;
+    ExpressionT const expression = fromMathmlText(text, nullptr, &error);
+    if (!expression) {
+      unsigned long const before = math_begin.size();
+      EXPECT_EQ(one.expected, "error " + std::to_string(error.cause) + " " +
+                                  std::to_string(error.begin - before) + "-" +
+                                  std::to_string(error.end - before));
+      continue;
+    }
+    EXPECT_EQ(one.expected, toUtf8(expression->toPrefixString()));
+    if (one.isBoth) {
+      EXPECT_EQ(toUtf8(text), toUtf8(toMathml(*expression)));
+    }
+    expectTrips(*expression);
+  }
+}
+
+// What the other notations are tested with.
+TEST(Mathml, ExpressionsOfOtherNotationsComeBack) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/../exchange/latex.cases")) {
+    if (ExpressionT const expression = exchange::fromLatex(fromUtf8(one.input), nullptr))
+      expectTrips(*expression);
+  }
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/../exchange/plain.cases")) {
+    if (ExpressionT const expression = exchange::fromPlainText(fromUtf8(one.input), nullptr))
+      expectTrips(*expression);
+  }
+}
+
+TEST(Mathml, EveryOperatorComesBack) {
+  for (auto const& [name, op] : tests::standardOperators().crefByName()) {
+    std::vector<PointerTC<math::algexpr::NodeABC>> operands;
+    for (unsigned long i = 0; i < op->getArity(); ++i)
+      operands.push_back(math::algexpr::makeNamed(wstring(1, u'a' + char16_t(i))));
+    auto const node =
+        operands.empty() ? math::algexpr::makeNamed(name) : math::algexpr::makeFunction(name, operands);
+    AlgebraicExpressionC const expression(node, nullptr);
+    EXPECT_EQ(wstring::npos, toMathml(expression).find(u"data-name")) << toUtf8(name);
+    expectTrips(expression);
+  }
+}
+
+TEST(Mathml, HostsAddOperatorsWithTheRowForLatex) {
+  exchange::registerLatexOperator({u"_circ", exchange::LATEX_BETWEEN, 20, 2, u"\\circledast", {u"⊛"}});
+  exchange::registerLatexOperator({u"pair", exchange::LATEX_BRACES, 0, 2, u"\\pair{#2}{#1}", {}});
+  exchange::registerLatexOperator({u"adjoint", exchange::LATEX_AFTER, 5, 1, u"^{\\dagger}", {}});
+  EXPECT_EQ("_circ(a,b)", prefixOf(u"<math><mi>a</mi><mo>⊛</mo><mi>b</mi></math>"));
+  expectTrips(*AlgebraicExpressionC::fromPrefixString(u"_circ(pair(a,b),adjoint(c))"));
+}
+
+TEST(Mathml, PageAroundIsLeftOut) {
+  EXPECT_EQ("x", prefixOf(u"<!DOCTYPE html><!-- <math> --><p>a &copy <br> <math><mi>x</mi></math> b</p>"));
+  EXPECT_EQ("x", prefixOf(u"<m:math xmlns:m=\"urn:x\"><m:mi>x</m:mi></m:math>"));
+  EXPECT_EQ(
+      "x",
+      prefixOf(u"<?xml version='1.0' encoding='UTF-8'?><math><mi><![CDATA[x]]></mi><!-- y --></math>\n"));
+  EXPECT_EQ("error 14", prefixOf(u"<math><mi>x</mi></math> y"));
+  EXPECT_EQ("error 14", prefixOf(u"<p><math><mi>x</mi></math><math><mi>x</mi></math>"));
+  EXPECT_EQ("error 23", prefixOf(u"<math><mi>x</mi>"));
+  EXPECT_EQ("error 23", prefixOf(u"x"));
+  EXPECT_EQ("error 1", prefixOf(u" \n"));
+  EXPECT_EQ("error 1", prefixOf(u"<math></math>"));
+  // An entity that a document declares is none.
+  EXPECT_EQ("error 2",
+            prefixOf(u"<!DOCTYPE m [<!ENTITY a \"x\"><!ENTITY b \"&a;&a;\">]><math><mi>&b;</mi></math>"));
+  EXPECT_EQ("error 23", prefixOf(u"<math><!DOCTYPE m [<!ENTITY a \"x\">]><mi>x</mi></math>"));
+}
+
+TEST(Mathml, FaultsNameTheElement) {
+  ReadErrorS error;
+  EXPECT_FALSE(fromMathmlText(u"<math>&alpha;<mi>&beta;</mi></math>", nullptr, &error));
+  EXPECT_EQ(0u, error.begin);
+  EXPECT_FALSE(fromMathmlText(u"<math><mo>&pm;</mo><mi>x</mi><mfrac><mi>x</mi><mrow/></mfrac></math>",
+                              nullptr, &error));
+  EXPECT_EQ("An operand is missing, in math/mfrac[3]/mrow[2]", toUtf8(error.message));
+  EXPECT_EQ(46u, error.begin);
+}
+
+TEST(Mathml, Encodings) {
+  auto const decoded = [](std::string const& bytes) {
+    wstring text;
+    bool const isText = decodeXml(oss::bytestring(bytes.begin(), bytes.end()), text);
+    return isText ? toUtf8(text) : "no text";
+  };
+  using namespace std::string_literals;
+  EXPECT_EQ("é", decoded("\xFF\xFE\xE9\x00"s));
+  EXPECT_EQ("é", decoded("\xFE\xFF\x00\xE9"s));
+  EXPECT_EQ("<a", decoded("<\x00"s + "a\x00"s));
+  EXPECT_EQ("é", decoded("\xEF\xBB\xBF\xC3\xA9"));
+  EXPECT_EQ("<?xml encoding='ISO-8859-1'?>é", decoded("<?xml encoding='ISO-8859-1'?>\xE9"));
+  EXPECT_EQ("no text", decoded("<?xml encoding=\"koi8-r\"?>"));
+  EXPECT_EQ("no text", decoded("\xE9"));
+  EXPECT_EQ("no text", decoded("\xFF\xFE\xE9"));
+}
+
+TEST(Mathml, DeepAndLongOnes) {
+  tests::onSmallStack([] {
+    constexpr unsigned long depth = 20000;
+    EXPECT_EQ("x", prefixOf(u"<math>" + nest(depth, u"<mrow>", u"<mi>x</mi>", u"</mrow>") + math_end));
+    EXPECT_EQ("x", prefixOf(u"<math>" + nest(depth, u"<mstyle>", u"<mi>x</mi>", u"</mstyle>") + math_end));
+    for (wstring const& prefix : {nest(depth, u"sqrt(", u"x", u")"), nest(depth, u"^(x,", u"x", u")"),
+                                  nest(depth, u"f(", u"x", u")"), nest(depth, u"+(", u"x", u",1)")}) {
+      ExpressionT const expression = AlgebraicExpressionC::fromPrefixString(prefix);
+      for (wstring const& text : {toMathml(*expression), toContentMathml(*expression)}) {
+        ExpressionT const again = fromMathmlText(text, nullptr);
+        EXPECT_TRUE(again && again->equals(*expression));
+      }
+    }
+  });
+}
+
+// What feeds a tree by itself, as a browser does, need not balance it.
+TEST(Mathml, TreesOfOthers) {
+  MathmlTreeC tree;
+  EXPECT_FALSE(tree.isComplete());
+  tree.open(u"math", 3);
+  tree.open(u"mi", 9);
+  tree.addText(u" x");
+  tree.open(u"b", 15);
+  tree.addText(u"y\n");
+  EXPECT_TRUE(tree.close(20) && tree.close(22));
+  EXPECT_FALSE(tree.isComplete());
+  EXPECT_TRUE(tree.close(30));
+  EXPECT_FALSE(tree.close(31));
+  EXPECT_TRUE(tree.isComplete());
+  EXPECT_EQ("xy", toUtf8(fromMathml(tree, nullptr)->toPrefixString()));
+}
+
+}  // namespace
+}  // namespace zolt::mathml
