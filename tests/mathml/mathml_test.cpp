@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <fstream>
 #include <string>
 #include <vector>
 
@@ -161,6 +163,22 @@ TEST(Mathml, DeepAndLongOnes) {
       }
     }
   });
+}
+
+// producers.sh has the file made: a formula in LaTeX, the program, its MathML, with tabs between them.
+TEST(Mathml, OfOtherPrograms) {
+  char const* const path = std::getenv("ZOLT_MADE_MATHML");
+  if (!path) GTEST_SKIP() << "mathml.producers runs it";
+  std::ifstream in(path);
+  int count = 0;
+  for (std::string line; std::getline(in, line); ++count) {
+    std::size_t const first = line.find('\t');
+    std::size_t const second = line.find('\t', first + 1);
+    ExpressionT const expected = exchange::fromLatex(fromUtf8(line.substr(0, first)), nullptr);
+    ASSERT_TRUE(expected) << line;
+    EXPECT_EQ(toUtf8(expected->toPrefixString()), prefixOf(fromUtf8(line.substr(second + 1)))) << line;
+  }
+  EXPECT_GE(count, 600);
 }
 
 // What feeds a tree by itself, as a browser does, need not balance it.

@@ -96,6 +96,18 @@ bool PresentationReaderC::isFenced(std::vector<MathmlIdT> const& row) const {
   return true;
 }
 
+// Whether the row ends with the only bar in it, whose other side is empty, as before the value of a variable.
+bool PresentationReaderC::isHalfFenced(std::vector<MathmlIdT> const& row) const {
+  if (row.size() < 2 || fenceOf(row.front()) != u'\0') return false;
+  MathmlIdT const last = coreOf(row.back());
+  bool const isFence = at(last).tag == MATHML_MO && tree_.attribute(last, u"fence") == u"true";
+  if (!isFence || asBar(tree_.text(last)) == u'\0') return false;
+  return std::none_of(row.begin(), row.end() - 1, [&](MathmlIdT id) {
+    char16_t const fence = fenceOf(id);
+    return fence != u'\0' && asBar({&fence, 1}) != u'\0';
+  });
+}
+
 bool PresentationReaderC::isAtop(MathmlIdT id) const {
   TextT const thickness = tree_.attribute(id, u"linethickness");
   return at(id).tag == MATHML_MFRAC && !thickness.empty() && thickness[0] == u'0' &&

@@ -129,16 +129,18 @@ void PresentationReaderC::readRow(MathmlIdT id, TaskE kind) {
   TextT const command = tree_.attribute(id, u"data-command");
   if (!command.empty()) return readCommand(command, id, row);
   bool const isSign = row.size() == 1 && at(id).tag == MATHML_MROW && kind == TASK_ELEMENT &&
-                      at(row[0]).tag == MATHML_MO && isLooseSign(tree_.text(row[0]));
+                      at(row[0]).tag == MATHML_MO && TextT(u"+-−").find(tree_.text(row[0])) != TextT::npos;
   bool const isBraced = isSign || (kind == TASK_ELEMENT && groups(row));
   std::size_t const end = tasks_.size();
   if (isKept) later(u"\\mathord{", id);
   if (isBraced) later(u"{", id);
-  bool const isSided = hasSides(row);
+  bool const isHalf = isHalfFenced(row);
+  if (isHalf) later(u"\\left.", id);
+  bool const isSided = isHalf || hasSides(row);
   TaskE const inner = row.size() > 1 ? TASK_ELEMENT : TASK_BARE;
   for (std::size_t i = 0; i < row.size();) {
     bool const isLast = i + 1 == row.size();
-    if (isSided && (i == 0 || isLast)) later(i == 0 ? u"\\left" : u"\\right", row[i]);
+    if (isSided && (isLast || (i == 0 && !isHalf))) later(i == 0 ? u"\\left" : u"\\right", row[i]);
     std::size_t const together = readTogether(row, i);
     if (together > 0) {
       i += together;
@@ -259,12 +261,10 @@ void PresentationReaderC::laterScripts(MathmlIdT base, MathmlIdT lower, MathmlId
   laterBase(base);
 }
 
-// What is in rows of rows is in braces of its own.
 void PresentationReaderC::laterScript(TextT sign, MathmlIdT id) {
-  MathmlIdT const inner = at(id).tag == MATHML_MROW ? at(id).first : no_element;
-  bool const isDouble = inner != no_element && at(inner).next == no_element && at(inner).tag == MATHML_MROW;
+  bool const isDouble = tree_.attribute(id, u"data-brackets") == u"braces";
   later(isDouble ? u"}}" : u"}", id);
-  later(isDouble ? inner : id, TASK_BARE);
+  later(id, TASK_BARE);
   if (isDouble) later(u"{", id);
   later(sign, id);
 }
@@ -314,7 +314,8 @@ void PresentationReaderC::laterBase(MathmlIdT id) {
     std::vector<MathmlIdT> const row = childrenOf(core);
     if (row.size() == 2 && isSign(row[1], u"\u2061")) return later(row[0]);
     bool const isWord = row.size() > 1 && countUpright(row, 0) == row.size();
-    bool const isBare = isFenced(row) || tree_.attribute(core, u"data-brackets") == u"kept" || isWord;
+    bool const isBare =
+        isFenced(row) || isHalfFenced(row) || tree_.attribute(core, u"data-brackets") == u"kept" || isWord;
     return isBare ? later(core, TASK_BARE) : laterArgument(core);
   }
   bool const isScripted = tag == MATHML_MSUP || tag == MATHML_MSUBSUP;
@@ -419,10 +420,12 @@ void PresentationReaderC::readTable(MathmlIdT id, TextT environment) {
 void PresentationReaderC::readEnclosed(MathmlIdT id) {
   TextT const notation = tree_.attribute(id, u"notation");
   if (notation.find(u"strike") != TextT::npos) return fail(id, READ_ERROR_MISPLACED);
-  bool const isRoot = notation == u"radical";
-  if (isRoot) later(u"}", id);
+  TextT const command = notation == u"radical" ? TextT(u"\\sqrt{")
+                        : notation == u"top"   ? TextT(u"\\overline{")
+                                               : TextT();
+  if (!command.empty()) later(u"}", id);
   later(id, TASK_ROW);
-  if (isRoot) later(u"\\sqrt{", id);
+  later(command, id);
 }
 
 }  // namespace zolt::mathml::detail

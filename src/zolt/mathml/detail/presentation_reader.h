@@ -57,6 +57,7 @@ class PresentationReaderC {
   char16_t fenceOf(MathmlIdT id) const;
   bool isEmptyFence(MathmlIdT id) const;
   bool isFenced(std::vector<MathmlIdT> const& row) const;
+  bool isHalfFenced(std::vector<MathmlIdT> const& row) const;
   bool isAtop(MathmlIdT id) const;
   bool groups(std::vector<MathmlIdT> const& row) const;
   bool endsWithDifferential(std::vector<MathmlIdT> const& row) const;

@@ -76,7 +76,12 @@ void PresentationReaderC::readIdentifier(MathmlIdT id, wstring const& name) {
     if (inIntegral_ || inFraction) return put(name, id);
   }
   if (!findSignCommand(name).empty() || name == u":=") return readSign(id, name);
-  if (isWord(name)) return put(u"\\mathrm{" + name + u'}', id);
+  if (isWord(name)) {
+    // Some write an upright name in a row of its own, which brackets after it do not make a function.
+    MathmlIdT const parent = at(id).parent;
+    bool const isAlone = at(parent).tag == MATHML_MROW && at(parent).first == id && at(id).next == no_element;
+    return put((isAlone ? u"\\mathrm{" : u"\\operatorname{") + name + u'}', id);
+  }
   if (countPrimes(name.back()) > 0) {
     // Some write the prime into the name.
     std::size_t const end = name.find_first_of(u"'′″‴’");
@@ -88,6 +93,10 @@ void PresentationReaderC::readIdentifier(MathmlIdT id, wstring const& name) {
 }
 
 void PresentationReaderC::readNumber(MathmlIdT id, wstring const& number) {
+  // Between brackets the comma of a number is one of a list.
+  bool const isListed = !latex_.empty() && TextT(u"([{").find(latex_.back()) != TextT::npos &&
+                        at(id).next != no_element && fenceOf(at(id).next) != u'\0';
+  if (isListed && number.find(u',') != wstring::npos) return put(number, id);
   wstring digits;
   for (std::size_t i = 0; i < number.size(); ++i) {
     char16_t const c = number[i];

@@ -254,7 +254,8 @@ void PresentationWriterC::closeGroup() {
   // Braces in the braces of a script keep it from being a part of a name or an order.
   bool const isDouble = frames_[frames_.size() - 2].kind == FRAME_SCRIPT &&
                         operands_.size() == frames_.back().first + 1 && operands_.back() == group_;
-  finish(takeRow(isDouble ? TextT(u"mrow") : TextT()));
+  if (isDouble) builder_.addAttribute(group_, u"data-brackets", u"braces");
+  finish(takeRow());
 }
 
 void PresentationWriterC::putDelimiter(TextT delimiter) {
