@@ -449,7 +449,9 @@ class WidgetTest final : public QObject {
     QVERIFY(data.hasFormat(QLatin1String(qt::formula_mime_type)));
     QCOMPARE(data.data(QLatin1String(qt::prefix_mime_type)), QByteArray("/(sqrt(x),2)"));
     QCOMPARE(data.text(), QStringLiteral("sqrt(x)/2"));
-    QVERIFY(QSvgRenderer(data.data(QStringLiteral("image/svg+xml"))).isValid());
+    QByteArray const svg = data.data(QStringLiteral("image/svg+xml"));
+    QVERIFY(QSvgRenderer(svg).isValid());
+    QVERIFY(svg.contains(" role=\"img\" aria-label=\"") && svg.contains("<title>") && !svg.contains("mm\""));
     QImage const png = QImage::fromData(data.data(QStringLiteral("image/png")), "PNG");
     QCOMPARE(png.text(QStringLiteral("zolt:expression")), QStringLiteral("/(sqrt(x),2)"));
     QVERIFY(countInk(png, Qt::white) > 50);

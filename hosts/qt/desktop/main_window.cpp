@@ -198,6 +198,7 @@ void MainWindow::restore() {
   setZoom(1);
   if (!settings_) {
     setDecimalComma(false);
+    setTyping(QStringLiteral("suggestions"), &field::InputOptionsS::suggestions, true);
     setStatusForm({});
     return;
   }
@@ -205,7 +206,10 @@ void MainWindow::restore() {
   restoreState(settings_->value(QStringLiteral("state")).toByteArray());
   setZoom(settings_->value(QStringLiteral("zoom"), 1.0).toDouble());
   setDecimalComma(settings_->value(QStringLiteral("decimalComma"), localComma).toBool());
-  setSingleLetters(settings_->value(QStringLiteral("singleLetters")).toBool());
+  setTyping(QStringLiteral("single-letters"), &field::InputOptionsS::singleLetters,
+            settings_->value(QStringLiteral("singleLetters")).toBool());
+  setTyping(QStringLiteral("suggestions"), &field::InputOptionsS::suggestions,
+            settings_->value(QStringLiteral("suggestions"), true).toBool());
   setStatusForm(settings_->value(QStringLiteral("statusLine")).toString());
   setAppearance(appearanceOf(settings_->value(QStringLiteral("appearance")).toString()));
 }
@@ -216,7 +220,8 @@ void MainWindow::remember() {
   settings_->setValue(QStringLiteral("state"), saveState());
   settings_->setValue(QStringLiteral("zoom"), view_->zoom());
   settings_->setValue(QStringLiteral("decimalComma"), decimalComma_);
-  settings_->setValue(QStringLiteral("singleLetters"), singleLetters_);
+  settings_->setValue(QStringLiteral("singleLetters"), view_->typing().singleLetters);
+  settings_->setValue(QStringLiteral("suggestions"), view_->typing().suggestions);
   settings_->setValue(QStringLiteral("statusLine"), statusForm_);
   settings_->setValue(QStringLiteral("appearance"), appearanceName(appearance_));
 }
@@ -244,10 +249,9 @@ void MainWindow::setDecimalComma(bool decimalComma) {
   action(QStringLiteral("decimal-comma"))->setChecked(decimalComma);
 }
 
-void MainWindow::setSingleLetters(bool singleLetters) {
-  singleLetters_ = singleLetters;
-  view_->setSingleLetters(singleLetters);
-  action(QStringLiteral("single-letters"))->setChecked(singleLetters);
+void MainWindow::setTyping(QString const& name, bool field::InputOptionsS::*rule, bool on) {
+  view_->setTyping(rule, on);
+  action(name)->setChecked(on);
 }
 
 void MainWindow::setStatusForm(QString const& form) {

@@ -11,6 +11,7 @@
 #include "hosts/qt/desktop/exporter.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "zolt/field/commands.h"
+#include "zolt/field/input_options.h"
 #include "zolt/field/palette_model.h"
 
 class QLabel;
@@ -77,7 +78,7 @@ class MainWindow final : public QMainWindow {
   void remember();
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
-  void setSingleLetters(bool singleLetters);
+  void setTyping(QString const& name, bool field::InputOptionsS::*rule, bool on);
   void setStatusForm(QString const& form);
   QString inOneLine(qt::FormulaEdit const& formula) const;
   void updateActions();
@@ -151,7 +152,6 @@ class MainWindow final : public QMainWindow {
   Appearance appearance_ = Appearance::System;
   QString statusForm_;  // of the formula in the status line: "text", "words" or "prefix"
   bool decimalComma_ = false;
-  bool singleLetters_ = false;
   bool mayPaste_ = false;
 };
 

@@ -174,7 +174,12 @@ void MainWindow::makeViewMenu() {
   add(menu, {"zoom-normal", "&Normal Size", "Ctrl+0"}, [this] { setZoom(1); });
   menu.addSeparator();
   addToggle(menu, {"decimal-comma", "Decimal &Comma", ""}, [this](bool on) { setDecimalComma(on); });
-  addToggle(menu, {"single-letters", "Sin&gle Letters", ""}, [this](bool on) { setSingleLetters(on); });
+  auto const addRule = [&](ActionS const& entry, bool field::InputOptionsS::*rule) {
+    QString const name = QString::fromLatin1(entry.name);
+    addToggle(menu, entry, [=](bool on) { setTyping(name, rule, on); });
+  };
+  addRule({"single-letters", "Sin&gle Letters", ""}, &field::InputOptionsS::singleLetters);
+  addRule({"suggestions", "Suggest &Names", ""}, &field::InputOptionsS::suggestions);
   QMenu& forms = *menu.addMenu(tr("Formula in the Status &Line"));
   auto* const formGroup = new QActionGroup(this);
   auto const addForm = [&](ActionS const& entry) {

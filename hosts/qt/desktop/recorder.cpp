@@ -57,8 +57,9 @@ void Recorder::follow(qt::FormulaEdit* formula) {
   // A script plays on one formula. From here on it is this one, whose recording switches its own options on.
   field::ScriptStepS plain;
   plain.word = field::SCRIPT_SET;
-  for (auto const* const option : {u"decimal-comma", u"single-letters"}) {
+  for (auto const* const option : {u"decimal-comma", u"single-letters", u"suggestions"}) {
     plain.text = option;
+    plain.on = plain.text == u"suggestions";
     script_.push_back(plain);
   }
   formula->record(&script_);

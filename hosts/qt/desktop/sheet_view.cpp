@@ -30,9 +30,10 @@ class ForgetRedoCommand final : public QUndoCommand {
   ForgetRedoCommand() { setObsolete(true); }
 };
 
-void applySingleLetters(FormulaEdit& edit, bool singleLetters) {
+void applyTyping(FormulaEdit& edit, field::InputOptionsS const& typing) {
   field::InputOptionsS options = edit.inputOptions();
-  options.singleLetters = singleLetters;
+  options.singleLetters = typing.singleLetters;
+  options.suggestions = typing.suggestions;
   edit.setInputOptions(options);
 }
 
@@ -134,10 +135,10 @@ void SheetView::settleLayout(QList<SheetRow*> const& changed) {
   QApplication::sendEvent(this, &request);
 }
 
-void SheetView::setSingleLetters(bool singleLetters) {
-  singleLetters_ = singleLetters;
+void SheetView::setTyping(bool field::InputOptionsS::*rule, bool on) {
+  typing_.*rule = on;
   for (SheetRow* const row : rows_) {
-    if (row->formula()) applySingleLetters(*row->formula(), singleLetters);
+    if (row->formula()) applyTyping(*row->formula(), typing_);
   }
 }
 
@@ -185,7 +186,7 @@ void SheetView::showFormula(SheetRow* row) {
 void SheetView::connectFormula(SheetRow* row) {
   FormulaEdit* const edit = row->formula();
   edit->setDecimalComma(decimalComma_);
-  applySingleLetters(*edit, singleLetters_);
+  applyTyping(*edit, typing_);
   auto const tell = [this, row] {
     if (row == current_) emit formulaChanged();
   };

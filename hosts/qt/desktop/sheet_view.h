@@ -7,6 +7,7 @@
 
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_row.h"
+#include "zolt/field/input_options.h"
 #include "zolt/qt/formula_edit.h"
 
 class QVBoxLayout;
@@ -45,7 +46,9 @@ class SheetView final : public QScrollArea {
   /// What is under the pointer stays in place while the wheel zooms, else what is at the caret.
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
-  void setSingleLetters(bool singleLetters);
+  /// Switches a rule of typing in all formulas: `singleLetters` or `suggestions`.
+  void setTyping(bool field::InputOptionsS::*rule, bool on);
+  field::InputOptionsS const& typing() const { return typing_; }
   /// Sets the actions that the margin's context menu offers.
   void setRowActions(QList<QAction*> const& actions);
 
@@ -107,7 +110,7 @@ class SheetView final : public QScrollArea {
   qreal zoom_ = 1;
   std::optional<QPoint> zoomedAt_;  // on the screen, while the wheel zooms
   bool decimalComma_ = false;
-  bool singleLetters_ = false;
+  field::InputOptionsS typing_;
   bool replaying_ = false;  // the history is running; changes make no new step
 };
 

@@ -305,6 +305,21 @@ void FormulaEdit::setConstraints(Constraints const& constraints) {
   emit constraintsChanged();
 }
 
+bool FormulaEdit::powersOfTen() const { return state_->powersOfTen; }
+
+void FormulaEdit::setPowersOfTen(bool powersOfTen) {
+  if (powersOfTen == state_->powersOfTen) return;
+  state_->powersOfTen = powersOfTen;
+  if (state_->graphics) {
+    auto const look = powersOfTen ? surfaces::NUMBERS_WITH_POWERS : surfaces::NUMBERS_AS_TYPED;
+    state_->graphics->setTypesetter(state_->fonts->getTypesetter(look));
+    QPointer<FormulaEdit> const alive(this);
+    state_->change([&] { state_->field->refView().measureAgain(); });
+    if (!alive) return;
+  }
+  emit powersOfTenChanged(powersOfTen);
+}
+
 bool FormulaEdit::decimalComma() const { return state_->field->getOptions().decimalComma; }
 
 void FormulaEdit::setDecimalComma(bool decimalComma) {

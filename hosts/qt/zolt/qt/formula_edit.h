@@ -44,6 +44,8 @@ class FormulaEdit : public EditField {
   /// Restricts what may be entered from now on; null: everything is allowed.
   Q_PROPERTY(Constraints constraints READ constraints WRITE setConstraints NOTIFY constraintsChanged)
   /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
+  /// Whether 6.02e23 is shown as 6.02·10²³; the text stays.
+  Q_PROPERTY(bool powersOfTen READ powersOfTen WRITE setPowersOfTen NOTIFY powersOfTenChanged)
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY decimalCommaChanged)
   /// Whether the formula differs in its history from when it, or this flag, was set.
   Q_PROPERTY(bool modified READ isModified WRITE setModified NOTIFY modifiedChanged DESIGNABLE false)
@@ -103,6 +105,8 @@ class FormulaEdit : public EditField {
   void setZoomAround(qreal zoom, QPoint place);
   Constraints constraints() const;
   void setConstraints(Constraints const& constraints);
+  bool powersOfTen() const;
+  void setPowersOfTen(bool powersOfTen);
   bool decimalComma() const;
   void setDecimalComma(bool decimalComma);
   /// The rules of typing.
@@ -218,6 +222,7 @@ class FormulaEdit : public EditField {
   void readOnlyChanged(bool readOnly);
   void zoomChanged(qreal zoom);
   void constraintsChanged();
+  void powersOfTenChanged(bool powersOfTen);
   void decimalCommaChanged(bool decimalComma);
   void modifiedChanged(bool modified);
   void undoAvailableChanged(bool available);

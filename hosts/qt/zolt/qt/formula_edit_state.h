@@ -137,6 +137,7 @@ struct FormulaEdit::StateS {
   oss::PointerTC<SystemClipboardC> primary;  // what was selected last, on platforms that have it
 
   qreal zoom = default_zoom;
+  bool powersOfTen = false;
   qreal fontSize = 0;  // logical pixels
   unsigned long precision = 0;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;

@@ -141,7 +141,8 @@ std::shared_ptr<FormulaFonts> FormulaFonts::make(oss::PointerTC<surfaces::FontSe
 }
 
 FormulaFonts::FormulaFonts(oss::PointerTC<surfaces::FontSetC> const& files)
-    : typesetter_(new surfaces::TypesetterC(files)) {
+    : typesetter_(new surfaces::TypesetterC(files)), powersTypesetter_(new surfaces::TypesetterC(files)) {
+  powersTypesetter_->setNumberLook(surfaces::NUMBERS_WITH_POWERS);
   surfaces::FontSetC const& set = typesetter_->getFonts();
   for (unsigned face = 0; face < set.getFaceCount(); ++face) {
     surfaces::SfntFontC const& font = set.getFont(face);

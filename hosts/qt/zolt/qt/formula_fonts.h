@@ -33,7 +33,11 @@ class FormulaFonts final {
   FormulaFonts(FormulaFonts const&) = delete;
   FormulaFonts& operator=(FormulaFonts const&) = delete;
 
-  oss::PointerTC<surfaces::TypesetterC> getTypesetter() const { return typesetter_; }
+  /// The one for the look of numbers.
+  oss::PointerTC<surfaces::TypesetterC> getTypesetter(
+      surfaces::NumberLookE look = surfaces::NUMBERS_AS_TYPED) const {
+    return look == surfaces::NUMBERS_AS_TYPED ? typesetter_ : powersTypesetter_;
+  }
   /// Why system fonts are used instead, as a sentence without a full stop; empty when they are not.
   QString const& substitution() const { return substitution_; }
 
@@ -55,7 +59,7 @@ class FormulaFonts final {
     mutable std::map<std::pair<double, std::uint16_t>, QPainterPath> fitted;  // by size, too
   };
 
-  oss::PointerTC<surfaces::TypesetterC> typesetter_;
+  oss::PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;
   std::vector<FaceS> faces_;
   QString substitution_;
 };

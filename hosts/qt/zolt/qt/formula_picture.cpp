@@ -2,9 +2,11 @@
 
 #include <QBuffer>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QSvgGenerator>
 
 #include "zolt/field/formula_field.h"
+#include "zolt/field/readable_text.h"
 #include "zolt/qt/text.h"
 
 namespace zolt::qt {
@@ -97,13 +99,23 @@ QByteArray FormulaPicture::toSvg(qreal zoom, qreal margin, QColor const& colour)
   generator.setResolution(96);
   generator.setSize(whole.toSize());
   generator.setViewBox(QRectF(QPointF(), whole));
+  QString const spoken = toQString(field::makeReadableText(field_->crefView()).text).toHtmlEscaped();
+  generator.setTitle(spoken);
   if (auto const expression = field_->diagnose().expression) {
     generator.setDescription(toQString(expression->toPrefixString()).toHtmlEscaped());
   }
   QPainter painter(&generator);
   paint(painter, QPointF(margin, margin) * zoom, zoom, colour, PAINT_PAPER);
   painter.end();
-  return bytes;
+  // The generator has whole millimetres for the size, and no words for who cannot see the picture.
+  QByteArray const size = "width=\"" + QByteArray::number(whole.width()) + "\" height=\"" +
+                          QByteArray::number(whole.height()) + "\"";
+  QByteArray const label = " role=\"img\" aria-label=\"" + spoken.toUtf8() + '"';
+  static QRegularExpression const printed(QStringLiteral("<svg width=\"[^\"]*\" height=\"[^\"]*\""));
+  QRegularExpressionMatch const head = printed.match(QString::fromUtf8(bytes.left(1000)));
+  if (!head.hasMatch()) return bytes;
+  qsizetype const begin = bytes.indexOf(head.captured().toUtf8());
+  return bytes.replace(begin, head.captured().toUtf8().size(), "<svg " + size + label);
 }
 
 }  // namespace zolt::qt

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
@@ -47,6 +48,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   TypesetGraphicsABC& operator=(TypesetGraphicsABC const&) = delete;
 
   TypesetterC& getTypesetter() const { return *typesetter_; }
+  /// Another one, which must not be null. What was measured has to be laid out again.
+  void setTypesetter(oss::PointerTC<TypesetterC> typesetter) { typesetter_ = std::move(typesetter); }
 
   void invalidate() const override {}
   void getTextExtent(oss::wstring const& text, long& width, long& height, long& midHeight) const final;
