@@ -103,8 +103,8 @@ BytesT fromSession(std::string const& target, EventScriptT const& script, std::u
 }
 
 bool isText(std::string const& target) {
-  return target == "prefix" || target == "plain" || target == "latex" || target == "infix" ||
-         target == "notation";
+  return target == "prefix" || target == "plain" || target == "latex" || target == "mathjson" ||
+         target == "infix" || target == "notation";
 }
 
 BytesT toSheet(std::string const& target, BytesT const& input) {

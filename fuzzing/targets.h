@@ -23,6 +23,7 @@ std::string checkPrefix(std::uint8_t const* data, std::size_t size);
 std::string checkInfix(std::uint8_t const* data, std::size_t size);
 std::string checkPlain(std::uint8_t const* data, std::size_t size);
 std::string checkLatex(std::uint8_t const* data, std::size_t size);
+std::string checkMathJson(std::uint8_t const* data, std::size_t size);
 std::string checkClipboard(std::uint8_t const* data, std::size_t size);
 std::string checkEvents(std::uint8_t const* data, std::size_t size);
 std::string checkField(std::uint8_t const* data, std::size_t size);
@@ -37,6 +38,7 @@ std::vector<BytesT> prefixSeeds();
 std::vector<BytesT> infixSeeds();
 std::vector<BytesT> plainSeeds();
 std::vector<BytesT> latexSeeds();
+std::vector<BytesT> mathJsonSeeds();
 std::vector<BytesT> clipboardSeeds();
 std::vector<BytesT> eventsSeeds();
 std::vector<BytesT> notationSeeds();
@@ -47,19 +49,13 @@ std::vector<BytesT> memorySeeds();
 std::vector<BytesT> growthSeeds();
 
 constexpr TargetS targets[] = {
-    {"prefix", checkPrefix, prefixSeeds},
-    {"infix", checkInfix, infixSeeds},
-    {"plain", checkPlain, plainSeeds},
-    {"latex", checkLatex, latexSeeds},
-    {"clipboard", checkClipboard, clipboardSeeds},
-    {"events", checkEvents, eventsSeeds},
-    {"field", checkField, eventsSeeds},
-    {"notation", checkNotation, notationSeeds},
-    {"script", checkScript, scriptSeeds},
-    {"sheet", checkSheet, sheetSeeds},
-    {"font", checkFont, fontSeeds},
-    {"memory", checkMemory, memorySeeds},
-    {"growth", checkGrowth, growthSeeds},
+    {"prefix", checkPrefix, prefixSeeds},       {"infix", checkInfix, infixSeeds},
+    {"plain", checkPlain, plainSeeds},          {"latex", checkLatex, latexSeeds},
+    {"mathjson", checkMathJson, mathJsonSeeds}, {"clipboard", checkClipboard, clipboardSeeds},
+    {"events", checkEvents, eventsSeeds},       {"field", checkField, eventsSeeds},
+    {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
+    {"sheet", checkSheet, sheetSeeds},          {"font", checkFont, fontSeeds},
+    {"memory", checkMemory, memorySeeds},       {"growth", checkGrowth, growthSeeds},
 };
 
 }  // namespace zolt::fuzz

@@ -13,6 +13,7 @@
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/mathjson/mathjson.h"
 #include "zolt/oss/binary_stream.h"
 #include "zolt/oss/binary_string_stream.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
@@ -162,6 +163,21 @@ std::string checkTreeForms(Node4C& root) {
   return {};
 }
 
+std::string checkReader(ReaderT read, std::uint8_t const* data, std::size_t size) {
+  prepare();
+  wstring const text = toText(data, size);
+  math::common::ReadErrorS error;
+  startMeter();
+  auto const expression = read(text, nullptr, &error);
+  if (auto fault = checkMeter(text.size()); !fault.empty()) return fault;
+  if (static_cast<bool>(expression) != (error.cause == math::common::READ_ERROR_NONE)) {
+    return "neither read nor refused";
+  }
+  if (expression) return checkTexts(*expression);
+  if (error.message.empty()) return "a fault without a sentence";
+  return error.begin <= error.end && error.end <= text.size() ? "" : "the fault is not in the text";
+}
+
 std::string checkTexts(AlgebraicExpressionC const& expression) {
   wstring const prefix = expression.toPrefixString();
   auto const read = AlgebraicExpressionC::fromPrefixString(prefix);
@@ -171,20 +187,20 @@ std::string checkTexts(AlgebraicExpressionC const& expression) {
   }
   if (read->toPrefixString() != prefix) return "the prefix text changes: " + toBytes(prefix);
 
-  wstring const plain = exchange::toPlainText(expression);
-  auto const fromPlain = exchange::fromPlainText(plain, nullptr);
-  if (!fromPlain) return "the plain text does not read back: " + toBytes(plain);
-  if (!fromPlain->equals(expression)) {
-    return "the plain text " + toBytes(plain) + " of " + toBytes(prefix) + " reads back as " +
-           toBytes(fromPlain->toPrefixString());
-  }
-
-  wstring const latex = exchange::toLatex(expression);
-  auto const fromLatex = exchange::fromLatex(latex, nullptr);
-  if (!fromLatex) return "the LaTeX does not read back: " + toBytes(latex);
-  if (!fromLatex->equals(expression)) {
-    return "the LaTeX " + toBytes(latex) + " of " + toBytes(prefix) + " reads back as " +
-           toBytes(fromLatex->toPrefixString());
+  struct NotationS {
+    char const* name;
+    wstring text;
+    ReaderT read;
+  };
+  for (NotationS const& notation :
+       {NotationS{"plain text", exchange::toPlainText(expression), exchange::fromPlainText},
+        NotationS{"LaTeX", exchange::toLatex(expression), exchange::fromLatex},
+        NotationS{"MathJSON", mathjson::toMathJson(expression), mathjson::fromMathJson}}) {
+    std::string const what = std::string("the ") + notation.name + " " + toBytes(notation.text);
+    auto const again = notation.read(notation.text, nullptr, nullptr);
+    if (!again) return what + " does not read back";
+    if (again->equals(expression)) continue;
+    return what + " of " + toBytes(prefix) + " reads back as " + toBytes(again->toPrefixString());
   }
   return {};
 }

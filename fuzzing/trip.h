@@ -54,7 +54,15 @@ std::string checkInvariants(Node4C const& root);
 /// to the same tree, and that it is drawn the same again. Lays the tree out.
 std::string checkTreeForms(Node4C& root);
 
-/// Checks that the expression reads back from its prefix text and from its plain text.
+/// A reader of another notation.
+using ReaderT = PointerTC<AlgebraicExpressionC> (*)(wstring const&, PointerTC<math::algexpr::CASSessionBC>,
+                                                    math::common::ReadErrorS*);
+
+/// Checks that the reader makes an expression of the text, for which `checkTexts` holds, or refuses it with a
+/// place and a sentence, and that it needs no more memory and time than it may.
+std::string checkReader(ReaderT read, std::uint8_t const* data, std::size_t size);
+
+/// Checks that the expression reads back from its prefix text, plain text, LaTeX and MathJSON.
 std::string checkTexts(AlgebraicExpressionC const& expression);
 
 /// Checks that an expression, when shown and read again, is the same at the latest from the second time on.

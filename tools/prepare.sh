@@ -31,7 +31,7 @@ die() {
 packages_for() {
   local tool='libcli11-dev libexpat1-dev libcairo2-dev libfreetype-dev libharfbuzz-dev fonts-katex fonts-dejavu-core'
   case $1 in
-    build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config' ;;
+    build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config nlohmann-json3-dev' ;;
     tool) echo "$tool" ;;
     desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
     test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;

@@ -10,6 +10,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/mathjson/mathjson.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -20,7 +21,17 @@ namespace {
 
 constexpr unsigned long progress_step = 1000;
 
-enum TargetE { TO_PLAIN, TO_LATEX, TO_INFIX, TO_PREFIX, TO_TREE, TO_TOKENS, TO_LAYOUT, TO_DRAWING };
+enum TargetE {
+  TO_PLAIN,
+  TO_LATEX,
+  TO_MATHJSON,
+  TO_INFIX,
+  TO_PREFIX,
+  TO_TREE,
+  TO_TOKENS,
+  TO_LAYOUT,
+  TO_DRAWING
+};
 enum SurfaceE { SURFACE_RECORDING, SURFACE_TYPESET };
 
 constexpr char footer[] =
@@ -70,6 +81,11 @@ class ConverterC {
       case TO_LATEX: {
         auto const expression = formula.getExpression(fault);
         if (expression) out = toUtf8(exchange::toLatex(*expression));
+        return static_cast<bool>(expression);
+      }
+      case TO_MATHJSON: {
+        auto const expression = formula.getExpression(fault);
+        if (expression) out = toUtf8(mathjson::toMathJson(*expression));
         return static_cast<bool>(expression);
       }
       case TO_PREFIX: {
@@ -138,6 +154,7 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
   addChoice<TargetE>(command, "--to", settings->to,
                      {{"plain", TO_PLAIN},
                       {"latex", TO_LATEX},
+                      {"mathjson", TO_MATHJSON},
                       {"infix", TO_INFIX},
                       {"prefix", TO_PREFIX},
                       {"tree", TO_TREE},

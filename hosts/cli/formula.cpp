@@ -1,5 +1,7 @@
 #include "hosts/cli/formula.h"
 
+#include <utility>
+
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/number_display_format.h"
@@ -8,6 +10,7 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/error_text.h"
+#include "zolt/mathjson/mathjson.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -23,23 +26,11 @@ using oss::wstring;
 
 namespace {
 
-PointerTC<AlgebraicExpressionC> readPlain(wstring const& text, FaultS& fault) {
+/// Reads with a reader of another notation.
+template <class ReaderT>
+PointerTC<AlgebraicExpressionC> readWith(ReaderT reader, wstring const& text, FaultS& fault) {
   math::common::ReadErrorS error;
-  auto expression = exchange::fromPlainText(text, CASSessionBC::getSession(), &error);
-  if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
-  return expression;
-}
-
-PointerTC<AlgebraicExpressionC> readLatex(wstring const& text, FaultS& fault) {
-  math::common::ReadErrorS error;
-  auto expression = exchange::fromLatex(text, CASSessionBC::getSession(), &error);
-  if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
-  return expression;
-}
-
-PointerTC<AlgebraicExpressionC> readPrefix(wstring const& text, FaultS& fault) {
-  math::common::ReadErrorS error;
-  auto expression = AlgebraicExpressionC::fromPrefixString(text, CASSessionBC::getSession(), &error);
+  auto expression = reader(text, CASSessionBC::getSession(), &error);
   if (!expression) fault = {toUtf8(error.message), true, error.begin, error.end};
   return expression;
 }
@@ -92,10 +83,14 @@ std::unique_ptr<FormulaC> FormulaC::read(wstring const& text, NotationE notation
   if (notation == NOTATION_TREE) {
     formula->tree_ = readTree(text, fault);
   } else {
-    formula->expression_ = notation == NOTATION_PLAIN    ? readPlain(text, fault)
-                           : notation == NOTATION_LATEX  ? readLatex(text, fault)
-                           : notation == NOTATION_PREFIX ? readPrefix(text, fault)
-                                                         : readInfix(text, fault);
+    auto const readPrefix = [](wstring const& prefix, auto session, auto* error) {
+      return AlgebraicExpressionC::fromPrefixString(prefix, std::move(session), error);
+    };
+    formula->expression_ = notation == NOTATION_PLAIN      ? readWith(exchange::fromPlainText, text, fault)
+                           : notation == NOTATION_LATEX    ? readWith(exchange::fromLatex, text, fault)
+                           : notation == NOTATION_MATHJSON ? readWith(mathjson::fromMathJson, text, fault)
+                           : notation == NOTATION_PREFIX   ? readWith(readPrefix, text, fault)
+                                                           : readInfix(text, fault);
   }
   if (!formula->expression_ && !formula->tree_) return nullptr;
   return formula;

@@ -110,6 +110,7 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
   addChoice<NotationE>(command, "--from", from,
                        {{"plain", NOTATION_PLAIN},
                         {"latex", NOTATION_LATEX},
+                        {"mathjson", NOTATION_MATHJSON},
                         {"infix", NOTATION_INFIX},
                         {"prefix", NOTATION_PREFIX},
                         {"tree", NOTATION_TREE}},

@@ -62,7 +62,7 @@ class ConvertTest(unittest.TestCase):
     def test_every_notation_reads_what_it_wrote(self):
         texts = [line.partition(": ")[2] for line in gallery_lines()]
         _, prefixes, _ = ved("convert", stdin="\n".join(texts))
-        for notation in "plain", "latex", "infix", "prefix", "tree":
+        for notation in "plain", "latex", "mathjson", "infix", "prefix", "tree":
             with self.subTest(notation):
                 status, there, _ = ved("convert", "--from", "prefix", "--to", notation, stdin=prefixes)
                 self.assertEqual(status, OK)
@@ -526,7 +526,7 @@ class CommandLineTest(unittest.TestCase):
         status, script, _ = ved("completion", "zsh")
         self.assertEqual(status, OK)
         self.assertTrue(script.startswith(b"#compdef ved\n"))
-        for word in b"--svg-text", b"(plain latex infix prefix tree)", b"_files -/":
+        for word in b"--svg-text", b"(plain latex mathjson infix prefix tree)", b"_files -/":
             self.assertIn(word, script)
 
 

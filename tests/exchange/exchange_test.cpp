@@ -12,6 +12,8 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/latex_operator.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/mathjson/mathjson.h"
+#include "zolt/mathjson/mathjson_operator.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::exchange {
@@ -59,6 +61,7 @@ struct ExchangeS {
 ExchangeS const plain_text{fromPlainText, [](auto const& expression) { return toPlainText(expression); },
                            u"\""};
 ExchangeS const latex{fromLatex, toLatex, u"\\text"};
+ExchangeS const math_json{mathjson::fromMathJson, mathjson::toMathJson, u"zolt:"};
 
 /// The line's expression if its text is read as the line says, else null.
 ExpressionT readCase(ExchangeS const& exchange, tests::CaseS const& one) {
@@ -90,7 +93,7 @@ TEST(Exchange, EveryStandardOperatorHasAForm) {
       node = makeFunction(name, std::move(arguments));
     }
     AlgebraicExpressionC const expression(node, nullptr);
-    for (ExchangeS const* exchange : {&plain_text, &latex}) {
+    for (ExchangeS const* exchange : {&plain_text, &latex, &math_json}) {
       wstring const text = exchange->write(expression);
       EXPECT_EQ(wstring::npos, text.find(exchange->formless)) << tests::toUtf8(text);
       ExpressionT const again = exchange->read(text, nullptr, nullptr);
@@ -117,6 +120,13 @@ TEST(Latex, Cases) {
   for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/latex.cases")) {
     SCOPED_TRACE(one.where + ": " + one.input);
     readCase(latex, one);
+  }
+}
+
+TEST(MathJson, Cases) {
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/mathjson.cases")) {
+    SCOPED_TRACE(one.where + ": " + one.input);
+    readCase(math_json, one);
   }
 }
 
@@ -152,11 +162,20 @@ TEST(Latex, HostsAddOperators) {
   EXPECT_EQ("+(∇,in)", read(u"\\text{∇}+\\mathrm{\\text{in}}"));
 }
 
+TEST(MathJson, HostsAddOperators) {
+  mathjson::registerMathJsonOperator({u"rank", 1, u"MatrixRank", {u"Rank"}});
+  auto const expression = mathjson::fromMathJson(u"[\"Add\",[\"Rank\",\"A\"],[\"zolt:Rank\",1]]", nullptr);
+  ASSERT_TRUE(expression);
+  EXPECT_EQ("+(rank(A),Rank(1))", tests::toUtf8(expression->toPrefixString()));
+  EXPECT_EQ("[\"Add\",[\"MatrixRank\",\"A\"],[\"zolt:Rank\",1]]",
+            tests::toUtf8(mathjson::toMathJson(*expression)));
+}
+
 TEST(Exchange, EmptyExpressionAndSession) {
   PointerTC<CASSessionBC> const session(new CASSessionBC);
-  for (ExchangeS const* exchange : {&plain_text, &latex}) {
+  for (ExchangeS const* exchange : {&plain_text, &latex, &math_json}) {
     EXPECT_TRUE(exchange->write(AlgebraicExpressionC(nullptr, nullptr)).empty());
-    EXPECT_EQ(session, exchange->read(u"x", session, nullptr)->getCASSession());
+    EXPECT_EQ(session, exchange->read(u"1", session, nullptr)->getCASSession());
     EXPECT_FALSE(exchange->read(u")", session, nullptr));
   }
 }

@@ -6,6 +6,7 @@
 #include "tests/support/cases.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/exchange/latex.h"
+#include "zolt/mathjson/mathjson.h"
 
 namespace zolt::exchange {
 namespace {
@@ -30,10 +31,13 @@ constexpr ShapeS shapes[] = {{u"+", 2},         {u"-", 2},        {u"*", 2},    
                              {u"where", 3},     {u"binomial", 2}, {u"index", 2},    {u"index", 3},
                              {u"conj", 1},      {u"vec", 1},      {u"hat", 1},      {u"dot", 1},
                              {u"matrix", 0},    {u"det", 0},      {u"cases", 0},    {u"set", 0},
-                             {u"interval", 4},  {u"list", 0},     {u"f", 0},        {u"zeta", 1}};
-constexpr char16_t const* leaves[] = {u"x",    u"y",  u"i",  u"d",   u"f", u"x_1", u"n_max", u"θ",  u"_PI",
-                                      u"∞",    u"∂",  u"∇",  u"1",   u"0", u"−1",  u"2",     u"10", u"2.5",
-                                      u"1e−3", u"f′", u"if", u"a-b", u"E", u"and", u"𝑎",     u"ℝ",  u"pi"};
+                             {u"interval", 4},  {u"list", 0},     {u"Limits", 3},   {u"Open", 1},
+                             {u"Tuple", 2},     {u"Add", 2},      {u"Function", 2}, {u"f", 0},
+                             {u"zeta", 1}};
+constexpr char16_t const* leaves[] = {
+    u"x", u"y",   u"i", u"d",  u"f",  u"x_1", u"n_max", u"θ",      u"_PI", u"∞",  u"∂",
+    u"∇", u"1",   u"0", u"−1", u"2",  u"10",  u"2.5",   u"1e−3",   u"f′",  u"if", u"a-b",
+    u"E", u"and", u"𝑎", u"ℝ",  u"pi", u"Pi",  u"Add",   u"zolt:x", u"'q'", u"\"", u"Nothing"};
 
 class MakerC {
  public:
@@ -84,15 +88,23 @@ class MakerC {
   std::mt19937 random_;
 };
 
+struct NotationS {
+  wstring (*write)(AlgebraicExpressionC const&);
+  PointerTC<AlgebraicExpressionC> (*read)(wstring const&, PointerTC<CASSessionBC>, ReadErrorS*);
+};
+
 TEST(Notations, RandomExpressionsReadBack) {
   MakerC maker(20);
-  for (unsigned i = 0; i < 20000; ++i) {
+  for (unsigned i = 0; i < 8000; ++i) {
     AlgebraicExpressionC const expression(maker.make(1 + i % 24), nullptr);
-    wstring const text = toLatex(expression);
-    auto const read = fromLatex(text, nullptr);
-    ASSERT_TRUE(read && read->equals(expression)) << tests::toUtf8(expression.toPrefixString()) << "\n"
-                                                  << tests::toUtf8(text) << "\n"
-                                                  << (read ? tests::toUtf8(read->toPrefixString()) : "");
+    for (NotationS const& notation :
+         {NotationS{toLatex, fromLatex}, NotationS{mathjson::toMathJson, mathjson::fromMathJson}}) {
+      wstring const text = notation.write(expression);
+      auto const read = notation.read(text, nullptr, nullptr);
+      ASSERT_TRUE(read && read->equals(expression)) << tests::toUtf8(expression.toPrefixString()) << "\n"
+                                                    << tests::toUtf8(text) << "\n"
+                                                    << (read ? tests::toUtf8(read->toPrefixString()) : "");
+    }
   }
 }
 

@@ -14,6 +14,7 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/mathjson/mathjson.h"
 #include "zolt/script/event_script.h"
 #include "zolt/sheet/sheet_text.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
@@ -42,6 +43,7 @@ TreeNotationS readTree(wstring const& text) {
 
 void readPrefix(wstring const& text) { static_cast<void>(AlgebraicExpressionC::fromPrefixString(text)); }
 void readLatex(wstring const& text) { (void)exchange::fromLatex(text, nullptr); }
+void readMathJson(wstring const& text) { (void)mathjson::fromMathJson(text, nullptr); }
 void readPlain(wstring const& text) { static_cast<void>(exchange::fromPlainText(text, nullptr)); }
 void readNotation(wstring const& text) { readTree(text); }
 void readInfix(wstring const& text) {
@@ -125,7 +127,20 @@ TEST(Amplification, MemoryIsInProportion) {
         {u"", u"\\int ", u"x"},
         {u"x", u"!", u""},
         {u"", u"|", u""},
-        {u"f(1", u",1", u")"}}},
+        {u"f(1", u",1", u")"},
+        {u"", u"\\begin{array}{c}", u""},
+        {u"x", u"_{a", u""},
+        {u"\\begin{matrix}1", u"&1", u"\\end{matrix}"},
+        {u"\\begin{matrix}1", u"\\\\1", u"\\end{matrix}"}}},
+      {"MathJSON",
+       readMathJson,
+       220,
+       {{u"[\"f\"", u",1", u"]"},
+        {u"", u"[\"f\",", u"1"},
+        {u"", u"{\"fn\":[\"f\",", u"1"},
+        {u"", u"[", u""},
+        {u"{\"a\":", u"[", u""},
+        {u"[\"Matrix\",[\"List\"", u",[\"List\",1]", u"]]"}}},
       {"infix text",
        readInfix,
        160,

@@ -1,17 +1,20 @@
 #include <algorithm>
 
 #include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_differential.h"
 #include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/detail/latex_writer.h"
-#include "zolt/exchange/detail/written_operand.h"
 
 // How the writer writes operations that have a form of their own.
 namespace zolt::exchange::detail {
 
+using math::algexpr::asTable;
 using math::algexpr::castNode;
+using math::algexpr::countColumns;
 using math::algexpr::IntegerNodeC;
+using math::algexpr::isName;
 
 namespace {
 

@@ -5,11 +5,11 @@
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_differential.h"
 #include "zolt/exchange/detail/latex_parser.h"
-#include "zolt/exchange/detail/written_operand.h"
 
 // What the parser makes of operands that it has read.
 namespace zolt::exchange::detail {

@@ -5,9 +5,9 @@
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_parser.h"
-#include "zolt/exchange/detail/written_operand.h"
 
 // How the parser reads what has several operands of its own: tables, sets, intervals, indices.
 namespace zolt::exchange::detail {

@@ -3,16 +3,19 @@
 #include <algorithm>
 
 #include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
-#include "zolt/exchange/detail/written_operand.h"
 
 namespace zolt::exchange::detail {
 
 using namespace math::common;
 using math::algexpr::castNode;
+using math::algexpr::findWrittenOperand;
 using math::algexpr::IntegerNodeC;
+using math::algexpr::isName;
+using math::algexpr::isNumber;
 
 namespace {
 

@@ -4,13 +4,16 @@
 
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/plain_lexer.h"
-#include "zolt/exchange/detail/written_operand.h"
 
 namespace zolt::exchange::detail {
 
 namespace common = math::common;
+using math::algexpr::asBrackets;
+using math::algexpr::findWrittenOperand;
+using math::algexpr::isNumber;
 using math::algexpr::NodeABC;
 using math::algexpr::ParentNodeABC;
 

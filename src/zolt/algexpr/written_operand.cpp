@@ -1,13 +1,10 @@
-#include "zolt/exchange/detail/written_operand.h"
+#include "zolt/algexpr/written_operand.h"
 
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/nodes.h"
-#include "zolt/exchange/detail/notation.h"
 
-namespace zolt::exchange::detail {
-
-using namespace math::algexpr;
+namespace zolt::math::algexpr {
 
 bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
 
@@ -15,13 +12,13 @@ bool isName(NodeABC const& node) { return !node.asParent() && !isNumber(node); }
 
 ParentNodeABC const* asBrackets(NodeABC const& node) {
   ParentNodeABC const* const parent = node.asParent();
-  return parent && parent->numChildren() == 1 && node.crefName() == bracket_name ? parent : nullptr;
+  return parent && parent->numChildren() == 1 && node.crefName() == u"_quietpos" ? parent : nullptr;
 }
 
 NodeABC const* findWrittenOperand(ParentNodeABC const& node, unsigned long index) {
   auto const isGuarded = [&](PointerTC<NodeABC> const& operand) {
     std::vector<PointerTC<NodeABC>> const operands(node.numChildren(), operand);
-    PointerTC<NodeABC> const made = math::algexpr::makeOperation(node.crefName(), operands);
+    PointerTC<NodeABC> const made = makeOperation(node.crefName(), operands);
     return made->asParent()->childPointer(index) != operand;
   };
   ParentNodeABC const* const brackets = asBrackets(node.child(index));
@@ -51,4 +48,4 @@ std::vector<PointerTC<NodeABC>> childrenOf(ParentNodeABC const& node) {
   return children;
 }
 
-}  // namespace zolt::exchange::detail
+}  // namespace zolt::math::algexpr
