@@ -10,6 +10,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/exchange/typst.h"
 #include "zolt/mathjson/mathjson.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/node4.h"
@@ -25,6 +26,7 @@ enum TargetE {
   TO_PLAIN,
   TO_LATEX,
   TO_MATHJSON,
+  TO_TYPST,
   TO_INFIX,
   TO_PREFIX,
   TO_TREE,
@@ -86,6 +88,11 @@ class ConverterC {
       case TO_MATHJSON: {
         auto const expression = formula.getExpression(fault);
         if (expression) out = toUtf8(mathjson::toMathJson(*expression));
+        return static_cast<bool>(expression);
+      }
+      case TO_TYPST: {
+        auto const expression = formula.getExpression(fault);
+        if (expression) out = toUtf8(exchange::toTypst(*expression));
         return static_cast<bool>(expression);
       }
       case TO_PREFIX: {
@@ -155,6 +162,7 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
                      {{"plain", TO_PLAIN},
                       {"latex", TO_LATEX},
                       {"mathjson", TO_MATHJSON},
+                      {"typst", TO_TYPST},
                       {"infix", TO_INFIX},
                       {"prefix", TO_PREFIX},
                       {"tree", TO_TREE},

@@ -12,6 +12,7 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/latex_operator.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/exchange/typst.h"
 #include "zolt/mathjson/mathjson.h"
 #include "zolt/mathjson/mathjson_operator.h"
 #include "zolt/ved/tree/node4.h"
@@ -160,6 +161,16 @@ TEST(Latex, HostsAddOperators) {
   EXPECT_EQ("*(^(x,2),adjoint(A))", read(u"x^2A^\\dagger"));
   EXPECT_EQ("rank(pair(a,b))", read(u"\\operatorname{rk}\\pair{b}a"));
   EXPECT_EQ("+(∇,in)", read(u"\\text{∇}+\\mathrm{\\text{in}}"));
+}
+
+TEST(Typst, Cases) {
+  registerTypstOperator({u"dual", 1, 5, u"@1^*"});
+  for (tests::CaseS const& one : tests::readCases(ZOLT_TEST_DATA "/typst.cases")) {
+    SCOPED_TRACE(one.where);
+    auto const expression = AlgebraicExpressionC::fromPrefixString(tests::fromUtf8(one.input));
+    ASSERT_TRUE(expression);
+    EXPECT_EQ(one.expected, tests::toUtf8(toTypst(*expression)));
+  }
 }
 
 TEST(MathJson, HostsAddOperators) {

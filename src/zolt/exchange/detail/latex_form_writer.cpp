@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/nodes.h"
 #include "zolt/algexpr/written_operand.h"
+#include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_differential.h"
 #include "zolt/exchange/detail/latex_names.h"
@@ -199,9 +200,12 @@ void LatexWriterC::writeList(ParentNodeABC const& node, LatexNotationS const& no
 // Writes an operand with others below it.
 void LatexWriterC::writeIndex(ParentNodeABC const& node) {
   if (node.numChildren() < 2) return writeCall(node);
+  static constexpr char16_t scripts[] = {u'_', math::common::prime_sign, u'\0'};
   NodeABC const& base = node.child(0);
   bool const isBare = isName(base) && !isPrefixLetter(base.crefName());
-  bool const hasIndex = isBare && base.crefName() != pi_name && base.crefName().find(u'_') != wstring::npos;
+  // TeX takes primes as an exponent.
+  bool const hasIndex =
+      isBare && base.crefName() != pi_name && base.crefName().find_first_of(scripts) != wstring::npos;
   bool const calls = isBare && writeLatexName(base.crefName()).kind != LATEX_NAME_PLAIN;
   later(u"}", EDGE_SIGN, calls ? EDGE_CALLS : EDGE_OTHER);
   later(TASK_INDEX_END);
