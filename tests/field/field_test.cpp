@@ -5,6 +5,7 @@
 
 #include "tests/support/stage.h"
 #include "tests/support/uneven_graphics.h"
+#include "zolt/algexpr/cas_request.h"
 #include "zolt/field/error_text.h"
 #include "zolt/field/surrounding_text.h"
 #include "zolt/ved/tree/row_view.h"
@@ -277,6 +278,31 @@ TEST(FieldRefusals, NameTheCharacterAndThePlace) {
   EXPECT_EQ(whyRefused(field.typeCharacter(u'c')), "|This formula is not allowed here");
   EXPECT_TRUE(field.run(COMMAND_LEFT));
   EXPECT_FALSE(field.takeRefusal(refusal));
+}
+
+// Whatever part of its expression an engine names, the field selects just what it was written as.
+TEST(FieldExpression, IsSelectedByParts) {
+  field::FormulaFieldC field(new surfaces::RecordingGraphicsC);
+  for (char const* const text :
+       {"1/(x-x)+2", "-3+a*b*c-d", "sqrt(nthroot(x,3)!)^(y+1)", "sum(k,1,1,k^2)+sum(k,1,1,k)", "int(a,a,x,x)",
+        "f(x,g(y))=2 and not x<1", "diff(x,x)+where(x,x,2)", "log(abs(x),2)-90°", "((a+b))*c",
+        "\"long name\"/2+a:=3"}) {
+    ASSERT_TRUE(field.setPlainText(toText(text))) << text;
+    auto const expression = field.getExpression();
+    unsigned long number = 0;
+    for (; auto const part = math::algexpr::findPart(*expression, number); ++number) {
+      ASSERT_TRUE(field.selectPart(number)) << text << ' ' << number;
+      EXPECT_EQ(toUtf8(field.copy().prefix), toUtf8(AlgebraicExpressionC(part, nullptr).toPrefixString()))
+          << text << ' ' << number;
+    }
+    EXPECT_FALSE(field.selectPart(number));
+  }
+  // Signs that are not shown belong to what they join.
+  EXPECT_TRUE(field.setNotation(u"[\"1+2xy sin z‸\"]"));
+  EXPECT_TRUE(field.selectPart(2));
+  EXPECT_EQ(toUtf8(field.writeNotation()), "[\"1+⚑2xy sin z‸\"]");
+  EXPECT_TRUE(field.setNotation(u"[\"1+\", /<[\"2\"] ; [\"x\"]>, \"+‸\"]"));
+  EXPECT_FALSE(field.selectPart(0));
 }
 
 // What is kept and copied has the letter of a name that may still grow.

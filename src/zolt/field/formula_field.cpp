@@ -188,6 +188,13 @@ PointerTC<AlgebraicExpressionC> FormulaFieldC::getExpression(FormulaErrorS* erro
   return nullptr;
 }
 
+bool FormulaFieldC::selectPart(unsigned long number) {
+  std::vector<SelectionS> parts;
+  ReplacementS const completion = findCompletion();
+  static_cast<void>(diagnoseTyped(view_.crefRoot(), view_.crefOperatorList(), options_, completion, &parts));
+  return number < parts.size() && setSelection(parts[number]);
+}
+
 wstring FormulaFieldC::writeNotation() const {
   return writeTreeNotation(view_.crefRoot(), view_.getSelection());
 }

@@ -80,6 +80,10 @@ class FormulaFieldC {
   /// Completes a name that was just typed, and diagnoses. Null when the formula is incomplete or wrong; with
   /// `error` (may be null) the faulty part is then selected; what is typed or pasted next comes after it.
   PointerTC<math::algexpr::AlgebraicExpressionC> getExpression(FormulaErrorS* error = nullptr);
+  /// Selects what a node of `getExpression` came from: the node with this number in the order of the prefix
+  /// text, every node before its children, as `CASResultS::part` counts. False, with nothing changed, when
+  /// there is none, or the formula is no expression.
+  bool selectPart(unsigned long number);
   /// The formula as a tree with caret and selection, for dumps and tests.
   wstring writeNotation() const;
   /// The formula as a tree to be kept: a name that was just typed counts as the letter that it will be.

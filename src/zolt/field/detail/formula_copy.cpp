@@ -102,9 +102,12 @@ void FormulaCopyC::rememberItems(Node4C const& row) {
   for (unsigned long i = 0; i < row.numChildren(); ++i) origins_[row.child(i)] = {original.child(i), 0, {}};
 }
 
-DiagnosisS FormulaCopyC::diagnose() const {
+DiagnosisS FormulaCopyC::diagnose(std::vector<SelectionS>* parts) const {
   DiagnosisS found = math::ved::diagnose(*root_);
   found.range = {toOriginal(found.range.anchor), toOriginal(found.range.caret)};
+  if (!found.expression || !parts) return found;
+  *parts = math::ved::findParts(*root_);
+  for (SelectionS& part : *parts) part = {toOriginal(part.anchor), toOriginal(part.caret)};
   return found;
 }
 

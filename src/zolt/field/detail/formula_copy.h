@@ -39,8 +39,9 @@ class FormulaCopyC {
   /// side by side.
   void edit(Node4C& row, std::vector<EditS> const& edits);
   bool isEdited() const { return !origins_.empty(); }
-  /// The diagnosis of the copy; a faulty part is given by its places in the formula itself.
-  math::ved::DiagnosisS diagnose() const;
+  /// The diagnosis of the copy; a faulty part is given by its places in the formula itself, and so are,
+  /// unless `parts` is null, the parts that the nodes of an expression came from.
+  math::ved::DiagnosisS diagnose(std::vector<math::ved::SelectionS>* parts) const;
 
  private:
   /// Where an item of an edited row comes from.

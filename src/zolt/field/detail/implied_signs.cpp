@@ -355,18 +355,19 @@ void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators
 }  // namespace
 
 DiagnosisS diagnoseTyped(Node4C const& formula, OperatorListC const& operators, InputOptionsS const& options,
-                         ReplacementS const& completion) {
+                         ReplacementS const& completion, std::vector<SelectionS>* parts) {
   DiagnosisS found;
   if (!completion.begin) found = math::ved::diagnose(formula);
+  if (found.expression && parts) *parts = math::ved::findParts(formula);
   bool const lacksSigns = found.cause != ERROR_CAUSE_PLACEHOLDER && found.cause != ERROR_CAUSE_EMPTY;
   if (found.expression || !(completion.begin || lacksSigns)) return found;
   FormulaCopyC copy(formula, operators, completion);
-  if (completion.begin) found = copy.diagnose();
+  if (completion.begin) found = copy.diagnose(parts);
   if (found.expression) return found;
   walkTree(copy.refRoot(), [&](Node4C& node) {
     if (node.getType() == NODE4_LINE) completeRow(copy, node, operators, options);
   });
-  return copy.isEdited() ? copy.diagnose() : found;
+  return copy.isEdited() ? copy.diagnose(parts) : found;
 }
 
 }  // namespace zolt::field::detail

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "zolt/oss/pointer.h"
 #include "zolt/ved/convert/error_selection.h"
 #include "zolt/ved/tree/place.h"
@@ -21,5 +23,10 @@ struct DiagnosisS {
 
 /// Converts the tree of a formula, in canonical form, and leaves it as it is.
 DiagnosisS diagnose(Node4C const& root);
+
+/// Where in a formula each node of its expression came from, in the order of the prefix text: every node
+/// before its children. The map is beside the expression, since nodes may be shared. It costs one conversion.
+/// Empty when the formula is no expression. What a construct adds of its own came from all of it.
+std::vector<SelectionS> findParts(Node4C const& root);
 
 }  // namespace zolt::math::ved

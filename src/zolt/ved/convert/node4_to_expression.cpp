@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/convert/diagnosis.h"
 #include "zolt/ved/operators/operator.h"
+#include "zolt/ved/parser/prefix_part.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_walk.h"
 
@@ -14,7 +16,9 @@ namespace zolt::math::ved {
 /// prefix text, and hands that text to the row around it when it ends.
 class RowWriterC {
  public:
-  explicit RowWriterC(ErrorSelectionS& error) : error_(error) {}
+  /// Unless `parts` is null, `writePrefix` leaves there where each node of the prefix text came from.
+  explicit RowWriterC(ErrorSelectionS& error, std::vector<SelectionS>* parts = nullptr)
+      : error_(error), parts_(parts) {}
 
   /// The infix text of `row`.
   bool writeInfix(Node4C& row, wstring& infix) {
@@ -26,7 +30,7 @@ class RowWriterC {
   /// The prefix text of `row`.
   bool writePrefix(Node4C& row, wstring& prefix) {
     if (!writeItems(row)) return false;
-    return convert(rows_.back(), prefix);
+    return convert(rows_.back(), prefix, parts_);
   }
 
  private:
@@ -43,6 +47,8 @@ class RowWriterC {
     wstring infix;
     std::vector<RunS> runs;
     std::vector<wstring> arguments;  // of the construct under way, its rows that are written
+    std::vector<std::vector<SelectionS>> argumentParts;
+    std::vector<std::vector<SelectionS>> runParts;  // of constructs' prefix texts, as far as runs have any
   };
 
   /// Leaves the finished infix text of `top` in the last entry of the stack.
@@ -62,13 +68,16 @@ class RowWriterC {
   WalkE end(Node4C const& node, Node4C const& top) {
     if (&node == &top) return WALK_INTO;
     if (node.getParent()->getType() == NODE4_LINE) {
+      if (parts_) collectParts(rows_.back(), node);
       endItem(rows_.back(), node);
       return WALK_INTO;
     }
     wstring prefix;
-    if (!convert(rows_.back(), prefix)) return WALK_STOP;
+    std::vector<SelectionS> parts;
+    if (!convert(rows_.back(), prefix, parts_ ? &parts : nullptr)) return WALK_STOP;
     rows_.pop_back();
     rows_.back().arguments.push_back(std::move(prefix));
+    if (parts_) rows_.back().argumentParts.push_back(std::move(parts));
     return WALK_INTO;
   }
 
@@ -118,12 +127,91 @@ class RowWriterC {
     current.arguments.clear();
   }
 
-  bool convert(RowS const& current, wstring& prefix) {
+  /// How many nodes a prefix text has: one for each run of characters that are no brackets or commas.
+  template <class TakeT>
+  static void forEachName(wstring const& prefix, TakeT const& take) {
+    constexpr char16_t const* between = u"(),";
+    for (std::size_t at = prefix.find_first_not_of(between); at != prefix.npos;) {
+      std::size_t const end = std::min(prefix.find_first_of(between, at), prefix.size());
+      take(prefix.substr(at, end - at));
+      at = prefix.find_first_not_of(between, end);
+    }
+  }
+
+  /// Which rows of a construct the nodes of its prefix text came from. A construct may write its rows in
+  /// another order and names of its own between them, so it is asked where it writes some other texts.
+  static void collectParts(RowS& current, Node4C const& item) {
+    current.runParts.resize(current.runs.size());
+    std::vector<SelectionS>& parts = current.runParts.back();
+    SelectionS const whole{placeBefore(item), placeAfter(item)};
+    std::vector<std::vector<SelectionS>> rows = std::exchange(current.argumentParts, {});
+    if (item.getType() == NODE4_POWER) {
+      parts = std::move(rows.front());
+      return;
+    }
+    std::vector<wstring> marks;
+    constexpr char16_t first_mark = 0xE000;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      marks.push_back(wstring(2, static_cast<char16_t>(first_mark + i % 0x1000)));
+      marks.back()[1] = static_cast<char16_t>(first_mark + i / 0x1000);
+    }
+    std::size_t found = 0;
+    parts.push_back(whole);
+    forEachName(item.crefOperator()->arrangeArgumentList(marks), [&](wstring const& name) {
+      auto const mark = std::find(marks.begin(), marks.end(), name);
+      if (mark == marks.end()) {
+        parts.push_back(whole);
+        return;
+      }
+      auto const& row = rows[static_cast<std::size_t>(mark - marks.begin())];
+      parts.insert(parts.end(), row.begin(), row.end());
+      ++found;
+    });
+    if (found == rows.size()) return;
+    // It reads its rows; then it is one part as a whole.
+    parts.assign(1, whole);
+    forEachName(item.crefOperator()->arrangeArgumentList(current.arguments),
+                [&](wstring const&) { parts.push_back(whole); });
+  }
+
+  /// Where the nodes of the row's prefix text came from.
+  static void placeParts(RowS const& current, std::vector<PrefixPartS> const& written,
+                         std::vector<SelectionS>& parts) {
+    for (PrefixPartS const& part : written) {
+      bool const isFinished = !part.isFunction && current.infix[part.start] == Node4C::PREFIX_C;
+      if (!isFinished) {
+        parts.push_back(selectionOf(current, part.start, part.end));
+        continue;
+      }
+      auto const run = static_cast<std::size_t>(findRun(current, part.start) - current.runs.begin());
+      if (run < current.runParts.size() && !current.runParts[run].empty()) {
+        auto const& inside = current.runParts[run];
+        parts.insert(parts.end(), inside.begin(), inside.end());
+        continue;
+      }
+      SelectionS const whole = selectionOf(current, part.start, part.end);
+      forEachName(current.infix.substr(part.start + 1, part.end - part.start - 2),
+                  [&](wstring const&) { parts.push_back(whole); });
+    }
+  }
+  static SelectionS selectionOf(RowS const& current, unsigned int start, unsigned int end) {
+    ErrorSelectionS places;
+    findPlace(current, start, places.firstNode, places.firstIndex);
+    findPlace(current, end, places.secondNode, places.secondIndex);
+    return {faultStart({places.firstNode, places.firstIndex}),
+            faultEnd({places.secondNode, places.secondIndex})};
+  }
+
+  bool convert(RowS const& current, wstring& prefix, std::vector<SelectionS>* parts) {
     constexpr unsigned int not_set = std::numeric_limits<unsigned int>::max();
     unsigned int first = not_set;
     unsigned int second = not_set;
     ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
-    if (Node4C::convertInfixToPrefix(current.infix, prefix, first, second, cause)) return true;
+    std::vector<PrefixPartS> written;
+    bool const isConverted =
+        convertInfixToParts(current.infix, prefix, first, second, cause, parts ? &written : nullptr);
+    if (isConverted && parts) placeParts(current, written, *parts);
+    if (isConverted) return true;
     error_ = ErrorSelectionS();
     error_.cause = cause;
     findPlace(current, first, error_.firstNode, error_.firstIndex);
@@ -139,14 +227,18 @@ class RowWriterC {
       index = static_cast<unsigned int>(current.row->numChildren());
       return;
     }
+    auto const run = findRun(current, position);
+    node = run->node;
+    index = position - run->start;
+  }
+  static std::vector<RunS>::const_iterator findRun(RowS const& current, unsigned int position) {
     // Of several runs that start here all but the last are empty.
-    auto const after = std::upper_bound(current.runs.begin(), current.runs.end(), position,
-                                        [](unsigned int p, RunS const& run) { return p < run.start; });
-    node = std::prev(after)->node;
-    index = position - std::prev(after)->start;
+    return std::prev(std::upper_bound(current.runs.begin(), current.runs.end(), position,
+                                      [](unsigned int p, RunS const& run) { return p < run.start; }));
   }
 
   ErrorSelectionS& error_;
+  std::vector<SelectionS>* parts_;
   std::vector<RowS> rows_;
 };
 
@@ -174,6 +266,15 @@ PointerTC<algexpr::AlgebraicExpressionC> Node4C::getAlgebraicExpression(ErrorSel
     fault = {row->child(0), 0, row, static_cast<unsigned int>(row->numChildren()), ERROR_CAUSE_SYNTAX};
   }
   return expression;
+}
+
+std::vector<SelectionS> findParts(Node4C const& root) {
+  ErrorSelectionS error;
+  std::vector<SelectionS> parts;
+  wstring prefix;
+  bool const isExpression =
+      RowWriterC(error, &parts).writePrefix(*const_cast<Node4C&>(root).child(0), prefix);
+  return isExpression ? parts : std::vector<SelectionS>();
 }
 
 DiagnosisS diagnose(Node4C const& root) {

@@ -30,7 +30,8 @@ bool isNumberToken(std::u16string_view text, std::u16string_view& number) {
 
 InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) { frames_.reserve(8); }
 
-bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause) {
+bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause,
+                        std::vector<PrefixPartS>* parts) {
   NextE next = NEXT_OPERAND;
   while (next == NEXT_OPERAND || next == NEXT_SIGN) next = next == NEXT_OPERAND ? readOperand() : readSign();
   if (next == NEXT_FAILED) {
@@ -39,7 +40,7 @@ bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end,
     cause = errorCause_;
     return false;
   }
-  builder_.write(operand_, output);
+  builder_.write(operand_, output, parts);
   return true;
 }
 
@@ -59,7 +60,7 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_VERBATIM:
       return takeLeaf(lexer_.viewCurrentToken());
     case TOKEN_OPEN:
-      return begin({PENDING_GROUP, RULE_IN_BRACKETS, builder_.addFunction(u"_quietpos")});
+      return begin({PENDING_GROUP, RULE_IN_BRACKETS, addFunction(u"_quietpos")});
     case TOKEN_PLUS:
       return beginPrefix(u"_pos", RULE_SIGN);
     case TOKEN_MINUS:
@@ -67,6 +68,14 @@ InfixParserC::NextE InfixParserC::readOperand() {
     default:
       return fail(ERROR_CAUSE_SYNTAX);
   }
+}
+
+/// A function whose name or sign is the current token.
+InfixParserC::PartT InfixParserC::addFunction(std::u16string_view name) {
+  unsigned int start = 0;
+  unsigned int end = 0;
+  lexer_.getCurrentTokenPosition(start, end);
+  return builder_.addFunction(name, start, end);
 }
 
 InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
@@ -77,7 +86,7 @@ InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
 
 InfixParserC::NextE InfixParserC::beginPrefix(std::u16string_view name, RuleT operandRule) {
   if (currentRule() > operandRule) return fail(ERROR_CAUSE_SYNTAX);
-  return begin({PENDING_PREFIX, operandRule, builder_.addFunction(name)});
+  return begin({PENDING_PREFIX, operandRule, addFunction(name)});
 }
 
 /// A word or sign of the operator table where an operand is needed.
@@ -94,7 +103,10 @@ InfixParserC::NextE InfixParserC::readPrefix() {
 }
 
 InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {
-  operand_ = builder_.addLeaf(text);
+  unsigned int start = 0;
+  unsigned int end = 0;
+  lexer_.getCurrentTokenPosition(start, end);
+  operand_ = builder_.addLeaf(text, start, end);
   lexer_.readNextToken();
   return NEXT_SIGN;
 }
@@ -178,7 +190,7 @@ InfixParserC::NextE InfixParserC::readSign() {
   }
   if (!isSign || sign.rule < currentRule()) return readBracketEnd();
 
-  PartT const operation = builder_.addFunction(sign.name);
+  PartT const operation = addFunction(sign.name);
   builder_.addArgument(operation, operand_);
   lexer_.readNextToken();
   if (sign.rightRule == no_operand) {
@@ -199,11 +211,11 @@ void InfixParserC::finishOperation() {
     std::u16string_view const text = builder_.crefText(operand_);
     std::u16string_view number;
     if (frame.kind == PENDING_PREFIX && name == negation_name && isNumberToken(text, number)) {
-      operand_ = builder_.addNegativeNumber(number);
+      operand_ = builder_.addNegativeNumber(number, frame.part, operand_);
       return;
     }
     if (frame.kind == PENDING_INFIX && name == power_name && (text == u"r" || text == u"o")) {
-      builder_.rename(frame.part, text == u"r" ? u"_rad" : u"_deg");
+      builder_.rename(frame.part, text == u"r" ? u"_rad" : u"_deg", operand_);
       operand_ = frame.part;
       return;
     }
@@ -232,6 +244,10 @@ InfixParserC::NextE InfixParserC::readBracketEnd() {
   }
   operand_ = frame.part;
   frames_.pop_back();
+  unsigned int start = 0;
+  unsigned int end = 0;
+  lexer_.getCurrentTokenPosition(start, end);
+  builder_.extend(operand_, end);
   lexer_.readNextToken();
   return NEXT_SIGN;
 }

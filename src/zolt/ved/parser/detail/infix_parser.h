@@ -49,7 +49,9 @@ class InfixParserC {
   /// Appends the prefix text of an assignment, or of anything tighter, to `output` and leaves the lexer on
   /// the token after it. On failure `output` is untouched, and `start` to `end` is the offending token;
   /// otherwise these and the cause are.
-  bool read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause);
+  /// Unless `parts` is null, what is written is appended there.
+  bool read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause,
+            std::vector<PrefixPartS>* parts);
 
  private:
   using PartT = PrefixBuilderC::PartT;
@@ -93,6 +95,7 @@ class InfixParserC {
   NextE beginPrefix(std::u16string_view name, RuleT operandRule);
   NextE readPrefix();
   std::u16string_view keep(wstring name) { return operatorNames_.emplace_front(std::move(name)); }
+  PartT addFunction(std::u16string_view name);
   NextE takeLeaf(std::u16string_view text);
   NextE fail(ErrorCauseE cause);
   NextE failAt(unsigned int start, unsigned int end, ErrorCauseE cause);

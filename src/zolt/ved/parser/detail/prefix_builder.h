@@ -6,6 +6,10 @@
 
 #include "zolt/oss/wstring.h"
 
+namespace zolt::math::ved {
+struct PrefixPartS;
+}
+
 namespace zolt::math::ved::detail {
 
 /// Prefix text in the making. Parts are kept as slices of other texts, which must outlive the builder, and
@@ -17,11 +21,11 @@ class PrefixBuilderC {
   PrefixBuilderC();
 
   /// Text that is copied as it is: a name, a number, finished prefix text.
-  PartT addLeaf(std::u16string_view text);
-  /// The number -`digits`.
-  PartT addNegativeNumber(std::u16string_view digits);
+  PartT addLeaf(std::u16string_view text, unsigned int start, unsigned int end);
+  /// The number -`digits`, of a function that is the sign and its operand.
+  PartT addNegativeNumber(std::u16string_view digits, PartT sign, PartT operand);
   /// A function that has no arguments yet.
-  PartT addFunction(std::u16string_view name);
+  PartT addFunction(std::u16string_view name, unsigned int start, unsigned int end);
   /// Appends the function's next argument, a part that is no argument yet.
   void addArgument(PartT function, PartT argument);
 
@@ -30,10 +34,16 @@ class PrefixBuilderC {
   std::u16string_view crefText(PartT part) const { return parts_[part].text; }
   /// Makes a leaf that was added without arguments a function.
   void makeFunction(PartT leaf) { parts_[leaf].kind = KIND_FUNCTION; }
-  void rename(PartT function, std::u16string_view name) { parts_[function].text = name; }
+  /// Gives a function another name, which stands for its next argument, too.
+  void rename(PartT function, std::u16string_view name, PartT argument) {
+    parts_[function].text = name;
+    parts_[function].end = parts_[argument].end;
+  }
+  /// More characters belong to the part.
+  void extend(PartT part, unsigned int end) { parts_[part].end = end; }
 
-  /// Appends the text of `part` to `output`.
-  void write(PartT part, oss::wstring& output) const;
+  /// Appends the text of `part` to `output` and, unless `written` is null, what is in it from where to that.
+  void write(PartT part, oss::wstring& output, std::vector<PrefixPartS>* written) const;
 
  private:
   enum KindE : std::uint8_t { KIND_LEAF, KIND_NEGATIVE_NUMBER, KIND_FUNCTION };
@@ -44,10 +54,12 @@ class PrefixBuilderC {
     PartT firstArgument;
     PartT lastArgument;
     PartT next;  // argument of the same function
+    std::uint32_t start;
+    std::uint32_t end;
     KindE kind;
   };
 
-  PartT add(KindE kind, std::u16string_view text);
+  PartT add(KindE kind, std::u16string_view text, unsigned int start, unsigned int end);
 
   std::vector<PartS> parts_;
   std::size_t size_ = 0;  // characters that all parts take at most
