@@ -5,7 +5,9 @@
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QFontDatabase>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QLocale>
 #include <QMimeData>
 #include <QSettings>
@@ -247,6 +249,21 @@ void MainWindow::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   view_->setDecimalComma(decimalComma);
   action(QStringLiteral("decimal-comma"))->setChecked(decimalComma);
+}
+
+// A rule is not kept beyond the window: one that somebody has forgotten would only seem to be broken keys.
+void MainWindow::askAllowedFormulas() {
+  QString rules = view_->allowedFormulas();
+  QString note;
+  do {
+    bool accepted = false;
+    QString const label = note + tr("What may be entered, such as “number”, “names x y”, “polynomial x” or\n"
+                                    "“nodes 50”, with “or” between alternatives and “;” between what must\n"
+                                    "all hold. Nothing: every formula.");
+    rules = QInputDialog::getText(this, tr("Restrict Formulas"), label, QLineEdit::Normal, rules, &accepted);
+    if (!accepted) return;
+    note = tr("“%1” is no such rule.").arg(rules) + QStringLiteral("\n\n");
+  } while (!view_->setAllowedFormulas(rules));
 }
 
 void MainWindow::setTyping(QString const& name, bool field::InputOptionsS::*rule, bool on) {

@@ -78,6 +78,7 @@ class MainWindow final : public QMainWindow {
   void remember();
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
+  void askAllowedFormulas();
   void setTyping(QString const& name, bool field::InputOptionsS::*rule, bool on);
   void setStatusForm(QString const& form);
   QString inOneLine(qt::FormulaEdit const& formula) const;

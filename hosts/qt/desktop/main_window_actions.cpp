@@ -174,6 +174,7 @@ void MainWindow::makeViewMenu() {
   add(menu, {"zoom-normal", "&Normal Size", "Ctrl+0"}, [this] { setZoom(1); });
   menu.addSeparator();
   addToggle(menu, {"decimal-comma", "Decimal &Comma", ""}, [this](bool on) { setDecimalComma(on); });
+  add(menu, {"restrict", "&Restrict Formulas…", ""}, [this] { askAllowedFormulas(); });
   auto const addRule = [&](ActionS const& entry, bool field::InputOptionsS::*rule) {
     QString const name = QString::fromLatin1(entry.name);
     addToggle(menu, entry, [=](bool on) { setTyping(name, rule, on); });

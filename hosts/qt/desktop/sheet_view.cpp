@@ -142,6 +142,16 @@ void SheetView::setTyping(bool field::InputOptionsS::*rule, bool on) {
   }
 }
 
+bool SheetView::setAllowedFormulas(QString const& rules) {
+  FormulaEdit probe;
+  if (!probe.setAllowedFormulas(rules)) return false;
+  allowedFormulas_ = probe.allowedFormulas();
+  for (SheetRow* const row : rows_) {
+    if (row->formula()) row->formula()->setAllowedFormulas(allowedFormulas_);
+  }
+  return true;
+}
+
 void SheetView::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   for (SheetRow* const row : rows_) {
@@ -186,6 +196,7 @@ void SheetView::showFormula(SheetRow* row) {
 void SheetView::connectFormula(SheetRow* row) {
   FormulaEdit* const edit = row->formula();
   edit->setDecimalComma(decimalComma_);
+  edit->setAllowedFormulas(allowedFormulas_);
   applyTyping(*edit, typing_);
   auto const tell = [this, row] {
     if (row == current_) emit formulaChanged();

@@ -46,6 +46,10 @@ class SheetView final : public QScrollArea {
   /// What is under the pointer stays in place while the wheel zooms, else what is at the caret.
   void setZoom(qreal zoom);
   void setDecimalComma(bool decimalComma);
+  /// Which formulas may be entered (`FormulaEdit::allowedFormulas`). False, with nothing changed, when the
+  /// text is not understood.
+  bool setAllowedFormulas(QString const& rules);
+  QString const& allowedFormulas() const { return allowedFormulas_; }
   /// Switches a rule of typing in all formulas: `singleLetters` or `suggestions`.
   void setTyping(bool field::InputOptionsS::*rule, bool on);
   field::InputOptionsS const& typing() const { return typing_; }
@@ -110,6 +114,7 @@ class SheetView final : public QScrollArea {
   qreal zoom_ = 1;
   std::optional<QPoint> zoomedAt_;  // on the screen, while the wheel zooms
   bool decimalComma_ = false;
+  QString allowedFormulas_;
   field::InputOptionsS typing_;
   bool replaying_ = false;  // the history is running; changes make no new step
 };

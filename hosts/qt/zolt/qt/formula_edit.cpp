@@ -11,6 +11,7 @@
 
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/catalogue_extended/extended_operators.h"
+#include "zolt/constraints/constraints.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/qt/formula_accessible.h"
@@ -302,7 +303,20 @@ FormulaEdit::Constraints FormulaEdit::constraints() const { return state_->field
 void FormulaEdit::setConstraints(Constraints const& constraints) {
   if (constraints.get() == this->constraints().get()) return;
   state_->field->setConstraints(constraints);
+  state_->allowed.clear();
   emit constraintsChanged();
+}
+
+QString FormulaEdit::allowedFormulas() const { return state_->allowed; }
+
+bool FormulaEdit::setAllowedFormulas(QString const& rules) {
+  Constraints const constraints = constraints::fromText(toWstring(rules), nullptr);
+  if (!constraints && !rules.trimmed().isEmpty()) return false;
+  if (rules == state_->allowed && bool(constraints) == bool(this->constraints())) return true;
+  state_->field->setConstraints(constraints);
+  state_->allowed = constraints ? rules : QString();
+  emit constraintsChanged();
+  return true;
 }
 
 bool FormulaEdit::powersOfTen() const { return state_->powersOfTen; }

@@ -43,6 +43,9 @@ class FormulaEdit : public EditField {
   Q_PROPERTY(qreal zoom READ zoom WRITE setZoom NOTIFY zoomChanged)
   /// Restricts what may be entered from now on; null: everything is allowed.
   Q_PROPERTY(Constraints constraints READ constraints WRITE setConstraints NOTIFY constraintsChanged)
+  /// The same in words, "number or names x y; nodes 50" (`zolt/constraints/constraints.h`); empty:
+  /// everything. Text that is not understood changes nothing. Empty, too, while other constraints are set.
+  Q_PROPERTY(QString allowedFormulas READ allowedFormulas WRITE setAllowedFormulas NOTIFY constraintsChanged)
   /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
   /// Whether 6.02e23 is shown as 6.02·10²³; the text stays.
   Q_PROPERTY(bool powersOfTen READ powersOfTen WRITE setPowersOfTen NOTIFY powersOfTenChanged)
@@ -105,6 +108,8 @@ class FormulaEdit : public EditField {
   void setZoomAround(qreal zoom, QPoint place);
   Constraints constraints() const;
   void setConstraints(Constraints const& constraints);
+  QString allowedFormulas() const;
+  bool setAllowedFormulas(QString const& rules);
   bool powersOfTen() const;
   void setPowersOfTen(bool powersOfTen);
   bool decimalComma() const;

@@ -140,6 +140,7 @@ struct FormulaEdit::StateS {
   bool powersOfTen = false;
   qreal fontSize = 0;  // logical pixels
   unsigned long precision = 0;
+  QString allowed;  // the text of the constraints, when it was text
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
 
   std::optional<unsigned long> unmodifiedAt = 0;  // in the history; no value when that cannot be reached
