@@ -53,6 +53,8 @@ CASResultS ComputationC::run(NodeP const& node) {
   switch (request_.operation) {
     case CAS_EXPAND:
       return finish(expand(pool_, term));
+    case CAS_SIMPLIFY:
+      return finish(simplify(term));
     case CAS_FACTOR:
       return factor(term);
     case CAS_SOLVE:
@@ -220,6 +222,22 @@ CASResultS ComputationC::factor(TermT term) {
   if (!rest.isOne() || factors.empty()) add(rest, 1);
   if (isNegative) factors[0] = makeOperation(u"_neg", {factors[0]});
   return value(makeOperation(u"*", std::move(factors)));
+}
+
+// Sums that are multiplied out may cancel; what is shorter is simpler.
+TermT ComputationC::simplify(TermT term) {
+  auto const sizeOf = [&](TermT top) {
+    std::size_t size = 0;
+    for (TermT part : pool_.partsOf(top)) {
+      ++size;
+      pool_.forEachPart(part, [&](TermT) { ++size; });
+    }
+    return size;
+  };
+  TermT const expanded = expand(pool_, term);
+  if (!watch_.hasFailed()) return sizeOf(expanded) < sizeOf(term) ? expanded : term;
+  if (!watch_.isOver()) watch_.takeFault();
+  return term;
 }
 
 CASResultS ComputationC::integrate(TermT term) {

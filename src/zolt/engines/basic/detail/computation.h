@@ -27,6 +27,7 @@ class ComputationC {
   CASResultS evaluateInfinite();
   CASResultS approximate();
   CASResultS approximate(BallS const& ball, TypeE type);
+  TermT simplify(TermT term);
   CASResultS factor(TermT term);
   CASResultS solve(TermT term);
   CASResultS integrate(TermT term);

@@ -100,10 +100,27 @@ class IntegratorC {
     double derivative = 0;
     double const x = variable(t, &derivative);
     BallS y;
-    if (!function_(x, 0, &y)) return false;
+    if (!valueNear(x, &y)) return false;
     *result = multiplyBalls(y, {derivative, 0});
     if (map_ != MAP_NONE) result->error += std::fabs(result->middle) * 1e-15;
     return std::isfinite(result->middle) || watch_.fail(CAS_CAUSE_TOO_LARGE);
+  }
+
+  // After a change of variable the ends come so near that the variable is rounded to them, where the function
+  // may not be defined. What it is beside them stands in, with an error that is enough for all singularities
+  // that can be integrated at all.
+  bool valueNear(double x, BallS* y) {
+    constexpr double rounding = 0x1p-53, doubt = 1000;
+    if (function_(x, map_ == MAP_NONE ? 0 : std::fabs(x) * rounding, y)) return true;
+    if (map_ == MAP_NONE || watch_.isOver()) return false;
+    watch_.takeFault();
+    bool const isAbove = std::isinf(lower_) || (!std::isinf(upper_) && x > (lower_ + upper_) / 2);
+    double const inward = isAbove ? -infinity : infinity;
+    double beside = x;
+    for (int i = 0; i < 4; ++i) beside = std::nextafter(beside, inward);
+    if (!function_(beside, 0, y)) return false;
+    y->error = doubt * (std::fabs(y->middle) + y->error);
+    return true;
   }
 
   // A bound of the function on a whole panel. A peak between the points of the rules would be missed
@@ -111,6 +128,9 @@ class IntegratorC {
   double bound(double begin, double end) {
     double first = 0, last = 0;
     double const a = variable(begin, &first), b = variable(end, &last);
+    // So near to an end there is nothing between the points, and their errors tell how much is missing.
+    bool const isAtEnd = map_ != MAP_NONE && std::fabs(b - a) <= 0x1p-47 * std::fabs(a + b);
+    if (isAtEnd) return 0;
     BallS y;
     bool const isKnown = function_((a + b) / 2, std::fabs(b - a) / 2 * (1 + 1e-15), &y);
     if (!isKnown) {
@@ -243,7 +263,14 @@ bool integrateBall(IntegrandT const& function, BallS lower, BallS upper, WatchC&
       }
     }
   }
-  if (!done) return false;
+  if (!done) {
+    // That the integrand is not defined at some number does not tell that there is no integral.
+    CASCauseE const cause = watch.crefFault().cause;
+    bool const isAtPoint = cause == CAS_CAUSE_DIVISION_BY_ZERO || cause == CAS_CAUSE_UNDEFINED;
+    if (!isAtPoint) return false;
+    watch.takeFault();
+    return watch.fail(CAS_CAUSE_NOT_CERTAIN, part, {});
+  }
   if (isTurned) result->middle = -result->middle;
   if (addBoundError(function, lower, result) && addBoundError(function, upper, result)) return true;
   if (!watch.isOver()) watch.takeFault();
