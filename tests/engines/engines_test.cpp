@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/support/cases.h"
@@ -9,6 +11,9 @@
 #include "zolt/algexpr/cas_request.h"
 #include "zolt/algexpr/number_display_format.h"
 #include "zolt/engines/basic/basic_engine.h"
+#ifndef __EMSCRIPTEN__
+#include "zolt/engines/queue/engine_queue.h"
+#endif
 #include "zolt/exchange/plain_text.h"
 #include "zolt/ved/tree/node4.h"
 
@@ -37,8 +42,9 @@ std::vector<std::string> split(std::string const& text, std::string const& at) {
 /// "solve x", "num 30", "eval deg": an operation and what belongs to it.
 CASRequestS readCommand(std::string const& command) {
   static std::vector<std::pair<std::string, CASOperationE>> const operations{
-      {"eval", CAS_EVALUATE}, {"num", CAS_APPROXIMATE},    {"expand", CAS_EXPAND}, {"factor", CAS_FACTOR},
-      {"solve", CAS_SOLVE},   {"diff", CAS_DIFFERENTIATE}, {"int", CAS_INTEGRATE}, {"subst", CAS_SUBSTITUTE}};
+      {"eval", CAS_EVALUATE},      {"num", CAS_APPROXIMATE}, {"expand", CAS_EXPAND},
+      {"simplify", CAS_SIMPLIFY},  {"factor", CAS_FACTOR},   {"solve", CAS_SOLVE},
+      {"diff", CAS_DIFFERENTIATE}, {"int", CAS_INTEGRATE},   {"subst", CAS_SUBSTITUTE}};
   CASRequestS request;
   request.deadline = std::chrono::seconds(60);
   std::vector<std::string> const words = split(command, " ");
@@ -179,6 +185,35 @@ TEST(BasicEngine, EndsInTime) {
   request.operation = CAS_EVALUATE;
   EXPECT_EQ(describeResult(engine.compute(request), request), "2");
 }
+
+#ifndef __EMSCRIPTEN__
+// Results come on the thread that polls, in their order; what is cancelled does not come, and holds nobody
+// up.
+TEST(EngineQueue, DeliversWhenPolled) {
+  std::atomic<int> woken{0};
+  engine_queue::EngineQueueC queue(new BasicEngineC, [&] { ++woken; });
+  CASRequestS request;
+  request.deadline = std::chrono::seconds(600);
+  std::string told;
+  auto const submit = [&](char const* text) {
+    request.expression = read(text);
+    return queue.submit(request, [&, text](CASResultS const& result) {
+      told += std::string(text) + "=" + (result.value ? write(result.value) : "?") + " ";
+    });
+  };
+  auto const endless = submit("sum(k,1,10^15,sin(k)^2)");
+  submit("1+1");
+  auto const unwanted = submit("2+2");
+  submit("3+3");
+  EXPECT_EQ(queue.poll(), 4U);
+  queue.cancel(unwanted);
+  queue.cancel(endless);
+  while (queue.poll() > 0) std::this_thread::yield();
+  EXPECT_EQ(told, "1+1=2 3+3=6 ");
+  EXPECT_GE(woken, 2);
+  submit("sum(k,1,10^15,sin(k)^2)");
+}
+#endif
 
 }  // namespace
 }  // namespace zolt::engine_basic
