@@ -4,6 +4,7 @@
 
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/exchange/speech.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/field/readable_text.h"
@@ -24,7 +25,6 @@ class OperatorBinomialC : public ved::ConstructBC {
     words.label = u"(n k)";
     words.shortcut = u"binom(";
     words.names = {{u"binom", {}}, {u"choose", {}}};
-    words.spoken = {u"binomial coefficient ", u" over ", u" end binomial coefficient"};
     setWords(words);
   }
 
@@ -56,6 +56,9 @@ int main() {
   auto const operators = ved::OperatorListRepositoryC::lookup(session->getEngine());
   zolt::catalogue::registerStandardOperators(*operators);
   operators->add(new OperatorBinomialC);
+  zolt::exchange::registerSpeechOperator({u"binomial", u"the binomial coefficient # over #, end binomial",
+                                          u"binomial # over # end binomial", u"# choose #",
+                                          u"binomial coefficient,upper entry,lower entry"});
 
   zolt::field::FormulaFieldC field(new zolt::surfaces::RecordingGraphicsC);
   field.insertText(u"binom(n,k)+1");

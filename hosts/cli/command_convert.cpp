@@ -27,6 +27,7 @@ enum TargetE {
   TO_LATEX,
   TO_MATHJSON,
   TO_TYPST,
+  TO_SPEECH,
   TO_INFIX,
   TO_PREFIX,
   TO_TREE,
@@ -44,6 +45,7 @@ Examples:
   ved convert 'sqrt(x^2+1)/2'                             in prefix notation
   ved convert --from prefix --to plain '/(+(a,b),2)'      and back
   ved convert --from latex '\frac{a+b}{2}'                from LaTeX
+  ved convert --to speech --language german '1/2'         in words
   ved convert --to tree < formulas.txt                    as the editor holds them
   ved convert --to layout --surface typeset 'x^2'         sizes and places, with the real fonts
   ved convert -- '-x^2'                                   an expression that begins with "-")";
@@ -54,6 +56,7 @@ struct SettingsS {
   CatalogueE catalogue = CATALOGUE_EXTENDED;
   TargetE to = TO_PREFIX;
   SurfaceE surface = SURFACE_RECORDING;
+  exchange::SpeechStyleS speech;
 };
 
 class ConverterC {
@@ -95,6 +98,9 @@ class ConverterC {
         if (expression) out = toUtf8(exchange::toTypst(*expression));
         return static_cast<bool>(expression);
       }
+      case TO_SPEECH:
+        out = toUtf8(formula.speak(settings_.speech));
+        return true;
       case TO_PREFIX: {
         auto const expression = formula.getExpressionOfTree(fault);
         if (expression) out = toUtf8(expression->toPrefixString());
@@ -163,6 +169,7 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
                       {"latex", TO_LATEX},
                       {"mathjson", TO_MATHJSON},
                       {"typst", TO_TYPST},
+                      {"speech", TO_SPEECH},
                       {"infix", TO_INFIX},
                       {"prefix", TO_PREFIX},
                       {"tree", TO_TREE},
@@ -175,7 +182,19 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
                           {{"recording", SURFACE_RECORDING}, {"typeset", SURFACE_TYPESET}},
                           "Measures that a layout is made with: fixed ones or those of the real fonts");
   addCatalogue(command, settings->catalogue);
-  onChosen(command, [settings, &surface, &action] {
+  CLI::Option const& language = addChoice<exchange::SpeechLanguageE>(
+      command, "--language", settings->speech.language,
+      {{"english", exchange::SPEECH_ENGLISH}, {"german", exchange::SPEECH_GERMAN}}, "Language of speech");
+  CLI::Option const& verbosity = addChoice<exchange::SpeechVerbosityE>(
+      command, "--verbosity", settings->speech.verbosity,
+      {{"brief", exchange::SPEECH_BRIEF},
+       {"medium", exchange::SPEECH_MEDIUM},
+       {"full", exchange::SPEECH_FULL}},
+      "How many words speech has; different formulas never sound the same in full ones");
+  onChosen(command, [settings, &surface, &language, &verbosity, &action] {
+    bool const isSpeech = settings->to == TO_SPEECH;
+    if (isGiven(language) && !isSpeech) refuse("--language", "it goes with --to speech only");
+    if (isGiven(verbosity) && !isSpeech) refuse("--verbosity", "it goes with --to speech only");
     if (isGiven(surface) && settings->to != TO_LAYOUT) refuse("--surface", "it goes with --to layout only");
     action = [settings] { return run(*settings); };
   });

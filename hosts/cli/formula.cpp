@@ -11,6 +11,7 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/error_text.h"
 #include "zolt/mathjson/mathjson.h"
+#include "zolt/field/readable_text.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -119,6 +120,11 @@ bool FormulaC::getInfix(wstring& infix, FaultS& fault) {
   bool const isComplete = refTree().child(0)->getInfixString(infix, error);
   if (!isComplete) fault.message = toUtf8(field::describe(error.cause));
   return isComplete;
+}
+
+wstring FormulaC::speak(exchange::SpeechStyleS style) {
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  return field::makeReadableText(refTree(), *operators, style).text;
 }
 
 }  // namespace zolt::cli

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "hosts/cli/message.h"
+#include "zolt/exchange/speech.h"
 #include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 
@@ -50,6 +51,8 @@ class FormulaC {
   oss::PointerTC<math::algexpr::AlgebraicExpressionC> getExpressionOfTree(FaultS& fault);
   /// Writes the tree as infix text. Returns false, with `fault` filled, when the tree is incomplete.
   bool getInfix(oss::wstring& infix, FaultS& fault);
+  /// What is said for the tree, complete or not.
+  oss::wstring speak(exchange::SpeechStyleS style);
 
  private:
   FormulaC();

@@ -5,11 +5,8 @@
 
 #include "hosts/cli/output_file.h"
 #include "zolt/algexpr/algebraic_expression.h"
-#include "zolt/algexpr/cas_session.h"
 #include "zolt/exchange/plain_text.h"
-#include "zolt/field/readable_text.h"
 #include "zolt/surfaces/typeset/font_size.h"
-#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::cli {
@@ -52,9 +49,7 @@ void PictureC::drawFormula(FormulaC& formula) {
     options_.expression = expression->toPrefixString();
     options_.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   }
-  auto const operators =
-      math::ved::OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
-  options_.spokenText = field::makeReadableText(tree, *operators).text;
+  options_.spokenText = formula.speak({});
 }
 
 void PictureC::drawSheet(std::vector<std::unique_ptr<FormulaC>> const& formulas, long width) {

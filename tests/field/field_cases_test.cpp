@@ -3,7 +3,6 @@
 #include <set>
 
 #include "tests/support/stage.h"
-#include "zolt/field/readable_text.h"
 
 namespace zolt::tests {
 namespace {
@@ -120,18 +119,6 @@ TEST(FieldExpressions, AreAsWritten) {
     EXPECT_EQ(told.error.message, error.message);
     EXPECT_EQ(expression ? describe(expression) : toUtf8(error.message) + ": " + stage.notation(),
               one.expected);
-  }
-}
-
-TEST(FieldReadableText, SaysWhatStandsThere) {
-  for (CaseS const& one : readCases(ZOLT_TEST_DATA "/spoken.cases")) {
-    StageC stage(one.input);
-    ReadableTextS const words = makeReadableText(stage.refView());
-    EXPECT_EQ(toUtf8(words.text), one.expected) << one.where;
-    for (ReadableTextS::MarkS const& mark : words.marks) {
-      EXPECT_EQ(words.offsetOf(mark.place), mark.offset) << one.where;
-      EXPECT_EQ(words.offsetOf(words.placeAt(mark.offset)), mark.offset) << one.where;
-    }
   }
 }
 

@@ -6,7 +6,6 @@
 #include "tests/support/stage.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/palette_model.h"
-#include "zolt/field/readable_text.h"
 #include "zolt/ved/operators/operator_list.h"
 
 namespace zolt::tests {
@@ -72,7 +71,7 @@ bool makes(wstring const& typed, math::ved::OperatorBC const& op, PaletteEntryS 
   return stage.tree().find(shape) != std::string::npos;
 }
 
-TEST(Palette, WhatIsSaidOfEveryOperatorIsTrue) {
+TEST(Palette, WhatIsTypedForEveryOperatorMakesIt) {
   for (PaletteEntryS const& entry : allEntries()) {
     StageC stage;
     auto const op = stage.refField().crefView().crefOperatorList().lookup(entry.insert);
@@ -83,13 +82,6 @@ TEST(Palette, WhatIsSaidOfEveryOperatorIsTrue) {
     for (auto const& name : words.names) typed.push_back(name.name + u"(");
     for (char16_t const sign : words.signs) typed.emplace_back(1, sign);
     for (wstring const& text : typed) EXPECT_TRUE(makes(text, *op, entry)) << toUtf8(text);
-
-    ASSERT_TRUE(runEntry(entry, stage.refField()));
-    bool const isSign = op->getText().size() == 1 && op->isLinear();
-    std::size_t const parts = op->isConstruct() ? op->getArity() + 1 : isSign ? 1 : words.spoken.size();
-    ASSERT_EQ(words.spoken.size(), parts) << toUtf8(entry.insert);
-    wstring const spoken = makeReadableText(stage.refField().crefView()).text;
-    for (wstring const& part : words.spoken) EXPECT_NE(spoken.find(part), wstring::npos) << toUtf8(spoken);
   }
 }
 

@@ -125,6 +125,7 @@ class LineEditTest final : public QObject {
       if (value.metaType() == QMetaType::fromType<bool>()) value = !value.toBool();
       if (value.metaType() == QMetaType::fromType<qreal>()) value = value.toReal() + 1;
       if (qstrcmp(property.name(), "tree") == 0) value = QStringLiteral("[\"q\"]");
+      if (property.isEnumType()) value = property.enumerator().value(0);
       if (qstrcmp(property.name(), "alignment") == 0)
         value = QVariant::fromValue<Qt::Alignment>(Qt::AlignRight);
       if (value.metaType() == QMetaType::fromType<FormulaEdit::Constraints>()) {

@@ -66,7 +66,6 @@ struct WordsS : OperatorWordsS {
   WordsS made(std::vector<wstring> of) && { return signRuns = std::move(of), std::move(*this); }
   WordsS closed(char16_t by) && { return closingSign = by, std::move(*this); }
   WordsS equated(unsigned long row) && { return valueRow = row, std::move(*this); }
-  WordsS said(std::vector<wstring> parts) && { return spoken = std::move(parts), std::move(*this); }
 };
 
 /// Takes the rows of the table in their order: registers the operators, gives each a code (its number in the
@@ -129,104 +128,79 @@ void TableC::fill() {
   wstring const minus = {minus_sign};
 
   add(KEY_PLUS, infix(u"+", u"+", PRECEDENCE_SUM, !spaced, associative),
-      WordsS(arithmetic, u"plus").known({u"add"}).said({u" plus "}));
-  add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM),
-      WordsS(arithmetic, u"minus").known({u"subtract"}).said({u" minus "}));
+      WordsS(arithmetic, u"plus").known({u"add"}));
+  add(KEY_MINUS, infix(u"-", minus, PRECEDENCE_SUM), WordsS(arithmetic, u"minus").known({u"subtract"}));
   // Products are associative, but a∙(b div c) must keep its brackets, so the operator is registered as not
   // associative.
   add(KEY_TIMES, infix(u"*", {times_sign}, PRECEDENCE_PRODUCT),
-      WordsS(arithmetic, u"times").known({u"cdot", u"multiply", u"product"}).shown(u"·").said({u" times "}));
+      WordsS(arithmetic, u"times").known({u"cdot", u"multiply", u"product"}).shown(u"·"));
   add(KEY_FRACTION, construct<OperatorDivC>(u"/", u"/"),
-      WordsS(arithmetic, u"fraction")
-          .known({u"frac", u"over", u"divide"})
-          .shown(u"a/b")
-          .said({u"fraction ", u" over ", u" end fraction"}));
+      WordsS(arithmetic, u"fraction").known({u"frac", u"over", u"divide"}).shown(u"a/b"));
   add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced),
       WordsS(arithmetic, u"integer division").known({u"quotient"}));
   add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced),
       WordsS(arithmetic, u"remainder").known({u"modulo", u"bmod"}));
   // These texts are read as the signs before an operand; the grammar knows the signs between two operands.
   add(KEY_POS, prefix(u"_pos", u"+", PRECEDENCE_SIGN),
-      WordsS(arithmetic, u"plus sign").known({u"positive"}).typed(u"+").said({u" plus "}));
+      WordsS(arithmetic, u"plus sign").known({u"positive"}).typed(u"+"));
   add(KEY_NEG, prefix(u"_neg", minus, PRECEDENCE_SIGN),
-      WordsS(arithmetic, u"minus sign").known({u"negative"}).typed(u"-").said({u" minus "}));
+      WordsS(arithmetic, u"minus sign").known({u"negative"}).typed(u"-"));
   add(KEY_FACTORIAL, new OperatorUnaryPostfixC(u"!", u"!", PRECEDENCE_FACTORIAL, core, code()),
-      WordsS(arithmetic, u"factorial").said({u" factorial"}));
-  add(KEY_PI, call(u"_PI", {pi_sign}, 0), WordsS(arithmetic, u"pi").shown(u"π").typed(u"pi").said({u"pi"}));
+      WordsS(arithmetic, u"factorial"));
+  add(KEY_PI, call(u"_PI", {pi_sign}, 0), WordsS(arithmetic, u"pi").shown(u"π").typed(u"pi"));
 
   add(KEY_POWER, power(u"^"),
       WordsS(structures, u"power")
           .known({u"exponent", u"superscript"})
           .shown(u"xⁿ")
-          .made({{times_sign, times_sign}})
-          .said({u" to the power ", u" end power"}));
+          .made({{times_sign, times_sign}}));
   add(KEY_SQRT, construct<OperatorSqrtC>(u"sqrt", u"√"),
-      WordsS(structures, u"square root")
-          .known({u"radical"})
-          .inserted(u"√")
-          .said({u"square root ", u" end root"}));
+      WordsS(structures, u"square root").known({u"radical"}).inserted(u"√"));
   add(KEY_NTH_ROOT, construct<OperatorNthRootC>(u"nthroot", u"nthroot"),
       WordsS(structures, u"n-th root")
           .shown(u"ⁿ√")
           .typed(u"root(")
-          .called({{u"root", {}}, {u"cbrt", u"3"}, {u"∛", u"3"}, {u"∜", u"4"}})
-          .said({u"root with index ", u" of ", u" end root"}));
+          .called({{u"root", {}}, {u"cbrt", u"3"}, {u"∛", u"3"}, {u"∜", u"4"}}));
   add(KEY_ABS, construct<OperatorAbsC>(u"abs", u"abs"),
       WordsS(structures, u"absolute value")
           .known({u"modulus", u"vert"})
           .shown(u"|x|")
           .typed(u"|")
           .inserted(u"|")
-          .closed(u'|')
-          .said({u"absolute value ", u" end absolute value"}));
+          .closed(u'|'));
   add(KEY_FLOOR, construct<OperatorFloorC>(u"floor", u"floor"),
       WordsS(structures, u"rounded down")
           .known({u"lfloor", u"rfloor"})
           .shown(u"⌊x⌋")
           .inserted(u"⌊")
-          .closed(u'⌋')
-          .said({u"floor ", u" end floor"}));
+          .closed(u'⌋'));
   add(KEY_CEIL, construct<OperatorCeilC>(u"ceil", u"ceil"),
       WordsS(structures, u"rounded up")
           .known({u"lceil", u"rceil"})
           .shown(u"⌈x⌉")
           .called({{u"ceiling", {}}})
           .inserted(u"⌈")
-          .closed(u'⌉')
-          .said({u"ceiling ", u" end ceiling"}));
+          .closed(u'⌉'));
   add(KEY_RAD, power(u"_rad", u"r"),
       WordsS(structures, u"radians").known({u"rad"}).shown(u"ʳ").typed(u"ʳ").inserted(u"ʳ"));
   add(KEY_DEG, power(u"_deg", u"o"),
       WordsS(structures, u"degrees").known({u"degree", u"circ"}).shown(u"°").typed(u"°").inserted(u"°"));
   add(KEY_LOG, construct<OperatorLogC>(u"log", u"log", PRECEDENCE_TIGHTEST),
-      WordsS(structures, u"logarithm to a base")
-          .shown(u"logₙ")
-          .typed(u"log(x,")
-          .said({u"logarithm to base ", u" of ", u" end logarithm"}));
+      WordsS(structures, u"logarithm to a base").shown(u"logₙ").typed(u"log(x,"));
 
   add(KEY_DIFF, construct<OperatorDiffC>(u"diff", u"d", PRECEDENCE_DIFF),
-      WordsS(calculus, u"derivative").shown(u"d/dx").said({u"derivative by ", u" of ", u" end derivative"}));
+      WordsS(calculus, u"derivative").shown(u"d/dx"));
   operators_.add(call(u"d", u"d", 0));
   add(KEY_INTEGRAL, construct<OperatorIntegralC>(u"integral", u"integral"),
       WordsS(calculus, u"definite integral")
           .shown(u"∫")
           .typed(u"int(")
           .called({{u"int", {}}, {u"integrate", {}}})
-          .inserted(u"∫")
-          .said({u"integral from ", u" to ", u" of ", u" by ", u" end integral"}));
+          .inserted(u"∫"));
   add(KEY_SUM, construct<OperatorSigmaC>(u"sum", u"sum"),
-      WordsS(calculus, u"sum")
-          .known({u"sigma sign"})
-          .shown(u"∑")
-          .inserted(u"∑")
-          .equated(1)
-          .said({u"sum over ", u" from ", u" to ", u" of ", u" end sum"}));
+      WordsS(calculus, u"sum").known({u"sigma sign"}).shown(u"∑").inserted(u"∑").equated(1));
   add(KEY_WHERE, construct<OperatorWhereC>(u"where", u"where"),
-      WordsS(calculus, u"value of a variable")
-          .known({u"at", u"substitute"})
-          .shown(u"f|ₓ")
-          .equated(2)
-          .said({u"value of ", u" where ", u" is ", u" end value"}));
+      WordsS(calculus, u"value of a variable").known({u"at", u"substitute"}).shown(u"f|ₓ").equated(2));
 
   function(KEY_SIN, u"sin", u"sine");
   function(KEY_COS, u"cos", u"cosine");
@@ -242,33 +216,22 @@ void TableC::fill() {
       WordsS(functions, u"decimal logarithm").known({u"lg"}).typed(u"log("));
   function(KEY_EXP, u"exp", u"exponential function");
 
-  relation(KEY_EQUAL, u"=", u"=",
-           WordsS(relations, u"equal").known({u"eq"}).made({u"=="}).said({u" equals "}));
+  relation(KEY_EQUAL, u"=", u"=", WordsS(relations, u"equal").known({u"eq"}).made({u"=="}));
   relation(KEY_NOT_EQUAL, u"<>", {not_equal_sign},
-           WordsS(relations, u"not equal")
-               .known({u"ne", u"neq", u"unequal"})
-               .made({u"<>", u"!="})
-               .said({u" not equal to "}));
-  relation(KEY_LESS, u"<", u"<", WordsS(relations, u"less").known({u"lt"}).said({u" less than "}));
-  relation(KEY_GREATER, u">", u">", WordsS(relations, u"greater").known({u"gt"}).said({u" greater than "}));
+           WordsS(relations, u"not equal").known({u"ne", u"neq", u"unequal"}).made({u"<>", u"!="}));
+  relation(KEY_LESS, u"<", u"<", WordsS(relations, u"less").known({u"lt"}));
+  relation(KEY_GREATER, u">", u">", WordsS(relations, u"greater").known({u"gt"}));
   relation(KEY_LESS_OR_EQUAL, u"<=", {less_or_equal_sign},
-           WordsS(relations, u"less or equal")
-               .known({u"le", u"leq", u"at most"})
-               .made({u"<="})
-               .said({u" at most "}));
+           WordsS(relations, u"less or equal").known({u"le", u"leq", u"at most"}).made({u"<="}));
   relation(KEY_GREATER_OR_EQUAL, u">=", {greater_or_equal_sign},
-           WordsS(relations, u"greater or equal")
-               .known({u"ge", u"geq", u"at least"})
-               .made({u">="})
-               .said({u" at least "}));
+           WordsS(relations, u"greater or equal").known({u"ge", u"geq", u"at least"}).made({u">="}));
   add(KEY_ASSIGN, infix(u":=", u":=", PRECEDENCE_ASSIGNMENT),
       WordsS(relations, u"assignment").known({u"define", u"coloneq"}).inserted(u"≔"));
   add(KEY_STORE, infix(u":>", {store_sign}, PRECEDENCE_ASSIGNMENT),
       WordsS(relations, u"store into")
           .known({u"to", u"arrow", u"rightarrow"})
           .made({u":>", {minus_sign, u'>'}})
-          .inserted(u"→")
-          .said({u" store into "}));
+          .inserted(u"→"));
 
   add(KEY_NOT, prefix(u"not", u"not", PRECEDENCE_NOT, spaced),
       WordsS(logic, u"not").known({u"neg", u"lnot"}).inserted(u"¬"));
@@ -282,17 +245,11 @@ void TableC::fill() {
   operators_.add(construct<OperatorErrorC>(u"error", u"error"));
 
   add(KEY_INFINITY, call({infinity_sign}, {infinity_sign}, 0),
-      WordsS(arithmetic, u"infinity")
-          .known({u"inf", u"infty", u"oo"})
-          .typed(u"infinity")
-          .said({u"infinity"}));
+      WordsS(arithmetic, u"infinity").known({u"inf", u"infty", u"oo"}).typed(u"infinity"));
   // The text is one of two operators, like "+"; the one between operands is what a key inserts for both.
   operators_.add(prefix(u"_posneg", {plus_minus_sign}, PRECEDENCE_SIGN));
   add(KEY_PLUS_MINUS, infix(u"+-", {plus_minus_sign}, PRECEDENCE_SUM),
-      WordsS(arithmetic, u"plus or minus")
-          .known({u"pm", u"plusminus"})
-          .made({{u'+', minus_sign}})
-          .said({u" plus or minus "}));
+      WordsS(arithmetic, u"plus or minus").known({u"pm", u"plusminus"}).made({{u'+', minus_sign}}));
 }
 
 }  // namespace

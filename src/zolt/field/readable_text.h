@@ -2,6 +2,9 @@
 
 #include <vector>
 
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/exchange/speech.h"
+#include "zolt/oss/pointer.h"
 #include "zolt/oss/wstring.h"
 #include "zolt/ved/tree/place.h"
 
@@ -13,11 +16,14 @@ class ViewZNT4C;
 
 namespace zolt::field {
 
+using exchange::SpeechStyleS;
 using math::ved::PlaceS;
+using math::ved::SelectionS;
 using oss::wstring;
 
-/// A formula in the words in which a screen reader reads it aloud: "x = fraction 1 over 2 end fraction".
-/// Signs that speech programs do not know are written as words, and an empty slot is "empty".
+/// A formula, complete or not, in the words in which a screen reader reads it aloud: "x equals the fraction
+/// with numerator 1, denominator x plus 1, end fraction". An empty slot is "empty". docs/speech.md says what
+/// is said when.
 struct ReadableTextS {
   /// A place of the caret, and where it is in the text.
   struct MarkS {
@@ -26,7 +32,7 @@ struct ReadableTextS {
   };
 
   wstring text;
-  /// Every caret place in reading order; offsets never decrease.
+  /// Every caret place in reading order; offsets never decrease. Between two words a place is at the second.
   std::vector<MarkS> marks;
 
   /// The offset of the place; the text's length when the place is not in the formula.
@@ -38,8 +44,16 @@ struct ReadableTextS {
 };
 
 /// The result is valid until the next edit, as places are.
-ReadableTextS makeReadableText(math::ved::ViewZNT4C const& view);
+ReadableTextS makeReadableText(math::ved::ViewZNT4C const& view, SpeechStyleS style = {});
 /// The same for a tree, whose root or row this is, with the operators that it was made with.
-ReadableTextS makeReadableText(math::ved::Node4C const& tree, math::ved::OperatorListC const& operators);
+ReadableTextS makeReadableText(math::ved::Node4C const& tree, math::ved::OperatorListC const& operators,
+                               SpeechStyleS style = {});
+/// The same for a stretch of a formula; of constructs that it reaches into, it has all.
+ReadableTextS makeReadableText(SelectionS const& stretch, math::ved::OperatorListC const& operators,
+                               SpeechStyleS style = {});
+
+/// What is said for an expression as a formula shows it; empty for a null one.
+wstring toSpeech(oss::PointerTC<math::algexpr::AlgebraicExpressionC> const& expression,
+                 SpeechStyleS style = {});
 
 }  // namespace zolt::field

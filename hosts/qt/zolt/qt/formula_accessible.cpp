@@ -25,7 +25,9 @@ class FormulaAccessible final : public QAccessibleWidget,
   }
 
   QString text(QAccessible::Text kind) const override {
-    return kind == QAccessible::Value ? words() : QAccessibleWidget::text(kind);
+    if (kind == QAccessible::Value) return words();
+    if (kind == QAccessible::Description && !edit().announcement().isEmpty()) return edit().announcement();
+    return QAccessibleWidget::text(kind);
   }
 
   QAccessible::State state() const override {
@@ -59,6 +61,17 @@ class FormulaAccessible final : public QAccessibleWidget,
     return words().mid(startOffset, endOffset - startOffset);
   }
   int characterCount() const override { return int(words().size()); }
+  /// A "character" is what Right would go over: a whole word where the formula has a sign.
+  QString textAtOffset(int offset, QAccessible::TextBoundaryType boundary, int* startOffset,
+                       int* endOffset) const override {
+    if (boundary != QAccessible::CharBoundary) {
+      return QAccessibleTextInterface::textAtOffset(offset, boundary, startOffset, endOffset);
+    }
+    FormulaEdit::CaretOffsets const step = edit().stepAt(offset);
+    *startOffset = step.anchor;
+    *endOffset = step.caret;
+    return text(step.anchor, step.caret).trimmed();
+  }
 
   QRect characterRect(int offset) const override {
     QRect const box = edit().characterRectangle(offset);
@@ -99,20 +112,6 @@ QAccessibleInterface* makeAccessible(QString const&, QObject* object) {
   return edit ? new FormulaAccessible(edit) : nullptr;
 }
 
-/// Tells the part in which two texts differ.
-void notifyTextChange(FormulaEdit& edit, QString const& before, QString const& now) {
-  auto const common = std::min(before.size(), now.size());
-  qsizetype start = 0;
-  while (start < common && before[start] == now[start]) ++start;
-  qsizetype end = 0;
-  while (end < common - start && before[before.size() - 1 - end] == now[now.size() - 1 - end]) ++end;
-  QString const removed = before.mid(start, before.size() - end - start);
-  QString const inserted = now.mid(start, now.size() - end - start);
-  if (removed.isEmpty() && inserted.isEmpty()) return;
-  QAccessibleTextUpdateEvent event(&edit, int(start), removed, inserted);
-  QAccessible::updateAccessibility(&event);
-}
-
 }  // namespace
 
 void installAccessibility() {
@@ -123,15 +122,19 @@ void installAccessibility() {
   (void)installed;
 }
 
-void notifyAccessibility(FormulaEdit& edit, bool formulaChanged, std::optional<QString>& words) {
-  if (!QAccessible::isActive()) return;
-  if (formulaChanged) {
-    QString const now = edit.readableText();
-    QAccessibleValueChangeEvent event(&edit, now);
-    QAccessible::updateAccessibility(&event);
-    if (words) notifyTextChange(edit, *words, now);
-    words = now;
-  }
+void notifyValue(FormulaEdit& edit) {
+  QAccessibleValueChangeEvent event(&edit, edit.readableText());
+  QAccessible::updateAccessibility(&event);
+}
+
+void notifyTextChange(FormulaEdit& edit, field::SpokenEditS const& change) {
+  if (change.removed.empty() && change.inserted.empty()) return;
+  QAccessibleTextUpdateEvent event(&edit, int(change.offset), toQString(change.removed),
+                                   toQString(change.inserted));
+  QAccessible::updateAccessibility(&event);
+}
+
+void notifyCaret(FormulaEdit& edit) {
   FormulaEdit::CaretOffsets const at = edit.caretOffsets();
   if (at.anchor != at.caret) {
     QAccessibleTextSelectionEvent event(&edit, std::min(at.anchor, at.caret), std::max(at.anchor, at.caret));
@@ -141,6 +144,18 @@ void notifyAccessibility(FormulaEdit& edit, bool formulaChanged, std::optional<Q
     QAccessibleTextCursorEvent event(&edit, at.caret);
     QAccessible::updateAccessibility(&event);
   }
+}
+
+void announce(FormulaEdit& edit, QString const& words) {
+#if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+  QAccessibleAnnouncementEvent event(&edit, words);
+  event.setPoliteness(QAccessible::AnnouncementPoliteness::Assertive);
+#else
+  // Screen readers say the new description of what has the focus.
+  (void)words;
+  QAccessibleEvent event(&edit, QAccessible::DescriptionChanged);
+#endif
+  QAccessible::updateAccessibility(&event);
 }
 
 }  // namespace zolt::qt

@@ -1,7 +1,8 @@
 #pragma once
 
 #include <QString>
-#include <optional>
+
+#include "zolt/field/caret_speech.h"
 
 namespace zolt::qt {
 
@@ -11,8 +12,15 @@ class FormulaEdit;
 /// its caret and selection. It may be called any number of times.
 void installAccessibility();
 
-/// Notifies assistive technology that the caret or the selection has moved, and whether the formula has
-/// changed. `words` is what the last call has told of it; no value: nothing.
-void notifyAccessibility(FormulaEdit& edit, bool formulaChanged, std::optional<QString>& words);
+// Each tells assistive technology one thing about the field as it is now.
+
+/// Its words as a whole.
+void notifyValue(FormulaEdit& edit);
+/// Which of its words have changed.
+void notifyTextChange(FormulaEdit& edit, field::SpokenEditS const& change);
+/// Where the caret or the selection is.
+void notifyCaret(FormulaEdit& edit);
+/// Something to be said at once, which is the field's `announcement`.
+void announce(FormulaEdit& edit, QString const& words);
 
 }  // namespace zolt::qt

@@ -106,7 +106,7 @@ bool FormulaEdit::StateS::act(std::function<bool()> const& action, Actor actor) 
   if (alive && selected) emit alive->selectionChanged();
   if (alive && moved) emit alive->caretMoved();
   if (alive) followHistory(position);
-  if (alive && (moved || selected)) notifyAccessibility(*alive, changed, wordsSeen);
+  if (alive && (moved || selected)) notifyListener(changed);
   return taken;
 }
 

@@ -50,6 +50,10 @@ class FormulaEdit : public EditField {
   /// Whether 6.02e23 is shown as 6.02·10²³; the text stays.
   Q_PROPERTY(bool powersOfTen READ powersOfTen WRITE setPowersOfTen NOTIFY powersOfTenChanged)
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY decimalCommaChanged)
+  /// How much of a formula's structure is said. The words are German where the widget's locale is, else
+  /// English.
+  Q_PROPERTY(SpeechVerbosity speechVerbosity READ speechVerbosity WRITE setSpeechVerbosity NOTIFY
+                 speechVerbosityChanged)
   /// Whether the formula differs in its history from when it, or this flag, was set.
   Q_PROPERTY(bool modified READ isModified WRITE setModified NOTIFY modifiedChanged DESIGNABLE false)
   Q_PROPERTY(bool undoAvailable READ isUndoAvailable NOTIFY undoAvailableChanged)
@@ -62,6 +66,9 @@ class FormulaEdit : public EditField {
   /// Whether a change is an undo step of its own, or the user typed on, which is one step with the last one.
   enum class Step { Begins, Continues };
   Q_ENUM(Step)
+  /// docs/speech.md
+  enum class SpeechVerbosity { Brief, Medium, Full };
+  Q_ENUM(SpeechVerbosity)
 
   using Expression = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
   using Constraints = oss::PointerTC<math::algexpr::ConstraintsBC>;
@@ -117,6 +124,8 @@ class FormulaEdit : public EditField {
   /// The rules of typing.
   field::InputOptionsS inputOptions() const;
   void setInputOptions(field::InputOptionsS const& options);
+  SpeechVerbosity speechVerbosity() const;
+  void setSpeechVerbosity(SpeechVerbosity verbosity);
   bool isModified() const;
   void setModified(bool modified);
   bool isUndoAvailable() const;
@@ -168,10 +177,15 @@ class FormulaEdit : public EditField {
     int anchor = 0;
     int caret = 0;
   };
-  /// The formula in words: "fraction 1 over x plus 1 end fraction".
+  /// The formula in words: "x plus 1 over 2".
   QString readableText() const;
+  /// What a listener has been told last about the caret: "into the denominator"; empty where the events of
+  /// texts tell all.
+  QString announcement() const;
   /// Both are equal when nothing is selected.
   CaretOffsets caretOffsets() const;
+  /// The two places of the caret between which the character at `offset` is; the last one at the end.
+  CaretOffsets stepAt(int offset) const;
   /// Selects between the places of the caret that are nearest to the offsets.
   void selectOffsets(int anchor, int caret);
   /// The caret's box at `offset`, in widget coordinates.
@@ -213,6 +227,8 @@ class FormulaEdit : public EditField {
   void edited(zolt::qt::FormulaEdit::Step step, unsigned long position);
   void selectionChanged();
   void caretMoved();
+  /// What a person who listens hears of what was just done: "plus", "into the denominator", "x deleted".
+  void spoken(QString const& words);
   /// `cause` is READ_ERROR_NONE when no reader refused a text; `text` is a sentence without a full stop;
   /// `begin` and `end` are the faulty characters of a given text, and 0 when the formula itself is faulty,
   /// whose place is marked. An error before anybody listens is told to the first who does.
@@ -229,6 +245,7 @@ class FormulaEdit : public EditField {
   void constraintsChanged();
   void powersOfTenChanged(bool powersOfTen);
   void decimalCommaChanged(bool decimalComma);
+  void speechVerbosityChanged(zolt::qt::FormulaEdit::SpeechVerbosity verbosity);
   void modifiedChanged(bool modified);
   void undoAvailableChanged(bool available);
   void redoAvailableChanged(bool available);

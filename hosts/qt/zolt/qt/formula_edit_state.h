@@ -12,7 +12,9 @@
 #include <optional>
 #include <vector>
 
+#include "zolt/field/caret_speech.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/field/readable_text.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_fonts.h"
 #include "zolt/qt/qt_graphics.h"
@@ -70,6 +72,13 @@ struct FormulaEdit::StateS {
 
   // ---- Input methods (formula_edit_keys.cpp) -------------------------------------------------------------
   bool takeComposed(QInputMethodEvent const& event);
+
+  // ---- Speech (formula_edit_places.cpp) ------------------------------------------------------------------
+  /// In the language of the widget's locale, where we have it.
+  exchange::SpeechStyleS speechStyle() const;
+  field::ReadableTextS readableText() const;
+  /// Tells assistive technology what has changed since the last call.
+  void notifyListener(bool formulaChanged);
 
   // ---- Geometry (formula_edit_paint.cpp) -----------------------------------------------------------------
   /// The part of the widget that shows the formula.
@@ -136,6 +145,7 @@ struct FormulaEdit::StateS {
   oss::PointerTC<SystemClipboardC> clipboard;
   oss::PointerTC<SystemClipboardC> primary;  // what was selected last, on platforms that have it
 
+  SpeechVerbosity speechVerbosity = SpeechVerbosity::Medium;
   qreal zoom = default_zoom;
   bool powersOfTen = false;
   qreal fontSize = 0;  // logical pixels
@@ -156,7 +166,8 @@ struct FormulaEdit::StateS {
   QBasicTimer suggestionTimer;
 
   // The state that the signals and events have reported.
-  std::optional<QString> wordsSeen;
+  field::CaretSpeechC speech;
+  QString announced;  // the last thing that only a listener needs to be told
   math::ved::SelectionS selectionSeen;
   QSize contentSeen;
   bool modifiedSeen = false, undoSeen = false, redoSeen = false;

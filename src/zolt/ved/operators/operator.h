@@ -137,7 +137,7 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   /// written as text and for powers, whose nodes have no operator.
   virtual bool isConstruct() const { return hasOwnRow(0); }
 
-  /// How people read, type and hear the operator. All fields are empty until `setWords` is called, which the
+  /// How people read and type the operator. All fields are empty until `setWords` is called, which the
   /// maker of an operator does before sharing it.
   OperatorWordsS const& crefWords() const { return words_; }
   void setWords(OperatorWordsS words) { words_ = std::move(words); }

@@ -8,9 +8,8 @@ namespace zolt::math::ved {
 
 using oss::wstring;
 
-/// What people read, type and hear of an operator. Palettes, the rules of typing and readable text use only
-/// this record, so that a host's own operator with a record is treated like a standard one. Every field may
-/// be empty.
+/// What people read and type of an operator. Palettes and the rules of typing use only this record, so that a
+/// host's own operator with a record is treated like a standard one. Every field may be empty.
 struct OperatorWordsS {
   /// A name that becomes the construct when "(" is typed after it.
   struct NameS {
@@ -40,11 +39,6 @@ struct OperatorWordsS {
     wstring name;  ///< of the operator
   };
   std::vector<InsideSignS> insideSigns;
-
-  /// For a construct or a power: what is said before each of its rows and after the last; a comma is said
-  /// before rows without a part. For a sign of one character: what is said for it. Empty: the text is said,
-  /// with the rows in brackets.
-  std::vector<wstring> spoken;
 };
 
 }  // namespace zolt::math::ved
