@@ -1,4 +1,4 @@
-#include "zolt/sheet/sheet_text.h"
+#include "zolt/sheet/sheet_document.h"
 
 #include <gtest/gtest.h>
 
@@ -28,6 +28,31 @@ TEST(Sheet, ReadsBackAsWritten) {
   EXPECT_TRUE(isWithinLimits({{SHEET_FORMULA, {}, {}, wstring(100, u'x')}}));
   sheet.assign(4, {SHEET_FORMULA, {}, {}, wstring(max_sheet_formula, u'x')});
   EXPECT_FALSE(isWithinLimits(sheet));
+}
+
+TEST(Sheet, BecomesADocumentAndComesBack) {
+  StageC const operators;
+  SheetT const sheet = {{SHEET_HEADING, u"50 % of #1_a", {}, {}},
+                        {SHEET_TEXT, u"A \\ ~ ^ $ & {b} `c` *d* <e> [f]", {}, {}},
+                        {SHEET_FORMULA, {}, u"=(x,/(a,2))", {}},
+                        {SHEET_FORMULA, {}, {}, u"[\"a+\", /<[\"b\"] ; [\"\"]>, \"\"]"},
+                        {SHEET_TEXT, u"end", {}, {}}};
+  for (auto const kind : {DOCUMENT_LATEX, DOCUMENT_MARKDOWN}) {
+    SheetT read;
+    ASSERT_TRUE(readDocument(writeDocument(sheet, kind), kind, read));
+    EXPECT_EQ(toUtf8(writeSheet(read)), toUtf8(writeSheet(sheet)));
+  }
+  // A document of others: what is no formula that we read stays as a text.
+  SheetT read;
+  ASSERT_TRUE(readDocument(u"# A\n\none\ntwo $x$\n\n$$x^2$$\n\n```math\n\\frac12\n```\n\n$$\\foo$$\n",
+                           DOCUMENT_MARKDOWN, read));
+  EXPECT_EQ(
+      toUtf8(writeSheet(read)),
+      "zolt-sheet 1\nheading A\ntext one two $x$\nformula ^(x,2)\nformula /(1,2)\ntext $$\\foo$$\nend 5\n");
+  ASSERT_TRUE(readDocument(
+      u"\\title{T}\\begin{document}\n\\begin{equation}\nx\n\\end{equation} % c\nText\n\\end{document}",
+      DOCUMENT_LATEX, read));
+  EXPECT_EQ(read.size(), 2u);
 }
 
 }  // namespace

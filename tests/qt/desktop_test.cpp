@@ -382,7 +382,8 @@ class DesktopTest final : public QObject {
   void theStatusLineHasTheFormula() {
     MainWindow window(fonts(), nullptr);
     window.view().setSheet({formulaLine("/(a,2)")});
-    for (auto const& [form, text] : {std::pair{"text", "a/2"}, {"words", "a over 2"}, {"prefix", "/(a,2)"}}) {
+    for (auto const& [form, text] :
+         {std::pair{"text", "a/2"}, {"words", "a over 2"}, {"latex", "frac"}, {"prefix", "/(a,2)"}}) {
       window.action(QLatin1String("status-") + QLatin1String(form))->setChecked(true);
       bool found = false;
       for (QWidget const* const label : window.statusBar()->findChildren<QWidget*>()) {

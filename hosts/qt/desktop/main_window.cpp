@@ -37,6 +37,9 @@ constexpr QSize first_size(1180, 780);
 constexpr int status_delay = 150;  // ms
 constexpr qreal zoom_step = 1.15;
 
+constexpr QChar preview_mark = u'\t';  // menus show what comes after it in a column of its own
+constexpr int preview_width = 320;
+
 constexpr QRgb neutral_colour = 0xff8a9099;
 constexpr QRgb complete_colour = 0xff3a9a5b;
 constexpr QRgb incomplete_colour = 0xffe09a20;
@@ -167,6 +170,7 @@ QString MainWindow::inOneLine(FormulaEdit const& formula) const {
   if (!formula.isComplete()) return {};
   if (statusForm_ == QLatin1String("words")) return formula.readableText();
   if (statusForm_ == QLatin1String("prefix")) return formula.prefix();
+  if (statusForm_ == QLatin1String("latex")) return formula.latex();
   // The text for people has no marks of visible brackets.
   std::unique_ptr<QMimeData> const copied(formula.createMimeData());
   return copied ? copied->text() : QString();
@@ -184,7 +188,8 @@ void MainWindow::updateActions() {
   enable("paste", mayPaste_);
   enable("clear", formula && !formula->isEmpty());
   enable("check", formula && !formula->isEmpty());
-  for (char const* const name : {"copy-text", "copy-prefix", "copy-picture", "export-formula", "grow"}) {
+  for (char const* const name :
+       {"copy-text", "copy-latex", "copy-words", "copy-prefix", "copy-picture", "export-formula", "grow"}) {
     enable(name, formula && !formula->isEmpty());
   }
   qsizetype const index = view_->rows().indexOf(view_->currentRow());
@@ -328,15 +333,37 @@ void MainWindow::copyAs(QString const& form) {
   QClipboard& clipboard = *QGuiApplication::clipboard();
   if (form == QLatin1String("picture")) {
     clipboard.setImage(copied->imageData().value<QImage>());
-  } else if (form == QLatin1String("prefix")) {
-    QByteArray const prefix = copied->data(QLatin1String(qt::prefix_mime_type));
-    if (prefix.isEmpty()) {
-      showState(tr("Not copied: the formula is incomplete"), error_colour);
-    } else {
-      clipboard.setText(QString::fromUtf8(prefix));
-    }
+    return;
+  }
+  QString const text = textAs(*formula, form);
+  if (text.isEmpty()) {
+    showState(tr("Not copied: the formula is incomplete"), error_colour);
   } else {
-    clipboard.setText(copied->text());
+    clipboard.setText(text);
+  }
+}
+
+QString MainWindow::textAs(FormulaEdit const& formula, QString const& form) const {
+  if (form == QLatin1String("words")) {
+    return formula.hasSelection() ? formula.selectedWords() : formula.readableText();
+  }
+  std::unique_ptr<QMimeData> const copied(formula.hasSelection() ? formula.createMimeDataFromSelection()
+                                                                 : formula.createMimeData());
+  if (!copied) return {};
+  if (form == QLatin1String("text")) return copied->text();
+  bool const isLatex = form == QLatin1String("latex");
+  return QString::fromUtf8(copied->data(QLatin1String(isLatex ? qt::latex_mime_type : qt::prefix_mime_type)));
+}
+
+void MainWindow::previewCopies() {
+  FormulaEdit const* const formula = view_->currentFormula();
+  for (char const* const form : {"text", "latex", "words", "prefix"}) {
+    QAction& copy = *action(QLatin1String("copy-") + QLatin1String(form));
+    QString const name = copy.text().section(preview_mark, 0, 0);
+    QString const whole = formula ? textAs(*formula, QLatin1String(form)) : QString();
+    QString shown = fontMetrics().elidedText(whole, Qt::ElideMiddle, preview_width);
+    copy.setText(shown.isEmpty() ? name : name + preview_mark + shown.replace(u'&', QLatin1String("&&")));
+    copy.setEnabled(!whole.isEmpty());
   }
 }
 

@@ -88,6 +88,10 @@ class MainWindow final : public QMainWindow {
   void pick(field::PaletteEntryS const& entry);
   void runInFormula(field::CommandE command);
   void copyAs(QString const& form);
+  /// The selection of the formula, or all of it, as a text; empty when it has none in that form.
+  QString textAs(qt::FormulaEdit const& formula, QString const& form) const;
+  /// Shows in the menu what each form would copy.
+  void previewCopies();
 
   // main_window_actions.cpp
   struct ActionS {
@@ -124,11 +128,13 @@ class MainWindow final : public QMainWindow {
   QStringList recentFiles() const;
   void addRecentFile(QString const& path);
   void fillRecentMenu();
+  bool importDocument(QString const& path);
+  void importAsked();
   void exportSheet();
   void exportFormula();
-  QString askExportPath(QString const& title);
+  QString askExportPath(QString const& title, QString const& others = {});
   /// Empty `bytes` mean that the picture would be too large.
-  void writePicture(QString const& path, QByteArray const& bytes);
+  void writeExport(QString const& path, QByteArray const& bytes);
   void printAsked();
   void record(bool on);
   void complain(QString const& what, QString const& why);

@@ -78,6 +78,7 @@ void MainWindow::makeFileMenu() {
   add(menu, {"save", "&Save", "Ctrl+S"}, [this] { save(); });
   add(menu, {"save-as", "Save &As…", "Ctrl+Shift+S"}, [this] { saveAs(); });
   menu.addSeparator();
+  add(menu, {"import", "&Import…", ""}, [this] { importAsked(); });
   add(menu, {"export", "&Export Sheet…", "Ctrl+E"}, [this] { exportSheet(); });
   add(menu, {"export-formula", "Export &Formula…", "Ctrl+Shift+E"}, [this] { exportFormula(); });
   add(menu, {"print", "&Print…", "Ctrl+P"}, [this] { printAsked(); });
@@ -104,7 +105,13 @@ void MainWindow::makeEditMenu() {
   add(menu, {"copy", "&Copy", "Ctrl+C"}, [this] { runInFormula(field::COMMAND_COPY); });
   QMenu& copyMenu = *menu.addMenu(tr("Copy F&ormula As"));
   add(copyMenu, {"copy-text", "&Text", "Ctrl+Shift+C"}, [this] { copyAs(QStringLiteral("text")); });
+  add(copyMenu, {"copy-latex", "&LaTeX", ""}, [this] { copyAs(QStringLiteral("latex")); });
+  add(copyMenu, {"copy-words", "&Words", ""}, [this] { copyAs(QStringLiteral("words")); });
   add(copyMenu, {"copy-prefix", "&Prefix Notation", ""}, [this] { copyAs(QStringLiteral("prefix")); });
+  connect(&copyMenu, &QMenu::aboutToShow, this, &MainWindow::previewCopies);
+  connect(&copyMenu, &QMenu::aboutToHide, this, [&copyMenu] {
+    for (QAction* const copy : copyMenu.actions()) copy->setText(copy->text().section(u'\t', 0, 0));
+  });
   add(copyMenu, {"copy-picture", "P&icture", ""}, [this] { copyAs(QStringLiteral("picture")); });
   add(menu, {"paste", "&Paste", "Ctrl+V"}, [this] { runInFormula(field::COMMAND_PASTE); });
   menu.addSeparator();
@@ -190,6 +197,7 @@ void MainWindow::makeViewMenu() {
     })->setActionGroup(formGroup);
   };
   addForm({"status-text", "As &Text", ""});
+  addForm({"status-latex", "As &LaTeX", ""});
   addForm({"status-words", "In &Words", ""});
   addForm({"status-prefix", "In &Prefix Notation", ""});
   QMenu& looks = *menu.addMenu(tr("&Appearance"));

@@ -102,6 +102,29 @@ void MainWindow::openAsked() {
   if (!path.isEmpty()) open(path);
 }
 
+bool MainWindow::importDocument(QString const& path) {
+  QString error;
+  FileStamp ignored;
+  std::optional<sheet::DocumentKindE> const kind = documentKindOf(path);
+  std::optional<QByteArray> const bytes = readSheetFile(path, ignored, error);
+  std::optional<Sheet> const sheet =
+      bytes ? readDocument(*bytes, kind.value_or(sheet::DOCUMENT_MARKDOWN), error) : std::nullopt;
+  if (!sheet) {
+    complain(tr("%1 could not be imported.").arg(QDir::toNativeSeparators(path)), error);
+    return false;
+  }
+  if (!showSheet(*sheet, {})) return false;
+  view_->setUnsaved();
+  return true;
+}
+
+void MainWindow::importAsked() {
+  if (!mayLeave()) return;
+  QString const path = QFileDialog::getOpenFileName(
+      this, tr("Import"), folder(), tr("Documents (*.tex *.md);;LaTeX (*.tex);;Markdown (*.md)"));
+  if (!path.isEmpty()) importDocument(path);
+}
+
 bool MainWindow::showSheet(Sheet const& sheet, QString const& path) {
   if (!view_->setSheet(sheet, showProgress(this, tr("Opening the sheet…"), sheet.size()))) return false;
   if (recovery_) recovery_->forget();
@@ -249,27 +272,29 @@ void MainWindow::fillRecentMenu() {
 
 // ---- Pictures, paper, recordings --------------------------------------------------------------------------
 
-QString MainWindow::askExportPath(QString const& title) {
-  return askPathToWrite(title, tr("PNG picture (*.png);;SVG picture (*.svg);;PDF (*.pdf)"),
+QString MainWindow::askExportPath(QString const& title, QString const& others) {
+  return askPathToWrite(title, tr("PNG picture (*.png);;SVG picture (*.svg);;PDF (*.pdf)") + others,
                         QStringLiteral("png"));
 }
 
 void MainWindow::exportSheet() {
-  QString const path = askExportPath(tr("Export Sheet"));
+  QString const path =
+      askExportPath(tr("Export Sheet"), tr(";;LaTeX document (*.tex);;Markdown document (*.md)"));
   if (path.isEmpty()) return;
+  if (auto const kind = documentKindOf(path)) return writeExport(path, writeDocument(view_->sheet(), *kind));
   QString const title = QFileInfo(path_).completeBaseName();
   Exporter const exporter(fonts_, font(), decimalComma_);
-  writePicture(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));
+  writeExport(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));
 }
 
 void MainWindow::exportFormula() {
   QString const path = askExportPath(tr("Export Formula"));
   if (path.isEmpty()) return;
   Exporter const exporter(fonts_, font(), decimalComma_);
-  writePicture(path, exporter.exportFormula(view_->currentRow()->line(), pictureFormatOf(path)));
+  writeExport(path, exporter.exportFormula(view_->currentRow()->line(), pictureFormatOf(path)));
 }
 
-void MainWindow::writePicture(QString const& path, QByteArray const& bytes) {
+void MainWindow::writeExport(QString const& path, QByteArray const& bytes) {
   QString error = tr("The picture would be too large.");
   if (bytes.isEmpty() || !writeFile(path, bytes, error)) {
     complain(tr("%1 could not be written.").arg(QDir::toNativeSeparators(path)), error);

@@ -77,18 +77,22 @@ sheet::SheetT toLines(Sheet const& sheet) {
   return lines;
 }
 
+std::optional<QString> decode(QByteArray const& bytes, QString& error) {
+  QStringDecoder decoder(QStringDecoder::Utf8);
+  QString text = decoder.decode(bytes);
+  if (!decoder.hasError()) return text;
+  error = tr("The file is no text in UTF-8");
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<Sheet> readSheet(QByteArray const& bytes, QString& error, Progress const& goOn) {
-  QStringDecoder decoder(QStringDecoder::Utf8);
-  QString const text = decoder.decode(bytes);
-  if (decoder.hasError()) {
-    error = tr("The file is no text in UTF-8");
-    return std::nullopt;
-  }
+  std::optional<QString> const text = decode(bytes, error);
+  if (!text) return std::nullopt;
   sheet::SheetT lines;
   sheet::SheetErrorS cause;
-  if (!sheet::readSheet(toWstring(text), lines, cause, toProgress(goOn))) {
+  if (!sheet::readSheet(toWstring(*text), lines, cause, toProgress(goOn))) {
     error = toQString(sheet::describe(cause));
     return std::nullopt;
   }
@@ -150,6 +154,25 @@ bool saveSheet(QString const& path, Sheet const& sheet, QString& error) {
     return false;
   }
   return writeFile(path, bytes, error);
+}
+
+std::optional<sheet::DocumentKindE> documentKindOf(QString const& path) {
+  if (path.endsWith(QLatin1String(".tex"), Qt::CaseInsensitive)) return sheet::DOCUMENT_LATEX;
+  if (path.endsWith(QLatin1String(".md"), Qt::CaseInsensitive)) return sheet::DOCUMENT_MARKDOWN;
+  return std::nullopt;
+}
+
+std::optional<Sheet> readDocument(QByteArray const& bytes, sheet::DocumentKindE kind, QString& error) {
+  std::optional<QString> const text = decode(bytes, error);
+  if (!text) return std::nullopt;
+  sheet::SheetT lines;
+  if (sheet::readDocument(toWstring(*text), kind, lines)) return toSheet(lines);
+  error = tr("The document is too large for a sheet");
+  return std::nullopt;
+}
+
+QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind) {
+  return toQString(sheet::writeDocument(toLines(sheet), kind)).toUtf8();
 }
 
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree) {

@@ -7,6 +7,7 @@
 
 #include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/sheet.h"
+#include "zolt/sheet/sheet_document.h"
 #include "zolt/sheet/sheet_text.h"
 
 namespace zolt::desktop {
@@ -46,6 +47,12 @@ std::optional<QByteArray> readSheetFile(QString const& path, FileStamp& stamp, Q
 std::optional<Sheet> loadSheet(QString const& path, QString& error);
 /// Works as `writeFile`, but also refuses a sheet that could not be opened again.
 bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
+
+/// The kind of document that the name of a file asks for; no value for a name of no document.
+std::optional<sheet::DocumentKindE> documentKindOf(QString const& path);
+/// What a sheet can hold of a document. No value, with `error`, when it is too large or no text.
+std::optional<Sheet> readDocument(QByteArray const& bytes, sheet::DocumentKindE kind, QString& error);
+QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind);
 
 /// A formula as a line. `tree` is omitted when the expression alone would show the same.
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree);

@@ -1,6 +1,7 @@
 #include "zolt/exchange/latex.h"
 
 #include <cstddef>
+#include <string_view>
 #include <utility>
 
 #include "zolt/exchange/detail/latex_names.h"
@@ -16,6 +17,21 @@ PointerTC<AlgebraicExpressionC> fromLatex(wstring const& text, PointerTC<CASSess
   if (node) return new AlgebraicExpressionC(std::move(node), std::move(session));
   if (error) *error = parser.crefError();
   return nullptr;
+}
+
+bool looksLikeLatex(wstring const& text) {
+  std::u16string_view rest(text);
+  auto const isBlank = [](char16_t c) { return c == u' ' || c == u'\n' || c == u'\r' || c == u'\t'; };
+  while (!rest.empty() && isBlank(rest.front())) rest.remove_prefix(1);
+  while (!rest.empty() && isBlank(rest.back())) rest.remove_suffix(1);
+  if (rest.size() > 2 && rest.front() == u'$' && rest.back() == u'$') return true;
+  for (std::size_t i = rest.find(u'\\'); i < rest.size() && i + 1 < rest.size();
+       i = rest.find(u'\\', i + 1)) {
+    char16_t const next = rest[i + 1];
+    bool const isCommand = (next >= u'a' && next <= u'z') || (next >= u'A' && next <= u'Z');
+    if (isCommand || (i == 0 && (next == u'(' || next == u'['))) return true;
+  }
+  return false;
 }
 
 wstring toLatex(AlgebraicExpressionC const& expression) {

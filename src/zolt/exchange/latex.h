@@ -24,6 +24,9 @@ using oss::wstring;
 [[nodiscard]] PointerTC<AlgebraicExpressionC> fromLatex(wstring const& text, PointerTC<CASSessionBC> session,
                                                         ReadErrorS* error = nullptr);
 
+/// Whether `text` is written as only LaTeX is: all of it in "$", "\\(" or "\\[", or with a command in it.
+[[nodiscard]] bool looksLikeLatex(wstring const& text);
+
 /// The expression as in a textbook, for LaTeX with amsmath, KaTeX and MathJax. The text of every expression
 /// reads back to an equal expression. Empty for the empty expression.
 wstring toLatex(AlgebraicExpressionC const& expression);

@@ -3,6 +3,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/float64_util.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/cell_text.h"
 #include "zolt/field/detail/construct_names.h"
@@ -27,9 +28,10 @@ using oss::PointerTC;
 
 namespace {
 
-PointerTC<AlgebraicExpressionC> readPlainText(wstring const& text, InputOptionsS const& options,
-                                              ReadErrorS* error) {
+PointerTC<AlgebraicExpressionC> readText(wstring const& text, InputOptionsS const& options,
+                                         ReadErrorS* error) {
   auto const session = CASSessionBC::getSession();
+  if (exchange::looksLikeLatex(text)) return exchange::fromLatex(text, session, error);
   // Text from another program may use points even so.
   if (options.decimalComma) {
     if (auto expression = exchange::fromPlainText(toPoints(text), session)) return expression;
@@ -62,7 +64,7 @@ wstring withoutLineEnds(wstring text) {
 }
 
 PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const& options, ReadErrorS* error) {
-  if (auto const expression = readPlainText(text, options, error)) {
+  if (auto const expression = readText(text, options, error)) {
     return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
   }
   wstring const characters = withoutLineEnds(options.decimalComma ? toPoints(text) : text);
@@ -125,7 +127,7 @@ using RowT = std::unique_ptr<Node4C>;
 RowT makeCell(wstring const& text, OperatorListC const& operators, InputOptionsS const& options) {
   if (text.find_first_not_of(u' ') == wstring::npos) return rows::makeEmptyRow();
   RowT root;
-  if (auto const expression = readPlainText(text, options, nullptr)) {
+  if (auto const expression = readText(text, options, nullptr)) {
     root.reset(Node4C::fromAlgebraicExpression(expression, math::common::Float64UtilC::max_display_precision,
                                                math::algexpr::NUMBER_FORMAT_AUTOMATIC));
     return RowT(root->cutChild(0));
@@ -214,6 +216,15 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
     return PASTE_DONE;
   }
   content.prefix.clear();
+  if (!content.latex.empty()) {
+    auto const expression = exchange::fromLatex(content.latex, CASSessionBC::getSession());
+    content.latex.clear();
+    if (expression && view.paste(expression)) {
+      // What has been read is the expression, however it was written.
+      content.prefix = expression->toPrefixString();
+      return PASTE_DONE;
+    }
+  }
   if (pasteCellTexts(view, content.plainText, options)) return PASTE_DONE;
   return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content.plainText, options, error);
 }

@@ -24,8 +24,10 @@ struct ClipboardContentS {
   /// As people type formulas; an incomplete one is written as far as possible. A block of a table's cells is
   /// text with tabs, as in programs for tables.
   wstring plainText;
+  /// Of another program. What is copied has none, since `exchange::toLatex` makes it of the prefix.
+  wstring latex = {};
 
-  bool isEmpty() const { return bytes.empty() && prefix.empty() && plainText.empty(); }
+  bool isEmpty() const { return bytes.empty() && prefix.empty() && latex.empty() && plainText.empty(); }
 };
 
 /// The clipboard that a field's commands write and read. A host implements it over the system's clipboard;
@@ -63,11 +65,11 @@ enum PasteE {
 };
 
 /// Text with tabs goes into the cells of the table around the caret, or becomes a table; so does a block of
-/// cells, of which a table keeps the exact form. Else:
-/// replaces the view's selection by the first form of `content` that can be read, and clears the forms before
-/// it. Plain text that is not a formula is typed character by character if that is possible; if not, `error`
-/// (may be null) says why the text was refused. Call it within a group of the view, and cancel the group
-/// after a refusal.
+/// cells, of which a table keeps the exact form. Else: replaces the view's selection by the first form of
+/// `content` that can be read, and clears the forms before it; LaTeX that was read is then the prefix. Plain
+/// text that is LaTeX is read as that. Plain text that is not a formula is typed character by character if
+/// that is possible; if not, `error` (may be null) says why the text was refused. Call it within a group of
+/// the view, and cancel the group after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
                     ReadErrorS* error);
 

@@ -12,6 +12,7 @@
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/constraints/constraints.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/qt/formula_accessible.h"
@@ -213,15 +214,25 @@ QString FormulaEdit::prefix() const {
 }
 
 bool FormulaEdit::setPrefix(QString const& prefix) {
-  if (prefix.trimmed().isEmpty()) return setAlgebraicExpression(nullptr);
+  return state_->showText(prefix, [](auto const& text, auto const& session, auto* error) {
+    return AlgebraicExpressionC::fromPrefixString(text, session, error);
+  });
+}
+
+QString FormulaEdit::latex() const {
+  auto const expression = algebraicExpression();
+  return expression ? toQString(exchange::toLatex(*expression)) : QString();
+}
+
+bool FormulaEdit::setLatex(QString const& latex) { return state_->showText(latex, exchange::fromLatex); }
+
+bool FormulaEdit::StateS::showText(QString const& text, ReaderT const& read) {
+  if (text.trimmed().isEmpty()) return edit.setAlgebraicExpression(nullptr);
   math::common::ReadErrorS error;
-  auto read = AlgebraicExpressionC::fromPrefixString(toWstring(prefix),
-                                                     math::algexpr::CASSessionBC::getSession(), &error);
-  if (!read) {
-    state_->report(error);
-    return false;
-  }
-  return setAlgebraicExpression(read);
+  Expression const expression = read(toWstring(text), math::algexpr::CASSessionBC::getSession(), &error);
+  if (expression) return edit.setAlgebraicExpression(expression);
+  report(error);
+  return false;
 }
 
 QString FormulaEdit::tree() const { return toQString(state_->field->writeTree()); }

@@ -35,6 +35,8 @@ class FormulaEdit : public EditField {
   Q_PROPERTY(QString expression READ expression WRITE setExpression NOTIFY expressionChanged USER true)
   /// The same in prefix notation, as an algebra engine reads it: "/(sqrt(+(^(x,2),1)),2)".
   Q_PROPERTY(QString prefix READ prefix WRITE setPrefix NOTIFY expressionChanged)
+  /// The same in LaTeX: "\\frac{\\sqrt{x^{2}+1}}{2}".
+  Q_PROPERTY(QString latex READ latex WRITE setLatex NOTIFY expressionChanged)
   /// The current formula, complete or not, in tree notation.
   Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
   Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
@@ -93,6 +95,8 @@ class FormulaEdit : public EditField {
   bool setExpression(QString const& expression);
   QString prefix() const;
   bool setPrefix(QString const& prefix);
+  QString latex() const;
+  bool setLatex(QString const& latex);
   QString tree() const;
   bool setTree(QString const& tree);
   /// Null when the formula is incomplete. The call does not move the caret or the selection.
@@ -179,6 +183,8 @@ class FormulaEdit : public EditField {
   };
   /// The formula in words: "x plus 1 over 2".
   QString readableText() const;
+  /// The selection in words.
+  QString selectedWords() const;
   /// What a listener has been told last about the caret: "into the denominator"; empty where the events of
   /// texts tell all.
   QString announcement() const;

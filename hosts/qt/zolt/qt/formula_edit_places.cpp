@@ -71,6 +71,13 @@ QString FormulaEdit::announcement() const { return state_->announced; }
 
 QString FormulaEdit::readableText() const { return toQString(state_->readableText().text); }
 
+QString FormulaEdit::selectedWords() const {
+  math::ved::ViewZNT4C const& view = state_->field->crefView();
+  if (!hasSelection()) return {};
+  return toQString(
+      field::makeReadableText(view.getSelection(), view.crefOperatorList(), state_->speechStyle()).text);
+}
+
 FormulaEdit::CaretOffsets FormulaEdit::caretOffsets() const {
   math::ved::ViewZNT4C const& view = state_->field->crefView();
   field::ReadableTextS const text = state_->readableText();

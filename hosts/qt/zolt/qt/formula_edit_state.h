@@ -49,6 +49,10 @@ struct FormulaEdit::StateS {
   void change(std::function<void()> const& action);
   /// Runs an `action` of the host's that shows another formula; reports `error` when it is refused.
   bool show(std::function<bool()> const& action, math::common::ReadErrorS const& error);
+  using ReaderT = std::function<Expression(oss::wstring const&, oss::PointerTC<math::algexpr::CASSessionBC>,
+                                           math::common::ReadErrorS*)>;
+  /// Shows the expression that `read` makes of the text; reports what is wrong with one that it refuses.
+  bool showText(QString const& text, ReaderT const& read);
   /// Emits what has changed of the properties that follow the history. `before` is where that was.
   void followHistory(unsigned long before);
   /// Emits `errorOccurred`, or keeps the error until somebody listens.

@@ -1,5 +1,10 @@
 #include "zolt/qt/formula_mime.h"
 
+#include <QRegularExpression>
+#include <QTextDocumentFragment>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/qt/formula_picture.h"
 #include "zolt/qt/text.h"
 
@@ -17,6 +22,22 @@ constexpr qreal picture_margin = 2;
 
 /// A longer text is not a formula that a person copied.
 constexpr qsizetype max_text = 1 << 20;
+
+QString toLatex(oss::wstring const& prefix) {
+  auto const expression = math::algexpr::AlgebraicExpressionC::fromPrefixString(prefix);
+  return expression ? toQString(exchange::toLatex(*expression)) : QString();
+}
+
+/// The LaTeX that web pages leave beside what they show: in an annotation, where the texts of a page have
+/// entities.
+QString findLatex(QString const& html) {
+  static QRegularExpression const annotation(
+      QStringLiteral(
+          "<annotation[^>]*encoding=\"(?:application/x-tex|TeX|LaTeX)\"[^>]*>([^<]*)</annotation>"),
+      QRegularExpression::CaseInsensitiveOption);
+  QRegularExpressionMatch const found = annotation.match(html);
+  return found.hasMatch() ? QTextDocumentFragment::fromHtml(found.captured(1)).toPlainText() : QString();
+}
 
 QByteArray toByteArray(oss::bytestring const& bytes) {
   return QByteArray(reinterpret_cast<char const*>(bytes.data()), qsizetype(bytes.size()));
@@ -36,6 +57,9 @@ field::ClipboardContentS FormulaMimeData::read(QMimeData const& data) {
   field::ClipboardContentS content;
   content.bytes = toBytes(data.data(QLatin1String(formula_mime_type)));
   content.prefix = toWstring(QString::fromUtf8(data.data(QLatin1String(prefix_mime_type))));
+  QString latex = QString::fromUtf8(data.data(QLatin1String(latex_mime_type)));
+  if (latex.isEmpty() && data.hasHtml() && data.html().size() <= max_text) latex = findLatex(data.html());
+  if (latex.size() <= max_text) content.latex = toWstring(latex);
   QString const text = data.text();
   if (text.size() <= max_text) content.plainText = toWstring(text);
   return content;
@@ -43,13 +67,14 @@ field::ClipboardContentS FormulaMimeData::read(QMimeData const& data) {
 
 bool FormulaMimeData::canRead(QMimeData const* data) {
   return data && (data->hasFormat(QLatin1String(formula_mime_type)) ||
-                  data->hasFormat(QLatin1String(prefix_mime_type)) || data->hasText());
+                  data->hasFormat(QLatin1String(prefix_mime_type)) ||
+                  data->hasFormat(QLatin1String(latex_mime_type)) || data->hasHtml() || data->hasText());
 }
 
 QStringList FormulaMimeData::formats() const {
   QStringList types;
   if (!content_.bytes.empty()) types << QLatin1String(formula_mime_type);
-  if (!content_.prefix.empty()) types << QLatin1String(prefix_mime_type);
+  if (!content_.prefix.empty()) types << QLatin1String(prefix_mime_type) << QLatin1String(latex_mime_type);
   if (!content_.plainText.empty()) types << QLatin1String(text_type);
   if (!content_.bytes.empty() && fonts_) {
     types << QLatin1String(svg_type) << QLatin1String(png_type) << QLatin1String(image_type);
@@ -62,6 +87,7 @@ bool FormulaMimeData::hasFormat(QString const& type) const { return formats().co
 QVariant FormulaMimeData::retrieveData(QString const& type, QMetaType) const {
   if (type == QLatin1String(formula_mime_type)) return toByteArray(content_.bytes);
   if (type == QLatin1String(prefix_mime_type)) return toQString(content_.prefix).toUtf8();
+  if (type == QLatin1String(latex_mime_type)) return toLatex(content_.prefix).toUtf8();
   if (type == QLatin1String(text_type)) return toQString(content_.plainText);
   if (!fonts_ || !hasFormat(type)) return {};
   FormulaPicture picture(fonts_, decimalComma_);

@@ -1,0 +1,266 @@
+#include "zolt/sheet/sheet_document.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "zolt/algexpr/algebraic_expression.h"
+#include "zolt/exchange/latex.h"
+
+namespace zolt::sheet {
+
+namespace {
+
+using math::algexpr::AlgebraicExpressionC;
+using ViewT = std::u16string_view;
+
+/// How a kind of document writes a character of a text, and how it writes what is around lines.
+struct EscapeS {
+  char16_t character;
+  ViewT written;
+};
+
+constexpr EscapeS latex_escapes[] = {{u'\\', u"\\textbackslash{}"},
+                                     {u'~', u"\\textasciitilde{}"},
+                                     {u'^', u"\\textasciicircum{}"},
+                                     {u'#', u"\\#"},
+                                     {u'$', u"\\$"},
+                                     {u'%', u"\\%"},
+                                     {u'&', u"\\&"},
+                                     {u'_', u"\\_"},
+                                     {u'{', u"\\{"},
+                                     {u'}', u"\\}"}};
+constexpr EscapeS markdown_escapes[] = {{u'\\', u"\\\\"}, {u'$', u"\\$"}, {u'*', u"\\*"}, {u'_', u"\\_"},
+                                        {u'`', u"\\`"},   {u'<', u"\\<"}, {u'[', u"\\["}, {u'#', u"\\#"}};
+
+// Around what has no other form in a document.
+constexpr ViewT latex_tree = u"% zolt-tree ";
+constexpr ViewT markdown_tree = u"<!-- zolt-tree ";
+constexpr ViewT markdown_tree_end = u" -->";
+
+template <std::size_t size>
+wstring escape(ViewT text, EscapeS const (&escapes)[size]) {
+  wstring out;
+  for (char16_t const c : text) {
+    auto const* const found = std::find_if(std::begin(escapes), std::end(escapes),
+                                           [&](EscapeS const& one) { return one.character == c; });
+    if (found != std::end(escapes)) {
+      out += found->written;
+    } else {
+      out += c == u'\n' || c == u'\r' ? u' ' : c;
+    }
+  }
+  return out;
+}
+
+template <std::size_t size>
+wstring unescape(ViewT text, EscapeS const (&escapes)[size]) {
+  wstring out;
+  while (!text.empty()) {
+    auto const* const found = std::find_if(std::begin(escapes), std::end(escapes), [&](EscapeS const& one) {
+      return text.substr(0, one.written.size()) == one.written;
+    });
+    bool const isEscape = text[0] == u'\\' && found != std::end(escapes);
+    out += isEscape ? found->character : text[0];
+    text.remove_prefix(isEscape ? found->written.size() : 1);
+  }
+  return out;
+}
+
+ViewT trim(ViewT text) {
+  constexpr ViewT blanks = u" \t\r\n";
+  std::size_t const begin = std::min(text.find_first_not_of(blanks), text.size());
+  return text.substr(begin, text.find_last_not_of(blanks) + 1 - begin);
+}
+
+bool startsWith(ViewT text, ViewT start) { return text.substr(0, start.size()) == start; }
+
+wstring toLatex(wstring const& prefix) {
+  auto const expression = AlgebraicExpressionC::fromPrefixString(prefix);
+  return expression ? exchange::toLatex(*expression) : wstring();
+}
+
+// ---- Reading ----------------------------------------------------------------------------------------------
+
+/// What may be around a displayed formula.
+struct FenceS {
+  ViewT open;
+  ViewT close;
+};
+
+constexpr FenceS fences[] = {{u"$$", u"$$"},
+                             {u"\\[", u"\\]"},
+                             {u"\\begin{equation}", u"\\end{equation}"},
+                             {u"\\begin{equation*}", u"\\end{equation*}"},
+                             {u"\\begin{displaymath}", u"\\end{displaymath}"},
+                             {u"```math", u"```"},
+                             {u"$", u"$"}};
+
+constexpr FenceS latex_headings[] = {
+    {u"\\title{", u"}"},    {u"\\chapter{", u"}"},    {u"\\chapter*{", u"}"},    {u"\\section{", u"}"},
+    {u"\\section*{", u"}"}, {u"\\subsection{", u"}"}, {u"\\subsection*{", u"}"}, {u"\\paragraph{", u"}"}};
+
+class DocumentReaderC {
+ public:
+  DocumentReaderC(ViewT text, DocumentKindE kind) : rest_(text), kind_(kind) {}
+
+  bool read(SheetT& sheet) {
+    if (kind_ == DOCUMENT_LATEX) skipPreamble();
+    while (!rest_.empty() && sheet_.size() <= max_sheet_lines) readLine();
+    endParagraph();
+    if (!isWithinLimits(sheet_)) return false;
+    sheet = std::move(sheet_);
+    return true;
+  }
+
+ private:
+  void skipPreamble() {
+    constexpr ViewT begin = u"\\begin{document}", end = u"\\end{document}";
+    std::size_t const first = rest_.find(begin);
+    if (first != rest_.npos) rest_.remove_prefix(first + begin.size());
+    rest_ = rest_.substr(0, rest_.find(end));
+  }
+
+  void readLine() {
+    std::size_t const end = std::min(rest_.find(u'\n'), rest_.size());
+    ViewT const line = trim(rest_.substr(0, end));
+    if (paragraph_.empty() && readFormula(line)) return;
+    rest_.remove_prefix(std::min(end + 1, rest_.size()));
+    if (line.empty()) {
+      endParagraph();
+    } else if (!readTree(line) && !readHeading(line) && !isComment(line)) {
+      if (!paragraph_.empty()) paragraph_ += u' ';
+      paragraph_ += line;
+    }
+  }
+
+  /// Takes the formula that starts with this line and ends with one of its own.
+  bool readFormula(ViewT line) {
+    auto const* const fence = std::find_if(std::begin(fences), std::end(fences),
+                                           [&](FenceS const& one) { return startsWith(line, one.open); });
+    if (fence == std::end(fences)) return false;
+    std::size_t const begin = rest_.find(fence->open) + fence->open.size();
+    bool& isMissing = isMissing_[fence - std::begin(fences)];
+    std::size_t const end = isMissing ? rest_.npos : rest_.find(fence->close, begin);
+    isMissing = end == rest_.npos;
+    if (isMissing) return false;
+    std::size_t const last = end + fence->close.size();
+    std::size_t const lineEnd = std::min(rest_.find(u'\n', last), rest_.size());
+    ViewT const formula = rest_.substr(begin, end - begin);
+    bool const isInline = fence->open == u"$" && formula.find(u'\n') != formula.npos;
+    ViewT const after = trim(rest_.substr(last, lineEnd - last));
+    bool const isAlone = after.empty() || (kind_ == DOCUMENT_LATEX && after[0] == u'%');
+    if (isInline || !isAlone) return false;
+    ViewT const whole = trim(rest_.substr(0, lineEnd));
+    rest_.remove_prefix(std::min(lineEnd + 1, rest_.size()));
+    addFormula(formula, whole);
+    return true;
+  }
+
+  void addFormula(ViewT latex, ViewT whole) {
+    auto const expression = exchange::fromLatex(wstring(latex), nullptr);
+    if (expression) {
+      sheet_.push_back({SHEET_FORMULA, {}, expression->toPrefixString(), {}});
+    } else {
+      addText(SHEET_TEXT, wstring(whole));
+    }
+  }
+
+  bool readTree(ViewT line) {
+    ViewT const mark = kind_ == DOCUMENT_LATEX ? latex_tree : markdown_tree;
+    if (!startsWith(line, mark)) return false;
+    line.remove_prefix(mark.size());
+    if (kind_ == DOCUMENT_MARKDOWN) line = line.substr(0, line.rfind(markdown_tree_end));
+    // What is no tree would make the sheet unreadable.
+    SheetLineS const formula = makeFormulaLine({}, wstring(line));
+    SheetT checked;
+    SheetErrorS error;
+    endParagraph();
+    if (readSheet(writeSheet({formula}), checked, error)) {
+      sheet_.push_back(formula);
+    } else {
+      addText(SHEET_TEXT, wstring(line));
+    }
+    return true;
+  }
+
+  bool readHeading(ViewT line) {
+    if (kind_ == DOCUMENT_MARKDOWN) {
+      std::size_t const end = std::min(line.find_first_not_of(u'#'), line.size());
+      if (end == 0 || end > 6 || (end < line.size() && line[end] != u' ')) return false;
+      endParagraph();
+      addText(SHEET_HEADING, unescape(trim(line.substr(end)), markdown_escapes));
+      return true;
+    }
+    auto const* const found = std::find_if(std::begin(latex_headings), std::end(latex_headings),
+                                           [&](FenceS const& one) { return startsWith(line, one.open); });
+    if (found == std::end(latex_headings) || line.back() != u'}') return false;
+    endParagraph();
+    line.remove_prefix(found->open.size());
+    line.remove_suffix(1);
+    addText(SHEET_HEADING, unescape(line, latex_escapes));
+    return true;
+  }
+
+  bool isComment(ViewT line) const {
+    return kind_ == DOCUMENT_LATEX && (line[0] == u'%' || line == u"\\maketitle");
+  }
+
+  void endParagraph() {
+    if (paragraph_.empty()) return;
+    bool const isLatex = kind_ == DOCUMENT_LATEX;
+    addText(SHEET_TEXT,
+            isLatex ? unescape(paragraph_, latex_escapes) : unescape(paragraph_, markdown_escapes));
+    paragraph_.clear();
+  }
+
+  void addText(SheetLineKindE kind, wstring text) {
+    std::replace_if(
+        text.begin(), text.end(), [](char16_t c) { return c == u'\n' || c == u'\r'; }, u' ');
+    do {
+      sheet_.push_back({kind, text.substr(0, max_sheet_text), {}, {}});
+      text.erase(0, max_sheet_text);
+    } while (!text.empty());
+  }
+
+  ViewT rest_;
+  DocumentKindE kind_;
+  SheetT sheet_;
+  wstring paragraph_;
+  std::array<bool, std::size(fences)> isMissing_{};  // no further closing fence comes, so none is looked for
+};
+
+}  // namespace
+
+wstring writeDocument(SheetT const& sheet, DocumentKindE kind) {
+  bool const isLatex = kind == DOCUMENT_LATEX;
+  wstring out;
+  if (isLatex) out += u"\\documentclass{article}\n\\usepackage{amsmath,amssymb}\n\\begin{document}\n\n";
+  for (SheetLineS const& line : sheet) {
+    wstring const text = isLatex ? escape(line.text, latex_escapes) : escape(line.text, markdown_escapes);
+    wstring const latex = line.kind == SHEET_FORMULA ? toLatex(line.prefix) : wstring();
+    if (line.kind == SHEET_HEADING) {
+      out += isLatex ? u"\\section*{" + text + u"}" : u"## " + text;
+    } else if (line.kind == SHEET_TEXT) {
+      out += text;
+    } else if (!latex.empty()) {
+      out += isLatex ? u"\\[\n" + latex + u"\n\\]" : u"$$\n" + latex + u"\n$$";
+    } else if (!line.tree.empty()) {
+      out.append(isLatex ? latex_tree : markdown_tree).append(line.tree);
+      if (!isLatex) out += markdown_tree_end;
+    } else {
+      continue;
+    }
+    out += u"\n\n";
+  }
+  if (isLatex) out += u"\\end{document}\n";
+  return out;
+}
+
+bool readDocument(wstring const& text, DocumentKindE kind, SheetT& sheet) {
+  return DocumentReaderC(text, kind).read(sheet);
+}
+
+}  // namespace zolt::sheet
