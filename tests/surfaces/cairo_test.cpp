@@ -17,6 +17,7 @@
 #include "tests/support/operators.h"
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/surfaces/cairo/cairo_graphics.h"
@@ -195,7 +196,7 @@ class SheetC {
 
 // A picture without one of its letters or bars is another formula.
 TEST_F(CairoPictures, LookTheSameInEveryFormat) {
-  tests::standardOperators();
+  catalogue_extended::registerExtendedOperators(tests::standardOperators());
   SheetC typed;
   for (oss::wstring const text : {u"log(x,2)\u2264pi", u"30\u00B0\u2260\u03B1\u0393", u"((a/b", u"nthroot(",
                                   u"mod and \u00BB\u0416", u"where(f,x,1)", u"x_1+index"}) {

@@ -22,6 +22,12 @@ std::set<wstring>& guardedNames() {
   return names;
 }
 
+/// The names of signs that hosts added, which come after their operands.
+std::set<wstring>& signsAfter() {
+  static auto& names = *new std::set<wstring>;
+  return names;
+}
+
 bool needsGuardBeforeExponent(NodeABC const& node) {
   if (!node.asParent()) return false;
   return detail::hasTrait(node.crefName(), detail::CORE_GUARDED) || guardedNames().count(node.crefName()) > 0;
@@ -73,9 +79,10 @@ PointerTC<NodeABC> makePower(PointerTC<NodeABC> base, PointerTC<NodeABC> exponen
   return makeFunction(u"^", {guardedPower(std::move(base)), guarded(std::move(exponent), unit)});
 }
 
+void guardBeforeSign(wstring const& name) { signsAfter().insert(name); }
+
 PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand) {
-  bool const ambiguous = operand && (needsGuardBeforeExponent(*operand) || isNegativeNumber(*operand));
-  return makeFunction(u"!", {guarded(std::move(operand), ambiguous)});
+  return makeOperation(u"!", {std::move(operand)});
 }
 
 bool beginsWithSign(NodeABC const& operand) {
@@ -92,7 +99,11 @@ PointerTC<NodeABC> makeOperation(wstring const& name, std::vector<PointerTC<Node
   }
   if (operands.size() == 1) {
     if (name == u"_neg" || name == u"_pos") return makeFunction(name, {guardedSign(std::move(operands[0]))});
-    if (name == u"!") return makeFactorial(std::move(operands[0]));
+    if (name == u"!" || signsAfter().count(name) > 0) {
+      bool const ambiguous =
+          operands[0] && (needsGuardBeforeExponent(*operands[0]) || isNegativeNumber(*operands[0]));
+      return makeFunction(name, {guarded(std::move(operands[0]), ambiguous)});
+    }
     if (name == u"_rad" || name == u"_deg") return makeFunction(name, {guardedPower(std::move(operands[0]))});
   }
   return makeFunction(name, std::move(operands));

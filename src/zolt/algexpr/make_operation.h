@@ -21,6 +21,10 @@ namespace zolt::math::algexpr {
 /// constructs that say so.
 void guardBeforeExponent(wstring const& name);
 
+/// Makes `makeOperation` guard the operand of a sign of this name, which comes after it, as that of a
+/// factorial. For the whole process, as above; `ved::OperatorListC::add` does it.
+void guardBeforeSign(wstring const& name);
+
 /// `operand`!. Guards what `makePower` guards as a base, and a negative number.
 [[nodiscard]] PointerTC<NodeABC> makeFactorial(PointerTC<NodeABC> operand);
 

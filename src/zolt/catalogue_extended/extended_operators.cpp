@@ -3,6 +3,7 @@
 #include "zolt/catalogue_extended/operator_binomial.h"
 #include "zolt/catalogue_extended/operator_norm.h"
 #include "zolt/catalogue_extended/operator_where_equation.h"
+#include "zolt/catalogue_extended/signs.h"
 #include "zolt/catalogue_extended/table_operators.h"
 
 namespace zolt::catalogue_extended {
@@ -13,6 +14,7 @@ void registerExtendedOperators(math::ved::OperatorListC& operators) {
   operators.add(new OperatorBinomialC);
   operators.add(new OperatorNormC);
   addTableOperators(operators);
+  addSigns(operators);
 }
 
 }  // namespace zolt::catalogue_extended

@@ -22,7 +22,9 @@ struct PlainOperatorS {
   PlainPlaceE place;
   int precedence;             ///< that of the editor's operator (`ved::OperatorBC`): larger binds looser
   wstring written;            ///< with the blanks around it: " in "
-  std::vector<wstring> read;  ///< names, and signs of one or two characters: "in", "\u2208"
+  std::vector<wstring> read;  ///< names, and signs of one to three characters: "in", "\u2208"
+  bool isName =
+      false;  ///< before one operand: where none follows, the sign is a name by itself, as ∇ in "∇*F"
 };
 
 /// Adds it for the whole process, for every text that is read or written from now on; the last one with a

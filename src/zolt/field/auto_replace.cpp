@@ -168,6 +168,11 @@ bool meltsAt(PlaceS place, wstring const& name) {
   return isWordCharacter(next) && !isPart;
 }
 
+/// Whether the operator is written after an operand: "in", and not the variable of that name.
+bool takesOperandBefore(OperatorBC const& op) {
+  return op.getPlace() == OPERATOR_BETWEEN || op.getPlace() == OPERATOR_AFTER;
+}
+
 /// The same with a blank after it where it would become a part of the name there; `op` is what it inserts, if
 /// anything.
 ReplacementS apart(ReplacementS replacement, PointerTC<OperatorBC> const& op) {
@@ -210,8 +215,14 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
   if (options.letters && (name == u"r" || name == u"o") && isWholeExponent(begin, end))
     return {begin, end, u"(" + name + u")", {}};
   if (name.size() < 2) return {};
-  if (auto const op = options.letters && use == NAME_STANDS_ALONE ? findSignByName(operators, name) : nullptr)
-    return apart({begin, end, op->getName(), {}}, op);
+  auto const sign = options.letters && use == NAME_STANDS_ALONE ? findSignByName(operators, name) : nullptr;
+  if (sign && takesOperandBefore(*sign) && endsOperandBefore(begin, operators)) {
+    // The sign has the space around it that a word gets from blanks.
+    PlaceS from = begin;
+    while (from.pos > 0 && from.node->crefText()[from.pos - 1] == u' ') --from.pos;
+    return {from, end, sign->getName(), {}};
+  }
+  if (sign && !takesOperandBefore(*sign)) return apart({begin, end, sign->getName(), {}}, sign);
   std::vector<wstring> factors{name};
   if (options.singleLetters) factors = findFactors(name, operators, options.names);
   std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;

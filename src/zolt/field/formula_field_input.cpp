@@ -352,7 +352,15 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
   if (!text) return;
   PlaceS const end = at.pos > 0 ? PlaceS{text, at.pos - 1} : endOf(text);
   ReplacementS found = options_.letters ? findFunctionReplacement(view_, end) : ReplacementS();
-  if (!found.begin && by != u"(") found = findNameReplacement(view_.crefOperatorList(), end, options_);
+  if (!found.begin) {
+    OperatorListC const& operators = view_.crefOperatorList();
+    found = findNameReplacement(operators, end, options_);
+    auto const op = found.begin ? operators.lookup(found.text) : nullptr;
+    bool const isBetween = op && op->getPlace() == OPERATOR_BETWEEN;
+    // Before a bracket a name is a function's, but for a word between two operands.
+    if (by == u"(" && !isBetween) found = {};
+    if (by == u" " && isBetween && end.node == at.node) ++found.end.pos;
+  }
   if (found.begin) replaceText(found);
 }
 

@@ -214,6 +214,16 @@ NotationS const* findInfix(std::u16string_view name) {
   return found && found->form == FORM_INFIX ? found : nullptr;
 }
 
+NotationS const* findPrefix(NotationS const& infix) {
+  auto const isSame = [&](NotationS const& notation) {
+    return notation.form == FORM_PREFIX && notation.plain.written == infix.plain.written;
+  };
+  for (auto const& own : added().operators) {
+    if (isSame(own.second)) return &own.second;
+  }
+  return find(notations, isSame);
+}
+
 ReadingS const* findReading(std::u16string_view text) {
   auto const [first, last] = findReadings(text);
   return first == last ? nullptr : first;
@@ -282,6 +292,7 @@ void registerPlainOperator(PlainOperatorS op) {
   auto& [kept, notation] = all.operators.emplace_back(std::move(op), NotationS{});
   RuleE const rule = kept.place == PLAIN_AFTER ? RULE_POSTFIX : ruleOf(kept.precedence);
   notation = {kept.name, formOf(kept.place), 0, {kept.written, {}}, rule, rule, tighterThan(rule)};
+  notation.isName = kept.isName;
   notation.arity = kept.place == PLAIN_ALONE ? 0 : kept.place == PLAIN_BETWEEN ? 2 : 1;
   all.byName[notation.name] = &notation;
   for (wstring const& text : kept.read) all.byText[text] = {text, &notation, {}};

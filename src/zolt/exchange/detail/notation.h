@@ -53,12 +53,16 @@ struct NotationS {
   RuleE leftRule = RULE_ATOM;   ///< of the operand before the sign
   RuleE rightRule = RULE_ATOM;  ///< of the operand after the sign
   char16_t sign = u'\0';        ///< the editor's own character for it, which every notation reads
+  bool isName = false;          ///< the sign before an operand is a name where none follows
 };
 
 /// The operator of that name; null when there is none.
 NotationS const* findNotation(std::u16string_view name);
 /// The same for an operator between two operands only.
 NotationS const* findInfix(std::u16string_view name);
+
+/// The operator that is written before its operand with the sign of that one between two; null: none.
+NotationS const* findPrefix(NotationS const& infix);
 
 /// Whether a sign of the operation is right before its last operand and in one line with it. A textbook puts
 /// that operand in brackets when it begins with a sign.

@@ -155,11 +155,14 @@ void PlainLexerC::readSign(char16_t c) {
   bool const isRightAfter = token_.end == token_.begin;
   bool const isCounted = token_.type == PLAIN_TOKEN_NUMBER ||
                          (token_.type == PLAIN_TOKEN_POSTFIX && text_[token_.end - 1] == factorial);
-  ReadingS const* const reading = findReading(text_.substr(token_.begin, 2));
+  // The longest sign wins: "<=>".
+  std::size_t length = 3;
+  ReadingS const* reading = findReading(text_.substr(token_.begin, length));
+  if (!reading) reading = findReading(text_.substr(token_.begin, --length));
   // "5!=120" is an equation.
   bool const isFactorial = c == factorial && isRightAfter && isCounted;
   if (reading && !isFactorial) {
-    position_ = std::min(token_.begin + 2, text_.size());
+    position_ = std::min(token_.begin + length, text_.size());
     return setOperator(*reading);
   }
   char16_t const sign = common::foldLookAlike(c, common::LOOK_ALIKE_PASTED);

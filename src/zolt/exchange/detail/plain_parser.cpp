@@ -53,7 +53,12 @@ PlainParserC::NextE PlainParserC::readOperand() {
       return readRoot();
     case PLAIN_TOKEN_PREFIX: {
       NotationS const& op = *token().infix;
-      if (currentRule() <= op.rule) return readPrefix(wstring(op.name), op.rule);
+      if (currentRule() <= op.rule) {
+        wstring const alone(op.isName ? op.plain.written : std::u16string_view());
+        NextE const next = readPrefix(wstring(op.name), op.rule);
+        frames_.back().alone = alone;
+        return next;
+      }
       return isBareName(op.name) ? readWordCall(op.name) : fail(READ_ERROR_MISSING_OPERAND);
     }
     case PLAIN_TOKEN_INFIX:
@@ -62,8 +67,16 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
     default:
-      return fail(READ_ERROR_MISSING_OPERAND);
+      return readNoOperand();
   }
+}
+
+/// Where an operand is needed and none begins: a sign before it may be a name by itself.
+PlainParserC::NextE PlainParserC::readNoOperand() {
+  if (frames_.empty() || frames_.back().alone.empty()) return fail(READ_ERROR_MISSING_OPERAND);
+  NodeT name = makeNamed(frames_.back().alone);
+  frames_.pop_back();
+  return keep(std::move(name));
 }
 
 PlainParserC::NextE PlainParserC::readPrefix(wstring const& name, RuleE operandRule) {
@@ -74,12 +87,11 @@ PlainParserC::NextE PlainParserC::readPrefix(wstring const& name, RuleE operandR
 }
 
 PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
-  std::u16string_view const sign = token().infix->name;
+  NotationS const* const prefix = findPrefix(*token().infix);
   bool const tight = currentRule() > RULE_SIGN;
   bool const allowed = !tight || frames_.back().takesSign;
-  wstring const name = sign == u"+" ? u"_pos" : sign == u"-" ? u"_neg" : sign == u"+-" ? u"_posneg" : u"";
-  if (!allowed || name.empty()) return fail(READ_ERROR_MISSING_OPERAND);
-  return readPrefix(name, tight ? currentRule() : RULE_SIGN);
+  if (!allowed || !prefix) return readNoOperand();
+  return readPrefix(wstring(prefix->name), tight ? currentRule() : RULE_SIGN);
 }
 
 PlainParserC::NextE PlainParserC::readRoot() {

@@ -41,6 +41,7 @@ class PlainParserC {
     char16_t close = u'\0';  // of brackets only
     bool takesSign = false;  // the operand may start with a sign, even if its rule is tighter
     bool isWritten = false;  // `name` is as people write it, not as the expression library does
+    wstring alone = {};      // what a sign is when no operand follows; empty: an error
     wstring name = {};       // empty: brackets that only group
     NotationS const* infix = nullptr;
     NodeT exponent = {};  // of a function, as in sin²x; of a root, its index
@@ -61,6 +62,7 @@ class PlainParserC {
   enum NextE { NEXT_OPERAND, NEXT_SIGN, NEXT_NOTHING, NEXT_FAILED };
 
   NextE readOperand();
+  NextE readNoOperand();
   NextE readPrefix(wstring const& name, RuleE operandRule);
   NextE readSignBeforeOperand();
   NextE readRoot();

@@ -292,10 +292,18 @@ bool isTypedNumber(TokenS const& token) {
   return false;
 }
 
+/// Whether a sign before that token applies to it. Otherwise the sign is a name, as in "∇²".
+bool beginsOperand(std::vector<TokenS> const& tokens, std::size_t i) {
+  if (i == tokens.size()) return false;
+  TokenE const kind = tokens[i].kind;
+  return kind != TOKEN_POWER && kind != TOKEN_FACTORIAL && kind != TOKEN_CLOSE && kind != TOKEN_SIGN;
+}
+
 EditsT findProducts(std::vector<TokenS> const& tokens) {
   EditsT edits;
   TokenE last = TOKEN_SIGN;  // of an operand that ends here its kind, TOKEN_OPERAND after what follows one
-  for (TokenS const& token : tokens) {
+  for (std::size_t i = 0; i < tokens.size(); ++i) {
+    TokenS const& token = tokens[i];
     bool const afterOperand = last == TOKEN_NUMBER || last == TOKEN_OPERAND;
     bool const afterAny = afterOperand || last == TOKEN_NAME;
     bool implied = false;
@@ -321,8 +329,10 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
       case TOKEN_OPEN:
       case TOKEN_NOT:
       case TOKEN_SIGN:
-      case TOKEN_PREFIX:
         last = TOKEN_SIGN;
+        break;
+      case TOKEN_PREFIX:
+        last = beginsOperand(tokens, i + 1) ? TOKEN_SIGN : TOKEN_OPERAND;
         break;
       case TOKEN_CLOSE:
       case TOKEN_CALL:

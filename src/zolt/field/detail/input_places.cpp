@@ -150,6 +150,12 @@ unsigned int operandStart(wstring const& text, unsigned int end) {
   return goesOn ? number : start;
 }
 
+/// Whether a sign that comes after its operand ends at the place.
+bool isPostfixAt(PlaceS place, OperatorListC const& operators) {
+  return place.pos > 0 &&
+         operators.lookupText(place.node->crefText().substr(place.pos - 1, 1), OPERATOR_AFTER);
+}
+
 /// Walks to the left over the factors of a product.
 class ProductWalkC {
  public:
@@ -171,9 +177,16 @@ class ProductWalkC {
     if (at_.pos == 0) return false;
     wstring const& text = at_.node->crefText();
     char16_t const c = text[at_.pos - 1];
-    if (c == u'!' || c == math::common::times_sign) {
-      joined_ = c == u'!' && joined_;
+    bool const isPostfix = isPostfixAt(at_, operators_);
+    if (isPostfix || c == math::common::times_sign) {
+      joined_ = isPostfix && joined_;
+      signed_ = signed_ || (isPostfix && c != u'!');
       --at_.pos;
+      return true;
+    }
+    if (isPrefixOnly(c)) {
+      start_ = at_ = {at_.node, at_.pos - 1};
+      signed_ = true;
       return true;
     }
     if (!isWordCharacter(c)) {
@@ -199,6 +212,13 @@ class ProductWalkC {
     }
     signed_ = signed_ || start != wordStart(text, at_.pos);
     return take({at_.node, start}, math::common::startsNumber(text[start]));
+  }
+
+  /// A sign such as "∇", which belongs to the factor after it, as "−" does not.
+  bool isPrefixOnly(char16_t c) const {
+    wstring const sign(1, c);
+    return start_ && !isWordCharacter(c) && operators_.lookupText(sign, OPERATOR_BEFORE) &&
+           !operators_.lookupText(sign, OPERATOR_BETWEEN) && !math::common::isMinus(c) && c != u'+';
   }
 
   bool stepItem() {
@@ -232,7 +252,7 @@ class ProductWalkC {
   PlaceS start_;
   unsigned factors_ = 0;
   bool worded_ = false;  // with "mod" or "div"
-  bool signed_ = false;  // a number has an exponent with a sign
+  bool signed_ = false;  // a number has an exponent with a sign, or a factor "∇" before or "%" after it
   bool joined_ = false;  // a number begins here, so nothing may end here
 };
 
@@ -379,6 +399,7 @@ bool endsOperandAt(PlaceS place) {
 bool endsOperandBefore(PlaceS place, OperatorListC const& operators) {
   PlaceS const end = beforeBlanks(place);
   wstring const& text = end.node->crefText();
+  if (isPostfixAt(end, operators)) return true;
   return endsOperandAt(end) && !findWord(text, wordStart(text, end.pos), end.pos, operators);
 }
 

@@ -56,6 +56,7 @@ void OperatorListC::add(PointerTC<OperatorBC> op) {
   named = op;
   wstring const text = op->getText();
   if (op->isAmbiguousBase()) algexpr::guardBeforeExponent(op->getName());
+  if (op->getPlace() == OPERATOR_AFTER) algexpr::guardBeforeSign(op->getName());
   if (op->getPlace() != OPERATOR_BY_NAME) {
     byPlace_[{op->getPlace(), text}] = op;
     if (text.size() == 1 && !isAsciiWord(text[0])) {

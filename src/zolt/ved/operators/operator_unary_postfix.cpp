@@ -6,6 +6,16 @@
 
 namespace zolt::math::ved {
 
+namespace {
+
+bool endsWithPower(Node4C const& row) {
+  unsigned long last = row.numChildren() - 1;
+  if (last > 0 && row.child(last)->getType() == NODE4_TEXT && row.child(last)->sizeText() == 0) --last;
+  return row.child(last)->getType() == NODE4_POWER;
+}
+
+}  // namespace
+
 OperatorUnaryPostfixC::OperatorUnaryPostfixC(wstring const& name, wstring const& text, int precedence,
                                              bool coreElement, int code)
     : OperatorBC(name, text, 1, precedence, true, coreElement, code) {}
@@ -13,6 +23,9 @@ OperatorUnaryPostfixC::OperatorUnaryPostfixC(wstring const& name, wstring const&
 std::pair<Node4C*, int> OperatorUnaryPostfixC::fromAlgebraicNode(algexpr::NodeABC&,
                                                                  ConversionStackT& stack) const {
   rows::NodeT row = rows::popRow(stack, getPrecedence());
+  // A factorial after a power is that of the exponent; makers of expressions bracket the power where they
+  // mean it.
+  if (crefName() != u"!" && endsWithPower(*row)) row = rows::bracket(std::move(row));
   rows::append(*row, rows::makeText(crefText()));
   return {row.release(), getPrecedence()};
 }

@@ -78,6 +78,11 @@ PointerTC<OperatorBC> LexicalAnalyserC::findOperator(OperatorPlaceE place) const
   return tokenOperator_ ? operators_->lookupText(run_, place) : nullptr;
 }
 
+bool LexicalAnalyserC::isNameAlone() const {
+  auto const named = tokenType_ == TOKEN_SIGN ? operators_->lookup(wstring(token_)) : nullptr;
+  return named && named->getArity() == 0 && !named->isConstruct();
+}
+
 void LexicalAnalyserC::getCurrentTokenPosition(unsigned int& start, unsigned int& end) const {
   start = tokenStart_;
   end = position_;

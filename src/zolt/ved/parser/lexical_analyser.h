@@ -40,6 +40,8 @@ class LexicalAnalyserC {
   /// The operator that the current operator word or sign is in that place; null when it is none, and for
   /// every other token.
   PointerTC<OperatorBC> findOperator(OperatorPlaceE place) const;
+  /// Whether the current token is a sign of the table that is also the name of a constant there.
+  bool isNameAlone() const;
   /// The index of the token's first character and the index after its last one.
   void getCurrentTokenPosition(unsigned int& start, unsigned int& end) const;
 

@@ -25,6 +25,9 @@ constexpr int prime_percent = 75;
 /// The stroke that KaTeX Main lays over a sign to negate it.
 constexpr char32_t negating_stroke = 0xE020;
 
+/// Signs that such a stroke negates beside "=".
+constexpr char32_t element_of = 0x2208, not_in = 0x2209;
+
 /// π as a letter of a face.
 constexpr char32_t printed_pi = 0x3C0;
 
@@ -47,9 +50,11 @@ constexpr ClassS classes[] = {
     {CLASS_PRIME, u"'\u2032"},
     {CLASS_INDEX_MARK, u"_"},
     {CLASS_LOWERED, indices},
-    {CLASS_PLUS_MINUS, u"+-\u00B1\u2013\u2212\u2213"},
+    {CLASS_PLUS_MINUS, u"+-\u00B1\u2013\u2212\u2213\u2216\u2229\u222A"},
     {CLASS_BINARY, u"*\u00B7\u00D7\u00F7\u2217\u2218\u2219\u22C5"},
-    {CLASS_RELATION, u"<=>\u00BB\u2190\u2192\u21D2\u21D4\u2208\u2248\u2260\u2261\u2264\u2265"},
+    {CLASS_RELATION,
+     u"<=>\u00BB\u2190\u2192\u21D2\u21D4\u2208\u2209\u221D\u2225\u2248\u2260\u2261\u2264"
+     u"\u2265\u2282\u2286\u22A5"},
 };
 
 CharClassE classify(char32_t c) {
@@ -99,10 +104,11 @@ CharLookS CharTableC::make(char32_t codePoint) const {
   look.upright = findGlyph(shown, FACE_MAIN);
   if (codePoint == slot) look.upright.advance = slot_advance;
   if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
-  if (shown == common::not_equal_sign && look.upright.face != FACE_MAIN) {
+  char32_t const negated = shown == common::not_equal_sign ? U'=' : shown == not_in ? element_of : 0;
+  if (negated != 0 && look.upright.face != FACE_MAIN) {
     FaceGlyphS stroke;
     if (findGlyphIn(FACE_MAIN, negating_stroke, stroke)) {
-      look.upright = findGlyph('=', FACE_MAIN);
+      look.upright = findGlyph(negated, FACE_MAIN);
       look.overlay = stroke;
     }
   }

@@ -47,7 +47,7 @@ bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end,
 InfixParserC::NextE InfixParserC::readOperand() {
   switch (lexer_.getCurrentTokenType()) {
     case TOKEN_END:
-      return fail(ERROR_CAUSE_UNEXPECTED_END);
+      return readNoOperand(ERROR_CAUSE_UNEXPECTED_END);
     case TOKEN_NAME:
       return readName();
     case TOKEN_OPERATOR_WORD:
@@ -66,7 +66,7 @@ InfixParserC::NextE InfixParserC::readOperand() {
     case TOKEN_MINUS:
       return beginPrefix(negation_name, RULE_SIGN);
     default:
-      return fail(ERROR_CAUSE_SYNTAX);
+      return readNoOperand(ERROR_CAUSE_SYNTAX);
   }
 }
 
@@ -76,6 +76,15 @@ InfixParserC::PartT InfixParserC::addFunction(std::u16string_view name) {
   unsigned int end = 0;
   lexer_.getCurrentTokenPosition(start, end);
   return builder_.addFunction(name, start, end);
+}
+
+/// Where an operand is needed and none begins: a sign before it may be a name by itself, as in "∇∙F".
+InfixParserC::NextE InfixParserC::readNoOperand(ErrorCauseE cause) {
+  if (frames_.empty() || frames_.back().alone.empty()) return fail(cause);
+  FrameS const& sign = frames_.back();
+  operand_ = builder_.addLeaf(sign.alone, sign.wordStart, sign.wordEnd);
+  frames_.pop_back();
+  return NEXT_SIGN;
 }
 
 InfixParserC::NextE InfixParserC::begin(FrameS const& frame) {
@@ -97,9 +106,12 @@ InfixParserC::NextE InfixParserC::readPrefix() {
   }
   auto const op = lexer_.findOperator(OPERATOR_BEFORE);
   if (op && currentRule() <= ruleOf(op->getPrecedence())) {
-    return beginPrefix(keep(op->getName()), ruleOf(op->getPrecedence()));
+    FrameS prefix{PENDING_PREFIX, ruleOf(op->getPrecedence()), addFunction(keep(op->getName()))};
+    lexer_.getCurrentTokenPosition(prefix.wordStart, prefix.wordEnd);
+    if (lexer_.isNameAlone()) prefix.alone = lexer_.viewCurrentToken();
+    return begin(prefix);
   }
-  return isWord ? readName() : fail(ERROR_CAUSE_SYNTAX);
+  return isWord ? readName() : readNoOperand(ERROR_CAUSE_SYNTAX);
 }
 
 InfixParserC::NextE InfixParserC::takeLeaf(std::u16string_view text) {

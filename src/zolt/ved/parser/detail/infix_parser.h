@@ -63,11 +63,12 @@ class InfixParserC {
     PendingE kind;
     RuleT operandRule;
     PartT part;
+    std::u16string_view alone = {};  // what it is when no operand follows: the sign as a name; may be empty
+    unsigned int wordStart = 0;      // of a call or such a sign
+    unsigned int wordEnd = 0;
     // of a call:
     unsigned long arity = 0;  // 0: any number of arguments
     unsigned long numArguments = 0;
-    unsigned int wordStart = 0;
-    unsigned int wordEnd = 0;
   };
 
   /// A sign or word that follows an operand.
@@ -94,6 +95,7 @@ class InfixParserC {
   NextE begin(FrameS const& frame);
   NextE beginPrefix(std::u16string_view name, RuleT operandRule);
   NextE readPrefix();
+  NextE readNoOperand(ErrorCauseE cause);
   std::u16string_view keep(wstring name) { return operatorNames_.emplace_front(std::move(name)); }
   PartT addFunction(std::u16string_view name);
   NextE takeLeaf(std::u16string_view text);
