@@ -66,7 +66,7 @@ void JsonReaderC::findToken() {
   end_ = std::min(begin_ + 1, text_.size());
   if (begin_ == text_.size()) return;
   if (text_[begin_] == u'"') {
-    while (end_ < text_.size() && text_[end_] != u'"') end_ += text_[end_] == u'\\' ? 2 : 1;
+    while (end_ < text_.size() && text_[end_] != u'"') end_ += text_[end_] == u'\\' ? 2u : 1u;
     end_ = std::min(end_ + 1, text_.size());
   } else if (isWordPart(text_[begin_])) {
     while (end_ < text_.size() && isWordPart(text_[end_])) ++end_;
