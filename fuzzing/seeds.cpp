@@ -98,6 +98,7 @@ std::vector<BytesT> infixSeeds() { return textSeeds(false); }
 std::vector<BytesT> plainSeeds() { return textSeeds(false); }
 std::vector<BytesT> latexSeeds() { return textSeeds(false); }
 std::vector<BytesT> mathJsonSeeds() { return textSeeds(false); }
+std::vector<BytesT> mathmlSeeds() { return textSeeds(false); }
 std::vector<BytesT> notationSeeds() { return textSeeds(true); }
 
 std::vector<BytesT> eventsSeeds() {

@@ -104,7 +104,7 @@ BytesT fromSession(std::string const& target, EventScriptT const& script, std::u
 
 bool isText(std::string const& target) {
   return target == "prefix" || target == "plain" || target == "latex" || target == "mathjson" ||
-         target == "infix" || target == "notation";
+         target == "mathml" || target == "infix" || target == "notation";
 }
 
 BytesT toSheet(std::string const& target, BytesT const& input) {

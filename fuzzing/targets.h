@@ -24,6 +24,7 @@ std::string checkInfix(std::uint8_t const* data, std::size_t size);
 std::string checkPlain(std::uint8_t const* data, std::size_t size);
 std::string checkLatex(std::uint8_t const* data, std::size_t size);
 std::string checkMathJson(std::uint8_t const* data, std::size_t size);
+std::string checkMathml(std::uint8_t const* data, std::size_t size);
 std::string checkClipboard(std::uint8_t const* data, std::size_t size);
 std::string checkEvents(std::uint8_t const* data, std::size_t size);
 std::string checkField(std::uint8_t const* data, std::size_t size);
@@ -39,6 +40,7 @@ std::vector<BytesT> infixSeeds();
 std::vector<BytesT> plainSeeds();
 std::vector<BytesT> latexSeeds();
 std::vector<BytesT> mathJsonSeeds();
+std::vector<BytesT> mathmlSeeds();
 std::vector<BytesT> clipboardSeeds();
 std::vector<BytesT> eventsSeeds();
 std::vector<BytesT> notationSeeds();
@@ -56,6 +58,9 @@ constexpr TargetS targets[] = {
     {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
     {"sheet", checkSheet, sheetSeeds},          {"font", checkFont, fontSeeds},
     {"memory", checkMemory, memorySeeds},       {"growth", checkGrowth, growthSeeds},
+#ifdef ZOLT_HAS_MATHML_TEXT
+    {"mathml", checkMathml, mathmlSeeds},
+#endif
 };
 
 }  // namespace zolt::fuzz

@@ -202,7 +202,11 @@ std::string checkTexts(AlgebraicExpressionC const& expression) {
     if (again->equals(expression)) continue;
     return what + " of " + toBytes(prefix) + " reads back as " + toBytes(again->toPrefixString());
   }
+#ifdef ZOLT_HAS_MATHML_TEXT
+  return checkMathmlTrips(expression);
+#else
   return {};
+#endif
 }
 
 std::string checkTrips(PointerTC<AlgebraicExpressionC> const& expression, bool wasRead) {

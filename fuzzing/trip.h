@@ -62,8 +62,13 @@ using ReaderT = PointerTC<AlgebraicExpressionC> (*)(wstring const&, PointerTC<ma
 /// place and a sentence, and that it needs no more memory and time than it may.
 std::string checkReader(ReaderT read, std::uint8_t const* data, std::size_t size);
 
-/// Checks that the expression reads back from its prefix text, plain text, LaTeX and MathJSON.
+/// Checks that the expression reads back from every notation that is written.
 std::string checkTexts(AlgebraicExpressionC const& expression);
+
+#ifdef ZOLT_HAS_MATHML_TEXT
+/// Checks that it reads back from both forms of MathML.
+std::string checkMathmlTrips(AlgebraicExpressionC const& expression);
+#endif
 
 /// Checks that an expression, when shown and read again, is the same at the latest from the second time on.
 /// `wasRead`: the expression was read from a row, so that it is the same already the first time.

@@ -12,6 +12,9 @@
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/exchange/latex.h"
+#ifdef ZOLT_HAS_MATHML_TEXT
+#include "zolt/mathml/text/mathml_text.h"
+#endif
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/mathjson/mathjson.h"
@@ -141,6 +144,20 @@ TEST(Amplification, MemoryIsInProportion) {
         {u"", u"[", u""},
         {u"{\"a\":", u"[", u""},
         {u"[\"Matrix\",[\"List\"", u",[\"List\",1]", u"]]"}}},
+#ifdef ZOLT_HAS_MATHML_TEXT
+      {"MathML",
+       [](wstring const& text) { static_cast<void>(mathml::fromMathmlText(text, nullptr)); },
+       250,
+       {{u"<math>", u"<mi>x</mi>", u"</math>"},
+        {u"<math>", u"<mo>!</mo>", u"</math>"},
+        {u"<math>", u"<a/>", u"</math>"},
+        {u"<math>", u"<mrow>", u""},
+        {u"<math a='", u"&mu;", u"'/>"},
+        {u"<math><mo>", u"(", u"</mo></math>"},
+        {u"<math><mo>", u"|", u"</mo></math>"},
+        {u"<math><mi>x</mi><mo>", u"!", u"</mo></math>"},
+        {u"<math><apply><plus/>", u"<cn>1</cn>", u"</apply></math>"}}},
+#endif
       {"infix text",
        readInfix,
        160,

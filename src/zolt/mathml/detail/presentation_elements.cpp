@@ -143,7 +143,7 @@ bool PresentationReaderC::endsWithDifferential(std::vector<MathmlIdT> const& row
 
 std::size_t PresentationReaderC::countPrimesOf(MathmlIdT id) const {
   MathmlTagE const tag = at(id).tag;
-  if (tag != MATHML_MO && tag != MATHML_MI && tag != MATHML_MTEXT) return 0;
+  if (tag != MATHML_MO && tag != MATHML_MI) return 0;
   std::size_t count = 0;
   for (char16_t const c : tree_.text(id)) {
     unsigned const primes = c == u'\u2057' ? 4 : countPrimes(c);

@@ -360,17 +360,14 @@ void PresentationReaderC::readFenced(MathmlIdT id) {
     if (fits && open == u"(" && isAtop(core)) return later(core);
   }
   bool const isPlain = open == u"(" && close == u")";
+  std::vector<std::size_t> places;  // of the separators
+  for (std::size_t i = 0; i < separators.size() && places.size() < row.size(); ++i) {
+    if (separators[i] != u' ') places.push_back(i);
+  }
   laterDelimiter(isPlain ? u"" : u"\\right", close, id);
   for (std::size_t i = row.size(); i-- > 0;) {
     later(row[i], row.size() > 1 ? TASK_ELEMENT : TASK_BARE);
-    std::size_t count = 0;
-    TextT separator;
-    for (std::size_t c = 0; c < separators.size() && count < i; ++c) {
-      if (separators[c] == u' ') continue;
-      separator = separators.substr(c, 1);
-      ++count;
-    }
-    if (i > 0) later(separator, id);
+    if (i > 0 && !places.empty()) later(separators.substr(places[std::min(i, places.size()) - 1], 1), id);
   }
   laterDelimiter(isPlain ? u"" : u"\\left", open, id);
 }

@@ -224,6 +224,8 @@ void PresentationWriterC::readName(TextT command) {
   }
   oss::wstring const letter = name[0] == u'\\' ? exchange::findLatexSign(name) : oss::wstring(name);
   putToken(isSign ? u"mo" : u"mi", letter);
+  // The name of two letters would be a differential in some places.
+  if (letter.size() == 2 && letter[0] == u'd') builder_.addAttribute(operands_.back(), u"data-name", letter);
   if (letter.size() == 1 && !isSign) builder_.addAttribute(operands_.back(), u"mathvariant", u"normal");
 }
 
