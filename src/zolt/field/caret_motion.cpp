@@ -290,7 +290,8 @@ PlaceS findSelectionTarget(CommandE motion, ViewZNT4C const& view, SelectionS co
   TableBlockS const entered = block ? block : findBlock({anchor, target});
   if (!entered) return target;
   Node4C const* row = selection.caret.node->getParent();
-  while (row->getParent() != entered.table) row = row->getParent();
+  while (row && row->getParent() != entered.table) row = row->getParent();
+  if (!row) return target;  // it comes back into the table
   unsigned long const number = row->findChildNumber();
   unsigned long const columns = countColumns(*entered.table);
   PlaceS const stepped = stepFromCell(
