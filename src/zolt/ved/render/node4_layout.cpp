@@ -97,7 +97,8 @@ void Node4C::placeChildren(LayoutPassS const& pass) {
       break;
     case NODE4_OPERATOR:
       op_->layoutNode4(this, graphics);
-      if (overflowsBox(*this)) noteOverflow();
+      // The cells of a table are in its box.
+      if (!state_.index && overflowsBox(*this)) noteOverflow();
       break;
     case NODE4_OPEN:
     case NODE4_CLOSE:

@@ -1,6 +1,7 @@
 #include "zolt/ved/render/table_layout.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "zolt/ved/tree/node4.h"
@@ -8,37 +9,125 @@
 
 namespace zolt::math::ved {
 
+/// Places the cells of one table. A large table keeps its rows as stretches and its columns beside them; then
+/// only rows with a cell that has been laid out, and columns whose width changes, are looked at.
+class TableLayoutC {
+ public:
+  TableLayoutC(Node4C& table, TableSpacesS const& spaces, AlignmentE alignment)
+      : table_(table),
+        spaces_(spaces),
+        alignment_(alignment),
+        index_(table.crefState().index.get()),
+        numColumns_(countColumns(table)),
+        numRows_(countTableRows(table)),
+        columns_(index_ ? index_->refColumns() : ownColumns_),
+        extents_(index_ ? 0 : numRows_) {}
+
+  void layout(GraphicsABC const& graphics) {
+    measure();
+    std::vector<std::int32_t> edges(numColumns_);
+    long x = spaces_.left;
+    for (unsigned long i = 0; i < numColumns_; ++i) {
+      edges[i] = static_cast<std::int32_t>(x);
+      x += columns_[i].width + spaces_.columns;
+    }
+    if (index_) {
+      index_->placeColumns(std::move(edges));
+      edges.assign(numColumns_, 0);  // the cells are moved with the columns
+    }
+    long y = 0;
+    for (unsigned long row = 0; row < numRows_; ++row) {
+      if (row > 0) y += spaces_.rows;
+      if (index_) (*index_)[row].dy = static_cast<std::int32_t>(y);
+      if (isMarked(row)) placeRow(row, edges, index_ ? 0 : y);
+      y += refExtent(row).axis + refExtent(row).bottom;
+      if (index_) (*index_)[row].stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
+    }
+    for (unsigned long const column : changed_) {
+      for (unsigned long row = 0; row < numRows_; ++row) align(row, column, edges[column]);
+    }
+    table_.setWidth(x - spaces_.columns + spaces_.right);
+    table_.setHeight(y);
+    table_.setMidHeight((y + 2 * graphics.getTextMidHeight({}) - graphics.getTextHeight({})) / 2);
+  }
+
+ private:
+  bool isMarked(unsigned long row) const { return !index_ || ((*index_)[row].stale & STALE_LAYOUT); }
+  RowExtentS& refExtent(unsigned long row) { return index_ ? (*index_)[row].sum.extent : extents_[row]; }
+  Node4C& refCell(unsigned long row, unsigned long column) const {
+    return *table_.child(row * numColumns_ + column);
+  }
+
+  void measure() {
+    bool const afresh = columns_.size() != numColumns_;
+    if (afresh) columns_.assign(numColumns_, {});
+    std::vector<bool> narrower(numColumns_, false);
+    for (unsigned long row = 0; row < numRows_; ++row) {
+      if (!isMarked(row)) continue;
+      RowExtentS& extent = refExtent(row) = RowExtentS();
+      extent.axis = extent.bottom = 0;
+      for (unsigned long i = 0; i < numColumns_; ++i) {
+        Node4C const& cell = refCell(row, i);
+        extent.require(cell.getMidHeight());
+        extent.include(0, cell.getHeight() - cell.getMidHeight());
+        TableColumnS& column = columns_[i];
+        bool const wasWidest = !afresh && column.widest == row;
+        if (cell.getWidth() > column.width) {
+          column = {static_cast<std::int32_t>(cell.getWidth()), static_cast<std::uint32_t>(row)};
+          changed_.push_back(i);
+        } else if (wasWidest && cell.getWidth() < column.width) {
+          narrower[i] = true;
+        }
+      }
+    }
+    for (unsigned long i = 0; i < numColumns_; ++i) {
+      if (narrower[i]) measureColumn(i);
+    }
+    std::sort(changed_.begin(), changed_.end());
+    changed_.erase(std::unique(changed_.begin(), changed_.end()), changed_.end());
+    // All rows are placed then.
+    if (afresh) changed_.clear();
+  }
+
+  void measureColumn(unsigned long column) {
+    TableColumnS widest;
+    for (unsigned long row = 0; row < numRows_; ++row) {
+      auto const width = static_cast<std::int32_t>(refCell(row, column).getWidth());
+      if (width > widest.width) widest = {width, static_cast<std::uint32_t>(row)};
+    }
+    columns_[column] = widest;
+    changed_.push_back(column);
+  }
+
+  void placeRow(unsigned long row, std::vector<std::int32_t> const& edges, long y) {
+    for (unsigned long i = 0; i < numColumns_; ++i) {
+      align(row, i, edges[i]);
+      Node4C& cell = refCell(row, i);
+      cell.dy_ = static_cast<std::int32_t>(y + refExtent(row).axis - cell.getMidHeight());
+    }
+  }
+
+  void align(unsigned long row, unsigned long column, long edge) {
+    Node4C& cell = refCell(row, column);
+    long const spare = alignment_ == ALIGNED_CENTRE ? columns_[column].width - cell.getWidth() : 0;
+    cell.dx_ = static_cast<std::int32_t>(edge + spare / 2);
+  }
+
+  Node4C& table_;
+  TableSpacesS const& spaces_;
+  AlignmentE const alignment_;
+  RowIndexC* const index_;  // null in a small table
+  unsigned long const numColumns_;
+  unsigned long const numRows_;
+  std::vector<TableColumnS> ownColumns_;
+  std::vector<TableColumnS>& columns_;
+  std::vector<RowExtentS> extents_;     // of the rows of a small table: above the axis, and below
+  std::vector<unsigned long> changed_;  // the columns of another width
+};
+
 void layoutTable(Node4C& table, TableSpacesS const& spaces, AlignmentE alignment,
                  GraphicsABC const& graphics) {
-  unsigned long const columns = countColumns(table);
-  unsigned long const rows = countTableRows(table);
-  std::vector<long> widths(columns, 0);
-  for (unsigned long i = 0; i < rows * columns; ++i) {
-    Node4C::max1stDim(widths[i % columns], table.child(i)->getWidth());
-  }
-  long y = 0;
-  for (unsigned long row = 0; row < rows; ++row) {
-    long axis = 0;
-    long below = 0;
-    for (unsigned long i = 0; i < columns; ++i) {
-      Node4C const& cell = *cellAt(table, row, i);
-      Node4C::max1stDim(axis, cell.getMidHeight());
-      Node4C::max1stDim(below, cell.getHeight() - cell.getMidHeight());
-    }
-    if (row > 0) y += spaces.rows;
-    long x = spaces.left;
-    for (unsigned long i = 0; i < columns; ++i) {
-      Node4C& cell = *cellAt(table, row, i);
-      long const spare = widths[i] - cell.getWidth();
-      cell.setDX(x + (alignment == ALIGNED_CENTRE ? spare / 2 : 0));
-      cell.setDY(y + axis - cell.getMidHeight());
-      x += widths[i] + spaces.columns;
-    }
-    y += axis + below;
-    table.setWidth(x - spaces.columns + spaces.right);
-  }
-  table.setHeight(y);
-  table.setMidHeight((y + 2 * graphics.getTextMidHeight({}) - graphics.getTextHeight({})) / 2);
+  TableLayoutC(table, spaces, alignment).layout(graphics);
 }
 
 }  // namespace zolt::math::ved

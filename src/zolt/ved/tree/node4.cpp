@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/detail/node_pool.h"
@@ -79,6 +80,12 @@ Node4C* Node4C::clone() const {
   return copy.release();
 }
 
+/// The children of this node will be others. The rows of a table are other stretches then.
+void Node4C::noteNewShape() {
+  touch(STALE_ALL);
+  if (type_ == NODE4_OPERATOR) dropIndex();
+}
+
 /// The kind of this node has changed, which may also change the meaning of its neighbours.
 void Node4C::noteNewKind() {
   touch(STALE_ALL);
@@ -101,6 +108,7 @@ PointerTC<OperatorBC> Node4C::getOperator() const { return op_; }
 
 void Node4C::setOperator(PointerTC<OperatorBC> const& op) {
   noteNewKind();
+  dropIndex();
   type_ = NODE4_OPERATOR;
   op_ = op;
 }
@@ -131,14 +139,14 @@ void Node4C::replaceChild(unsigned long i, Node4C* node) {
 
 void Node4C::insertChild(unsigned long i, Node4C* node) {
   std::unique_ptr<Node4C> held(node);
-  touch(STALE_ALL);
+  noteNewShape();
   children_.insertSlots(i, 1);
   if (state_.index) state_.index->noteInserted(i, 1, STALE_ALL);
   adopt(i, held.release());
 }
 
 void Node4C::removeChild(unsigned long i) {
-  touch(STALE_ALL);
+  noteNewShape();
   children_[i]->parent_ = nullptr;
   children_[i]->state_.stretch = nullptr;
   if (state_.index) state_.index->noteRemoved(i, 1, STALE_ALL);
@@ -148,7 +156,7 @@ void Node4C::removeChild(unsigned long i) {
 void Node4C::deleteChild(unsigned long i) { deleteChildren(i, 1); }
 
 void Node4C::deleteChildren(unsigned long i, unsigned long count) {
-  touch(STALE_ALL);
+  noteNewShape();
   for (unsigned long k = i; k < i + count; ++k) delete children_[k];
   if (state_.index) state_.index->noteRemoved(i, count, STALE_ALL);
   children_.erase(i, count);
@@ -168,7 +176,7 @@ Node4C* Node4C::cutChild(unsigned long i) {
 
 void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   std::unique_ptr<Node4C> const held(row);
-  touch(STALE_ALL);
+  noteNewShape();
   unsigned long const count = row->numChildren();
   children_.insertSlots(i, count);
   if (state_.index) state_.index->noteInserted(i, count, STALE_ALL);
@@ -252,12 +260,26 @@ void Node4C::dropIndex() {
   for (Node4C* item : children_) {
     if (!item || !item->state_.stretch) continue;
     NodeStateS& state = item->state_;
+    item->dx_ += state.stretch->shiftOf(state.slotHint);
     state.slotHint += state.stretch->first;
-    item->dx_ += state.stretch->dx;
     item->dy_ += state.stretch->dy;
     state.stretch = nullptr;
   }
   state_.index.reset();
+}
+
+/// Makes each row of a large table a stretch.
+void Node4C::indexTable() {
+  std::size_t const columns = op_ ? op_->getColumns() : 0;
+  if (columns == 0 || state_.index || children_.size() < RowIndexC::leastItems()) return;
+  state_.index = std::make_unique<RowIndexC>(children_.size());
+  state_.index->replace(
+      0, 1, std::vector<std::uint32_t>(children_.size() / columns, static_cast<std::uint32_t>(columns)));
+  for (std::size_t i = 0; i < children_.size(); ++i) {
+    NodeStateS& state = children_[i]->state_;
+    state.stretch = &(*state_.index)[i / columns];
+    state.slotHint = static_cast<std::uint32_t>(i % columns);
+  }
 }
 
 Node4C* Node4C::findMarked(unsigned long& next, std::uint8_t mark) const {

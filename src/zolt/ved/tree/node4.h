@@ -96,8 +96,10 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// Distance from the top down to the axis on which a row aligns its items.
   long getMidHeight() const { return midHeight_; }
   void setMidHeight(long midHeight) { midHeight_ = static_cast<std::int32_t>(midHeight); }
-  long getDX() const { return state_.stretch ? dx_ + state_.stretch->dx : dx_; }
-  void setDX(long dx) { dx_ = static_cast<std::int32_t>(state_.stretch ? dx - state_.stretch->dx : dx); }
+  long getDX() const { return state_.stretch ? dx_ + state_.stretch->shiftOf(state_.slotHint) : dx_; }
+  void setDX(long dx) {
+    dx_ = static_cast<std::int32_t>(state_.stretch ? dx - state_.stretch->shiftOf(state_.slotHint) : dx);
+  }
   long getDY() const { return state_.stretch ? dy_ + state_.stretch->dy : dy_; }
   void setDY(long dy) { dy_ = static_cast<std::int32_t>(state_.stretch ? dy - state_.stretch->dy : dy); }
   unsigned long getFontDepth() const { return fontDepth_; }
@@ -218,6 +220,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
  private:
   friend class RowWriterC;
   friend class RowNormaliserC;
+  friend class TableLayoutC;
   friend class TreeDrawerC;
 
   bool isPlaceholder() const;
@@ -229,6 +232,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// The next child from `next` on that has the mark; null when there is none. Moves `next` past it.
   Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
   void dropIndex();
+  void indexTable();
+  void noteNewShape();
   NodeRecordPointerC recordNode() const;
   bool needsLayout() const;
   struct LayoutPassS;

@@ -11,6 +11,7 @@ void Node4C::checkTree(SelectionS& places) {
     auto const normalise = [&](Node4C& node) {
       node.unmark(STALE_CHECK);
       if (node.type_ == NODE4_LINE) RowNormaliserC(node, places).normalise();
+      if (node.type_ == NODE4_OPERATOR) node.indexTable();
     };
     auto const leave = [](Node4C& node) {
       if (node.state_.index) node.state_.index->clear(STALE_CHECK);

@@ -63,6 +63,10 @@ TreeInvariantE checkStretches(Node4C const& row, RowIndexC const& index) {
     }
     BracketSumS const brackets = sumBrackets(row, first, stretch.count);
     first += stretch.count;
+    if (row.getType() == NODE4_OPERATOR) {
+      if (stretch.count != row.crefOperator()->getColumns()) return TREE_STRETCHES_HOLD_THE_ROW;
+      continue;
+    }
     if (!(stretch.stale & STALE_CHECK) && stretch.brackets != brackets) return TREE_BRACKET_SUMS;
     bool const isPlaced = stretch.dx == x && stretch.dy == row.getMidHeight();
     if (!(row.crefState().stale & STALE_LAYOUT) && !isPlaced) return TREE_STRETCHES_FOLLOW;

@@ -1,6 +1,7 @@
 #include "zolt/ved/tree/detail/row_index.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "zolt/ved/tree/node4.h"
 
@@ -106,6 +107,11 @@ void RowIndexC::mark(std::uint8_t stale) {
 
 void RowIndexC::clear(std::uint8_t stale) {
   for (auto const& stretch : stretches_) stretch->stale &= static_cast<std::uint8_t>(~stale);
+}
+
+void RowIndexC::placeColumns(std::vector<std::int32_t> edges) {
+  edges_ = std::move(edges);
+  for (auto const& stretch : stretches_) stretch->columns = edges_.data();
 }
 
 void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths) {

@@ -110,16 +110,27 @@ struct BracketSumS {
 BracketSumS sumBrackets(Node4C const& row, std::size_t first, std::size_t count);
 
 /// A stretch of a row: pairs of a text and another item; the last stretch of a row ends in a text. The
-/// numbers and positions that its items keep are relative to the stretch.
+/// numbers and positions that its items keep are relative to the stretch. In a large table each of its rows
+/// is a stretch, and the positions of its cells are relative to their columns.
 struct RowStretchS {
   std::uint32_t first = 0;
   std::uint32_t count = 0;
-  std::int32_t dx = 0;  // of the stretch
-  std::int32_t dy = 0;  // of the row's axis
+  std::int32_t dx = 0;                    // of the stretch
+  std::int32_t dy = 0;                    // of the row's axis
+  std::int32_t const* columns = nullptr;  // the left edges of a table's columns
   std::uint8_t stale = 0;
   BracketSumS brackets;
   RowSumS sum;
   NodeRecordPointerC record;
+
+  /// How far an item is moved by what is not its own.
+  std::int32_t shiftOf(std::uint32_t item) const { return columns ? dx + columns[item] : dx; }
+};
+
+/// A column of a large table.
+struct TableColumnS {
+  std::int32_t width = 0;
+  std::uint32_t widest = 0;  // the row of a cell that is as wide
 };
 
 /// The stretches of a long row, with which the work for an edit depends on the edit and hardly on the row:
@@ -163,6 +174,11 @@ class RowIndexC {
   void mark(std::uint8_t stale);
   void clear(std::uint8_t stale);
 
+  /// The columns of a table whose stretches are its rows; empty in a row and before the first layout.
+  std::vector<TableColumnS>& refColumns() { return columns_; }
+  /// Where the columns begin; the cells are moved with them.
+  void placeColumns(std::vector<std::int32_t> edges);
+
   /// Replaces `count` stretches from k on by stretches of these lengths, in which all marks are set.
   void replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths);
 
@@ -171,6 +187,8 @@ class RowIndexC {
 
   std::size_t usualLength_ = leastLength();
   std::vector<std::unique_ptr<RowStretchS>> stretches_;
+  std::vector<TableColumnS> columns_;
+  std::vector<std::int32_t> edges_;
 };
 
 /// The stretches of a row for one pass over the row: those in the index of a long row, or one stretch for a
