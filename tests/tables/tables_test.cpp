@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tests/support/stage.h"
 #include "zolt/catalogue_extended/extended_operators.h"
-#include "zolt/ved/limits.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/ved/tree/detail/row_index.h"
 #include "zolt/ved/ved.h"
 
 namespace zolt::tests {
@@ -23,7 +26,9 @@ OperatorListC& extendedOperators() {
 
 // A case is an expression, which comes back through tree, bytes and notation, and its tree; or a tree, a
 // script and what the script makes of it, which undo takes back.
-TEST(Tables, AreShownAndEdited) {
+using oss::wstring;
+
+void playCases() {
   extendedOperators();
   for (CaseS const& one : readCases(ZOLT_TEST_DATA "/tables.cases")) {
     SCOPED_TRACE(one.where);
@@ -38,6 +43,9 @@ TEST(Tables, AreShownAndEdited) {
       StageC pasted;
       EXPECT_TRUE(pasted.refField().paste(stage.refField().copy()) == field::PASTE_DONE);
       EXPECT_EQ(pasted.tree(), one.expected);
+      wstring const text = exchange::toPlainText(*expression);
+      auto const read = exchange::fromPlainText(text, nullptr);
+      EXPECT_TRUE(read && read->equals(*expression)) << toUtf8(text);
       continue;
     }
     StageC stage(one.input.substr(0, script));
@@ -53,6 +61,77 @@ TEST(Tables, AreShownAndEdited) {
     }
     EXPECT_EQ(stage.tree(), after);
   }
+}
+
+// Plain text and the expression that it is read as; "error" where it is refused.
+TEST(Tables, AreReadFromPlainText) {
+  extendedOperators();
+  for (auto const& [text, prefix] : std::vector<std::pair<std::string, std::string>>{
+           {"[a,b;c,d]", "matrix(list(a,b),list(c,d))"},
+           {"2[1;-x]^2", "*(2,^(matrix(list(1),list(_neg(x))),2))"},
+           {"[a,b,c;]+[1;2;]", "+(matrix(list(a,b,c)),matrix(list(1),list(2)))"},
+           {"[[1;2],f(x,y);g(a;b)]", "error"},
+           {"[a;b", "error"},
+           {"(a;b)", "error"},
+           {"[;a]", "error"},
+           {"f(a;b)", "error"},
+           {"det(a,b;c,d)", "det(list(a,b),list(c,d))"},
+           {"det(A)", "det(A)"},
+           {"cases(x,x>=0;-x,x<0)", "cases(list(x,>=(x,0)),list(_neg(x),<(x,0)))"},
+           {"matrix(a,b;c)", "matrix(list(a,b),list(c))"},
+           {"[a+b]c", "*(+(a,b),c)"}}) {
+    auto const read = exchange::fromPlainText(fromUtf8(text), nullptr);
+    EXPECT_EQ(read ? toUtf8(read->toPrefixString()) : "error", prefix) << text;
+  }
+}
+
+TEST(Tables, AreShownAndEdited) { playCases(); }
+
+// Small tables then keep their rows as stretches, as large ones do.
+TEST(Tables, AreEditedAlikeWhenTheyAreLarge) {
+  if (!RowIndexC::setLeastLength(4)) GTEST_SKIP() << "this build has stretches of one length";
+  playCases();
+  static_cast<void>(RowIndexC::setLeastLength(0));
+}
+
+// Whatever is done to a table leaves a sound tree and layout, and undo takes it back.
+TEST(Tables, StaySoundWhateverIsDone) {
+  extendedOperators();
+  std::minstd_rand random(7);
+  auto const any = [&](unsigned long count) { return static_cast<unsigned long>(random() % count); };
+  for (unsigned long session = 0; session < 60; ++session) {
+    static_cast<void>(RowIndexC::setLeastLength(session % 2 == 0 ? 4 : 0));
+    StageC stage(
+        session % 3 == 0
+            ? "[\"\", cases<[\"a\"] ; [\"b\"] ; [\"\"] ; [\"c\u2038\"]>, \"\"]"
+            : "[\"\", matrix 3<[\"a\"] ; [\"b\u2038\"] ; [\"\"] ; [\"c\"] ; [\"d\"] ; [\"\"]>, \"\"]");
+    std::string const start = stage.tree();
+    std::string done;
+    for (int step = 0; step < 60; ++step) {
+      wstring const signs = u"x1,;)/+^(2";
+      switch (any(4)) {
+        case 0:
+          stage.refField().typeCharacter(signs[any(signs.size())]);
+          break;
+        case 1:
+          stage.refField().pressPointer(static_cast<long>(any(80)), static_cast<long>(any(50)));
+          stage.refField().movePointer(static_cast<long>(any(80)), static_cast<long>(any(50)));
+          stage.refField().releasePointer();
+          break;
+        default: {
+          auto const command = static_cast<field::CommandE>(any(field::COMMAND_COUNT));
+          bool const clears = command == field::COMMAND_CLEAR || command == field::COMMAND_UNDO;
+          if (!clears) stage.refField().run(command);
+          done += toUtf8(field::commands()[command].name) + ' ';
+        }
+      }
+      ASSERT_EQ(stage.findFault(), "") << done;
+    }
+    while (stage.tree() != start && stage.refField().run(field::COMMAND_UNDO)) {
+    }
+    EXPECT_EQ(stage.tree(), start) << done;
+  }
+  static_cast<void>(RowIndexC::setLeastLength(0));
 }
 
 }  // namespace

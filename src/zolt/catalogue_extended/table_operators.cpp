@@ -5,6 +5,7 @@
 #include "zolt/catalogue_extended/operator_cases.h"
 #include "zolt/catalogue_extended/operator_det.h"
 #include "zolt/catalogue_extended/operator_matrix.h"
+#include "zolt/exchange/plain_operator.h"
 #include "zolt/ved/operators/operator_table_act.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
@@ -82,6 +83,9 @@ void addTableOperators(OperatorListC& operators) {
         ActS{u"_remove_column", TABLE_REMOVE_COLUMNS, u"delete column", u"\u2212 column"}}) {
     add(new OperatorTableActC(one.name, one.act, 0), makeWords(one.title, one.label, {u"matrix"}));
   }
+  exchange::registerPlainTable({u"matrix", u'[', u']'});
+  exchange::registerPlainTable({u"det"});
+  exchange::registerPlainTable({u"cases"});
   operators.add(new OperatorTableActC(next_cell_name, TABLE_NEXT_CELL, 0));
   operators.add(new OperatorTableActC(next_row_name, TABLE_NEXT_ROW, 0));
 }

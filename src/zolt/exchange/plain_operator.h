@@ -32,4 +32,16 @@ struct PlainOperatorS {
 /// before other threads read or write plain text.
 void registerPlainOperator(PlainOperatorS op);
 
+/// A function whose arguments are lists, the rows of a table: matrix(list(a,b),list(c,d)).
+struct PlainTableS {
+  wstring name;  ///< in expressions
+  /// The brackets that stand for the name, as in "[a,b;c,d]"; U+0000: it is a call, "det(a,b;c,d)".
+  char16_t open = u'\0';
+  char16_t close = u'\0';
+};
+
+/// Adds it for the whole process, as `registerPlainOperator` does. From then on ";" ends a row there; one
+/// after the last row, which a single row needs, changes nothing.
+void registerPlainTable(PlainTableS table);
+
 }  // namespace zolt::exchange

@@ -172,6 +172,7 @@ struct AddedS {
   std::deque<std::pair<PlainOperatorS, NotationS>> operators;
   std::map<std::u16string_view, NotationS const*> byName;
   std::map<std::u16string_view, ReadingS> byText;
+  std::deque<PlainTableS> tables;
 };
 
 AddedS& added() {
@@ -281,6 +282,27 @@ std::u16string toLetters(std::u16string_view name) {
   return meant;
 }
 
+namespace {
+
+template <class TestT>
+PlainTableS const* findLastTable(TestT test) {
+  auto const& all = added().tables;
+  auto const found = std::find_if(all.rbegin(), all.rend(), test);
+  return found == all.rend() ? nullptr : &*found;
+}
+
+}  // namespace
+
+PlainTableS const* findTable(char16_t close) {
+  return findLastTable([=](PlainTableS const& table) { return close != u'\0' && table.close == close; });
+}
+
+PlainTableS const* findTable(std::u16string_view name) {
+  return findLastTable([=](PlainTableS const& table) { return table.name == name; });
+}
+
+bool hasTables() { return !added().tables.empty(); }
+
 }  // namespace zolt::exchange::detail
 
 namespace zolt::exchange {
@@ -297,5 +319,7 @@ void registerPlainOperator(PlainOperatorS op) {
   all.byName[notation.name] = &notation;
   for (wstring const& text : kept.read) all.byText[text] = {text, &notation, {}};
 }
+
+void registerPlainTable(PlainTableS table) { added().tables.push_back(std::move(table)); }
 
 }  // namespace zolt::exchange

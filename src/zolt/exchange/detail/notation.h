@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "zolt/exchange/plain_operator.h"
+
 namespace zolt::exchange::detail {
 
 /// How tightly a part of a formula in one line binds; the loosest comes first. The operators of hosts have
@@ -108,5 +110,11 @@ constexpr std::u16string_view bracket_name = u"_quietpos";
 constexpr std::u16string_view pi_name = u"_PI";
 /// The letter, which is only a part of names; alone it is the constant.
 constexpr char16_t greek_pi = u'\u03C0';
+
+/// The table that is written between these brackets, or as a call of that name; null: none.
+PlainTableS const* findTable(char16_t close);
+PlainTableS const* findTable(std::u16string_view name);
+/// Whether there are any.
+bool hasTables();
 
 }  // namespace zolt::exchange::detail

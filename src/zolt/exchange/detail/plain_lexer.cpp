@@ -149,6 +149,7 @@ void PlainLexerC::readNextToken() {
 
 void PlainLexerC::readSign(char16_t c) {
   if (c == u',') return set(PLAIN_TOKEN_COMMA);
+  if (c == u';' && hasTables()) return set(PLAIN_TOKEN_ROW_END);
   if (closing_brackets.find(c) != closing_brackets.npos) return setBracket(PLAIN_TOKEN_CLOSE, c);
   std::size_t const opening = opening_brackets.find(c);
   if (opening != opening_brackets.npos) return setBracket(PLAIN_TOKEN_OPEN, closing_brackets[opening]);

@@ -25,7 +25,8 @@ enum PlainTokenE {
   PLAIN_TOKEN_SUPERSCRIPT,  ///< text: the number or name that is raised
   PLAIN_TOKEN_CLOSE,
   PLAIN_TOKEN_COMMA,
-  PLAIN_TOKEN_BAD  ///< `error` says why
+  PLAIN_TOKEN_ROW_END,  ///< ";" in tables
+  PLAIN_TOKEN_BAD       ///< `error` says why
 };
 
 struct PlainTokenS {

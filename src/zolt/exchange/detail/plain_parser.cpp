@@ -4,6 +4,7 @@
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 
 namespace zolt::exchange::detail {
@@ -206,7 +207,7 @@ PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
 }
 
 PlainParserC::NextE PlainParserC::beginBracket(FrameS&& frame) {
-  frame.firstOperand = operands_.size();
+  frame.firstOperand = frame.rowStart = operands_.size();
   closes_.push_back(frame.close);
   return begin(std::move(frame));
 }
@@ -234,6 +235,8 @@ PlainParserC::NextE PlainParserC::readSign() {
     case PLAIN_TOKEN_CLOSE:
     case PLAIN_TOKEN_COMMA:
       return readBracketEnd();
+    case PLAIN_TOKEN_ROW_END:
+      return readRowEnd();
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
     case PLAIN_TOKEN_NUMBER:
@@ -290,13 +293,17 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     return fail(type == PLAIN_TOKEN_COMMA ? READ_ERROR_UNEXPECTED_COMMA : READ_ERROR_UNEXPECTED_CLOSE);
   }
   if (type == PLAIN_TOKEN_COMMA) {
-    if (frames_.back().kind != PENDING_CALL) return fail(READ_ERROR_UNEXPECTED_COMMA);
+    bool const inTable = frames_.back().kind == PENDING_GROUP && findTable(frames_.back().close);
+    if (frames_.back().kind != PENDING_CALL && !inTable) return fail(READ_ERROR_UNEXPECTED_COMMA);
     lexer_.readNextToken();
     return NEXT_OPERAND;
   }
   bool const fits =
       type == PLAIN_TOKEN_BAR || (type == PLAIN_TOKEN_CLOSE && token().bracket == closes_.back());
   if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
+  bool const isRow =
+      frames_.back().kind == PENDING_GROUP && operands_.size() > frames_.back().firstOperand + 1;
+  if (frames_.back().isTable || isRow) return finishTable();
 
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
@@ -318,6 +325,46 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
   operands_.push_back(std::move(result));
   lexer_.readNextToken();
   return NEXT_SIGN;
+}
+
+/// ";" ends a row of cells in the brackets or the call of a table.
+PlainParserC::NextE PlainParserC::readRowEnd() {
+  finishTighterThan(no_rule);
+  bool const isCall = !frames_.empty() && frames_.back().kind == PENDING_CALL;
+  PlainTableS const* const table = frames_.empty() ? nullptr
+                                   : isCall        ? findTable(frames_.back().name)
+                                                   : findTable(frames_.back().close);
+  if (!table || (!isCall && !frames_.back().name.empty())) return fail(READ_ERROR_BAD_CHARACTER);
+  finishRow();
+  lexer_.readNextToken();
+  return token().type == PLAIN_TOKEN_CLOSE ? NEXT_SIGN : NEXT_OPERAND;
+}
+
+/// Makes a list of the operands of a row.
+void PlainParserC::finishRow() {
+  FrameS& frame = frames_.back();
+  frame.isTable = true;
+  std::vector<NodeT> cells;
+  for (std::size_t i = frame.rowStart; i < operands_.size(); ++i) {
+    cells.push_back(std::move(operands_[i].node));
+  }
+  if (cells.empty()) return;  // after the last ";"
+  operands_.resize(frame.rowStart++);
+  operands_.push_back({makeFunction(wstring(math::algexpr::list_name), std::move(cells))});
+}
+
+PlainParserC::NextE PlainParserC::finishTable() {
+  finishRow();
+  FrameS const frame = std::move(frames_.back());
+  frames_.pop_back();
+  closes_.pop_back();
+  std::vector<NodeT> rows;
+  for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i) {
+    rows.push_back(std::move(operands_[i].node));
+  }
+  operands_.resize(frame.firstOperand);
+  wstring const name = frame.kind == PENDING_CALL ? frame.name : findTable(frame.close)->name;
+  return takeToken(makeFunction(name, std::move(rows)));
 }
 
 void PlainParserC::finishTighterThan(int rule) {

@@ -47,7 +47,9 @@ class PlainParserC {
     NodeT exponent = {};  // of a function, as in sin²x; of a root, its index
     NodeT second = {};    // the argument that is in the name, as in log_2(x)
     std::size_t firstOperand = 0;
-    std::size_t begin = 0;  // what an error in the arguments marks
+    std::size_t rowStart = 0;  // of a table: the first operand of its last row
+    bool isTable = false;      // ";" has ended a row
+    std::size_t begin = 0;     // what an error in the arguments marks
     std::size_t end = 0;
   };
 
@@ -83,6 +85,9 @@ class PlainParserC {
   NextE readPostfix();
   NextE readProduct();
   NextE readBracketEnd();
+  NextE readRowEnd();
+  void finishRow();
+  NextE finishTable();
 
   /// Reduces the operations on top of the stack that bind tighter than `rule`; stops at brackets.
   void finishTighterThan(int rule);

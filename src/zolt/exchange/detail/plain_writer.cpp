@@ -156,7 +156,30 @@ void PlainWriterC::writeBrackets(NodeABC const& operand) {
   later(*inner, RULE_ASSIGNMENT);
 }
 
+bool PlainWriterC::writeTable(ParentNodeABC const& node) {
+  PlainTableS const* const table = findTable(node.crefName());
+  if (!table) return false;
+  unsigned long const count = node.numChildren();
+  for (unsigned long i = 0; i < count; ++i) {
+    auto const* const row = node.child(i).asParent();
+    if (!row || row->crefName() != math::algexpr::list_name) return false;
+  }
+  output_ += table->open == u'\0' ? table->name + u'(' : wstring(1, table->open);
+  later(table->open == u'\0' ? std::u16string_view(u")") : std::u16string_view(&table->close, 1));
+  if (count == 1) later(u";");
+  for (unsigned long i = count; i-- > 0;) {
+    ParentNodeABC const& row = *node.child(i).asParent();
+    for (unsigned long k = row.numChildren(); k-- > 0;) {
+      later(row.child(k), RULE_ASSIGNMENT);
+      if (k > 0) later(u",");
+    }
+    if (i > 0) later(u";");
+  }
+  return true;
+}
+
 void PlainWriterC::writeCall(ParentNodeABC const& node) {
+  if (writeTable(node)) return;
   wstring const& name = node.crefName();
   NotationS const* const function = findNotation(name);
   bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
@@ -196,7 +219,7 @@ void PlainWriterC::open(bool needed) {
 bool PlainWriterC::signFits() const {
   if (output_.empty()) return true;
   char16_t const last = output_.back();
-  return last == u'(' || last == u',' || last == u' ';
+  return last == u'(' || last == u',' || last == u' ' || last == u'[' || last == u';';
 }
 
 }  // namespace zolt::exchange::detail

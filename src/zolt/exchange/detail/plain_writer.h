@@ -34,6 +34,8 @@ class PlainWriterC {
   void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writeBrackets(math::algexpr::NodeABC const& operand);
   void writeCall(math::algexpr::ParentNodeABC const& node);
+  /// Writes rows of cells; false for what is no table.
+  bool writeTable(math::algexpr::ParentNodeABC const& node);
   void writeBare(wstring const& name);
   void writeQuoted(wstring const& name);
 
