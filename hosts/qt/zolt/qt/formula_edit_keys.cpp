@@ -130,7 +130,7 @@ bool isHistory(field::CommandE command) {
 
 std::optional<field::CommandE> FormulaEdit::StateS::commandFor(QKeyEvent const& event) const {
   auto const command = commandOf(event);
-  bool const isOutside = command && isForTables(*command) && !field->isEnabled(*command);
+  bool const isOutside = command && isForTables(*command) && !field->isEnabled(field::COMMAND_DELETE_ROWS);
   return isOutside ? std::nullopt : command;
 }
 
