@@ -159,9 +159,13 @@ TEST_F(TypesetText, ShowsExponentsAsPowersOfTen) {
   EXPECT_EQ(shown(u"a-3E-4b"), "a-3*10-^4^b");
   EXPECT_EQ(shown(u"2e-x+xe3"), "2e-x+xe3") << "no number with an exponent";
   EXPECT_EQ(shown(u"2e3+4E5"), "2*103^+4*105^");
-  for (oss::wstring const text : {u"2e3", u"2e3+4E\u22125", u"ab", u"abx12"}) {
-    PlacedGlyphS const last = place(text).back();
-    EXPECT_NEAR(last.x + last.width, double(typesetter->measure(text, 0)), 1) << text.size();
+  for (oss::wstring const text : {u"2e3", u"2e3+4E\u22125"}) {
+    double end = 0;
+    for (PlacedGlyphS const& glyph : place(text)) {
+      EXPECT_GE(glyph.x, end - 0.1) << glyph.codePoint;
+      end = glyph.x + glyph.width;
+    }
+    EXPECT_NEAR(end, double(typesetter->measure(text, 0)), 1);
   }
 }
 
