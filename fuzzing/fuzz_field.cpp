@@ -77,11 +77,13 @@ class FieldSessionC {
 
   std::string play(ScriptStepS const& step) {
     wstring const before = only_searches ? wstring() : notation();
+    // An open command that is there in full is accepted by whatever comes next, also by what is refused.
+    bool const mayComplete = field_.crefCompletion().isOpen();
     bool const taken = runner_.run(step);
     if (auto fault = checkState(); !fault.empty()) return fault;
     if (step.word == SCRIPT_SHOW && taken) start_ = bytes();
     if (only_searches) return {};
-    if (!taken && step.word != SCRIPT_TYPE && notation() != before)
+    if (!taken && !mayComplete && step.word != SCRIPT_TYPE && notation() != before)
       return "refused, and yet changed something";
     return {};
   }

@@ -59,7 +59,8 @@ std::vector<std::string> const& lines() {
 std::set<std::string> const& texts() {
   static std::set<std::string> const all = [] {
     std::set<std::string> found;
-    for (std::string const& line : lines()) {
+    for (std::string line : lines()) {
+      if (auto const both = line.find("\u21D4"); both != std::string::npos) line.replace(both, 3, "\u21D2");
       for (std::string const& side : splitAt(line, "\u21D2")) {
         found.insert(side);
         for (std::string const& part : splitAt(side, " | ")) found.insert(part);
