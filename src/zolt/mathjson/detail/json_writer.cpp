@@ -32,7 +32,11 @@ bool isJsonNumber(std::u16string_view digits) {
   std::size_t const point = std::min(mantissa.find(u'.'), mantissa.size());
   bool const hasWhole = point > 0 && (mantissa[0] != u'0' || point == 1);
   bool const hasFraction = point == mantissa.size() || point + 1 < mantissa.size();
-  return hasWhole && hasFraction && mantissa.size() <= longest && digits.size() <= e + 4;
+  // Larger exponents may be beyond what JSON libraries hold.
+  std::u16string_view exponent = digits.substr(std::min(e + 1, digits.size()));
+  if (!exponent.empty() && !isDigit(exponent[0])) exponent.remove_prefix(1);
+  constexpr std::size_t longest_exponent = 2;
+  return hasWhole && hasFraction && mantissa.size() <= longest && exponent.size() <= longest_exponent;
 }
 
 }  // namespace
