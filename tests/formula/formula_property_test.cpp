@@ -75,7 +75,8 @@ class MeaningC {
     if (operands.size() == 1 && (name == u"_pos" || name == u"_quietpos")) return operands[0];
     if (operands.size() == 2 && name == u"+") return operands[0] + operands[1];
     if (operands.size() == 2 && name == u"-") return operands[0] - operands[1];
-    if (operands.size() == 2 && name == u"+-") return operands[0] + mix(hash(name), operands[1]);
+    if (operands.size() == 2 && (name == u"+-" || name == u"-+"))
+      return operands[0] + mix(hash(name), operands[1]);
     if (operands.size() == 2 && name == u"and") return (operands[0] | 1) * (operands[1] | 1);
     if (operands.size() == 2 && name == u"or") return operands[0] ^ operands[1];
     std::uint64_t result = hash(name);

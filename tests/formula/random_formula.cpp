@@ -25,7 +25,13 @@ std::vector<OperatorBC const*> const& functions() {
   static std::vector<OperatorBC const*> const all = [] {
     std::vector<OperatorBC const*> found;
     for (auto const& entry : standardOperators().crefByName()) {
-      if (entry.first != u"_PI" && entry.first != u"d") found.push_back(entry.second.get());
+      OperatorBC const& op = *entry.second;
+      bool const isConstant = op.getArity() == 0 && !op.isConstruct() && entry.first.size() == 1;
+      bool const isInserted = entry.first[0] != u'_' || op.getPlace() != OPERATOR_BY_NAME;
+      if (entry.first != u"_PI" && (!isConstant || entry.first == u"∞") &&
+          (isInserted || op.isCoreElement())) {
+        found.push_back(&op);
+      }
     }
     return found;
   }();
@@ -112,7 +118,9 @@ TreeT RandomTreeC::makeItem(unsigned level) {
         op = functions()[below(functions().size())];
       } while (!op->isConstruct());
       auto construct = std::make_unique<Node4C>(NODE4_OPERATOR, const_cast<OperatorBC*>(op), wstring(), 0);
-      unsigned long const arity = op->getArity() > 0 ? op->getArity() : below(3);
+      unsigned long const columns = op->getColumns();
+      unsigned long const any = columns > 0 ? columns * (1 + below(2)) : below(3);
+      unsigned long const arity = op->getArity() > 0 ? op->getArity() : any;
       for (unsigned long i = 0; i < arity; ++i) construct->insertChild(i, makeRow(level + 1).release());
       return construct;
     }

@@ -1,7 +1,10 @@
 #include "tests/support/operators.h"
 
+#include <cstdlib>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/catalogue/standard_operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 
@@ -12,6 +15,7 @@ math::ved::OperatorListC& standardOperators() {
     auto const& engine = math::algexpr::CASSessionBC::getSession()->getEngine();
     auto const list = math::ved::OperatorListRepositoryC::lookup(engine);
     catalogue::registerStandardOperators(*list);
+    if (std::getenv("ZOLT_TEST_EXTENDED")) catalogue_extended::registerExtendedOperators(*list);
     return *list;
   }();
   return operators;
@@ -23,11 +27,11 @@ std::vector<std::pair<oss::wstring, oss::wstring>> everyNesting() {
     unsigned long const arity = op->getArity() > 0 ? op->getArity() : 2;
     for (unsigned long place = 0; place < arity; ++place) {
       if (!op->hasOwnRow(place)) continue;
-      oss::wstring before = name + u"(";
-      oss::wstring after = u")";
-      for (unsigned long i = 0; i < place; ++i) before += u"a,";
-      for (unsigned long i = place + 1; i < arity; ++i) after.insert(0, u",b");
-      nestings.emplace_back(before, after);
+      std::vector<oss::wstring> rows(arity, u"a");
+      rows[place] = u"\xE000";
+      oss::wstring const call = name + u'(' + op->arrangeArgumentList(rows) + u')';
+      std::size_t const inside = call.find(u'\xE000');
+      nestings.emplace_back(call.substr(0, inside), call.substr(inside + 1));
     }
   }
   return nestings;

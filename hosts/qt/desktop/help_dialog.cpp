@@ -60,6 +60,10 @@ QString makeTyping() {
          "fractions. Brackets hold more together, <b>1/(1+x)</b>, <b>e^(i*pi)</b>, and vanish when they are "
          "closed."));
   html += paragraph(
+      tr("<b>[0,1)</b> is an interval, <b>{a,b}</b> a set, <b>lim(x-&gt;0,</b> a limit, from one side with "
+         "<b>0^+</b>; <b>prod(</b>, <b>binom(</b>, <b>vec(</b>, <b>index(</b> and their like are typed as "
+         "<b>sqrt(</b> is."));
+  html += paragraph(
       tr("A backslash opens a list of everything that can be inserted: type a part of its name, as in "
          "<b>\\fr</b> or <b>\\alpha</b>, and press <b>Tab</b> or <b>Enter</b>. Names that you type without "
          "it are suggested after a while; <b>↓</b> leads into that list."));

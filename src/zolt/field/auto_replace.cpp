@@ -125,6 +125,23 @@ ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
 
 }  // namespace
 
+namespace {
+
+/// The character that a typed one means at the place: itself where an operator has it for its own, as "[" of
+/// an interval, and else the sign that it looks like.
+char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC const& operators,
+                 InputOptionsS const& options) {
+  bool const isLookAlike = math::common::foldLookAlike(typed, math::common::LOOK_ALIKE_TYPED) != typed;
+  auto const op = isLookAlike ? findBySign(operators, typed) : nullptr;
+  bool const isOwn =
+      (op && op->appliesAt(place)) ||
+      (isLookAlike && !selected &&
+       (findByInsideSign(operators, place, typed) || leaveByClosingSign(place, typed, operators)));
+  return isOwn ? typed : foldTyped(typed, options);
+}
+
+}  // namespace
+
 InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
   bool const selected = view.isSelected();
   PlaceS const place = view.getSelection().caret;
@@ -134,12 +151,15 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
     bool const hasName = !selected && !nameEndingAt(place).text.empty();
     return {INPUT_TEXT, hasName ? wstring(primes, math::common::prime_sign) : wstring(1, u'\''), {}, {}};
   }
-  char16_t const c = foldTyped(typed, options);
+  OperatorListC const& operators = view.crefOperatorList();
+  char16_t const c = meantAt(place, selected, typed, operators, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
   if (selected && c == u'^' && options.exponents) return {INPUT_OPEN_EXPONENT, {}, {}, {}};
-  OperatorListC const& operators = view.crefOperatorList();
   if (auto const op = selected ? nullptr : findByInsideSign(operators, place, c)) {
     return {INPUT_OPERATOR, op->getName(), {}, {}};
+  }
+  if (PlaceS const value = selected || !options.leaving ? PlaceS() : leaveByValueSign(place, wstring(1, c))) {
+    return {INPUT_MOVE, {}, value, {}};
   }
   if (auto const op = findBySign(operators, c)) return decideSign(view, c, *op, options);
   if (c >= 0x80 && findConstruct(operators, wstring(1, c)).op) return {INPUT_CALL, wstring(1, c), {}, {}};
@@ -195,7 +215,10 @@ ReplacementS findSignReplacement(ViewZNT4C const& view) {
   SignRunS const run = findBySignRun(view.crefOperatorList(), text, caret.pos);
   PlaceS const begin{caret.node, caret.pos - run.length};
   bool const isFactorial = run.op && text[begin.pos] == u'!' && endsCounted(begin);
-  if (run.op && !isFactorial) return {begin, caret, run.op->getName(), {}};
+  if (run.op && !isFactorial) {
+    PlaceS const value = leaveByValueSign(caret, run.op->getText() + run.op->crefWords().signs);
+    return {begin, caret, value ? wstring() : run.op->getName(), {}, value};
+  }
   if (beginsAnotherName(caret)) {
     PlaceS const name{caret.node, caret.pos - 1};
     return {name, caret, u' ' + text.substr(name.pos, 1), {}};

@@ -46,8 +46,9 @@ InputDecisionS decideInput(math::ved::ViewZNT4C const& view, char16_t c, InputOp
 struct ReplacementS {
   PlaceS begin;  ///< null: nothing is replaced
   PlaceS end;
-  wstring text;      ///< what is typed in its place; an operator's name inserts the operator
-  wstring exponent;  ///< what is typed after that as an exponent, in which the caret stays
+  wstring text;        ///< what is typed in its place; an operator's name inserts the operator
+  wstring exponent;    ///< what is typed after that as an exponent, in which the caret stays
+  PlaceS target = {};  ///< where the caret goes instead of anything being typed; usually null
 };
 
 /// The replacement for the signs just typed before the caret: "<=", "!=", "**", or a letter with the accent

@@ -383,7 +383,9 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   bool const sameText = caret().node == replacement.end.node;
   unsigned long const behind = places.caret.pos - replacement.end.pos;
   GroupC group(*this);
+  PlacePathS const target = pathOf(replacement.target ? replacement.target : replacement.begin);
   bool done = deleteRange(replacement.begin, replacement.end);
+  if (replacement.target) return group.end(done && placeCaret(placeAt(view_.crefRoot(), target)));
   auto const op = view_.crefOperatorList().lookup(replacement.text);
   if (PlaceS const after = op && !caretMoves ? leaveByReplacement(caret(), *op, options_) : PlaceS()) {
     done = done && placeCaret(after);

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/plain_operator.h"
 
@@ -120,8 +121,8 @@ constexpr char16_t name_joints[] = {u'_', prime_sign, u'\0'};
 
 template <class TableT, class TestT>
 auto find(TableT const& table, TestT test) {
-  auto const* const found = std::find_if(std::begin(table), std::end(table), test);
-  return found == std::end(table) ? nullptr : found;
+  auto const found = std::find_if(std::begin(table), std::end(table), test);
+  return found == std::end(table) ? nullptr : &*found;
 }
 
 /// All readings in the order of their texts, with an index by their first characters, since every sign and
@@ -171,7 +172,9 @@ ReadingsC::ReadingsC() {
 struct AddedS {
   std::deque<std::pair<PlainOperatorS, NotationS>> operators;
   std::map<std::u16string_view, NotationS const*> byName;
-  std::map<std::u16string_view, ReadingS> byText;
+  std::map<std::u16string_view, std::vector<ReadingS>> byText;  // calls with different numbers of arguments
+  std::deque<CallPatternS> patterns;
+  std::deque<PlainListS> lists;  // the last one first
   std::deque<PlainTableS> tables;
 };
 
@@ -180,19 +183,51 @@ AddedS& added() {
   return all;
 }
 
-std::pair<ReadingS const*, ReadingS const*> findReadings(std::u16string_view text) {
+std::pair<ReadingS const*, ReadingS const*> findOurReadings(std::u16string_view text) {
   static ReadingsC const readings;
+  return readings.find(text);
+}
+
+std::pair<ReadingS const*, ReadingS const*> findReadings(std::u16string_view text) {
   if (auto const& own = added().byText; !own.empty()) {
     auto const found = own.find(text);
-    if (found != own.end()) return {&found->second, &found->second + 1};
+    if (found != own.end()) return {found->second.data(), found->second.data() + found->second.size()};
   }
-  return readings.find(text);
+  return findOurReadings(text);
+}
+
+/// Reads the written form of a call, "lim(#2->#3,#1)", from the bracket on.
+CallPatternS readPattern(std::u16string_view written) {
+  CallPatternS pattern;
+  CallPatternS::ArgumentS argument{};
+  std::size_t sign = 0;
+  for (std::size_t i = 1; i < written.size(); ++i) {
+    if (written[i] == u'#' && i + 1 < written.size()) {
+      auto const number = static_cast<unsigned long>(written[++i] - u'0');
+      if (argument.first == 0) {
+        argument.first = number;
+        sign = i + 1;
+      } else {
+        argument.second = number;
+        argument.sign = written.substr(sign, i - 1 - sign);
+      }
+    } else if (written[i] == u',' || written[i] == u')') {
+      pattern.arguments.push_back(argument);
+      argument = {};
+    }
+  }
+  return pattern;
+}
+
+bool isInList(PlainListS const& list, char16_t open, char16_t close) {
+  return list.open == open && list.close == close;
 }
 
 constexpr FormE formOf(PlainPlaceE place) {
   return place == PLAIN_BEFORE    ? FORM_PREFIX
          : place == PLAIN_BETWEEN ? FORM_INFIX
          : place == PLAIN_AFTER   ? FORM_POSTFIX
+         : place == PLAIN_CALL    ? FORM_FUNCTION
                                   : FORM_CONSTANT;
 }
 
@@ -208,6 +243,15 @@ NotationS const* findNotation(std::u16string_view name) {
     if (found != own.end()) return found->second;
   }
   return find(notations, [&](NotationS const& notation) { return notation.name == name; });
+}
+
+NotationS const* findCall(std::u16string_view name, unsigned long numArguments) {
+  for (auto const& entry : added().operators) {
+    NotationS const& notation = entry.second;
+    if (notation.form == FORM_FUNCTION && notation.arity == numArguments && notation.name == name)
+      return &notation;
+  }
+  return findNotation(name);
 }
 
 NotationS const* findInfix(std::u16string_view name) {
@@ -234,7 +278,8 @@ ReadingS const* findFunction(std::u16string_view text, unsigned long numArgument
   auto const [first, last] = findReadings(text);
   auto const found = std::find_if(first, last, [&](ReadingS const& reading) {
     unsigned long const arity = reading.notation->arity;
-    bool const fits = arity == 0 || numArguments + (reading.addedArgument.empty() ? 0 : 1) == arity;
+    unsigned long const count = arity == 0 ? 0 : reading.notation->countWritten();
+    bool const fits = count == 0 || numArguments + (reading.addedArgument.empty() ? 0 : 1) == count;
     return reading.notation->form == FORM_FUNCTION && fits;
   });
   return found == last ? nullptr : found;
@@ -243,6 +288,39 @@ ReadingS const* findFunction(std::u16string_view text, unsigned long numArgument
 bool isFunction(std::u16string_view text) {
   ReadingS const* const reading = findReading(text);
   return reading && reading->notation->form == FORM_FUNCTION;
+}
+
+bool isAddedFunction(std::u16string_view text) {
+  auto const [first, last] = findOurReadings(text);
+  return first == last && isFunction(text);
+}
+
+PlainListS const* findList(char16_t open, char16_t close, unsigned long count) {
+  return find(added().lists, [&](PlainListS const& list) {
+    return isInList(list, open, close) && (list.count == 0 || list.count == count);
+  });
+}
+
+bool opensList(char16_t open) {
+  return find(added().lists, [&](PlainListS const& list) { return list.open == open; }) != nullptr;
+}
+
+bool closesList(char16_t open, char16_t close) {
+  return find(added().lists, [&](PlainListS const& list) { return isInList(list, open, close); }) != nullptr;
+}
+
+PlainListS const* findListOf(math::algexpr::ParentNodeABC const& node) {
+  unsigned long const count = node.numChildren();
+  return find(added().lists, [&](PlainListS const& list) {
+    std::size_t const further = list.added.size();
+    if (list.name != node.crefName() || count <= further) return false;
+    if (list.count != 0 && list.count + further != count) return false;
+    for (std::size_t i = 0; i < further; ++i) {
+      if (node.child(static_cast<unsigned long>(count - further + i)).crefName() != list.added[i])
+        return false;
+    }
+    return true;
+  });
 }
 
 std::size_t findMark(std::u16string_view name) {
@@ -315,11 +393,32 @@ void registerPlainOperator(PlainOperatorS op) {
   RuleE const rule = kept.place == PLAIN_AFTER ? RULE_POSTFIX : ruleOf(kept.precedence);
   notation = {kept.name, formOf(kept.place), 0, {kept.written, {}}, rule, rule, tighterThan(rule)};
   notation.isName = kept.isName;
-  notation.arity = kept.place == PLAIN_ALONE ? 0 : kept.place == PLAIN_BETWEEN ? 2 : 1;
+  notation.arity = kept.place == PLAIN_ALONE     ? 0
+                   : kept.place == PLAIN_CALL    ? kept.arity
+                   : kept.place == PLAIN_BETWEEN ? 2
+                                                 : 1;
+  bool const isCall = kept.place == PLAIN_CALL;
+  std::size_t const bracket = isCall ? kept.written.find(u'(') : wstring::npos;
+  if (bracket != wstring::npos) {
+    std::u16string_view const written = kept.written;
+    notation.plain.written = written.substr(0, bracket);
+    notation.pattern = &all.patterns.emplace_back(readPattern(written.substr(bracket)));
+  }
   all.byName[notation.name] = &notation;
-  for (wstring const& text : kept.read) all.byText[text] = {text, &notation, {}};
+  for (wstring const& text : kept.read) {
+    std::vector<ReadingS>& readings = all.byText[text];
+    if (!isCall) {
+      readings.clear();
+    } else if (readings.empty()) {
+      auto const [first, last] = findOurReadings(text);
+      readings.assign(first, last);
+    }
+    readings.insert(readings.begin(), {text, &notation, {}});
+  }
 }
 
 void registerPlainTable(PlainTableS table) { added().tables.push_back(std::move(table)); }
+
+void registerPlainList(PlainListS list) { added().lists.push_front(std::move(list)); }
 
 }  // namespace zolt::exchange

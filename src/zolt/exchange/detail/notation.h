@@ -4,6 +4,14 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
+
+namespace zolt::math::algexpr {
+class ParentNodeABC;
+}
+namespace zolt::exchange {
+struct PlainListS;
+}
 
 #include "zolt/exchange/plain_operator.h"
 
@@ -44,6 +52,17 @@ struct PlainFormS {
   std::u16string_view inverse = {};   ///< the written name of the function that "^-1" after this name means
 };
 
+/// The arguments of a call as they are written, each of which is one of the operation or two with a sign
+/// between them. The numbers count from 1.
+struct CallPatternS {
+  struct ArgumentS {
+    unsigned long first;
+    std::u16string_view sign;  ///< empty: only the first
+    unsigned long second;
+  };
+  std::vector<ArgumentS> arguments;
+};
+
 /// How other notations write an operator of the expression library: first what all of them need, then a part
 /// for each notation.
 struct NotationS {
@@ -51,15 +70,20 @@ struct NotationS {
   FormE form;
   unsigned long arity;  ///< 0: one or more
   PlainFormS plain;
-  RuleE rule = RULE_ATOM;       ///< of the whole
-  RuleE leftRule = RULE_ATOM;   ///< of the operand before the sign
-  RuleE rightRule = RULE_ATOM;  ///< of the operand after the sign
-  char16_t sign = u'\0';        ///< the editor's own character for it, which every notation reads
-  bool isName = false;          ///< the sign before an operand is a name where none follows
+  RuleE rule = RULE_ATOM;                 ///< of the whole
+  RuleE leftRule = RULE_ATOM;             ///< of the operand before the sign
+  RuleE rightRule = RULE_ATOM;            ///< of the operand after the sign
+  char16_t sign = u'\0';                  ///< the editor's own character for it, which every notation reads
+  bool isName = false;                    ///< the sign before an operand is a name where none follows
+  CallPatternS const* pattern = nullptr;  ///< null: the arguments are written in their order
+
+  unsigned long countWritten() const { return pattern ? pattern->arguments.size() : arity; }
 };
 
 /// The operator of that name; null when there is none.
 NotationS const* findNotation(std::u16string_view name);
+/// The same for a function with that number of arguments, where hosts write it in several ways.
+NotationS const* findCall(std::u16string_view name, unsigned long numArguments);
 /// The same for an operator between two operands only.
 NotationS const* findInfix(std::u16string_view name);
 
@@ -87,9 +111,19 @@ ReadingS const* findReading(std::u16string_view text);
 ReadingS const* findFunction(std::u16string_view text, unsigned long numArguments);
 /// Whether `text` is a function's name, for any number of arguments.
 bool isFunction(std::u16string_view text);
+/// Whether hosts alone made it one: with other arguments it is a name as any other.
+bool isAddedFunction(std::u16string_view text);
 /// Where a function's name ends in a name that goes on with "_" and the second argument, as "log_2"; npos in
 /// any other name.
 std::size_t findMark(std::u16string_view name);
+
+/// The list of so many formulas between two brackets; null when there is none.
+PlainListS const* findList(char16_t open, char16_t close, unsigned long count);
+/// Whether a list of any number of formulas may begin with a bracket, and end with another one.
+bool opensList(char16_t open);
+bool closesList(char16_t open, char16_t close);
+/// The list that an operation is written as; null when there is none.
+PlainListS const* findListOf(math::algexpr::ParentNodeABC const& node);
 
 /// The function to whose brackets `sign` belongs; null when there is none.
 NotationS const* findBrackets(char16_t sign);

@@ -4,8 +4,10 @@
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/parent_node.h"
 #include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
+#include "zolt/exchange/plain_operator.h"
 
 namespace zolt::exchange::detail {
 
@@ -20,6 +22,31 @@ using math::algexpr::makePower;
 namespace {
 
 constexpr char16_t bar = u'|';
+char16_t openingOf(char16_t close) { return close == u')' ? u'(' : close == u']' ? u'[' : u'{'; }
+
+/// Puts the arguments of a call, as they are written, into the order of the operation. False, with nothing
+/// changed, when one of them has another form.
+bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC>>& arguments) {
+  std::vector<PointerTC<math::algexpr::NodeABC>> ordered(call.arity);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    CallPatternS::ArgumentS const& form = call.pattern->arguments[i];
+    if (form.sign.empty()) {
+      ordered[form.first - 1] = arguments[i];
+      continue;
+    }
+    ReadingS const* const sign = findReading(form.sign);
+    auto const* const operation = arguments[i]->asParent();
+    bool const fits =
+        sign && operation && operation->numChildren() == 2 && operation->crefName() == sign->notation->name;
+    if (!fits) return false;
+    auto operands = childrenOf(*operation);
+    ordered[form.first - 1] = std::move(operands[0]);
+    ordered[form.second - 1] = std::move(operands[1]);
+  }
+  arguments = std::move(ordered);
+  return true;
+}
+
 constexpr int no_rule = RULE_ASSIGNMENT - 1;  // looser than any rule
 
 }  // namespace
@@ -147,6 +174,7 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
 
 PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
   if (opensCall()) return beginBracket(std::move(frame));
+  if (isAddedFunction(frame.name)) return keep(makeNamed(frame.name));
   ReadingS const* const unary = findFunction(frame.name, 1);
   if (unary && unary->notation->arity == 0) return keep(makeNamed(frame.name));
   if (unary && readFunctionExponent(frame)) {
@@ -292,24 +320,38 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     if (type == PLAIN_TOKEN_END) return NEXT_NOTHING;
     return fail(type == PLAIN_TOKEN_COMMA ? READ_ERROR_UNEXPECTED_COMMA : READ_ERROR_UNEXPECTED_CLOSE);
   }
+  FrameS& current = frames_.back();
+  bool const isGroup = current.kind == PENDING_GROUP && current.name.empty();
+  char16_t const opened = isGroup ? openingOf(current.close) : u'\0';
   if (type == PLAIN_TOKEN_COMMA) {
-    bool const inTable = frames_.back().kind == PENDING_GROUP && findTable(frames_.back().close);
-    if (frames_.back().kind != PENDING_CALL && !inTable) return fail(READ_ERROR_UNEXPECTED_COMMA);
+    bool const isListed = isGroup && (opensList(opened) || findTable(current.close));
+    if (current.kind != PENDING_CALL && !isListed) return fail(READ_ERROR_UNEXPECTED_COMMA);
+    // Only the bracket that closes tells whether it is a list.
+    if (isGroup && current.end == 0) {
+      current.begin = token().begin;
+      current.end = token().end;
+    }
     lexer_.readNextToken();
     return NEXT_OPERAND;
   }
-  bool const fits =
-      type == PLAIN_TOKEN_BAR || (type == PLAIN_TOKEN_CLOSE && token().bracket == closes_.back());
+  bool const matches = token().bracket == closes_.back();
+  bool const fits = type == PLAIN_TOKEN_BAR ||
+                    (type == PLAIN_TOKEN_CLOSE && (matches || closesList(opened, token().bracket)));
   if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
-  bool const isRow =
-      frames_.back().kind == PENDING_GROUP && operands_.size() > frames_.back().firstOperand + 1;
-  if (frames_.back().isTable || isRow) return finishTable();
+  if (current.isTable) return matches ? finishTable() : fail(READ_ERROR_MISSING_CLOSE);
+  PlainListS const* const list =
+      isGroup ? findList(opened, token().bracket, operands_.size() - current.firstOperand) : nullptr;
+  if (isGroup && !list && current.end > 0) {
+    if (matches && findTable(current.close)) return finishTable();
+    return failAt(current.begin, current.end, READ_ERROR_UNEXPECTED_COMMA);
+  }
+  if (isGroup && !list && !matches) return fail(READ_ERROR_MISSING_CLOSE);
 
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
   closes_.pop_back();
   OperandS result;
-  if (frame.kind == PENDING_GROUP && frame.name.empty()) {
+  if (isGroup && !list) {
     result.node = operands_.back().node;
     if (operands_.back().bracketed) result.node = makeFunction(wstring(bracket_name), {result.node});
     result.bracketed = true;
@@ -318,7 +360,11 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i) {
       arguments.push_back(std::move(operands_[i].node));
     }
-    result.node = makeCall(frame, std::move(arguments));
+    for (std::size_t i = 0; list && i < list->added.size(); ++i) {
+      arguments.push_back(makeNumber(list->added[i]));
+    }
+    result.node =
+        list ? makeFunction(list->name, std::move(arguments)) : makeCall(frame, std::move(arguments));
     if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
   }
   operands_.resize(frame.firstOperand);
@@ -423,6 +469,9 @@ PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<Node
   if (!frame.isWritten) return makeFunction(frame.name, std::move(arguments));
   if (frame.second) arguments.push_back(frame.second);
   ReadingS const* const function = findFunction(frame.name, arguments.size());
+  bool const fits = function && (!function->notation->pattern || arrange(*function->notation, arguments));
+  if (!fits && (function || isAddedFunction(frame.name)))
+    return makeFunction(frame.name, std::move(arguments));
   if (!function) return nullptr;
   if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));
   NodeT call = makeFunction(wstring(function->notation->name), std::move(arguments));

@@ -7,6 +7,7 @@
 #include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/plain_lexer.h"
+#include "zolt/exchange/plain_operator.h"
 
 namespace zolt::exchange::detail {
 
@@ -180,8 +181,9 @@ bool PlainWriterC::writeTable(ParentNodeABC const& node) {
 
 void PlainWriterC::writeCall(ParentNodeABC const& node) {
   if (writeTable(node)) return;
+  if (PlainListS const* const list = findListOf(node)) return writeList(node, *list);
   wstring const& name = node.crefName();
-  NotationS const* const function = findNotation(name);
+  NotationS const* const function = findCall(name, node.numChildren());
   bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
@@ -191,8 +193,32 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
     writeQuoted(name);
   }
   open(true);
-  for (unsigned long i = node.numChildren(); i-- > 0;) {
+  if (fits && function->pattern) return laterPattern(node, *function->pattern);
+  laterArguments(node, node.numChildren());
+}
+
+void PlainWriterC::writeList(ParentNodeABC const& node, PlainListS const& list) {
+  output_ += list.open;
+  later({&list.close, 1});
+  laterArguments(node, node.numChildren() - static_cast<unsigned long>(list.added.size()));
+}
+
+void PlainWriterC::laterArguments(ParentNodeABC const& node, unsigned long count) {
+  for (unsigned long i = count; i-- > 0;) {
     later(node.child(i), RULE_ASSIGNMENT);
+    if (i > 0) later(u",");
+  }
+}
+
+void PlainWriterC::laterPattern(ParentNodeABC const& node, CallPatternS const& pattern) {
+  for (std::size_t i = pattern.arguments.size(); i-- > 0;) {
+    CallPatternS::ArgumentS const& argument = pattern.arguments[i];
+    ReadingS const* const sign = argument.sign.empty() ? nullptr : findReading(argument.sign);
+    if (sign) {
+      laterAfter(*sign->notation, node.child(argument.second - 1), sign->notation->rightRule);
+      later(argument.sign);
+    }
+    later(node.child(argument.first - 1), sign ? sign->notation->leftRule : RULE_ASSIGNMENT);
     if (i > 0) later(u",");
   }
 }
@@ -219,7 +245,7 @@ void PlainWriterC::open(bool needed) {
 bool PlainWriterC::signFits() const {
   if (output_.empty()) return true;
   char16_t const last = output_.back();
-  return last == u'(' || last == u',' || last == u' ' || last == u'[' || last == u';';
+  return last == u'(' || last == u'[' || last == u'{' || last == u',' || last == u' ' || last == u';';
 }
 
 }  // namespace zolt::exchange::detail

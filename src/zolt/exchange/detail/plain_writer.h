@@ -33,6 +33,9 @@ class PlainWriterC {
   void laterAfter(NotationS const& sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writePostfix(std::u16string_view sign, math::algexpr::NodeABC const& operand, RuleE rule);
   void writeBrackets(math::algexpr::NodeABC const& operand);
+  void writeList(math::algexpr::ParentNodeABC const& node, PlainListS const& list);
+  void laterArguments(math::algexpr::ParentNodeABC const& node, unsigned long count);
+  void laterPattern(math::algexpr::ParentNodeABC const& node, CallPatternS const& pattern);
   void writeCall(math::algexpr::ParentNodeABC const& node);
   /// Writes rows of cells; false for what is no table.
   bool writeTable(math::algexpr::ParentNodeABC const& node);

@@ -16,9 +16,12 @@ bool isTypedAsCall(OperatorBC const& op) {
   return op.isConstruct() && op.getInsertedRows() > 0 && isWrittenAsCall(op);
 }
 
+/// Whether its own name is one of these.
+bool isTypedByName(OperatorBC const& op) { return isTypedAsCall(op) && op.crefWords().typedRows.empty(); }
+
 PointerTC<OperatorBC> findByName(OperatorListC const& operators, wstring const& name) {
   auto op = operators.lookup(name);
-  return op && isTypedAsCall(*op) ? op : nullptr;
+  return op && isTypedByName(*op) ? op : nullptr;
 }
 
 /// The last registered operator that passes the test; null: none.
@@ -65,7 +68,7 @@ PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstrin
 
 // Letters and digits never insert an operator, and people type them most.
 PointerTC<OperatorBC> findBySign(OperatorListC const& operators, char16_t sign) {
-  if (sign < 0x80 && isWordCharacter(sign)) return nullptr;
+  if (sign < 0x7B && isWordCharacter(sign)) return nullptr;
   return findLast(operators,
                   [&](OperatorBC const& op) { return op.crefWords().signs.find(sign) != wstring::npos; });
 }
@@ -109,6 +112,7 @@ bool isWrittenAsCall(OperatorBC const& op) {
 }
 
 std::vector<unsigned long> argumentRows(OperatorBC const& op, unsigned long numRows) {
+  if (auto const& typed = op.crefWords().typedRows; !typed.empty()) return typed;
   // Each row's text is its own index, as a character that no name has; a construct may write more around
   // them.
   constexpr char16_t first = 0xE000;

@@ -51,7 +51,8 @@ wstring typedForm(OperatorBC const& op);
 /// Whether the construct is written as a name with brackets, which a typed ")" then closes.
 bool isWrittenAsCall(OperatorBC const& op);
 
-/// The rows of a construct of so many in the order of its arguments.
+/// The rows of a construct of so many in the order in which a person fills them, usually that of its
+/// arguments.
 std::vector<unsigned long> argumentRows(OperatorBC const& op, unsigned long numRows);
 
 }  // namespace zolt::field::detail

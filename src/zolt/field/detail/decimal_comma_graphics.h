@@ -72,6 +72,7 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
   void drawComposed(wstring const& text, long x, long y) const override {
     surface_->drawComposed(text, x, y);
   }
+  void isAbove(wstring const& text) const override { surface_->isAbove(text); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const override {
     surface_->drawSign(sign, x, y, width, height);
   }

@@ -73,19 +73,6 @@ LeavingS leaveByBracketSign(PlaceS place, char16_t sign) {
   return {};
 }
 
-/// To the second of two rows of a construct that shows "=" between them; null elsewhere.
-PlaceS goToValue(PlaceS place) {
-  Node4C const* const item = enclosingItem(*place.node);
-  if (!item || !isAtRowEnd(place) || findOpenBracket(place)) return {};
-  Node4C const& row = *place.node->getParent();
-  if (item->getType() != NODE4_OPERATOR) return {};
-  // The first half of "<=" is no variable.
-  constexpr std::u16string_view halves = u"<>!:=";
-  if (place.pos > 0 && halves.find(place.node->crefText()[place.pos - 1]) != halves.npos) return {};
-  unsigned long const valueRow = item->crefOperator()->crefWords().valueRow;
-  return valueRow > 0 && row.findChildNumber() + 1 == valueRow ? rowEnd(*item->child(valueRow)) : PlaceS();
-}
-
 enum LeaveE : unsigned { LEAVE_NOTHING = 0, LEAVE_EXPONENTS = 1, LEAVE_FRACTIONS = 2, LEAVE_BOTH = 3 };
 
 /// After all such items that end here; null when none does.
@@ -297,14 +284,26 @@ LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators
   if (!options.leaving) return {};
   if (PlaceS const after = leaveByClosingSign(place, sign, operators)) return {after, true};
   if (sign == u')' || sign == u',') return leaveByBracketSign(place, sign);
-  PlaceS const value = sign == u'=' ? goToValue(place) : PlaceS();
-  if (value) return {value, true};
   if (math::common::isRelation(sign)) {
     bool const isHalf = sign == u'=' && options.letters && awaitsNotEqual(place);
     return {isHalf ? PlaceS() : afterAllFinishedItems(place, LEAVE_BOTH), false};
   }
   PlaceS const after = sign == u' ' ? afterFinishedItem(place) : PlaceS();
   return {after, bool{after}};
+}
+
+PlaceS leaveByValueSign(PlaceS place, wstring const& signs) {
+  Node4C const* const item = enclosingItem(*place.node);
+  if (!item || item->getType() != NODE4_OPERATOR || !isAtRowEnd(place) || findOpenBracket(place)) return {};
+  OperatorWordsS const& words = item->crefOperator()->crefWords();
+  unsigned long const row = place.node->getParent()->findChildNumber();
+  if (words.valueRow == 0 || row + 1 != words.valueRow || signs.find(words.valueSign) == signs.npos)
+    return {};
+  // The first half of "<=" is no variable.
+  constexpr std::u16string_view halves = u"<>!:=";
+  bool const isHalf = words.valueSign == u'=' && place.pos > 0 &&
+                      halves.find(place.node->crefText()[place.pos - 1]) != halves.npos;
+  return isHalf ? PlaceS() : rowEnd(*item->child(words.valueRow));
 }
 
 PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& operators,
@@ -354,12 +353,14 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& oper
 }
 
 PointerTC<OperatorBC> findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign) {
-  for (Node4C const* item = enclosingItem(*place.node); item; item = enclosingItem(*item)) {
-    if (findOpenBracket(place)) return nullptr;
-    place = placeAfter(*item);
+  PlaceS at = place;
+  for (Node4C const* item = enclosingItem(*at.node); item; item = enclosingItem(*item)) {
+    if (findOpenBracket(at)) return nullptr;
+    at = placeAfter(*item);
     if (item->getType() != NODE4_OPERATOR) continue;
     for (auto const& inside : item->crefOperator()->crefWords().insideSigns) {
-      if (inside.sign == sign) return operators.lookup(inside.name);
+      auto op = inside.sign == sign ? operators.lookup(inside.name) : nullptr;
+      if (op && op->appliesAt(place)) return op;
     }
   }
   return nullptr;

@@ -28,12 +28,17 @@ struct LeavingS {
 };
 
 /// Where a sign leads: ")" and "," through the rows of a construct that is written with brackets, and out of
-/// it; "=" to the row that a construct shows it before; a relation, a sign between operands or a blank out of
+/// it; a relation, a sign between operands or a blank out of
 /// finished exponents and fractions; and a sign that closes a construct out of it.
 LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
                      InputOptionsS const& options);
 
-/// The same for an operator that is inserted by a sign: "∧" leaves as the word does, a bar as "(".
+/// To the row that the construct around the place shows a sign before, when its row before that one ends here
+/// and the sign is one of `signs`: "=" in a sum. Null elsewhere.
+PlaceS leaveByValueSign(PlaceS place, wstring const& signs);
+
+/// What `leaveBySign` is for an operator that is inserted by a sign: "∧" leaves as the word does, a bar as
+/// "(".
 PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& operators,
                        InputOptionsS const& options);
 

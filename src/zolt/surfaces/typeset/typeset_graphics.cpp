@@ -1,6 +1,7 @@
 #include "zolt/surfaces/typeset/typeset_graphics.h"
 
 #include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "zolt/surfaces/typeset/detail/brush.h"
@@ -25,6 +26,14 @@ constexpr double bar_inset = 1.9, bar_serif = 2.3, bar_end = 1.25;
 
 /// A line runs through the centres of the units at its ends.
 PathPointS cellCentre(long x, long y) { return {double(x) + 0.5, double(y) + 0.5}; }
+
+/// The room above the ink of a letter without an ascender, and of any other one, in its box. In em.
+constexpr double low_letter_room = 0.27, high_letter_room = 0.05;
+
+bool isLowLetter(char16_t c) {
+  constexpr std::u16string_view low = u"acegmnopqrsuvwxyzαγεηικμνοπρστυφχψω";
+  return low.find(c) != low.npos;
+}
 
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
@@ -136,7 +145,7 @@ void TypesetGraphicsABC::fillSlot(double x, double y, double width) const {
 void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long width, long height) const {
   PathC& path = path_;
   path.clear();
-  double const closer = takeCloser();
+  double const closer = takeCloser(), lower = takeLower();
   switch (sign) {
     case math::ved::SIGN_RADICAL:
     case math::ved::SIGN_INDEXED_RADICAL: {
@@ -152,12 +161,35 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
     case math::ved::SIGN_SUM:
       appendSum(path, double(x), double(y), double(width), double(height));
       break;
-    case math::ved::SIGN_ABSOLUTE_BARS:
-    case math::ved::SIGN_CEILING_BARS:
-    case math::ved::SIGN_FLOOR_BARS:
-      return fillBars(sign, x, y, width, height, closer);
+    case math::ved::SIGN_PRODUCT:
+      appendProduct(path, double(x), double(y), double(width), double(height));
+      break;
+    case math::ved::SIGN_OPEN_SQUARE:
+    case math::ved::SIGN_CLOSE_SQUARE:
+      appendSquareBracket(path, sign == math::ved::SIGN_OPEN_SQUARE ? SIDE_LEFT : SIDE_RIGHT, double(x),
+                          double(y), double(width), double(height), fontSize());
+      break;
+    case math::ved::SIGN_OPEN_BRACE:
+    case math::ved::SIGN_CLOSE_BRACE:
+      appendBrace(path, sign == math::ved::SIGN_OPEN_BRACE ? SIDE_LEFT : SIDE_RIGHT, double(x), double(y),
+                  double(width), double(height), fontSize());
+      break;
+    case math::ved::SIGN_HAT:
+      appendHat(path, double(x), double(y) + lower, double(width), double(height), fontSize());
+      break;
+    case math::ved::SIGN_ARROW:
+      appendArrow(path, double(x), double(y) + lower, double(width), double(height), fontSize());
+      break;
+    case math::ved::SIGN_DOT:
+      appendDisc(path, double(x) + double(width) / 2 + 0.4, double(y) + lower + double(height) / 2,
+                 0.058 * fontSize().em);
+      break;
+    case math::ved::SIGN_NORM_BARS:
+      fillBars(math::ved::SIGN_ABSOLUTE_BARS, x, y, width, height, closer);
+      return fillBars(math::ved::SIGN_ABSOLUTE_BARS, x + norm_bar_distance, y, width - 2 * norm_bar_distance,
+                      height, closer);
     default:
-      return GraphicsABC::drawSign(sign, x, y, width, height);
+      return fillBars(sign, x, y, width, height, closer);
   }
   fillPath(path, INK_TEXT);
 }
@@ -194,8 +226,8 @@ void TypesetGraphicsABC::drawStroke(math::ved::StrokeE kind,
 }
 
 void TypesetGraphicsABC::drawHorizontalLine(long x, long y, long length) const {
-  double const closer = takeCloser();
-  if (length > 0) fillBar({double(x) + 0.5 + closer, double(y) + 0.5}, cellCentre(x + length - 1, y));
+  double const closer = takeCloser(), height = double(y) + 0.5 + takeLower();
+  if (length > 0) fillBar({double(x) + 0.5 + closer, height}, {double(x + length) - 0.5, height});
 }
 
 void TypesetGraphicsABC::drawVerticalLine(long x, long y, long length) const {
@@ -225,6 +257,15 @@ double TypesetGraphicsABC::takeCloser() const {
   double const room = typesetter_->findPrefixRoom(enclosed_, depth_);
   enclosed_.clear();
   return std::min(closer_share * room, most_closer_to_prefix);
+}
+
+/// How far the sign that is drawn now comes down to what it is above.
+double TypesetGraphicsABC::takeLower() const {
+  bool const isShort = !covered_.empty() && covered_.size() < most_covered;
+  bool const isLow = isShort && std::all_of(covered_.begin(), covered_.end(), isLowLetter);
+  bool const isHigh = isShort && !isLow;
+  covered_.clear();
+  return (isLow ? low_letter_room : isHigh ? high_letter_room : 0) * fontSize().em;
 }
 
 void TypesetGraphicsABC::drawOpenBracket(long x, long y, long height, bool automatic) const {

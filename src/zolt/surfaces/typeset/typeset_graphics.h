@@ -74,6 +74,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x, long y) const final;
   /// Brackets, bars, radicals and horizontal lines move closer to a prefix that begins what they enclose.
   void beginsWith(oss::wstring const& text) const final { enclosed_.assign(text, 0, 1); }
+  /// What is above a low letter alone comes down to its ink.
+  void isAbove(oss::wstring const& text) const final { covered_.assign(text, 0, most_covered); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
   void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const final;
 
@@ -93,6 +95,8 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   virtual void fillRule(RuleS const& rule, InkE ink) const = 0;
 
  private:
+  static constexpr std::size_t most_covered = 8;
+
   void fillBracket(BracketSideE side, BracketPlaceE place, double left, long top, long height,
                    InkE ink) const;
   void fillBars(math::ved::SignE sign, long x, long y, long width, long height, double closer) const;
@@ -100,12 +104,14 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void fillSlot(double x, double y, double width) const;
 
   double takeCloser() const;
+  double takeLower() const;
   bool isInSight(double left, PlacedGlyphS const& glyph) const;
 
   oss::PointerTC<TypesetterC> typesetter_;
   std::optional<math::ved::RectangleS> clipBox_;
   mutable unsigned long depth_ = 0;
   mutable oss::wstring enclosed_;             // the first character of what the next sign encloses
+  mutable oss::wstring covered_;              // the beginning of what the next sign is above
   mutable double exponentKern_ = 0;           // how far an exponent on the text just drawn moves to the left
   mutable std::vector<PlacedGlyphS> glyphs_;  // kept for their memory, as is the path
   mutable PathC path_;

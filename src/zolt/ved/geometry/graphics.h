@@ -132,6 +132,10 @@ class GraphicsABC : public oss::RefCountedBC {
   /// may come closer. Unless overridden it does nothing.
   virtual void beginsWith(oss::wstring const&) const {}
 
+  /// Tells the text that the next sign or horizontal line is above, right before that is drawn, when it is
+  /// above nothing else: over a low letter it may come closer. Unless overridden it does nothing.
+  virtual void isAbove(oss::wstring const&) const {}
+
   /// How far below the top of a text's box the baseline of the current font is, in units, for hosts that set
   /// formulas in lines of text (`ViewZNT4C::getBaseline`). Unless overridden it is half-way between the axis
   /// and the bottom of the box. Drawing does not depend on it.

@@ -23,6 +23,7 @@ using oss::wstring;
 class Node4C;
 class OperatorListC;
 class ViewZNT4C;
+struct PlaceS;
 struct SelectionS;
 
 /// The finished subtrees of a conversion from an expression to a tree, each with its binding precedence
@@ -99,6 +100,16 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual unsigned long getInsertedRows() const { return arity_; }
   /// Whether a person would take an exponent after the construct for that of its last part.
   virtual bool isAmbiguousBase() const { return false; }
+
+  /// Whether a sign that is typed at `caret`, inside a construct that lists this operator in its
+  /// `insideSigns`, means the operator there; otherwise it is typed as everywhere else.
+  virtual bool appliesAt(PlaceS const& /*caret*/) const { return true; }
+  /// The operator that `construct`, a construct of this one, has when the key Backspace has taken its empty
+  /// row number `row` away; null when it keeps its rows.
+  virtual PointerTC<OperatorBC> afterLosingRow(OperatorListC const& /*operators*/,
+                                               Node4C const& /*construct*/, unsigned long /*row*/) const {
+    return nullptr;
+  }
 
   // ---- Variants of a construct -------------------------------------------------------------------------
   // A construct may differ in something that is in no row: the number of columns of a matrix, which ends of

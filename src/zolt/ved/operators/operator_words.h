@@ -29,11 +29,15 @@ struct OperatorWordsS {
   wstring signs;                  ///< characters each of which inserts it: "√"
   std::vector<wstring> signRuns;  ///< signs of a text, as the tree has them, that become it: "!="
   char16_t closingSign = u'\0';   ///< leads out of the construct from the end of a filled row: "⌋"
-  unsigned long valueRow = 0;     ///< row that the construct shows "=" before, where "=" leads from the row
-                                  ///< before it; 0: none
+  unsigned long valueRow = 0;  ///< row that the construct shows a sign before, to which that sign leads from
+                               ///< the row before it; 0: none
+  char16_t valueSign = u'=';   ///< that sign
+  /// The rows in the order in which a person fills them, where that is not the order of the arguments. Since
+  /// its own name with the arguments means the expression, only `names` then become the construct.
+  std::vector<unsigned long> typedRows;
 
   /// A sign that, typed in one of the construct's rows and outside brackets there, inserts another operator
-  /// instead of itself: "," and ";" in a matrix, whose operators add cells.
+  /// instead of itself, where that operator applies: "," and ";" in a matrix, whose operators add cells.
   struct InsideSignS {
     char16_t sign;
     wstring name;  ///< of the operator

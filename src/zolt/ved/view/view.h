@@ -256,6 +256,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doBackspace();
   bool backspaceOver(Node4C& item);
   bool backspaceOutOfRow();
+  bool takeRowAway(Node4C& construct, unsigned long number);
   bool stepToEnd(Node4C const& row);
   // view_insertion.cpp
   bool doRunOperator(PointerTC<OperatorBC> op);

@@ -1,6 +1,7 @@
 #include <utility>
 
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/table_view.h"
@@ -119,6 +120,9 @@ bool ViewZNT4C::backspaceOutOfRow() {
   if (construct->getType() == NODE4_ROOT) return bip();
 
   unsigned long const current = row->findChildNumber();
+  if (isEmptyRow(*row) && construct->getType() == NODE4_OPERATOR && takeRowAway(*construct, current)) {
+    return true;
+  }
   bool const staysTable = countColumns(*construct) > 0 && !hasEmptyRows(*construct);
   FilledRowsS const filled = staysTable ? FilledRowsS() : FilledRowsS(*construct);
   if (staysTable || filled.count > 1) return current > 0 ? stepToEnd(*construct->child(current - 1)) : bip();
@@ -135,6 +139,17 @@ bool ViewZNT4C::backspaceOutOfRow() {
   if (filled.last != current) selection_.caret = rowEnd(*content);
   outer->deleteChild(place);
   outer->spliceChildren(place, content);
+  return true;
+}
+
+/// Deletes an empty row of a construct that has fewer rows without it, and goes to the row before it, or to
+/// the one after it if it is the first. False, with nothing changed, when the construct keeps it.
+bool ViewZNT4C::takeRowAway(Node4C& construct, unsigned long number) {
+  auto const left = construct.crefOperator()->afterLosingRow(*operatorList_, construct, number);
+  if (!left || construct.numChildren() < 2 || !backupBeforeModif()) return false;
+  selection_.caret = number > 0 ? rowEnd(*construct.child(number - 1)) : rowStart(*construct.child(1));
+  construct.deleteChild(number);
+  construct.setOperator(left);
   return true;
 }
 

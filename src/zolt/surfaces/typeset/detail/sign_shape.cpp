@@ -71,6 +71,108 @@ void appendSum(PathC& path, double x, double y, double width, double height) {
   path.close();
 }
 
+void appendProduct(PathC& path, double x, double y, double width, double height) {
+  // In the box of the sum's sign, which keeps clear of the limits as that does.
+  double const top = y + 0.75, bottom = y + height - 1.5;
+  double const narrow = 0.9 * width, left = x + (width - narrow) / 2;
+  double const stem = 0.118 * narrow, foot = 0.25 * narrow, serif = 0.45, bend = 0.04 * narrow;
+  double const inner = left + foot - (foot - stem) / 2;
+  auto const mirrored = [&](double u) { return 2 * left + narrow - u; };
+  auto const appendFoot = [&](bool isRight) {
+    auto const at = [&](double u, double v) { return PathPointS{isRight ? mirrored(u) : u, v}; };
+    double const outer = inner - stem;
+    path.moveTo(at(outer, top + serif));
+    path.lineTo(at(inner, top + serif));
+    path.lineTo(at(inner, bottom - serif - bend));
+    path.curveTo(at(inner, bottom - serif), at(inner + bend, bottom - serif),
+                 at(left + foot, bottom - serif));
+    path.lineTo(at(left + foot, bottom));
+    path.lineTo(at(left, bottom));
+    path.lineTo(at(left, bottom - serif));
+    path.curveTo(at(outer - bend, bottom - serif), at(outer, bottom - serif),
+                 at(outer, bottom - serif - bend));
+    path.close();
+  };
+  appendFoot(false);
+  // The outline of the mirrored one runs the other way round, which fills it as well.
+  appendFoot(true);
+  path.moveTo({left, top});
+  path.lineTo({left + narrow, top});
+  path.lineTo({left + narrow, top + serif});
+  path.lineTo({left, top + serif});
+  path.close();
+}
+
+void appendSquareBracket(PathC& path, SideE side, double x, double y, double width, double height,
+                         FontSizeS const& size) {
+  double const thickness = 1.15 * getRuleThickness(size), inset = std::min(0.08 * size.em, height * 0.08);
+  double const top = y + inset, bottom = y + height - inset;
+  double const reach = 0.42 * width, from = side == SIDE_LEFT ? x + 0.4 * width : x + 0.6 * width;
+  double const end = side == SIDE_LEFT ? from + reach : from - reach;
+  double const stem = side == SIDE_LEFT ? from + thickness : from - thickness;
+  path.moveTo({from, top});
+  path.lineTo({end, top});
+  path.lineTo({end, top + thickness});
+  path.lineTo({stem, top + thickness});
+  path.lineTo({stem, bottom - thickness});
+  path.lineTo({end, bottom - thickness});
+  path.lineTo({end, bottom});
+  path.lineTo({from, bottom});
+  path.close();
+}
+
+void appendBrace(PathC& path, SideE side, double x, double y, double width, double height,
+                 FontSizeS const& size) {
+  double const em = size.em, inset = std::min(0.08 * em, height * 0.08);
+  double const top = y + inset, bottom = y + height - inset, middle = (top + bottom) / 2;
+  double const growth = std::clamp((height / em - 1.2) / 2.4, 0.0, 1.0);
+  double const stem = em * (0.034 + 0.022 * growth), tip = 0.018 * em;
+  double const bend = std::min((bottom - top) / 4, 0.75 * em);
+  auto const across = [&](double part) {
+    return side == SIDE_LEFT ? x + part * width : x + (1 - part) * width;
+  };
+  double const stemX = across(0.52), tipX = across(0.14), endX = across(0.90);
+
+  BrushC brush;
+  brush.moveTo({endX, top + tip, tip});
+  brush.curveTo({(endX + stemX) / 2, top + tip}, {stemX, top + 0.35 * bend}, {stemX, top + bend, stem});
+  brush.lineTo({stemX, middle - bend, stem});
+  brush.curveTo({stemX, middle - 0.4 * bend}, {(tipX + stemX) / 2, middle - 0.08 * bend},
+                {tipX, middle, tip});
+  brush.curveTo({(tipX + stemX) / 2, middle + 0.08 * bend}, {stemX, middle + 0.4 * bend},
+                {stemX, middle + bend, stem});
+  brush.lineTo({stemX, bottom - bend, stem});
+  brush.curveTo({stemX, bottom - 0.35 * bend}, {(endX + stemX) / 2, bottom - tip}, {endX, bottom - tip, tip});
+  brush.finish(path);
+}
+
+void appendHat(PathC& path, double x, double y, double width, double height, FontSizeS const& size) {
+  // One that is as wide as its row stays flat.
+  double const rise = std::min(height - 0.8, 0.12 * width + 1.0), top = y + height - 0.4 - rise;
+  double const thick = 0.042 * size.em, thin = 0.018 * size.em, middle = x + width / 2;
+  for (double const end : {x + 0.3, x + width - 0.3}) {
+    BrushC brush;
+    brush.moveTo({end, top + rise, thin});
+    brush.lineTo({middle, top, thick});
+    brush.finish(path);
+  }
+}
+
+void appendArrow(PathC& path, double x, double y, double width, double height, FontSizeS const& size) {
+  double const thin = getRuleThickness(size) / 2, shaft = y + height / 2, right = x + width - 0.2;
+  double const head = 0.16 * size.em;
+  BrushC brush;
+  brush.moveTo({x + 0.3, shaft, thin});
+  brush.lineTo({right - thin, shaft, thin});
+  brush.finish(path);
+  for (double const side : {-head, head}) {
+    brush.moveTo({right - 1.15 * head, shaft + side, 0.8 * thin});
+    brush.curveTo({right - 0.8 * head, shaft + 0.4 * side}, {right - 0.4 * head, shaft + 0.12 * side},
+                  {right, shaft, thin});
+    brush.finish(path);
+  }
+}
+
 void appendRadical(PathC& path, double x, double y, double height, double tick, bool hasIndex,
                    FontSizeS const& size) {
   // Without an index above it, the tick uses the whole height.
