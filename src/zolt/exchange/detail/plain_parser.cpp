@@ -13,6 +13,7 @@ namespace zolt::exchange::detail {
 
 namespace common = math::common;
 using namespace math::common;
+using math::algexpr::childrenOf;
 using math::algexpr::makeFunction;
 using math::algexpr::makeNamed;
 using math::algexpr::makeNumber;

@@ -234,8 +234,7 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool moveCaret(CaretStepE step);
   /// Moves the caret, with `shift` as the end of a selection.
   bool runCaretKey(CaretStepE step, bool shift);
-  /// The row that an insertion goes into: the selection's, or the caret's.
-  Node4C const& crefCurrentRow() const;
+  Node4C const& crefCurrentRow() const;  ///< what an insertion goes into: the selection's row, or the caret's
   /// How deep the rows in the selection nest; 0 without a selection.
   [[nodiscard]] unsigned long countSelectedRows() const;
   [[nodiscard]] bool mayNest(unsigned long rows) const;
