@@ -33,7 +33,7 @@ packages_for() {
   case $1 in
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config nlohmann-json3-dev' ;;
     tool) echo "$tool" ;;
-    desktop) echo 'fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
+    desktop) echo 'libexpat1-dev fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
     test) echo "$tool python3=python3 libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
     reference) echo 'doxygen=doxygen' ;;
     clang) echo 'clang++=clang' ;;

@@ -12,6 +12,7 @@
 #include "zolt/exchange/plain_text.h"
 #include "zolt/exchange/typst.h"
 #include "zolt/mathjson/mathjson.h"
+#include "zolt/mathml/mathml.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -25,6 +26,8 @@ constexpr unsigned long progress_step = 1000;
 enum TargetE {
   TO_PLAIN,
   TO_LATEX,
+  TO_MATHML,
+  TO_CONTENT_MATHML,
   TO_MATHJSON,
   TO_TYPST,
   TO_SPEECH,
@@ -76,28 +79,27 @@ class ConverterC {
   }
 
  private:
+  template <class WriterT>
+  static bool writeWith(WriterT writer, FormulaC& formula, std::string& out, FaultS& fault) {
+    auto const expression = formula.getExpression(fault);
+    if (expression) out = toUtf8(writer(*expression));
+    return static_cast<bool>(expression);
+  }
+
   bool write(FormulaC& formula, std::string& out, FaultS& fault) {
     switch (settings_.to) {
-      case TO_PLAIN: {
-        auto const expression = formula.getExpression(fault);
-        if (expression) out = toUtf8(exchange::toPlainText(*expression));
-        return static_cast<bool>(expression);
-      }
-      case TO_LATEX: {
-        auto const expression = formula.getExpression(fault);
-        if (expression) out = toUtf8(exchange::toLatex(*expression));
-        return static_cast<bool>(expression);
-      }
-      case TO_MATHJSON: {
-        auto const expression = formula.getExpression(fault);
-        if (expression) out = toUtf8(mathjson::toMathJson(*expression));
-        return static_cast<bool>(expression);
-      }
-      case TO_TYPST: {
-        auto const expression = formula.getExpression(fault);
-        if (expression) out = toUtf8(exchange::toTypst(*expression));
-        return static_cast<bool>(expression);
-      }
+      case TO_PLAIN:
+        return writeWith([](auto const& one) { return exchange::toPlainText(one); }, formula, out, fault);
+      case TO_LATEX:
+        return writeWith(exchange::toLatex, formula, out, fault);
+      case TO_MATHML:
+        return writeWith([](auto const& one) { return mathml::toMathml(one); }, formula, out, fault);
+      case TO_CONTENT_MATHML:
+        return writeWith(mathml::toContentMathml, formula, out, fault);
+      case TO_MATHJSON:
+        return writeWith(mathjson::toMathJson, formula, out, fault);
+      case TO_TYPST:
+        return writeWith(exchange::toTypst, formula, out, fault);
       case TO_SPEECH:
         out = toUtf8(formula.speak(settings_.speech));
         return true;
@@ -167,6 +169,8 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
   addChoice<TargetE>(command, "--to", settings->to,
                      {{"plain", TO_PLAIN},
                       {"latex", TO_LATEX},
+                      {"mathml", TO_MATHML},
+                      {"content-mathml", TO_CONTENT_MATHML},
                       {"mathjson", TO_MATHJSON},
                       {"typst", TO_TYPST},
                       {"speech", TO_SPEECH},

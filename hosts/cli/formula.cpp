@@ -12,6 +12,7 @@
 #include "zolt/field/error_text.h"
 #include "zolt/field/readable_text.h"
 #include "zolt/mathjson/mathjson.h"
+#include "zolt/mathml/text/mathml_text.h"
 #include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_notation.h"
@@ -89,6 +90,7 @@ std::unique_ptr<FormulaC> FormulaC::read(wstring const& text, NotationE notation
     };
     formula->expression_ = notation == NOTATION_PLAIN      ? readWith(exchange::fromPlainText, text, fault)
                            : notation == NOTATION_LATEX    ? readWith(exchange::fromLatex, text, fault)
+                           : notation == NOTATION_MATHML   ? readWith(mathml::fromMathmlText, text, fault)
                            : notation == NOTATION_MATHJSON ? readWith(mathjson::fromMathJson, text, fault)
                            : notation == NOTATION_PREFIX   ? readWith(readPrefix, text, fault)
                                                            : readInfix(text, fault);

@@ -22,6 +22,7 @@ enum NotationE {
   NOTATION_INFIX,   ///< the component's own infix text
   NOTATION_PREFIX,  ///< as the algebra engine reads it
   NOTATION_LATEX,
+  NOTATION_MATHML,  ///< presentation or content
   NOTATION_MATHJSON,
   NOTATION_TREE  ///< the editor's tree, incomplete formulas too
 };

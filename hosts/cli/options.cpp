@@ -110,6 +110,8 @@ void addInputOptions(CLI::App& command, InputS& input, NotationE& from) {
   addChoice<NotationE>(command, "--from", from,
                        {{"plain", NOTATION_PLAIN},
                         {"latex", NOTATION_LATEX},
+                        {"mathml", NOTATION_MATHML},
+                        {"content-mathml", NOTATION_MATHML},
                         {"mathjson", NOTATION_MATHJSON},
                         {"infix", NOTATION_INFIX},
                         {"prefix", NOTATION_PREFIX},

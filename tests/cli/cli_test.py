@@ -539,7 +539,7 @@ class CommandLineTest(unittest.TestCase):
         status, script, _ = ved("completion", "zsh")
         self.assertEqual(status, OK)
         self.assertTrue(script.startswith(b"#compdef ved\n"))
-        for word in b"--svg-text", b"(plain latex mathjson infix prefix tree)", b"_files -/":
+        for word in b"--svg-text", b"(plain latex mathml content-mathml mathjson infix prefix tree)", b"_files -/":
             self.assertIn(word, script)
 
 

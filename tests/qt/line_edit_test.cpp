@@ -133,6 +133,7 @@ class LineEditTest final : public QObject {
       } else if (value.metaType() == QMetaType::fromType<QString>() &&
                  !property.read(&edit).toString().startsWith(u'[')) {
         value = QStringLiteral("v%1").arg(i);
+        if (qstrcmp(property.name(), "mathMl") == 0) value = QStringLiteral("<math><mi>m</mi></math>");
       }
       if (qstrcmp(property.name(), "allowedFormulas") == 0) value = QStringLiteral("nodes 9");
       edit.setReadOnly(false);

@@ -188,8 +188,8 @@ void MainWindow::updateActions() {
   enable("paste", mayPaste_);
   enable("clear", formula && !formula->isEmpty());
   enable("check", formula && !formula->isEmpty());
-  for (char const* const name :
-       {"copy-text", "copy-latex", "copy-words", "copy-prefix", "copy-picture", "export-formula", "grow"}) {
+  for (char const* const name : {"copy-text", "copy-latex", "copy-mathml", "copy-words", "copy-prefix",
+                                 "copy-picture", "export-formula", "grow"}) {
     enable(name, formula && !formula->isEmpty());
   }
   qsizetype const index = view_->rows().indexOf(view_->currentRow());
@@ -351,13 +351,15 @@ QString MainWindow::textAs(FormulaEdit const& formula, QString const& form) cons
                                                                  : formula.createMimeData());
   if (!copied) return {};
   if (form == QLatin1String("text")) return copied->text();
-  bool const isLatex = form == QLatin1String("latex");
-  return QString::fromUtf8(copied->data(QLatin1String(isLatex ? qt::latex_mime_type : qt::prefix_mime_type)));
+  char const* const type = form == QLatin1String("latex")    ? qt::latex_mime_type
+                           : form == QLatin1String("mathml") ? qt::mathml_mime_type
+                                                             : qt::prefix_mime_type;
+  return QString::fromUtf8(copied->data(QLatin1String(type)));
 }
 
 void MainWindow::previewCopies() {
   FormulaEdit const* const formula = view_->currentFormula();
-  for (char const* const form : {"text", "latex", "words", "prefix"}) {
+  for (char const* const form : {"text", "latex", "mathml", "words", "prefix"}) {
     QAction& copy = *action(QLatin1String("copy-") + QLatin1String(form));
     QString const name = copy.text().section(preview_mark, 0, 0);
     QString const whole = formula ? textAs(*formula, QLatin1String(form)) : QString();

@@ -106,6 +106,7 @@ void MainWindow::makeEditMenu() {
   QMenu& copyMenu = *menu.addMenu(tr("Copy F&ormula As"));
   add(copyMenu, {"copy-text", "&Text", "Ctrl+Shift+C"}, [this] { copyAs(QStringLiteral("text")); });
   add(copyMenu, {"copy-latex", "&LaTeX", ""}, [this] { copyAs(QStringLiteral("latex")); });
+  add(copyMenu, {"copy-mathml", "&MathML", ""}, [this] { copyAs(QStringLiteral("mathml")); });
   add(copyMenu, {"copy-words", "&Words", ""}, [this] { copyAs(QStringLiteral("words")); });
   add(copyMenu, {"copy-prefix", "&Prefix Notation", ""}, [this] { copyAs(QStringLiteral("prefix")); });
   connect(&copyMenu, &QMenu::aboutToShow, this, &MainWindow::previewCopies);

@@ -12,7 +12,6 @@
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/constraints/constraints.h"
-#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/palette_model.h"
 #include "zolt/qt/formula_accessible.h"
@@ -211,28 +210,6 @@ bool FormulaEdit::setExpression(QString const& expression) {
 QString FormulaEdit::prefix() const {
   auto const expression = algebraicExpression();
   return expression ? toQString(expression->toPrefixString()) : QString();
-}
-
-bool FormulaEdit::setPrefix(QString const& prefix) {
-  return state_->showText(prefix, [](auto const& text, auto const& session, auto* error) {
-    return AlgebraicExpressionC::fromPrefixString(text, session, error);
-  });
-}
-
-QString FormulaEdit::latex() const {
-  auto const expression = algebraicExpression();
-  return expression ? toQString(exchange::toLatex(*expression)) : QString();
-}
-
-bool FormulaEdit::setLatex(QString const& latex) { return state_->showText(latex, exchange::fromLatex); }
-
-bool FormulaEdit::StateS::showText(QString const& text, ReaderT const& read) {
-  if (text.trimmed().isEmpty()) return edit.setAlgebraicExpression(nullptr);
-  math::common::ReadErrorS error;
-  Expression const expression = read(toWstring(text), math::algexpr::CASSessionBC::getSession(), &error);
-  if (expression) return edit.setAlgebraicExpression(expression);
-  report(error);
-  return false;
 }
 
 QString FormulaEdit::tree() const { return toQString(state_->field->writeTree()); }

@@ -37,6 +37,8 @@ class FormulaEdit : public EditField {
   Q_PROPERTY(QString prefix READ prefix WRITE setPrefix NOTIFY expressionChanged)
   /// The same in LaTeX: "\\frac{\\sqrt{x^{2}+1}}{2}".
   Q_PROPERTY(QString latex READ latex WRITE setLatex NOTIFY expressionChanged)
+  /// The same in MathML; read are presentation and content.
+  Q_PROPERTY(QString mathMl READ mathMl WRITE setMathMl NOTIFY expressionChanged)
   /// The current formula, complete or not, in tree notation.
   Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
   Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
@@ -97,6 +99,8 @@ class FormulaEdit : public EditField {
   bool setPrefix(QString const& prefix);
   QString latex() const;
   bool setLatex(QString const& latex);
+  QString mathMl() const;
+  bool setMathMl(QString const& mathMl);
   QString tree() const;
   bool setTree(QString const& tree);
   /// Null when the formula is incomplete. The call does not move the caret or the selection.

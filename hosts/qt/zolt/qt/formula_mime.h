@@ -12,12 +12,14 @@ namespace zolt::qt {
 constexpr char formula_mime_type[] = "application/x-zolt-formula";
 /// The type of the expression in prefix notation, UTF-8.
 constexpr char prefix_mime_type[] = "application/x-zolt-prefix";
+/// The type of its MathML, UTF-8.
+constexpr char mathml_mime_type[] = "application/mathml+xml";
 /// The type of its LaTeX, UTF-8.
 constexpr char latex_mime_type[] = "application/x-tex";
 
 /// A copied piece of a formula on its way to a clipboard or to the target of a drop: bytes for formula
-/// fields, prefix notation for programs, and text, LaTeX and a picture (PNG and SVG), made on request, for
-/// all others.
+/// fields, prefix notation for programs, and text, MathML, LaTeX and a picture (PNG and SVG), made on
+/// request, for all others.
 class FormulaMimeData final : public QMimeData {
   Q_OBJECT
 
