@@ -65,7 +65,8 @@ enum SpeechWordE {
   SPEECH_CLOSE,
   SPEECH_BRIEF_OPEN,
   SPEECH_BRIEF_CLOSE,
-  SPEECH_OF,  ///< between a function and its argument
+  SPEECH_NEXT_ROW,  ///< between two rows of a table
+  SPEECH_OF,        ///< between a function and its argument
   SPEECH_SUB,
   SPEECH_CAPITAL,
   SPEECH_NAME,      ///< before a name that is spelled

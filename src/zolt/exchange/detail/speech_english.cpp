@@ -216,12 +216,11 @@ SpeechTableS makeEnglish() {
           {u"sup", u"supremum"},
           {u"inf", u"infimum"},
       },
-      {{u"empty",     u".",          u"comma",      u"open bracket", u"close bracket",
-        u"open",      u"close",      u"of",         u"sub",          u"capital",
-        u"name",      u"end name",   u"text",       u"end text",     u"formula",
-        u"part",      u"start of #", u"end of #",   u"# selected",   u"# unselected",
-        u"# deleted", u"into the #", u"into the #", u"into the #",   u"into the #",
-        u"empty #",   u"empty #",    u"empty #",    u"empty #"}}};
+      {{u"empty",      u".",          u"comma",        u"open bracket", u"close bracket", u"open",
+        u"close",      u"next row",   u"of",           u"sub",          u"capital",       u"name",
+        u"end name",   u"text",       u"end text",     u"formula",      u"part",          u"start of #",
+        u"end of #",   u"# selected", u"# unselected", u"# deleted",    u"into the #",    u"into the #",
+        u"into the #", u"into the #", u"empty #",      u"empty #",      u"empty #",       u"empty #"}}};
 }
 
 }  // namespace zolt::exchange::detail

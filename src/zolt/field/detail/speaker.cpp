@@ -102,8 +102,12 @@ void SpeakerC::speakPower(Node4C const& power) {
 
 void SpeakerC::speakRows(Node4C const& construct, u16string_view frame) {
   unsigned long const count = construct.numChildren();
+  OperatorBC const* const op = construct.crefOperator();
+  unsigned long const columns = op ? op->getColumns() : 0;
   for (unsigned long i = 0; i <= count; ++i) {
-    say(takePiece(frame, i, count));
+    bool const beginsRow = columns > 0 && i > 0 && i < count && i % columns == 0;
+    say(beginsRow ? word(SPEECH_NEXT_ROW)
+                  : takePiece(frame, i, columns > 0 && i < count ? count + 2 : count));
     if (i < count) speakRow(*construct.child(i));
   }
 }
