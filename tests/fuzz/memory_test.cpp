@@ -112,7 +112,7 @@ TEST(Amplification, MemoryIsInProportion) {
       {"prefix text", readPrefix, 50, {{u"", u"f(", u"x"}, {u"", u"+(a,", u""}, {u"+(", u"a,", u"a)"}}},
       {"plain text",
        readPlain,
-       220,
+       300,
        {{u"a", u"+a", u""},
         {u"a", u"a ", u""},
         {u"", u"-", u"x"},
@@ -160,7 +160,7 @@ TEST(Amplification, MemoryIsInProportion) {
 #endif
       {"infix text",
        readInfix,
-       160,
+       180,
        {{u"a", u"+a", u""}, {u"", u"(", u""}, {u"x", u"!", u""}, {u"x", u"^2", u""}}},
       {"tree notation", readNotation, 80, {{u"[", u"(,", u"\"\"]"}, {u"[", u"\"\",P[\"\"],", u"\"\"]"}}},
       {"event script", readScript, 50, {{u"", u"cut ", u""}, {u"", u"undo\n", u""}}},
