@@ -155,7 +155,9 @@ CASResultS ComputationC::approximate() {
   bool const isEnough =
       isKnown && (type == TYPE_TRUTH || std::isinf(ball.middle) || (ball.isExact() && ball.middle != 0) ||
                   certain >= std::min(asked, double_digits));
-  if (isEnough && asked <= double_digits) return approximate(ball, type);
+  // In what is long, digits are lost to the number of steps, which exact ones cost many times as much.
+  bool const isLong = plan_.steps.size() > 1000 && certain >= 10;
+  if ((isEnough || isLong) && asked <= double_digits) return approximate(ball, type);
   FaultS const fault = watch_.takeFault();
   if (isError(fault.cause) || fault.cause == CAS_CAUSE_DEADLINE || fault.cause == CAS_CAUSE_STOPPED) {
     return fail(fault);
