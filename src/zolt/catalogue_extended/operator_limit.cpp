@@ -96,7 +96,7 @@ OperatorLimitC::RowT OperatorLimitC::fromArguments(math::algexpr::NodeABC const&
   bool const hasSide = arguments.size() == 4;
   bool const isBelow = hasSide && node.asParent()->child(3).crefName() == numberOf(FROM_BELOW);
   std::vector<RowT> rows;
-  for (unsigned long const i : {1, 2, 0}) rows.push_back(std::move(arguments[i]));
+  for (unsigned long const i : {1UL, 2UL, 0UL}) rows.push_back(std::move(arguments[i]));
   auto const& variant = isBelow ? below_ : above_;
   return rows::makeConstruct(hasSide ? *variant : static_cast<OperatorBC const&>(*this), std::move(rows));
 }
