@@ -40,7 +40,7 @@ class HostGridC : public HostRowsC {
     for (unsigned long const others : {1ul, 3ul, 4ul}) variants_[variantOf(others)] = new HostGridC(others);
   }
 
-  unsigned long getColumns() const { return columns_; }
+  unsigned long getColumns() const override { return columns_; }
   unsigned long getCallArity() const override { return 0; }
   bool fits(math::algexpr::NodeABC const& node, unsigned long count) const override {
     auto const* const first = node.asParent()->child(0).asParent();

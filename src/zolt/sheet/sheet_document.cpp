@@ -142,7 +142,7 @@ class DocumentReaderC {
                                            [&](FenceS const& one) { return startsWith(line, one.open); });
     if (fence == std::end(fences)) return false;
     std::size_t const begin = rest_.find(fence->open) + fence->open.size();
-    bool& isMissing = isMissing_[fence - std::begin(fences)];
+    bool& isMissing = isMissing_[static_cast<std::size_t>(fence - std::begin(fences))];
     std::size_t const end = isMissing ? rest_.npos : rest_.find(fence->close, begin);
     isMissing = end == rest_.npos;
     if (isMissing) return false;
