@@ -166,6 +166,9 @@ void PresentationWriterC::readCommand() {
     if (isSide && skip(u".")) return putDelimiter(command);
     if (isSide && skip(u"|"))
       return putDelimiter(command == u"\\left" ? TextT(u"\\lvert") : TextT(u"\\rvert"));
+    // Open ends of an interval: brackets that look to the other side.
+    if (command == u"\\left" && skip(u"]")) return openFenced(command, u"]");
+    if (command == u"\\right" && skip(u"[")) return closeFenced(u"[", {});
     return;
   }
   if (isAnyOf(command, {u"\\mathrm", u"\\operatorname", u"\\mathbb", u"\\text", u"\\mathbin"}))
@@ -264,17 +267,24 @@ void PresentationWriterC::putDelimiter(TextT delimiter) {
   FenceS const* const fence = findFence(delimiter);
   bool const closes =
       delimiter == u"\\right" || (fence && fence->close == delimiter && fence->open != delimiter);
-  if (closes) return closeFenced(delimiter);
-  begin(FRAME_FENCED, delimiter);
-  TextT const sign = fence ? TextT(&fence->openSign, 1) : TextT();
-  putToken(u"mo", sign);
-  if (!fence) builder_.addAttribute(operands_.back(), u"fence", u"true");
-  if (!fence || asBar(sign) != u'\0') builder_.addAttribute(operands_.back(), u"form", u"prefix");
+  if (closes) return closeFenced(fence ? TextT(&fence->closeSign, 1) : TextT(), fence);
+  openFenced(delimiter, fence ? TextT(&fence->openSign, 1) : TextT());
 }
 
-void PresentationWriterC::closeFenced(TextT delimiter) {
-  FenceS const* const fence = findFence(delimiter);
-  TextT const sign = fence ? TextT(&fence->closeSign, 1) : TextT();
+// Signs that are none or brackets of the other side do not show by themselves on which side they are.
+void PresentationWriterC::putFence(TextT sign, TextT form, TextT turned) {
+  putToken(u"mo", sign);
+  if (sign.empty()) builder_.addAttribute(operands_.back(), u"fence", u"true");
+  if (sign.empty() || sign == turned || asBar(sign) != u'\0')
+    builder_.addAttribute(operands_.back(), u"form", form);
+}
+
+void PresentationWriterC::openFenced(TextT delimiter, TextT sign) {
+  begin(FRAME_FENCED, delimiter);
+  putFence(sign, u"prefix", u"]");
+}
+
+void PresentationWriterC::closeFenced(TextT sign, FenceS const* fence) {
   if (frames_.back().kind != FRAME_FENCED) return putSign(sign);
   FrameS const frame = frames_.back();
   FenceS const* const opening = findFence(frame.command);
@@ -285,9 +295,7 @@ void PresentationWriterC::closeFenced(TextT delimiter) {
     operands_.resize(frame.first + 1);
     put(inside);
   }
-  putToken(u"mo", sign);
-  if (!fence) builder_.addAttribute(operands_.back(), u"fence", u"true");
-  if (!fence || asBar(sign) != u'\0') builder_.addAttribute(operands_.back(), u"form", u"postfix");
+  putFence(sign, u"postfix", u"[");
   IdT const inside = operands_[operands_.size() - 2];
   IdT const row = takeRow(u"mrow");
   if (hasIntent) setIntent(row, fence->intent, {inside});

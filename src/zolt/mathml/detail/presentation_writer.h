@@ -8,6 +8,8 @@
 
 namespace zolt::mathml::detail {
 
+struct FenceS;
+
 /// Makes presentation MathML of LaTeX with all signs (`exchange::toMarkedLatex`), whose forms it knows: where
 /// brackets and signs are needed is decided there. Keeps a stack instead of recursion.
 class PresentationWriterC {
@@ -60,7 +62,10 @@ class PresentationWriterC {
   void putSign(std::u16string_view sign);
   void putDelimiter(std::u16string_view delimiter);
   void closeGroup();
-  void closeFenced(std::u16string_view delimiter);
+  void putFence(std::u16string_view sign, std::u16string_view form, std::u16string_view turned);
+  void openFenced(std::u16string_view delimiter, std::u16string_view sign);
+  /// Null: of no fence of the table.
+  void closeFenced(std::u16string_view sign, FenceS const* fence);
   void closeTable();
   /// Takes the operands of the last frame, which it ends, into one element.
   IdT takeRow(std::u16string_view tag = {});
