@@ -188,7 +188,7 @@ void MainWindow::makeViewMenu() {
     addToggle(menu, entry, [=](bool on) { setTyping(name, rule, on); });
   };
   addRule({"single-letters", "Sin&gle Letters", ""}, &field::InputOptionsS::singleLetters);
-  addRule({"suggestions", "Suggest &Names", ""}, &field::InputOptionsS::suggestions);
+  addRule({"suggestions", "S&uggest Names", ""}, &field::InputOptionsS::suggestions);
   QMenu& forms = *menu.addMenu(tr("Formula in the Status &Line"));
   auto* const formGroup = new QActionGroup(this);
   auto const addForm = [&](ActionS const& entry) {

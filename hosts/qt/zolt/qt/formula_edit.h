@@ -50,9 +50,9 @@ class FormulaEdit : public EditField {
   /// The same in words, "number or names x y; nodes 50" (`zolt/constraints/constraints.h`); empty:
   /// everything. Text that is not understood changes nothing. Empty, too, while other constraints are set.
   Q_PROPERTY(QString allowedFormulas READ allowedFormulas WRITE setAllowedFormulas NOTIFY constraintsChanged)
-  /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
   /// Whether 6.02e23 is shown as 6.02·10²³; the text stays.
   Q_PROPERTY(bool powersOfTen READ powersOfTen WRITE setPowersOfTen NOTIFY powersOfTenChanged)
+  /// The decimal sign is shown and typed as ",", and the separator of arguments as ";".
   Q_PROPERTY(bool decimalComma READ decimalComma WRITE setDecimalComma NOTIFY decimalCommaChanged)
   /// How much of a formula's structure is said. The words are German where the widget's locale is, else
   /// English.
