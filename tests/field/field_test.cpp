@@ -93,6 +93,53 @@ TEST(FieldClipboard, TellsWhyATextIsRefused) {
   EXPECT_EQ(stage.refField().paste(content, &error), PASTE_AS_CHARACTERS);
 }
 
+// What web pages and programs have beside the formulas that they show.
+TEST(FieldClipboard, FindsTheFormulasOfOthers) {
+  auto const pasted = [](wstring ClipboardContentS::*form, wstring const& text, MathmlReaderT reader) {
+    StageC stage("[\"‸\"]");
+    stage.refField().setMathmlReader(reader);
+    ClipboardContentS content;
+    content.plainText = u"plain";
+    content.*form = text;
+    stage.refField().paste(content);
+    return describe(stage.refField().getExpression());
+  };
+  MathmlReaderT const finds = [](wstring const&, auto, auto*) {
+    return AlgebraicExpressionC::fromPrefixString(u"found");
+  };
+  MathmlReaderT const fails = [](wstring const&, auto, auto*) {
+    return oss::PointerTC<AlgebraicExpressionC>();
+  };
+  auto const html = &ClipboardContentS::html;
+  auto const text = &ClipboardContentS::plainText;
+  wstring const page =
+      u"<p>a<br></p><!-- <b> --><math display='block'><semantics><mi>x</mi><annotation encoding=\"TeX\">"
+      u"\\begin{matrix}a &amp; b\\end{matrix}&lt;&#x78;</annotation></semantics></math>";
+  for (auto const form : {html, &ClipboardContentS::mathml}) {
+    EXPECT_EQ(pasted(form, page, finds), "found");
+    EXPECT_EQ(pasted(form, u"<p>no formula</p>", finds), "plain");
+    EXPECT_EQ(pasted(form, u"<m:math/>", finds), "found");
+  }
+  EXPECT_EQ(pasted(text, u"<math>\n\t<mi>x</mi></math>", finds), "found");
+  EXPECT_EQ(pasted(html, page, fails), "<(matrix(list(a,b)),x)");
+  EXPECT_EQ(pasted(html, page, nullptr), "<(matrix(list(a,b)),x)");
+  EXPECT_EQ(pasted(html, page + page, nullptr), "plain");
+  EXPECT_EQ(pasted(html, u"<script type=\"math/tex; mode=display\">a<\\frac b2</script>", nullptr),
+            "<(a,/(b,2))");
+  EXPECT_EQ(pasted(html, u"<img title=\"a>b\" alt = '{\\displaystyle x^{2}}'/>", nullptr), "^(x,2)");
+  EXPECT_EQ(pasted(html, u"<math alttext='a&amp;'/><img alt=\"A picture\">", nullptr), "plain");
+  EXPECT_EQ(pasted(&ClipboardContentS::latex, u"x_1", nullptr), "x_1");
+  EXPECT_EQ(pasted(text, u"\\begin{bmatrix}\n\ta\n\\end{bmatrix}", nullptr), "matrix(list(a))");
+
+  // Where there is nothing else, its fault is told.
+  StageC stage("[\"‸\"]");
+  ClipboardContentS content;
+  content.latex = u"\\fracc12";
+  math::common::ReadErrorS error;
+  EXPECT_EQ(stage.refField().paste(content, &error), PASTE_REFUSED);
+  EXPECT_EQ(error.cause, math::common::READ_ERROR_UNKNOWN_COMMAND);
+}
+
 TEST(FieldDecimalComma, IsShownAndCopied) {
   oss::PointerTC<surfaces::RecordingGraphicsC> const graphics(
       (standardOperators(), new surfaces::RecordingGraphicsC));

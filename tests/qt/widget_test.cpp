@@ -488,6 +488,26 @@ class WidgetTest final : public QObject {
     }
   }
 
+  void pastesFormulasOfPages() {
+    StageS stage;
+    auto const expectPasted = [&](char const* type, QByteArray const& text, char const* prefix) {
+      auto* const data = new QMimeData;
+      data->setData(QLatin1String(type), text);
+      data->setText(QStringLiteral("y"));
+      QGuiApplication::clipboard()->setMimeData(data);
+      stage.edit->clear();
+      press(stage.edit, QStringLiteral("{Ctrl+V}"));
+      QCOMPARE(stage.edit->prefix(), QString::fromUtf8(prefix));
+    };
+    QByteArray const mathMl = "<math><msup><mi>α</mi><mn>2</mn></msup></math>";
+    expectPasted("text/html", "<meta charset=\"utf-8\"><p>ä " + mathMl + "</p>", "^(α,2)");
+    expectPasted("application/mathml+xml", "\xEF\xBB\xBF" + mathMl, "^(α,2)");
+    expectPasted("application/x-qt-windows-mime;value=\"MathML Content\"",
+                 "<?xml version=\"1.0\"?><math><apply><plus/><ci>a</ci><cn>1</cn></apply></math>", "+(a,1)");
+    expectPasted("application/x-latex", "\\sqrt{x}", "sqrt(x)");
+    expectPasted("text/html", "<b>bold</b>", "y");
+  }
+
   void dropsGoWhereTheyFall() {
     StageS stage("a+b{Home}");
     QPointF const start = stage.edit->caretRectangle().center();

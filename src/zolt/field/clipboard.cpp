@@ -4,6 +4,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/float64_util.h"
 #include "zolt/exchange/latex.h"
+#include "zolt/exchange/markup.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/cell_text.h"
 #include "zolt/field/detail/construct_names.h"
@@ -28,8 +29,39 @@ using oss::PointerTC;
 
 namespace {
 
-PointerTC<AlgebraicExpressionC> readText(wstring const& text, InputOptionsS const& options,
-                                         ReadErrorS* error) {
+using ExpressionT = PointerTC<AlgebraicExpressionC>;
+
+/// How texts of other programs are read.
+struct ReadersS {
+  InputOptionsS const& options;
+  MathmlReaderT readMathml;
+
+  bool canReadMathml(wstring const& text) const {
+    return readMathml && text.size() <= max_pasted_markup && exchange::findMathElement(text) != wstring::npos;
+  }
+};
+
+ExpressionT readMathml(wstring const& text, ReadersS const& readers, ReadErrorS* error) {
+  return readers.canReadMathml(text) ? readers.readMathml(text, CASSessionBC::getSession(), error) : nullptr;
+}
+
+ExpressionT readLatex(wstring const& text, ReadErrorS* error) {
+  if (text.empty() || text.size() > max_pasted_markup) return nullptr;
+  return exchange::fromLatex(text, CASSessionBC::getSession(), error);
+}
+
+/// The formula in MathML or LaTeX, as such or in a page.
+ExpressionT readMarked(ClipboardContentS const& content, ReadersS const& readers, ReadErrorS* error) {
+  if (auto found = readMathml(content.mathml, readers, error)) return found;
+  if (auto found = readLatex(content.latex, error)) return found;
+  if (auto found = readMathml(content.html, readers, error)) return found;
+  if (content.html.size() > max_pasted_markup) return nullptr;
+  return readLatex(exchange::findPageLatex(content.html), error);
+}
+
+ExpressionT readText(wstring const& text, ReadersS const& readers, ReadErrorS* error) {
+  if (readers.canReadMathml(text)) return readMathml(text, readers, error);
+  InputOptionsS const& options = readers.options;
   auto const session = CASSessionBC::getSession();
   if (exchange::looksLikeLatex(text)) return exchange::fromLatex(text, session, error);
   // Text from another program may use points even so.
@@ -63,11 +95,14 @@ wstring withoutLineEnds(wstring text) {
   return text;
 }
 
-PasteE pastePlainText(ViewZNT4C& view, wstring const& text, InputOptionsS const& options, ReadErrorS* error) {
-  if (auto const expression = readText(text, options, error)) {
+PasteE pastePlainText(ViewZNT4C& view, ClipboardContentS& content, ReadersS const& readers,
+                      ReadErrorS* error) {
+  wstring const& text = content.plainText;
+  if (auto const expression = readText(text, readers, error)) {
+    if (readers.canReadMathml(text)) content.prefix = expression->toPrefixString();
     return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
   }
-  wstring const characters = withoutLineEnds(options.decimalComma ? toPoints(text) : text);
+  wstring const characters = withoutLineEnds(readers.options.decimalComma ? toPoints(text) : text);
   if (!isTypable(characters) || !typeCharacters(view, characters)) return PASTE_REFUSED;
   return PASTE_AS_CHARACTERS;
 }
@@ -124,16 +159,16 @@ using RowT = std::unique_ptr<Node4C>;
 
 /// The row of a cell with this text: its formula, or its characters where it is none. Null when a character
 /// cannot be in a formula.
-RowT makeCell(wstring const& text, OperatorListC const& operators, InputOptionsS const& options) {
+RowT makeCell(wstring const& text, OperatorListC const& operators, ReadersS const& readers) {
   if (text.find_first_not_of(u' ') == wstring::npos) return rows::makeEmptyRow();
   RowT root;
-  if (auto const expression = readText(text, options, nullptr)) {
+  if (auto const expression = readText(text, readers, nullptr)) {
     root.reset(Node4C::fromAlgebraicExpression(expression, math::common::Float64UtilC::max_display_precision,
                                                math::algexpr::NUMBER_FORMAT_AUTOMATIC));
     return RowT(root->cutChild(0));
   }
   ViewZNT4C view(new BlindGraphicsC);
-  wstring const characters = options.decimalComma ? toPoints(text) : text;
+  wstring const characters = readers.options.decimalComma ? toPoints(text) : text;
   if (&view.crefOperatorList() != &operators || !typeCharacters(view, characters)) return nullptr;
   return view.copyRow(view.getWhole());
 }
@@ -156,14 +191,16 @@ bool pasteCells(ViewZNT4C& view, std::vector<RowT> cells, unsigned long columns)
 }
 
 /// Text with tabs becomes the cells of a table. In a table it may also be a single column.
-bool pasteCellTexts(ViewZNT4C& view, wstring const& text, InputOptionsS const& options) {
+bool pasteCellTexts(ViewZNT4C& view, wstring const& text, ReadersS const& readers) {
+  // These are indented with tabs.
+  if (readers.canReadMathml(text) || text.find(u"\\begin{") != wstring::npos) return false;
   bool const isInTable = static_cast<bool>(findBlockOrCell(view.getSelection()));
   if (!hasCells(text, isInTable ? TABS_OR_LINES : TABS_ONLY)) return false;
   CellTextsS const texts = readCells(text);
   if (texts.cells.size() > math::ved::limits::max_table_cells) return false;
   std::vector<RowT> cells;
   for (wstring const& cell : texts.cells) {
-    cells.push_back(makeCell(cell, view.crefOperatorList(), options));
+    cells.push_back(makeCell(cell, view.crefOperatorList(), readers));
     if (!cells.back()) return false;
   }
   return pasteCells(view, std::move(cells), texts.columns);
@@ -207,8 +244,21 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
   return content;
 }
 
+std::vector<ClipboardTypeS> const& getClipboardTypes() {
+  static std::vector<ClipboardTypeS> const types{
+      {"application/mathml+xml", &ClipboardContentS::mathml},
+      {"application/mathml-presentation+xml", &ClipboardContentS::mathml},
+      {"application/mathml-content+xml", &ClipboardContentS::mathml},
+      {"application/x-tex", &ClipboardContentS::latex},
+      {"application/x-latex", &ClipboardContentS::latex},
+      {"text/x-tex", &ClipboardContentS::latex},
+      {"text/html", &ClipboardContentS::html},
+      {"text/plain", &ClipboardContentS::plainText}};
+  return types;
+}
+
 PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
-                    ReadErrorS* error) {
+                    MathmlReaderT readMathml, ReadErrorS* error) {
   if (!view.isEditable()) return PASTE_REFUSED;
   if (!content.bytes.empty() && view.paste(content.bytes)) return PASTE_DONE;
   content.bytes.clear();
@@ -216,17 +266,18 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
     return PASTE_DONE;
   }
   content.prefix.clear();
-  if (!content.latex.empty()) {
-    auto const expression = exchange::fromLatex(content.latex, CASSessionBC::getSession());
-    content.latex.clear();
-    if (expression && view.paste(expression)) {
-      // What has been read is the expression, however it was written.
-      content.prefix = expression->toPrefixString();
-      return PASTE_DONE;
-    }
+  ReadersS const readers{options, readMathml};
+  auto const expression = readMarked(content, readers, content.plainText.empty() ? error : nullptr);
+  content.mathml.clear();
+  content.latex.clear();
+  content.html.clear();
+  if (expression && view.paste(expression)) {
+    // What has been read is the expression, however it was written.
+    content.prefix = expression->toPrefixString();
+    return PASTE_DONE;
   }
-  if (pasteCellTexts(view, content.plainText, options)) return PASTE_DONE;
-  return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content.plainText, options, error);
+  if (pasteCellTexts(view, content.plainText, readers)) return PASTE_DONE;
+  return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content, readers, error);
 }
 
 }  // namespace zolt::field

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <vector>
+
+#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/common/read_error.h"
 #include "zolt/field/input_options.h"
 #include "zolt/oss/ref_counted.h"
@@ -24,11 +27,30 @@ struct ClipboardContentS {
   /// As people type formulas; an incomplete one is written as far as possible. A block of a table's cells is
   /// text with tabs, as in programs for tables.
   wstring plainText;
-  /// Of another program. What is copied has none, since `exchange::toLatex` makes it of the prefix.
+  // Of other programs. What is copied has none of these, since the notations' writers make them of the
+  // prefix.
   wstring latex = {};
+  wstring mathml = {};  ///< presentation or content
+  wstring html = {};    ///< a page with a formula as MathML, or with its LaTeX
 
-  bool isEmpty() const { return bytes.empty() && prefix.empty() && latex.empty() && plainText.empty(); }
+  bool isEmpty() const {
+    return bytes.empty() && prefix.empty() && latex.empty() && mathml.empty() && html.empty() &&
+           plainText.empty();
+  }
 };
+
+/// The form of what a clipboard has under a media type.
+struct ClipboardTypeS {
+  char const* type;
+  wstring ClipboardContentS::*form;
+};
+/// The types of texts that a field can paste, the better ones of a form first.
+std::vector<ClipboardTypeS> const& getClipboardTypes();
+
+/// How a field reads MathML: `mathml::fromMathmlText` or, where programs have a reader of XML of their own, a
+/// function that fills a `mathml::MathmlTreeC` with it. The text has a `math` element, perhaps in a page.
+using MathmlReaderT = oss::PointerTC<math::algexpr::AlgebraicExpressionC> (*)(
+    wstring const& text, oss::PointerTC<math::algexpr::CASSessionBC> session, ReadErrorS* error);
 
 /// The clipboard that a field's commands write and read. A host implements it over the system's clipboard;
 /// without one a field uses a MemoryClipboardC.
@@ -64,13 +86,17 @@ enum PasteE {
   PASTE_REFUSED         ///< nothing was changed
 };
 
+/// A longer text of another program is not looked through for formulas.
+constexpr std::size_t max_pasted_markup = std::size_t(1) << 20;
+
 /// Text with tabs goes into the cells of the table around the caret, or becomes a table; so does a block of
 /// cells, of which a table keeps the exact form. Else: replaces the view's selection by the first form of
-/// `content` that can be read, and clears the forms before it; LaTeX that was read is then the prefix. Plain
-/// text that is LaTeX is read as that. Plain text that is not a formula is typed character by character if
-/// that is possible; if not, `error` (may be null) says why the text was refused. Call it within a group of
-/// the view, and cancel the group after a refusal.
+/// `content` that can be read, and clears the forms before it; what was read of MathML, LaTeX or a page is
+/// then the prefix. Plain text that is MathML or LaTeX is read as that. Plain text that is not a formula is
+/// typed character by character if that is possible; if not, `error` (may be null) says why the text was
+/// refused. Without `readMathml` (null), nothing is read as MathML. Call it within a group of the view, and
+/// cancel the group after a refusal.
 PasteE pasteContent(math::ved::ViewZNT4C& view, ClipboardContentS& content, InputOptionsS const& options,
-                    ReadErrorS* error);
+                    MathmlReaderT readMathml, ReadErrorS* error);
 
 }  // namespace zolt::field

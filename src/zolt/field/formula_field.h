@@ -142,8 +142,7 @@ class FormulaFieldC {
   bool isEnabled(CommandE command) const;
   bool run(CommandE command);
 
-  // ---- Clipboard
-  // (formula_field_clipboard.cpp)-------------------------------------------------------------------
+  // ---- Clipboard (formula_field_clipboard.cpp) ------------------------------------------------------------
   /// The clipboard that the commands write and read; at first it is a memory of the field. It must not be
   /// null.
   void setClipboard(PointerTC<ClipboardABC> clipboard) { clipboard_ = std::move(clipboard); }
@@ -152,6 +151,8 @@ class FormulaFieldC {
   /// The content between two places; a name that was just typed counts as the letter that it will be.
   ClipboardContentS copy(SelectionS const& range) const;
   PasteE paste(ClipboardContentS content, ReadErrorS* error = nullptr);
+  /// From now on MathML is pasted, too: as such, in pages and in plain text. Null: it is not.
+  void setMathmlReader(MathmlReaderT readMathml) { readMathml_ = readMathml; }
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
   /// The caret's box; inside the text that is being composed, if there is any.
@@ -270,6 +271,7 @@ class FormulaFieldC {
   ViewC view_;
   InputOptionsS options_;
   PointerTC<ClipboardABC> clipboard_;
+  MathmlReaderT readMathml_ = nullptr;
   ClipboardContentS copied_;            // what the commands copied since the recording began
   math::ved::NodeRecordPointerC seen_;  // the formula at the last `takeChange`
   std::unique_ptr<DiagnosedS> diagnosed_;

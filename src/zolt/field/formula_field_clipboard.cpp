@@ -40,7 +40,7 @@ PasteE FormulaFieldC::paste(ClipboardContentS content, ReadErrorS* error) {
   wstring const text = content.plainText;
   PlacePathS const begin = pathOf(inOneRow(view_.getSelection()).anchor);
   ReadErrorS found;
-  PasteE const result = pasteContent(view_, content, options_, &found);
+  PasteE const result = pasteContent(view_, content, options_, readMathml_, &found);
   if (result != PASTE_REFUSED && recorded_) act.recordAs(stepOfPaste(content));
   bool const done = group.end(result != PASTE_REFUSED && separate(placeAt(view_.crefRoot(), begin), caret()));
   if (done) return result;

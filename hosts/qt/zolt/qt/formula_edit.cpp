@@ -1,4 +1,5 @@
 #include "zolt/qt/formula_edit.h"
+#include "zolt/mathml/text/mathml_text.h"
 
 #include <QAction>
 #include <QFontInfo>
@@ -57,6 +58,7 @@ FormulaEdit::StateS::StateS(FormulaEdit& owner) : edit(owner) {
     surface = new math::ved::BlindGraphicsC;
   }
   field = std::make_unique<field::FormulaFieldC>(surface);
+  field->setMathmlReader(mathml::fromMathmlText);
   clipboard = new SystemClipboardC(fonts);
   primary = new SystemClipboardC(fonts, QClipboard::Selection);
   field->setClipboard(clipboard);

@@ -1,10 +1,9 @@
 #include "zolt/qt/formula_mime.h"
 
-#include <QRegularExpression>
-#include <QTextDocumentFragment>
+#include <algorithm>
+#include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
-#include "zolt/algexpr/cas_session.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/mathml/text/mathml_text.h"
 #include "zolt/qt/formula_picture.h"
@@ -15,6 +14,7 @@ namespace zolt::qt {
 namespace {
 
 constexpr char text_type[] = "text/plain";
+constexpr char html_type[] = "text/html";
 constexpr char svg_type[] = "image/svg+xml";
 constexpr char png_type[] = "image/png";
 constexpr char image_type[] = "application/x-qt-image";  // Qt turns it into the platform's own pictures
@@ -23,7 +23,7 @@ constexpr qreal picture_zoom = 3;
 constexpr qreal picture_margin = 2;
 
 /// A longer text is not a formula that a person copied.
-constexpr qsizetype max_text = 1 << 20;
+constexpr std::size_t max_text = field::max_pasted_markup;
 
 template <class WriterT>
 QByteArray writeAs(WriterT writer, oss::wstring const& prefix) {
@@ -31,36 +31,38 @@ QByteArray writeAs(WriterT writer, oss::wstring const& prefix) {
   return expression ? toQString(writer(*expression)).toUtf8() : QByteArray();
 }
 
-/// The prefix text of the formula that MathML means, as such or in a page; empty when there is none.
-oss::wstring readMathml(QMimeData const& data) {
-  QByteArray const bytes = data.data(QLatin1String(mathml_mime_type));
-  oss::wstring text;
-  if (bytes.isEmpty() || bytes.size() > max_text ||
-      !mathml::decodeXml(oss::bytestring(bytes.begin(), bytes.end()), text)) {
-    QString const page = data.hasHtml() ? data.html() : data.text();
-    text = page.size() <= max_text ? toWstring(page) : oss::wstring();
-  }
-  if (!mathml::hasMathml(text)) return {};
-  auto const expression = mathml::fromMathmlText(text, math::algexpr::CASSessionBC::getSession());
-  return expression ? expression->toPrefixString() : oss::wstring();
-}
-
-/// The LaTeX that web pages leave beside what they show: in an annotation, where the texts of a page have
-/// entities.
-QString findLatex(QString const& html) {
-  static QRegularExpression const annotation(
-      QStringLiteral(
-          "<annotation[^>]*encoding=\"(?:application/x-tex|TeX|LaTeX)\"[^>]*>([^<]*)</annotation>"),
-      QRegularExpression::CaseInsensitiveOption);
-  QRegularExpressionMatch const found = annotation.match(html);
-  return found.hasMatch() ? QTextDocumentFragment::fromHtml(found.captured(1)).toPlainText() : QString();
-}
-
 QByteArray toByteArray(oss::bytestring const& bytes) {
   return QByteArray(reinterpret_cast<char const*>(bytes.data()), qsizetype(bytes.size()));
 }
 
 oss::bytestring toBytes(QByteArray const& bytes) { return oss::bytestring(bytes.begin(), bytes.end()); }
+
+struct TypeS {
+  QString name;
+  oss::wstring field::ClipboardContentS::*form;
+};
+
+/// The types of texts that are read, by Qt's names: some systems have their own for MathML.
+std::vector<TypeS> const& readTypes() {
+  static std::vector<TypeS> const types = [] {
+    std::vector<TypeS> all;
+    for (auto const& [type, form] : field::getClipboardTypes()) all.push_back({QLatin1String(type), form});
+    for (char const* const name : {"MathML", "MathML Presentation", "MathML Content"})
+      all.push_back({QStringLiteral("application/x-qt-windows-mime;value=\"%1\"").arg(QLatin1String(name)),
+                     &field::ClipboardContentS::mathml});
+    return all;
+  }();
+  return types;
+}
+
+/// Such a text, of MathML in its own encoding.
+oss::wstring readAs(QMimeData const& data, QString const& type) {
+  if (type == QLatin1String(text_type)) return toWstring(data.text());
+  if (type == QLatin1String(html_type)) return toWstring(data.html());
+  oss::wstring text;
+  bool const isText = mathml::decodeXml(toBytes(data.data(type)), text);
+  return isText ? text : oss::wstring();
+}
 
 }  // namespace
 
@@ -74,20 +76,20 @@ field::ClipboardContentS FormulaMimeData::read(QMimeData const& data) {
   field::ClipboardContentS content;
   content.bytes = toBytes(data.data(QLatin1String(formula_mime_type)));
   content.prefix = toWstring(QString::fromUtf8(data.data(QLatin1String(prefix_mime_type))));
-  if (content.bytes.empty() && content.prefix.empty()) content.prefix = readMathml(data);
-  QString latex = QString::fromUtf8(data.data(QLatin1String(latex_mime_type)));
-  if (latex.isEmpty() && data.hasHtml() && data.html().size() <= max_text) latex = findLatex(data.html());
-  if (latex.size() <= max_text) content.latex = toWstring(latex);
-  QString const text = data.text();
-  if (text.size() <= max_text) content.plainText = toWstring(text);
+  for (auto const& [type, form] : readTypes()) {
+    oss::wstring& text = content.*form;
+    if (text.empty()) text = readAs(data, type);
+    if (text.size() > max_text) text.clear();
+  }
   return content;
 }
 
 bool FormulaMimeData::canRead(QMimeData const* data) {
-  return data && (data->hasFormat(QLatin1String(formula_mime_type)) ||
-                  data->hasFormat(QLatin1String(prefix_mime_type)) ||
-                  data->hasFormat(QLatin1String(mathml_mime_type)) ||
-                  data->hasFormat(QLatin1String(latex_mime_type)) || data->hasHtml() || data->hasText());
+  auto const hasFormat = [&](QString const& type) { return data->hasFormat(type); };
+  return data && (data->hasText() || hasFormat(QLatin1String(formula_mime_type)) ||
+                  hasFormat(QLatin1String(prefix_mime_type)) ||
+                  std::any_of(readTypes().begin(), readTypes().end(),
+                              [&](TypeS const& type) { return hasFormat(type.name); }));
 }
 
 QStringList FormulaMimeData::formats() const {

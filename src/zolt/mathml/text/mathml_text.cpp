@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "zolt/exchange/markup.h"
 #include "zolt/mathml/text/detail/entities.h"
 #include "zolt/oss/utf8.h"
 
@@ -52,26 +53,6 @@ void onText(void* data, char const* text, int length) {
       oss::fromUtf8(std::string_view(text, static_cast<std::size_t>(length))));
 }
 
-bool isNameEnd(char16_t c) { return c == u'>' || c == u'/' || blanks.find(c) != TextT::npos; }
-
-/// The start of the first "math" element from `position` on, outside of comments.
-std::size_t findMath(TextT text, std::size_t position) {
-  for (;; ++position) {
-    position = text.find(u'<', position);
-    if (position == TextT::npos) return position;
-    if (text.compare(position, 4, u"<!--") == 0) {
-      position = text.find(u"-->", position);
-      if (position == TextT::npos) return position;
-      continue;
-    }
-    std::size_t end = position + 1;
-    while (end < text.size() && !isNameEnd(text[end]) && text[end] != u'<') ++end;
-    TextT const name = text.substr(position + 1, end - position - 1);
-    if (end < text.size() && name.substr(std::min(name.find(u':') + 1, name.size())) == u"math")
-      return position;
-  }
-}
-
 bool fail(ReadErrorS* error, ReadErrorE cause, std::size_t begin, std::size_t end) {
   if (error)
     *error = {cause, static_cast<unsigned long>(begin), static_cast<unsigned long>(end), describe(cause)};
@@ -82,7 +63,7 @@ bool fail(ReadErrorS* error, ReadErrorE cause, std::size_t begin, std::size_t en
 
 bool readMathmlTree(wstring const& text, MathmlTreeC& tree, ReadErrorS* error) {
   if (text.find_first_not_of(blanks) == wstring::npos) return fail(error, READ_ERROR_EMPTY, 0, text.size());
-  std::size_t const begin = findMath(text, 0);
+  std::size_t const begin = exchange::findMathElement(text);
   if (begin == TextT::npos) return fail(error, READ_ERROR_BAD_MARKUP, 0, text.size());
   detail::ExpandedC source;
   TextT const whole = TextT(text).substr(begin);
@@ -116,7 +97,7 @@ bool readMathmlTree(wstring const& text, MathmlTreeC& tree, ReadErrorS* error) {
   // What comes after a formula that begins the text belongs to it; around others there is a page.
   std::size_t const after = TextT(text).find_first_not_of(blanks, end);
   bool const isPage = TextT(text).find_first_not_of(blanks) != begin;
-  std::size_t const second = isPage ? findMath(text, end) : after;
+  std::size_t const second = isPage ? exchange::findMathElement(text, end) : after;
   return second == TextT::npos || fail(error, READ_ERROR_TRAILING_TEXT, second, text.size());
 }
 
@@ -126,8 +107,6 @@ PointerTC<AlgebraicExpressionC> fromMathmlText(wstring const& text, PointerTC<CA
   if (!readMathmlTree(text, tree, error)) return nullptr;
   return fromMathml(tree, std::move(session), error);
 }
-
-bool hasMathml(TextT text) { return findMath(text, 0) != TextT::npos; }
 
 bool decodeXml(oss::bytestring const& bytes, wstring& text) {
   auto const at = [&](std::size_t i) { return i < bytes.size() ? bytes[i] : 0u; };

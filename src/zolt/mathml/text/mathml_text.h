@@ -19,9 +19,6 @@ namespace zolt::mathml {
                                                              PointerTC<CASSessionBC> session,
                                                              ReadErrorS* error = nullptr);
 
-/// Whether the text has a `math` element, for whoever gets texts of unknown kind.
-[[nodiscard]] bool hasMathml(std::u16string_view text);
-
 /// The text of an XML file or of a clipboard: UTF-16 or UTF-8 by its byte order mark, Latin 1 where the XML
 /// declaration says so, else UTF-8. False when the bytes are not in that encoding or it is another one.
 [[nodiscard]] bool decodeXml(oss::bytestring const& bytes, wstring& text);
