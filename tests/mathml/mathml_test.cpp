@@ -13,6 +13,7 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/latex_operator.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/mathml/content_operator.h"
 #include "zolt/mathml/text/mathml_text.h"
 #include "zolt/ved/operators/operator.h"
 
@@ -102,6 +103,22 @@ TEST(Mathml, HostsAddOperatorsWithTheRowForLatex) {
   exchange::registerLatexOperator({u"adjoint", exchange::LATEX_AFTER, 5, 1, u"^{\\dagger}", {}});
   EXPECT_EQ("_circ(a,b)", prefixOf(u"<math><mi>a</mi><mo>⊛</mo><mi>b</mi></math>"));
   expectTrips(*AlgebraicExpressionC::fromPrefixString(u"_circ(pair(a,b),adjoint(c))"));
+}
+
+TEST(Mathml, HostsAddSymbolsAndElementsOfContent) {
+  registerContentOperator({u"rank", 1, u"rk", u"linalg4"});
+  registerContentOperator({u"cross", 2, u"vectorproduct", {}});
+  registerContentOperator({u"φ₀", 0, u"golden", u"nums9"});
+  wstring const text =
+      u"<apply><vectorproduct/><apply><csymbol cd=\"linalg4\">rk</csymbol><ci>A</ci></apply>"
+      u"<csymbol cd=\"nums9\">golden</csymbol></apply>";
+  ExpressionT const expression = AlgebraicExpressionC::fromPrefixString(u"cross(rank(A),φ₀)");
+  EXPECT_NE(wstring::npos, toContentMathml(*expression).find(text)) << toUtf8(toContentMathml(*expression));
+  expectTrips(*expression);
+  // Of another dictionary, or with other operands, it is the name that it is.
+  EXPECT_EQ("+(rk(A),rk(A,B))",
+            prefixOf(u"<math><apply><plus/><apply><csymbol>rk</csymbol><ci>A</ci></apply><apply>"
+                     u"<csymbol cd='linalg4'>rk</csymbol><ci>A</ci><ci>B</ci></apply></apply></math>"));
 }
 
 TEST(Mathml, PageAroundIsLeftOut) {

@@ -110,7 +110,7 @@ bool ContentReaderC::readLeaf(MathmlIdT id) {
     case MATHML_CI:
     case MATHML_CS:
     case MATHML_CSYMBOL:
-      node = makeNamed(wstring(tree_.text(id)));
+      node = makeNamed(nameOf(id, 0));
       if (!node) fail(id, READ_ERROR_BAD_NAME);
       break;
     case MATHML_OTHER: {
@@ -226,7 +226,8 @@ ContentReaderC::NodeT ContentReaderC::apply(MathmlIdT id, PartsS& parts) {
   while (tree_.cref(head).tag == MATHML_SEMANTICS && tree_.cref(head).first != no_element)
     head = tree_.cref(head).first;
   MathmlTagE const tag = tree_.cref(head).tag;
-  if (tag == MATHML_CI || tag == MATHML_CSYMBOL) return applyNamed(tree_.text(head), parts);
+  if (tag == MATHML_CI || tag == MATHML_CSYMBOL)
+    return applyNamed(nameOf(head, parts.operands.size()), parts);
   TextT const element = tree_.name(head);
   if (tag != MATHML_OTHER || !isContentOperator(element)) {
     fail(head, READ_ERROR_UNKNOWN_ELEMENT);
@@ -283,10 +284,17 @@ ContentReaderC::NodeT ContentReaderC::apply(MathmlIdT id, PartsS& parts) {
   return makeOperation(wstring(row->name), std::move(operands));
 }
 
-ContentReaderC::NodeT ContentReaderC::applyNamed(TextT name, PartsS const& parts) {
+/// What a name, or a symbol before so many operands, is called in expressions.
+wstring ContentReaderC::nameOf(MathmlIdT id, std::size_t numOperands) const {
+  bool const isSymbol = tree_.cref(id).tag == MATHML_CSYMBOL;
+  TextT const text = tree_.text(id);
+  return wstring(isSymbol ? findContentSymbol(text, tree_.attribute(id, u"cd"), numOperands) : text);
+}
+
+ContentReaderC::NodeT ContentReaderC::applyNamed(wstring const& name, PartsS const& parts) {
   bool const isPlain =
       std::all_of(std::begin(parts.of) + 1, std::end(parts.of), [](auto const* part) { return !part; });
-  return isPlain && !parts.operands.empty() ? makeFunction(wstring(name), parts.operands) : nullptr;
+  return isPlain && !parts.operands.empty() ? makeFunction(name, parts.operands) : nullptr;
 }
 
 // A sum, a product or an integral, its bounds perhaps as an interval.

@@ -67,7 +67,8 @@ class ContentReaderC {
   NodeT readNumber(MathmlIdT id);
   NodeT readPair(MathmlIdT id, std::u16string_view type, wstring const& first, wstring const& second);
   NodeT apply(MathmlIdT id, PartsS& parts);
-  NodeT applyNamed(std::u16string_view name, PartsS const& parts);
+  wstring nameOf(MathmlIdT id, std::size_t numOperands) const;
+  NodeT applyNamed(wstring const& name, PartsS const& parts);
   NodeT applyRange(ContentRowS const& row, PartsS& parts);
   NodeT applyDerivative(ContentRowS const& row, PartsS const& parts);
   NodeT applyLimit(PartsS const& parts);

@@ -1,7 +1,12 @@
 #include "zolt/mathml/detail/content_table.h"
 
 #include <algorithm>
-#include <iterator>
+#include <deque>
+#include <map>
+#include <utility>
+#include <vector>
+
+#include "zolt/mathml/content_operator.h"
 
 namespace zolt::mathml::detail {
 
@@ -115,6 +120,20 @@ constexpr ContentRowS rows[] = {{u"+", CONTENT_CHAIN, 2, u"plus"},
                                 {u"hat", CONTENT_SYMBOL, 1, {}},
                                 {u"dot", CONTENT_SYMBOL, 1, {}},
                                 {u"index", CONTENT_APPLY, 0, u"selector"},
+                                {u"transpose", CONTENT_APPLY, 1, u"transpose"},
+                                {u"scalarproduct", CONTENT_APPLY, 2, u"scalarproduct"},
+                                {u"vectorproduct", CONTENT_APPLY, 2, u"vectorproduct"},
+                                {u"outerproduct", CONTENT_APPLY, 2, u"outerproduct"},
+                                {u"divergence", CONTENT_APPLY, 1, u"divergence"},
+                                {u"curl", CONTENT_APPLY, 1, u"curl"},
+                                {u"laplacian", CONTENT_APPLY, 1, u"laplacian"},
+                                {u"card", CONTENT_APPLY, 1, u"card"},
+                                {u"mean", CONTENT_APPLY, 0, u"mean"},
+                                {u"median", CONTENT_APPLY, 0, u"median"},
+                                {u"mode", CONTENT_APPLY, 0, u"mode"},
+                                {u"sdev", CONTENT_APPLY, 0, u"sdev"},
+                                {u"variance", CONTENT_APPLY, 0, u"variance"},
+                                {u"xor", CONTENT_APPLY, 0, u"xor"},
                                 {u"matrix", CONTENT_MATRIX, 0, u"matrix"},
                                 {u"det", CONTENT_DETERMINANT, 0, u"determinant"},
                                 {u"cases", CONTENT_CASES, 0, u"piecewise"},
@@ -129,41 +148,94 @@ constexpr ContentRowS others[] = {{u"e", CONTENT_CONSTANT, 0, u"exponentiale"},
                                   {u"false", CONTENT_CONSTANT, 0, u"false"},
                                   {u"γ", CONTENT_CONSTANT, 0, u"eulergamma"}};
 
+using RowsT = std::vector<ContentRowS const*>;
+
+/// What is looked up, the better row first.
+struct IndexS {
+  IndexS() {
+    for (ContentRowS const& row : rows) {
+      byName[row.name].push_back(&row);
+      if (row.kind == CONTENT_CONSTANT) constants[row.element].push_back(&row);
+      if (row.kind != CONTENT_CONSTANT && row.kind != CONTENT_SYMBOL) operators[row.element].push_back(&row);
+    }
+    for (ContentRowS const& row : others) constants[row.element].push_back(&row);
+  }
+
+  std::map<TextT, RowsT> byName;
+  std::map<TextT, RowsT> constants;  // by element
+  std::map<TextT, RowsT> operators;  // by element
+  std::map<TextT, RowsT> symbols;    // of dictionaries, by symbol
+  std::deque<ContentOperatorS> added;
+  std::deque<ContentRowS> addedRows;
+};
+
+IndexS& index() {
+  static IndexS tables;
+  return tables;
+}
+
+/// The first row of a key that fits; null when there is none.
+template <class FitT>
+ContentRowS const* find(std::map<TextT, RowsT> const& table, TextT key, FitT fits) {
+  auto const found = table.find(key);
+  if (found == table.end()) return nullptr;
+  auto const row =
+      std::find_if(found->second.begin(), found->second.end(), [&](auto const* one) { return fits(*one); });
+  return row == found->second.end() ? nullptr : *row;
+}
+
 }  // namespace
 
 ContentRowS const* findContent(TextT name, unsigned long numOperands) {
-  auto const* const found = std::find_if(std::begin(rows), std::end(rows), [&](ContentRowS const& row) {
-    bool const fits = row.kind == CONTENT_CONSTANT ? numOperands == 0
-                      : row.arity == 0             ? numOperands > 0
-                                                   : row.arity == numOperands;
-    return fits && row.name == name;
+  return find(index().byName, name, [&](ContentRowS const& row) {
+    return row.kind == CONTENT_CONSTANT ? numOperands == 0
+           : row.arity == 0             ? numOperands > 0
+                                        : row.arity == numOperands;
   });
-  return found == std::end(rows) ? nullptr : found;
 }
 
 ContentRowS const* findContentElement(TextT element, unsigned long numOperands) {
-  auto const* const found = std::find_if(std::begin(rows), std::end(rows), [&](ContentRowS const& row) {
+  return find(index().operators, element, [&](ContentRowS const& row) {
     bool const isChain = row.kind == CONTENT_CHAIN && numOperands > 0;
-    bool const fits = isChain || row.arity == 0 || row.arity == numOperands || row.kind > CONTENT_SYMBOL;
-    return fits && row.kind != CONTENT_SYMBOL && row.kind != CONTENT_CONSTANT && row.element == element;
+    return isChain || row.arity == 0 || row.arity == numOperands || row.kind > CONTENT_SYMBOL;
   });
-  return found == std::end(rows) ? nullptr : found;
 }
 
-bool isContentOperator(TextT element) {
-  return std::any_of(std::begin(rows), std::end(rows), [&](ContentRowS const& row) {
-    return row.kind != CONTENT_SYMBOL && row.kind != CONTENT_CONSTANT && row.element == element;
-  });
-}
+bool isContentOperator(TextT element) { return index().operators.count(element) > 0; }
 
 TextT findContentConstant(TextT element) {
-  auto const is = [&](ContentRowS const& row) {
-    return row.kind == CONTENT_CONSTANT && row.element == element;
-  };
-  auto const* const found = std::find_if(std::begin(rows), std::end(rows), is);
-  if (found != std::end(rows)) return found->name;
-  auto const* const other = std::find_if(std::begin(others), std::end(others), is);
-  return other == std::end(others) ? TextT() : other->name;
+  auto const* const row = find(index().constants, element, [](ContentRowS const&) { return true; });
+  return row ? row->name : TextT();
+}
+
+TextT findContentSymbol(TextT symbol, TextT dictionary, unsigned long numOperands) {
+  auto const* const row = find(index().symbols, symbol, [&](ContentRowS const& one) {
+    return one.element == dictionary && one.arity == numOperands;
+  });
+  return row ? row->name : symbol;
 }
 
 }  // namespace zolt::mathml::detail
+
+namespace zolt::mathml {
+
+using namespace detail;
+
+void registerContentOperator(ContentOperatorS op) {
+  IndexS& all = index();
+  ContentOperatorS const& kept = all.added.emplace_back(std::move(op));
+  bool const isSymbol = !kept.dictionary.empty();
+  ContentKindE const kind = kept.arity == 0 ? CONTENT_CONSTANT : isSymbol ? CONTENT_SYMBOL : CONTENT_APPLY;
+  ContentRowS const& row = all.addedRows.emplace_back(ContentRowS{kept.name,
+                                                                  kind,
+                                                                  kept.arity,
+                                                                  isSymbol ? kept.dictionary : kept.element,
+                                                                  {},
+                                                                  isSymbol ? kept.element : TextT()});
+  auto const putFirst = [&](RowsT& known) { known.insert(known.begin(), &row); };
+  putFirst(all.byName[row.name]);
+  auto& table = isSymbol ? all.symbols : kept.arity == 0 ? all.constants : all.operators;
+  putFirst(table[kept.element]);
+}
+
+}  // namespace zolt::mathml

@@ -30,7 +30,8 @@ struct ContentRowS {
   ContentKindE kind;
   unsigned long arity;          ///< 0: one or more; of kinds with rules of their own, all that they may have
   std::u16string_view element;  ///< of a symbol, its content dictionary, perhaps none
-  std::u16string_view order = {};  ///< which operand is the variable, the bounds and the rest: "0123"
+  std::u16string_view order = {};   ///< which operand is the variable, the bounds and the rest: "0123"
+  std::u16string_view symbol = {};  ///< of a symbol or constant with a dictionary; empty: the name
 };
 
 /// The row that an operator with so many operands is written with; null when there is none.
@@ -41,5 +42,9 @@ ContentRowS const* findContentElement(std::u16string_view element, unsigned long
 bool isContentOperator(std::u16string_view element);
 /// The name that an element without operands means, ∞ for "infinity"; empty for any other.
 std::u16string_view findContentConstant(std::u16string_view element);
+/// The name that a symbol of a dictionary before so many operands, perhaps none, means: its own where no row
+/// has it.
+std::u16string_view findContentSymbol(std::u16string_view symbol, std::u16string_view dictionary,
+                                      unsigned long numOperands);
 
 }  // namespace zolt::mathml::detail

@@ -103,7 +103,14 @@ ContentWriterC::IdT ContentWriterC::write(NodeABC const& root) {
 ContentWriterC::IdT ContentWriterC::makeLeaf(NodeABC const& node) {
   if (isNumber(node)) return makeNumber(node.crefName());
   ContentRowS const* const constant = findContent(node.crefName(), 0);
-  return constant ? makeEmpty(constant->element) : builder_.addToken(u"ci", node.crefName());
+  if (!constant) return builder_.addToken(u"ci", node.crefName());
+  return constant->symbol.empty() ? makeEmpty(constant->element) : makeSymbol(*constant);
+}
+
+ContentWriterC::IdT ContentWriterC::makeSymbol(ContentRowS const& row) {
+  IdT const id = builder_.addToken(u"csymbol", row.symbol.empty() ? row.name : row.symbol);
+  if (!row.element.empty()) builder_.addAttribute(id, u"cd", row.element);
+  return id;
 }
 
 // The digits stay what they are; an exponent that is written as usual gets an element of its own.
@@ -180,10 +187,10 @@ ContentWriterC::IdT ContentWriterC::makeCall(ParentNodeABC const& node, ContentR
     return c > 0x7F || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
   };
   bool const isUsers = !row && isLetter(name[0]);
-  std::vector<IdT> parts = {builder_.addToken(isUsers ? TextT(u"ci") : TextT(u"csymbol"), name)};
-  bool const isListed = row && row->kind == CONTENT_SYMBOL && !row->element.empty();
+  std::vector<IdT> parts = {row && row->kind == CONTENT_SYMBOL
+                                ? makeSymbol(*row)
+                                : builder_.addToken(isUsers ? TextT(u"ci") : TextT(u"csymbol"), name)};
   if (isUsers) builder_.addAttribute(parts[0], u"type", u"function");
-  if (isListed) builder_.addAttribute(parts[0], u"cd", row->element);
   parts.insert(parts.end(), operands, operands + node.numChildren());
   return makeElement(u"apply", parts);
 }

@@ -23,6 +23,7 @@ class ContentWriterC {
   using ParentNodeABC = math::algexpr::ParentNodeABC;
 
   IdT makeLeaf(math::algexpr::NodeABC const& node);
+  IdT makeSymbol(ContentRowS const& row);
   IdT makeNumber(wstring const& number);
   /// The element of an operation on elements, in the order of its operands.
   IdT make(ParentNodeABC const& node, IdT const* operands);
