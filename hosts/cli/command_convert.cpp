@@ -186,19 +186,11 @@ void addConvertCommand(CLI::App& program, ActionT& action) {
                           {{"recording", SURFACE_RECORDING}, {"typeset", SURFACE_TYPESET}},
                           "Measures that a layout is made with: fixed ones or those of the real fonts");
   addCatalogue(command, settings->catalogue);
-  CLI::Option const& language = addChoice<exchange::SpeechLanguageE>(
-      command, "--language", settings->speech.language,
-      {{"english", exchange::SPEECH_ENGLISH}, {"german", exchange::SPEECH_GERMAN}}, "Language of speech");
-  CLI::Option const& verbosity = addChoice<exchange::SpeechVerbosityE>(
-      command, "--verbosity", settings->speech.verbosity,
-      {{"brief", exchange::SPEECH_BRIEF},
-       {"medium", exchange::SPEECH_MEDIUM},
-       {"full", exchange::SPEECH_FULL}},
-      "How many words speech has; different formulas never sound the same in full ones");
-  onChosen(command, [settings, &surface, &language, &verbosity, &action] {
+  SpeechOptionsS const speech = addSpeech(command, settings->speech, "speech");
+  onChosen(command, [settings, &surface, speech, &action] {
     bool const isSpeech = settings->to == TO_SPEECH;
-    if (isGiven(language) && !isSpeech) refuse("--language", "it goes with --to speech only");
-    if (isGiven(verbosity) && !isSpeech) refuse("--verbosity", "it goes with --to speech only");
+    if (isGiven(speech.language) && !isSpeech) refuse("--language", "it goes with --to speech only");
+    if (isGiven(speech.verbosity) && !isSpeech) refuse("--verbosity", "it goes with --to speech only");
     if (isGiven(surface) && settings->to != TO_LAYOUT) refuse("--surface", "it goes with --to layout only");
     action = [settings] { return run(*settings); };
   });

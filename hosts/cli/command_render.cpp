@@ -21,7 +21,7 @@ constexpr char footer[] =
     R"(One expression goes into the file itself, several into numbered ones: formula.svg becomes
 formula-1.svg, formula-2.svg and so on, numbered as the expressions or lines are and, from ten on,
 with zeros ahead: formula-01.svg. The names of the files are printed. The picture holds the
-expression in prefix notation, too.
+expression in prefix notation, too, and says it in words to people who listen.
 
 A formula stands on the line of the text around it when the picture is lowered by its depth. SVG
 pictures inside an HTML page do it by themselves; with --sizes each name is followed by width, height
@@ -48,6 +48,7 @@ struct SettingsS {
   surfaces::PictureFormatE format = surfaces::PICTURE_SVG;
   double scale = 1;
   surfaces::PictureOptionsS options;
+  exchange::SpeechStyleS speech;
   bool showsSizes = false;
   bool isStream = false;
   bool showsPowers = false;
@@ -128,7 +129,7 @@ class RendererC {
     PictureC picture(typesetter);
     picture.refOptions() = settings_.options;
     picture.refOptions().zoom *= settings_.scale;
-    picture.drawFormula(*formula);
+    picture.drawFormula(*formula, settings_.speech);
     piece.sizes = picture.writeSizes(settings_.format);
     piece.isDrawn = picture.toBytes(settings_.format, piece.bytes, piece.error) &&
                     (piece.path.empty() || writeFile(piece.path, piece.bytes, piece.error));
@@ -243,6 +244,7 @@ void addRenderCommand(CLI::App& program, ActionT& action) {
   addFlag(command, "--stream", settings->isStream,
           "Write all pictures to standard output, one after the other");
   addCount(command, "-j,--jobs", settings->threads, 1, 64, "Pictures that are drawn at the same time");
+  addSpeech(command, settings->speech, "what pictures say to people who listen");
   addInputOptions(command, settings->input, settings->from);
   addCatalogue(command, settings->catalogue);
   onChosen(command, [settings, &path, &format, &action] {

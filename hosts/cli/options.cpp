@@ -125,6 +125,20 @@ void addCatalogue(CLI::App& command, CatalogueE& catalogue) {
                         "Operators that formulas may have: the standard ones, or more of mathematics too");
 }
 
+SpeechOptionsS addSpeech(CLI::App& command, exchange::SpeechStyleS& style, std::string const& use) {
+  CLI::Option const& language = addChoice<exchange::SpeechLanguageE>(
+      command, "--language", style.language,
+      {{"english", exchange::SPEECH_ENGLISH}, {"german", exchange::SPEECH_GERMAN}}, "Language of " + use);
+  CLI::Option const& verbosity = addChoice<exchange::SpeechVerbosityE>(
+      command, "--verbosity", style.verbosity,
+      {{"brief", exchange::SPEECH_BRIEF},
+       {"medium", exchange::SPEECH_MEDIUM},
+       {"full", exchange::SPEECH_FULL}},
+      "How many words speech has; different formulas never sound the same in "
+      "full ones");
+  return {language, verbosity};
+}
+
 std::string protectWord(std::string word) {
   if (!word.empty() && (word.front() == '[' || word.front() == '{')) word.insert(0, 1, guard);
   return word;

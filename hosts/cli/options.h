@@ -74,6 +74,13 @@ CLI::Option& addNumber(CLI::App& command, std::string const& name, double& value
 CLI::Option& addCount(CLI::App& command, std::string const& name, unsigned& value, unsigned least,
                       unsigned most, std::string const& help);
 
+/// Adds `--language` and `--verbosity` of speech; `use` is what help says the language is for.
+struct SpeechOptionsS {
+  CLI::Option const& language;
+  CLI::Option const& verbosity;
+};
+SpeechOptionsS addSpeech(CLI::App& command, exchange::SpeechStyleS& style, std::string const& use);
+
 /// CLI11 would read a word in square brackets, and so a tree, as a list of values. Words that this function
 /// has changed before parsing reach `addInputOptions` and `addPath` in their original form.
 std::string protectWord(std::string word);

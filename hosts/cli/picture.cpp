@@ -35,7 +35,7 @@ char toLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' +
 PictureC::PictureC(oss::PointerTC<surfaces::TypesetterC> const& typesetter)
     : graphics_(new surfaces::CairoGraphicsC(typesetter)) {}
 
-void PictureC::drawFormula(FormulaC& formula) {
+void PictureC::drawFormula(FormulaC& formula, exchange::SpeechStyleS speech) {
   math::ved::Node4C& tree = formula.refTree();
   tree.layout(*graphics_);
   tree.display(*graphics_, 0, 0, &tree);
@@ -49,7 +49,9 @@ void PictureC::drawFormula(FormulaC& formula) {
     options_.expression = expression->toPrefixString();
     options_.plainText = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
   }
-  options_.spokenText = formula.speak({});
+  options_.spokenText = formula.speak(speech);
+  // The language of the text around is supposed to be English.
+  if (speech.language == exchange::SPEECH_GERMAN) options_.spokenLanguage = "de";
 }
 
 void PictureC::drawSheet(std::vector<std::unique_ptr<FormulaC>> const& formulas, long width) {

@@ -15,8 +15,8 @@ class PictureC {
  public:
   explicit PictureC(oss::PointerTC<surfaces::TypesetterC> const& typesetter);
 
-  /// Draws one formula. The picture contains its prefix notation when it is complete.
-  void drawFormula(FormulaC& formula);
+  /// Draws one formula. The picture has its words in `speech` and, when it is complete, its prefix notation.
+  void drawFormula(FormulaC& formula, exchange::SpeechStyleS speech = {});
   /// Draws formulas in rows of the given width, spread evenly over each.
   void drawSheet(std::vector<std::unique_ptr<FormulaC>> const& formulas, long width);
 

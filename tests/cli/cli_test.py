@@ -245,6 +245,8 @@ class RenderTest(unittest.TestCase):
         self.assertIn("#00ff00", svg)
         self.assertNotIn("<text", svg)
         self.assertIn("<text", self.ved("render", "-o", "-", "--svg-text", "named", "x")[1].decode())
+        svg = self.ved("render", "-o", "-", "--language", "german", "--verbosity", "full", "A")[1].decode()
+        self.assertIn(' lang="de" role="img" aria-label="groß A"', svg)
 
     def test_sizes_lead_to_the_line_of_text(self):
         for name, unit, depth in (("a.svg", "px", 13.125), ("a.png", "px", 13), ("a.pdf", "pt", 9.844)):

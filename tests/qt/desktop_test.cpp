@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QFile>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPdfWriter>
 #include <QSemaphore>
 #include <QSettings>
@@ -377,6 +378,41 @@ class DesktopTest final : public QObject {
         }
       }
     }
+  }
+
+  void formulasAreCopiedInEveryNotation() {
+    MainWindow window(fonts(), nullptr);
+    window.view().setSheet({formulaLine("<(a,/(b,2))")});
+    QMenu* found = nullptr;
+    for (QMenu* const menu : window.findChildren<QMenu*>()) {
+      if (menu->actions().contains(window.action(QStringLiteral("copy-latex")))) found = menu;
+    }
+    QVERIFY(found);
+    QMenu& menu = *found;
+    emit menu.aboutToShow();
+    for (auto const& [form, text] : {std::pair{"text", "a < b/2"},
+                                     {"latex", "a < \\frac{b}{2}"},
+                                     {"mathml", "<mfrac><mi>b</mi><mn>2</mn></mfrac>"},
+                                     {"content-mathml", "<lt/>"},
+                                     {"mathjson", "[\"Less\",\"a\",[\"Divide\",\"b\",2]]"},
+                                     {"typst", "a < frac(b, 2)"},
+                                     {"words", "a less than b over 2"},
+                                     {"prefix", "<(a,/(b,2))"}}) {
+      QAction& copy = *window.action(QLatin1String("copy-") + QLatin1String(form));
+      QVERIFY2(copy.text().contains(u'\t'), qPrintable(copy.text()));
+      copy.trigger();
+      QString const copied = QGuiApplication::clipboard()->text();
+      QVERIFY2(copied.contains(QLatin1String(text)), qPrintable(copied));
+    }
+    emit menu.aboutToHide();
+    QVERIFY(!window.action(QStringLiteral("copy-latex"))->text().contains(u'\t'));
+    // What is incomplete has no notation but text and words.
+    window.view().currentFormula()->setTree(QStringLiteral("[\"a+‸\"]"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("before"));
+    window.action(QStringLiteral("copy-latex"))->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("before"));
+    window.action(QStringLiteral("copy-words"))->trigger();
+    QVERIFY(QGuiApplication::clipboard()->text().startsWith(QLatin1String("a plus")));
   }
 
   void theStatusLineHasTheFormula() {

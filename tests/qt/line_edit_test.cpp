@@ -134,6 +134,7 @@ class LineEditTest final : public QObject {
                  !property.read(&edit).toString().startsWith(u'[')) {
         value = QStringLiteral("v%1").arg(i);
         if (qstrcmp(property.name(), "mathMl") == 0) value = QStringLiteral("<math><mi>m</mi></math>");
+        if (qstrcmp(property.name(), "mathJson") == 0) value = QStringLiteral("\"j\"");
       }
       if (qstrcmp(property.name(), "allowedFormulas") == 0) value = QStringLiteral("nodes 9");
       edit.setReadOnly(false);

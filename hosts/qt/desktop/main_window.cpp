@@ -37,9 +37,6 @@ constexpr QSize first_size(1180, 780);
 constexpr int status_delay = 150;  // ms
 constexpr qreal zoom_step = 1.15;
 
-constexpr QChar preview_mark = u'\t';  // menus show what comes after it in a column of its own
-constexpr int preview_width = 320;
-
 constexpr QRgb neutral_colour = 0xff8a9099;
 constexpr QRgb complete_colour = 0xff3a9a5b;
 constexpr QRgb incomplete_colour = 0xffe09a20;
@@ -102,7 +99,7 @@ void MainWindow::connectView() {
   connect(view_, &SheetView::errorOccurred, this, [this](QString const& text) {
     // The message stays although the faulty part is selected.
     statusTimer_.stop();
-    showState(text, error_colour);
+    showError(text);
   });
   connect(view_, &SheetView::zoomRequested, this,
           [this](int steps) { setZoom(view_->zoom() * std::pow(zoom_step, steps)); });
@@ -147,6 +144,8 @@ void MainWindow::showState(QString const& text, QRgb colour) {
   state_->setAccessibleName(text);
 }
 
+void MainWindow::showError(QString const& text) { showState(text, error_colour); }
+
 void MainWindow::updateStatus() {
   FormulaEdit const* const formula = view_->currentFormula();
   if (!formula || formula->isEmpty()) {
@@ -188,10 +187,9 @@ void MainWindow::updateActions() {
   enable("paste", mayPaste_);
   enable("clear", formula && !formula->isEmpty());
   enable("check", formula && !formula->isEmpty());
-  for (char const* const name : {"copy-text", "copy-latex", "copy-mathml", "copy-words", "copy-prefix",
-                                 "copy-picture", "export-formula", "grow"}) {
+  for (char const* const name : {"copy-picture", "export-formula", "grow"})
     enable(name, formula && !formula->isEmpty());
-  }
+  enableCopies();
   qsizetype const index = view_->rows().indexOf(view_->currentRow());
   enable("move-up", index > 0);
   enable("move-down", index + 1 < view_->rows().size());
@@ -321,51 +319,6 @@ void MainWindow::runInFormula(field::CommandE command) {
       break;
     default:
       break;
-  }
-}
-
-void MainWindow::copyAs(QString const& form) {
-  FormulaEdit const* const formula = view_->currentFormula();
-  if (!formula) return;
-  std::unique_ptr<QMimeData> const copied(formula->hasSelection() ? formula->createMimeDataFromSelection()
-                                                                  : formula->createMimeData());
-  if (!copied) return;
-  QClipboard& clipboard = *QGuiApplication::clipboard();
-  if (form == QLatin1String("picture")) {
-    clipboard.setImage(copied->imageData().value<QImage>());
-    return;
-  }
-  QString const text = textAs(*formula, form);
-  if (text.isEmpty()) {
-    showState(tr("Not copied: the formula is incomplete"), error_colour);
-  } else {
-    clipboard.setText(text);
-  }
-}
-
-QString MainWindow::textAs(FormulaEdit const& formula, QString const& form) const {
-  if (form == QLatin1String("words")) {
-    return formula.hasSelection() ? formula.selectedWords() : formula.readableText();
-  }
-  std::unique_ptr<QMimeData> const copied(formula.hasSelection() ? formula.createMimeDataFromSelection()
-                                                                 : formula.createMimeData());
-  if (!copied) return {};
-  if (form == QLatin1String("text")) return copied->text();
-  char const* const type = form == QLatin1String("latex")    ? qt::latex_mime_type
-                           : form == QLatin1String("mathml") ? qt::mathml_mime_type
-                                                             : qt::prefix_mime_type;
-  return QString::fromUtf8(copied->data(QLatin1String(type)));
-}
-
-void MainWindow::previewCopies() {
-  FormulaEdit const* const formula = view_->currentFormula();
-  for (char const* const form : {"text", "latex", "mathml", "words", "prefix"}) {
-    QAction& copy = *action(QLatin1String("copy-") + QLatin1String(form));
-    QString const name = copy.text().section(preview_mark, 0, 0);
-    QString const whole = formula ? textAs(*formula, QLatin1String(form)) : QString();
-    QString shown = fontMetrics().elidedText(whole, Qt::ElideMiddle, preview_width);
-    copy.setText(shown.isEmpty() ? name : name + preview_mark + shown.replace(u'&', QLatin1String("&&")));
-    copy.setEnabled(!whole.isEmpty());
   }
 }
 

@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
@@ -85,13 +86,9 @@ class MainWindow final : public QMainWindow {
   void updateActions();
   void updateStatus();
   void showState(QString const& text, QRgb colour);
+  void showError(QString const& text);
   void pick(field::PaletteEntryS const& entry);
   void runInFormula(field::CommandE command);
-  void copyAs(QString const& form);
-  /// The selection of the formula, or all of it, as a text; empty when it has none in that form.
-  QString textAs(qt::FormulaEdit const& formula, QString const& form) const;
-  /// Shows in the menu what each form would copy.
-  void previewCopies();
 
   // main_window_actions.cpp
   struct ActionS {
@@ -111,6 +108,17 @@ class MainWindow final : public QMainWindow {
   void makeToolBar();
   void showHelp();
   void showAbout();
+
+  // main_window_copies.cpp
+  struct CopyFormS;
+  static std::vector<CopyFormS> const& copyForms();
+  void makeCopyMenu(QMenu& menu);
+  void enableCopies();
+  /// Puts a text on the clipboard; an empty one is none.
+  void copyText(QString const& text);
+  void copyPicture();
+  /// Shows in the menu what each form would copy.
+  void previewCopies();
 
   // main_window_files.cpp
   /// Asks what to do with unsaved changes. Returns false when the sheet is to stay.

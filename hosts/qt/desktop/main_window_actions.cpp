@@ -103,17 +103,7 @@ void MainWindow::makeEditMenu() {
   menu.addSeparator();
   add(menu, {"cut", "Cu&t", "Ctrl+X"}, [this] { runInFormula(field::COMMAND_CUT); });
   add(menu, {"copy", "&Copy", "Ctrl+C"}, [this] { runInFormula(field::COMMAND_COPY); });
-  QMenu& copyMenu = *menu.addMenu(tr("Copy F&ormula As"));
-  add(copyMenu, {"copy-text", "&Text", "Ctrl+Shift+C"}, [this] { copyAs(QStringLiteral("text")); });
-  add(copyMenu, {"copy-latex", "&LaTeX", ""}, [this] { copyAs(QStringLiteral("latex")); });
-  add(copyMenu, {"copy-mathml", "&MathML", ""}, [this] { copyAs(QStringLiteral("mathml")); });
-  add(copyMenu, {"copy-words", "&Words", ""}, [this] { copyAs(QStringLiteral("words")); });
-  add(copyMenu, {"copy-prefix", "&Prefix Notation", ""}, [this] { copyAs(QStringLiteral("prefix")); });
-  connect(&copyMenu, &QMenu::aboutToShow, this, &MainWindow::previewCopies);
-  connect(&copyMenu, &QMenu::aboutToHide, this, [&copyMenu] {
-    for (QAction* const copy : copyMenu.actions()) copy->setText(copy->text().section(u'\t', 0, 0));
-  });
-  add(copyMenu, {"copy-picture", "P&icture", ""}, [this] { copyAs(QStringLiteral("picture")); });
+  makeCopyMenu(*menu.addMenu(tr("Copy F&ormula As")));
   add(menu, {"paste", "&Paste", "Ctrl+V"}, [this] { runInFormula(field::COMMAND_PASTE); });
   menu.addSeparator();
   add(menu, {"select-all", "Select &All", "Ctrl+A"}, [this] { runInFormula(field::COMMAND_SELECT_ALL); });

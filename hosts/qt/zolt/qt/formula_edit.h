@@ -39,6 +39,10 @@ class FormulaEdit : public EditField {
   Q_PROPERTY(QString latex READ latex WRITE setLatex NOTIFY expressionChanged)
   /// The same in MathML; read are presentation and content.
   Q_PROPERTY(QString mathMl READ mathMl WRITE setMathMl NOTIFY expressionChanged)
+  /// The same in MathJSON: ["Divide",["Sqrt",["Add",["Power","x",2],1]],2].
+  Q_PROPERTY(QString mathJson READ mathJson WRITE setMathJson NOTIFY expressionChanged)
+  /// The same in Typst: "frac(sqrt(x^(2) + 1), 2)".
+  Q_PROPERTY(QString typst READ typst NOTIFY expressionChanged)
   /// The current formula, complete or not, in tree notation.
   Q_PROPERTY(QString tree READ tree WRITE setTree NOTIFY expressionChanged)
   Q_PROPERTY(bool complete READ isComplete NOTIFY expressionChanged)
@@ -101,6 +105,9 @@ class FormulaEdit : public EditField {
   bool setLatex(QString const& latex);
   QString mathMl() const;
   bool setMathMl(QString const& mathMl);
+  QString mathJson() const;
+  bool setMathJson(QString const& mathJson);
+  QString typst() const;
   QString tree() const;
   bool setTree(QString const& tree);
   /// Null when the formula is incomplete. The call does not move the caret or the selection.

@@ -50,6 +50,8 @@ struct PictureOptionsS {
   oss::wstring expression;
   /// The formula in words: what screen readers say for an SVG picture, and the title of SVG and PDF files.
   oss::wstring spokenText;
+  /// The language of these words in an SVG picture, "de"; empty: that of the page around.
+  std::string spokenLanguage;
   /// What is copied and searched for in a PDF picture; when empty, the letters one by one.
   oss::wstring plainText;
 };

@@ -187,6 +187,7 @@ class WriterC {
              (options_.svgUnit == SVG_UNIT_PX ? "px" : "") + '"';
     }
     if (!options_.spokenText.empty()) {
+      if (!options_.spokenLanguage.empty()) out += " lang=\"" + escape(options_.spokenLanguage) + '"';
       out += " role=\"img\" aria-label=\"" + escape(toCleanUtf8(options_.spokenText)) + '"';
     }
     return out + ">\n";
