@@ -1,0 +1,117 @@
+#include "hosts/web/bridge/bridge_state.h"
+#include "zolt/ved/tree/node4.h"
+
+// Showing: frames and pictures.
+
+namespace zolt::web {
+
+namespace {
+
+void appendSize(std::vector<std::int32_t>& words, math::ved::ViewZNT4C const& view) {
+  math::ved::PointS const size = view.getExpressionSize();
+  words[ZOLT_FRAME_WIDTH] = static_cast<std::int32_t>(size.x);
+  words[ZOLT_FRAME_HEIGHT] = static_cast<std::int32_t>(size.y);
+  words[ZOLT_FRAME_BASELINE] = toWord(view.getBaseline());
+}
+
+void putBox(std::vector<std::int32_t>& words, std::size_t at, math::ved::RectangleS const& box) {
+  std::size_t i = at;
+  for (long const edge : {box.left, box.top, box.right, box.bottom}) {
+    words[i++] = static_cast<std::int32_t>(edge);
+  }
+}
+
+std::int32_t getFlags(FieldS const& field) {
+  math::ved::ViewZNT4C const& view = field.field.crefView();
+  math::ved::SelectionS const whole = view.getWhole();
+  std::int32_t flags = 0;
+  auto const set = [&](bool condition, ZoltFlagE flag) { flags |= condition ? flag : 0; };
+  set(whole.anchor == whole.caret, ZOLT_FLAG_EMPTY);
+  set(view.isSelected(), ZOLT_FLAG_SELECTED);
+  set(bool(view.crefComposition().place), ZOLT_FLAG_COMPOSES);
+  set(field.field.crefCompletion().isOpen(), ZOLT_FLAG_COMPLETES);
+  set(field.field.isEditable(), ZOLT_FLAG_EDITABLE);
+  set(field.field.isEnabled(field::COMMAND_UNDO), ZOLT_FLAG_CAN_UNDO);
+  set(field.field.isEnabled(field::COMMAND_REDO), ZOLT_FLAG_CAN_REDO);
+  return flags;
+}
+
+std::int32_t const* finish(std::vector<std::int32_t>& words) {
+  words[ZOLT_FRAME_WORDS] = toNumber(words.size());
+  return words.data();
+}
+
+}  // namespace
+
+}  // namespace zolt::web
+
+using namespace zolt::web;
+using zolt::math::ved::RectangleS;
+
+std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32_t top, std::int32_t right,
+                               std::int32_t bottom) {
+  FieldS* const shown = module().find(field);
+  if (!shown) return nullptr;
+  auto& formula = shown->field;
+  std::vector<std::int32_t>& words = shown->frame;
+  words.assign(ZOLT_FRAME_HEAD, 0);
+  appendSize(words, formula.crefView());
+  words[ZOLT_FRAME_REVISION] = shown->revision;
+  words[ZOLT_FRAME_HISTORY] = toNumber(formula.crefView().getHistoryPosition());
+  words[ZOLT_FRAME_FLAGS] = getFlags(*shown);
+  putBox(words, ZOLT_FRAME_CARET, formula.getCaretRectangle());
+  putBox(words, ZOLT_FRAME_ANCHOR, formula.getAnchorRectangle());
+  if (RectangleS reveal; formula.takeRevealRequest(reveal)) {
+    words[ZOLT_FRAME_FLAGS] |= ZOLT_FLAG_REVEAL;
+    putBox(words, ZOLT_FRAME_REVEAL, reveal);
+  }
+  if (words[ZOLT_FRAME_FLAGS] & ZOLT_FLAG_COMPOSES) {
+    putBox(words, ZOLT_FRAME_COMPOSED,
+           formula.getComposedRectangle(0, formula.crefView().crefComposition().text.size()));
+  }
+  words[ZOLT_FRAME_BANDS] = toNumber(words.size());
+  auto const bands = formula.getSelectionRectangles();
+  words[ZOLT_FRAME_NUM_BANDS] = toNumber(bands.size());
+  for (RectangleS const& band : bands) append(words, band);
+  words[ZOLT_FRAME_LIST] = toNumber(words.size());
+  std::optional<RectangleS> clip;
+  if (right > left) clip = RectangleS(left, top, right, bottom);
+  shown->surface->begin(words, clip);
+  formula.crefView().display(0, 0);
+  shown->surface->end();
+  return finish(words);
+}
+
+std::int32_t zolt_revision(std::int32_t field) {
+  return askField(field, 0, [](FieldS const& shown) { return shown.revision; });
+}
+
+std::int32_t zolt_moves(std::int32_t field) {
+  return askField(field, 0, [](FieldS const& shown) { return shown.moves; });
+}
+
+std::int32_t const* zolt_picture(std::int32_t length) {
+  FieldS& scratch = module().refScratch();
+  if (!scratch.field.setNotation(module().takeText(length))) return nullptr;
+  std::vector<std::int32_t>& words = scratch.frame;
+  words.assign(ZOLT_FRAME_HEAD, 0);
+  auto const& view = scratch.field.crefView();
+  appendSize(words, view);
+  words[ZOLT_FRAME_BANDS] = words[ZOLT_FRAME_LIST] = toNumber(words.size());
+  scratch.surface->begin(words, std::nullopt);
+  // Without a caret, every empty place is shown.
+  view.crefRoot().display(view.crefGraphics(), 0, 0, &view.crefRoot());
+  scratch.surface->end();
+  return finish(words);
+}
+
+std::int32_t zolt_faces(void) {
+  auto const& fonts = module().getTypesetter()->getFonts();
+  zolt::oss::wstring names;
+  for (unsigned face = 0; face < fonts.getFaceCount(); ++face) {
+    if (face > 0) names += u'\0';
+    for (char const c : fonts.getFaceName(face)) names += static_cast<char16_t>(c);
+    if (fonts.isItalic(face)) names += u" italic";
+  }
+  return module().answer(names);
+}

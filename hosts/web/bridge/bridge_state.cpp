@@ -1,0 +1,199 @@
+#include "hosts/web/bridge/bridge_state.h"
+
+#include <algorithm>
+
+#include "hosts/web/bridge/font_metrics.h"
+#include "zolt/catalogue/standard_operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
+#include "zolt/exchange/latex.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/readable_text.h"
+#include "zolt/mathml/mathml.h"
+#include "zolt/ved/operators/operator_list_repository.h"
+
+namespace zolt::web {
+
+using math::algexpr::AlgebraicExpressionC;
+using math::algexpr::CASSessionBC;
+
+namespace {
+
+/// A buffer of more units than this is given back when little of it is used.
+constexpr std::size_t largest_kept = 1 << 16;
+
+PointerTC<surfaces::TypesetterC> makeTypesetter(surfaces::NumberLookE look) {
+  std::string error;
+  PointerTC<surfaces::TypesetterC> const typesetter(
+      new surfaces::TypesetterC(surfaces::FontSetC::fromMemory(getFontMetrics(), error)));
+  typesetter->setNumberLook(look);
+  return typesetter;
+}
+
+template <class VectorT>
+auto* makeRoom(VectorT& buffer, std::int32_t room) {
+  std::size_t const wanted = toCount(room);
+  if (wanted > buffer.size()) buffer.resize(wanted);
+  return buffer.data();
+}
+
+}  // namespace
+
+FieldS::FieldS(PointerTC<field::ClipboardABC> const& clipboard)
+    : surface(new DisplayListC(module().getTypesetter())), field(surface) {
+  field.setClipboard(clipboard);
+  field.takeChange();
+}
+
+ModuleC& ModuleC::get() {
+  // It is never destroyed: a module ends with its page.
+  static ModuleC& module = *new ModuleC;
+  return module;
+}
+
+ModuleC::ModuleC()
+    : clipboard_(new field::MemoryClipboardC),
+      typesetter_(makeTypesetter(surfaces::NUMBERS_AS_TYPED)),
+      powersTypesetter_(makeTypesetter(surfaces::NUMBERS_WITH_POWERS)) {}
+
+bool ModuleC::start(bool extended) {
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  if (!operators->crefByName().empty()) return false;
+  catalogue::registerStandardOperators(*operators);
+  if (extended) catalogue_extended::registerExtendedOperators(*operators);
+  renewReserve();
+  return true;
+}
+
+FieldS* ModuleC::find(std::int32_t number) const {
+  std::size_t const index = toCount(number);
+  return index == 0 || index > fields_.size() ? nullptr : fields_[index - 1].get();
+}
+
+std::int32_t ModuleC::open() {
+  auto const free = std::find(fields_.begin(), fields_.end(), nullptr);
+  auto field = std::make_unique<FieldS>(clipboard_);
+  if (free != fields_.end()) {
+    *free = std::move(field);
+    return static_cast<std::int32_t>(free - fields_.begin()) + 1;
+  }
+  fields_.push_back(std::move(field));
+  return static_cast<std::int32_t>(fields_.size());
+}
+
+void ModuleC::close(std::int32_t number) {
+  if (!find(number)) return;
+  fields_[toCount(number) - 1] = nullptr;
+  while (!fields_.empty() && !fields_.back()) fields_.pop_back();
+}
+
+FieldS& ModuleC::refScratch() {
+  if (!scratch_) scratch_ = std::make_unique<FieldS>(new field::MemoryClipboardC);
+  return *scratch_;
+}
+
+std::u16string_view ModuleC::viewText(std::int32_t from, std::int32_t length) const {
+  return std::u16string_view(text_.data(), text_.size())
+      .substr(std::min(toCount(from), toNumber(text_.size()) < from ? text_.size() : toCount(from)),
+              toCount(length));
+}
+
+wstring ModuleC::takeText(std::int32_t length) const { return wstring(viewText(0, length)); }
+
+std::int32_t ModuleC::answer(std::u16string_view text) {
+  if (text_.size() > largest_kept && text.size() <= largest_kept) std::vector<char16_t>().swap(text_);
+  if (text_.size() < text.size()) text_.resize(text.size());
+  std::copy(text.begin(), text.end(), text_.begin());
+  return textLength_ = toNumber(text.size());
+}
+
+char16_t* ModuleC::roomForText(std::int32_t room) { return makeRoom(text_, room); }
+std::int32_t* ModuleC::roomForNumbers(std::int32_t room) { return makeRoom(numbers_, room); }
+
+bool settle(FieldS& field, unsigned long position) {
+  bool const stays = !isShort();
+  if (!stays) {
+    auto& view = field.field.refView();
+    while (view.getHistoryPosition() > position && view.undo()) continue;
+    module().noteShortage();
+    renewReserve();
+  }
+  math::ved::SelectionS const selection = field.field.crefView().getSelection();
+  if (selection.caret != field.seen.caret || selection.anchor != field.seen.anchor) ++field.moves;
+  field.seen = selection;
+  if (field.field.takeChange()) {
+    ++field.revision;
+    field.announcesEdit = true;
+  }
+  return stays;
+}
+
+std::int32_t answerError(math::common::ReadErrorS const& error, math::ved::RectangleS const& box) {
+  std::vector<std::int32_t> numbers{error.cause, toNumber(error.begin), toNumber(error.end)};
+  append(numbers, box);
+  module().answer(std::move(numbers));
+  module().answer(error.message);
+  return error.cause;
+}
+
+std::int32_t answerExpression(ExpressionT const& expression, std::int32_t form, FieldS const& field) {
+  if (!expression) return -1;
+  switch (form) {
+    case ZOLT_PLAIN:
+      return module().answer(exchange::toPlainText(*expression));
+    case ZOLT_PREFIX:
+      return module().answer(expression->toPrefixString());
+    case ZOLT_LATEX:
+      return module().answer(exchange::toLatex(*expression));
+    case ZOLT_MATHML:
+      return module().answer(mathml::toMathml(*expression));
+    case ZOLT_CONTENT_MATHML:
+      return module().answer(mathml::toContentMathml(*expression));
+    case ZOLT_WORDS:
+      return module().answer(field::toSpeech(expression, field.speech.getStyle()));
+    default:
+      return -1;
+  }
+}
+
+ExpressionT readMathml(std::int32_t length, std::int32_t numbers, math::common::ReadErrorS& error) {
+  std::vector<std::int32_t> const& words = module().crefNumbers();
+  std::size_t const count = std::min(toCount(numbers), static_cast<unsigned long>(words.size()));
+  mathml::MathmlTreeC tree;
+  std::int32_t at = 0;
+  for (std::size_t i = 0; i + 1 < count; i += 2) {
+    std::int32_t const size = words[i + 1];
+    if (size < 0 || size > length - at) break;
+    std::u16string_view const text = module().viewText(at, size);
+    at += size;
+    switch (words[i]) {
+      case ZOLT_MATHML_OPEN:
+        tree.open(text, 0);
+        break;
+      case ZOLT_MATHML_ATTRIBUTE: {
+        std::size_t const name = i + 2 < count ? toCount(words[i + 2]) : 0;
+        tree.addAttribute(text.substr(0, name), text.substr(std::min(name, text.size())));
+        ++i;
+        break;
+      }
+      case ZOLT_MATHML_TEXT:
+        tree.addText(text);
+        break;
+      default:
+        if (!tree.close(0)) return nullptr;
+    }
+  }
+  if (!tree.isComplete()) {
+    error.cause = math::common::READ_ERROR_BAD_MARKUP;
+    error.message = describe(error.cause);
+    return nullptr;
+  }
+  return mathml::fromMathml(tree, CASSessionBC::getSession(), &error);
+}
+
+void append(std::vector<std::int32_t>& words, math::ved::RectangleS const& box) {
+  for (long const edge : {box.left, box.top, box.right, box.bottom}) {
+    words.push_back(static_cast<std::int32_t>(edge));
+  }
+}
+
+}  // namespace zolt::web

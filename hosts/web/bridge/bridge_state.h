@@ -1,0 +1,122 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "hosts/web/bridge/bridge.h"
+#include "hosts/web/bridge/display_list.h"
+#include "hosts/web/bridge/memory_reserve.h"
+#include "zolt/field/caret_speech.h"
+#include "zolt/field/formula_field.h"
+#include "zolt/mathml/mathml_tree.h"
+
+// Internal to the bridge: what its calls share.
+
+namespace zolt::web {
+
+using oss::PointerTC;
+using oss::wstring;
+using ExpressionT = PointerTC<math::algexpr::AlgebraicExpressionC>;
+
+/// A field of the page and what the page wants it to be.
+struct FieldS {
+  explicit FieldS(PointerTC<field::ClipboardABC> const& clipboard);
+
+  PointerTC<DisplayListC> surface;
+  field::FormulaFieldC field;
+  field::CaretSpeechC speech;
+  bool announcesEdit = false;  // the formula has changed since the last announcement
+  std::int32_t revision = 0;
+  std::int32_t moves = 0;
+  math::ved::SelectionS seen;  // only to be compared with, since its nodes may be gone
+  std::vector<std::int32_t> frame;
+  unsigned long precision = 0;
+  math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
+  // What was set last, and what came of it, so that setting it once more costs nothing.
+  wstring setText;
+  std::int32_t setForm = -1;
+  std::int32_t setRevision = -1;
+};
+
+/// The clipboard of the module, and what the last copy or paste is about.
+class ModuleC {
+ public:
+  static ModuleC& get();
+
+  /// Null when there is none of that number.
+  FieldS* find(std::int32_t number) const;
+  std::int32_t open();
+  void close(std::int32_t number);
+
+  PointerTC<field::MemoryClipboardC> const& getClipboard() const { return clipboard_; }
+  PointerTC<surfaces::TypesetterC> const& getTypesetter() const { return typesetter_; }
+  PointerTC<surfaces::TypesetterC> const& getPowersTypesetter() const { return powersTypesetter_; }
+  /// A field for questions that are about none of the page's.
+  FieldS& refScratch();
+
+  /// The first units of the text buffer.
+  wstring takeText(std::int32_t length) const;
+  std::u16string_view viewText(std::int32_t from, std::int32_t length) const;
+  std::int32_t answer(std::u16string_view text);
+  void answer(std::vector<std::int32_t> numbers) { numbers_ = std::move(numbers); }
+  std::vector<std::int32_t> const& crefNumbers() const { return numbers_; }
+  char16_t* roomForText(std::int32_t room);
+  std::int32_t* roomForNumbers(std::int32_t room);
+  std::int32_t getTextLength() const { return textLength_; }
+
+  bool start(bool extended);
+  void noteShortage() { hadShortage_ = true; }
+  bool takeShortage() { return std::exchange(hadShortage_, false); }
+
+ private:
+  ModuleC();
+
+  std::vector<std::unique_ptr<FieldS>> fields_;  // the number of a field is its place here, from 1 on
+  std::unique_ptr<FieldS> scratch_;
+  PointerTC<field::MemoryClipboardC> clipboard_;
+  PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;
+  std::vector<char16_t> text_;
+  std::int32_t textLength_ = 0;
+  std::vector<std::int32_t> numbers_;
+  bool hadShortage_ = false;
+};
+
+inline ModuleC& module() { return ModuleC::get(); }
+
+/// Notes what an act has changed, or takes it back when memory ran out; true when it stays. `position` is
+/// where the history was before.
+bool settle(FieldS& field, unsigned long position);
+
+/// Runs `act` on the field; false, when there is none.
+template <class ActT>
+std::int32_t withField(std::int32_t number, ActT act) {
+  FieldS* const field = module().find(number);
+  if (!field) return 0;
+  unsigned long const position = field->field.crefView().getHistoryPosition();
+  bool const done = act(*field);
+  return settle(*field, position) && done ? 1 : 0;
+}
+
+/// Asks the field, which stays as it is; `none` when there is no such field.
+template <class AskT>
+std::int32_t askField(std::int32_t number, std::int32_t none, AskT ask) {
+  FieldS* const field = module().find(number);
+  return field ? ask(*field) : none;
+}
+
+/// Answers with a fault of a formula or of a text; returns its cause.
+std::int32_t answerError(math::common::ReadErrorS const& error, math::ved::RectangleS const& box = {});
+/// The expression in that form; -1 when it has none.
+std::int32_t answerExpression(ExpressionT const& expression, std::int32_t form, FieldS const& field);
+/// Reads MathML from the buffers.
+[[nodiscard]] ExpressionT readMathml(std::int32_t length, std::int32_t numbers,
+                                     math::common::ReadErrorS& error);
+
+void append(std::vector<std::int32_t>& words, math::ved::RectangleS const& box);
+inline std::int32_t toNumber(unsigned long value) { return static_cast<std::int32_t>(value); }
+inline unsigned long toCount(std::int32_t value) { return value < 0 ? 0 : static_cast<unsigned long>(value); }
+
+}  // namespace zolt::web

@@ -1,0 +1,190 @@
+#include <algorithm>
+
+#include "hosts/web/bridge/bridge_state.h"
+#include "zolt/exchange/latex.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/field/readable_text.h"
+#include "zolt/mathml/mathml.h"
+
+// Values and the clipboard.
+
+using namespace zolt::web;
+using namespace zolt::field;
+using zolt::math::algexpr::AlgebraicExpressionC;
+using zolt::math::algexpr::CASSessionBC;
+
+namespace {
+
+enum SetE : std::int32_t { SET_REFUSED = 0, SET_DONE = 1, SET_SAME = 2 };
+
+/// Null without an error: the text is that of an empty formula.
+ExpressionT read(wstring const& text, std::int32_t form, ReadErrorS& error) {
+  bool const isBlank = text.find_first_not_of(u" \t\r\n") == text.npos;
+  if (isBlank) return nullptr;
+  auto const session = CASSessionBC::getSession();
+  switch (form) {
+    case ZOLT_PLAIN:
+      return zolt::exchange::fromPlainText(text, session, &error);
+    case ZOLT_PREFIX:
+      return AlgebraicExpressionC::fromPrefixString(text, session, &error);
+    case ZOLT_LATEX:
+      return zolt::exchange::fromLatex(text, session, &error);
+    default:
+      error.cause = zolt::math::common::READ_ERROR_NO_MEANING;
+      error.message = describe(error.cause);
+      return nullptr;
+  }
+}
+
+bool isShown(FieldS const& shown, ExpressionT const& expression) {
+  auto const [start, end] = shown.field.crefView().getWhole();
+  if (!expression) return start == end;
+  auto const now = shown.field.diagnose().expression;
+  return now && now->equals(*expression);
+}
+
+SetE show(FieldS& shown, ExpressionT const& expression, ReadErrorS& error) {
+  if (error.cause != zolt::math::common::READ_ERROR_NONE) return SET_REFUSED;
+  if (isShown(shown, expression)) return SET_SAME;
+  if (shown.field.setExpression(expression, shown.precision, shown.format)) return SET_DONE;
+  error.cause = zolt::math::common::READ_ERROR_NOT_ALLOWED;
+  error.message = shown.field.explainRefusal(*expression);
+  return SET_REFUSED;
+}
+
+std::int32_t finishSet(FieldS& shown, SetE done, ReadErrorS const& error) {
+  settle(shown, shown.field.crefView().getHistoryPosition());
+  if (done == SET_REFUSED) answerError(error);
+  return done;
+}
+
+zolt::oss::wstring toUnits(zolt::oss::bytestring const& bytes) { return {bytes.begin(), bytes.end()}; }
+
+std::int32_t answerDiagnosis(FormulaErrorS const& error, bool isExpression) {
+  return isExpression ? answerError({}) : answerError(error, error.box);
+}
+
+}  // namespace
+
+std::int32_t zolt_get(std::int32_t field, std::int32_t form) {
+  return askField(field, -1, [&](FieldS const& shown) {
+    if (form == ZOLT_TREE) return module().answer(shown.field.writeNotation());
+    if (form == ZOLT_WORDS) {
+      return module().answer(makeReadableText(shown.field.crefView(), shown.speech.getStyle()).text);
+    }
+    if (isShown(shown, nullptr)) return module().answer(u"");
+    return answerExpression(shown.field.diagnose().expression, form, shown);
+  });
+}
+
+std::int32_t zolt_convert(std::int32_t length, std::int32_t form) {
+  return answerExpression(AlgebraicExpressionC::fromPrefixString(module().takeText(length)), form,
+                          module().refScratch());
+}
+
+std::int32_t zolt_set(std::int32_t field, std::int32_t form, std::int32_t length) {
+  return askField(field, SET_REFUSED, [&](FieldS& shown) -> std::int32_t {
+    auto const text = module().takeText(length);
+    ReadErrorS error;
+    if (form == ZOLT_TREE) {
+      bool const done = shown.field.setNotation(text);
+      if (!done) error.cause = zolt::math::common::READ_ERROR_NO_MEANING;
+      if (!done) error.message = describe(error.cause);
+      return finishSet(shown, done ? SET_DONE : SET_REFUSED, error);
+    }
+    bool const isRepeated =
+        shown.setForm == form && shown.setRevision == shown.revision && shown.setText == text;
+    if (isRepeated) return SET_SAME;
+    ExpressionT const expression = read(text, form, error);
+    std::int32_t const done = finishSet(shown, show(shown, expression, error), error);
+    shown.setForm = done == SET_REFUSED ? -1 : form;
+    shown.setRevision = shown.revision;
+    shown.setText = text;
+    return done;
+  });
+}
+
+std::int32_t zolt_set_mathml(std::int32_t field, std::int32_t length, std::int32_t numbers) {
+  return askField(field, SET_REFUSED, [&](FieldS& shown) {
+    ReadErrorS error;
+    ExpressionT const expression = numbers > 0 ? readMathml(length, numbers, error) : nullptr;
+    return finishSet(shown, show(shown, expression, error), error);
+  });
+}
+
+void zolt_clear(std::int32_t field) {
+  withField(field, [](FieldS& shown) {
+    shown.field.clear();
+    return true;
+  });
+}
+
+std::int32_t zolt_diagnose(std::int32_t field) {
+  return askField(field, 0, [](FieldS const& shown) {
+    FormulaDiagnosisS const found = shown.field.diagnose();
+    return answerDiagnosis(found.error, bool(found.expression));
+  });
+}
+
+std::int32_t zolt_check(std::int32_t field) {
+  std::int32_t cause = 0;
+  withField(field, [&](FieldS& shown) {
+    FormulaErrorS error;
+    bool const isExpression = bool(shown.field.getExpression(&error));
+    cause = answerDiagnosis(error, isExpression);
+    return isExpression;
+  });
+  return cause;
+}
+
+std::int32_t zolt_select_part(std::int32_t field, std::int32_t number) {
+  return withField(field, [&](FieldS& shown) { return shown.field.selectPart(toCount(number)); });
+}
+
+// ---- Clipboard
+
+std::int32_t zolt_clipboard_get(std::int32_t form) {
+  ClipboardContentS const content = module().getClipboard()->read();
+  wstring const own = form == ZOLT_PLAIN    ? content.plainText
+                      : form == ZOLT_PREFIX ? content.prefix
+                      : form == ZOLT_BYTES  ? toUnits(content.bytes)
+                                            : wstring();
+  if (!own.empty()) return module().answer(own);
+  if (form == ZOLT_PLAIN || form == ZOLT_PREFIX || form == ZOLT_BYTES || content.prefix.empty()) return -1;
+  return answerExpression(AlgebraicExpressionC::fromPrefixString(content.prefix), form,
+                          module().refScratch());
+}
+
+void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t latex, std::int32_t bytes) {
+  ClipboardContentS content;
+  std::int32_t at = 0;
+  auto const take = [&](std::int32_t length) {
+    std::u16string_view const text = module().viewText(at, length);
+    at += static_cast<std::int32_t>(text.size());
+    return text;
+  };
+  content.plainText = take(plain);
+  content.prefix = take(prefix);
+  content.latex = take(latex);
+  for (char16_t const unit : take(bytes)) content.bytes += static_cast<unsigned char>(unit);
+  module().getClipboard()->write(content);
+}
+
+std::int32_t zolt_clipboard_set_mathml(std::int32_t length, std::int32_t numbers) {
+  ReadErrorS error;
+  ExpressionT const expression = readMathml(length, numbers, error);
+  if (!expression) return 0;
+  ClipboardContentS content;
+  content.prefix = expression->toPrefixString();
+  module().getClipboard()->write(content);
+  return 1;
+}
+
+std::int32_t zolt_paste(std::int32_t field) {
+  PasteE pasted = PASTE_REFUSED;
+  withField(field, [&](FieldS& shown) {
+    pasted = shown.field.paste(module().getClipboard()->read());
+    return pasted != PASTE_REFUSED;
+  });
+  return pasted == PASTE_DONE ? 1 : pasted == PASTE_AS_CHARACTERS ? 2 : 0;
+}

@@ -1,0 +1,103 @@
+// The module under Node.js, through the objects that pages use. Run by ctest in the preset "web":
+//   node --test module.test.mjs    with ZOLT_WEB_MODULE naming the .wasm file
+import assert from "node:assert/strict";
+import { readFile } from "node:fs/promises";
+import test from "node:test";
+import { Flag, Form, FormulaModule, Frame, SetResult } from "../../hosts/web/module/zolt_module.mjs";
+
+const module = await FormulaModule.load(await readFile(process.env.ZOLT_WEB_MODULE));
+
+function withField(name, run) {
+  test(name, () => {
+    const field = module.open();
+    const command = (wanted) => field.run(module.findCommand(wanted));
+    run(field, (text) => [...text].every((c) => field.type(c)), command);
+    field.close();
+  });
+}
+
+withField("what is typed is shown and handed out", (field, type) => {
+  assert.ok(type("sqrt(x+1)/2"));
+  assert.equal(field.get(Form.prefix), "/(sqrt(+(x,1)),2)");
+  const { revision, moves } = field;
+  field.run(module.findCommand("home"));
+  assert.ok(field.revision === revision && field.moves !== moves);
+  const { ints, floats } = field.frame();
+  assert.ok(ints[Frame.width] > 30 && floats[Frame.baseline] > 9 && ints[Frame.list] >= Frame.head);
+  assert.equal(ints[Frame.flags] & (Flag.editable | Flag.empty | Flag.canUndo), Flag.editable | Flag.canUndo);
+});
+
+withField("texts of any length and of any characters cross the border", (field) => {
+  const sum = Array.from({ length: 20000 }, (_, i) => `a${i}`).join("+");
+  assert.equal(field.set(Form.plain, sum), SetResult.done);
+  assert.equal(field.get(Form.plain), sum);
+  assert.equal(field.set(Form.plain, sum), SetResult.same);
+  assert.equal(field.set(Form.plain, "λ+𝛼"), SetResult.done);
+  assert.equal(field.get(Form.plain), "λ+𝛼");
+});
+
+withField("a refusal has its sentence and its place", (field) => {
+  assert.equal(field.set(Form.latex, "1+\\fracc{a}{b}"), SetResult.refused);
+  const { message, begin, end } = module.fault();
+  assert.match(message, /frac/);
+  assert.deepEqual([begin, end], [2, 8]);
+});
+
+// A tree of nodes as a browser makes them.
+function parse(text) {
+  const root = { nodeType: 1, localName: "none", attributes: [], childNodes: [] };
+  let at = root;
+  for (const [, close, name, attributes, character] of text.matchAll(/<(\/?)(\w+)([^>]*)>|([^<]+)/g)) {
+    if (close) at = at.parentNode;
+    else {
+      const node = name
+        ? { nodeType: 1, localName: name, childNodes: [], attributes: [...attributes.matchAll(/(\w+)="(.*?)"/g)].map(([, n, value]) => ({ name: n, value })) }
+        : { nodeType: 3, data: character, childNodes: [] };
+      node.parentNode = at;
+      at.childNodes.push(node);
+      if (name) at = node;
+    }
+  }
+  const link = (node) => {
+    node.firstChild = node.childNodes[0] ?? null;
+    node.childNodes.forEach((child, i) => ((child.nextSibling = node.childNodes[i + 1] ?? null), link(child)));
+  };
+  link(root);
+  return root.firstChild;
+}
+
+withField("MathML is read from the browser's elements", (field) => {
+  const fenced = '<math><mfenced open="|" close="|"><mfrac><mi>a</mi><msup><mi>b</mi><mn>2</mn></msup></mfrac></mfenced></math>';
+  assert.equal(field.setMathml(parse(fenced)), SetResult.done);
+  assert.equal(field.get(Form.prefix), "abs(/(a,^(b,2)))");
+  assert.equal(field.set(Form.prefix, "sin(x)"), SetResult.done);
+  const text = field.get(Form.mathml);
+  field.clear();
+  assert.equal(field.setMathml(parse(text.replaceAll("&#x2061;", "\u2061"))), SetResult.done);
+  assert.equal(field.get(Form.prefix), "sin(x)");
+});
+
+withField("menus and the palette are complete", (field, type, command) => {
+  const { commands, palette } = module;
+  assert.ok(commands.some(({ name, keys, modifies }) => name === "undo" && keys.startsWith("Ctrl+Z,") && modifies));
+  assert.equal(commands[module.findKeys("Ctrl+A")].name, "select-all");
+  assert.ok(palette.every(({ title, entries }) => title && entries.every((entry) => entry.title && entry.picture)));
+  for (const { entries } of palette) for (const { picture } of entries) assert.ok(module.picture(picture).ints[Frame.width] > 0);
+  const entries = palette.flatMap((group) => group.entries);
+  assert.equal(entries[module.search("sqrt").indexOf(3)].title, "Square root");
+  assert.ok(type("\\sq"));
+  const list = field.completion();
+  assert.equal(list.entries[list.current].title, "Square root");
+  assert.ok(field.accept(list.current) && type("4") && command("out-right") && type("a"));
+  assert.equal(field.get(Form.prefix), "*(sqrt(4),a)");
+});
+
+withField("a listener hears what happens", (field, type, command) => {
+  assert.equal(field.announce().text, "");
+  type("a/b");
+  field.announce();
+  command("left");
+  command("left");
+  assert.match(field.announce().text, /\w/);
+  assert.match(field.getWords().text, /a over b|fraction/);
+});
