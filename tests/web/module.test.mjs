@@ -1,11 +1,13 @@
-// The module under Node.js, through the objects that pages use. Run by ctest in the preset "web":
-//   node --test module.test.mjs    with ZOLT_WEB_MODULE naming the .wasm file
+// The modules under Node.js, through the objects that pages use. Run by ctest in the preset "web":
+//   node --test module.test.mjs    with ZOLT_WEB_BUILD naming the folder of the .wasm files
 import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import test from "node:test";
+import { FormulaEngine, Operation, Outcome } from "../../hosts/web/module/zolt_engine.mjs";
 import { Flag, Form, FormulaModule, Frame, SetResult } from "../../hosts/web/module/zolt_module.mjs";
 
-const module = await FormulaModule.load(await readFile(process.env.ZOLT_WEB_MODULE));
+const readModule = (name) => readFile(`${process.env.ZOLT_WEB_BUILD}/${name}.wasm`);
+const module = await FormulaModule.load(await readModule("zolt"));
 
 function withField(name, run) {
   test(name, () => {
@@ -100,4 +102,22 @@ withField("a listener hears what happens", (field, type, command) => {
   command("left");
   assert.match(field.announce().text, /\w/);
   assert.match(field.getWords().text, /a over b|fraction/);
+});
+
+test("the engine computes, remembers and gives up in time", async () => {
+  const engine = await FormulaEngine.load(await readModule("zolt_engine"));
+  assert.deepEqual(engine.compute({ expression: "+(/(1,3),/(1,6))" }), { outcome: Outcome.value, text: "/(1,2)", certainDigits: -1, part: -1 });
+  const root = engine.compute({ expression: "sqrt(2)", operation: Operation.approximate, digits: 5 });
+  assert.ok(root.text === "1.4142" && root.certainDigits >= 5);
+  assert.equal(engine.compute({ expression: "^(x,2)", operation: Operation.differentiate, variable: "x" }).text, "*(2,x)");
+  assert.equal(engine.compute({ expression: ":=(a,2)" }).outcome, Outcome.value);
+  assert.equal(engine.compute({ expression: "*(a,3)" }).text, "6");
+  engine.forget();
+  assert.equal(engine.compute({ expression: "*(a,3)" }).text, "*(3,a)");
+  const failed = engine.compute({ expression: "+(1,/(1,0))" });
+  assert.ok(failed.outcome === Outcome.noValue && failed.part === 2 && /zero/.test(failed.text));
+  assert.equal(engine.compute({ expression: "+(1" }).outcome, Outcome.malformed);
+  const started = performance.now();
+  const long = engine.compute({ expression: "sum(x,1,100000000,sin(*(x,x)))", operation: Operation.approximate, milliseconds: 100 });
+  assert.ok(long.outcome === Outcome.unevaluated && performance.now() - started < 5000, long.text);
 });

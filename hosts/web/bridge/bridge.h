@@ -1,21 +1,14 @@
 /* The formula field as plain C functions, for WebAssembly modules and for whatever else calls C.
  *
- * Fields are numbers. Texts and numbers travel through two buffers that all calls share: `zolt_text(room)`
- * and `zolt_numbers(room)` return their start after making room. A caller writes its text to the start of the
- * buffer and passes the length; a call that answers with a text leaves it there and returns its length, or -1
- * for none. Texts are UTF-16. Several texts in one answer are separated by U+0000, which no formula holds. A
- * pointer is valid until the next call (in WebAssembly the whole memory may then be somewhere else).
- *
- * Lengths are in units of the layout: 12 are the size of the letters. A box is left, top, right, bottom.
- * Calls with a result of 1 or 0 answer whether they had an effect; without one nothing has changed. A number
- * that is no open field has no effect. No call is made back to the caller while one runs. When memory runs
- * out, the call is taken back and has no effect (`zolt_take_shortage`). One thread at a time. */
+ * Fields are numbers. Texts and numbers travel as bridge_buffers.h says. Lengths are in units of the layout:
+ * 12 are the size of the letters. A box is left, top, right, bottom. Calls with a result of 1 or 0 answer
+ * whether they had an effect; without one nothing has changed. A number that is no open field has no effect.
+ * No call is made back to the caller while one runs. When memory runs out, the call is taken back and has no
+ * effect
+ * (`zolt_take_shortage`). */
 #pragma once
 
-#include <stdint.h>
-#ifndef __cplusplus
-#include <uchar.h>
-#endif
+#include "hosts/web/bridge/bridge_buffers.h"
 
 /* Raised whenever a call or a number below changes its meaning. */
 #define ZOLT_BRIDGE_VERSION 1
@@ -28,10 +21,6 @@ extern "C" {
 int32_t zolt_version(void);
 /* Once, before everything else. `extended` 0: the standard operators alone. */
 int32_t zolt_start(int32_t extended);
-/* The buffers. What they hold stays, as far as there is room for it; 0 only asks where they are. Null without
- * memory. */
-char16_t* zolt_text(int32_t room);
-int32_t* zolt_numbers(int32_t room);
 /* 1 once after memory has run out and a call was taken back. */
 int32_t zolt_take_shortage(void);
 
@@ -152,7 +141,6 @@ int32_t zolt_set(int32_t field, int32_t form, int32_t length);
  * and for an attribute how many of these are its name. The text of "open" is the name of the element. */
 enum ZoltMathmlE { ZOLT_MATHML_OPEN, ZOLT_MATHML_ATTRIBUTE, ZOLT_MATHML_TEXT, ZOLT_MATHML_CLOSE };
 int32_t zolt_set_mathml(int32_t field, int32_t length, int32_t numbers);
-int32_t zolt_text_length(void);
 /* Empties the formula. */
 void zolt_clear(int32_t field);
 /* The cause why the formula is no expression, 0 when it is one; sentence and numbers as above. */

@@ -92,7 +92,7 @@ std::int32_t zolt_moves(std::int32_t field) {
 
 std::int32_t const* zolt_picture(std::int32_t length) {
   FieldS& scratch = module().refScratch();
-  if (!scratch.field.setNotation(module().takeText(length))) return nullptr;
+  if (!scratch.field.setNotation(buffers().takeText(length))) return nullptr;
   std::vector<std::int32_t>& words = scratch.frame;
   words.assign(ZOLT_FRAME_HEAD, 0);
   auto const& view = scratch.field.crefView();
@@ -113,5 +113,5 @@ std::int32_t zolt_faces(void) {
     for (char const c : fonts.getFaceName(face)) names += static_cast<char16_t>(c);
     if (fonts.isItalic(face)) names += u" italic";
   }
-  return module().answer(names);
+  return buffers().answer(names);
 }

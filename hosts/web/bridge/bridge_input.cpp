@@ -29,7 +29,7 @@ ReadableTextS wordsOf(FieldS const& shown) {
 void answerBox(RectangleS const& box) {
   std::vector<std::int32_t> numbers;
   append(numbers, box);
-  module().answer(std::move(numbers));
+  buffers().answer(std::move(numbers));
 }
 
 /// Reads a path and a position at `at`, which moves to what is after them; false when there is none.
@@ -50,10 +50,7 @@ bool readPlace(std::vector<std::int32_t> const& numbers, std::size_t count, std:
 
 std::int32_t zolt_version(void) { return ZOLT_BRIDGE_VERSION; }
 std::int32_t zolt_start(std::int32_t extended) { return module().start(extended != 0) ? 1 : 0; }
-char16_t* zolt_text(std::int32_t room) { return module().roomForText(room); }
-std::int32_t* zolt_numbers(std::int32_t room) { return module().roomForNumbers(room); }
 std::int32_t zolt_take_shortage(void) { return module().takeShortage() ? 1 : 0; }
-std::int32_t zolt_text_length(void) { return module().getTextLength(); }
 std::int32_t zolt_open(void) { return module().open(); }
 void zolt_close(std::int32_t field) { module().close(field); }
 
@@ -61,14 +58,14 @@ void zolt_close(std::int32_t field) { module().close(field); }
 
 std::int32_t zolt_type(std::int32_t field, std::int32_t length) {
   return withField(field, [&](FieldS& shown) {
-    auto const text = module().takeText(length);
+    auto const text = buffers().takeText(length);
     return text.size() == 1 ? shown.field.typeCharacter(text[0]) : shown.field.insertText(text);
   });
 }
 
 std::int32_t zolt_compose(std::int32_t field, std::int32_t length, std::int32_t caret) {
   return withField(field, [&](FieldS& shown) {
-    return shown.field.compose(module().takeText(length), std::min(toCount(caret), toCount(length)));
+    return shown.field.compose(buffers().takeText(length), std::min(toCount(caret), toCount(length)));
   });
 }
 
@@ -93,7 +90,7 @@ void zolt_complete(std::int32_t field) {
 
 std::int32_t zolt_insert(std::int32_t field, std::int32_t length) {
   return withField(field,
-                   [&](FieldS& shown) { return shown.field.insertOperator(module().takeText(length)); });
+                   [&](FieldS& shown) { return shown.field.insertOperator(buffers().takeText(length)); });
 }
 
 std::int32_t zolt_pointer(std::int32_t field, std::int32_t act, std::int32_t x, std::int32_t y,
@@ -136,7 +133,7 @@ std::int32_t zolt_take_refusal(std::int32_t field) {
   RefusalS refusal;
   if (!shown || !shown->field.takeRefusal(refusal)) return -1;
   answerError(refusal, refusal.box);
-  return module().getTextLength();
+  return buffers().getTextLength();
 }
 
 // ---- Options
@@ -150,7 +147,7 @@ void zolt_set_editable(std::int32_t field, std::int32_t editable) {
 
 std::int32_t zolt_set_option(std::int32_t field, std::int32_t length, std::int32_t on) {
   return withField(field, [&](FieldS& shown) {
-    auto const name = module().takeText(length);
+    auto const name = buffers().takeText(length);
     if (name == u"powers-of-ten") {
       shown.surface->setTypesetter(on != 0 ? module().getPowersTypesetter() : module().getTypesetter());
       return shown.field.refView().measureAgain();
@@ -167,7 +164,7 @@ void zolt_set_names(std::int32_t field, std::int32_t length) {
     InputOptionsS options = shown.field.getOptions();
     options.names.clear();
     bool begins = true;
-    for (char16_t const c : module().takeText(length)) {
+    for (char16_t const c : buffers().takeText(length)) {
       if (c == u' ') {
         begins = true;
         continue;
@@ -183,7 +180,7 @@ void zolt_set_names(std::int32_t field, std::int32_t length) {
 
 std::int32_t zolt_set_constraints(std::int32_t field, std::int32_t length) {
   return askField(field, -1, [&](FieldS& shown) {
-    auto const text = module().takeText(length);
+    auto const text = buffers().takeText(length);
     std::size_t fault = text.size();
     auto const constraints = zolt::constraints::fromText(text, &fault);
     if (!constraints && fault < text.size()) return static_cast<std::int32_t>(fault);
@@ -225,14 +222,14 @@ std::int32_t zolt_get_selection(std::int32_t field) {
       numbers.push_back(toNumber(path.pos));
     }
     std::int32_t const count = toNumber(numbers.size());
-    module().answer(std::move(numbers));
+    buffers().answer(std::move(numbers));
     return count;
   });
 }
 
 std::int32_t zolt_set_selection(std::int32_t field, std::int32_t numbers) {
   return withField(field, [&](FieldS& shown) {
-    auto const& words = module().crefNumbers();
+    auto const& words = buffers().crefNumbers();
     std::size_t const count = std::min<std::size_t>(toCount(numbers), words.size());
     std::size_t at = 0;
     zolt::math::ved::SelectionPathS path;
@@ -245,8 +242,8 @@ std::int32_t zolt_get_words(std::int32_t field) {
   return askField(field, -1, [](FieldS const& shown) {
     ReadableTextS const words = wordsOf(shown);
     SelectionS const selection = selectionOf(shown);
-    module().answer({toNumber(words.offsetOf(selection.anchor)), toNumber(words.offsetOf(selection.caret))});
-    return module().answer(words.text);
+    buffers().answer({toNumber(words.offsetOf(selection.anchor)), toNumber(words.offsetOf(selection.caret))});
+    return buffers().answer(words.text);
   });
 }
 
@@ -260,8 +257,8 @@ std::int32_t zolt_select_words(std::int32_t field, std::int32_t anchor, std::int
 std::int32_t zolt_get_around(std::int32_t field, std::int32_t reach) {
   return askField(field, -1, [&](FieldS const& shown) {
     SurroundingTextS const around = makeSurroundingText(shown.field.crefView(), toCount(reach));
-    module().answer({toNumber(around.anchor), toNumber(around.caret)});
-    return module().answer(around.text);
+    buffers().answer({toNumber(around.anchor), toNumber(around.caret)});
+    return buffers().answer(around.text);
   });
 }
 
@@ -285,7 +282,7 @@ std::int32_t zolt_announce(std::int32_t field) {
       told = shown.speech.tellMove(view);
     }
     shown.announcesEdit = false;
-    module().answer({told.isPlace ? 1 : 0});
-    return module().answer(told.said);
+    buffers().answer({told.isPlace ? 1 : 0});
+    return buffers().answer(told.said);
   });
 }

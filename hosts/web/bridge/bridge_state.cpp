@@ -18,22 +18,12 @@ using math::algexpr::CASSessionBC;
 
 namespace {
 
-/// A buffer of more units than this is given back when little of it is used.
-constexpr std::size_t largest_kept = 1 << 16;
-
 PointerTC<surfaces::TypesetterC> makeTypesetter(surfaces::NumberLookE look) {
   std::string error;
   PointerTC<surfaces::TypesetterC> const typesetter(
       new surfaces::TypesetterC(surfaces::FontSetC::fromMemory(getFontMetrics(), error)));
   typesetter->setNumberLook(look);
   return typesetter;
-}
-
-template <class VectorT>
-auto* makeRoom(VectorT& buffer, std::int32_t room) {
-  std::size_t const wanted = toCount(room);
-  if (wanted > buffer.size()) buffer.resize(wanted);
-  return buffer.data();
 }
 
 }  // namespace
@@ -91,24 +81,6 @@ FieldS& ModuleC::refScratch() {
   return *scratch_;
 }
 
-std::u16string_view ModuleC::viewText(std::int32_t from, std::int32_t length) const {
-  return std::u16string_view(text_.data(), text_.size())
-      .substr(std::min(toCount(from), toNumber(text_.size()) < from ? text_.size() : toCount(from)),
-              toCount(length));
-}
-
-wstring ModuleC::takeText(std::int32_t length) const { return wstring(viewText(0, length)); }
-
-std::int32_t ModuleC::answer(std::u16string_view text) {
-  if (text_.size() > largest_kept && text.size() <= largest_kept) std::vector<char16_t>().swap(text_);
-  if (text_.size() < text.size()) text_.resize(text.size());
-  std::copy(text.begin(), text.end(), text_.begin());
-  return textLength_ = toNumber(text.size());
-}
-
-char16_t* ModuleC::roomForText(std::int32_t room) { return makeRoom(text_, room); }
-std::int32_t* ModuleC::roomForNumbers(std::int32_t room) { return makeRoom(numbers_, room); }
-
 bool settle(FieldS& field, unsigned long position) {
   bool const stays = !isShort();
   if (!stays) {
@@ -130,8 +102,8 @@ bool settle(FieldS& field, unsigned long position) {
 std::int32_t answerError(math::common::ReadErrorS const& error, math::ved::RectangleS const& box) {
   std::vector<std::int32_t> numbers{error.cause, toNumber(error.begin), toNumber(error.end)};
   append(numbers, box);
-  module().answer(std::move(numbers));
-  module().answer(error.message);
+  buffers().answer(std::move(numbers));
+  buffers().answer(error.message);
   return error.cause;
 }
 
@@ -139,31 +111,31 @@ std::int32_t answerExpression(ExpressionT const& expression, std::int32_t form, 
   if (!expression) return -1;
   switch (form) {
     case ZOLT_PLAIN:
-      return module().answer(exchange::toPlainText(*expression));
+      return buffers().answer(exchange::toPlainText(*expression));
     case ZOLT_PREFIX:
-      return module().answer(expression->toPrefixString());
+      return buffers().answer(expression->toPrefixString());
     case ZOLT_LATEX:
-      return module().answer(exchange::toLatex(*expression));
+      return buffers().answer(exchange::toLatex(*expression));
     case ZOLT_MATHML:
-      return module().answer(mathml::toMathml(*expression));
+      return buffers().answer(mathml::toMathml(*expression));
     case ZOLT_CONTENT_MATHML:
-      return module().answer(mathml::toContentMathml(*expression));
+      return buffers().answer(mathml::toContentMathml(*expression));
     case ZOLT_WORDS:
-      return module().answer(field::toSpeech(expression, field.speech.getStyle()));
+      return buffers().answer(field::toSpeech(expression, field.speech.getStyle()));
     default:
       return -1;
   }
 }
 
 ExpressionT readMathml(std::int32_t length, std::int32_t numbers, math::common::ReadErrorS& error) {
-  std::vector<std::int32_t> const& words = module().crefNumbers();
+  std::vector<std::int32_t> const& words = buffers().crefNumbers();
   std::size_t const count = std::min(toCount(numbers), static_cast<unsigned long>(words.size()));
   mathml::MathmlTreeC tree;
   std::int32_t at = 0;
   for (std::size_t i = 0; i + 1 < count; i += 2) {
     std::int32_t const size = words[i + 1];
     if (size < 0 || size > length - at) break;
-    std::u16string_view const text = module().viewText(at, size);
+    std::u16string_view const text = buffers().viewText(at, size);
     at += size;
     switch (words[i]) {
       case ZOLT_MATHML_OPEN:

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "hosts/web/bridge/bridge.h"
+#include "hosts/web/bridge/buffers.h"
 #include "hosts/web/bridge/display_list.h"
 #include "hosts/web/bridge/memory_reserve.h"
 #include "zolt/field/caret_speech.h"
@@ -57,16 +57,6 @@ class ModuleC {
   /// A field for questions that are about none of the page's.
   FieldS& refScratch();
 
-  /// The first units of the text buffer.
-  wstring takeText(std::int32_t length) const;
-  std::u16string_view viewText(std::int32_t from, std::int32_t length) const;
-  std::int32_t answer(std::u16string_view text);
-  void answer(std::vector<std::int32_t> numbers) { numbers_ = std::move(numbers); }
-  std::vector<std::int32_t> const& crefNumbers() const { return numbers_; }
-  char16_t* roomForText(std::int32_t room);
-  std::int32_t* roomForNumbers(std::int32_t room);
-  std::int32_t getTextLength() const { return textLength_; }
-
   bool start(bool extended);
   void noteShortage() { hadShortage_ = true; }
   bool takeShortage() { return std::exchange(hadShortage_, false); }
@@ -78,9 +68,6 @@ class ModuleC {
   std::unique_ptr<FieldS> scratch_;
   PointerTC<field::MemoryClipboardC> clipboard_;
   PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;
-  std::vector<char16_t> text_;
-  std::int32_t textLength_ = 0;
-  std::vector<std::int32_t> numbers_;
   bool hadShortage_ = false;
 };
 
@@ -116,7 +103,5 @@ std::int32_t answerExpression(ExpressionT const& expression, std::int32_t form, 
                                      math::common::ReadErrorS& error);
 
 void append(std::vector<std::int32_t>& words, math::ved::RectangleS const& box);
-inline std::int32_t toNumber(unsigned long value) { return static_cast<std::int32_t>(value); }
-inline unsigned long toCount(std::int32_t value) { return value < 0 ? 0 : static_cast<unsigned long>(value); }
 
 }  // namespace zolt::web

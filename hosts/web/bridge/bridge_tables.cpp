@@ -18,7 +18,7 @@ class TextsC {
     isFirst_ = false;
     all_ += text;
   }
-  std::int32_t answer() const { return module().answer(all_); }
+  std::int32_t answer() const { return buffers().answer(all_); }
 
  private:
   wstring all_;
@@ -39,7 +39,7 @@ std::int32_t answerEntries(AskT ask) {
     for (PaletteEntryS const& entry : group.entries) numbers.push_back(ask(entry));
   }
   std::int32_t const count = toNumber(numbers.size());
-  module().answer(std::move(numbers));
+  buffers().answer(std::move(numbers));
   return count;
 }
 
@@ -57,10 +57,10 @@ std::int32_t zolt_commands(void) {
 }
 
 std::int32_t zolt_find_command(std::int32_t length) {
-  return numberOf(findCommand(module().takeText(length)));
+  return numberOf(findCommand(buffers().takeText(length)));
 }
 std::int32_t zolt_find_keys(std::int32_t length) {
-  return numberOf(findCommandForKeys(module().takeText(length)));
+  return numberOf(findCommandForKeys(buffers().takeText(length)));
 }
 
 std::int32_t zolt_palette(void) {
@@ -78,7 +78,7 @@ std::int32_t zolt_palette(void) {
       }
     }
   }
-  module().answer(std::move(numbers));
+  buffers().answer(std::move(numbers));
   return texts.answer();
 }
 
@@ -98,7 +98,7 @@ std::int32_t zolt_enabled_entries(std::int32_t field) {
 }
 
 std::int32_t zolt_search(std::int32_t length) {
-  auto const wanted = module().takeText(length);
+  auto const wanted = buffers().takeText(length);
   return answerEntries([&](PaletteEntryS const& entry) { return std::int32_t(matchSearch(entry, wanted)); });
 }
 
@@ -121,7 +121,7 @@ std::int32_t zolt_completion(std::int32_t field) {
         }
       }
     }
-    module().answer(std::move(numbers));
+    buffers().answer(std::move(numbers));
     return texts.answer();
   });
 }

@@ -68,23 +68,23 @@ std::int32_t answerDiagnosis(FormulaErrorS const& error, bool isExpression) {
 
 std::int32_t zolt_get(std::int32_t field, std::int32_t form) {
   return askField(field, -1, [&](FieldS const& shown) {
-    if (form == ZOLT_TREE) return module().answer(shown.field.writeNotation());
+    if (form == ZOLT_TREE) return buffers().answer(shown.field.writeNotation());
     if (form == ZOLT_WORDS) {
-      return module().answer(makeReadableText(shown.field.crefView(), shown.speech.getStyle()).text);
+      return buffers().answer(makeReadableText(shown.field.crefView(), shown.speech.getStyle()).text);
     }
-    if (isShown(shown, nullptr)) return module().answer(u"");
+    if (isShown(shown, nullptr)) return buffers().answer(u"");
     return answerExpression(shown.field.diagnose().expression, form, shown);
   });
 }
 
 std::int32_t zolt_convert(std::int32_t length, std::int32_t form) {
-  return answerExpression(AlgebraicExpressionC::fromPrefixString(module().takeText(length)), form,
+  return answerExpression(AlgebraicExpressionC::fromPrefixString(buffers().takeText(length)), form,
                           module().refScratch());
 }
 
 std::int32_t zolt_set(std::int32_t field, std::int32_t form, std::int32_t length) {
   return askField(field, SET_REFUSED, [&](FieldS& shown) -> std::int32_t {
-    auto const text = module().takeText(length);
+    auto const text = buffers().takeText(length);
     ReadErrorS error;
     if (form == ZOLT_TREE) {
       bool const done = shown.field.setNotation(text);
@@ -149,7 +149,7 @@ std::int32_t zolt_clipboard_get(std::int32_t form) {
                       : form == ZOLT_PREFIX ? content.prefix
                       : form == ZOLT_BYTES  ? toUnits(content.bytes)
                                             : wstring();
-  if (!own.empty()) return module().answer(own);
+  if (!own.empty()) return buffers().answer(own);
   if (form == ZOLT_PLAIN || form == ZOLT_PREFIX || form == ZOLT_BYTES || content.prefix.empty()) return -1;
   return answerExpression(AlgebraicExpressionC::fromPrefixString(content.prefix), form,
                           module().refScratch());
@@ -159,7 +159,7 @@ void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t la
   ClipboardContentS content;
   std::int32_t at = 0;
   auto const take = [&](std::int32_t length) {
-    std::u16string_view const text = module().viewText(at, length);
+    std::u16string_view const text = buffers().viewText(at, length);
     at += static_cast<std::int32_t>(text.size());
     return text;
   };

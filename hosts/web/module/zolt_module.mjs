@@ -1,6 +1,7 @@
 // The WebAssembly module as JavaScript objects: a FormulaModule for the page, a FormulaHandle for each field. What the
-// calls mean is in ../bridge/bridge.h; this file only carries texts and numbers over the border. It needs nothing of a page, and
-// runs in workers and under Node.js as well.
+// calls mean is in ../bridge/bridge.h.
+
+import { WasmModule } from "./wasm_module.mjs";
 
 export const BRIDGE_VERSION = 1;
 
@@ -21,98 +22,24 @@ export const Form = { plain: 0, prefix: 1, latex: 2, mathml: 3, contentMathml: 4
 export const SetResult = { refused: 0, done: 1, same: 2 };
 
 /**
+ * @typedef {import("./wasm_module.mjs").Source} Source
  * @typedef {{cause: number, begin: number, end: number, box: number[], message: string}} Fault
  * @typedef {{ints: Int32Array, floats: Float32Array}} FrameWords the same words, read as either
  * @typedef {{title: string, label: string, shortcut: string, toolTip: string, keywords: string, picture: string}} PaletteEntry
  */
 
-export class FormulaModule {
-  /**
-   * Compiles and starts the module.
-   * @param {Response | Promise<Response> | BufferSource | WebAssembly.Module} source
-   * @param {{extended?: boolean}} [options] `extended` false: the standard operators alone
-   */
+export class FormulaModule extends WasmModule {
+  /** @param {Source | Promise<Source>} source @param {{extended?: boolean}} [options] `extended` false: the standard operators alone */
   static async load(source, options = {}) {
-    source = await source;
-    const compiled =
-      source instanceof WebAssembly.Module ? source
-      : typeof Response !== "undefined" && source instanceof Response ? await FormulaModule.#compile(source)
-      : await WebAssembly.compile(/** @type {BufferSource} */ (source));
-    /** @type {{memory?: WebAssembly.Memory}} */
-    const home = {};
-    const instance = await WebAssembly.instantiate(compiled, FormulaModule.#imports(compiled, home));
-    home.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
-    return new FormulaModule(compiled, instance, options);
+    return new FormulaModule(await WasmModule.start(source), options);
   }
 
-  static async #compile(/** @type {Response} */ response) {
-    if (!response.ok) throw new Error(`zolt: ${response.url}: ${response.status}`);
-    // Servers that do not know the type of the file would make streaming fail.
-    return response.headers.get("Content-Type") === "application/wasm"
-      ? WebAssembly.compileStreaming(response) : WebAssembly.compile(await response.arrayBuffer());
-  }
-
-  /** What the C library asks of a system: the clock, for deadlines; the module needs nothing else. */
-  static #imports(/** @type {WebAssembly.Module} */ compiled, /** @type {{memory?: WebAssembly.Memory}} */ home) {
-    const readClock = (/** @type {number} */ _id, /** @type {bigint} */ _precision, /** @type {number} */ at) => {
-      const now = BigInt(Math.round(performance.now() * 1e6));
-      new DataView(/** @type {WebAssembly.Memory} */ (home.memory).buffer).setBigUint64(at, now, true);
-      return 0;
-    };
-    /** @type {Record<string, Record<string, Function>>} */
-    const imports = {};
-    for (const { module, name } of WebAssembly.Module.imports(compiled)) {
-      (imports[module] ??= {})[name] = name === "clock_time_get" ? readClock : () => 0;
-    }
-    return /** @type {any} */ (imports);
-  }
-
-  constructor(/** @type {WebAssembly.Module} */ compiled, /** @type {WebAssembly.Instance} */ instance, { extended = true } = {}) {
-    this.compiled = compiled;
-    /** The calls of bridge.h. @type {any} */
-    this.calls = instance.exports;
-    this.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
-    this.calls._initialize();
+  constructor(/** @type {WebAssembly.Instance} */ instance, { extended = true } = {}) {
+    super(instance);
     if (this.calls.zolt_version() !== BRIDGE_VERSION) throw new Error("zolt: the module is of another version");
     this.calls.zolt_start(extended ? 1 : 0);
     /** What the faces are called in `@font-face`: "KaTeX_Main", "KaTeX_Math italic". */
     this.faces = this.texts(this.calls.zolt_faces());
-  }
-
-  // ---- Buffers
-
-  /** Puts a text into the buffer; returns its length, to be passed to a call. */
-  put(/** @type {string} */ text) {
-    const { length } = text;
-    const at = this.calls.zolt_text(length);
-    const units = new Uint16Array(this.memory.buffer, at, length);
-    for (let i = 0; i < length; ++i) units[i] = text.charCodeAt(i);
-    return length;
-  }
-
-  /** The text that a call has left, of the length that it returned; null for -1. */
-  take(/** @type {number} */ length) {
-    if (length < 0) return null;
-    const units = new Uint16Array(this.memory.buffer, this.calls.zolt_text(0), length);
-    let text = "";
-    // A call takes only so many arguments.
-    for (let i = 0; i < length; i += 8192) text += String.fromCharCode(...units.subarray(i, i + 8192));
-    return text;
-  }
-
-  /** Several texts of one answer. @returns {string[]} */
-  texts(/** @type {number} */ length) {
-    return (this.take(length) ?? "").split("\0");
-  }
-
-  /** The first numbers that a call has left. @returns {number[]} */
-  numbers(/** @type {number} */ count) {
-    return [...new Int32Array(this.memory.buffer, this.calls.zolt_numbers(0), count)];
-  }
-
-  putNumbers(/** @type {ArrayLike<number>} */ numbers) {
-    new Int32Array(this.memory.buffer, this.calls.zolt_numbers(numbers.length), numbers.length).set(numbers);
-    return numbers.length;
   }
 
   /** The fault that a call has left. @returns {Fault} */

@@ -1,0 +1,88 @@
+// What JavaScript needs to start a WebAssembly module of ours and to carry texts and numbers over its border. It needs nothing of a
+// page, and runs in workers and under Node.js as well.
+
+/** @typedef {Response | BufferSource | WebAssembly.Module} Source where a module comes from */
+
+/** What all modules have: starting, and the two buffers (../bridge/bridge_buffers.h). */
+export class WasmModule {
+  /** Compiles and starts a module. */
+  static async start(/** @type {Source | Promise<Source>} */ source) {
+    const given = await source;
+    const compiled =
+      given instanceof WebAssembly.Module ? given
+      : typeof Response !== "undefined" && given instanceof Response ? await WasmModule.#compile(given)
+      : await WebAssembly.compile(/** @type {BufferSource} */ (given));
+    /** @type {{memory?: WebAssembly.Memory}} */
+    const home = {};
+    const instance = await WebAssembly.instantiate(compiled, WasmModule.#imports(compiled, home));
+    home.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
+    return instance;
+  }
+
+  static async #compile(/** @type {Response} */ response) {
+    if (!response.ok) throw new Error(`zolt: ${response.url}: ${response.status}`);
+    // Servers that do not know the type of the file would make streaming fail.
+    return response.headers.get("Content-Type") === "application/wasm"
+      ? WebAssembly.compileStreaming(response) : WebAssembly.compile(await response.arrayBuffer());
+  }
+
+  /** What the C library asks of a system: the clock, for deadlines; the module needs nothing else. */
+  static #imports(/** @type {WebAssembly.Module} */ compiled, /** @type {{memory?: WebAssembly.Memory}} */ home) {
+    const readClock = (/** @type {any[]} */ ...args) => {
+      // Between the clock and the address is what it should be accurate to, in one argument or in two.
+      const at = args[args.length - 1];
+      const now = BigInt(Math.round(performance.now() * 1e6));
+      new DataView(/** @type {WebAssembly.Memory} */ (home.memory).buffer).setBigUint64(at, now, true);
+      return 0;
+    };
+    /** @type {Record<string, Record<string, Function>>} */
+    const imports = {};
+    for (const { module, name } of WebAssembly.Module.imports(compiled)) {
+      (imports[module] ??= {})[name] = name === "clock_time_get" ? readClock : () => 0;
+    }
+    return /** @type {any} */ (imports);
+  }
+
+  constructor(/** @type {WebAssembly.Instance} */ instance) {
+    /** The calls of the module's header. @type {any} */
+    this.calls = instance.exports;
+    this.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
+    this.calls._initialize();
+  }
+
+  // ---- Buffers
+
+  /** Puts a text into the buffer; returns its length, to be passed to a call. */
+  put(/** @type {string} */ text) {
+    const { length } = text;
+    const at = this.calls.zolt_text(length);
+    const units = new Uint16Array(this.memory.buffer, at, length);
+    for (let i = 0; i < length; ++i) units[i] = text.charCodeAt(i);
+    return length;
+  }
+
+  /** The text that a call has left, of the length that it returned; null for -1. */
+  take(/** @type {number} */ length) {
+    if (length < 0) return null;
+    const units = new Uint16Array(this.memory.buffer, this.calls.zolt_text(0), length);
+    let text = "";
+    // A call takes only so many arguments.
+    for (let i = 0; i < length; i += 8192) text += String.fromCharCode(...units.subarray(i, i + 8192));
+    return text;
+  }
+
+  /** Several texts of one answer. @returns {string[]} */
+  texts(/** @type {number} */ length) {
+    return (this.take(length) ?? "").split("\0");
+  }
+
+  /** The first numbers that a call has left. @returns {number[]} */
+  numbers(/** @type {number} */ count) {
+    return [...new Int32Array(this.memory.buffer, this.calls.zolt_numbers(0), count)];
+  }
+
+  putNumbers(/** @type {ArrayLike<number>} */ numbers) {
+    new Int32Array(this.memory.buffer, this.calls.zolt_numbers(numbers.length), numbers.length).set(numbers);
+    return numbers.length;
+  }
+}
