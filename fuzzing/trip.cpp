@@ -32,7 +32,7 @@ namespace {
 // The largest increase comes from a typed bracket: four nodes, with the text beside it and the two that are
 // supplied for it, in the tree and in the history. Storage that doubles passes through twice its size.
 constexpr std::size_t bytes_per_input = 800;
-constexpr std::size_t bytes_for_nothing = 40000;  // the tables of a notation, which the first text fills
+constexpr std::size_t bytes_for_nothing = 20000;
 // A reader takes some steps for each character, and fills the tables of operators when it is the first.
 constexpr unsigned long steps_per_input = 2000;
 constexpr unsigned long steps_for_nothing = 100000;
@@ -105,6 +105,10 @@ void prepare() {
     OperatorListC& operators = *OperatorListRepositoryC::lookup(session->getEngine());
     catalogue::registerStandardOperators(operators);
     catalogue_extended::registerExtendedOperators(operators);
+    // The first text of a notation fills its tables.
+    for (ReaderT const read : {exchange::fromPlainText, exchange::fromLatex, mathjson::fromMathJson}) {
+      static_cast<void>(read(u"x", nullptr, nullptr));
+    }
     return true;
   }();
   static_cast<void>(registered);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <string_view>
 #include <vector>
 
@@ -172,10 +173,10 @@ class LatexParserC {
 
   std::u16string_view text_;
   LatexLexerC lexer_;
-  std::vector<FrameS> frames_;
+  std::deque<FrameS> frames_;           // which takes no more room than it has frames
   std::vector<char16_t> closes_;        // of the frames that something closes
   std::vector<std::size_t> integrals_;  // the places of integrals among the frames
-  std::vector<OperandS> operands_;
+  std::deque<OperandS> operands_;
   bool expectsOperand_ = true;
   ReadErrorS error_;
 };

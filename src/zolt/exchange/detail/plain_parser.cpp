@@ -83,10 +83,7 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_PREFIX: {
       NotationS const& op = *token().infix;
       if (currentRule() <= op.rule) {
-        wstring const alone(op.isName ? op.plain.written : std::u16string_view());
-        NextE const next = readPrefix(wstring(op.name), op.rule);
-        frames_.back().alone = alone;
-        return next;
+        return readPrefix(op, op.rule);
       }
       return isBareName(op.name) ? readWordCall(op.name) : fail(READ_ERROR_MISSING_OPERAND);
     }
@@ -102,16 +99,19 @@ PlainParserC::NextE PlainParserC::readOperand() {
 
 /// Where an operand is needed and none begins: a sign before it may be a name by itself.
 PlainParserC::NextE PlainParserC::readNoOperand() {
-  if (frames_.empty() || frames_.back().alone.empty()) return fail(READ_ERROR_MISSING_OPERAND);
-  NodeT name = makeNamed(frames_.back().alone);
+  NotationS const* const sign =
+      !frames_.empty() && frames_.back().kind == PENDING_PREFIX ? frames_.back().sign : nullptr;
+  if (!sign || !sign->isName || sign->plain.written.empty()) return fail(READ_ERROR_MISSING_OPERAND);
+  NodeT name = makeNamed(wstring(sign->plain.written));
   frames_.pop_back();
   return keep(std::move(name));
 }
 
-PlainParserC::NextE PlainParserC::readPrefix(wstring const& name, RuleE operandRule) {
+PlainParserC::NextE PlainParserC::readPrefix(NotationS const& sign, RuleE operandRule) {
   FrameS frame{PENDING_PREFIX, operandRule};
   frame.takesSign = true;
-  frame.name = name;
+  frame.name = sign.name;
+  frame.sign = &sign;
   return begin(std::move(frame));
 }
 
@@ -120,7 +120,7 @@ PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
   bool const tight = currentRule() > RULE_SIGN;
   bool const allowed = !tight || frames_.back().takesSign;
   if (!allowed || !prefix) return readNoOperand();
-  return readPrefix(wstring(prefix->name), tight ? currentRule() : RULE_SIGN);
+  return readPrefix(*prefix, tight ? currentRule() : RULE_SIGN);
 }
 
 PlainParserC::NextE PlainParserC::readRoot() {
@@ -282,11 +282,11 @@ bool PlainParserC::startsFactor() const {
 
 PlainParserC::NextE PlainParserC::readInfix() {
   FrameS frame{PENDING_INFIX, token().infix->rightRule};
-  frame.infix = token().infix;
+  frame.sign = token().infix;
   frame.takesSign = true;
-  finishTighterThan(frame.infix->rule);
-  if (frame.infix->rule != RULE_POWER) keepShownBrackets();
-  if (frame.infix->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
+  finishTighterThan(frame.sign->rule);
+  if (frame.sign->rule != RULE_POWER) keepShownBrackets();
+  if (frame.sign->rule == RULE_ASSIGNMENT && operands_.back().assignment) {
     return fail(READ_ERROR_SECOND_ASSIGNMENT);
   }
   return begin(std::move(frame));
@@ -309,7 +309,7 @@ PlainParserC::NextE PlainParserC::readProduct() {
   if (!inArgument) finishTighterThan(times->rule);
   keepShownBrackets();
   FrameS frame{PENDING_INFIX, token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER};
-  frame.infix = times;
+  frame.sign = times;
   frames_.push_back(std::move(frame));
   return NEXT_OPERAND;
 }
@@ -428,7 +428,7 @@ void PlainParserC::finishTighterThan(int rule) {
 void PlainParserC::keepShownBrackets() {
   if (frames_.empty()) return;
   FrameS const& frame = frames_.back();
-  NotationS const* const sign = frame.kind == PENDING_INFIX    ? frame.infix
+  NotationS const* const sign = frame.kind == PENDING_INFIX    ? frame.sign
                                 : frame.kind == PENDING_PREFIX ? findNotation(frame.name)
                                                                : nullptr;
   OperandS& operand = operands_.back();
@@ -454,10 +454,10 @@ void PlainParserC::finish(FrameS const& frame) {
                                    : makeFunction(u"sqrt", {std::move(operand)});
       break;
     case PENDING_INFIX:
-      result.assignment = frame.infix->rule == RULE_ASSIGNMENT;
-      result.node = frame.infix->rule == RULE_POWER
+      result.assignment = frame.sign->rule == RULE_ASSIGNMENT;
+      result.node = frame.sign->rule == RULE_POWER
                         ? makePower(takeOperand(), std::move(operand))
-                        : makeFunction(wstring(frame.infix->name), {takeOperand(), std::move(operand)});
+                        : makeFunction(wstring(frame.sign->name), {takeOperand(), std::move(operand)});
       break;
     default:
       result.node = makeCall(frame, {std::move(operand)});

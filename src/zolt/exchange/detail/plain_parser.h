@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <string_view>
 #include <vector>
 
@@ -38,17 +39,16 @@ class PlainParserC {
   struct FrameS {
     PendingE kind;
     RuleE operandRule;
-    char16_t close = u'\0';  // of brackets only
-    bool takesSign = false;  // the operand may start with a sign, even if its rule is tighter
-    bool isWritten = false;  // `name` is as people write it, not as the expression library does
-    wstring alone = {};      // what a sign is when no operand follows; empty: an error
-    wstring name = {};       // empty: brackets that only group
-    NotationS const* infix = nullptr;
-    NodeT exponent = {};  // of a function, as in sin²x; of a root, its index
-    NodeT second = {};    // the argument that is in the name, as in log_2(x)
+    char16_t close = u'\0';           // of brackets only
+    bool takesSign = false;           // the operand may start with a sign, even if its rule is tighter
+    bool isWritten = false;           // `name` is as people write it, not as the expression library does
+    bool isTable = false;             // ";" has ended a row
+    wstring name = {};                // empty: brackets that only group
+    NotationS const* sign = nullptr;  // of an infix operation, or what is a name when no operand follows
+    NodeT exponent = {};              // of a function, as in sin²x; of a root, its index
+    NodeT second = {};                // the argument that is in the name, as in log_2(x)
     std::size_t firstOperand = 0;
     std::size_t rowStart = 0;  // of a table: the first operand of its last row
-    bool isTable = false;      // ";" has ended a row
     std::size_t begin = 0;     // what an error in the arguments marks
     std::size_t end = 0;
   };
@@ -65,7 +65,7 @@ class PlainParserC {
 
   NextE readOperand();
   NextE readNoOperand();
-  NextE readPrefix(wstring const& name, RuleE operandRule);
+  NextE readPrefix(NotationS const& sign, RuleE operandRule);
   NextE readSignBeforeOperand();
   NextE readRoot();
   NextE readName();
@@ -106,9 +106,9 @@ class PlainParserC {
   NextE failAt(std::size_t begin, std::size_t end, math::common::ReadErrorE cause);
 
   PlainLexerC lexer_;
-  std::vector<FrameS> frames_;
+  std::deque<FrameS> frames_;     // which takes no more room than it has frames
   std::vector<char16_t> closes_;  // of the brackets among the frames
-  std::vector<OperandS> operands_;
+  std::deque<OperandS> operands_;
   ReadErrorS error_;
 };
 

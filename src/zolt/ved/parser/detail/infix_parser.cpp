@@ -28,7 +28,7 @@ bool isNumberToken(std::u16string_view text, std::u16string_view& number) {
 
 }  // namespace
 
-InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) { frames_.reserve(8); }
+InfixParserC::InfixParserC(LexicalAnalyserC& lexer) : lexer_(lexer) {}
 
 bool InfixParserC::read(wstring& output, unsigned int& start, unsigned int& end, ErrorCauseE& cause,
                         std::vector<PrefixPartS>* parts) {
@@ -128,7 +128,7 @@ InfixParserC::NextE InfixParserC::readName() {
   lexer_.getCurrentTokenPosition(call.wordStart, call.wordEnd);
   std::u16string_view name = lexer_.viewCurrentToken();
   if (PointerTC<OperatorBC> const word = lexer_.getCurrentTokenOperator()) {
-    call.arity = word->getCallArity();
+    call.arity = static_cast<unsigned int>(word->getCallArity());
     name = keep(wstring(name));
   } else if (!algexpr::isWritableName(wstring(name))) {
     // A colon takes any character into its name, a tab is part of one: what prefix text cannot carry would be

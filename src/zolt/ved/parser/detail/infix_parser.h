@@ -1,6 +1,7 @@
 #pragma once
 
 #include <climits>
+#include <deque>
 #include <forward_list>
 #include <string_view>
 #include <utility>
@@ -67,8 +68,8 @@ class InfixParserC {
     unsigned int wordStart = 0;      // of a call or such a sign
     unsigned int wordEnd = 0;
     // of a call:
-    unsigned long arity = 0;  // 0: any number of arguments
-    unsigned long numArguments = 0;
+    unsigned int arity = 0;  // 0: any number of arguments
+    unsigned int numArguments = 0;
   };
 
   /// A sign or word that follows an operand.
@@ -105,7 +106,7 @@ class InfixParserC {
   LexicalAnalyserC& lexer_;
   RuleT outermostRule_ = RULE_ASSIGNMENT;
   PrefixBuilderC builder_;
-  std::vector<FrameS> frames_;
+  std::deque<FrameS> frames_;                 // which takes no more room than it has frames
   std::forward_list<wstring> operatorNames_;  // the builder keeps slices of them
   PartT operand_ = 0;                         // the operand read last
   unsigned int errorStart_ = 0;

@@ -17,8 +17,6 @@ void include(PrefixPartS const& argument, PrefixPartS& function) {
 
 }  // namespace
 
-PrefixBuilderC::PrefixBuilderC() { parts_.reserve(16); }
-
 PrefixBuilderC::PartT PrefixBuilderC::add(KindE kind, std::u16string_view text, unsigned int start,
                                           unsigned int end) {
   parts_.push_back({text, none, none, none, start, end, kind});

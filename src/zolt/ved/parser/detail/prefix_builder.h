@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <string_view>
 #include <vector>
 
@@ -17,8 +18,6 @@ namespace zolt::math::ved::detail {
 class PrefixBuilderC {
  public:
   using PartT = std::uint32_t;
-
-  PrefixBuilderC();
 
   /// Text that is copied as it is: a name, a number, finished prefix text.
   PartT addLeaf(std::u16string_view text, unsigned int start, unsigned int end);
@@ -61,7 +60,7 @@ class PrefixBuilderC {
 
   PartT add(KindE kind, std::u16string_view text, unsigned int start, unsigned int end);
 
-  std::vector<PartS> parts_;
+  std::deque<PartS> parts_;  // which takes no more room than it has parts
   std::size_t size_ = 0;  // characters that all parts take at most
 };
 
