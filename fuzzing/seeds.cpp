@@ -165,6 +165,28 @@ std::vector<BytesT> memorySeeds() {
   return seeds;
 }
 
+// The engine's cases have the operation before a colon. What else is a formula is computed in each way in
+// turn.
+std::vector<BytesT> engineSeeds() {
+  constexpr char const* operations[] = {"eval",  "num",  "simplify", "expand", "factor",
+                                        "solve", "diff", "int",      "subst"};
+  std::vector<BytesT> seeds;
+  for (std::string const& text : texts()) {
+    if (isNotation(text)) continue;
+    BytesT seed{static_cast<std::uint8_t>(seeds.size() % std::size(operations)), 30};
+    std::size_t const colon = text.find(": ");
+    std::string const command = text.substr(0, colon == text.npos ? 0 : colon);
+    auto const* const found =
+        std::find(std::begin(operations), std::end(operations), splitAt(command, " ")[0]);
+    bool const isCase = found != std::end(operations);
+    if (isCase) seed[0] = static_cast<std::uint8_t>(found - std::begin(operations));
+    if (isCase && command.find(" deg") != command.npos) ++seed[1];
+    seed.insert(seed.end(), text.begin() + static_cast<long>(isCase ? colon + 2 : 0), text.end());
+    seeds.push_back(std::move(seed));
+  }
+  return seeds;
+}
+
 std::vector<BytesT> clipboardSeeds() {
   prepare();
   auto const operators =

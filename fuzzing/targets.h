@@ -34,6 +34,7 @@ std::string checkSheet(std::uint8_t const* data, std::size_t size);
 std::string checkFont(std::uint8_t const* data, std::size_t size);
 std::string checkMemory(std::uint8_t const* data, std::size_t size);
 std::string checkGrowth(std::uint8_t const* data, std::size_t size);
+std::string checkEngine(std::uint8_t const* data, std::size_t size);
 
 std::vector<BytesT> prefixSeeds();
 std::vector<BytesT> infixSeeds();
@@ -49,6 +50,7 @@ std::vector<BytesT> sheetSeeds();
 std::vector<BytesT> fontSeeds();
 std::vector<BytesT> memorySeeds();
 std::vector<BytesT> growthSeeds();
+std::vector<BytesT> engineSeeds();
 
 constexpr TargetS targets[] = {
     {"prefix", checkPrefix, prefixSeeds},       {"infix", checkInfix, infixSeeds},
@@ -58,6 +60,7 @@ constexpr TargetS targets[] = {
     {"notation", checkNotation, notationSeeds}, {"script", checkScript, scriptSeeds},
     {"sheet", checkSheet, sheetSeeds},          {"font", checkFont, fontSeeds},
     {"memory", checkMemory, memorySeeds},       {"growth", checkGrowth, growthSeeds},
+    {"engine", checkEngine, engineSeeds},
 #ifdef ZOLT_HAS_MATHML_TEXT
     {"mathml", checkMathml, mathmlSeeds},
 #endif
