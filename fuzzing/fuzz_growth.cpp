@@ -344,14 +344,14 @@ std::vector<BytesT> growthSeeds() {
 
 bool showsTree(BytesT const& seed) { return seed[0] == READ_PREFIX || seed[0] == READ_NOTATION; }
 
-std::vector<BytesT> longSeeds(std::string const& target) {
+std::vector<BytesT> nestedSeeds(std::string const& target, std::size_t length) {
   constexpr char const* readers[READER_COUNT] = {"prefix", "plain",  "infix", "notation",
                                                  "sheet",  "script", "latex"};
   std::vector<BytesT> seeds;
   for (BytesT const& seed : growthSeeds()) {
     PatternS const pattern = readPattern(seed.data(), seed.size());
     if (target != readers[pattern.reader]) continue;
-    std::string const text = toBytes(pattern.make(1ul << 16));
+    std::string const text = toBytes(pattern.make(length));
     seeds.emplace_back(text.begin(), text.end());
   }
   return seeds;

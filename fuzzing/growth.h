@@ -10,8 +10,9 @@ std::string checkGrowthFrom(std::size_t length, std::uint8_t const* data, std::s
 /// Whether a seed of `growth` gives a formula as an expression or a tree, and not as a text, sheet or script.
 bool showsTree(BytesT const& seed);
 
-/// Texts of 64 KB that the readers of `prefix`, `plain`, `infix`, `notation`, `sheet` and `script` start
-/// from; none for another target.
-std::vector<BytesT> longSeeds(std::string const& target);
+/// Texts of about `length` characters that nest each operator in each of its arguments, and rows of many
+/// items, for the readers of `prefix`, `plain`, `infix`, `notation`, `sheet`, `script` and `latex`; none for
+/// another target.
+std::vector<BytesT> nestedSeeds(std::string const& target, std::size_t length);
 
 }  // namespace zolt::fuzz

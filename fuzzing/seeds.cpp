@@ -9,6 +9,7 @@
 
 #include "fuzzing/bytes_text.h"
 #include "fuzzing/event_bytes.h"
+#include "fuzzing/growth.h"
 #include "fuzzing/trip.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/script/event_script.h"
@@ -94,7 +95,12 @@ field::EventScriptT readScript(std::string const& text) {
 
 }  // namespace
 
-std::vector<BytesT> prefixSeeds() { return textSeeds(false); }
+// Whatever is nested in whatever reads back from every notation.
+std::vector<BytesT> prefixSeeds() {
+  std::vector<BytesT> seeds = textSeeds(false);
+  for (BytesT& seed : nestedSeeds("prefix", 100)) seeds.push_back(std::move(seed));
+  return seeds;
+}
 std::vector<BytesT> infixSeeds() { return textSeeds(false); }
 std::vector<BytesT> plainSeeds() { return textSeeds(false); }
 std::vector<BytesT> latexSeeds() { return textSeeds(false); }

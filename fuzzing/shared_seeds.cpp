@@ -122,7 +122,7 @@ bool playsSessions(std::string const& target) {
 }  // namespace
 
 std::vector<BytesT> sharedSeeds(std::string const& name, std::string const& corpora) {
-  std::vector<BytesT> seeds = longSeeds(name);
+  std::vector<BytesT> seeds = nestedSeeds(name, 1ul << 16);
   for (TargetS const& other : targets) {
     std::string const from = other.name;
     if (from == name) continue;

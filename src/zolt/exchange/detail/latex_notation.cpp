@@ -472,7 +472,8 @@ void registerLatexOperator(LatexOperatorS op) {
   LatexNotationS& row = all.addedNotations.emplace_front(
       LatexNotationS{kept.name, kinds[kept.place], isSign ? arities[kept.place] : kept.arity, kept.written});
   if (kept.place <= LATEX_BETWEEN) {
-    row.rule = row.leftRule = ruleOf(kept.precedence);
+    row.rule = ruleOf(kept.precedence);
+    row.leftRule = beforeSign(row.rule);
     row.rightRule = tighterThan(row.rule);
   }
   auto const add = [&](std::u16string_view text) {

@@ -391,7 +391,8 @@ void registerPlainOperator(PlainOperatorS op) {
   AddedS& all = added();
   auto& [kept, notation] = all.operators.emplace_back(std::move(op), NotationS{});
   RuleE const rule = kept.place == PLAIN_AFTER ? RULE_POSTFIX : ruleOf(kept.precedence);
-  notation = {kept.name, formOf(kept.place), 0, {kept.written, {}}, rule, rule, tighterThan(rule)};
+  notation = {kept.name,        formOf(kept.place), 0, {kept.written, {}}, rule,
+              beforeSign(rule), tighterThan(rule)};
   notation.isName = kept.isName;
   notation.arity = kept.place == PLAIN_ALONE     ? 0
                    : kept.place == PLAIN_CALL    ? kept.arity

@@ -38,6 +38,8 @@ enum RuleE : int {
 /// The rule of an operator that has this precedence in the editor, and the one for what binds tighter.
 constexpr RuleE ruleOf(int precedence) { return static_cast<RuleE>(-2 * precedence); }
 constexpr RuleE tighterThan(RuleE rule) { return static_cast<RuleE>(rule + 1); }
+/// Of the operand before a sign: operations lean to the left, but one assignment is all that a formula has.
+constexpr RuleE beforeSign(RuleE rule) { return rule == RULE_ASSIGNMENT ? tighterThan(rule) : rule; }
 
 /// Where an operator is written.
 enum FormE { FORM_FUNCTION, FORM_INFIX, FORM_PREFIX, FORM_POSTFIX, FORM_BRACKETS, FORM_CONSTANT };
