@@ -106,9 +106,9 @@ void prepare() {
     catalogue::registerStandardOperators(operators);
     catalogue_extended::registerExtendedOperators(operators);
     // The first text of a notation fills its tables.
-    for (ReaderT const read : {exchange::fromPlainText, exchange::fromLatex, mathjson::fromMathJson}) {
-      static_cast<void>(read(u"x", nullptr, nullptr));
-    }
+    static_cast<void>(exchange::fromPlainText(u"sin(x)", nullptr));
+    static_cast<void>(exchange::fromLatex(u"\\sin x", nullptr));
+    static_cast<void>(mathjson::fromMathJson(u"[\"Sin\",\"x\"]", nullptr));
     return true;
   }();
   static_cast<void>(registered);
