@@ -8,7 +8,12 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "tests/support/stage.h"
+#include "zolt/algexpr/cas_request.h"
+#include "zolt/engines/basic/basic_engine.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/mathjson/mathjson.h"
+#include "zolt/mathml/mathml.h"
 #if ZOLT_TEST_CAIRO
 #include "zolt/surfaces/cairo/cairo_graphics.h"
 #endif
@@ -52,12 +57,20 @@ std::string drawPicture([[maybe_unused]] ExpressionT const& expression) {
   return bytes;
 }
 
+oss::wstring compute(math::algexpr::CASEngineABC const& engine, ExpressionT const& expression) {
+  math::algexpr::CASRequestS request;
+  request.expression = expression;
+  math::algexpr::CASResultS const result = engine.compute(request);
+  return result.value ? exchange::toPlainText(*result.value) : describe(result);
+}
+
 TEST(Threads, HaveFieldsConversionsAndPicturesOfTheirOwn) {
   standardOperators();
   oss::wstring const text = u"sqrt(x^2+1)/2 + sum(k,1,n,k!) - |a|*sin(2x) + int(0,1,x,x)";
   ExpressionT const shared = exchange::fromPlainText(text, nullptr);
   ASSERT_TRUE(shared);
   std::string const picture = drawPicture(shared);
+  engine_basic::BasicEngineC const engine;
   onThreads([&] {
     for (int round = 0; round < 5; ++round) {
       StageC stage;
@@ -73,7 +86,11 @@ TEST(Threads, HaveFieldsConversionsAndPicturesOfTheirOwn) {
       EXPECT_TRUE(exchange::fromPlainText(exchange::toPlainText(*shared), nullptr)->equals(*shared));
       EXPECT_EQ(CASSessionBC::getSession()->getEngine().getName(), u"standard");
       CASSessionBC::setSession(nullptr);
+      EXPECT_EQ(compute(engine, exchange::fromPlainText(u"sum(k,1,5,1/k)+a*0", nullptr)), u"137/60");
     }
+    EXPECT_TRUE(exchange::fromLatex(exchange::toLatex(*shared), nullptr)->equals(*shared));
+    EXPECT_TRUE(mathjson::fromMathJson(mathjson::toMathJson(*shared), nullptr)->equals(*shared));
+    EXPECT_FALSE(mathml::toMathml(*shared).empty());
     EXPECT_TRUE(picture == drawPicture(shared));
   });
 }
