@@ -56,9 +56,11 @@ oss::PointerTC<OperatorBC> OperatorWhereEquationC::findVariant(wstring const& va
 
 // A variable that has been edited and is no name any more makes no equation that would be shown like this.
 wstring OperatorWhereEquationC::arrangeArgumentList(std::vector<wstring> const& arguments) const {
-  auto const variable = AlgebraicExpressionC::fromPrefixString(arguments[1]);
+  bool const isLeaf = arguments[1].find_first_of(u"(,") == wstring::npos;
+  auto const variable =
+      !variant_.empty() && isLeaf ? AlgebraicExpressionC::fromPrefixString(arguments[1]) : nullptr;
   bool const isName = variable && math::algexpr::castNode<SymbolNodeC>(*variable->getNode());
-  if (variant_.empty() || !isName) return OperatorWhereC::arrangeArgumentList(arguments);
+  if (!isName) return OperatorWhereC::arrangeArgumentList(arguments);
   return arguments[0] + u",=(" + arguments[1] + u"," + arguments[2] + u")";
 }
 

@@ -61,7 +61,7 @@ class PrefixBuilderC {
   PartT add(KindE kind, std::u16string_view text, unsigned int start, unsigned int end);
 
   std::deque<PartS> parts_;  // which takes no more room than it has parts
-  std::size_t size_ = 0;  // characters that all parts take at most
+  std::size_t size_ = 0;     // characters that all parts take at most
 };
 
 }  // namespace zolt::math::ved::detail
