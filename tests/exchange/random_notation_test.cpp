@@ -68,6 +68,7 @@ class MakerC {
       put(1, u"x");
     if (name == u"interval") put(2, below(2) > 0 ? u"1" : u"0");
     if (name == u"interval") put(3, below(2) > 0 ? u"1" : u"0");
+    if (name == u"diffn" || name == u"pdiffn") put(2, below(2) > 0 ? u"r" : u"o");
     if (name == u"limit") put(3, below(2) > 0 ? u"1" : u"−1");
     return math::algexpr::makeFunction(name, std::move(operands));
   }

@@ -7,6 +7,7 @@
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
@@ -36,10 +37,6 @@ bool needsGuardBeforeExponent(NodeABC const& node) {
 bool isNegativeNumber(NodeABC const& node) {
   bool const isNumber = castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node);
   return isNumber && node.crefName()[0] == common::minus_sign;
-}
-
-bool isAngleUnit(NodeABC const& node) {
-  return !node.asParent() && (node.crefName() == u"r" || node.crefName() == u"o");
 }
 
 PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {

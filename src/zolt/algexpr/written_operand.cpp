@@ -10,6 +10,10 @@ bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || cast
 
 bool isName(NodeABC const& node) { return !node.asParent() && !isNumber(node); }
 
+bool isAngleUnit(NodeABC const& node) {
+  return !node.asParent() && (node.crefName() == u"r" || node.crefName() == u"o");
+}
+
 ParentNodeABC const* asBrackets(NodeABC const& node) {
   ParentNodeABC const* const parent = node.asParent();
   return parent && parent->numChildren() == 1 && node.crefName() == u"_quietpos" ? parent : nullptr;

@@ -13,6 +13,9 @@ bool isNumber(NodeABC const& node);
 /// Whether it is a name or a constant.
 bool isName(NodeABC const& node);
 
+/// Whether it is the name of a unit of angles, which an exponent alone would mean.
+bool isAngleUnit(NodeABC const& node);
+
 /// The node when it is brackets that a formula shows; null when it is not.
 ParentNodeABC const* asBrackets(NodeABC const& node);
 

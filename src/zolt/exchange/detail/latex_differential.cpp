@@ -7,7 +7,7 @@
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/nodes.h"
-#include "zolt/algexpr/parent_node.h"
+#include "zolt/algexpr/written_operand.h"
 
 namespace zolt::exchange::detail {
 
@@ -62,6 +62,13 @@ unsigned countDerivatives(NodeABC const* exponent) {
   return count <= max_repeated ? count : 0;
 }
 
+ParentNodeABC const* asBracketedUnit(NodeABC const& exponent) {
+  ParentNodeABC const* const outer = asBrackets(exponent);
+  ParentNodeABC const* inner = outer;
+  while (inner && asBrackets(inner->child(0))) inner = asBrackets(inner->child(0));
+  return inner && isAngleUnit(inner->child(0)) ? outer : nullptr;
+}
+
 bool isDerivative(NodeABC const& numerator, NodeABC const& denominator, OrderE order) {
   std::vector<NodeABC const*> const by = factorsOf(denominator);
   if (by.size() % 2 != 0) return false;
@@ -95,8 +102,9 @@ NodeT makeDerivative(NodeT operand, NodeABC const& denominator, OrderE order) {
     NodeT const name = makeNamed(variable.base->crefName());
     unsigned const count = order == ORDER_KEPT ? 0 : countDerivatives(variable.exponent);
     if (count == 0) {
-      operand =
-          makeFunction(prefix + u"diffn", {std::move(operand), name, by[i - 1]->asParent()->childPointer(1)});
+      NodeT taken = by[i - 1]->asParent()->childPointer(1);
+      if (ParentNodeABC const* const brackets = asBracketedUnit(*taken)) taken = brackets->childPointer(0);
+      operand = makeFunction(prefix + u"diffn", {std::move(operand), name, std::move(taken)});
     }
     for (unsigned n = 0; n < count; ++n) operand = makeFunction(prefix + u"diff", {std::move(operand), name});
   }

@@ -61,13 +61,15 @@ void LatexWriterC::writeDerivative(ParentNodeABC const& node, LatexNotationS con
     if (!isSame) break;
     operand = &inner->child(0);
   }
-  // A number as the order is in braces of its own, or it would be so many derivatives.
+  // A number as the order is in braces of its own, or it would be so many derivatives. A unit of angles gets
+  // brackets from the reader of exponents, which are taken off again.
   bool const isCount = order && countDerivatives(order) > 0;
+  bool const isUnit = order && asBracketedUnit(*order);
   auto const laterExponent = [&] {
     if (!order) return later(exponents[times], EDGE_SIGN, EDGE_SIGN);
-    later(isCount ? u"}}" : u"}", EDGE_SIGN, EDGE_SIGN);
+    later(isCount ? u"}}" : isUnit ? u")}}" : u"}", EDGE_SIGN, EDGE_SIGN);
     later(*order);
-    later(isCount ? u"^{{" : u"^{", EDGE_SIGN, EDGE_SIGN);
+    later(isCount ? u"^{{" : isUnit ? u"^{\\mathord{(" : u"^{", EDGE_SIGN, EDGE_SIGN);
   };
   bool const isClosed = isName(*operand);
   bool const bracketed = open(task.rule >= RULE_POWER || (!isClosed && task.follow >= RULE_PRODUCT));
