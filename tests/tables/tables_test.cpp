@@ -46,6 +46,15 @@ void playCases() {
       wstring const text = exchange::toPlainText(*expression);
       auto const read = exchange::fromPlainText(text, nullptr);
       EXPECT_TRUE(read && read->equals(*expression)) << toUtf8(text);
+      StageC exported, imported;
+      exported.play("set decimal-comma on");
+      imported.play("set decimal-comma on");
+      exported.refField().setExpression(expression);
+      exported.refField().run(field::COMMAND_SELECT_ALL);
+      field::ClipboardContentS plain;
+      plain.plainText = exported.refField().copy().plainText;
+      EXPECT_TRUE(imported.refField().paste(plain) == field::PASTE_DONE);
+      EXPECT_EQ(imported.tree(), one.expected) << toUtf8(plain.plainText);
       continue;
     }
     StageC stage(one.input.substr(0, script));

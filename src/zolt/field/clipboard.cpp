@@ -66,7 +66,7 @@ ExpressionT readText(wstring const& text, ReadersS const& readers, ReadErrorS* e
   if (exchange::looksLikeLatex(text)) return exchange::fromLatex(text, session, error);
   // Text from another program may use points even so.
   if (options.decimalComma) {
-    if (auto expression = exchange::fromPlainText(toPoints(text), session)) return expression;
+    if (auto expression = exchange::fromPlainText(toPointText(text), session)) return expression;
   }
   return exchange::fromPlainText(text, session, error);
 }
@@ -102,7 +102,7 @@ PasteE pastePlainText(ViewZNT4C& view, ClipboardContentS& content, ReadersS cons
     if (readers.canReadMathml(text)) content.prefix = expression->toPrefixString();
     return view.paste(expression) ? PASTE_DONE : PASTE_REFUSED;
   }
-  wstring const characters = withoutLineEnds(readers.options.decimalComma ? toPoints(text) : text);
+  wstring const characters = withoutLineEnds(readers.options.decimalComma ? toPointText(text) : text);
   if (!isTypable(characters) || !typeCharacters(view, characters)) return PASTE_REFUSED;
   return PASTE_AS_CHARACTERS;
 }
@@ -168,7 +168,7 @@ RowT makeCell(wstring const& text, OperatorListC const& operators, ReadersS cons
     return RowT(root->cutChild(0));
   }
   ViewZNT4C view(new BlindGraphicsC);
-  wstring const characters = readers.options.decimalComma ? toPoints(text) : text;
+  wstring const characters = readers.options.decimalComma ? toPointText(text) : text;
   if (&view.crefOperatorList() != &operators || !typeCharacters(view, characters)) return nullptr;
   return view.copyRow(view.getWhole());
 }
@@ -240,7 +240,7 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
   } else {
     content.plainText = writeRowText(inOneRow(range), view.crefOperatorList());
   }
-  if (options.decimalComma) content.plainText = toCommas(content.plainText);
+  if (options.decimalComma) content.plainText = toCommaText(content.plainText);
   return content;
 }
 

@@ -2,24 +2,31 @@
 
 namespace zolt::field::detail {
 
-namespace {
-
-wstring exchanged(wstring text, char16_t const (&from)[3], char16_t const (&to)[3]) {
-  for (char16_t& c : text) {
-    if (c == from[0]) {
-      c = to[0];
-    } else if (c == from[1]) {
-      c = to[1];
-    }
-  }
+wstring toCommas(wstring text) {
+  for (char16_t& c : text) c = c == u'.' ? u',' : c == u',' ? u';' : c;
   return text;
 }
 
-}  // namespace
+wstring toCommaText(wstring const& text) {
+  wstring out;
+  for (char16_t const c : text) {
+    // Empty arguments do not end a row.
+    if (c == u',' && !out.empty() && out.back() == u';') out += u' ';
+    if (c == u';') out += c;
+    out += c == u'.' ? u',' : c == u',' ? u';' : c;
+  }
+  return out;
+}
 
-wstring toCommas(wstring text) { return exchanged(std::move(text), u".,", u",;"); }
-
-wstring toPoints(wstring text) { return exchanged(std::move(text), u",;", u".,"); }
+wstring toPointText(wstring const& text) {
+  wstring out;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    bool const endsRow = text.compare(i, 2, u";;") == 0;
+    if (endsRow) ++i;
+    out += endsRow ? u';' : text[i] == u',' ? u'.' : text[i] == u';' ? u',' : text[i];
+  }
+  return out;
+}
 
 DecimalCommaGraphicsC::~DecimalCommaGraphicsC() = default;
 

@@ -10,10 +10,11 @@ namespace zolt::field::detail {
 
 using oss::wstring;
 
-/// A text with points for decimal signs and commas between arguments as one with "," and ";" for them, and
-/// back.
+/// A shown text with points for decimal signs and commas between arguments as one with "," and ";" for them.
 wstring toCommas(wstring text);
-wstring toPoints(wstring text);
+/// The same for plain text, and back. There ";" ends a row of a table, which becomes ";;".
+wstring toCommaText(wstring const& text);
+wstring toPointText(wstring const& text);
 
 /// A surface that shows the decimal sign as "," and the comma between arguments as ";" when asked to, and
 /// passes everything else to another surface. Each character is replaced by one character, so that positions
