@@ -14,7 +14,8 @@ import sys
 from fontTools import subset
 from fontTools.ttLib import TTFont
 
-# The faces in the order of FontSetC::load, with the characters that are wanted of each (None: all it has).
+# The faces in the order of FontSetC::load, with the characters that are wanted of each (None: all it has) and what
+# they are for (FaceUseE).
 LETTERS = [*range(0x41, 0x5B), *range(0x61, 0x7B)]
 GREEK = [*range(0x391, 0x3AA), *range(0x3B1, 0x3CA), 0x3D1, 0x3D5, 0x3D6, 0x3F1, 0x3F5]
 # What the other faces lack: letters with accents, Cyrillic, letter-like signs, arrows, operators.
@@ -24,11 +25,12 @@ OTHERS = [
     *range(0x27E8, 0x27EC), *range(0x2A00, 0x2A10), *range(0x1D538, 0x1D56C),
 ]  # fmt: skip
 FACES = [
-    ("KaTeX_Main", "KaTeX_Main-Regular.ttf", None, False),
-    ("KaTeX_Math", "KaTeX_Math-Italic.ttf", None, False),
-    ("DejaVu Serif", "DejaVuSerif.ttf", OTHERS, False),
-    ("DejaVu Sans", "DejaVuSans.ttf", OTHERS, False),
-    ("KaTeX_Main", "KaTeX_Main-Italic.ttf", LETTERS + GREEK, True),
+    ("KaTeX_Main", "KaTeX_Main-Regular.ttf", None, "ALL"),
+    ("KaTeX_Math", "KaTeX_Math-Italic.ttf", None, "ALL"),
+    ("DejaVu Serif", "DejaVuSerif.ttf", OTHERS, "ALL"),
+    ("DejaVu Sans", "DejaVuSans.ttf", OTHERS, "ALL"),
+    ("KaTeX_Main", "KaTeX_Main-Italic.ttf", LETTERS + GREEK, "WORDS"),
+    ("KaTeX_AMS", "KaTeX_AMS-Regular.ttf", [ord(c) for c in "CHNPQRZ"], "DOUBLED"),
 ]
 
 
@@ -43,10 +45,10 @@ def load(folders, name):
 def choose(fonts):
     """The characters of each face: a fallback has only what no face before it has."""
     known, chosen = set(), []
-    for (_, _, wanted, sets_words), font in zip(FACES, fonts):
+    for (_, _, wanted, use), font in zip(FACES, fonts):
         has = set(font.getBestCmap())
         mine = has if wanted is None else has & set(wanted)
-        if not sets_words:
+        if use == "ALL":
             mine = mine - known if wanted is not None else mine
             known |= mine
         chosen.append(sorted(c for c in mine if c <= 0xFFFF))
@@ -108,14 +110,14 @@ def write_metrics(output, folders):
     fonts = [load(folders, name) for _, name, _, _ in FACES]
     out = ['#include "hosts/web/bridge/font_metrics.h"', "", "#include <cstddef>", "", "namespace zolt::web {", "", "namespace {", ""]
     rows = []
-    for i, ((name, _, _, sets_words), font, characters) in enumerate(zip(FACES, fonts, choose(fonts))):
+    for i, ((name, _, _, use), font, characters) in enumerate(zip(FACES, fonts, choose(fonts))):
         data = metrics(font, characters)
         # A literal, since compilers take long over lists of numbers; in pieces, since some limit the length of one.
         out.append(f"constexpr char face_{i}[] =")
         pieces = ["".join(f"\\{byte:03o}" for byte in data[k : k + 32]) for k in range(0, len(data), 32)]
         out += [f'    "{piece}"' for piece in pieces]
         out[-1] += ";"
-        rows.append(f'      {{"{name}", std::string(face_{i}, sizeof face_{i} - 1), {str(sets_words).lower()}}},')
+        rows.append(f'      {{"{name}", std::string(face_{i}, sizeof face_{i} - 1), surfaces::FACE_FOR_{use}}},')
     out += ["", "}  // namespace", "", "std::vector<surfaces::FontSetC::FileS> getFontMetrics() {", "  return {"]
     out += rows + ["  };", "}", "", "}  // namespace zolt::web", ""]
     pathlib.Path(output).write_text("\n".join(out))

@@ -1,7 +1,5 @@
 #include "zolt/catalogue_extended/operator_cases.h"
 
-#include <algorithm>
-
 namespace zolt::catalogue_extended {
 
 using namespace math::ved;
@@ -30,19 +28,7 @@ void OperatorCasesC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
 
 void OperatorCasesC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long, long height,
                                   long) const {
-  // Its straight parts end a bend away from the tip and from both ends.
-  long const depth = graphics.getMetric(1) - 1;
-  long const bend = std::min(depth, height / 4);
-  long const tip = y + height / 2;
-  long const bottom = y + height - 1;
-  long const stem = x + depth / 2;
-  graphics.drawStroke(STROKE_SMOOTH, {{x + depth, y},
-                                      {stem, y + bend},
-                                      {stem, tip - bend},
-                                      {x, tip},
-                                      {stem, tip + bend},
-                                      {stem, bottom - bend},
-                                      {x + depth, bottom}});
+  graphics.drawSign(SIGN_OPEN_BRACE, x, y, graphics.getMetric(1), height);
 }
 
 }  // namespace zolt::catalogue_extended

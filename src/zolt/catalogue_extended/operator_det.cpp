@@ -16,7 +16,7 @@ OperatorDetC::OperatorDetC(unsigned long columns)
 }
 
 void OperatorDetC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
-  long const bar = 2 * graphics.getMetric(0) + graphics.getMetric(3);
+  long const bar = 3 * graphics.getMetric(0) + graphics.getMetric(3);
   layoutTable(*node, spacesBetween(graphics, bar, bar), ALIGNED_CENTRE, graphics);
 }
 

@@ -6,7 +6,7 @@ using namespace math::ved;
 
 namespace {
 
-/// The width of a bracket, which takes the cell of a parenthesis.
+/// The room of a bracket, whose cell is that of a parenthesis.
 long measureBracket(GraphicsABC const& graphics) { return graphics.getMetric(1) + graphics.getMetric(0); }
 
 }  // namespace
@@ -28,12 +28,9 @@ void OperatorMatrixC::layoutNode4(Node4C* node, GraphicsABC const& graphics) con
 
 void OperatorMatrixC::displayNode4(Node4C*, GraphicsABC const& graphics, long x, long y, long width,
                                    long height, long) const {
-  long const serif = graphics.getMetric(1) / 2;
-  long const bottom = y + height - 1;
-  for (long const side : {x + 1, x + width - 2}) {
-    long const end = side < x + width / 2 ? side + serif : side - serif;
-    graphics.drawStroke(STROKE_WITH_CORNERS, {{end, y}, {side, y}, {side, bottom}, {end, bottom}});
-  }
+  long const cell = graphics.getMetric(1);
+  graphics.drawSign(SIGN_OPEN_SQUARE, x, y, cell, height);
+  graphics.drawSign(SIGN_CLOSE_SQUARE, x + width - cell, y, cell, height);
 }
 
 }  // namespace zolt::catalogue_extended

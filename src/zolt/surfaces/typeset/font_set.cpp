@@ -19,14 +19,15 @@ struct KnownFileS {
   char const* name;
   char const* file;
   bool required = false;
-  bool setsWords = false;
+  FaceUseE use = FACE_FOR_ALL;
 };
 
 constexpr KnownFileS known_files[] = {{"KaTeX_Main", "KaTeX_Main-Regular.ttf", true},
                                       {"KaTeX_Math", "KaTeX_Math-Italic.ttf", true},
                                       {"DejaVu Serif", "DejaVuSerif.ttf"},
                                       {"DejaVu Sans", "DejaVuSans.ttf"},
-                                      {"KaTeX_Main", "KaTeX_Main-Italic.ttf", false, true}};
+                                      {"KaTeX_Main", "KaTeX_Main-Italic.ttf", false, FACE_FOR_WORDS},
+                                      {"KaTeX_AMS", "KaTeX_AMS-Regular.ttf", false, FACE_FOR_DOUBLED}};
 
 void appendFolders(std::vector<std::string>& folders, std::string const& list) {
   for (std::size_t start = 0; start <= list.size();) {
@@ -61,7 +62,7 @@ oss::PointerTC<FontSetC> FontSetC::load(std::vector<std::string> const& folders,
   for (KnownFileS const& known : known_files) {
     std::string bytes, cause;
     if (readFromFolders(folders, known.file, bytes) && (known.required || SfntFontC().parse(bytes, cause))) {
-      files.push_back({known.name, std::move(bytes), known.setsWords});
+      files.push_back({known.name, std::move(bytes), known.use});
     } else if (known.required) {
       error = std::string("font file ") + known.file + " not found in:";
       for (std::string const& folder : folders) error += " " + folder;
@@ -86,7 +87,8 @@ oss::PointerTC<FontSetC> FontSetC::fromMemory(std::vector<FileS> files, std::str
       error = "font " + file.name + ": " + cause;
       return nullptr;
     }
-    if (file.setsWords) set->wordFace_ = set->getFaceCount();
+    if (file.use == FACE_FOR_WORDS) set->wordFace_ = set->getFaceCount();
+    if (file.use == FACE_FOR_DOUBLED) set->doubledFace_ = set->getFaceCount();
     set->faces_.push_back({std::move(file.name), std::move(font)});
   }
   return set;

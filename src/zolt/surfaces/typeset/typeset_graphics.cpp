@@ -21,8 +21,9 @@ constexpr double exponent_distance = 0.25, most_closer = 1.25, most_away = 1;
 constexpr double closer_share = 0.6, most_closer_to_prefix = 2.4;
 
 /// The bars of floors and ceilings are that far inside their boxes, which leaves a serif's length beside the
-/// content; all bars end that far from the top and the bottom, as brackets do. In surface units.
-constexpr double bar_inset = 1.9, bar_serif = 2.3, bar_end = 1.25;
+/// content, and the outer bars of norms so far that they are a pair; all bars end that far from the top and
+/// the bottom, as brackets do. In surface units.
+constexpr double bar_inset = 1.9, bar_serif = 2.3, outer_bar_inset = 0.6, bar_end = 1.25;
 
 /// A line runs through the centres of the units at its ends.
 PathPointS cellCentre(long x, long y) { return {double(x) + 0.5, double(y) + 0.5}; }
@@ -185,7 +186,7 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
                  0.058 * fontSize().em);
       break;
     case math::ved::SIGN_NORM_BARS:
-      fillBars(math::ved::SIGN_ABSOLUTE_BARS, x, y, width, height, closer);
+      fillBars(sign, x, y, width, height, closer);
       return fillBars(math::ved::SIGN_ABSOLUTE_BARS, x + norm_bar_distance, y, width - 2 * norm_bar_distance,
                       height, closer);
     default:
@@ -240,8 +241,8 @@ void TypesetGraphicsABC::fillBar(PathPointS from, PathPointS to) const {
 
 void TypesetGraphicsABC::fillBars(math::ved::SignE sign, long x, long y, long width, long height,
                                   double closer) const {
-  bool const serifs = sign != math::ved::SIGN_ABSOLUTE_BARS;
-  double const inset = 0.5 + (serifs ? bar_inset : 0);
+  bool const serifs = sign == math::ved::SIGN_CEILING_BARS || sign == math::ved::SIGN_FLOOR_BARS;
+  double const inset = 0.5 + (serifs ? bar_inset : sign == math::ved::SIGN_NORM_BARS ? outer_bar_inset : 0);
   double const left = double(x) + inset + closer, right = double(x + width) - inset;
   double const top = double(y) + 0.5 + bar_end, bottom = double(y + height) - 0.5 - bar_end;
   fillBar({left, top}, {left, bottom});

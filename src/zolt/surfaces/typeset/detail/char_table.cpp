@@ -35,6 +35,10 @@ constexpr char32_t printed_pi = 0x3C0;
 constexpr std::u16string_view indices = u"₀₁₂₃₄₅₆₇₈₉₊₋₌₍₎ₐₑₒₓₔₕₖₗₘₙₚₛₜᵢᵣᵤᵥⱼ";
 constexpr std::u16string_view lowered = u"0123456789+-=()aeox\u0259hklmnpstiruvj";
 
+/// The sets of numbers, and the capitals that have doubled strokes in a face of their own.
+constexpr std::u16string_view doubled = u"\u2102\u210D\u2115\u2119\u211A\u211D\u2124";
+constexpr std::u16string_view capitals = u"CHNPQRZ";
+
 struct ClassS {
   CharClassE charClass;
   std::u16string_view characters;
@@ -102,6 +106,10 @@ CharLookS CharTableC::make(char32_t codePoint) const {
   look.charClass = classify(codePoint);
   char32_t const shown = showAs(codePoint);
   look.upright = findGlyph(shown, FACE_MAIN);
+  std::size_t const capital = shown <= 0xFFFF ? doubled.find(char16_t(shown)) : doubled.npos;
+  if (capital != doubled.npos && fonts_->getDoubledFace() != FACE_MAIN) {
+    static_cast<void>(findGlyphIn(fonts_->getDoubledFace(), capitals[capital], look.upright));
+  }
   if (codePoint == slot) look.upright.advance = slot_advance;
   if (look.charClass == CLASS_PRIME) look.upright.advance = look.upright.advance * prime_percent / 100;
   char32_t const negated = shown == common::not_equal_sign ? U'=' : shown == not_in ? element_of : 0;

@@ -105,7 +105,9 @@ void appendProduct(PathC& path, double x, double y, double width, double height)
 
 void appendSquareBracket(PathC& path, SideE side, double x, double y, double width, double height,
                          FontSizeS const& size) {
-  double const thickness = 1.15 * getRuleThickness(size), inset = std::min(0.08 * size.em, height * 0.08);
+  double const growth = std::clamp((height / size.em - 1.2) / 2.4, 0.0, 1.0);
+  double const thickness = (1.15 + 0.35 * growth) * getRuleThickness(size);
+  double const inset = std::min(0.08 * size.em, height * 0.08);
   double const top = y + inset, bottom = y + height - inset;
   double const reach = 0.42 * width, from = side == SIDE_LEFT ? x + 0.4 * width : x + 0.6 * width;
   double const end = side == SIDE_LEFT ? from + reach : from - reach;
