@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "tests/support/stage.h"
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/cell_html.h"
 #include "zolt/ved/tree/detail/row_index.h"
 #include "zolt/ved/ved.h"
 
@@ -92,6 +94,30 @@ TEST(Tables, AreReadFromPlainText) {
     auto const read = exchange::fromPlainText(fromUtf8(text), nullptr);
     EXPECT_EQ(read ? toUtf8(read->toPrefixString()) : "error", prefix) << text;
   }
+}
+
+// A page and the cells of its first table, with "|" for tabs.
+TEST(Tables, AreReadFromHtml) {
+  for (auto const& [html, cells] : std::vector<std::pair<std::string, std::string>>{
+           {"<p>x</p><TABLE border=1><tr><th>a<th> b &lt;\n "
+            "c</tr><tr><td>x<sup>2</sup></td><td>&#x3C0;&nbsp;</td>"
+            "</table><table><tr><td>1</td><td>2</td></tr></table>",
+            "a|b < c\nx^(2)|\u03C0"},
+           {"<table><tr><td rowspan=2>1<td colspan=\"2\">2<tr><td>3<td>4<tr><td>5</table>",
+            "1|2|\n|3|4\n5||"},
+           {"<table><tr><td>1<table><tr><td>2</table>3<style>td{}</style><td><!-- <td> -->&amp;&x;4",
+            "1 2 3|&&x;4"},
+           {"<table><tr><td>alone</td></tr></table>", ""},
+           {"<table><tr><td colspan=101>1<tr><td>2</table>", ""},
+           {"a<b & c", ""}}) {
+    wstring read = field::detail::cellsFromHtml(fromUtf8(html));
+    std::replace(read.begin(), read.end(), u'\t', u'|');
+    EXPECT_EQ(toUtf8(read), cells) << html;
+  }
+  wstring const text = u"a<b\tc & d\n\"e\"\t";
+  EXPECT_EQ(toUtf8(field::detail::cellsFromHtml(field::detail::cellsToHtml(text))),
+            toUtf8(u"a<b\tc & d\ne\t"));
+  EXPECT_EQ(field::detail::cellsToHtml(u"a+b"), u"");
 }
 
 TEST(Tables, AreShownAndEdited) { playCases(); }

@@ -96,6 +96,7 @@ void MainWindow::connectView() {
     updateActions();
     statusTimer_.start();
   });
+  connect(view_, &SheetView::caretMoved, this, [this] { palette_->follow(view_->currentFormula()); });
   connect(view_, &SheetView::errorOccurred, this, [this](QString const& text) {
     // The message stays although the faulty part is selected.
     statusTimer_.stop();
@@ -193,7 +194,7 @@ void MainWindow::updateActions() {
   qsizetype const index = view_->rows().indexOf(view_->currentRow());
   enable("move-up", index > 0);
   enable("move-down", index + 1 < view_->rows().size());
-  palette_->setInsertable(formula);
+  palette_->follow(formula);
 }
 
 // ---- Settings ---------------------------------------------------------------------------------------------

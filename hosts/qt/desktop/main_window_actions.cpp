@@ -12,6 +12,7 @@
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "hosts/qt/desktop/size_grid.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/text.h"
 
@@ -149,9 +150,18 @@ void MainWindow::makeInsertMenu() {
   for (field::PaletteGroupS const& group : palette_->groups()) {
     QMenu& sub = *menu.addMenu(toQString(group.title));
     for (field::PaletteEntryS const& entry : group.entries) {
-      QAction* const action =
-          sub.addAction(formulaIcon(toQString(entry.picture), fonts_), toQString(entry.title));
+      QIcon const icon = entry.picture.empty() ? QIcon() : formulaIcon(toQString(entry.picture), fonts_);
+      QAction* const action = sub.addAction(icon, toQString(entry.title));
       connect(action, &QAction::triggered, this, [this, &entry] { pick(entry); });
+      connect(&sub, &QMenu::aboutToShow, action, [this, action, &entry] {
+        qt::FormulaEdit const* const formula = view_->currentFormula();
+        action->setEnabled(formula && formula->isEntryEnabled(entry));
+      });
+      if (!entry.takesSize) continue;
+      QMenu& sizes = *sub.addMenu(action->icon(), tr("%1 of Any Size").arg(action->text()));
+      connect(SizeGrid::addTo(sizes), &SizeGrid::picked, this, [this, &entry](int rows, int columns) {
+        pick(field::withSize(entry, static_cast<unsigned long>(rows), static_cast<unsigned long>(columns)));
+      });
     }
   }
 }

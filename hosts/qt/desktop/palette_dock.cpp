@@ -3,12 +3,15 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 #include "hosts/qt/desktop/icons.h"
+#include "hosts/qt/desktop/size_grid.h"
 #include "zolt/field/formula_field.h"
+#include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_fonts.h"
 #include "zolt/qt/qt_graphics.h"
 #include "zolt/qt/text.h"
@@ -81,7 +84,7 @@ PaletteDock::~PaletteDock() = default;
 
 QToolButton* PaletteDock::makeButton(field::PaletteEntryS const& entry) {
   auto* const button = new QToolButton(this);
-  button->setIcon(formulaIcon(toQString(entry.picture), fonts_));
+  if (!entry.picture.empty()) button->setIcon(formulaIcon(toQString(entry.picture), fonts_));
   button->setIconSize(icon_size);
   button->setFixedSize(button_size);
   button->setAutoRaise(true);
@@ -92,6 +95,16 @@ QToolButton* PaletteDock::makeButton(field::PaletteEntryS const& entry) {
   button->setAccessibleName(toQString(entry.title));
   button->setAccessibleDescription(toQString(entry.toolTip));
   connect(button, &QToolButton::clicked, this, [this, &entry] { emit picked(entry); });
+  if (entry.takesSize) {
+    auto* const menu = new QMenu(button);
+    connect(SizeGrid::addTo(*menu), &SizeGrid::picked, this, [this, &entry](int rows, int columns) {
+      emit picked(
+          field::withSize(entry, static_cast<unsigned long>(rows), static_cast<unsigned long>(columns)));
+    });
+    button->setMenu(menu);
+    button->setPopupMode(QToolButton::MenuButtonPopup);
+    button->setToolTip(button->toolTip() + tr("<br>The arrow: of any size"));
+  }
   return button;
 }
 
@@ -134,9 +147,11 @@ void PaletteDock::pickFirst() {
   emit picked(*best);
 }
 
-void PaletteDock::setInsertable(bool insertable) {
-  for (SectionS const& section : sections_) {
-    for (QToolButton* const button : section.buttons) button->setEnabled(insertable);
+void PaletteDock::follow(qt::FormulaEdit const* formula) {
+  for (std::size_t i = 0; i < sections_.size(); ++i) {
+    for (std::size_t k = 0; k < sections_[i].buttons.size(); ++k) {
+      sections_[i].buttons[k]->setEnabled(formula && formula->isEntryEnabled(groups_[i].entries[k]));
+    }
   }
 }
 

@@ -12,8 +12,9 @@ class QLineEdit;
 class QToolButton;
 
 namespace zolt::qt {
+class FormulaEdit;
 class FormulaFonts;
-}
+}  // namespace zolt::qt
 
 namespace zolt::desktop {
 
@@ -28,8 +29,8 @@ class PaletteDock final : public QDockWidget {
   ~PaletteDock() override;
 
   std::vector<field::PaletteGroupS> const& groups() const { return groups_; }
-  /// Disables the palette while there is no formula to insert into.
-  void setInsertable(bool insertable);
+  /// Enables what can be inserted into `formula` now; nothing without one (null).
+  void follow(qt::FormulaEdit const* formula);
 
  public slots:
   /// Moves the keyboard focus to the search field.

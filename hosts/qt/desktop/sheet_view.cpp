@@ -208,7 +208,9 @@ void SheetView::connectFormula(SheetRow* row) {
   connect(edit, &FormulaEdit::selectionChanged, this, tell);
   connect(row, &SheetRow::formulaStateChanged, this, tell);
   connect(edit, &FormulaEdit::caretMoved, this, [this, row] {
-    if (row == current_) reveal();
+    if (row != current_) return;
+    reveal();
+    emit caretMoved();
   });
   connect(edit, &FormulaEdit::errorOccurred, this,
           [this](int, QString const& text) { emit errorOccurred(text); });

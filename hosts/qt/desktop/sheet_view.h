@@ -73,6 +73,8 @@ class SheetView final : public QScrollArea {
   void currentChanged();
   /// The current formula, its selection or its caret has changed.
   void formulaChanged();
+  /// Within the current formula.
+  void caretMoved();
   void modifiedChanged(bool modified);
   /// A line has changed, whether by the user or by the program.
   void edited();

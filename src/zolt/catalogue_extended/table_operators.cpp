@@ -7,9 +7,7 @@
 #include "zolt/catalogue_extended/operator_matrix.h"
 #include "zolt/exchange/plain_operator.h"
 #include "zolt/ved/operators/operator_table_act.h"
-#include "zolt/ved/operators/row_building.h"
-#include "zolt/ved/tree/node4.h"
-#include "zolt/ved/view/view_insertion.h"
+#include "zolt/ved/operators/operator_table_template.h"
 
 namespace zolt::catalogue_extended {
 
@@ -26,29 +24,6 @@ OperatorWordsS makeWords(wstring const& title, wstring const& label, std::vector
   return words;
 }
 
-/// Inserts a table of a certain size.
-class TableTemplateC : public OperatorBC {
- public:
-  TableTemplateC(wstring const& name, wstring const& table, unsigned long rows, unsigned long columns)
-      : OperatorBC(name, name, 0, 0, false, false, 0), table_(table), rows_(rows), columns_(columns) {}
-
-  bool runOperator(ViewZNT4C& view) const override {
-    ViewInsertionC insertion(view);
-    auto const registered = insertion.crefOperatorList().lookup(table_);
-    auto const op = registered ? registered->findColumns(columns_) : nullptr;
-    if (!op || !insertion.mayNestSelection()) return false;
-    std::vector<rows::NodeT> cells(rows_ * columns_);
-    cells[0] = insertion.cutSelection();
-    insertion.insertConstruct(rows::makeConstruct(*op, std::move(cells)), 0);
-    return true;
-  }
-
- private:
-  wstring table_;
-  unsigned long rows_;
-  unsigned long columns_;
-};
-
 }  // namespace
 
 void addTableOperators(OperatorListC& operators) {
@@ -58,16 +33,16 @@ void addTableOperators(OperatorListC& operators) {
     operators.add(op);
   };
   operators.add(new OperatorMatrixC);
-  add(new TableTemplateC(u"_matrix3", u"matrix", 3, 3),
+  add(new OperatorTableTemplateC(u"_matrix3", u"matrix", 3, 3),
       makeWords(u"3 \u00D7 3 matrix", u"3\u00D73", {u"matrix"}));
-  add(new TableTemplateC(u"_vector2", u"matrix", 2, 1),
+  add(new OperatorTableTemplateC(u"_vector2", u"matrix", 2, 1),
       makeWords(u"vector of two", u"2\u00D71", {u"vector"}));
-  add(new TableTemplateC(u"_vector3", u"matrix", 3, 1),
+  add(new OperatorTableTemplateC(u"_vector3", u"matrix", 3, 1),
       makeWords(u"vector of three", u"3\u00D71", {u"vector"}));
   // "det(" is the function, which a second argument makes the construct.
   operators.add(new OperatorBC(u"det", u"det", 0, 0, false, false, 0));
   operators.add(new OperatorDetC);
-  add(new TableTemplateC(u"_det3", u"det", 3, 3),
+  add(new OperatorTableTemplateC(u"_det3", u"det", 3, 3),
       makeWords(u"3 \u00D7 3 determinant", u"|3\u00D73|", {u"det"}));
   operators.add(new OperatorCasesC);
   struct ActS {

@@ -6,6 +6,7 @@
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/markup.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/detail/cell_html.h"
 #include "zolt/field/detail/cell_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/decimal_comma_graphics.h"
@@ -241,6 +242,7 @@ ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, Inpu
     content.plainText = writeRowText(inOneRow(range), view.crefOperatorList());
   }
   if (options.decimalComma) content.plainText = toCommaText(content.plainText);
+  if (findBlock(range)) content.html = cellsToHtml(content.plainText);
   return content;
 }
 
@@ -268,6 +270,8 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
   content.prefix.clear();
   ReadersS const readers{options, readMathml};
   auto const expression = readMarked(content, readers, content.plainText.empty() ? error : nullptr);
+  // A table is worth more than its words. Programs for tables have text with tabs, too.
+  wstring const page = std::move(content.html);
   content.mathml.clear();
   content.latex.clear();
   content.html.clear();
@@ -275,6 +279,9 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
     // What has been read is the expression, however it was written.
     content.prefix = expression->toPrefixString();
     return PASTE_DONE;
+  }
+  if (page.size() <= max_pasted_markup && content.plainText.find(u'\t') == wstring::npos) {
+    if (wstring cells = cellsFromHtml(page); !cells.empty()) content.plainText = std::move(cells);
   }
   if (pasteCellTexts(view, content.plainText, readers)) return PASTE_DONE;
   return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content, readers, error);

@@ -27,11 +27,12 @@ struct ClipboardContentS {
   /// As people type formulas; an incomplete one is written as far as possible. A block of a table's cells is
   /// text with tabs, as in programs for tables.
   wstring plainText;
-  // Of other programs. What is copied has none of these, since the notations' writers make them of the
-  // prefix.
+  // Of other programs. What is copied has none of these but HTML, since the notations' writers make them of
+  // the prefix.
   wstring latex = {};
   wstring mathml = {};  ///< presentation or content
-  wstring html = {};    ///< a page with a formula as MathML, or with its LaTeX
+  /// A page with a formula as MathML, or with its LaTeX, or with a table; a copied block of cells as a table.
+  wstring html = {};
 
   bool isEmpty() const {
     return bytes.empty() && prefix.empty() && latex.empty() && mathml.empty() && html.empty() &&

@@ -9,7 +9,7 @@
 #include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/limits.h"
-#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_table_template.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/table_view.h"
 
@@ -136,11 +136,14 @@ bool FormulaFieldC::insertText(wstring const& text) {
 
 bool FormulaFieldC::insertOperator(wstring const& name) {
   ActC act(*this, makeStep(SCRIPT_OPERATOR, name));
-  if (!view_.isEditable() || !view_.crefOperatorList().lookup(name)) return false;
+  if (!view_.isEditable()) return false;
+  bool const isKnown{view_.crefOperatorList().lookup(name)};
+  auto const sized = isKnown ? nullptr : OperatorTableTemplateC::read(name);
+  if (!isKnown && !sized) return false;
   act.dropMark();
   GroupC group(*this);
   completeName();
-  if (group.end(runOperator(name))) return true;
+  if (group.end(sized ? view_.insertOperator(sized) : runOperator(name))) return true;
   act.restoreMark();
   return refuse({}, {findCause(u'x'), 0, 0, {}});
 }

@@ -7,8 +7,8 @@
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/geometry/blind_graphics.h"
-#include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/operators/operator_table_template.h"
 #include "zolt/ved/tree/tree_notation.h"
 
 namespace zolt::field {
@@ -33,8 +33,7 @@ wstring capitalised(wstring text) {
 
 wstring pictureOf(wstring const& insert) {
   ViewZNT4C view(new BlindGraphicsC);
-  view.insertText(insert);
-  return writeTreeNotation(view.crefRoot());
+  return view.insertText(insert) ? writeTreeNotation(view.crefRoot()) : wstring();
 }
 
 wstring lowered(wstring text) {
@@ -90,6 +89,7 @@ std::vector<PaletteGroupS> makePalette(ViewZNT4C const& view) {
     group->entries.push_back(makeEntry(op->getName(), capitalised(words.title),
                                        words.label.empty() ? op->getText() : words.label, typedForm(*op),
                                        keywordsOf(*op)));
+    group->entries.back().takesSize = op->getColumns() > 0 && op->findColumns(op->getColumns() + 1);
   }
   groups.push_back(makeGreekLetters());
   return groups;
@@ -109,13 +109,34 @@ SearchMatchE matchSearch(PaletteEntryS const& entry, wstring const& wanted) {
   return best;
 }
 
-bool isEnabled(PaletteEntryS const&, FormulaFieldC const& field) { return field.isEditable(); }
+PaletteEntryS withSize(PaletteEntryS entry, unsigned long rows, unsigned long columns) {
+  entry.insert = OperatorTableTemplateC::sizedName(entry.insert, rows, columns);
+  entry.takesSize = false;
+  return entry;
+}
+
+namespace {
+
+/// Null for a letter.
+PointerTC<OperatorBC> findOperator(PaletteEntryS const& entry, OperatorListC const& operators) {
+  auto op = operators.lookup(entry.insert);
+  return op ? op : OperatorTableTemplateC::read(entry.insert);
+}
+
+}  // namespace
+
+bool isEnabled(PaletteEntryS const& entry, FormulaFieldC const& field) {
+  if (!field.isEditable()) return false;
+  auto const& view = field.crefView();
+  auto const op = findOperator(entry, view.crefOperatorList());
+  return !op || op->mayRun(view.getSelection(), view.crefOperatorList());
+}
 
 bool runEntry(PaletteEntryS const& entry, FormulaFieldC& field) {
-  bool const isOperator = static_cast<bool>(field.crefView().crefOperatorList().lookup(entry.insert));
   // A letter is pasted, so that it does not join the name beside it.
-  return isOperator ? field.insertOperator(entry.insert)
-                    : field.paste({{}, {}, entry.insert}) != PASTE_REFUSED;
+  return findOperator(entry, field.crefView().crefOperatorList())
+             ? field.insertOperator(entry.insert)
+             : field.paste({{}, {}, entry.insert}) != PASTE_REFUSED;
 }
 
 }  // namespace zolt::field

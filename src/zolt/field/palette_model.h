@@ -16,15 +16,17 @@ class FormulaFieldC;
 
 /// One button of a palette.
 struct PaletteEntryS {
-  wstring insert;    ///< an operator's name, or else the letter to be typed
+  wstring insert;    ///< an operator's name, perhaps with a table's size, or else the letter to be typed
   wstring title;     ///< for menus and screen readers: "Square root"
   wstring label;     ///< a few characters for a button that shows no picture: "√"
   wstring shortcut;  ///< what can be typed instead: "sqrt("; may be empty
   wstring toolTip;   ///< title and shortcut in one line
   /// Everything by which people look for it: its names, those of other notations, its signs, what is typed.
   std::vector<wstring> keywords;
-  /// What it inserts, in tree notation without a caret, from which hosts draw a small picture.
+  /// What it inserts, in tree notation without a caret, from which hosts draw a small picture. Empty for what
+  /// acts on the construct around the caret, which has the label.
   wstring picture;
+  bool takesSize = false;  ///< a table, which `withSize` gives other numbers of rows and columns
 };
 
 /// Entries that belong together, under a title.
@@ -47,7 +49,10 @@ enum SearchMatchE {
 };
 SearchMatchE matchSearch(PaletteEntryS const& entry, wstring const& wanted);
 
-/// Whether the entry could be inserted now.
+/// The entry of a table with so many rows and columns; it keeps the picture.
+PaletteEntryS withSize(PaletteEntryS entry, unsigned long rows, unsigned long columns);
+/// Whether the entry could be inserted now. What acts on the rows and columns of a table needs one around the
+/// caret.
 bool isEnabled(PaletteEntryS const& entry, FormulaFieldC const& field);
 /// Inserts it at the field's caret, as one step to undo.
 bool runEntry(PaletteEntryS const& entry, FormulaFieldC& field);

@@ -51,6 +51,7 @@
 #include "zolt/ved/operators/operator_sigma.h"
 #include "zolt/ved/operators/operator_sqrt.h"
 #include "zolt/ved/operators/operator_table_act.h"
+#include "zolt/ved/operators/operator_table_template.h"
 #include "zolt/ved/operators/operator_unary_postfix.h"
 #include "zolt/ved/operators/operator_unary_prefix.h"
 #include "zolt/ved/operators/operator_where.h"

@@ -379,6 +379,10 @@ bool FormulaEdit::insertEntry(field::PaletteEntryS const& entry) {
   return state_->act([&] { return field::runEntry(entry, *state_->field); });
 }
 
+bool FormulaEdit::isEntryEnabled(field::PaletteEntryS const& entry) const {
+  return field::isEnabled(entry, *state_->field);
+}
+
 void FormulaEdit::setCaretNear(QPoint pos) {
   QPoint const at = state_->toUnits(pos);
   state_->act([&] {

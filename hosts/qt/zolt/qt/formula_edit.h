@@ -155,6 +155,7 @@ class FormulaEdit : public EditField {
   bool insertOperator(QString const& name);
   bool insertText(QString const& text);
   bool insertEntry(field::PaletteEntryS const& entry);
+  bool isEntryEnabled(field::PaletteEntryS const& entry) const;
   /// Puts the caret at the place nearest to `pos` (widget coordinates).
   void setCaretNear(QPoint pos);
   // As of a `QLineEdit`, -1 without a selection. A position counts the places of the caret in reading order.

@@ -99,6 +99,7 @@ QStringList FormulaMimeData::formats() const {
     types << QLatin1String(prefix_mime_type) << QLatin1String(mathml_mime_type)
           << QLatin1String(latex_mime_type);
   if (!content_.plainText.empty()) types << QLatin1String(text_type);
+  if (!content_.html.empty()) types << QLatin1String(html_type);
   if (!content_.bytes.empty() && fonts_) {
     types << QLatin1String(svg_type) << QLatin1String(png_type) << QLatin1String(image_type);
   }
@@ -115,6 +116,7 @@ QVariant FormulaMimeData::retrieveData(QString const& type, QMetaType) const {
     return writeAs([](auto const& one) { return mathml::toMathml(one); }, content_.prefix);
   }
   if (type == QLatin1String(text_type)) return toQString(content_.plainText);
+  if (type == QLatin1String(html_type)) return toQString(content_.html);
   if (!fonts_ || !hasFormat(type)) return {};
   FormulaPicture picture(fonts_, decimalComma_);
   if (!picture.setContent(content_)) return {};

@@ -18,8 +18,8 @@ constexpr char mathml_mime_type[] = "application/mathml+xml";
 constexpr char latex_mime_type[] = "application/x-tex";
 
 /// A copied piece of a formula on its way to a clipboard or to the target of a drop: bytes for formula
-/// fields, prefix notation for programs, and text, MathML, LaTeX and a picture (PNG and SVG), made on
-/// request, for all others.
+/// fields, prefix notation for programs, and text, a table in HTML for a block of cells, MathML, LaTeX and a
+/// picture (PNG and SVG), made on request, for all others.
 class FormulaMimeData final : public QMimeData {
   Q_OBJECT
 

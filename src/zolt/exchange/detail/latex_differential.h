@@ -12,8 +12,8 @@ enum OrderE { ORDER_REPEATED, ORDER_KEPT };
 
 /// How many derivatives an exponent means; 1 without one, 0 when it is no number of moderate size.
 unsigned countDerivatives(math::algexpr::NodeABC const* exponent);
-/// The unit of angles that is an exponent, in the brackets that tell it from a unit after the base; any number
-/// of them. Null when there are none.
+/// The unit of angles that is an exponent, in the brackets that tell it from a unit after the base; any
+/// number of them. Null when there are none.
 math::algexpr::ParentNodeABC const* asBracketedUnit(math::algexpr::NodeABC const& exponent);
 /// Whether "d^2 y" over "dx^2", or "∂^2 f" over "∂x ∂y", is a derivative. The first factor of both is a "d",
 /// in the numerator perhaps with an exponent.
