@@ -76,6 +76,10 @@ if(TARGET ved)
                           "Draws formulas, and converts them between notations, many at a time." NEEDS libraries NEEDS
                           library_surface_cairo DEPENDS ${fonts})
 endif()
+if(TARGET ved-giac-worker)
+  zolt_add_debian_package(giac zolt-giac "formulas computed by an algebra system"
+                          "The worker that computes for zolt-ved and zolt-ved-desktop, under the GPL." NEEDS libraries)
+endif()
 set(needs)
 foreach(part IN LISTS all_libraries)
   list(APPEND needs NEEDS ${part})

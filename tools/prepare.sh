@@ -29,11 +29,11 @@ die() {
 
 # What each purpose needs: Debian packages, or command=package where the command may also come from elsewhere.
 packages_for() {
-  local fonts='fonts-katex fonts-dejavu-core python3-fonttools' tool='libcli11-dev libexpat1-dev libcairo2-dev libfreetype-dev libharfbuzz-dev fonts-katex fonts-dejavu-core'
+  local fonts='fonts-katex fonts-dejavu-core python3-fonttools' tool='libcli11-dev libexpat1-dev libcairo2-dev libfreetype-dev libharfbuzz-dev fonts-katex fonts-dejavu-core libgiac-dev'
   case $1 in
     build) echo 'c++=g++ cmake=cmake ninja=ninja-build pkg-config=pkg-config nlohmann-json3-dev' ;;
     tool) echo "$tool" ;;
-    desktop) echo 'libexpat1-dev fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev' ;;
+    desktop) echo 'libexpat1-dev fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev libgiac-dev' ;;
     web) echo "$fonts em++=emscripten node=nodejs python3-brotli" ;;
     test) echo "$tool python3=python3 python3-fonttools libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
     reference) echo 'doxygen=doxygen' ;;

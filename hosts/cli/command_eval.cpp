@@ -10,7 +10,7 @@
 #include "hosts/cli/options.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/cas_request.h"
-#include "zolt/engines/basic/basic_engine.h"
+#include "zolt/engines/list/engine_list.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 
@@ -39,11 +39,13 @@ Examples:
   ved eval --numeric 'int(0,1,exp(-x^2),x)'
 
 The engine "basic" knows arithmetic, the functions of the palette, derivatives, finite sums, definite integrals as
-numbers, linear and quadratic equations; what it does not know it says.)";
+numbers, linear and quadratic equations; what it does not know it says. The engine "giac" is an algebra system in
+a process of its own, where it is installed; to it "i" is the imaginary unit.)";
 
 struct SettingsS {
   InputS input;
   NotationE from = NOTATION_PLAIN;
+  CatalogueE catalogue = CATALOGUE_EXTENDED;
   ResultNotationE to = RESULT_PLAIN;
   EngineE engine = ENGINE_BASIC;
   CASRequestS request;
@@ -88,11 +90,18 @@ bool evaluate(SettingsS const& settings, CASSessionBC& session, oss::wstring con
 }
 
 ExitStatusE run(SettingsS const& settings) {
-  if (settings.engine == ENGINE_GIAC) {
-    printMessage("the engine \"giac\" is not part of this program; \"basic\" is");
+  oss::wstring const name = settings.engine == ENGINE_GIAC ? u"giac" : u"basic";
+  auto const engine = engine_list::makeEngine(name);
+  if (!engine) {
+    std::string reason = "it is not part of this program";
+    for (auto const& entry : engine_list::listEngines()) {
+      if (entry.name == name) reason = toUtf8(entry.reason);
+    }
+    printMessage("the engine \"" + toUtf8(name) + "\" cannot be used: " + reason);
     return EXIT_STATUS_FAILED;
   }
-  CASSessionBC session(new engine_basic::BasicEngineC);
+  provideOperators(settings.catalogue);
+  CASSessionBC session(engine);
   StandardOutputC output;
   BatchC batch(settings.input, progress_step, output);
   while (batch.next()) {
@@ -144,6 +153,7 @@ void addEvalCommand(CLI::App& program, ActionT& action) {
   addVariableOperation(command, s, "--solve", CAS_SOLVE, "Solve equations for this variable");
   addVariableOperation(command, s, "--diff", CAS_DIFFERENTIATE, "Derive by this variable");
   addVariableOperation(command, s, "--integrate", CAS_INTEGRATE, "Find antiderivatives by this variable");
+  addCatalogue(command, s.catalogue);
   addFlag(command, "--degrees", s.isInDegrees, "Take plain numbers as angles in degrees");
   addNumber(command, "--deadline", s.deadline, 0.001, 86400, "Seconds for each expression");
   addChoice<EngineE>(command, "--engine", s.engine, {{"basic", ENGINE_BASIC}, {"giac", ENGINE_GIAC}},

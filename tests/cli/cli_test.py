@@ -200,7 +200,11 @@ class EvalTest(unittest.TestCase):
                 status, out, err = ved("eval", *options, text)
                 self.assertEqual((out.decode(), err, status), (expected + "\n", b"", OK))
         self.assertEqual(ved("eval", "--numeric", "--expand", "x")[0], USAGE)
-        self.assertEqual(ved("eval", "--engine", "giac", "1")[0], FAILED)
+        missing = subprocess.run(
+            [VED, "eval", "--engine", "giac", "1"], env={"ZOLT_GIAC_WORKER": "/nowhere"}, capture_output=True, check=False
+        )
+        self.assertEqual(missing.returncode, FAILED)
+        self.assertIn(b"libgiac-dev", missing.stderr)
 
 
 class RenderTest(unittest.TestCase):

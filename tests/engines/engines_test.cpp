@@ -1,138 +1,29 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <memory>
 #include <string>
 #include <thread>
-#include <vector>
 
+#include "tests/engines/engine_cases.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/algexpr/cas_request.h"
-#include "zolt/algexpr/number_display_format.h"
 #include "zolt/engines/basic/basic_engine.h"
 #ifndef __EMSCRIPTEN__
 #include "zolt/engines/queue/engine_queue.h"
 #endif
-#include "zolt/exchange/plain_text.h"
-#include "zolt/ved/tree/node4.h"
 
 namespace zolt::engine_basic {
 namespace {
 
 using namespace math::algexpr;
-using ExpressionT = PointerTC<AlgebraicExpressionC>;
-
-ExpressionT read(std::string const& text) {
-  return exchange::fromPlainText(tests::toText(text), CASSessionBC::getSession());
-}
-
-std::string write(ExpressionT const& expression) { return tests::toUtf8(exchange::toPlainText(*expression)); }
-
-std::vector<std::string> split(std::string const& text, std::string const& at) {
-  std::vector<std::string> parts;
-  std::size_t begin = 0;
-  for (std::size_t end; (end = text.find(at, begin)) != text.npos; begin = end + at.size()) {
-    parts.push_back(text.substr(begin, end - begin));
-  }
-  parts.push_back(text.substr(begin));
-  return parts;
-}
-
-/// "solve x", "num 30", "eval deg": an operation and what belongs to it.
-CASRequestS readCommand(std::string const& command) {
-  static std::vector<std::pair<std::string, CASOperationE>> const operations{
-      {"eval", CAS_EVALUATE},      {"num", CAS_APPROXIMATE}, {"expand", CAS_EXPAND},
-      {"simplify", CAS_SIMPLIFY},  {"factor", CAS_FACTOR},   {"solve", CAS_SOLVE},
-      {"diff", CAS_DIFFERENTIATE}, {"int", CAS_INTEGRATE},   {"subst", CAS_SUBSTITUTE}};
-  CASRequestS request;
-  request.deadline = std::chrono::seconds(60);
-  std::vector<std::string> const words = split(command, " ");
-  for (auto const& [word, operation] : operations) {
-    if (word == words[0]) request.operation = operation;
-  }
-  for (std::size_t i = 1; i < words.size(); ++i) {
-    if (words[i] == "deg") {
-      request.angle = CAS_DEGREES;
-    } else if (request.operation == CAS_APPROXIMATE) {
-      request.digits = static_cast<unsigned>(std::stoul(words[i]));
-    } else if (i == 1) {
-      request.variable = tests::toText(words[i]);
-    } else {
-      request.value = read(words[i]);
-    }
-  }
-  return request;
-}
-
-std::string describeResult(CASResultS const& result, CASRequestS const& request) {
-  if (result.outcome == CAS_VALUE) {
-    bool const isRounded = result.certainDigits != CASResultS::all_digits;
-    return write(result.value) + (isRounded ? " ±" + std::to_string(result.certainDigits) : "");
-  }
-  std::string text = (result.outcome == CAS_ERROR ? "! " : "? ") + tests::toUtf8(describe(result));
-  if (PointerTC<NodeABC> const part = findPart(*request.expression, result.part)) {
-    text += " @ " + write(new AlgebraicExpressionC(part, nullptr));
-  }
-  return text;
-}
-
-std::string withoutBrackets(ExpressionT const& expression) {
-  std::string text = tests::toUtf8(expression->toPrefixString());
-  std::string const brackets = "_quietpos(";
-  for (std::size_t at; (at = text.find(brackets)) != text.npos;) {
-    std::size_t end = at + brackets.size();
-    for (int depth = 1; depth > 0; ++end) depth += text[end] == '(' ? 1 : text[end] == ')' ? -1 : 0;
-    text.erase(end - 1, 1).erase(at, brackets.size());
-  }
-  return text;
-}
-
-// What a person sees of a result is read back as the same expression, but for brackets that change nothing.
-void expectToBeShownAsItIs(ExpressionT const& result) {
-  std::unique_ptr<math::ved::Node4C> const tree(
-      math::ved::Node4C::fromAlgebraicExpression(result, 0, NUMBER_FORMAT_AUTOMATIC));
-  ExpressionT const shown = tree->getAlgebraicExpression(nullptr);
-  ASSERT_TRUE(shown);
-  EXPECT_EQ(withoutBrackets(shown), withoutBrackets(result));
-}
-
-// An exact value is the numeric one: their difference is 0 as far as digits are certain.
-void expectSameNumber(BasicEngineC const& engine, CASRequestS request, ExpressionT const& exact) {
-  request.operation = CAS_APPROXIMATE;
-  CASResultS const direct = engine.compute(request);
-  if (direct.outcome != CAS_VALUE || direct.certainDigits == 0) return;
-  request.expression = exact;
-  CASResultS const fromExact = engine.compute(request);
-  ASSERT_EQ(fromExact.outcome, CAS_VALUE);
-  request.digits = std::min({14U, direct.certainDigits, fromExact.certainDigits}) - 1;
-  request.expression = direct.value;
-  std::string const rounded = write(engine.compute(request).value);
-  request.expression = fromExact.value;
-  EXPECT_EQ(rounded, write(engine.compute(request).value));
-}
+using tests::describeResult;
+constexpr auto read = tests::readExpression;
+constexpr auto write = tests::writeExpression;
 
 TEST(BasicEngine, AnswersTheCases) {
   tests::standardOperators();
-  BasicEngineC const engine;
-  for (tests::CaseS const& line : tests::readCases(ZOLT_TEST_DATA "/basic.cases")) {
-    SCOPED_TRACE(line.where + ": " + line.input);
-    std::size_t const colon = line.input.find(": ");
-    ASSERT_NE(colon, line.input.npos);
-    CASSessionBC session(new BasicEngineC);
-    CASResultS result;
-    CASRequestS request = readCommand(line.input.substr(0, colon));
-    for (std::string const& text : split(line.input.substr(colon + 2), "; ")) {
-      request.expression = read(text);
-      ASSERT_TRUE(request.expression) << text;
-      request.definitions = session.getDefinitions();
-      result = session.compute(request);
-    }
-    EXPECT_EQ(describeResult(result, request), line.expected);
-    if (result.outcome != CAS_VALUE) continue;
-    if (request.operation != CAS_APPROXIMATE) expectToBeShownAsItIs(result.value);
-    if (request.operation == CAS_EVALUATE) expectSameNumber(engine, request, result.value);
-  }
+  tests::expectAnswers(new BasicEngineC, ZOLT_TEST_DATA "/basic.cases");
 }
 
 // Neither depth nor length of an expression costs more than in proportion.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <string>
 #include <utility>
 
 #include "zolt/common/signs.h"
@@ -110,6 +111,27 @@ void roundDecimal(DecimalS& decimal, std::size_t digits) {
     }
   }
   all.erase(all.find_last_not_of(u'0') + 1);
+}
+
+wstring writeDecimal(DecimalS decimal) {
+  constexpr std::int64_t least_plain = -5;
+  wstring& digits = decimal.digits;
+  digits.erase(std::min(digits.find_last_not_of(u'0') + 1, digits.size()));
+  if (digits.empty()) return u"0";
+  auto const length = static_cast<std::int64_t>(digits.size());
+  if (decimal.exponent > std::max<std::int64_t>(length, 21) || decimal.exponent <= least_plain) {
+    wstring text = digits.substr(0, 1);
+    if (length > 1) text += u"." + digits.substr(1);
+    std::int64_t const exponent = decimal.exponent - 1;
+    std::string const shown = std::to_string(exponent < 0 ? -exponent : exponent);
+    return text + (exponent < 0 ? u"E\u2212" : u"E") + wstring(shown.begin(), shown.end());
+  }
+  if (decimal.exponent <= 0)
+    return u"0." + wstring(static_cast<std::size_t>(-decimal.exponent), u'0') + digits;
+  auto const whole = static_cast<std::size_t>(decimal.exponent);
+  if (digits.size() < whole) digits.append(whole - digits.size(), u'0');
+  if (digits.size() > whole) digits.insert(whole, 1, u'.');
+  return digits;
 }
 
 }  // namespace zolt::math::common

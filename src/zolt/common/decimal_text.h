@@ -61,4 +61,8 @@ struct DecimalS {
 /// exact for any length. Trailing zeros that rounding leaves are dropped.
 void roundDecimal(DecimalS& decimal, std::size_t digits);
 
+/// Its text as a person writes it, without trailing zeros: plain, or with an exponent where a plain one would
+/// be mostly zeros. Zero is "0".
+wstring writeDecimal(DecimalS decimal);
+
 }  // namespace zolt::math::common

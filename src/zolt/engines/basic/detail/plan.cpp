@@ -6,9 +6,9 @@
 #include <map>
 #include <set>
 
+#include "zolt/algexpr/flat_tree.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
-#include "zolt/engines/basic/detail/flat_tree.h"
 
 namespace zolt::engine_basic::detail {
 

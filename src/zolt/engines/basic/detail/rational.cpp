@@ -17,28 +17,6 @@ BigIntegerC powerOfTen(std::uint64_t exponent) {
   return power;
 }
 
-wstring toText(std::int64_t value) {
-  wstring const digits = BigIntegerC(value).toDigits();
-  return value < 0 ? math::common::minus_sign + digits : digits;
-}
-
-// 0.d1d2d3… times 10 to the `exponent`, as a person writes it.
-wstring writeDecimal(wstring digits, std::int64_t exponent) {
-  constexpr std::int64_t least_plain = -5;
-  digits.erase(std::min(digits.find_last_not_of(u'0') + 1, digits.size()));
-  std::int64_t const length = static_cast<std::int64_t>(digits.size());
-  if (exponent > std::max<std::int64_t>(length, 21) || exponent <= least_plain) {
-    wstring text = digits.substr(0, 1);
-    if (length > 1) text += u"." + digits.substr(1);
-    return text + u"E" + toText(exponent - 1);
-  }
-  if (exponent <= 0) return u"0." + wstring(static_cast<std::size_t>(-exponent), u'0') + digits;
-  std::size_t const whole = static_cast<std::size_t>(exponent);
-  if (digits.size() < whole) digits.append(whole - digits.size(), u'0');
-  if (digits.size() > whole) digits.insert(whole, 1, u'.');
-  return digits;
-}
-
 }  // namespace
 
 RationalC::RationalC(BigIntegerC numerator, BigIntegerC denominator)
@@ -156,7 +134,7 @@ wstring RationalC::toDecimal(unsigned digits, bool* isExact) const {
     if (text.size() <= digits) break;
   }
   exponent += static_cast<std::int64_t>(text.size()) - static_cast<std::int64_t>(digits);
-  wstring const written = writeDecimal(std::move(text), exponent);
+  wstring const written = math::common::writeDecimal({std::move(text), exponent});
   return sign() < 0 ? math::common::minus_sign + written : written;
 }
 

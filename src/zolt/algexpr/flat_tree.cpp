@@ -1,8 +1,6 @@
-#include "zolt/engines/basic/detail/flat_tree.h"
+#include "zolt/algexpr/flat_tree.h"
 
-namespace zolt::engine_basic::detail {
-
-using namespace math::algexpr;
+namespace zolt::math::algexpr {
 
 bool FlatTreeC::fill(NodeABC const& root) {
   struct OpenS {
@@ -26,4 +24,4 @@ bool FlatTreeC::fill(NodeABC const& root) {
   }
 }
 
-}  // namespace zolt::engine_basic::detail
+}  // namespace zolt::math::algexpr

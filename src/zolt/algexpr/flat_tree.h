@@ -5,7 +5,7 @@
 
 #include "zolt/algexpr/parent_node.h"
 
-namespace zolt::engine_basic::detail {
+namespace zolt::math::algexpr {
 
 /// An expression as a list of its nodes in the order of the prefix text, in which the place of every part is
 /// its number. Shared parts are there once for each place.
@@ -14,9 +14,9 @@ class FlatTreeC {
   static constexpr std::size_t max_nodes = 20000000;
 
   /// False when it has more than `max_nodes`.
-  [[nodiscard]] bool fill(math::algexpr::NodeABC const& root);
+  [[nodiscard]] bool fill(NodeABC const& root);
 
-  math::algexpr::NodeABC const& crefNode(std::uint32_t i) const { return *entries_[i].node; }
+  NodeABC const& crefNode(std::uint32_t i) const { return *entries_[i].node; }
   /// The number after the last node of a part.
   std::uint32_t end(std::uint32_t i) const { return entries_[i].end; }
   unsigned long numChildren(std::uint32_t i) const {
@@ -31,11 +31,11 @@ class FlatTreeC {
 
  private:
   struct EntryS {
-    math::algexpr::NodeABC const* node;
+    NodeABC const* node;
     std::uint32_t end;
   };
 
   std::vector<EntryS> entries_;
 };
 
-}  // namespace zolt::engine_basic::detail
+}  // namespace zolt::math::algexpr
