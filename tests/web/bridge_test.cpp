@@ -6,7 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "hosts/web/bridge/font_metrics.h"
+#include "zolt/surfaces/typeset/typesetter.h"
+
 namespace {
+
+using namespace zolt::surfaces;
 
 int put(std::u16string_view text) {
   std::copy(text.begin(), text.end(), zolt_text(static_cast<int>(text.size())));
@@ -175,6 +180,34 @@ TEST_F(BridgeTest, TablesForMenusAreWhole) {
   EXPECT_EQ(list.substr(0, 3), std::u16string(u"sq\0", 3));
   EXPECT_EQ(zolt_accept(field, 0), 1);
   EXPECT_EQ(frameWord(ZOLT_FRAME_FLAGS) & (ZOLT_FLAG_EMPTY | ZOLT_FLAG_COMPLETES), 0);
+}
+
+// The module's measures are those of the files that other hosts read, for all that it has measures of.
+TEST(FontMetrics, AreThoseOfTheFiles) {
+  std::string error;
+  auto const make = [](auto const& fonts) {
+    return zolt::oss::PointerTC<TypesetterC>(new TypesetterC(fonts));
+  };
+  auto const files = make(FontSetC::load(FontSetC::getDefaultFolders(), error));
+  auto const module = make(FontSetC::fromMemory(zolt::web::getFontMetrics(), error));
+  int compared = 0;
+  for (char16_t c = 0x20; c < 0x2B00; ++c) {
+    std::vector<PlacedGlyphS> ours, theirs;
+    std::u16string const text{u'x', c, u'y'};
+    module->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW, ours);
+    files->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW, theirs);
+    bool const has = std::none_of(ours.begin(), ours.end(), [](auto& g) { return g.shape == SHAPE_MISSING; });
+    if (!has) continue;
+    ++compared;
+    ASSERT_EQ(ours.size(), theirs.size()) << std::hex << int(c);
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+      EXPECT_EQ(ours[i].face, theirs[i].face) << std::hex << int(c);
+      EXPECT_EQ(ours[i].x, theirs[i].x) << std::hex << int(c);
+      EXPECT_EQ(ours[i].overhang, theirs[i].overhang) << std::hex << int(c);
+    }
+    EXPECT_EQ(module->measure(text, 1), files->measure(text, 1)) << std::hex << int(c);
+  }
+  EXPECT_GT(compared, 1100);
 }
 
 }  // namespace

@@ -121,3 +121,36 @@ test("the engine computes, remembers and gives up in time", async () => {
   const long = engine.compute({ expression: "sum(x,1,100000000,sin(*(x,x)))", operation: Operation.approximate, milliseconds: 100 });
   assert.ok(long.outcome === Outcome.unevaluated && performance.now() - started < 5000, long.text);
 });
+
+test("where memory ends, fields refuse and live on", async () => {
+  // This module may have 16 MB.
+  const small = await FormulaModule.load(await readModule("zolt_test"));
+  const command = (name) => small.findCommand(name);
+  const field = small.open();
+  field.set(Form.plain, "a+1/b");
+  let longest = "";
+  while (!small.takeShortage()) {
+    longest = field.get(Form.plain) ?? longest;
+    field.run(command("select-all"));
+    field.run(command("copy"));
+    field.run(command("formula-end"));
+    field.paste();
+  }
+  assert.ok(longest.length > 10000, `only ${longest.length}`);
+  assert.ok(field.frame().ints[Frame.width] > longest.length);
+  assert.ok(field.type("z") && field.run(command("undo")) && !small.takeShortage());
+  assert.equal(field.set(Form.plain, "x+".repeat(200000) + "x"), SetResult.refused);
+  assert.match(small.fault().message, /memory/);
+  field.close();
+  const fields = [];
+  for (let next; (next = small.open()); fields.push(next)) next.set(Form.plain, "sqrt(x)");
+  assert.ok(fields.length > 100 && small.takeShortage());
+  for (const one of fields) {
+    one.type("y");
+    one.frame();
+    one.close();
+  }
+  small.takeShortage();
+  const later = small.open();
+  assert.ok(later.type("z") && later.get(Form.plain) === "z" && !small.takeShortage());
+});

@@ -57,19 +57,28 @@ void zolt_close(std::int32_t field) { module().close(field); }
 // ---- Input
 
 std::int32_t zolt_type(std::int32_t field, std::int32_t length) {
-  return withField(field, [&](FieldS& shown) {
-    auto const text = buffers().takeText(length);
-    return text.size() == 1 ? shown.field.typeCharacter(text[0]) : shown.field.insertText(text);
-  });
+  return withField(
+      field,
+      [&](FieldS& shown) {
+        auto const text = buffers().takeText(length);
+        return text.size() == 1 ? shown.field.typeCharacter(text[0]) : shown.field.insertText(text);
+      },
+      length);
 }
 
 std::int32_t zolt_compose(std::int32_t field, std::int32_t length, std::int32_t caret) {
-  return withField(field, [&](FieldS& shown) {
-    return shown.field.compose(buffers().takeText(length), std::min(toCount(caret), toCount(length)));
-  });
+  return withField(
+      field,
+      [&](FieldS& shown) {
+        return shown.field.compose(buffers().takeText(length), std::min(toCount(caret), toCount(length)));
+      },
+      length);
 }
 
 std::int32_t zolt_run(std::int32_t field, std::int32_t command) {
+  bool const copies = command == COMMAND_COPY || command == COMMAND_CUT;
+  if (copies && !askAll(field, 0, [](FieldS const&) { return 1; })) return 0;
+  if (command == COMMAND_PASTE) return zolt_paste(field) > 0 ? 1 : 0;
   return withField(field, [&](FieldS& shown) {
     return isCommand(command) && shown.field.run(static_cast<CommandE>(command));
   });
@@ -239,7 +248,7 @@ std::int32_t zolt_set_selection(std::int32_t field, std::int32_t numbers) {
 }
 
 std::int32_t zolt_get_words(std::int32_t field) {
-  return askField(field, -1, [](FieldS const& shown) {
+  return askAll(field, -1, [](FieldS const& shown) {
     ReadableTextS const words = wordsOf(shown);
     SelectionS const selection = selectionOf(shown);
     buffers().answer({toNumber(words.offsetOf(selection.anchor)), toNumber(words.offsetOf(selection.caret))});
@@ -270,7 +279,7 @@ std::int32_t zolt_select_around(std::int32_t field, std::int32_t from, std::int3
 }
 
 std::int32_t zolt_announce(std::int32_t field) {
-  return askField(field, -1, [](FieldS& shown) {
+  return askAll(field, -1, [](FieldS& shown) {
     auto const& view = shown.field.crefView();
     SpokenMoveS told;
     if (!shown.speech.isListening()) {

@@ -60,6 +60,7 @@ FieldS* ModuleC::find(std::int32_t number) const {
 }
 
 std::int32_t ModuleC::open() {
+  if (!mayBegin()) return 0;
   auto const free = std::find(fields_.begin(), fields_.end(), nullptr);
   auto field = std::make_unique<FieldS>(clipboard_);
   if (free != fields_.end()) {
@@ -79,6 +80,14 @@ void ModuleC::close(std::int32_t number) {
 FieldS& ModuleC::refScratch() {
   if (!scratch_) scratch_ = std::make_unique<FieldS>(new field::MemoryClipboardC);
   return *scratch_;
+}
+
+bool mayBegin(std::size_t characters) {
+  // What readers, trees and layouts take of memory for a character, all at once.
+  constexpr std::size_t bytes_per_character = 150;
+  bool const may = renewReserve() && hasRoom(characters * bytes_per_character);
+  if (!may) module().noteShortage();
+  return may;
 }
 
 bool settle(FieldS& field, unsigned long position) {

@@ -29,6 +29,7 @@ struct FieldS {
   field::FormulaFieldC field;
   field::CaretSpeechC speech;
   bool announcesEdit = false;  // the formula has changed since the last announcement
+  std::size_t weight = 0;      // at least as many characters as the formula has
   std::int32_t revision = 0;
   std::int32_t moves = 0;
   math::ved::SelectionS seen;  // only to be compared with, since its nodes may be gone
@@ -77,11 +78,18 @@ inline ModuleC& module() { return ModuleC::get(); }
 /// where the history was before.
 bool settle(FieldS& field, unsigned long position);
 
-/// Runs `act` on the field; false, when there is none.
+/// Whether a call may begin that works on so many characters. False, with the shortage noted, when there is
+/// not enough memory for what that may take.
+bool mayBegin(std::size_t characters = 0);
+
+/// Runs `act`, which brings in so many characters, on the field; false, when there is none.
 template <class ActT>
-std::int32_t withField(std::int32_t number, ActT act) {
+std::int32_t withField(std::int32_t number, ActT act, std::int32_t characters = 0) {
   FieldS* const field = module().find(number);
   if (!field) return 0;
+  std::size_t const judged = field->field.getConstraints() ? field->weight : 0;
+  if (!mayBegin(toCount(characters) + judged)) return 0;
+  field->weight += toCount(characters) + 1;
   unsigned long const position = field->field.crefView().getHistoryPosition();
   bool const done = act(*field);
   return settle(*field, position) && done ? 1 : 0;
@@ -92,6 +100,11 @@ template <class AskT>
 std::int32_t askField(std::int32_t number, std::int32_t none, AskT ask) {
   FieldS* const field = module().find(number);
   return field ? ask(*field) : none;
+}
+/// The same for what goes through the whole formula.
+template <class AskT>
+std::int32_t askAll(std::int32_t number, std::int32_t none, AskT ask) {
+  return askField(number, none, [&](FieldS& field) { return mayBegin(field.weight) ? ask(field) : none; });
 }
 
 /// Answers with a fault of a formula or of a text; returns its cause.

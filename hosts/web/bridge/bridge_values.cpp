@@ -53,9 +53,18 @@ SetE show(FieldS& shown, ExpressionT const& expression, ReadErrorS& error) {
 }
 
 std::int32_t finishSet(FieldS& shown, SetE done, ReadErrorS const& error) {
+  // What is laid out now needs no memory when it is shown.
+  if (done == SET_DONE) shown.field.crefView().getExpressionSize();
   settle(shown, shown.field.crefView().getHistoryPosition());
   if (done == SET_REFUSED) answerError(error);
   return done;
+}
+
+std::int32_t answerShortage() {
+  ReadErrorS error;
+  error.message = u"There is not enough memory for this";
+  answerError(error);
+  return SET_REFUSED;
 }
 
 zolt::oss::wstring toUnits(zolt::oss::bytestring const& bytes) { return {bytes.begin(), bytes.end()}; }
@@ -67,7 +76,7 @@ std::int32_t answerDiagnosis(FormulaErrorS const& error, bool isExpression) {
 }  // namespace
 
 std::int32_t zolt_get(std::int32_t field, std::int32_t form) {
-  return askField(field, -1, [&](FieldS const& shown) {
+  return askAll(field, -1, [&](FieldS const& shown) {
     if (form == ZOLT_TREE) return buffers().answer(shown.field.writeNotation());
     if (form == ZOLT_WORDS) {
       return buffers().answer(makeReadableText(shown.field.crefView(), shown.speech.getStyle()).text);
@@ -84,6 +93,7 @@ std::int32_t zolt_convert(std::int32_t length, std::int32_t form) {
 
 std::int32_t zolt_set(std::int32_t field, std::int32_t form, std::int32_t length) {
   return askField(field, SET_REFUSED, [&](FieldS& shown) -> std::int32_t {
+    if (!mayBegin(toCount(length) + shown.weight)) return answerShortage();
     auto const text = buffers().takeText(length);
     ReadErrorS error;
     if (form == ZOLT_TREE) {
@@ -100,19 +110,27 @@ std::int32_t zolt_set(std::int32_t field, std::int32_t form, std::int32_t length
     shown.setForm = done == SET_REFUSED ? -1 : form;
     shown.setRevision = shown.revision;
     shown.setText = text;
+    if (done == SET_DONE) shown.weight = text.size();
     return done;
   });
 }
 
 std::int32_t zolt_set_mathml(std::int32_t field, std::int32_t length, std::int32_t numbers) {
-  return askField(field, SET_REFUSED, [&](FieldS& shown) {
+  return askField(field, SET_REFUSED, [&](FieldS& shown) -> std::int32_t {
+    if (!mayBegin(toCount(length) + toCount(numbers) + shown.weight)) return answerShortage();
     ReadErrorS error;
     ExpressionT const expression = numbers > 0 ? readMathml(length, numbers, error) : nullptr;
-    return finishSet(shown, show(shown, expression, error), error);
+    std::int32_t const done = finishSet(shown, show(shown, expression, error), error);
+    if (done == SET_DONE) shown.weight = toCount(length);
+    return done;
   });
 }
 
 void zolt_clear(std::int32_t field) {
+  FieldS* const found = module().find(field);
+  // A formula without its history gives memory back.
+  if (found && !renewReserve()) found->field.setExpression(nullptr);
+  if (found) found->weight = 0;
   withField(field, [](FieldS& shown) {
     shown.field.clear();
     return true;
@@ -120,7 +138,7 @@ void zolt_clear(std::int32_t field) {
 }
 
 std::int32_t zolt_diagnose(std::int32_t field) {
-  return askField(field, 0, [](FieldS const& shown) {
+  return askAll(field, 0, [](FieldS const& shown) {
     FormulaDiagnosisS const found = shown.field.diagnose();
     return answerDiagnosis(found.error, bool(found.expression));
   });
@@ -128,6 +146,7 @@ std::int32_t zolt_diagnose(std::int32_t field) {
 
 std::int32_t zolt_check(std::int32_t field) {
   std::int32_t cause = 0;
+  if (!askAll(field, 0, [](FieldS const&) { return 1; })) return 0;
   withField(field, [&](FieldS& shown) {
     FormulaErrorS error;
     bool const isExpression = bool(shown.field.getExpression(&error));
@@ -144,6 +163,7 @@ std::int32_t zolt_select_part(std::int32_t field, std::int32_t number) {
 // ---- Clipboard
 
 std::int32_t zolt_clipboard_get(std::int32_t form) {
+  if (!mayBegin(module().getClipboard()->read().prefix.size())) return -1;
   ClipboardContentS const content = module().getClipboard()->read();
   wstring const own = form == ZOLT_PLAIN    ? content.plainText
                       : form == ZOLT_PREFIX ? content.prefix
@@ -156,6 +176,7 @@ std::int32_t zolt_clipboard_get(std::int32_t form) {
 }
 
 void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t latex, std::int32_t bytes) {
+  if (!mayBegin()) return;
   ClipboardContentS content;
   std::int32_t at = 0;
   auto const take = [&](std::int32_t length) {
@@ -182,9 +203,17 @@ std::int32_t zolt_clipboard_set_mathml(std::int32_t length, std::int32_t numbers
 
 std::int32_t zolt_paste(std::int32_t field) {
   PasteE pasted = PASTE_REFUSED;
-  withField(field, [&](FieldS& shown) {
-    pasted = shown.field.paste(module().getClipboard()->read());
-    return pasted != PASTE_REFUSED;
-  });
-  return pasted == PASTE_DONE ? 1 : pasted == PASTE_AS_CHARACTERS ? 2 : 0;
+  ClipboardContentS const content = module().getClipboard()->read();
+  // A copied character has at least so many bytes.
+  constexpr std::size_t bytes_of_character = 8;
+  std::size_t const size = std::max({content.bytes.size() / bytes_of_character, content.plainText.size(),
+                                     content.prefix.size(), content.latex.size()});
+  bool const stays = withField(
+                         field,
+                         [&](FieldS& shown) {
+                           pasted = shown.field.paste(content);
+                           return pasted != PASTE_REFUSED;
+                         },
+                         toNumber(size)) != 0;
+  return !stays ? 0 : pasted == PASTE_DONE ? 1 : 2;
 }

@@ -26,8 +26,18 @@ void operator delete(void* memory) noexcept { std::free(memory); }
 
 namespace zolt::web {
 
-void renewReserve() {
+bool renewReserve() {
   if (!reserve) reserve = std::malloc(reserve_size);
+  return reserve;
+}
+bool hasRoom(std::size_t bytes) {
+  // So little the reserve has.
+  if (bytes <= reserve_size / 2) return true;
+  // Through a volatile pointer, or compilers leave out both calls and say yes.
+  void* volatile room = std::malloc(bytes);
+  bool const has = room;
+  std::free(room);
+  return has;
 }
 bool isShort() { return !reserve; }
 
@@ -37,7 +47,8 @@ bool isShort() { return !reserve; }
 
 namespace zolt::web {
 
-void renewReserve() {}
+bool renewReserve() { return true; }
+bool hasRoom(std::size_t) { return true; }
 bool isShort() { return false; }
 
 }  // namespace zolt::web
