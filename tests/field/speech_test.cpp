@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "tests/exchange/random_notation.h"
 #include "tests/formula/random_formula.h"
 #include "tests/support/stage.h"
 #include "zolt/exchange/detail/speech_tables.h"
@@ -87,7 +88,8 @@ TEST(Speech, HasAllWordsInAllLanguages) {
     }
   }
   EXPECT_EQ(german.size(), english.size());
-  for (auto const& [name, op] : standardOperators().crefByName()) {
+  for (math::ved::OperatorBC const* const op : operatorsOfExpressions()) {
+    wstring const name = op->getName();
     if (name[0] == u'_' || name == u"d") continue;  // inner names; the letter of a derivative
     EXPECT_TRUE(german.count(name)) << toUtf8(name);
   }
@@ -120,6 +122,15 @@ TEST(Speech, NeverSoundsTheSameForDifferentFormulas) {
     expressions.push_back(fromPlainText(fromUtf8(text), nullptr));
     ASSERT_TRUE(expressions.back()) << text;
   }
+  expectDifferent(expressions);
+}
+
+// Tables, intervals, sides of limits and their like, which are shown where the extended catalogue is.
+TEST(Speech, NeverSoundsTheSameForDifferentConstructs) {
+  RandomNotationC random(22);
+  std::vector<ExpressionT> expressions;
+  for (unsigned i = 0; i < 4000; ++i)
+    expressions.push_back(new math::algexpr::AlgebraicExpressionC(random.make(1 + i % 9), nullptr));
   expectDifferent(expressions);
 }
 

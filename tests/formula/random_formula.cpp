@@ -24,14 +24,10 @@ bool isAssignment(OperatorBC const& op) { return op.getName() == u":=" || op.get
 std::vector<OperatorBC const*> const& functions() {
   static std::vector<OperatorBC const*> const all = [] {
     std::vector<OperatorBC const*> found;
-    for (auto const& entry : standardOperators().crefByName()) {
-      OperatorBC const& op = *entry.second;
-      bool const isConstant = op.getArity() == 0 && !op.isConstruct() && entry.first.size() == 1;
-      bool const isInserted = entry.first[0] != u'_' || op.getPlace() != OPERATOR_BY_NAME;
-      if (entry.first != u"_PI" && (!isConstant || entry.first == u"∞") &&
-          (isInserted || op.isCoreElement())) {
-        found.push_back(&op);
-      }
+    for (OperatorBC const* const op : operatorsOfExpressions()) {
+      wstring const name = op->getName();
+      bool const isConstant = op->getArity() == 0 && !op->isConstruct() && name.size() == 1;
+      if (name != u"_PI" && (!isConstant || name == u"∞")) found.push_back(op);
     }
     return found;
   }();

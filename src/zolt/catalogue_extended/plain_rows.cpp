@@ -27,6 +27,7 @@ void registerPlainRows() {
                             {u"limit", 4, u"lim(#2->#3,#1,#4)", {u"lim"}},
                             {u"antiderivative", 2, u"int", {u"int", u"primitive"}},
                             {u"diffn", 3, u"diff", {u"diff"}},
+                            {u"pdiff", 2, u"pdiff", {u"pdiff"}},
                             {u"pdiffn", 3, u"pdiff", {u"pdiff"}},
                             {u"binomial", 2, u"binomial", {u"binom", u"choose", u"binomial"}}};
   for (CallRowS const& row : calls) {

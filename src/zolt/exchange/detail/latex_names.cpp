@@ -26,7 +26,8 @@ constexpr TextT lowered_meaning = u"aeoxhklmnpstiruvj";
 
 bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 bool isSpace(char16_t c) {
-  return c <= u' ' || (c >= u'\u00A0' && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');
+  // The sign between a function and its argument shows that a word is no part of a name.
+  return c <= u' ' || (c >= u'\u00A0' && c != u'\u2061' && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');
 }
 bool isMark(char16_t c) { return (c >= u'\u0300' && c <= u'\u036F') || (c >= u'\u20D0' && c <= u'\u20FF'); }
 char16_t at(TextT text, std::size_t position) { return position < text.size() ? text[position] : u'\0'; }
@@ -69,6 +70,8 @@ bool readPart(TextT text, std::size_t& position, wstring& word) {
     return true;
   }
   if (c != u'\\') {
+    // The sign of a set is no letter, as its command is none.
+    if (fromDoubleStruck(c) != u'\0') return false;
     std::size_t const begin = position;
     position = findLatexLetterEnd(text, begin);
     word += text.substr(begin, position - begin);

@@ -61,6 +61,8 @@ constexpr SignS signs[] = {{u"∘", u"\\circ"},
                            {u"ℜ", u"\\operatorname{Re}"},
                            {u"ℑ", u"\\operatorname{Im}"},
                            {u"~", u"\\sim"},
+                           {u"mod", u"\\bmod"},
+                           {u"div", u"\\mathbin{\\mathrm{div}}"},
                            {u"^", u"\\wedge"}};
 
 constexpr TextT loose_signs[] = {u"+", u"-", u"−", u"–",   u"±",  u"∓",  u"=", u"<", u">", u"≤",
