@@ -48,11 +48,17 @@ TEST(Sheet, BecomesADocumentAndComesBack) {
                            DOCUMENT_MARKDOWN, read));
   EXPECT_EQ(
       toUtf8(writeSheet(read)),
-      "zolt-sheet 1\nheading A\ntext one two $x$\nformula ^(x,2)\nformula /(1,2)\ntext $$\\foo$$\nend 5\n");
-  ASSERT_TRUE(readDocument(
-      u"\\title{T}\\begin{document}\n\\begin{equation}\nx\n\\end{equation} % c\nText\n\\end{document}",
-      DOCUMENT_LATEX, read));
-  EXPECT_EQ(read.size(), 2u);
+      "zolt-sheet 1\nheading A\ntext one two x\nformula ^(x,2)\nformula /(1,2)\ntext $$\\foo$$\nend 5\n");
+  ASSERT_TRUE(
+      readDocument(u"\\title{The {\\em T} $a_1$}\n\\begin{document}\n\\maketitle\n\\section{S}\\label{s}\n"
+                   u"\\begin{equation}\nx\n\\end{equation} % c\nLet \\(\\frac{\\alpha}{2}\\) and $\\foo$\n"
+                   u"cost $5 or $6 or \\$7$.\n\n\\begin{align}\n  a &= \\sqrt b \\\\\n  &= c \\\\\n"
+                   u"  d &= \\begin{pmatrix}1\\\\2\\end{pmatrix}\n\\end{align}\n\\end{document}",
+                   DOCUMENT_LATEX, read));
+  EXPECT_EQ(
+      toUtf8(writeSheet(read)),
+      "zolt-sheet 1\nheading The {\\em T} a_1\nheading S\nformula x\ntext Let α/2 and $\\foo$ cost $5 or "
+      "$6 or $7$.\nformula =(=(a,sqrt(b)),c)\nformula =(d,matrix(list(1),list(2)))\nend 6\n");
 }
 
 }  // namespace

@@ -258,6 +258,11 @@ TEST(Mathml, EveryOperatorComesBack) {
                                u":>(x,to(y,z))"}) {
     expectTrips(*AlgebraicExpressionC::fromPrefixString(prefix));
   }
+  EXPECT_EQ(
+      "*(pdiff(f,x),pdiff(pdiff(g,y),x))",
+      toUtf8(exchange::fromLatex(
+                 u"{\\partial f \\over \\partial x}{\\partial^2 g \\over \\partial x\\,\\partial y}", nullptr)
+                 ->toPrefixString()));
   // What other programs write of these.
   EXPECT_EQ("set(a,b)", prefixOf(u"<math><mo>{</mo><mi>a</mi><mo>,</mo><mi>b</mi><mo>}</mo></math>"));
   EXPECT_EQ(

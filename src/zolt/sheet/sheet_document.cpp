@@ -8,6 +8,7 @@
 
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/exchange/latex.h"
+#include "zolt/exchange/plain_text.h"
 
 namespace zolt::sheet {
 
@@ -88,6 +89,7 @@ wstring toLatex(wstring const& prefix) {
 struct FenceS {
   ViewT open;
   ViewT close;
+  bool hasRows = false;  // several formulas, with "\\\\" between them
 };
 
 constexpr FenceS fences[] = {{u"$$", u"$$"},
@@ -95,12 +97,76 @@ constexpr FenceS fences[] = {{u"$$", u"$$"},
                              {u"\\begin{equation}", u"\\end{equation}"},
                              {u"\\begin{equation*}", u"\\end{equation*}"},
                              {u"\\begin{displaymath}", u"\\end{displaymath}"},
+                             {u"\\begin{align}", u"\\end{align}", true},
+                             {u"\\begin{align*}", u"\\end{align*}", true},
+                             {u"\\begin{gather}", u"\\end{gather}", true},
+                             {u"\\begin{gather*}", u"\\end{gather*}", true},
                              {u"```math", u"```"},
                              {u"$", u"$"}};
 
-constexpr FenceS latex_headings[] = {
-    {u"\\title{", u"}"},    {u"\\chapter{", u"}"},    {u"\\chapter*{", u"}"},    {u"\\section{", u"}"},
-    {u"\\section*{", u"}"}, {u"\\subsection{", u"}"}, {u"\\subsection*{", u"}"}, {u"\\paragraph{", u"}"}};
+constexpr ViewT latex_title = u"\\title{";
+constexpr ViewT latex_headings[] = {u"\\chapter{",       u"\\chapter*{",       u"\\section{",
+                                    u"\\section*{",      u"\\subsection{",     u"\\subsection*{",
+                                    u"\\subsubsection{", u"\\subsubsection*{", u"\\paragraph{"};
+
+/// The place of the brace that closes the group that was opened before `begin`; npos when there is none.
+std::size_t findGroupEnd(ViewT text, std::size_t begin) {
+  int depth = 1;
+  for (std::size_t i = begin; i < text.size(); ++i) {
+    if (text[i] == u'\\')
+      ++i;
+    else if (text[i] == u'{')
+      ++depth;
+    else if (text[i] == u'}' && --depth == 0)
+      return i;
+  }
+  return text.npos;
+}
+
+/// The end of a row of formulas, "\\\\" outside of braces and environments.
+std::size_t findRowEnd(ViewT text) {
+  int depth = 0;
+  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+    if (text[i] == u'{') ++depth;
+    if (text[i] == u'}') --depth;
+    if (text[i] != u'\\') continue;
+    if (text[i + 1] == u'\\' && depth <= 0) return i;
+    if (startsWith(text.substr(i), u"\\begin{")) ++depth;
+    if (startsWith(text.substr(i), u"\\end{")) --depth;
+    ++i;
+  }
+  return text.size();
+}
+
+/// A formula in a line of text.
+struct InlineS {
+  std::size_t begin = ViewT::npos;
+  std::size_t end = ViewT::npos;  // of all of it
+  ViewT formula = {};
+};
+
+/// The first formula of a text. As in other programs, "$" opens only before and closes only after something,
+/// and closes not before a digit, since text may be about money.
+InlineS findInline(ViewT text) {
+  bool mayClose = true;  // a "\\)" may come
+  for (std::size_t i = 0; i + 1 < text.size(); ++i) {
+    bool const isLatex = mayClose && startsWith(text.substr(i), u"\\(");
+    if (text[i] == u'\\' && !isLatex)
+      ++i;
+    else if (text[i] == u'$' || isLatex) {
+      std::size_t const first = i + (isLatex ? 2 : 1);
+      std::size_t const end = text.find(isLatex ? ViewT(u"\\)") : ViewT(u"$"), first);
+      mayClose = mayClose && !(isLatex && end == text.npos);
+      if (end == text.npos || end == first) continue;
+      char16_t const before = text[end - 1];
+      char16_t const after = end + 1 < text.size() ? text[end + 1] : u' ';
+      bool const isMoney =
+          text[first] == u' ' || before == u' ' || before == u'\\' || (after >= u'0' && after <= u'9');
+      if (isLatex || !isMoney) return {i, end + (isLatex ? 2 : 1), text.substr(first, end - first)};
+    }
+  }
+  return {};
+}
 
 class DocumentReaderC {
  public:
@@ -119,6 +185,13 @@ class DocumentReaderC {
   void skipPreamble() {
     constexpr ViewT begin = u"\\begin{document}", end = u"\\end{document}";
     std::size_t const first = rest_.find(begin);
+    std::size_t const title = rest_.find(latex_title);
+    std::size_t const titleEnd =
+        title < rest_.size() ? findGroupEnd(rest_, title + latex_title.size()) : rest_.npos;
+    if (titleEnd != rest_.npos) {
+      std::size_t const inside = title + latex_title.size();
+      addText(SHEET_HEADING, toText(rest_.substr(inside, titleEnd - inside)));
+    }
     if (first != rest_.npos) rest_.remove_prefix(first + begin.size());
     rest_ = rest_.substr(0, rest_.find(end));
   }
@@ -155,8 +228,51 @@ class DocumentReaderC {
     if (isInline || !isAlone) return false;
     ViewT const whole = trim(rest_.substr(0, lineEnd));
     rest_.remove_prefix(std::min(lineEnd + 1, rest_.size()));
-    addFormula(formula, whole);
+    if (fence->hasRows) {
+      addRows(formula, whole);
+    } else {
+      addFormula(formula, whole);
+    }
     return true;
+  }
+
+  /// Rows that begin with a relation go on with the one before.
+  void addRows(ViewT formulas, ViewT whole) {
+    std::vector<wstring> rows;
+    while (!trim(formulas).empty()) {
+      std::size_t const end = findRowEnd(formulas);
+      ViewT const row = trim(formulas.substr(0, end));
+      formulas.remove_prefix(std::min(end + 2, formulas.size()));
+      bool const goesOn =
+          !rows.empty() && row[0] == u'&' && !exchange::fromLatex(wstring(row.substr(1)), nullptr);
+      if (!goesOn) {
+        rows.emplace_back(row);
+      } else {
+        rows.back().append(row.substr(1));
+      }
+    }
+    bool const isWhole = std::all_of(rows.begin(), rows.end(), [](wstring const& row) {
+      return static_cast<bool>(exchange::fromLatex(row, nullptr));
+    });
+    if (!isWhole) return addFormula(formulas, whole);
+    for (wstring const& row : rows) addFormula(row, whole);
+  }
+
+  /// The text of a paragraph or heading, its formulas as people type them.
+  wstring toText(ViewT written) const {
+    wstring out;
+    auto const add = [&](ViewT text) {
+      out += kind_ == DOCUMENT_LATEX ? unescape(text, latex_escapes) : unescape(text, markdown_escapes);
+    };
+    for (;;) {
+      InlineS const found = findInline(written);
+      add(written.substr(0, found.begin));
+      if (found.begin == written.npos) return out;
+      auto const expression = exchange::fromLatex(wstring(found.formula), nullptr);
+      out += expression ? exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE)
+                        : wstring(written.substr(found.begin, found.end - found.begin));
+      written.remove_prefix(found.end);
+    }
   }
 
   void addFormula(ViewT latex, ViewT whole) {
@@ -191,28 +307,31 @@ class DocumentReaderC {
       std::size_t const end = std::min(line.find_first_not_of(u'#'), line.size());
       if (end == 0 || end > 6 || (end < line.size() && line[end] != u' ')) return false;
       endParagraph();
-      addText(SHEET_HEADING, unescape(trim(line.substr(end)), markdown_escapes));
+      addText(SHEET_HEADING, toText(trim(line.substr(end))));
       return true;
     }
     auto const* const found = std::find_if(std::begin(latex_headings), std::end(latex_headings),
-                                           [&](FenceS const& one) { return startsWith(line, one.open); });
-    if (found == std::end(latex_headings) || line.back() != u'}') return false;
+                                           [&](ViewT open) { return startsWith(line, open); });
+    std::size_t const end = found == std::end(latex_headings) ? line.npos : findGroupEnd(line, found->size());
+    if (end == line.npos) return false;
+    ViewT const after = trim(line.substr(end + 1));
+    if (!after.empty() && !startsWith(after, u"\\label") && after[0] != u'%') return false;
     endParagraph();
-    line.remove_prefix(found->open.size());
-    line.remove_suffix(1);
-    addText(SHEET_HEADING, unescape(line, latex_escapes));
+    addText(SHEET_HEADING, toText(line.substr(found->size(), end - found->size())));
     return true;
   }
 
   bool isComment(ViewT line) const {
-    return kind_ == DOCUMENT_LATEX && (line[0] == u'%' || line == u"\\maketitle");
+    constexpr ViewT silent[] = {u"\\maketitle", u"\\tableofcontents", u"\\title{", u"\\author{",
+                                u"\\date{",     u"\\label{",          u"\\newpage"};
+    auto const isStart = [&](ViewT start) { return startsWith(line, start); };
+    return kind_ == DOCUMENT_LATEX &&
+           (line[0] == u'%' || std::any_of(std::begin(silent), std::end(silent), isStart));
   }
 
   void endParagraph() {
     if (paragraph_.empty()) return;
-    bool const isLatex = kind_ == DOCUMENT_LATEX;
-    addText(SHEET_TEXT,
-            isLatex ? unescape(paragraph_, latex_escapes) : unescape(paragraph_, markdown_escapes));
+    addText(SHEET_TEXT, toText(paragraph_));
     paragraph_.clear();
   }
 

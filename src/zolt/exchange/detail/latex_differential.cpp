@@ -35,6 +35,34 @@ std::vector<NodeABC const*> factorsOf(NodeABC const& product) {
   return {factors.rbegin(), factors.rend()};
 }
 
+constexpr std::u16string_view partial_sign = u"∂";
+
+bool isPartial(NodeABC const& node) {
+  ParentNodeABC const* const parent = node.asParent();
+  return parent && parent->numChildren() == 1 && parent->crefName() == u"partial";
+}
+
+/// The product of the factors, at least one.
+NodeT makeProduct(std::vector<NodeT> const& factors) {
+  NodeT product = factors[0];
+  for (std::size_t i = 1; i < factors.size(); ++i)
+    product = makeFunction(u"*", {std::move(product), factors[i]});
+  return product;
+}
+
+NodeT separated(NodeT const& product) {
+  std::vector<NodeT> factors;
+  auto const add = [&factors](NodeT const& factor) {
+    if (isPartial(*factor)) factors.push_back(factor->asParent()->childPointer(0));
+    factors.push_back(isPartial(*factor) ? makeNamed(wstring(partial_sign)) : factor);
+  };
+  NodeT node = product;
+  for (; asBinary(*node, u"*"); node = node->asParent()->childPointer(0))
+    add(node->asParent()->childPointer(1));
+  add(node);
+  return makeProduct({factors.rbegin(), factors.rend()});
+}
+
 /// A factor with an exponent, which is null when there is none.
 struct PowerS {
   NodeABC const* base;
@@ -52,6 +80,15 @@ bool isEqual(PointerTC<NodeABC> const& a, PointerTC<NodeABC> const& b) {
 }
 
 }  // namespace
+
+bool separatePartials(NodeT& numerator, NodeT& denominator) {
+  NodeABC const& first = *factorsOf(*numerator)[0];
+  bool const isSign = isPartial(first) || asPower(first).base->crefName() == partial_sign;
+  if (!isSign || !isPartial(*factorsOf(*denominator)[0])) return false;
+  numerator = separated(numerator);
+  denominator = separated(denominator);
+  return true;
+}
 
 unsigned countDerivatives(NodeABC const* exponent) {
   if (!exponent) return 1;
@@ -118,11 +155,7 @@ NodeT withoutFirstFactor(NodeABC const& product) {
     factors.push_back(parent->childPointer(1));
     parent = asBinary(parent->child(0), u"*");
   }
-  NodeT result = std::move(factors.back());
-  factors.pop_back();
-  for (; !factors.empty(); factors.pop_back())
-    result = makeFunction(u"*", {std::move(result), factors.back()});
-  return result;
+  return makeProduct({factors.rbegin(), factors.rend()});
 }
 
 NodeT takeDifferential(NodeT& product) {

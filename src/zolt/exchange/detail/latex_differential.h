@@ -21,6 +21,9 @@ bool isDerivative(math::algexpr::NodeABC const& numerator, math::algexpr::NodeAB
                   OrderE order);
 /// The derivative of `operand` by the variables of such a denominator.
 NodeT makeDerivative(NodeT operand, math::algexpr::NodeABC const& denominator, OrderE order);
+/// Takes "∂f" and "∂x ∂y", in which each "∂" was read as the sign before its operand, apart into factors.
+/// False, with nothing changed, when they are something else.
+[[nodiscard]] bool separatePartials(NodeT& numerator, NodeT& denominator);
 /// The product of all factors but the first.
 NodeT withoutFirstFactor(math::algexpr::NodeABC const& product);
 /// Takes the "d" and the name, which is the result, off the end of a product; 1 is left when that is all.

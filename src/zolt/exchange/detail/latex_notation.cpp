@@ -74,7 +74,9 @@ constexpr LatexNotationS rows[] = {
     {u"binomial", LATEX_COMMAND, 2, u"\\binom{#1}{#2}", u"\\dbinom \\tbinom"},
     {u"binomial", LATEX_OVER, 2, {}, u"\\choose"},
     {u"/", LATEX_OVER, 2, {}, u"\\over"},
-    {u"matrix", LATEX_TABLE, 0, u"{bmatrix}", u"{matrix} {pmatrix} {Bmatrix} {smallmatrix} {array}"},
+    {u"matrix", LATEX_TABLE, 0, u"{bmatrix}",
+     u"{matrix} {pmatrix} {Bmatrix} {smallmatrix} {array} {aligned} {gathered} "
+     u"{alignedat}"},
     {u"det", LATEX_TABLE, 0, u"{vmatrix}"},
     {u"norm", LATEX_TABLE, 0, {}, u"{Vmatrix}"},
     {u"cases", LATEX_TABLE, 0, u"{cases}", u"{dcases}"},

@@ -124,6 +124,10 @@ void LatexParserC::finish(FrameS& frame) {
       break;
     }
     case PENDING_INFIX: {
+      if (frame.notation->kind == LATEX_OVER && name == u"/") {
+        operands_.push_back(last);
+        return finishOver();
+      }
       OperandS const left = std::move(operands_.back());
       operands_.pop_back();
       result.node = makeFunction(name, {left.node, last.node});
@@ -197,6 +201,10 @@ LatexParserC::NextE LatexParserC::closeBracket() {
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
   closes_.pop_back();
+  if (frame.isOver) {
+    NextE const next = makeOver();
+    return advance(next == NEXT_SIGN ? keep(takeOperand(), OPERAND_BRACED) : next);
+  }
   bool const isSet = frame.close == u'}' && frame.kind == PENDING_GROUP && isAfterSetSign();
   bool const isOpen = frame.close == u'[';
   if (frame.kind == PENDING_GROUP && (frame.comma > 0 || isSet || isOpen)) return closeList(frame);
@@ -212,8 +220,8 @@ LatexParserC::NextE LatexParserC::closeBracket() {
     if (isTable && frame.close == u'|') {
       result = {makeFunction(u"det", childrenOf(*result.node->asParent()))};
     } else if (isTable && frame.close == u'}' && token().bracket == no_bracket) {
-      result = {makeFunction(u"cases", childrenOf(*result.node->asParent()))};
-      if (result.node->asParent()->child(0).asParent()->numChildren() != 2) return fail(READ_ERROR_MISPLACED);
+      result = {makeCases(childrenOf(*result.node->asParent()))};
+      if (!result.node) return fail(READ_ERROR_MISPLACED);
     } else if (frame.notation) {
       result = {makeFunction(wstring(frame.notation->name), {result.node})};
     } else if (!isBraceClose(frame.close)) {
@@ -272,6 +280,29 @@ LatexParserC::NodeT LatexParserC::makeIntegral(FrameS const& frame, NodeT operan
   wstring const name(frame.notation->name);
   if (!frame.lower) return makeFunction(name, {std::move(operand), frame.head});
   return makeFunction(name, {frame.lower, frame.upper, std::move(operand), frame.head});
+}
+
+// "\\over" in braces may be the sign of a derivative before its operand, or have the differential of the
+// integral around, so its fraction is made when the braces close. Elsewhere no operand follows.
+void LatexParserC::finishOver() {
+  bool const inBraces =
+      !frames_.empty() && frames_.back().kind == PENDING_GROUP && isBraceClose(frames_.back().close);
+  if (inBraces) {
+    frames_.back().isOver = true;
+    return;
+  }
+  operands_[operands_.size() - 2].flags &= ~unsigned{OPERAND_D | OPERAND_D_POWER};
+  makeOver();
+}
+
+LatexParserC::NextE LatexParserC::makeOver() {
+  // Nothing shows before "\\over" that a "∂" is in a fraction.
+  OperandS& numerator = operands_[operands_.size() - 2];
+  if (separatePartials(numerator.node, operands_.back().node)) {
+    numerator.flags |= numerator.node->asParent() ? OPERAND_FIRST_D : OPERAND_D;
+    operands_.back().flags |= OPERAND_FIRST_D;
+  }
+  return makeFraction();
 }
 
 // Makes a fraction, a derivative, or a fraction with the differential of the integral around it.

@@ -72,6 +72,8 @@ LatexParserC::NextE LatexParserC::readOperand() {
       return readPrefix(token().notation);
     case LATEX_TOKEN_INFIX:
       return readSignBeforeOperand();
+    case LATEX_TOKEN_CELL:
+      return skipsAlignment() ? advance(NEXT_OPERAND) : fail(READ_ERROR_MISSING_OPERAND);
     case LATEX_TOKEN_BAD:
       return fail(token().error);
     default:

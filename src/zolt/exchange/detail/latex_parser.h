@@ -51,6 +51,7 @@ class LatexParserC {
     RuleE operandRule = RULE_ASSIGNMENT;
     char16_t close = u'\0';                    // of what is closed only
     bool asWritten = false;                    // a sign that stays what it is; a product without a sign
+    bool isOver = false;                       // of braces: their fraction is made when they close
     LatexNotationS const* notation = nullptr;  // null: brackets that only group, a call of `head`
     std::u16string_view word = {};             // the name by which the table knows a function
     NodeT head = {};                           // the name of any other function, of a variable
@@ -132,6 +133,8 @@ class LatexParserC {
   NextE readComma();
   NextE readCell();
   NextE closeTable();
+  bool skipsAlignment();
+  static NodeT makeCases(std::vector<NodeT> rows);
   NextE closeBracket();
   NextE closeList(FrameS const& frame);
   OperandS makeIndexed(FrameS const& frame);
@@ -142,6 +145,8 @@ class LatexParserC {
   // Differentials.
   bool startsDifferential() const;
   NextE makeFraction();
+  void finishOver();
+  NextE makeOver();
   NodeT makeIntegral(FrameS const& frame, NodeT operand);
   /// Of a product without a sign.
   static unsigned productFlags(unsigned left, unsigned right);

@@ -32,7 +32,7 @@ void LatexLexerC::readEnvironment(LatexWordE word) {
     return;
   }
   if (!setMeaning(name)) return setError(READ_ERROR_UNKNOWN_COMMAND);
-  if (name == u"{array}") {
+  if (name == u"{array}" || name == u"{alignedat}") {
     skipRowSpace();
     skipBlanks();
     if (peek() == opening_brace) position_ = findBraceEnd(text_, position_);

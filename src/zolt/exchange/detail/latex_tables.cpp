@@ -18,6 +18,7 @@ using namespace math::algexpr;
 namespace {
 
 constexpr std::u16string_view bare_tables[] = {u"{matrix}", u"{smallmatrix}", u"{array}"};
+constexpr std::u16string_view aligned_tables[] = {u"{aligned}", u"{gathered}", u"{alignedat}"};
 constexpr std::u16string_view set_signs[] = {u"in",    u"notin",     u"subset",  u"subseteq",
                                              u"union", u"intersect", u"setminus"};
 /// What is said before a condition.
@@ -104,7 +105,6 @@ LatexParserC::NextE LatexParserC::beginTable() {
   frame.firstOperand = operands_.size();
   frame.begin = token().begin;
   frame.end = token().end;
-  frame.columns = frame.notation->name == u"cases" ? 2 : 0;
   frames_.push_back(std::move(frame));
   closes_.push_back(table_close);
   return beginCell();
@@ -123,6 +123,7 @@ LatexParserC::NextE LatexParserC::readCell() {
   finishTighterThan(no_rule);
   LatexTokenE const type = token().type;
   if (frames_.empty()) {
+    if (type == LATEX_TOKEN_CELL && skipsAlignment()) return advance(NEXT_SIGN);
     return fail(type == LATEX_TOKEN_TABLE_END ? READ_ERROR_UNEXPECTED_CLOSE : READ_ERROR_BAD_CHARACTER);
   }
   FrameS& table = frames_.back();
@@ -130,6 +131,7 @@ LatexParserC::NextE LatexParserC::readCell() {
   if (table.kind != PENDING_TABLE) return fail(READ_ERROR_MISSING_CLOSE);
   std::size_t const count = operands_.size() - table.firstOperand;
   bool const endsRow = table.columns > 0 && count % table.columns == 0;
+  if (type == LATEX_TOKEN_CELL && skipsAlignment()) return advance(NEXT_SIGN);
   if (type == LATEX_TOKEN_CELL) return endsRow ? fail(READ_ERROR_MISPLACED) : beginCell();
   if (table.columns == 0) {
     table.columns = count;
@@ -143,6 +145,35 @@ LatexParserC::NextE LatexParserC::readCell() {
   return token().word == table.word ? closeTable() : fail(READ_ERROR_MISSING_CLOSE);
 }
 
+// "x &= 1", "x =& 1": what is aligned at a relation is no cell.
+bool LatexParserC::skipsAlignment() {
+  auto const isRelation = [](LatexNotationS const* sign) { return sign && sign->rule == RULE_RELATION; };
+  if (expectsOperand_) {
+    return !frames_.empty() && frames_.back().kind == PENDING_INFIX && isRelation(frames_.back().notation);
+  }
+  LatexTokenS const next = lexer_.peekToken();
+  return next.type == LATEX_TOKEN_INFIX && isRelation(next.notation);
+}
+
+// Of one column they are a system: all that is below each other holds.
+LatexParserC::NodeT LatexParserC::makeCases(std::vector<NodeT> rows) {
+  unsigned long const columns = rows[0]->asParent()->numChildren();
+  if (columns == 2) return makeFunction(u"cases", std::move(rows));
+  if (columns != 1) return nullptr;
+  NodeT system;
+  for (NodeT const& row : rows) {
+    NodeT const line = row->asParent()->childPointer(0);
+    ParentNodeABC const* const parent = line->asParent();
+    LatexNotationS const* const sign =
+        parent ? findLatex(parent->crefName(), parent->numChildren()) : nullptr;
+    bool const isStatement =
+        sign && (sign->rule == RULE_RELATION || sign->rule == RULE_AND || sign->rule == RULE_OR);
+    if (!isStatement) return nullptr;
+    system = system ? makeFunction(u"and", {std::move(system), line}) : line;
+  }
+  return system;
+}
+
 LatexParserC::NextE LatexParserC::closeTable() {
   FrameS const frame = std::move(frames_.back());
   frames_.pop_back();
@@ -154,9 +185,18 @@ LatexParserC::NextE LatexParserC::closeTable() {
                                 std::vector<NodeT>(cell, cell + static_cast<std::ptrdiff_t>(frame.columns))));
   }
   bool const isNorm = frame.notation->name == u"norm";
-  NodeT node = makeFunction(isNorm ? wstring(u"matrix") : wstring(frame.notation->name), std::move(rows));
+  bool const isCases = frame.notation->name == u"cases";
+  NodeT node =
+      isCases ? makeCases(std::move(rows))
+              : makeFunction(isNorm ? wstring(u"matrix") : wstring(frame.notation->name), std::move(rows));
+  // Lines that are only aligned mean something as a system after a brace.
+  bool const isAligned = contains(aligned_tables, frame.word);
+  bool const isSystem =
+      !frames_.empty() && frames_.back().kind == PENDING_GROUP && frames_.back().close == u'}';
+  if (!node || (isAligned && !isSystem)) return failAt(frame.begin, frame.end, READ_ERROR_MISPLACED);
   if (isNorm) node = makeFunction(u"norm", {std::move(node)});
-  return advance(keep(std::move(node), contains(bare_tables, frame.word) ? unsigned{OPERAND_TABLE} : 0u));
+  return advance(
+      keep(std::move(node), isAligned || contains(bare_tables, frame.word) ? unsigned{OPERAND_TABLE} : 0u));
 }
 
 // ---- Indices and sides ------------------------------------------------------------------------------------
