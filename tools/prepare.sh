@@ -35,6 +35,8 @@ packages_for() {
     tool) echo "$tool" ;;
     desktop) echo 'libexpat1-dev fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev libgiac-dev' ;;
     web) echo "$fonts em++=emscripten node=nodejs python3-brotli" ;;
+    web-page) echo 'node=nodejs npm=npm' ;;
+    web-test) echo 'node=nodejs npm=npm chromium=chromium' ;;
     test) echo "$tool python3=python3 python3-fonttools libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
     reference) echo 'doxygen=doxygen' ;;
     clang) echo 'clang++=clang' ;;
@@ -134,4 +136,17 @@ build() {
   else
     NINJA_STATUS='@%f/%t/%es@ ' ninja -C "$folder" "$@" 2>&1 </dev/null | show_progress
   fi || die "could not build $folder"
+}
+
+# build_site: the package and the demonstration page of the web host, in build/web/site. Its tools come from npm, once.
+build_site() {
+  build web
+  if [ hosts/web/package-lock.json -nt hosts/web/node_modules/.package-lock.json ]; then
+    say "  fetching the tools for pages"
+    patiently "still fetching" npm --prefix hosts/web ci --no-audit --no-fund >build/npm.log 2>&1 </dev/null || {
+      tail -n 5 build/npm.log >&2
+      die "npm could not fetch the tools for pages (see build/npm.log)"
+    }
+  fi
+  node hosts/web/tools/build.mjs build/web build/web/site >&2
 }

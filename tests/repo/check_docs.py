@@ -10,7 +10,7 @@ import sys
 
 import sources
 
-DESCRIBED = sources.CODE_SUFFIXES + (".txt", ".qrc", ".zved", ".desktop", ".svg", ".xml")
+DESCRIBED = sources.CODE_SUFFIXES + (".ts", ".txt", ".qrc", ".zved", ".desktop", ".svg", ".xml")
 LINK = re.compile(r"\[[^\]]*\]\(([^)#\s]+)[^)]*\)")
 CODE_BLOCK = re.compile(r"^```cpp (\S+)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 

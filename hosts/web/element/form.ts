@@ -1,0 +1,82 @@
+// The field as a control of a form: its value is computed when a form asks for it, not with every key.
+
+import { Form } from '../module/zolt_module.mjs';
+import type { Fault, Owner } from './owner.js';
+
+const REST = 300;  // ms
+/** What a check may cost while a person types, in ms; larger formulas are checked when the field is left. */
+const MOST = 6;
+
+export interface FormSide extends Owner {
+  readonly internals: ElementInternals;
+  readonly required: boolean;
+  readonly name: string;
+  /** The text that is submitted; "" when there is none. */
+  readonly value: string;
+  readonly isEmpty: boolean;
+}
+
+export class FormValue {
+  readonly #owner: FormSide;
+  #isStale = true;
+  #later = 0;
+  #cost = 0;
+  #form: HTMLFormElement | null = null;
+  #custom = '';
+
+  constructor(owner: FormSide) { this.#owner = owner; }
+
+  /** The formula, or what is asked of it, has changed. */
+  touch(): void {
+    this.#isStale = true;
+    clearTimeout(this.#later);
+    if (this.#cost < MOST) this.#later = window.setTimeout(() => this.update(), REST);
+  }
+
+  stop(): void { clearTimeout(this.#later); }
+
+  /** Brings value and validity up to date. */
+  update(): Fault | null {
+    clearTimeout(this.#later);
+    const { internals, handle, required, isEmpty, parts } = this.#owner;
+    if (!this.#isStale) return null;
+    const began = performance.now();
+    const fault = handle && !isEmpty ? handle.diagnose() : null;
+    internals.setFormValue(this.#owner.value, handle?.get(Form.tree) ?? null);
+    if (this.#custom) internals.setValidity({ customError: true }, this.#custom, parts.input);
+    else if (isEmpty && required) internals.setValidity({ valueMissing: true }, 'Please enter a formula.', parts.input);
+    else if (fault) internals.setValidity({ badInput: true }, `${fault.message}.`, parts.input);
+    else internals.setValidity({});
+    this.#isStale = false;
+    this.#cost = performance.now() - began;
+    return fault;
+  }
+
+  setCustom(message: string): void {
+    this.#custom = message;
+    this.#isStale = true;
+    this.update();
+  }
+
+  /** Follows the form that the field belongs to. */
+  join(form: HTMLFormElement | null): void {
+    this.#form?.removeEventListener('formdata', this.#onData);
+    this.#form = form;
+    form?.addEventListener('formdata', this.#onData);
+  }
+
+  /** A script may ask while what was typed last is not in the value yet. */
+  readonly #onData = (event: FormDataEvent) => {
+    const { name } = this.#owner;
+    if (!this.#isStale || !name || this.#owner.matches(':disabled')) return;
+    this.update();
+    // Several fields may have one name: this one's value is at its place among them.
+    const place = [...this.#form!.elements].filter((one) => (one as HTMLInputElement).name === name).indexOf(this.#owner);
+    const all = [...event.formData];
+    const at = all.map(([key], i) => key === name ? i : -1).filter((i) => i >= 0)[place];
+    const mine: [string, string] = [name, this.#owner.value];
+    at === undefined ? all.push(mine) : all[at] = mine;
+    for (const key of new Set(event.formData.keys())) event.formData.delete(key);
+    for (const [key, value] of all) event.formData.append(key, value as string);
+  };
+}

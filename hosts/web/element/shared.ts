@@ -1,0 +1,112 @@
+// What all fields of a page share: the module, the faces, and the moments at which all are painted anew.
+
+import { FormulaModule } from '../module/zolt_module.mjs';
+
+export type Module = FormulaModule;
+
+/** What `load` may be told; all of it is beside the script otherwise. */
+export interface Sources {
+  /** The module: an address, its bytes, or itself. */
+  module?: string | URL | BufferSource | WebAssembly.Module;
+  /** The folder of the font files; null: the page has the faces already. */
+  fonts?: string | URL | null;
+  /** Only the standard operators, instead of the extended catalogue. */
+  standardOnly?: boolean;
+}
+
+let module: Module | null = null;
+let loading: Promise<Module> | null = null;
+const painters = new Set<() => void>();
+
+/** The module, once it is there. */
+export const loaded = (): Module | null => module;
+
+/** Loads the module of the page. The first call decides from where; fields call it when the page has not. */
+export function load(sources: Sources = {}): Promise<Module> {
+  return loading ??= start(sources).catch((error: unknown) => {
+    loading = null;
+    throw error;
+  });
+}
+
+async function start(sources: Sources): Promise<Module> {
+  const from = sources.module ?? new URL('./zolt.wasm', import.meta.url);
+  const fonts = sources.fonts === undefined ? new URL('./fonts/', import.meta.url) : sources.fonts;
+  const isAddress = typeof from === 'string' || from instanceof URL;
+  const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly });
+  if (typeof document !== 'undefined') {
+    if (fonts !== null) addFaces(made, new URL(String(fonts).replace(/\/?$/, '/'), document.baseURI));
+    listen();
+  }
+  return module = made;
+}
+
+export interface Face {
+  readonly style: string;
+  readonly family: string;
+}
+
+const faces = new WeakMap<Module, readonly Face[]>();
+
+/** The faces of glyphs, by their numbers. */
+export function facesOf(of: Module): readonly Face[] {
+  let found = faces.get(of);
+  if (!found) {
+    found = of.texts(of.calls.zolt_faces()).map((face) => {
+      const [family, italic] = face.split(/( italic)$/);
+      return { style: italic ? 'italic' : 'normal', family: family! };
+    });
+    faces.set(of, found);
+  }
+  return found;
+}
+
+/** The faces have names of their own, since the page may have other cuts of them. */
+export const familyOf = (family: string): string => `Zolt ${family}`;
+
+function addFaces(of: Module, folder: URL): void {
+  for (const { style, family } of facesOf(of)) {
+    const isItalic = style === 'italic' ? '-Italic' : family.startsWith('KaTeX') ? '-Regular' : '';
+    const file = new URL(`${family.replace(' ', '')}${isItalic}.woff2`, folder);
+    const face = new FontFace(familyOf(family), `url("${file.href}")`, { style });
+    document.fonts.add(face);
+    // The others load when a character of theirs is shown.
+    if (family.startsWith('KaTeX')) void face.load().catch(() => undefined);
+  }
+}
+
+// ---- Painting
+
+/** Calls `paint` whenever all must be painted anew, until the returned function is called. */
+export function paintWith(paint: () => void): () => void {
+  painters.add(paint);
+  return () => painters.delete(paint);
+}
+
+export function repaintAll(): void { for (const paint of painters) paint(); }
+
+function listen(): void {
+  document.fonts.addEventListener('loadingdone', repaintAll);
+  for (const query of ['(prefers-color-scheme: dark)', '(forced-colors: active)', '(prefers-contrast: more)']) {
+    matchMedia(query).addEventListener('change', repaintAll);
+  }
+  const watchDensity = () => matchMedia(`(resolution: ${devicePixelRatio}dppx)`).addEventListener('change', () => {
+    repaintAll();
+    watchDensity();
+  }, { once: true });
+  watchDensity();
+}
+
+const waiting = new Set<() => void>();
+
+/** Calls `act` in the next animation frame, once. */
+export function inNextFrame(act: () => void): void {
+  if (waiting.size === 0) {
+    requestAnimationFrame(() => {
+      const now = [...waiting];
+      waiting.clear();
+      for (const one of now) one();
+    });
+  }
+  waiting.add(act);
+}

@@ -1,0 +1,293 @@
+// What is seen of a field: the canvas with formula, selection, fault and caret, and what of the formula is in sight.
+
+import {
+  anchorOf, bandsOf, baselineOf, caretOf, composedOf, Flag, has, heightOf, revealOf, widthOf, type Box, type FrameWords,
+} from './frame.js';
+import type { Owner, Shown } from './owner.js';
+import { fillBox, paintFrame, type Transform } from './painter.js';
+import { inNextFrame, paintWith } from './shared.js';
+
+const BLINK = 530;  // ms
+/** In letters. */
+const SIDE = 0.32, TOP = 0.26, CARET = 0.075;
+/** In CSS pixels. */
+const REVEAL = 12, FADE = 24, SLACK = 96;
+
+/** What is painted with, by the style of the page. */
+interface Style {
+  readonly em: number;
+  readonly ink: string;
+  readonly caret: string;
+  readonly band: string;
+  readonly fault: string;
+}
+
+const still = typeof matchMedia === 'function' ? matchMedia('(prefers-reduced-motion: reduce)') : null;
+
+export class View implements Shown {
+  /** Called after each painting. */
+  onpaint: (frame: FrameWords) => void = () => undefined;
+  fault: Box | null = null;
+  /** Whether the caret is to be brought into sight, as the module asks after each key. */
+  wantsCaret = false;
+  /** Where something that is dragged would go. */
+  drop: Box | null = null;
+  readonly #owner: Owner;
+  #style: Style | null = null;
+  #sight: FrameWords | null = null;
+  #isCaretOn = true;
+  #blinking = 0;
+  #stop: (() => void) | null = null;
+  readonly #sizes: ResizeObserver;
+  // In CSS pixels.
+  #area = { width: 0, height: 0 };
+  #content = { width: 0, height: 0 };
+  #offset = { x: 0, y: 0 };
+  #rows = 0;
+  #ratio = 0;
+
+  constructor(owner: Owner) {
+    this.#owner = owner;
+    const { scroller, canvas, em } = owner.parts;
+    scroller.addEventListener('scroll', () => this.paintSoon(), { passive: true });
+    canvas.addEventListener('transitionend', () => this.restyle());
+    this.#sizes = new ResizeObserver((entries) => {
+      if (entries.some(({ target }) => target === em)) this.#style = null;
+      const { clientWidth: width, clientHeight: height } = scroller;
+      const isSame = width === this.#area.width && height === this.#area.height && devicePixelRatio === this.#ratio;
+      if (this.#style && isSame) return;
+      this.paint();
+    });
+  }
+
+  start(): void {
+    this.#stop ??= paintWith(() => this.restyle());
+    const { scroller } = this.#owner.parts;
+    // Its device pixels change with the zoom of the page as well; not every browser counts them.
+    try { this.#sizes.observe(scroller, { box: 'device-pixel-content-box' }); } catch { this.#sizes.observe(scroller); }
+    this.#sizes.observe(this.#owner.parts.em);
+    this.restyle();
+  }
+
+  stop(): void {
+    this.#stop?.();
+    this.#stop = null;
+    this.#sizes.disconnect();
+    this.blink(false);
+    // The memory of a canvas is not the page's to collect in time.
+    const { canvas } = this.#owner.parts;
+    canvas.width = canvas.height = 0;
+  }
+
+  restyle(): void {
+    this.#style = null;
+    this.paintSoon();
+  }
+
+  readonly #paint = () => this.paint();
+  paintSoon(): void { inNextFrame(this.#paint); }
+
+  /** Shows the caret for a while, and then on and off. */
+  blink(on: boolean): void {
+    clearInterval(this.#blinking);
+    this.#blinking = 0;
+    this.#isCaretOn = true;
+    if (!on || still?.matches) return;
+    this.#blinking = window.setInterval(() => {
+      this.#isCaretOn = !this.#isCaretOn;
+      this.paintSoon();
+    }, BLINK);
+  }
+
+  // ---- Where things are
+
+  get #unit(): number { return this.#styles.em / 12; }
+
+  toUnits(x: number, y: number): [number, number] {
+    const { left, top } = this.#owner.parts.scroller.getBoundingClientRect();
+    return [Math.round((x - left - this.#offset.x) / this.#unit), Math.round((y - top - this.#offset.y) / this.#unit)];
+  }
+
+  toWindow([left, top, right, bottom]: Box): DOMRect {
+    const area = this.#owner.parts.scroller.getBoundingClientRect();
+    const unit = this.#unit;
+    return new DOMRect(area.left + this.#offset.x + left * unit, area.top + this.#offset.y + top * unit,
+      (right - left) * unit, (bottom - top) * unit);
+  }
+
+  // ---- Painting
+
+  get #styles(): Style {
+    if (this.#style) return this.#style;
+    const found = getComputedStyle(this.#owner.parts.canvas);
+    return this.#style = {
+      em: parseFloat(found.fontSize) || 16, ink: found.color, caret: found.caretColor, band: found.textDecorationColor,
+      fault: found.outlineColor,
+    };
+  }
+
+  paint(): void {
+    const { handle, parts } = this.#owner;
+    if (!handle || !this.#stop) return;
+    const unit = this.#unit, { em } = this.#styles;
+    const side = SIDE * em, top = TOP * em;
+    const left = parts.scroller.scrollLeft, above = parts.scroller.scrollTop;
+    const clip = [(left - side) / unit - 4, (above - top) / unit - 4, (left + this.#area.width + SLACK) / unit,
+      (above + this.#area.height + SLACK) / unit].map(Math.floor) as [number, number, number, number];
+    let frame = handle.frame(...clip);
+    if (!frame) return;
+    this.#layOut(frame, unit, side, top);
+    // Who reads a formula begins at its start.
+    const isWanted = this.#owner.hasFocus && (this.wantsCaret || has(frame, Flag.reveal));
+    const reveal = !isWanted ? null : has(frame, Flag.reveal) ? revealOf(frame) : caretOf(frame);
+    this.wantsCaret &&= !isWanted;
+    const isMoved = reveal && this.#reveal(reveal, unit, side, top);
+    const { width, height } = this.#area;
+    const isBeyond = this.#offset.x + (clip[2] * unit) < width || this.#offset.y + clip[3] * unit < height;
+    // What has come into sight was not asked for.
+    if (isMoved || isBeyond) {
+      const { x, y } = this.#offset;
+      const box = [-x / unit - 4, -y / unit - 4, (width - x) / unit + 4, (height - y) / unit + 4].map(Math.floor);
+      frame = handle.frame(...(box as [number, number, number, number])) ?? frame;
+    }
+    this.#sight = frame;
+    this.#draw(frame);
+    this.onpaint(frame);
+  }
+
+  /** Gives the formula its room. */
+  #layOut(frame: FrameWords, unit: number, side: number, top: number): void {
+    const { sizer, strut, scroller } = this.#owner.parts;
+    const width = Math.ceil(widthOf(frame) * unit + 2 * side), height = Math.ceil(heightOf(frame) * unit + 2 * top);
+    if (width !== this.#content.width || height !== this.#content.height) {
+      this.#content = { width, height };
+      sizer.style.width = `${width}px`;
+      sizer.style.height = `${height}px`;
+    }
+    this.#area = { width: scroller.clientWidth, height: scroller.clientHeight };
+    const free = Math.max(0, Math.floor((this.#area.height - height) / 2));
+    this.#offset = { x: side - scroller.scrollLeft, y: top + free - scroller.scrollTop };
+    const rows = Math.round(top + free + baselineOf(frame) * unit);
+    if (rows !== this.#rows) strut.style.height = `${this.#rows = rows}px`;
+  }
+
+  /** Brings a box into sight; true when that moved the formula. */
+  #reveal([left, top, right, bottom]: Box, unit: number, side: number, above: number): boolean {
+    const { scroller } = this.#owner.parts;
+    const { width, height } = this.#area;
+    if (this.#content.width <= width && this.#content.height <= height) return false;
+    const shift = (low: number, high: number, from: number, room: number) => {
+      const margin = Math.min(REVEAL, Math.max(0, (room - (high - low)) / 2));
+      return low - margin < from ? low - margin - from : high + margin > from + room ? high + margin - from - room : 0;
+    };
+    const { scrollLeft, scrollTop } = scroller;
+    const x = shift(left * unit + side, right * unit + side, scrollLeft, width);
+    const y = shift(top * unit + above, bottom * unit + above, scrollTop, height);
+    if (!x && !y) return false;
+    scroller.scrollTo({ left: scrollLeft + x, top: scrollTop + y, behavior: 'instant' });
+    this.#offset = { x: this.#offset.x + scrollLeft - scroller.scrollLeft, y: this.#offset.y + scrollTop - scroller.scrollTop };
+    return true;
+  }
+
+  #draw(frame: FrameWords): void {
+    const { handle, parts: { canvas } } = this.#owner;
+    const ratio = this.#ratio = devicePixelRatio;
+    const width = Math.ceil(this.#area.width * ratio), height = Math.ceil(this.#area.height * ratio);
+    // In steps, since a new size takes new memory.
+    if (width > canvas.width || height > canvas.height || canvas.width > 2 * width + 256 || canvas.height > 2 * height + 256) {
+      canvas.width = Math.ceil(width / 128) * 128;
+      canvas.height = Math.ceil(height / 32) * 32;
+    }
+    const cssWidth = `${canvas.width / ratio}px`, cssHeight = `${canvas.height / ratio}px`;
+    if (canvas.style.width !== cssWidth) canvas.style.width = cssWidth;
+    if (canvas.style.height !== cssHeight) canvas.style.height = cssHeight;
+    // Little is painted at a time, for which handing it to the graphics processor costs more than it saves.
+    const context = canvas.getContext('2d', { willReadFrequently: true });
+    if (!context || !handle) return;
+    context.setTransform(1, 0, 0, 1, 0, 0);
+    context.clearRect(0, 0, canvas.width, canvas.height);
+    const at: Transform = {
+      scale: this.#unit * ratio, x: Math.round(this.#offset.x * ratio), y: Math.round(this.#offset.y * ratio),
+    };
+    this.paintOn(context, at, frame, handle.module, this.#owner.hasFocus);
+    this.#fade(context, width, height, ratio);
+  }
+
+  /** Paints what is in the frame, also for the magnifier. */
+  paintOn(context: CanvasRenderingContext2D, at: Transform, frame: FrameWords, module: Parameters<typeof paintFrame>[3],
+          hasFocus: boolean): void {
+    const style = this.#styles;
+    if (hasFocus) {
+      context.fillStyle = style.band;
+      for (const [left, top, right, bottom] of bandsOf(frame)) fillBox(context, at, left, top - 0.5, right, bottom + 0.5);
+    }
+    if (this.fault) {
+      const [left, top, right, bottom] = this.fault;
+      // The box of what is missing is no wider than the caret.
+      const spare = Math.max(1, ((bottom - top) / 2 - (right - left)) / 2);
+      context.globalAlpha = 0.24;
+      context.fillStyle = style.fault;
+      context.setTransform(at.scale, 0, 0, at.scale, at.x, at.y);
+      context.beginPath();
+      context.roundRect(left - spare, top - 1, right - left + 2 * spare, bottom - top + 2, 2);
+      context.fill();
+      context.globalAlpha = 1;
+    }
+    context.fillStyle = context.strokeStyle = style.ink;
+    paintFrame(frame, context, at, module);
+    if (has(frame, Flag.composes)) {
+      const [left, , right, bottom] = composedOf(frame);
+      fillBox(context, at, left, bottom, right, bottom + 0.7);
+    }
+    const caret = this.drop ?? (hasFocus && this.#isCaretOn && !this.#owner.isLocked ? caretOf(frame) : null);
+    if (caret) {
+      const middle = (caret[0] + caret[2]) / 2, half = Math.max(CARET * 12, 1.4 * devicePixelRatio / at.scale) / 2;
+      // Letters are paled beside it, so that it cannot be taken for a stroke of theirs.
+      const pixel = 1 / at.scale;
+      context.globalCompositeOperation = 'destination-out';
+      context.globalAlpha = 0.7;
+      fillBox(context, at, middle - half - pixel, caret[1], middle + half + pixel, caret[3]);
+      context.globalCompositeOperation = 'source-over';
+      context.globalAlpha = 1;
+      context.fillStyle = style.caret;
+      fillBox(context, at, middle - half, caret[1] - 0.6, middle + half, caret[3] + 0.6);
+    }
+  }
+
+  /** Shows that the formula goes on. */
+  #fade(context: CanvasRenderingContext2D, width: number, height: number, ratio: number): void {
+    const { scrollLeft, scrollTop } = this.#owner.parts.scroller;
+    const beyondX = this.#content.width - this.#area.width, beyondY = this.#content.height - this.#area.height;
+    const reach = FADE * ratio;
+    const fadeOut = (x1: number, y1: number, x2: number, y2: number) => {
+      const colours = context.createLinearGradient(x1, y1, x2, y2);
+      colours.addColorStop(0, '#000');
+      colours.addColorStop(1, 'transparent');
+      context.fillStyle = colours;
+      context.fillRect(Math.min(x1, x2), Math.min(y1, y2), Math.abs(x2 - x1) || width, Math.abs(y2 - y1) || height);
+    };
+    context.setTransform(1, 0, 0, 1, 0, 0);
+    context.globalCompositeOperation = 'destination-out';
+    if (beyondX > 1 && scrollLeft > 1) fadeOut(0, 0, reach, 0);
+    if (beyondX > 1 && scrollLeft < beyondX - 1) fadeOut(width, 0, width - reach, 0);
+    if (beyondY > 1 && scrollTop > 1) fadeOut(0, 0, 0, reach);
+    if (beyondY > 1 && scrollTop < beyondY - 1) fadeOut(0, height, 0, height - reach);
+    context.globalCompositeOperation = 'source-over';
+  }
+
+  /** The words of a frame without what is painted, at any time. */
+  peek(): FrameWords | null {
+    const frame = this.#owner.handle?.frame(0, 0, 1, 1) ?? null;
+    // The next painting answers the request that this took.
+    if (frame && has(frame, Flag.reveal)) this.wantsCaret = true;
+    return frame;
+  }
+
+  /** What was painted last; its words are gone with the next call of the module. */
+  get boxes(): { caret: Box; anchor: Box } | null {
+    const frame = this.peek();
+    return frame ? { caret: caretOf(frame), anchor: anchorOf(frame) } : null;
+  }
+  get scale(): number { return this.#unit; }
+  get sight(): FrameWords | null { return this.#sight; }
+}

@@ -1,0 +1,64 @@
+// A page with fields in the installed Chromium. ZOLT_WEB_SITE names the folder that hosts/web/tools/build.mjs has made.
+
+import assert from 'node:assert/strict';
+import { createRequire } from 'node:module';
+import { after, test } from 'node:test';
+import { serve } from '../../../hosts/web/tools/serve.mjs';
+
+const require = createRequire(new URL('../../../hosts/web/package.json', import.meta.url));
+const { chromium } = require('playwright-core');
+export const axe = require.resolve('axe-core/axe.min.js');
+
+const site = process.env.ZOLT_WEB_SITE;
+const pages = {};
+const server = await serve([site, new URL('../../../out/web/', import.meta.url).pathname], 0, pages);
+const browser = await chromium.launch({
+  executablePath: process.env.ZOLT_CHROMIUM ?? '/usr/bin/chromium',
+  args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking',
+    '--disable-component-update', '--disable-sync', '--js-flags=--expose-gc'],
+});
+after(async () => {
+  await browser.close();
+  server.close();
+});
+
+/** A test on a page of its own with `body` in it; what the page complains of makes it fail. */
+export function withPage(name, body, act, { context: options = {}, path = null } = {}) {
+  test(name, { timeout: 30000 }, async () => {
+    const context = await browser.newContext({ viewport: { width: 800, height: 600 }, ...options });
+    await context.grantPermissions(['clipboard-read', 'clipboard-write'], { origin: server.address.slice(0, -1) });
+    const page = await context.newPage();
+    const complaints = [];
+    page.on('console', (message) => {
+      if (message.type() === 'error' && !message.text().includes('favicon')) complaints.push(message.text());
+    });
+    page.on('pageerror', (error) => complaints.push(error.stack));
+    pages['/tried.html'] = `<!doctype html><html lang="en"><head><title>Tried</title><meta name="color-scheme" content="light dark">
+      <link rel="icon" href="data:,"><script type="module" src="/zolt-formula/zolt-formula.js"></script></head><body><main><h1>Tried</h1>${body}</main></body></html>`;
+    await page.goto(server.address + (path ?? 'tried.html'));
+    if (!path) {
+      await page.evaluate(() => Promise.all([...document.querySelectorAll('zolt-formula')].map((field) => field.ready)));
+      await page.evaluate(() => document.fonts.ready);
+    }
+    await act(page, context);
+    assert.deepEqual(complaints, []);
+    await context.close();
+  });
+}
+
+/** A property of the field with that id. */
+export const get = (page, id, property) => page.evaluate(([id, property]) => document.getElementById(id)[property], [id, property]);
+/** Waits until what was done is painted. */
+export const painted = (page) => page.evaluate(() => new Promise((settle) => requestAnimationFrame(() => requestAnimationFrame(settle))));
+/** Remembers the events of a field, as "type" or "type:inputType". */
+export const listen = (page, id, ...types) => page.evaluate(([id, types]) => {
+  const field = document.getElementById(id);
+  field.seen = [];
+  for (const type of types) field.addEventListener(type, (event) => field.seen.push(event.inputType ? `${type}:${event.inputType}` : type));
+}, [id, types]);
+/** Where the caret is in the window. */
+export const caretBox = (page, id) => page.evaluate((id) => {
+  const field = document.getElementById(id), { shown } = field;
+  const box = shown.toWindow(shown.boxes.caret);
+  return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
+}, id);
