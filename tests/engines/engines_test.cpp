@@ -56,7 +56,8 @@ TEST(BasicEngine, EndsInTime) {
   BasicEngineC const engine;
   CASRequestS request;
   for (char const* const text :
-       {"sum(k,1,10^9,1/k)", "sum(k,1,10^12,sin(k))", "int(0,1,int(0,1,int(0,1,sin(1/(x*y*z)),x),y),z)"}) {
+       {"sum(k,1,10^9,1/k)", "sum(k,1,10^12,sin(k))", "int(0,1,int(0,1,int(0,1,sin(1/(x*y*z)),x),y),z)",
+        "sqrt(10^200000+1)", "(2/3)^500000+(3/7)^300000", "nthroot(2^900000+1,3)"}) {
     for (CASOperationE const operation : {CAS_EVALUATE, CAS_APPROXIMATE}) {
       request.operation = operation;
       request.expression = read(text);

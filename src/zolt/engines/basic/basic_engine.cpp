@@ -2,6 +2,7 @@
 
 #include "zolt/algexpr/cas_assignment.h"
 #include "zolt/engines/basic/detail/computation.h"
+#include "zolt/engines/basic/detail/long_work.h"
 
 namespace zolt::engine_basic {
 
@@ -17,7 +18,9 @@ CASResultS BasicEngineC::compute(CASRequestS const& request, CASStopC const* sto
   WatchC watch(request.deadline, stop);
   auto const isReserved = [](wstring const& name) { return findFunction(name) != nullptr; };
   return computeRequest(request, isReserved, [&](CASRequestS const& asked, PointerTC<NodeABC> const& node) {
-    return ComputationC(asked, watch).run(node);
+    LongWorkC const limited(watch);
+    CASResultS const result = ComputationC(asked, watch).run(node);
+    return watch.isOver() ? refuse(watch.crefFault().cause, watch.crefFault().part) : result;
   });
 }
 

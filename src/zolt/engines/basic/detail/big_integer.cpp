@@ -4,6 +4,8 @@
 #include <numeric>
 #include <utility>
 
+#include "zolt/engines/basic/detail/long_work.h"
+
 namespace zolt::engine_basic::detail {
 
 namespace {
@@ -74,6 +76,7 @@ LimbsT slice(LimbsT const& limbs, std::size_t begin, std::size_t end) {
 LimbsT multiplyLimbs(LimbsT const& a, LimbsT const& b) {
   if (a.empty() || b.empty()) return {};
   if (std::min(a.size(), b.size()) < karatsuba_limbs) {
+    if (!LongWorkC::goOn(a.size() * b.size())) return {};
     LimbsT product(a.size() + b.size());
     for (std::size_t i = 0; i < a.size(); ++i) {
       std::uint64_t carry = 0;
@@ -93,6 +96,8 @@ LimbsT multiplyLimbs(LimbsT const& a, LimbsT const& b) {
   LimbsT const b0 = slice(b, 0, half), b1 = slice(b, half, b.size());
   LimbsT const lowest = multiplyLimbs(a0, b0), highest = multiplyLimbs(a1, b1);
   LimbsT middle = multiplyLimbs(addLimbs(a0, a1), addLimbs(b0, b1));
+  // Each of them may have ended early.
+  if (!LongWorkC::goOn(half)) return {};
   subtractFrom(middle, lowest);
   subtractFrom(middle, highest);
   LimbsT product(a.size() + b.size() + 1);
@@ -145,6 +150,10 @@ LimbsT divideLimbs(LimbsT& a, LimbsT const& b) {
   LimbsT quotient(count);
   for (std::size_t j = count; j > 0; --j) {
     std::size_t const at = j - 1;
+    if (!LongWorkC::goOn(n)) {
+      a.clear();
+      return {};
+    }
     std::uint64_t const high = (std::uint64_t{rest[at + n]} << 32) | rest[at + n - 1];
     std::uint64_t guess = high / divisor[n - 1];
     std::uint64_t left = high % divisor[n - 1];
@@ -201,6 +210,7 @@ BigIntegerC BigIntegerC::fromDigits(std::u16string_view digits) {
   for (std::size_t at = 0; at < digits.size();) {
     std::size_t const count =
         (digits.size() - at) % chunk_digits == 0 ? chunk_digits : (digits.size() - at) % chunk_digits;
+    if (!LongWorkC::goOn(limbs.size())) return {};
     std::uint64_t carry = 0;
     for (std::size_t i = 0; i < count; ++i) carry = carry * 10 + (digits[at + i] - u'0');
     for (std::uint32_t& limb : limbs) {
@@ -230,7 +240,7 @@ wstring BigIntegerC::toDigits() const {
     static_cast<void>(power(10, half, scale));
     divide(abs(), scale, above, below);
     wstring const digits = below.toDigits();
-    return above.toDigits() + wstring(half - digits.size(), u'0') + digits;
+    return above.toDigits() + wstring(std::max(half, digits.size()) - digits.size(), u'0') + digits;
   }
   wstring reversed;
   while (!limbs.empty()) {
@@ -307,6 +317,7 @@ std::uint64_t BigIntegerC::highestBits(std::int64_t* exponent) const {
 
 std::uint32_t BigIntegerC::remainderBy(std::uint32_t divisor) const {
   if (isSmall()) return static_cast<std::uint32_t>(magnitudeOf(small_) % divisor);
+  if (!LongWorkC::goOn(limbs_.size())) return 0;
   std::uint64_t rest = 0;
   for (std::size_t i = limbs_.size(); i > 0; --i) rest = ((rest << 32) | limbs_[i - 1]) % divisor;
   return static_cast<std::uint32_t>(rest);
@@ -356,6 +367,10 @@ BigIntegerC operator*(BigIntegerC const& a, BigIntegerC const& b) {
 
 void BigIntegerC::divide(BigIntegerC const& a, BigIntegerC const& b, BigIntegerC& quotient,
                          BigIntegerC& remainder) {
+  if (b.isZero()) {  // only where the divisor's computation has ended early
+    quotient = remainder = {};
+    return;
+  }
   if (a.isSmall() && b.isSmall()) {
     std::int64_t const rest = a.small_ % b.small_;
     quotient = a.small_ / b.small_;
@@ -437,6 +452,7 @@ BigIntegerC BigIntegerC::root(std::uint32_t n) const {
   // Newton's iteration from above falls until it has arrived.
   BigIntegerC guess = powerOfTwo(bitLength() / n + 1);
   for (;;) {
+    if (!LongWorkC::goOn(1)) return 1;
     BigIntegerC below;
     if (!power(guess, n - 1, below)) return 1;  // 2^n alone is longer than this number
     BigIntegerC quotient, rest;

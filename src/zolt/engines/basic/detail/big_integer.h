@@ -13,7 +13,7 @@ using oss::wstring;
 
 /// A whole number of any size; those of 62 bits take no memory of their own. Products of long numbers take
 /// fewer than quadratic steps; quotients and decimal digits take quadratic ones, which is why numbers in
-/// computations are limited to `max_bits`. Nothing here checks that but `power`.
+/// computations are limited to `max_bits`. Nothing here checks that but `power`. `LongWorkC` ends long ones.
 class BigIntegerC {
  public:
   /// About 300,000 decimal digits.

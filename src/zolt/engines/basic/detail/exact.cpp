@@ -169,8 +169,10 @@ TermT ExactC::integrate(StepS const& step) {
   if (!integratePolynomial(pool_, operand(step, 2), slot, &antiderivative)) {
     return watch_.hasFailed() ? TermPoolC::zero : leave(step);
   }
-  return pool_.subtract(substitute(pool_, antiderivative, slot, upper),
-                        substitute(pool_, antiderivative, slot, lower));
+  // One after the other: terms are sorted by when they were made.
+  TermT const atUpper = substitute(pool_, antiderivative, slot, upper);
+  TermT const atLower = substitute(pool_, antiderivative, slot, lower);
+  return pool_.subtract(atUpper, atLower);
 }
 
 }  // namespace zolt::engine_basic::detail

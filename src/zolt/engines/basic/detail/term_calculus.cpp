@@ -158,7 +158,10 @@ class DerivativeC {
       case OP_LOG:
         return pool_.divide(du, pool_.multiply(u, call(OP_LN, record.arguments[1])));
       case OP_ROOT:
-        return pool_.divide(pool_.multiply(du, term), pool_.multiply(u, record.arguments[1]));
+        return pool_.product({{du, TermPoolC::one},
+                              {term, TermPoolC::one},
+                              {u, number(-1)},
+                              {record.arguments[1], number(-1)}});
       case OP_ABS:
         return pool_.divide(pool_.multiply(du, u), term);
       default:

@@ -54,8 +54,11 @@ class FunctionC {
         return a == TermPoolC::zero ? a : odd(a);
       case OP_COSH:
         return a == TermPoolC::zero ? TermPoolC::one : same();
-      case OP_RAD:
-        return pool_.getAngle() == CAS_RADIANS ? a : pool_.divide(pool_.scale(a, 180), pool_.pi());
+      case OP_RAD: {
+        if (pool_.getAngle() == CAS_RADIANS) return a;
+        TermT const halfTurns = pool_.scale(a, 180);
+        return pool_.divide(halfTurns, pool_.pi());
+      }
       case OP_DEG:
         return pool_.getAngle() == CAS_DEGREES ? a : pool_.multiply(a, inTurns(RationalC(1, 180)));
       case OP_NOT:
@@ -109,7 +112,8 @@ class FunctionC {
     if (n.isZero()) return fail(CAS_CAUSE_DIVISION_BY_ZERO);
     bool const isOdd = n.isInteger() && n.crefNumerator().isOdd();
     if (isOdd && n.sign() < 0) {
-      return pool_.power(apply(pool_, OP_ROOT, {a, pool_.number(-n)}), pool_.number(-1));
+      TermT const inverse = apply(pool_, OP_ROOT, {a, pool_.number(-n)});
+      return pool_.power(inverse, pool_.number(-1));
     }
     TermT const exponent = pool_.number(n.inverse());
     if (n.isOne() || !isOdd) return pool_.power(a, exponent);
