@@ -74,6 +74,23 @@ QString makeTyping() {
   return html;
 }
 
+QString makeComputing() {
+  QString html = heading(tr("Computing"));
+  html += paragraph(
+      tr("Under a formula is its result, exact after = and as a decimal number after ≈, a moment after you "
+         "have typed it. Results can be selected, copied and dragged. One that is pale is being computed "
+         "again; <b>Esc</b> stops what takes long."));
+  html += paragraph(
+      tr("<b>a:=2</b>, <b>f(x):=x^2</b> and <b>2:>a</b> define names for the lines below. A change computes "
+         "again what depends on it, and nothing else."));
+  html += paragraph(
+      tr("The menu Compute, also under the right button, simplifies, expands, factors, solves, "
+         "differentiates and integrates the selection, or else the formula; what comes out is a new line "
+         "below. When a formula has no value, a click on the reason, or <b>F5</b>, selects the part that it "
+         "is about."));
+  return html;
+}
+
 QString makeCommands() {
   Table table;
   for (field::CommandS const& command : field::commands()) {
@@ -132,7 +149,8 @@ QString makePalette(std::vector<field::PaletteGroupS> const& palette) {
 }  // namespace
 
 QString makeHelp(std::vector<field::PaletteGroupS> const& palette, QList<QAction*> const& actions) {
-  return makeTyping() + makeCommands() + makeActions(actions) + makePointer() + makePalette(palette);
+  return makeTyping() + makeComputing() + makeCommands() + makeActions(actions) + makePointer() +
+         makePalette(palette);
 }
 
 HelpDialog::HelpDialog(std::vector<field::PaletteGroupS> const& palette, QList<QAction*> const& actions,

@@ -22,6 +22,7 @@
 #include "hosts/qt/desktop/palette_dock.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_writer.h"
+#include "hosts/qt/desktop/sheet_computer.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
@@ -51,7 +52,8 @@ MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* setti
       view_(new SheetView(this)),
       palette_(new PaletteDock(fonts_, this)),
       recorder_(new Recorder(this)),
-      notices_(new NoticeBar(this)) {
+      notices_(new NoticeBar(this)),
+      computer_(new SheetComputer(*view_, this)) {
   auto* const centre = new QWidget(this);
   auto* const column = new QVBoxLayout(centre);
   column->setContentsMargins(0, 0, 0, 0);
@@ -77,6 +79,7 @@ MainWindow::MainWindow(std::shared_ptr<qt::FormulaFonts> fonts, QSettings* setti
 }
 
 MainWindow::~MainWindow() {
+  delete computer_;
   // The view emits signals while it is destroyed, when this window is half destroyed.
   view_->disconnect(this);
   view_->history().disconnect(this);
@@ -97,11 +100,7 @@ void MainWindow::connectView() {
     statusTimer_.start();
   });
   connect(view_, &SheetView::caretMoved, this, [this] { palette_->follow(view_->currentFormula()); });
-  connect(view_, &SheetView::errorOccurred, this, [this](QString const& text) {
-    // The message stays although the faulty part is selected.
-    statusTimer_.stop();
-    showError(text);
-  });
+  connect(view_, &SheetView::errorOccurred, this, &MainWindow::showError);
   connect(view_, &SheetView::zoomRequested, this,
           [this](int steps) { setZoom(view_->zoom() * std::pow(zoom_step, steps)); });
   connect(palette_, &PaletteDock::picked, this, &MainWindow::pick);
@@ -145,7 +144,11 @@ void MainWindow::showState(QString const& text, QRgb colour) {
   state_->setAccessibleName(text);
 }
 
-void MainWindow::showError(QString const& text) { showState(text, error_colour); }
+void MainWindow::showError(QString const& text) {
+  // It stays although what it is about is selected.
+  statusTimer_.stop();
+  showState(text, error_colour);
+}
 
 void MainWindow::updateStatus() {
   FormulaEdit const* const formula = view_->currentFormula();
@@ -202,6 +205,7 @@ void MainWindow::updateActions() {
 void MainWindow::restore() {
   bool const localComma = QLocale().decimalPoint() == QLatin1String(",");
   setZoom(1);
+  restoreComputing();
   if (!settings_) {
     setDecimalComma(false);
     setTyping(QStringLiteral("suggestions"), &field::InputOptionsS::suggestions, true);
@@ -230,6 +234,7 @@ void MainWindow::remember() {
   settings_->setValue(QStringLiteral("suggestions"), view_->typing().suggestions);
   settings_->setValue(QStringLiteral("statusLine"), statusForm_);
   settings_->setValue(QStringLiteral("appearance"), appearanceName(appearance_));
+  rememberComputing();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -300,7 +305,7 @@ void MainWindow::pick(field::PaletteEntryS const& entry) {
 }
 
 void MainWindow::runInFormula(field::CommandE command) {
-  if (FormulaEdit* const formula = view_->currentFormula()) {
+  if (FormulaEdit* const formula = view_->focusedFormula()) {
     formula->runCommand(command);
     return;
   }

@@ -11,6 +11,7 @@
 #include "hosts/qt/desktop/appearance.h"
 #include "hosts/qt/desktop/exporter.h"
 #include "hosts/qt/desktop/sheet_file.h"
+#include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/field/commands.h"
 #include "zolt/field/input_options.h"
 #include "zolt/field/palette_model.h"
@@ -19,6 +20,10 @@ class QLabel;
 class QMenu;
 class QSettings;
 class QToolButton;
+
+namespace zolt::engine_sheet {
+struct ComputingS;
+}
 
 namespace zolt::qt {
 class FormulaEdit;
@@ -33,6 +38,8 @@ class PaletteDock;
 class Recorder;
 class RecoveryFile;
 class RecoveryWriter;
+class SheetComputer;
+class SheetRow;
 class SheetView;
 struct RecoveredSheet;
 
@@ -48,6 +55,7 @@ class MainWindow final : public QMainWindow {
   ~MainWindow() override;
 
   SheetView& view() { return *view_; }
+  SheetComputer& computer() { return *computer_; }
   QString path() const { return path_; }
   QAction* action(QString const& name) const { return actions_.value(name); }
 
@@ -89,6 +97,22 @@ class MainWindow final : public QMainWindow {
   void showError(QString const& text);
   void pick(field::PaletteEntryS const& entry);
   void runInFormula(field::CommandE command);
+
+  // main_window_compute.cpp
+  using ExpressionT = oss::PointerTC<math::algexpr::AlgebraicExpressionC>;
+  void makeComputeMenu();
+  void updateComputeActions();
+  void fillVariables(QMenu& menu, math::algexpr::CASOperationE operation);
+  void compute(math::algexpr::CASOperationE operation, QString const& variable);
+  void insertLines(SheetRow& below, std::vector<ExpressionT> const& lines);
+  /// The result that is shown under the current formula; null when there is none.
+  ExpressionT shownResult() const;
+  void insertResult();
+  void askComputing();
+  void setComputing(engine_sheet::ComputingS const& computing);
+  void setEngine(QString const& id);
+  void restoreComputing();
+  void rememberComputing();
 
   // main_window_actions.cpp
   struct ActionS {
@@ -154,9 +178,11 @@ class MainWindow final : public QMainWindow {
   PaletteDock* palette_;
   Recorder* recorder_;
   NoticeBar* notices_;
+  SheetComputer* computer_;
   RecoveryWriter* recovery_ = nullptr;  // null: nothing is kept for recovery
   QHash<QString, QAction*> actions_;
   QMenu* recentMenu_ = nullptr;
+  QString engine_;  // its id
   QLabel* stateDot_ = nullptr;
   ElidedLabel* state_ = nullptr;
   ElidedLabel* source_ = nullptr;

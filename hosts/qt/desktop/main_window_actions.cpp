@@ -11,6 +11,8 @@
 #include "hosts/qt/desktop/icons.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/palette_dock.h"
+#include "hosts/qt/desktop/result_view.h"
+#include "hosts/qt/desktop/sheet_computer.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/size_grid.h"
 #include "zolt/qt/formula_edit.h"
@@ -55,6 +57,7 @@ void MainWindow::makeActions() {
   makeFileMenu();
   makeEditMenu();
   makeInsertMenu();
+  makeComputeMenu();
   makeViewMenu();
   makeHelpMenu();
   makeToolBar();
@@ -114,7 +117,11 @@ void MainWindow::makeEditMenu() {
   makeTableMenu(*menu.addMenu(tr("&Rows and Columns")));
   menu.addSeparator();
   add(menu, {"check", "Chec&k Formula", "F5"}, [this] {
-    if (qt::FormulaEdit* const formula = view_->currentFormula()) formula->check();
+    qt::FormulaEdit* const formula = view_->currentFormula();
+    // A formula that is in order may still have no value.
+    if (formula && formula->check() && computer_->selectFault(*view_->currentRow())) {
+      showError(view_->currentRow()->results().result().reason);
+    }
   });
   menu.addSeparator();
   add(menu, {"duplicate", "&Duplicate Line", "Ctrl+D"}, [this] { view_->duplicateCurrent(); });

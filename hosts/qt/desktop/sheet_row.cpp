@@ -7,7 +7,9 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QTimer>
+#include <QVBoxLayout>
 
+#include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/text_line.h"
 #include "hosts/qt/desktop/text_preview.h"
@@ -27,13 +29,19 @@ constexpr int dot_size = 6;
 
 constexpr qsizetype notation_shown = 300;  // characters
 
-constexpr int state_delay = 400;  // ms: during typing every formula is incomplete
+constexpr int state_delay = 300;  // ms: during typing every formula is incomplete
 
 constexpr QRgb incomplete_colour = 0xffe09a20;
 
+unsigned long nextId() {
+  static unsigned long last = 0;
+  return ++last;
+}
+
 }  // namespace
 
-SheetRow::SheetRow(SheetLine const& line, QWidget* parent) : QWidget(parent), kind_(line.kind) {
+SheetRow::SheetRow(SheetLine const& line, QWidget* parent)
+    : QWidget(parent), kind_(line.kind), id_(nextId()) {
   auto* const layout = new QHBoxLayout(this);
   layout->setContentsMargins(margin_width, 3, 12, 3);
   if (kind_ != LineKind::Formula) {
@@ -45,7 +53,11 @@ SheetRow::SheetRow(SheetLine const& line, QWidget* parent) : QWidget(parent), ki
   } else {
     makeFormula(line);
   }
-  layout->addWidget(shown());
+  if (formula_) {
+    layout->addLayout(makeColumn());
+  } else {
+    layout->addWidget(shown());
+  }
   if (button_) layout->addWidget(button_);
   if (!preview_) setFocusProxy(shown());
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -76,6 +88,30 @@ void SheetRow::makeFormula(SheetLine const& line) {
   incomplete_ = line.prefix.isEmpty() && !line.tree.isEmpty();
 }
 
+QVBoxLayout* SheetRow::makeColumn() {
+  column_ = new QVBoxLayout;
+  column_->setContentsMargins(0, 0, 0, 0);
+  column_->setSpacing(0);
+  column_->addWidget(formula_);
+  return column_;
+}
+
+ResultView& SheetRow::results() {
+  if (!results_) {
+    results_ = new ResultView(this);
+    results_->setZoom(zoom_);
+    results_->setDecimalComma(decimalComma_);
+    column_->addWidget(results_);
+    results_->show();
+    emit resultsMade();
+  }
+  return *results_;
+}
+
+void SheetRow::showResult(ShownResult const& result) {
+  if (results_ || !result.isEmpty()) results().setResult(result);
+}
+
 void SheetRow::makeNotation(SheetLine const& line) {
   QString const& notation = line.tree.isEmpty() ? line.prefix : line.tree;
   makeText(notation.left(notation_shown) + u'…');
@@ -98,7 +134,7 @@ void SheetRow::showFormula() {
   button_ = nullptr;
   SheetLine const line = *line_;
   makeFormula(line);
-  layout()->addWidget(formula_);
+  static_cast<QHBoxLayout*>(layout())->addLayout(makeColumn());
   setFocusProxy(formula_);
   formula_->show();
   formula_->setAccessibleName(tr("Formula %1").arg(number_));
@@ -170,6 +206,7 @@ void SheetRow::setCurrent(bool current) {
 
 void SheetRow::setZoom(qreal zoom, QPoint const* kept) {
   zoom_ = zoom;
+  if (results_) results_->setZoom(zoom);
   qreal const own = zoom * FormulaEdit::default_zoom;
   if (formula_ && kept) {
     formula_->setZoomAround(own, formula_->mapFromGlobal(*kept));
@@ -178,6 +215,12 @@ void SheetRow::setZoom(qreal zoom, QPoint const* kept) {
   } else {
     updateFont();
   }
+}
+
+void SheetRow::setDecimalComma(bool decimalComma) {
+  decimalComma_ = decimalComma;
+  if (formula_) formula_->setDecimalComma(decimalComma);
+  if (results_) results_->setDecimalComma(decimalComma);
 }
 
 void SheetRow::updateFont() {
@@ -230,13 +273,15 @@ void SheetRow::paintEvent(QPaintEvent*) {
   small.setPointSizeF(0.85 * small.pointSizeF());
   painter.setFont(small);
   painter.setPen(palette().color(current_ ? QPalette::Text : QPalette::PlaceholderText));
-  QRect const box(bar_width, 0, margin_width - bar_width - 2 * dot_size, height());
+  // At the formula, not at what is below it.
+  QRect const beside = formula_ ? formula_->geometry() : rect();
+  QRect const box(bar_width, beside.top(), margin_width - bar_width - 2 * dot_size, beside.height());
   painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter, QString::number(number_));
   if (incomplete_) {
     painter.setPen(Qt::NoPen);
     painter.setBrush(QColor(incomplete_colour));
     painter.drawEllipse(
-        QRectF(margin_width - 1.5 * dot_size, 0.5 * (height() - dot_size), dot_size, dot_size));
+        QRectF(margin_width - 1.5 * dot_size, beside.center().y() - 0.5 * dot_size, dot_size, dot_size));
   }
 }
 

@@ -8,6 +8,7 @@
 
 class QPushButton;
 class QTimer;
+class QVBoxLayout;
 
 namespace zolt::qt {
 class FormulaEdit;
@@ -15,8 +16,10 @@ class FormulaEdit;
 
 namespace zolt::desktop {
 
+class ResultView;
 class TextLine;
 class TextPreview;
+struct ShownResult;
 
 /// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
 /// takes a while to show, is its notation and a button until the user wants to see it.
@@ -31,6 +34,8 @@ class SheetRow final : public QWidget {
   ~SheetRow() override;
 
   LineKind kind() const { return kind_; }
+  /// Distinguishes it from all other rows of the process; not 0.
+  unsigned long id() const { return id_; }
   /// The line as it is to be saved.
   SheetLine line() const;
   /// The current line, but for an edited formula without its expression, which takes time to find out.
@@ -44,6 +49,12 @@ class SheetRow final : public QWidget {
   TextLine* text();
   QWidget* editor();
 
+  /// Shows results under the formula; none take them away.
+  void showResult(ShownResult const& result);
+  /// Where results are shown. Made when it is first asked for; not for a line without a formula.
+  ResultView& results();
+  bool hasResults() const { return results_; }
+
   /// Sets its number among the formulas, counted from 1.
   void setNumber(int number);
   void setCurrent(bool current);
@@ -51,6 +62,7 @@ class SheetRow final : public QWidget {
   void showFormula();
   /// `kept` (on the screen) is where the formula stays in place; null: where its caret is.
   void setZoom(qreal zoom, QPoint const* kept = nullptr);
+  void setDecimalComma(bool decimalComma);
   /// Gives the line the focus and puts the caret near `global`, a place on the screen.
   void enterAt(QPoint global);
   void enterAtEnd();
@@ -63,6 +75,7 @@ class SheetRow final : public QWidget {
   void formulaWanted();
   /// Emitted some time after a change, when it is known whether the formula is complete.
   void formulaStateChanged();
+  void resultsMade();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -73,6 +86,7 @@ class SheetRow final : public QWidget {
 
  private:
   void makeFormula(SheetLine const& line);
+  QVBoxLayout* makeColumn();
   void makeNotation(SheetLine const& line);
   void makeText(QString const& text);
   QString placeholder() const;
@@ -83,14 +97,18 @@ class SheetRow final : public QWidget {
   void updateFont();
 
   LineKind kind_;
+  unsigned long id_;
   mutable std::optional<SheetLine> line_;  // of a formula, until it changes
   QPushButton* button_ = nullptr;          // of a formula that is not shown
   qt::FormulaEdit* formula_ = nullptr;
+  QVBoxLayout* column_ = nullptr;  // the formula and what is below it
+  ResultView* results_ = nullptr;
   TextPreview* preview_ = nullptr;  // of a text without an editor
   QString previewed_;
   TextLine* text_ = nullptr;
   QTimer* stateTimer_ = nullptr;
   qreal zoom_ = 1;
+  bool decimalComma_ = false;
   int number_ = 0;
   bool current_ = false;
   bool incomplete_ = false;

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -105,17 +106,40 @@ Sheet SheetView::draft() const {
 
 FormulaEdit* SheetView::currentFormula() const { return current_->formula(); }
 
+FormulaEdit* SheetView::focusedFormula() const {
+  auto* const focused = qobject_cast<FormulaEdit*>(window()->focusWidget());
+  return focused && current_->isAncestorOf(focused) ? focused : currentFormula();
+}
+
 void SheetView::setZoom(qreal zoom) {
   zoom_ = std::clamp(zoom, least_zoom, most_zoom);
   QPoint const place = placeToKeep();
+  keepPlace([&] {
+    SheetRow* const kept = rowAt(page_->mapFromGlobal(place).y());
+    for (SheetRow* const row : rows_) row->setZoom(zoom_, row == kept && zoomedAt_ ? &place : nullptr);
+    return rows_;
+  });
+}
+
+SheetRow* SheetView::rowAt(int y) const {
+  auto const found = std::partition_point(rows_.begin(), rows_.end(),
+                                          [y](SheetRow const* row) { return row->geometry().bottom() < y; });
+  return found == rows_.end() ? rows_.back() : *found;
+}
+
+qsizetype SheetView::firstVisible() const { return rows_.indexOf(rowAt(verticalScrollBar()->value())); }
+
+void SheetView::keepPlace(std::function<QList<SheetRow*>()> const& change) {
+  QPoint const place = placeToKeep();
   int const y = page_->mapFromGlobal(place).y();
-  auto const found = std::find_if(rows_.begin(), rows_.end(),
-                                  [y](SheetRow const* row) { return y <= row->geometry().bottom(); });
-  SheetRow* const kept = found == rows_.end() ? rows_.back() : *found;
-  double const part = double(y - kept->y()) / std::max(1, kept->height());
-  for (SheetRow* const row : rows_) row->setZoom(zoom_, row == kept && zoomedAt_ ? &place : nullptr);
-  settleLayout(rows_);
-  int const now = kept->y() + qRound(part * kept->height());
+  SheetRow* const kept = rowAt(y);
+  QWidget* const editor = kept->formula();
+  // Of a formula with results it is the formula that stays.
+  auto const top = [&] { return kept->y() + (editor ? editor->y() : 0); };
+  auto const height = [&] { return std::max(1, editor ? editor->height() : kept->height()); };
+  double const part = double(y - top()) / height();
+  settleLayout(change());
+  int const now = top() + qRound(part * height());
   verticalScrollBar()->setValue(now - viewport()->mapFromGlobal(place).y());
 }
 
@@ -154,9 +178,7 @@ bool SheetView::setAllowedFormulas(QString const& rules) {
 
 void SheetView::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
-  for (SheetRow* const row : rows_) {
-    if (row->formula()) row->formula()->setDecimalComma(decimalComma);
-  }
+  for (SheetRow* const row : rows_) row->setDecimalComma(decimalComma);
 }
 
 void SheetView::setRowActions(QList<QAction*> const& actions) {
@@ -195,7 +217,7 @@ void SheetView::showFormula(SheetRow* row) {
 
 void SheetView::connectFormula(SheetRow* row) {
   FormulaEdit* const edit = row->formula();
-  edit->setDecimalComma(decimalComma_);
+  row->setDecimalComma(decimalComma_);
   edit->setAllowedFormulas(allowedFormulas_);
   applyTyping(*edit, typing_);
   auto const tell = [this, row] {
@@ -205,6 +227,9 @@ void SheetView::connectFormula(SheetRow* row) {
     onFormulaEdited(row, step, position);
   });
   connect(edit, &FormulaEdit::expressionChanged, this, tell);
+  connect(edit, &FormulaEdit::expressionChanged, this, [this, row] { emit formulaTouched(row); });
+  connect(row, &SheetRow::formulaStateChanged, this, [this, row] { emit formulaSettled(row); });
+  connect(row, &SheetRow::resultsMade, this, [this, row] { emit resultsMade(row); });
   connect(edit, &FormulaEdit::selectionChanged, this, tell);
   connect(row, &SheetRow::formulaStateChanged, this, tell);
   connect(edit, &FormulaEdit::caretMoved, this, [this, row] {
@@ -214,6 +239,10 @@ void SheetView::connectFormula(SheetRow* row) {
   });
   connect(edit, &FormulaEdit::errorOccurred, this,
           [this](int, QString const& text) { emit errorOccurred(text); });
+  connect(edit, &FormulaEdit::contextMenuMade, this, [this, row](QMenu* menu) {
+    setCurrent(row);
+    emit contextMenuMade(menu);
+  });
   connect(edit, &FormulaEdit::returnPressed, this, &SheetView::goOn);
   connect(edit, &FormulaEdit::returnRefused, this, &SheetView::goOn);
 }
@@ -255,9 +284,12 @@ void SheetView::takeRow(SheetRow* row) {
 
 void SheetView::renumber() {
   int number = 0;
+  byId_.clear();
   for (SheetRow* const row : rows_) {
+    byId_.insert(row->id(), row);
     if (row->kind() == LineKind::Formula) row->setNumber(++number);
   }
+  emit rowsChanged();
 }
 
 void SheetView::setCurrent(SheetRow* row) {
@@ -299,13 +331,12 @@ void SheetView::enterFirstFormula() {
 
 // ---- Edits ------------------------------------------------------------------------------------------------
 
-void SheetView::insertBelow(SheetLine const& line) {
+void SheetView::insertBelow(SheetRow* row, SheetLine const& line) {
   if (std::size_t(rows_.size()) >= sheet::max_sheet_lines) {
     emit errorOccurred(tr("A sheet has %1 lines at most").arg(sheet::max_sheet_lines));
     return;
   }
-  SheetRow* const row = makeRow(line);
-  history_.push(new InsertRowCommand(*this, row, rows_.indexOf(current_) + 1));
+  history_.push(new InsertRowCommand(*this, makeRow(line), rows_.indexOf(row) + 1));
 }
 
 void SheetView::duplicateCurrent() { insertBelow(current_->line()); }
@@ -366,6 +397,9 @@ void SheetView::keyPressEvent(QKeyEvent* event) {
       break;
     case Qt::Key_Down:
       event->setAccepted(enterNeighbour(1));
+      break;
+    case Qt::Key_Escape:
+      emit stopWanted();
       break;
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:

@@ -1,15 +1,19 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QPointer>
 #include <QScrollArea>
 #include <QUndoStack>
+#include <functional>
+#include <optional>
 
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_row.h"
 #include "zolt/field/input_options.h"
 #include "zolt/qt/formula_edit.h"
 
+class QMenu;
 class QVBoxLayout;
 
 namespace zolt::desktop {
@@ -17,6 +21,7 @@ namespace zolt::desktop {
 /// The open sheet: its lines one below the other, one of which is current, and one history for all of them.
 class SheetView final : public QScrollArea {
   Q_OBJECT
+  Q_MOC_INCLUDE(<QMenu>)
 
  public:
   explicit SheetView(QWidget* parent = nullptr);
@@ -41,6 +46,12 @@ class SheetView final : public QScrollArea {
   SheetRow* currentRow() const { return current_; }
   /// Null when the current line is a text.
   qt::FormulaEdit* currentFormula() const;
+  /// The one that has the keyboard: the current formula, or a result of it. Null as above.
+  qt::FormulaEdit* focusedFormula() const;
+  /// The row of that number; null when it is not in the sheet.
+  SheetRow* findRow(unsigned long id) const { return byId_.value(id); }
+  /// The index of the first row that can be seen.
+  qsizetype firstVisible() const;
 
   qreal zoom() const { return zoom_; }
   /// What is under the pointer stays in place while the wheel zooms, else what is at the caret.
@@ -56,11 +67,15 @@ class SheetView final : public QScrollArea {
   /// Sets the actions that the margin's context menu offers.
   void setRowActions(QList<QAction*> const& actions);
 
+  /// Runs what changes the heights of rows, which it returns; what is looked at stays in place.
+  void keepPlace(std::function<QList<SheetRow*>()> const& change);
+
   /// Gives the keyboard focus to the first formula or, without one, to the first line.
   void enterFirstFormula();
 
   // ---- Edits, each a step to undo ------------------------------------------------------------------------
-  void insertBelow(SheetLine const& line);
+  void insertBelow(SheetLine const& line) { insertBelow(current_, line); }
+  void insertBelow(SheetRow* row, SheetLine const& line);
   void duplicateCurrent();
   void removeCurrent();
   void moveCurrent(int distance);
@@ -78,6 +93,16 @@ class SheetView final : public QScrollArea {
   void modifiedChanged(bool modified);
   /// A line has changed, whether by the user or by the program.
   void edited();
+  /// There are other rows, or in another order.
+  void rowsChanged();
+  /// A formula is being edited; `formulaSettled` comes some time later.
+  void formulaTouched(zolt::desktop::SheetRow* row);
+  void formulaSettled(zolt::desktop::SheetRow* row);
+  void resultsMade(zolt::desktop::SheetRow* row);
+  /// The menu of the right button on the current formula is about to be shown.
+  void contextMenuMade(QMenu* menu);
+  /// The Escape key was pressed, and the line had no use for it.
+  void stopWanted();
   void errorOccurred(QString const& text);
   void zoomRequested(int steps);
 
@@ -104,6 +129,7 @@ class SheetView final : public QScrollArea {
   void reveal();
   void settleLayout(QList<SheetRow*> const& changed);
   QPoint placeToKeep() const;
+  SheetRow* rowAt(int y) const;
   bool enterNeighbour(int distance);
   bool removeEmptyRow(int key);
 
@@ -111,6 +137,7 @@ class SheetView final : public QScrollArea {
   QWidget* page_;
   QVBoxLayout* layout_;
   QList<SheetRow*> rows_;
+  QHash<unsigned long, SheetRow*> byId_;
   SheetRow* current_ = nullptr;
   QList<QAction*> rowActions_;
   qreal zoom_ = 1;

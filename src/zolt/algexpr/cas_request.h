@@ -3,6 +3,7 @@
 #include <atomic>
 #include <chrono>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "zolt/algexpr/algebraic_expression.h"
@@ -19,6 +20,9 @@ struct CASDefinitionS {
 /// Definitions by name. Never changes once others hold it, so requests on several threads share one.
 class CASDefinitionsC : public oss::RefCountedBC {
  public:
+  CASDefinitionsC() = default;
+  explicit CASDefinitionsC(std::map<wstring, CASDefinitionS> all) : all_(std::move(all)) {}
+
   /// A copy in which the name of `added` has that definition, and no other.
   [[nodiscard]] PointerTC<CASDefinitionsC> with(CASDefinitionS added) const;
   /// A copy in which the name has none.

@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QActionEvent>
 #include <QIcon>
+#include <QMenu>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionFrame>

@@ -7,6 +7,7 @@
 
 class QAction;
 class QIcon;
+class QMenu;
 class QPainter;
 class QToolButton;
 
@@ -16,6 +17,7 @@ namespace zolt::qt {
 /// buttons at the sides, a placeholder, and what the user may do.
 class EditField : public QWidget {
   Q_OBJECT
+  Q_MOC_INCLUDE(<QMenu>)
   Q_PROPERTY(bool frame READ hasFrame WRITE setFrame NOTIFY frameChanged)
   Q_PROPERTY(Qt::Alignment alignment READ alignment WRITE setAlignment NOTIFY alignmentChanged)
   /// Shown in place of empty contents.
@@ -70,6 +72,8 @@ class EditField : public QWidget {
   void clearButtonEnabledChanged(bool enabled);
   void undoRedoEnabledChanged(bool enabled);
   void dragEnabledChanged(bool enabled);
+  /// The menu of the right button is about to be shown; what is added to it is part of it.
+  void contextMenuMade(QMenu* menu);
 
  protected:
   explicit EditField(QWidget* parent);

@@ -266,6 +266,10 @@ bool FormulaEdit::check() {
 
 // ---- Properties -------------------------------------------------------------------------------------------
 
+bool FormulaEdit::selectPart(unsigned long number) {
+  return state_->act([&] { return state_->field->selectPart(number); });
+}
+
 bool FormulaEdit::isReadOnly() const { return !state_->field->isEditable(); }
 
 void FormulaEdit::setReadOnly(bool readOnly) {

@@ -147,8 +147,7 @@ class FormulaEdit : public EditField {
   bool isRedoAvailable() const;
   /// Every change raises it, and undo restores the earlier value. It stays when a long history is shortened.
   unsigned long historyPosition() const;
-  /// Empty when the fonts have been found.
-  QString fontError() const;
+  QString fontError() const;  ///< empty when the fonts have been found
 
   bool isCommandEnabled(field::CommandE command) const;
   bool runCommand(field::CommandE command);
@@ -156,8 +155,7 @@ class FormulaEdit : public EditField {
   bool insertText(QString const& text);
   bool insertEntry(field::PaletteEntryS const& entry);
   bool isEntryEnabled(field::PaletteEntryS const& entry) const;
-  /// Puts the caret at the place nearest to `pos` (widget coordinates).
-  void setCaretNear(QPoint pos);
+  void setCaretNear(QPoint pos);  ///< at the place nearest to it, in widget coordinates
   // As of a `QLineEdit`, -1 without a selection. A position counts the places of the caret in reading order.
   int cursorPosition() const;
   void setCursorPosition(int position) { setSelection(position, 0); }
@@ -181,11 +179,15 @@ class FormulaEdit : public EditField {
   /// The formula, or the selection, in the form for a clipboard; the caller owns it. Null when it is empty.
   QMimeData* createMimeData() const;
   QMimeData* createMimeDataFromSelection() const;
-  /// The caller owns the menu.
-  QMenu* createStandardContextMenu();
+  QMenu* createStandardContextMenu();  ///< the caller owns it
+  /// Selects what a node of the expression came from, counted as results of engines do. False: there is none.
+  bool selectPart(unsigned long number);
 
-  /// The caret's box in widget coordinates.
-  QRect caretRectangle() const;
+  QRect caretRectangle() const;  ///< the caret's box in widget coordinates
+  /// The room that all of the formula takes, with a small margin, and how far below the top of the widget its
+  /// axis is, on which the signs beside it are centred.
+  QSize formulaSize() const;
+  int axis() const;
 
   // For assistive technology. Offsets count the characters of `readableText`.
   /// The two ends of the selection.
@@ -195,13 +197,11 @@ class FormulaEdit : public EditField {
   };
   /// The formula in words: "x plus 1 over 2".
   QString readableText() const;
-  /// The selection in words.
-  QString selectedWords() const;
+  QString selectedWords() const;  ///< the selection in words
   /// What a listener has been told last about the caret: "into the denominator"; empty where the events of
   /// texts tell all.
   QString announcement() const;
-  /// Both are equal when nothing is selected.
-  CaretOffsets caretOffsets() const;
+  CaretOffsets caretOffsets() const;  ///< both are equal when nothing is selected
   /// The two places of the caret between which the character at `offset` is; the last one at the end.
   CaretOffsets stepAt(int offset) const;
   /// Selects between the places of the caret that are nearest to the offsets.

@@ -90,6 +90,17 @@ QSize FormulaEdit::minimumSizeHint() const {
   return least.grownBy(aroundContents());
 }
 
+QSize FormulaEdit::formulaSize() const {
+  ensurePolished();
+  return state_->contentSize();
+}
+
+int FormulaEdit::axis() const {
+  ensurePolished();
+  state_->contentSize();  // lays out
+  return state_->toPixels({0, state_->field->crefView().crefRoot().getMidHeight(), 0, 0}).top();
+}
+
 QRect FormulaEdit::caretRectangle() const { return state_->toPixels(state_->field->getCaretRectangle()); }
 
 void FormulaEdit::onAreaChanged() { state_->clampScroll(); }

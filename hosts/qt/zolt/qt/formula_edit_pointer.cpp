@@ -142,6 +142,7 @@ void FormulaEdit::contextMenuEvent(QContextMenuEvent* event) {
   if (!alive) return;
   QMenu* const menu = createStandardContextMenu();
   menu->setAttribute(Qt::WA_DeleteOnClose);
+  emit contextMenuMade(menu);
   menu->popup(byMouse ? event->globalPos() : mapToGlobal(caretRectangle().bottomLeft()));
 }
 

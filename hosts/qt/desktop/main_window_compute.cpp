@@ -1,0 +1,214 @@
+#include <QAction>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QSettings>
+#include <memory>
+
+#include "hosts/qt/desktop/computing_dialog.h"
+#include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/result_view.h"
+#include "hosts/qt/desktop/sheet_computer.h"
+#include "hosts/qt/desktop/sheet_view.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/engines/sheet/variables.h"
+#include "zolt/qt/formula_edit.h"
+#include "zolt/qt/formula_mime.h"
+#include "zolt/qt/text.h"
+
+namespace zolt::desktop {
+
+using namespace math::algexpr;
+using qt::FormulaEdit;
+using qt::toQString;
+
+namespace {
+
+using ExpressionT = SheetComputer::Expression;
+
+/// The selection of the formula, or all of it; null when that is no expression.
+ExpressionT chosenPart(FormulaEdit const& formula) {
+  if (!formula.hasSelection()) return formula.algebraicExpression();
+  std::unique_ptr<QMimeData> const copied(formula.createMimeDataFromSelection());
+  if (!copied) return nullptr;
+  QByteArray const prefix = copied->data(QLatin1String(qt::prefix_mime_type));
+  return prefix.isEmpty() ? nullptr
+                          : AlgebraicExpressionC::fromPrefixString(qt::toWstring(QString::fromUtf8(prefix)));
+}
+
+/// What is to be read of a result, each part as a line of its own: solutions are a list.
+std::vector<ExpressionT> linesOf(ExpressionT const& value) {
+  ParentNodeABC const* const list = value->getNode()->asParent();
+  if (!list || list->crefName() != u"list") return {value};
+  std::vector<ExpressionT> lines;
+  for (unsigned long i = 0; i < list->numChildren(); ++i) {
+    lines.emplace_back(new AlgebraicExpressionC(list->childPointer(i), value->getCASSession()));
+  }
+  return lines;
+}
+
+}  // namespace
+
+void MainWindow::makeComputeMenu() {
+  QMenu& menu = *menuBar()->addMenu(tr("&Compute"));
+  auto const addPlain = [&](ActionS const& entry, CASOperationE operation) {
+    add(menu, entry, [=] { compute(operation, {}); });
+  };
+  addPlain({"simplify", "&Simplify", "Ctrl+Shift+I"}, CAS_SIMPLIFY);
+  addPlain({"expand", "&Expand", ""}, CAS_EXPAND);
+  addPlain({"factor", "&Factor", ""}, CAS_FACTOR);
+  addPlain({"approximate", "&Decimal Number", ""}, CAS_APPROXIMATE);
+  menu.addSeparator();
+  auto const addByVariable = [&](QString const& title, char const* name, CASOperationE operation) {
+    QMenu* const sub = menu.addMenu(title);
+    sub->menuAction()->setObjectName(QLatin1String(name));
+    actions_.insert(QLatin1String(name), sub->menuAction());
+    connect(sub, &QMenu::aboutToShow, this, [=] { fillVariables(*sub, operation); });
+  };
+  addByVariable(tr("S&olve For"), "solve", CAS_SOLVE);
+  addByVariable(tr("D&ifferentiate By"), "differentiate", CAS_DIFFERENTIATE);
+  addByVariable(tr("I&ntegrate By"), "integrate", CAS_INTEGRATE);
+  menu.addSeparator();
+  add(menu, {"insert-result", "&Result as New Line", "Ctrl+Shift+Return"}, [this] { insertResult(); });
+  add(menu, {"stop", "S&top", ""}, [this] { computer_->stop(*view_->currentRow()); });
+  menu.addSeparator();
+  addToggle(menu, {"results", "Results &Under Formulas", ""}, [this](bool on) {
+    engine_sheet::ComputingS computing = computer_->computing();
+    computing.isOn = on;
+    computer_->setComputing(computing);
+  });
+  add(menu, {"computing", "Settin&gs…", ""}, [this] { askComputing(); });
+  connect(&menu, &QMenu::aboutToShow, this, &MainWindow::updateComputeActions);
+  connect(view_, &SheetView::contextMenuMade, this, [this, &menu](QMenu* formulaMenu) {
+    formulaMenu->addSeparator();
+    formulaMenu->addMenu(&menu);
+  });
+  connect(view_, &SheetView::stopWanted, this, [this] { computer_->stop(*view_->currentRow()); });
+}
+
+void MainWindow::updateComputeActions() {
+  FormulaEdit const* const formula = view_->currentFormula();
+  bool const isFormula = formula && !formula->isEmpty();
+  unsigned const able = computer_->engine().getCapabilities();
+  struct NeedS {
+    char const* name;
+    CASOperationE operation;
+  };
+  for (NeedS const& need :
+       {NeedS{"simplify", CAS_SIMPLIFY}, NeedS{"expand", CAS_EXPAND}, NeedS{"factor", CAS_FACTOR},
+        NeedS{"approximate", CAS_APPROXIMATE}, NeedS{"solve", CAS_SOLVE},
+        NeedS{"differentiate", CAS_DIFFERENTIATE}, NeedS{"integrate", CAS_INTEGRATE}}) {
+    action(QLatin1String(need.name))->setEnabled(isFormula && able & need.operation);
+  }
+  action(QStringLiteral("insert-result"))->setEnabled(isFormula && shownResult());
+  action(QStringLiteral("stop"))->setEnabled(computer_->isComputing(*view_->currentRow()));
+}
+
+void MainWindow::fillVariables(QMenu& menu, CASOperationE operation) {
+  menu.clear();
+  FormulaEdit const* const formula = view_->currentFormula();
+  ExpressionT const part = formula ? chosenPart(*formula) : nullptr;
+  if (part) {
+    for (oss::wstring const& variable : engine_sheet::findVariables(*part)) {
+      menu.addAction(toQString(variable), this, [=] { compute(operation, toQString(variable)); });
+    }
+  }
+  if (menu.isEmpty()) menu.addAction(tr("No variables"))->setEnabled(false);
+}
+
+void MainWindow::compute(CASOperationE operation, QString const& variable) {
+  FormulaEdit* const formula = view_->currentFormula();
+  if (!formula || formula->isEmpty()) return;
+  ExpressionT const part = chosenPart(*formula);
+  if (!part) {
+    if (!formula->hasSelection()) {
+      formula->check();
+    } else {
+      showError(tr("What is selected is no expression"));
+    }
+    return;
+  }
+  SheetRow& row = *view_->currentRow();
+  CASRequestS request = computer_->makeRequest(row, part, operation);
+  request.variable = qt::toWstring(variable);
+  computer_->ask(row, request, [this, id = row.id(), operation](CASResultS const& result) {
+    SheetRow* const asked = view_->findRow(id);
+    if (!asked) return;
+    if (result.outcome != CAS_VALUE) return showError(toQString(describe(result)));
+    oss::wstring const& name = result.value->getNode()->crefName();
+    if (operation == CAS_SOLVE && name == u"false") return showError(tr("There is no solution"));
+    if (operation == CAS_SOLVE && name == u"true") return showError(tr("Every value is a solution"));
+    insertLines(*asked, linesOf(result.value));
+  });
+}
+
+void MainWindow::insertLines(SheetRow& below, std::vector<ExpressionT> const& lines) {
+  view_->history().beginMacro(tr("inserting a result"));
+  SheetRow* last = &below;
+  for (ExpressionT const& line : lines) {
+    view_->insertBelow(last, makeFormulaLine(toQString(line->toPrefixString()), {}));
+    last = view_->currentRow();
+  }
+  view_->history().endMacro();
+}
+
+ExpressionT MainWindow::shownResult() const {
+  SheetRow* const row = view_->currentRow();
+  if (!row->formula() || !row->hasResults() || row->results().isStale()) return nullptr;
+  ShownResult const& shown = row->results().result();
+  return shown.value ? shown.value : shown.number;
+}
+
+void MainWindow::insertResult() {
+  if (ExpressionT const result = shownResult()) insertLines(*view_->currentRow(), {result});
+}
+
+void MainWindow::askComputing() {
+  std::vector<EngineChoice> const engines = engineChoices();
+  ComputingDialog dialog(engines, engine_, computer_->computing(), this);
+  if (dialog.exec() != QDialog::Accepted) return;
+  setComputing(dialog.computing());
+  setEngine(dialog.engine());
+}
+
+void MainWindow::setComputing(engine_sheet::ComputingS const& computing) {
+  computer_->setComputing(computing);
+  action(QStringLiteral("results"))->setChecked(computing.isOn);
+}
+
+void MainWindow::setEngine(QString const& id) {
+  if (id == engine_) return;
+  for (EngineChoice const& choice : engineChoices()) {
+    if (choice.id != id || !choice.engine) continue;
+    engine_ = id;
+    computer_->setEngine(choice.engine);
+  }
+}
+
+void MainWindow::restoreComputing() {
+  engine_sheet::ComputingS computing;
+  engine_ = QStringLiteral("basic");
+  if (settings_) {
+    computing.isOn = settings_->value(QStringLiteral("computing"), true).toBool();
+    bool const inDegrees = settings_->value(QStringLiteral("degrees")).toBool();
+    computing.angle = inDegrees ? CAS_DEGREES : CAS_RADIANS;
+    bool isNumber = false;
+    int const digits = settings_->value(QStringLiteral("digits")).toInt(&isNumber);
+    if (isNumber && digits > 1) computing.digits = unsigned(digits);
+    int const seconds = settings_->value(QStringLiteral("seconds")).toInt(&isNumber);
+    if (isNumber && seconds > 0) computing.deadline = std::chrono::seconds(seconds);
+    setEngine(settings_->value(QStringLiteral("engine")).toString());
+  }
+  setComputing(computing);
+}
+
+void MainWindow::rememberComputing() {
+  engine_sheet::ComputingS const& computing = computer_->computing();
+  settings_->setValue(QStringLiteral("computing"), computing.isOn);
+  settings_->setValue(QStringLiteral("degrees"), computing.angle == CAS_DEGREES);
+  settings_->setValue(QStringLiteral("digits"), computing.digits);
+  settings_->setValue(QStringLiteral("seconds"), int(computing.deadline.count() / 1000));
+  settings_->setValue(QStringLiteral("engine"), engine_);
+}
+
+}  // namespace zolt::desktop

@@ -1,0 +1,178 @@
+// What the desktop program computes, in its window.
+
+#include <QAction>
+#include <QDeadlineTimer>
+#include <QMenu>
+#include <QTest>
+#include <QThread>
+
+#include "hosts/qt/desktop/main_window.h"
+#include "hosts/qt/desktop/result_view.h"
+#include "hosts/qt/desktop/sheet_computer.h"
+#include "hosts/qt/desktop/sheet_view.h"
+#include "tests/qt/desktop_stage.h"
+#include "tests/qt/keys.h"
+#include "zolt/exchange/plain_text.h"
+#include "zolt/qt/formula_edit.h"
+#include "zolt/qt/text.h"
+
+using namespace zolt;
+using namespace zolt::desktop;
+using namespace zolt::math::algexpr;
+using qt::FormulaEdit;
+
+namespace {
+
+/// An engine that computes until it is stopped, whatever it is asked.
+class SlowEngine final : public CASEngineABC {
+ public:
+  unsigned getCapabilities() const override { return ~0U; }
+  CASResultS compute(CASRequestS const&, CASStopC const* stop) const override {
+    while (!stop->isStopped()) QThread::msleep(1);
+    CASResultS result;
+    result.cause = CAS_CAUSE_STOPPED;
+    return result;
+  }
+};
+
+struct StageS {
+  explicit StageS(QStringList const& prefixes) : window(fonts(), nullptr) {
+    Sheet sheet;
+    for (QString const& prefix : prefixes) sheet << SheetLine{LineKind::Formula, {}, prefix, {}};
+    window.view().setSheet(sheet);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    enter(0);
+  }
+
+  SheetView& view() { return window.view(); }
+  SheetRow& row(int i) { return *view().rows()[i]; }
+  void enter(int i) { row(i).enterAtEnd(); }
+  void type(char const* keys) { press(QApplication::focusWidget(), QLatin1String(keys)); }
+  bool finish() {
+    QDeadlineTimer const deadline(20000);
+    while (!window.computer().isIdle() && !deadline.hasExpired()) {
+      QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
+    }
+    return window.computer().isIdle();
+  }
+
+  /// What is seen under a line: "= 1/2 ~ 0.5".
+  QString shown(int i) {
+    if (!row(i).hasResults()) return {};
+    ShownResult const& result = row(i).results().result();
+    QStringList parts;
+    if (result.value) parts << QStringLiteral("= ") + row(i).results().valueEdit()->expression();
+    QString const sign = result.isNumberExact ? QStringLiteral("= ") : QStringLiteral("~ ");
+    if (result.number) parts << sign + row(i).results().numberEdit()->expression();
+    if (!result.reason.isEmpty()) parts << result.reason;
+    return parts.join(u' ');
+  }
+
+  MainWindow window;
+};
+
+}  // namespace
+
+class ComputingTest final : public QObject {
+  Q_OBJECT
+
+ private slots:
+  void initTestCase() {
+    FormulaEdit provider;  // the operators
+  }
+
+  void resultsFollowWhatIsTyped() {
+    StageS stage({"+(/(1,3),/(1,6))", ":=(a,4)", "*(2,a)", "/(1,0)", "x"});
+    QVERIFY(stage.finish());
+    QCOMPARE(stage.shown(0), QStringLiteral("= 1/2 = 0.5"));
+    QCOMPARE(stage.shown(2), QStringLiteral("= 8"));
+    QCOMPARE(stage.shown(3), QStringLiteral("This divides by zero"));
+    QVERIFY(!stage.row(4).hasResults());
+    QVERIFY(!stage.view().isModified());
+
+    stage.enter(1);
+    stage.type("0");
+    QTRY_VERIFY(stage.row(2).results().isStale());
+    QTRY_COMPARE(stage.shown(2), QStringLiteral("= 80"));
+    QVERIFY(!stage.row(2).results().isStale());
+    QCOMPARE(stage.row(2).results().valueEdit()->accessibleName(), QStringLiteral("Result"));
+    // Results are no part of the sheet.
+    QCOMPARE(stage.view().sheet()[2], formulaLine("*(2,a)"));
+
+    QVERIFY(stage.window.computer().selectFault(stage.row(3)));
+    QVERIFY(stage.row(3).formula()->hasSelection());
+    stage.window.action(QStringLiteral("results"))->setChecked(false);
+    QTRY_COMPARE(stage.shown(2), QString());
+    QCOMPARE(stage.row(2).results().height(), 0);
+  }
+
+  void commandsMakeNewLines() {
+    StageS stage({"=(^(x,2),a)", ":=(a,3)", "*(+(x,1),+(x,2))"});
+    QVERIFY(stage.finish());
+    stage.enter(2);
+    stage.window.action(QStringLiteral("expand"))->trigger();
+    QTRY_COMPARE(stage.view().rows().size(), 4);
+    QCOMPARE(stage.row(3).line().prefix, QStringLiteral("+(+(^(x,2),*(3,x)),2)"));
+    stage.view().history().undo();
+    QCOMPARE(stage.view().rows().size(), 3);
+
+    // Two solutions are two lines and one step.
+    stage.enter(0);
+    QMenu& menu = *stage.window.action(QStringLiteral("solve"))->menu();
+    emit menu.aboutToShow();
+    QCOMPARE(menu.actions().size(), 2);
+    menu.actions()[0]->trigger();
+    QTRY_COMPARE(stage.view().rows().size(), 5);
+    QCOMPARE(stage.row(2).line().prefix, QStringLiteral("=(x,sqrt(a))"));
+    stage.view().history().undo();
+    QCOMPARE(stage.view().rows().size(), 3);
+    QVERIFY(!stage.view().isModified());
+
+    // Of a part of a formula, and what is shown already.
+    stage.enter(2);
+    QVERIFY(stage.row(2).formula()->selectPart(1));
+    emit stage.window.action(QStringLiteral("differentiate"))->menu()->aboutToShow();
+    stage.window.action(QStringLiteral("differentiate"))->menu()->actions()[0]->trigger();
+    QTRY_COMPARE(stage.view().rows().size(), 4);
+    QCOMPARE(stage.row(3).line().prefix, QStringLiteral("1"));
+  }
+
+  void whatTakesLongIsMarkedAndStopped() {
+    StageS stage({"+(1,1)", "+(2,2)"});
+    QVERIFY(stage.finish());
+    stage.window.computer().setEngine(new SlowEngine);
+    QTRY_VERIFY(stage.row(0).results().isBusy());
+    QVERIFY(stage.row(0).results().isStale());
+    stage.enter(0);
+    stage.type("1");
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
+    QCOMPARE(stage.row(0).formula()->prefix(), QStringLiteral("+(1,11)"));
+    QTRY_VERIFY(stage.row(1).results().isBusy() || stage.row(0).results().isBusy());
+    for (int i : {1, 0}) {
+      stage.enter(i);
+      QTRY_VERIFY(stage.window.computer().isComputing(stage.row(i)));
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+      QTRY_COMPARE(stage.shown(i), QStringLiteral("The computation was stopped"));
+      QVERIFY(!stage.row(i).results().isBusy());
+    }
+  }
+
+  void longSheetsBeginWithWhatIsSeen() {
+    QStringList prefixes;
+    for (int i = 0; i < 1000; ++i) prefixes << QStringLiteral("+(%1,1)").arg(i);
+    StageS stage(prefixes);
+    QVERIFY(stage.finish());
+    QCOMPARE(stage.shown(999), QStringLiteral("= 1000"));
+    // Results that come in above do not move what is looked at.
+    stage.enter(500);
+    int const y = stage.row(500).mapToGlobal(QPoint()).y();
+    stage.window.action(QStringLiteral("results"))->setChecked(false);
+    QVERIFY(stage.finish());
+    QCOMPARE(stage.shown(0), QString());
+    QCOMPARE(stage.row(500).mapToGlobal(QPoint()).y(), y);
+  }
+};
+
+QTEST_MAIN(ComputingTest)
+#include "computing_test.moc"
