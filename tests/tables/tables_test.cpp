@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <random>
 
+#include "tests/formula/formula_support.h"
 #include "tests/support/stage.h"
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/plain_text.h"
@@ -126,6 +127,32 @@ TEST(Tables, AreShownAndEdited) { playCases(); }
 TEST(Tables, AreEditedAlikeWhenTheyAreLarge) {
   if (!RowIndexC::setLeastLength(4)) GTEST_SKIP() << "this build has stretches of one length";
   playCases();
+  static_cast<void>(RowIndexC::setLeastLength(0));
+}
+
+// A pointer finds the same place whether all cells are looked at or only those within reach, and a part of
+// the picture has the same calls.
+TEST(Tables, AreFoundAndDrawnAlikeWhenTheyAreLarge) {
+  extendedOperators();
+  std::string found[2], drawn[2];
+  for (std::size_t const large : {0, 1}) {
+    if (!RowIndexC::setLeastLength(large > 0 ? 4 : 1000))
+      GTEST_SKIP() << "this build has stretches of one length";
+    StageC stage;
+    stage.play("op matrix:60x3 type \"1/2\" command next-row command next-row type \"abcdefgh\"");
+    for (long y = -500; y < 1600; y += 97) {
+      for (long x = -450; x < 700; x += 89) {
+        stage.refField().pressPointer(x, y);
+        stage.refField().releasePointer();
+        PlacePathS const path = pathOf(stage.refField().crefView().getSelection().caret);
+        for (unsigned long const step : path.path) found[large] += std::to_string(step) + '/';
+        found[large] += std::to_string(path.pos) + ' ';
+      }
+      drawn[large] += std::to_string(countDrawingCalls(stage.crefRoot(), {40, y, 60, y + 90})) + ' ';
+    }
+  }
+  EXPECT_EQ(found[0], found[1]);
+  EXPECT_EQ(drawn[0], drawn[1]);
   static_cast<void>(RowIndexC::setLeastLength(0));
 }
 

@@ -43,8 +43,6 @@ class TableEditorC {
   void removeTable(ViewInsertionC& insertion);
   void removeRows(ViewInsertionC& insertion);
   void removeColumns(ViewInsertionC& insertion);
-  void moveRow(unsigned long from, unsigned long to);
-  void moveColumn(unsigned long from, unsigned long to);
   void goToNextCell(ViewInsertionC& insertion);
   void goToNextRow(ViewInsertionC& insertion);
   static void moveRest(ViewInsertionC& insertion, Node4C& cell);
@@ -110,13 +108,13 @@ void TableEditorC::act(TableActE act, ViewInsertionC& insertion) {
     case TABLE_REMOVE_COLUMNS:
       return block_.countColumns() == columns_ ? removeTable(insertion) : removeColumns(insertion);
     case TABLE_MOVE_ROWS_UP:
-      return moveRow(block_.firstRow - 1, block_.lastRow);
+      return refTable().rotateRows(block_.firstRow - 1, block_.firstRow, block_.lastRow + 1);
     case TABLE_MOVE_ROWS_DOWN:
-      return moveRow(block_.lastRow + 1, block_.firstRow);
+      return refTable().rotateRows(block_.firstRow, block_.lastRow + 1, block_.lastRow + 2);
     case TABLE_MOVE_COLUMNS_LEFT:
-      return moveColumn(block_.firstColumn - 1, block_.lastColumn);
+      return refTable().rotateColumns(block_.firstColumn - 1, block_.firstColumn, block_.lastColumn + 1);
     case TABLE_MOVE_COLUMNS_RIGHT:
-      return moveColumn(block_.lastColumn + 1, block_.firstColumn);
+      return refTable().rotateColumns(block_.firstColumn, block_.lastColumn + 1, block_.lastColumn + 2);
     case TABLE_NEXT_CELL:
       return goToNextCell(insertion);
     default:
@@ -129,18 +127,12 @@ bool TableEditorC::isAtEndOfCell() const {
 }
 
 void TableEditorC::addRow(unsigned long at) {
-  for (unsigned long i = 0; i < columns_; ++i) {
-    refTable().insertChild(at * columns_ + i, rows::makeEmptyRow().release());
-  }
+  rows::insertTableRows(refTable(), at, 1);
   ++rows_;
 }
 
-// From the last row to the first, so that the children move once.
 void TableEditorC::addColumn(unsigned long at) {
-  for (unsigned long row = rows_; row-- > 0;) {
-    refTable().insertChild(row * columns_ + at, rows::makeEmptyRow().release());
-  }
-  refTable().setOperator(findVariant(++columns_));
+  rows::insertTableColumns(refTable(), findVariant(++columns_), at);
 }
 
 void TableEditorC::removeTable(ViewInsertionC& insertion) {
@@ -162,28 +154,7 @@ void TableEditorC::removeColumns(ViewInsertionC& insertion) {
   bool const isLast = block_.lastColumn + 1 == columns_;
   unsigned long const caretRow = insertion.enclosingRow(*block_.table) / columns_;
   placeAt(insertion, caretRow, isLast ? block_.firstColumn - 1 : block_.lastColumn + 1);
-  for (unsigned long row = rows_; row-- > 0;) {
-    refTable().deleteChildren(row * columns_ + block_.firstColumn, count);
-  }
-  refTable().setOperator(findVariant(columns_ - count));
-}
-
-void TableEditorC::moveRow(unsigned long from, unsigned long to) {
-  for (unsigned long i = 0; i < columns_; ++i) {
-    // What is after the row moves up to its place cell by cell.
-    unsigned long const cell = from * columns_ + (from < to ? 0 : i);
-    Node4C* const moved = block_.table->child(cell);
-    refTable().removeChild(cell);
-    refTable().insertChild(to * columns_ + (from < to ? columns_ - 1 : i), moved);
-  }
-}
-
-void TableEditorC::moveColumn(unsigned long from, unsigned long to) {
-  for (unsigned long row = 0; row < rows_; ++row) {
-    Node4C* const moved = cellAt(*block_.table, row, from);
-    refTable().removeChild(row * columns_ + from);
-    refTable().insertChild(row * columns_ + to, moved);
-  }
+  refTable().deleteColumns(findVariant(columns_ - count), block_.firstColumn, count);
 }
 
 void TableEditorC::goToNextCell(ViewInsertionC& insertion) {

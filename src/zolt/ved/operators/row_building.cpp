@@ -76,4 +76,18 @@ NodeT join(NodeT row, NodeT operand) {
 
 void append(Node4C& row, NodeT item) { row.insertChild(row.numChildren(), item.release()); }
 
+void insertTableRows(Node4C& table, unsigned long at, unsigned long count) {
+  unsigned long const columns = table.crefOperator()->getColumns();
+  auto cells = std::make_unique<Node4C>(NODE4_LINE, count * columns);
+  for (unsigned long i = 0; i < count * columns; ++i) cells->setChild(i, makeEmptyRow().release());
+  table.spliceChildren(at * columns, cells.release());
+}
+
+void insertTableColumns(Node4C& table, PointerTC<OperatorBC> const& op, unsigned long at) {
+  unsigned long const before = table.crefOperator()->getColumns();
+  std::vector<NodeT> cells(table.numChildren() / before * (op->getColumns() - before));
+  for (NodeT& cell : cells) cell = makeEmptyRow();
+  table.insertColumns(op, at, std::move(cells));
+}
+
 }  // namespace zolt::math::ved::rows

@@ -53,5 +53,9 @@ NodeT bracketIf(bool needed, NodeT operand);
 NodeT join(NodeT row, NodeT operand);
 /// Appends an item to a row.
 void append(Node4C& row, NodeT item);
+/// Inserts `count` rows of empty cells before row `at` of a table.
+void insertTableRows(Node4C& table, unsigned long at, unsigned long count);
+/// Makes a table one of `op`, with so many further columns of empty cells from column `at` on.
+void insertTableColumns(Node4C& table, PointerTC<OperatorBC> const& op, unsigned long at);
 
 }  // namespace zolt::math::ved::rows

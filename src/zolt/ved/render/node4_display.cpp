@@ -29,6 +29,7 @@ class TreeDrawerC {
   void draw(Node4C const& node, long x, long y, TextRoleE role, Node4C const* next) const;
   void drawChildren(Node4C const& node, long x, long y) const;
   void drawSeenItems(Node4C const& row, long x, long y) const;
+  void drawSeenCells(Node4C const& table, long x, long y) const;
   static TextRoleE findFirstRole(Node4C const& row);
   static TextRoleE findRoleAfter(Node4C const& item);
 
@@ -97,6 +98,7 @@ void TreeDrawerC::draw(Node4C const& node, long x, long y, TextRoleE role, Node4
 
 void TreeDrawerC::drawChildren(Node4C const& node, long x, long y) const {
   if (clips_ && node.type_ == NODE4_LINE) return drawSeenItems(node, x, y);
+  if (clips_ && node.state_.index) return drawSeenCells(node, x, y);
   TextRoleE role = findFirstRole(node);
   unsigned long const count = node.numChildren();
   for (unsigned long i = 0; i < count; ++i) {
@@ -126,6 +128,19 @@ void TreeDrawerC::drawSeenItems(Node4C const& row, long x, long y) const {
     if (!isExponent(i + 1) && !isSeen(*row.child(i), x, y)) continue;
     draw(*row.child(i), x, y, i == 0 ? findFirstRole(row) : findRoleAfter(*row.child(i - 1)),
          i + 1 < count ? row.child(i + 1) : nullptr);
+  }
+}
+
+void TreeDrawerC::drawSeenCells(Node4C const& table, long x, long y) const {
+  RowIndexC const& index = *table.state_.index;
+  unsigned long const columns = table.op_->getColumns();
+  auto const [firstColumn, endColumn] = index.findColumns(seen_.left - x, seen_.right - x);
+  auto rows = index.findRows(seen_.top - y, seen_.bottom - y);
+  if (table.state_.overflows) rows = {0, index.size()};
+  for (std::size_t row = rows.first; row < rows.second; ++row) {
+    for (std::size_t column = firstColumn; column < endColumn; ++column) {
+      drawIfSeen(*table.child(row * columns + column), x, y, TEXT_STARTS_ROW);
+    }
   }
 }
 

@@ -51,9 +51,9 @@ bool Node4C::layoutNode(LayoutPassS const& pass) {
   if (state_.index) {
     if (pass.what == LayoutPassS::ALL || fontDepth_ != state_.laidOutDepth) state_.index->mark(STALE_LAYOUT);
     for (std::size_t k = 0; k < state_.index->size(); ++k) {
-      RowStretchS const& stretch = (*state_.index)[k];
-      if (!(stretch.stale & STALE_LAYOUT)) continue;
-      for (std::uint32_t i = stretch.first; i < stretch.first + stretch.count; ++i) {
+      std::size_t const first = (*state_.index)[k].first;
+      auto const [from, end] = state_.index->findMarkedCells(k, STALE_LAYOUT);
+      for (std::size_t i = first + from; i < first + end; ++i) {
         Node4C& item = *children_[i];
         item.fontDepth_ = fontDepth_;
         if (pass.concerns(item) && !item.layoutNode(pass)) return false;

@@ -39,10 +39,11 @@ class TableLayoutC {
     for (unsigned long row = 0; row < numRows_; ++row) {
       if (row > 0) y += spaces_.rows;
       if (index_) (*index_)[row].dy = static_cast<std::int32_t>(y);
-      if (isMarked(row)) placeRow(row, edges, index_ ? 0 : y);
+      placeCells(row, edges, index_ ? 0 : y);
       y += refExtent(row).axis + refExtent(row).bottom;
       if (index_) (*index_)[row].stale &= static_cast<std::uint8_t>(~STALE_LAYOUT);
     }
+    if (index_) index_->clearColumnMark(STALE_LAYOUT);
     for (unsigned long const column : changed_) {
       for (unsigned long row = 0; row < numRows_; ++row) align(row, column, edges[column]);
     }
@@ -53,6 +54,10 @@ class TableLayoutC {
 
  private:
   bool isMarked(unsigned long row) const { return !index_ || ((*index_)[row].stale & STALE_LAYOUT); }
+  /// The cells of a row that have been laid out: the first, and the end of them.
+  std::pair<std::size_t, std::size_t> findCells(unsigned long row) const {
+    return index_ ? index_->findMarkedCells(row, STALE_LAYOUT) : std::make_pair<std::size_t>(0, numColumns_);
+  }
   RowExtentS& refExtent(unsigned long row) { return index_ ? (*index_)[row].sum.extent : extents_[row]; }
   Node4C& refCell(unsigned long row, unsigned long column) const {
     return *table_.child(row * numColumns_ + column);
@@ -63,10 +68,14 @@ class TableLayoutC {
     if (afresh) columns_.assign(numColumns_, {});
     std::vector<bool> narrower(numColumns_, false);
     for (unsigned long row = 0; row < numRows_; ++row) {
-      if (!isMarked(row)) continue;
-      RowExtentS& extent = refExtent(row) = RowExtentS();
-      extent.axis = extent.bottom = 0;
-      for (unsigned long i = 0; i < numColumns_; ++i) {
+      RowExtentS& extent = refExtent(row);
+      if (isMarked(row)) {
+        extent = RowExtentS();
+        extent.axis = extent.bottom = 0;
+      }
+      RowExtentS const before = extent;
+      auto const [from, end] = findCells(row);
+      for (unsigned long i = from; i < end; ++i) {
         Node4C const& cell = refCell(row, i);
         extent.require(cell.getMidHeight());
         extent.include(0, cell.getHeight() - cell.getMidHeight());
@@ -79,9 +88,12 @@ class TableLayoutC {
           narrower[i] = true;
         }
       }
+      // New cells may move the others of their row.
+      bool const isMoved = extent.axis != before.axis || extent.bottom != before.bottom;
+      if (index_ && isMoved) (*index_)[row].stale |= STALE_LAYOUT;
     }
     for (unsigned long i = 0; i < numColumns_; ++i) {
-      if (narrower[i]) measureColumn(i);
+      if (narrower[i] || columns_[i].widest == TableColumnS::unknown) measureColumn(i);
     }
     std::sort(changed_.begin(), changed_.end());
     changed_.erase(std::unique(changed_.begin(), changed_.end()), changed_.end());
@@ -99,8 +111,9 @@ class TableLayoutC {
     changed_.push_back(column);
   }
 
-  void placeRow(unsigned long row, std::vector<std::int32_t> const& edges, long y) {
-    for (unsigned long i = 0; i < numColumns_; ++i) {
+  void placeCells(unsigned long row, std::vector<std::int32_t> const& edges, long y) {
+    auto const [from, end] = findCells(row);
+    for (unsigned long i = from; i < end; ++i) {
       align(row, i, edges[i]);
       Node4C& cell = refCell(row, i);
       cell.dy_ = static_cast<std::int32_t>(y + refExtent(row).axis - cell.getMidHeight());

@@ -137,6 +137,12 @@ void Node4C::replaceChild(unsigned long i, Node4C* node) {
   delete old;
 }
 
+/// Whether these children are whole rows of a table, which come or go with their stretches.
+bool Node4C::keepsIndex(unsigned long i, unsigned long count) const {
+  unsigned long const columns = state_.index && type_ == NODE4_OPERATOR ? op_->getColumns() : 0;
+  return columns > 0 && i % columns == 0 && count % columns == 0;
+}
+
 void Node4C::insertChild(unsigned long i, Node4C* node) {
   std::unique_ptr<Node4C> held(node);
   noteNewShape();
@@ -156,9 +162,15 @@ void Node4C::removeChild(unsigned long i) {
 void Node4C::deleteChild(unsigned long i) { deleteChildren(i, 1); }
 
 void Node4C::deleteChildren(unsigned long i, unsigned long count) {
-  noteNewShape();
+  if (keepsIndex(i, count) && 2 * (children_.size() - count) >= RowIndexC::leastItems()) {
+    unsigned long const columns = op_->getColumns();
+    touch(STALE_ALL);
+    state_.index->noteRowsRemoved(*this, i / columns, count / columns);
+  } else {
+    noteNewShape();
+    if (state_.index) state_.index->noteRemoved(i, count, STALE_ALL);
+  }
   for (unsigned long k = i; k < i + count; ++k) delete children_[k];
-  if (state_.index) state_.index->noteRemoved(i, count, STALE_ALL);
   children_.erase(i, count);
 }
 
@@ -176,12 +188,80 @@ Node4C* Node4C::cutChild(unsigned long i) {
 
 void Node4C::spliceChildren(unsigned long i, Node4C* row) {
   std::unique_ptr<Node4C> const held(row);
-  noteNewShape();
   unsigned long const count = row->numChildren();
+  bool const areRows = keepsIndex(i, count);
+  if (areRows) {
+    touch(STALE_ALL);
+  } else {
+    noteNewShape();
+  }
   children_.insertSlots(i, count);
-  if (state_.index) state_.index->noteInserted(i, count, STALE_ALL);
+  if (areRows) {
+    state_.index->noteRowsInserted(i / op_->getColumns(), count / op_->getColumns());
+  } else if (state_.index) {
+    state_.index->noteInserted(i, count, STALE_ALL);
+  }
   for (unsigned long k = 0; k < count; ++k) adopt(i + k, row->children_[k]);
   row->children_.clear();
+}
+
+void Node4C::insertColumns(PointerTC<OperatorBC> const& op, unsigned long column,
+                           std::vector<std::unique_ptr<Node4C>> cells) {
+  unsigned long const columns = op_->getColumns();
+  noteNewKind();
+  op_ = op;
+  putColumns(columns, column, std::move(cells));
+}
+
+void Node4C::deleteColumns(PointerTC<OperatorBC> const& op, unsigned long column, unsigned long count) {
+  unsigned long const columns = op_->getColumns();
+  noteNewKind();
+  op_ = op;
+  takeColumns(columns, column, count);
+}
+
+/// Inserts cells, given row by row, into the rows of `columns` cells each.
+void Node4C::putColumns(unsigned long columns, unsigned long column,
+                        std::vector<std::unique_ptr<Node4C>> cells) {
+  unsigned long const count = cells.size() / (children_.size() / columns);
+  children_.insertInRuns(columns, column, count);
+  if (state_.index) state_.index->noteColumnsInserted(column, count);
+  for (unsigned long i = 0; i < cells.size(); ++i) {
+    adopt(i / count * (columns + count) + column + i % count, cells[i].release());
+  }
+}
+
+void Node4C::takeColumns(unsigned long columns, unsigned long column, unsigned long count) {
+  if (2 * (children_.size() / columns * (columns - count)) < RowIndexC::leastItems()) dropIndex();
+  if (state_.index) state_.index->noteColumnsRemoved(*this, column, count);
+  for (unsigned long i = column; i < children_.size(); i += columns) {
+    for (unsigned long k = i; k < i + count; ++k) delete children_[k];
+  }
+  children_.eraseInRuns(columns, column, count);
+}
+
+void Node4C::rotateRows(unsigned long first, unsigned long middle, unsigned long last) {
+  unsigned long const columns = op_->getColumns();
+  touch(STALE_ALL);
+  rotateCells(first * columns, middle * columns, last * columns);
+  if (state_.index) state_.index->noteRowsRotated(first, middle, last);
+}
+
+void Node4C::rotateColumns(unsigned long first, unsigned long middle, unsigned long last) {
+  unsigned long const columns = op_->getColumns();
+  touch(STALE_ALL);
+  for (unsigned long row = 0; row < children_.size(); row += columns) {
+    rotateCells(row + first, row + middle, row + last);
+  }
+  if (state_.index) state_.index->noteColumnsRotated(first, middle, last);
+}
+
+void Node4C::rotateCells(unsigned long first, unsigned long middle, unsigned long last) {
+  std::vector<Node4C*> moved;
+  moved.reserve(last - first);
+  for (unsigned long i = middle; i < last; ++i) moved.push_back(children_[i]);
+  for (unsigned long i = first; i < middle; ++i) moved.push_back(children_[i]);
+  for (Node4C* const cell : moved) children_[first++] = cell;
 }
 
 // Siblings move when a row is edited, so the last known slot of a node is only a hint. It is exact in an
@@ -260,7 +340,7 @@ void Node4C::dropIndex() {
   for (Node4C* item : children_) {
     if (!item || !item->state_.stretch) continue;
     NodeStateS& state = item->state_;
-    item->dx_ += state.stretch->shiftOf(state.slotHint);
+    item->dx_ += static_cast<std::int32_t>(item->getShift());
     state.slotHint += state.stretch->first;
     item->dy_ += state.stretch->dy;
     state.stretch = nullptr;
@@ -282,22 +362,31 @@ void Node4C::indexTable() {
   }
 }
 
-Node4C* Node4C::findMarked(unsigned long& next, std::uint8_t mark) const {
+Node4C* Node4C::findMarked(unsigned long& next, StaleE mark) const {
   unsigned long const count = children_.size();
   std::size_t stretch = state_.index && next < count ? state_.index->find(next) : 0;
   while (next < count) {
+    unsigned long last = count;
     unsigned long end = count;
     if (state_.index) {
+      auto const [first, after] = state_.index->findMarkedCells(stretch, mark);
       RowStretchS const& current = (*state_.index)[stretch++];
+      next = std::max<unsigned long>(next, current.first + first);
+      last = current.first + after;
       end = current.first + current.count;
-      if (!(current.stale & mark)) next = end;
     }
-    while (next < end) {
+    while (next < last) {
       Node4C* const child = children_[next++];
       if (child && (child->state_.stale & mark)) return child;
     }
+    next = end;
   }
   return nullptr;
+}
+
+/// The number of the column that the cell of a large table is in.
+std::uint32_t Node4C::findColumn() const {
+  return static_cast<std::uint32_t>(findChildNumber() - state_.stretch->first);
 }
 
 }  // namespace zolt::math::ved

@@ -96,10 +96,8 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   /// Distance from the top down to the axis on which a row aligns its items.
   long getMidHeight() const { return midHeight_; }
   void setMidHeight(long midHeight) { midHeight_ = static_cast<std::int32_t>(midHeight); }
-  long getDX() const { return state_.stretch ? dx_ + state_.stretch->shiftOf(state_.slotHint) : dx_; }
-  void setDX(long dx) {
-    dx_ = static_cast<std::int32_t>(state_.stretch ? dx - state_.stretch->shiftOf(state_.slotHint) : dx);
-  }
+  long getDX() const { return state_.stretch ? dx_ + getShift() : dx_; }
+  void setDX(long dx) { dx_ = static_cast<std::int32_t>(state_.stretch ? dx - getShift() : dx); }
   long getDY() const { return state_.stretch ? dy_ + state_.stretch->dy : dy_; }
   void setDY(long dy) { dy_ = static_cast<std::int32_t>(state_.stretch ? dy - state_.stretch->dy : dy); }
   unsigned long getFontDepth() const { return fontDepth_; }
@@ -127,6 +125,17 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   Node4C* cutChild(unsigned long i);
   /// Moves all children of `row` into this node before slot i, in order, and destroys `row`.
   void spliceChildren(unsigned long i, Node4C* row);
+  // Whole rows and columns of a table (`OperatorBC::getColumns`); those that are not concerned keep what is
+  // known of them.
+  /// Makes the table one of `op`, with further columns from number `column` on, whose cells are given row by
+  /// row.
+  void insertColumns(PointerTC<OperatorBC> const& op, unsigned long column,
+                     std::vector<std::unique_ptr<Node4C>> cells);
+  /// Makes the table one of `op`, which has so many columns less.
+  void deleteColumns(PointerTC<OperatorBC> const& op, unsigned long column, unsigned long count);
+  /// Moves rows, or columns, as `std::rotate` does.
+  void rotateRows(unsigned long first, unsigned long middle, unsigned long last);
+  void rotateColumns(unsigned long first, unsigned long middle, unsigned long last);
   /// This node's index in its parent; 0 without a parent or when the parent does not hold it.
   unsigned long findChildNumber() const;
   // The neighbours in the parent, and the last leaf before and the first leaf after this node in reading
@@ -230,10 +239,19 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   void noteNewKind();
   void unmark(std::uint8_t stale) const { state_.stale &= static_cast<std::uint8_t>(~stale); }
   /// The next child from `next` on that has the mark; null when there is none. Moves `next` past it.
-  Node4C* findMarked(unsigned long& next, std::uint8_t mark) const;
+  Node4C* findMarked(unsigned long& next, StaleE mark) const;
   void dropIndex();
   void indexTable();
   void noteNewShape();
+  bool keepsIndex(unsigned long i, unsigned long count) const;
+  long getShift() const {
+    return state_.stretch->columns ? state_.stretch->shiftOf(findColumn()) : state_.stretch->dx;
+  }
+  std::uint32_t findColumn() const;
+  void putColumns(unsigned long columns, unsigned long column, std::vector<std::unique_ptr<Node4C>> cells);
+  void takeColumns(unsigned long columns, unsigned long column, unsigned long count);
+  bool turnColumnsInto(NodeRecordC const& state, NodeDifferenceS const& difference);
+  void rotateCells(unsigned long first, unsigned long middle, unsigned long last);
   NodeRecordPointerC recordNode() const;
   bool needsLayout() const;
   struct LayoutPassS;

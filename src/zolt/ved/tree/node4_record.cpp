@@ -100,10 +100,15 @@ NodeRecordPointerC Node4C::recordNode() const {
   if (!state_.index) return NodeRecordC::make(kind, op_, std::move(text), collect(0, numChildren()));
   ChildrenT records;
   records.reserve(state_.index->size());
+  ColumnMarkS const columns = state_.index->crefColumnMark(STALE_RECORD);
   for (std::size_t k = 0; k < state_.index->size(); ++k) {
     RowStretchS& stretch = (*state_.index)[k];
-    if (!stretch.record || (stretch.stale & STALE_RECORD)) {
+    bool const isMarked = !stretch.record || (stretch.stale & STALE_RECORD);
+    if (isMarked || columns.isSet()) {
       auto const isAt = [&](std::size_t i, NodeRecordC const& block) {
+        if (!isMarked) {
+          return i + block.crefChildren().size() <= columns.front || i + columns.back >= stretch.count;
+        }
         auto const isThere = [&](NodeRecordPointerC const& item) {
           return children_[stretch.first + i++]->state_.record == item;
         };
@@ -119,6 +124,7 @@ NodeRecordPointerC Node4C::recordNode() const {
     }
     records.push_back(stretch.record);
   }
+  state_.index->clearColumnMark(STALE_RECORD);
   return NodeRecordC::make(kind, op_, std::move(text), std::move(records));
 }
 
@@ -168,6 +174,12 @@ void Node4C::turnInto(NodeRecordC const& state) {
       continue;
     }
     compareNodes(*node->state_.record, *wanted, difference);
+    if (node->op_ && node->op_->getColumns() > 0 && node->turnColumnsInto(*wanted, difference)) continue;
+    if (node->op_ != wanted->getOperator()) {
+      node->parent_->replaceChild(node->findChildNumber(), fromRecord(*wanted).release());
+      pairs[next].node = nullptr;
+      continue;
+    }
     for (RecordGapS const& gap : difference.gaps) {
       unsigned long place = gap.place;  // everything before it is already as wanted
       std::size_t i = gap.first;
@@ -192,9 +204,54 @@ void Node4C::turnInto(NodeRecordC const& state) {
   }
   // The next state will share unchanged parts with this one.
   for (PairS const& pair : pairs) {
+    if (!pair.node) continue;
     pair.node->state_.record = NodeRecordPointerC(pair.wanted);
     pair.node->unmark(STALE_RECORD);
   }
+}
+
+/// Inserts and deletes the columns by which a table differs from another state of it. False, with nothing
+/// changed, when it differs in anything else.
+bool Node4C::turnColumnsInto(NodeRecordC const& state, NodeDifferenceS const& difference) {
+  unsigned long columns = op_->getColumns();
+  unsigned long const wanted = state.getOperator()->getColumns();
+  unsigned long const rows = numChildren() / columns;
+  std::size_t const count = difference.gaps.size() / rows;  // in each row
+  if (count == 0 || difference.gaps.size() % rows != 0) return false;
+  auto const removed = [](RecordGapS const& gap) { return gap.end - gap.first; };
+  auto const added = [](RecordGapS const& gap) { return gap.otherEnd - gap.otherFirst; };
+  unsigned long result = columns;
+  for (std::size_t i = 0; i < difference.gaps.size(); ++i) {
+    RecordGapS const& gap = difference.gaps[i];
+    RecordGapS const& first = difference.gaps[i % count];
+    bool const isSame = gap.place == i / count * wanted + first.place && removed(gap) == removed(first) &&
+                        added(gap) == added(first);
+    bool const isOneWay = removed(gap) == 0 || added(gap) == 0;
+    if (!isSame || !isOneWay) return false;
+    if (i >= count) continue;
+    if (removed(gap) >= result) return false;
+    result = result + added(gap) - removed(gap);
+  }
+  if (result != wanted) return false;
+  noteNewKind();
+  op_ = state.getOperator();
+  for (std::size_t i = 0; i < count; ++i) {
+    RecordGapS const& first = difference.gaps[i];
+    if (removed(first) > 0) {
+      takeColumns(columns, first.place, removed(first));
+      columns -= removed(first);
+      continue;
+    }
+    std::vector<std::unique_ptr<Node4C>> cells;
+    for (std::size_t k = i; k < difference.gaps.size(); k += count) {
+      for (std::size_t item = difference.gaps[k].otherFirst; item < difference.gaps[k].otherEnd; ++item) {
+        cells.push_back(fromRecord(*difference.otherItems[item]));
+      }
+    }
+    putColumns(columns, first.place, std::move(cells));
+    columns += added(first);
+  }
+  return true;
 }
 
 }  // namespace zolt::math::ved

@@ -68,6 +68,13 @@ NodeRecordPointerC NodeRecordC::make(std::uint8_t kind, PointerTC<OperatorBC> co
                                      : new NodeRecordC(kind, op, std::move(text), std::move(children)));
 }
 
+// A table may become one of another number of columns.
+bool NodeRecordC::isAlike(NodeRecordC const& a, NodeRecordC const& b) {
+  if (a.kind_ != b.kind_ || a.op_ == b.op_) return a.kind_ == b.kind_;
+  auto const columns = [](NodeRecordC const& record) { return record.op_ ? record.op_->getColumns() : 0; };
+  return columns(a) > 0 && columns(b) > 0 && a.op_->getName() == b.op_->getName();
+}
+
 wstring NodeRecordC::getText() const {
   if (children_.empty()) return text_;
   wstring text;
@@ -214,7 +221,9 @@ StateDifferenceS compareStates(NodeRecordC const& one, NodeRecordC const& other)
     otherSize += difference.otherSize;
     // The parts of a text may be cut anew without another text.
     bool const text = node->getKind() == NODE4_TEXT;
-    if (text && !node->hasTextOf(*otherNode)) found.differs = true;
+    if (text ? !node->hasTextOf(*otherNode) : node->getOperator() != otherNode->getOperator()) {
+      found.differs = true;
+    }
     for (RecordGapS const& gap : difference.gaps) {
       for (std::size_t i = gap.first, j = gap.otherFirst; i < gap.end || j < gap.otherEnd; ++i, ++j) {
         NodeRecordC const* const item = i < gap.end ? difference.items[i] : nullptr;

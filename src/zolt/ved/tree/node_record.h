@@ -86,9 +86,7 @@ class NodeRecordC {
   std::size_t getSize() const { return size_; }
 
   /// Whether a node of the one can be turned into the other by what is in it.
-  static bool isAlike(NodeRecordC const& a, NodeRecordC const& b) {
-    return a.kind_ == b.kind_ && a.op_ == b.op_;
-  }
+  static bool isAlike(NodeRecordC const& a, NodeRecordC const& b);
 
  private:
   friend class NodeRecordPointerC;

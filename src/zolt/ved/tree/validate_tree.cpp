@@ -96,7 +96,11 @@ TreeInvariantE checkRecord(Node4C const& node) {
 TreeInvariantE checkState(Node4C const& node) {
   NodeStateS const& state = node.crefState();
   unsigned above = node.getParent() ? node.getParent()->crefState().stale : ~0u;
-  if (state.stretch) above &= state.stretch->stale;
+  if (state.stretch) {
+    RowIndexC const* const index = node.getParent() ? node.getParent()->crefState().index.get() : nullptr;
+    std::size_t const number = node.findChildNumber() - state.stretch->first;
+    above &= state.stretch->stale | (index ? index->getMarks(number) : 0u);
+  }
   if (state.stale & ~above) return TREE_MARKS_GO_UP;
   bool const inLongRow = node.getParent() && node.getParent()->crefState().index;
   if (inLongRow != (state.stretch != nullptr)) return TREE_STRETCHES_HOLD_THE_ROW;
@@ -182,7 +186,7 @@ wstring describeInvariant(TreeInvariantE invariant) {
       {TREE_AUTO_BRACKETS_AT_ENDS, u"nothing but empty texts stands outside a supplied bracket"},
       {TREE_NESTING_WITHIN_LIMIT, u"rows nest no deeper than the limit"},
       {TREE_PLACE_IN_TEXT, u"the caret and the anchor are places in texts of the tree"},
-      {TREE_MARKS_GO_UP, u"S1: the marks of a node are on its parent and on its stretch"},
+      {TREE_MARKS_GO_UP, u"S1: the marks of a node are on its parent, and on its stretch or its column"},
       {TREE_STRETCHES_HOLD_THE_ROW,
        u"S2: the stretches of a row follow one another and hold its items, which name them"},
       {TREE_BRACKET_SUMS, u"S3: an unmarked stretch knows its brackets"},

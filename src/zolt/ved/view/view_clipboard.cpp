@@ -161,15 +161,9 @@ bool ViewZNT4C::pasteCells(std::vector<std::unique_ptr<Node4C>> cells, unsigned 
   EventC guard(*this);
   backupBeforeModif();
   auto& table = const_cast<Node4C&>(*at.table);
-  for (unsigned long row = rowsBefore, before = countColumns(table); row-- > 0 && before < width;) {
-    for (unsigned long i = before; i < width; ++i) {
-      table.insertChild(row * before + before, rows::makeEmptyRow().release());
-    }
-  }
-  if (op != table.getOperator()) table.setOperator(op);
-  while (table.numChildren() < height * width) {
-    table.insertChild(table.numChildren(), rows::makeEmptyRow().release());
-  }
+  unsigned long const before = countColumns(table);
+  if (width > before) rows::insertTableColumns(table, op, before);
+  if (height > rowsBefore) rows::insertTableRows(table, rowsBefore, height - rowsBefore);
   unsigned long last = 0;
   for (unsigned long i = 0; i < cells.size(); ++i) {
     last = (at.firstRow + i / columns) * width + at.firstColumn + i % columns;

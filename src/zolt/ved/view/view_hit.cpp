@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "zolt/ved/limits.h"
+#include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view_hold.h"
 
@@ -88,8 +89,10 @@ class NearestTextC {
       x -= node.getDX();
       y -= node.getDY();
     };
-    walkTree(row, enter, leave,
-             [&](Node4C const& node, unsigned long& next) { return findNext(node, next, x); });
+    walkTree(row, enter, leave, [&](Node4C const& node, unsigned long& next) {
+      bool const isTable = node.getType() == NODE4_OPERATOR && node.crefState().index;
+      return isTable ? findNextCell(node, next, x, y) : findNext(node, next, x);
+    });
   }
 
  private:
@@ -100,6 +103,24 @@ class NearestTextC {
     if (next == node.numChildren()) return nullptr;
     Node4C const* const child = node.child(next++);
     return isRow && x + child->getDX() - overhang_ - limits::hit_radius > x_ ? nullptr : child;
+  }
+
+  /// The same in a large table at (x, y), of which only cells within reach are looked at.
+  Node4C const* findNextCell(Node4C const& table, unsigned long& next, long x, long y) const {
+    RowIndexC const& index = *table.crefState().index;
+    long const reach = overhang_ + limits::hit_radius;
+    auto const columns = index.findColumns(x_ - x - reach, x_ - x + reach);
+    auto const rows = index.findRows(y_ - y - reach, y_ - y + reach);
+    unsigned long const width = countColumns(table);
+    unsigned long row = std::max<unsigned long>(next / width, rows.first);
+    unsigned long column = std::max<unsigned long>(row * width < next ? next % width : 0, columns.first);
+    if (column >= columns.second) {
+      ++row;
+      column = columns.first;
+    }
+    if (row >= rows.second || columns.first == columns.second) return nullptr;
+    next = row * width + column;
+    return table.child(next++);
   }
 
   /// The first item of a row at `x` that may be near enough. The items follow one another.

@@ -88,4 +88,33 @@ void ChildArrayC::erase(std::size_t i, std::size_t count) {
   if (size_ == 0) clear();
 }
 
+void ChildArrayC::insertInRuns(std::size_t run, std::size_t i, std::size_t count) {
+  std::size_t const before = size_;
+  std::size_t const runs = before / run;
+  insertSlots(before, runs * count);
+  moveGap(size_);
+  reallocate(size_);
+  Node4C** const all = data();
+  for (std::size_t k = runs; k-- > 0;) {
+    Node4C** const from = all + k * run;
+    Node4C** const to = all + k * (run + count);
+    std::copy_backward(from + i, from + run, to + run + count);
+    std::copy_backward(from, from + i, to + i);
+    std::fill_n(to + i, count, nullptr);
+  }
+}
+
+void ChildArrayC::eraseInRuns(std::size_t run, std::size_t i, std::size_t count) {
+  std::size_t const runs = size_ / run;
+  reallocate(size_);
+  Node4C** const all = data();
+  for (std::size_t k = 0; k < runs; ++k) {
+    Node4C** const from = all + k * run;
+    Node4C** const to = all + k * (run - count);
+    std::copy(from, from + i, to);
+    std::copy(from + i + count, from + run, to + i);
+  }
+  erase(runs * (run - count), runs * count);
+}
+
 }  // namespace zolt::math::ved

@@ -51,6 +51,9 @@ class ChildArrayC {
   void insertSlots(std::size_t i, std::size_t count);
   /// Removes `count` slots from slot i on.
   void erase(std::size_t i, std::size_t count = 1);
+  /// The same in each run of so many slots.
+  void insertInRuns(std::size_t run, std::size_t i, std::size_t count);
+  void eraseInRuns(std::size_t run, std::size_t i, std::size_t count);
   void clear() { first_ = gap_ = size_ = 0; }
   /// Frees spare room when it is larger than the slots in use.
   void shrink() {

@@ -105,13 +105,9 @@ void RowIndexC::mark(std::uint8_t stale) {
   for (auto const& stretch : stretches_) stretch->stale |= stale;
 }
 
-void RowIndexC::clear(std::uint8_t stale) {
+void RowIndexC::clear(StaleE stale) {
+  clearColumnMark(stale);
   for (auto const& stretch : stretches_) stretch->stale &= static_cast<std::uint8_t>(~stale);
-}
-
-void RowIndexC::placeColumns(std::vector<std::int32_t> edges) {
-  edges_ = std::move(edges);
-  for (auto const& stretch : stretches_) stretch->columns = edges_.data();
 }
 
 void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths) {
@@ -128,6 +124,11 @@ void RowIndexC::replace(std::size_t k, std::size_t count, std::vector<std::uint3
   auto const from = stretches_.begin() + static_cast<std::ptrdiff_t>(k);
   auto const rest = stretches_.erase(from, from + static_cast<std::ptrdiff_t>(count));
   stretches_.insert(rest, std::make_move_iterator(fresh.begin()), std::make_move_iterator(fresh.end()));
+  countFirst(k);
+}
+
+/// Numbers the items of stretch k and of all after it.
+void RowIndexC::countFirst(std::size_t k) {
   std::uint32_t first = k > 0 ? stretches_[k - 1]->first + stretches_[k - 1]->count : 0;
   for (std::size_t j = k; j < stretches_.size(); ++j) {
     stretches_[j]->first = first;

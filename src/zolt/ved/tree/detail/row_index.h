@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "zolt/ved/tree/node4_type.h"
@@ -129,8 +130,20 @@ struct RowStretchS {
 
 /// A column of a large table.
 struct TableColumnS {
+  static constexpr std::uint32_t unknown = std::numeric_limits<std::uint32_t>::max();
+
   std::int32_t width = 0;
-  std::uint32_t widest = 0;  // the row of a cell that is as wide
+  std::uint32_t widest = unknown;  // the row of a cell that is as wide
+};
+
+/// Columns of a large table that have changed in every row, also in rows that are not marked.
+struct ColumnMarkS {
+  static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+
+  std::uint32_t front = none;  // so many columns on the left are as they were
+  std::uint32_t back = none;   // and so many on the right
+
+  bool isSet() const { return front != none; }
 };
 
 /// The stretches of a long row, with which the work for an edit depends on the edit and hardly on the row:
@@ -172,23 +185,46 @@ class RowIndexC {
   void noteChanged(std::size_t i, std::uint8_t stale);
 
   void mark(std::uint8_t stale);
-  void clear(std::uint8_t stale);
+  void clear(StaleE stale);
 
-  /// The columns of a table whose stretches are its rows; empty in a row and before the first layout.
+  // ---- Tables, whose rows are the stretches (row_index_table.cpp) ---------------------------------------
+  /// The columns of a table; empty in a row and before the first layout.
   std::vector<TableColumnS>& refColumns() { return columns_; }
   /// Where the columns begin; the cells are moved with them.
   void placeColumns(std::vector<std::int32_t> edges);
+  /// To be called after rows were inserted or rotated (`std::rotate`), or before rows are removed. Only new
+  /// rows are marked.
+  void noteRowsInserted(std::size_t row, std::size_t count);
+  void noteRowsRemoved(Node4C const& table, std::size_t row, std::size_t count);
+  void noteRowsRotated(std::size_t first, std::size_t middle, std::size_t last);
+  /// The same for columns, which are marked in all rows at once.
+  void noteColumnsInserted(std::size_t column, std::size_t count);
+  void noteColumnsRemoved(Node4C const& table, std::size_t column, std::size_t count);
+  void noteColumnsRotated(std::size_t first, std::size_t middle, std::size_t last);
+  ColumnMarkS const& crefColumnMark(StaleE stale) const { return columnMarks_[stale / 2]; }
+  void clearColumnMark(StaleE stale) { columnMarks_[stale / 2] = {}; }
+  /// Which items of stretch k, or cells of row k, may have the mark: the first, and the end of them.
+  std::pair<std::size_t, std::size_t> findMarkedCells(std::size_t k, StaleE stale) const;
+  /// The rows, or columns, of a table that is laid out which reach into a stretch of its height, or width:
+  /// the first one, and the end of them.
+  std::pair<std::size_t, std::size_t> findRows(long top, long bottom) const;
+  std::pair<std::size_t, std::size_t> findColumns(long left, long right) const;
+  /// The marks of a column.
+  std::uint8_t getMarks(std::size_t column) const;
 
   /// Replaces `count` stretches from k on by stretches of these lengths, in which all marks are set.
   void replace(std::size_t k, std::size_t count, std::vector<std::uint32_t> const& lengths);
 
  private:
   void markAround(std::size_t k, std::size_t i, std::uint8_t stale);
+  void countFirst(std::size_t k);
+  void markColumns(std::size_t first, std::size_t end);
 
   std::size_t usualLength_ = leastLength();
   std::vector<std::unique_ptr<RowStretchS>> stretches_;
   std::vector<TableColumnS> columns_;
   std::vector<std::int32_t> edges_;
+  ColumnMarkS columnMarks_[3];  // by `StaleE`
 };
 
 /// The stretches of a row for one pass over the row: those in the index of a long row, or one stretch for a
