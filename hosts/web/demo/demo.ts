@@ -85,7 +85,8 @@ class Row {
   }
 
   #show({ outcome, text, part }: Answer): void {
-    this.#result.prefix = outcome === 'value' ? text : '';
+    // Several solutions are a set.
+    this.#result.prefix = outcome === 'value' ? text.replace(/^list\(/, 'set(') : '';
     if (outcome === 'value') return;
     this.#fault.textContent = text ? `${text}.` : 'There is no result.';
     if (part > 0 && !this.#formula.matches(':focus')) this.#formula.selectPart(part);

@@ -1,21 +1,26 @@
-// The clipboard: the exact items for other fields, and what other programs read.
+// The clipboard: the exact items for other fields, and what other programs read. Pictures.
 
-import { Form, type FormulaHandle } from '../module/zolt_module.mjs';
+import { Form } from '../module/zolt_module.mjs';
+import { Flag, has, heightOf, widthOf } from './frame.js';
 import { buildMathml, hasMathml } from './mathml.js';
+import { commandsOf, type Owner } from './owner.js';
+import { paintFrame } from './painter.js';
 import type { Module } from './shared.js';
+import { toSvg, type SvgOptions } from './svg.js';
+import type { View } from './view.js';
 
 /** The forms, the best first, by the media types that the desktop program uses as well. */
 const types = {
   bytes: 'application/x-zolt-formula', prefix: 'application/x-zolt-prefix', mathml: 'application/mathml+xml',
-  latex: 'application/x-tex', plain: 'text/plain', html: 'text/html', svg: 'image/svg+xml',
+  latex: 'application/x-tex', plain: 'text/plain', html: 'text/html',
 } as const;
 
 const MOST = 1 << 20;
 
 /** Writes what the module has copied to an event's data or a drag's. */
-export function writeCopied(module: Module, to: DataTransfer, svg: string): boolean {
+function writeCopied(module: Module, to: DataTransfer): void {
   const plain = module.copied(Form.plain);
-  if (plain === null) return false;
+  if (plain === null) return;
   for (const [form, type] of [[Form.bytes, types.bytes], [Form.prefix, types.prefix], [Form.latex, types.latex],
     [Form.mathml, types.mathml]] as const) {
     const text = module.copied(form);
@@ -24,16 +29,10 @@ export function writeCopied(module: Module, to: DataTransfer, svg: string): bool
   to.setData(types.plain, plain);
   const mathml = module.copied(Form.mathml);
   if (mathml) to.setData(types.html, mathml);
-  if (svg) to.setData(types.svg, svg);
-  return true;
-}
-
-export function canPaste(from: DataTransfer): boolean {
-  return Object.values(types).some((type) => from.types.includes(type));
 }
 
 /** Hands what is on a clipboard to the module; false when there is nothing for a formula. */
-export function offerPasted(module: Module, get: (type: string) => string): boolean {
+function offerPasted(module: Module, get: (type: string) => string): boolean {
   const [bytes, prefix, latex, plain] = [types.bytes, types.prefix, types.latex, types.plain].map((type) => {
     const text = get(type);
     return text.length <= MOST ? text : '';
@@ -54,12 +53,125 @@ function findLatex(page: string): string {
   return found ? found[1]!.replace(/&(lt|gt|amp|quot);/g, (_, name: string) => ({ lt: '<', gt: '>', amp: '&', quot: '"' })[name]!) : '';
 }
 
-/** Notations that a person may ask for. */
-export const copyForms = { plain: Form.plain, latex: Form.latex, mathml: Form.mathml } as const;
+const notations = { plain: Form.plain, latex: Form.latex, mathml: Form.mathml } as const;
+/** What a person may ask for. */
+export type CopyForm = keyof typeof notations | 'svg' | 'png';
 
-/** The selection, or else the whole formula, in a notation; null: it has none. */
-export function textOf(handle: FormulaHandle, form: keyof typeof copyForms, isSelected: boolean, copy: number): string | null {
-  if (!isSelected) return handle.get(copyForms[form]);
-  handle.run(copy);
-  return handle.module.copied(copyForms[form]);
+export interface PngOptions extends SvgOptions {
+  /** How many pixels of the picture there are to a CSS pixel. */
+  density?: number;
+  /** A CSS colour behind the formula; none otherwise. */
+  background?: string;
+}
+
+/** What is handed out of a field, and taken in, beside its value. */
+export class Copies {
+  readonly #owner: Owner;
+  readonly #view: View;
+
+  constructor(owner: Owner, view: View) {
+    this.#owner = owner;
+    this.#view = view;
+    const { input } = owner.parts;
+    for (const name of ['copy', 'cut'] as const) {
+      input.addEventListener(name, (event) => {
+        if (event.clipboardData && this.write(event.clipboardData, name)) event.preventDefault();
+      });
+    }
+    input.addEventListener('paste', (event) => {
+      event.preventDefault();
+      const data = event.clipboardData;
+      if (data && !owner.isLocked) this.#paste((type) => data.getData(type));
+    });
+  }
+
+  // ---- Events of the clipboard and of drags
+
+  /** Copies what is selected, and cuts it out of the formula. */
+  write(to: DataTransfer, command: 'copy' | 'cut'): boolean {
+    const { handle, isLocked } = this.#owner;
+    const frame = this.#view.peek();
+    if (!handle || !frame || !has(frame, Flag.selected) || (command === 'cut' && isLocked)) return false;
+    this.#run('copy');
+    writeCopied(handle.module, to);
+    if (command === 'cut') this.#owner.act('deleteByCut', null, () => this.#run('cut'));
+    return true;
+  }
+
+  canRead(from: DataTransfer): boolean { return Object.values(types).some((type) => from.types.includes(type)); }
+
+  /** Pastes at the caret. */
+  read(from: DataTransfer): boolean {
+    const { handle } = this.#owner;
+    return !!handle && offerPasted(handle.module, (type) => from.getData(type)) && handle.paste() !== 0;
+  }
+
+  #paste(get: (type: string) => string, isOwn = false): boolean {
+    return this.#owner.act('insertFromPaste', get('text/plain') || null, (handle) =>
+      (isOwn || offerPasted(handle.module, get)) && handle.paste() !== 0);
+  }
+
+  #run(name: string): boolean {
+    const { handle } = this.#owner;
+    return !!handle && handle.run(commandsOf(handle.module).byName.get(name)!);
+  }
+
+  // ---- For menus and programs
+
+  useSystem(act: 'copy' | 'cut' | 'paste'): void {
+    const { parts: { input }, handle } = this.#owner;
+    input.focus({ preventScroll: true });
+    if (act !== 'paste') {
+      document.execCommand(act);
+      return;
+    }
+    // A page may have to ask for this; without permission the field pastes what was copied in this page.
+    const own = handle?.module.copied(Form.plain) ?? '';
+    navigator.clipboard?.readText().then(
+      (text) => this.#paste((type) => type === 'text/plain' && text !== own ? text : '', text === own),
+      () => this.#paste(() => '', true));
+  }
+
+  async copyAs(form: CopyForm): Promise<boolean> {
+    const { handle } = this.#owner;
+    if (!handle) return false;
+    if (form === 'png') {
+      const picture = this.toPng({ background: 'white', colour: 'black' }).then((blob) => blob ?? new Blob());
+      await navigator.clipboard.write([new ClipboardItem({ 'image/png': picture })]);
+      return true;
+    }
+    const frame = this.#view.peek();
+    let text: string | null;
+    if (form === 'svg') text = this.toSvg();
+    else if (!frame || !has(frame, Flag.selected)) text = handle.get(notations[form]);
+    else text = this.#run('copy') ? handle.module.copied(notations[form]) : null;
+    if (!text) return false;
+    await navigator.clipboard.writeText(text);
+    return true;
+  }
+
+  toSvg(options: SvgOptions = {}): string {
+    const { handle } = this.#owner;
+    const frame = handle?.frame();
+    return handle && frame ? toSvg(frame, handle.module, { fontSize: this.#view.scale * 12, ...options }) : '';
+  }
+
+  async toPng({ fontSize = this.#view.scale * 12, margin = 2, colour, background = '', density = 2 }: PngOptions = {}): Promise<Blob | null> {
+    await document.fonts.ready;
+    const { handle } = this.#owner;
+    const frame = handle?.frame();
+    if (!handle || !frame) return null;
+    const scale = fontSize / 12 * density, edge = margin * density;
+    const canvas = document.createElement('canvas');
+    canvas.width = Math.ceil(widthOf(frame) * scale + 2 * edge);
+    canvas.height = Math.ceil(heightOf(frame) * scale + 2 * edge);
+    const context = canvas.getContext('2d')!;
+    if (background) {
+      context.fillStyle = background;
+      context.fillRect(0, 0, canvas.width, canvas.height);
+    }
+    context.fillStyle = context.strokeStyle = colour ?? getComputedStyle(this.#owner).color;
+    paintFrame(frame, context, { scale, x: edge, y: edge }, handle.module);
+    return new Promise((settle) => canvas.toBlob(settle, 'image/png'));
+  }
 }

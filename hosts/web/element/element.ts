@@ -1,42 +1,28 @@
 // <zolt-formula>: a field for one formula, as <input> is one for a line of text. docs/web.md describes it.
 
 import { Form, SetResult, type FormulaHandle } from '../module/zolt_module.mjs';
-import { canPaste, copyForms, offerPasted, textOf, writeCopied } from './clipboard.js';
+import { Copies, type CopyForm, type PngOptions } from './clipboard.js';
 import { CompletionList } from './completion.js';
+import { ControlElement, notations, type Notation } from './control.js';
 import { setAttribute } from './dom.js';
 import { FormValue, type FormSide } from './form.js';
-import { Flag, has, heightOf, widthOf, type Box, type FrameWords } from './frame.js';
+import { Flag, has, type Box, type FrameWords } from './frame.js';
 import { Input } from './input.js';
 import { Keyboard } from './keyboard.js';
 import { build, type Parts } from './look.js';
 import { buildMathml } from './mathml.js';
 import { commandsOf, type Fault } from './owner.js';
-import { paintFrame } from './painter.js';
 import { Menu, Palette } from './palette.js';
 import { Pointer } from './pointer.js';
 import { load, loaded } from './shared.js';
 import { Speech } from './speech.js';
-import { toSvg, type SvgOptions } from './svg.js';
+import type { SvgOptions } from './svg.js';
 import { View } from './view.js';
-
-/** The notations of a value. */
-const notations = { plain: Form.plain, prefix: Form.prefix, latex: Form.latex, mathml: Form.mathml } as const;
-export type Notation = keyof typeof notations;
 
 /** Where the caret, and the other end of what is selected, are: to be kept and given back, not to be read. */
 export type Places = readonly number[];
 
-export interface PngOptions extends SvgOptions {
-  /** Of a picture: how many of its pixels there are to a CSS pixel. */
-  density?: number;
-  /** A CSS colour behind the formula; none otherwise. */
-  background?: string;
-}
-
 const kebab = (name: string) => name.replace(/[A-Z]/g, (letter) => `-${letter.toLowerCase()}`);
-
-/** Servers have no elements; there the class is only a name. */
-const Base = (globalThis.HTMLElement ?? class {}) as typeof HTMLElement;
 
 /** Fields whose memory is not given back by their leaving the page. */
 const forgotten = new FinalizationRegistry<() => void>((close) => close());
@@ -46,14 +32,13 @@ interface Given {
   readonly text: string;
 }
 
-export class ZoltFormulaElement extends Base implements FormSide {
+export class ZoltFormulaElement extends ControlElement implements FormSide {
   static readonly formAssociated = true;
   static readonly observedAttributes = [
     'value', 'format', 'readonly', 'disabled', 'required', 'placeholder', 'constraints', 'options', 'aria-label',
     'aria-labelledby', 'aria-describedby', 'inputmode', 'speech', 'lang',
   ];
 
-  readonly internals: ElementInternals;
   readonly root: ShadowRoot;
   readonly parts: Parts;
   readonly #view: View;
@@ -65,6 +50,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
   readonly #menu: Menu;
   readonly #palette: Palette;
   readonly #keyboard: Keyboard;
+  readonly #copies: Copies;
   #handle: FormulaHandle | null = null;
   #given: Given | null = null;
   #options: Readonly<Record<string, boolean>> = {};
@@ -81,7 +67,6 @@ export class ZoltFormulaElement extends Base implements FormSide {
 
   constructor() {
     super();
-    this.internals = this.attachInternals();
     this.root = this.attachShadow({ mode: 'open', delegatesFocus: true });
     this.parts = build(this.root);
     this.#view = new View(this);
@@ -97,6 +82,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
       openPalette: () => this.#palette.open(this.#caretBox()),
       toggleKeyboard: () => this.#keyboard.isOpen ? this.#keyboard.close() : this.#keyboard.open(),
     });
+    this.#copies = new Copies(this, this.#view);
     this.#view.onpaint = (frame) => this.#onPaint(frame);
     this.#input.oncompletionkey = (chord) => chord === 'Ctrl+Space' ? this.#openPalette() : this.#completions.takeKey(chord);
     this.#input.onenter = () => this.#onEnter();
@@ -111,7 +97,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
     if (loaded()) this.#open();
     else load().then(() => { if (this.isConnected) this.#open(); }, (error: unknown) => this.#fail(error));
     this.#view.start();
-    this.#nameControl();
+    this.#speech.name();
   }
 
   disconnectedCallback(): void {
@@ -191,6 +177,8 @@ export class ZoltFormulaElement extends Base implements FormSide {
         this.refresh();
         break;
       case 'placeholder':
+        this.parts.placeholder.textContent = now;
+        this.#speech.name();
         this.refresh();
         break;
       case 'inputmode':
@@ -201,32 +189,13 @@ export class ZoltFormulaElement extends Base implements FormSide {
         this.#setSpeech();
         break;
       default:
-        this.#nameControl();
+        this.#speech.name();
     }
     this.#form.touch();
   }
 
-  #attribute(name: string): string { return this.getAttribute(name) ?? ''; }
-  get name(): string { return this.#attribute('name'); }
-  set name(name: string) { this.setAttribute('name', name); }
-  get defaultValue(): string { return this.getAttribute('value') ?? this.textContent?.trim() ?? ''; }
-  set defaultValue(value: string) { this.setAttribute('value', value); }
-  /** The notation of `value`, and of what a form submits. */
-  get format(): Notation {
-    const format = this.#attribute('format');
-    return format in notations ? format as Notation : 'plain';
-  }
-  set format(format: Notation) { this.setAttribute('format', format); }
-  get placeholder(): string { return this.#attribute('placeholder'); }
-  set placeholder(text: string) { this.setAttribute('placeholder', text); }
-  get readOnly(): boolean { return this.hasAttribute('readonly'); }
-  set readOnly(on: boolean) { this.toggleAttribute('readonly', on); }
-  get disabled(): boolean { return this.hasAttribute('disabled'); }
-  set disabled(on: boolean) { this.toggleAttribute('disabled', on); }
-  get required(): boolean { return this.hasAttribute('required'); }
-  set required(on: boolean) { this.toggleAttribute('required', on); }
   /** What may be in the formula, in words: "number or names x y; nodes 50". */
-  get constraints(): string { return this.#attribute('constraints'); }
+  get constraints(): string { return this.attributeText('constraints'); }
   set constraints(rules: string) {
     const at = this.#handle?.setConstraints(rules) ?? -1;
     if (at >= 0) throw new SyntaxError(`The constraints are not understood at "${rules.slice(at)}"`);
@@ -234,7 +203,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
   }
   /** The rules of typing that are not as usual: `{ decimalComma: true, suggestions: false }`. */
   get options(): Readonly<Record<string, boolean>> {
-    const words = this.#attribute('options').split(/[\s,;]+/).filter(Boolean);
+    const words = this.attributeText('options').split(/[\s,;]+/).filter(Boolean);
     return { ...Object.fromEntries(words.map((word) => [word.replace(/^(-|no-)/, ''), !/^(-|no-)/.test(word)])), ...this.#options };
   }
   set options(options: Readonly<Record<string, boolean>>) {
@@ -242,9 +211,6 @@ export class ZoltFormulaElement extends Base implements FormSide {
     for (const [name, on] of Object.entries(this.#options)) this.#handle?.setOption(name, on);
     this.refresh();
   }
-  /** Whether the formula keyboard opens for fingers ("auto"), or when it is asked for. */
-  get keyboard(): 'auto' | 'manual' { return this.#attribute('keyboard') === 'manual' ? 'manual' : 'auto'; }
-
   get isLocked(): boolean { return this.readOnly || this.disabled || this.#isFormDisabled; }
   get hasFocus(): boolean { return this.#hasFocus; }
   get shown(): View { return this.#view; }
@@ -257,36 +223,27 @@ export class ZoltFormulaElement extends Base implements FormSide {
   }
 
   #setSpeech(): void {
-    const verbosity = ['brief', 'medium', 'full'].indexOf(this.#attribute('speech'));
+    const verbosity = ['brief', 'medium', 'full'].indexOf(this.attributeText('speech'));
     const language = this.closest('[lang]')?.getAttribute('lang') ?? '';
     this.#handle?.setSpeech(/^de\b/.test(language) ? 1 : 0, verbosity < 0 ? 1 : verbosity);
   }
 
   // ---- Value
 
-  /** In the notation of `format`; "" while the formula is incomplete. Setting what is shown already changes nothing. */
-  get value(): string { return this.getValue(this.format); }
-  set value(text: string) { this.setValue(text); }
-  get latex(): string { return this.getValue('latex'); }
-  set latex(text: string) { this.setValue(text, 'latex'); }
-  get mathml(): string { return this.getValue('mathml'); }
-  set mathml(text: string) { this.setValue(text, 'mathml'); }
-  override get prefix(): string { return this.getValue('prefix'); }
-  override set prefix(text: string) { this.setValue(text, 'prefix'); }
   /** The formula as it stands, complete or not, with caret and selection. */
   get tree(): string { return this.#used?.get(Form.tree) ?? (this.#given?.form === Form.tree ? this.#given.text : ''); }
   set tree(text: string) { this.#assign({ form: Form.tree, text: String(text) }); }
   /** The formula in words. */
   get words(): string { return this.#used?.get(Form.words) ?? ''; }
 
-  getValue(notation: Notation = this.format): string {
+  override getValue(notation: Notation = this.format): string {
     const given = this.#given ?? (this.#handle ? null : { form: notations[this.format], text: this.defaultValue });
     if (!this.#used) return given && given.form === notations[notation] ? given.text : '';
     return this.#handle!.get(notations[notation]) ?? '';
   }
 
   /** Why the text was refused, with the formula as it was; null: it is shown. */
-  setValue(text: string, notation: Notation = this.format): Fault | null {
+  override setValue(text: string, notation: Notation = this.format): Fault | null {
     return this.#assign({ form: notations[notation], text: text == null ? '' : String(text) });
   }
 
@@ -342,22 +299,14 @@ export class ZoltFormulaElement extends Base implements FormSide {
 
   // ---- Form
 
-  get form(): HTMLFormElement | null { return this.internals.form; }
-  get type(): string { return 'formula'; }
-  get labels(): NodeList { return this.internals.labels; }
-  get validity(): ValidityState { return this.#checked.validity; }
-  get validationMessage(): string { return this.#checked.validationMessage; }
-  get willValidate(): boolean { return this.internals.willValidate; }
-  checkValidity(): boolean { return this.#checked.checkValidity(); }
-  reportValidity(): boolean { return this.#checked.reportValidity(); }
   setCustomValidity(message: string): void { this.#form.setCustom(message); }
-  get #checked(): ElementInternals {
+  protected override get checked(): ElementInternals {
     this.#form.update();
     return this.internals;
   }
   formAssociatedCallback(form: HTMLFormElement | null): void {
     this.#form.join(form);
-    this.#nameControl();
+    this.#speech.name();
   }
   formResetCallback(): void { this.#reset(); }
   formDisabledCallback(isDisabled: boolean): void {
@@ -441,87 +390,20 @@ export class ZoltFormulaElement extends Base implements FormSide {
   }
 
   #mark(isFaulty: boolean): void {
+    if (this.internals.states.has('faulty') === isFaulty) return;
     isFaulty ? this.internals.states.add('faulty') : this.internals.states.delete('faulty');
     setAttribute(this.parts.input, 'aria-invalid', isFaulty ? 'true' : null);
   }
 
   refresh(): void { this.#view.paintSoon(); }
 
-  // ---- Pictures
+  // ---- Pictures and the clipboard
 
-  toSVG(options: SvgOptions = {}): string {
-    const handle = this.#used;
-    const frame = handle?.frame();
-    return handle && frame ? toSvg(frame, handle.module, { fontSize: this.#view.scale * 12, ...options }) : '';
-  }
-
-  async toPNG({ fontSize = this.#view.scale * 12, margin = 2, colour, background = '', density = 2 }: PngOptions = {}): Promise<Blob | null> {
-    const { handle } = this;
-    await document.fonts.ready;
-    const frame = handle?.frame();
-    if (!handle || !frame) return null;
-    const scale = fontSize / 12 * density, edge = margin * density;
-    const canvas = document.createElement('canvas');
-    canvas.width = Math.ceil(widthOf(frame) * scale + 2 * edge);
-    canvas.height = Math.ceil(heightOf(frame) * scale + 2 * edge);
-    const context = canvas.getContext('2d')!;
-    if (background) {
-      context.fillStyle = background;
-      context.fillRect(0, 0, canvas.width, canvas.height);
-    }
-    context.fillStyle = context.strokeStyle = colour ?? getComputedStyle(this).color;
-    paintFrame(frame, context, { scale, x: edge, y: edge }, handle.module);
-    return new Promise((settle) => canvas.toBlob(settle, 'image/png'));
-  }
-
-  // ---- Clipboard
-
+  toSVG(options?: SvgOptions): string { return this.#used ? this.#copies.toSvg(options) : ''; }
+  toPNG(options?: PngOptions): Promise<Blob | null> { return this.#copies.toPng(options); }
   /** Copies what is selected, or else the formula, in a notation or as a picture. */
-  async copyAs(notation: keyof typeof copyForms | 'svg' | 'png'): Promise<boolean> {
-    const { handle } = this;
-    if (!handle) return false;
-    if (notation === 'png') {
-      const picture = this.toPNG({ background: 'white', colour: 'black' }).then((blob) => blob ?? new Blob());
-      await navigator.clipboard.write([new ClipboardItem({ 'image/png': picture })]);
-      return true;
-    }
-    const frame = this.#view.peek()!;
-    const text = notation === 'svg' ? this.toSVG()
-      : textOf(handle, notation, has(frame, Flag.selected), commandsOf(handle.module).byName.get('copy')!);
-    if (!text) return false;
-    await navigator.clipboard.writeText(text);
-    return true;
-  }
-
-  useClipboard(act: 'copy' | 'cut' | 'paste'): void {
-    this.parts.input.focus({ preventScroll: true });
-    if (act !== 'paste') {
-      document.execCommand(act);
-      return;
-    }
-    // A page may have to ask for this; without permission the field pastes what was copied in this page.
-    navigator.clipboard?.readText().then(
-      (text) => this.#paste((type) => type === 'text/plain' && text !== this.#ownText ? text : '', text === this.#ownText),
-      () => this.#paste(() => '', true));
-  }
-
-  get #ownText(): string { return loaded()?.copied(Form.plain) ?? ''; }
-
-  #paste(get: (type: string) => string, isOwn = false): boolean {
-    return this.act('insertFromPaste', get('text/plain') || null, (handle) => (isOwn || offerPasted(handle.module, get)) && handle.paste() !== 0);
-  }
-
-  #copy(to: DataTransfer, command: 'copy' | 'cut'): boolean {
-    const { handle } = this;
-    const frame = this.#view.peek();
-    if (!handle || !frame || !has(frame, Flag.selected)) return false;
-    const number = commandsOf(handle.module).byName.get(command)!;
-    if (command === 'cut' && this.isLocked) return false;
-    handle.run(commandsOf(handle.module).byName.get('copy')!);
-    writeCopied(handle.module, to, '');
-    if (command === 'cut') this.act('deleteByCut', null, () => handle.run(number));
-    return true;
-  }
+  copyAs(form: CopyForm): Promise<boolean> { return this.#copies.copyAs(form); }
+  useClipboard(act: 'copy' | 'cut' | 'paste'): void { this.#copies.useSystem(act); }
 
   // ---- Events
 
@@ -535,14 +417,6 @@ export class ZoltFormulaElement extends Base implements FormSide {
       if (event.key === 'Tab' && this.#isTabbed) this.runCommand('select-all');
       this.#isTabbed = false;
     });
-    for (const name of ['copy', 'cut'] as const) {
-      input.addEventListener(name, (event) => { if (event.clipboardData && this.#copy(event.clipboardData, name)) event.preventDefault(); });
-    }
-    input.addEventListener('paste', (event) => {
-      event.preventDefault();
-      const data = event.clipboardData;
-      if (data && !this.isLocked) this.#paste((type) => data.getData(type));
-    });
     frame.addEventListener('contextmenu', (event) => {
       event.preventDefault();
       const isKey = event.clientX === 0 && event.clientY === 0 || event.button !== 2 && (event as PointerEvent).pointerType === '';
@@ -555,8 +429,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
       event.preventDefault();
       input.focus({ preventScroll: true });
     });
-    this.#pointer.listenToDrags((data) => this.#copy(data, 'copy'),
-      (data) => !!this.#handle && offerPasted(this.#handle.module, (type) => data.getData(type)) && this.#handle.paste() !== 0, canPaste);
+    this.#pointer.listenToDrags(this.#copies);
   }
 
   #onPress(isTouch: boolean): void {
@@ -593,6 +466,7 @@ export class ZoltFormulaElement extends Base implements FormSide {
     this.#menu.close();
     this.#palette.close();
     this.#keyboard.close();
+    this.#speech.rest();
     this.act('', null, (handle) => {
       handle.compose('', 0);
       handle.complete();
@@ -625,8 +499,8 @@ export class ZoltFormulaElement extends Base implements FormSide {
     const handle = this.#handle!;
     const { revision, moves } = handle;
     const hasChanged = revision !== this.#painted.revision, hasMoved = moves !== this.#painted.moves;
-    this.parts.placeholder.hidden = this.#hasFocus || !has(frame, Flag.empty) || !this.placeholder;
-    this.parts.placeholder.textContent = this.placeholder;
+    const isHidden = this.#hasFocus || !has(frame, Flag.empty) || !this.placeholder;
+    if (this.parts.placeholder.hidden !== isHidden) this.parts.placeholder.hidden = isHidden;
     this.#pointer.onPaint(frame);
     this.#input.onPaint(!hasChanged && !hasMoved);
     if (hasChanged || hasMoved) {
@@ -648,18 +522,5 @@ export class ZoltFormulaElement extends Base implements FormSide {
     this.#completions.close();
     this.#palette.open(this.#caretBox());
     return true;
-  }
-
-  // ---- Names
-
-  /** The name of the hidden control is that of the field. */
-  #nameControl(): void {
-    const scope = this.getRootNode() as Document | ShadowRoot;
-    const textOfIds = (ids: string) => ids.split(/\s+/).map((id) => id && scope.getElementById?.(id)?.textContent?.trim()).filter(Boolean).join(' ');
-    const label = [...this.internals.labels ?? []].map((one) => one.textContent?.trim()).join(' ');
-    const name = textOfIds(this.#attribute('aria-labelledby')) || this.#attribute('aria-label') || label || this.placeholder || 'Formula';
-    setAttribute(this.parts.input, 'aria-label', name);
-    setAttribute(this.parts.input, 'aria-required', this.required ? 'true' : null);
-    setAttribute(this.parts.input, 'aria-roledescription', 'formula field');
   }
 }

@@ -1,15 +1,13 @@
 // The field as a control of a form: its value is computed when a form asks for it, not with every key.
 
 import { Form } from '../module/zolt_module.mjs';
+import { Later } from './later.js';
 import type { Fault, Owner } from './owner.js';
-
-const REST = 300;  // ms
-/** What a check may cost while a person types, in ms; larger formulas are checked when the field is left. */
-const MOST = 6;
 
 export interface FormSide extends Owner {
   readonly internals: ElementInternals;
   readonly required: boolean;
+  readonly placeholder: string;
   readonly name: string;
   /** The text that is submitted; "" when there is none. */
   readonly value: string;
@@ -19,8 +17,7 @@ export interface FormSide extends Owner {
 export class FormValue {
   readonly #owner: FormSide;
   #isStale = true;
-  #later = 0;
-  #cost = 0;
+  readonly #later = new Later(() => this.update(), 300, 50);
   #form: HTMLFormElement | null = null;
   #custom = '';
 
@@ -29,18 +26,16 @@ export class FormValue {
   /** The formula, or what is asked of it, has changed. */
   touch(): void {
     this.#isStale = true;
-    clearTimeout(this.#later);
-    if (this.#cost < MOST) this.#later = window.setTimeout(() => this.update(), REST);
+    this.#later.touch();
   }
 
-  stop(): void { clearTimeout(this.#later); }
+  stop(): void { this.#later.stop(); }
 
   /** Brings value and validity up to date. */
   update(): Fault | null {
-    clearTimeout(this.#later);
+    this.#later.stop();
     const { internals, handle, required, isEmpty, parts } = this.#owner;
     if (!this.#isStale) return null;
-    const began = performance.now();
     const fault = handle && !isEmpty ? handle.diagnose() : null;
     internals.setFormValue(this.#owner.value, handle?.get(Form.tree) ?? null);
     if (this.#custom) internals.setValidity({ customError: true }, this.#custom, parts.input);
@@ -48,7 +43,6 @@ export class FormValue {
     else if (fault) internals.setValidity({ badInput: true }, `${fault.message}.`, parts.input);
     else internals.setValidity({});
     this.#isStale = false;
-    this.#cost = performance.now() - began;
     return fault;
   }
 

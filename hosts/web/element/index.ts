@@ -3,7 +3,9 @@
 import { ZoltFormulaElement } from './element.js';
 
 export { ZoltFormulaElement } from './element.js';
-export type { Notation, Places, PngOptions } from './element.js';
+export type { CopyForm, PngOptions } from './clipboard.js';
+export type { Notation } from './control.js';
+export type { Places } from './element.js';
 export type { Fault } from './owner.js';
 export { load, type Sources } from './shared.js';
 export { toSvg, type SvgOptions } from './svg.js';

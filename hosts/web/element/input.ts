@@ -5,7 +5,7 @@ import { caretOf } from './frame.js';
 import { commandsOf, type Owner } from './owner.js';
 
 const PAUSE = 400;  // ms, after which names are suggested
-const REST = 250;  // ms, after which the control follows the caret
+const REST = 1000;  // ms, after which the control follows the caret
 /** How much of the row a phone's keyboard is told of, on either side of the caret. */
 const REACH = 48;
 

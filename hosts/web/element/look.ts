@@ -11,7 +11,7 @@ const css = `
   border-radius: .25em; cursor: text; -webkit-tap-highlight-color: transparent; touch-action: pan-x pan-y pinch-zoom;
 }
 :host([hidden]) { display: none }
-:host(:state(focused)) { outline: 2px solid var(--zolt-focus-color, Highlight); outline-offset: -1px }
+:host(:state(focused)) { outline: 2px solid var(--zolt-focus-color, color-mix(in srgb, Highlight 72%, currentColor)); outline-offset: -1px }
 :host(:disabled) { color: GrayText; cursor: default }
 :host([readonly]) { background: transparent }
 :host(:state(faulty)) { border-color: var(--zolt-fault-color, #d03030) }

@@ -1,5 +1,6 @@
 // Mouse, pen and touch: placing the caret, selecting, dragging what is selected, and the handles for fingers.
 
+import type { Copies } from './clipboard.js';
 import { make } from './dom.js';
 import { anchorOf, bandsOf, caretOf, Flag, has, type Box, type FrameWords } from './frame.js';
 import { commandsOf, type Owner } from './owner.js';
@@ -221,14 +222,13 @@ export class Pointer {
 
   // ---- Dragging what is selected
 
-  /** What a field offers to a drag and what it takes from one; `take` reads it, and tells whether it could. */
-  listenToDrags(offer: (data: DataTransfer) => boolean, take: (data: DataTransfer) => boolean, canTake: (data: DataTransfer) => boolean): void {
+  listenToDrags(copies: Copies): void {
     const { scroller } = this.#owner.parts;
     let isFromHere = false;
     const view = this.#view;
     const nearest = (event: DragEvent) => this.#owner.shown.toUnits(event.clientX, event.clientY);
     scroller.addEventListener('dragstart', (event) => {
-      if (!event.dataTransfer || !offer(event.dataTransfer)) return event.preventDefault();
+      if (!event.dataTransfer || !copies.write(event.dataTransfer, 'copy')) return event.preventDefault();
       event.dataTransfer.effectAllowed = this.#owner.isLocked ? 'copy' : 'copyMove';
       isFromHere = true;
     });
@@ -239,7 +239,7 @@ export class Pointer {
       if (isGone) this.#owner.act('deleteByDrag', null, (handle) => handle.run(commandsOf(handle.module).byName.get('delete-left')!));
     });
     scroller.addEventListener('dragover', (event) => {
-      if (this.#owner.isLocked || !event.dataTransfer || !canTake(event.dataTransfer)) return;
+      if (this.#owner.isLocked || !event.dataTransfer || !copies.canRead(event.dataTransfer)) return;
       event.preventDefault();
       event.dataTransfer.dropEffect = isFromHere && !event.ctrlKey ? 'move' : event.dataTransfer.effectAllowed === 'move' ? 'move' : 'copy';
       view.drop = this.#owner.handle?.findPlace(...nearest(event)) as Box | null ?? null;
@@ -262,7 +262,7 @@ export class Pointer {
         if (isMoved) return handle.moveSelection(...at);
         handle.pointerDown(...at, 1, false);
         handle.pointerUp(...at);
-        return take(data);
+        return copies.read(data);
       });
     });
   }

@@ -65,14 +65,14 @@ export function facesOf(of: Module): readonly Face[] {
 export const familyOf = (family: string): string => `Zolt ${family}`;
 
 function addFaces(of: Module, folder: URL): void {
-  for (const { style, family } of facesOf(of)) {
+  facesOf(of).forEach(({ style, family }, i) => {
     const isItalic = style === 'italic' ? '-Italic' : family.startsWith('KaTeX') ? '-Regular' : '';
     const file = new URL(`${family.replace(' ', '')}${isItalic}.woff2`, folder);
     const face = new FontFace(familyOf(family), `url("${file.href}")`, { style });
     document.fonts.add(face);
     // The others load when a character of theirs is shown.
-    if (family.startsWith('KaTeX')) void face.load().catch(() => undefined);
-  }
+    if (i < 2) void face.load().catch(() => undefined);
+  });
 }
 
 // ---- Painting

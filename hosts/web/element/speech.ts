@@ -3,38 +3,36 @@
 
 import { Form } from '../module/zolt_module.mjs';
 import { setAttribute } from './dom.js';
+import { Later } from './later.js';
 import { buildMathml } from './mathml.js';
-import type { Owner } from './owner.js';
+import type { FormSide } from './form.js';
 
-const REST = 120;  // ms after a key
 /** Longer ones take a page as long as they take a reader; they are there in words. */
-const MOST = 100_000;
+const MOST = 50_000;
 
 export class Speech {
-  readonly #owner: Owner;
-  #later = 0;
-  #isSame = true;
+  readonly #owner: FormSide;
   #shown: string | null = null;
+  readonly #telling = new Later(() => this.#tell(), 120, 20);
+  readonly #showing = new Later(() => this.#showMathml(), 1000, 50);
 
-  constructor(owner: Owner) { this.#owner = owner; }
+  constructor(owner: FormSide) { this.#owner = owner; }
 
   /** After each painting: what was done is said a moment later, in one piece. */
   touch(hasChanged: boolean): void {
-    this.#isSame &&= !hasChanged;
-    clearTimeout(this.#later);
-    this.#later = window.setTimeout(() => this.update(), REST);
+    if (this.#owner.hasFocus) this.#telling.touch();
+    if (hasChanged) this.#showing.touch();
   }
 
-  stop(): void { clearTimeout(this.#later); }
+  stop(): void {
+    this.#telling.stop();
+    this.#showing.stop();
+  }
 
-  update(): void {
+  #tell(): void {
     const { handle, hasFocus } = this.#owner;
-    if (!handle) return;
-    if (!this.#isSame || this.#shown === null) this.#showMathml();
-    if (hasFocus) {
-      const { text } = handle.announce();
-      if (text) this.say(text);
-    }
+    const text = handle && hasFocus ? handle.announce().text : '';
+    if (text) this.say(text);
   }
 
   /** The field has the focus: it says what is in it. */
@@ -45,12 +43,18 @@ export class Speech {
     setAttribute(parts.input, 'aria-description', handle.get(Form.words) || 'empty');
   }
 
+  /** The focus goes. */
+  rest(): void {
+    this.#telling.stop();
+    if (this.#showing.isWaiting) this.#showing.now();
+  }
+
   #showMathml(): void {
     const { handle, parts: { formula } } = this.#owner;
-    this.#isSame = true;
-    const text = handle!.get(Form.mathml);
+    if (!handle) return;
+    const text = handle.get(Form.mathml);
     const isReadable = text !== null && text !== '' && text.length <= MOST;
-    const shown = isReadable ? text : handle!.get(Form.words) ?? '';
+    const shown = isReadable ? text : handle.get(Form.words) ?? '';
     if (shown === this.#shown) return;
     this.#shown = shown;
     const element = isReadable ? buildMathml(text) : null;
@@ -61,5 +65,17 @@ export class Speech {
     const { announcement } = this.#owner.parts;
     // The same words once more are other words to a reader.
     announcement.textContent = announcement.textContent === words ? `${words}\u00a0` : words;
+  }
+
+  /** The hidden control has the name of the field. */
+  name(): void {
+    const { parts: { input }, internals, placeholder, required } = this.#owner;
+    const scope = this.#owner.getRootNode() as Document | ShadowRoot;
+    const named = (this.#owner.getAttribute('aria-labelledby') ?? '').split(/\s+/).map((id) => id && scope.getElementById?.(id)?.textContent?.trim());
+    const labels = [...internals.labels].map((one) => one.textContent?.trim());
+    const name = named.filter(Boolean).join(' ') || this.#owner.getAttribute('aria-label') || labels.join(' ') || placeholder || 'Formula';
+    setAttribute(input, 'aria-label', name);
+    setAttribute(input, 'aria-required', required ? 'true' : null);
+    setAttribute(input, 'aria-roledescription', 'formula field');
   }
 }

@@ -23,18 +23,20 @@ after(async () => {
 });
 
 /** A test on a page of its own with `body` in it; what the page complains of makes it fail. */
-export function withPage(name, body, act, { context: options = {}, path = null } = {}) {
-  test(name, { timeout: 30000 }, async () => {
+export function withPage(name, body, act, { context: options = {}, path = null, scripts = {}, tolerates = 'favicon' } = {}) {
+  test(name, { timeout: 120000 }, async () => {
     const context = await browser.newContext({ viewport: { width: 800, height: 600 }, ...options });
     await context.grantPermissions(['clipboard-read', 'clipboard-write'], { origin: server.address.slice(0, -1) });
     const page = await context.newPage();
+    page.setDefaultTimeout(60000);
     const complaints = [];
     page.on('console', (message) => {
-      if (message.type() === 'error' && !message.text().includes('favicon')) complaints.push(message.text());
+      if (message.type() === 'error' && !message.text().includes(tolerates)) complaints.push(message.text());
     });
     page.on('pageerror', (error) => complaints.push(error.stack));
     pages['/tried.html'] = `<!doctype html><html lang="en"><head><title>Tried</title><meta name="color-scheme" content="light dark">
       <link rel="icon" href="data:,"><script type="module" src="/zolt-formula/zolt-formula.js"></script></head><body><main><h1>Tried</h1>${body}</main></body></html>`;
+    Object.assign(pages, scripts);
     await page.goto(server.address + (path ?? 'tried.html'));
     if (!path) {
       await page.evaluate(() => Promise.all([...document.querySelectorAll('zolt-formula')].map((field) => field.ready)));

@@ -62,7 +62,7 @@ withPage('screen readers find name, words and mathematics, and hear what is done
   await page.keyboard.type('y');
   await page.waitForTimeout(250);
   assert.match(await heard(), /y/);
-  assert.equal(await page.evaluate(() => document.getElementById('f').parts.formula.querySelector('mfrac').firstElementChild.textContent.length), 2);
+  await page.waitForFunction(() => document.getElementById('f').parts.formula.querySelector('mfrac')?.firstElementChild.textContent.length === 2);
   await page.keyboard.press('Backspace');
   await page.keyboard.press('Delete');
   await page.keyboard.press('Enter');
