@@ -234,12 +234,16 @@ std::error_code replace(fs::path const& target, std::string_view bytes) {
   return cause;
 }
 
-/// Whether this user's program has ended before it gave the draft its final name.
-bool isAbandoned(fs::path const& path) {
+/// Removes the draft if it is this user's and its program ended before it gave the draft its final name. The
+/// lock is held until the draft is gone: a program that has only just created it waits for no lock, and would
+/// otherwise lose the draft after it has seen that it is still there.
+void removeIfAbandoned(fs::path const& path) {
   struct stat found = {};
   DescriptorC const draft(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  return draft && ::fstat(draft.number(), &found) == 0 && found.st_uid == ::geteuid() &&
-         ::flock(draft.number(), LOCK_EX | LOCK_NB) == 0;
+  if (draft && ::fstat(draft.number(), &found) == 0 && found.st_uid == ::geteuid() &&
+      ::flock(draft.number(), LOCK_EX | LOCK_NB) == 0) {
+    ::unlink(path.c_str());
+  }
 }
 
 void removeRemains(fs::path const& target) {
@@ -251,8 +255,8 @@ void removeRemains(fs::path const& target) {
     std::string const name = entry->path().filename().string();
     std::size_t const end = name.find_first_not_of("0123456789", std::min(start.size(), name.size()));
     if (name.compare(0, start.size(), start) == 0 && end > start.size() && end != std::string::npos &&
-        name.substr(end) == draft_end && isAbandoned(entry->path())) {
-      ::unlink(entry->path().c_str());
+        name.substr(end) == draft_end) {
+      removeIfAbandoned(entry->path());
     }
     entry.increment(failed);
   }
