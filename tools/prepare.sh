@@ -36,9 +36,10 @@ packages_for() {
     desktop) echo 'libexpat1-dev fonts-katex fonts-dejavu-core qt6-base-dev qt6-svg-dev libgiac-dev' ;;
     web) echo "$fonts em++=emscripten node=nodejs python3-brotli" ;;
     web-page) echo 'node=nodejs npm=npm' ;;
-    web-test) echo 'node=nodejs npm=npm chromium=chromium' ;;
+    web-test) echo 'node=nodejs npm=npm chromium=chromium python3-markdown' ;;
     test) echo "$tool python3=python3 python3-fonttools libgtest-dev qt6-base-dev qt6-svg-dev rsvg-convert=librsvg2-bin pdftocairo=poppler-utils" ;;
     reference) echo 'doxygen=doxygen' ;;
+    site) echo 'python3-markdown' ;;
     clang) echo 'clang++=clang' ;;
     arm32) echo 'arm-linux-gnueabihf-g++=g++-arm-linux-gnueabihf qemu-arm=qemu-user googletest' ;;
     wasm-test) echo 'em++=emscripten node=nodejs googletest' ;;
@@ -138,15 +139,19 @@ build() {
   fi || die "could not build $folder"
 }
 
+# fetch_npm <folder>: what its package-lock.json lists, unless that is there.
+fetch_npm() {
+  [ "$1/package-lock.json" -nt "$1/node_modules/.package-lock.json" ] || return 0
+  say "  fetching what $1 needs"
+  patiently "still fetching" npm --prefix "$1" ci --no-audit --no-fund >build/npm.log 2>&1 </dev/null || {
+    tail -n 5 build/npm.log >&2
+    die "npm could not fetch what $1 needs (see build/npm.log)"
+  }
+}
+
 # build_site: the package and the demonstration page of the web host, in build/web/site. Its tools come from npm, once.
 build_site() {
   build web
-  if [ hosts/web/package-lock.json -nt hosts/web/node_modules/.package-lock.json ]; then
-    say "  fetching the tools for pages"
-    patiently "still fetching" npm --prefix hosts/web ci --no-audit --no-fund >build/npm.log 2>&1 </dev/null || {
-      tail -n 5 build/npm.log >&2
-      die "npm could not fetch the tools for pages (see build/npm.log)"
-    }
-  fi
+  fetch_npm hosts/web
   node hosts/web/tools/build.mjs build/web build/web/site >&2
 }

@@ -99,7 +99,8 @@ bool hasSpareDigits(NodeABC const& node, unsigned digits) {
   if (number->crefName() == u"_neg" && number->asParent()) number = &number->asParent()->child(0);
   wstring const& text = number->crefName();
   auto const isDigit = [](char16_t c) { return math::common::isDigit(c); };
-  return !number->asParent() && std::count_if(text.begin(), text.end(), isDigit) + 1 < long{digits};
+  return !number->asParent() &&
+         std::count_if(text.begin(), text.end(), isDigit) + 1 < static_cast<long>(digits);
 }
 
 }  // namespace
