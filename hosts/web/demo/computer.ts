@@ -14,6 +14,19 @@ export interface Answer {
   readonly part: number;
 }
 
+/** Whether the page's server has the algebra system, which it runs in a process of its own. */
+export async function hasGiac(): Promise<boolean> {
+  const answer = await fetch('giac').catch(() => null);
+  return !!answer?.ok && (await answer.json().catch(() => null))?.isThere === true;
+}
+
+/** It ends what takes too long, as the worker here is ended. */
+export async function askGiac(question: Question): Promise<Answer> {
+  const body = JSON.stringify(question);
+  const answer = await fetch('giac', { method: 'POST', body, headers: { 'Content-Type': 'application/json' } }).catch(() => null);
+  return answer?.ok ? answer.json() : { outcome: 'none', text: 'The algebra system does not answer', part: 0 };
+}
+
 /** What a question may take, in ms; the engine itself stops earlier. */
 const MOST = 3000;
 

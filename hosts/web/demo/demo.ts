@@ -1,12 +1,12 @@
 // The demonstration page: a sheet of formulas whose values are shown beside them as they are typed.
 
 import type { ZoltFormulaElement } from '../element/element.js';
-import { Computer, type Answer } from './computer.js';
+import { askGiac, Computer, hasGiac, type Answer } from './computer.js';
 
 const operations = ['evaluate', 'approximate', 'simplify', 'expand', 'factor', 'solve', 'differentiate', 'integrate'] as const;
 const samples: readonly (readonly [string, typeof operations[number]])[] = [
   ['(-b+sqrt(b^2-4*a*c))/(2*a)', 'evaluate'], ['2^100/6', 'evaluate'], ['sqrt(2)*pi', 'approximate'], ['(x+1)^5', 'expand'],
-  ['sin(x)^2*cos(x)', 'differentiate'], ['x^2-5*x+6=0', 'solve'], ['sum(k=1,100,k^2)', 'evaluate'], ['', 'evaluate'],
+  ['sin(x)^2*cos(x)', 'differentiate'], ['x^2-5*x+6=0', 'solve'], ['sum(k,1,100,k^2)', 'evaluate'], ['', 'evaluate'],
 ];
 
 const at = <T extends HTMLElement>(id: string) => document.getElementById(id) as T;
@@ -79,7 +79,8 @@ class Row {
       this.#result.value = '';
       return;
     }
-    const answer = await computer.ask({ expression: prefix, operation, variable: mainVariable(prefix) });
+    const question = { expression: prefix, operation, variable: mainVariable(prefix) };
+    const answer = await (at<HTMLSelectElement>('engine').value === 'giac' ? askGiac(question) : computer.ask(question));
     // Something else may have been typed meanwhile.
     if (asked === this.#asked) this.#show(answer);
   }
@@ -141,6 +142,7 @@ async function start(): Promise<void> {
     for (const field of fields()) field.options = { decimalComma: (event.target as HTMLInputElement).checked };
   });
   at('engine').addEventListener('change', () => { for (const row of all) void row.compute(); });
+  if (await hasGiac()) at('engine').append(make('option', { value: 'giac', textContent: 'Giac (GPL-3+), on this computer' }));
   await Promise.all(all.map(({ fields }) => fields[0]!.ready));
   for (const row of all) void row.compute();
   current = all[0]!.fields[0]!;

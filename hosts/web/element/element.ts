@@ -487,7 +487,11 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   /** The key of a form. */
   #onEnter(): void {
     const { form } = this.internals;
-    if (!this.check()) return;
+    if (!this.check()) {
+      // The browser tells the cause at the field, as it does for other controls.
+      this.reportValidity();
+      return;
+    }
     this.#handle?.complete();
     this.#tellChange();
     this.#form.update();

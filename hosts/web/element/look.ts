@@ -83,7 +83,7 @@ textarea {
 .keyboard .row button:active { background: color-mix(in srgb, CanvasText 22%, transparent) }
 @media (forced-colors: active) {
   .panel button { border: 1px solid ButtonText }
-  canvas.formula { forced-color-adjust: none; text-decoration-color: SelectedItem; outline-color: Mark; color: inherit }
+  canvas.formula { forced-color-adjust: none; text-decoration-color: color-mix(in srgb, SelectedItem 45%, Canvas); outline-color: Mark; color: inherit }
 }
 `;
 

@@ -239,7 +239,8 @@ export class View implements Shown {
       const [left, , right, bottom] = composedOf(frame);
       fillBox(context, at, left, bottom, right, bottom + 0.7);
     }
-    const caret = this.drop ?? (hasFocus && this.#isCaretOn && !this.#owner.isLocked ? caretOf(frame) : null);
+    const isCaretSeen = hasFocus && this.#isCaretOn && !this.#owner.isLocked && !has(frame, Flag.selected);
+    const caret = this.drop ?? (isCaretSeen ? caretOf(frame) : null);
     if (caret) {
       const middle = (caret[0] + caret[2]) / 2, half = Math.max(CARET * 12, 1.4 * devicePixelRatio / at.scale) / 2;
       // Letters are paled beside it, so that it cannot be taken for a stroke of theirs.

@@ -47,7 +47,7 @@ withPage('the demonstration page has none, and computes', '', async (page) => {
 withPage('screen readers find name, words and mathematics, and hear what is done', '<label for="f">Term</label> <zolt-formula id="f" value="x/2" required></zolt-formula>', async (page) => {
   const client = await page.context().newCDPSession(page);
   await page.focus('#f');
-  await page.waitForTimeout(300);
+  await page.waitForFunction(() => document.getElementById('f').parts.formula.querySelector('mfrac'));
   const { nodes } = await client.send('Accessibility.getFullAXTree');
   const control = nodes.find(({ role, name }) => role?.value === 'textbox' && name?.value === 'Term');
   const property = (name) => control.properties.find((one) => one.name === name)?.value.value;
