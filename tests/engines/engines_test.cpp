@@ -8,6 +8,7 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 #include "zolt/algexpr/cas_request.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/engines/basic/basic_engine.h"
 #ifndef __EMSCRIPTEN__
 #include "zolt/engines/queue/engine_queue.h"
@@ -24,6 +25,8 @@ constexpr auto write = tests::writeExpression;
 TEST(BasicEngine, AnswersTheCases) {
   tests::standardOperators();
   tests::expectAnswers(new BasicEngineC, ZOLT_TEST_DATA "/basic.cases");
+  catalogue_extended::registerExtendedOperators(tests::standardOperators());
+  tests::expectAnswers(new BasicEngineC, ZOLT_TEST_DATA "/extended.cases");
 }
 
 // Neither depth nor length of an expression costs more than in proportion.
