@@ -22,9 +22,14 @@ struct CallRowS {
 }  // namespace
 
 void registerPlainRows() {
-  CallRowS const calls[] = {{u"product", 4, u"prod", {u"prod", u"product"}},
+  // Of several rows with one name and arity the last one is written.
+  CallRowS const calls[] = {{u"product", 4, u"prod(#1=#2,#3,#4)", {u"prod", u"product"}},
+                            {u"product", 4, u"prod", {u"prod", u"product"}},
                             {u"limit", 3, u"lim(#2->#3,#1)", {u"lim"}},
                             {u"limit", 4, u"lim(#2->#3,#1,#4)", {u"lim"}},
+                            {u"limit", 4, u"lim(#2->#3#4,#1)", {u"lim"}},
+                            {u"index", 2, u"index", {u"index", u"_"}},
+                            {u"index", 3, u"index", {u"index", u"_"}},
                             {u"antiderivative", 2, u"int", {u"int", u"primitive"}},
                             {u"diffn", 3, u"diff", {u"diff"}},
                             {u"pdiff", 2, u"pdiff", {u"pdiff"}},
@@ -34,6 +39,9 @@ void registerPlainRows() {
     registerPlainOperator({row.name, exchange::PLAIN_CALL, 0, row.written, row.read, false, row.arity});
   }
   registerPlainList({u"set", u'{', u'}', 0, {}});
+  registerPlainList({u"interval", u']', u'[', 2, {u"0", u"0"}});
+  registerPlainList({u"interval", u']', u']', 2, {u"0", u"1"}});
+  registerPlainList({u"interval", u'[', u'[', 2, {u"1", u"0"}});
   registerPlainList({u"interval", u'[', u']', 2, {u"1", u"1"}});
   registerPlainList({u"interval", u'[', u')', 2, {u"1", u"0"}});
   registerPlainList({u"interval", u'(', u']', 2, {u"0", u"1"}});

@@ -95,6 +95,16 @@ bool toDecimal(DecimalTextS const& text, DecimalS& decimal) {
   return true;
 }
 
+bool isMixedNumber(wstring_view whole, wstring_view numerator, wstring_view denominator) {
+  for (wstring_view const part : {whole, numerator, denominator}) {
+    bool const isWhole = !part.empty() && std::all_of(part.begin(), part.end(), isDigit);
+    if (!isWhole || (part[0] == u'0' && part.size() > 1)) return false;
+  }
+  bool const isLess = numerator.size() == denominator.size() ? numerator < denominator
+                                                             : numerator.size() < denominator.size();
+  return isLess && numerator != u"0";
+}
+
 void roundDecimal(DecimalS& decimal, std::size_t digits) {
   wstring& all = decimal.digits;
   if (all.size() <= digits) return;

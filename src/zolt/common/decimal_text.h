@@ -46,6 +46,10 @@ struct DecimalTextS {
 [[nodiscard]] bool readDecimalText(wstring_view text, DecimalTextS& decimal,
                                    std::size_t* breakPosition = nullptr);
 
+/// Whether a number, and another one over a third, are together a mixed number as 3 ½ is: whole numbers, of
+/// which the last two are less than one. "1 000/2" is none.
+bool isMixedNumber(wstring_view whole, wstring_view numerator, wstring_view denominator);
+
 /// A decimal number by its significant digits: 0.d1d2d3… times 10 to the `exponent`, d1 not zero. Zero has no
 /// digits.
 struct DecimalS {

@@ -25,9 +25,13 @@ struct PlainOperatorS {
   int precedence;  ///< that of the editor's operator (`ved::OperatorBC`): larger binds looser; of signs only
   /// With the blanks around it: " in ". Of a call its name, "prod", and perhaps what the arguments in
   /// brackets are made of: "lim(#2->#3,#1)", where #2 is the second argument and signs are between two of
-  /// them. A call whose arguments have not that form is one by the name that is written.
+  /// them; in "lim(#2->#3#4,#1)" #4 is a "+" for 1 or a "-" for −1. A call whose arguments have not that form
+  /// is one by the name that is written.
   wstring written;
-  std::vector<wstring> read;  ///< names, and signs of one to three characters: "in", "\u2208"
+  /// Names, and signs of one to three characters: "in", "\u2208". An operator between or after operands that
+  /// has both is shown as a sign, and its name is a variable where no operand is before it. Of a call, "_" is
+  /// an underscore between a name, the first argument, and the others in brackets: "a_(i)".
+  std::vector<wstring> read;
   bool isName =
       false;  ///< before one operand: where none follows, the sign is a name by itself, as ∇ in "∇*F"
   unsigned long arity =
@@ -54,8 +58,8 @@ void registerPlainTable(PlainTableS table);
 /// What some formulas between brackets mean, in plain text: a set, an interval.
 struct PlainListS {
   wstring name;                ///< of the function in expressions
-  char16_t open;               ///< "(", "[" or "{"
-  char16_t close;              ///< ")", "]" or "}"; it need not match
+  char16_t open;               ///< "(", "[" or "{", or "]" as in "]a,b["
+  char16_t close;              ///< ")", "]" or "}", or "["; it need not match
   unsigned long count;         ///< how many formulas there are, with commas between them; 0: one or more
   std::vector<wstring> added;  ///< further arguments, numbers: whether the ends belong to an interval
 };

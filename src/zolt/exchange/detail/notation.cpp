@@ -11,6 +11,7 @@
 
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
+#include "zolt/exchange/detail/plain_lexer.h"
 #include "zolt/exchange/plain_operator.h"
 
 namespace zolt::exchange::detail {
@@ -19,7 +20,20 @@ using namespace math::common;
 
 namespace {
 
-// The table has one row for each operator.
+// "sum(k=1,n,k)" and "where(f,x=3)" are read as they are spoken.
+constexpr CallPatternS::ArgumentS sum_arguments[] = {{1, u"=", 2}, {3, {}, 0}, {4, {}, 0}};
+constexpr CallPatternS::ArgumentS where_arguments[] = {{1, {}, 0}, {2, u"=", 3}};
+constexpr CallPatternS sum_pattern{sum_arguments, std::size(sum_arguments)};
+constexpr CallPatternS where_pattern{where_arguments, std::size(where_arguments)};
+
+constexpr NotationS makeEquationForm(std::u16string_view name, unsigned long arity,
+                                     CallPatternS const& pattern) {
+  NotationS form{name, FORM_FUNCTION, arity, {name, name}};
+  form.pattern = &pattern;
+  return form;
+}
+
+// The table has one row for each operator; what else is read as it comes later.
 constexpr NotationS notations[] = {
     {u"+", FORM_INFIX, 2, {u"+", u"+"}, RULE_SUM, RULE_SUM, tighterThan(RULE_SUM)},
     {u"-", FORM_INFIX, 2, {u"-", u"-"}, RULE_SUM, RULE_SUM, tighterThan(RULE_SUM)},
@@ -105,7 +119,9 @@ constexpr NotationS notations[] = {
     {u"cosh", FORM_FUNCTION, 1, {u"cosh", u"cosh"}},
     {u"tanh", FORM_FUNCTION, 1, {u"tanh", u"tanh"}},
     {u"ln", FORM_FUNCTION, 1, {u"ln", u"ln"}},
-    {u"exp", FORM_FUNCTION, 1, {u"exp", u"exp"}}};
+    {u"exp", FORM_FUNCTION, 1, {u"exp", u"exp"}},
+    makeEquationForm(u"sum", 4, sum_pattern),
+    makeEquationForm(u"where", 3, where_pattern)};
 
 constexpr LetterS greek_letters[] = {
     {u"alpha", u"α"},  {u"beta", u"β"},   {u"gamma", u"γ"}, {u"delta", u"δ"},   {u"epsilon", u"ε"},
@@ -173,7 +189,7 @@ struct AddedS {
   std::deque<std::pair<PlainOperatorS, NotationS>> operators;
   std::map<std::u16string_view, NotationS const*> byName;
   std::map<std::u16string_view, std::vector<ReadingS>> byText;  // calls with different numbers of arguments
-  std::deque<CallPatternS> patterns;
+  std::deque<std::pair<std::vector<CallPatternS::ArgumentS>, CallPatternS>> patterns;
   std::deque<PlainListS> lists;  // the last one first
   std::deque<PlainTableS> tables;
 };
@@ -197,8 +213,8 @@ std::pair<ReadingS const*, ReadingS const*> findReadings(std::u16string_view tex
 }
 
 /// Reads the written form of a call, "lim(#2->#3,#1)", from the bracket on.
-CallPatternS readPattern(std::u16string_view written) {
-  CallPatternS pattern;
+std::vector<CallPatternS::ArgumentS> readPattern(std::u16string_view written) {
+  std::vector<CallPatternS::ArgumentS> arguments;
   CallPatternS::ArgumentS argument{};
   std::size_t sign = 0;
   for (std::size_t i = 1; i < written.size(); ++i) {
@@ -207,16 +223,19 @@ CallPatternS readPattern(std::u16string_view written) {
       if (argument.first == 0) {
         argument.first = number;
         sign = i + 1;
+      } else if (sign + 1 == i) {
+        argument.side = number;
       } else {
         argument.second = number;
         argument.sign = written.substr(sign, i - 1 - sign);
+        sign = i + 1;
       }
     } else if (written[i] == u',' || written[i] == u')') {
-      pattern.arguments.push_back(argument);
+      arguments.push_back(argument);
       argument = {};
     }
   }
-  return pattern;
+  return arguments;
 }
 
 bool isInList(PlainListS const& list, char16_t open, char16_t close) {
@@ -246,12 +265,12 @@ NotationS const* findNotation(std::u16string_view name) {
 }
 
 NotationS const* findCall(std::u16string_view name, unsigned long numArguments) {
-  for (auto const& entry : added().operators) {
+  auto const& own = added().operators;
+  auto const found = std::find_if(own.rbegin(), own.rend(), [&](auto const& entry) {
     NotationS const& notation = entry.second;
-    if (notation.form == FORM_FUNCTION && notation.arity == numArguments && notation.name == name)
-      return &notation;
-  }
-  return findNotation(name);
+    return notation.form == FORM_FUNCTION && notation.arity == numArguments && notation.name == name;
+  });
+  return found == own.rend() ? findNotation(name) : &found->second;
 }
 
 NotationS const* findInfix(std::u16string_view name) {
@@ -274,14 +293,34 @@ ReadingS const* findReading(std::u16string_view text) {
   return first == last ? nullptr : first;
 }
 
+CallPatternS::ArgumentS const* CallPatternS::findSide() const {
+  auto const* const end = arguments + count;
+  auto const* const found = std::find_if(arguments, end, [](ArgumentS const& one) { return one.side > 0; });
+  return found == end ? nullptr : found;
+}
+
+namespace {
+
+bool hasSide(ReadingS const& reading) {
+  return reading.notation->pattern && reading.notation->pattern->findSide();
+}
+
+}  // namespace
+
 ReadingS const* findFunction(std::u16string_view text, unsigned long numArguments) {
   auto const [first, last] = findReadings(text);
   auto const found = std::find_if(first, last, [&](ReadingS const& reading) {
     unsigned long const arity = reading.notation->arity;
     unsigned long const count = arity == 0 ? 0 : reading.notation->countWritten();
     bool const fits = count == 0 || numArguments + (reading.addedArgument.empty() ? 0 : 1) == count;
-    return reading.notation->form == FORM_FUNCTION && fits;
+    return reading.notation->form == FORM_FUNCTION && fits && !hasSide(reading);
   });
+  return found == last ? nullptr : found;
+}
+
+ReadingS const* findSidedFunction(std::u16string_view text) {
+  auto const [first, last] = findReadings(text);
+  auto const found = std::find_if(first, last, hasSide);
   return found == last ? nullptr : found;
 }
 
@@ -325,10 +364,15 @@ PlainListS const* findListOf(math::algexpr::ParentNodeABC const& node) {
 
 std::size_t findMark(std::u16string_view name) {
   std::size_t const end = name.find(u'_');
-  if (end == name.npos || end + 1 == name.size()) return name.npos;
+  if (end == name.npos) return name.npos;
   NotationS const* const notation = findNotation(name.substr(0, end));
   bool const takesMark = notation && notation->form == FORM_FUNCTION && notation->arity == 2;
   return takesMark ? end : name.npos;
+}
+
+ReadingS const* findIndexing(std::u16string_view name, unsigned long numArguments) {
+  bool const isOpen = name.size() > 1 && name.back() == u'_' && findMark(name) == name.npos;
+  return isOpen ? findFunction(u"_", numArguments + 1) : nullptr;
 }
 
 NotationS const* findBrackets(char16_t sign) {
@@ -393,7 +437,10 @@ void registerPlainOperator(PlainOperatorS op) {
   RuleE const rule = kept.place == PLAIN_AFTER ? RULE_POSTFIX : ruleOf(kept.precedence);
   notation = {kept.name,        formOf(kept.place), 0, {kept.written, {}}, rule,
               beforeSign(rule), tighterThan(rule)};
-  notation.isName = kept.isName;
+  // A word that is shown as another sign is only that sign beside an operand.
+  bool const takesOperandBefore = kept.place == PLAIN_BETWEEN || kept.place == PLAIN_AFTER;
+  notation.isName =
+      kept.isName || (takesOperandBefore && !std::all_of(kept.read.begin(), kept.read.end(), isBareName));
   notation.arity = kept.place == PLAIN_ALONE     ? 0
                    : kept.place == PLAIN_CALL    ? kept.arity
                    : kept.place == PLAIN_BETWEEN ? 2
@@ -403,7 +450,10 @@ void registerPlainOperator(PlainOperatorS op) {
   if (bracket != wstring::npos) {
     std::u16string_view const written = kept.written;
     notation.plain.written = written.substr(0, bracket);
-    notation.pattern = &all.patterns.emplace_back(readPattern(written.substr(bracket)));
+    auto& [arguments, pattern] =
+        all.patterns.emplace_back(readPattern(written.substr(bracket)), CallPatternS{});
+    pattern = {arguments.data(), arguments.size()};
+    notation.pattern = &pattern;
   }
   all.byName[notation.name] = &notation;
   for (wstring const& text : kept.read) {

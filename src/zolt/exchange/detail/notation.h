@@ -61,8 +61,13 @@ struct CallPatternS {
     unsigned long first;
     std::u16string_view sign;  ///< empty: only the first
     unsigned long second;
+    unsigned long side = 0;  ///< what a "+" or "-" right after it tells, 1 or −1; 0: none is there
   };
-  std::vector<ArgumentS> arguments;
+  ArgumentS const* arguments;
+  std::size_t count;
+
+  /// The argument that has a sign after it; null: none.
+  ArgumentS const* findSide() const;
 };
 
 /// How other notations write an operator of the expression library: first what all of them need, then a part
@@ -72,14 +77,14 @@ struct NotationS {
   FormE form;
   unsigned long arity;  ///< 0: one or more
   PlainFormS plain;
-  RuleE rule = RULE_ATOM;                 ///< of the whole
-  RuleE leftRule = RULE_ATOM;             ///< of the operand before the sign
-  RuleE rightRule = RULE_ATOM;            ///< of the operand after the sign
-  char16_t sign = u'\0';                  ///< the editor's own character for it, which every notation reads
-  bool isName = false;                    ///< the sign before an operand is a name where none follows
+  RuleE rule = RULE_ATOM;       ///< of the whole
+  RuleE leftRule = RULE_ATOM;   ///< of the operand before the sign
+  RuleE rightRule = RULE_ATOM;  ///< of the operand after the sign
+  char16_t sign = u'\0';        ///< the editor's own character for it, which every notation reads
+  bool isName = false;          ///< what is read is a name where the operand that it needs is missing
   CallPatternS const* pattern = nullptr;  ///< null: the arguments are written in their order
 
-  unsigned long countWritten() const { return pattern ? pattern->arguments.size() : arity; }
+  unsigned long countWritten() const { return pattern ? pattern->count : arity; }
 };
 
 /// The operator of that name; null when there is none.
@@ -115,9 +120,14 @@ ReadingS const* findFunction(std::u16string_view text, unsigned long numArgument
 bool isFunction(std::u16string_view text);
 /// Whether hosts alone made it one: with other arguments it is a name as any other.
 bool isAddedFunction(std::u16string_view text);
-/// Where a function's name ends in a name that goes on with "_" and the second argument, as "log_2"; npos in
-/// any other name.
+/// The function with this written name whose arguments have a "+" or "-" among them that is no operation;
+/// null when there is none.
+ReadingS const* findSidedFunction(std::u16string_view text);
+/// Where a function's name ends in a name that goes on with "_" and the second argument, as "log_2", or with
+/// "_" alone, after which that argument comes in brackets; npos in any other name.
 std::size_t findMark(std::u16string_view name);
+/// The function that so many arguments in brackets after "_" make of a name, as in "a_(i+1)"; null: none.
+ReadingS const* findIndexing(std::u16string_view name, unsigned long numArguments);
 
 /// The list of so many formulas between two brackets; null when there is none.
 PlainListS const* findList(char16_t open, char16_t close, unsigned long count);

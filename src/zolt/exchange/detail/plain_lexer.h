@@ -52,6 +52,8 @@ class PlainLexerC {
   /// At the end of the text every further read gives the end token again.
   void readNextToken();
   PlainTokenS const& crefToken() const { return token_; }
+  /// The token as it is in the text.
+  std::u16string_view viewToken() const { return text_.substr(token_.begin, token_.end - token_.begin); }
 
  private:
   char16_t peek(std::size_t ahead = 0) const;

@@ -1,11 +1,13 @@
 #include "zolt/exchange/detail/plain_parser.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/algexpr/written_operand.h"
+#include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/plain_operator.h"
 
@@ -23,14 +25,23 @@ using math::algexpr::makePower;
 namespace {
 
 constexpr char16_t bar = u'|';
-char16_t openingOf(char16_t close) { return close == u')' ? u'(' : close == u']' ? u'[' : u'{'; }
+
+char16_t openingOf(char16_t close) {
+  return close == u')' ? u'(' : close == u']' ? u'[' : close == u'[' ? u']' : u'{';
+}
+
+/// Whether an operator's sign is that of a quotient or of a power.
+bool hasBareOperand(NotationS const& infix) { return infix.name == u"/" || infix.rule == RULE_POWER; }
 
 /// Puts the arguments of a call, as they are written, into the order of the operation. False, with nothing
 /// changed, when one of them has another form.
-bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC>>& arguments) {
+bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC>>& arguments,
+             PointerTC<math::algexpr::NodeABC> const& side) {
+  if (arguments.size() != call.pattern->count) return false;
   std::vector<PointerTC<math::algexpr::NodeABC>> ordered(call.arity);
   for (std::size_t i = 0; i < arguments.size(); ++i) {
     CallPatternS::ArgumentS const& form = call.pattern->arguments[i];
+    if (form.side > 0) ordered[form.side - 1] = side;
     if (form.sign.empty()) {
       ordered[form.first - 1] = arguments[i];
       continue;
@@ -67,7 +78,7 @@ PointerTC<math::algexpr::NodeABC> PlainParserC::read() {
 PlainParserC::NextE PlainParserC::readOperand() {
   switch (token().type) {
     case PLAIN_TOKEN_NUMBER:
-      return takeToken(makeNumber(token().text), true);
+      return readNumber();
     case PLAIN_TOKEN_NAME:
       return readName();
     case PLAIN_TOKEN_QUOTED_NAME:
@@ -88,13 +99,63 @@ PlainParserC::NextE PlainParserC::readOperand() {
       return isBareName(op.name) ? readWordCall(op.name) : fail(READ_ERROR_MISSING_OPERAND);
     }
     case PLAIN_TOKEN_INFIX:
+      if (token().infix->isName && isBareName(lexer_.viewToken())) return readWordAsName();
       if (isBareName(token().infix->name)) return readWordCall(token().infix->name);
       return readSignBeforeOperand();
+    case PLAIN_TOKEN_POSTFIX:
+      return isBareName(lexer_.viewToken()) ? readWordAsName() : readNoOperand();
+    case PLAIN_TOKEN_CLOSE:
+      // "]a,b[" is an interval.
+      return opensList(token().bracket) && (closes_.empty() || closes_.back() != token().bracket)
+                 ? beginGroup(u'[')
+                 : readNoOperand();
     case PLAIN_TOKEN_BAD:
       return fail(token().error);
     default:
       return readNoOperand();
   }
+}
+
+PlainParserC::NextE PlainParserC::readNumber() {
+  NodeT number = makeNumber(token().text);
+  if (!number) return fail(READ_ERROR_BAD_NUMBER);
+  lexer_.readNextToken();
+  NodeT mixed = token().type == PLAIN_TOKEN_NUMBER ? readMixedNumber(number) : nullptr;
+  return mixed ? keep(std::move(mixed)) : keep(std::move(number), true);
+}
+
+/// Reads the fraction after a whole number, "1/2" after "3", which is to be added to it. Null, with nothing
+/// read, when the two are no mixed number.
+PlainParserC::NodeT PlainParserC::readMixedNumber(NodeT const& whole) {
+  bool const isBare =
+      !frames_.empty() && frames_.back().kind == PENDING_INFIX && hasBareOperand(*frames_.back().sign);
+  if (isBare || (!frames_.empty() && frames_.back().kind == PENDING_ROOT)) return nullptr;
+  PlainLexerC ahead = lexer_;
+  wstring const numerator = ahead.crefToken().text;
+  ahead.readNextToken();
+  if (ahead.crefToken().type != PLAIN_TOKEN_INFIX || ahead.crefToken().infix->name != u"/") return nullptr;
+  ahead.readNextToken();
+  wstring const denominator = ahead.crefToken().text;
+  if (ahead.crefToken().type != PLAIN_TOKEN_NUMBER ||
+      !common::isMixedNumber(whole->getName(), numerator, denominator)) {
+    return nullptr;
+  }
+  ahead.readNextToken();
+  PlainTokenS const& next = ahead.crefToken();
+  if (next.type == PLAIN_TOKEN_SUPERSCRIPT || next.type == PLAIN_TOKEN_POSTFIX ||
+      (next.type == PLAIN_TOKEN_INFIX && next.infix->rule == RULE_POWER)) {
+    return nullptr;
+  }
+  lexer_ = std::move(ahead);
+  return makeFunction(u"+", {whole, makeFunction(u"/", {makeNumber(numerator), makeNumber(denominator)})});
+}
+
+/// Where an operand is needed, a word that is shown as a sign beside its operands is a name.
+PlainParserC::NextE PlainParserC::readWordAsName() {
+  wstring const word(lexer_.viewToken());
+  FrameS frame = startCall(word);
+  if (opensCall() && token().begin == frame.end) return beginBracket(std::move(frame));
+  return keep(makeNamed(word));
 }
 
 /// Where an operand is needed and none begins: a sign before it may be a name by itself.
@@ -135,21 +196,39 @@ PlainParserC::NextE PlainParserC::readName() {
     frame.isWritten = true;
     return readFunction(std::move(frame));
   }
-  if (opensCall() && token().begin == frame.end && takeMark(frame)) return beginBracket(std::move(frame));
   // After a blank, brackets are a factor: "a (b+c)".
-  if (opensCall() && token().begin == frame.end) return beginBracket(std::move(frame));
+  if (opensCall() && token().begin == frame.end) {
+    frame.isIndexed = frame.name.back() == u'_';
+    if (!frame.isIndexed) takeMark(frame);
+    return beginBracket(std::move(frame));
+  }
   return keep(makeNamed(toLetters(frame.name)));
 }
 
-/// Takes the base out of a name such as "log_2". False, with nothing changed, when it has none.
-bool PlainParserC::takeMark(FrameS& frame) {
+/// Takes the base out of a name such as "log_2"; does nothing when it has none.
+void PlainParserC::takeMark(FrameS& frame) {
   std::size_t const end = findMark(frame.name);
-  if (end == wstring::npos) return false;
+  if (end == wstring::npos) return;
   wstring const mark = frame.name.substr(end + 1);
   frame.second = makeNumber(mark);
   if (!frame.second) frame.second = makeNamed(mark);
   frame.name.erase(end);
   frame.isWritten = true;
+}
+
+/// Whether the brackets that have just been read hold the base of a logarithm, "log_(a+1)(x)", whose
+/// argument then begins.
+bool PlainParserC::beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments) {
+  bool const isMarked =
+      frame.isIndexed && arguments.size() == 1 && findMark(frame.name) + 1 == frame.name.size();
+  if (!isMarked || !opensCall()) return false;
+  FrameS call{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  call.name = frame.name.substr(0, frame.name.size() - 1);
+  call.isWritten = true;
+  call.second = arguments[0];
+  call.begin = frame.begin;
+  call.end = frame.end;
+  beginBracket(std::move(call));
   return true;
 }
 
@@ -254,10 +333,12 @@ bool PlainParserC::opensCall() const { return token().type == PLAIN_TOKEN_OPEN &
 PlainParserC::NextE PlainParserC::readSign() {
   switch (token().type) {
     case PLAIN_TOKEN_INFIX:
-      return readInfix();
+      return readSide() ? NEXT_SIGN : readInfix();
     case PLAIN_TOKEN_POSTFIX:
     case PLAIN_TOKEN_SUPERSCRIPT:
       return readPostfix();
+    case PLAIN_TOKEN_OPEN:
+      return endsList() ? readBracketEnd() : readProduct();
     case PLAIN_TOKEN_BAR:
       return !closes_.empty() && closes_.back() == bar ? readBracketEnd() : readProduct();
     case PLAIN_TOKEN_END:
@@ -267,10 +348,10 @@ PlainParserC::NextE PlainParserC::readSign() {
     case PLAIN_TOKEN_ROW_END:
       return readRowEnd();
     case PLAIN_TOKEN_BAD:
-      return fail(token().error);
+      return readSide() ? NEXT_SIGN : fail(token().error);
     case PLAIN_TOKEN_NUMBER:
-      // "x 2" is more often a power or an index that lost its form in copying than a product.
-      return fail(READ_ERROR_MISSING_OPERATOR);
+      // Of two numbers side by side nobody knows whether a sign is missing.
+      return isPartOfQuotient() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
     default:
       return startsFactor() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
   }
@@ -278,6 +359,49 @@ PlainParserC::NextE PlainParserC::readSign() {
 
 bool PlainParserC::startsFactor() const {
   return token().startsOperand() || (token().type == PLAIN_TOKEN_PREFIX && token().infix->rule >= RULE_SIGN);
+}
+
+/// Whether the operand before the token is no number by itself, but ends a quotient or a power: "2/3 4".
+bool PlainParserC::isPartOfQuotient() const {
+  if (!operands_.back().literal) return true;
+  auto frame = frames_.rbegin();
+  while (frame != frames_.rend() && frame->kind == PENDING_PREFIX) ++frame;
+  return frame != frames_.rend() && frame->kind == PENDING_INFIX && hasBareOperand(*frame->sign);
+}
+
+/// Reads the sign after an argument that is no operation, "+" in "lim(x->0+,f)" or "lim(x->0^+,f)". False,
+/// with nothing read, when there is none.
+bool PlainParserC::readSide() {
+  auto const call =
+      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
+  if (call == frames_.rend() || call->kind != PENDING_CALL || !call->isWritten || call->side) return false;
+  ReadingS const* const sided = findSidedFunction(call->name);
+  CallPatternS const* const pattern = sided ? sided->notation->pattern : nullptr;
+  if (!pattern || pattern->findSide() != pattern->arguments + call->commas) return false;
+  PlainLexerC ahead = lexer_;
+  bool const isRaised = token().type == PLAIN_TOKEN_INFIX && token().infix->rule == RULE_POWER;
+  if (isRaised) ahead.readNextToken();
+  std::u16string_view const written = ahead.viewToken();
+  char16_t const raised = written.size() == 1 && !isRaised ? common::loweredSign(written[0]) : u'\0';
+  char16_t const sign = written.size() != 1 ? u'\0' : raised != u'\0' ? raised : written[0];
+  if (sign != u'+' && !common::isMinus(sign)) return false;
+  ahead.readNextToken();
+  if (ahead.crefToken().type != PLAIN_TOKEN_COMMA) return false;
+  call->side = makeNumber(sign == u'+' ? wstring(u"1") : wstring{common::minus_sign, u'1'});
+  lexer_ = std::move(ahead);
+  return true;
+}
+
+/// Whether "[" ends an interval, as in "[a,b[": no operand comes after it.
+bool PlainParserC::endsList() const {
+  if (token().bracket != u']' || !token().text.empty() || closes_.empty()) return false;
+  auto const group =
+      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
+  if (group->kind != PENDING_GROUP || group->end == 0 || !closesList(openingOf(group->close), u'['))
+    return false;
+  PlainLexerC ahead = lexer_;
+  ahead.readNextToken();
+  return !ahead.crefToken().startsOperand();
 }
 
 PlainParserC::NextE PlainParserC::readInfix() {
@@ -327,6 +451,7 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
   if (type == PLAIN_TOKEN_COMMA) {
     bool const isListed = isGroup && (opensList(opened) || findTable(current.close));
     if (current.kind != PENDING_CALL && !isListed) return fail(READ_ERROR_UNEXPECTED_COMMA);
+    ++current.commas;
     // Only the bracket that closes tells whether it is a list.
     if (isGroup && current.end == 0) {
       current.begin = token().begin;
@@ -335,13 +460,14 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     lexer_.readNextToken();
     return NEXT_OPERAND;
   }
-  bool const matches = token().bracket == closes_.back();
-  bool const fits = type == PLAIN_TOKEN_BAR ||
-                    (type == PLAIN_TOKEN_CLOSE && (matches || closesList(opened, token().bracket)));
+  char16_t const close = type == PLAIN_TOKEN_OPEN ? u'[' : token().bracket;
+  bool const matches = close == closes_.back();
+  bool const fits = type == PLAIN_TOKEN_BAR || ((type == PLAIN_TOKEN_CLOSE || type == PLAIN_TOKEN_OPEN) &&
+                                                (matches || closesList(opened, close)));
   if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
   if (current.isTable) return matches ? finishTable() : fail(READ_ERROR_MISSING_CLOSE);
   PlainListS const* const list =
-      isGroup ? findList(opened, token().bracket, operands_.size() - current.firstOperand) : nullptr;
+      isGroup ? findList(opened, close, operands_.size() - current.firstOperand) : nullptr;
   if (isGroup && !list && current.end > 0) {
     if (matches && findTable(current.close)) return finishTable();
     return failAt(current.begin, current.end, READ_ERROR_UNEXPECTED_COMMA);
@@ -364,13 +490,20 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     for (std::size_t i = 0; list && i < list->added.size(); ++i) {
       arguments.push_back(makeNumber(list->added[i]));
     }
+    std::size_t const end = token().end;
+    lexer_.readNextToken();
+    if (token().begin == end && beginMarkedCall(frame, arguments)) {
+      frames_.back().firstOperand = frames_.back().rowStart = frame.firstOperand;
+      operands_.resize(frame.firstOperand);
+      return NEXT_OPERAND;
+    }
     result.node =
         list ? makeFunction(list->name, std::move(arguments)) : makeCall(frame, std::move(arguments));
     if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
   }
+  if (isGroup && !list) lexer_.readNextToken();
   operands_.resize(frame.firstOperand);
   operands_.push_back(std::move(result));
-  lexer_.readNextToken();
   return NEXT_SIGN;
 }
 
@@ -467,13 +600,20 @@ void PlainParserC::finish(FrameS const& frame) {
 }
 
 PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
-  if (!frame.isWritten) return makeFunction(frame.name, std::move(arguments));
+  if (!frame.isWritten) {
+    ReadingS const* const indexing = frame.isIndexed ? findIndexing(frame.name, arguments.size()) : nullptr;
+    if (!indexing) return makeFunction(frame.name, std::move(arguments));
+    arguments.insert(arguments.begin(), makeNamed(toLetters(frame.name.substr(0, frame.name.size() - 1))));
+    return makeFunction(wstring(indexing->notation->name), std::move(arguments));
+  }
   if (frame.second) arguments.push_back(frame.second);
-  ReadingS const* const function = findFunction(frame.name, arguments.size());
-  bool const fits = function && (!function->notation->pattern || arrange(*function->notation, arguments));
-  if (!fits && (function || isAddedFunction(frame.name)))
+  ReadingS const* const function =
+      frame.side ? findSidedFunction(frame.name) : findFunction(frame.name, arguments.size());
+  bool const fits =
+      function && (!function->notation->pattern || arrange(*function->notation, arguments, frame.side));
+  if (!fits && (isAddedFunction(frame.name) && !frame.side))
     return makeFunction(frame.name, std::move(arguments));
-  if (!function) return nullptr;
+  if (!fits) return nullptr;
   if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));
   NodeT call = makeFunction(wstring(function->notation->name), std::move(arguments));
   return frame.exponent ? makePower(std::move(call), frame.exponent) : call;

@@ -43,10 +43,13 @@ class PlainParserC {
     bool takesSign = false;           // the operand may start with a sign, even if its rule is tighter
     bool isWritten = false;           // `name` is as people write it, not as the expression library does
     bool isTable = false;             // ";" has ended a row
+    bool isIndexed = false;           // a name that ends with "_" is right before the bracket
+    unsigned commas = 0;              // in a call, so far
     wstring name = {};                // empty: brackets that only group
     NotationS const* sign = nullptr;  // of an infix operation, or what is a name when no operand follows
     NodeT exponent = {};              // of a function, as in sin²x; of a root, its index
-    NodeT second = {};                // the argument that is in the name, as in log_2(x)
+    NodeT second = {};                // the argument that is in the name, as in log_2(x), log_(a+1)(x)
+    NodeT side = {};                  // what a sign after an argument tells, as in lim(x->0+,f)
     std::size_t firstOperand = 0;
     std::size_t rowStart = 0;  // of a table: the first operand of its last row
     std::size_t begin = 0;     // what an error in the arguments marks
@@ -64,12 +67,15 @@ class PlainParserC {
   enum NextE { NEXT_OPERAND, NEXT_SIGN, NEXT_NOTHING, NEXT_FAILED };
 
   NextE readOperand();
+  NextE readNumber();
+  NodeT readMixedNumber(NodeT const& whole);
   NextE readNoOperand();
+  NextE readWordAsName();
   NextE readPrefix(NotationS const& sign, RuleE operandRule);
   NextE readSignBeforeOperand();
   NextE readRoot();
   NextE readName();
-  bool takeMark(FrameS& frame);
+  void takeMark(FrameS& frame);
   NextE readQuotedName();
   NextE readWordCall(std::u16string_view name);
   NextE readFunction(FrameS&& frame);
@@ -81,6 +87,9 @@ class PlainParserC {
 
   NextE readSign();
   bool startsFactor() const;
+  bool isPartOfQuotient() const;
+  bool readSide();
+  bool endsList() const;
   NextE readInfix();
   NextE readPostfix();
   NextE readProduct();
@@ -94,6 +103,7 @@ class PlainParserC {
   void keepShownBrackets();
   void finish(FrameS const& frame);
   NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);
+  bool beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments);
 
   NextE takeToken(NodeT node, bool literal = false);
   NextE keep(NodeT node, bool literal = false);

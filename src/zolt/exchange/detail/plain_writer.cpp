@@ -35,6 +35,14 @@ NodeABC const& firstOperand(NodeABC const& node, RuleE rule) {
   return *first;
 }
 
+/// Whether the argument that is written as a sign is one for which there is a sign.
+bool hasWritableSide(ParentNodeABC const& node, CallPatternS const& pattern) {
+  CallPatternS::ArgumentS const* const side = pattern.findSide();
+  if (!side || node.numChildren() < side->side) return true;
+  wstring const& name = node.child(side->side - 1).crefName();
+  return name == u"1" || name == wstring{common::minus_sign, u'1'};
+}
+
 }  // namespace
 
 wstring PlainWriterC::write(NodeABC const& node) {
@@ -183,11 +191,12 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
   if (writeTable(node)) return;
   if (PlainListS const* const list = findListOf(node)) return writeList(node, *list);
   wstring const& name = node.crefName();
-  NotationS const* const function = findCall(name, node.numChildren());
+  NotationS const* function = findCall(name, node.numChildren());
+  if (function && function->pattern && !hasWritableSide(node, *function->pattern)) function = nullptr;
   bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
-  } else if (isBareName(name) && !isReserved(name) && findMark(name) == name.npos) {
+  } else if (isBareName(name) && !isReserved(name) && findMark(name) == name.npos && !findIndexing(name, 1)) {
     writeBare(name);
   } else {
     writeQuoted(name);
@@ -211,9 +220,10 @@ void PlainWriterC::laterArguments(ParentNodeABC const& node, unsigned long count
 }
 
 void PlainWriterC::laterPattern(ParentNodeABC const& node, CallPatternS const& pattern) {
-  for (std::size_t i = pattern.arguments.size(); i-- > 0;) {
+  for (std::size_t i = pattern.count; i-- > 0;) {
     CallPatternS::ArgumentS const& argument = pattern.arguments[i];
     ReadingS const* const sign = argument.sign.empty() ? nullptr : findReading(argument.sign);
+    if (argument.side > 0) later(node.child(argument.side - 1).crefName() == u"1" ? u"+" : u"-");
     if (sign) {
       laterAfter(*sign->notation, node.child(argument.second - 1), sign->notation->rightRule);
       later(argument.sign);
