@@ -24,8 +24,13 @@ std::string meaningOf(NodeABC const& node, std::string& sign) {
   if (count == 0) return name.substr(sign.size());
   std::string first;
   std::string out = meaningOf(parent->child(0), first);
-  if (name == "_quietpos" || name == "_neg" || name == "_pos" || name == "_posneg") {
-    sign = (name == "_neg" ? "-" : name == "_pos" ? "+" : name == "_posneg" ? "±" : "") + first;
+  if (name == "_quietpos" || name == "_neg" || name == "_pos" || name == "_posneg" || name == "_negpos") {
+    sign = (name == "_neg"      ? "-"
+            : name == "_pos"    ? "+"
+            : name == "_posneg" ? "±"
+            : name == "_negpos" ? "∓"
+                                : "") +
+           first;
     return out;
   }
   (count == 2 && (name == "*" || name == "/") ? sign : out).insert(0, first);
@@ -42,15 +47,26 @@ std::string meaningOf(ExpressionT const& expression) {
   return sign + meaning;
 }
 
-/// "=" goes on to the value of a variable.
-bool hasRelationAsVariable(NodeABC const& node) {
+bool contains(NodeABC const& node, wstring const& name) {
+  auto const* const parent = node.asParent();
+  bool found = parent && node.getName() == name;
+  for (unsigned long i = 0; parent && i < parent->numChildren(); ++i)
+    found = found || contains(parent->child(i), name);
+  return found;
+}
+
+/// What nobody types so: a relation as the variable of a sum, from which "=" goes on to its value; tables
+/// whose arguments are no rows.
+bool isNeverTyped(NodeABC const& node) {
   auto const* const parent = node.asParent();
   if (!parent) return false;
-  wstring const name = node.getName();
-  unsigned long const variable = name == u"where" ? 1 : 0;
-  if ((name == u"where" || name == u"sum") && toUtf8(parent->child(variable).getName()) == "=") return true;
+  std::string const name = toUtf8(node.getName());
+  if (name == "matrix" || name == "det" || name == "cases") return true;
+  unsigned long const variable = name == "where" || name == "limit" ? 1 : 0;
+  bool const leads = name == "where" || name == "sum" || name == "product" || name == "limit";
+  if (leads && contains(parent->child(variable), name == "limit" ? u"to" : u"=")) return true;
   for (unsigned long i = 0; i < parent->numChildren(); ++i) {
-    if (hasRelationAsVariable(parent->child(i))) return true;
+    if (isNeverTyped(parent->child(i))) return true;
   }
   return false;
 }
@@ -62,15 +78,15 @@ TEST(TypedText, MeansWhatPastedTextMeans) {
     ExpressionT const expression = RandomExpressionC(seed, RandomExpressionC::WELL_MADE).make(1 + seed % 25);
     wstring const text = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
     // Nobody types quotes.
-    if (text.find(u'"') != wstring::npos || hasRelationAsVariable(*expression->getNode())) continue;
+    if (text.find(u'"') != wstring::npos || isNeverTyped(*expression->getNode())) continue;
     SCOPED_TRACE(toUtf8(text));
     ++typed;
     StageC stage;
-    for (char16_t const c : text) ASSERT_TRUE(stage.refField().typeCharacter(c));
+    for (char16_t const c : text) EXPECT_TRUE(stage.refField().typeCharacter(c));
     ExpressionT const pasted = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession());
     EXPECT_EQ(meaningOf(stage.refField().diagnose().expression), meaningOf(pasted)) << stage.notation();
   }
-  EXPECT_GT(typed, 1000u);
+  EXPECT_GT(typed, 800u);
 }
 
 }  // namespace

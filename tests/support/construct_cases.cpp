@@ -14,7 +14,11 @@ void checkConstructs(std::string const& path) {
     SCOPED_TRACE(one.where);
     StageC stage;
     if (one.input.compare(0, 5, "type ") == 0) {
-      for (char16_t const c : fromUtf8(one.input.substr(5))) EXPECT_TRUE(stage.refField().typeCharacter(c));
+      for (char16_t const c : fromUtf8(one.input.substr(5))) {
+        bool const isBackspace = c == u'⌫';
+        EXPECT_TRUE(isBackspace ? stage.refField().run(field::COMMAND_DELETE_LEFT)
+                                : stage.refField().typeCharacter(c));
+      }
       EXPECT_EQ(stage.notation() + " " + stage.prefix(), one.expected);
       while (stage.refField().run(field::COMMAND_UNDO)) {
       }

@@ -44,6 +44,7 @@ void registerExtendedOperators(math::ved::OperatorListC& operators) {
        {OperatorLimitC::FROM_BELOW, OperatorLimitC::FROM_ABOVE, OperatorLimitC::BOTH_SIDES}) {
     operators.add(new OperatorLimitSideC(side));
   }
+  operators.add(new OperatorLimitBothC);
   operators.add(new OperatorDiffnC);
   operators.add(new OperatorPdiffC);
   operators.add(new OperatorPdiffnC);
@@ -53,7 +54,8 @@ void registerExtendedOperators(math::ved::OperatorListC& operators) {
   operators.add(new OperatorIntervalC);
   operators.add(new OperatorIntervalEndC(OperatorIntervalEndC::END_CLOSED));
   operators.add(new OperatorIntervalEndC(OperatorIntervalEndC::END_OPEN));
-  operators.add(new OperatorIntervalFromBracketC);
+  for (char16_t const sign : {u']', u')'}) operators.add(new OperatorIntervalFromBracketC(sign));
+  operators.add(new OperatorMatrixFromIntervalC);
   addTableOperators(operators);
   addSigns(operators);
 }

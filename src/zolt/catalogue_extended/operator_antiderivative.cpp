@@ -24,6 +24,7 @@ OperatorAntiderivativeC::OperatorAntiderivativeC()
   words.shortcut = u"primitive(";
   words.names = {{u"primitive", {}}};
   words.aliases = {u"int"};
+  words.sharedName = u"integral";
   setWords(words);
 }
 

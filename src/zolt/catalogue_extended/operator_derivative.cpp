@@ -33,11 +33,12 @@ bool isRepeated(Node4C const& order) {
   return order.numChildren() < budget && takeNodes(order, budget);
 }
 
-OperatorWordsS makeWords(wstring const& title, wstring const& label) {
+OperatorWordsS makeWords(wstring const& title, wstring const& label, wstring const& sharedName = {}) {
   OperatorWordsS words;
   words.group = u"Calculus";
   words.title = title;
   words.label = label;
+  words.sharedName = sharedName;
   return words;
 }
 
@@ -107,13 +108,14 @@ void OperatorDerivativeBC::displayNode4(Node4C* node, GraphicsABC const& graphic
 }
 
 OperatorDiffnC::OperatorDiffnC()
-    : OperatorDerivativeBC(u"diffn", u"d", ANY_ORDER, makeWords(u"derivative of any order", u"dⁿ/dxⁿ")) {}
+    : OperatorDerivativeBC(u"diffn", u"d", ANY_ORDER,
+                           makeWords(u"derivative of any order", u"dⁿ/dxⁿ", u"diff")) {}
 
 OperatorPdiffC::OperatorPdiffC()
     : OperatorDerivativeBC(u"pdiff", u"∂", FIRST_ORDER, makeWords(u"partial derivative", u"∂/∂x")) {}
 
 OperatorPdiffnC::OperatorPdiffnC()
     : OperatorDerivativeBC(u"pdiffn", u"∂", ANY_ORDER,
-                           makeWords(u"partial derivative of any order", u"∂ⁿ/∂xⁿ")) {}
+                           makeWords(u"partial derivative of any order", u"∂ⁿ/∂xⁿ", u"pdiff")) {}
 
 }  // namespace zolt::catalogue_extended

@@ -32,6 +32,7 @@ OperatorIndexC::OperatorIndexC(unsigned long indices)
   words.title = u"index";
   words.label = u"xᵢ";
   words.aliases = {u"subscript"};
+  words.names = {{u"_", {}}};
   if (indices == 1) words.insideSigns = {{u',', second_name}};
   setWords(std::move(words));
 }

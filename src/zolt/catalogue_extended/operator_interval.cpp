@@ -1,5 +1,7 @@
 #include "zolt/catalogue_extended/operator_interval.h"
 
+#include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "zolt/algexpr/parent_node.h"
@@ -17,6 +19,8 @@ using namespace math::ved;
 namespace {
 
 wstring const interval_name = u"interval";
+wstring const matrix_name = u"matrix";
+wstring const matrix_from_interval_name = u"_interval_matrix";
 using EndsS = OperatorIntervalC::EndsS;
 
 wstring digit(bool belongs) { return belongs ? u"1" : u"0"; }
@@ -61,6 +65,56 @@ PlaceS findComma(Node4C const& open, PlaceS end) {
   return {};
 }
 
+/// Copies what is between the commas of a row, outside brackets, to rows of its own.
+void copyCells(Node4C const& row, std::vector<rows::NodeT>& cells) {
+  cells.push_back(std::make_unique<Node4C>(NODE4_LINE));
+  auto const append = [&cells](rows::NodeT item) {
+    cells.back()->insertChild(cells.back()->numChildren(), item.release());
+  };
+  long depth = 0;
+  for (unsigned long i = 0; i < row.numChildren(); ++i) {
+    rows::NodeT item(row.child(i)->clone());
+    if (isOpeningBracket(item->getType())) ++depth;
+    if (isClosingBracket(item->getType())) --depth;
+    if (item->getType() != NODE4_TEXT || depth > 0) {
+      append(std::move(item));
+      continue;
+    }
+    wstring const text = item->crefText();
+    for (std::size_t begin = 0, end = 0; end != text.size(); begin = end + 1) {
+      if (begin > 0) cells.push_back(std::make_unique<Node4C>(NODE4_LINE));
+      end = std::min(text.find(u',', begin), text.size());
+      append(std::make_unique<Node4C>(NODE4_TEXT, nullptr, text.substr(begin, end - begin), 0));
+    }
+  }
+}
+
+bool hasComma(Node4C const& row) {
+  std::vector<rows::NodeT> cells;
+  copyCells(row, cells);
+  return cells.size() > 1;
+}
+
+/// Puts a matrix in the place of an interval, whose formulas are its first row. Null, with nothing changed,
+/// when there is none of so many columns.
+Node4C* makeMatrix(ViewInsertionC& insertion, Node4C& interval, unsigned long numRows) {
+  std::vector<rows::NodeT> cells;
+  copyCells(*interval.child(0), cells);
+  if (!isEmptyRow(*interval.child(1))) copyCells(*interval.child(1), cells);
+  auto const registered = insertion.crefOperatorList().lookup(matrix_name);
+  auto const matrix =
+      registered ? registered->findColumns(static_cast<unsigned long>(cells.size())) : nullptr;
+  if (!matrix) return nullptr;
+  cells.resize(numRows * cells.size());
+  Node4C* const row = interval.getParent();
+  unsigned long const number = interval.findChildNumber();
+  insertion.placeCaret(placeBefore(interval));
+  row->deleteChild(number);
+  Node4C* const made = rows::makeConstruct(*matrix, std::move(cells)).release();
+  row->insertChild(number, made);
+  return made;
+}
+
 /// Whether a name is right before the bracket.
 bool isCall(Node4C const& open) {
   Node4C const* const before = open.goLeft();
@@ -86,7 +140,8 @@ OperatorIntervalC::OperatorIntervalC(EndsS ends)
   words.typedRows = {0, 1};
   words.insideSigns = {{u']', OperatorIntervalEndC::nameOf(OperatorIntervalEndC::END_CLOSED)},
                        {u')', OperatorIntervalEndC::nameOf(OperatorIntervalEndC::END_OPEN)},
-                       {u'[', OperatorIntervalEndC::nameOf(OperatorIntervalEndC::END_OPEN)}};
+                       {u'[', OperatorIntervalEndC::nameOf(OperatorIntervalEndC::END_OPEN)},
+                       {u';', matrix_from_interval_name}};
   setWords(std::move(words));
 }
 
@@ -179,6 +234,11 @@ bool OperatorIntervalEndC::runOperator(ViewZNT4C& view) const {
     return true;
   }
   bool const left = static_cast<OperatorIntervalC const&>(*interval->crefOperator()).getEnds().left;
+  if (left && end_ == END_CLOSED && hasComma(*interval->child(1))) {
+    Node4C const* const matrix = makeMatrix(insertion, *interval, 1);
+    if (matrix) insertion.placeCaret(placeAfter(*matrix));
+    return matrix != nullptr;
+  }
   auto const ended = findInterval(insertion.crefOperatorList(), {left, end_ == END_CLOSED});
   if (!ended) return false;
   interval->setOperator(ended);
@@ -186,21 +246,25 @@ bool OperatorIntervalEndC::runOperator(ViewZNT4C& view) const {
   return true;
 }
 
-OperatorIntervalFromBracketC::OperatorIntervalFromBracketC()
-    : OperatorBC(u"_interval_bracket", u"_interval_bracket", 0, 0, false, false, 0) {
+OperatorIntervalFromBracketC::OperatorIntervalFromBracketC(char16_t sign)
+    : OperatorBC(u"_interval_to" + wstring(1, sign), u"_interval_to" + wstring(1, sign), 0, 0, false, false,
+                 0),
+      isClosed_(sign == u']') {
   OperatorWordsS words;
-  words.signs = u"]";
+  words.signs = wstring(1, sign);
   setWords(std::move(words));
 }
 
 bool OperatorIntervalFromBracketC::appliesAt(PlaceS const& caret) const {
   Node4C const* const open = findOpenBracket(caret);
-  return !open || (findComma(*open, caret) && !isCall(*open));
+  if (!open) return isClosed_;
+  bool const isOpen = isClosed_ || hasSuppliedClose(*open->getParent());
+  return isOpen && findComma(*open, caret) && !isCall(*open);
 }
 
 bool OperatorIntervalFromBracketC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
-  auto const halfOpen = findInterval(insertion.crefOperatorList(), {false, true});
+  auto const halfOpen = findInterval(insertion.crefOperatorList(), {false, isClosed_});
   if (!halfOpen) return false;
   PlaceS const end = insertion.getCaret();
   Node4C const* const open = findOpenBracket(end);
@@ -222,6 +286,22 @@ bool OperatorIntervalFromBracketC::runOperator(ViewZNT4C& view) const {
   insertion.insertConstruct(rows::makeConstruct(*halfOpen, std::move(rows)), 1);
   Node4C* const interval = insertion.refEnclosing(interval_name);
   insertion.placeCaret(placeAfter(*interval));
+  return true;
+}
+
+OperatorMatrixFromIntervalC::OperatorMatrixFromIntervalC()
+    : OperatorBC(matrix_from_interval_name, matrix_from_interval_name, 0, 0, false, false, 0) {}
+
+bool OperatorMatrixFromIntervalC::appliesAt(PlaceS const& caret) const {
+  return findEndedInterval(caret) != nullptr;
+}
+
+bool OperatorMatrixFromIntervalC::runOperator(ViewZNT4C& view) const {
+  ViewInsertionC insertion(view);
+  if (!appliesAt(insertion.getCaret())) return false;
+  Node4C const* const matrix = makeMatrix(insertion, *insertion.refEnclosing(interval_name), 2);
+  if (!matrix) return false;
+  insertion.placeCaret(rowStart(*matrix->child(matrix->numChildren() / 2)));
   return true;
 }
 

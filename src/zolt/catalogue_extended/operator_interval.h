@@ -54,12 +54,22 @@ class OperatorIntervalEndC : public math::ved::OperatorBC {
   EndE end_;
 };
 
-/// "]" typed elsewhere: it ends the interval that "(" began, as in "(a,b]", or begins one without its left
-/// end,
-/// "]a,b[".
+/// "]" or ")" typed elsewhere: it ends the interval that "(" began, as in "(a,b]"; "]" also begins one
+/// without its left end, "]a,b[".
 class OperatorIntervalFromBracketC : public math::ved::OperatorBC {
  public:
-  OperatorIntervalFromBracketC();
+  explicit OperatorIntervalFromBracketC(char16_t sign);
+  bool appliesAt(math::ved::PlaceS const& caret) const override;
+  bool runOperator(math::ved::ViewZNT4C& view) const override;
+
+ private:
+  bool isClosed_;
+};
+
+/// ";" typed in what "[" began: its formulas are the first row of a matrix, "[a,b;c,d]".
+class OperatorMatrixFromIntervalC : public math::ved::OperatorBC {
+ public:
+  OperatorMatrixFromIntervalC();
   bool appliesAt(math::ved::PlaceS const& caret) const override;
   bool runOperator(math::ved::ViewZNT4C& view) const override;
 };

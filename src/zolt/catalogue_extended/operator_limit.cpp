@@ -18,6 +18,7 @@ using namespace math::ved;
 namespace {
 
 wstring const limit_name = u"limit";
+wstring const both_sides_name = u"_limit_both";
 wstring const sign_text = u"lim";
 wstring const arrow = u"→";
 wstring const minus = {math::common::minus_sign};
@@ -81,7 +82,8 @@ OperatorLimitC::OperatorLimitC(SideE side)
   words.valueSign = arrow[0];
   words.insideSigns = {{u'+', OperatorLimitSideC::nameOf(FROM_ABOVE)},
                        {u'-', OperatorLimitSideC::nameOf(FROM_BELOW)},
-                       {u',', OperatorLimitSideC::nameOf(BOTH_SIDES)}};
+                       {u',', OperatorLimitSideC::nameOf(BOTH_SIDES)},
+                       {u'\b', both_sides_name}};
   setWords(std::move(words));
 }
 
@@ -213,6 +215,22 @@ bool OperatorLimitSideC::runOperator(ViewZNT4C& view) const {
     power->getParent()->deleteChild(power->findChildNumber());
   }
   limit->setOperator(variant);
+  return true;
+}
+
+OperatorLimitBothC::OperatorLimitBothC()
+    : OperatorBC(both_sides_name, both_sides_name, 0, 0, false, false, 0) {}
+
+bool OperatorLimitBothC::appliesAt(PlaceS const& caret) const {
+  Node4C const* const limit = findLimitOfPlace(*caret.node);
+  return limit && isAtRowEnd(caret) && !limit->crefOperator()->getVariant().empty();
+}
+
+bool OperatorLimitBothC::runOperator(ViewZNT4C& view) const {
+  ViewInsertionC insertion(view);
+  auto const registered = insertion.crefOperatorList().lookup(limit_name);
+  if (!registered || !appliesAt(insertion.getCaret())) return false;
+  insertion.refEnclosing(limit_name)->setOperator(registered);
   return true;
 }
 

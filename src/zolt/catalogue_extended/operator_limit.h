@@ -45,4 +45,12 @@ class OperatorLimitSideC : public math::ved::OperatorBC {
   OperatorLimitC::SideE side_;
 };
 
+/// Makes the limit around the caret one from both sides: Backspace after the sign of its side.
+class OperatorLimitBothC : public math::ved::OperatorBC {
+ public:
+  OperatorLimitBothC();
+  bool appliesAt(math::ved::PlaceS const& caret) const override;
+  bool runOperator(math::ved::ViewZNT4C& view) const override;
+};
+
 }  // namespace zolt::catalogue_extended

@@ -17,6 +17,7 @@ OperatorMatrixC::OperatorMatrixC(unsigned long columns)
   words.aliases = {u"bmatrix", u"pmatrix", u"array"};
   words.label = u"[:::]";
   words.closingSign = u']';
+  words.insideSigns.push_back({u']', table_end_name});
   setWords(words);
   if (columns == usual_columns) makeVariants<OperatorMatrixC>();
 }

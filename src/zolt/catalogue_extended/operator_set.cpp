@@ -6,6 +6,7 @@
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/view_insertion.h"
 
 namespace zolt::catalogue_extended {
@@ -64,11 +65,15 @@ void OperatorSetC::displayNode4(Node4C* node, GraphicsABC const& graphics, long 
 
 OperatorElementC::OperatorElementC() : OperatorBC(element_name, element_name, 0, 0, false, false, 0) {}
 
+bool OperatorElementC::appliesAt(PlaceS const& caret) const {
+  Node4C const* const set = enclosingItem(*caret.node);
+  return set && set->getType() == NODE4_OPERATOR && set->crefText() == set_name;
+}
+
 bool OperatorElementC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
   Node4C* const set = insertion.refEnclosing(set_name);
-  if (!set || insertion.refEnclosing() != set || set->numChildren() >= OperatorSetC::max_elements)
-    return false;
+  if (!appliesAt(insertion.getCaret()) || set->numChildren() >= OperatorSetC::max_elements) return false;
   if (!insertion.deleteSelection()) return false;
   insertion.splitText(true);
   Node4C& row = *insertion.getCaret().node->getParent();

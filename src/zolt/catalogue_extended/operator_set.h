@@ -25,6 +25,7 @@ class OperatorSetC : public math::ved::ConstructBC {
 class OperatorElementC : public math::ved::OperatorBC {
  public:
   OperatorElementC();
+  bool appliesAt(math::ved::PlaceS const& caret) const override;
   bool runOperator(math::ved::ViewZNT4C& view) const override;
 };
 

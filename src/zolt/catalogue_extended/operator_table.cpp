@@ -62,7 +62,7 @@ OperatorWordsS OperatorTableBC::makeWords(wstring const& title) {
   OperatorWordsS words;
   words.group = u"Matrices";
   words.title = title;
-  words.insideSigns = {{u',', next_cell_name}, {u';', next_row_name}};
+  words.insideSigns = {{u',', next_cell_name}, {u';', next_row_name}, {u')', table_end_name}};
   return words;
 }
 

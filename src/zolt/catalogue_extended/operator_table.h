@@ -13,9 +13,10 @@ using math::ved::Node4C;
 using oss::PointerTC;
 using oss::wstring;
 
-/// The operators that a typed "," and ";" insert in a table.
+/// The operators that a typed "," and ";" insert in a table, and a sign that closes it in its empty last row.
 constexpr char16_t const* next_cell_name = u"_next_cell";
 constexpr char16_t const* next_row_name = u"_next_row";
+constexpr char16_t const* table_end_name = u"_table_end";
 
 /// A construct whose rows are the cells of a table: name(list(a,b),list(c,d)), one list for each row of the
 /// table. Lists of different lengths, and tables beyond `limits::max_table_cells`, stay the call that they

@@ -91,7 +91,7 @@ constexpr SignS table[] = {
     // The text is one of two operators, like "+"; the one between operands is what a key inserts for both.
     {u"_negpos", u'∓', OPERATOR_BEFORE, PRECEDENCE_SIGN, nullptr, u"", u"∓", u"\\mp ∓"},
     {u"-+", u'∓', OPERATOR_BETWEEN, PRECEDENCE_SUM, arithmetic, u"minus or plus", u"∓", u"\\mp ∓",
-     u"mp minusplus", u"-+", u"−+"},
+     u"mp minusplus"},
     {u"percent", u'%', OPERATOR_AFTER, PRECEDENCE_AFTER, arithmetic, u"percent", u"% percent", u"\\%", u"",
      u"", u"", u"%"},
     {u"permille", u'‰', OPERATOR_AFTER, PRECEDENCE_AFTER, arithmetic, u"per mille", u"‰ permille", u"‰",

@@ -8,6 +8,9 @@
 #include "zolt/exchange/plain_operator.h"
 #include "zolt/ved/operators/operator_table_act.h"
 #include "zolt/ved/operators/operator_table_template.h"
+#include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/view/view_insertion.h"
 
 namespace zolt::catalogue_extended {
 
@@ -23,6 +26,35 @@ OperatorWordsS makeWords(wstring const& title, wstring const& label, std::vector
   words.aliases = std::move(aliases);
   return words;
 }
+
+/// "]" typed in a last row that is empty, as in "[a,b;]": the table ends with the row before it.
+class TableEndC : public OperatorBC {
+ public:
+  TableEndC() : OperatorBC(table_end_name, table_end_name, 0, 0, false, false, 0) {}
+
+  bool appliesAt(PlaceS const& caret) const override {
+    Node4C const* const table = enclosingItem(*caret.node);
+    if (!table || table->getType() != NODE4_OPERATOR) return false;
+    unsigned long const columns = table->crefOperator()->getColumns(), count = table->numChildren();
+    if (columns == 0 || count < 2 * columns || caret.node->getParent()->findChildNumber() != count - columns)
+      return false;
+    for (unsigned long i = count - columns; i < count; ++i) {
+      if (!isEmptyRow(*table->child(i))) return false;
+    }
+    return true;
+  }
+
+  bool runOperator(ViewZNT4C& view) const override {
+    ViewInsertionC insertion(view);
+    Node4C* const table = insertion.refEnclosing();
+    if (!table || !appliesAt(insertion.getCaret())) return false;
+    insertion.placeCaret(placeAfter(*table));
+    for (unsigned long i = table->crefOperator()->getColumns(); i > 0; --i) {
+      table->deleteChild(table->numChildren() - 1);
+    }
+    return true;
+  }
+};
 
 }  // namespace
 
@@ -61,6 +93,7 @@ void addTableOperators(OperatorListC& operators) {
   exchange::registerPlainTable({u"matrix", u'[', u']'});
   exchange::registerPlainTable({u"det"});
   exchange::registerPlainTable({u"cases"});
+  operators.add(new TableEndC);
   operators.add(new OperatorTableActC(next_cell_name, TABLE_NEXT_CELL, 0));
   operators.add(new OperatorTableActC(next_row_name, TABLE_NEXT_ROW, 0));
 }

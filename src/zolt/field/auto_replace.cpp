@@ -5,6 +5,7 @@
 #include "zolt/common/signs.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/name_factors.h"
 #include "zolt/field/detail/word_bounds.h"
@@ -50,11 +51,10 @@ struct NameS {
   wstring text;
 };
 
-/// The name that ends at the place, without a number before it: "2pi" ends in the name "pi".
+/// The name that ends at the place.
 NameS nameEndingAt(PlaceS end) {
   wstring const& text = end.node->crefText();
-  unsigned int start = wordStart(text, end.pos);
-  while (start < end.pos && math::common::startsNumber(text[start])) ++start;
+  unsigned int const start = nameStart(text, end.pos);
   return {{end.node, start}, text.substr(start, end.pos - start)};
 }
 
@@ -79,54 +79,6 @@ bool beginsAnotherName(PlaceS caret) {
   return !name.text.empty() && name.text.back() != u'_';
 }
 
-/// Handles "name(" when "(" was just typed.
-ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& open) {
-  NameS const typed = nameEndingAt(placeBefore(open));
-  ConstructNameS name = findConstruct(view.crefOperatorList(), typed.text);
-  ConstructReplacementS found;
-  if (!name.op) return found;
-  found.op = name.op;
-  found.begin = typed.begin;
-  found.end = view.getSelection().caret;
-  // The typed bracket may complete a pair; the content of the pair is then the argument.
-  Node4C const* const close = hasSuppliedClose(*open.getParent()) ? nullptr : findPartner(open);
-  if (close && close->getType() == NODE4_CLOSE) {
-    found.contentBegin = found.end;
-    found.contentEnd = placeBefore(*close);
-    found.end = placeAfter(*close);
-  }
-  auto const rows = argumentRows(*name.op, name.op->getInsertedRows());
-  found.contentRow = found.caretRow = rows.front();
-  if (rows.size() > 1) found.markRow = rows[1];
-  found.mark = std::move(name.mark);
-  return found;
-}
-
-/// Handles "name(argument," when the comma was just typed and only the closing bracket follows it.
-ConstructReplacementS findPairedConstruct(ViewZNT4C const& view, PlaceS caret) {
-  ConstructReplacementS found;
-  Node4C const* const open = findOpenBracket(caret);
-  Node4C const* const next = caret.pos == caret.node->sizeText() ? caret.node->goRight() : nullptr;
-  if (!open || !next || !isClosingBracket(next->getType())) return found;
-  NameS const typed = nameEndingAt(placeBefore(*open));
-  auto const op = findConstructOfPair(view.crefOperatorList(), typed.text);
-  PlaceS const comma{caret.node, caret.pos - 1};
-  if (!op || hasComma(placeAfter(*open), comma)) return found;
-  found.op = op;
-  found.begin = typed.begin;
-  found.end = next->getType() == NODE4_CLOSE ? placeAfter(*next) : caret;
-  found.contentBegin = placeAfter(*open);
-  found.contentEnd = comma;
-  auto const rows = argumentRows(*op, op->getInsertedRows());
-  found.contentRow = rows[0];
-  found.caretRow = rows[1];
-  return found;
-}
-
-}  // namespace
-
-namespace {
-
 /// The character that a typed one means at the place: itself where an operator has it for its own, as "[" of
 /// an interval, and else the sign that it looks like.
 char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC const& operators,
@@ -136,7 +88,7 @@ char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC cons
   bool const isOwn =
       (op && op->appliesAt(place)) ||
       (isLookAlike && !selected &&
-       (findByInsideSign(operators, place, typed) || leaveByClosingSign(place, typed, operators)));
+       (findByInsideSign(operators, place, typed).op || leaveByClosingSign(place, typed, operators)));
   return isOwn ? typed : foldTyped(typed, options);
 }
 
@@ -155,13 +107,20 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   char16_t const c = meantAt(place, selected, typed, operators, options);
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
   if (selected && c == u'^' && options.exponents) return {INPUT_OPEN_EXPONENT, {}, {}, {}};
-  if (auto const op = selected ? nullptr : findByInsideSign(operators, place, c)) {
-    return {INPUT_OPERATOR, op->getName(), {}, {}};
+  if (InsideSignS const inside = selected ? InsideSignS() : findByInsideSign(operators, place, c);
+      inside.op) {
+    return {INPUT_OPERATOR, inside.op->getName(), inside.target, {}};
+  }
+  bool const isCounted = c == u',' || c == u')';
+  if (isCounted && !selected && options.constructs && findRecountedConstruct(view, c).op) {
+    return {INPUT_RECOUNT, wstring(1, c), {}, {}};
   }
   if (PlaceS const value = selected || !options.leaving ? PlaceS() : leaveByValueSign(place, wstring(1, c))) {
     return {INPUT_MOVE, {}, value, {}};
   }
-  if (auto const op = findBySign(operators, c)) return decideSign(view, c, *op, options);
+  if (auto const op = findBySign(operators, c); op && (selected || op->appliesAt(place))) {
+    return decideSign(view, c, *op, options);
+  }
   if (c >= 0x80 && findConstruct(operators, wstring(1, c)).op) return {INPUT_CALL, wstring(1, c), {}, {}};
 
   InputDecisionS decision{INPUT_TEXT, wstring(1, c), {}, {}};
@@ -283,31 +242,6 @@ ReplacementS findFactorReplacement(ViewZNT4C const& view) {
   auto const word = view.crefOperatorList().lookupText(text.substr(start, begin.pos - start));
   bool const takesOperand = word && (word->isLinear() || word->getArity() > 0);
   return takesOperand ? ReplacementS() : ReplacementS{begin, end, u"*", {}};
-}
-
-ConstructReplacementS makeCall(ViewZNT4C const& view, wstring const& name) {
-  ConstructNameS named = findConstruct(view.crefOperatorList(), name);
-  SelectionS const stretch = inOneRow(view.getSelection());
-  ConstructReplacementS call;
-  call.begin = call.contentBegin = stretch.anchor;
-  call.end = call.contentEnd = stretch.caret;
-  auto const rows = argumentRows(*named.op, named.op->getInsertedRows());
-  call.contentRow = call.caretRow = rows.front();
-  if (rows.size() > 1) call.markRow = rows[1];
-  call.mark = std::move(named.mark);
-  call.op = std::move(named.op);
-  return call;
-}
-
-ConstructReplacementS findConstructReplacement(ViewZNT4C const& view) {
-  PlaceS const caret = view.getSelection().caret;
-  if (caret.pos == 0) {
-    Node4C const* const left = caret.node->goLeft();
-    if (left && left->getType() == NODE4_OPEN) return findOpenedConstruct(view, *left);
-  } else if (caret.node->crefText()[caret.pos - 1] == u',') {
-    return findPairedConstruct(view, caret);
-  }
-  return {};
 }
 
 }  // namespace zolt::field

@@ -27,6 +27,7 @@ enum InputKindE {
   INPUT_EXPONENT,  ///< the text becomes an exponent of what is before the caret; the caret then leaves it
   INPUT_OPEN_EXPONENT,  ///< the same, but the caret stays in the exponent
   INPUT_CALL,     ///< the construct of that name is inserted, with what the name says about its arguments
+  INPUT_RECOUNT,  ///< the construct around the caret becomes the one of another number of arguments
   INPUT_BRACKETS  ///< the selection is put between brackets
 };
 
@@ -72,27 +73,5 @@ ReplacementS findFunctionReplacement(math::ved::ViewZNT4C const& view, PlaceS en
 /// The replacement for a blank between a name and the "(" that was just typed: there the brackets are a
 /// factor, "a (b+c)", and not arguments.
 ReplacementS findFactorReplacement(math::ved::ViewZNT4C const& view);
-
-/// A call and the construct that replaces it.
-struct ConstructReplacementS {
-  PointerTC<math::ved::OperatorBC> op;  ///< null: nothing is replaced
-  PlaceS begin;
-  PlaceS end;
-  /// The content of the brackets, which moves to the row `contentRow`. Null: there is none.
-  PlaceS contentBegin;
-  PlaceS contentEnd;
-  unsigned long contentRow = 0;
-  /// What was written after the name, as in "log_2(", which goes into the row `markRow`.
-  wstring mark;
-  unsigned long markRow = 0;
-  unsigned long caretRow = 0;
-};
-
-/// What puts the construct of that name in the place of the selection, which becomes its first argument.
-ConstructReplacementS makeCall(math::ved::ViewZNT4C const& view, wstring const& name);
-
-/// The replacement for the call whose "(" (or first ",") was just typed before the caret. A name that is also
-/// the text of a plain function stays that function until the comma: "log(x)" is a decimal logarithm.
-ConstructReplacementS findConstructReplacement(math::ved::ViewZNT4C const& view);
 
 }  // namespace zolt::field

@@ -27,7 +27,8 @@ using oss::wstring;
 
 namespace detail {
 class DecimalCommaGraphicsC;
-}
+struct ConstructReplacementS;
+}  // namespace detail
 
 /// A formula field without a window: a view together with what people expect of a formula field on any
 /// toolkit. A host translates its events into the calls below and paints the view and the rectangles.
@@ -218,10 +219,14 @@ class FormulaFieldC {
   bool actOn(InputDecisionS const& decision);
   bool actByRule(InputDecisionS const& decision);
   bool insert(InputDecisionS const& decision);
+  bool insertFraction();
+  bool moveWordOut();
   PlaceS findPower() const;
   bool runOperator(wstring const& name);
   bool selectOperand(PlaceS begin);
   bool bracketPower();
+  bool makeBase();
+  bool raiseSelection(InputDecisionS const& decision);
   bool typeExponent(InputDecisionS const& decision);
   bool bracketSelection();
   bool ungroup(PlaceS after);
@@ -231,7 +236,7 @@ class FormulaFieldC {
   void replaceCompleted(InputDecisionS const& decision);
   void replaceEndedName(wstring const& by);
   bool replaceText(ReplacementS const& replacement);
-  bool replaceCall(ConstructReplacementS const& replacement);
+  bool replaceCall(detail::ConstructReplacementS const& replacement);
   bool refuse(wstring const& text, ReadErrorS error);
   math::common::ReadErrorE findCause(char16_t typed) const;
 
@@ -262,6 +267,7 @@ class FormulaFieldC {
   bool runEdit(CommandE command);
   bool undoAct();
   bool redoAct();
+  bool deleteMark();
   bool deleteLeft();
   bool deleteRight();
   bool deleteItem(CommandE motion);

@@ -1,4 +1,5 @@
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/field/selection_growth.h"
@@ -221,8 +222,16 @@ bool FormulaFieldC::redoAct() {
   return done;
 }
 
+/// Lets the construct around the caret lose what is in none of its rows, if its rows end at the caret.
+bool FormulaFieldC::deleteMark() {
+  auto const [op, target] =
+      findByInsideSign(view_.crefOperatorList(), caret(), static_cast<char16_t>(KEY_BACKSPACE));
+  return op && !target && view_.insertOperator(op);
+}
+
 bool FormulaFieldC::deleteLeft() {
   if (view_.isSelected()) return sendKey(KEY_BACKSPACE);
+  if (deleteMark()) return true;
   PlaceS const at = caret();
   Node4C const* const row = at.node->getParent();
   unsigned long const count = row->numChildren();
@@ -246,8 +255,9 @@ bool FormulaFieldC::deleteLeft() {
 }
 
 bool FormulaFieldC::deleteRight() {
-  PlaceS const at = caret();
   if (view_.isSelected()) return sendKey(KEY_DELETE);
+  if (deleteMark()) return true;
+  PlaceS const at = caret();
   if (at.pos < at.node->sizeText()) {
     long column = no_column;
     PlaceS const end = findTarget(COMMAND_RIGHT, view_, at, column);

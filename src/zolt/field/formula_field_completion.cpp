@@ -1,5 +1,6 @@
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"

@@ -4,12 +4,14 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator_table_template.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/table_view.h"
 
@@ -76,12 +78,14 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (!view_.isEditable()) return false;
   act.dropMark();
   if (auto const taken = typeInCompletion(c)) return *taken;
-  if (ungrouped && bindsToGroup(c) && !regroup()) return false;
+  if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
+  bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
   InputDecisionS decision = decideInput(view_, c, options_);
-  if (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT)) {
+  if (movedOut || (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT))) {
     // The name must be found before the caret leaves it.
-    completeName();
-    decision = decideInput(view_, c, options_);
+    if (!movedOut) completeName();
+    bool const hasSpace = c == u' ' && endsSignBetween(caret(), view_.crefOperatorList());
+    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}} : decideInput(view_, c, options_);
   }
   if (wordTyped_ && options_.singleLetters && decision.text == u"(") {
     ReplacementS const found =
@@ -179,10 +183,12 @@ bool FormulaFieldC::takeRefusal(RefusalS& refusal) {
 bool FormulaFieldC::runOperator(wstring const& name) {
   auto const op = view_.crefOperatorList().lookup(name);
   if (!op) return false;
-  if (name == u"^" && view_.isSelected() && options_.exponents) {
-    return typeExponent({INPUT_OPEN_EXPONENT, {}, {}, {}});
+  if (view_.isSelected() && options_.exponents && raisesBase(name, view_.crefOperatorList())) {
+    return name == u"^" ? typeExponent({INPUT_OPEN_EXPONENT, {}, {}, {}})
+                        : raiseSelection({INPUT_OPERATOR, name, {}, {}});
   }
   SelectionS const stretch = inOneRow(view_.getSelection());
+  if (name == u"/") return insertFraction();
   if (!beginsWithName(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
   SelectionPathS places = pathOf(stretch);
   ++places.anchor.pos;
@@ -207,8 +213,8 @@ bool FormulaFieldC::pressKey(unsigned long code, bool shift) {
   if (op) {
     GroupC group(*this);
     completeName();
-    bool const isPower = op->getName() == u"^" && view_.isSelected();
-    return group.end(isPower ? runOperator(op->getName()) : view_.insertOperator(op));
+    bool const raises = view_.isSelected() && raisesBase(op->getName(), view_.crefOperatorList());
+    return group.end(raises ? runOperator(op->getName()) : view_.insertOperator(op));
   }
   for (KeyCommandS const& key : key_commands) {
     if (key.code == code) return run(shift ? key.shifted : key.plain);
@@ -223,7 +229,9 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return placeCaret(decision.target);
     case INPUT_OPERATOR:
     case INPUT_TEXT: {
-      bool const raisesPower = findPower() && raisesBase(decision.text, view_.crefOperatorList());
+      bool const raises = raisesBase(decision.text, view_.crefOperatorList());
+      if (raises && view_.isSelected() && options_.exponents) return raiseSelection(decision);
+      bool const raisesPower = raises && findPower();
       return decision.target || decision.begin || raisesPower ? actByRule(decision) : insert(decision);
     }
     case INPUT_EXPONENT:
@@ -231,6 +239,8 @@ bool FormulaFieldC::actOn(InputDecisionS const& decision) {
       return typeExponent(decision);
     case INPUT_CALL:
       return replaceCall(makeCall(view_, decision.text));
+    case INPUT_RECOUNT:
+      return replaceCall(findRecountedConstruct(view_, decision.text[0]));
     case INPUT_BRACKETS:
       return bracketSelection();
   }
@@ -252,7 +262,34 @@ bool FormulaFieldC::actByRule(InputDecisionS const& decision) {
 }
 
 bool FormulaFieldC::insert(InputDecisionS const& decision) {
-  return decision.kind == INPUT_TEXT ? view_.insertText(decision.text) : runOperator(decision.text);
+  if (decision.kind != INPUT_TEXT) return runOperator(decision.text);
+  return decision.text == u"/" ? insertFraction() : view_.insertText(decision.text);
+}
+
+bool FormulaFieldC::insertFraction() {
+  SelectionS const stretch = inOneRow(view_.getSelection());
+  bool const isSigned = view_.isSelected() && beginsWithSign(stretch, view_.crefOperatorList());
+  if (!isSigned) return view_.insertText(u"/");
+  ConstructReplacementS fraction;
+  fraction.op = view_.crefOperatorList().lookup(u"/");
+  fraction.begin = stretch.anchor;
+  fraction.end = stretch.caret;
+  fraction.contents = {{stretch, 0}};
+  fraction.caretRow = 1;
+  return fraction.op && replaceCall(fraction);
+}
+
+/// A word between operands, just typed at the end of an exponent or a denominator, leaves it as a sign does.
+/// False when there is none.
+bool FormulaFieldC::moveWordOut() {
+  PlaceS begin;
+  PlaceS const target = leaveByWord(caret(), view_.crefOperatorList(), options_, begin);
+  if (!target) return false;
+  wstring const word = caret().node->crefText().substr(begin.pos, caret().pos - begin.pos);
+  PlacePathS const after = pathOf(target);
+  GroupC group(*this);
+  bool const done = deleteRange(begin, caret()) && placeCaret(placeAt(view_.crefRoot(), after));
+  return group.end(done && view_.insertText(word));
 }
 
 /// Where the power begins that ends at the caret and needs brackets to be raised; null when there is none.
@@ -277,14 +314,23 @@ bool FormulaFieldC::selectOperand(PlaceS begin) {
   return deleteRange(end, caret()) && select({placeAt(view_.crefRoot(), path), caret()});
 }
 
+/// Puts the caret after the selection, in brackets unless it is one operand.
+bool FormulaFieldC::makeBase() {
+  if (findBlock(view_.getSelection())) select(inOneRow(view_.getSelection()));
+  SelectionS const stretch = inOneRow(view_.getSelection());
+  bool const alone = options_.exponents && isBase(stretch, view_.crefOperatorList());
+  return alone ? placeCaret(stretch.caret) : bracketSelection();
+}
+
+/// Lets a sign that comes after its operand, "!" or "°", apply to the selection.
+bool FormulaFieldC::raiseSelection(InputDecisionS const& decision) {
+  GroupC group(*this);
+  return group.end(makeBase() && insert(decision));
+}
+
 bool FormulaFieldC::typeExponent(InputDecisionS const& decision) {
   GroupC group(*this);
-  bool done = true;
-  if (view_.isSelected()) {
-    SelectionS const stretch = inOneRow(view_.getSelection());
-    bool const alone = options_.exponents && isBase(stretch, view_.crefOperatorList());
-    done = alone ? placeCaret(stretch.caret) : bracketSelection();
-  }
+  bool done = !view_.isSelected() || makeBase();
   if (Node4C const* const growing = findGrowingExponent(caret())) {
     done = done && placeCaret(rowEnd(*growing->child(0)));
   } else if (!isRaising(caret())) {
@@ -342,7 +388,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
     if (ReplacementS const found = findFactorReplacement(view_); found.begin) replaceText(found);
   }
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
-    if (ConstructReplacementS const found = findConstructReplacement(view_); found.op) {
+    if (ConstructReplacementS const found = findConstructReplacement(view_, options_); found.op) {
       replaceCall(found);
     }
   }
@@ -411,23 +457,31 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
 }
 
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
-  bytestring content;
-  if (replacement.contentBegin && replacement.contentBegin != replacement.contentEnd) {
-    view_.copy({replacement.contentBegin, replacement.contentEnd}, content);
+  std::vector<std::pair<bytestring, unsigned long>> contents;
+  for (auto const& [range, row] : replacement.contents) {
+    if (range.anchor == range.caret) continue;
+    view_.copy(range, contents.emplace_back(bytestring(), row).first);
   }
   GroupC group(*this);
-  bool done = deleteRange(replacement.begin, replacement.end) && view_.insertText(replacement.op->getName());
-  Node4C const* const construct = done ? enclosingItem(*caret().node) : nullptr;
+  // Inserted by its name an operator might take the operand before it.
+  auto const inserted = rows::toRow(
+      rows::makeConstruct(*replacement.op, std::vector<rows::NodeT>(replacement.op->getInsertedRows())));
+  inserted->checkTree();
+  bool done = deleteRange(replacement.begin, replacement.end) && view_.paste(writeBytes(*inserted));
+  Node4C const* const construct = done ? caret().node->goLeft() : nullptr;
   if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
   TreePathT const path = pathOf(*construct);
   auto const enter = [&](unsigned long row) {
     Node4C const* const node = nodeAt(view_.crefRoot(), path);
     return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));
   };
-  if (!content.empty()) done = enter(replacement.contentRow) && view_.paste(content);
+  for (auto const& [content, row] : contents) done = done && enter(row) && view_.paste(content);
   if (!replacement.mark.empty())
     done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
-  return group.end(done && enter(replacement.caretRow));
+  if (replacement.caretRow != ConstructReplacementS::after_construct)
+    return group.end(done && enter(replacement.caretRow));
+  Node4C const* const made = done ? nodeAt(view_.crefRoot(), path) : nullptr;
+  return group.end(made && placeCaret(placeAfter(*made)));
 }
 
 }  // namespace zolt::field

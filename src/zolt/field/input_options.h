@@ -45,7 +45,7 @@ struct InputOptionsS {
   /// names and `names`. What is pasted or shown by a program keeps its names.
   bool singleLetters = false;
   std::vector<wstring> names = getCommonNames();
-  /// "2x" and "(a+b)c" are read as products when the formula is asked for.
+  /// When the formula is asked for, "2x" and "(a+b)c" are read as products, and "3 1/2" as the sum 3 + 1/2.
   bool impliedProducts = true;
   /// "sin x" and "sin²x" are read as sin(x) and (sin(x))² when the formula is asked for.
   bool impliedBrackets = true;

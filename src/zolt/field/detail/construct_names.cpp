@@ -52,12 +52,24 @@ ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name
   if (known) return {known, second};
   std::size_t const underscore = name.find(u'_');
   if (underscore != wstring::npos && underscore + 1 < name.size()) {
-    auto op = findByName(operators, name.substr(0, underscore));
-    if (!op || op->getArity() != 2) return {};
-    return {op, name.substr(underscore + 1)};
+    return {findMarkable(operators, name.substr(0, underscore + 1)), name.substr(underscore + 1)};
   }
   if (isPlainFunction(operators, name)) return {};
   return {findByName(operators, name), wstring()};
+}
+
+PointerTC<OperatorBC> findMarkable(OperatorListC const& operators, wstring const& name) {
+  if (name.size() < 2 || name.back() != u'_') return nullptr;
+  auto op = findByName(operators, name.substr(0, name.size() - 1));
+  return op && op->getArity() == 2 ? op : nullptr;
+}
+
+PointerTC<OperatorBC> findSharing(OperatorListC const& operators, OperatorBC const& op,
+                                  std::size_t numArguments) {
+  return findLast(operators, [&](OperatorBC const& other) {
+    return other.crefWords().sharedName == op.getName() &&
+           argumentRows(other, other.getInsertedRows()).size() == numArguments;
+  });
 }
 
 PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstring const& name) {

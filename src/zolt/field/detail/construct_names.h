@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "zolt/oss/pointer.h"
@@ -27,6 +28,15 @@ struct ConstructNameS {
 /// The construct that `name(` becomes. A name that is also the text of a plain function becomes one only with
 /// a mark.
 ConstructNameS findConstruct(OperatorListC const& operators, wstring const& name);
+
+/// The construct of two arguments that `name`, which ends with "_", and the second one in brackets begin:
+/// "log_(b)(x)". Null: none.
+PointerTC<OperatorBC> findMarkable(OperatorListC const& operators, wstring const& name);
+
+/// The construct of so many arguments that is typed by the name of this one (`OperatorWordsS::sharedName`).
+/// Null: none.
+PointerTC<OperatorBC> findSharing(OperatorListC const& operators, OperatorBC const& op,
+                                  std::size_t numArguments);
 
 /// The construct that such a plain function becomes when a second argument is typed.
 PointerTC<OperatorBC> findConstructOfPair(OperatorListC const& operators, wstring const& name);

@@ -118,6 +118,28 @@ class RowReaderC {
   std::vector<TokenS> tokens_;
 };
 
+wstring textOf(TokenS const& token) {
+  return token.begin.node->crefText().substr(token.begin.pos, token.end.pos - token.begin.pos);
+}
+
+/// Whether a sign that binds looser than the operator of that name is at a token, or a comma.
+bool isLooser(TokenS const& token, wstring const& than, OperatorListC const& operators) {
+  if (token.kind != TOKEN_SIGN) return false;
+  auto const op = operators.lookupText(textOf(token), OPERATOR_BETWEEN);
+  auto const other = operators.lookup(than);
+  return !op || !other || op->getPrecedence() > other->getPrecedence();
+}
+
+/// Whether a relation or anything looser is at a token.
+bool endsSums(TokenS const& token, OperatorListC const& operators) {
+  return isLooser(token, u"+", operators);
+}
+
+/// The same, or a sign of a sum.
+bool endsTerm(TokenS const& token, OperatorListC const& operators) {
+  return isLooser(token, u"*", operators);
+}
+
 // ---- Arguments without brackets -------------------------------------------------------------------------
 
 constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -178,21 +200,11 @@ class ArgumentsC {
     return token.kind == TOKEN_SIGN && common::isRelation(token.begin.node->crefText()[token.begin.pos]);
   }
 
-  /// Whether a relation or anything looser is at a token.
-  bool endsSums(TokenS const& token) const {
-    if (token.kind != TOKEN_SIGN) return false;
-    wstring const text =
-        token.begin.node->crefText().substr(token.begin.pos, token.end.pos - token.begin.pos);
-    auto const op = operators_.lookupText(text);
-    auto const sum = operators_.lookup(u"+");
-    return !op || !sum || op->getPrecedence() > sum->getPrecedence();
-  }
-
   /// A "not" after a relation applies to the sum that follows.
   void bracketNot(std::size_t word) {
     std::size_t end = word;
     for (std::size_t i = word + 1; i < tokens_.size(); ++i) {
-      if (tokens_[i].kind == TOKEN_CLOSE || endsSums(tokens_[i])) break;
+      if (tokens_[i].kind == TOKEN_CLOSE || endsSums(tokens_[i], operators_)) break;
       if (tokens_[i].kind == TOKEN_OPEN && partners_[i] != none) i = partners_[i];
       end = i;
     }
@@ -240,8 +252,7 @@ class ArgumentsC {
     if (exponent.numChildren() != 1) return {};
     wstring const& digits = exponent.child(0)->crefText();
     if (digits.size() != 2 || !common::isMinus(digits[0]) || digits[1] != u'1') return {};
-    PlaceS const begin = tokens_[function].begin;
-    wstring const name = begin.node->crefText().substr(begin.pos, tokens_[function].end.pos - begin.pos);
+    wstring const name = textOf(tokens_[function]);
     // The reader of plain text knows which functions have an inverse.
     auto const read = exchange::fromPlainText(name + u"^-1(x)", math::algexpr::CASSessionBC::getSession());
     auto const op = read ? operators_.lookup(read->getNode()->getName()) : nullptr;
@@ -271,8 +282,7 @@ bool isFraction(Node4C const& item) {
   return item.getType() == NODE4_OPERATOR && item.crefOperator()->getName() == u"/";
 }
 
-/// Whether the construct is one number over another, which after a number is read as a sum by some and as a
-/// product by others.
+/// Whether the construct is one number over another, which after a number is no factor.
 bool isNumberFraction(TokenS const& token) {
   return token.item && isFraction(*token.item) && isWhole(*token.item->child(0)) &&
          isWhole(*token.item->child(1));
@@ -297,6 +307,34 @@ bool beginsOperand(std::vector<TokenS> const& tokens, std::size_t i) {
   if (i == tokens.size()) return false;
   TokenE const kind = tokens[i].kind;
   return kind != TOKEN_POWER && kind != TOKEN_FACTORIAL && kind != TOKEN_CLOSE && kind != TOKEN_SIGN;
+}
+
+/// Whether a whole number with a fraction after it, "3 ½", is one number.
+bool isMixedNumber(std::vector<TokenS> const& tokens, std::size_t i) {
+  if (tokens[i].kind != TOKEN_NUMBER || i + 1 == tokens.size() || !isNumberFraction(tokens[i + 1]))
+    return false;
+  bool const isAfterNumber = i > 0 && tokens[i - 1].kind == TOKEN_NUMBER;
+  TokenE const next = i + 2 < tokens.size() ? tokens[i + 2].kind : TOKEN_SIGN;
+  if (isAfterNumber || next == TOKEN_POWER || next == TOKEN_FACTORIAL) return false;
+  Node4C const& fraction = *tokens[i + 1].item;
+  return common::isMixedNumber(textOf(tokens[i]), fraction.child(0)->child(0)->crefText(),
+                               fraction.child(1)->child(0)->crefText());
+}
+
+/// Makes a sum of a mixed number, in brackets where something binds tighter to it.
+EditsT findMixedNumbers(std::vector<TokenS> const& tokens, OperatorListC const& operators) {
+  EditsT edits;
+  for (std::size_t i = 0; i + 1 < tokens.size(); ++i) {
+    if (!isMixedNumber(tokens, i)) continue;
+    bool const begins = i == 0 || tokens[i - 1].kind == TOKEN_OPEN || endsSums(tokens[i - 1], operators);
+    bool const ends =
+        i + 2 == tokens.size() || tokens[i + 2].kind == TOKEN_CLOSE || endsTerm(tokens[i + 2], operators);
+    bool const isBracketed = !begins || !ends;
+    if (isBracketed) edits.push_back({tokens[i].begin, Node4C::OPEN_C});
+    edits.push_back({tokens[i].end, u'+'});
+    if (isBracketed) edits.push_back({tokens[i + 1].end, Node4C::CLOSE_C});
+  }
+  return edits;
 }
 
 EditsT findProducts(std::vector<TokenS> const& tokens) {
@@ -352,6 +390,10 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
 void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators,
                  InputOptionsS const& options) {
   RowReaderC reader(operators);
+  if (options.impliedProducts) {
+    EditsT const edits = findMixedNumbers(reader.read(row), operators);
+    if (!edits.empty()) copy.edit(row, edits);
+  }
   if (options.impliedBrackets) {
     auto const tokens = reader.read(row);
     EditsT const edits = ArgumentsC(tokens, operators).findEdits();

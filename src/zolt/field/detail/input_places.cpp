@@ -167,7 +167,7 @@ class ProductWalkC {
     bool const isPostfix = isPostfixAt(at_, operators_);
     if (isPostfix || c == math::common::times_sign) {
       joined_ = isPostfix && joined_;
-      signed_ = signed_ || (isPostfix && c != u'!');
+      signed_ = signed_ || (isPostfix && (c != u'!' || isRaised_));
       --at_.pos;
       return true;
     }
@@ -180,9 +180,9 @@ class ProductWalkC {
       // The sign of a factor, "2∙−3"; that of a whole product stays before it, unless it would apply to more
       // than before: "−a mod b".
       PlaceS const before{at_.node, at_.pos - 1};
-      bool const isSign = c == u'+' || c == math::common::plus_minus_sign || math::common::isMinus(c);
+      bool const isSign = math::common::isMinus(c) || operators_.lookupText(wstring(1, c), OPERATOR_BEFORE);
       PlaceS const sign = isSign ? beforeBlanks(before) : PlaceS();
-      bool const afterTimes = sign && sign.pos > 0 && text[sign.pos - 1] == math::common::times_sign;
+      bool const afterTimes = sign && endsWithTimes(sign);
       if (!afterTimes && !(sign && worded_ && !endsOperandBefore(before, operators_))) return false;
       at_ = afterTimes ? sign : before;
       if (!afterTimes) start_ = before;
@@ -190,8 +190,7 @@ class ProductWalkC {
     }
     unsigned int const start = operandStart(text, at_.pos);
     if (auto const word = findWord(text, start, at_.pos, operators_)) {
-      auto const times = operators_.lookup(u"*");
-      if (!times || word->getPrecedence() > times->getPrecedence()) return false;
+      if (!bindsAsTimes(*word)) return false;
       at_.pos = start;
       joined_ = false;
       worded_ = true;
@@ -199,6 +198,19 @@ class ProductWalkC {
     }
     signed_ = signed_ || start != wordStart(text, at_.pos);
     return take({at_.node, start}, math::common::startsNumber(text[start]));
+  }
+
+  /// Whether a times sign or a word that binds as one is before the place.
+  bool endsWithTimes(PlaceS place) const {
+    wstring const& text = place.node->crefText();
+    if (place.pos > 0 && text[place.pos - 1] == math::common::times_sign) return true;
+    auto const word = findWord(text, wordStart(text, place.pos), place.pos, operators_);
+    return word && bindsAsTimes(*word);
+  }
+
+  bool bindsAsTimes(OperatorBC const& word) const {
+    auto const times = operators_.lookup(u"*");
+    return times && word.getPrecedence() <= times->getPrecedence();
   }
 
   /// A sign such as "∇", which belongs to the factor after it, as "−" does not.
@@ -213,6 +225,7 @@ class ProductWalkC {
     if (!item || isOpeningBracket(item->getType())) return false;
     if (item->getType() == NODE4_POWER) {
       at_ = placeBefore(*item);
+      isRaised_ = true;
       return true;
     }
     if (!isClosingBracket(item->getType())) return take(placeBefore(*item), false);
@@ -225,10 +238,11 @@ class ProductWalkC {
     return take({before.node, called ? name : before.pos}, false);
   }
 
-  /// A number does not follow a factor without a sign.
+  /// Two numbers side by side are no product.
   bool take(PlaceS begin, bool isNumber) {
-    if (joined_) return false;
+    if (joined_ && isNumber) return false;
     joined_ = isNumber;
+    isRaised_ = false;
     start_ = at_ = begin;
     ++factors_;
     return true;
@@ -238,9 +252,10 @@ class ProductWalkC {
   PlaceS at_;
   PlaceS start_;
   unsigned factors_ = 0;
-  bool worded_ = false;  // with "mod" or "div"
-  bool signed_ = false;  // a number has an exponent with a sign, or a factor "∇" before or "%" after it
-  bool joined_ = false;  // a number begins here, so nothing may end here
+  bool worded_ = false;    // with "mod" or "div"
+  bool signed_ = false;    // a number has an exponent with a sign, or a factor "∇" before or "%" after it
+  bool isRaised_ = false;  // an exponent is at the end of the factor that the walk is in
+  bool joined_ = false;    // a number begins here, so none may end here
 };
 
 bool isAfterPower(PlaceS place) {
@@ -292,6 +307,14 @@ LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators
   return {after, bool{after}};
 }
 
+PlaceS findEndedArgument(PlaceS place) {
+  for (PlaceS at = place; at && !findOpenBracket(at); at = afterItem(at)) {
+    Node4C const* const item = enclosingItem(*at.node);
+    if (item && isCallConstruct(*item) && isAtRowEnd(at)) return at;
+  }
+  return {};
+}
+
 PlaceS leaveByValueSign(PlaceS place, wstring const& signs) {
   Node4C const* const item = enclosingItem(*place.node);
   if (!item || item->getType() != NODE4_OPERATOR || !isAtRowEnd(place) || findOpenBracket(place)) return {};
@@ -316,7 +339,9 @@ PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& 
 
 PlaceS leaveByReplacement(PlaceS place, OperatorBC const& op, InputOptionsS const& options) {
   bool const isRelation = op.getText().size() == 1 && math::common::isRelation(op.getText()[0]);
-  return isRelation && options.leaving ? afterAllFinishedItems(place, LEAVE_BOTH) : PlaceS();
+  if (isRelation && options.leaving) return afterAllFinishedItems(place, LEAVE_BOTH);
+  bool const isWord = op.isLinear() && op.getPlace() == OPERATOR_BETWEEN && isWordCharacter(op.getName()[0]);
+  return isWord ? afterAllFinishedItems(place, endedBySign(options)) : PlaceS();
 }
 
 PlaceS startOfProduct(PlaceS place, OperatorListC const& operators) {
@@ -352,18 +377,25 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& oper
   return {};
 }
 
-PointerTC<OperatorBC> findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign) {
+InsideSignS findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign) {
   PlaceS at = place;
+  bool isFinished = true;  // what ends at the place and is between it and `at`
   for (Node4C const* item = enclosingItem(*at.node); item; item = enclosingItem(*item)) {
-    if (findOpenBracket(at)) return nullptr;
-    at = placeAfter(*item);
-    if (item->getType() != NODE4_OPERATOR) continue;
-    for (auto const& inside : item->crefOperator()->crefWords().insideSigns) {
+    if (findOpenBracket(at)) return {};
+    bool const isConstruct = item->getType() == NODE4_OPERATOR;
+    for (std::size_t i = 0; isConstruct && i < item->crefOperator()->crefWords().insideSigns.size(); ++i) {
+      auto const& inside = item->crefOperator()->crefWords().insideSigns[i];
       auto op = inside.sign == sign ? operators.lookup(inside.name) : nullptr;
-      if (op && op->appliesAt(place)) return op;
+      if (op && op->appliesAt(place)) return {op, {}};
+      if (op && isFinished && op->appliesAt(at)) return {op, at};
     }
+    bool const goesOn = sign == u',' && isCallConstruct(*item) && isAtRowEnd(at) &&
+                        nextArgument(*item, *at.node->getParent());
+    if (goesOn || (sign == u')' && isCallConstruct(*item))) return {};
+    isFinished = isFinished && afterFinishedItem(at);
+    at = placeAfter(*item);
   }
-  return nullptr;
+  return {};
 }
 
 PlaceS afterGroup(PlaceS place) {
@@ -372,9 +404,27 @@ PlaceS afterGroup(PlaceS place) {
   return isTyped ? afterFinishedItem(place) : PlaceS();
 }
 
-bool bindsToGroup(char16_t typed) {
-  constexpr std::u16string_view signs = u"^!°ʳ";
-  return signs.find(typed) != signs.npos || math::common::loweredSign(typed) != u'\0';
+bool bindsToGroup(char16_t typed, OperatorListC const& operators) {
+  constexpr std::u16string_view signs = u"^°ʳ";
+  return signs.find(typed) != signs.npos || math::common::loweredSign(typed) != u'\0' ||
+         operators.lookupText(wstring(1, typed), OPERATOR_AFTER);
+}
+
+bool beginsWithSign(SelectionS const& stretch, OperatorListC const& operators) {
+  auto const [first, last] = stretch;
+  if (first.node == last.node) return false;
+  auto const op = operators.lookupText(first.node->crefText().substr(first.pos));
+  return op && op->isLinear();
+}
+
+PlaceS leaveByWord(PlaceS place, OperatorListC const& operators, InputOptionsS const& options,
+                   PlaceS& begin) {
+  wstring const& text = place.node->crefText();
+  PlaceS const start{place.node, wordStart(text, place.pos)};
+  auto const word = findWord(text, start.pos, place.pos, operators);
+  if (!word || word->getArity() != 2 || !endsOperandBefore(start, operators)) return {};
+  begin = beforeBlanks(start);
+  return afterAllFinishedItems(place, endedBySign(options));
 }
 
 bool isRaising(PlaceS place) {
@@ -402,6 +452,12 @@ bool endsOperandBefore(PlaceS place, OperatorListC const& operators) {
   wstring const& text = end.node->crefText();
   if (isPostfixAt(end, operators)) return true;
   return endsOperandAt(end) && !findWord(text, wordStart(text, end.pos), end.pos, operators);
+}
+
+bool endsSignBetween(PlaceS place, OperatorListC const& operators) {
+  if (place.pos == 0) return false;
+  wstring const sign = place.node->crefText().substr(place.pos - 1, 1);
+  return sign == u" " || (!isWordCharacter(sign[0]) && operators.lookupText(sign, OPERATOR_BETWEEN));
 }
 
 bool endsCounted(PlaceS place) {

@@ -33,6 +33,10 @@ struct LeavingS {
 LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
                      InputOptionsS const& options);
 
+/// The end of the argument of a construct written with brackets that ends at the place, perhaps in exponents
+/// and fractions at its end. Null elsewhere, and where a bracket is open.
+PlaceS findEndedArgument(PlaceS place);
+
 /// To the row that the construct around the place shows a sign before, when its row before that one ends here
 /// and the sign is one of `signs`: "=" in a sum. Null elsewhere.
 PlaceS leaveByValueSign(PlaceS place, wstring const& signs);
@@ -57,15 +61,28 @@ PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
 /// Whether a stretch of a row, in reading order, is one operand, which needs no brackets to be raised.
 bool isBase(math::ved::SelectionS const& stretch, OperatorListC const& operators);
 
-/// The operator that the sign inserts in one of the constructs around the place (`insideSigns`); null: none.
-PointerTC<OperatorBC> findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign);
+/// What a sign inserts in one of the constructs around the place (`insideSigns`).
+struct InsideSignS {
+  PointerTC<OperatorBC> op;  ///< null: nothing
+  PlaceS target;  ///< where it does so, after exponents and fractions that end at the place; null: there
+};
+InsideSignS findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign);
 
 /// After the exponent or fraction whose last row ends here and is one pair of brackets and its content; null
 /// elsewhere.
 PlaceS afterGroup(PlaceS place);
 
-/// Whether a character that is typed after a pair of brackets applies to the pair: "^", "!", "°", "ʳ", "²".
-bool bindsToGroup(char16_t typed);
+/// Whether a character that is typed after a pair of brackets applies to the pair: "^", "!", "°", "ʳ", "²",
+/// "%".
+bool bindsToGroup(char16_t typed, OperatorListC const& operators);
+
+/// Whether a stretch of several items begins with a sign of its own, as in "−(a)": the view takes a "/" over
+/// it for one over the sign.
+bool beginsWithSign(math::ved::SelectionS const& stretch, OperatorListC const& operators);
+
+/// After the exponents and fractions at whose end a word between operands was typed, "and" in "1/x^2 and";
+/// null when none ends at the place. `begin` is then where the word begins, with the blanks before it.
+PlaceS leaveByWord(PlaceS place, OperatorListC const& operators, InputOptionsS const& options, PlaceS& begin);
 
 /// "|", "⌋", …: after the construct that the sign closes when a filled row of it ends here, or in finished
 /// exponents and fractions at its end; null elsewhere. A bar, which also opens, closes after an operand only.
@@ -82,6 +99,9 @@ bool endsNameAt(PlaceS place);
 bool endsOperandAt(PlaceS place);
 /// The same when blanks may come between; and a word such as "and" is no operand.
 bool endsOperandBefore(PlaceS place, OperatorListC const& operators);
+
+/// Whether a blank is before the place, or a sign between operands, which needs none after it.
+bool endsSignBetween(PlaceS place, OperatorListC const& operators);
 
 /// Whether a number or a factorial ends at the place, so that "!" after it is a factorial.
 bool endsCounted(PlaceS place);

@@ -27,6 +27,12 @@ unsigned int wordEnd(wstring const& text, unsigned int pos) {
   return pos;
 }
 
+unsigned int nameStart(wstring const& text, unsigned int pos) {
+  unsigned int start = wordStart(text, pos);
+  while (start < pos && math::common::startsNumber(text[start])) ++start;
+  return start;
+}
+
 wstring separatorAt(wstring const& text, unsigned int pos, math::ved::OperatorListC const& operators) {
   if (pos == 0 || pos >= text.size()) return {};
   char16_t const left = text[pos - 1], right = text[pos];

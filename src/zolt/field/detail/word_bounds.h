@@ -19,6 +19,9 @@ bool isContinuation(char16_t c);
 unsigned int wordStart(wstring const& text, unsigned int pos);
 unsigned int wordEnd(wstring const& text, unsigned int pos);
 
+/// Where the name that ends at `pos` starts, without a number before it: "2pi" ends in the name "pi".
+unsigned int nameStart(wstring const& text, unsigned int pos);
+
 /// What keeps the parts of a text before and after `pos` apart when they would be read as one name, number or
 /// sign: a blank, or a times sign before a number. Empty when nothing has to.
 wstring separatorAt(wstring const& text, unsigned int pos, math::ved::OperatorListC const& operators);

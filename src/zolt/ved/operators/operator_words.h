@@ -11,7 +11,8 @@ using oss::wstring;
 /// What people read and type of an operator. Palettes and the rules of typing use only this record, so that a
 /// host's own operator with a record is treated like a standard one. Every field may be empty.
 struct OperatorWordsS {
-  /// A name that becomes the construct when "(" is typed after it.
+  /// A name that becomes the construct when "(" is typed after it. "_" is an underscore after any name, which
+  /// becomes the first argument, as in "a_(i+1)".
   struct NameS {
     wstring name;
     wstring second;  ///< the text for the row of the second argument: "3" for "cbrt"; may be empty
@@ -25,7 +26,10 @@ struct OperatorWordsS {
   std::vector<wstring> aliases;  ///< further names by which people look for it: "leq", "cdot"
 
   // While typing. Where several operators claim the same text, the last registered one gets it.
-  std::vector<NameS> names;       ///< besides the operator's own name
+  std::vector<NameS> names;  ///< besides the operator's own name
+  /// A construct that is typed by that other one's name with its own number of arguments: "int(f,x)" is the
+  /// integral of the name, but of two arguments. It takes the other's place once they are counted.
+  wstring sharedName;
   wstring signs;                  ///< characters each of which inserts it: "√"
   std::vector<wstring> signRuns;  ///< signs of a text, as the tree has them, that become it: "!="
   char16_t closingSign = u'\0';   ///< leads out of the construct from the end of a filled row: "⌋"
@@ -38,6 +42,7 @@ struct OperatorWordsS {
 
   /// A sign that, typed in one of the construct's rows and outside brackets there, inserts another operator
   /// instead of itself, where that operator applies: "," and ";" in a matrix, whose operators add cells.
+  /// U+0008 is the key Backspace or Delete, which takes away what is in no row: the side of a limit.
   struct InsideSignS {
     char16_t sign;
     wstring name;  ///< of the operator
