@@ -400,9 +400,9 @@ class ReplayTest(unittest.TestCase):
 
     def test_signs_of_the_extended_catalogue_are_typed(self):
         for typed, tree in (
-            ("x^n in(0,1)", '["x", P["n"], "∈", (, "0,1", ), "‸"]'),
+            ("x^n in(0,1)", '["x", P["n"], "∈", interval 00<["0"] ; ["1"]>, "‸"]'),
             ("RR^2 subseteq CC->in union ZZ ", '["ℝ", P["2"], "⊆ℂ→in∪ℤ ‸"]'),
-            ("a=>b<=>c-+5%^2!", '["a⇒b⇔c∓5%", P["2!‸"], ""]'),
+            ("a=>b<=>c-5%^2!", '["a⇒b⇔c−5%", P["2!‸"], ""]'),
             ("x^2⊥3%/∂x", '["x", P["2"], "⊥", /<["3%"] ; ["∂x‸"]>, ""]'),
             ("∂f/∂x", '["", /<["∂f"] ; ["∂x‸"]>, ""]'),
             ("inx+NNx", '["inx+NNx‸"]'),

@@ -115,6 +115,10 @@ Node4C* makeMatrix(ViewInsertionC& insertion, Node4C& interval, unsigned long nu
   return made;
 }
 
+wstring fromBracketName(char16_t sign) {
+  return sign == u']' ? u"_interval_bracket" : u"_interval_parenthesis";
+}
+
 /// Whether a name is right before the bracket.
 bool isCall(Node4C const& open) {
   Node4C const* const before = open.goLeft();
@@ -247,8 +251,7 @@ bool OperatorIntervalEndC::runOperator(ViewZNT4C& view) const {
 }
 
 OperatorIntervalFromBracketC::OperatorIntervalFromBracketC(char16_t sign)
-    : OperatorBC(u"_interval_to" + wstring(1, sign), u"_interval_to" + wstring(1, sign), 0, 0, false, false,
-                 0),
+    : OperatorBC(fromBracketName(sign), fromBracketName(sign), 0, 0, false, false, 0),
       isClosed_(sign == u']') {
   OperatorWordsS words;
   words.signs = wstring(1, sign);

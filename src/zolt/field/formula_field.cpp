@@ -136,6 +136,10 @@ bool FormulaFieldC::setPlainText(wstring const& text, ReadErrorS* error) {
   return false;
 }
 
+void FormulaFieldC::setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints) {
+  view_.setConstraints(std::move(constraints));
+}
+
 wstring FormulaFieldC::explainRefusal(AlgebraicExpressionC const& expression) const {
   wstring reason = getConstraints() ? getConstraints()->explain(expression) : wstring();
   return reason.empty() ? math::common::describe(math::common::READ_ERROR_NOT_ALLOWED) : reason;
@@ -240,6 +244,15 @@ void FormulaFieldC::restoreSelection(SelectionPathS const& saved) {
 }
 
 // ---- For painting --------------------------------------------------------------------------------------
+
+RectangleS FormulaFieldC::getCaretRectangle() const {
+  unsigned long const caret = view_.crefComposition().caret;
+  return view_.getComposedRectangle(caret, caret);
+}
+
+RectangleS FormulaFieldC::getComposedRectangle(unsigned long begin, unsigned long end) const {
+  return view_.getComposedRectangle(begin, end);
+}
 
 std::vector<RectangleS> FormulaFieldC::getSelectionRectangles() const {
   std::vector<RectangleS> bands;

@@ -62,9 +62,7 @@ class FormulaFieldC {
                      math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC);
   /// From now on, whatever the formula is handed out as after an edit must satisfy them (null: none), implied
   /// products included. The formula stays. They hold until they are set again.
-  void setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints) {
-    view_.setConstraints(std::move(constraints));
-  }
+  void setConstraints(PointerTC<math::algexpr::ConstraintsBC> constraints);
   PointerTC<math::algexpr::ConstraintsBC> const& getConstraints() const { return view_.getConstraints(); }
   /// Why `setExpression` refuses it: what the constraints say, or that it is not allowed.
   wstring explainRefusal(math::algexpr::AlgebraicExpressionC const& expression) const;
@@ -157,16 +155,12 @@ class FormulaFieldC {
 
   // ---- For painting (formula_field.cpp) -------------------------------------------------------------------
   /// The caret's box; inside the text that is being composed, if there is any.
-  math::ved::RectangleS getCaretRectangle() const {
-    return view_.getComposedRectangle(view_.crefComposition().caret, view_.crefComposition().caret);
-  }
+  math::ved::RectangleS getCaretRectangle() const;
   /// The box that the caret would have at the other end of the selection; the caret's where nothing is
   /// selected.
   math::ved::RectangleS getAnchorRectangle() const { return view_.getRectangle({anchor(), anchor()}); }
   /// The box around a part of the text that is being composed, for underlines.
-  math::ved::RectangleS getComposedRectangle(unsigned long begin, unsigned long end) const {
-    return view_.getComposedRectangle(begin, end);
-  }
+  math::ved::RectangleS getComposedRectangle(unsigned long begin, unsigned long end) const;
   /// The place nearest to a point, where a press of the pointer would put the caret.
   PlaceS findPlace(long x, long y) const { return view_.findPlace(x, y); }
   /// The selection as bands from left to right, one for each part with a height of its own; empty when

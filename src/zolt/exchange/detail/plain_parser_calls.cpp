@@ -1,0 +1,213 @@
+#include <algorithm>
+#include <utility>
+
+#include "zolt/algexpr/make_node.h"
+#include "zolt/algexpr/make_operation.h"
+#include "zolt/algexpr/parent_node.h"
+#include "zolt/algexpr/written_operand.h"
+#include "zolt/common/signs.h"
+#include "zolt/exchange/detail/plain_parser.h"
+#include "zolt/exchange/plain_operator.h"
+
+namespace zolt::exchange::detail {
+
+namespace common = math::common;
+using namespace math::common;
+using math::algexpr::childrenOf;
+using math::algexpr::makeFunction;
+using math::algexpr::makeNamed;
+using math::algexpr::makeNumber;
+using math::algexpr::makePower;
+
+namespace {
+
+/// Puts the arguments of a call, as they are written, into the order of the operation. False, with nothing
+/// changed, when one of them has another form.
+bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC>>& arguments,
+             PointerTC<math::algexpr::NodeABC> const& side) {
+  if (arguments.size() != call.pattern->count) return false;
+  std::vector<PointerTC<math::algexpr::NodeABC>> ordered(call.arity);
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    CallPatternS::ArgumentS const& form = call.pattern->arguments[i];
+    if (form.side > 0) ordered[form.side - 1] = side;
+    if (form.sign.empty()) {
+      ordered[form.first - 1] = arguments[i];
+      continue;
+    }
+    ReadingS const* const sign = findReading(form.sign);
+    auto const* const operation = arguments[i]->asParent();
+    bool const fits =
+        sign && operation && operation->numChildren() == 2 && operation->crefName() == sign->notation->name;
+    if (!fits) return false;
+    auto operands = childrenOf(*operation);
+    ordered[form.first - 1] = std::move(operands[0]);
+    ordered[form.second - 1] = std::move(operands[1]);
+  }
+  arguments = std::move(ordered);
+  return true;
+}
+
+}  // namespace
+
+PlainParserC::NextE PlainParserC::readName() {
+  FrameS frame = startCall(token().text);
+  if (isFunction(frame.name)) {
+    frame.isWritten = true;
+    return readFunction(std::move(frame));
+  }
+  // After a blank, brackets are a factor: "a (b+c)".
+  if (opensCall() && token().begin == frame.end) {
+    frame.isIndexed = frame.name.back() == u'_';
+    if (!frame.isIndexed) takeMark(frame);
+    return beginBracket(std::move(frame));
+  }
+  return keep(makeNamed(toLetters(frame.name)));
+}
+
+/// Takes the base out of a name such as "log_2"; does nothing when it has none.
+void PlainParserC::takeMark(FrameS& frame) {
+  std::size_t const end = findMark(frame.name);
+  if (end == wstring::npos) return;
+  wstring const mark = frame.name.substr(end + 1);
+  frame.second = makeNumber(mark);
+  if (!frame.second) frame.second = makeNamed(mark);
+  frame.name.erase(end);
+  frame.isWritten = true;
+}
+
+/// Whether the brackets that have just been read hold the base of a logarithm, "log_(a+1)(x)", whose
+/// argument then begins.
+bool PlainParserC::beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments) {
+  bool const isMarked =
+      frame.isIndexed && arguments.size() == 1 && findMark(frame.name) + 1 == frame.name.size();
+  if (!isMarked || !opensCall()) return false;
+  FrameS call{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  call.name = frame.name.substr(0, frame.name.size() - 1);
+  call.isWritten = true;
+  call.second = arguments[0];
+  call.begin = frame.begin;
+  call.end = frame.end;
+  beginBracket(std::move(call));
+  return true;
+}
+
+PlainParserC::NextE PlainParserC::readQuotedName() {
+  FrameS frame = startCall(token().text);
+  if (opensCall()) return beginBracket(std::move(frame));
+  return keep(makeNamed(frame.name));
+}
+
+PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
+  FrameS frame = startCall(name);
+  if (opensCall()) return beginBracket(std::move(frame));
+  // After a relation, "not" applies to what the relation does.
+  if (name != u"not" || currentRule() != tighterThan(RULE_RELATION)) {
+    return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
+  }
+  FrameS prefix{PENDING_PREFIX, tighterThan(RULE_RELATION)};
+  prefix.takesSign = true;
+  prefix.name = frame.name;
+  frames_.push_back(std::move(prefix));
+  return NEXT_OPERAND;
+}
+
+PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
+  if (opensCall()) return beginBracket(std::move(frame));
+  if (isAddedFunction(frame.name)) return keep(makeNamed(frame.name));
+  ReadingS const* const unary = findFunction(frame.name, 1);
+  if (unary && unary->notation->arity == 0) return keep(makeNamed(frame.name));
+  if (unary && readFunctionExponent(frame)) {
+    if (opensCall()) return beginBracket(std::move(frame));
+    if (token().startsOperand()) {
+      frame.kind = PENDING_APPLICATION;
+      frame.operandRule = RULE_ARGUMENT;
+      frame.close = u'\0';
+      frames_.push_back(std::move(frame));
+      return NEXT_OPERAND;
+    }
+  }
+  return failAt(frame.begin, frame.end, READ_ERROR_MISSING_ARGUMENTS);
+}
+
+// Reads the exponent between a function's name and its argument, as in "sin^2 x", if there is one.
+bool PlainParserC::readFunctionExponent(FrameS& frame) {
+  wstring exponent;
+  if (token().type == PLAIN_TOKEN_SUPERSCRIPT) {
+    exponent = token().text;
+  } else if (token().type == PLAIN_TOKEN_INFIX && token().infix->name == u"^") {
+    lexer_.readNextToken();
+    if (token().type == PLAIN_TOKEN_INFIX && token().infix->name == u"-") {
+      exponent = common::minus_sign;
+      lexer_.readNextToken();
+    }
+    if (token().type != PLAIN_TOKEN_NUMBER && token().type != PLAIN_TOKEN_NAME) return false;
+    exponent += token().text;
+  } else {
+    return true;
+  }
+  lexer_.readNextToken();
+  if (exponent[0] != common::minus_sign) {
+    frame.exponent = common::isDigit(exponent[0]) ? makeNumber(exponent) : makeNamed(exponent);
+    return true;
+  }
+  ReadingS const* const function = findFunction(frame.name, 1);
+  std::u16string_view const inverse = function->notation->plain.inverse;
+  if (inverse.empty() || exponent.compare(1, wstring::npos, u"1") != 0) return false;
+  frame.name = inverse;
+  return true;
+}
+
+// Reads the name of a function, after which its brackets or its operand may begin.
+PlainParserC::FrameS PlainParserC::startCall(std::u16string_view name) {
+  FrameS frame{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  frame.name = name;
+  frame.begin = token().begin;
+  frame.end = token().end;
+  lexer_.readNextToken();
+  return frame;
+}
+
+/// Reads the sign after an argument that is no operation, "+" in "lim(x->0+,f)" or "lim(x->0^+,f)". False,
+/// with nothing read, when there is none.
+bool PlainParserC::readSide() {
+  auto const call =
+      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
+  if (call == frames_.rend() || call->kind != PENDING_CALL || !call->isWritten || call->side) return false;
+  ReadingS const* const sided = findSidedFunction(call->name);
+  CallPatternS const* const pattern = sided ? sided->notation->pattern : nullptr;
+  if (!pattern || pattern->findSide() != pattern->arguments + call->commas) return false;
+  PlainLexerC ahead = lexer_;
+  bool const isRaised = token().type == PLAIN_TOKEN_INFIX && token().infix->rule == RULE_POWER;
+  if (isRaised) ahead.readNextToken();
+  std::u16string_view const written = ahead.viewToken();
+  char16_t const raised = written.size() == 1 && !isRaised ? common::loweredSign(written[0]) : u'\0';
+  char16_t const sign = written.size() != 1 ? u'\0' : raised != u'\0' ? raised : written[0];
+  if (sign != u'+' && !common::isMinus(sign)) return false;
+  ahead.readNextToken();
+  if (ahead.crefToken().type != PLAIN_TOKEN_COMMA) return false;
+  call->side = makeNumber(sign == u'+' ? wstring(u"1") : wstring{common::minus_sign, u'1'});
+  lexer_ = std::move(ahead);
+  return true;
+}
+
+PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
+  if (!frame.isWritten) {
+    ReadingS const* const indexing = frame.isIndexed ? findIndexing(frame.name, arguments.size()) : nullptr;
+    if (!indexing) return makeFunction(frame.name, std::move(arguments));
+    arguments.insert(arguments.begin(), makeNamed(toLetters(frame.name.substr(0, frame.name.size() - 1))));
+    return makeFunction(wstring(indexing->notation->name), std::move(arguments));
+  }
+  if (frame.second) arguments.push_back(frame.second);
+  ReadingS const* const function =
+      frame.side ? findSidedFunction(frame.name) : findFunction(frame.name, arguments.size());
+  bool const fits =
+      function && (!function->notation->pattern || arrange(*function->notation, arguments, frame.side));
+  if (!fits && (isAddedFunction(frame.name) && !frame.side))
+    return makeFunction(frame.name, std::move(arguments));
+  if (!fits) return nullptr;
+  if (!function->addedArgument.empty()) arguments.push_back(makeNumber(wstring(function->addedArgument)));
+  NodeT call = makeFunction(wstring(function->notation->name), std::move(arguments));
+  return frame.exponent ? makePower(std::move(call), frame.exponent) : call;
+}
+
+}  // namespace zolt::exchange::detail
