@@ -52,7 +52,7 @@ TEST(Sheet, BecomesADocumentAndComesBack) {
   ASSERT_TRUE(
       readDocument(u"\\title{The {\\em T} $a_1$}\n\\begin{document}\n\\maketitle\n\\section{S}\\label{s}\n"
                    u"\\begin{equation}\nx\n\\end{equation} % c\nLet \\(\\frac{\\alpha}{2}\\) and $\\foo$\n"
-                   u"cost $5 or $6 or \\$7$.\n\n\\begin{align}\n  a &= \\sqrt b \\\\\n  &= c \\\\\n"
+                   u"cost $5 or $6 or \\$7$.\n\\begin{align}\n  a &= \\sqrt b \\\\\n  &= c \\\\\n"
                    u"  d &= \\begin{pmatrix}1\\\\2\\end{pmatrix}\n\\end{align}\n\\end{document}",
                    DOCUMENT_LATEX, read));
   EXPECT_EQ(

@@ -199,7 +199,7 @@ class DocumentReaderC {
   void readLine() {
     std::size_t const end = std::min(rest_.find(u'\n'), rest_.size());
     ViewT const line = trim(rest_.substr(0, end));
-    if (paragraph_.empty() && readFormula(line)) return;
+    if (readFormula(line)) return;
     rest_.remove_prefix(std::min(end + 1, rest_.size()));
     if (line.empty()) {
       endParagraph();
@@ -214,6 +214,9 @@ class DocumentReaderC {
     auto const* const fence = std::find_if(std::begin(fences), std::end(fences),
                                            [&](FenceS const& one) { return startsWith(line, one.open); });
     if (fence == std::end(fences)) return false;
+    // A line of a paragraph may begin with a formula that is no more than a word of it.
+    bool const mayBeWord = fence->open == u"$";
+    if (mayBeWord && !paragraph_.empty()) return false;
     std::size_t const begin = rest_.find(fence->open) + fence->open.size();
     bool& isMissing = isMissing_[static_cast<std::size_t>(fence - std::begin(fences))];
     std::size_t const end = isMissing ? rest_.npos : rest_.find(fence->close, begin);
@@ -222,12 +225,13 @@ class DocumentReaderC {
     std::size_t const last = end + fence->close.size();
     std::size_t const lineEnd = std::min(rest_.find(u'\n', last), rest_.size());
     ViewT const formula = rest_.substr(begin, end - begin);
-    bool const isInline = fence->open == u"$" && formula.find(u'\n') != formula.npos;
+    bool const isInline = mayBeWord && formula.find(u'\n') != formula.npos;
     ViewT const after = trim(rest_.substr(last, lineEnd - last));
     bool const isAlone = after.empty() || (kind_ == DOCUMENT_LATEX && after[0] == u'%');
     if (isInline || !isAlone) return false;
     ViewT const whole = trim(rest_.substr(0, lineEnd));
     rest_.remove_prefix(std::min(lineEnd + 1, rest_.size()));
+    endParagraph();
     if (fence->hasRows) {
       addRows(formula, whole);
     } else {
