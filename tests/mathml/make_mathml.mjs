@@ -21,6 +21,8 @@ const page = mathjax.document("", { InputJax: new TeX({ packages }) });
 const visitor = new SerializedMmlVisitor();
 const programs = {
   katex: (latex) => katex.renderToString(latex, { output: "mathml", throwOnError: true, strict: "ignore" }),
+  // As it is copied from a page.
+  katexPage: (latex) => katex.renderToString(latex, { throwOnError: true, strict: "ignore" }),
   temml: (latex) => temml.renderToString(latex, { throwOnError: true }),
   mathjax: (latex) => visitor.visitTree(page.convert(latex, { end: STATE.CONVERT })),
 };
@@ -34,6 +36,8 @@ try {
 for (const latex of readFileSync(0, "utf8").split("\n")) {
   if (latex === "") continue;
   for (const [name, convert] of Object.entries(programs)) {
-    console.log([latex, name, convert(latex).replace(/\s*\n\s*/g, " ")].join("\t"));
+    const made = convert(latex).replace(/\s*\n\s*/g, " ");
+    // What it does not know, pandoc leaves as it is.
+    if (made.includes("<math")) console.log([latex, name, made].join("\t"));
   }
 }

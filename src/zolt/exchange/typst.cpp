@@ -228,7 +228,7 @@ void TypstWriterC::writeTable(ParentNodeABC const& node, std::u16string_view beg
     ParentNodeABC const& row = *node.child(i).asParent();
     for (unsigned long k = row.numChildren(); k-- > 0;) {
       later(row.child(k));
-      if (k > 0) later(rowEnd == u", " ? u" & " : u", ");
+      if (k > 0) later(rowEnd == u", " ? u" & quad " : u", ");
     }
     if (i > 0) later(rowEnd);
   }

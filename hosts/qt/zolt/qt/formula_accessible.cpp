@@ -122,9 +122,12 @@ void installAccessibility() {
   (void)installed;
 }
 
-void notifyValue(FormulaEdit& edit) {
+void notifyValue([[maybe_unused]] FormulaEdit& edit) {
+  // On a bus of AT-SPI values are numbers, and Qt complains about others.
+#if !defined(Q_OS_UNIX) || defined(Q_OS_DARWIN)
   QAccessibleValueChangeEvent event(&edit, edit.readableText());
   QAccessible::updateAccessibility(&event);
+#endif
 }
 
 void notifyTextChange(FormulaEdit& edit, field::SpokenEditS const& change) {
@@ -148,6 +151,7 @@ void notifyCaret(FormulaEdit& edit) {
 
 void announce(FormulaEdit& edit, QString const& words) {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
+  if (words.isEmpty()) return;
   QAccessibleAnnouncementEvent event(&edit, words);
   event.setPoliteness(QAccessible::AnnouncementPoliteness::Assertive);
 #else

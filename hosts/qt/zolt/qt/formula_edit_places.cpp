@@ -56,8 +56,9 @@ void FormulaEdit::StateS::notifyListener(bool formulaChanged) {
   }
   notifyCaret(edit);
   QString const said = toQString(move.said);
+  bool const wasAnnounced = !announced.isEmpty();
   announced = move.isPlace ? said : QString();
-  if (move.isPlace) announce(edit, said);
+  if (move.isPlace || wasAnnounced) announce(edit, announced);
   if (!said.isEmpty()) emit edit.spoken(said);
 }
 

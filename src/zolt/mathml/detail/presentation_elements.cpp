@@ -100,7 +100,12 @@ bool PresentationReaderC::isFenced(std::vector<MathmlIdT> const& row) const {
 bool PresentationReaderC::isHalfFenced(std::vector<MathmlIdT> const& row) const {
   if (row.size() < 2 || fenceOf(row.front()) != u'\0') return false;
   MathmlIdT const last = coreOf(row.back());
-  bool const isFence = at(last).tag == MATHML_MO && tree_.attribute(last, u"fence") == u"true";
+  MathmlIdT const parent = at(at(row.front()).parent).parent;
+  bool const isBase =
+      parent != no_element && (at(parent).tag == MATHML_MSUB || at(parent).tag == MATHML_MSUBSUP);
+  bool const isFence =
+      at(last).tag == MATHML_MO && (tree_.attribute(last, u"fence") == u"true" ||
+                                    (isBase && tree_.attribute(last, u"form") == u"postfix"));
   if (!isFence || asBar(tree_.text(last)) == u'\0') return false;
   return std::none_of(row.begin(), row.end() - 1, [&](MathmlIdT id) {
     char16_t const fence = fenceOf(id);

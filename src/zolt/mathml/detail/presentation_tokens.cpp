@@ -134,7 +134,14 @@ void PresentationReaderC::readSign(MathmlIdT id, wstring const& sign) {
   TextT const command = findSignCommand(sign);
   if (!command.empty()) return put(command, id);
   if (std::size_t const primes = countPrimesOf(id); primes > 0) return laterPrimes(primes, id);
-  if (isWord(sign)) return put(u"\\mathrm{" + sign + u'}', id);
+  if (isWord(sign)) {
+    // Some write the name of a function as a sign.
+    MathmlIdT const next = at(id).next;
+    bool const isFunction = next != no_element && tree_.text(next) == u"(" && !isLooseSign(sign);
+    MathmlIdT const inside = next != no_element && isRow(next) ? at(next).first : no_element;
+    bool const isBeforeRow = inside != no_element && tree_.text(inside) == u"(" && !isLooseSign(sign);
+    return put((isFunction || isBeforeRow ? u"\\operatorname{" : u"\\mathrm{") + sign + u'}', id);
+  }
   if (sign == u"\\" || sign == u"~") return fail(id, READ_ERROR_BAD_CHARACTER);
   put(sign, id);
 }
@@ -161,7 +168,10 @@ std::size_t PresentationReaderC::countUpright(std::vector<MathmlIdT> const& row,
   std::size_t count = 0;
   for (; first + count < row.size(); ++count) {
     MathmlIdT const id = row[first + count];
-    bool const isUpright = at(id).tag == MATHML_MI && tree_.attribute(id, u"mathvariant") == u"normal";
+    // Some set the style of the whole word.
+    MathmlIdT const styled = tree_.hasAttribute(id, u"mathvariant") ? id : at(id).parent;
+    bool const isUpright = at(id).tag == MATHML_MI && styled != no_element &&
+                           tree_.attribute(styled, u"mathvariant") == u"normal";
     TextT const text = isUpright ? tree_.text(id) : TextT();
     if (text.size() != 1 || !isAsciiLetter(text[0])) break;
   }
