@@ -130,8 +130,8 @@ class FormulaFieldC {
   bool pressPointer(long x, long y, unsigned clicks = 1, bool extend = false);
   bool movePointer(long x, long y);
   bool releasePointer();
-  /// Moves the selected part to another place. False, with nothing changed, when nothing is selected or the
-  /// place is in the selection.
+  /// Moves the selected part to another place, a block of cells into those from the place's cell on. False,
+  /// with nothing changed, when nothing is selected or the place is in the selection.
   bool moveSelection(PlaceS target);
   /// Sets the selection, or the caret. False, with nothing changed, when a place is not in the formula.
   bool setSelection(SelectionS selection);

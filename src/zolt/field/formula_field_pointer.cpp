@@ -47,15 +47,16 @@ bool FormulaFieldC::releasePointer() {
 }
 
 bool FormulaFieldC::moveSelection(PlaceS target) {
-  // The cells of a block stay where they are.
-  if (!target || !view_.isSelected() || !view_.isEditable() || findBlock(view_.getSelection())) return false;
+  if (!target || !view_.isSelected() || !view_.isEditable()) return false;
   ScriptStepS step = makeStep(SCRIPT_MOVE);
   if (recorded_) step.places = {pathOf(target)};
   ActC const act(*this, std::move(step));
   wordTyped_ = false;
+  TableBlockS const block = findBlock(view_.getSelection());
   SelectionS const stretch = inOneRow(view_.getSelection());
-  bool const forwards = isBefore(stretch.caret, target);
-  if (!forwards && !isBefore(target, stretch.anchor)) return false;
+  bool const forwards = !block && isBefore(stretch.caret, target);
+  bool const isInside = block ? isIn(block, target) : !forwards && !isBefore(target, stretch.anchor);
+  if (isInside) return false;
   bytestring content;
   view_.copy(content);
   SelectionPathS const source = pathOf(stretch);
@@ -76,7 +77,7 @@ bool FormulaFieldC::moveSelection(PlaceS target) {
   } else {
     done = sendKey(KEY_DELETE);
     done = done && placeCaret(placeAt(view_.crefRoot(), targetPath)) && view_.paste(content);
-    done = done && separate(placeAt(view_.crefRoot(), targetPath), caret());
+    done = done && (block || separate(placeAt(view_.crefRoot(), targetPath), caret()));
   }
   return group.end(done);
 }

@@ -67,6 +67,17 @@ TableBlockS findBlockOrCell(SelectionS const& selection) {
   return block ? block : findCell(selection.caret);
 }
 
+bool isIn(TableBlockS const& block, PlaceS place) {
+  Node4C const* node = place.node;
+  while (node && node->getParent() != block.table) node = node->getParent();
+  if (!node) return false;
+  unsigned long const columns = countColumns(*block.table);
+  unsigned long const row = node->findChildNumber() / columns;
+  unsigned long const column = node->findChildNumber() % columns;
+  return row >= block.firstRow && row <= block.lastRow && column >= block.firstColumn &&
+         column <= block.lastColumn;
+}
+
 SelectionS placesOf(TableBlockS const& block) {
   return {rowStart(*cellAt(*block.table, block.firstRow, block.firstColumn)),
           rowEnd(*cellAt(*block.table, block.lastRow, block.lastColumn))};

@@ -30,6 +30,8 @@ struct TableBlockS {
 [[nodiscard]] TableBlockS findBlock(SelectionS const& selection);
 /// The block that is selected, else the cell around the caret.
 [[nodiscard]] TableBlockS findBlockOrCell(SelectionS const& selection);
+/// Whether the place is in a cell of the block.
+[[nodiscard]] bool isIn(TableBlockS const& block, PlaceS place);
 /// From the start of the block's first cell to the end of its last one.
 [[nodiscard]] SelectionS placesOf(TableBlockS const& block);
 /// The block of all cells.
