@@ -5,7 +5,11 @@
 #include <QMenu>
 #include <QTest>
 #include <QThread>
+#include <QWheelEvent>
+#include <cmath>
 
+#include "hosts/qt/desktop/exporter.h"
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_computer.h"
@@ -156,6 +160,63 @@ class ComputingTest final : public QObject {
       QTRY_COMPARE(stage.shown(i), QStringLiteral("The computation was stopped"));
       QVERIFY(!stage.row(i).results().isBusy());
     }
+  }
+
+  void graphsAreMovedAndExported() {
+    StageS stage({":=(a,2)", "*(a,sin(x))", "+(x,y)", "=(y,/(1,x))"});
+    QVERIFY(stage.finish());
+    stage.enter(2);
+    QAction& action = *stage.window.action(QStringLiteral("graph"));
+    action.trigger();
+    QVERIFY(!stage.row(2).graph() && !action.isChecked());
+    QByteArray const plain =
+        Exporter(fonts(), {}, false).exportSheet(stage.view().sheet(), PictureFormat::Svg, {});
+    for (int const i : {1, 3}) {
+      stage.enter(i);
+      action.trigger();
+      QVERIFY(stage.row(i).graph() && action.isChecked());
+      QTRY_VERIFY(!stage.row(i).graph()->isSampling());
+    }
+    GraphView& graph = *stage.row(1).graph();
+    plot::WindowS const first = graph.graph().window;
+    QVERIFY(first.top > 2 && first.top < 3 && first.bottom < -2);
+    QCOMPARE(graph.graph().curve.size(), std::size_t(1));
+    QCOMPARE(stage.row(3).graph()->graph().curve.size(), std::size_t(2));
+
+    graph.setFocus();
+    QTest::keyClick(&graph, Qt::Key_Plus);
+    QTest::keyClick(&graph, Qt::Key_Right);
+    QTRY_VERIFY(!graph.isSampling());
+    plot::WindowS const moved = graph.graph().window;
+    QVERIFY(moved.right - moved.left < first.right - first.left && moved.left > first.left);
+    // A wheel keeps in place what is at the pointer.
+    QPoint const at(100, 80);
+    auto const under = [&] {
+      plot::WindowS const now = graph.graph().window;
+      return now.left + (at.x() - 4) / now.width * (now.right - now.left);
+    };
+    double const before = under();
+    QWheelEvent wheel(at, graph.mapToGlobal(at), {}, {0, 240}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(&graph, &wheel);
+    QVERIFY(std::fabs(under() - before) < 1e-9);
+    QTest::keyClick(&graph, Qt::Key_Home);
+    QTRY_VERIFY(!graph.isSampling());
+    QCOMPARE(graph.graph().window.left, first.left);
+    QTest::keyClick(&graph, Qt::Key_Escape);
+    QVERIFY(stage.row(1).formula()->hasFocus());
+
+    Exporter exporter(fonts(), {}, false);
+    exporter.setGraphs({{1, graph.graph()}});
+    QVERIFY(exporter.exportSheet(stage.view().sheet(), PictureFormat::Svg, {}).size() > plain.size() + 1000);
+    // The graph follows its formula and what that depends on.
+    stage.enter(0);
+    stage.type("0");
+    QTRY_VERIFY(stage.finish() && !graph.isSampling() &&
+                graph.function().expression->toPrefixString() == u"*(20,sin(x))");
+    stage.enter(1);
+    action.trigger();
+    QVERIFY(!stage.row(1).graph());
   }
 
   void longSheetsBeginWithWhatIsSeen() {

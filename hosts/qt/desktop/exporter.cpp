@@ -26,6 +26,7 @@ constexpr qreal number_width = 48;
 constexpr qreal picture_margin = 24;
 constexpr qreal least_text_width = 480;
 constexpr qreal block_gap = 14;
+constexpr qreal graph_width = 460, graph_height = 230;
 
 // For pictures of single formulas.
 constexpr qreal single_zoom = 3;
@@ -34,9 +35,10 @@ constexpr qreal single_margin = 2;
 constexpr qreal picture_scale = 2;  // device pixels to a pixel of PNG pictures
 constexpr qreal most_pixels = 100e6;
 
-/// One line of the sheet, laid out for a given width.
+/// One line of the sheet or the graph below it, laid out for a given width.
 struct BlockS {
-  std::unique_ptr<qt::FormulaPicture> formula;  // null: a text
+  std::unique_ptr<qt::FormulaPicture> formula;  // null: a text or a graph
+  Graph const* graph = nullptr;
   QString text;
   QFont font;
   int number = 0;
@@ -58,9 +60,10 @@ std::unique_ptr<qt::FormulaPicture> makePicture(SheetLine const& line,
 class PageFlow {
  public:
   PageFlow(Sheet const& sheet, std::shared_ptr<qt::FormulaFonts> const& fonts, QFont const& font,
-           bool decimalComma) {
+           bool decimalComma, QHash<qsizetype, Graph> const& graphs) {
     int number = 0;
-    for (SheetLine const& line : sheet) {
+    for (qsizetype i = 0; i < sheet.size(); ++i) {
+      SheetLine const& line = sheet[i];
       BlockS block;
       block.font = font;
       block.font.setPixelSize(line.kind == LineKind::Heading ? 20 : 15);
@@ -75,6 +78,12 @@ class PageFlow {
         block.text = line.text;
       }
       blocks_.push_back(std::move(block));
+      auto const graph = graphs.constFind(i);
+      if (graph == graphs.constEnd()) continue;
+      blocks_.emplace_back();
+      blocks_.back().font = font;
+      blocks_.back().font.setPixelSize(12);
+      blocks_.back().graph = &*graph;
     }
   }
 
@@ -99,6 +108,8 @@ class PageFlow {
         block.zoom = std::min(
             {formula_zoom, (width - formula_indent - number_width) / size.width(), most / size.height()});
         block.height = size.height() * block.zoom;
+      } else if (block.graph) {
+        block.height = std::min(most, graph_height);
       } else {
         QRectF const room(0, 0, width, 1e6);
         block.height = QFontMetricsF(block.font).boundingRect(room, Qt::TextWordWrap, block.text).height();
@@ -115,6 +126,13 @@ class PageFlow {
 
   static void paint(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
     painter.setPen(Qt::black);
+    if (block.graph) {
+      QSizeF const size(std::min(block.width - formula_indent, graph_width), block.height);
+      painter.setFont(block.font);
+      paintGraph(painter, {at + QPointF(formula_indent, 0), size}, *block.graph, block.graph->window,
+                 GraphColours::onPaper());
+      return;
+    }
     if (!block.formula) {
       painter.setFont(block.font);
       painter.drawText(QRectF(at, QSizeF(block.width, block.height)), Qt::TextWordWrap, block.text);
@@ -191,7 +209,7 @@ QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QStri
     writer.setCreator(QStringLiteral("ved-desktop"));
     return print(sheet, writer, writer.resolution()) ? bytes : QByteArray();
   }
-  PageFlow flow(sheet, fonts_, textFont_, decimalComma_);
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, graphs_);
   qreal const width = flow.naturalWidth();
   flow.layOut(width, 1e6);
   QSizeF const size(width + 2 * picture_margin, flow.height() + 2 * picture_margin);
@@ -219,7 +237,7 @@ QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) 
 }
 
 bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const {
-  PageFlow flow(sheet, fonts_, textFont_, decimalComma_);
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, graphs_);
   qreal const scale = resolution / pixels_per_inch;
   QSizeF const page = QSizeF(device.pageLayout().paintRectPixels(resolution).size()) / scale;
   flow.layOut(page.width(), page.height());

@@ -2,9 +2,12 @@
 
 #include <QByteArray>
 #include <QFont>
+#include <QHash>
 #include <QString>
 #include <memory>
+#include <utility>
 
+#include "hosts/qt/desktop/graph.h"
 #include "hosts/qt/desktop/sheet.h"
 
 class QPagedPaintDevice;
@@ -26,6 +29,9 @@ class Exporter final {
   /// `fonts` must not be null; `textFont` sets the texts between the formulas.
   Exporter(std::shared_ptr<qt::FormulaFonts> fonts, QFont textFont, bool decimalComma);
 
+  /// The graphs that are shown below lines of the sheets to come, by the index of the line.
+  void setGraphs(QHash<qsizetype, Graph> graphs) { graphs_ = std::move(graphs); }
+
   /// The whole sheet as the contents of a file; a PDF has pages of the usual paper size. The result is empty
   /// when it would be larger than pictures may be.
   QByteArray exportSheet(Sheet const& sheet, PictureFormat format, QString const& title) const;
@@ -39,6 +45,7 @@ class Exporter final {
   std::shared_ptr<qt::FormulaFonts> fonts_;
   QFont textFont_;
   bool decimalComma_;
+  QHash<qsizetype, Graph> graphs_;
 };
 
 }  // namespace zolt::desktop

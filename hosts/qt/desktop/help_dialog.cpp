@@ -88,6 +88,16 @@ QString makeComputing() {
          "differentiates and integrates the selection, or else the formula; what comes out is a new line "
          "below. When a formula has no value, a click on the reason, or <b>F5</b>, selects the part that it "
          "is about."));
+  html += paragraph(
+      tr("<b>Ctrl+G</b> shows the graph of an expression in one variable. Click on it: the wheel then zooms "
+         "about the pointer, dragging moves; so do the arrow keys, <b>+</b> and <b>−</b>; <b>Home</b> shows "
+         "the first view again, <b>Esc</b> leads back to the formula."));
+  html += heading(tr("Restricting formulas"));
+  html += paragraph(
+      tr("View > Restrict Formulas lets only certain formulas be entered: <b>number</b>; <b>names x y</b>, "
+         "only these; <b>polynomial x</b>; <b>nodes 50</b>, at most so many numbers, names and operations. "
+         "<b>or</b> is between alternatives, <b>;</b> between what must all hold: <b>number or names x y; "
+         "nodes 50</b>. What is refused is said in the status line. Formulas that are there stay."));
   return html;
 }
 

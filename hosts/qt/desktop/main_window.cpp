@@ -89,6 +89,7 @@ void MainWindow::connectView() {
   connect(view_, &SheetView::modifiedChanged, this, &QWidget::setWindowModified);
   connect(view_, &SheetView::currentChanged, this, [this] {
     recorder_->follow(view_->currentFormula());
+    updateGraphAction();
     updateActions();
     updateStatus();
   });

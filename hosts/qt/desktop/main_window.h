@@ -108,6 +108,8 @@ class MainWindow final : public QMainWindow {
   /// The result that is shown under the current formula; null when there is none.
   ExpressionT shownResult() const;
   void insertResult();
+  void showGraph(bool on);
+  void updateGraphAction();
   void askComputing();
   void setComputing(engine_sheet::ComputingS const& computing);
   void setEngine(QString const& id);
@@ -162,6 +164,7 @@ class MainWindow final : public QMainWindow {
   void fillRecentMenu();
   bool importDocument(QString const& path);
   void importAsked();
+  Exporter makeExporter() const;
   void exportSheet();
   void exportFormula();
   QString askExportPath(QString const& title, QString const& others = {});

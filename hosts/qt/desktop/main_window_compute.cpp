@@ -3,6 +3,7 @@
 #include <QMenuBar>
 #include <QMimeData>
 #include <QSettings>
+#include <QSignalBlocker>
 #include <memory>
 
 #include "hosts/qt/desktop/computing_dialog.h"
@@ -69,6 +70,7 @@ void MainWindow::makeComputeMenu() {
   addByVariable(tr("D&ifferentiate By"), "differentiate", CAS_DIFFERENTIATE);
   addByVariable(tr("I&ntegrate By"), "integrate", CAS_INTEGRATE);
   menu.addSeparator();
+  addToggle(menu, {"graph", "&Graph", "Ctrl+G"}, [this](bool on) { showGraph(on); });
   add(menu, {"insert-result", "&Result as New Line", "Ctrl+Shift+Return"}, [this] { insertResult(); });
   add(menu, {"stop", "S&top", ""}, [this] { computer_->stop(*view_->currentRow()); });
   menu.addSeparator();
@@ -101,6 +103,7 @@ void MainWindow::updateComputeActions() {
     action(QLatin1String(need.name))->setEnabled(isFormula && able & need.operation);
   }
   action(QStringLiteral("insert-result"))->setEnabled(isFormula && shownResult());
+  updateGraphAction();
   action(QStringLiteral("stop"))->setEnabled(computer_->isComputing(*view_->currentRow()));
 }
 
@@ -161,6 +164,28 @@ ExpressionT MainWindow::shownResult() const {
 
 void MainWindow::insertResult() {
   if (ExpressionT const result = shownResult()) insertLines(*view_->currentRow(), {result});
+}
+
+void MainWindow::showGraph(bool on) {
+  SheetRow& row = *view_->currentRow();
+  if (!row.formula() || bool(row.graph()) == on) return;
+  auto const function = computer_->graphedFunction(row);
+  if (on && !function) {
+    showError(tr("A graph needs an expression in one variable"));
+    return updateGraphAction();
+  }
+  view_->keepPlace([&] {
+    row.showGraph(on ? &*function : nullptr);
+    return QList<SheetRow*>{&row};
+  });
+  if (on) view_->showRow(row);
+}
+
+void MainWindow::updateGraphAction() {
+  SheetRow const& row = *view_->currentRow();
+  QAction& graph = *action(QStringLiteral("graph"));
+  QSignalBlocker const quiet(graph);
+  graph.setChecked(row.graph());
 }
 
 void MainWindow::askComputing() {

@@ -13,6 +13,7 @@
 #include <QTextDocument>
 #include <memory>
 
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/plain_message_box.h"
@@ -277,20 +278,31 @@ QString MainWindow::askExportPath(QString const& title, QString const& others) {
                         QStringLiteral("png"));
 }
 
+Exporter MainWindow::makeExporter() const {
+  QHash<qsizetype, Graph> graphs;
+  for (qsizetype i = 0; i < view_->rows().size(); ++i) {
+    GraphView const* const graph = view_->rows()[i]->graph();
+    if (graph) graphs.insert(i, graph->graph());
+  }
+  Exporter exporter(fonts_, font(), decimalComma_);
+  exporter.setGraphs(std::move(graphs));
+  return exporter;
+}
+
 void MainWindow::exportSheet() {
   QString const path =
       askExportPath(tr("Export Sheet"), tr(";;LaTeX document (*.tex);;Markdown document (*.md)"));
   if (path.isEmpty()) return;
   if (auto const kind = documentKindOf(path)) return writeExport(path, writeDocument(view_->sheet(), *kind));
   QString const title = QFileInfo(path_).completeBaseName();
-  Exporter const exporter(fonts_, font(), decimalComma_);
+  Exporter const exporter = makeExporter();
   writeExport(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));
 }
 
 void MainWindow::exportFormula() {
   QString const path = askExportPath(tr("Export Formula"));
   if (path.isEmpty()) return;
-  Exporter const exporter(fonts_, font(), decimalComma_);
+  Exporter const exporter = makeExporter();
   writeExport(path, exporter.exportFormula(view_->currentRow()->line(), pictureFormatOf(path)));
 }
 
@@ -308,7 +320,7 @@ void MainWindow::printAsked() {
   printer.setDocName(path_.isEmpty() ? tr("Sheet") : QFileInfo(path_).completeBaseName());
   QPrintDialog dialog(&printer, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  Exporter const exporter(fonts_, font(), decimalComma_);
+  Exporter const exporter = makeExporter();
   if (!exporter.print(view_->sheet(), printer, printer.resolution())) {
     complain(tr("The sheet could not be printed."), tr("The printer does not take it."));
   }

@@ -6,7 +6,9 @@
 
 #include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_view.h"
+#include "zolt/algexpr/parent_node.h"
 #include "zolt/engines/basic/basic_engine.h"
+#include "zolt/engines/sheet/variables.h"
 #include "zolt/engines/sheet/worth_showing.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/text.h"
@@ -172,6 +174,30 @@ CASRequestS SheetComputer::makeRequest(SheetRow const& row, Expression const& ex
   return sheet_.makeRequest(row.id(), expression, operation);
 }
 
+std::optional<GraphedFunction> SheetComputer::graphedFunction(SheetRow const& row) const {
+  LineResultS const* const result = this->result(row);
+  Expression expression = sheet_.getExpression(row.id());
+  if (result && result->value.outcome == CAS_VALUE) expression = result->value.value;
+  if (!expression) return std::nullopt;
+  // Of y = x^2 the right side is the function.
+  ParentNodeABC const* const equation = expression->getNode()->asParent();
+  if (equation && equation->crefName() == u"=" && !equation->child(0).asParent()) {
+    expression = new AlgebraicExpressionC(equation->childPointer(1), expression->getCASSession());
+  }
+  std::vector<oss::wstring> const variables = engine_sheet::findVariables(*expression);
+  if (variables.size() != 1) return std::nullopt;
+  GraphedFunction function;
+  function.expression = expression;
+  function.variable = variables.front();
+  function.definitions = sheet_.makeRequest(row.id(), expression, CAS_EVALUATE).definitions;
+  function.angle = computing().angle;
+  QString const prefix = qt::toQString(expression->toPrefixString());
+  for (char const* const name : {"sin(", "cos(", "tan("}) {
+    function.isTrigonometric = function.isTrigonometric || prefix.contains(QLatin1String(name));
+  }
+  return function;
+}
+
 bool SheetComputer::selectFault(SheetRow& row) {
   if (!row.hasResults() || !row.formula()) return false;
   ShownResult const& shown = row.results().result();
@@ -220,6 +246,9 @@ bool SheetComputer::showRow(SheetRow& row) {
   LineResultS const* const result = sheet_.findResult(row.id());
   auto const expression = sheet_.getExpression(row.id());
   if (busy_ == row.id() && (!task_ || task_->line != busy_) && !asked_) setBusy(0);
+  if (row.graph() && sheet_.isCurrent(row.id())) {
+    if (auto const function = graphedFunction(row)) row.showGraph(&*function);
+  }
   if (!result && !row.hasResults()) return false;
   int const height = row.hasResults() ? row.results().height() : 0;
   row.showResult(result && expression ? toShown(*expression, *result, computing().digits) : ShownResult());

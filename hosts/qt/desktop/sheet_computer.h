@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "hosts/qt/desktop/graph.h"
 #include "zolt/algexpr/cas_request.h"
 #include "zolt/engines/queue/engine_queue.h"
 #include "zolt/engines/sheet/sheet_engine.h"
@@ -52,6 +53,9 @@ class SheetComputer final : public QObject {
   /// Has the engine do the request. `take` is called later, unless the user stops it or asks for something
   /// else; it must be good for as long as this object is.
   void ask(SheetRow const& row, math::algexpr::CASRequestS request, std::function<void(Result const&)> take);
+  /// The function of one variable whose graph the row can show: the value of its formula or definition, or
+  /// the right side of an equation that gives one. No value when there is none.
+  std::optional<GraphedFunction> graphedFunction(SheetRow const& row) const;
   /// Whether all that was to be computed has been, and is shown.
   bool isIdle() const;
 

@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/text_line.h"
@@ -101,7 +102,7 @@ ResultView& SheetRow::results() {
     results_ = new ResultView(this);
     results_->setZoom(zoom_);
     results_->setDecimalComma(decimalComma_);
-    column_->addWidget(results_);
+    column_->insertWidget(1, results_);
     results_->show();
     emit resultsMade();
   }
@@ -110,6 +111,21 @@ ResultView& SheetRow::results() {
 
 void SheetRow::showResult(ShownResult const& result) {
   if (results_ || !result.isEmpty()) results().setResult(result);
+}
+
+void SheetRow::showGraph(GraphedFunction const* function) {
+  if (!function) {
+    delete graph_;
+    graph_ = nullptr;
+    return;
+  }
+  if (!graph_) {
+    graph_ = new GraphView(this);
+    column_->addWidget(graph_);
+    graph_->show();
+    connect(graph_, &GraphView::left, formula_, [this] { formula_->setFocus(Qt::OtherFocusReason); });
+  }
+  graph_->setFunction(*function);
 }
 
 void SheetRow::makeNotation(SheetLine const& line) {

@@ -16,9 +16,11 @@ class FormulaEdit;
 
 namespace zolt::desktop {
 
+class GraphView;
 class ResultView;
 class TextLine;
 class TextPreview;
+struct GraphedFunction;
 struct ShownResult;
 
 /// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
@@ -54,6 +56,10 @@ class SheetRow final : public QWidget {
   /// Where results are shown. Made when it is first asked for; not for a line without a formula.
   ResultView& results();
   bool hasResults() const { return results_; }
+  /// Shows the graph of the function below the results; null takes it away.
+  void showGraph(GraphedFunction const* function);
+  /// Null while none is shown.
+  GraphView* graph() const { return graph_; }
 
   /// Sets its number among the formulas, counted from 1.
   void setNumber(int number);
@@ -103,6 +109,7 @@ class SheetRow final : public QWidget {
   qt::FormulaEdit* formula_ = nullptr;
   QVBoxLayout* column_ = nullptr;  // the formula and what is below it
   ResultView* results_ = nullptr;
+  GraphView* graph_ = nullptr;
   TextPreview* preview_ = nullptr;  // of a text without an editor
   QString previewed_;
   TextLine* text_ = nullptr;

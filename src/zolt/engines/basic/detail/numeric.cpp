@@ -209,6 +209,8 @@ bool NumericC::runStep(StepS const& step, BallS& result) {
       result = truth(step.op == OP_TRUE);
       return true;
     case OP_NAME:
+      result = names_;
+      if (hasNames_) return true;
       return watch_.fail(CAS_CAUSE_NO_VALUE, step.part, plan_.names[step.index]);
     case OP_SLOT:
       result = slots_[step.index];

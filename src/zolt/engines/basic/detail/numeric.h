@@ -13,6 +13,11 @@ class NumericC {
 
   NumericC(PlanS const& plan, CASAngleE angle, WatchC& watch);
 
+  /// What all names without a value stand for from now on.
+  void setNames(BallS value) {
+    names_ = value;
+    hasNames_ = true;
+  }
   /// The value of the last step, or of the step `result`; of a truth value, 1 or 0. False, with the watch's
   /// fault, when there is none.
   [[nodiscard]] bool run(std::uint32_t result, BallS& value);
@@ -46,6 +51,8 @@ class NumericC {
   std::vector<BallS> values_;
   std::vector<BallS> numbers_;
   std::vector<BallS> slots_;
+  BallS names_;
+  bool hasNames_ = false;
   unsigned integrals_ = 0;
 };
 

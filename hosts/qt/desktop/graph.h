@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QColor>
+#include <QPointF>
+#include <QRectF>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "zolt/algexpr/cas_request.h"
+#include "zolt/plot/axis_ticks.h"
+#include "zolt/plot/curve_sampler.h"
+
+class QPainter;
+class QPalette;
+
+namespace zolt::desktop {
+
+/// A function of one variable, for a graph.
+struct GraphedFunction {
+  oss::PointerTC<math::algexpr::AlgebraicExpressionC> expression;
+  oss::wstring variable;
+  oss::PointerTC<math::algexpr::CASDefinitionsC> definitions;
+  math::algexpr::CASAngleE angle = math::algexpr::CAS_RADIANS;
+  bool isTrigonometric = false;
+
+  /// Whether both have the same graph.
+  bool equals(GraphedFunction const& other) const;
+};
+
+/// What a graph shows: a window of the plane and the curve in it.
+struct Graph {
+  plot::WindowS window;
+  plot::CurveT curve;
+  plot::TickUnitE unit = plot::TICKS_OF_ONE;  ///< of the horizontal axis
+};
+
+/// Samples a graph, on any thread, until a stop is asked for. Without a window it chooses one. The size is
+/// that of `window`, in pixels.
+Graph sampleGraph(GraphedFunction const& function, plot::WindowS window, bool choosesWindow,
+                  oss::PointerTC<math::algexpr::CASStopC> const& stop);
+
+struct GraphColours {
+  QColor paper, grid, axis, text, curve;
+
+  static GraphColours of(QPalette const& palette);
+  static GraphColours onPaper();
+};
+
+/// Paints a graph into a box, with the curve of another window moved to where it belongs.
+void paintGraph(QPainter& painter, QRectF const& box, Graph const& graph, plot::WindowS const& shown,
+                GraphColours const& colours);
+
+}  // namespace zolt::desktop
