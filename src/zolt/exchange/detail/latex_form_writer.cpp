@@ -232,7 +232,9 @@ void LatexWriterC::closeIndex() {
   wstring const braced = output_.substr(begin - 1) + u'}';
   std::size_t position = 0;
   wstring index;
-  if (!readLatexIndex(braced, position, index)) return;
+  // A double-struck letter is one character in other notations, and a part of the name there.
+  bool const isLetter = braced.compare(1, 8, u"\\mathbb{") == 0 && braced.find(u'}') + 2 == braced.size();
+  if (!isLetter && !readLatexIndex(braced, position, index)) return;
   output_.insert(begin, 1, u'{');
   append(u"}");
 }
