@@ -7,6 +7,7 @@
 #include "fuzzing/step_count.h"
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 
@@ -125,6 +126,36 @@ class SubjectC {
   script::ScriptRunnerC runner_;
   wstring notation_;
 };
+
+/// A matrix with so many rows and columns, the caret in its middle.
+wstring makeMatrix(unsigned long size) {
+  wstring cells;
+  for (unsigned long i = 0; i < size * size; ++i) {
+    cells +=
+        wstring(i > 0 ? u" ; " : u"") + (i == size * size / 2 + size / 2 ? u"[\"12\u2038\"]" : u"[\"123\"]");
+  }
+  return u"[\"\", matrix " + fromUtf8(std::to_string(size)) + u"<" + cells + u">, \"\"]";
+}
+
+// 81 times as many cells take a key, and an act on rows or columns, about as many times the work as there are
+// more rows and columns.
+TEST(GrowthOfAKey, FollowsRowAndColumnOfATable) {
+  catalogue_extended::registerExtendedOperators(standardOperators());
+  SubjectC small(makeMatrix(10));
+  SubjectC large(makeMatrix(90));
+  for (wstring const script :
+       {u"char x", u"char 3", u"type \"3456\"", u"key backspace", u"command down", u"command next-slot",
+        u"command select-right", u"undo", u"command row-above", u"command row-below", u"command column-left",
+        u"command column-right", u"command delete-rows", u"command delete-columns", u"command rows-up",
+        u"command rows-down", u"command columns-left", u"command columns-right"}) {
+    for (wstring const after : {u"", u" undo"}) {
+      if (script == u"undo" && !after.empty()) continue;  // it would take the table away
+      unsigned long const least = small.cost(u"char y", script + after);
+      EXPECT_LE(large.cost(u"char y", script + after), 12 * least)
+          << toUtf8(script + after) << ", from " << least << " steps";
+    }
+  }
+}
 
 // A hundred times as much formula takes a key at most five times the work: only what it changed is looked at.
 TEST(GrowthOfAKey, FollowsTheEdit) {
