@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPdfWriter>
 #include <QSemaphore>
 #include <QSettings>
@@ -358,6 +359,23 @@ class DesktopTest final : public QObject {
         users.insert(chord, action->text());
       }
     }
+  }
+
+  void noTwoEntriesOfAMenuShareALetter() {
+    MainWindow window(fonts(), nullptr);
+    QStringList faults;
+    QList<QList<QAction*>> menus{window.menuBar()->actions()};
+    while (!menus.isEmpty()) {
+      QSet<QString> letters;
+      for (QAction const* const entry : menus.takeFirst()) {
+        if (entry->isSeparator()) continue;
+        QString const letter = QKeySequence::mnemonic(entry->text()).toString();
+        if (!letter.isEmpty() && letters.contains(letter)) faults << entry->text();
+        letters << letter;
+        if (entry->menu()) menus << entry->menu()->actions();
+      }
+    }
+    QCOMPARE(faults.join(u'\n'), QString());
   }
 
   void editorsLeaveShortcutsToTheWindow() {

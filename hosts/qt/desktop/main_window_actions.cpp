@@ -75,7 +75,7 @@ void MainWindow::makeFileMenu() {
   add(menu, {"open", "&Open…", "Ctrl+O"}, [this] { openAsked(); });
   recentMenu_ = menu.addMenu(tr("Open &Recent"));
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::fillRecentMenu);
-  add(menu, {"sample", "Open S&ample", ""}, [this] {
+  add(menu, {"sample", "Open Sa&mple", ""}, [this] {
     if (mayLeave()) openSample();
   });
   menu.addSeparator();
@@ -114,7 +114,7 @@ void MainWindow::makeEditMenu() {
   add(menu, {"grow", "&Grow Selection", "Alt+Shift+Right"},
       [this] { runInFormula(field::COMMAND_GROW_SELECTION); });
   add(menu, {"clear", "C&lear Formula", "Ctrl+Shift+Delete"}, [this] { runInFormula(field::COMMAND_CLEAR); });
-  makeTableMenu(*menu.addMenu(tr("&Rows and Columns")));
+  makeTableMenu(*menu.addMenu(tr("Row&s and Columns")));
   menu.addSeparator();
   add(menu, {"check", "Chec&k Formula", "F5"}, [this] {
     qt::FormulaEdit* const formula = view_->currentFormula();
@@ -125,7 +125,7 @@ void MainWindow::makeEditMenu() {
   });
   menu.addSeparator();
   add(menu, {"duplicate", "&Duplicate Line", "Ctrl+D"}, [this] { view_->duplicateCurrent(); });
-  add(menu, {"move-up", "Move Line U&p", "Ctrl+Shift+Up"}, [this] { view_->moveCurrent(-1); });
+  add(menu, {"move-up", "Move L&ine Up", "Ctrl+Shift+Up"}, [this] { view_->moveCurrent(-1); });
   add(menu, {"move-down", "Move Line Do&wn", "Ctrl+Shift+Down"}, [this] { view_->moveCurrent(1); });
   add(menu, {"delete", "D&elete Line", "Ctrl+Shift+D"}, [this] { view_->removeCurrent(); });
 }

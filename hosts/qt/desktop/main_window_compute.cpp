@@ -79,7 +79,7 @@ void MainWindow::makeComputeMenu() {
     computing.isOn = on;
     computer_->setComputing(computing);
   });
-  add(menu, {"computing", "Settin&gs…", ""}, [this] { askComputing(); });
+  add(menu, {"computing", "&Computing Settings…", ""}, [this] { askComputing(); });
   connect(&menu, &QMenu::aboutToShow, this, &MainWindow::updateComputeActions);
   connect(view_, &SheetView::contextMenuMade, this, [this, &menu](QMenu* formulaMenu) {
     formulaMenu->addSeparator();
