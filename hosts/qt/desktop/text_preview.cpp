@@ -15,7 +15,7 @@ TextPreview::TextPreview(QString const& text, QString const& placeholder, QWidge
   setAccessibleName(text.isEmpty() ? placeholder : text);
   setCursor(Qt::IBeamCursor);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  fit();
+  fitOneLine();
 }
 
 TextPreview::~TextPreview() = default;
@@ -44,17 +44,22 @@ qreal TextPreview::layOut(QPainter* painter) const {
 
 void TextPreview::fit() { setFixedHeight(int(std::ceil(layOut(nullptr)))); }
 
+// Lines are made and get their font before the sheet has given them a width: a sheet has thousands of them.
+void TextPreview::fitOneLine() { setFixedHeight(fontMetrics().height() + 2 * TextLine::margin); }
+
 void TextPreview::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   layOut(&painter);
 }
 
 void TextPreview::resizeEvent(QResizeEvent* event) {
-  if (event->size().width() != event->oldSize().width()) fit();
+  if (hasWidth_ && event->size().width() == event->oldSize().width()) return;
+  hasWidth_ = true;
+  fit();
 }
 
 void TextPreview::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::FontChange) fit();
+  if (event->type() == QEvent::FontChange) hasWidth_ ? fit() : fitOneLine();
   QWidget::changeEvent(event);
 }
 

@@ -23,9 +23,11 @@ class TextPreview final : public QWidget {
   /// Returns the height, and with a painter paints the text.
   qreal layOut(QPainter* painter) const;
   void fit();
+  void fitOneLine();
 
   QString text_;
   QString placeholder_;
+  bool hasWidth_ = false;
 };
 
 }  // namespace zolt::desktop
