@@ -232,6 +232,7 @@ void Node4C::putColumns(unsigned long columns, unsigned long column,
 }
 
 void Node4C::takeColumns(unsigned long columns, unsigned long column, unsigned long count) {
+  children_.straighten();  // nothing may fail between the end of a cell and that of its slot
   if (2 * (children_.size() / columns * (columns - count)) < RowIndexC::leastItems()) dropIndex();
   if (state_.index) state_.index->noteColumnsRemoved(*this, column, count);
   for (unsigned long i = column; i < children_.size(); i += columns) {

@@ -88,13 +88,17 @@ void ChildArrayC::erase(std::size_t i, std::size_t count) {
   if (size_ == 0) clear();
 }
 
+void ChildArrayC::straighten() {
+  moveGap(size_);
+  if (first_ + size_ > capacity_) reallocate(capacity_);
+}
+
 void ChildArrayC::insertInRuns(std::size_t run, std::size_t i, std::size_t count) {
   std::size_t const before = size_;
   std::size_t const runs = before / run;
   insertSlots(before, runs * count);
-  moveGap(size_);
-  reallocate(size_);
-  Node4C** const all = data();
+  straighten();
+  Node4C** const all = data() + first_;
   for (std::size_t k = runs; k-- > 0;) {
     Node4C** const from = all + k * run;
     Node4C** const to = all + k * (run + count);
@@ -106,8 +110,8 @@ void ChildArrayC::insertInRuns(std::size_t run, std::size_t i, std::size_t count
 
 void ChildArrayC::eraseInRuns(std::size_t run, std::size_t i, std::size_t count) {
   std::size_t const runs = size_ / run;
-  reallocate(size_);
-  Node4C** const all = data();
+  straighten();
+  Node4C** const all = data() + first_;
   for (std::size_t k = 0; k < runs; ++k) {
     Node4C** const from = all + k * run;
     Node4C** const to = all + k * (run - count);

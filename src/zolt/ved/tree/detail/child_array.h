@@ -51,7 +51,9 @@ class ChildArrayC {
   void insertSlots(std::size_t i, std::size_t count);
   /// Removes `count` slots from slot i on.
   void erase(std::size_t i, std::size_t count = 1);
-  /// The same in each run of so many slots.
+  /// Brings all slots into one piece of memory. May allocate, and then what follows does not.
+  void straighten();
+  /// The same as `insertSlots` and `erase` in each run of so many slots.
   void insertInRuns(std::size_t run, std::size_t i, std::size_t count);
   void eraseInRuns(std::size_t run, std::size_t i, std::size_t count);
   void clear() { first_ = gap_ = size_ = 0; }
