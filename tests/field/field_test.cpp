@@ -339,7 +339,7 @@ TEST(FieldConstraints, AnswerTheCases) {
       EXPECT_EQ("fault " + std::to_string(fault), line.expected);
       continue;
     }
-    field::FormulaFieldC field(new surfaces::RecordingGraphicsC);
+    field::FormulaFieldC field((standardOperators(), new surfaces::RecordingGraphicsC));
     field.setConstraints(constraints);
     math::common::ReadErrorS error;
     bool const isAllowed = field.setPlainText(toText(line.input.substr(colon + 2)), &error);
@@ -349,7 +349,7 @@ TEST(FieldConstraints, AnswerTheCases) {
 
 // A refused key says what the constraints say, and nothing of an earlier refusal.
 TEST(FieldConstraints, SayWhyWhileOneTypes) {
-  field::FormulaFieldC field(new surfaces::RecordingGraphicsC);
+  field::FormulaFieldC field((standardOperators(), new surfaces::RecordingGraphicsC));
   field.setConstraints(constraints::fromText(u"names x rate; nodes 4", nullptr));
   for (char16_t const c : wstring(u"x+sin(rat")) EXPECT_TRUE(field.typeCharacter(c)) << c;
   RefusalS refusal;
@@ -363,7 +363,7 @@ TEST(FieldConstraints, SayWhyWhileOneTypes) {
 
 // Whatever part of its expression an engine names, the field selects just what it was written as.
 TEST(FieldExpression, IsSelectedByParts) {
-  field::FormulaFieldC field(new surfaces::RecordingGraphicsC);
+  field::FormulaFieldC field((standardOperators(), new surfaces::RecordingGraphicsC));
   for (char const* const text :
        {"1/(x-x)+2", "-3+a*b*c-d", "sqrt(nthroot(x,3)!)^(y+1)", "sum(k,1,1,k^2)+sum(k,1,1,k)", "int(a,a,x,x)",
         "f(x,g(y))=2 and not x<1", "diff(x,x)+where(x,x,2)", "log(abs(x),2)-90°", "((a+b))*c", "a:=b/2"}) {
