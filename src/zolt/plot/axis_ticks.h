@@ -11,6 +11,7 @@ enum TickUnitE {
   TICKS_OF_PI  ///< π/2, π, 3π/2: for angles in radians
 };
 
+/// Where an axis has a tick, and what is written at it.
 struct TickS {
   double value = 0;
   oss::wstring label;

@@ -17,6 +17,7 @@ class PlottedFunctionABC {
   virtual bool mayGoOn() const { return true; }
 };
 
+/// A point of a curve, in the units of its axes.
 struct PointS {
   double x = 0;
   double y = 0;
