@@ -170,12 +170,7 @@ PlainParserC::FrameS PlainParserC::startCall(std::u16string_view name) {
 /// Reads the sign after an argument that is no operation, "+" in "lim(x->0+,f)" or "lim(x->0^+,f)". False,
 /// with nothing read, when there is none.
 bool PlainParserC::readSide() {
-  auto const call =
-      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
-  if (call == frames_.rend() || call->kind != PENDING_CALL || !call->isWritten || call->side) return false;
-  ReadingS const* const sided = findSidedFunction(call->name);
-  CallPatternS const* const pattern = sided ? sided->notation->pattern : nullptr;
-  if (!pattern || pattern->findSide() != pattern->arguments + call->commas) return false;
+  // What comes next is looked at first: the search for the call would be long in a row of powers.
   PlainLexerC ahead = lexer_;
   bool const isRaised = token().type == PLAIN_TOKEN_INFIX && token().infix->rule == RULE_POWER;
   if (isRaised) ahead.readNextToken();
@@ -185,6 +180,12 @@ bool PlainParserC::readSide() {
   if (sign != u'+' && !common::isMinus(sign)) return false;
   ahead.readNextToken();
   if (ahead.crefToken().type != PLAIN_TOKEN_COMMA) return false;
+  auto const call =
+      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
+  if (call == frames_.rend() || call->kind != PENDING_CALL || !call->isWritten || call->side) return false;
+  ReadingS const* const sided = findSidedFunction(call->name);
+  CallPatternS const* const pattern = sided ? sided->notation->pattern : nullptr;
+  if (!pattern || pattern->findSide() != pattern->arguments + call->commas) return false;
   call->side = makeNumber(sign == u'+' ? wstring(u"1") : wstring{common::minus_sign, u'1'});
   lexer_ = std::move(ahead);
   return true;
