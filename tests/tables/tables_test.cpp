@@ -123,6 +123,24 @@ TEST(Tables, AreReadFromHtml) {
 
 TEST(Tables, AreShownAndEdited) { playCases(); }
 
+TEST(Tables, TakeNoMoreCellsThanTheyMayHave) {
+  extendedOperators();
+  wstring const wide = wstring(math::ved::limits::max_table_columns, u'\t') + u"1";
+  // In the second column there is no room for as many.
+  for (bool const isInside : {false, true}) {
+    StageC stage(isInside ? "[\"\", matrix<[\"a\"] ; [\"b\u2038\"]>, \"\"]" : "[\"a\u2038\"]");
+    std::string const before = stage.tree();
+    field::ClipboardContentS content;
+    content.plainText = wide;
+    math::common::ReadErrorS error;
+    EXPECT_EQ(stage.refField().paste(content, &error), field::PASTE_REFUSED);
+    EXPECT_EQ(error.cause, math::common::READ_ERROR_TABLE_SIZE);
+    content.plainText.erase(0, 1);
+    EXPECT_EQ(stage.refField().paste(content), isInside ? field::PASTE_REFUSED : field::PASTE_DONE);
+    EXPECT_EQ(stage.tree() == before, isInside);
+  }
+}
+
 // Small tables then keep their rows as stretches, as large ones do.
 TEST(Tables, AreEditedAlikeWhenTheyAreLarge) {
   if (!RowIndexC::setLeastLength(4)) GTEST_SKIP() << "this build has stretches of one length";

@@ -30,8 +30,9 @@ oss::wstring describe(ReadErrorE cause) {
       u"The \"dx\" of an integral is missing",
       u"This has no meaning that an expression could hold",
       u"This is not well-formed MathML",
-      u"This element has no meaning here"};
-  static_assert(std::size(sentences) == READ_ERROR_UNKNOWN_ELEMENT + 1);
+      u"This element has no meaning here",
+      u"A table has at most 100 columns and 10,000 cells"};
+  static_assert(std::size(sentences) == READ_ERROR_TABLE_SIZE + 1);
   return sentences[cause];
 }
 

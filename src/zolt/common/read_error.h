@@ -31,7 +31,8 @@ enum ReadErrorE {
   READ_ERROR_NO_DIFFERENTIAL,    ///< LaTeX: `\\int_0^1 x`
   READ_ERROR_NO_MEANING,         ///< LaTeX: `1+\\dots+n`, a known command that no expression can hold
   READ_ERROR_BAD_MARKUP,         ///< MathML: `<mi>x`; no XML, or text where elements belong
-  READ_ERROR_UNKNOWN_ELEMENT     ///< MathML: an element without a meaning, or in such a place
+  READ_ERROR_UNKNOWN_ELEMENT,    ///< MathML: an element without a meaning, or in such a place
+  READ_ERROR_TABLE_SIZE          ///< more cells than a table may have
 };
 
 /// What every reader reports of what it refuses: prefix text, plain text, a formula field. A reader that

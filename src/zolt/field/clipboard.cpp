@@ -1,5 +1,7 @@
 #include "zolt/field/clipboard.h"
 
+#include <optional>
+
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/float64_util.h"
@@ -191,20 +193,28 @@ bool pasteCells(ViewZNT4C& view, std::vector<RowT> cells, unsigned long columns)
   return view.paste(writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(cells)))));
 }
 
-/// Text with tabs becomes the cells of a table. In a table it may also be a single column.
-bool pasteCellTexts(ViewZNT4C& view, wstring const& text, ReadersS const& readers) {
+/// Text with tabs becomes the cells of a table. In a table it may also be a single column. Nothing is
+/// returned where it is no such text; what no table can take is refused, since a person who pastes cells
+/// wants no row of characters.
+std::optional<PasteE> pasteCellTexts(ViewZNT4C& view, wstring const& text, ReadersS const& readers,
+                                     ReadErrorS& error) {
+  namespace limits = math::ved::limits;
   // These are indented with tabs.
-  if (readers.canReadMathml(text) || text.find(u"\\begin{") != wstring::npos) return false;
+  if (readers.canReadMathml(text) || text.find(u"\\begin{") != wstring::npos) return {};
   bool const isInTable = static_cast<bool>(findBlockOrCell(view.getSelection()));
-  if (!hasCells(text, isInTable ? TABS_OR_LINES : TABS_ONLY)) return false;
+  if (!isInTable && !findTable(view.crefOperatorList(), 1)) return {};
+  if (!hasCells(text, isInTable ? TABS_OR_LINES : TABS_ONLY)) return {};
   CellTextsS const texts = readCells(text);
-  if (texts.cells.size() > math::ved::limits::max_table_cells) return false;
+  if (texts.cells.size() > limits::max_table_cells || texts.columns > limits::max_table_columns) {
+    error.cause = math::common::READ_ERROR_TABLE_SIZE;
+    return PASTE_REFUSED;
+  }
   std::vector<RowT> cells;
   for (wstring const& cell : texts.cells) {
     cells.push_back(makeCell(cell, view.crefOperatorList(), readers));
-    if (!cells.back()) return false;
+    if (!cells.back()) return {};
   }
-  return pasteCells(view, std::move(cells), texts.columns);
+  return pasteCells(view, std::move(cells), texts.columns) ? PASTE_DONE : PASTE_REFUSED;
 }
 
 wstring writeBlock(TableBlockS const& block, OperatorListC const& operators, InputOptionsS const& options) {
@@ -283,7 +293,11 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
   if (page.size() <= max_pasted_markup && content.plainText.find(u'\t') == wstring::npos) {
     if (wstring cells = cellsFromHtml(page); !cells.empty()) content.plainText = std::move(cells);
   }
-  if (pasteCellTexts(view, content.plainText, readers)) return PASTE_DONE;
+  ReadErrorS found;
+  if (auto const result = pasteCellTexts(view, content.plainText, readers, found)) {
+    if (error && found.cause != math::common::READ_ERROR_NONE) *error = found;
+    return *result;
+  }
   return content.plainText.empty() ? PASTE_REFUSED : pastePlainText(view, content, readers, error);
 }
 
