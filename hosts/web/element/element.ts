@@ -409,7 +409,11 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
 
   #listen(): void {
     const { input, frame } = this.parts;
-    this.root.addEventListener('focusin', () => this.#onFocus());
+    this.root.addEventListener('focusin', (event) => {
+      // A formula that goes on beyond the edges can be given the focus, as browsers do with what scrolls.
+      if (event.target === this.parts.scroller) input.focus({ preventScroll: true });
+      this.#onFocus();
+    });
     this.root.addEventListener('focusout', (event) => this.#onBlur(event as FocusEvent));
     input.addEventListener('keydown', () => { this.#isTabbed = false; });
     input.addEventListener('keyup', (event) => {

@@ -3,10 +3,11 @@
 
 import { spawnSync } from 'node:child_process';
 import { existsSync, readdirSync } from 'node:fs';
+import { resolve } from 'node:path';
 import { fileURLToPath } from 'node:url';
 
 const here = fileURLToPath(new URL('.', import.meta.url));
-const built = process.argv[2];
+const built = resolve(process.argv[2]);
 const chromium = process.env.ZOLT_CHROMIUM ?? '/usr/bin/chromium';
 const missing = [`${built}/site/index.html`, `${here}/../../../hosts/web/node_modules/playwright-core`, chromium].filter((path) => !existsSync(path));
 if (missing.length) {

@@ -15,7 +15,7 @@ const server = await serve([site, new URL('../../../out/web/', import.meta.url).
 const browser = await chromium.launch({
   executablePath: process.env.ZOLT_CHROMIUM ?? '/usr/bin/chromium',
   args: ['--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run', '--disable-background-networking',
-    '--disable-component-update', '--disable-sync', '--js-flags=--expose-gc'],
+    '--disable-component-update', '--disable-sync', '--enable-precise-memory-info'],
 });
 after(async () => {
   await browser.close();
