@@ -141,7 +141,7 @@ PlainParserC::NextE PlainParserC::readNoOperand() {
 }
 
 PlainParserC::NextE PlainParserC::readPrefix(NotationS const& sign, RuleE operandRule) {
-  FrameS frame{PENDING_PREFIX, operandRule};
+  FrameS frame{operandRule, PENDING_PREFIX};
   frame.takesSign = true;
   frame.name = sign.name;
   frame.sign = &sign;
@@ -157,13 +157,13 @@ PlainParserC::NextE PlainParserC::readSignBeforeOperand() {
 }
 
 PlainParserC::NextE PlainParserC::readRoot() {
-  FrameS frame{PENDING_ROOT, RULE_ATOM};
+  FrameS frame{RULE_ATOM, PENDING_ROOT};
   if (!token().text.empty()) frame.exponent = makeNumber(token().text);
   return begin(std::move(frame));
 }
 
 PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
-  FrameS frame{PENDING_GROUP, RULE_ASSIGNMENT, close};
+  FrameS frame{RULE_ASSIGNMENT, PENDING_GROUP, close};
   frame.name = token().text;
   return beginBracket(std::move(frame));
 }
@@ -236,7 +236,7 @@ bool PlainParserC::endsList() const {
 }
 
 PlainParserC::NextE PlainParserC::readInfix() {
-  FrameS frame{PENDING_INFIX, token().infix->rightRule};
+  FrameS frame{token().infix->rightRule, PENDING_INFIX};
   frame.sign = token().infix;
   frame.takesSign = true;
   finishTighterThan(frame.sign->rule);
@@ -263,7 +263,7 @@ PlainParserC::NextE PlainParserC::readProduct() {
                           !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
   if (!inArgument) finishTighterThan(times->rule);
   keepShownBrackets();
-  FrameS frame{PENDING_INFIX, token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER};
+  FrameS frame{token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER, PENDING_INFIX};
   frame.sign = times;
   frames_.push_back(std::move(frame));
   return NEXT_OPERAND;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <string_view>
 #include <vector>
@@ -26,7 +27,7 @@ class PlainParserC {
  private:
   using NodeT = PointerTC<math::algexpr::NodeABC>;
 
-  enum PendingE {
+  enum PendingE : std::uint8_t {
     PENDING_PREFIX,       ///< a sign or "not" before its operand
     PENDING_INFIX,        ///< a sign or word between its operands
     PENDING_ROOT,         ///< a radical sign
@@ -35,10 +36,11 @@ class PlainParserC {
     PENDING_GROUP         ///< any other brackets, or bars
   };
 
-  /// An operation that was begun and whose next operand is being read.
+  /// An operation that was begun and whose next operand is being read. Hostile text has one for each
+  /// character: the small members are side by side and leave no gaps.
   struct FrameS {
-    PendingE kind;
     RuleE operandRule;
+    PendingE kind;
     char16_t close = u'\0';           // of brackets only
     bool takesSign = false;           // the operand may start with a sign, even if its rule is tighter
     bool isWritten = false;           // `name` is as people write it, not as the expression library does

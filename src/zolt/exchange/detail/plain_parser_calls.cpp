@@ -81,7 +81,7 @@ bool PlainParserC::beginMarkedCall(FrameS const& frame, std::vector<NodeT> const
   bool const isMarked =
       frame.isIndexed && arguments.size() == 1 && findMark(frame.name) + 1 == frame.name.size();
   if (!isMarked || !opensCall()) return false;
-  FrameS call{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  FrameS call{RULE_ASSIGNMENT, PENDING_CALL, u')'};
   call.name = frame.name.substr(0, frame.name.size() - 1);
   call.isWritten = true;
   call.second = arguments[0];
@@ -104,7 +104,7 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   if (name != u"not" || currentRule() != tighterThan(RULE_RELATION)) {
     return failAt(frame.begin, frame.end, READ_ERROR_MISSING_OPERAND);
   }
-  FrameS prefix{PENDING_PREFIX, tighterThan(RULE_RELATION)};
+  FrameS prefix{tighterThan(RULE_RELATION), PENDING_PREFIX};
   prefix.takesSign = true;
   prefix.name = frame.name;
   frames_.push_back(std::move(prefix));
@@ -159,7 +159,7 @@ bool PlainParserC::readFunctionExponent(FrameS& frame) {
 
 // Reads the name of a function, after which its brackets or its operand may begin.
 PlainParserC::FrameS PlainParserC::startCall(std::u16string_view name) {
-  FrameS frame{PENDING_CALL, RULE_ASSIGNMENT, u')'};
+  FrameS frame{RULE_ASSIGNMENT, PENDING_CALL, u')'};
   frame.name = name;
   frame.begin = token().begin;
   frame.end = token().end;
