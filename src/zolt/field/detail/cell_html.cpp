@@ -138,7 +138,7 @@ class TableReaderC {
 
   /// So many more columns are to be in the last row.
   void noteSize(unsigned long columns) {
-    std::size_t const size = std::max(spanned_.size(), rows_.back().size() + columns);
+    std::size_t const size = std::max<std::size_t>(spanned_.size(), rows_.back().size() + columns);
     isTooLarge_ = size > math::ved::limits::max_table_columns ||
                   size * rows_.size() > math::ved::limits::max_table_cells;
     isDone_ = isTooLarge_;

@@ -56,7 +56,8 @@ class TableLayoutC {
   bool isMarked(unsigned long row) const { return !index_ || ((*index_)[row].stale & STALE_LAYOUT); }
   /// The cells of a row that have been laid out: the first, and the end of them.
   std::pair<std::size_t, std::size_t> findCells(unsigned long row) const {
-    return index_ ? index_->findMarkedCells(row, STALE_LAYOUT) : std::make_pair<std::size_t>(0, numColumns_);
+    if (index_) return index_->findMarkedCells(row, STALE_LAYOUT);
+    return {0, numColumns_};
   }
   RowExtentS& refExtent(unsigned long row) { return index_ ? (*index_)[row].sum.extent : extents_[row]; }
   Node4C& refCell(unsigned long row, unsigned long column) const {
