@@ -153,7 +153,7 @@ TEST(Tables, AreEditedAlikeWhenTheyAreLarge) {
 TEST(Tables, AreFoundAndDrawnAlikeWhenTheyAreLarge) {
   extendedOperators();
   std::string found[2], drawn[2];
-  for (std::size_t const large : {0, 1}) {
+  for (std::size_t const large : {std::size_t{0}, std::size_t{1}}) {
     if (!RowIndexC::setLeastLength(large > 0 ? 4 : 1000))
       GTEST_SKIP() << "this build has stretches of one length";
     StageC stage;
