@@ -370,6 +370,8 @@ Node4C* Node4C::findMarked(unsigned long& next, StaleE mark) const {
     unsigned long last = count;
     unsigned long end = count;
     if (state_.index) {
+      stretch = state_.index->findMarkedStretch(stretch, mark);
+      if (stretch == state_.index->size()) break;
       auto const [first, after] = state_.index->findMarkedCells(stretch, mark);
       RowStretchS const& current = (*state_.index)[stretch++];
       next = std::max<unsigned long>(next, current.first + first);
@@ -382,6 +384,7 @@ Node4C* Node4C::findMarked(unsigned long& next, StaleE mark) const {
     }
     next = end;
   }
+  next = count;
   return nullptr;
 }
 

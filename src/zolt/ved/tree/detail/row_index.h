@@ -203,6 +203,12 @@ class RowIndexC {
   void noteColumnsRotated(std::size_t first, std::size_t middle, std::size_t last);
   ColumnMarkS const& crefColumnMark(StaleE stale) const { return columnMarks_[stale / 2]; }
   void clearColumnMark(StaleE stale) { columnMarks_[stale / 2] = {}; }
+  /// The first stretch from number k on that has something marked; their number when there is none.
+  std::size_t findMarkedStretch(std::size_t k, StaleE stale) const {
+    if (crefColumnMark(stale).isSet()) return k;
+    while (k < stretches_.size() && !(stretches_[k]->stale & stale)) ++k;
+    return k;
+  }
   /// Which items of stretch k, or cells of row k, may have the mark: the first, and the end of them.
   std::pair<std::size_t, std::size_t> findMarkedCells(std::size_t k, StaleE stale) const;
   /// The rows, or columns, of a table that is laid out which reach into a stretch of its height, or width:
