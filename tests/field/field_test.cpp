@@ -300,6 +300,38 @@ TEST(FieldPainting, ShowsASelectionInBands) {
   EXPECT_EQ(bands("[\"⚑ab‸\"]"), "0,0-12,10 ");
 }
 
+/// Everything after an underscore is an index.
+class IndexingGraphicsC final : public surfaces::RecordingGraphicsC {
+ public:
+  long getIndexWidth(wstring const& text) const override {
+    std::size_t const mark = text.find(u'_');
+    return mark == text.npos ? 0 : getTextWidth(text.substr(mark));
+  }
+};
+
+TEST(FieldPainting, PutsAnExponentAboveAnIndex) {
+  for (wstring const notation : {u"[\"b+a_max\", P[\"2\"], \"+x\", P[\"2\"], \"‸\"]",
+                                 u"[\"a_i\", P[\"n+1\"], \"+x\", P[\"2\"], \"‸\"]"}) {
+    FormulaFieldC field(oss::PointerTC<GraphicsABC>(new IndexingGraphicsC));
+    ASSERT_TRUE(field.setNotation(notation));
+    Node4C const& row = *field.refView().crefRoot().child(0);
+    Node4C const &base = *row.child(0), &power = *row.child(1);
+    field.refView().getExpressionSize();
+    EXPECT_EQ(power.getDX(),
+              base.getWidth() - field.crefView().crefGraphics().getIndexWidth(base.crefText()) + 2);
+    EXPECT_EQ(exponentAbove(base), &power);
+    EXPECT_EQ(exponentAbove(*row.child(2)), nullptr);
+    EXPECT_GE(row.child(2)->getDX(), std::max(rightEnd(row, 0), rightEnd(row, 1)));
+    // Each place is found where its caret is.
+    for (Node4C const* text = base.crefText().empty() ? nullptr : &base; text; text = nextText(*text)) {
+      for (unsigned pos = 0; pos <= text->sizeText(); ++pos) {
+        RectangleS const box = field.refView().getRectangle({{text, pos}, {text, pos}});
+        EXPECT_EQ(field.findPlace(box.right, (box.top + box.bottom) / 2), (PlaceS{text, pos})) << pos;
+      }
+    }
+  }
+}
+
 // A host says why input was refused, and where.
 TEST(FieldRefusals, NameTheCharacterAndThePlace) {
   StageC stage("[\"a‸b\"]");

@@ -87,6 +87,12 @@ TEST_F(TypesetText, GivesSignsTheirSpace) {
     EXPECT_GT(left, 1.5);
   }
   EXPECT_LT(place(u"a+b", 1)[1].x, place(u"a+b", 0)[1].x * 0.6) << "tight in exponents";
+  // A prefix is close to what is before it, whatever follows its operand.
+  EXPECT_EQ(place(u"-b+c")[0].x, place(u"-b")[0].x);
+  EXPECT_NEAR(gap(u"-b+c", 1), gap(u"-b+c", 2), 1);
+  // A closing bracket leaves no gap after it that a sign would have to make up for.
+  EXPECT_EQ(place(u"+b", 0, math::ved::TEXT_FOLLOWS_BRACKET)[0].x,
+            place(u"+b", 0, math::ved::TEXT_FOLLOWS_ITEM)[0].x + double(getFontSize(0).metrics[0]) / 2);
 }
 
 TEST_F(TypesetText, LowersIndices) {
@@ -103,6 +109,12 @@ TEST_F(TypesetText, LowersIndices) {
     EXPECT_GT(glyphs[base].x + glyphs[base].width / 2,
               double(typesetter->measure(text.substr(0, before), 0)));
   }
+  for (oss::wstring const name : {u"x_1", u"2x_max", u"x\u2081"}) {
+    long const base = typesetter->measure(name.substr(0, name.find_first_of(u"_\u2081")), 0);
+    EXPECT_LE(std::abs(typesetter->measureIndex(name, 0) - (typesetter->measure(name, 0) - base)), 1);
+  }
+  for (oss::wstring const name : {u"x", u"x_", u"x_1\u2032", u"x_1+y"})
+    EXPECT_EQ(typesetter->measureIndex(name, 0), 0);
   EXPECT_EQ(place(u"x_max")[1].face, FACE_MAIN);
   EXPECT_EQ(place(u"x_1_2")[2].codePoint, U'_');
   for (oss::wstring const text : {u"x_", u"x_+1", u"_x", u"1_x"}) {

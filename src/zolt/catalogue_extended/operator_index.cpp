@@ -84,6 +84,11 @@ void OperatorIndexC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
       Node4C::maxDim(base.getDY() + base.getHeight() + overhang, top + line.getAbove() + line.getBelow()));
 }
 
+long OperatorIndexC::getIndexWidth(Node4C const& node) const {
+  Node4C const& base = *node.child(0);
+  return node.getWidth() - (2 * base.getDX() + base.getWidth());
+}
+
 void OperatorIndexC::displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long, long,
                                   long) const {
   Node4C const& base = *node->child(0);

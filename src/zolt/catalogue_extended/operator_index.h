@@ -13,6 +13,7 @@ class OperatorIndexC : public math::ved::ConstructBC {
   void layoutNode4(math::ved::Node4C* node, math::ved::GraphicsABC const& graphics) const override;
   void displayNode4(math::ved::Node4C* node, math::ved::GraphicsABC const& graphics, long x, long y,
                     long width, long height, long midHeight) const override;
+  long getIndexWidth(math::ved::Node4C const& node) const override;
   void beforeChildrenLayout(math::ved::Node4C* node, math::ved::GraphicsABC const& graphics) const override;
   /// The operand before the caret gets the index.
   bool runOperator(math::ved::ViewZNT4C& view) const override;

@@ -68,6 +68,9 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
   void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const override {
     surface_->drawStroke(kind, points);
   }
+  long getIndexWidth(wstring const& text) const override {
+    return surface_->getIndexWidth(ShownC(*this, text));
+  }
   double getTextBaseline() const override { return surface_->getTextBaseline(); }
   long getComposedWidth(wstring const& text) const override { return surface_->getComposedWidth(text); }
   void drawComposed(wstring const& text, long x, long y) const override {

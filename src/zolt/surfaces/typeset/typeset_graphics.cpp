@@ -36,6 +36,15 @@ bool isLowLetter(char16_t c) {
   return low.find(c) != low.npos;
 }
 
+bool marksIndex(char16_t c) { return c == u'_' || (c >= 0x2080 && c <= 0x2089); }
+
+bool mayBeInName(char16_t c) {
+  bool const isSign = c >= 0x2190 && c < 0x2C00;
+  return c >= 0x80
+             ? !isSign
+             : c == u'_' || (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+}
+
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
 }
@@ -90,6 +99,14 @@ long TypesetGraphicsABC::getTextHeight(oss::wstring const& text) const {
   bool const isLower = depth_ > 0 && typesetter_->hasIndex(text);
   return fontSize().height + (isLower ? 1 : 0);
 }
+
+long TypesetGraphicsABC::getIndexWidth(oss::wstring const& text) const {
+  std::size_t name = text.size();
+  bool hasIndex = false;
+  for (; name > 0 && mayBeInName(text[name - 1]); --name) hasIndex = hasIndex || marksIndex(text[name - 1]);
+  return hasIndex ? typesetter_->measureIndex(text.substr(name), depth_) : 0;
+}
+
 long TypesetGraphicsABC::getTextMidHeight(oss::wstring const&) const { return fontSize().midHeight; }
 
 long TypesetGraphicsABC::getMetric(long index) const {
@@ -128,9 +145,13 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
     }
     i = end;
   }
-  PlacedGlyphS const& last = glyphs.back();
-  if (last.shape != SHAPE_GLYPH) return;
-  double const room = double(getTextWidth(text) + size.metrics[0]) - (last.x + last.width + last.overhang);
+  // An exponent above an index is on the letter before that.
+  auto last = glyphs.rbegin();
+  while (last != glyphs.rend() && last->rise < 0) ++last;
+  if (last == glyphs.rend() || last->shape != SHAPE_GLYPH) return;
+  long const index = last == glyphs.rbegin() ? 0 : getIndexWidth(text);
+  double const room =
+      double(getTextWidth(text) - index + size.metrics[0]) - (last->x + last->width + last->overhang);
   exponentKern_ = std::clamp(room - exponent_distance, -most_away, most_closer);
 }
 

@@ -68,6 +68,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void drawBracketPair(long x, long y, long width, long height, bool automatic) const final;
   void selectFont(unsigned long fontDepth) const final { depth_ = fontDepth; }
   double getTextBaseline() const final { return fontSize().baseline; }
+  long getIndexWidth(oss::wstring const& text) const final;
   std::optional<math::ved::RectangleS> getClipBox() const final { return clipBox_; }
   /// A sign at the start of a text that follows another item is set as between two operands, and as a prefix
   /// in all other texts. An exponent moves close to the ink of the text that it is on.

@@ -30,8 +30,12 @@ bool isSign(CharClassE charClass) {
 /// Converts the characters of a ruler to positions at one font size.
 class PlacerC {
  public:
-  PlacerC(FontSizeS const& size, bool followsItem, std::vector<PlacedGlyphS>& glyphs)
-      : em_(size.em), halfGap_(double(size.metrics[0]) / 2), followsItem_(followsItem), glyphs_(glyphs) {}
+  PlacerC(FontSizeS const& size, math::ved::TextRoleE role, std::vector<PlacedGlyphS>& glyphs)
+      : em_(size.em),
+        halfGap_(double(size.metrics[0]) / 2),
+        followsBracket_(role == math::ved::TEXT_FOLLOWS_BRACKET),
+        followsItem_(followsBracket_ || role == math::ved::TEXT_FOLLOWS_ITEM),
+        glyphs_(glyphs) {}
 
   void place(RuledCharS const& ruled) {
     endMark(ruled.lowered);
@@ -42,7 +46,7 @@ class PlacerC {
     }
     if (!ruled.joined) sign_ = glyphs_.size();
     signIsLast_ = isSign(ruled.look.charClass) && ruled.after > 0;
-    if (isSign(ruled.look.charClass) && !glyphs_.empty()) prefixIsOnlySign_ = false;
+    if (isSign(ruled.look.charClass) && prefixEnd_ == 0) prefixEnd_ = glyphs_.size();
     if (ruled.marksIndex) {
       mark_ = ruled;
       hasMark_ = true;
@@ -57,8 +61,9 @@ class PlacerC {
   /// has no neighbour to keep away from, or is drawn by a construct between two rows of its own.
   void finish() {
     endMark(false);
-    if (prefixRoom_ > 0 && prefixIsOnlySign_ && !signIsLast_) {
-      for (PlacedGlyphS& glyph : glyphs_) glyph.x -= prefix_move * prefixRoom_;
+    if (prefixRoom_ > 0 && glyphs_.size() > 1) movePrefix();
+    if (signIsLast_ && sign_ == 0 && prefixRoom_ > 0) {
+      for (PlacedGlyphS& glyph : glyphs_) glyph.x += prefix_space * em_;
     }
     if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
@@ -108,6 +113,14 @@ class PlacerC {
   }
 
  private:
+  /// The sign after the operand is then in the middle of what is between the operands.
+  void movePrefix() {
+    double const move = prefix_move * prefixRoom_;
+    std::size_t const end = prefixEnd_ > 0 ? prefixEnd_ : glyphs_.size();
+    for (std::size_t i = 0; i < end; ++i) glyphs_[i].x -= move;
+    if (prefixEnd_ > 0) glyphs_[prefixEnd_].x -= move / 2;
+  }
+
   /// Shows the underscore that waits for an index when none comes.
   void endMark(bool indexFollows) {
     if (hasMark_ && !indexFollows) append(mark_, mark_.look.upright, mark_.origin);
@@ -116,6 +129,7 @@ class PlacerC {
 
   double findFirstShift(RuledCharS const& ruled) {
     CharClassE const charClass = ruled.look.charClass;
+    if (followsBracket_) return 0;  // no gap comes between the two
     if (followsItem_) {
       return isSign(charClass) ? -halfGap_ : charClass == CLASS_COMMA ? -2 * halfGap_ : 0;
     }
@@ -147,12 +161,12 @@ class PlacerC {
 
   int em_;
   double halfGap_;
-  bool followsItem_;
+  bool followsBracket_, followsItem_;
   std::vector<PlacedGlyphS>& glyphs_;
   double firstShift_ = 0;  // of a sign or comma that starts the text
   double prefixRoom_ = 0;
-  bool prefixIsOnlySign_ = true;
-  std::size_t sign_ = 0;  // glyph of the last sign
+  std::size_t prefixEnd_ = 0;  // glyph of the first sign after the start of the text; 0: there is none
+  std::size_t sign_ = 0;       // glyph of the last sign
   bool signIsLast_ = false;
   bool hasMark_ = false;  // an underscore waits for an index
   RuledCharS mark_;
@@ -193,10 +207,16 @@ long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
 }
 
+long TypesetterC::measureIndex(oss::wstring const& text, unsigned long depth) const {
+  TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
+  for (char16_t const c : text) ruler.read(c);
+  return long((ruler.getIndexWidth() * getFontSize(depth).em + em_parts / 2) / em_parts);
+}
+
 double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth) const {
   if (text.empty() || state_->characters.find(text[0]).charClass != CLASS_PLUS_MINUS) return 0;
   std::vector<PlacedGlyphS> ignored;
-  PlacerC placer(getFontSize(depth), false, ignored);
+  PlacerC placer(getFontSize(depth), math::ved::TEXT_STARTS_ROW, ignored);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   placer.place(ruler.read(text[0]));
   return placer.getPrefixRoom();
@@ -205,7 +225,7 @@ double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth
 void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
                         std::vector<PlacedGlyphS>& glyphs) const {
   glyphs.clear();
-  PlacerC placer(getFontSize(depth), role == math::ved::TEXT_FOLLOWS_ITEM, glyphs);
+  PlacerC placer(getFontSize(depth), role, glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   std::vector<RuledCharS>& run = state_->run;
   bool const isUnit = role == math::ved::TEXT_IS_UNIT;

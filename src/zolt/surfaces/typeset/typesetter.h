@@ -66,6 +66,8 @@ class TypesetterC final : public oss::RefCountedBC {
 
   /// Whether an index is in the text, which then reaches lower.
   bool hasIndex(oss::wstring const& text) const;
+  /// How wide the index is that the text ends with, in surface units; 0: there is none.
+  long measureIndex(oss::wstring const& text, unsigned long depth) const;
   /// Chooses how exponents of numbers look, as they are typed at first. Widths change, too.
   void setNumberLook(NumberLookE look);
 

@@ -46,7 +46,8 @@ enum TextRoleE {
   TEXT_IS_EXPONENT_SLOT = 5,  ///< the placeholder of a whole exponent
   TEXT_IS_INTEGRAL_D = 6,     ///< the "d" between an integrand and its variable
   TEXT_IS_UPPER_D = 7,        ///< the "d" above the bar of a derivative
-  TEXT_IS_LOWER_D = 8         ///< the "d" below that bar, before the variable
+  TEXT_IS_LOWER_D = 8,        ///< the "d" below that bar, before the variable
+  TEXT_FOLLOWS_BRACKET = 9    ///< an item right after a closing bracket, without a gap between the two
 };
 
 /// The drawing surface that a host supplies: it measures and draws text, and draws lines and parentheses.
@@ -119,6 +120,10 @@ class GraphicsABC : public oss::RefCountedBC {
   /// any other.
   virtual long getComposedWidth(oss::wstring const& text) const { return getTextWidth(text); }
   virtual void drawComposed(oss::wstring const& text, long x, long y) const { drawText(text, x, y); }
+
+  /// The width of the index that `text` ends with, in the current font: an exponent on the text is placed
+  /// above it. Unless overridden no text has an index, and exponents are right of their bases.
+  virtual long getIndexWidth(oss::wstring const&) const { return 0; }
 
   /// Draws a sign in the box (x, y, width, height). Unless overridden it draws the sign with lines.
   virtual void drawSign(SignE sign, long x, long y, long width, long height) const;

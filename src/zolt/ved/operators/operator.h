@@ -76,6 +76,8 @@ class OperatorBC : public oss::RefCountedBC, private oss::LiveCountTC<OperatorBC
   virtual void beforeChildrenLayout(Node4C*, GraphicsABC const&) const {}
   /// Places the laid-out rows of `node` and sets its size and axis. The font of `node` is current.
   virtual void layoutNode4(Node4C*, GraphicsABC const&) const {}
+  /// How much of the right end of the laid-out `node` is an index: an exponent after it is placed above that.
+  virtual long getIndexWidth(Node4C const& /*node*/) const { return 0; }
   /// Draws the construct without its rows, which draw themselves. (x, y) is the absolute top-left corner.
   virtual void displayNode4(Node4C* node, GraphicsABC const& graphics, long x, long y, long width,
                             long height, long midHeight) const;

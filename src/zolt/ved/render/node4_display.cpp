@@ -5,6 +5,7 @@
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/render/composition.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -114,8 +115,7 @@ void TreeDrawerC::drawSeenItems(Node4C const& row, long x, long y) const {
   unsigned long i = 0;
   for (unsigned long end = count; i < end;) {
     unsigned long const middle = i + (end - i) / 2;
-    Node4C const& item = *row.child(middle);
-    if (x + item.getDX() + item.width_ < seen_.left) {
+    if (x + rightEnd(row, middle) < seen_.left) {
       i = middle + 1;
     } else {
       end = middle;
@@ -123,7 +123,7 @@ void TreeDrawerC::drawSeenItems(Node4C const& row, long x, long y) const {
   }
   auto const isExponent = [&](unsigned long k) { return k < count && row.child(k)->type_ == NODE4_POWER; };
   if (i > 0 && isExponent(i)) --i;
-  for (; i < count && x + row.child(i)->getDX() <= seen_.right; ++i) {
+  for (; i < count && x + leftEnd(row, i) <= seen_.right; ++i) {
     // A surface may place an exponent by the ink of the text that it is on, so that text is not left out.
     if (!isExponent(i + 1) && !isSeen(*row.child(i), x, y)) continue;
     draw(*row.child(i), x, y, i == 0 ? findFirstRole(row) : findRoleAfter(*row.child(i - 1)),
@@ -155,6 +155,7 @@ TextRoleE TreeDrawerC::findFirstRole(Node4C const& row) {
 
 /// The role of a text after `item`.
 TextRoleE TreeDrawerC::findRoleAfter(Node4C const& item) {
+  if (isClosingBracket(item.getType())) return TEXT_FOLLOWS_BRACKET;
   return isOpeningBracket(item.getType()) ? TEXT_STARTS_ROW : TEXT_FOLLOWS_ITEM;
 }
 

@@ -1,5 +1,6 @@
 #include "zolt/ved/tree/row_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "zolt/ved/tree/node4.h"
@@ -59,6 +60,27 @@ bool isSlot(Node4C const& text) {
 Node4C const* enclosingItem(Node4C const& item) {
   Node4C const* const construct = item.getParent()->getParent();
   return construct->getType() == NODE4_ROOT ? nullptr : construct;
+}
+
+long rightEnd(Node4C const& row, unsigned long item) {
+  Node4C const& node = *row.child(item);
+  long const right = node.getDX() + node.getWidth();
+  if (item == 0 || node.getType() != NODE4_POWER) return right;
+  Node4C const& base = *row.child(item - 1);
+  return std::max(right, base.getDX() + base.getWidth());
+}
+
+long leftEnd(Node4C const& row, unsigned long item) {
+  long const left = row.child(item)->getDX();
+  bool const isBase = item + 1 < row.numChildren() && row.child(item + 1)->getType() == NODE4_POWER;
+  return isBase ? std::min(left, row.child(item + 1)->getDX()) : left;
+}
+
+Node4C const* exponentAbove(Node4C const& text) {
+  Node4C const* const next = text.goRight();
+  bool const isAbove =
+      next && next->getType() == NODE4_POWER && next->getDX() < text.getDX() + text.getWidth();
+  return isAbove ? next : nullptr;
 }
 
 bool isAtRowEnd(PlaceS place) { return place == rowEnd(*place.node->getParent()); }

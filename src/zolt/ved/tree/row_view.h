@@ -20,6 +20,13 @@ bool isSlot(Node4C const& text);
 
 /// The construct or exponent whose row contains `item`; null in the formula's own row.
 Node4C const* enclosingItem(Node4C const& item);
+/// Where an item of a laid-out row ends; an exponent, which may be above an index, not before its base.
+long rightEnd(Node4C const& row, unsigned long item);
+/// Where the item or the exponent after it begins, whatever is further left.
+long leftEnd(Node4C const& row, unsigned long item);
+/// The exponent on a laid-out text that is above the end of it, its index; null when there is none.
+Node4C const* exponentAbove(Node4C const& text);
+
 /// Whether nothing comes after the place in its row.
 bool isAtRowEnd(PlaceS place);
 /// The text before or after `text` in reading order, in any row; null when there is none.

@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "zolt/ved/limits.h"
+#include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/table_view.h"
 #include "zolt/ved/tree/tree_walk.h"
 #include "zolt/ved/view/view_hold.h"
@@ -101,8 +102,8 @@ class NearestTextC {
     bool const isRow = node.getType() == NODE4_LINE;
     if (isRow && next == 0) next = findFirst(node, x);
     if (next == node.numChildren()) return nullptr;
-    Node4C const* const child = node.child(next++);
-    return isRow && x + child->getDX() - overhang_ - limits::hit_radius > x_ ? nullptr : child;
+    if (isRow && x + leftEnd(node, next) - overhang_ - limits::hit_radius > x_) return nullptr;
+    return node.child(next++);
   }
 
   /// The same in a large table at (x, y), of which only cells within reach are looked at.
@@ -129,8 +130,7 @@ class NearestTextC {
     unsigned long last = row.numChildren() - 1;
     while (first < last) {
       unsigned long const middle = first + (last - first) / 2;
-      Node4C const& item = *row.child(middle);
-      if (x + item.getDX() + item.getWidth() + overhang_ + limits::hit_radius < x_) {
+      if (x + rightEnd(row, middle) + overhang_ + limits::hit_radius < x_) {
         first = middle + 1;
       } else {
         last = middle;
@@ -155,6 +155,7 @@ class NearestTextC {
   /// Whether the point is in the text's box.
   bool examine(Node4C const& node, long x, long y) {
     bool const isHit = isInside(x_, x, node.getWidth()) && isInside(y_, y, node.getHeight());
+    if (isHit && isInExponent(node, x - node.getDX(), y - node.getDY())) return false;
     long const h = distanceTo(x_, x, node.getWidth());
     long const v = distanceTo(y_, y, node.getHeight());
     if (isHit || isNearer(h, v)) {
@@ -163,6 +164,13 @@ class NearestTextC {
       left = x;
     }
     return isHit;
+  }
+
+  /// Whether the point is in the exponent above the end of a text in the row at (x, y).
+  bool isInExponent(Node4C const& base, long x, long y) const {
+    Node4C const* const power = exponentAbove(base);
+    return power && isInside(x_, x + power->getDX(), power->getWidth() + 1) &&
+           isInside(y_, y + power->getDY(), power->getHeight());
   }
 
   long x_;

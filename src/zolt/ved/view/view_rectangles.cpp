@@ -43,7 +43,13 @@ RectangleS ViewZNT4C::getRectangle(SelectionS const& range) const {
     auto const& [node, pos] = range.caret;
     PointS const position = node->getAbsolutePosition();
     long const right = position.x + measureStart({node, pos});
-    return {right - 1, position.y, right, position.y + node->getHeight()};
+    long top = position.y;
+    // In an index the caret is below the exponent above it.
+    if (Node4C const* const power = pos > 0 ? exponentAbove(*node) : nullptr) {
+      bool const isBelow = right - position.x > power->getDX() - node->getDX();
+      if (isBelow) top += std::max(0L, power->getDY() + power->getHeight() - node->getDY());
+    }
+    return {right - 1, top, right, position.y + node->getHeight()};
   }
 
   if (TableBlockS const block = findBlock(range)) return boxOf(block);

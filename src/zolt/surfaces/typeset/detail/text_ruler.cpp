@@ -60,7 +60,8 @@ RuledCharS const& TextRulerC::read(char16_t c) {
   high_ = oss::isHighSurrogate(c) ? c : char16_t(0);
 
   std::int64_t const start = current_.end;
-  bool const afterMark = current_.marksIndex, runGoesOn = current_.inRun;
+  bool const afterMark = current_.marksIndex, runGoesOn = current_.inRun, indexGoesOn = current_.lowered;
+  std::int64_t const markStart = current_.start;
   LetterStyleC::RangeS const runNames = current_.names;
   unsigned const runLetters = current_.letters;
   current_ = RuledCharS();
@@ -74,6 +75,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
   inIndex_ = inIndex_ && fitsIndex;
   current_.lowered = inIndex_ || charClass == CLASS_LOWERED;
   hasIndex_ = hasIndex_ || current_.lowered;
+  if (current_.lowered && !indexGoesOn) indexStart_ = afterMark ? markStart : start;
   int left = 0;
   if (afterMark && inIndex_) {
     left = scaled(index_distance - mark_space);

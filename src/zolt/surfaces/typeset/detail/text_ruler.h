@@ -42,6 +42,8 @@ class TextRulerC {
   std::int64_t getEnd() const { return current_.end; }
   /// Whether anything was lowered so far.
   bool hasIndex() const { return hasIndex_; }
+  /// How wide the index is that the text ends with; 0: there is none.
+  std::int64_t getIndexWidth() const { return current_.lowered ? current_.end - indexStart_ : 0; }
 
   /// The size of indices, in percent of that of the text.
   static constexpr int index_percent = 75;
@@ -76,9 +78,10 @@ class TextRulerC {
   int trailing_ = 0;      // the space that the sign just read keeps after itself
   bool inIndex_ = false;  // after the underscore of a name
   bool hasIndex_ = false;
-  int owed_ = 0;               // what an underscore that is shown is wider than one that is not
-  std::int64_t runStart_ = 0;  // where the current run of letters starts
-  int runOverhang_ = 0;        // of its last letter
+  std::int64_t indexStart_ = 0;  // where the last index begins
+  int owed_ = 0;                 // what an underscore that is shown is wider than one that is not
+  std::int64_t runStart_ = 0;    // where the current run of letters starts
+  int runOverhang_ = 0;          // of its last letter
   std::int64_t runUpright_ = 0, runItalic_ = 0, runWord_ = 0;  // how wide it is in each face
   RuledCharS current_;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "zolt/ved/operators/operator.h"
+
 namespace zolt::math::ved {
 
 namespace {
@@ -14,6 +16,8 @@ bool isPassedOver(Node4C const& item) { return showsNothing(item) && !item.crefS
 
 /// How far an exponent overlaps its base, in units.
 constexpr long exponent_overlap = 5;
+/// How much higher it is above an index.
+constexpr long index_clearance = 1;
 /// The space between the brackets of an empty pair, in units.
 constexpr long empty_pair_gap = 2;
 
@@ -68,20 +72,23 @@ void RowLayoutC::measure(RowStretchS& stretch) {
     item.setDX(x);
     x += item.getWidth();
     switch (item.getType()) {
-      case NODE4_POWER:
-        x += gap_;
+      case NODE4_POWER: {
+        long const index = findIndexWidth(i), clearance = index > 0 ? index_clearance : 0;
+        item.setDX(item.getDX() - index);
+        x += gap_ - std::min(index, item.getWidth());
         if (i > 0 && pushes_.empty() && isOpeningBracket(row_.child(i - 1)->getType())) {
           findPushes();
           levels_.resize(outside);
           return measure(stretch);
         }
-        if (pushes_.empty()) base += pushOf(item);
+        if (pushes_.empty()) base += pushOf(item) + clearance;
         if (onBracket) {
           sum.brackets.back().power = &item;
         } else {
-          placePower(item, findBaseTop(i), extent);
+          placePower(item, findBaseTop(i) - clearance, extent);
         }
         break;
+      }
       case NODE4_OPEN:
       case NODE4_AUTO_OPEN:
         endBase();
@@ -159,6 +166,16 @@ long RowLayoutC::findBaseTop(unsigned long power) const {
     return rowTop_ + static_cast<long>(levels_.size() - 1) * overhang_ + pushes_[power - 1];
   }
   return (power > 1 && isPassedOver(before) ? *row_.child(power - 2) : before).getDY();
+}
+
+/// The width of the index that the exponent's base ends with.
+long RowLayoutC::findIndexWidth(unsigned long power) const {
+  if (power == 0) return 0;
+  bool const isOver = power > 1 && isPassedOver(*row_.child(power - 1));
+  Node4C const& base = *row_.child(power - (isOver ? 2 : 1));
+  if (base.getType() == NODE4_OPERATOR) return base.crefOperator()->getIndexWidth(base);
+  bool const isText = base.getType() == NODE4_TEXT && !base.crefState().composed;
+  return isText && !base.isEmptyText() ? graphics_.getIndexWidth(base.crefText()) : 0;
 }
 
 void RowLayoutC::placePower(Node4C& power, long baseTop, RowExtentS& extent) {

@@ -28,6 +28,7 @@ class RowLayoutC {
   void findPushes();
   void markAll();
   long findBaseTop(unsigned long power) const;
+  long findIndexWidth(unsigned long power) const;
   bool isEmptyPair(RowStretchS const& stretch, unsigned long close) const;
 
   Node4C& row_;
