@@ -113,6 +113,8 @@ class LookTest final : public QObject {
       QImage const png = QImage::fromData(render(cairo, *tree, surfaces::PICTURE_PNG, large), "PNG");
       QByteArray const svg = render(cairo, *tree, surfaces::PICTURE_SVG, large);
       QVERIFY2(difference(rasterise(svg, png.size(), large), png) < 0.01, line.constData());
+      QVERIFY2(difference(rasterise(picture.toSvg(large, margin, Qt::black), png.size(), large), png) < 0.01,
+               line.constData());
       for (auto const text : {surfaces::SVG_TEXT_NAMED, surfaces::SVG_TEXT_EMBEDDED}) {
         QVERIFY2(QSvgRenderer(render(cairo, *tree, surfaces::PICTURE_SVG, large, text)).isValid(),
                  line.constData());

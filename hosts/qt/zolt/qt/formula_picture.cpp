@@ -2,12 +2,15 @@
 
 #include <QBuffer>
 #include <QPainter>
-#include <QRegularExpression>
-#include <QSvgGenerator>
+#include <cmath>
+#include <initializer_list>
+#include <map>
+#include <utility>
 
 #include "zolt/field/formula_field.h"
 #include "zolt/field/readable_text.h"
 #include "zolt/qt/text.h"
+#include "zolt/surfaces/typeset/svg_picture.h"
 
 namespace zolt::qt {
 
@@ -17,10 +20,67 @@ namespace {
 constexpr qreal max_side = 30000;
 constexpr qreal max_pixels = 100e6;
 
+surfaces::OutlineStepS makeStep(char verb, std::initializer_list<QPointF> points) {
+  surfaces::OutlineStepS step{verb, 0, {}, {}};
+  for (QPointF const& point : points) {
+    step.x[step.count] = std::lround(point.x());
+    step.y[step.count++] = std::lround(point.y());
+  }
+  return step;
+}
+
+/// The outlines of fonts as a picture wants them. Qt has made cubic curves of the quadratic ones in the font
+/// files, which are turned back: their one control is where both tangents meet.
+surfaces::OutlineT toOutline(QPainterPath const& path) {
+  surfaces::OutlineT outline;
+  QPointF at;
+  for (int i = 0; i < path.elementCount(); ++i) {
+    QPainterPath::Element const& element = path.elementAt(i);
+    switch (element.type) {
+      case QPainterPath::MoveToElement:
+        if (i > 0) outline.push_back(makeStep('Z', {}));
+        outline.push_back(makeStep('M', {element}));
+        break;
+      case QPainterPath::LineToElement:
+        outline.push_back(makeStep('L', {element}));
+        break;
+      default: {
+        QPointF const second = path.elementAt(i + 1), end = path.elementAt(i + 2);
+        QPointF const fromStart = (3 * QPointF(element) - at) / 2, fromEnd = (3 * second - end) / 2;
+        bool const isQuadratic = (fromStart - fromEnd).manhattanLength() < 1;
+        outline.push_back(isQuadratic ? makeStep('Q', {(fromStart + fromEnd) / 2, end})
+                                      : makeStep('C', {element, second, end}));
+        i += 2;
+      }
+    }
+    at = path.elementAt(i);
+  }
+  if (!outline.empty()) outline.push_back(makeStep('Z', {}));
+  return outline;
+}
+
+class OutlinesC final : public surfaces::GlyphSourceABC {
+ public:
+  OutlinesC(surfaces::FontSetC const& files, FormulaFonts const& fonts) : files_(files), fonts_(fonts) {}
+
+  surfaces::FontSetC const& getFonts() const override { return files_; }
+  surfaces::OutlineT const& outline(unsigned face, std::uint16_t glyph) const override {
+    auto const [place, isNew] = outlines_.try_emplace({face, glyph});
+    if (isNew) place->second = toOutline(fonts_.outline(face, glyph));
+    return place->second;
+  }
+
+ private:
+  surfaces::FontSetC const& files_;
+  FormulaFonts const& fonts_;
+  mutable std::map<std::pair<unsigned, std::uint16_t>, surfaces::OutlineT> outlines_;
+};
+
 }  // namespace
 
 FormulaPicture::FormulaPicture(std::shared_ptr<FormulaFonts> fonts, bool decimalComma)
-    : graphics_(new QtGraphicsC(std::move(fonts))),
+    : fonts_(std::move(fonts)),
+      graphics_(new QtGraphicsC(fonts_)),
       field_(std::make_unique<field::FormulaFieldC>(graphics_)) {
   field::InputOptionsS options = field_->getOptions();
   options.decimalComma = decimalComma;
@@ -50,6 +110,12 @@ QSize FormulaPicture::size() const {
   return {int(size.x), int(size.y)};
 }
 
+void FormulaPicture::draw() const {
+  // Without a caret, every empty place is shown.
+  math::ved::Node4C const& root = field_->crefView().crefRoot();
+  root.display(field_->crefView().crefGraphics(), 0, 0, &root);
+}
+
 void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
                            PaintTargetE target) const {
   field_->refView().getExpressionSize();  // lays out
@@ -57,9 +123,7 @@ void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColo
   painter.translate(topLeft);
   painter.scale(zoom, zoom);
   graphics_->begin(painter, colour, target);
-  // Without a caret, every empty place is shown.
-  math::ved::Node4C const& root = field_->crefView().crefRoot();
-  root.display(field_->crefView().crefGraphics(), 0, 0, &root);
+  draw();
   graphics_->end();
   painter.restore();
 }
@@ -90,32 +154,23 @@ QByteArray FormulaPicture::toPng(qreal zoom, qreal margin, QColor const& colour,
 }
 
 QByteArray FormulaPicture::toSvg(qreal zoom, qreal margin, QColor const& colour) const {
-  QSizeF const whole = (QSizeF(size()) + 2 * QSizeF(margin, margin)) * zoom;
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  QSvgGenerator generator;
-  generator.setOutputDevice(&buffer);
-  // One unit of the picture is one pixel of a web page.
-  generator.setResolution(96);
-  generator.setSize(whole.toSize());
-  generator.setViewBox(QRectF(QPointF(), whole));
-  QString const spoken = toQString(field::makeReadableText(field_->crefView()).text).toHtmlEscaped();
-  generator.setTitle(spoken);
+  QSize const area = size();
+  surfaces::DrawingC drawing;
+  graphics_->begin(drawing);
+  draw();
+  graphics_->end();
+  surfaces::PictureOptionsS options;
+  options.zoom = zoom;
+  options.margin = margin;
+  options.foreground = {colour.redF(), colour.greenF(), colour.blueF(), colour.alphaF()};
+  options.baseline = field_->refView().getBaseline();
+  options.spokenText = field::makeReadableText(field_->crefView()).text;
   if (auto const expression = field_->diagnose().expression) {
-    generator.setDescription(toQString(expression->toPrefixString()).toHtmlEscaped());
+    options.expression = expression->toPrefixString();
   }
-  QPainter painter(&generator);
-  paint(painter, QPointF(margin, margin) * zoom, zoom, colour, PAINT_PAPER);
-  painter.end();
-  // The generator has whole millimetres for the size, and no words for who cannot see the picture.
-  QByteArray const size = "width=\"" + QByteArray::number(whole.width()) + "\" height=\"" +
-                          QByteArray::number(whole.height()) + "\"";
-  QByteArray const label = " role=\"img\" aria-label=\"" + spoken.toUtf8() + '"';
-  static QRegularExpression const printed(QStringLiteral("<svg width=\"[^\"]*\" height=\"[^\"]*\""));
-  QRegularExpressionMatch const head = printed.match(QString::fromUtf8(bytes.left(1000)));
-  if (!head.hasMatch()) return bytes;
-  qsizetype const begin = bytes.indexOf(head.captured().toUtf8());
-  return bytes.replace(begin, head.captured().toUtf8().size(), "<svg " + size + label);
+  OutlinesC const outlines(graphics_->getTypesetter().getFonts(), *fonts_);
+  return QByteArray::fromStdString(
+      surfaces::writeSvg(surfaces::makeJob(drawing, outlines, options, area.width(), area.height())));
 }
 
 }  // namespace zolt::qt

@@ -49,10 +49,14 @@ class FormulaPicture final {
   /// picture would be larger than pictures may be.
   QImage toImage(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
   QByteArray toPng(qreal zoom, qreal margin, QColor const& colour, QColor const& background) const;
-  /// Letters are outlines, so that the picture looks alike everywhere.
+  /// Letters are outlines, so that the picture looks alike everywhere. It has the formula in words for those
+  /// who cannot see it, and stands on the line of the text that it is put into.
   QByteArray toSvg(qreal zoom, qreal margin, QColor const& colour) const;
 
  private:
+  void draw() const;
+
+  std::shared_ptr<FormulaFonts> fonts_;
   oss::PointerTC<QtGraphicsC> graphics_;
   std::unique_ptr<field::FormulaFieldC> field_;
 };

@@ -30,6 +30,7 @@ void QtGraphicsC::begin(QPainter& painter, QColor const& colour, PaintTargetE ta
 }
 
 void QtGraphicsC::end() {
+  drawing_ = nullptr;
   if (!painter_) return;
   showOnly(std::nullopt);
   painter_->restore();
@@ -70,6 +71,7 @@ bool QtGraphicsC::isPixelGrid(QTransform const& device) const {
 }
 
 void QtGraphicsC::fillGlyphs(surfaces::GlyphRunS const& run) const {
+  if (drawing_) drawing_->addGlyphs(run);
   if (!painter_) return;
   // Glyphs are filled as outlines: drawn as text, each would be moved to whole pixels, and the spacing would
   // be uneven.
@@ -100,16 +102,19 @@ void QtGraphicsC::fillGlyphs(surfaces::GlyphRunS const& run) const {
 }
 
 void QtGraphicsC::fillPath(surfaces::PathC const& path, surfaces::InkE ink) const {
+  if (drawing_) drawing_->addFill(path, ink);
   if (painter_) painter_->fillPath(toPainterPath(path), inkColour(ink));
 }
 
 void QtGraphicsC::strokePath(surfaces::PathC const& path, double thickness, surfaces::InkE ink) const {
+  if (drawing_) drawing_->addStroke(path, thickness, ink);
   if (!painter_) return;
   QPen const pen(inkColour(ink), thickness, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
   painter_->strokePath(toPainterPath(path), pen);
 }
 
 void QtGraphicsC::fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) const {
+  if (drawing_) drawing_->addRule(rule, ink);
   if (!painter_) return;
   surfaces::BoxS const units = rule.box();
   QRectF box(units.x, units.y, units.width, units.height);

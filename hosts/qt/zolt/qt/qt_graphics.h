@@ -6,6 +6,7 @@
 #include <memory>
 
 #include "zolt/qt/formula_fonts.h"
+#include "zolt/surfaces/typeset/drawing.h"
 #include "zolt/surfaces/typeset/typeset_graphics.h"
 
 class QPainter;
@@ -34,6 +35,8 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
   /// Draws with `painter` in `colour` until `end`; drawing at other times has no effect. The painter's
   /// current clipping saves work: set it when much of a formula is out of sight.
   void begin(QPainter& painter, QColor const& colour, PaintTargetE target = PAINT_PIXELS);
+  /// Keeps what is drawn in `drawing`, which stays the caller's, until `end`.
+  void begin(surfaces::DrawingC& drawing) { drawing_ = &drawing; }
   void end();
 
   void invalidate() const override;
@@ -55,6 +58,7 @@ class QtGraphicsC final : public surfaces::TypesetGraphicsABC {
   std::shared_ptr<FormulaFonts> fonts_;
   std::function<void()> invalidated_;
   QPainter* painter_ = nullptr;
+  surfaces::DrawingC* drawing_ = nullptr;
   QColor colour_;
   PaintTargetE target_ = PAINT_PIXELS;
 };

@@ -5,11 +5,10 @@
 #include <algorithm>
 #include <cmath>
 
-#include "zolt/oss/code_point.h"
 #include "zolt/surfaces/cairo/detail/cairo_faces.h"
 #include "zolt/surfaces/cairo/detail/cairo_painter.h"
 #include "zolt/surfaces/cairo/detail/png_text.h"
-#include "zolt/surfaces/cairo/detail/svg_writer.h"
+#include "zolt/surfaces/typeset/svg_picture.h"
 
 namespace zolt::surfaces {
 
@@ -30,7 +29,8 @@ bool failed(cairo_status_t status, std::string& error) {
 }
 
 /// Paints background and drawing; `scale` is target units per surface unit.
-void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale, PaintTargetE target) {
+void paintPicture(cairo_surface_t* surface, PictureJobS const& job, CairoFacesC const& faces, double scale,
+                  PaintTargetE target) {
   ContextT const context(cairo_create(surface));
   ColourS const& background = job.options.background;
   if (background.opacity > 0) {
@@ -40,22 +40,22 @@ void paintPicture(cairo_surface_t* surface, PictureJobS const& job, double scale
   }
   cairo_scale(context.get(), scale, scale);
   cairo_translate(context.get(), -job.left, -job.top);
-  paintDrawing(context.get(), job, target);
+  paintDrawing(context.get(), job, faces, target);
 }
 
-bool makePng(PictureJobS const& job, std::string& bytes, std::string& error) {
+bool makePng(PictureJobS const& job, CairoFacesC const& faces, std::string& bytes, std::string& error) {
   int const width = int(std::ceil(job.width * job.options.zoom));
   int const height = int(std::ceil(job.height * job.options.zoom));
   SurfaceT const surface(cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height));
   if (failed(cairo_surface_status(surface.get()), error)) return false;
-  paintPicture(surface.get(), job, job.options.zoom, PAINT_PIXELS);
+  paintPicture(surface.get(), job, faces, job.options.zoom, PAINT_PIXELS);
   if (failed(cairo_surface_status(surface.get()), error)) return false;
   if (failed(cairo_surface_write_to_png_stream(surface.get(), appendBytes, &bytes), error)) return false;
   return job.options.expression.empty() ||
          insertPngText(bytes, "zolt:expression", toCleanUtf8(job.options.expression));
 }
 
-bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
+bool makePdf(PictureJobS const& job, CairoFacesC const& faces, std::string& bytes, std::string& error) {
   double const scale = job.options.zoom * points_per_pixel;
   SurfaceT const surface(
       cairo_pdf_surface_create_for_stream(appendBytes, &bytes, job.width * scale, job.height * scale));
@@ -71,29 +71,18 @@ bool makePdf(PictureJobS const& job, std::string& bytes, std::string& error) {
     cairo_pdf_surface_set_metadata(surface.get(), CAIRO_PDF_METADATA_TITLE,
                                    toCleanUtf8(job.options.spokenText).c_str());
   }
-  paintPicture(surface.get(), job, scale, PAINT_PAPER);
+  paintPicture(surface.get(), job, faces, scale, PAINT_PAPER);
   cairo_surface_finish(surface.get());
   return !failed(cairo_surface_status(surface.get()), error);
 }
 
 }  // namespace
 
-std::string toCleanUtf8(oss::wstring const& text) {
-  constexpr char32_t replacement = 0xFFFD;
-  std::string out;
-  for (std::size_t i = 0; i < text.size();) {
-    char32_t const c = oss::readCodePoint(text, i);
-    bool const unfit = c < 0x20 || c == 0xFFFE || c == 0xFFFF || oss::isSurrogate(c);
-    oss::appendUtf8(out, unfit ? replacement : c);
-  }
-  return out;
-}
-
 struct CairoGraphicsC::StateS {
   explicit StateS(FontSetC const& fonts) : faces(oss::PointerTC<FontSetC const>(&fonts)) {}
 
   CairoFacesC faces;
-  DrawingT drawing;
+  DrawingC drawing;
 };
 
 CairoGraphicsC::CairoGraphicsC(oss::PointerTC<TypesetterC> typesetter)
@@ -107,7 +96,9 @@ PictureSizeS CairoGraphicsC::measure(PictureFormatE format, long width, long hei
   double const margin = std::fmax(0, options.margin);
   bool const isEm = format == PICTURE_SVG && options.svgUnit == SVG_UNIT_EM;
   bool const isPdf = format == PICTURE_PDF;
-  double const scale = options.zoom * (isPdf ? points_per_pixel : isEm ? 1 / pixels_per_em : 1);
+  double const scale = options.zoom * (isPdf  ? points_per_pixel
+                                       : isEm ? 1 / PictureOptionsS::pixels_per_em
+                                              : 1);
   PictureSizeS size{(double(std::max(width, 0L)) + 2 * margin) * scale,
                     (double(std::max(height, 0L)) + 2 * margin) * scale, 0,
                     isPdf  ? "pt"
@@ -127,14 +118,7 @@ PictureSizeS CairoGraphicsC::measure(PictureFormatE format, long width, long hei
 
 bool CairoGraphicsC::render(PictureFormatE format, long width, long height, PictureOptionsS const& options,
                             std::string& bytes, std::string& error) const {
-  double const margin = std::fmax(0, options.margin);
-  PictureJobS const job{state_->drawing,
-                        state_->faces,
-                        options,
-                        -margin,
-                        -margin,
-                        double(std::max(width, 0L)) + 2 * margin,
-                        double(std::max(height, 0L)) + 2 * margin};
+  PictureJobS const job = makeJob(state_->drawing, state_->faces, options, width, height);
   double const longest = std::fmax(job.width, job.height) * options.zoom;
   double const shortest = std::fmin(job.width, job.height) * options.zoom;
   if (!(options.zoom > 0) || !(shortest > 0)) {
@@ -152,35 +136,27 @@ bool CairoGraphicsC::render(PictureFormatE format, long width, long height, Pict
   std::string made;
   switch (format) {
     case PICTURE_PNG:
-      if (!makePng(job, made, error)) return false;
+      if (!makePng(job, state_->faces, made, error)) return false;
       break;
     case PICTURE_SVG:
       made = writeSvg(job);
       break;
     case PICTURE_PDF:
-      if (!makePdf(job, made, error)) return false;
+      if (!makePdf(job, state_->faces, made, error)) return false;
       break;
   }
   bytes = std::move(made);
   return true;
 }
 
-void CairoGraphicsC::fillGlyphs(GlyphRunS const& run) const {
-  std::vector<PlacedGlyphS> glyphs(run.glyphs, run.glyphs + run.count);
-  state_->drawing.push_back({ITEM_GLYPHS, INK_TEXT, {}, 0, {}, run, std::move(glyphs)});
-  state_->drawing.back().run.glyphs = nullptr;
-}
+void CairoGraphicsC::fillGlyphs(GlyphRunS const& run) const { state_->drawing.addGlyphs(run); }
 
-void CairoGraphicsC::fillPath(PathC const& path, InkE ink) const {
-  state_->drawing.push_back({ITEM_FILL, ink, path});
-}
+void CairoGraphicsC::fillPath(PathC const& path, InkE ink) const { state_->drawing.addFill(path, ink); }
 
 void CairoGraphicsC::strokePath(PathC const& path, double thickness, InkE ink) const {
-  state_->drawing.push_back({ITEM_STROKE, ink, path, thickness});
+  state_->drawing.addStroke(path, thickness, ink);
 }
 
-void CairoGraphicsC::fillRule(RuleS const& rule, InkE ink) const {
-  state_->drawing.push_back({ITEM_RULE, ink, {}, 0, rule});
-}
+void CairoGraphicsC::fillRule(RuleS const& rule, InkE ink) const { state_->drawing.addRule(rule, ink); }
 
 }  // namespace zolt::surfaces

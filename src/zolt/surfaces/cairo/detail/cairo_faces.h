@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "zolt/oss/pointer.h"
+#include "zolt/surfaces/typeset/drawing.h"
 #include "zolt/surfaces/typeset/font_set.h"
 #include "zolt/surfaces/typeset/path.h"
 
@@ -30,25 +31,16 @@ using ContextT = std::unique_ptr<cairo_t, ReleaseS>;
 using SurfaceT = std::unique_ptr<cairo_surface_t, ReleaseS>;
 using FontFaceT = std::unique_ptr<cairo_font_face_t, ReleaseS>;
 
-/// One step of a glyph's outline in font units, y growing downwards: 'M', 'L', 'Q' or 'C' to the last of its
-/// points, or 'Z'.
-struct OutlineStepS {
-  char verb;
-  int count;
-  long x[3], y[3];
-};
-using OutlineT = std::vector<OutlineStepS>;
-
-/// The same as a path.
+/// An outline as a path.
 PathC toPath(OutlineT const& outline);
 
 /// The faces of a font set for Cairo. Cairo may keep a face in its own caches for longer than this object
 /// lives, so each face holds a reference to the bytes of its file.
-class CairoFacesC {
+class CairoFacesC final : public GlyphSourceABC {
  public:
   explicit CairoFacesC(oss::PointerTC<FontSetC const> fonts) : fonts_(fonts) {}
 
-  FontSetC const& getFonts() const { return *fonts_; }
+  FontSetC const& getFonts() const override { return *fonts_; }
 
   /// Opens every face on the first call. Returns false when FreeType refuses one.
   [[nodiscard]] bool open();
@@ -57,10 +49,9 @@ class CairoFacesC {
 
   /// Makes a face current in `context`, without hinting.
   void select(cairo_t* context, unsigned face, double em) const;
-  /// The outline of a glyph; empty for one without ink. The reference is good as long as this object.
-  OutlineT const& outline(unsigned face, std::uint16_t glyph) const;
-  /// A font file with the glyphs of these characters alone; the whole file where that cannot be made.
-  std::string makeSubset(unsigned face, std::set<char32_t> const& characters) const;
+  OutlineT const& outline(unsigned face, std::uint16_t glyph) const override;
+  /// The whole file where none with these characters alone can be made.
+  std::string makeSubset(unsigned face, std::set<char32_t> const& characters) const override;
 
  private:
   oss::PointerTC<FontSetC const> fonts_;

@@ -23,9 +23,10 @@ PathC scaled(PathC const& path, double scale) {
 
 class PainterC {
  public:
-  PainterC(cairo_t* context, PictureJobS const& job, PaintTargetE target)
+  PainterC(cairo_t* context, PictureJobS const& job, CairoFacesC const& faces, PaintTargetE target)
       : context_(context),
         job_(job),
+        faces_(faces),
         target_(target),
         isText_(!job.options.plainText.empty()),
         text_(toCleanUtf8(job.options.plainText)) {}
@@ -97,7 +98,7 @@ class PainterC {
 
   void paintGlyphs(DrawingItemS const& item) {
     if (target_ == PAINT_PIXELS) return paintGlyphsInPixels(item);
-    job_.faces.select(context_, item.run.face, item.run.em);
+    faces_.select(context_, item.run.face, item.run.em);
     glyphs_.clear();
     for (PlacedGlyphS const& glyph : item.glyphs) {
       glyphs_.push_back({glyph.glyph, item.run.x + glyph.x, item.run.baseline});
@@ -119,7 +120,7 @@ class PainterC {
     GlyphRunS const& run = item.run;
     cairo_matrix_t matrix;
     cairo_get_matrix(context_, &matrix);
-    double const unitsPerEm = job_.faces.getFonts().getFont(run.face).getUnitsPerEm();
+    double const unitsPerEm = faces_.getFonts().getFont(run.face).getUnitsPerEm();
     double const exact = matrix.y0 + run.baseline * matrix.yy;
     bool const fits = run.em * matrix.yy <= largest_fitted_em;
     cairo_save(context_);
@@ -127,7 +128,7 @@ class PainterC {
     for (PlacedGlyphS const& glyph : item.glyphs) {
       auto const [place, isNew] = letters_.try_emplace({run.face, glyph.glyph, run.em});
       if (isNew) {
-        PathC const outline = toPath(job_.faces.outline(run.face, glyph.glyph));
+        PathC const outline = toPath(faces_.outline(run.face, glyph.glyph));
         double const scale = run.em * matrix.yy / unitsPerEm;
         place->second = fits ? fitToRows(outline, unitsPerEm, scale) : scaled(outline, scale);
       }
@@ -140,7 +141,7 @@ class PainterC {
   /// The first letters stand for the whole text, and all others for nothing.
   void showWithText(unsigned face) {
     // A single glyph would be taken for a letter with that text wherever it occurs, so a blank goes with it.
-    if (auto const blank = job_.faces.getFonts().getFont(face).findGlyph(' ')) {
+    if (auto const blank = faces_.getFonts().getFont(face).findGlyph(' ')) {
       glyphs_.insert(glyphs_.begin(), {blank, glyphs_.front().x, glyphs_.front().y});
     }
     cairo_text_cluster_t const all = {int(text_.size()), int(glyphs_.size())};
@@ -151,6 +152,7 @@ class PainterC {
 
   cairo_t* context_;
   PictureJobS const& job_;
+  CairoFacesC const& faces_;
   PaintTargetE target_;
   bool isText_;
   std::string text_;  // what copies of the whole are to have, until it is written
@@ -160,9 +162,9 @@ class PainterC {
 
 }  // namespace
 
-void paintDrawing(cairo_t* context, PictureJobS const& job, PaintTargetE target) {
-  PainterC painter(context, job, target);
-  for (DrawingItemS const& item : job.drawing) painter.paint(item);
+void paintDrawing(cairo_t* context, PictureJobS const& job, CairoFacesC const& faces, PaintTargetE target) {
+  PainterC painter(context, job, faces, target);
+  for (DrawingItemS const& item : job.drawing.getItems()) painter.paint(item);
 }
 
 }  // namespace zolt::surfaces

@@ -2,11 +2,13 @@
 
 #include <cairo.h>
 
-#include "zolt/surfaces/cairo/detail/drawing.h"
+#include "zolt/surfaces/typeset/svg_picture.h"
 
 // Internal to the Cairo library.
 
 namespace zolt::surfaces {
+
+class CairoFacesC;
 
 enum PaintTargetE {
   PAINT_PIXELS = 0,  ///< bars on whole pixels, letters at their exact places
@@ -14,6 +16,6 @@ enum PaintTargetE {
 };
 
 /// Paints the drawing of a picture. The context must already map surface units to the target.
-void paintDrawing(cairo_t* context, PictureJobS const& job, PaintTargetE target);
+void paintDrawing(cairo_t* context, PictureJobS const& job, CairoFacesC const& faces, PaintTargetE target);
 
 }  // namespace zolt::surfaces

@@ -1,4 +1,4 @@
-#include "zolt/surfaces/cairo/detail/svg_writer.h"
+#include "zolt/surfaces/typeset/svg_picture.h"
 
 #include <algorithm>
 #include <cmath>
@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "zolt/oss/code_point.h"
-#include "zolt/surfaces/cairo/detail/cairo_faces.h"
 
 namespace zolt::surfaces {
 
@@ -151,10 +150,11 @@ std::string opacity(char const* property, double share) {
 
 class WriterC {
  public:
-  explicit WriterC(PictureJobS const& job) : job_(job), options_(job.options), fonts_(job.faces.getFonts()) {}
+  explicit WriterC(PictureJobS const& job)
+      : job_(job), options_(job.options), fonts_(job.glyphs.getFonts()) {}
 
   std::string write() {
-    for (DrawingItemS const& item : job_.drawing) append(item);
+    for (DrawingItemS const& item : job_.drawing.getItems()) append(item);
     endRules();
     std::string out = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n" + openTag();
     if (!options_.spokenText.empty()) {
@@ -195,7 +195,7 @@ class WriterC {
 
   std::string length(double units) const {
     bool const isEm = options_.svgUnit == SVG_UNIT_EM;
-    return number(units * options_.zoom / (isEm ? pixels_per_em : 1)) + (isEm ? "em" : "");
+    return number(units * options_.zoom / (isEm ? PictureOptionsS::pixels_per_em : 1)) + (isEm ? "em" : "");
   }
 
   /// The attribute of what is not in the ink of the whole picture.
@@ -275,7 +275,7 @@ class WriterC {
 
   /// The name of a glyph's outline; empty for a glyph without ink.
   std::string define(unsigned face, std::uint16_t glyph) {
-    OutlineT const& outline = job_.faces.outline(face, glyph);
+    OutlineT const& outline = job_.glyphs.outline(face, glyph);
     if (outline.empty()) return {};
     std::string const id = "g" + std::to_string(face) + '-' + std::to_string(glyph);
     if (!defined_.insert(id).second) return id;
@@ -294,7 +294,7 @@ class WriterC {
     for (auto const& [face, characters] : usedCharacters_) {
       out += "@font-face{font-family:'" + escape(fonts_.getFaceName(face)) + "';" +
              (fonts_.isItalic(face) ? "font-style:italic;" : "") + "src:url(data:font/ttf;base64," +
-             encodeBase64(job_.faces.makeSubset(face, characters)) + ")}\n";
+             encodeBase64(job_.glyphs.makeSubset(face, characters)) + ")}\n";
     }
     return out + "</style>\n";
   }
@@ -309,6 +309,29 @@ class WriterC {
 };
 
 }  // namespace
+
+PictureJobS makeJob(DrawingC const& drawing, GlyphSourceABC const& glyphs, PictureOptionsS const& options,
+                    long width, long height) {
+  double const margin = std::fmax(0, options.margin);
+  return {drawing,
+          glyphs,
+          options,
+          -margin,
+          -margin,
+          double(std::max(width, 0L)) + 2 * margin,
+          double(std::max(height, 0L)) + 2 * margin};
+}
+
+std::string toCleanUtf8(oss::wstring const& text) {
+  constexpr char32_t replacement = 0xFFFD;
+  std::string out;
+  for (std::size_t i = 0; i < text.size();) {
+    char32_t const c = oss::readCodePoint(text, i);
+    bool const unfit = c < 0x20 || c == 0xFFFE || c == 0xFFFF || oss::isSurrogate(c);
+    oss::appendUtf8(out, unfit ? replacement : c);
+  }
+  return out;
+}
 
 std::string writeSvg(PictureJobS const& job) { return WriterC(job).write(); }
 
