@@ -172,6 +172,8 @@ ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   if (isInDegrees && takesAngle) arguments[0] = normal(arguments[0] * gen(180) / cst_pi, nullptr);
   char16_t const* const name = findName(function);
   if (!name) return nullptr;
+  // This one has its index first.
+  if (function == at_NTHROOT && arguments.size() == 2) std::swap(arguments[0], arguments[1]);
   return writeCall(name, arguments);
 }
 
