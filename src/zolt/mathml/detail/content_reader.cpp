@@ -181,7 +181,8 @@ void ContentReaderC::end(FrameS const& frame) {
     if (parts.of[ROLE_DEGREE]) result.degree = parts.of[ROLE_DEGREE]->node;
     if (result.role == ROLE_CONDITION) {
       MathmlIdT const inner = tree_.cref(id).first;
-      TextT const type = tree_.attribute(tree_.cref(inner).first, u"type");
+      MathmlIdT const way = inner == no_element ? no_element : tree_.cref(inner).first;
+      TextT const type = way == no_element ? TextT() : tree_.attribute(way, u"type");
       result.side = type == u"above" ? 1 : type == u"below" ? -1 : 0;
     }
   } else if (tree_.cref(id).tag == MATHML_SEMANTICS || parts.operands.empty()) {

@@ -21,11 +21,7 @@ std::vector<MathmlIdT> PresentationReaderC::childrenOf(MathmlIdT id) const {
 bool PresentationReaderC::isSpace(MathmlIdT id) const {
   if (at(id).tag == MATHML_SPACE) return true;
   if (isToken(at(id).tag)) {
-    TextT const text = tree_.text(id);
-    auto const isBlank = [](char16_t c) {
-      return c != u'\u2062' && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ' && c != u'\u2061';
-    };
-    return std::all_of(text.begin(), text.end(), isBlank) && !isEmptyFence(id);
+    return isOnlyRoom(tree_.text(id)) && !isEmptyFence(id) && !tree_.hasAttribute(id, u"data-name");
   }
   return isRow(id) && at(id).first == no_element;
 }

@@ -120,6 +120,12 @@ char16_t asBar(TextT text) {
   return TextT(u"‖∥").find(text) != TextT::npos ? u'‖' : u'\0';
 }
 
+bool isOnlyRoom(std::u16string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char16_t c) {
+    return c != u'\u2061' && c != u'\u2062' && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ';
+  });
+}
+
 TextT findSignCommand(TextT sign) {
   SignS const* const found = find(signs, [&](SignS const& row) { return row.sign == sign; });
   return found ? found->command : TextT();

@@ -35,6 +35,8 @@ FenceS const* findFenceSign(char16_t sign);
 FenceS const* findFenceOfTable(std::u16string_view environment);
 /// The bar that a character looks like, "|" or "‖"; U+0000 for any other.
 char16_t asBar(std::u16string_view text);
+/// Whether a token of these characters is only room between others.
+bool isOnlyRoom(std::u16string_view text);
 
 /// Signs that are characters with a meaning of their own in LaTeX, and signs of several characters.
 /// The LaTeX of a sign; empty when it is written as it is.

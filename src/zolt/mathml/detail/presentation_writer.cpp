@@ -215,7 +215,12 @@ void PresentationWriterC::readName(TextT command) {
   TextT name = readBraced();
   bool const isSign = command == u"\\mathbin";
   if (isSign && name.substr(0, 8) == u"\\mathrm{") name = name.substr(8, name.size() - 9);
-  if (command == u"\\text") return putToken(u"mtext", exchange::fromLatexText(name));
+  if (command == u"\\text") {
+    oss::wstring const text = exchange::fromLatexText(name);
+    putToken(u"mtext", text);
+    if (isOnlyRoom(text)) builder_.addAttribute(operands_.back(), u"data-name", text);
+    return;
+  }
   if (name.substr(0, 6) == u"\\text{") {
     oss::wstring const text = exchange::fromLatexText(name.substr(6, name.size() - 7));
     putToken(u"mi", text);
