@@ -40,6 +40,10 @@ TEST_F(Extended, DrawingsAreTheseLines) {
 
 TEST_F(Extended, EveryPaletteEntryInsertsWhatItsPictureShows) {
   StageC stage;
+  for (OperatorBC const* const op : stage.refView().crefOperatorList().crefInOrder()) {
+    OperatorWordsS const& words = op->crefWords();
+    EXPECT_EQ(words.group.empty(), words.title.empty()) << toUtf8(op->getName());
+  }
   for (auto const& group : field::makePalette(stage.refField().crefView())) {
     if (group.title == u"Matrices") continue;  // some of these need a table to act on
     for (auto const& entry : group.entries) {

@@ -107,6 +107,12 @@ TEST(EngineQueue, DeliversWhenPolled) {
   EXPECT_EQ(told, "1+1=2 3+3=6 ");
   EXPECT_GE(woken, 2);
   submit("sum(k,1,10^15,sin(k)^2)");
+
+  engine_queue::EngineQueueC silent(new BasicEngineC);
+  request.expression = read("1+1");
+  silent.submit(request, [&](CASResultS const& result) { told = write(result.value); });
+  while (silent.poll() > 0) std::this_thread::yield();
+  EXPECT_EQ(told, "2") << "nobody is woken";
 }
 #endif
 

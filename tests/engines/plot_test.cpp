@@ -101,6 +101,11 @@ TEST(Plot, followsTheCurveToAPixel) {
     }
     EXPECT_LT(worst, 1) << text;
   }
+  TextFunctionC straight("2*x");
+  TextFunctionC curved("sin(20*x)");
+  static_cast<void>(sampleCurve(curved, {}));
+  static_cast<void>(sampleCurve(straight, {}));
+  EXPECT_LT(2 * straight.numEvaluated, curved.numEvaluated) << "a line needs no points between its ends";
 }
 
 TEST(Plot, choosesTheHeightThatShowsTheFunction) {

@@ -61,8 +61,13 @@ TEST(Speech, TellsWhatAPersonDoes) {
     speech.listen(stage.refView());
     std::string const before = stage.tree();
     stage.play(EventScriptT(script.end() - 1, script.end()));
-    wstring const heard = stage.tree() == before ? speech.tellMove(stage.refView()).said
-                                                 : speech.tellEdit(stage.refView()).said;
+    wstring heard;
+    if (stage.tree() == before) {
+      heard = speech.tellMove(stage.refView()).said;
+    } else {
+      SpokenEditS const edit = speech.tellEdit(stage.refView());
+      heard = edit.said + (edit.isPlace ? u" [place]" : u"");
+    }
     EXPECT_EQ(toUtf8(heard), one.expected) << one.where;
   }
 }
