@@ -130,7 +130,7 @@ TEST_F(BridgeTest, CopiesGoFromFieldToField) {
   EXPECT_EQ(take(zolt_clipboard_get(ZOLT_LATEX)), u"x^{2}+1");
   std::u16string const bytes = take(zolt_clipboard_get(ZOLT_BYTES));
   int const other = zolt_open();
-  zolt_clipboard_set(0, 0, 0, put(bytes));
+  zolt_clipboard_set(0, 0, 0, put(bytes), 0);
   EXPECT_EQ(zolt_paste(other), 1);
   EXPECT_EQ(take(zolt_get(other, ZOLT_PREFIX)), u"+(^(x,2),1)");
   zolt_close(other);

@@ -4,6 +4,7 @@ import assert from "node:assert/strict";
 import { readFile } from "node:fs/promises";
 import test from "node:test";
 import { FormulaEngine, Operation, Outcome } from "../../hosts/web/module/zolt_engine.mjs";
+import { useFirstField } from "../../hosts/web/tools/first_field.mjs";
 import { Flag, Form, FormulaModule, Frame, SetResult } from "../../hosts/web/module/zolt_module.mjs";
 
 const readModule = (name) => readFile(`${process.env.ZOLT_WEB_BUILD}/${name}.wasm`);
@@ -94,6 +95,17 @@ withField("menus and the palette are complete", (field, type, command) => {
   assert.equal(field.get(Form.prefix), "*(sqrt(4),a)");
 });
 
+withField("tables have the size that is asked for, and go through the clipboard as tables", (field, type, command) => {
+  const { table } = module.palette.flatMap((group) => group.entries).find((entry) => entry.table);
+  assert.ok(field.insert(`${table}:2x3`) && type("1"));
+  for (const name of ["select-right", "select-right", "copy"]) command(name);
+  assert.match(module.copied(Form.html), /<td>/);
+  module.offer({ html: "<table><tr><td>a<td>b<tr><td>c<td>d</table>" });
+  field.clear();
+  assert.equal(field.paste(), 1);
+  assert.equal(field.get(Form.prefix), "matrix(list(a,b),list(c,d))");
+});
+
 withField("a listener hears what happens", (field, type, command) => {
   assert.equal(field.announce().text, "");
   type("a/b");
@@ -102,6 +114,22 @@ withField("a listener hears what happens", (field, type, command) => {
   command("left");
   assert.match(field.announce().text, /\w/);
   assert.match(field.getWords().text, /a over b|fraction/);
+});
+
+test("a first field needs one part of the module, and more calls the other", async () => {
+  const rest = await readModule("zolt_rest");
+  const first = await readModule("zolt_first");
+  const late = await FormulaModule.load(first, { rest });
+  useFirstField(late);
+  assert.ok(!late.rest.isThere);
+  const field = late.open();
+  assert.ok(field.set(Form.latex, "\\frac{a}{b}") === SetResult.done && late.rest.isThere);
+  assert.equal(field.get(Form.prefix), "/(a,b)");
+  // In the background; afterwards there is nothing to do.
+  const early = await FormulaModule.load(first, { rest });
+  await early.rest.load();
+  early.rest.loadNow();
+  assert.match(early.convert("/(a,b)", Form.latex), /frac/);
 });
 
 test("the engine computes, remembers and gives up in time", async () => {
@@ -137,7 +165,7 @@ test("where memory ends, fields refuse and live on", async () => {
     field.paste();
   }
   assert.ok(longest.length > 10000, `only ${longest.length}`);
-  assert.ok(field.frame().ints[Frame.width] > longest.length);
+  assert.ok(field.frame(0, 0, 400, 100).ints[Frame.width] > longest.length);
   assert.ok(field.type("z") && field.run(command("undo")) && !small.takeShortage());
   assert.equal(field.set(Form.plain, "x+".repeat(200000) + "x"), SetResult.refused);
   assert.match(small.fault().message, /memory/);

@@ -11,7 +11,7 @@
 #include "hosts/web/bridge/bridge_buffers.h"
 
 /* Raised whenever a call or a number below changes its meaning. */
-#define ZOLT_BRIDGE_VERSION 1
+#define ZOLT_BRIDGE_VERSION 2
 
 #ifdef __cplusplus
 extern "C" {
@@ -30,9 +30,9 @@ int32_t zolt_open(void);
 void zolt_close(int32_t field);
 
 /* ---- Showing ---- */
-/* Everything that a host paints, as 32-bit words; null for no field. The words of `ZoltFrameE` come first.
- * With right > left only what may be seen in the box is in the display list, else all. It takes the request
- * to reveal the caret. */
+/* Everything that a host paints, as 32-bit words; null for no field and without memory. The words of
+ * `ZoltFrameE` come first. With right > left only what may be seen in the box is in the display list, else
+ * all. It takes the request to reveal the caret. */
 int32_t const* zolt_frame(int32_t field, int32_t left, int32_t top, int32_t right, int32_t bottom);
 enum ZoltFrameE {
   ZOLT_FRAME_WORDS,    /* how many words there are in all */
@@ -95,7 +95,7 @@ int32_t zolt_run(int32_t field, int32_t command);
 int32_t zolt_is_enabled(int32_t field, int32_t command);
 /* When the focus is lost: a name that was just typed becomes its letter. */
 void zolt_complete(int32_t field);
-/* Inserts the operator of that name. */
+/* Inserts the operator of that name, a table of so many rows and columns as "matrix:3x4". */
 int32_t zolt_insert(int32_t field, int32_t length);
 enum ZoltPointerE { ZOLT_POINTER_DOWN, ZOLT_POINTER_MOVE, ZOLT_POINTER_UP };
 /* `clicks` 2 selects the item, 3 its row, 4 all; `extend` keeps the other end of the selection. */
@@ -125,7 +125,8 @@ enum ZoltFormE {
   ZOLT_CONTENT_MATHML,
   ZOLT_WORDS, /* as it is read aloud, complete or not; read only */
   ZOLT_TREE,  /* tree notation with caret and selection, complete or not */
-  ZOLT_BYTES  /* clipboard only: a unit for each byte */
+  ZOLT_BYTES, /* clipboard only: a unit for each byte */
+  ZOLT_HTML   /* clipboard only: a copied block of cells as a table, or a page to be pasted */
 };
 /* The formula in that form; "" when it is empty, -1 when it is incomplete or wrong. In proportion to the
  * formula. */
@@ -154,7 +155,7 @@ int32_t zolt_select_part(int32_t field, int32_t number);
 /* In any form but words and tree. -1: it has none of that form. */
 int32_t zolt_clipboard_get(int32_t form);
 /* The text holds the forms one after another, in these lengths; 0: absent. */
-void zolt_clipboard_set(int32_t plain, int32_t prefix, int32_t latex, int32_t bytes);
+void zolt_clipboard_set(int32_t plain, int32_t prefix, int32_t latex, int32_t bytes, int32_t html);
 /* MathML as for `zolt_set_mathml`, in the place of the prefix. 0 when it has no meaning. */
 int32_t zolt_clipboard_set_mathml(int32_t length, int32_t numbers);
 /* 1: pasted; 2: typed character by character; 0: refused. */
@@ -199,8 +200,8 @@ int32_t zolt_commands(void);
 int32_t zolt_find_command(int32_t length);
 int32_t zolt_find_keys(int32_t length);
 /* The palette. Numbers: how many groups there are, and how many entries each has. Texts: the title of each
- * group, followed by its entries: title, label, shortcut, tool tip, keywords (a blank between them), picture.
- * Kept by the module. */
+ * group, followed by its entries: title, label, shortcut, tool tip, keywords (a blank between them), picture,
+ * and of a table that comes in any size its operator, for `zolt_insert`. Kept by the module. */
 int32_t zolt_palette(void);
 int32_t zolt_run_entry(int32_t field, int32_t group, int32_t entry);
 /* A number for each entry, those of all groups in a row: whether it could be inserted now. Returns how many.

@@ -51,7 +51,8 @@ using zolt::math::ved::RectangleS;
 std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32_t top, std::int32_t right,
                                std::int32_t bottom) {
   FieldS* const shown = module().find(field);
-  if (!shown) return nullptr;
+  // What is in a box is little, however large the formula is.
+  if (!shown || !mayBegin(right > left ? 0 : shown->weight)) return nullptr;
   auto& formula = shown->field;
   std::vector<std::int32_t>& words = shown->frame;
   words.assign(ZOLT_FRAME_HEAD, 0);
@@ -91,6 +92,7 @@ std::int32_t zolt_moves(std::int32_t field) {
 }
 
 std::int32_t const* zolt_picture(std::int32_t length) {
+  if (!mayBegin(toCount(length))) return nullptr;
   FieldS& scratch = module().refScratch();
   if (!scratch.field.setNotation(buffers().takeText(length))) return nullptr;
   std::vector<std::int32_t>& words = scratch.frame;

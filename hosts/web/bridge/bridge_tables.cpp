@@ -43,6 +43,9 @@ std::int32_t answerEntries(AskT ask) {
   return count;
 }
 
+/// What stands before the size.
+wstring nameOfTable(PaletteEntryS const& entry) { return entry.insert.substr(0, entry.insert.find(u':')); }
+
 std::int32_t numberOf(CommandS const* command) { return command ? command->command : -1; }
 
 }  // namespace
@@ -72,8 +75,8 @@ std::int32_t zolt_palette(void) {
     for (PaletteEntryS const& entry : group.entries) {
       wstring keywords;
       for (wstring const& word : entry.keywords) keywords += (keywords.empty() ? u"" : u" ") + word;
-      for (wstring const& text :
-           {entry.title, entry.label, entry.shortcut, entry.toolTip, keywords, entry.picture}) {
+      for (wstring const& text : {entry.title, entry.label, entry.shortcut, entry.toolTip, keywords,
+                                  entry.picture, entry.takesSize ? nameOfTable(entry) : wstring()}) {
         texts.add(text);
       }
     }

@@ -168,14 +168,17 @@ std::int32_t zolt_clipboard_get(std::int32_t form) {
   wstring const own = form == ZOLT_PLAIN    ? content.plainText
                       : form == ZOLT_PREFIX ? content.prefix
                       : form == ZOLT_BYTES  ? toUnits(content.bytes)
+                      : form == ZOLT_HTML   ? content.html
                                             : wstring();
   if (!own.empty()) return buffers().answer(own);
-  if (form == ZOLT_PLAIN || form == ZOLT_PREFIX || form == ZOLT_BYTES || content.prefix.empty()) return -1;
+  bool const isKept = form == ZOLT_PLAIN || form == ZOLT_PREFIX || form == ZOLT_BYTES || form == ZOLT_HTML;
+  if (isKept || content.prefix.empty()) return -1;
   return answerExpression(AlgebraicExpressionC::fromPrefixString(content.prefix), form,
                           module().refScratch());
 }
 
-void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t latex, std::int32_t bytes) {
+void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t latex, std::int32_t bytes,
+                        std::int32_t html) {
   if (!mayBegin()) return;
   ClipboardContentS content;
   std::int32_t at = 0;
@@ -188,6 +191,7 @@ void zolt_clipboard_set(std::int32_t plain, std::int32_t prefix, std::int32_t la
   content.prefix = take(prefix);
   content.latex = take(latex);
   for (char16_t const unit : take(bytes)) content.bytes += static_cast<unsigned char>(unit);
+  content.html = take(html);
   module().getClipboard()->write(content);
 }
 
@@ -207,7 +211,7 @@ std::int32_t zolt_paste(std::int32_t field) {
   // A copied character has at least so many bytes.
   constexpr std::size_t bytes_of_character = 8;
   std::size_t const size = std::max({content.bytes.size() / bytes_of_character, content.plainText.size(),
-                                     content.prefix.size(), content.latex.size()});
+                                     content.prefix.size(), content.latex.size(), content.html.size()});
   bool const stays = withField(
                          field,
                          [&](FieldS& shown) {

@@ -30,14 +30,17 @@ export function load(sources: Sources = {}): Promise<Module> {
 }
 
 async function start(sources: Sources): Promise<Module> {
-  const from = sources.module ?? new URL('./zolt.wasm', import.meta.url);
+  const from = sources.module ?? new URL('./zolt_first.wasm', import.meta.url);
+  const rest = sources.module ? undefined : new URL('./zolt_rest.wasm', import.meta.url);
   const fonts = sources.fonts === undefined ? new URL('./fonts/', import.meta.url) : sources.fonts;
   const isAddress = typeof from === 'string' || from instanceof URL;
-  const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly });
+  const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly, rest });
   if (typeof document !== 'undefined') {
     if (fonts !== null) addFaces(made, new URL(String(fonts).replace(/\/?$/, '/'), document.baseURI));
     listen();
   }
+  // The fields are painted first.
+  if (made.rest) (globalThis.requestIdleCallback ?? setTimeout)(() => made.rest?.load().catch(() => undefined), { timeout: 300 } as never);
   return module = made;
 }
 

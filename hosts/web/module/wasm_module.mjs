@@ -1,12 +1,15 @@
 // What JavaScript needs to start a WebAssembly module of ours and to carry texts and numbers over its border. It needs nothing of a
 // page, and runs in workers and under Node.js as well.
 
+import { RestOfModule } from "./rest_of_module.mjs";
+
 /** @typedef {Response | BufferSource | WebAssembly.Module} Source where a module comes from */
+/** @typedef {import("./rest_of_module.mjs").RestSource} RestSource */
 
 /** What all modules have: starting, and the two buffers (../bridge/bridge_buffers.h). */
 export class WasmModule {
-  /** Compiles and starts a module. */
-  static async start(/** @type {Source | Promise<Source>} */ source) {
+  /** Compiles and starts a module; `rest` is the rest of one that comes in two files. */
+  static async start(/** @type {Source | Promise<Source>} */ source, /** @type {RestOfModule | null} */ rest = null) {
     const given = await source;
     const compiled =
       given instanceof WebAssembly.Module ? given
@@ -14,8 +17,10 @@ export class WasmModule {
       : await WebAssembly.compile(/** @type {BufferSource} */ (given));
     /** @type {{memory?: WebAssembly.Memory}} */
     const home = {};
-    const instance = await WebAssembly.instantiate(compiled, WasmModule.#imports(compiled, home));
+    const instance = await WebAssembly.instantiate(compiled, WasmModule.#imports(compiled, home, rest));
     home.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
+    rest?.join(instance);
+    if (rest && !rest.canComeAtOnce) await rest.load();
     return instance;
   }
 
@@ -26,8 +31,9 @@ export class WasmModule {
       ? WebAssembly.compileStreaming(response) : WebAssembly.compile(await response.arrayBuffer());
   }
 
-  /** What the C library asks of a system: the clock, for deadlines; the module needs nothing else. */
-  static #imports(/** @type {WebAssembly.Module} */ compiled, /** @type {{memory?: WebAssembly.Memory}} */ home) {
+  /** The functions of the rest, and what the C library asks of a system: the clock, for deadlines. */
+  static #imports(/** @type {WebAssembly.Module} */ compiled, /** @type {{memory?: WebAssembly.Memory}} */ home,
+                  /** @type {RestOfModule | null} */ rest) {
     const readClock = (/** @type {any[]} */ ...args) => {
       // Between the clock and the address is what it should be accurate to, in one argument or in two.
       const at = args[args.length - 1];
@@ -38,7 +44,9 @@ export class WasmModule {
     /** @type {Record<string, Record<string, Function>>} */
     const imports = {};
     for (const { module, name } of WebAssembly.Module.imports(compiled)) {
-      (imports[module] ??= {})[name] = name === "clock_time_get" ? readClock : () => 0;
+      (imports[module] ??= {})[name] =
+        module === "placeholder" && rest ? rest.placeholder(name)
+        : name === "clock_time_get" ? readClock : () => 0;
     }
     return /** @type {any} */ (imports);
   }

@@ -1,9 +1,10 @@
 // The WebAssembly module as JavaScript objects: a FormulaModule for the page, a FormulaHandle for each field. What the
 // calls mean is in ../bridge/bridge.h.
 
+import { RestOfModule } from "./rest_of_module.mjs";
 import { WasmModule } from "./wasm_module.mjs";
 
-export const BRIDGE_VERSION = 1;
+export const BRIDGE_VERSION = 2;
 
 /** Words of a frame (`ZoltFrameE`). */
 export const Frame = {
@@ -17,7 +18,7 @@ export const Flag = {
 /** `ZoltItemE`. */
 export const Item = { glyphs: 0, fill: 1, stroke: 2, rule: 3, text: 4 };
 /** `ZoltFormE`. */
-export const Form = { plain: 0, prefix: 1, latex: 2, mathml: 3, contentMathml: 4, words: 5, tree: 6, bytes: 7 };
+export const Form = { plain: 0, prefix: 1, latex: 2, mathml: 3, contentMathml: 4, words: 5, tree: 6, bytes: 7, html: 8 };
 /** What `FormulaHandle.set` answers. */
 export const SetResult = { refused: 0, done: 1, same: 2 };
 
@@ -25,17 +26,26 @@ export const SetResult = { refused: 0, done: 1, same: 2 };
  * @typedef {import("./wasm_module.mjs").Source} Source
  * @typedef {{cause: number, begin: number, end: number, box: number[], message: string}} Fault
  * @typedef {{ints: Int32Array, floats: Float32Array}} FrameWords the same words, read as either
- * @typedef {{title: string, label: string, shortcut: string, toolTip: string, keywords: string, picture: string}} PaletteEntry
+ * @typedef {{title: string, label: string, shortcut: string, toolTip: string, keywords: string, picture: string,
+ *   table: string}} PaletteEntry `table`: what `insert` takes with a size, as "matrix:3x4"
  */
 
 export class FormulaModule extends WasmModule {
-  /** @param {Source | Promise<Source>} source @param {{extended?: boolean}} [options] `extended` false: the standard operators alone */
-  static async load(source, options = {}) {
-    return new FormulaModule(await WasmModule.start(source), options);
+  /**
+   * @param {Source | Promise<Source>} source
+   * @param {{extended?: boolean, rest?: import("./rest_of_module.mjs").RestSource}} [options] `extended` false: the standard operators
+   *   alone; `rest`: the other file of a module in two
+   */
+  static async load(source, { extended = true, rest } = {}) {
+    const other = rest === undefined ? null : new RestOfModule(rest);
+    return new FormulaModule(await WasmModule.start(source, other), { extended, rest: other });
   }
 
-  constructor(/** @type {WebAssembly.Instance} */ instance, { extended = true } = {}) {
+  /** @param {{extended?: boolean, rest?: RestOfModule | null}} [options] */
+  constructor(/** @type {WebAssembly.Instance} */ instance, { extended = true, rest = null } = {}) {
     super(instance);
+    /** The part that is not needed for a first field; null: there is none. */
+    this.rest = rest;
     if (this.calls.zolt_version() !== BRIDGE_VERSION) throw new Error("zolt: the module is of another version");
     this.calls.zolt_start(extended ? 1 : 0);
     /** What the faces are called in `@font-face`: "KaTeX_Main", "KaTeX_Math italic". */
@@ -107,9 +117,9 @@ export class FormulaModule extends WasmModule {
       const title = texts[at++];
       /** @type {PaletteEntry[]} */
       const entries = [];
-      for (let i = 0; i < size; ++i, at += 6) {
-        const [entryTitle, label, shortcut, toolTip, keywords, picture] = texts.slice(at, at + 6);
-        entries.push({ title: entryTitle, label, shortcut, toolTip, keywords, picture });
+      for (let i = 0; i < size; ++i, at += 7) {
+        const [entryTitle, label, shortcut, toolTip, keywords, picture, table] = texts.slice(at, at + 7);
+        entries.push({ title: entryTitle, label, shortcut, toolTip, keywords, picture, table });
       }
       return { title, entries };
     });
@@ -128,9 +138,9 @@ export class FormulaModule extends WasmModule {
   }
 
   /** What `FormulaHandle.paste` is to paste; the field takes the best form that is there. */
-  offer({ plain = "", prefix = "", latex = "", bytes = "" }) {
-    this.put(plain + prefix + latex + bytes);
-    this.calls.zolt_clipboard_set(plain.length, prefix.length, latex.length, bytes.length);
+  offer({ plain = "", prefix = "", latex = "", bytes = "", html = "" }) {
+    this.put(plain + prefix + latex + bytes + html);
+    this.calls.zolt_clipboard_set(plain.length, prefix.length, latex.length, bytes.length, html.length);
   }
 
   /** The same for MathML; false when it has no meaning. */
@@ -199,7 +209,7 @@ export class FormulaHandle {
 
   // ---- Showing
 
-  /** The words of a frame, valid until the next call; of the display list what may be seen in the box, all without one. */
+  /** The words of a frame, valid until the next call (without memory there is none); of the display list what may be seen in the box, all without one. */
   frame(left = 0, top = 0, right = 0, bottom = 0) {
     return /** @type {FrameWords} */ (this.module.frameAt(this.module.calls.zolt_frame(this.number, left, top, right, bottom)));
   }

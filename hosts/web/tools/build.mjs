@@ -34,7 +34,7 @@ execFileSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-
 rmSync(join(dist, 'types/demo'), { recursive: true, force: true });
 for (const file of ['package.json', 'README.md']) cpSync(join(web, 'package', file), join(to, 'package', file));
 cpSync(join(web, '../../LICENSE'), join(to, 'package/LICENSE'));
-cpSync(join(from, 'zolt.wasm'), join(dist, 'zolt.wasm'));
+for (const part of ['zolt', 'zolt_first', 'zolt_rest']) cpSync(join(from, `${part}.wasm`), join(dist, `${part}.wasm`));
 cpSync(join(from, 'fonts'), join(dist, 'fonts'), { recursive: true });
 
 const site = join(to, 'site');
@@ -46,4 +46,4 @@ for (const entry of ['demo', 'engine_worker']) {
 if (existsSync(join(from, 'zolt_engine.wasm'))) cpSync(join(from, 'zolt_engine.wasm'), join(site, 'zolt_engine.wasm'));
 
 const size = (file) => `${file} ${Math.round(gzipSync(readFileSync(join(dist, file)), { level: 9 }).length / 100) / 10} KB`;
-console.log(`gzipped: ${['zolt-formula.js', 'zolt.wasm', 'fonts/KaTeX_Main-Regular.woff2', 'fonts/KaTeX_Math-Italic.woff2'].map(size).join(', ')}`);
+console.log(`gzipped: ${['zolt-formula.js', 'zolt_first.wasm', 'zolt_rest.wasm', 'fonts/KaTeX_Main-Regular.woff2', 'fonts/KaTeX_Math-Italic.woff2'].map(size).join(', ')}`);

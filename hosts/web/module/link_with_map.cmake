@@ -1,0 +1,11 @@
+# Runs a link, and keeps what it prints, the map of the module: cmake -D MAP=<file> -P link_with_map.cmake -- <command> …
+set(command)
+foreach(i RANGE 6 ${CMAKE_ARGC})
+  if(i LESS CMAKE_ARGC)
+    list(APPEND command "${CMAKE_ARGV${i}}")
+  endif()
+endforeach()
+execute_process(COMMAND ${command} OUTPUT_FILE ${MAP} RESULT_VARIABLE result)
+if(result)
+  message(FATAL_ERROR "the link has failed")
+endif()
