@@ -237,6 +237,7 @@ TEST_F(FormulaProperty, EditedTreesAreNormalisedAndLaidOutAsIfNew) {
       ASSERT_TRUE(tree->layoutChanged(graphics));
       ASSERT_TRUE(fresh->layout(graphics));
       ASSERT_EQ(describeBoxes(*fresh), describeBoxes(*tree)) << describe(*tree);
+      ASSERT_EQ(fresh->measureReach(), tree->measureReach()) << describe(*tree);
     }
   }
   [[maybe_unused]] bool const isUsual = RowIndexC::setLeastLength(0);

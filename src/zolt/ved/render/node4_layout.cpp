@@ -30,11 +30,14 @@ struct Node4C::LayoutPassS {
 };
 
 bool Node4C::layout(GraphicsABC const& graphics, CompositionS const* composition) {
+  touch(STALE_REACH);
   return layoutNode({graphics, LayoutPassS::ALL, composition});
 }
 
 bool Node4C::layoutChanged(GraphicsABC const& graphics, CompositionS const* composition) {
-  return !needsLayout() || layoutNode({graphics, LayoutPassS::CHANGED, composition});
+  if (!needsLayout()) return true;
+  touch(STALE_REACH);
+  return layoutNode({graphics, LayoutPassS::CHANGED, composition});
 }
 
 // An unchanged node may have a different font depth than before, and an empty text may have become a slot, or
@@ -46,6 +49,7 @@ bool Node4C::needsLayout() const {
 
 bool Node4C::layoutNode(LayoutPassS const& pass) {
   if (!parent_) fontDepth_ = 0;
+  state_.stale |= STALE_REACH;
   // The stretches of a row that was edited and not normalised are meaningless.
   if (state_.stale & STALE_CHECK) dropIndex();
   if (state_.index) {
@@ -53,6 +57,7 @@ bool Node4C::layoutNode(LayoutPassS const& pass) {
     for (std::size_t k = 0; k < state_.index->size(); ++k) {
       std::size_t const first = (*state_.index)[k].first;
       auto const [from, end] = state_.index->findMarkedCells(k, STALE_LAYOUT);
+      if ((*state_.index)[k].stale & STALE_LAYOUT) (*state_.index)[k].stale |= STALE_REACH;
       for (std::size_t i = first + from; i < first + end; ++i) {
         Node4C& item = *children_[i];
         item.fontDepth_ = fontDepth_;

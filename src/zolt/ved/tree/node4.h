@@ -195,6 +195,9 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool layoutChanged(GraphicsABC const& graphics, CompositionS const* composition);
   void measureAgain() { touch(STALE_LAYOUT); }
   void layout_standard(GraphicsABC const& graphics);
+  /// How far the boxes of texts reach out of the boxes around them, up to this node's, at most. Looks only at
+  /// what has been laid out since the last call.
+  long measureReach() const;
   /// Draws the laid-out subtree, as far as the surface's clip box shows it; (x, y) is where the parent is.
   /// `current`, the caret's node, shows no placeholder; with a null `current` none is drawn. `composition` is
   /// that of the layout.
@@ -258,6 +261,7 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   bool layoutNode(LayoutPassS const& pass);
   void placeChildren(LayoutPassS const& pass);
   void noteOverflow();
+  void noteReach() const;
 
   // The members that layout and drawing read come first, so that they are near each other in memory.
   ChildArrayC children_;

@@ -133,7 +133,6 @@ void ViewZNT4C::display(long x, long y) const {
 bool ViewZNT4C::needLayout() {
   if (held_) return bip();
   layoutPending_ = true;
-  textOverhang_ = -1;
   return needRedraw();
 }
 

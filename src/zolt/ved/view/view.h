@@ -282,7 +282,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   wstring rejection_;
   mutable bool layoutPending_ = false;
   mutable bool measurePending_ = false;  // the next layout measures everything
-  mutable long textOverhang_ = -1;       // how far texts reach out of the boxes around them; -1: not measured
   bool penDown_ = false;
   bool grouping_ = false;
   EventC* event_ = nullptr;           // is under way: no layout, no drawing, no second event

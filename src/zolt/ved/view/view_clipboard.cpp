@@ -190,7 +190,6 @@ void ViewZNT4C::takeOver(EditBackupC& state) const {
   root_.reset(state.releaseRoot());
   selection_ = state.getSelection();
   layoutPending_ = true;
-  textOverhang_ = -1;
 }
 
 }  // namespace zolt::math::ved

@@ -36,26 +36,6 @@ unsigned long findBoundary(unsigned long size, long x, WidthT width) {
   return next - x > x - width(before) ? before : findBeyond(next, beyond) - 1;
 }
 
-/// How far a node's box reaches out of its parent's; negative when it stays inside.
-long measureOverhang(Node4C const& node) {
-  Node4C const& outer = *node.getParent();
-  return std::max({-node.getDX(), -node.getDY(), node.getDX() + node.getWidth() - outer.getWidth(),
-                   node.getDY() + node.getHeight() - outer.getHeight()});
-}
-
-/// How far the boxes of texts reach out of the boxes around them, at most. Rows leave out the gap after their
-/// last item, for example, so that an empty text may be just outside its row's box.
-long measureTextOverhang(Node4C const& row) {
-  long overhang = 0;  // of the node under way, out of the root's box
-  long most = 0;
-  auto const enter = [&](Node4C const& node) {
-    overhang += measureOverhang(node);
-    if (node.getType() == NODE4_TEXT || node.numChildren() > 0) most = std::max(most, overhang);
-  };
-  walkTree(row, enter, [&](Node4C const& node) { overhang -= measureOverhang(node); });
-  return most;
-}
-
 bool isInside(long at, long start, long length) { return start <= at && at < start + length; }
 
 /// How far `at` lies outside of a stretch whose end is not part of it, yet at no distance.
@@ -185,11 +165,10 @@ PlaceS ViewZNT4C::findPlace(long x, long y) const {
   layoutIfPending();
   ViewHoldC const hold(*this);
   Node4C const& row = *root_->child(0);
-  if (textOverhang_ < 0) textOverhang_ = measureTextOverhang(row);
   // Nothing is farther away, and differences fit 32 bits.
   constexpr long farthest = 1L << 30;
   x = std::clamp(x, -farthest, farthest);
-  NearestTextC nearest(x, std::clamp(y, -farthest, farthest), textOverhang_);
+  NearestTextC nearest(x, std::clamp(y, -farthest, farthest), row.measureReach());
   nearest.search(row);
 
   PlaceS caret = selection_.caret;

@@ -128,7 +128,7 @@ void RowLayoutC::measure(RowStretchS& stretch) {
 }
 
 void RowLayoutC::markAll() {
-  for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].stale |= STALE_LAYOUT;
+  for (std::size_t k = 0; k < stretches_.size(); ++k) stretches_[k].stale |= STALE_LAYOUT | STALE_REACH;
 }
 
 /// An exponent pushes down the item or the group on which it is placed. An exponent directly after an opening
@@ -228,7 +228,10 @@ void RowLayoutC::join() {
       } else if (!levels_.empty()) {
         long const axis = closeGroup(*item.bracket, extent);
         extent.require(axis + (item.power ? pushOf(*item.power) : 0));
-        if (item.power) placePower(*item.power, item.bracket->getDY(), extent);
+        if (!item.power) continue;
+        long const before = item.power->getDY();
+        placePower(*item.power, item.bracket->getDY(), extent);
+        if (item.power->getDY() != before) stretch.stale |= STALE_REACH;
       }
     }
     extent.include(sum.extent);

@@ -11,7 +11,7 @@ namespace zolt::math::ved {
 
 /// The incremental state of a node; docs/incremental.md explains it and numbers its invariants.
 struct NodeStateS {
-  NodeStateS() : laidOutAsSlot(false), composed(false), overflows(false) {}
+  NodeStateS() : laidOutAsSlot(false), composed(false), overflows(false), reach(0) {}
 
   RowStretchS* stretch = nullptr;      // the stretch that holds the node, if its row is long
   std::unique_ptr<RowIndexC> index;    // not null in a long row
@@ -21,6 +21,7 @@ struct NodeStateS {
   bool laidOutAsSlot : 1;              // whether the last layout measured the placeholder
   bool composed : 1;                   // whether the last layout measured composed text in it
   bool overflows : 1;                  // whether something inside may extend above or below the node's box
+  mutable std::uint8_t reach : 5;      // how far texts reach out of the node's box, as node4_reach.cpp counts
   mutable std::uint8_t stale = STALE_ALL;
 };
 

@@ -16,7 +16,13 @@ namespace zolt::math::ved {
 class Node4C;
 
 /// The work that is due for a node or for something inside it.
-enum StaleE : std::uint8_t { STALE_CHECK = 1, STALE_LAYOUT = 2, STALE_RECORD = 4, STALE_ALL = 7 };
+enum StaleE : std::uint8_t {
+  STALE_CHECK = 1,
+  STALE_LAYOUT = 2,
+  STALE_RECORD = 4,
+  STALE_REACH = 8,
+  STALE_ALL = 15
+};
 
 /// How far the items on one level of brackets extend, in units, measured from the axis of their row.
 struct RowExtentS {
@@ -52,6 +58,15 @@ struct RowSumS {
   std::vector<RowBracketS> brackets;  // closing ones, then opening ones
   RowExtentS extent;                  // of the items after the last of the brackets
   long highestGroup = 0;              // the least bottom of any group in brackets
+};
+
+/// How far the texts in the items of a stretch reach, in units: to the left and the right of where the
+/// stretch begins, above and below the axis of its row.
+struct TextReachS {
+  std::int32_t left = 0;
+  std::int32_t right = 0;
+  std::int32_t top = 0;
+  std::int32_t bottom = 0;
 };
 
 /// The brackets of a stretch, or of several, one after another.
@@ -122,6 +137,8 @@ struct RowStretchS {
   std::uint8_t stale = 0;
   BracketSumS brackets;
   RowSumS sum;
+  TextReachS reach;           // in a row
+  std::int32_t overhang = 0;  // in a table: how far texts reach out of the cells around them, at most
   NodeRecordPointerC record;
 
   /// How far an item is moved by what is not its own.
@@ -201,8 +218,8 @@ class RowIndexC {
   void noteColumnsInserted(std::size_t column, std::size_t count);
   void noteColumnsRemoved(Node4C const& table, std::size_t column, std::size_t count);
   void noteColumnsRotated(std::size_t first, std::size_t middle, std::size_t last);
-  ColumnMarkS const& crefColumnMark(StaleE stale) const { return columnMarks_[stale / 2]; }
-  void clearColumnMark(StaleE stale) { columnMarks_[stale / 2] = {}; }
+  ColumnMarkS const& crefColumnMark(StaleE stale) const { return columnMarks_[numberOf(stale)]; }
+  void clearColumnMark(StaleE stale) { columnMarks_[numberOf(stale)] = {}; }
   /// The first stretch from number k on that has something marked; their number when there is none.
   std::size_t findMarkedStretch(std::size_t k, StaleE stale) const {
     if (crefColumnMark(stale).isSet()) return k;
@@ -225,12 +242,13 @@ class RowIndexC {
   void markAround(std::size_t k, std::size_t i, std::uint8_t stale);
   void countFirst(std::size_t k);
   void markColumns(std::size_t first, std::size_t end);
+  static std::size_t numberOf(StaleE stale) { return stale == STALE_REACH ? 3 : stale / 2U; }
 
   std::size_t usualLength_ = leastLength();
   std::vector<std::unique_ptr<RowStretchS>> stretches_;
   std::vector<TableColumnS> columns_;
   std::vector<std::int32_t> edges_;
-  ColumnMarkS columnMarks_[3];  // by `StaleE`
+  ColumnMarkS columnMarks_[4];  // by `numberOf`
 };
 
 /// The stretches of a row for one pass over the row: those in the index of a long row, or one stretch for a

@@ -168,7 +168,7 @@ std::pair<std::size_t, std::size_t> RowIndexC::findColumns(long left, long right
 
 std::uint8_t RowIndexC::getMarks(std::size_t column) const {
   unsigned marks = 0;
-  for (StaleE const stale : {STALE_CHECK, STALE_LAYOUT, STALE_RECORD}) {
+  for (StaleE const stale : {STALE_CHECK, STALE_LAYOUT, STALE_RECORD, STALE_REACH}) {
     ColumnMarkS const& mark = crefColumnMark(stale);
     if (mark.isSet() && column >= mark.front && column + mark.back < stretches_[0]->count) marks |= stale;
   }
