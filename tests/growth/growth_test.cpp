@@ -201,7 +201,8 @@ TEST(GrowthOfATable, FollowsRowsAndColumns) {
        {u"char x", u"char 3", u"type \"3456\"", u"key backspace", u"command down", u"command next-slot",
         u"command select-right", u"undo", u"command row-above", u"command row-below", u"command column-left",
         u"command column-right", u"command delete-rows", u"command delete-columns", u"command rows-up",
-        u"command rows-down", u"command columns-left", u"command columns-right"}) {
+        u"command rows-down", u"command columns-left", u"command columns-right",
+        u"char 4 pen down 40 40 pen up"}) {
     for (wstring const after : {u"", u" undo"}) {
       if (script == u"undo" && !after.empty()) continue;  // it would take the table away
       unsigned long const least = small.cost(u"char y", script + after);

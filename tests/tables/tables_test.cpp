@@ -110,6 +110,9 @@ TEST(Tables, AreReadFromHtml) {
             "1 2 3|&&x;4"},
            {"<table><tr><td>alone</td></tr></table>", ""},
            {"<table><tr><td colspan=101>1<tr><td>2</table>", ""},
+           {"<table><TR><TD height=17 title='a>b' SDVAL=\"1234.5\" sdnum='1033;'>1.234,50<td x:num>2"
+            "<tr><td sdval=\"1E+20\">1E+20</td><td align=left><br></td></tr></table>",
+            "1234.5|2\n1e+20|"},
            {"a<b & c", ""}}) {
     wstring read = field::detail::cellsFromHtml(fromUtf8(html));
     std::replace(read.begin(), read.end(), u'\t', u'|');
@@ -119,6 +122,17 @@ TEST(Tables, AreReadFromHtml) {
   EXPECT_EQ(toUtf8(field::detail::cellsFromHtml(field::detail::cellsToHtml(text))),
             toUtf8(u"a<b\tc & d\ne\t"));
   EXPECT_EQ(field::detail::cellsToHtml(u"a+b"), u"");
+  EXPECT_EQ(toUtf8(field::detail::cellsFromHtml(u"<table><tr><td>\"e\"<tr><td>x</table>")),
+            toUtf8(u"\"\"\"e\"\"\"\nx"));
+
+  // A single column is a table where it was one.
+  extendedOperators();
+  StageC stage;
+  field::ClipboardContentS column;
+  column.plainText = u"1,50\nx";
+  column.html = u"<table><tr><td sdval=\"1.5\">1,50</td></tr><tr><td>x</td></tr></table>";
+  EXPECT_EQ(stage.refField().paste(column), field::PASTE_DONE);
+  EXPECT_EQ(stage.prefix(), "matrix(list(1.5),list(x))");
 }
 
 TEST(Tables, AreShownAndEdited) { playCases(); }

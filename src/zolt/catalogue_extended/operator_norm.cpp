@@ -15,6 +15,7 @@ OperatorNormC::OperatorNormC() : ConstructBC(u"norm", u"norm", {1}, 0, false, 0)
   words.label = u"‖x‖";
   words.signs = u"‖";
   words.closingSign = u'‖';
+  words.doubledName = u"abs";
   setWords(words);
 }
 

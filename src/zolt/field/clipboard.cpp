@@ -185,25 +185,28 @@ PointerTC<OperatorBC> findTable(OperatorListC const& operators, unsigned long co
   return nullptr;
 }
 
-/// Puts cells into the table around the caret or, where there is none, a table of them into the formula.
-bool pasteCells(ViewZNT4C& view, std::vector<RowT> cells, unsigned long columns) {
+/// Puts cells into the table around the caret or, where there is none, a table of them into the formula;
+/// `pasted` then gets its bytes.
+bool pasteCells(ViewZNT4C& view, std::vector<RowT> cells, unsigned long columns, bytestring& pasted) {
   if (findBlockOrCell(view.getSelection())) return view.pasteCells(std::move(cells), columns);
   auto const op = findTable(view.crefOperatorList(), columns);
   if (!op || cells.size() > math::ved::limits::max_table_cells) return false;
-  return view.paste(writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(cells)))));
+  pasted = writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(cells))));
+  return view.paste(pasted);
 }
 
-/// Text with tabs becomes the cells of a table. In a table it may also be a single column. Nothing is
-/// returned where it is no such text; what no table can take is refused, since a person who pastes cells
-/// wants no row of characters.
-std::optional<PasteE> pasteCellTexts(ViewZNT4C& view, wstring const& text, ReadersS const& readers,
-                                     ReadErrorS& error) {
+/// Text with tabs becomes the cells of a table. In a table, or where `marks` say so, it may also be a single
+/// column. Nothing is returned where it is no such text; what no table can take is refused, since a person
+/// who pastes cells wants no row of characters.
+std::optional<PasteE> pasteCellTexts(ViewZNT4C& view, ClipboardContentS& content, ReadersS const& readers,
+                                     CellMarkE marks, ReadErrorS& error) {
+  wstring const& text = content.plainText;
   namespace limits = math::ved::limits;
   // These are indented with tabs.
   if (readers.canReadMathml(text) || text.find(u"\\begin{") != wstring::npos) return {};
   bool const isInTable = static_cast<bool>(findBlockOrCell(view.getSelection()));
   if (!isInTable && !findTable(view.crefOperatorList(), 1)) return {};
-  if (!hasCells(text, isInTable ? TABS_OR_LINES : TABS_ONLY)) return {};
+  if (!hasCells(text, isInTable ? TABS_OR_LINES : marks)) return {};
   CellTextsS const texts = readCells(text);
   if (texts.cells.size() > limits::max_table_cells || texts.columns > limits::max_table_columns) {
     error.cause = math::common::READ_ERROR_TABLE_SIZE;
@@ -214,7 +217,11 @@ std::optional<PasteE> pasteCellTexts(ViewZNT4C& view, wstring const& text, Reade
     cells.push_back(makeCell(cell, view.crefOperatorList(), readers));
     if (!cells.back()) return {};
   }
-  return pasteCells(view, std::move(cells), texts.columns) ? PASTE_DONE : PASTE_REFUSED;
+  bytestring pasted;
+  if (!pasteCells(view, std::move(cells), texts.columns, pasted)) return PASTE_REFUSED;
+  // The text of a single column alone would be no table.
+  if (!hasCells(text, TABS_ONLY)) content.bytes = std::move(pasted);
+  return PASTE_DONE;
 }
 
 wstring writeBlock(TableBlockS const& block, OperatorListC const& operators, InputOptionsS const& options) {
@@ -290,11 +297,16 @@ PasteE pasteContent(ViewZNT4C& view, ClipboardContentS& content, InputOptionsS c
     content.prefix = expression->toPrefixString();
     return PASTE_DONE;
   }
-  if (page.size() <= max_pasted_markup && content.plainText.find(u'\t') == wstring::npos) {
-    if (wstring cells = cellsFromHtml(page); !cells.empty()) content.plainText = std::move(cells);
+  bool isTable = false;
+  bool const isBetter = content.plainText.find(u'\t') == wstring::npos || hasExactNumbers(page);
+  if (page.size() <= max_pasted_markup && isBetter) {
+    wstring cells = cellsFromHtml(page);
+    isTable = !cells.empty();
+    if (isTable) content.plainText = std::move(cells);
   }
   ReadErrorS found;
-  if (auto const result = pasteCellTexts(view, content.plainText, readers, found)) {
+  if (auto const result =
+          pasteCellTexts(view, content, readers, isTable ? TABS_OR_LINES : TABS_ONLY, found)) {
     if (error && found.cause != math::common::READ_ERROR_NONE) *error = found;
     return *result;
   }

@@ -211,6 +211,8 @@ class FormulaFieldC {
 
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
+  bool endTableRow();
+  void mergeDoubled(char16_t sign);
   bool actByRule(InputDecisionS const& decision);
   bool insert(InputDecisionS const& decision);
   bool insertFraction();
@@ -280,16 +282,17 @@ class FormulaFieldC {
   wstring composed_;  // by an input method
   unsigned long composedCaret_ = 0;
   CompletionC completion_;
-  unsigned braces_ = 0;          // rows of constructs that were written in braces and are not closed
-  bool bracesExpected_ = false;  // the next row of such a construct was reached
-  bool letterAccepted_ = false;  // the last input completed a letter
-  unsigned acts_ = 0;            // the number of nested calls in progress
-  unsigned groups_ = 0;
-  bool groupFailed_ = false;
-  bool reveal_ = false;
-  bool ungrouped_ = false;                 // the last input closed brackets, which vanished
-  bool marked_ = false, markDue_ = false;  // the selection is a faulty part; was one before the act
-  bool wordTyped_ = false;                 // the last input typed a letter, so a name may be unfinished
+  unsigned braces_ = 0;             // rows of constructs that were written in braces and are not closed
+  bool bracesExpected_ = false;     // the next row of such a construct was reached
+  bool letterAccepted_ = false;     // the last input completed a letter
+  unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
+  bool groupFailed_ = false, reveal_ = false;
+  char16_t ended_ = u'\0';                      // the sign by which the last input left a construct
+  bool ungrouped_ = false, separated_ = false;  // it closed brackets, which vanished; was ";" for a comma
+  unsigned long separatedFrom_ = 0;             // the history before that input
+  math::ved::SelectionPathS separatedAt_;       // and the selection
+  bool marked_ = false, markDue_ = false;       // the selection is a faulty part; was one before the act
+  bool wordTyped_ = false;                      // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew
 };

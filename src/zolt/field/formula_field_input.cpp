@@ -74,9 +74,12 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS step = makeStep(SCRIPT_CHAR);
   step.code = c;
   bool const ungrouped = std::exchange(ungrouped_, false);
+  bool const isSecond = std::exchange(separated_, false) && c == u';';
+  bool const endsAgain = std::exchange(ended_, u'\0') == c;
   ActC act(*this, step, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   act.dropMark();
+  if (isSecond && endTableRow()) return true;
   if (auto const taken = typeInCompletion(c)) return *taken;
   if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
@@ -92,9 +95,14 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
         findNameReplacement(view_.crefOperatorList(), caret(), options_, NAME_IS_CALLED);
     if (found.begin) replaceText(found);
   }
+  separatedAt_ = saveSelection();
+  separatedFrom_ = view_.getHistoryPosition();
   bool const taken = actOn(decision);
+  separated_ = taken && options_.decimalComma && c == u';';
   if (taken) {
     replaceCompleted(decision);
+    if (decision.kind == INPUT_MOVE && endsAgain) mergeDoubled(c);
+    if (decision.kind == INPUT_MOVE) ended_ = c;
   } else {
     act.restoreMark();
     refuse(wstring(1, c), {findCause(c), 0, 1, {}});

@@ -63,6 +63,8 @@ class FormulaFieldC::ActC {
     // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
     field_.view_.getExpressionSize();
     field_.ungrouped_ = false;
+    field_.separated_ = false;
+    field_.ended_ = u'\0';
     field_.markDue_ = std::exchange(field_.marked_, false);
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
     field_.view_.takeRejection();

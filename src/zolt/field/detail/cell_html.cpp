@@ -50,12 +50,48 @@ unsigned long readNumber(ViewT text, unsigned long base, unsigned long most) {
   return number;
 }
 
+/// The value of an attribute; empty when there is none.
+ViewT findValue(ViewT attributes, ViewT name) {
+  auto const skip = [&](std::size_t from) {
+    while (from < attributes.size() && isBlank(attributes[from])) ++from;
+    return from;
+  };
+  for (std::size_t i = skip(0); i < attributes.size(); i = skip(i)) {
+    bool isName = true;
+    std::size_t const first = i;
+    for (; i < attributes.size() && !isBlank(attributes[i]) && attributes[i] != u'='; ++i) {
+      isName = isName && i - first < name.size() && toSmall(attributes[i]) == name[i - first];
+    }
+    isName = isName && i - first == name.size();
+    std::size_t const sign = skip(i);
+    if (sign == attributes.size() || attributes[sign] != u'=') continue;
+    i = skip(sign + 1);
+    char16_t const quote =
+        i < attributes.size() && (attributes[i] == u'"' || attributes[i] == u'\'') ? attributes[i] : u'\0';
+    std::size_t const begin = quote ? i + 1 : i;
+    for (i = begin; i < attributes.size() && (quote ? attributes[i] != quote : !isBlank(attributes[i]));) ++i;
+    if (isName) return attributes.substr(begin, i - begin);
+    if (quote && i < attributes.size()) ++i;
+  }
+  return {};
+}
+
 unsigned long readSpan(ViewT attributes, ViewT name) {
-  std::size_t at = attributes.find(name);
-  if (at == ViewT::npos) return 1;
-  at = attributes.find_first_not_of(u" =\"'", at + name.size());
-  if (at == ViewT::npos) return 1;
-  return std::max(1ul, readNumber(attributes.substr(at), 10, math::ved::limits::max_table_cells + 1));
+  constexpr unsigned long most = math::ved::limits::max_table_cells + 1;
+  return std::max(1ul, readNumber(findValue(attributes, name), 10, most));
+}
+
+/// The number that a program for tables keeps beside what a cell shows of it; empty: none.
+wstring readExactNumber(ViewT attributes) {
+  for (ViewT const name : {ViewT(u"sdval"), ViewT(u"x:num")}) {
+    ViewT const value = findValue(attributes, name);
+    bool const isNumber = !value.empty() && value.find_first_not_of(u"0123456789.eE+-") == ViewT::npos;
+    if (!isNumber) continue;
+    wstring number(value);
+    std::transform(number.begin(), number.end(), number.begin(), toSmall);
+    return number;
+  }
+  return {};
 }
 
 /// Reads the first table of a page. Whatever else there is, it passes over.
@@ -87,7 +123,7 @@ class TableReaderC {
  private:
   std::size_t readTag(std::size_t at) {
     if (html_.compare(at, 4, u"<!--") == 0) return after(u"-->", at);
-    std::size_t const end = html_.find(u'>', at);
+    std::size_t const end = findTagEnd(at);
     if (end == wstring::npos) return html_.size();
     TagS tag;
     std::size_t i = at + 1;
@@ -101,6 +137,20 @@ class TableReaderC {
     }
     follow(tag);
     return end + 1;
+  }
+
+  /// The ">" of the tag at `at`; there may be others in the values of its attributes. A tag without an end
+  /// goes on to the end of the text.
+  std::size_t findTagEnd(std::size_t at) const {
+    char16_t before = u'\0';  // the last character that is no blank
+    for (std::size_t i = at; i < html_.size() && html_[i] != u'>'; ++i) {
+      char16_t const c = html_[i];
+      if (before == u'=' && (c == u'"' || c == u'\'')) i = html_.find(c, i + 1);
+      if (i == wstring::npos) break;
+      if (!isBlank(c)) before = c;
+      at = i;
+    }
+    return html_.find(u'>', at + 1);
   }
 
   void follow(TagS const& tag) {
@@ -151,6 +201,7 @@ class TableReaderC {
     noteSize(columns);
     if (isDone_) return;
     isInCell_ = true;
+    exact_ = readExactNumber(attributes);
     column_ = row.size();
     row.resize(row.size() + columns);
     if (spanned_.size() < row.size()) spanned_.resize(row.size());
@@ -170,7 +221,7 @@ class TableReaderC {
     if (!isInCell_) return;
     isInCell_ = false;
     while (!cell_.empty() && cell_.back() == u' ') cell_.pop_back();
-    rows_.back()[column_] = std::move(cell_);
+    rows_.back()[column_] = exact_.empty() ? std::move(cell_) : std::move(exact_);
     cell_.clear();
   }
 
@@ -217,6 +268,7 @@ class TableReaderC {
   std::vector<std::vector<wstring>> rows_;
   std::vector<unsigned long> spanned_;  // by column: for how many further rows a cell covers it
   wstring cell_;
+  wstring exact_;  // the number in the cell, where its element has it
   std::size_t column_ = 0;
   unsigned long depth_ = 0;  // of tables
   bool isInCell_ = false;
@@ -245,6 +297,10 @@ wstring cellsToHtml(wstring const& plainText) {
     html += u"</td>";
   }
   return html + u"</tr>\n</table>\n";
+}
+
+bool hasExactNumbers(wstring const& html) {
+  return html.find(u" sdval=\"") != wstring::npos || html.find(u" x:num=\"") != wstring::npos;
 }
 
 wstring cellsFromHtml(wstring const& html) { return TableReaderC(html).read(); }

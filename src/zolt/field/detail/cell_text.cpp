@@ -57,7 +57,14 @@ wstring writeCells(CellTextsS const& texts) {
   wstring out;
   for (std::size_t i = 0; i < texts.cells.size(); ++i) {
     if (i > 0) out += i % texts.columns == 0 ? u'\n' : u'\t';
-    out += texts.cells[i];
+    wstring const& cell = texts.cells[i];
+    if (cell.find_first_of(u"\"\t\n") == wstring::npos) {
+      out += cell;
+      continue;
+    }
+    out += u'"';
+    for (char16_t const c : cell) out += c == u'"' ? wstring(2, c) : wstring(1, c);
+    out += u'"';
   }
   return out;
 }

@@ -377,6 +377,19 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& oper
   return {};
 }
 
+PointerTC<OperatorBC> findDoubled(PlaceS place, char16_t sign, OperatorListC const& operators) {
+  Node4C const* const outer = place.pos == 0 ? place.node->goLeft() : nullptr;
+  if (!outer || outer->getType() != NODE4_OPERATOR || outer->numChildren() != 1) return nullptr;
+  Node4C const& row = *outer->child(0);
+  bool const holdsOne = row.numChildren() == 3 && row.child(0)->sizeText() + row.child(2)->sizeText() == 0;
+  OperatorBC const* const op = outer->crefOperator();
+  if (!holdsOne || row.child(1)->crefOperator() != op || op->crefWords().closingSign != sign) return nullptr;
+  for (OperatorBC const* const other : operators.crefInOrder()) {
+    if (other->crefWords().doubledName == outer->crefText()) return operators.lookup(other->getName());
+  }
+  return nullptr;
+}
+
 InsideSignS findByInsideSign(OperatorListC const& operators, PlaceS place, char16_t sign) {
   PlaceS at = place;
   bool isFinished = true;  // what ends at the place and is between it and `at`

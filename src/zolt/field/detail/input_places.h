@@ -61,6 +61,11 @@ PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
 /// Whether a stretch of a row, in reading order, is one operand, which needs no brackets to be raised.
 bool isBase(math::ved::SelectionS const& stretch, OperatorListC const& operators);
 
+/// What the construct before the place, which the sign has just ended, becomes together with the one
+/// that is all it holds (`doubledName`); null: it stays.
+PointerTC<math::ved::OperatorBC> findDoubled(PlaceS place, char16_t sign,
+                                             math::ved::OperatorListC const& operators);
+
 /// What a sign inserts in one of the constructs around the place (`insideSigns`).
 struct InsideSignS {
   PointerTC<OperatorBC> op;  ///< null: nothing

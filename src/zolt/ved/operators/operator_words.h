@@ -33,6 +33,9 @@ struct OperatorWordsS {
   wstring signs;                  ///< characters each of which inserts it: "√"
   std::vector<wstring> signRuns;  ///< signs of a text, as the tree has them, that become it: "!="
   char16_t closingSign = u'\0';   ///< leads out of the construct from the end of a filled row: "⌋"
+  /// A construct that becomes this one where all it holds is another of its kind and their closing signs are
+  /// typed one after the other: the two absolute values in "||x||" are a norm.
+  wstring doubledName;
   unsigned long valueRow = 0;  ///< row that the construct shows a sign before, to which that sign leads from
                                ///< the row before it; 0: none
   char16_t valueSign = u'=';   ///< that sign
