@@ -1,52 +1,66 @@
-// The list of names that a backslash opens, or a pause in typing.
+// The names that a backslash offers, or a pause in typing: their keys, and what is shown of them.
 
-import { hide, keepFocus, make, putAt, setAttribute, showAbove } from './dom.js';
 import { Flag, has, type Box, type FrameWords } from './frame.js';
 import type { Owner } from './owner.js';
-import { paintPicture } from './painter.js';
+import type { Panels } from './panels.js';
 
-const PICTURE = { width: 46, height: 30, zoom: 1.2 };
+export interface Completion {
+  readonly title: string;
+  readonly shortcut: string;
+  /** In tree notation. */
+  readonly picture: string;
+}
+
 /** More are reached by typing on. */
 const MOST = 60;
+/** `kind` of a completion. */
+const NONE = 0, COMMAND = 1;
 
-export class CompletionList {
+export class Completions {
   readonly #owner: Owner;
-  #list: HTMLElement | null = null;
-  #entries: readonly { title: string; shortcut: string; picture: string }[] = [];
-  #key = '';
-  #kind = 0;
+  readonly #panels: Panels;
+  #entries: readonly Completion[] = [];
+  #kind = NONE;
   #current = -1;
 
-  constructor(owner: Owner) { this.#owner = owner; }
-
-  get isOpen(): boolean { return this.#kind !== 0; }
+  constructor(owner: Owner, panels: Panels) {
+    this.#owner = owner;
+    this.#panels = panels;
+  }
 
   /** After each painting. */
   onPaint(frame: FrameWords): void {
     if (!has(frame, Flag.completes) || !this.#owner.hasFocus) return this.close();
-    const completion = this.#owner.handle!.completion();
-    if (completion.kind === 0) return this.close();
-    this.#kind = completion.kind;
-    this.#current = completion.current;
-    this.#entries = completion.entries.slice(0, MOST);
-    this.#show();
-    putAt(this.#list!, this.#owner.shown.toWindow(completion.box as unknown as Box), 6);
+    this.#read();
+    if (this.#kind === NONE) return this.close();
+    this.#panels.use((set) => {
+      if (this.#kind !== NONE) set.completions.show(this.#entries, this.#current, this.#box, (number) => this.#accept(number));
+    });
+  }
+
+  #box: Box = [0, 0, 0, 0];
+
+  #read(): void {
+    const { kind, current, entries, box } = this.#owner.handle!.completion();
+    this.#kind = kind;
+    this.#current = current;
+    this.#entries = entries.slice(0, MOST);
+    this.#box = box as unknown as Box;
   }
 
   close(): void {
-    if (!this.isOpen) return;
-    this.#kind = 0;
-    this.#key = '';
-    if (this.#list) hide(this.#list);
-    const { input } = this.#owner.parts;
-    for (const name of ['aria-controls', 'aria-activedescendant', 'aria-autocomplete']) setAttribute(input, name, null);
+    this.#kind = NONE;
+    this.#panels.set?.completions.close();
   }
 
   /** Keys that are for the list while it is open. */
   takeKey(chord: string): boolean {
     const { handle } = this.#owner;
-    if (!this.isOpen || !handle) return false;
-    const isCommand = this.#kind === 1, accepts = isCommand || this.#current >= 0;
+    if (!handle || !/^(Escape|Down|Up|Ctrl\+Z|Tab|Enter)$/.test(chord)) return false;
+    // Keys can be faster than the painting.
+    this.#read();
+    if (this.#kind === NONE) return false;
+    const isCommand = this.#kind === COMMAND, accepts = isCommand || this.#current >= 0;
     const run = (name: string) => {
       this.#owner.runCommand(name, 'insertReplacementText');
       return true;
@@ -56,61 +70,13 @@ export class CompletionList {
       case 'Down': return run('down');
       case 'Up': return accepts && run('up');
       case 'Ctrl+Z': return isCommand && run('undo');
-      case 'Tab': case 'Enter':
+      default:
         if (accepts) this.#accept(this.#current);
         return accepts;
-      default: return false;
     }
   }
 
   #accept(number: number): void {
     this.#owner.act('insertReplacementText', this.#entries[number]?.title ?? null, (handle) => handle.accept(number));
-  }
-
-  #show(): void {
-    const { handle, parts: { input }, root } = this.#owner;
-    if (!this.#list) {
-      this.#list = make('div', {
-        class: 'panel completions', part: 'completions', id: 'completions', role: 'listbox', 'aria-label': 'Completions', popover: 'manual',
-      });
-      keepFocus(this.#list);
-      // There is nothing in it that could have the focus, so that only the wheel scrolls it.
-      this.#list.addEventListener('wheel', (event) => {
-        event.preventDefault();
-        this.#list!.scrollTop += event.deltaY;
-      });
-    }
-    const list = this.#list;
-    if (!list.isConnected) root.append(list);
-    const key = this.#entries.map(({ title }) => title).join('\n');
-    if (key !== this.#key || !this.#entries.length) {
-      this.#key = key;
-      const rows = this.#entries.map((entry, i) => {
-        const picture = make('canvas', { 'aria-hidden': 'true' });
-        picture.style.width = `${PICTURE.width}px`;
-        picture.style.height = `${PICTURE.height}px`;
-        const row = make('div', { class: 'option', part: 'completion', id: `completion-${i}`, role: 'option' }, picture,
-          make('span', {}, entry.title), make('span', { class: 'typed' }, entry.shortcut));
-        row.addEventListener('click', () => this.#accept(i));
-        return row;
-      });
-      list.replaceChildren(...(rows.length ? rows
-        : [make('div', { class: 'option', role: 'option', 'aria-disabled': 'true' }, 'Nothing of that name')]));
-    }
-    showAbove(list);
-    list.scrollTop = this.#current < 0 ? 0 : list.scrollTop;
-    this.#entries.forEach((entry, i) => {
-      const row = list.children[i] as HTMLElement;
-      const isCurrent = i === this.#current;
-      const was = row.getAttribute('aria-selected');
-      if (was === String(isCurrent)) return;
-      row.setAttribute('aria-selected', String(isCurrent));
-      const { width, height, zoom } = PICTURE;
-      paintPicture(row.firstChild as HTMLCanvasElement, entry.picture, handle!.module, width, height, zoom, getComputedStyle(row).color);
-      if (isCurrent) row.scrollIntoView({ block: 'nearest' });
-    });
-    setAttribute(input, 'aria-autocomplete', 'list');
-    setAttribute(input, 'aria-controls', 'completions');
-    setAttribute(input, 'aria-activedescendant', this.#current < 0 ? null : `completion-${this.#current}`);
   }
 }

@@ -1,36 +1,29 @@
 // <zolt-formula>: a field for one formula, as <input> is one for a line of text. docs/web.md describes it.
 
-import { Form, SetResult, type FormulaHandle } from '../module/zolt_module.mjs';
+import { Form, type FormulaHandle } from '../module/zolt_module.mjs';
 import { Copies, type CopyForm, type PngOptions } from './clipboard.js';
-import { CompletionList } from './completion.js';
+import { Completions } from './completion.js';
 import { ControlElement, notations, type Notation } from './control.js';
 import { setAttribute } from './dom.js';
+import { listenToDrags } from './drags.js';
+import { Focus } from './focus.js';
 import { FormValue, type FormSide } from './form.js';
 import { Flag, has, type Box, type FrameWords } from './frame.js';
 import { Input } from './input.js';
-import { Keyboard } from './keyboard.js';
 import { build, type Parts } from './look.js';
-import { buildMathml } from './mathml.js';
 import { commandsOf, type Fault } from './owner.js';
-import { Menu, Palette } from './palette.js';
+import { Panels } from './panels.js';
 import { Pointer } from './pointer.js';
 import { load, loaded } from './shared.js';
 import { Speech } from './speech.js';
 import type { SvgOptions } from './svg.js';
+import { Value } from './value.js';
 import { View } from './view.js';
 
 /** Where the caret, and the other end of what is selected, are: to be kept and given back, not to be read. */
 export type Places = readonly number[];
 
 const kebab = (name: string) => name.replace(/[A-Z]/g, (letter) => `-${letter.toLowerCase()}`);
-
-/** Fields whose memory is not given back by their leaving the page. */
-const forgotten = new FinalizationRegistry<() => void>((close) => close());
-
-interface Given {
-  readonly form: number;
-  readonly text: string;
-}
 
 export class ZoltFormulaElement extends ControlElement implements FormSide {
   static readonly formAssociated = true;
@@ -46,20 +39,13 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   readonly #pointer: Pointer;
   readonly #form: FormValue;
   readonly #speech: Speech;
-  readonly #completions: CompletionList;
-  readonly #menu: Menu;
-  readonly #palette: Palette;
-  readonly #keyboard: Keyboard;
+  readonly #completions: Completions;
+  readonly #panels: Panels;
   readonly #copies: Copies;
-  #handle: FormulaHandle | null = null;
-  #given: Given | null = null;
+  readonly #value: Value;
+  readonly #focus: Focus;
   #options: Readonly<Record<string, boolean>> = {};
-  #isDirty = false;
   #isFormDisabled = false;
-  #hasFocus = false;
-  #isTabbed = false;
-  /** The formula that the last "change" was about. */
-  #seen = 0;
   #painted = { revision: -1, moves: -1 };
   #becomeReady: () => void = () => undefined;
   /** Settles when the module is there; the element can be used before. */
@@ -69,26 +55,27 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     super();
     this.root = this.attachShadow({ mode: 'open', delegatesFocus: true });
     this.parts = build(this.root);
-    this.#view = new View(this);
-    this.#input = new Input(this);
-    this.#pointer = new Pointer(this, this.#view);
-    this.#form = new FormValue(this);
-    this.#speech = new Speech(this);
-    this.#completions = new CompletionList(this);
-    this.#palette = new Palette(this);
-    this.#keyboard = new Keyboard(this);
-    this.#menu = new Menu(this, {
-      copyAs: (notation) => void this.copyAs(notation),
-      openPalette: () => this.#palette.open(this.#caretBox()),
-      toggleKeyboard: () => this.#keyboard.isOpen ? this.#keyboard.close() : this.#keyboard.open(),
+    const view = this.#view = new View(this);
+    this.#value = new Value(this, () => {
+      view.fault = null;
+      this.#form.touch();
+      this.refresh();
     });
-    this.#copies = new Copies(this, this.#view);
-    this.#view.onpaint = (frame) => this.#onPaint(frame);
-    this.#input.oncompletionkey = (chord) => chord === 'Ctrl+Space' ? this.#openPalette() : this.#completions.takeKey(chord);
-    this.#input.onenter = () => this.#onEnter();
+    const panels = this.#panels = new Panels(this, view, { copyAs: (notation) => void this.copyAs(notation) });
+    const input = this.#input = new Input(this);
+    this.#pointer = new Pointer(this, view, panels);
+    const form = this.#form = new FormValue(this);
+    const speech = this.#speech = new Speech(this);
+    this.#completions = new Completions(this, panels);
+    this.#copies = new Copies(this, view);
+    this.#focus = new Focus(this, { view, input, form, speech, panels, value: this.#value });
+    view.onpaint = (frame) => this.#onPaint(frame);
+    input.oncompletionkey = (chord) => chord === 'Ctrl+Space' ? this.#openPalette() : this.#completions.takeKey(chord);
+    input.onenter = () => this.#onEnter();
     this.#pointer.onpress = (isTouch) => this.#onPress(isTouch);
-    this.#pointer.onlongpress = (x, y) => this.#menu.open(new DOMRect(x, y - 20, 0, 40));
-    this.#listen();
+    this.#pointer.onlongpress = (x, y) => panels.use(({ menu }) => menu.open(new DOMRect(x, y - 20, 0, 40)));
+    this.parts.frame.addEventListener('contextmenu', (event) => this.#onMenu(event));
+    listenToDrags(this, view, this.#copies, { stop: () => this.#pointer.stop(), press: () => this.#onPress(false) });
   }
 
   // ---- Life
@@ -104,10 +91,9 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.#view.stop();
     this.#speech.stop();
     this.#form.stop();
-    this.#completions.close();
-    this.#keyboard.close();
+    this.#panels.close();
     // Whoever moves the element takes it out and puts it in again at once.
-    setTimeout(() => { if (!this.isConnected) this.#close(); }, 0);
+    setTimeout(() => { if (!this.isConnected) this.#value.close(); }, 0);
   }
 
   #fail(error: unknown): void {
@@ -118,43 +104,30 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   }
 
   #open(): void {
-    const module = loaded();
-    if (this.#handle || !module) return;
-    const handle = this.#handle = module.open();
-    if (!handle) return this.#fail(new Error('zolt-formula: no memory for another formula'));
-    forgotten.register(this, () => handle.close(), handle);
-    for (const [name, on] of Object.entries(this.options)) handle.setOption(kebab(name), on);
-    this.#setSpeech();
-    const given = this.#given ?? { form: notations[this.format], text: this.defaultValue };
-    this.#given = null;
-    this.#put(given);
+    if (this.handle || !loaded()) return;
+    const isOpen = this.#value.open((handle) => {
+      for (const [name, on] of Object.entries(this.options)) handle.setOption(kebab(name), on);
+      this.#setSpeech();
+    });
+    if (!isOpen) return this.#fail(new Error('zolt-formula: no memory for another formula'));
+    const handle = this.handle!;
     if (this.constraints) handle.setConstraints(this.constraints);
     handle.setEditable(!this.isLocked);
-    this.#seen = handle.revision;
+    this.#value.seen = handle.revision;
+    this.#painted = { revision: -1, moves: -1 };
     this.#becomeReady();
-    if (this.#hasFocus) this.#speech.listen();
+    if (this.hasFocus) this.#speech.listen();
     this.#form.touch();
     this.#form.update();
     this.#view.paintSoon();
   }
 
-  #close(): void {
-    const handle = this.#handle;
-    if (!handle) return;
-    // The formula stays, as it is.
-    this.#given = { form: Form.tree, text: handle.get(Form.tree) ?? '' };
-    forgotten.unregister(handle);
-    handle.close();
-    this.#handle = null;
-    this.#painted = { revision: -1, moves: -1 };
-  }
-
-  get handle(): FormulaHandle | null { return this.#handle; }
+  get handle(): FormulaHandle | null { return this.#value.handle; }
 
   /** The same for programs, which may use a field that is in no page. */
   get #used(): FormulaHandle | null {
-    if (!this.#handle) this.#open();
-    return this.#handle;
+    if (!this.handle) this.#open();
+    return this.handle;
   }
 
   // ---- Attributes
@@ -163,17 +136,17 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     if (before === now) return;
     switch (name) {
       case 'value':
-        if (!this.#isDirty) this.#reset();
+        if (!this.#value.isDirty) this.#value.reset();
         break;
       case 'readonly':
       case 'disabled':
         this.#lock();
         break;
       case 'constraints':
-        if (this.#handle && this.#handle.setConstraints(now ?? '') >= 0) console.warn(`zolt-formula: constraints="${now}" is not understood`);
+        if (this.handle && this.handle.setConstraints(now ?? '') >= 0) console.warn(`zolt-formula: constraints="${now}" is not understood`);
         break;
       case 'options':
-        for (const [option, on] of Object.entries(this.options)) this.#handle?.setOption(kebab(option), on);
+        for (const [option, on] of Object.entries(this.options)) this.handle?.setOption(kebab(option), on);
         this.refresh();
         break;
       case 'placeholder':
@@ -197,7 +170,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   /** What may be in the formula, in words: "number or names x y; nodes 50". */
   get constraints(): string { return this.attributeText('constraints'); }
   set constraints(rules: string) {
-    const at = this.#handle?.setConstraints(rules) ?? -1;
+    const at = this.handle?.setConstraints(rules) ?? -1;
     if (at >= 0) throw new SyntaxError(`The constraints are not understood at "${rules.slice(at)}"`);
     this.setAttribute('constraints', rules);
   }
@@ -208,15 +181,15 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   }
   set options(options: Readonly<Record<string, boolean>>) {
     this.#options = Object.fromEntries(Object.entries(options).map(([name, on]) => [kebab(name), on]));
-    for (const [name, on] of Object.entries(this.#options)) this.#handle?.setOption(name, on);
+    for (const [name, on] of Object.entries(this.#options)) this.handle?.setOption(name, on);
     this.refresh();
   }
   get isLocked(): boolean { return this.readOnly || this.disabled || this.#isFormDisabled; }
-  get hasFocus(): boolean { return this.#hasFocus; }
+  get hasFocus(): boolean { return this.#focus.isHere; }
   get shown(): View { return this.#view; }
 
   #lock(): void {
-    this.#handle?.setEditable(!this.isLocked);
+    this.handle?.setEditable(!this.isLocked);
     this.parts.input.readOnly = this.isLocked;
     this.parts.input.disabled = this.disabled || this.#isFormDisabled;
     this.refresh();
@@ -225,74 +198,31 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   #setSpeech(): void {
     const verbosity = ['brief', 'medium', 'full'].indexOf(this.attributeText('speech'));
     const language = this.closest('[lang]')?.getAttribute('lang') ?? '';
-    this.#handle?.setSpeech(/^de\b/.test(language) ? 1 : 0, verbosity < 0 ? 1 : verbosity);
+    this.handle?.setSpeech(/^de\b/.test(language) ? 1 : 0, verbosity < 0 ? 1 : verbosity);
   }
 
   // ---- Value
 
   /** The formula as it stands, complete or not, with caret and selection. */
-  get tree(): string { return this.#used?.get(Form.tree) ?? (this.#given?.form === Form.tree ? this.#given.text : ''); }
-  set tree(text: string) { this.#assign({ form: Form.tree, text: String(text) }); }
+  get tree(): string { return this.#read(Form.tree); }
+  set tree(text: string) { this.#value.set(Form.tree, String(text)); }
   /** The formula in words. */
-  get words(): string { return this.#used?.get(Form.words) ?? ''; }
+  get words(): string { return this.#read(Form.words); }
 
-  override getValue(notation: Notation = this.format): string {
-    const given = this.#given ?? (this.#handle ? null : { form: notations[this.format], text: this.defaultValue });
-    if (!this.#used) return given && given.form === notations[notation] ? given.text : '';
-    return this.#handle!.get(notations[notation]) ?? '';
+  override getValue(notation: Notation = this.format): string { return this.#read(notations[notation]); }
+  #read(form: number): string {
+    if (!this.handle) this.#open();
+    return this.#value.get(form);
   }
 
   /** Why the text was refused, with the formula as it was; null: it is shown. */
   override setValue(text: string, notation: Notation = this.format): Fault | null {
-    return this.#assign({ form: notations[notation], text: text == null ? '' : String(text) });
-  }
-
-  #assign(given: Given): Fault | null {
-    this.#isDirty = true;
-    if (!this.#handle) {
-      this.#given = given;
-      this.#form.touch();
-      return null;
-    }
-    const fault = this.#put(given);
-    this.#seen = this.#handle.revision;
-    return fault;
-  }
-
-  #put({ form, text }: Given): Fault | null {
-    const handle = this.#handle!;
-    let answer: number = SetResult.done;
-    if (form === Form.mathml && text.trim()) {
-      const element = buildMathml(text);
-      if (!element) return { message: 'This is not MathML', cause: 1, begin: 0, end: text.length, box: [0, 0, 0, 0] };
-      answer = handle.setMathml(element);
-    } else {
-      answer = handle.set(form, text);
-    }
-    if (answer === SetResult.same) return null;
-    if (answer === SetResult.refused) {
-      const fault = handle.module.fault();
-      this.dispatchEvent(new CustomEvent('refuse', { detail: fault }));
-      return fault;
-    }
-    // As in a line of text, the caret is at the end of what a program sets.
-    if (form !== Form.tree) handle.run(commandsOf(handle.module).byName.get('formula-end')!);
-    this.#view.fault = null;
-    this.#form.touch();
-    this.refresh();
-    return null;
-  }
-
-  #reset(): void {
-    this.#isDirty = false;
-    const given = { form: notations[this.format], text: this.defaultValue };
-    if (this.#handle) this.#put(given); else this.#given = given;
-    this.#seen = this.#handle?.revision ?? 0;
+    return this.#value.set(notations[notation], text == null ? '' : String(text));
   }
 
   get isEmpty(): boolean {
-    const frame = this.#used && this.#view.peek();
-    return frame ? has(frame, Flag.empty) : !(this.#given?.text ?? this.defaultValue).trim();
+    if (!this.handle) this.#open();
+    return this.#value.isEmpty;
   }
   /** Why the formula is incomplete or wrong; null when it is complete or empty. */
   get fault(): Fault | null { return this.isEmpty ? null : this.#used?.diagnose() ?? null; }
@@ -308,7 +238,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.#form.join(form);
     this.#speech.name();
   }
-  formResetCallback(): void { this.#reset(); }
+  formResetCallback(): void { this.#value.reset(); }
   formDisabledCallback(isDisabled: boolean): void {
     this.#isFormDisabled = isDisabled;
     this.#lock();
@@ -324,23 +254,27 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     if (inputType && !this.dispatchEvent(new InputEvent('beforeinput', { ...told, cancelable: true }))) return false;
     const before = handle.revision;
     const isDone = action(handle);
-    if (handle.module.takeShortage()) this.dispatchEvent(new CustomEvent('refuse', { detail: { message: 'There is not enough memory for this' } }));
     const hasChanged = handle.revision !== before;
-    const refusal = !isDone && inputType ? handle.takeRefusal() : null;
-    this.#view.fault = refusal ? refusal.box as unknown as Box : null;
+    const refusal = handle.module.takeShortage() ? { message: 'There is not enough memory for this', box: null }
+      : !isDone && inputType ? handle.takeRefusal() : null;
+    this.#view.fault = refusal?.box as Box | null | undefined ?? null;
     this.#mark(false);
-    if (refusal) {
-      this.say(refusal.message);
-      this.dispatchEvent(new CustomEvent('refuse', { bubbles: true, composed: true, detail: refusal }));
-    }
+    if (refusal) this.#refuse(refusal); else this.#panels.set?.note.close();
     if (hasChanged) {
-      this.#isDirty = true;
+      this.#value.isDirty = true;
       if (inputType) this.#pointer.hideHandles();
       this.#form.touch();
       this.dispatchEvent(new InputEvent('input', told));
     }
     this.refresh();
     return isDone;
+  }
+
+  /** Tells the page, who listens and who sees why something was refused. */
+  #refuse(refusal: { message: string }): void {
+    this.say(refusal.message);
+    const isShown = this.dispatchEvent(new CustomEvent('refuse', { bubbles: true, composed: true, cancelable: true, detail: refusal }));
+    if (isShown && this.hasFocus) this.#panels.use(({ note }) => note.show(refusal.message, this.#caretBox()));
   }
 
   /** Runs a command of docs/commands.md. */
@@ -372,8 +306,8 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   /** Selects the part that a node of the expression came from, by its number in `prefix`. */
   selectPart(number: number): boolean { return this.act('', null, (handle) => handle.selectPart(number)); }
   openPalette(): void { this.#openPalette(); }
-  openKeyboard(): void { this.#keyboard.open(); }
-  closeKeyboard(): void { this.#keyboard.close(); }
+  openKeyboard(): void { this.#panels.use(({ keyboard }) => keyboard.open()); }
+  closeKeyboard(): void { this.#panels.set?.keyboard.close(); }
 
   say(words: string): void { this.#speech.say(words); }
 
@@ -407,85 +341,16 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
 
   // ---- Events
 
-  #listen(): void {
-    const { input, frame } = this.parts;
-    this.root.addEventListener('focusin', (event) => {
-      // A formula that goes on beyond the edges can be given the focus, as browsers do with what scrolls.
-      if (event.target === this.parts.scroller) input.focus({ preventScroll: true });
-      this.#onFocus();
-    });
-    this.root.addEventListener('focusout', (event) => this.#onBlur(event as FocusEvent));
-    input.addEventListener('keydown', () => { this.#isTabbed = false; });
-    input.addEventListener('keyup', (event) => {
-      // Who comes with the Tab key finds all selected, as in a line of text.
-      if (event.key === 'Tab' && this.#isTabbed) this.runCommand('select-all');
-      this.#isTabbed = false;
-    });
-    frame.addEventListener('contextmenu', (event) => {
-      event.preventDefault();
-      const isKey = event.clientX === 0 && event.clientY === 0 || event.button !== 2 && (event as PointerEvent).pointerType === '';
-      if (!this.#hasFocus) input.focus({ preventScroll: true });
-      this.#menu.open(isKey ? this.#caretBox() : new DOMRect(event.clientX, event.clientY, 0, 0));
-    });
-    // A press beside the formula is for it, too.
-    this.addEventListener('mousedown', (event) => {
-      if (event.composedPath()[0] !== this) return;
-      event.preventDefault();
-      input.focus({ preventScroll: true });
-    });
-    this.#pointer.listenToDrags(this.#copies);
+  #onMenu(event: MouseEvent): void {
+    event.preventDefault();
+    const isKey = event.clientX === 0 && event.clientY === 0 || event.button !== 2 && (event as PointerEvent).pointerType === '';
+    if (!this.hasFocus) this.parts.input.focus({ preventScroll: true });
+    this.#panels.use(({ menu }) => menu.open(isKey ? this.#caretBox() : new DOMRect(event.clientX, event.clientY, 0, 0)));
   }
 
   #onPress(isTouch: boolean): void {
-    this.#isTabbed = false;
     this.#input.tellsRow = isTouch;
-    const opens = isTouch && this.keyboard === 'auto' && !this.isLocked;
-    // Before the focus, so that the keyboard of the device stays away.
-    if (opens) this.parts.input.inputMode = 'none';
-    this.parts.input.focus({ preventScroll: true });
-    if (opens) this.#keyboard.open();
-  }
-
-  #onFocus(): void {
-    if (this.#hasFocus) return;
-    this.#hasFocus = true;
-    this.#isTabbed = true;
-    this.internals.states.add('focused');
-    this.#seen = this.#handle?.revision ?? 0;
-    this.#view.blink(true);
-    this.#view.wantsCaret = true;
-    this.#speech.listen();
-    this.#input.begin();
-    this.refresh();
-  }
-
-  #onBlur(event: FocusEvent): void {
-    const to = event.relatedTarget;
-    if (to instanceof Node && this.root.contains(to)) return;
-    this.#hasFocus = false;
-    this.internals.states.delete('focused');
-    this.#input.end();
-    this.#view.blink(false);
-    this.#completions.close();
-    this.#menu.close();
-    this.#palette.close();
-    this.#keyboard.close();
-    this.#speech.rest();
-    this.act('', null, (handle) => {
-      handle.compose('', 0);
-      handle.complete();
-      return true;
-    });
-    this.#tellChange();
-    this.#form.update();
-    this.refresh();
-  }
-
-  #tellChange(): void {
-    const now = this.#handle?.revision ?? 0;
-    if (now === this.#seen) return;
-    this.#seen = now;
-    this.dispatchEvent(new Event('change', { bubbles: true }));
+    this.#focus.press(isTouch && this.keyboard === 'auto' && !this.isLocked);
   }
 
   /** The key of a form. */
@@ -496,24 +361,24 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
       this.reportValidity();
       return;
     }
-    this.#handle?.complete();
-    this.#tellChange();
+    this.handle?.complete();
+    this.#focus.tellChange();
     this.#form.update();
     const button = form?.querySelector<HTMLElement>('button:not([type]), button[type=submit], input[type=submit], input[type=image]');
     if (button) button.click(); else form?.requestSubmit();
   }
 
   #onPaint(frame: FrameWords): void {
-    const handle = this.#handle!;
+    const handle = this.handle!;
     const { revision, moves } = handle;
     const hasChanged = revision !== this.#painted.revision, hasMoved = moves !== this.#painted.moves;
-    const isHidden = this.#hasFocus || !has(frame, Flag.empty) || !this.placeholder;
+    const isHidden = this.hasFocus || !has(frame, Flag.empty) || !this.placeholder;
     if (this.parts.placeholder.hidden !== isHidden) this.parts.placeholder.hidden = isHidden;
     this.#pointer.onPaint(frame);
     this.#input.onPaint(!hasChanged && !hasMoved);
     if (hasChanged || hasMoved) {
       this.#painted = { revision, moves };
-      if (this.#hasFocus) this.#view.blink(true);
+      if (this.hasFocus) this.#view.blink(true);
       this.#speech.touch(hasChanged);
       if (hasMoved) this.dispatchEvent(new Event('selectionchange', { bubbles: true }));
     }
@@ -528,7 +393,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   #openPalette(): boolean {
     if (this.isLocked || !this.handle) return false;
     this.#completions.close();
-    this.#palette.open(this.#caretBox());
+    this.#panels.use(({ palette }) => palette.open(this.#caretBox()));
     return true;
   }
 }

@@ -72,7 +72,7 @@ export class Keyboard {
     if (!this.isOpen) return;
     clearInterval(this.#repeating);
     hide(this.#board!);
-    this.#owner.parts.input.inputMode = '';
+    this.#owner.parts.input.inputMode = this.#owner.getAttribute('inputmode') ?? '';
     this.#owner.dispatchEvent(new CustomEvent('keyboard-toggle', { bubbles: true, composed: true, detail: { open: false } }));
   }
 

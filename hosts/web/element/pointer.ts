@@ -1,15 +1,13 @@
-// Mouse, pen and touch: placing the caret, selecting, dragging what is selected, and the handles for fingers.
+// Mouse, pen and touch: placing the caret, and selecting.
 
-import type { Copies } from './clipboard.js';
-import { make } from './dom.js';
-import { anchorOf, bandsOf, caretOf, Flag, has, type Box, type FrameWords } from './frame.js';
-import { commandsOf, type Owner } from './owner.js';
+import { bandsOf, Flag, has, type FrameWords } from './frame.js';
+import type { Owner } from './owner.js';
+import type { Panels } from './panels.js';
 import type { View } from './view.js';
 
 const AGAIN = 500;  // ms between the presses of a double click
 const NEAR = 8;  // CSS pixels
 const LONG = 450;  // ms
-const GLASS = { width: 168, height: 84, zoom: 1.6, gap: 34 };
 
 export class Pointer {
   /** Called when the field has been touched or clicked: true by a finger. */
@@ -17,6 +15,7 @@ export class Pointer {
   onlongpress: (x: number, y: number) => void = () => undefined;
   readonly #owner: Owner;
   readonly #view: View;
+  readonly #panels: Panels;
   #clicks = 0;
   #last = { time: 0, x: 0, y: 0 };
   #isSelecting = false;
@@ -24,17 +23,16 @@ export class Pointer {
   #scrolling = 0;
   #long = 0;
   #isTouch = false;
-  #handles: { anchor: HTMLElement; caret: HTMLElement } | null = null;
-  #glass: HTMLCanvasElement | null = null;
 
-  constructor(owner: Owner, view: View) {
+  constructor(owner: Owner, view: View, panels: Panels) {
     this.#owner = owner;
     this.#view = view;
+    this.#panels = panels;
     const { scroller } = owner.parts;
     scroller.addEventListener('pointerdown', (event) => this.#onDown(event));
     scroller.addEventListener('pointermove', (event) => this.#onMove(event));
     scroller.addEventListener('pointerup', (event) => this.#onUp(event));
-    scroller.addEventListener('pointercancel', () => this.#stop());
+    scroller.addEventListener('pointercancel', () => this.stop());
     // The focus stays in the hidden control.
     scroller.addEventListener('mousedown', (event) => { if (!scroller.draggable) event.preventDefault(); });
   }
@@ -97,7 +95,7 @@ export class Pointer {
 
   #onUp(event: PointerEvent): void {
     const pressed = this.#pressed, wasDragged = this.#owner.parts.scroller.draggable;
-    this.#stop();
+    this.stop();
     if (this.#isTouch ? !pressed : !wasDragged) return;
     this.onpress(this.#isTouch);
     this.#press(event.clientX, event.clientY, false);
@@ -105,7 +103,8 @@ export class Pointer {
     this.#view.paintSoon();
   }
 
-  #stop(): void {
+  /** What is being pressed is no press of this field any more. */
+  stop(): void {
     clearTimeout(this.#long);
     clearInterval(this.#scrolling);
     this.#pressed = null;
@@ -115,7 +114,7 @@ export class Pointer {
   }
 
   #onLong(x: number, y: number): void {
-    this.#stop();
+    this.stop();
     this.#clicks = 2;
     this.onpress(true);
     this.#press(x, y, false);
@@ -134,136 +133,15 @@ export class Pointer {
 
   /** After each painting. */
   onPaint(frame: FrameWords): void {
-    const isShown = this.#isTouch && this.#owner.hasFocus && !this.#owner.matches(':disabled');
-    if (!isShown) return this.hideHandles();
-    const { caret, anchor } = this.#handles ??= { anchor: this.#makeHandle('anchor'), caret: this.#makeHandle('caret') };
-    const isSelected = has(frame, Flag.selected), isBackward = caretOf(frame)[0] < anchorOf(frame)[0];
-    // The handles of a selection hang outwards, so that those of a narrow one are apart.
-    caret.dataset.side = !isSelected ? '' : isBackward ? 'left' : 'right';
-    anchor.dataset.side = isBackward ? 'right' : 'left';
-    this.#place(caret, caretOf(frame));
-    this.#place(anchor, isSelected ? anchorOf(frame) : null);
+    if (!this.#isTouch || !this.#owner.hasFocus || this.#owner.matches(':disabled')) return this.hideHandles();
+    const { set } = this.#panels;
+    // A frame is gone with the next call of the module.
+    if (set) set.handles.show(frame); else this.#panels.use(() => this.#view.paintSoon());
   }
 
   /** Typing takes them away until the next touch. */
   hideHandles(): void {
     this.#isTouch = false;
-    if (this.#handles) this.#handles.anchor.hidden = this.#handles.caret.hidden = true;
-  }
-
-  #place(handle: HTMLElement, box: Box | null): void {
-    const frame = this.#owner.parts.frame.getBoundingClientRect();
-    const at = box && this.#owner.shown.toWindow(box);
-    const x = at ? (at.left + at.right) / 2 - frame.left : -1;
-    handle.hidden = !at || x < -2 || x > frame.width + 2;
-    if (at) handle.style.transform = `translate(${x}px, ${Math.min(at.bottom - frame.top, frame.height)}px)`;
-  }
-
-  #makeHandle(end: 'anchor' | 'caret'): HTMLElement {
-    const handle = make('div', { class: 'handle', part: 'handle', 'aria-hidden': 'true', hidden: true });
-    handle.style.left = handle.style.top = '0';
-    let grip: { x: number; y: number } | null = null;
-    handle.addEventListener('pointerdown', (event) => {
-      event.preventDefault();
-      event.stopPropagation();
-      const frame = this.#view.peek();
-      if (!frame) return;
-      const box = this.#owner.shown.toWindow(end === 'caret' ? caretOf(frame) : anchorOf(frame));
-      // The finger stays below the place that it moves.
-      grip = { x: (box.left + box.right) / 2 - event.clientX, y: (box.top + box.bottom) / 2 - event.clientY };
-      handle.setPointerCapture(event.pointerId);
-    });
-    handle.addEventListener('pointermove', (event) => {
-      if (!grip) return;
-      const x = event.clientX + grip.x, y = event.clientY + grip.y;
-      const at = this.#owner.shown.toUnits(x, y);
-      const isSelected = !this.#handles!.anchor.hidden;
-      this.#owner.act('', null, (field) => isSelected ? field.dragEnd(end, ...at)
-        : field.pointerDown(...at, 1, false) && field.pointerUp(...at));
-      this.#magnify(end);
-    });
-    for (const name of ['pointerup', 'pointercancel'] as const) {
-      handle.addEventListener(name, () => {
-        grip = null;
-        if (this.#glass) this.#glass.hidden = true;
-      });
-    }
-    this.#owner.parts.frame.append(handle);
-    return handle;
-  }
-
-  /** Shows the place, which the finger covers, larger and above it. */
-  #magnify(end: 'anchor' | 'caret'): void {
-    const field = this.#owner.handle;
-    let frame = this.#view.peek();
-    if (!field || !frame) return;
-    const box = end === 'caret' ? caretOf(frame) : anchorOf(frame);
-    const glass = this.#glass ??= make('canvas', { class: 'magnifier', part: 'magnifier', 'aria-hidden': 'true' });
-    if (!glass.isConnected) this.#owner.root.append(glass);
-    glass.hidden = false;
-    const ratio = devicePixelRatio, { width, height, zoom, gap } = GLASS;
-    glass.width = width * ratio;
-    glass.height = height * ratio;
-    glass.style.width = `${width}px`;
-    glass.style.height = `${height}px`;
-    const place = this.#owner.shown.toWindow(box);
-    const middle = (place.left + place.right) / 2;
-    glass.style.left = `${Math.max(4, Math.min(middle - width / 2, document.documentElement.clientWidth - width - 4))}px`;
-    glass.style.top = `${place.top - height - gap < 4 ? place.bottom + 2 * gap : place.top - height - gap}px`;
-    const scale = this.#view.scale * zoom;
-    const x = (box[0] + box[2]) / 2, y = (box[1] + box[3]) / 2;
-    const reach = [width / 2 / scale + 4, height / 2 / scale + 4] as const;
-    frame = field.frame(...([x - reach[0], y - reach[1], x + reach[0], y + reach[1]].map(Math.floor) as [number, number, number, number]));
-    const context = glass.getContext('2d');
-    if (!context || !frame) return;
-    const at = { scale: scale * ratio, x: glass.width / 2 - x * scale * ratio, y: glass.height / 2 - y * scale * ratio };
-    this.#view.paintOn(context, at, frame, field.module, true);
-  }
-
-  // ---- Dragging what is selected
-
-  listenToDrags(copies: Copies): void {
-    const { scroller } = this.#owner.parts;
-    let isFromHere = false;
-    const view = this.#view;
-    const nearest = (event: DragEvent) => this.#owner.shown.toUnits(event.clientX, event.clientY);
-    scroller.addEventListener('dragstart', (event) => {
-      if (!event.dataTransfer || !copies.write(event.dataTransfer, 'copy')) return event.preventDefault();
-      event.dataTransfer.effectAllowed = this.#owner.isLocked ? 'copy' : 'copyMove';
-      isFromHere = true;
-    });
-    scroller.addEventListener('dragend', (event) => {
-      const isGone = isFromHere && event.dataTransfer?.dropEffect === 'move' && !this.#owner.isLocked;
-      isFromHere = false;
-      this.#stop();
-      if (isGone) this.#owner.act('deleteByDrag', null, (handle) => handle.run(commandsOf(handle.module).byName.get('delete-left')!));
-    });
-    scroller.addEventListener('dragover', (event) => {
-      if (this.#owner.isLocked || !event.dataTransfer || !copies.canRead(event.dataTransfer)) return;
-      event.preventDefault();
-      event.dataTransfer.dropEffect = isFromHere && !event.ctrlKey ? 'move' : event.dataTransfer.effectAllowed === 'move' ? 'move' : 'copy';
-      view.drop = this.#owner.handle?.findPlace(...nearest(event)) as Box | null ?? null;
-      view.paintSoon();
-    });
-    scroller.addEventListener('dragleave', () => {
-      view.drop = null;
-      view.paintSoon();
-    });
-    scroller.addEventListener('drop', (event) => {
-      view.drop = null;
-      if (this.#owner.isLocked || !event.dataTransfer) return;
-      event.preventDefault();
-      const at = nearest(event), data = event.dataTransfer;
-      const isMoved = isFromHere && data.dropEffect === 'move';
-      // The end of the drag must not delete what has been moved.
-      if (isMoved) isFromHere = false;
-      this.onpress(false);
-      this.#owner.act('insertFromDrop', null, (handle) => {
-        if (isMoved) return handle.moveSelection(...at);
-        handle.pointerDown(...at, 1, false);
-        handle.pointerUp(...at);
-        return copies.read(data);
-      });
-    });
+    this.#panels.set?.handles.hide();
   }
 }

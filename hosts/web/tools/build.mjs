@@ -18,17 +18,26 @@ const shortStyles = {
   name: 'short-styles',
   setup: ({ onLoad }) => onLoad({ filter: /look\.ts$/ }, ({ path }) => ({
     loader: 'ts',
-    contents: readFileSync(path, 'utf8').replace(/`[^`]*:host[^`]*`/, (css) =>
+    contents: readFileSync(path, 'utf8').replace(/`\n[^`]*`/, (css) =>
       css.replace(/\/\*[^]*?\*\//g, '').replace(/\s+/g, ' ').replace(/ ?([{};]) ?/g, '$1').replace(/: /g, ':').replace(/;}/g, '}')),
   })),
 };
 
-const options = { bundle: true, format: 'esm', target: 'es2022', legalComments: 'none', logLevel: 'warning', plugins: [shortStyles] };
+/** What opens at a field is a file of its own, which the first loads when it is needed. */
+const panels = {
+  name: 'panels',
+  setup: ({ onResolve }) => onResolve({ filter: /\/panel_set\.js$/ }, ({ kind }) =>
+    kind === 'dynamic-import' ? { path: './zolt-panels.js', external: true } : undefined),
+};
+
+const options = { bundle: true, format: 'esm', target: 'es2022', legalComments: 'none', logLevel: 'warning', plugins: [shortStyles, panels] };
 const dist = join(to, 'package', 'dist');
 rmSync(to, { recursive: true, force: true });
 mkdirSync(dist, { recursive: true });
 
-await build({ ...options, minify: true, entryPoints: [join(web, 'element/index.ts')], outfile: join(dist, 'zolt-formula.js'), sourcemap: true });
+const parts = { 'zolt-formula': 'index', 'zolt-panels': 'panel_set' };
+await build({ ...options, minify: true, sourcemap: true, outdir: dist,
+  entryPoints: Object.entries(parts).map(([out, entry]) => ({ in: join(web, `element/${entry}.ts`), out })) });
 execFileSync(process.execPath, [join(web, 'node_modules/typescript/bin/tsc'), '-p', web, '--noEmit', 'false', '--emitDeclarationOnly', '--outDir', join(dist, 'types')],
   { stdio: 'inherit' });
 rmSync(join(dist, 'types/demo'), { recursive: true, force: true });
@@ -46,4 +55,4 @@ for (const entry of ['demo', 'engine_worker']) {
 if (existsSync(join(from, 'zolt_engine.wasm'))) cpSync(join(from, 'zolt_engine.wasm'), join(site, 'zolt_engine.wasm'));
 
 const size = (file) => `${file} ${Math.round(gzipSync(readFileSync(join(dist, file)), { level: 9 }).length / 100) / 10} KB`;
-console.log(`gzipped: ${['zolt-formula.js', 'zolt_first.wasm', 'zolt_rest.wasm', 'fonts/KaTeX_Main-Regular.woff2', 'fonts/KaTeX_Math-Italic.woff2'].map(size).join(', ')}`);
+console.log(`gzipped: ${['zolt-formula.js', 'zolt-panels.js', 'zolt_first.wasm', 'zolt_rest.wasm', 'fonts/KaTeX_Main-Regular.woff2', 'fonts/KaTeX_Math-Italic.woff2'].map(size).join(', ')}`);

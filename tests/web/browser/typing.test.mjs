@@ -174,3 +174,39 @@ withPage('a formula that is locked can be read and copied, not changed', '<zolt-
   await page.keyboard.type('+c');
   assert.equal(await get(page, 'f', 'value'), 'a+b+c');
 });
+
+withPage('what opens at a field is fetched with the first focus, and keys do not wait for it', '<form><zolt-formula id="f" aria-label="F"></zolt-formula></form>', async (page) => {
+  const files = () => page.evaluate(() => performance.getEntriesByType('resource').filter(({ name }) => name.endsWith('/zolt-panels.js')).length);
+  assert.equal(await files(), 0);
+  let release;
+  const held = new Promise((settle) => { release = settle; });
+  await page.route('**/zolt-panels.js', (route) => held.then(() => route.continue()));
+  const url = page.url();
+  await page.focus('#f');
+  await page.keyboard.type('\\alph');
+  await page.keyboard.press('Enter');
+  assert.equal(await get(page, 'f', 'prefix'), 'α');
+  assert.equal(page.url(), url);
+  await page.keyboard.type('+\\be');
+  release();
+  await page.locator('#f').locator('[part=completions]').waitFor();
+});
+
+withPage('a person sees at the caret why a key was refused, until another one is taken', '<zolt-formula id="f" aria-label="F" constraints="number"></zolt-formula>', async (page) => {
+  const note = page.locator('#f').locator('[part=note]');
+  await page.focus('#f');
+  await page.keyboard.type('12x');
+  await note.waitFor();
+  const heard = await page.evaluate(() => document.getElementById('f').parts.announcement.textContent);
+  assert.equal(await note.textContent(), `${heard}.`);
+  assert.match(heard, /\w+ \w+/);
+  const caret = await caretBox(page, 'f'), box = await note.boundingBox();
+  assert.ok(box.y > caret.y && box.y < caret.y + 60 && Math.abs(box.x - caret.x) < 60);
+  await page.keyboard.type('3');
+  await note.waitFor({ state: 'hidden' });
+  assert.equal(await get(page, 'f', 'value'), '123');
+  await page.evaluate(() => document.getElementById('f').addEventListener('refuse', (event) => event.preventDefault()));
+  await page.keyboard.type('x');
+  await page.waitForTimeout(100);
+  assert.ok(!await note.isVisible());
+});
