@@ -98,6 +98,7 @@ void MathmlTreeC::open(std::u16string_view name, std::size_t begin) {
 }
 
 void MathmlTreeC::addAttribute(std::u16string_view name, std::u16string_view value) {
+  if (skipped_ == 1 && name == u"encoding" && value.substr(0, 8) == u"StarMath") typedRows_ = true;
   if (skipped_ > 0 || open_ == no_element) return;
   RecordS& record = elements_[open_];
   if (name == u"xmlns" && value != u"http://www.w3.org/1998/Math/MathML") record.element.tag = MATHML_FOREIGN;

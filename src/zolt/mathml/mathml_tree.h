@@ -101,6 +101,10 @@ class MathmlTreeC {
   std::u16string_view attribute(MathmlIdT id, std::u16string_view name) const;
   bool hasAttribute(MathmlIdT id, std::u16string_view name) const;
 
+  /// Whether its rows group what somebody typed side by side, and not what belongs together: an annotation
+  /// says that the formula was typed in StarMath, whose rows of "a - 2b" are those of "(a - 2) b".
+  bool hasTypedRows() const { return typedRows_; }
+
   /// Where the element is, for people: "math/mrow[2]/mfrac". Of very deep ones only the last elements.
   wstring path(MathmlIdT id) const;
 
@@ -136,6 +140,7 @@ class MathmlTreeC {
   std::size_t skipped_ = 0;  // so many open elements are not in the tree
   bool keepsText_ = true;    // of those
   wstring prefix_;           // of the root
+  bool typedRows_ = false;
 };
 
 /// Whether the element holds text instead of elements.

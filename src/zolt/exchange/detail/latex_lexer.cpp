@@ -50,6 +50,28 @@ LatexTokenS LatexLexerC::peekToken() const {
   return ahead.token_;
 }
 
+bool LatexLexerC::isSignAheadInCell() const {
+  LatexLexerC ahead = *this;
+  ahead.readNextToken();
+  return ahead.token_.type == LATEX_TOKEN_INFIX && ahead.peekToken().type == LATEX_TOKEN_CELL;
+}
+
+bool LatexLexerC::isCellAhead() const {
+  constexpr std::size_t farthest = 1000;
+  LatexLexerC ahead = *this;
+  int depth = 0;
+  while (ahead.position_ < position_ + farthest) {
+    ahead.readNextToken();
+    LatexTokenE const type = ahead.token_.type;
+    if (type == LATEX_TOKEN_TABLE) ++depth;
+    if (type == LATEX_TOKEN_TABLE_END && depth-- == 0) return false;
+    if (depth == 0 && type == LATEX_TOKEN_CELL) return true;
+    if (type == LATEX_TOKEN_END || type == LATEX_TOKEN_BAD || (depth == 0 && type == LATEX_TOKEN_ROW))
+      return false;
+  }
+  return false;
+}
+
 void LatexLexerC::set(LatexTokenE type, std::u16string_view text) {
   token_.type = type;
   token_.text = text;
@@ -105,8 +127,12 @@ void LatexLexerC::readToken(LatexTokenLengthE length) {
       return set(LATEX_TOKEN_LOWER);
     case u',':
       return set(LATEX_TOKEN_COMMA);
-    case u'&':
+    case u'&': {
+      std::size_t const after = position_;
+      skipEmptyBraces();
+      token_.inBraces = position_ != after;
       return set(LATEX_TOKEN_CELL);
+    }
     case apply_sign:
       return set(LATEX_TOKEN_APPLY);
     case invisible_times:

@@ -53,7 +53,7 @@ enum LatexNameE : unsigned {
 struct LatexTokenS {
   LatexTokenE type = LATEX_TOKEN_END;
   LatexSideE side = LATEX_SIDE_ANY;
-  bool inBraces = false;  ///< of a sign: "{-}"; of a name that is one before an operand
+  bool inBraces = false;  ///< of a sign: "{-}"; of a name that is one before an operand; of "&": "&{}"
   unsigned name = 0;      ///< of `LatexNameE`
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -84,6 +84,10 @@ class LatexLexerC {
   LatexTokenS const& crefToken() const { return token_; }
   /// The token after the current one.
   LatexTokenS peekToken() const;
+  /// Whether a sign comes next and "&" after it.
+  bool isSignAheadInCell() const;
+  /// Whether the rest of this row of a table, as far as a limited look goes, has a further "&".
+  bool isCellAhead() const;
 
   /// After "_": reads an index that is a part of a name, letters and digits in braces or a single one, up to
   /// its end. False, with nothing changed, when another index is there.

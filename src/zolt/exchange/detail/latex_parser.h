@@ -51,6 +51,7 @@ class LatexParserC {
     RuleE operandRule = RULE_ASSIGNMENT;
     char16_t close = u'\0';                    // of what is closed only
     bool asWritten = false;                    // a sign that stays what it is; a product without a sign
+    bool isAligned = false;                    // of a table: "&" before a sign only aligns
     bool isOver = false;                       // of braces: their fraction is made when they close
     LatexNotationS const* notation = nullptr;  // null: brackets that only group, a call of `head`
     std::u16string_view word = {};             // the name by which the table knows a function
@@ -183,6 +184,7 @@ class LatexParserC {
   std::vector<std::size_t> integrals_;  // the places of integrals among the frames
   std::deque<OperandS> operands_;
   bool expectsOperand_ = true;
+  bool isAlignedLine_ = false;  // outside of tables
   ReadErrorS error_;
 };
 

@@ -101,6 +101,7 @@ LatexParserC::NextE LatexParserC::beginTable() {
   FrameS frame{PENDING_TABLE};
   frame.notation = token().notation;
   frame.word = token().word;
+  frame.isAligned = contains(aligned_tables, frame.word);
   frame.close = table_close;
   frame.firstOperand = operands_.size();
   frame.begin = token().begin;
@@ -145,14 +146,24 @@ LatexParserC::NextE LatexParserC::readCell() {
   return token().word == table.word ? closeTable() : fail(READ_ERROR_MISSING_CLOSE);
 }
 
-// "x &= 1", "x =& 1": what is aligned at a relation is no cell.
+// "x &= 1", "x =& 1", "2x &{}+ y", "2x &+& y": what is only aligned is no cell.
 bool LatexParserC::skipsAlignment() {
-  auto const isRelation = [](LatexNotationS const* sign) { return sign && sign->rule == RULE_RELATION; };
-  if (expectsOperand_) {
-    return !frames_.empty() && frames_.back().kind == PENDING_INFIX && isRelation(frames_.back().notation);
-  }
+  if (expectsOperand_) return !frames_.empty() && frames_.back().kind == PENDING_INFIX;
+  bool const isTable = !frames_.empty() && frames_.back().kind == PENDING_TABLE;
+  bool& isAligned = isTable ? frames_.back().isAligned : isAlignedLine_;
   LatexTokenS const next = lexer_.peekToken();
-  return next.type == LATEX_TOKEN_INFIX && isRelation(next.notation);
+  if (next.type == LATEX_TOKEN_CELL || next.type == LATEX_TOKEN_ROW || next.type == LATEX_TOKEN_TABLE_END)
+    return isAligned;
+  if (next.type != LATEX_TOKEN_INFIX || next.inBraces) return false;
+  if (next.notation->rule == RULE_RELATION || token().inBraces || lexer_.isSignAheadInCell()) {
+    isAligned = isAligned || next.notation->rule != RULE_RELATION;
+    return true;
+  }
+  // No condition begins with "+". A value and its condition have one "&" between them.
+  bool const isCases = isTable && frames_.back().columns == 0 && frames_.back().notation->name == u"cases";
+  bool const isSum = next.notation->rule == RULE_SUM;
+  if (isCases && isSum) isAligned = isAligned || next.notation->name == u"+" || lexer_.isCellAhead();
+  return isAligned;
 }
 
 // Of one column they are a system: all that is below each other holds.

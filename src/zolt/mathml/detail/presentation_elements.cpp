@@ -117,6 +117,7 @@ bool PresentationReaderC::isAtop(MathmlIdT id) const {
 
 // Whether the row is one operand, which would fall apart without it.
 bool PresentationReaderC::groups(std::vector<MathmlIdT> const& row) const {
+  if (tree_.hasTypedRows()) return false;
   bool isLoose = false;
   int depth = 0;
   for (std::size_t i = 0; i < row.size(); ++i) {
