@@ -4,6 +4,7 @@
 #include <QImage>
 #include <QMenu>
 #include <QMimeData>
+#include <algorithm>
 #include <memory>
 
 #include "hosts/qt/desktop/main_window.h"
@@ -26,7 +27,7 @@ using qt::FormulaEdit;
 namespace {
 
 constexpr QChar preview_mark = u'\t';  // menus show what comes after it in a column of its own
-constexpr int preview_width = 320;
+constexpr int preview_width = 360;
 constexpr qsizetype preview_length = 400;  // more than fits, since a long text takes time to measure
 
 std::unique_ptr<QMimeData> copyOf(FormulaEdit const& formula) {
@@ -46,6 +47,15 @@ QString asWords(FormulaEdit const& formula) {
 QString asPrefix(FormulaEdit const& formula) {
   auto const copied = copyOf(formula);
   return copied ? QString::fromUtf8(copied->data(QLatin1String(qt::prefix_mime_type))) : QString();
+}
+
+/// What distinguishes one text from another: of MathML what is in its outermost element.
+QString previewOf(QString text) {
+  if (text.startsWith(QLatin1String("<math"))) {
+    text = text.mid(text.indexOf(u'>') + 1);
+    text.chop(qsizetype(sizeof("</math>") - 1));
+  }
+  return text.left(preview_length);
 }
 
 /// In the notation of a writer.
@@ -120,15 +130,25 @@ void MainWindow::copyPicture() {
 
 void MainWindow::previewCopies() {
   FormulaEdit const* const formula = view_->currentFormula();
+  QFontMetrics const metrics = fontMetrics();
+  QStringList previews;
+  int widest = 0;
+  for (CopyFormS const& form : copyForms()) {
+    previews << metrics.elidedText(previewOf(formula ? form.text(*formula) : QString()), Qt::ElideRight,
+                                   preview_width);
+    widest = std::max(widest, metrics.horizontalAdvance(previews.back()));
+  }
+  // Menus set that column flush right; filled up with blanks, previews begin side by side.
+  int const blank = std::max(1, metrics.horizontalAdvance(QChar::Nbsp));
   for (CopyFormS const& form : copyForms()) {
     QAction& copy = *action(QLatin1String(form.entry.name));
     QString const name = copy.text().section(preview_mark, 0, 0);
-    QString whole = formula ? form.text(*formula) : QString();
-    if (whole.size() > preview_length)
-      whole = whole.left(preview_length / 2) + u'…' + whole.right(preview_length / 2);
-    QString shown = fontMetrics().elidedText(whole, Qt::ElideMiddle, preview_width);
+    QString shown = previews.takeFirst();
+    copy.setEnabled(!shown.isEmpty());
+    if (!shown.isEmpty()) {
+      shown += QString((widest - metrics.horizontalAdvance(shown)) / blank, QChar::Nbsp);
+    }
     copy.setText(shown.isEmpty() ? name : name + preview_mark + shown.replace(u'&', QLatin1String("&&")));
-    copy.setEnabled(!whole.isEmpty());
   }
 }
 
