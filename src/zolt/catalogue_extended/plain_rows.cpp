@@ -38,6 +38,7 @@ void registerPlainRows() {
   for (CallRowS const& row : calls) {
     registerPlainOperator({row.name, exchange::PLAIN_CALL, 0, row.written, row.read, false, row.arity});
   }
+  exchange::registerPlainDoubleBars(u"norm");
   registerPlainList({u"set", u'{', u'}', 0, {}});
   registerPlainList({u"interval", u']', u'[', 2, {u"0", u"0"}});
   registerPlainList({u"interval", u']', u']', 2, {u"0", u"1"}});

@@ -68,4 +68,8 @@ struct PlainListS {
 /// match, and more are an error.
 void registerPlainList(PlainListS list);
 
+/// The same for the function of one operand that is between two bars on each side, "||x||"; without one these
+/// are an absolute value of an absolute value.
+void registerPlainDoubleBars(wstring name);
+
 }  // namespace zolt::exchange

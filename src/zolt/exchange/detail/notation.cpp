@@ -191,6 +191,7 @@ struct AddedS {
   std::map<std::u16string_view, std::vector<ReadingS>> byText;  // calls with different numbers of arguments
   std::deque<std::pair<std::vector<CallPatternS::ArgumentS>, CallPatternS>> patterns;
   std::deque<PlainListS> lists;  // the last one first
+  wstring doubleBars;
   std::deque<PlainTableS> tables;
 };
 
@@ -334,6 +335,8 @@ bool isAddedFunction(std::u16string_view text) {
   return first == last && isFunction(text);
 }
 
+wstring const& findDoubleBars() { return added().doubleBars; }
+
 PlainListS const* findList(char16_t open, char16_t close, unsigned long count) {
   return find(added().lists, [&](PlainListS const& list) {
     return isInList(list, open, close) && (list.count == 0 || list.count == count);
@@ -469,6 +472,8 @@ void registerPlainOperator(PlainOperatorS op) {
 }
 
 void registerPlainTable(PlainTableS table) { added().tables.push_back(std::move(table)); }
+
+void registerPlainDoubleBars(wstring name) { added().doubleBars = std::move(name); }
 
 void registerPlainList(PlainListS list) { added().lists.push_front(std::move(list)); }
 

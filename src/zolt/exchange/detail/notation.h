@@ -129,6 +129,9 @@ std::size_t findMark(std::u16string_view name);
 /// The function that so many arguments in brackets after "_" make of a name, as in "a_(i+1)"; null: none.
 ReadingS const* findIndexing(std::u16string_view name, unsigned long numArguments);
 
+/// The function that two bars on each side mean; empty: none.
+wstring const& findDoubleBars();
+
 /// The list of so many formulas between two brackets; null when there is none.
 PlainListS const* findList(char16_t open, char16_t close, unsigned long count);
 /// Whether a list of any number of formulas may begin with a bracket, and end with another one.

@@ -51,6 +51,8 @@ class PlainLexerC {
 
   /// At the end of the text every further read gives the end token again.
   void readNextToken();
+  /// Whether the character at that place of the text is "|".
+  bool isBar(std::size_t at) const { return text_[at] == u'|'; }
   PlainTokenS const& crefToken() const { return token_; }
   /// The token as it is in the text.
   std::u16string_view viewToken() const { return text_.substr(token_.begin, token_.end - token_.begin); }

@@ -14,6 +14,7 @@ namespace zolt::exchange::detail {
 
 namespace common = math::common;
 using namespace math::common;
+using math::algexpr::childrenOf;
 using math::algexpr::makeFunction;
 using math::algexpr::makeNamed;
 using math::algexpr::makeNumber;
@@ -165,6 +166,7 @@ PlainParserC::NextE PlainParserC::readRoot() {
 PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
   FrameS frame{RULE_ASSIGNMENT, PENDING_GROUP, close};
   frame.name = token().text;
+  frame.begin = token().begin;
   return beginBracket(std::move(frame));
 }
 
@@ -322,14 +324,16 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
       arguments.push_back(makeNumber(list->added[i]));
     }
     std::size_t const end = token().end;
+    bool const doubled = type == PLAIN_TOKEN_BAR && isDoubled(frame, arguments);
     lexer_.readNextToken();
-    if (token().begin == end && beginMarkedCall(frame, arguments)) {
+    if ((token().begin == end && beginMarkedCall(frame, arguments)) || beginBody(frame, arguments)) {
       frames_.back().firstOperand = frames_.back().rowStart = frame.firstOperand;
       operands_.resize(frame.firstOperand);
       return NEXT_OPERAND;
     }
-    result.node =
-        list ? makeFunction(list->name, std::move(arguments)) : makeCall(frame, std::move(arguments));
+    result.node = list      ? makeFunction(list->name, std::move(arguments))
+                  : doubled ? makeFunction(findDoubleBars(), childrenOf(*arguments[0]->asParent()))
+                            : makeCall(frame, std::move(arguments));
     if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
   }
   if (isGroup && !list) lexer_.readNextToken();
@@ -423,6 +427,15 @@ void PlainParserC::finish(FrameS const& frame) {
                         ? makePower(takeOperand(), std::move(operand))
                         : makeFunction(wstring(frame.sign->name), {takeOperand(), std::move(operand)});
       break;
+    case PENDING_BODY: {
+      FrameS call = frame;
+      std::vector<NodeT> arguments{std::move(call.second)};
+      if (call.exponent) arguments.push_back(std::move(call.exponent));
+      arguments.push_back(std::move(operand));
+      call.second = call.exponent = nullptr;
+      result.node = makeCall(call, std::move(arguments));
+      break;
+    }
     default:
       result.node = makeCall(frame, {std::move(operand)});
       break;

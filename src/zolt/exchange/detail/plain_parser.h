@@ -32,6 +32,7 @@ class PlainParserC {
     PENDING_INFIX,        ///< a sign or word between its operands
     PENDING_ROOT,         ///< a radical sign
     PENDING_APPLICATION,  ///< a function without brackets
+    PENDING_BODY,         ///< a function after its bounds, as in "sum_(k=1)^n k"
     PENDING_CALL,         ///< a function with brackets
     PENDING_GROUP         ///< any other brackets, or bars
   };
@@ -49,9 +50,9 @@ class PlainParserC {
     unsigned commas = 0;              // in a call, so far
     wstring name = {};                // empty: brackets that only group
     NotationS const* sign = nullptr;  // of an infix operation, or what is a name when no operand follows
-    NodeT exponent = {};              // of a function, as in sin²x; of a root, its index
-    NodeT second = {};                // the argument that is in the name, as in log_2(x), log_(a+1)(x)
-    NodeT side = {};                  // what a sign after an argument tells, as in lim(x->0+,f)
+    NodeT exponent = {};              // of a function, as in sin²x, or its upper bound; of a root, its index
+    NodeT second = {};  // the argument that is in the name, as in log_2(x), log_(a+1)(x), or the lower bound
+    NodeT side = {};    // what a sign after an argument tells, as in lim(x->0+,f)
     std::size_t firstOperand = 0;
     std::size_t rowStart = 0;  // of a table: the first operand of its last row
     std::size_t begin = 0;     // what an error in the arguments marks
@@ -106,6 +107,9 @@ class PlainParserC {
   void finish(FrameS const& frame);
   NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);
   bool beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments);
+  bool beginBody(FrameS const& frame, std::vector<NodeT> const& arguments);
+  bool readUpperBound(FrameS& body);
+  bool isDoubled(FrameS const& bars, std::vector<NodeT> const& arguments) const;
 
   NextE takeToken(NodeT node, bool literal = false);
   NextE keep(NodeT node, bool literal = false);

@@ -47,6 +47,17 @@ bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC
   return true;
 }
 
+/// Whether a call's first argument has the form that is written there, such as x->0, and the others are as
+/// they are.
+bool isFirstArgument(CallPatternS const& call, math::algexpr::NodeABC const& node) {
+  ReadingS const* const sign = call.arguments[0].sign.empty() ? nullptr : findReading(call.arguments[0].sign);
+  for (std::size_t i = 1; i < call.count; ++i) {
+    if (!call.arguments[i].sign.empty() || call.arguments[i].side > 0) return false;
+  }
+  auto const* const operation = node.asParent();
+  return sign && operation && operation->numChildren() == 2 && operation->crefName() == sign->notation->name;
+}
+
 }  // namespace
 
 PlainParserC::NextE PlainParserC::readName() {
@@ -89,6 +100,75 @@ bool PlainParserC::beginMarkedCall(FrameS const& frame, std::vector<NodeT> const
   call.end = frame.end;
   beginBracket(std::move(call));
   return true;
+}
+
+/// Whether the brackets that have just been read hold a bound of a function whose operand then begins, as in
+/// "lim_(x->0) f", "sum_(k=1)^n f", "prod_(k=1)^(n+1) f". Where hosts make no indices of such brackets, they
+/// are a call's.
+bool PlainParserC::beginBody(FrameS const& frame, std::vector<NodeT> const& arguments) {
+  if (!frame.isIndexed || arguments.size() != 1) return false;
+  FrameS body{RULE_PRODUCT, PENDING_BODY};
+  body.takesSign = body.isWritten = true;
+  body.begin = frame.begin;
+  body.end = frame.end;
+  body.side = frame.side;
+  body.name = frame.name;
+  if (frame.second) {
+    body.second = frame.second;
+    body.exponent = arguments[0];
+    frames_.push_back(std::move(body));
+    return true;
+  }
+  body.name.pop_back();
+  for (unsigned long const count : {2ul, 3ul}) {
+    ReadingS const* const function =
+        frame.side ? findSidedFunction(body.name) : findFunction(body.name, count);
+    CallPatternS const* const pattern = function ? function->notation->pattern : nullptr;
+    bool const fits = pattern && pattern->count == count && findIndexing(frame.name, 1) &&
+                      isFirstArgument(*pattern, *arguments[0]);
+    if (!fits) continue;
+    body.second = arguments[0];
+    if (count == 3) return readUpperBound(body);
+    frames_.push_back(std::move(body));
+    return true;
+  }
+  return false;
+}
+
+/// Reads what follows "sum_(k=1)" up to the operand, which then begins, or to the bracket of the upper bound.
+/// False, with nothing read, when it is no bound.
+bool PlainParserC::readUpperBound(FrameS& body) {
+  if (token().type != PLAIN_TOKEN_INFIX || token().infix->rule != RULE_POWER) return false;
+  PlainLexerC const before = lexer_;
+  lexer_.readNextToken();
+  if (opensCall()) {
+    body.kind = PENDING_CALL;
+    body.operandRule = RULE_ASSIGNMENT;
+    body.close = u')';
+    body.isIndexed = true;
+    beginBracket(std::move(body));
+    return true;
+  }
+  PlainTokenE const type = token().type;
+  if (type == PLAIN_TOKEN_NUMBER) body.exponent = makeNumber(token().text);
+  if (type == PLAIN_TOKEN_NAME && !isFunction(token().text))
+    body.exponent = makeNamed(toLetters(token().text));
+  if (type == PLAIN_TOKEN_CONSTANT) body.exponent = makeNamed(token().text);
+  if (!body.exponent) {
+    lexer_ = before;
+    return false;
+  }
+  lexer_.readNextToken();
+  frames_.push_back(std::move(body));
+  return true;
+}
+
+/// Whether the bars that the current token closes are the outer ones of "||x||", which hosts have a function
+/// for.
+bool PlainParserC::isDoubled(FrameS const& bars, std::vector<NodeT> const& arguments) const {
+  auto const* const inner = arguments.size() == 1 ? arguments[0]->asParent() : nullptr;
+  if (!inner || findDoubleBars().empty() || inner->crefName() != bars.name) return false;
+  return lexer_.isBar(bars.begin + 1) && lexer_.isBar(token().begin - 1);
 }
 
 PlainParserC::NextE PlainParserC::readQuotedName() {
@@ -179,11 +259,15 @@ bool PlainParserC::readSide() {
   char16_t const sign = written.size() != 1 ? u'\0' : raised != u'\0' ? raised : written[0];
   if (sign != u'+' && !common::isMinus(sign)) return false;
   ahead.readNextToken();
-  if (ahead.crefToken().type != PLAIN_TOKEN_COMMA) return false;
+  bool const ends = ahead.crefToken().type == PLAIN_TOKEN_CLOSE;
+  if (!ends && ahead.crefToken().type != PLAIN_TOKEN_COMMA) return false;
   auto const call =
       std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
-  if (call == frames_.rend() || call->kind != PENDING_CALL || !call->isWritten || call->side) return false;
-  ReadingS const* const sided = findSidedFunction(call->name);
+  if (call == frames_.rend() || call->kind != PENDING_CALL || call->side) return false;
+  // "lim_(x->0+) f"
+  if (ends ? !call->isIndexed || call->isWritten : !call->isWritten) return false;
+  ReadingS const* const sided =
+      findSidedFunction(ends ? call->name.substr(0, call->name.size() - 1) : call->name);
   CallPatternS const* const pattern = sided ? sided->notation->pattern : nullptr;
   if (!pattern || pattern->findSide() != pattern->arguments + call->commas) return false;
   call->side = makeNumber(sign == u'+' ? wstring(u"1") : wstring{common::minus_sign, u'1'});
@@ -192,6 +276,7 @@ bool PlainParserC::readSide() {
 }
 
 PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
+  if (frame.isIndexed && (frame.second || frame.side)) return nullptr;
   if (!frame.isWritten) {
     ReadingS const* const indexing = frame.isIndexed ? findIndexing(frame.name, arguments.size()) : nullptr;
     if (!indexing) return makeFunction(frame.name, std::move(arguments));
