@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "zolt/catalogue_extended/detail/row_line.h"
+#include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
@@ -36,7 +37,7 @@ OperatorSetC::OperatorSetC()
 }
 
 bool OperatorSetC::fits(math::algexpr::NodeABC const&, unsigned long numArguments) const {
-  return numArguments > 0 && numArguments <= max_elements;
+  return numArguments > 0 && numArguments <= limits::max_listed_rows;
 }
 
 PointerTC<OperatorBC> OperatorSetC::afterLosingRow(OperatorListC const& operators, Node4C const& construct,
@@ -73,7 +74,7 @@ bool OperatorElementC::appliesAt(PlaceS const& caret) const {
 bool OperatorElementC::runOperator(ViewZNT4C& view) const {
   ViewInsertionC insertion(view);
   Node4C* const set = insertion.refEnclosing(set_name);
-  if (!appliesAt(insertion.getCaret()) || set->numChildren() >= OperatorSetC::max_elements) return false;
+  if (!appliesAt(insertion.getCaret()) || set->numChildren() >= limits::max_listed_rows) return false;
   if (!insertion.deleteSelection()) return false;
   insertion.splitText(true);
   Node4C& row = *insertion.getCaret().node->getParent();

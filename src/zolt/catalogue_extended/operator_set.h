@@ -7,9 +7,6 @@ namespace zolt::catalogue_extended {
 /// A set of any number of elements: set(a,b,…).
 class OperatorSetC : public math::ved::ConstructBC {
  public:
-  /// A call of more arguments stays a call, since an edit of one element costs something for each.
-  static constexpr unsigned long max_elements = 1000;
-
   OperatorSetC();
   void layoutNode4(math::ved::Node4C* node, math::ved::GraphicsABC const& graphics) const override;
   void displayNode4(math::ved::Node4C* node, math::ved::GraphicsABC const& graphics, long x, long y,

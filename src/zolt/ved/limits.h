@@ -14,6 +14,10 @@ constexpr unsigned long max_nested_rows = 1200;
 constexpr unsigned long max_table_columns = 100;
 constexpr unsigned long max_table_cells = 10000;
 
+/// How many rows a construct has at most that takes any number of them, such as a set. An edit of one costs
+/// something for each of the others, unlike in a table, so what is larger stays the call that it is.
+constexpr unsigned long max_listed_rows = 1000;
+
 /// How many steps can be undone, and how many bytes they may take together.
 constexpr unsigned long max_history_steps = 10000;
 constexpr unsigned long max_history_bytes = 64ul << 20;
