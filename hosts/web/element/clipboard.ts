@@ -27,29 +27,32 @@ function writeCopied(module: Module, to: DataTransfer): void {
     if (text) to.setData(type, text);
   }
   to.setData(types.plain, plain);
-  const mathml = module.copied(Form.mathml);
-  if (mathml) to.setData(types.html, mathml);
+  // A block of cells is a table; else pages that take formulas take them as MathML.
+  const page = module.copied(Form.html) || module.copied(Form.mathml);
+  if (page) to.setData(types.html, page);
 }
 
 /** Hands what is on a clipboard to the module; false when there is nothing for a formula. */
 function offerPasted(module: Module, get: (type: string) => string): boolean {
-  const [bytes, prefix, latex, plain] = [types.bytes, types.prefix, types.latex, types.plain].map((type) => {
+  const read = (type: string) => {
     const text = get(type);
     return text.length <= MOST ? text : '';
-  }) as [string, string, string, string];
+  };
+  const [bytes, prefix, latex, plain, html] = [types.bytes, types.prefix, types.latex, types.plain, types.html].map(read) as
+    [string, string, string, string, string];
   if (!bytes && !prefix) {
-    for (const page of [get(types.mathml), get(types.html), plain]) {
-      const formula = page.length <= MOST && hasMathml(page) ? buildMathml(page) : null;
+    for (const page of [read(types.mathml), html, plain]) {
+      const formula = hasMathml(page) ? buildMathml(page) : null;
       if (formula && module.offerMathml(formula)) return true;
     }
   }
-  module.offer({ bytes, prefix, latex: latex || findLatex(get(types.html)), plain });
-  return !!(bytes || prefix || latex || plain);
+  module.offer({ bytes, prefix, latex: latex || findLatex(html), plain, html });
+  return !!(bytes || prefix || latex || plain || html);
 }
 
 /** The LaTeX that pages leave beside the formulas that they show. */
 function findLatex(page: string): string {
-  const found = /<annotation[^>]*encoding="(?:application\/x-tex|TeX|LaTeX)"[^>]*>([^<]*)<\/annotation>/i.exec(page.slice(0, MOST));
+  const found = /<annotation[^>]*encoding="(?:application\/x-tex|TeX|LaTeX)"[^>]*>([^<]*)<\/annotation>/i.exec(page);
   return found ? found[1]!.replace(/&(lt|gt|amp|quot);/g, (_, name: string) => ({ lt: '<', gt: '>', amp: '&', quot: '"' })[name]!) : '';
 }
 
@@ -141,12 +144,22 @@ export class Copies {
       return true;
     }
     const frame = this.#view.peek();
+    if (form === 'svg') return this.#copySvg();
     let text: string | null;
-    if (form === 'svg') text = this.toSvg();
-    else if (!frame || !has(frame, Flag.selected)) text = handle.get(notations[form]);
+    if (!frame || !has(frame, Flag.selected)) text = handle.get(notations[form]);
     else text = this.#run('copy') ? handle.module.copied(notations[form]) : null;
     if (!text) return false;
     await navigator.clipboard.writeText(text);
+    return true;
+  }
+
+  /** As a picture where the browser takes these, and as text. */
+  async #copySvg(): Promise<boolean> {
+    // The browser reads it under the policy of the page, which may know no styles beside the sheets.
+    const picture = this.toSvg().replace(/ style="vertical-align:[^"]*"/, '');
+    if (!picture) return false;
+    const types = ['image/svg+xml', 'text/plain'].filter((type) => type === 'text/plain' || ClipboardItem.supports?.(type));
+    await navigator.clipboard.write([new ClipboardItem(Object.fromEntries(types.map((type) => [type, new Blob([picture], { type })])))]);
     return true;
   }
 

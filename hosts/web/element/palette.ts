@@ -8,6 +8,9 @@ import type { Module } from './shared.js';
 
 const PICTURE = { width: 44, height: 32, zoom: 1.15 };
 
+/** Larger tables grow by their own keys. */
+const MOST_ROWS = 6, MOST_COLUMNS = 6;
+
 type Group = Module['palette'][number];
 const palettes = new WeakMap<Module, Group[]>();
 
@@ -40,7 +43,10 @@ export class Palette {
       });
       for (const name of ['beforeinput', 'change'] as const) search.addEventListener(name, (event) => event.stopPropagation());
       search.addEventListener('keydown', (event) => {
-        if (event.key === 'Enter') this.#found!.querySelector<HTMLElement>('button:enabled')?.click();
+        if (event.key !== 'Enter') return;
+        // Else the key would also press what is given the focus.
+        event.preventDefault();
+        this.#found!.querySelector<HTMLElement>('button:enabled')?.click();
       });
       this.#panel.element.append(search, this.#found);
     }
@@ -73,6 +79,7 @@ export class Palette {
         // What is scrolled to is painted.
         this.#whenSeen(button, () => paintPicture(picture, entry.picture, module, PICTURE.width, PICTURE.height, PICTURE.zoom, colour));
         button.addEventListener('click', () => {
+          if (entry.table) return this.#askSize(entry.title, entry.table);
           this.#panel.close(true);
           this.#owner.act('insertText', entry.title, (field) => field.runEntry(group, i));
         });
@@ -89,6 +96,31 @@ export class Palette {
     this.#seen.disconnect();
     this.#found!.replaceChildren(...sections);
     for (const { button } of found) this.#seen.observe(button);
+  }
+
+  /** For a table that comes in any size. */
+  #askSize(title: string, table: string): void {
+    const size = make('p', { class: 'title', role: 'status' }, title);
+    const grid = make('div', { class: 'sizes', role: 'group', 'aria-label': 'Rows and columns' });
+    const cells = Array.from({ length: MOST_ROWS * MOST_COLUMNS }, (_, i) => {
+      const rows = Math.floor(i / MOST_COLUMNS) + 1, columns = i % MOST_COLUMNS + 1;
+      const cell = make('button', { type: 'button', part: 'palette-size', 'aria-label': `${rows} by ${columns}` });
+      const show = () => {
+        size.textContent = `${title}: ${rows} × ${columns}`;
+        cells.forEach((one, k) => one.classList.toggle('in', k % MOST_COLUMNS < columns && k < rows * MOST_COLUMNS));
+      };
+      cell.addEventListener('pointerenter', show);
+      cell.addEventListener('focus', show);
+      cell.addEventListener('click', () => {
+        this.#panel.close(true);
+        this.#owner.act('insertText', title, (field) => field.insert(`${table}:${rows}x${columns}`));
+      });
+      return cell;
+    });
+    grid.append(...cells);
+    this.#found!.replaceChildren(size, grid);
+    // As the entry itself would be: two rows of two.
+    cells[MOST_COLUMNS + 1]!.focus();
   }
 
   readonly #pictures = new WeakMap<Element, () => void>();

@@ -31,6 +31,9 @@ const css = `
 .palette .found { display: grid; grid-template-columns: repeat(auto-fill, minmax(3.1rem, 1fr)); gap: 2px }
 .palette .found button { padding: 0; block-size: 2.4rem; display: grid; place-items: center }
 .palette .title { margin: .5rem .3rem .15rem; font: 600 .78rem/1.2 system-ui, sans-serif; opacity: .8 }
+.palette .sizes { display: grid; grid-template-columns: repeat(6, 1.9rem); gap: 3px; padding: .3rem }
+.palette .sizes button { block-size: 1.9rem; padding: 0; border: 1px solid color-mix(in srgb, CanvasText 35%, transparent); border-radius: .2rem }
+.palette .sizes .in { background: color-mix(in srgb, Highlight 40%, transparent) }
 .palette input { font: inherit; inline-size: 100%; box-sizing: border-box; padding: .35rem .5rem; border: 1px solid color-mix(in srgb, CanvasText 30%, transparent); border-radius: .3rem; background: Field; color: FieldText }
 .keyboard {
   inset: auto 0 0; inline-size: 100%; max-inline-size: none; box-sizing: border-box; border-radius: .6rem .6rem 0 0; border-inline: 0; border-block-end: 0;

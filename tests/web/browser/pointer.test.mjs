@@ -148,3 +148,22 @@ withPage('menu and palette are led by keys', sum, async (page) => {
   await page.waitForTimeout(150);
   assert.equal(await get(page, 'f', 'prefix'), '/(1,7)');
 });
+
+withPage('the palette asks for the size of a table', '<zolt-formula id="f" aria-label="F"></zolt-formula>', async (page) => {
+  const field = page.locator('#f');
+  await page.focus('#f');
+  await page.keyboard.press('Control+Space');
+  await field.locator('[part=palette]').waitFor();
+  await page.keyboard.type('matrix');
+  await page.keyboard.press('Enter');
+  const sizes = field.getByRole('group', { name: 'Rows and columns' });
+  await sizes.waitFor();
+  await page.keyboard.press('ArrowRight');
+  assert.equal(await field.getByRole('status').textContent().then((text) => text.slice(-5)), '2 × 3');
+  await page.keyboard.press('Enter');
+  for (const key of '123456') {
+    await page.keyboard.type(key);
+    await page.keyboard.press('Tab');
+  }
+  assert.equal(await get(page, 'f', 'prefix'), 'matrix(list(1,2,3),list(4,5,6))');
+});

@@ -210,3 +210,27 @@ withPage('a field that is moved, or taken out and put in again, keeps its formul
   await page.keyboard.type('b');
   assert.equal(await get(page, 'f', 'value'), 'a/b');
 });
+
+withPage('tables go through the clipboard of other programs, and pictures as pictures', '<zolt-formula id="f" aria-label="F"></zolt-formula>', async (page) => {
+  const given = '<table><tr><td>1</td><td>x</td></tr><tr><td>y</td><td>4</td></tr></table>';
+  await page.focus('#f');
+  await page.evaluate((given) => {
+    const data = new DataTransfer();
+    data.setData('text/html', given);
+    data.setData('text/plain', '1\tx\ny\t4');
+    document.getElementById('f').parts.input.dispatchEvent(new ClipboardEvent('paste', { clipboardData: data, bubbles: true, cancelable: true }));
+  }, given);
+  assert.equal(await get(page, 'f', 'prefix'), 'matrix(list(1,x),list(y,4))');
+  // From the first cell to the one beside it.
+  for (const key of ['Control+Home', 'ArrowRight', 'Shift+ArrowRight', 'Shift+ArrowRight']) await page.keyboard.press(key);
+  const copied = await page.evaluate(() => {
+    const field = document.getElementById('f'), data = new DataTransfer();
+    field.parts.input.dispatchEvent(new ClipboardEvent('copy', { clipboardData: data, bubbles: true, cancelable: true }));
+    return data.getData('text/html');
+  });
+  assert.match(copied, /<table.*1.*<td.*x/s);
+  assert.doesNotMatch(copied, /4/);
+  assert.ok(await page.evaluate(() => document.getElementById('f').copyAs('svg')));
+  const types = await page.evaluate(async () => (await navigator.clipboard.read())[0].types);
+  assert.ok(types.includes('image/svg+xml') && types.includes('text/plain'), types.join());
+});
