@@ -23,49 +23,64 @@ const MOST = 5000;  // ms; the process is ended then
 /** The first message of the tool, without its name. */
 const sentenceOf = (complaint) => complaint.split('\n')[0].replace(/^\w+: |\.$/g, '').replace(/^./, (first) => first.toUpperCase());
 
-/** Answers a question of the page, { expression, operation, variable }, by the tool's algebra system. */
-export function compute(tool, { expression, operation, variable }) {
-  const [option, takesVariable] = [asked[operation]?.[0], /solve|differentiate|integrate/.test(operation)];
-  const words = ['eval', '--engine', 'giac', '--from', 'prefix', '--to', 'prefix', '--deadline', '4'];
-  if (option) words.push(option, ...(takesVariable ? [variable] : []));
-  return new Promise((settle) => execFile(tool, [...words, '--', expression], { timeout: MOST, killSignal: 'SIGKILL', maxBuffer: 1 << 22 }, (error, out, complaint) => {
+/** What a page may send as { expression, operation, variable }; null for anything else. */
+function questionIn(body) {
+  try {
+    const { expression, operation, variable } = JSON.parse(body);
+    // A name, since an option of the tool would be one as well.
+    const isName = typeof variable === 'string' && /^\p{L}[\p{L}\d_]*$/u.test(variable);
+    return typeof expression === 'string' && Object.hasOwn(asked, operation) && isName ? { expression, operation, variable } : null;
+  } catch {
+    return null;
+  }
+}
+
+/** Asks the tool's algebra system, in a process that is ended after `most` ms. */
+function compute(tool, { expression, operation, variable }, most) {
+  const words = ['eval', '--engine', 'giac', '--from', 'prefix', '--to', 'prefix', '--deadline', '4', ...asked[operation]];
+  if (/solve|differentiate|integrate/.test(operation)) words.push(variable);
+  return new Promise((settle) => execFile(tool, [...words, '--', expression], { timeout: most, killSignal: 'SIGKILL', maxBuffer: 1 << 22 }, (error, out, complaint) => {
     const text = out.trim();
-    if (text) settle({ outcome: 'value', text, part: 0 });
+    if (text && !error) settle({ outcome: 'value', text, part: 0 });
     else settle({ outcome: 'none', text: error?.killed ? 'This takes too long' : sentenceOf(complaint), part: 0 });
   }));
 }
 
-async function answer(tool, request, response, headers) {
+async function answer(tool, request, response, headers, most) {
   let body = '';
   for await (const piece of request) if ((body += piece).length > 1e6) return response.writeHead(413, headers).end();
   // Only this page may ask: others can send nothing of this type without being let.
   if (request.headers['content-type'] !== 'application/json') return response.writeHead(415, headers).end();
-  const result = await compute(tool, JSON.parse(body)).catch(() => ({ outcome: 'none', text: '', part: 0 }));
+  const question = questionIn(body);
+  if (!question) return response.writeHead(400, headers).end();
+  const result = await compute(tool, question, most);
   response.writeHead(200, { ...headers, 'Content-Type': 'application/json' }).end(JSON.stringify(result));
 }
 
-/** Listens; `pages` are made on the spot, by path. */
-export function serve(folders, port = 0, pages = {}, tool = null) {
+/** The file of a path of the address; undefined: there is none. */
+function fileOf(folders, path) {
+  const files = folders.map((folder) => join(folder, path.endsWith('/') ? `${path}index.html` : path));
+  return path.includes('\0') ? undefined : files.find((file) => statSync(file, { throwIfNoEntry: false })?.isFile());
+}
+
+/** Listens; `pages` are made on the spot, by path. What the tool computes may take `most` ms. */
+export function serve(folders, port = 0, pages = {}, tool = null, most = MOST) {
   const server = createServer((request, response) => {
-    const path = normalize(decodeURIComponent(new URL(request.url, 'http://localhost').pathname));
     const headers = { 'Content-Security-Policy': policy, 'Cache-Control': 'no-cache', 'X-Content-Type-Options': 'nosniff' };
+    let path;
+    try { path = normalize(decodeURIComponent(new URL(request.url, 'http://localhost').pathname)); } catch { path = null; }
+    // Another site can have its name lead here, and then ask as if it were this page.
+    const isOwn = /^(127\.0\.0\.1|localhost)(:\d+)?$/.test(request.headers.host ?? '');
+    if (path === null || !isOwn) return void response.writeHead(path === null ? 400 : 403, headers).end();
     if (path === '/giac') {
-      if (request.method === 'POST' && tool) void answer(tool, request, response, headers).catch(() => response.destroy());
+      if (request.method === 'POST' && tool) void answer(tool, request, response, headers, most).catch(() => response.destroy());
       else response.writeHead(200, { ...headers, 'Content-Type': 'application/json' }).end(JSON.stringify({ isThere: !!tool }));
       return;
     }
-    if (pages[path] !== undefined) {
-      response.writeHead(200, { ...headers, 'Content-Type': types[extname(path)] ?? types['.html'] }).end(pages[path]);
-      return;
-    }
-    for (const folder of folders) {
-      const file = join(folder, path.endsWith('/') ? `${path}index.html` : path);
-      if (!statSync(file, { throwIfNoEntry: false })?.isFile()) continue;
-      response.writeHead(200, { ...headers, 'Content-Type': types[extname(file)] ?? 'application/octet-stream' });
-      createReadStream(file).pipe(response);
-      return;
-    }
-    response.writeHead(404, headers).end('not found');
+    const file = pages[path] === undefined ? fileOf(folders, path) : undefined;
+    if (pages[path] === undefined && !file) return void response.writeHead(404, headers).end('not found');
+    response.writeHead(200, { ...headers, 'Content-Type': types[extname(file ?? path)] ?? (file ? 'application/octet-stream' : types['.html']) });
+    if (file) createReadStream(file).pipe(response); else response.end(pages[path]);
   });
   return new Promise((settle, fail) => server.once('error', fail).listen(port, '127.0.0.1', () =>
     settle({ address: `http://127.0.0.1:${server.address().port}/`, close: () => server.close() })));
