@@ -33,6 +33,8 @@ for (const name of pages) {
     const file = decodeURIComponent(target.split("#")[0]);
     if (!target.includes("://") && file && !existsSync(join(site, file))) complaints.push(`${name}: ${target} leads nowhere`);
   }
+  const members = await page.$$eval("dt", (all) => all.map((one) => one.textContent));
+  if (name === "types.html" && !["value: string", "readonly fault: Fault | null"].every((one) => members.includes(one))) complaints.push("members of the element are missing");
   if (!(await page.$("zolt-formula"))) continue;
   const counts = await page.evaluate(async () => {
     const field = document.querySelector("zolt-formula");

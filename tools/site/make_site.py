@@ -14,6 +14,7 @@ import subprocess
 import sys
 import tempfile
 
+import api_pages
 import markdown
 
 HERE = pathlib.Path(__file__).absolute().parent
@@ -24,7 +25,7 @@ PARTS = [
     ("Start", [("README.md", "Overview"), ("docs/web.md", "Web pages"), ("hosts/web/package/README.md", "The element's package"), ("docs/commands.md", "Commands"), ("docs/qt-widget.md", "The Qt widget"), ("docs/embedding.md", "Embedding in C++")]),
     ("Notations", [("docs/plain-text.md", "Plain text"), ("docs/latex.md", "LaTeX"), ("docs/mathml.md", "MathML"), ("docs/mathjson.md", "MathJSON"), ("docs/speech.md", "Speech"), ("docs/engines.md", "Engines")]),
     ("Formats", [("docs/event-scripts.md", "Event scripts"), ("docs/sheet-format.md", "Sheets"), ("docs/byte-format.md", "Bytes"), ("docs/pictures.md", "Pictures")]),
-    ("API", [("hosts/web/bridge/bridge.h", "bridge.h"), ("hosts/web/bridge/engine.h", "engine.h")]),
+    ("API", [("types", "The element"), ("hosts/web/bridge/bridge.h", "bridge.h"), ("hosts/web/bridge/engine.h", "engine.h")]),
     ("Inside", [("docs/architecture.md", "Architecture"), ("docs/invariants.md", "Invariants"), ("docs/incremental.md", "Incremental work"), ("docs/performance.md", "Performance"), ("docs/reliability.md", "Reliability"), ("CONTRIBUTING.md", "Contributing"), ("CHANGELOG.md", "Changes")]),
 ]  # fmt: skip
 # The pages with tables of what can be written.
@@ -63,10 +64,12 @@ def link(target, of):
     return f"files/{path.name}" if path.is_file() and path.suffix in (".svg", ".png") else "#"
 
 
-def body_of(path):
+def body_of(path, package):
+    if path == "types":
+        return api_pages.types_page(package / "types")
     text = (ROOT / path).read_text(encoding="utf-8")
     if path.endswith(".h"):
-        return f"<h1>{html.escape(path)}</h1><pre><code>{html.escape(text)}</code></pre>"
+        return api_pages.header_page(path, text)
     # What says which file a code block is part of is for a checker.
     text = re.sub(r"^```cpp \S+$", "```cpp", text, flags=re.MULTILINE)
     made = markdown.markdown(text, extensions=["tables", "fenced_code", "toc", "sane_lists"])
@@ -143,7 +146,7 @@ def main():
     frame = (HERE / "page.html").read_text(encoding="utf-8")
     for _, pages in PARTS:
         for path, title in pages:
-            parts = {"title": html.escape(title), "navigation": navigation(path, reference is not None), "player": player(path), "body": body_of(path)}
+            parts = {"title": html.escape(title), "navigation": navigation(path, reference is not None), "player": player(path), "body": body_of(path, package)}
             text = re.sub(r"\{\{(\w+)\}\}", lambda m: parts[m.group(1)], frame)
             (output / ALL[path]).write_text(text, encoding="utf-8")
     print(f"{len(ALL)} pages: {(output / 'index.html').resolve()}")

@@ -209,6 +209,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   /** The formula in words. */
   get words(): string { return this.#read(Form.words); }
 
+  /** In that notation, or the one of `format`; "" while the formula is incomplete. */
   override getValue(notation: Notation = this.format): string { return this.#read(notations[notation]); }
   #read(form: number): string {
     if (!this.handle) this.#open();
@@ -220,6 +221,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     return this.#value.set(notations[notation], text == null ? '' : String(text));
   }
 
+  /** Nothing is in it. */
   get isEmpty(): boolean {
     if (!this.handle) this.#open();
     return this.#value.isEmpty;
@@ -229,6 +231,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
 
   // ---- Form
 
+  /** As of other controls: the formula is invalid while the message is not empty. */
   setCustomValidity(message: string): void { this.#form.setCustom(message); }
   protected override get checked(): ElementInternals {
     this.#form.update();
@@ -300,13 +303,18 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   typeText(text: string): void { for (const character of text) this.#input.type(character); }
   /** Inserts the operator of that name, as a button of a palette does. */
   insertOperator(name: string): boolean { return this.act('insertText', name, (handle) => handle.insert(name)); }
+  /** Selects all. */
   select(): void { this.runCommand('select-all'); }
+  /** Where the caret and the selection are, to be given back to the same formula. */
   get selection(): Places { return this.handle?.getSelection() ?? []; }
   set selection(places: Places) { this.act('', null, (handle) => handle.setSelection([...places])); }
   /** Selects the part that a node of the expression came from, by its number in `prefix`. */
   selectPart(number: number): boolean { return this.act('', null, (handle) => handle.selectPart(number)); }
+  /** Opens the palette of what can be inserted at the caret. */
   openPalette(): void { this.#openPalette(); }
+  /** Opens the formula keyboard. */
   openKeyboard(): void { this.#panels.use(({ keyboard }) => keyboard.open()); }
+  /** Closes it. */
   closeKeyboard(): void { this.#panels.set?.keyboard.close(); }
 
   say(words: string): void { this.#speech.say(words); }
@@ -333,7 +341,9 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
 
   // ---- Pictures and the clipboard
 
+  /** The formula as a picture in SVG. */
   toSVG(options?: SvgOptions): string { return this.#used ? this.#copies.toSvg(options) : ''; }
+  /** The same in pixels, when the fonts have arrived. */
   toPNG(options?: PngOptions): Promise<Blob | null> { return this.#copies.toPng(options); }
   /** Copies what is selected, or else the formula, in a notation or as a picture. */
   copyAs(form: CopyForm): Promise<boolean> { return this.#copies.copyAs(form); }
