@@ -3,7 +3,7 @@
 /** What a page is made of; `script` defines `bench`: `ready` (a promise), `set(latex)`, `get()`, `clear()`, `focus()`. */
 export const fields = {
   "zolt-formula": {
-    files: ["ours/zolt-formula.js", "ours/zolt.wasm", "ours/fonts/KaTeX_Main-Regular.woff2", "ours/fonts/KaTeX_Math-Italic.woff2"],
+    files: ["ours/zolt-formula.js", "ours/zolt_first.wasm", "ours/fonts/KaTeX_Main-Regular-frequent.woff2", "ours/fonts/KaTeX_Math-Italic-frequent.woff2"],
     head: `<script type="module" src="/ours/zolt-formula.js"></script>`,
     body: `<zolt-formula id="field" style="display:block"></zolt-formula>`,
     script: `

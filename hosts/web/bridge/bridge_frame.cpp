@@ -31,8 +31,9 @@ std::int32_t getFlags(FieldS const& field) {
   set(bool(view.crefComposition().place), ZOLT_FLAG_COMPOSES);
   set(field.field.crefCompletion().isOpen(), ZOLT_FLAG_COMPLETES);
   set(field.field.isEditable(), ZOLT_FLAG_EDITABLE);
-  set(field.field.isEnabled(field::COMMAND_UNDO), ZOLT_FLAG_CAN_UNDO);
-  set(field.field.isEnabled(field::COMMAND_REDO), ZOLT_FLAG_CAN_REDO);
+  // As the commands say, without their table, which a first frame does not need.
+  set(field.field.isEditable() && view.canUndo(), ZOLT_FLAG_CAN_UNDO);
+  set(field.field.isEditable() && view.canRedo(), ZOLT_FLAG_CAN_REDO);
   return flags;
 }
 

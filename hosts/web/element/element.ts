@@ -118,7 +118,8 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.#becomeReady();
     if (this.hasFocus) this.#speech.listen();
     this.#form.touch();
-    this.#form.update();
+    // What a formula is worth is found out in the first pause, and earlier if the form asks.
+    if (this.isEmpty) this.#form.update();
     this.#view.paintSoon();
   }
 

@@ -67,14 +67,26 @@ export function facesOf(of: Module): readonly Face[] {
 /** The faces have names of their own, since the page may have other cuts of them. */
 export const familyOf = (family: string): string => `Zolt ${family}`;
 
+/** What most formulas are written with is in smaller files of its own, as ../fonts/make_fonts.py cuts them. */
+const frequent = [
+  'U+20-40, U+5B-5F, U+61-7E, U+B1, U+D7, U+F7, U+2032, U+2192, U+2208, U+2212, U+221A, U+221E, U+222B, U+2264-2265, U+22C5',
+  'U+41-5A, U+61-7A',
+];
+
 function addFaces(of: Module, folder: URL): void {
   facesOf(of).forEach(({ style, family }, i) => {
     const isItalic = style === 'italic' ? '-Italic' : family.startsWith('KaTeX') ? '-Regular' : '';
-    const file = new URL(`${family.replace(' ', '')}${isItalic}.woff2`, folder);
-    const face = new FontFace(familyOf(family), `url("${file.href}")`, { style });
-    document.fonts.add(face);
-    // The others load when a character of theirs is shown.
-    if (i < 2) void face.load().catch(() => undefined);
+    const add = (suffix: string, range: FontFaceDescriptors) => {
+      const file = new URL(`${family.replace(' ', '')}${isItalic}${suffix}.woff2`, folder);
+      const face = new FontFace(familyOf(family), `url("${file.href}")`, { style, ...range });
+      document.fonts.add(face);
+      return face;
+    };
+    // These load when a character of theirs is shown.
+    add('', {});
+    // Of two faces with a character the later one shows it.
+    const unicodeRange = frequent[i];
+    if (unicodeRange) void add('-frequent', { unicodeRange }).load().catch(() => undefined);
   });
 }
 

@@ -11,7 +11,7 @@ const BLINK = 530;  // ms
 /** In letters. */
 const SIDE = 0.32, TOP = 0.26, CARET = 0.075;
 /** In CSS pixels. */
-const REVEAL = 12, FADE = 24, SLACK = 96;
+const REVEAL = 12, FADE = 24, SLACK = 96, LEAP = 80, STEP = 128;
 
 /** What is painted with, by the style of the page. */
 interface Style {
@@ -23,6 +23,15 @@ interface Style {
 }
 
 const still = typeof matchMedia === 'function' ? matchMedia('(prefers-reduced-motion: reduce)') : null;
+
+/** How much room a formula is given: a new one is a new layout of the page, which costs more than all else of a key. */
+function roomFor(wanted: number, given: number, area: number): number {
+  // The field's size does not come from the formula.
+  if (given < area && wanted <= area) return given;
+  // The formula goes on beyond the field, which is as large as it may be.
+  if (given > area && wanted > area) return Math.ceil(wanted / STEP) * STEP;
+  return wanted;
+}
 
 export class View implements Shown {
   /** Called after each painting. */
@@ -42,6 +51,7 @@ export class View implements Shown {
   // In CSS pixels.
   #area = { width: 0, height: 0 };
   #content = { width: 0, height: 0 };
+  #room = { width: 0, height: 0 };
   #offset = { x: 0, y: 0 };
   #rows = 0;
   #ratio = 0;
@@ -159,11 +169,11 @@ export class View implements Shown {
   #layOut(frame: FrameWords, unit: number, side: number, top: number): void {
     const { sizer, strut, scroller } = this.#owner.parts;
     const width = Math.ceil(widthOf(frame) * unit + 2 * side), height = Math.ceil(heightOf(frame) * unit + 2 * top);
-    if (width !== this.#content.width || height !== this.#content.height) {
-      this.#content = { width, height };
-      sizer.style.width = `${width}px`;
-      sizer.style.height = `${height}px`;
-    }
+    this.#content = { width, height };
+    const room = { width: roomFor(width, this.#room.width, this.#area.width), height: roomFor(height, this.#room.height, this.#area.height) };
+    if (room.width !== this.#room.width) sizer.style.width = `${room.width}px`;
+    if (room.height !== this.#room.height) sizer.style.height = `${room.height}px`;
+    this.#room = room;
     this.#area = { width: scroller.clientWidth, height: scroller.clientHeight };
     const free = Math.max(0, Math.floor((this.#area.height - height) / 2));
     this.#offset = { x: side - scroller.scrollLeft, y: top + free - scroller.scrollTop };
@@ -184,7 +194,9 @@ export class View implements Shown {
     const x = shift(left * unit + side, right * unit + side, scrollLeft, width);
     const y = shift(top * unit + above, bottom * unit + above, scrollTop, height);
     if (!x && !y) return false;
-    scroller.scrollTo({ left: scrollLeft + x, top: scrollTop + y, behavior: 'instant' });
+    // Some way more, so that the next keys need not scroll again.
+    const leap = Math.sign(x) * Math.min(LEAP, width / 8);
+    scroller.scrollTo({ left: scrollLeft + x + leap, top: scrollTop + y, behavior: 'instant' });
     this.#offset = { x: this.#offset.x + scrollLeft - scroller.scrollLeft, y: this.#offset.y + scrollTop - scroller.scrollTop };
     return true;
   }

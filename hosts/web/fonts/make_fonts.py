@@ -31,6 +31,15 @@ FACES = [
     ("KaTeX_AMS", "KaTeX_AMS-Regular.ttf", [ord(c) for c in "CHNPQRZ"], "DOUBLED"),
 ]
 
+# What most formulas are written with, in files of their own; `addFaces` in element/shared.ts has the same ranges.
+FREQUENT = {
+    "KaTeX_Main-Regular.ttf": [
+        *range(0x20, 0x41), *range(0x5B, 0x60), *range(0x61, 0x7F), 0xB1, 0xD7, 0xF7, 0x2032, 0x2192, 0x2208, 0x2212,
+        0x221A, 0x221E, 0x222B, 0x2264, 0x2265, 0x22C5,
+    ],
+    "KaTeX_Math-Italic.ttf": [*range(0x41, 0x5B), *range(0x61, 0x7B)],
+}  # fmt: skip
+
 
 def load(folders, name):
     for folder in folders:
@@ -125,13 +134,18 @@ def write_woff2(output, folders):
     folder = pathlib.Path(output)
     folder.mkdir(parents=True, exist_ok=True)
     fonts = [load(folders, name) for _, name, _, _ in FACES]
-    for (_, name, _, _), font, characters in zip(FACES, fonts, choose(fonts)):
+    cuts = [(name, "", characters) for (_, name, _, _), characters in zip(FACES, choose(fonts))]
+    cuts += [(name, "-frequent", characters) for name, characters in FREQUENT.items()]
+    for name, suffix, characters in cuts:
+        font = load(folders, name)
+        if suffix and not set(characters) <= set(font.getBestCmap()):
+            sys.exit(f"make_fonts.py: {name} lacks a frequent character")
         options = subset.Options(flavor="woff2", hinting=False, layout_features=[], notdef_outline=False, name_IDs=[])
         cutter = subset.Subsetter(options)
         cutter.populate(unicodes=characters)
         cutter.subset(font)
         font.flavor = "woff2"
-        font.save(folder / (pathlib.Path(name).stem + ".woff2"))
+        font.save(folder / (pathlib.Path(name).stem + suffix + ".woff2"))
 
 
 def main():

@@ -55,4 +55,4 @@ for (const entry of ['demo', 'engine_worker']) {
 if (existsSync(join(from, 'zolt_engine.wasm'))) cpSync(join(from, 'zolt_engine.wasm'), join(site, 'zolt_engine.wasm'));
 
 const size = (file) => `${file} ${Math.round(gzipSync(readFileSync(join(dist, file)), { level: 9 }).length / 100) / 10} KB`;
-console.log(`gzipped: ${['zolt-formula.js', 'zolt-panels.js', 'zolt_first.wasm', 'zolt_rest.wasm', 'fonts/KaTeX_Main-Regular.woff2', 'fonts/KaTeX_Math-Italic.woff2'].map(size).join(', ')}`);
+console.log(`gzipped: ${['zolt-formula.js', 'zolt-panels.js', 'zolt_first.wasm', 'zolt_rest.wasm', 'fonts/KaTeX_Main-Regular-frequent.woff2', 'fonts/KaTeX_Math-Italic-frequent.woff2'].map(size).join(', ')}`);

@@ -11,6 +11,7 @@ export function useFirstField(module) {
     return field.revision + field.moves;
   };
   look();
+  field.setSpeech(0, 1);
   field.setEditable(true);
   for (const value of ["a^2/(x_1-3)+4", ""]) {
     field.set(Form.plain, value);

@@ -247,9 +247,18 @@ struct WordS {
   LatexWordE meaning;
 };
 
+/// What hosts add before anything is looked up waits here: a program that never meets LaTeX needs no tables.
+std::vector<LatexOperatorS>& waiting() {
+  static std::vector<LatexOperatorS> operators;
+  return operators;
+}
+
+bool isBuilt = false;
+
 /// The tables, sorted for looking up.
 struct IndexS {
   IndexS();
+  void add(LatexOperatorS op);
 
   std::vector<LatexNotationS> notations;
   std::deque<LatexOperatorS> added;  // what hosts added, to whose texts its rows refer
@@ -274,6 +283,29 @@ IndexS::IndexS() : notations(std::begin(rows), std::end(rows)) {
   }
   std::stable_sort(readings.begin(), readings.end(),
                    [](auto const& a, auto const& b) { return a.text < b.text; });
+  for (LatexOperatorS& op : waiting()) add(std::move(op));
+  waiting().clear();
+  isBuilt = true;
+}
+
+void IndexS::add(LatexOperatorS op) {
+  static constexpr LatexKindE kinds[] = {LATEX_PREFIX,   LATEX_INFIX,    LATEX_POSTFIX,
+                                         LATEX_CONSTANT, LATEX_FUNCTION, LATEX_COMMAND};
+  static constexpr unsigned long arities[] = {1, 2, 1, 0};
+  LatexOperatorS const& kept = added.emplace_front(std::move(op));
+  bool const isSign = kept.place < LATEX_ARGUMENT;
+  LatexNotationS& row = addedNotations.emplace_front(
+      LatexNotationS{kept.name, kinds[kept.place], isSign ? arities[kept.place] : kept.arity, kept.written});
+  if (kept.place <= LATEX_BETWEEN) {
+    row.rule = ruleOf(kept.precedence);
+    row.leftRule = beforeSign(row.rule);
+    row.rightRule = tighterThan(row.rule);
+  }
+  auto const addReading = [&](std::u16string_view text) {
+    readings.insert(std::lower_bound(readings.begin(), readings.end(), text, isBefore), {text, &row});
+  };
+  for (wstring const& text : kept.read) addReading(text);
+  if (!commandOf(row).empty()) addReading(commandOf(row));
 }
 
 IndexS& index() {
@@ -465,25 +497,11 @@ using namespace detail;
 using oss::isHighSurrogate;
 
 void registerLatexOperator(LatexOperatorS op) {
-  static constexpr LatexKindE kinds[] = {LATEX_PREFIX,   LATEX_INFIX,    LATEX_POSTFIX,
-                                         LATEX_CONSTANT, LATEX_FUNCTION, LATEX_COMMAND};
-  static constexpr unsigned long arities[] = {1, 2, 1, 0};
-  IndexS& all = index();
-  LatexOperatorS const& kept = all.added.emplace_front(std::move(op));
-  bool const isSign = kept.place < LATEX_ARGUMENT;
-  LatexNotationS& row = all.addedNotations.emplace_front(
-      LatexNotationS{kept.name, kinds[kept.place], isSign ? arities[kept.place] : kept.arity, kept.written});
-  if (kept.place <= LATEX_BETWEEN) {
-    row.rule = ruleOf(kept.precedence);
-    row.leftRule = beforeSign(row.rule);
-    row.rightRule = tighterThan(row.rule);
+  if (isBuilt) {
+    index().add(std::move(op));
+  } else {
+    waiting().push_back(std::move(op));
   }
-  auto const add = [&](std::u16string_view text) {
-    all.readings.insert(std::lower_bound(all.readings.begin(), all.readings.end(), text, isBefore),
-                        {text, &row});
-  };
-  for (wstring const& text : kept.read) add(text);
-  if (!commandOf(row).empty()) add(commandOf(row));
 }
 
 wstring findLatexSign(std::u16string_view command) {
