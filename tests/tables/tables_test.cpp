@@ -9,6 +9,7 @@
 #include "tests/support/stage.h"
 #include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/exchange/plain_text.h"
+#include "zolt/field/caret_speech.h"
 #include "zolt/field/detail/cell_html.h"
 #include "zolt/ved/tree/detail/row_index.h"
 #include "zolt/ved/ved.h"
@@ -94,6 +95,21 @@ TEST(Tables, AreReadFromPlainText) {
            {"[a+b]c", "*(+(a,b),c)"}}) {
     auto const read = exchange::fromPlainText(fromUtf8(text), nullptr);
     EXPECT_EQ(read ? toUtf8(read->toPrefixString()) : "error", prefix) << text;
+  }
+}
+
+TEST(Tables, SayWhichCellTheCaretIsIn) {
+  extendedOperators();
+  for (auto const& [tree, script, heard] : std::vector<std::tuple<std::string, std::string, std::string>>{
+           {"[\"\", matrix 3<[\"a\"] ; [\"\"] ; [\"c\"] ; [\"d\u2038\"] ; [\"\"] ; [\"e\"]>, \"\"]",
+            "command next-slot", "empty cell, row 2, column 2"},
+           {"[\"\", cases<[\"a\"] ; [\"b\"] ; [\"c\"] ; [\"d\u2038\"]>, \"\"]", "command previous-slot",
+            "into the value, row 2"}}) {
+    StageC stage(tree);
+    field::CaretSpeechC speech(exchange::SpeechStyleS{});
+    speech.listen(stage.refView());
+    stage.play(script);
+    EXPECT_EQ(toUtf8(speech.tellMove(stage.refView()).said), heard);
   }
 }
 

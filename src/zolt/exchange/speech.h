@@ -90,6 +90,8 @@ enum SpeechWordE {
   SPEECH_EMPTY_ROW_FEMININE,
   SPEECH_EMPTY_ROW_NEUTER,
   SPEECH_EMPTY_ROW_WEAK,
+  SPEECH_TABLE_ROW,     ///< after the noun of a cell
+  SPEECH_TABLE_COLUMN,  ///< and after that
   num_speech_words
 };
 

@@ -220,7 +220,8 @@ SpeechTableS makeEnglish() {
         u"close",      u"next row",   u"of",           u"sub",          u"capital",       u"name",
         u"end name",   u"text",       u"end text",     u"formula",      u"part",          u"start of #",
         u"end of #",   u"# selected", u"# unselected", u"# deleted",    u"into the #",    u"into the #",
-        u"into the #", u"into the #", u"empty #",      u"empty #",      u"empty #",       u"empty #"}}};
+        u"into the #", u"into the #", u"empty #",      u"empty #",      u"empty #",       u"empty #",
+        u"row #",      u"column #"}}};
 }
 
 }  // namespace zolt::exchange::detail

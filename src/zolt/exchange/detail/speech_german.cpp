@@ -256,7 +256,9 @@ SpeechTableS makeGerman() {
         u"leerer #",
         u"leere #",
         u"leeres #",
-        u"leerer #"}}};
+        u"leerer #",
+        u"Zeile #",
+        u"Spalte #"}}};
 }
 
 }  // namespace zolt::exchange::detail

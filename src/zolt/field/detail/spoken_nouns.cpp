@@ -1,10 +1,12 @@
 #include "zolt/field/detail/spoken_nouns.h"
 
 #include <algorithm>
+#include <string>
 #include <string_view>
 
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
+#include "zolt/ved/tree/table_view.h"
 
 namespace zolt::field::detail {
 
@@ -41,7 +43,18 @@ NounS NounsC::ofItem(Node4C const& item) const { return find(item, 0); }
 NounS NounsC::ofRow(Node4C const& row) const {
   Node4C const& parent = *row.getParent();
   if (parent.getType() == NODE4_ROOT) return readNoun(getSpeechWord(SPEECH_FORMULA, language_));
-  return find(parent, row.findChildNumber() + 1);
+  unsigned long const number = row.findChildNumber();
+  unsigned long const columns = countColumns(parent);
+  if (columns == 0) return find(parent, number + 1);
+  NounS cell = find(parent, number % columns + 1);
+  auto const append = [&](SpeechWordE word, unsigned long count) {
+    std::string const digits = std::to_string(count + 1);
+    cell.text += u", " + say(word, wstring(digits.begin(), digits.end()));
+  };
+  append(SPEECH_TABLE_ROW, number / columns);
+  // "condition" says which column it is.
+  if (find(parent, 1).text == find(parent, 2).text) append(SPEECH_TABLE_COLUMN, number % columns);
+  return cell;
 }
 
 wstring NounsC::say(SpeechWordE word, wstring const& about) const {
