@@ -61,8 +61,15 @@ QString makeTyping() {
          "closed."));
   html += paragraph(
       tr("<b>[0,1)</b> is an interval, <b>{a,b}</b> a set, <b>lim(x-&gt;0,</b> a limit, from one side with "
-         "<b>0^+</b>; <b>prod(</b>, <b>binom(</b>, <b>vec(</b>, <b>index(</b> and their like are typed as "
+         "<b>0^+</b>, <b>||x||</b> a norm; <b>prod(</b>, <b>binom(</b>, <b>vec(</b>, <b>index(</b> and their "
+         "like are typed as "
          "<b>sqrt(</b> is."));
+  html += paragraph(tr(
+      "<b>[a,b;c,d]</b> is a matrix, <b>det(</b> a determinant; <b>cases(</b> has values and conditions. In "
+      "a cell <b>,</b> leads to the next one or a new column, <b>;</b> or <b>Enter</b> to the next row or "
+      "a new one, <b>Tab</b> to the next cell and out of the last one. The right button has what inserts, "
+      "deletes and moves rows and columns. Shift with an arrow, or dragging, selects cells, which are "
+      "copied to and pasted from spreadsheets as they are."));
   html += paragraph(
       tr("A backslash opens a list of everything that can be inserted: type a part of its name, as in "
          "<b>\\fr</b> or <b>\\alpha</b>, and press <b>Tab</b> or <b>Enter</b>. Names that you type without "
