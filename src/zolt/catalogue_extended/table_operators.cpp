@@ -27,32 +27,41 @@ OperatorWordsS makeWords(wstring const& title, wstring const& label, std::vector
   return words;
 }
 
-/// "]" typed in a last row that is empty, as in "[a,b;]": the table ends with the row before it.
+/// "]" or ")" typed in a last row that is empty, as in "[a,b;]", or at the end of the last row that is not,
+/// as in "matrix(a,b,c)": the table ends with the row before the empty ones.
 class TableEndC : public OperatorBC {
  public:
   TableEndC() : OperatorBC(table_end_name, table_end_name, 0, 0, false, false, 0) {}
 
-  bool appliesAt(PlaceS const& caret) const override {
-    Node4C const* const table = enclosingItem(*caret.node);
-    if (!table || table->getType() != NODE4_OPERATOR) return false;
-    unsigned long const columns = table->crefOperator()->getColumns(), count = table->numChildren();
-    if (columns == 0 || count < 2 * columns || caret.node->getParent()->findChildNumber() != count - columns)
-      return false;
-    for (unsigned long i = count - columns; i < count; ++i) {
-      if (!isEmptyRow(*table->child(i))) return false;
-    }
-    return true;
-  }
+  bool appliesAt(PlaceS const& caret) const override { return findFirstEmpty(caret) > 0; }
 
   bool runOperator(ViewZNT4C& view) const override {
     ViewInsertionC insertion(view);
     Node4C* const table = insertion.refEnclosing();
-    if (!table || !appliesAt(insertion.getCaret())) return false;
+    unsigned long const first = table ? findFirstEmpty(insertion.getCaret()) : 0;
+    if (first == 0) return false;
     insertion.placeCaret(placeAfter(*table));
-    for (unsigned long i = table->crefOperator()->getColumns(); i > 0; --i) {
-      table->deleteChild(table->numChildren() - 1);
-    }
+    while (table->numChildren() > first) table->deleteChild(table->numChildren() - 1);
     return true;
+  }
+
+ private:
+  /// The first cell of the empty rows; 0: there are none, or the table goes on.
+  static unsigned long findFirstEmpty(PlaceS const& caret) {
+    Node4C const* const table = enclosingItem(*caret.node);
+    if (!table || table->getType() != NODE4_OPERATOR) return 0;
+    unsigned long const columns = table->crefOperator()->getColumns(), count = table->numChildren();
+    if (columns == 0) return 0;
+    Node4C const& cell = *caret.node->getParent();
+    unsigned long const at = cell.findChildNumber();
+    bool const isFilled = !isEmptyRow(cell);
+    if (at % columns != (isFilled ? columns - 1 : 0) || (isFilled && !isAtRowEnd(caret))) return 0;
+    unsigned long const first = isFilled ? at + 1 : at;
+    if (first == count || (!isFilled && first + columns != count)) return 0;
+    for (unsigned long i = first; i < count; ++i) {
+      if (!isEmptyRow(*table->child(i))) return 0;
+    }
+    return first;
   }
 };
 

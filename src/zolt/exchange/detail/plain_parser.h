@@ -82,6 +82,7 @@ class PlainParserC {
   NextE readQuotedName();
   NextE readWordCall(std::u16string_view name);
   NextE readFunction(FrameS&& frame);
+  NextE beginApplication(FrameS&& frame);
   bool readFunctionExponent(FrameS& frame);
   FrameS startCall(std::u16string_view name);
   NextE beginGroup(char16_t close);

@@ -72,7 +72,19 @@ PlainParserC::NextE PlainParserC::readName() {
     if (!frame.isIndexed) takeMark(frame);
     return beginBracket(std::move(frame));
   }
-  return keep(makeNamed(toLetters(frame.name)));
+  // "log_2 x", as "ln x"
+  bool const isMarked = findMark(frame.name) != wstring::npos && frame.name.back() != u'_';
+  if (!isMarked || !token().startsOperand() || opensCall()) return keep(makeNamed(toLetters(frame.name)));
+  takeMark(frame);
+  return beginApplication(std::move(frame));
+}
+
+PlainParserC::NextE PlainParserC::beginApplication(FrameS&& frame) {
+  frame.kind = PENDING_APPLICATION;
+  frame.operandRule = RULE_ARGUMENT;
+  frame.close = u'\0';
+  frames_.push_back(std::move(frame));
+  return NEXT_OPERAND;
 }
 
 /// Takes the base out of a name such as "log_2"; does nothing when it has none.
@@ -198,13 +210,7 @@ PlainParserC::NextE PlainParserC::readFunction(FrameS&& frame) {
   if (unary && unary->notation->arity == 0) return keep(makeNamed(frame.name));
   if (unary && readFunctionExponent(frame)) {
     if (opensCall()) return beginBracket(std::move(frame));
-    if (token().startsOperand()) {
-      frame.kind = PENDING_APPLICATION;
-      frame.operandRule = RULE_ARGUMENT;
-      frame.close = u'\0';
-      frames_.push_back(std::move(frame));
-      return NEXT_OPERAND;
-    }
+    if (token().startsOperand()) return beginApplication(std::move(frame));
   }
   return failAt(frame.begin, frame.end, READ_ERROR_MISSING_ARGUMENTS);
 }

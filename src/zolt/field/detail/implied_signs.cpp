@@ -337,7 +337,12 @@ EditsT findMixedNumbers(std::vector<TokenS> const& tokens, OperatorListC const& 
   return edits;
 }
 
-EditsT findProducts(std::vector<TokenS> const& tokens) {
+/// Whether a name says a second argument, as "log_2", so that what follows is no factor.
+bool isIndexedFunction(TokenS const& token, OperatorListC const& operators) {
+  return token.kind == TOKEN_NAME && !findConstruct(operators, textOf(token)).mark.empty();
+}
+
+EditsT findProducts(std::vector<TokenS> const& tokens, OperatorListC const& operators) {
   EditsT edits;
   TokenE last = TOKEN_SIGN;  // of an operand that ends here its kind, TOKEN_OPERAND after what follows one
   for (std::size_t i = 0; i < tokens.size(); ++i) {
@@ -381,7 +386,7 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
         if (last != TOKEN_FUNCTION && last != TOKEN_SIGN) last = TOKEN_OPERAND;
         break;
       default:
-        last = token.kind;
+        last = isIndexedFunction(token, operators) ? TOKEN_FUNCTION : token.kind;
     }
   }
   return edits;
@@ -400,7 +405,7 @@ void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators
     if (!edits.empty()) copy.edit(row, edits);
   }
   if (!options.impliedProducts) return;
-  EditsT const edits = findProducts(reader.read(row));
+  EditsT const edits = findProducts(reader.read(row), operators);
   if (!edits.empty()) copy.edit(row, edits);
 }
 
