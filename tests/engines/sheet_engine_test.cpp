@@ -248,5 +248,22 @@ TEST_F(SheetStage, asksAtThePlaceOfALine) {
   EXPECT_EQ(write(engine_.compute(request)), "list(x = -sqrt(2),x = sqrt(2))");
 }
 
+TEST_F(SheetStage, computesFirstWhereSomebodyIs) {
+  show({"1+1", "a:=2+2", "3+3", "a+4"});
+  TaskS task;
+  ASSERT_TRUE(sheet_.takeTask(task));
+  EXPECT_EQ(task.line, 1U);
+  // What is under way gives way, and what a line depends on does not give way to it.
+  sheet_.setFavourite(4);
+  EXPECT_TRUE(sheet_.isWanted(task));
+  sheet_.setFavourite(3);
+  EXPECT_FALSE(sheet_.isWanted(task));
+  ASSERT_TRUE(sheet_.takeTask(task));
+  EXPECT_EQ(task.line, 3U);
+  sheet_.postpone();
+  EXPECT_EQ(run(), "3 1 2 4");
+  EXPECT_EQ(shown(4), "= 8");
+}
+
 }  // namespace
 }  // namespace zolt::engine_sheet

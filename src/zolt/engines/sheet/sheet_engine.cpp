@@ -110,12 +110,31 @@ LineT SheetEngineC::findPending() {
   while (!chain_.empty()) {
     LineT const line = chain_.back();
     LineS const& data = at(line);
-    if (!isSettled(data) && pending_.count({data.position, line})) return line;
+    if (!isSettled(data) && isPending(line, data)) return line;
     chain_.pop_back();
   }
   if (pending_.empty()) return 0;
+  LineS const* const favourite = find(favourite_);
+  if (favourite && isPending(favourite_, *favourite)) return favourite_;
   auto const visible = pending_.lower_bound({visible_, 0});
   return visible == pending_.end() ? pending_.begin()->second : visible->second;
+}
+
+void SheetEngineC::setFavourite(LineT line) {
+  favourite_ = line;
+  LineS const* const data = find(line);
+  if (!data || !underWay_ || underWay_->line == line || !isPending(line, *data)) return;
+  // What it depends on goes on.
+  InputsT inputs;
+  LineT blocker = 0;
+  if (!findInputs(data->names, data->position, inputs, &blocker)) return;
+  postpone();
+}
+
+void SheetEngineC::postpone() {
+  if (!underWay_) return;
+  LineT const line = std::exchange(underWay_, std::nullopt)->line;
+  setState(line, at(line), LINE_WAITING);
 }
 
 bool SheetEngineC::takeTask(TaskS& task) {
@@ -126,7 +145,7 @@ bool SheetEngineC::takeTask(TaskS& task) {
     LineT blocker = 0;
     if (!findInputs(data.names, data.position, inputs, &blocker)) {
       LineS const& definer = at(blocker);
-      if (pending_.count({definer.position, blocker})) {
+      if (isPending(blocker, definer)) {
         if (chain_.empty()) chain_.push_back(line);
         chain_.push_back(blocker);
       } else {

@@ -82,6 +82,11 @@ class SheetEngineC {
   void computeAll();
   /// Computes these first: the lines from the one at `first`, counted from 0.
   void setVisible(std::size_t first) { visible_ = first; }
+  /// Before all others: the line that somebody is at; 0: none. When it can be computed at once, what is under
+  /// way gives way to it, and is begun again later.
+  void setFavourite(LineT line);
+  /// What is under way is begun again later: the engine is wanted for something else.
+  void postpone();
 
   // ---- Computing (sheet_engine.cpp) -----------------------------------------------------------------------
   /// False when there is nothing to do, or a task is under way that is still wanted.
@@ -162,6 +167,7 @@ class SheetEngineC {
   /// `missing` (may be null) becomes the name of a definition that failed.
   PointerTC<CASDefinitionsC> collect(InputsT const& inputs, std::size_t position, wstring* missing) const;
   static bool isSettled(LineS const& data) { return !data.isTouched && !data.isSuspect && !data.isValueDue; }
+  bool isPending(LineT line, LineS const& data) const { return pending_.count({data.position, line}) != 0; }
   LineT findPending();
   bool begin(LineT line, LineS& data, TaskS& task);
   void takeValue(LineT line, LineS& data, CASResultS result, wstring const& missing);
@@ -177,6 +183,7 @@ class SheetEngineC {
   std::optional<TaskUnderWayS> underWay_;
   ComputingS computing_;
   std::size_t visible_ = 0;
+  LineT favourite_ = 0;
   unsigned long versions_ = 0, tasks_ = 0, numComputed_ = 0;
 };
 
