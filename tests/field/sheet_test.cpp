@@ -24,6 +24,15 @@ TEST(Sheet, ReadsBackAsWritten) {
   EXPECT_EQ(sheet[0].prefix, u"*(3,x)");
   EXPECT_EQ(sheet[0].tree, u"");
   EXPECT_EQ(sheet[1].prefix, u"*(2,x)");
+  // A graph is the text after its formula, any other text is one.
+  text =
+      u"zolt-sheet 1\nformula x\ntext [graph x -6.25 5 y -1e-05 5]\ntext [graph x 1 2 y 1 2]\ntext [graph x "
+      u"2 1 y "
+      u"1 2]\nend 4\n";
+  ASSERT_TRUE(readSheet(text, sheet, error));
+  ASSERT_EQ(sheet.size(), 3U);
+  EXPECT_EQ(sheet[0].graph.left, -6.25);
+  EXPECT_EQ(toUtf8(writeSheet(sheet)), toUtf8(text));
   EXPECT_EQ(makeFormulaLine(u"x", u"[\"x\"]").tree, u"");
   EXPECT_TRUE(isWithinLimits({{SHEET_FORMULA, {}, {}, wstring(100, u'x')}}));
   sheet.assign(4, {SHEET_FORMULA, {}, {}, wstring(max_sheet_formula, u'x')});
@@ -39,7 +48,9 @@ TEST(Sheet, BecomesADocumentAndComesBack) {
                         {SHEET_TEXT, u"end", {}, {}}};
   for (auto const kind : {DOCUMENT_LATEX, DOCUMENT_MARKDOWN}) {
     SheetT read;
-    ASSERT_TRUE(readDocument(writeDocument(sheet, kind), kind, read));
+    wstring const document = writeDocument(sheet, kind, {{}, {}, {u"=(x,3)", u"6.02E23"}});
+    EXPECT_NE(document.find(u"\\Rightarrow\\quad x = 3 \\approx 6.02\\cdot 10^{23}\n"), document.npos);
+    ASSERT_TRUE(readDocument(document, kind, read));
     EXPECT_EQ(toUtf8(writeSheet(read)), toUtf8(writeSheet(sheet)));
   }
   // A document of others: what is no formula that we read stays as a text.

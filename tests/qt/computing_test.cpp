@@ -1,6 +1,7 @@
 // What the desktop program computes, in its window.
 
 #include <QAction>
+#include <QClipboard>
 #include <QDeadlineTimer>
 #include <QMenu>
 #include <QTest>
@@ -207,16 +208,46 @@ class ComputingTest final : public QObject {
     QVERIFY(stage.row(1).formula()->hasFocus());
 
     Exporter exporter(fonts(), {}, false);
-    exporter.setGraphs({{1, graph.graph()}});
+    exporter.setBelow({{1, {{}, graph.graph()}}});
     QVERIFY(exporter.exportSheet(stage.view().sheet(), PictureFormat::Svg, {}).size() > plain.size() + 1000);
     // The graph follows its formula and what that depends on.
     stage.enter(0);
     stage.type("0");
     QTRY_VERIFY(stage.finish() && !graph.isSampling() &&
                 graph.function().expression->toPrefixString() == u"*(20,sin(x))");
+    // It is saved with the sheet, and hiding it is a step.
+    Sheet const saved = stage.view().sheet();
+    QVERIFY(saved[1].graph.isShown() && !saved[2].graph.isShown());
     stage.enter(1);
     action.trigger();
-    QVERIFY(!stage.row(1).graph());
+    QVERIFY(!stage.row(1).graph() && !stage.view().sheet()[1].graph.isShown());
+    stage.view().history().undo();
+    QCOMPARE(stage.view().sheet()[1].graph, saved[1].graph);
+    QVERIFY(action.isChecked());
+    stage.view().setSheet(saved);
+    QTRY_VERIFY(stage.finish() && stage.row(1).graph() && !stage.row(1).graph()->isSampling());
+    QCOMPARE(stage.view().sheet()[1].graph, saved[1].graph);
+    QVERIFY(!stage.row(1).graph()->graph().curve.empty());
+  }
+
+  void resultsAreExportedAndCopied() {
+    StageS stage({"+(/(1,3),/(1,6))", "sqrt(2)"});
+    QVERIFY(stage.finish());
+    ShownResult const& result = stage.row(0).results().result();
+    Exporter exporter(fonts(), {}, false);
+    Sheet const sheet = stage.view().sheet();
+    QByteArray const plain = exporter.exportSheet(sheet, PictureFormat::Svg, {});
+    exporter.setBelow({{0, {result, {}}}});
+    QVERIFY(exporter.exportSheet(sheet, PictureFormat::Svg, {}).count("<path") > plain.count("<path"));
+
+    stage.enter(0);
+    stage.window.action(QStringLiteral("enter-result"))->trigger();
+    QVERIFY(stage.row(0).results().valueEdit()->hasFocus());
+    stage.window.action(QStringLiteral("enter-result"))->trigger();
+    stage.window.action(QStringLiteral("copy-result"))->trigger();
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("0.5"));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(stage.row(0).formula()->hasFocus());
   }
 
   void longSheetsBeginWithWhatIsSeen() {

@@ -11,8 +11,10 @@
 #include <algorithm>
 #include <vector>
 
+#include "hosts/qt/desktop/result_layout.h"
 #include "zolt/qt/formula_picture.h"
 #include "zolt/qt/text.h"
+#include "zolt/surfaces/typeset/font_size.h"
 
 namespace zolt::desktop {
 
@@ -26,6 +28,7 @@ constexpr qreal number_width = 48;
 constexpr qreal picture_margin = 24;
 constexpr qreal least_text_width = 480;
 constexpr qreal block_gap = 14;
+constexpr qreal result_gap = 4;
 constexpr qreal graph_width = 460, graph_height = 230;
 
 // For pictures of single formulas.
@@ -35,9 +38,14 @@ constexpr qreal single_margin = 2;
 constexpr qreal picture_scale = 2;  // device pixels to a pixel of PNG pictures
 constexpr qreal most_pixels = 100e6;
 
-/// One line of the sheet or the graph below it, laid out for a given width.
+using PictureT = std::unique_ptr<qt::FormulaPicture>;
+
+/// A line of the sheet, a result or a graph, laid out for a given width.
 struct BlockS {
-  std::unique_ptr<qt::FormulaPicture> formula;  // null: a text or a graph
+  PictureT formula;                      // null: something else
+  PictureT value, decimal;               // of a result; null: not there
+  ResultSign sign = ResultSign::Equals;  // of the number
+  ResultLayout layout;                   // of the result
   Graph const* graph = nullptr;
   QString text;
   QFont font;
@@ -45,22 +53,27 @@ struct BlockS {
   qreal width = 0;
   qreal height = 0;
   qreal zoom = formula_zoom;
+
+  bool isResult() const { return value || decimal; }
 };
 
-std::unique_ptr<qt::FormulaPicture> makePicture(SheetLine const& line,
-                                                std::shared_ptr<qt::FormulaFonts> const& fonts,
-                                                bool decimalComma) {
+PictureT makePicture(SheetLine const& line, std::shared_ptr<qt::FormulaFonts> const& fonts,
+                     bool decimalComma) {
   auto picture = std::make_unique<qt::FormulaPicture>(fonts, decimalComma);
   bool const shown = line.tree.isEmpty() ? picture->setPrefix(qt::toWstring(line.prefix))
                                          : picture->setTree(qt::toWstring(line.tree));
   return shown ? std::move(picture) : nullptr;
 }
 
+ResultPart partOf(PictureT const& picture, qreal zoom) {
+  return picture ? ResultPart{QSizeF(picture->size()) * zoom, picture->axis() * zoom} : ResultPart();
+}
+
 /// The sheet as blocks, one below the other.
 class PageFlow {
  public:
   PageFlow(Sheet const& sheet, std::shared_ptr<qt::FormulaFonts> const& fonts, QFont const& font,
-           bool decimalComma, QHash<qsizetype, Graph> const& graphs) {
+           bool decimalComma, QHash<qsizetype, ShownBelow> const& below) {
     int number = 0;
     for (qsizetype i = 0; i < sheet.size(); ++i) {
       SheetLine const& line = sheet[i];
@@ -78,12 +91,14 @@ class PageFlow {
         block.text = line.text;
       }
       blocks_.push_back(std::move(block));
-      auto const graph = graphs.constFind(i);
-      if (graph == graphs.constEnd()) continue;
+      auto const shown = below.constFind(i);
+      if (shown == below.constEnd()) continue;
+      addResult(shown->result, fonts, decimalComma);
+      if (!shown->graph) continue;
       blocks_.emplace_back();
       blocks_.back().font = font;
       blocks_.back().font.setPixelSize(12);
-      blocks_.back().graph = &*graph;
+      blocks_.back().graph = &*shown->graph;
     }
   }
 
@@ -92,8 +107,12 @@ class PageFlow {
   qreal naturalWidth() const {
     qreal width = least_text_width;
     for (BlockS const& block : blocks_) {
-      if (!block.formula) continue;
-      width = std::max(width, formula_indent + block.formula->size().width() * formula_zoom + number_width);
+      if (!block.formula && !block.isResult()) continue;
+      qreal inside = 0;
+      for (PictureT const* const each : {&block.formula, &block.value, &block.decimal}) {
+        if (*each) inside = std::max(inside, (*each)->size().width() * formula_zoom);
+      }
+      width = std::max(width, formula_indent + inside + number_width);
     }
     return width;
   }
@@ -108,6 +127,8 @@ class PageFlow {
         block.zoom = std::min(
             {formula_zoom, (width - formula_indent - number_width) / size.width(), most / size.height()});
         block.height = size.height() * block.zoom;
+      } else if (block.isResult()) {
+        layOutResultBlock(block, width - formula_indent, most);
       } else if (block.graph) {
         block.height = std::min(most, graph_height);
       } else {
@@ -120,8 +141,19 @@ class PageFlow {
 
   qreal height() const {
     qreal sum = 0;
-    for (BlockS const& block : blocks_) sum += block.height + block_gap;
-    return std::max(0.0, sum - block_gap);
+    for (std::size_t i = 0; i < blocks_.size(); ++i) sum += block(i).height + gapAfter(i);
+    return sum;
+  }
+
+  /// Between a block and the next one.
+  qreal gapAfter(std::size_t i) const {
+    if (i + 1 >= blocks_.size()) return 0;
+    return block(i + 1).isResult() || block(i + 1).graph ? result_gap : block_gap;
+  }
+  /// A formula stays with its result: the height of all that must be on the same page.
+  qreal heightTogether(std::size_t i) const {
+    bool const hasResult = i + 1 < blocks_.size() && block(i + 1).isResult();
+    return block(i).height + (hasResult ? result_gap + block(i + 1).height : 0);
   }
 
   static void paint(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
@@ -133,6 +165,7 @@ class PageFlow {
                  GraphColours::onPaper());
       return;
     }
+    if (block.isResult()) return paintResult(block, painter, at + QPointF(formula_indent, 0), target);
     if (!block.formula) {
       painter.setFont(block.font);
       painter.drawText(QRectF(at, QSizeF(block.width, block.height)), Qt::TextWordWrap, block.text);
@@ -146,13 +179,61 @@ class PageFlow {
   }
 
   void paintAll(QPainter& painter, QPointF at, qt::PaintTargetE target) const {
-    for (BlockS const& block : blocks_) {
-      paint(block, painter, at, target);
-      at.ry() += block.height + block_gap;
+    for (std::size_t i = 0; i < blocks_.size(); ++i) {
+      paint(block(i), painter, at, target);
+      at.ry() += block(i).height + gapAfter(i);
     }
   }
 
  private:
+  BlockS const& block(std::size_t i) const { return blocks_[i]; }
+
+  void addResult(ShownResult const& result, std::shared_ptr<qt::FormulaFonts> const& fonts,
+                 bool decimalComma) {
+    auto const pictureOf = [&](ShownResult::Expression const& expression) {
+      if (!expression) return PictureT();
+      auto picture = std::make_unique<qt::FormulaPicture>(fonts, decimalComma);
+      picture->setPowersOfTen(true);
+      return picture->setPrefix(expression->toPrefixString()) ? std::move(picture) : PictureT();
+    };
+    BlockS block;
+    block.value = pictureOf(result.value);
+    block.decimal = pictureOf(result.number);
+    block.sign = result.isNumberExact ? ResultSign::Equals : ResultSign::IsAbout;
+    if (block.isResult()) blocks_.push_back(std::move(block));
+  }
+
+  static qreal letterOf(qreal zoom) { return zoom * surfaces::getFontSize(0).em; }
+
+  /// What is too large for the paper is scaled down.
+  static void layOutResultBlock(BlockS& block, qreal room, qreal most) {
+    auto const layOut = [&] {
+      block.layout = layOutResult(partOf(block.value, block.zoom), partOf(block.decimal, block.zoom),
+                                  letterOf(block.zoom), room);
+      block.height = block.layout.height;
+    };
+    block.zoom = formula_zoom * result_scale;
+    qreal const widest = widestResult(letterOf(block.zoom), room);
+    for (PictureT const* const each : {&block.value, &block.decimal}) {
+      if (*each) block.zoom = std::min(block.zoom, widest / (*each)->size().width());
+    }
+    layOut();
+    if (block.height <= most) return;
+    block.zoom *= most / block.height;
+    layOut();
+  }
+
+  static void paintResult(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
+    painter.setPen(Qt::black);
+    auto const paintPart = [&](PictureT const& part, QPointF place, QPointF signPlace, ResultSign sign) {
+      if (!part) return;
+      paintResultSign(painter, at + signPlace, letterOf(block.zoom), sign);
+      part->paint(painter, at + place, block.zoom, Qt::black, target);
+    };
+    paintPart(block.value, block.layout.value, block.layout.valueSign, ResultSign::Equals);
+    paintPart(block.decimal, block.layout.number, block.layout.numberSign, block.sign);
+  }
+
   std::vector<BlockS> blocks_;
 };
 
@@ -209,7 +290,7 @@ QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QStri
     writer.setCreator(QStringLiteral("ved-desktop"));
     return print(sheet, writer, writer.resolution()) ? bytes : QByteArray();
   }
-  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, graphs_);
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, below_);
   qreal const width = flow.naturalWidth();
   flow.layOut(width, 1e6);
   QSizeF const size(width + 2 * picture_margin, flow.height() + 2 * picture_margin);
@@ -237,7 +318,7 @@ QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) 
 }
 
 bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const {
-  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, graphs_);
+  PageFlow flow(sheet, fonts_, textFont_, decimalComma_, below_);
   qreal const scale = resolution / pixels_per_inch;
   QSizeF const page = QSizeF(device.pageLayout().paintRectPixels(resolution).size()) / scale;
   flow.layOut(page.width(), page.height());
@@ -245,13 +326,15 @@ bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resoluti
   if (!painter.begin(&device)) return false;
   painter.scale(scale, scale);
   qreal y = 0;
-  for (BlockS const& block : flow.blocks()) {
-    if (y > 0 && y + block.height > page.height()) {
+  for (std::size_t i = 0; i < flow.blocks().size(); ++i) {
+    BlockS const& block = flow.blocks()[i];
+    qreal const needed = std::min(flow.heightTogether(i), page.height());
+    if (y > 0 && y + std::max(needed, block.height) > page.height()) {
       if (!device.newPage()) return false;
       y = 0;
     }
     PageFlow::paint(block, painter, {0, y}, qt::PAINT_PAPER);
-    y += block.height + block_gap;
+    y += block.height + flow.gapAfter(i);
   }
   return painter.end();
 }

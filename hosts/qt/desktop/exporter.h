@@ -5,9 +5,11 @@
 #include <QHash>
 #include <QString>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "hosts/qt/desktop/graph.h"
+#include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet.h"
 
 class QPagedPaintDevice;
@@ -23,14 +25,20 @@ enum class PictureFormat { Png, Svg, Pdf };
 /// The format that the extension of a file name asks for, or PNG when it asks for none.
 PictureFormat pictureFormatOf(QString const& path);
 
+/// What is shown below the formula of a line.
+struct ShownBelow {
+  ShownResult result;
+  std::optional<Graph> graph;
+};
+
 /// Makes pictures and pages of a sheet, always dark on white. Empty formulas are omitted.
 class Exporter final {
  public:
   /// `fonts` must not be null; `textFont` sets the texts between the formulas.
   Exporter(std::shared_ptr<qt::FormulaFonts> fonts, QFont textFont, bool decimalComma);
 
-  /// The graphs that are shown below lines of the sheets to come, by the index of the line.
-  void setGraphs(QHash<qsizetype, Graph> graphs) { graphs_ = std::move(graphs); }
+  /// What is to be below lines of the sheets to come, by the index of the line.
+  void setBelow(QHash<qsizetype, ShownBelow> below) { below_ = std::move(below); }
 
   /// The whole sheet as the contents of a file; a PDF has pages of the usual paper size. The result is empty
   /// when it would be larger than pictures may be.
@@ -45,7 +53,7 @@ class Exporter final {
   std::shared_ptr<qt::FormulaFonts> fonts_;
   QFont textFont_;
   bool decimalComma_;
-  QHash<qsizetype, Graph> graphs_;
+  QHash<qsizetype, ShownBelow> below_;
 };
 
 }  // namespace zolt::desktop

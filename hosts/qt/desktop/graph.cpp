@@ -40,6 +40,11 @@ bool GraphedFunction::equals(GraphedFunction const& other) const {
          (definitions == other.definitions || (!definitions && !other.definitions));
 }
 
+QString writeLabel(oss::wstring const& number, bool decimalComma) {
+  QString text = qt::toQString(number);
+  return decimalComma ? text.replace(u'.', u',') : text;
+}
+
 Graph sampleGraph(GraphedFunction const& function, plot::WindowS window, bool choosesWindow,
                   oss::PointerTC<math::algexpr::CASStopC> const& stop) {
   engine_basic::RealFunctionC real(*function.expression, function.variable, function.definitions,
@@ -52,7 +57,8 @@ Graph sampleGraph(GraphedFunction const& function, plot::WindowS window, bool ch
     window.right = reach;
     plot::fitHeight(plotted, window);
   }
-  return {window, plot::sampleCurve(plotted, window), inRadians ? plot::TICKS_OF_PI : plot::TICKS_OF_ONE};
+  return {window, plot::sampleCurve(plotted, window), inRadians ? plot::TICKS_OF_PI : plot::TICKS_OF_ONE,
+          false};
 }
 
 GraphColours GraphColours::of(QPalette const& palette) {
@@ -113,29 +119,31 @@ void paintGraph(QPainter& painter, QRectF const& box, Graph const& graph, plot::
 
   // Labels are at the axes, or at the edge beyond which an axis is; the curve does not run through them.
   QFontMetricsF const metrics(painter.font());
-  auto const drawLabel = [&](QRectF const& where, oss::wstring const& label) {
+  auto const drawLabel = [&](QRectF const& where, QString const& label) {
     QColor veil = colours.paper;
     veil.setAlphaF(0.8F);
     painter.fillRect(where, veil);
     painter.setPen(colours.text);
-    painter.drawText(where, Qt::AlignCenter, qt::toQString(label));
+    painter.drawText(where, Qt::AlignCenter, label);
   };
   qreal const height = metrics.height();
   qreal const labelY = std::clamp(axisY + label_gap, label_gap, box.height() - height - label_gap);
   for (plot::TickS const& tick : xTicks) {
-    qreal const width = metrics.horizontalAdvance(qt::toQString(tick.label)) + 2;
+    QString const label = writeLabel(tick.label, graph.decimalComma);
+    qreal const width = metrics.horizontalAdvance(label) + 2;
     QRectF const where(toX(tick.value) - width / 2, labelY, width, height);
     bool const isWhole = where.left() > 0 && where.right() < box.width();
     bool const isOrigin = std::fabs(toX(tick.value) - axisX) < 1;
-    if (isWhole && !isOrigin) drawLabel(where, tick.label);
+    if (isWhole && !isOrigin) drawLabel(where, label);
   }
   for (plot::TickS const& tick : yTicks) {
-    qreal const width = metrics.horizontalAdvance(qt::toQString(tick.label)) + 2;
+    QString const label = writeLabel(tick.label, graph.decimalComma);
+    qreal const width = metrics.horizontalAdvance(label) + 2;
     qreal const left = std::clamp(axisX - width - label_gap, label_gap, box.width() - width - label_gap);
     QRectF const where(left, toY(tick.value) - height / 2, width, height);
     bool const isWhole = where.top() > 0 && where.bottom() < box.height();
     bool const isOrigin = std::fabs(toY(tick.value) - axisY) < 1;
-    if (isWhole && !isOrigin) drawLabel(where, tick.label);
+    if (isWhole && !isOrigin) drawLabel(where, label);
   }
   painter.restore();
 }

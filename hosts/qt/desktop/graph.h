@@ -34,7 +34,11 @@ struct Graph {
   plot::WindowS window;
   plot::CurveT curve;
   plot::TickUnitE unit = plot::TICKS_OF_ONE;  ///< of the horizontal axis
+  bool decimalComma = false;                  ///< in what is written at it
 };
+
+/// A number of an axis as it is shown.
+QString writeLabel(oss::wstring const& number, bool decimalComma);
 
 /// Samples a graph, on any thread, until a stop is asked for. Without a window it chooses one. The size is
 /// that of `window`, in pixels.

@@ -24,7 +24,10 @@ constexpr int margin = 4;
 constexpr int poll_interval = 8;    // ms
 constexpr double wheel_step = 1.2;  // of a notch
 constexpr double key_step = 0.1;    // of the window
+constexpr double trace_step = 8;    // pixels
 constexpr double least_span = 1e-9, most_span = 1e12;
+
+QString noFunction() { return GraphView::tr("A graph needs an expression in one variable"); }
 
 }  // namespace
 
@@ -35,7 +38,14 @@ struct GraphView::WorkS {
   std::atomic<bool> isDone{false};
 };
 
-GraphView::GraphView(QWidget* parent) : QWidget(parent) {
+GraphView::GraphView(sheet::GraphWindowS const& window, QWidget* parent)
+    : QWidget(parent), hasWindow_(window.isShown()) {
+  if (hasWindow_) {
+    shown_.left = window.left;
+    shown_.right = window.right;
+    shown_.bottom = window.bottom;
+    shown_.top = window.top;
+  }
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   setFixedHeight(graph_height);
   setFocusPolicy(Qt::ClickFocus);
@@ -54,16 +64,36 @@ QRectF GraphView::box() const {
   return QRectF(margin, margin, std::min(width(), most_width) - 2 * margin, height() - 2 * margin);
 }
 
-void GraphView::setFunction(GraphedFunction const& function) {
-  if (function_.equals(function)) return;
-  bool const isOther = function_.isTrigonometric != function.isTrigonometric;
-  function_ = function;
+void GraphView::setFunction(std::optional<GraphedFunction> const& function) {
+  if (!function) {
+    if (work_) work_->stop->stop();
+    work_.reset();
+    timer_.stop();
+    function_ = {};
+    graph_.curve.clear();
+    setAccessibleDescription(noFunction());
+    return update();
+  }
+  if (function_.equals(*function)) return;
+  bool const isOther = function_.expression && function_.isTrigonometric != function->isTrigonometric;
+  function_ = *function;
   sampleAnew(!hasWindow_ || isOther);
+}
+
+void GraphView::setDecimalComma(bool decimalComma) {
+  decimalComma_ = decimalComma;
+  describe();
+  update();
+}
+
+QString GraphView::written(double value, double step) const {
+  return writeLabel(plot::writeValue(value, step), decimalComma_);
 }
 
 Graph GraphView::graph() const {
   Graph graph = graph_;
   graph.window = shown_;
+  graph.decimalComma = decimalComma_;
   return graph;
 }
 
@@ -97,13 +127,13 @@ void GraphView::takeSamples() {
 }
 
 void GraphView::describe() {
+  if (!function_.expression) return;
   double const step = (shown_.right - shown_.left) / 100;
-  setAccessibleDescription(
-      tr("A curve of %1 from %2 to %3, with values from %4 to %5 in sight")
-          .arg(toQString(function_.variable), toQString(plot::writeValue(shown_.left, step)),
-               toQString(plot::writeValue(shown_.right, step)),
-               toQString(plot::writeValue(shown_.bottom, (shown_.top - shown_.bottom) / 100)),
-               toQString(plot::writeValue(shown_.top, (shown_.top - shown_.bottom) / 100))));
+  setAccessibleDescription(tr("A curve of %1 from %2 to %3, with values from %4 to %5 in sight")
+                               .arg(toQString(function_.variable), written(shown_.left, step),
+                                    written(shown_.right, step),
+                                    written(shown_.bottom, (shown_.top - shown_.bottom) / 100),
+                                    written(shown_.top, (shown_.top - shown_.bottom) / 100)));
 }
 
 void GraphView::zoom(QPointF at, double factor) {
@@ -137,8 +167,15 @@ void GraphView::paintEvent(QPaintEvent*) {
     QFont small = font();
     small.setPointSizeF(0.85 * small.pointSizeF());
     painter.setFont(small);
-    paintGraph(painter, box(), graph_, shown_, colours);
-    if (pointer_ && !dragged_) paintValue(painter, colours);
+    Graph shown = graph_;
+    shown.decimalComma = decimalComma_;
+    paintGraph(painter, box(), shown, shown_, colours);
+  }
+  if (!function_.expression) {
+    painter.setPen(colours.text);
+    painter.drawText(box(), Qt::AlignCenter, noFunction());
+  } else if (hasWindow_ && pointer_ && !dragged_) {
+    paintValue(painter, colours);
   }
   painter.setPen(QPen(hasFocus() ? palette().color(QPalette::Highlight) : colours.grid, 1));
   painter.setBrush(Qt::NoBrush);
@@ -154,9 +191,8 @@ void GraphView::paintValue(QPainter& painter, GraphColours const& colours) {
                                    function_.angle, std::chrono::milliseconds(20));
   double y = 0;
   bool const isDefined = real.evaluate(x, &y);
-  QString text =
-      QStringLiteral("%1 = %2").arg(toQString(function_.variable), toQString(plot::writeValue(x, xStep)));
-  if (isDefined) text += QStringLiteral("    %1").arg(toQString(plot::writeValue(y, yStep)));
+  QString text = QStringLiteral("%1 = %2").arg(toQString(function_.variable), written(x, xStep));
+  if (isDefined) text += QStringLiteral("    %1").arg(written(y, yStep));
   painter.setPen(QPen(colours.axis, 1, Qt::DotLine));
   painter.drawLine(QPointF(pointer_->x(), inside.top()), QPointF(pointer_->x(), inside.bottom()));
   if (isDefined) {
@@ -216,13 +252,22 @@ void GraphView::leaveEvent(QEvent*) {
   update();
 }
 
+void GraphView::trace(double pixels) {
+  QRectF const inside = box();
+  if (pointer_) pointer_->rx() = std::clamp(pointer_->x() + pixels, inside.left(), inside.right());
+  if (!pointer_) pointer_ = inside.center();
+  update();
+}
+
 void GraphView::keyPressEvent(QKeyEvent* event) {
   QPointF const middle = box().center();
   switch (event->key()) {
     case Qt::Key_Left:
-      return move(-key_step, 0);
-    case Qt::Key_Right:
-      return move(key_step, 0);
+    case Qt::Key_Right: {
+      double const side = event->key() == Qt::Key_Left ? -1 : 1;
+      if (event->modifiers() & Qt::ShiftModifier) return trace(side * trace_step);
+      return move(side * key_step, 0);
+    }
     case Qt::Key_Up:
       return move(0, key_step);
     case Qt::Key_Down:

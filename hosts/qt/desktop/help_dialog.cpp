@@ -83,10 +83,12 @@ QString makeTyping() {
 
 QString makeComputing() {
   QString html = heading(tr("Computing"));
-  html += paragraph(
-      tr("Under a formula is its result, exact after = and as a decimal number after ≈, a moment after you "
-         "have typed it. Results can be selected, copied and dragged. One that is pale is being computed "
-         "again; <b>Esc</b> stops what takes long."));
+  html += paragraph(tr(
+      "Under a formula is its result, exact after = and as a decimal number after ≈, a moment after you "
+      "have typed it. Results can be selected, copied and dragged. One that is pale is being computed "
+      "again; <b>Esc</b> stops what takes long. <b>F6</b> leads to the result, from there to the graph and "
+      "back; <b>Ctrl+Shift+R</b> copies the result, <b>Ctrl+Shift+Return</b> makes a line of it. Exports "
+      "and prints have the results that are shown."));
   html += paragraph(
       tr("<b>a:=2</b>, <b>f(x):=x^2</b> and <b>2:>a</b> define names for the lines below. A change computes "
          "again what depends on it, and nothing else."));
@@ -98,7 +100,11 @@ QString makeComputing() {
   html += paragraph(
       tr("<b>Ctrl+G</b> shows the graph of an expression in one variable. Click on it: the wheel then zooms "
          "about the pointer, dragging moves; so do the arrow keys, <b>+</b> and <b>−</b>; <b>Home</b> shows "
-         "the first view again, <b>Esc</b> leads back to the formula."));
+         "the first view again, <b>Shift</b> with the arrow keys reads values, <b>Esc</b> leads back to the "
+         "formula. Graphs are saved and exported with the sheet."));
+  html += paragraph(
+      tr("Compute > Computing Settings has the engine, the unit of angles, the digits and the time that a "
+         "line may take. Giac, a whole algebra system, can be chosen where its package is installed."));
   html += heading(tr("Restricting formulas"));
   html += paragraph(
       tr("View > Restrict Formulas lets only certain formulas be entered: <b>number</b>; <b>names x y</b>, "

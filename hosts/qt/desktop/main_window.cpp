@@ -93,12 +93,17 @@ void MainWindow::connectView() {
     updateActions();
     updateStatus();
   });
+  connect(view_, &SheetView::edited, this, &MainWindow::updateGraphAction);
   statusTimer_.setSingleShot(true);
   statusTimer_.setInterval(status_delay);
   connect(&statusTimer_, &QTimer::timeout, this, &MainWindow::updateStatus);
   connect(view_, &SheetView::formulaChanged, this, [this] {
     updateActions();
     statusTimer_.start();
+  });
+  // An error that has been told stays: what is settled then is what was typed before.
+  connect(view_, &SheetView::formulaSettled, this, [this](SheetRow const* row) {
+    if (row == view_->currentRow() && source_->isVisibleTo(statusBar())) statusTimer_.start();
   });
   connect(view_, &SheetView::caretMoved, this, [this] { palette_->follow(view_->currentFormula()); });
   connect(view_, &SheetView::errorOccurred, this, &MainWindow::showError);
@@ -148,10 +153,13 @@ void MainWindow::showState(QString const& text, QRgb colour) {
 void MainWindow::showError(QString const& text) {
   // It stays although what it is about is selected.
   statusTimer_.stop();
+  // A reason may need all of the line.
+  source_->hide();
   showState(text, error_colour);
 }
 
 void MainWindow::updateStatus() {
+  source_->show();
   FormulaEdit const* const formula = view_->currentFormula();
   if (!formula || formula->isEmpty()) {
     bool const isText = view_->currentRow()->kind() != LineKind::Formula;

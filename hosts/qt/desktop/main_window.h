@@ -107,7 +107,13 @@ class MainWindow final : public QMainWindow {
   void insertLines(SheetRow& below, std::vector<ExpressionT> const& lines);
   /// The result that is shown under the current formula; null when there is none.
   ExpressionT shownResult() const;
+  /// Null when none of them has the place that the keyboard is at.
+  qt::FormulaEdit* shownResultEdit() const;
   void insertResult();
+  void copyResult();
+  /// Gives the keyboard to what is next below the formula, or back to it.
+  void enterBelow();
+  QString whyNoResult(math::algexpr::CASResultS const& result) const;
   void showGraph(bool on);
   void updateGraphAction();
   void askComputing();
@@ -165,6 +171,7 @@ class MainWindow final : public QMainWindow {
   bool importDocument(QString const& path);
   void importAsked();
   Exporter makeExporter() const;
+  QByteArray makeDocument(sheet::DocumentKindE kind) const;
   void exportSheet();
   void exportFormula();
   QString askExportPath(QString const& title, QString const& others = {});

@@ -1,4 +1,6 @@
 #include <QAction>
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
@@ -7,6 +9,8 @@
 #include <memory>
 
 #include "hosts/qt/desktop/computing_dialog.h"
+#include "hosts/qt/desktop/engine_choice.h"
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/main_window.h"
 #include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_computer.h"
@@ -48,6 +52,23 @@ std::vector<ExpressionT> linesOf(ExpressionT const& value) {
   return lines;
 }
 
+QString engineTitle(QString const& id) {
+  for (EngineChoice const& choice : engineChoices()) {
+    if (choice.id == id) return choice.title;
+  }
+  return {};
+}
+
+/// What to do where the engine in use does not suffice, after a sentence that says so.
+QString otherEngine(QString const& used) {
+  for (EngineChoice const& choice : engineChoices()) {
+    if (choice.id == used || choice.id == QLatin1String("basic")) continue;
+    if (!choice.engine) return MainWindow::tr(". %1 is not installed: %2").arg(choice.title, choice.reason);
+    return MainWindow::tr(". %1 may: it is chosen in Compute > Computing Settings").arg(choice.title);
+  }
+  return {};
+}
+
 }  // namespace
 
 void MainWindow::makeComputeMenu() {
@@ -70,7 +91,9 @@ void MainWindow::makeComputeMenu() {
   addByVariable(tr("D&ifferentiate By"), "differentiate", CAS_DIFFERENTIATE);
   addByVariable(tr("I&ntegrate By"), "integrate", CAS_INTEGRATE);
   menu.addSeparator();
-  addToggle(menu, {"graph", "&Graph", "Ctrl+G"}, [this](bool on) { showGraph(on); });
+  addToggle(menu, {"graph", "Show &Graph", "Ctrl+G"}, [this](bool on) { showGraph(on); });
+  add(menu, {"enter-result", "Go to Resu&lt or Graph", "F6"}, [this] { enterBelow(); });
+  add(menu, {"copy-result", "Cop&y Result", "Ctrl+Shift+R"}, [this] { copyResult(); });
   add(menu, {"insert-result", "&Result as New Line", "Ctrl+Shift+Return"}, [this] { insertResult(); });
   add(menu, {"stop", "S&top", ""}, [this] { computer_->stop(*view_->currentRow()); });
   menu.addSeparator();
@@ -80,17 +103,36 @@ void MainWindow::makeComputeMenu() {
     computer_->setComputing(computing);
   });
   add(menu, {"computing", "&Computing Settings…", ""}, [this] { askComputing(); });
+  menu.setToolTipsVisible(true);
   connect(&menu, &QMenu::aboutToShow, this, &MainWindow::updateComputeActions);
+  // Their keys work whatever it was when the menu was last open.
+  connect(&menu, &QMenu::aboutToHide, this, [&menu] {
+    for (QAction* const action : menu.actions()) action->setEnabled(true);
+  });
   connect(view_, &SheetView::contextMenuMade, this, [this, &menu](QMenu* formulaMenu) {
     formulaMenu->addSeparator();
     formulaMenu->addMenu(&menu);
+  });
+  connect(view_, &SheetView::resultMenuMade, this, [this](QMenu* resultMenu) {
+    updateComputeActions();
+    resultMenu->addSeparator();
+    resultMenu->addAction(action(QStringLiteral("copy-result")));
+    resultMenu->addAction(action(QStringLiteral("insert-result")));
   });
   connect(view_, &SheetView::stopWanted, this, [this] { computer_->stop(*view_->currentRow()); });
 }
 
 void MainWindow::updateComputeActions() {
   FormulaEdit const* const formula = view_->currentFormula();
-  bool const isFormula = formula && !formula->isEmpty();
+  QString const noFormula = formula && !formula->isEmpty() ? QString() : tr("This line has no formula");
+  // The reason is the tool tip of an entry that cannot be chosen.
+  auto const enable = [this](char const* name, QString const& whyNot) {
+    action(QLatin1String(name))->setEnabled(whyNot.isEmpty());
+    action(QLatin1String(name))->setToolTip(whyNot);
+  };
+  auto const noAbility = [this] {
+    return tr("%1 cannot do this").arg(engineTitle(engine_)) + otherEngine(engine_);
+  };
   unsigned const able = computer_->engine().getCapabilities();
   struct NeedS {
     char const* name;
@@ -100,11 +142,19 @@ void MainWindow::updateComputeActions() {
        {NeedS{"simplify", CAS_SIMPLIFY}, NeedS{"expand", CAS_EXPAND}, NeedS{"factor", CAS_FACTOR},
         NeedS{"approximate", CAS_APPROXIMATE}, NeedS{"solve", CAS_SOLVE},
         NeedS{"differentiate", CAS_DIFFERENTIATE}, NeedS{"integrate", CAS_INTEGRATE}}) {
-    action(QLatin1String(need.name))->setEnabled(isFormula && able & need.operation);
+    enable(need.name, able & need.operation ? noFormula : noAbility());
   }
-  action(QStringLiteral("insert-result"))->setEnabled(isFormula && shownResult());
+  QString const noResult = !noFormula.isEmpty() ? noFormula
+                           : shownResult()      ? QString()
+                                                : tr("The formula has no result now");
+  enable("insert-result", noResult);
+  enable("copy-result", noResult);
+  SheetRow const& row = *view_->currentRow();
+  enable("enter-result", row.graph() ? QString() : noResult);
+  bool const isGraph = row.graph() || (row.formula() && computer_->graphedFunction(row));
+  enable("graph", isGraph ? QString() : tr("A graph needs an expression in one variable"));
   updateGraphAction();
-  action(QStringLiteral("stop"))->setEnabled(computer_->isComputing(*view_->currentRow()));
+  enable("stop", computer_->isComputing(row) ? QString() : tr("Nothing is being computed for this line"));
 }
 
 void MainWindow::fillVariables(QMenu& menu, CASOperationE operation) {
@@ -137,7 +187,7 @@ void MainWindow::compute(CASOperationE operation, QString const& variable) {
   computer_->ask(row, request, [this, id = row.id(), operation](CASResultS const& result) {
     SheetRow* const asked = view_->findRow(id);
     if (!asked) return;
-    if (result.outcome != CAS_VALUE) return showError(toQString(describe(result)));
+    if (result.outcome != CAS_VALUE) return showError(whyNoResult(result));
     oss::wstring const& name = result.value->getNode()->crefName();
     if (operation == CAS_SOLVE && name == u"false") return showError(tr("There is no solution"));
     if (operation == CAS_SOLVE && name == u"true") return showError(tr("Every value is a solution"));
@@ -159,7 +209,44 @@ ExpressionT MainWindow::shownResult() const {
   SheetRow* const row = view_->currentRow();
   if (!row->formula() || !row->hasResults() || row->results().isStale()) return nullptr;
   ShownResult const& shown = row->results().result();
-  return shown.value ? shown.value : shown.number;
+  FormulaEdit const* const number = row->results().numberEdit();
+  bool const isAtNumber = number && number == view_->focusedFormula();
+  return shown.value && !isAtNumber ? shown.value : shown.number;
+}
+
+FormulaEdit* MainWindow::shownResultEdit() const {
+  if (!shownResult()) return nullptr;
+  ResultView const& results = *view_->currentRow()->resultView();
+  FormulaEdit* const focused = view_->focusedFormula();
+  if (focused && focused == results.numberEdit()) return focused;
+  return results.valueEdit() ? results.valueEdit() : results.numberEdit();
+}
+
+void MainWindow::copyResult() {
+  FormulaEdit const* const edit = shownResultEdit();
+  if (!edit) return showError(tr("The formula has no result now"));
+  QGuiApplication::clipboard()->setMimeData(edit->createMimeData());
+}
+
+void MainWindow::enterBelow() {
+  SheetRow& row = *view_->currentRow();
+  if (!row.formula()) return;
+  ResultView const* const results = row.resultView();
+  QList<QWidget*> stops{row.formula()};
+  if (results && results->valueEdit()) stops << results->valueEdit();
+  if (results && results->numberEdit()) stops << results->numberEdit();
+  if (row.graph()) stops << row.graph();
+  QWidget* const next = stops[(stops.indexOf(focusWidget()) + 1) % stops.size()];
+  next->setFocus(Qt::OtherFocusReason);
+  if (auto* const edit = qobject_cast<FormulaEdit*>(next)) {
+    if (edit != row.formula()) edit->selectAll();
+  }
+  view_->ensureWidgetVisible(next);
+}
+
+QString MainWindow::whyNoResult(CASResultS const& result) const {
+  QString const why = toQString(describe(result));
+  return result.cause == CAS_CAUSE_NEEDS_ALGEBRA ? why + otherEngine(engine_) : why;
 }
 
 void MainWindow::insertResult() {
@@ -169,16 +256,11 @@ void MainWindow::insertResult() {
 void MainWindow::showGraph(bool on) {
   SheetRow& row = *view_->currentRow();
   if (!row.formula() || bool(row.graph()) == on) return;
-  auto const function = computer_->graphedFunction(row);
-  if (on && !function) {
+  if (on && !computer_->graphedFunction(row)) {
     showError(tr("A graph needs an expression in one variable"));
     return updateGraphAction();
   }
-  view_->keepPlace([&] {
-    row.showGraph(on ? &*function : nullptr);
-    return QList<SheetRow*>{&row};
-  });
-  if (on) view_->showRow(row);
+  view_->toggleGraph(row);
 }
 
 void MainWindow::updateGraphAction() {

@@ -19,6 +19,7 @@
 #include "hosts/qt/desktop/plain_message_box.h"
 #include "hosts/qt/desktop/recorder.h"
 #include "hosts/qt/desktop/recovery_writer.h"
+#include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/write_file.h"
@@ -29,6 +30,12 @@ namespace {
 
 constexpr qsizetype most_recent_files = 8;
 constexpr int message_time = 4000;  // ms
+
+/// What is shown under a formula now; null while that is out of date.
+ShownResult const* currentResult(SheetRow const& row) {
+  ResultView const* const view = row.resultView();
+  return view && !view->isStale() ? &view->result() : nullptr;
+}
 
 QString recentKey() { return QStringLiteral("recentFiles"); }
 
@@ -279,21 +286,38 @@ QString MainWindow::askExportPath(QString const& title, QString const& others) {
 }
 
 Exporter MainWindow::makeExporter() const {
-  QHash<qsizetype, Graph> graphs;
+  QHash<qsizetype, ShownBelow> below;
   for (qsizetype i = 0; i < view_->rows().size(); ++i) {
-    GraphView const* const graph = view_->rows()[i]->graph();
-    if (graph) graphs.insert(i, graph->graph());
+    SheetRow const& row = *view_->rows()[i];
+    ShownBelow shown;
+    if (ShownResult const* const result = currentResult(row)) shown.result = *result;
+    if (row.graph()) shown.graph = row.graph()->graph();
+    if (!shown.result.isEmpty() || shown.graph) below.insert(i, std::move(shown));
   }
   Exporter exporter(fonts_, font(), decimalComma_);
-  exporter.setGraphs(std::move(graphs));
+  exporter.setBelow(std::move(below));
   return exporter;
+}
+
+QByteArray MainWindow::makeDocument(sheet::DocumentKindE kind) const {
+  std::vector<sheet::WrittenResultS> results;
+  auto const write = [](ShownResult::Expression const& expression) {
+    return expression ? expression->toPrefixString() : oss::wstring();
+  };
+  for (SheetRow const* const row : view_->rows()) {
+    results.emplace_back();
+    if (ShownResult const* const result = currentResult(*row)) {
+      results.back() = {write(result->value), write(result->number), result->isNumberExact};
+    }
+  }
+  return writeDocument(view_->sheet(), kind, results);
 }
 
 void MainWindow::exportSheet() {
   QString const path =
       askExportPath(tr("Export Sheet"), tr(";;LaTeX document (*.tex);;Markdown document (*.md)"));
   if (path.isEmpty()) return;
-  if (auto const kind = documentKindOf(path)) return writeExport(path, writeDocument(view_->sheet(), *kind));
+  if (auto const kind = documentKindOf(path)) return writeExport(path, makeDocument(*kind));
   QString const title = QFileInfo(path_).completeBaseName();
   Exporter const exporter = makeExporter();
   writeExport(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));

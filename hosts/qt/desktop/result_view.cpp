@@ -2,13 +2,15 @@
 
 #include <QEvent>
 #include <QFontInfo>
+#include <QMenu>
 #include <QPainter>
-#include <QPainterPath>
 #include <QTimerEvent>
 #include <QToolButton>
+#include <QtMath>
 #include <algorithm>
 #include <cmath>
 
+#include "hosts/qt/desktop/result_layout.h"
 #include "zolt/qt/formula_edit.h"
 
 namespace zolt::desktop {
@@ -17,16 +19,11 @@ using qt::FormulaEdit;
 
 namespace {
 
-constexpr qreal formula_scale = 0.9;  // of the letters of the formula above
-constexpr qreal ink = 0.74;           // of the text's colour, the rest being the paper's
+constexpr qreal ink = 0.74;  // of the text's colour, the rest being the paper's
 constexpr qreal stale_ink = 0.35;
 constexpr qreal pi = 3.14159265358979323846;
 
-// In letters' sizes.
-constexpr qreal indent = 0.4;
-constexpr qreal sign_width = 0.7;
-constexpr qreal sign_gap = 0.2;
-constexpr qreal number_gap = 1.1;
+constexpr qreal indent = 0.4;  // of a letter's size
 
 constexpr int turn_period = 60;  // ms
 constexpr int turns = 12;
@@ -53,7 +50,7 @@ ResultView::~ResultView() = default;
 
 int ResultView::em() const {
   return std::max(1,
-                  qRound(zoom_ * FormulaEdit::default_zoom * formula_scale * QFontInfo(font()).pixelSize()));
+                  qRound(zoom_ * FormulaEdit::default_zoom * result_scale * QFontInfo(font()).pixelSize()));
 }
 
 QToolButton* ResultView::makeButton() {
@@ -77,8 +74,9 @@ void ResultView::showIn(FormulaEdit*& edit, ShownResult::Expression const& expre
     edit->setFocusPolicy(Qt::ClickFocus);
     edit->setPowersOfTen(true);
     edit->setDecimalComma(decimalComma_);
-    edit->setZoom(zoom_ * FormulaEdit::default_zoom * formula_scale);
+    edit->setZoom(zoom_ * FormulaEdit::default_zoom * result_scale);
     connect(edit, &FormulaEdit::selectionChanged, this, &ResultView::selectionChanged);
+    connect(edit, &FormulaEdit::contextMenuMade, this, &ResultView::contextMenuMade);
     edit->setReadOnly(true);
     edit->show();
   }
@@ -133,7 +131,7 @@ void ResultView::setBusy(bool busy) {
 void ResultView::setZoom(qreal zoom) {
   zoom_ = zoom;
   for (FormulaEdit* const edit : {value_, number_}) {
-    if (edit) edit->setZoom(zoom * FormulaEdit::default_zoom * formula_scale);
+    if (edit) edit->setZoom(zoom * FormulaEdit::default_zoom * result_scale);
   }
   fit();
 }
@@ -146,41 +144,25 @@ void ResultView::setDecimalComma(bool decimalComma) {
   fit();
 }
 
-// The number is beside the value where both fit, else below it.
 void ResultView::fit() {
-  int const letter = em(), sign = qRound((sign_width + sign_gap) * letter);
-  int x = qRound(indent * letter), y = 0, bottom = 0;
-  int const most = std::max(1, width() - x - sign);
-  auto const widthOf = [&](FormulaEdit const* edit) { return std::min(edit->formulaSize().width(), most); };
-  if (value_ && number_) {
-    int const gap = qRound(number_gap * letter);
-    int const both = widthOf(value_) + gap + sign + widthOf(number_);
-    // Centred on a common axis.
-    value_->resize(widthOf(value_), value_->formulaSize().height());
-    number_->resize(widthOf(number_), number_->formulaSize().height());
-    bool const isBeside = both <= most;
-    int const axis = isBeside ? std::max(value_->axis(), number_->axis()) : value_->axis();
-    value_->move(x + sign, axis - value_->axis());
-    valueSign_ = {x, axis};
-    int const numberX = isBeside ? x + sign + widthOf(value_) + gap : x;
-    int const numberY = isBeside ? axis - number_->axis() : value_->geometry().bottom() + 1;
-    number_->move(numberX + sign, numberY);
-    numberSign_ = {numberX, numberY + number_->axis()};
-    x = number_->geometry().right();
-    y = numberSign_.y();
-    bottom = std::max(value_->geometry().bottom(), number_->geometry().bottom()) + 1;
-  } else if (FormulaEdit* const only = value_ ? value_ : number_) {
-    only->resize(widthOf(only), only->formulaSize().height());
-    only->move(x + sign, 0);
-    (value_ ? valueSign_ : numberSign_) = {x, only->axis()};
-    x = only->geometry().right();
-    y = only->axis();
-    bottom = only->height();
-  }
+  int const letter = em(), margin = qRound(indent * letter);
+  int const most = int(widestResult(letter, width()));
+  auto const partOf = [&](FormulaEdit* edit) {
+    if (!edit) return ResultPart();
+    QSize const size = edit->formulaSize();
+    edit->resize(std::min(size.width(), most), size.height());
+    return ResultPart{edit->size(), qreal(edit->axis())};
+  };
+  ResultPart const value = partOf(value_), number = partOf(number_);
+  ResultLayout const layout = layOutResult(value, number, letter, width());
+  if (value_) value_->move(layout.value.toPoint());
+  if (number_) number_->move(layout.number.toPoint());
+  valueSign_ = layout.valueSign.toPoint();
+  numberSign_ = layout.numberSign.toPoint();
+  int x = qRound(layout.end.x()), y = qRound(layout.end.y()), bottom = qCeil(layout.height);
   if (reason_ && reason_->isVisibleTo(this)) {
     QSize const size = reason_->sizeHint();
-    reason_->setGeometry(qRound(indent * letter) - 4, bottom, std::min(size.width(), most + sign),
-                         size.height());
+    reason_->setGeometry(margin - 4, bottom, std::min(size.width(), width() - margin), size.height());
     x = reason_->geometry().right();
     y = bottom + size.height() / 2;
     bottom += size.height();
@@ -219,32 +201,17 @@ void ResultView::setColours() {
   update();
 }
 
-void ResultView::paintSign(QPainter& painter, QPoint at, bool isEqual) const {
-  qreal const letter = em(), width = sign_width * letter, gap = 0.13 * letter;
-  painter.save();
-  painter.translate(at);
-  for (qreal const y : {-gap, gap}) {
-    QPainterPath line;
-    line.moveTo(0, y);
-    if (isEqual) {
-      line.lineTo(width, y);
-    } else {
-      qreal const rise = 0.16 * letter;
-      line.cubicTo(0.30 * width, y - 1.4 * rise, 0.66 * width, y + 1.4 * rise, width, y);
-    }
-    painter.drawPath(line);
-  }
-  painter.restore();
-}
-
 void ResultView::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   QColor const paper = palette().color(QPalette::Base);
   QColor const colour = mix(palette().color(QPalette::Text), paper, stale_ ? stale_ink : ink);
-  painter.setPen(QPen(colour, 0.055 * em(), Qt::SolidLine, Qt::RoundCap));
-  if (value_) paintSign(painter, valueSign_, true);
-  if (number_) paintSign(painter, numberSign_, result_.isNumberExact);
+  painter.setPen(colour);
+  if (value_) paintResultSign(painter, valueSign_, em(), ResultSign::Equals);
+  if (number_) {
+    paintResultSign(painter, numberSign_, em(),
+                    result_.isNumberExact ? ResultSign::Equals : ResultSign::IsAbout);
+  }
   if (!busy_) return;
   painter.setPen(Qt::NoPen);
   for (int i = 0; i < turns; ++i) {

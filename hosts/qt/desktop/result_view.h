@@ -7,6 +7,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/oss/pointer.h"
 
+class QMenu;
 class QToolButton;
 
 namespace zolt::qt {
@@ -38,6 +39,7 @@ inline bool operator==(ShownResult const& a, ShownResult const& b) {
 /// formulas that can be selected from and copied. While a new result is computed, an old one is pale.
 class ResultView final : public QWidget {
   Q_OBJECT
+  Q_MOC_INCLUDE(<QMenu>)
 
  public:
   explicit ResultView(QWidget* parent);
@@ -61,6 +63,8 @@ class ResultView final : public QWidget {
   /// The reason was pressed: what it is about is to be shown.
   void faultChosen();
   void stopChosen();
+  /// The menu of the right button on a result is about to be shown.
+  void contextMenuMade(QMenu* menu);
   /// What is selected in a result has changed.
   void selectionChanged();
 
@@ -76,7 +80,6 @@ class ResultView final : public QWidget {
   void fit();
   void setColours();
   int em() const;
-  void paintSign(QPainter& painter, QPoint at, bool isEqual) const;
 
   ShownResult result_;
   qt::FormulaEdit* value_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
 
@@ -76,6 +77,24 @@ void MoveRowCommand::move(int distance) {
   qsizetype const target = index() + distance;
   take();
   place(target);
+}
+
+ToggleGraphCommand::ToggleGraphCommand(SheetView& view, SheetRow* row)
+    : SheetCommand(view, row, row->graph() ? tr("hiding a graph") : tr("showing a graph")) {}
+
+void ToggleGraphCommand::toggle() {
+  bool const isShown = row()->graph();
+  view().keepPlace([&] {
+    if (isShown) {
+      window_ = row()->graph()->window();
+      row()->hideGraph();
+    } else {
+      row()->showGraph(window_);
+    }
+    return QList<SheetRow*>{row()};
+  });
+  enter();
+  if (!isShown) view().showRow(*row());
 }
 
 // ---- Edits ------------------------------------------------------------------------------------------------

@@ -14,6 +14,7 @@ class SheetCommand : public QUndoCommand {
       : QUndoCommand(text), view_(view), row_(row) {}
 
  protected:
+  SheetView& view() { return view_; }
   void place(qsizetype index);
   void take();
   void enter();
@@ -68,6 +69,18 @@ class MoveRowCommand final : public SheetCommand {
   void move(int distance);
 
   int distance_;
+};
+
+class ToggleGraphCommand final : public SheetCommand {
+ public:
+  ToggleGraphCommand(SheetView& view, SheetRow* row);
+  void redo() override { toggle(); }
+  void undo() override { toggle(); }
+
+ private:
+  void toggle();
+
+  sheet::GraphWindowS window_;  // of a graph that is not shown; may be none
 };
 
 /// An edit of a formula, which has its own history: the sheet's history only knows whose turn it is, and how

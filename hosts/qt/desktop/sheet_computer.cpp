@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "hosts/qt/desktop/graph_view.h"
 #include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "zolt/algexpr/parent_node.h"
@@ -74,6 +75,10 @@ SheetComputer::SheetComputer(SheetView& view, QObject* parent) : QObject(parent)
     connect(&row->results(), &ResultView::stopChosen, this, [this, row] { stop(*row); });
     connect(&row->results(), &ResultView::faultChosen, this, [this, row] { selectFault(*row); });
   });
+  connect(&view, &SheetView::graphMade, this,
+          [this](SheetRow* row) { row->graph()->setFunction(graphedFunction(*row)); });
+  // What somebody is at is computed first.
+  connect(&view, &SheetView::currentChanged, this, &SheetComputer::pump);
   setEngine(new engine_basic::BasicEngineC);
   takeRows();
 }
@@ -118,6 +123,7 @@ void SheetComputer::settle(SheetRow& row) { sheet_.setExpression(row.id(), expre
 // ---- The queue --------------------------------------------------------------------------------------------
 
 void SheetComputer::pump() {
+  if (SheetRow const* const current = view_.currentRow()) sheet_.setFavourite(current->id());
   if (task_ && !sheet_.isWanted(*task_)) {
     queue_->cancel(ticket_);
     task_.reset();
@@ -142,12 +148,17 @@ void SheetComputer::poll() {
 
 void SheetComputer::ask(SheetRow const& row, CASRequestS request, std::function<void(Result const&)> take) {
   if (asked_) queue_->cancel(asked_);
+  // A command does not wait for the lines.
+  sheet_.postpone();
+  if (task_) queue_->cancel(ticket_);
+  task_.reset();
   askedLine_ = row.id();
   asked_ = queue_->submit(std::move(request), [this, take = std::move(take)](CASResultS const& result) {
     asked_ = 0;
     setBusy(0);
     take(result);
   });
+  pump();
   busyTimer_.start();
 }
 
@@ -211,8 +222,7 @@ bool SheetComputer::isIdle() const {
   return !rowsTimer_.isActive() && !task_ && !asked_ && unshown_.isEmpty();
 }
 
-// ---- On the sheet
-// -----------------------------------------------------------------------------------------
+// ---- On the sheet -----------------------------------------------------------------------------------------
 
 void SheetComputer::showLater() {
   for (unsigned long const line : sheet_.takeChanged()) {
@@ -246,9 +256,8 @@ bool SheetComputer::showRow(SheetRow& row) {
   LineResultS const* const result = sheet_.findResult(row.id());
   auto const expression = sheet_.getExpression(row.id());
   if (busy_ == row.id() && (!task_ || task_->line != busy_) && !asked_) setBusy(0);
-  if (row.graph() && sheet_.isCurrent(row.id())) {
-    if (auto const function = graphedFunction(row)) row.showGraph(&*function);
-  }
+  bool const isSettled = sheet_.isCurrent(row.id()) || !computing().isOn;
+  if (row.graph() && isSettled) row.graph()->setFunction(graphedFunction(row));
   if (!result && !row.hasResults()) return false;
   int const height = row.hasResults() ? row.results().height() : 0;
   row.showResult(result && expression ? toShown(*expression, *result, computing().digits) : ShownResult());

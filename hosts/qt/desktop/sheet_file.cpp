@@ -34,7 +34,8 @@ constexpr sheet::SheetLineKindE toKind(LineKind kind) {
 }
 
 SheetLine toLine(sheet::SheetLineS const& line) {
-  return {toLineKind(line.kind), toQString(line.text), toQString(line.prefix), toQString(line.tree)};
+  return {toLineKind(line.kind), toQString(line.text), toQString(line.prefix), toQString(line.tree),
+          line.graph};
 }
 
 Sheet toSheet(sheet::SheetT const& lines) {
@@ -72,7 +73,8 @@ sheet::SheetT toLines(Sheet const& sheet) {
   sheet::SheetT lines;
   lines.reserve(std::size_t(sheet.size()));
   for (SheetLine const& line : sheet) {
-    lines.push_back({toKind(line.kind), toWstring(line.text), toWstring(line.prefix), toWstring(line.tree)});
+    lines.push_back(
+        {toKind(line.kind), toWstring(line.text), toWstring(line.prefix), toWstring(line.tree), line.graph});
   }
   return lines;
 }
@@ -171,8 +173,9 @@ std::optional<Sheet> readDocument(QByteArray const& bytes, sheet::DocumentKindE 
   return std::nullopt;
 }
 
-QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind) {
-  return toQString(sheet::writeDocument(toLines(sheet), kind)).toUtf8();
+QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind,
+                         std::vector<sheet::WrittenResultS> const& results) {
+  return toQString(sheet::writeDocument(toLines(sheet), kind, results)).toUtf8();
 }
 
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree) {

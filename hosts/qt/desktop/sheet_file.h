@@ -4,6 +4,7 @@
 #include <QDateTime>
 #include <QString>
 #include <optional>
+#include <vector>
 
 #include "hosts/qt/desktop/long_work.h"
 #include "hosts/qt/desktop/sheet.h"
@@ -52,7 +53,8 @@ bool saveSheet(QString const& path, Sheet const& sheet, QString& error);
 std::optional<sheet::DocumentKindE> documentKindOf(QString const& path);
 /// What a sheet can hold of a document. No value, with `error`, when it is too large or no text.
 std::optional<Sheet> readDocument(QByteArray const& bytes, sheet::DocumentKindE kind, QString& error);
-QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind);
+QByteArray writeDocument(Sheet const& sheet, sheet::DocumentKindE kind,
+                         std::vector<sheet::WrittenResultS> const& results = {});
 
 /// A formula as a line. `tree` is omitted when the expression alone would show the same.
 SheetLine makeFormulaLine(QString const& prefix, QString const& tree);

@@ -94,6 +94,7 @@ QVBoxLayout* SheetRow::makeColumn() {
   column_->setContentsMargins(0, 0, 0, 0);
   column_->setSpacing(0);
   column_->addWidget(formula_);
+  if (line_->graph.isShown()) showGraph(line_->graph);
   return column_;
 }
 
@@ -113,19 +114,18 @@ void SheetRow::showResult(ShownResult const& result) {
   if (results_ || !result.isEmpty()) results().setResult(result);
 }
 
-void SheetRow::showGraph(GraphedFunction const* function) {
-  if (!function) {
-    delete graph_;
-    graph_ = nullptr;
-    return;
-  }
-  if (!graph_) {
-    graph_ = new GraphView(this);
-    column_->addWidget(graph_);
-    graph_->show();
-    connect(graph_, &GraphView::left, formula_, [this] { formula_->setFocus(Qt::OtherFocusReason); });
-  }
-  graph_->setFunction(*function);
+void SheetRow::showGraph(sheet::GraphWindowS const& window) {
+  graph_ = new GraphView(window, this);
+  graph_->setDecimalComma(decimalComma_);
+  column_->addWidget(graph_);
+  graph_->show();
+  connect(graph_, &GraphView::left, formula_, [this] { formula_->setFocus(Qt::OtherFocusReason); });
+  emit graphMade();
+}
+
+void SheetRow::hideGraph() {
+  delete graph_;
+  graph_ = nullptr;
 }
 
 void SheetRow::makeNotation(SheetLine const& line) {
@@ -194,12 +194,18 @@ TextLine* SheetRow::text() {
 SheetLine SheetRow::line() const {
   if (kind_ != LineKind::Formula) return {kind_, preview_ ? previewed_ : text_->text(), {}, {}};
   if (!line_) line_ = makeFormulaLine(formula_->prefix(), formula_->tree());
-  return *line_;
+  return withGraph(*line_);
 }
 
 SheetLine SheetRow::draft() const {
   if (!formula_ || line_) return line();
-  return {LineKind::Formula, {}, {}, formula_->tree()};
+  return withGraph({LineKind::Formula, {}, {}, formula_->tree()});
+}
+
+SheetLine SheetRow::withGraph(SheetLine line) const {
+  // A formula that is not shown has the graph that it was read with.
+  if (formula_) line.graph = graph_ ? graph_->window() : sheet::GraphWindowS();
+  return line;
 }
 
 bool SheetRow::isEmpty() const {
@@ -237,6 +243,7 @@ void SheetRow::setDecimalComma(bool decimalComma) {
   decimalComma_ = decimalComma;
   if (formula_) formula_->setDecimalComma(decimalComma);
   if (results_) results_->setDecimalComma(decimalComma);
+  if (graph_) graph_->setDecimalComma(decimalComma);
 }
 
 void SheetRow::updateFont() {

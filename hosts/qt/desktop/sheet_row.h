@@ -20,7 +20,6 @@ class GraphView;
 class ResultView;
 class TextLine;
 class TextPreview;
-struct GraphedFunction;
 struct ShownResult;
 
 /// One line of the open sheet: a formula with its number in the margin, or a text. A very long formula, which
@@ -56,8 +55,11 @@ class SheetRow final : public QWidget {
   /// Where results are shown. Made when it is first asked for; not for a line without a formula.
   ResultView& results();
   bool hasResults() const { return results_; }
-  /// Shows the graph of the function below the results; null takes it away.
-  void showGraph(GraphedFunction const* function);
+  /// Null until it has been asked for.
+  ResultView const* resultView() const { return results_; }
+  /// Shows a graph below the results, of no function yet; `window` may be none.
+  void showGraph(sheet::GraphWindowS const& window);
+  void hideGraph();
   /// Null while none is shown.
   GraphView* graph() const { return graph_; }
 
@@ -82,6 +84,8 @@ class SheetRow final : public QWidget {
   /// Emitted some time after a change, when it is known whether the formula is complete.
   void formulaStateChanged();
   void resultsMade();
+  /// There is a graph that shows no function yet.
+  void graphMade();
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -93,6 +97,7 @@ class SheetRow final : public QWidget {
  private:
   void makeFormula(SheetLine const& line);
   QVBoxLayout* makeColumn();
+  SheetLine withGraph(SheetLine line) const;
   void makeNotation(SheetLine const& line);
   void makeText(QString const& text);
   QString placeholder() const;

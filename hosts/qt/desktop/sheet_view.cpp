@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 #include <algorithm>
 
+#include "hosts/qt/desktop/result_view.h"
 #include "hosts/qt/desktop/sheet_commands.h"
 #include "hosts/qt/desktop/text_line.h"
 #include "zolt/qt/formula_edit.h"
@@ -229,9 +230,15 @@ void SheetView::connectFormula(SheetRow* row) {
   connect(edit, &FormulaEdit::expressionChanged, this, tell);
   connect(edit, &FormulaEdit::expressionChanged, this, [this, row] { emit formulaTouched(row); });
   connect(row, &SheetRow::formulaStateChanged, this, [this, row] { emit formulaSettled(row); });
-  connect(row, &SheetRow::resultsMade, this, [this, row] { emit resultsMade(row); });
+  connect(row, &SheetRow::resultsMade, this, [this, row] {
+    connect(&row->results(), &ResultView::contextMenuMade, this, [this, row](QMenu* menu) {
+      setCurrent(row);
+      emit resultMenuMade(menu);
+    });
+    emit resultsMade(row);
+  });
+  connect(row, &SheetRow::graphMade, this, [this, row] { emit graphMade(row); });
   connect(edit, &FormulaEdit::selectionChanged, this, tell);
-  connect(row, &SheetRow::formulaStateChanged, this, tell);
   connect(edit, &FormulaEdit::caretMoved, this, [this, row] {
     if (row != current_) return;
     reveal();
@@ -357,6 +364,8 @@ void SheetView::moveCurrent(int distance) {
   history_.push(new MoveRowCommand(*this, current_, distance));
 }
 
+void SheetView::toggleGraph(SheetRow& row) { history_.push(new ToggleGraphCommand(*this, &row)); }
+
 void SheetView::goOn() {
   for (qsizetype i = rows_.indexOf(current_) + 1; i < rows_.size(); ++i) {
     if (!rows_[i]->formula()) continue;
@@ -399,7 +408,11 @@ void SheetView::keyPressEvent(QKeyEvent* event) {
       event->setAccepted(enterNeighbour(1));
       break;
     case Qt::Key_Escape:
-      emit stopWanted();
+      if (focusedFormula() != currentFormula()) {
+        currentFormula()->setFocus(Qt::OtherFocusReason);
+      } else {
+        emit stopWanted();
+      }
       break;
     case Qt::Key_PageUp:
     case Qt::Key_PageDown:

@@ -82,6 +82,8 @@ class SheetView final : public QScrollArea {
   void duplicateCurrent();
   void removeCurrent();
   void moveCurrent(int distance);
+  /// Shows a graph below the row, or takes it away. The row has a formula.
+  void toggleGraph(SheetRow& row);
 
  public slots:
   /// Moves to the next formula, and makes a new one when there is none.
@@ -102,8 +104,11 @@ class SheetView final : public QScrollArea {
   void formulaTouched(zolt::desktop::SheetRow* row);
   void formulaSettled(zolt::desktop::SheetRow* row);
   void resultsMade(zolt::desktop::SheetRow* row);
+  void graphMade(zolt::desktop::SheetRow* row);
   /// The menu of the right button on the current formula is about to be shown.
   void contextMenuMade(QMenu* menu);
+  /// The same on a result of it.
+  void resultMenuMade(QMenu* menu);
   /// The Escape key was pressed, and the line had no use for it.
   void stopWanted();
   void errorOccurred(QString const& text);

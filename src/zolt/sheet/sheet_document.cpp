@@ -40,6 +40,8 @@ constexpr EscapeS markdown_escapes[] = {{u'\\', u"\\\\"}, {u'$', u"\\$"}, {u'*',
 constexpr ViewT latex_tree = u"% zolt-tree ";
 constexpr ViewT markdown_tree = u"<!-- zolt-tree ";
 constexpr ViewT markdown_tree_end = u" -->";
+// Within a formula: what comes after it is its result. It is a comment in both kinds of documents.
+constexpr ViewT result_mark = u"\n% zolt-result\n";
 
 template <std::size_t size>
 wstring escape(ViewT text, EscapeS const (&escapes)[size]) {
@@ -81,6 +83,32 @@ bool startsWith(ViewT text, ViewT start) { return text.substr(0, start.size()) =
 wstring toLatex(wstring const& prefix) {
   auto const expression = AlgebraicExpressionC::fromPrefixString(prefix);
   return expression ? exchange::toLatex(*expression) : wstring();
+}
+
+/// Whether "=" after the formula would go on with it in place of telling its value.
+bool isRelation(wstring const& prefix) {
+  constexpr ViewT relations[] = {u"=(", u"<>(", u"<(", u"<=(", u">(", u">=("};
+  return std::any_of(std::begin(relations), std::end(relations),
+                     [&](ViewT relation) { return startsWith(prefix, relation); });
+}
+
+/// A number as a textbook has it: nobody reads a result back.
+wstring toPowerOfTen(wstring latex) {
+  constexpr ViewT exponent = u"\\mathrm{E}{";
+  std::size_t const at = latex.find(exponent);
+  return at == latex.npos ? latex : latex.replace(at, exponent.size(), u"\\cdot 10^{");
+}
+
+wstring toLatex(wstring const& formula, WrittenResultS const& result) {
+  wstring latex;
+  if (!result.value.empty()) {
+    latex.append(isRelation(formula) ? u"\\quad\\Rightarrow\\quad " : u"= ").append(toLatex(result.value));
+  }
+  if (!result.number.empty()) {
+    if (!latex.empty()) latex += u' ';
+    latex.append(result.isNumberExact ? u"= " : u"\\approx ").append(toPowerOfTen(toLatex(result.number)));
+  }
+  return latex.empty() ? latex : wstring(result_mark) + latex;
 }
 
 // ---- Reading ----------------------------------------------------------------------------------------------
@@ -280,6 +308,7 @@ class DocumentReaderC {
   }
 
   void addFormula(ViewT latex, ViewT whole) {
+    latex = latex.substr(0, latex.find(result_mark));
     auto const expression = exchange::fromLatex(wstring(latex), nullptr);
     if (expression) {
       sheet_.push_back({SHEET_FORMULA, {}, expression->toPrefixString(), {}});
@@ -357,13 +386,15 @@ class DocumentReaderC {
 
 }  // namespace
 
-wstring writeDocument(SheetT const& sheet, DocumentKindE kind) {
+wstring writeDocument(SheetT const& sheet, DocumentKindE kind, std::vector<WrittenResultS> const& results) {
   bool const isLatex = kind == DOCUMENT_LATEX;
   wstring out;
   if (isLatex) out += u"\\documentclass{article}\n\\usepackage{amsmath,amssymb}\n\\begin{document}\n\n";
-  for (SheetLineS const& line : sheet) {
+  for (std::size_t i = 0; i < sheet.size(); ++i) {
+    SheetLineS const& line = sheet[i];
     wstring const text = isLatex ? escape(line.text, latex_escapes) : escape(line.text, markdown_escapes);
-    wstring const latex = line.kind == SHEET_FORMULA ? toLatex(line.prefix) : wstring();
+    wstring latex = line.kind == SHEET_FORMULA ? toLatex(line.prefix) : wstring();
+    if (!latex.empty() && i < results.size()) latex += toLatex(line.prefix, results[i]);
     if (line.kind == SHEET_HEADING) {
       out += isLatex ? u"\\section*{" + text + u"}" : u"## " + text;
     } else if (line.kind == SHEET_TEXT) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "zolt/sheet/sheet_text.h"
 
 namespace zolt::sheet {
@@ -12,8 +14,17 @@ enum DocumentKindE {
   DOCUMENT_MARKDOWN  ///< formulas between "$$"
 };
 
-/// The sheet as a document. An incomplete formula is in a comment, in tree notation.
-wstring writeDocument(SheetT const& sheet, DocumentKindE kind);
+/// What is to be seen after a formula, in prefix notation; what is empty is not there.
+struct WrittenResultS {
+  wstring value;
+  wstring number;  ///< a decimal number
+  bool isNumberExact = false;
+};
+
+/// The sheet as a document. An incomplete formula is in a comment, in tree notation. `results` are those of
+/// the lines, in their order; there may be fewer. `readDocument` leaves them out again.
+wstring writeDocument(SheetT const& sheet, DocumentKindE kind,
+                      std::vector<WrittenResultS> const& results = {});
 
 /// What a sheet can hold of a document, which `writeDocument` need not have written: headings, paragraphs
 /// (each as one text) and displayed formulas. A formula that cannot be read becomes a text with the same

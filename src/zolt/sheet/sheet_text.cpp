@@ -1,6 +1,10 @@
 #include "zolt/sheet/sheet_text.h"
 
 #include <algorithm>
+#include <array>
+#include <locale>
+#include <sstream>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -51,6 +55,50 @@ class FormulaTrialC {
   field::FormulaFieldC field_;
 };
 
+// ---- Graphs -----------------------------------------------------------------------------------------------
+
+constexpr TextViewT graph_begin = u"[graph x ", graph_middle = u" y ", graph_end = u"]";
+/// The shortest text that reads back to the value, in every locale the same.
+wstring writeEdge(double value) {
+  constexpr int least_digits = 6, most_digits = 17;
+  std::string text;
+  double read = 0;
+  for (int digits = least_digits; digits <= most_digits && (text.empty() || read != value); ++digits) {
+    std::stringstream stream;
+    stream.imbue(std::locale::classic());
+    stream.precision(digits);
+    stream << value;
+    text = stream.str();
+    stream >> read;
+  }
+  return wstring(text.begin(), text.end());
+}
+
+wstring writeGraph(GraphWindowS const& graph) {
+  wstring text(graph_begin);
+  text += writeEdge(graph.left) + u' ' + writeEdge(graph.right);
+  text.append(graph_middle).append(writeEdge(graph.bottom) + u' ' + writeEdge(graph.top));
+  return text.append(graph_end);
+}
+
+/// Only what `writeGraph` writes is a graph: a text of a person stays one.
+bool readGraph(wstring const& text, GraphWindowS& graph) {
+  constexpr std::size_t most = 150;
+  if (text.size() > most || text.compare(0, graph_begin.size(), graph_begin) != 0) return false;
+  std::string numbers;
+  for (char16_t const c : text) {
+    bool const isNumber = (c >= u'0' && c <= u'9') || c == u'.' || c == u'-' || c == u'+' || c == u'e';
+    numbers += isNumber ? static_cast<char>(c) : ' ';
+  }
+  std::istringstream stream(numbers);
+  stream.imbue(std::locale::classic());
+  GraphWindowS read;
+  stream >> read.left >> read.right >> read.bottom >> read.top;
+  if (stream.fail() || !read.isShown() || writeGraph(read) != text) return false;
+  graph = read;
+  return true;
+}
+
 /// A line's first word, and what comes after the blank.
 std::pair<TextViewT, TextViewT> cutAtBlank(TextViewT line) {
   std::size_t const blank = std::min(line.find(u' '), line.size());
@@ -93,7 +141,7 @@ class SheetReaderC {
 
   bool keepAsText() {
     do {
-      if (sheet_.size() == max_sheet_lines) return false;
+      if (numItems_++ == max_sheet_lines) return false;
       sheet_.push_back({SHEET_TEXT, wstring(line_.substr(0, max_sheet_text)), {}, {}});
       line_.remove_prefix(sheet_.back().text.size());
     } while (!line_.empty());
@@ -125,23 +173,32 @@ class SheetReaderC {
     wstring const rest(after);
     if (word == u"end") return readEnd(rest);
     if (word == u"tree") return readTree(rest);
-    if (sheet_.size() == max_sheet_lines) return fail(SHEET_ERROR_TOO_MANY_LINES);
+    if (numItems_ == max_sheet_lines) return fail(SHEET_ERROR_TOO_MANY_LINES);
     if (isTooLong(word == u"formula" ? SHEET_FORMULA : SHEET_TEXT, rest)) return fail(SHEET_ERROR_LONG_LINE);
     if (word == u"formula") {
       if (!rest.empty() && !AlgebraicExpressionC::fromPrefixString(rest)) {
         return fail(SHEET_ERROR_BAD_EXPRESSION);
       }
       sheet_.push_back({SHEET_FORMULA, {}, rest, {}});
+    } else if (word == u"text" && readGraphOf(rest)) {
+      // It belongs to the formula before it.
     } else if (word == u"text" || word == u"heading") {
       sheet_.push_back({word == u"text" ? SHEET_TEXT : SHEET_HEADING, rest, {}, {}});
     } else {
       return fail(SHEET_ERROR_UNKNOWN_WORD);
     }
+    ++numItems_;
     return true;
   }
 
+  bool readGraphOf(wstring const& text) {
+    if (sheet_.empty() || sheet_.back().kind != SHEET_FORMULA || sheet_.back().graph.isShown()) return false;
+    return readGraph(text, sheet_.back().graph);
+  }
+
   bool readTree(wstring const& text) {
-    if (sheet_.empty() || sheet_.back().kind != SHEET_FORMULA || !sheet_.back().tree.empty()) {
+    bool const isFormula = !sheet_.empty() && sheet_.back().kind == SHEET_FORMULA;
+    if (!isFormula || !sheet_.back().tree.empty() || sheet_.back().graph.isShown()) {
       return fail(SHEET_ERROR_STRAY_TREE);
     }
     if (isTooLong(SHEET_FORMULA, text)) return fail(SHEET_ERROR_LONG_LINE);
@@ -164,7 +221,7 @@ class SheetReaderC {
   bool readEnd(TextViewT count) {
     // In a damaged sheet the number is not reliable.
     unsigned long number = 0;
-    ended_ = salvages_ || (oss::readDigits(count, 10, number) && number == sheet_.size());
+    ended_ = salvages_ || (oss::readDigits(count, 10, number) && number == numItems_);
     return ended_ || fail(SHEET_ERROR_WRONG_COUNT);
   }
 
@@ -177,6 +234,7 @@ class SheetReaderC {
   ProgressT const goOn_;
   bool ended_ = false;
   SheetT sheet_;
+  std::size_t numItems_ = 0;  // lines and graphs
   FormulaTrialC trial_;
 };
 
@@ -228,17 +286,22 @@ bool salvageSheet(wstring const& text, SheetT& sheet, ProgressT const& goOn) {
 
 bool isWithinLimits(SheetT const& sheet) {
   unsigned long size = 0;
+  std::size_t numItems = sheet.size();
   for (SheetLineS const& line : sheet) {
     if (isTooLong(SHEET_FORMULA, line.prefix) || isTooLong(SHEET_FORMULA, line.tree)) return false;
     if (isTooLong(SHEET_TEXT, line.text)) return false;
     constexpr unsigned long words_size = 20;  // "formula ", "tree " and the line ends
     size += words_size + line.text.size() + line.prefix.size() + line.tree.size();
+    if (!line.graph.isShown()) continue;
+    size += words_size + writeGraph(line.graph).size();
+    ++numItems;
   }
-  return sheet.size() <= max_sheet_lines && size <= max_sheet_characters;
+  return numItems <= max_sheet_lines && size <= max_sheet_characters;
 }
 
 wstring writeSheet(SheetT const& sheet) {
   wstring text(magic);
+  std::size_t numItems = sheet.size();
   text += u' ' + oss::toDigits(version) + u'\n';
   for (SheetLineS const& line : sheet) {
     if (line.kind == SHEET_FORMULA) {
@@ -248,11 +311,14 @@ wstring writeSheet(SheetT const& sheet) {
         appendLine(text, u"formula", line.prefix);
       }
       if (!line.tree.empty()) appendLine(text, u"tree", line.tree);
+      if (!line.graph.isShown()) continue;
+      appendLine(text, u"text", writeGraph(line.graph));
+      ++numItems;
     } else {
       appendLine(text, line.kind == SHEET_TEXT ? u"text" : u"heading", line.text);
     }
   }
-  text += u"end " + oss::toDigits(static_cast<unsigned long>(sheet.size())) + u'\n';
+  text += u"end " + oss::toDigits(static_cast<unsigned long>(numItems)) + u'\n';
   return text;
 }
 

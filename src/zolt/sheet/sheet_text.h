@@ -13,12 +13,26 @@ using oss::wstring;
 
 enum SheetLineKindE { SHEET_FORMULA, SHEET_TEXT, SHEET_HEADING };
 
+/// The part of the plane that the graph of a formula shows.
+struct GraphWindowS {
+  double left = 0, right = 0;
+  double bottom = 0, top = 0;
+
+  /// False: there is no graph.
+  bool isShown() const { return left < right && bottom < top; }
+};
+
+inline bool operator==(GraphWindowS const& a, GraphWindowS const& b) {
+  return a.left == b.left && a.right == b.right && a.bottom == b.bottom && a.top == b.top;
+}
+
 /// One line of a sheet.
 struct SheetLineS {
   SheetLineKindE kind = SHEET_FORMULA;
-  wstring text;    ///< of a text or heading
-  wstring prefix;  ///< of a formula, in prefix notation; empty when it is incomplete
-  wstring tree;    ///< of a formula, in tree notation; empty when the prefix shows the same
+  wstring text;             ///< of a text or heading
+  wstring prefix;           ///< of a formula, in prefix notation; empty when it is incomplete
+  wstring tree;             ///< of a formula, in tree notation; empty when the prefix shows the same
+  GraphWindowS graph = {};  ///< of a formula
 };
 
 using SheetT = std::vector<SheetLineS>;

@@ -103,6 +103,12 @@ bool FormulaPicture::setPrefix(oss::wstring const& prefix) {
 
 bool FormulaPicture::setTree(oss::wstring const& tree) { return field_->setNotation(tree); }
 
+void FormulaPicture::setPowersOfTen(bool powersOfTen) {
+  auto const look = powersOfTen ? surfaces::NUMBERS_WITH_POWERS : surfaces::NUMBERS_AS_TYPED;
+  graphics_->setTypesetter(fonts_->getTypesetter(look));
+  field_->refView().measureAgain();
+}
+
 bool FormulaPicture::isComplete() const { return bool(field_->diagnose().expression); }
 
 QSize FormulaPicture::size() const {
@@ -114,6 +120,11 @@ void FormulaPicture::draw() const {
   // Without a caret, every empty place is shown.
   math::ved::Node4C const& root = field_->crefView().crefRoot();
   root.display(field_->crefView().crefGraphics(), 0, 0, &root);
+}
+
+int FormulaPicture::axis() const {
+  field_->refView().getExpressionSize();  // lays out
+  return int(field_->crefView().crefRoot().getMidHeight());
 }
 
 void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,

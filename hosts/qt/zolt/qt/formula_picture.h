@@ -36,10 +36,15 @@ class FormulaPicture final {
   /// Shows a formula in the notation of `FormulaEdit::tree`. Returns false when it cannot be read.
   bool setTree(oss::wstring const& tree);
 
+  /// Shows numbers in scientific notation with powers of ten.
+  void setPowersOfTen(bool powersOfTen);
+
   /// Whether the formula is complete, that is an expression.
   bool isComplete() const;
   /// The size in surface units.
   QSize size() const;
+  /// How far below the top the axis is, on which the signs beside the formula are centred.
+  int axis() const;
   /// Paints the formula with its top-left corner at `topLeft`, at `zoom` painter units per surface unit.
   void paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
              PaintTargetE target = PAINT_PIXELS) const;
