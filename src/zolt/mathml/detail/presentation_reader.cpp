@@ -130,7 +130,8 @@ void PresentationReaderC::readRow(MathmlIdT id, TaskE kind) {
   if (!command.empty()) return readCommand(command, id, row);
   bool const isSign = row.size() == 1 && at(id).tag == MATHML_MROW && kind == TASK_ELEMENT &&
                       at(row[0]).tag == MATHML_MO && TextT(u"+-−").find(tree_.text(row[0])) != TextT::npos;
-  bool const isBraced = isSign || (kind == TASK_ELEMENT && groups(row));
+  bool const isLetter = kind == TASK_ELEMENT && tree_.attribute(id, u"data-brackets") == u"braces";
+  bool const isBraced = isSign || isLetter || (kind == TASK_ELEMENT && groups(row));
   std::size_t const end = tasks_.size();
   if (isKept) later(u"\\mathord{", id);
   if (isBraced) later(u"{", id);

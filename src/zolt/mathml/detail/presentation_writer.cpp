@@ -258,13 +258,17 @@ void PresentationWriterC::closeGroup() {
                                                 frames_[frames_.size() - 2].kind == FRAME_SCRIPT);
   // Braces that are no operand of a command are in the text for a reason.
   if (!isOperand) {
+    bool const isLetter =
+        operands_.size() == frames_.back().first + 1 && builder_.tag(operands_.back()) == u"mi";
     group_ = takeRow(u"mrow");
+    if (isLetter) builder_.addAttribute(group_, u"data-brackets", u"braces");
     return put(group_);
   }
   // Braces in the braces of a script keep it from being a part of a name or an order.
   bool const isDouble = frames_[frames_.size() - 2].kind == FRAME_SCRIPT &&
                         operands_.size() == frames_.back().first + 1 && operands_.back() == group_;
-  if (isDouble) builder_.addAttribute(group_, u"data-brackets", u"braces");
+  bool const isMarked = isDouble && builder_.tag(builder_.children(group_)[0]) == u"mi";
+  if (isDouble && !isMarked) builder_.addAttribute(group_, u"data-brackets", u"braces");
   finish(takeRow());
 }
 
