@@ -37,6 +37,7 @@ Examples:
   ved eval --diff x 'x^2*sin(x)'           x^2*cos(x)+2*x*sin(x)
   ved eval 'a := 2' 'f(x) := a*x' 'f(3)'   2, a*x, 6
   ved eval --numeric 'int(0,1,exp(-x^2),x)'
+  ved eval --numeric --solve x 'x^5=x+1'   x = 1.16730397826142
 
 The engine "basic" knows arithmetic, the functions of the palette, derivatives, finite sums, definite integrals as
 numbers, linear and quadratic equations; what it does not know it says. The engine "giac" is an algebra system in
@@ -51,6 +52,7 @@ struct SettingsS {
   CASRequestS request;
   double deadline = 2;
   bool isInDegrees = false;
+  bool isNumeric = false;
   unsigned operations = 0;  ///< how many were asked for
 };
 
@@ -65,6 +67,7 @@ FaultS describeFault(CASResultS const& result, AlgebraicExpressionC const& expre
   constexpr std::size_t longest_part = 100;
   FaultS fault;
   fault.message = toUtf8(describe(result));
+  if (result.cause == CAS_CAUSE_ONLY_ROUNDED) fault.message += "; --numeric gives them";
   PointerTC<NodeABC> const part = result.part == 0 ? nullptr : findPart(expression, result.part);
   if (!part) return fault;
   std::string const text = write(AlgebraicExpressionC(part, nullptr), RESULT_PLAIN);
@@ -145,7 +148,7 @@ void addEvalCommand(CLI::App& program, ActionT& action) {
   addChoice<ResultNotationE>(command, "--to", s.to,
                              {{"plain", RESULT_PLAIN}, {"latex", RESULT_LATEX}, {"prefix", RESULT_PREFIX}},
                              "Notation of the results");
-  addOperation(command, s, "--numeric", CAS_APPROXIMATE, "Answer with decimal numbers");
+  addFlag(command, "--numeric", s.isNumeric, "Answer with decimal numbers; also with the operations below");
   addCount(command, "--digits", s.request.digits, 1, 10000, "Digits of decimal numbers, at most");
   addOperation(command, s, "--simplify", CAS_SIMPLIFY, "Answer with a shorter equal expression");
   addOperation(command, s, "--expand", CAS_EXPAND, "Multiply products of sums out");
@@ -160,6 +163,7 @@ void addEvalCommand(CLI::App& program, ActionT& action) {
                      "What computes");
   onChosen(command, [settings, &action] {
     if (settings->operations > 1) refuse("eval", "only one operation can be done");
+    if (settings->isNumeric) settings->request.numbers = CAS_ROUNDED_NUMBERS;
     settings->request.angle = settings->isInDegrees ? CAS_DEGREES : CAS_RADIANS;
     settings->request.deadline = std::chrono::milliseconds(static_cast<long>(settings->deadline * 1000));
     action = [settings] { return run(*settings); };

@@ -51,6 +51,8 @@ CASRequestS readCommand(std::string const& command) {
   for (std::size_t i = 1; i < words.size(); ++i) {
     if (words[i] == "deg") {
       request.angle = CAS_DEGREES;
+    } else if (words[i] == "rounded") {
+      request.numbers = CAS_ROUNDED_NUMBERS;
     } else if (request.operation == CAS_APPROXIMATE) {
       request.digits = static_cast<unsigned>(std::stoul(words[i]));
     } else if (i == 1) {

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "zolt/algexpr/detail/rounding.h"
 #include "zolt/algexpr/flat_tree.h"
 #include "zolt/algexpr/make_node.h"
 
@@ -62,6 +63,22 @@ CASResultS substitute(CASRequestS const& request, PointerTC<NodeABC> const& node
   return result;
 }
 
+/// Any operation, with the constants of its result rounded when that is asked for.
+CASResultS computeNode(CASRequestS const& request, PointerTC<NodeABC> const& node,
+                       CASComputeNodeT const& compute) {
+  CASRequestS asked = request;
+  bool const isRounded = request.numbers == CAS_ROUNDED_NUMBERS;
+  if (isRounded && request.operation == CAS_EVALUATE) asked.operation = CAS_APPROXIMATE;
+  CASResultS const result =
+      asked.operation == CAS_SUBSTITUTE ? substitute(asked, node, compute) : compute(asked, node);
+  // The factors of a whole number would be its value again.
+  bool const isDone = asked.operation == CAS_APPROXIMATE || asked.operation == CAS_FACTOR;
+  if (!isRounded || isDone) return result;
+  asked.operation = CAS_APPROXIMATE;
+  asked.definitions = nullptr;
+  return detail::roundConstants(result, [&](PointerTC<NodeABC> const& part) { return compute(asked, part); });
+}
+
 }  // namespace
 
 CASResultS refuse(CASCauseE cause, unsigned long part, wstring subject) {
@@ -75,15 +92,12 @@ CASResultS refuse(CASCauseE cause, unsigned long part, wstring subject) {
 
 CASResultS computeRequest(CASRequestS const& request, bool (*isReserved)(wstring const& name),
                           CASComputeNodeT const& compute) {
-  auto const computeNode = [&](CASRequestS const& asked, PointerTC<NodeABC> const& node) {
-    return asked.operation == CAS_SUBSTITUTE ? substitute(asked, node, compute) : compute(asked, node);
-  };
   PointerTC<NodeABC> const node = request.expression ? request.expression->getNode() : nullptr;
   if (!node) return refuse(CAS_CAUSE_WRONG_ARGUMENT);
   ParentNodeABC const* const parent = node->asParent();
   bool const isAssignment =
       parent && parent->numChildren() == 2 && (node->crefName() == u":=" || node->crefName() == u":>");
-  if (!isAssignment) return computeNode(request, node);
+  if (!isAssignment) return computeNode(request, node, compute);
 
   FlatTreeC tree;
   AssignmentS assignment;
@@ -93,14 +107,16 @@ CASResultS computeRequest(CASRequestS const& request, bool (*isReserved)(wstring
   CASDefinitionS& definition = assignment.definition;
   CASResultS result;
   if (definition.parameters.empty()) {
-    result = computeNode(request, definition.value);
+    result = computeNode(request, definition.value, compute);
     if (result.part != CASResultS::no_part) result.part += assignment.source;
     if (result.outcome == CAS_ERROR) return result;
     // A later line needs all digits.
     CASRequestS exact = request;
-    exact.operation = CAS_EVALUATE;
-    bool const isExact = result.outcome == CAS_VALUE && request.operation != CAS_APPROXIMATE;
-    CASResultS const kept = isExact ? result : computeNode(exact, definition.value);
+    bool const isRounded = request.operation == CAS_APPROXIMATE || request.numbers == CAS_ROUNDED_NUMBERS;
+    exact.numbers = CAS_EXACT_NUMBERS;
+    if (result.outcome != CAS_VALUE || request.operation == CAS_APPROXIMATE) exact.operation = CAS_EVALUATE;
+    bool const isExact = result.outcome == CAS_VALUE && !isRounded;
+    CASResultS const kept = isExact ? result : computeNode(exact, definition.value, compute);
     if (kept.outcome == CAS_VALUE) definition.value = kept.value->getNode();
     FlatTreeC defined;
     if (!defined.fill(*definition.value) || mentions(defined, 0, definition.name)) {

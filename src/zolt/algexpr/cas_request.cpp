@@ -33,6 +33,14 @@ wstring describe(CASResultS const& result) {
       return {};
     case CAS_CAUSE_NEEDS_ALGEBRA:
       return u"This needs an algebra system";
+    case CAS_CAUSE_NOT_FOUND:
+      return u"The algebra system does not know a value";
+    case CAS_CAUSE_ONLY_ROUNDED:
+      return u"The solutions can be given only as rounded numbers";
+    case CAS_CAUSE_NO_REAL_SOLUTION:
+      return u"There is no real solution";
+    case CAS_CAUSE_NO_FUNCTION:
+      return name + u" is not defined";
     case CAS_CAUSE_NOT_REAL:
       return u"This has no real value";
     case CAS_CAUSE_NO_VALUE:
@@ -52,7 +60,7 @@ wstring describe(CASResultS const& result) {
     case CAS_CAUSE_UNDEFINED:
       return u"This is not defined";
     case CAS_CAUSE_WRONG_ARGUMENT:
-      return u"This is not what is needed here";
+      return u"A value of another kind is needed here";
     case CAS_CAUSE_CIRCULAR:
       return name + u" is defined by itself";
   }

@@ -48,6 +48,9 @@ class CASStopC : public oss::RefCountedBC {
 /// What a number without a unit is as an angle, and what functions that answer with an angle answer in.
 enum CASAngleE { CAS_RADIANS, CAS_DEGREES };
 
+/// What the numbers of a result are.
+enum CASNumbersE { CAS_EXACT_NUMBERS, CAS_ROUNDED_NUMBERS };
+
 /// All that an engine needs to know, as a value.
 struct CASRequestS {
   CASOperationE operation = CAS_EVALUATE;
@@ -60,6 +63,8 @@ struct CASRequestS {
   CASAngleE angle = CAS_RADIANS;
   unsigned digits = 15;  ///< significant ones of an approximate value
   std::chrono::milliseconds deadline{2000};
+  /// Rounded ones have `digits`. The solutions of an equation may be known only so.
+  CASNumbersE numbers = CAS_EXACT_NUMBERS;
 };
 
 enum CASOutcomeE {
@@ -73,10 +78,14 @@ enum CASCauseE {
   CAS_CAUSE_NONE,
   // unevaluated:
   CAS_CAUSE_NEEDS_ALGEBRA,  ///< an engine with more algebra may know
-  CAS_CAUSE_NOT_REAL,       ///< the value is no real number, or is known to exist only as a complex one
-  CAS_CAUSE_NO_VALUE,       ///< a numeric value was asked for, and `subject` is a name without one
-  CAS_CAUSE_NOT_CERTAIN,    ///< rounding leaves no digit, or no truth value, that is certain
-  CAS_CAUSE_TOO_LARGE,      ///< numbers, terms or steps beyond the engine's limits
+  CAS_CAUSE_NOT_FOUND,      ///< the algebra system does not know
+  CAS_CAUSE_ONLY_ROUNDED,   ///< there are solutions, which only rounded numbers can tell
+  CAS_CAUSE_NO_REAL_SOLUTION,
+  CAS_CAUSE_NO_FUNCTION,  ///< `subject` is a function that nothing defines
+  CAS_CAUSE_NOT_REAL,     ///< the value is no real number, or is known to exist only as a complex one
+  CAS_CAUSE_NO_VALUE,     ///< a numeric value was asked for, and `subject` is a name without one
+  CAS_CAUSE_NOT_CERTAIN,  ///< rounding leaves no digit, or no truth value, that is certain
+  CAS_CAUSE_TOO_LARGE,    ///< numbers, terms or steps beyond the engine's limits
   CAS_CAUSE_DEADLINE,
   CAS_CAUSE_STOPPED,
   CAS_CAUSE_ENGINE_LOST,  ///< the engine's process ended, or could not be started

@@ -141,31 +141,34 @@ struct GiacEngineC::SharedS {
     std::size_t nodes = 0;
     if (!addDefinitions(*node, definitions.get(), question, nodes)) return refuse(CAS_CAUSE_TOO_LARGE, 0);
     question.deadline = timeUntil(last);
-    bool const isRounded = request.operation == CAS_APPROXIMATE;
     // The embedded engine has a part of the time.
-    EndT const end = isRounded ? last - question.deadline / 3 : last;
+    bool const isShared = request.operation == CAS_APPROXIMATE || request.operation == CAS_SOLVE;
+    EndT const end = isShared ? last - question.deadline / 3 : last;
     wstring answer;
     WorkerP worker = take();
     auto const outcome = worker->ask(writeQuestion(question), end, stop, answer);
     giveBack(std::move(worker));
-    CASResultS const result = toResult(outcome, answer, request);
-    return isRounded ? roundFurther(result, request, node, last, stop) : result;
+    CASResultS result = toResult(outcome, answer, request);
+    if (isShared) result = tryEmbedded(result, request, node, last, stop);
+    if (result.cause == CAS_CAUSE_NEEDS_ALGEBRA) result.cause = CAS_CAUSE_NOT_FOUND;
+    return result;
   }
 
-  // A number that has no exact value, or few digits that are certain.
-  static CASResultS roundFurther(CASResultS const& result, CASRequestS const& request,
-                                 PointerTC<NodeABC> const& node, EndT last, CASStopC const* stop) {
+  // A number that has no exact value, or few digits that are certain; an equation without an exact solution.
+  static CASResultS tryEmbedded(CASResultS const& result, CASRequestS const& request,
+                                PointerTC<NodeABC> const& node, EndT last, CASStopC const* stop) {
     bool const isOpen = result.outcome == CAS_UNEVALUATED && result.cause != CAS_CAUSE_STOPPED &&
                         result.cause != CAS_CAUSE_NO_VALUE;
-    bool const isRough = result.outcome == CAS_VALUE && result.certainDigits < request.digits;
+    bool const isRough = request.operation == CAS_APPROXIMATE && result.outcome == CAS_VALUE &&
+                         result.certainDigits < request.digits;
     if (!isOpen && !isRough) return result;
-    CASRequestS rounded = request;
-    rounded.expression = new AlgebraicExpressionC(node, request.expression->getCASSession());
-    rounded.deadline = timeUntil(last);
-    CASResultS const known = engine_basic::BasicEngineC().compute(rounded, stop);
+    CASRequestS open = request;
+    open.expression = new AlgebraicExpressionC(node, request.expression->getCASSession());
+    open.deadline = timeUntil(last);
+    CASResultS const known = engine_basic::BasicEngineC().compute(open, stop);
     bool const isBetter =
         known.outcome == CAS_VALUE && (isOpen || known.certainDigits > result.certainDigits);
-    return isBetter ? known : result;
+    return isBetter || known.cause == CAS_CAUSE_ONLY_ROUNDED ? known : result;
   }
 
   std::string path;

@@ -129,7 +129,9 @@ ShownS findShown(AlgebraicExpressionC const& expression, LineResultS const& resu
   }
   if (shown.isNumber) return shown;
   CASResultS const& number = result.number;
-  bool const isOpen = number.cause == CAS_CAUSE_NO_VALUE && result.value.cause == CAS_CAUSE_NEEDS_ALGEBRA;
+  bool const isUnknown =
+      result.value.cause == CAS_CAUSE_NEEDS_ALGEBRA || result.value.cause == CAS_CAUSE_NOT_FOUND;
+  bool const isOpen = number.cause == CAS_CAUSE_NO_VALUE && isUnknown;
   if (isOpen) return shown;
   shown.reason = number.outcome == CAS_ERROR && number.cause != CAS_CAUSE_NONE ? &number : &result.value;
   return shown;

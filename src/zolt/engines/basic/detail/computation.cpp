@@ -1,15 +1,14 @@
 #include "zolt/engines/basic/detail/computation.h"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <map>
 #include <utility>
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
+#include "zolt/engines/basic/detail/equation.h"
 #include "zolt/engines/basic/detail/exact.h"
 #include "zolt/engines/basic/detail/numeric.h"
 #include "zolt/engines/basic/detail/term_calculus.h"
@@ -21,6 +20,7 @@ namespace zolt::engine_basic::detail {
 namespace {
 
 constexpr unsigned double_digits = 15;
+constexpr unsigned most_digits = 10000;
 
 bool isError(CASCauseE cause) { return cause >= CAS_CAUSE_DIVISION_BY_ZERO; }
 
@@ -140,14 +140,14 @@ CASResultS ComputationC::approximate(BallS const& ball, TypeE type) {
     NodeP const infinity = makeNamed({math::common::infinity_sign});
     return value(ball.middle > 0 ? infinity : makeOperation(u"_neg", {infinity}));
   }
-  unsigned const asked = std::clamp(request_.digits, 1U, 10000U);
+  unsigned const asked = std::clamp(request_.digits, 1U, most_digits);
   if (ball.isExact()) return decimal(RationalC::fromDouble(ball.middle), asked, true);
   unsigned const certain = countCertainDigits(ball);
   return decimal(RationalC::fromDouble(ball.middle), std::min(asked, certain), false);
 }
 
 CASResultS ComputationC::approximate() {
-  unsigned const asked = std::clamp(request_.digits, 1U, 10000U);
+  unsigned const asked = std::clamp(request_.digits, 1U, most_digits);
   BallS ball;
   TypeE const type = plan_.steps[plan_.result].type;
   bool isKnown = !plan_.hasDerivative && NumericC(plan_, request_.angle, watch_).run(plan_.result, ball);
@@ -222,7 +222,11 @@ CASResultS ComputationC::factor(TermT term) {
   }
   if (divisor >= last_divisor) return fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
   if (!rest.isOne() || factors.empty()) add(rest, 1);
-  if (isNegative) factors[0] = makeOperation(u"_neg", {factors[0]});
+  if (isNegative) {
+    bool const isPower = factors[0]->asParent() != nullptr;
+    factors[0] = isPower ? makeOperation(u"_neg", {factors[0]})
+                         : makeNumber(math::common::minus_sign + factors[0]->crefName());
+  }
   return value(makeOperation(u"*", std::move(factors)));
 }
 
@@ -248,79 +252,33 @@ CASResultS ComputationC::integrate(TermT term) {
   return watch_.hasFailed() ? fail() : fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
 }
 
-// Linear and quadratic equations. An equation with the variable in denominators is multiplied by these, and a
-// solution at which one of them is 0 is none.
 CASResultS ComputationC::solve(TermT term) {
-  TermT const unknown = variable();
-  TermT polynomial = expand(pool_, term);
-  std::map<TermT, RationalC> poles;  // what is in denominators, with its highest power
-  for (TermT part : pool_.partsOf(polynomial)) {
-    for (FactorS const& factor : pool_.cref(part).factors) {
-      bool const isBelow = pool_.isInteger(factor.exponent) && pool_.numberOf(factor.exponent).sign() < 0;
-      if (!isBelow || !dependsOn(pool_, factor.base, unknown)) continue;
-      RationalC const power = -pool_.numberOf(factor.exponent);
-      RationalC& highest = poles[factor.base];
-      if (RationalC::compare(power, highest) > 0) highest = power;
-    }
-  }
-  TermT denominator = TermPoolC::one;
-  for (auto const& pole : poles) {
-    TermT const power = pool_.power(pole.first, pool_.number(pole.second));
-    denominator = pool_.multiply(denominator, power);
-  }
-  if (denominator != TermPoolC::one) {
-    std::vector<SummandS> summands = pool_.cref(polynomial).summands;
-    if (summands.empty()) summands.push_back({polynomial, 1});
-    for (SummandS& summand : summands)
-      summand.term = expand(pool_, pool_.multiply(summand.term, denominator));
-    polynomial = expand(pool_, pool_.sum(std::move(summands)));
-  }
-  std::vector<TermT> coefficients;
-  bool const isPolynomial =
-      !watch_.hasFailed() && findCoefficients(pool_, polynomial, unknown, 2, coefficients);
-  if (watch_.hasFailed()) return fail();
-  if (!isPolynomial) return fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
-  if (coefficients.size() == 1) {
-    if (coefficients[0] == TermPoolC::zero && denominator == TermPoolC::one) return value(makeNamed(u"true"));
-    int const sign = findSign(pool_, coefficients[0]);
-    bool const isNever = sign == 1 || sign == -1;
-    return isNever ? value(makeNamed(u"false")) : fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
-  }
-  std::vector<TermT> solutions;
-  if (coefficients.size() == 2) {
-    solutions.push_back(pool_.scale(pool_.divide(coefficients[0], coefficients[1]), -1));
-  } else {
-    auto const [c, b, a] = std::array<TermT, 3>{coefficients[0], coefficients[1], coefficients[2]};
-    TermT const square = pool_.power(b, TermPoolC::two);
-    TermT const discriminant = expand(pool_, pool_.subtract(square, pool_.scale(pool_.multiply(a, c), 4)));
-    if (findSign(pool_, discriminant) == -1) return fail({CAS_CAUSE_NOT_REAL, 0, {}});
-    TermT const root = apply(pool_, OP_SQRT, {discriminant});
-    TermT const twice = pool_.scale(a, 2);
-    for (std::int64_t const sign : {-1, 1}) {
-      TermT const top = pool_.sum({{b, -1}, {root, sign}});
-      TermT const solution = expand(pool_, pool_.divide(top, twice));
-      if (solutions.empty() || solutions[0] != solution) solutions.push_back(solution);
-    }
-    // The smaller one first.
-    int const sign = solutions.size() == 2 ? findSign(pool_, pool_.subtract(solutions[1], solutions[0])) : 1;
-    if (sign == -1) std::swap(solutions[0], solutions[1]);
-  }
-  if (watch_.hasFailed()) return fail();
-  auto const isPole = [&](TermT solution) {
-    TermT const there = expand(pool_, substitute(pool_, denominator, unknown, solution));
-    if (there == TermPoolC::zero && !watch_.isOver()) watch_.takeFault();
-    return there == TermPoolC::zero;
-  };
-  solutions.erase(std::remove_if(solutions.begin(), solutions.end(), isPole), solutions.end());
+  SolutionsS solutions;
+  bool const isRounded = request_.numbers == CAS_ROUNDED_NUMBERS;
+  unsigned const digits = isRounded ? std::clamp(request_.digits, 1U, most_digits) : 0;
+  if (!solveEquation(pool_, term, variable(), digits, solutions)) return fail();
+  if (solutions.kind == SolutionsS::ALL) return value(makeNamed(u"true"));
   FractionsE const fractions = plan_.hasDecimals ? FRACTIONS_AS_DECIMALS : FRACTIONS_AS_QUOTIENTS;
-  std::vector<NodeP> equations;
-  for (TermT solution : solutions) {
-    NodeP const node = writeTerm(pool_, solution, fractions, plan_.slots);
-    if (!node) return fail();
-    equations.push_back(makeOperation(u"=", {makeNamed(request_.variable), node}));
+  std::vector<NodeP> numbers;
+  for (TermT solution : solutions.exact) {
+    numbers.push_back(writeTerm(pool_, solution, fractions, plan_.slots));
+    if (!numbers.back()) return fail();
   }
-  if (equations.empty()) return value(makeNamed(u"false"));
-  return value(equations.size() == 1 ? equations[0] : makeFunction(u"list", std::move(equations)));
+  unsigned certain = CASResultS::all_digits;
+  for (std::size_t i = 0; i < solutions.rounded.size(); ++i) {
+    CASResultS const number = decimal(solutions.rounded[i], digits, solutions.isRoundedExact[i]);
+    certain = std::min(certain, number.certainDigits);
+    numbers.push_back(number.value->getNode());
+  }
+  if (numbers.empty()) return value(makeNamed(u"false"));
+  std::vector<NodeP> equations;
+  for (NodeP const& number : numbers) {
+    equations.push_back(makeOperation(u"=", {makeNamed(request_.variable), number}));
+  }
+  CASResultS result =
+      value(equations.size() == 1 ? equations[0] : makeFunction(u"list", std::move(equations)));
+  result.certainDigits = certain;
+  return result;
 }
 
 }  // namespace zolt::engine_basic::detail

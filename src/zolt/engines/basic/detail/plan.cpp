@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 
+#include "zolt/algexpr/cas_engine.h"
 #include "zolt/algexpr/flat_tree.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
@@ -50,6 +51,22 @@ constexpr FunctionS functions[] = {{u"^", OP_POWER, 2, TYPE_NUMBER, TYPE_NUMBER}
                                    {u"sum", OP_TOTAL, 4, TYPE_NUMBER, TYPE_NUMBER},
                                    {u"integral", OP_INTEGRAL, 4, TYPE_NUMBER, TYPE_NUMBER},
                                    {u"diff", OP_DIFF, 2, TYPE_NUMBER, TYPE_NUMBER}};
+
+/// Whether an engine with more algebra, or the step that knows tables and sets, has such a function: every
+/// construct of the catalogues, and what mathematics has by name.
+bool isKnownFunction(wstring const& name) {
+  static auto const& named = *new std::set<wstring>{
+      u"asinh",         u"acosh", u"atanh",     u"cot",     u"sec",      u"csc",    u"re",       u"im",
+      u"arg",           u"sign",  u"sgn",       u"gcd",     u"lcm",      u"min",    u"max",      u"Gamma",
+      u"erf",           u"erfc",  u"Si",        u"Ci",      u"Ei",       u"Beta",   u"Zeta",     u"Psi",
+      u"LambertW",      u"conj",  u"norm",      u"det",     u"percent",  u"limit",  u"pdiff",    u"diffn",
+      u"pdiffn",        u"iff",   u"implies",   u"set",     u"binomial", u"cases",  u"matrix",   u"product",
+      u"union",         u"in",    u"intersect", u"notin",   u"setminus", u"subset", u"permille", u"subseteq",
+      u"interval",      u"list",  u"to",        u"approx",  u"equiv",    u"propto", u"parallel", u"perp",
+      u"partial",       u"nabla", u"-+",        u"_negpos", u"vec",      u"hat",    u"dot",      u"index",
+      u"antiderivative"};
+  return named.count(name) > 0 || StandardEngineC().isCoreFunction(name);
+}
 
 class PlannerC {
  public:
@@ -318,8 +335,12 @@ class PlannerC {
       if (isOpen(*definition)) return fail(CAS_CAUSE_CIRCULAR, part, name);
       frame.shape = SHAPE_CALL;
       frame.definition = definition;
+    } else if (definitions_ && definitions_->find(name) && !definitions_->find(name)->parameters.empty()) {
+      return fail(CAS_CAUSE_WRONG_ARGUMENT, part);
     } else {
-      return fail(CAS_CAUSE_NEEDS_ALGEBRA, part);
+      bool const isKnown = isKnownFunction(name);
+      return fail(isKnown ? CAS_CAUSE_NEEDS_ALGEBRA : CAS_CAUSE_NO_FUNCTION, part,
+                  isKnown ? wstring() : name);
     }
     return true;
   }

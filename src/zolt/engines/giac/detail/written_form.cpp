@@ -101,6 +101,10 @@ class FormC {
           std::find_if(terms.begin(), terms.end(), [](auto const& term) { return !term.isNegative; });
       if (first != terms.end()) std::rotate(terms.begin(), first, first + 1);
     }
+    // Nor does a number, unless what comes next would begin with a minus.
+    bool const isNumberFirst = terms.size() > 1 && !terms[0].isNegative && !terms[1].isNegative &&
+                               isConstant(*terms[0].size) && !isConstant(*terms[1].size);
+    if (isNumberFirst) std::rotate(terms.begin(), terms.begin() + 1, terms.end());
     NodeP total = terms[0].isNegative ? negate(terms[0].size) : terms[0].size;
     for (std::size_t i = 1; i < terms.size(); ++i) {
       total = makeOperation(terms[i].isNegative ? u"-" : u"+", {total, terms[i].size});

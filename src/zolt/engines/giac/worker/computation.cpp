@@ -29,6 +29,17 @@ bool hasEqualTerms(gen const& value) {
   return false;
 }
 
+/// Whether there is a root, which to the algebra system is a power.
+bool hasRoot(gen const& value) {
+  if (value.type == _VECT) return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRoot);
+  if (value.type != _SYMB) return false;
+  gen const& operand = value._SYMBptr->feuille;
+  unary_function_ptr const& function = value._SYMBptr->sommet;
+  bool const isRoot = function == at_sqrt ||
+                      (function == at_pow && operand.type == _VECT && operand._VECTptr->back().type == _FRAC);
+  return isRoot || hasRoot(operand);
+}
+
 bool hasRootInSum(gen const& value) {
   if (value.type == _VECT) {
     return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRootInSum);
@@ -36,8 +47,7 @@ bool hasRootInSum(gen const& value) {
   if (value.type == _FRAC) return hasRootInSum(value._FRACptr->num) || hasRootInSum(value._FRACptr->den);
   if (value.type != _SYMB) return false;
   gen const& operand = value._SYMBptr->feuille;
-  return value._SYMBptr->sommet == at_plus ? hasFunction(operand, at_sqrt) || hasRootInSum(operand)
-                                           : hasRootInSum(operand);
+  return value._SYMBptr->sommet == at_plus ? hasRoot(operand) : hasRootInSum(operand);
 }
 
 /// What a person would rather not read: nodes, and roots in denominators.
@@ -51,13 +61,14 @@ int measure(gen const& value) {
   if (isExactReal(value)) return value.type == _FRAC ? 2 : 1;
   if (value.type == _FRAC) {
     gen const& below = value._FRACptr->den;
-    return 2 + measure(value._FRACptr->num) + measure(below) + (hasRootInSum(below) ? root_below : 0);
+    return 2 + measure(value._FRACptr->num) + measure(below) +
+           (hasRootInSum(below) || below.type == _CPLX ? root_below : 0);
   }
   if (value.type != _SYMB) return 1;
   unary_function_ptr const& function = value._SYMBptr->sommet;
   gen const& operand = value._SYMBptr->feuille;
-  bool const hasRoot = function == at_inv && (hasFunction(operand, at_sqrt) || hasFunction(operand, at_pow));
-  bool const isBelow = hasRoot && (lidnt(operand).empty() || hasRootInSum(operand));
+  bool const hasPower = function == at_inv && (hasFunction(operand, at_sqrt) || hasFunction(operand, at_pow));
+  bool const isBelow = hasPower && (lidnt(operand).empty() || hasRootInSum(operand));
   return 1 + measure(operand) + (isBelow ? root_below : 0) + (hasEqualTerms(value) ? equal_terms : 0);
 }
 
@@ -216,6 +227,10 @@ gen ComputationC::shorten(gen const& whole) {
   constexpr int most_simplified = 60, most_constant = 400;
   if (value.type != _SYMB && value.type != _FRAC) return value;
   if (isExactReal(value)) return value;
+  if (value.type == _FRAC && value._FRACptr->den.type == _CPLX) {
+    gen const below = conj(value._FRACptr->den, &context_);
+    return rdiv(value._FRACptr->num * below, value._FRACptr->den * below, &context_);
+  }
   int const size = measure(value);
   gen best = value;
   int least = size;

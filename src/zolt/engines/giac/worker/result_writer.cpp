@@ -148,6 +148,21 @@ ResultWriterC::NodeP ResultWriterC::writeCall(wstring const& name, vecteur const
   return makeFunction(name, std::move(nodes));
 }
 
+// A whole power of a root is one power, and one of a negative is that of its size; null for any other.
+ResultWriterC::NodeP ResultWriterC::writePowerOf(gen const& base, gen const& exponent) {
+  if (base.type != _SYMB || exponent.type != _INT_) return nullptr;
+  gen const& inside = base._SYMBptr->feuille;
+  if (base._SYMBptr->sommet == at_neg) {
+    NodeP const power = writeCall(u"^", makevecteur(inside, exponent));
+    return exponent.val % 2 == 0 ? power : makeFunction(u"_neg", {power});
+  }
+  bool const isRoot = base._SYMBptr->sommet == at_pow && inside.type == _VECT &&
+                      inside._VECTptr->size() == 2 && inside._VECTptr->back().type == _FRAC;
+  if (!isRoot) return nullptr;
+  gen const product = inside._VECTptr->back() * exponent;
+  return product.type == _FRAC ? writeCall(u"^", makevecteur(inside._VECTptr->front(), product)) : nullptr;
+}
+
 ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   unary_function_ptr const& function = value._SYMBptr->sommet;
   gen const& operand = value._SYMBptr->feuille;
@@ -165,6 +180,9 @@ ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   if (function == at_derive) {
     bool const isFirst = arguments.size() == 2;
     return isFirst || arguments.size() == 3 ? writeCall(isFirst ? u"diff" : u"diffn", arguments) : nullptr;
+  }
+  if (function == at_pow && arguments.size() == 2) {
+    if (NodeP const power = writePowerOf(arguments[0], arguments[1])) return power;
   }
   bool const isInDegrees = angle_ == CAS_DEGREES && arguments.size() == 1;
   bool const takesAngle = function == at_sin || function == at_cos || function == at_tan ||

@@ -26,6 +26,7 @@ class ResultWriterC {
   NodeP writeNode(gen const& value);
   NodeP writeFraction(gen const& value);
   NodeP writeIdentifier(gen const& value);
+  NodeP writePowerOf(gen const& base, gen const& exponent);
   NodeP writeFunction(gen const& value);
   NodeP writeCall(wstring const& name, giac::vecteur const& arguments);
   NodeP writeList(gen const& value);
