@@ -189,6 +189,7 @@ class EvalTest(unittest.TestCase):
     def test_operations(self):
         for options, text, expected in (
             (["--numeric", "--digits", "5"], "sqrt(2)", "1.4142"),
+            (["--numeric", "--digits", "25", "--solve", "x"], "x^3=x+1", "x = 1.324717957244746025960909"),
             (["--solve", "x", "--to", "prefix"], "x^2=4", "list(=(x,−2),=(x,2))"),
             (["--diff", "x", "--to", "latex"], "x^3", "3x^{2}"),
             (["--integrate", "t"], "3*t^2", "t^3"),
@@ -199,7 +200,7 @@ class EvalTest(unittest.TestCase):
             with self.subTest(options):
                 status, out, err = ved("eval", *options, text)
                 self.assertEqual((out.decode(), err, status), (expected + "\n", b"", OK))
-        self.assertEqual(ved("eval", "--numeric", "--expand", "x")[0], USAGE)
+        self.assertEqual(ved("eval", "--factor", "--expand", "x")[0], USAGE)
         missing = subprocess.run(
             [VED, "eval", "--engine", "giac", "1"], env={"ZOLT_GIAC_WORKER": "/nowhere"}, capture_output=True, check=False
         )

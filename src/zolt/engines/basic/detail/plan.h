@@ -107,6 +107,9 @@ struct FunctionS {
 /// Null when the engine does not know it.
 FunctionS const* findFunction(wstring const& name);
 FunctionS const* findFunction(OpE op);
+/// Whether an engine with more algebra, or what lowers tables and sets, has such a function: every construct
+/// of the catalogues, and what mathematics has by name.
+bool isKnownFunction(wstring const& name);
 
 /// Makes the plan of an expression. False, with the watch's fault, when it is none for this engine.
 [[nodiscard]] bool makePlan(NodeABC const& expression, CASDefinitionsC const* definitions, WatchC& watch,
