@@ -39,8 +39,8 @@ Examples:
   ved eval --numeric 'int(0,1,exp(-x^2),x)'
   ved eval --numeric --solve x 'x^5=x+1'   x = 1.16730397826142
 
-The engine "basic" knows arithmetic, the functions of the palette, derivatives, finite sums, definite integrals as
-numbers, linear and quadratic equations; what it does not know it says. The engine "giac" is an algebra system in
+The engine "basic" knows arithmetic, the functions of the palette, derivatives, finite sums, simple antiderivatives,
+definite integrals, polynomial equations; what it does not know it says. The engine "giac" is an algebra system in
 a process of its own, where it is installed; to it "i" is the imaginary unit.)";
 
 struct SettingsS {

@@ -41,7 +41,7 @@ RealFunctionC::RealFunctionC(AlgebraicExpressionC const& expression, oss::wstrin
   PointerTC<NodeABC> const node = expression.getNode();
   if (definitions) definitions = definitions->without(variable);
   if (!node || !makePlan(*node, definitions.get(), state.watch, state.plan)) return;
-  bool isOpen = state.plan.hasDerivative || state.plan.steps[state.plan.result].type == TYPE_TRUTH;
+  bool isOpen = state.plan.needsTerms || state.plan.steps[state.plan.result].type == TYPE_TRUTH;
   for (wstring const& name : state.plan.names) isOpen = isOpen || name != variable;
   if (isOpen) return;
   state.numeric = std::make_unique<NumericC>(state.plan, angle, state.watch);

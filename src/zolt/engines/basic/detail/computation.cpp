@@ -13,6 +13,7 @@
 #include "zolt/engines/basic/detail/numeric.h"
 #include "zolt/engines/basic/detail/term_calculus.h"
 #include "zolt/engines/basic/detail/term_functions.h"
+#include "zolt/engines/basic/detail/term_integral.h"
 #include "zolt/engines/basic/detail/term_plan.h"
 
 namespace zolt::engine_basic::detail {
@@ -150,7 +151,7 @@ CASResultS ComputationC::approximate() {
   unsigned const asked = std::clamp(request_.digits, 1U, most_digits);
   BallS ball;
   TypeE const type = plan_.steps[plan_.result].type;
-  bool isKnown = !plan_.hasDerivative && NumericC(plan_, request_.angle, watch_).run(plan_.result, ball);
+  bool isKnown = !plan_.needsTerms && NumericC(plan_, request_.angle, watch_).run(plan_.result, ball);
   unsigned certain = isKnown ? countCertainDigits(ball) : 0;
   bool const isEnough =
       isKnown && (type == TYPE_TRUTH || std::isinf(ball.middle) || (ball.isExact() && ball.middle != 0) ||
@@ -170,13 +171,15 @@ CASResultS ComputationC::approximate() {
       return value(makeNamed(pool_.isFunction(term, OP_TRUE) ? u"true" : u"false"));
     }
     BallS better;
-    if (findValue(pool_, term, &better) && (!isKnown || countCertainDigits(better) > certain)) {
+    bool const isBetter = runTerm(term, better);
+    // It is the reason when there is no other.
+    bool const hasReason = isKnown || fault.cause != CAS_CAUSE_NONE;
+    if (!isBetter && hasReason && !watch_.isOver()) watch_.takeFault();
+    if (isBetter && (!isKnown || countCertainDigits(better) > certain)) {
       ball = better;
       certain = countCertainDigits(better);
       isKnown = true;
     }
-    bool const hasNoValue = !isKnown && fault.cause == CAS_CAUSE_NONE && !watch_.hasFailed();
-    if (hasNoValue) static_cast<void>(findFault(term));
   }
   if (isKnown && (certain > 0 || ball.isExact() || type == TYPE_TRUTH)) return approximate(ball, type);
   bool const isBetterReason = watch_.isOver() || isError(watch_.crefFault().cause);
@@ -185,10 +188,8 @@ CASResultS ComputationC::approximate() {
   return fail({CAS_CAUSE_NOT_CERTAIN, 0, {}});
 }
 
-// Runs the term once more for the reason why it has no value.
-bool ComputationC::findFault(TermT term) {
+bool ComputationC::runTerm(TermT term, BallS& ball) {
   PlanS plan;
-  BallS ball;
   return makePlan(pool_, term, watch_, plan) &&
          NumericC(plan, request_.angle, watch_).run(static_cast<std::uint32_t>(plan.steps.size() - 1), ball);
 }
@@ -248,7 +249,8 @@ TermT ComputationC::simplify(TermT term) {
 
 CASResultS ComputationC::integrate(TermT term) {
   TermT antiderivative = TermPoolC::zero;
-  if (integratePolynomial(pool_, term, variable(), &antiderivative)) return finish(antiderivative);
+  ReachE reach = REACH_UNKNOWN;
+  if (integrateTerm(pool_, term, variable(), &antiderivative, &reach)) return finish(antiderivative);
   return watch_.hasFailed() ? fail() : fail({CAS_CAUSE_NEEDS_ALGEBRA, 0, {}});
 }
 

@@ -31,7 +31,8 @@ class ComputationC {
   CASResultS factor(TermT term);
   CASResultS solve(TermT term);
   CASResultS integrate(TermT term);
-  bool findFault(TermT term);
+  /// The numeric value of a term; false with the watch's fault.
+  bool runTerm(TermT term, BallS& ball);
   TermT variable();
 
   CASRequestS const& request_;

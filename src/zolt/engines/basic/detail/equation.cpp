@@ -89,10 +89,9 @@ class SolverC {
       return;
     }
     int const sign = findSign(pool_, value);
-    if (sign == 2) watch_.fail(CAS_CAUSE_NEEDS_ALGEBRA, 0, {});
     if (sign == -1) return;
     TermT const root = apply(pool_, OP_ROOT, {value, index});
-    if (sign == 1) all.push_back(pool_.scale(root, -1));
+    if (sign != 0) all.push_back(pool_.scale(root, -1));
     all.push_back(root);
   }
 

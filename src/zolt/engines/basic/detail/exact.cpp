@@ -5,6 +5,7 @@
 
 #include "zolt/engines/basic/detail/term_calculus.h"
 #include "zolt/engines/basic/detail/term_functions.h"
+#include "zolt/engines/basic/detail/term_plan.h"
 
 namespace zolt::engine_basic::detail {
 
@@ -70,6 +71,8 @@ TermT ExactC::runStep(StepS const& step) {
       return leave(step);
     case OP_INTEGRAL:
       return integrate(step);
+    case OP_ANTIDERIVATIVE:
+      return findAntiderivative(step);
     case OP_DIFF: {
       TermT const variable = slots_[step.index];
       TermT const derivative = differentiate(pool_, operand(step, 1), variable);
@@ -161,14 +164,33 @@ TermT ExactC::leave(StepS const& step) {
   return pool_.function(step.op, {operand(step, 0), operand(step, 1), operand(step, 2), slots_[step.index]});
 }
 
+bool ExactC::isWithin(ReachE reach, TermT bound) {
+  if (reach == REACH_EVERYWHERE || reach == REACH_UNKNOWN) return reach == REACH_EVERYWHERE;
+  int const sign = findSign(pool_, bound);
+  return sign == 1 || (sign == 0 && reach == REACH_FROM_ZERO);
+}
+
+// With the value that the variable has outside put in.
+TermT ExactC::findAntiderivative(StepS const& step) {
+  TermT antiderivative = TermPoolC::zero;
+  ReachE reach = REACH_UNKNOWN;
+  TermT const slot = slots_[step.index];
+  if (integrateTerm(pool_, operand(step, 1), slot, &antiderivative, &reach)) {
+    return substitute(pool_, antiderivative, slot, operand(step, 0));
+  }
+  watch_.fail(CAS_CAUSE_NEEDS_ALGEBRA);
+  return TermPoolC::zero;
+}
+
 TermT ExactC::integrate(StepS const& step) {
   TermT const lower = operand(step, 0), upper = operand(step, 1);
   TermT const slot = slots_[step.index];
   TermT antiderivative = TermPoolC::zero;
   if (isInfinite(lower) || isInfinite(upper)) return leave(step);
-  if (!integratePolynomial(pool_, operand(step, 2), slot, &antiderivative)) {
-    return watch_.hasFailed() ? TermPoolC::zero : leave(step);
-  }
+  ReachE reach = REACH_UNKNOWN;
+  bool const isKnown = integrateTerm(pool_, operand(step, 2), slot, &antiderivative, &reach);
+  if (watch_.hasFailed()) return TermPoolC::zero;
+  if (!isKnown || !isWithin(reach, lower) || !isWithin(reach, upper)) return leave(step);
   // One after the other: terms are sorted by when they were made.
   TermT const atUpper = substitute(pool_, antiderivative, slot, upper);
   TermT const atLower = substitute(pool_, antiderivative, slot, lower);

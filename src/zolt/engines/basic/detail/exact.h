@@ -1,5 +1,6 @@
 #pragma once
 
+#include "zolt/engines/basic/detail/term_integral.h"
 #include "zolt/engines/basic/detail/term_pool.h"
 
 namespace zolt::engine_basic::detail {
@@ -33,6 +34,8 @@ class ExactC {
   bool begin(std::uint32_t at, std::uint32_t& next);
   bool endTotal(std::uint32_t at, std::uint32_t& next);
   TermT integrate(StepS const& step);
+  TermT findAntiderivative(StepS const& step);
+  bool isWithin(ReachE reach, TermT bound);
   TermT leave(StepS const& step);
 
   PlanS const& plan_;

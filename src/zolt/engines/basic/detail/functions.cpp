@@ -45,7 +45,8 @@ constexpr FunctionS functions[] = {{u"^", OP_POWER, 2, TYPE_NUMBER, TYPE_NUMBER}
                                    {u"or", OP_OR, 0, TYPE_TRUTH, TYPE_TRUTH},
                                    {u"sum", OP_TOTAL, 4, TYPE_NUMBER, TYPE_NUMBER},
                                    {u"integral", OP_INTEGRAL, 4, TYPE_NUMBER, TYPE_NUMBER},
-                                   {u"diff", OP_DIFF, 2, TYPE_NUMBER, TYPE_NUMBER}};
+                                   {u"diff", OP_DIFF, 2, TYPE_NUMBER, TYPE_NUMBER},
+                                   {u"antiderivative", OP_ANTIDERIVATIVE, 2, TYPE_NUMBER, TYPE_NUMBER}};
 
 }  // namespace
 
@@ -67,15 +68,14 @@ FunctionS const* findFunction(OpE op) {
 
 bool isKnownFunction(wstring const& name) {
   static auto const& named = *new std::set<wstring>{
-      u"asinh",         u"acosh", u"atanh",     u"cot",     u"sec",      u"csc",    u"re",       u"im",
-      u"arg",           u"sign",  u"sgn",       u"gcd",     u"lcm",      u"min",    u"max",      u"Gamma",
-      u"erf",           u"erfc",  u"Si",        u"Ci",      u"Ei",       u"Beta",   u"Zeta",     u"Psi",
-      u"LambertW",      u"conj",  u"norm",      u"det",     u"percent",  u"limit",  u"pdiff",    u"diffn",
-      u"pdiffn",        u"iff",   u"implies",   u"set",     u"binomial", u"cases",  u"matrix",   u"product",
-      u"union",         u"in",    u"intersect", u"notin",   u"setminus", u"subset", u"permille", u"subseteq",
-      u"interval",      u"list",  u"to",        u"approx",  u"equiv",    u"propto", u"parallel", u"perp",
-      u"partial",       u"nabla", u"-+",        u"_negpos", u"vec",      u"hat",    u"dot",      u"index",
-      u"antiderivative"};
+      u"asinh",    u"acosh", u"atanh",     u"cot",     u"sec",      u"csc",    u"re",       u"im",
+      u"arg",      u"sign",  u"sgn",       u"gcd",     u"lcm",      u"min",    u"max",      u"Gamma",
+      u"erf",      u"erfc",  u"Si",        u"Ci",      u"Ei",       u"Beta",   u"Zeta",     u"Psi",
+      u"LambertW", u"conj",  u"norm",      u"det",     u"percent",  u"limit",  u"pdiff",    u"diffn",
+      u"pdiffn",   u"iff",   u"implies",   u"set",     u"binomial", u"cases",  u"matrix",   u"product",
+      u"union",    u"in",    u"intersect", u"notin",   u"setminus", u"subset", u"permille", u"subseteq",
+      u"interval", u"list",  u"to",        u"approx",  u"equiv",    u"propto", u"parallel", u"perp",
+      u"partial",  u"nabla", u"-+",        u"_negpos", u"vec",      u"hat",    u"dot",      u"index"};
   return named.count(name) > 0 || StandardEngineC().isCoreFunction(name);
 }
 

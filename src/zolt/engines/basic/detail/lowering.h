@@ -6,6 +6,7 @@
 
 #include "zolt/algexpr/cas_request.h"
 #include "zolt/algexpr/flat_tree.h"
+#include "zolt/engines/basic/detail/rational.h"
 #include "zolt/engines/basic/detail/watch.h"
 
 namespace zolt::engine_basic::detail {
@@ -58,6 +59,9 @@ class LoweringC {
   NodeP makeWhole(std::uint32_t at, std::int64_t value);
   bool makeOne(NodeP node, LoweredS& lowered);
   bool makeTruth(std::uint32_t at, bool isTrue, LoweredS& lowered);
+  /// The values of cells that are all numbers.
+  bool readNumbers(std::vector<NodeP> const& cells, std::vector<RationalC>& numbers);
+  bool findDeterminant(std::vector<RationalC> cells, unsigned long size, RationalC& determinant);
   NodeP determinantOf(std::uint32_t at, std::vector<NodeP> const& cells, unsigned long size);
   bool evaluateWhole(std::uint32_t at, NodeP const& node, std::int64_t& value);
   bool holds(std::uint32_t at, NodeP const& condition, bool& isTrue);

@@ -1,10 +1,27 @@
 #include <utility>
 
 #include "zolt/algexpr/make_node.h"
+#include "zolt/common/decimal_text.h"
+#include "zolt/common/signs.h"
 #include "zolt/engines/basic/detail/lowering.h"
 
 // Tables by their cells.
 namespace zolt::engine_basic::detail {
+
+namespace {
+
+bool readNumber(NodeABC const& node, RationalC& number) {
+  wstring const& text = node.crefName();
+  std::size_t const at = math::common::isMinus(text[0]) && text.size() > 1 ? 1 : 0;
+  return math::common::startsNumber(text[at]) && RationalC::fromText(text, number);
+}
+
+wstring writeWhole(BigIntegerC const& value) {
+  wstring const digits = value.toDigits();
+  return value.sign() < 0 ? math::common::minus_sign + digits : digits;
+}
+
+}  // namespace
 
 bool LoweringC::lowerTable(std::uint32_t at, LoweredS& lowered) {
   lowered = {KIND_TABLE, 0, {}};
@@ -116,11 +133,65 @@ bool LoweringC::lowerPower(std::uint32_t at, LoweredS const& a, LoweredS const& 
   return true;
 }
 
-// By the first row; larger ones take steps beyond counting, and elimination needs to know what is 0.
+bool LoweringC::readNumbers(std::vector<NodeP> const& cells, std::vector<RationalC>& numbers) {
+  for (NodeP const& cell : cells) {
+    CASResultS const value = evaluate_(cell);
+    NodeP const node = value.outcome == CAS_VALUE ? value.value->getNode() : nullptr;
+    ParentNodeABC const* const fraction = node ? node->asParent() : nullptr;
+    bool const isNegative = fraction && node->crefName() == u"_neg";
+    ParentNodeABC const* const quotient = isNegative ? fraction->child(0).asParent() : fraction;
+    RationalC above, below = 1;
+    bool const isNumber = quotient ? quotient->crefName() == u"/" && quotient->numChildren() == 2 &&
+                                         !quotient->child(0).asParent() && !quotient->child(1).asParent() &&
+                                         readNumber(quotient->child(0), above) &&
+                                         readNumber(quotient->child(1), below)
+                                   : node && !fraction && readNumber(*node, above);
+    if (!isNumber) return false;
+    numbers.push_back((isNegative ? -above : above) / below);
+  }
+  return true;
+}
+
+// By elimination.
+bool LoweringC::findDeterminant(std::vector<RationalC> cells, unsigned long size, RationalC& determinant) {
+  determinant = 1;
+  for (unsigned long column = 0; column < size; ++column) {
+    unsigned long pivot = column;
+    while (pivot < size && cells[pivot * size + column].isZero()) ++pivot;
+    if (pivot == size) {
+      determinant = 0;
+      return true;
+    }
+    for (unsigned long k = 0; k < size && pivot != column; ++k) {
+      std::swap(cells[pivot * size + k], cells[column * size + k]);
+    }
+    RationalC const top = cells[column * size + column];
+    determinant = determinant * (pivot == column ? top : -top);
+    for (unsigned long row = column + 1; row < size; ++row) {
+      RationalC const factor = cells[row * size + column] / top;
+      for (unsigned long k = column; k < size && !factor.isZero(); ++k) {
+        if (!watch_.goOn(4)) return false;
+        cells[row * size + k] = cells[row * size + k] - factor * cells[column * size + k];
+      }
+    }
+  }
+  return true;
+}
+
+// Of numbers by elimination, of others by the first row; larger ones of these take steps beyond counting, and
+// elimination needs to know what is 0.
 LoweringC::NodeP LoweringC::determinantOf(std::uint32_t at, std::vector<NodeP> const& cells,
                                           unsigned long size) {
   constexpr unsigned long most_rows = 6;
   if (size > most_rows) {
+    std::vector<RationalC> numbers;
+    RationalC determinant;
+    bool const isOfNumbers = readNumbers(cells, numbers);
+    if (isOfNumbers && findDeterminant(std::move(numbers), size, determinant)) {
+      NodeP const above = makeNumber(writeWhole(determinant.crefNumerator()));
+      NodeP const below = makeNumber(writeWhole(determinant.crefDenominator()));
+      return make(at, u"/", {above, below});
+    }
     fail(CAS_CAUSE_NEEDS_ALGEBRA, at);
     return nullptr;
   }

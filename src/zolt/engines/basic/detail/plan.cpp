@@ -266,10 +266,10 @@ class PlannerC {
                function && (function->arity == 0 || function->arity == count)) {
       frame.function = function;
       if (function->op == OP_TOTAL || function->op == OP_INTEGRAL) frame.shape = SHAPE_FOR;
-      if (function->op == OP_DIFF) {
+      if (function->op == OP_DIFF || function->op == OP_ANTIDERIVATIVE) {
         frame.shape = SHAPE_DIFF;
         frame.next = frame.tree->child(frame.node, 1);
-        plan_.hasDerivative = true;
+        plan_.needsTerms = true;
       }
       if (function->op == OP_TOTAL) frame.next = frame.tree->child(frame.node, 1);
     } else if (name == u"error") {

@@ -59,6 +59,7 @@ enum OpE : std::uint8_t {
   OP_TOTAL,     ///< from, to, body
   OP_INTEGRAL,  ///< lower, upper, body
   OP_DIFF,      ///< the variable's value outside, body
+  OP_ANTIDERIVATIVE,
 };
 
 enum TypeE : std::uint8_t { TYPE_NUMBER, TYPE_TRUTH, TYPE_ANY };
@@ -90,7 +91,7 @@ struct PlanS {
   std::vector<wstring> slots;
   std::uint32_t result = 0;  ///< the step that is the value of the whole
   bool hasDecimals = false;  ///< a number has a point or an exponent
-  bool hasDerivative = false;
+  bool needsTerms = false;   ///< something in it is not computed with numbers
   bool hasInfinity = false;
 
   OperandS const& operand(StepS const& step, std::uint32_t i) const { return operands[step.first + i]; }

@@ -299,20 +299,4 @@ bool findCoefficients(TermPoolC& pool, TermT expanded, TermT variable, std::size
   return !pool.refWatch().hasFailed();
 }
 
-bool integratePolynomial(TermPoolC& pool, TermT term, TermT variable, TermT* antiderivative) {
-  constexpr std::size_t highest_degree = 10000;
-  std::vector<TermT> coefficients;
-  TermT const expanded = expand(pool, term);
-  if (pool.refWatch().hasFailed()) return false;
-  if (!findCoefficients(pool, expanded, variable, highest_degree, coefficients)) return false;
-  std::vector<SummandS> summands;
-  for (std::size_t i = 0; i < coefficients.size(); ++i) {
-    auto const degree = static_cast<std::int64_t>(i) + 1;
-    TermT const power = pool.power(variable, pool.number(degree));
-    summands.push_back({pool.multiply(coefficients[i], power), RationalC(1, degree)});
-  }
-  *antiderivative = pool.sum(std::move(summands));
-  return !pool.refWatch().hasFailed();
-}
-
 }  // namespace zolt::engine_basic::detail

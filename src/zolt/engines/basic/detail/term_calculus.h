@@ -18,7 +18,5 @@ TermT expand(TermPoolC& pool, TermT term);
 /// when it is none, or of a higher degree than `most`.
 [[nodiscard]] bool findCoefficients(TermPoolC& pool, TermT expanded, TermT variable, std::size_t most,
                                     std::vector<TermT>& coefficients);
-/// The antiderivative of a polynomial, which is 0 at 0. False when the term is none.
-[[nodiscard]] bool integratePolynomial(TermPoolC& pool, TermT term, TermT variable, TermT* antiderivative);
 
 }  // namespace zolt::engine_basic::detail
