@@ -65,7 +65,7 @@ if(TARGET zolt_qt)
   list(APPEND all_libraries library_qt)
   zolt_add_debian_package(
     desktop zolt-ved-desktop "sheets of formulas in a window" "Edits sheets of formulas, and exports and prints them." NEEDS
-    libraries NEEDS library_qt DEPENDS ${fonts} RECOMMENDS "shared-mime-info, desktop-file-utils, hicolor-icon-theme")
+    libraries NEEDS library_qt DEPENDS ${fonts} RECOMMENDS "shared-mime-info, desktop-file-utils, hicolor-icon-theme" SUGGESTS zolt-giac)
 endif()
 if(TARGET zolt_designer)
   zolt_add_debian_package(designer zolt-designer "formula widget in Qt Designer" "Shows the Qt 6 widget in forms." SECTION
@@ -74,7 +74,7 @@ endif()
 if(TARGET ved)
   zolt_add_debian_package(tools zolt-ved "formulas as pictures and in other notations"
                           "Draws formulas, and converts them between notations, many at a time." NEEDS libraries NEEDS
-                          library_surface_cairo DEPENDS ${fonts})
+                          library_surface_cairo DEPENDS ${fonts} SUGGESTS zolt-giac)
 endif()
 if(TARGET ved-giac-worker)
   zolt_add_debian_package(giac zolt-giac "formulas computed by an algebra system"

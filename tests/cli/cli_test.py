@@ -47,6 +47,14 @@ class ConvertTest(unittest.TestCase):
                 status, out, err = ved("convert", "--from", source, "--to", target, "--", text)
                 self.assertEqual((out.decode(), err.decode(), status), (expected + "\n", "", OK))
 
+    def test_what_the_readme_shows(self):
+        text = (HERE.parent.parent / "README.md").read_text(encoding="utf-8")
+        shown = re.findall(r"^\$ ved (.*)\n((?:(?!\$|```).*\n)+)", text, re.MULTILINE)
+        self.assertGreater(len(shown), 5)
+        for command, expected in shown:
+            with self.subTest(command):
+                self.assertEqual(ved(*shlex.split(command)), (OK, expected.encode(), b""))
+
     def test_faults_are_told_in_words_and_marked(self):
         for command, expected in cases("faults.cases"):
             cause, _, text = expected.partition(": ")

@@ -75,7 +75,10 @@ TEST(GiacEngine, OutlivesItsWorkers) {
 class RealWorker : public testing::Test {
  protected:
   void SetUp() override {
-    if (GiacEngineC::findWorker().empty()) GTEST_SKIP() << "there is no worker";
+    if (GiacEngineC::findWorker().empty()) {
+      ASSERT_FALSE(ZOLT_TEST_WORKER_IS_BUILT) << "the worker was built and is not found";
+      GTEST_SKIP() << "there is no worker";
+    }
     catalogue_extended::registerExtendedOperators(tests::standardOperators());
   }
 };
