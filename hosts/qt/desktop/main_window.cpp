@@ -139,6 +139,9 @@ void MainWindow::makeStatusBar() {
   statusBar()->addWidget(stateDot_);
   statusBar()->addWidget(state_, 2);
   statusBar()->addPermanentWidget(source_, 3);
+  // A message needs the room: it is below what is permanent.
+  connect(statusBar(), &QStatusBar::messageChanged, this,
+          [this](QString const& message) { source_->setVisible(message.isEmpty()); });
   statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-out"))));
   statusBar()->addPermanentWidget(zoomLabel_);
   statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-in"))));

@@ -11,7 +11,7 @@ namespace {
 // In letters' sizes.
 constexpr qreal indent = 0.4;
 constexpr qreal sign_width = 0.7;
-constexpr qreal sign_gap = 0.2;
+constexpr qreal sign_gap = 0.32;
 constexpr qreal number_gap = 1.1;
 constexpr qreal stroke = 0.055;
 
