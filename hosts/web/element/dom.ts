@@ -18,6 +18,22 @@ export function setAttribute(of: Element, name: string, value: string | null): v
   else if (of.getAttribute(name) !== value) of.setAttribute(name, value);
 }
 
+/** What gives a root these rules, by one sheet for all roots of a document. */
+export function sheetOf(css: string): (root: ShadowRoot) => void {
+  const sheets = new WeakMap<Document, CSSStyleSheet>();
+  return (root) => {
+    const { ownerDocument: document } = root;
+    let sheet = sheets.get(document);
+    if (!sheet) {
+      // The window of another document has a class of its own.
+      sheet = new (document.defaultView ?? window as typeof globalThis & Window).CSSStyleSheet();
+      sheet.replaceSync(css);
+      sheets.set(document, sheet);
+    }
+    root.adoptedStyleSheets.push(sheet);
+  };
+}
+
 /** Buttons that leave the focus where it is. */
 export function keepFocus(on: HTMLElement): void {
   on.addEventListener('pointerdown', (event) => event.preventDefault());

@@ -10,7 +10,7 @@ import { Focus } from './focus.js';
 import { FormValue, type FormSide } from './form.js';
 import { Flag, has, type Box, type FrameWords } from './frame.js';
 import { Input } from './input.js';
-import { build, type Parts } from './look.js';
+import { adoptSheet, build, type Parts } from './look.js';
 import { commandsOf, type Fault } from './owner.js';
 import { Panels } from './panels.js';
 import { Pointer } from './pointer.js';
@@ -94,6 +94,13 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.#panels.close();
     // Whoever moves the element takes it out and puts it in again at once.
     setTimeout(() => { if (!this.isConnected) this.#value.close(); }, 0);
+  }
+
+  /** Style sheets are a document's, so that a field in another window needs that one's. */
+  adoptedCallback(): void {
+    adoptSheet(this.root);
+    this.#panels.adoptSheet();
+    this.#view.restyle();
   }
 
   #fail(error: unknown): void {
@@ -356,7 +363,10 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     event.preventDefault();
     const isKey = event.clientX === 0 && event.clientY === 0 || event.button !== 2 && (event as PointerEvent).pointerType === '';
     if (!this.hasFocus) this.parts.input.focus({ preventScroll: true });
-    this.#panels.use(({ menu }) => menu.open(isKey ? this.#caretBox() : new DOMRect(event.clientX, event.clientY, 0, 0)));
+    this.#panels.use(({ menu, note }) => {
+      note.close();
+      menu.open(isKey ? this.#caretBox() : new DOMRect(event.clientX, event.clientY, 0, 0));
+    });
   }
 
   #onPress(isTouch: boolean): void {
@@ -404,7 +414,10 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   #openPalette(): boolean {
     if (this.isLocked || !this.handle) return false;
     this.#completions.close();
-    this.#panels.use(({ palette }) => palette.open(this.#caretBox()));
+    this.#panels.use(({ palette, note }) => {
+      note.close();
+      palette.open(this.#caretBox());
+    });
     return true;
   }
 }

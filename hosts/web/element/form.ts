@@ -27,13 +27,20 @@ export class FormValue {
   touch(): void {
     this.#isStale = true;
     this.#later.touch();
+    // The browser keeps what is in a page that is left.
+    addEventListener('pagehide', this.#onLeave);
   }
 
-  stop(): void { this.#later.stop(); }
+  readonly #onLeave = () => void this.update();
+
+  stop(): void {
+    this.#later.stop();
+    removeEventListener('pagehide', this.#onLeave);
+  }
 
   /** Brings value and validity up to date. */
   update(): Fault | null {
-    this.#later.stop();
+    this.stop();
     const { internals, handle, required, isEmpty, parts } = this.#owner;
     if (!this.#isStale) return null;
     const fault = handle && !isEmpty ? handle.diagnose() : null;

@@ -1,6 +1,6 @@
 // The style sheet and the elements of a field.
 
-import { make } from './dom.js';
+import { make, sheetOf } from './dom.js';
 
 // A sheet of its own needs no permission of a content security policy.
 const css = `
@@ -40,7 +40,7 @@ textarea {
 }
 `;
 
-let sheet: CSSStyleSheet | null = null;
+export const adoptSheet = sheetOf(css);
 
 export interface Parts {
   readonly frame: HTMLElement;
@@ -56,8 +56,7 @@ export interface Parts {
 }
 
 export function build(root: ShadowRoot): Parts {
-  if (!sheet) (sheet = new CSSStyleSheet()).replaceSync(css);
-  root.adoptedStyleSheets = [sheet];
+  adoptSheet(root);
   const sizer = make('div');
   const strut = make('span', { class: 'strut' });
   const scroller = make('div', { class: 'scroller' });

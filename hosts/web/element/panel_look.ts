@@ -1,5 +1,7 @@
 // The style sheet of what opens at a field.
 
+import { sheetOf } from './dom.js';
+
 const css = `
 .handle { position: absolute; inline-size: 2.75rem; block-size: 2.75rem; margin: 0 0 0 -1.375rem; touch-action: none; z-index: 1 }
 .handle::before { content: ""; position: absolute; inset-block-start: 2px; left: calc(50% - .6rem); inline-size: 1.2rem; block-size: 1.2rem; border-radius: 0 50% 50% 50%; rotate: 45deg; transform-origin: center; background: var(--zolt-focus-color, Highlight); box-shadow: 0 1px 3px #0006 }
@@ -52,9 +54,4 @@ const css = `
 }
 `;
 
-let sheet: CSSStyleSheet | null = null;
-
-export function panelSheet(): CSSStyleSheet {
-  if (!sheet) (sheet = new CSSStyleSheet()).replaceSync(css);
-  return sheet;
-}
+export const adoptPanelSheet = sheetOf(css);

@@ -7,7 +7,7 @@ import { Menu, type MenuActs } from './menu.js';
 import { Note } from './note.js';
 import type { Owner } from './owner.js';
 import { Palette } from './palette.js';
-import { panelSheet } from './panel_look.js';
+import { adoptPanelSheet } from './panel_look.js';
 import type { View } from './view.js';
 
 export type PanelActs = Pick<MenuActs, 'copyAs'>;
@@ -20,8 +20,11 @@ export class PanelSet {
   readonly note: Note;
   readonly palette: Palette;
 
+  readonly #root: ShadowRoot;
+
   constructor(owner: Owner, view: View, { copyAs }: PanelActs) {
-    owner.root.adoptedStyleSheets.push(panelSheet());
+    this.#root = owner.root;
+    this.adoptSheet();
     this.completions = new CompletionList(owner);
     this.handles = new Handles(owner, view);
     this.keyboard = new Keyboard(owner);
@@ -33,6 +36,8 @@ export class PanelSet {
       toggleKeyboard: () => this.keyboard.isOpen ? this.keyboard.close() : this.keyboard.open(),
     });
   }
+
+  adoptSheet(): void { adoptPanelSheet(this.#root); }
 
   close(): void {
     for (const panel of [this.completions, this.keyboard, this.menu, this.note, this.palette]) panel.close();

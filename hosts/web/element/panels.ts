@@ -36,6 +36,9 @@ export class Panels {
     }, (error: unknown) => console.warn('zolt-formula: what opens at a field cannot be loaded', error));
   }
 
+  /** The field is in another document. */
+  adoptSheet(): void { this.set?.adoptSheet(); }
+
   /** Closes all, when the focus has gone. */
   close(): void { this.set?.close(); }
 }

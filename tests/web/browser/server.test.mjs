@@ -16,7 +16,7 @@ if (last === 'wrong') { console.error('ved: division by zero.'); process.exit(1)
 console.log(JSON.stringify(words));
 `, { mode: 0o755 });
 writeFileSync(join(folder, 'secret'), 'x');
-const server = await serve([join(folder, 'site')], 0, { '/a.html': 'page' }, tool, 700);
+const server = await serve([join(folder, 'site')], 0, { '/a.html': 'page' }, tool, 4000);
 after(() => {
   server.close();
   rmSync(folder, { recursive: true });

@@ -234,3 +234,21 @@ withPage('tables go through the clipboard of other programs, and pictures as pic
   const types = await page.evaluate(async () => (await navigator.clipboard.read())[0].types);
   assert.ok(types.includes('image/svg+xml') && types.includes('text/plain'), types.join());
 });
+
+withPage('a field is restored with its form, and goes to another window', '<form><zolt-formula id="f" name="f" aria-label="F" value="a"></zolt-formula></form>', async (page) => {
+  await page.focus('#f');
+  await page.keyboard.type('+1/');
+  const tree = await get(page, 'f', 'tree');
+  await page.goto('about:blank');
+  await page.goBack();
+  await page.waitForFunction((tree) => document.getElementById('f').tree === tree, tree);
+  const shown = await page.evaluate(async () => {
+    const frame = document.body.appendChild(document.createElement('iframe')), field = document.getElementById('f');
+    field.openPalette();
+    await new Promise((settle) => setTimeout(settle, 200));
+    frame.contentDocument.body.append(field);
+    await new Promise((settle) => setTimeout(settle, 100));
+    return [field.parts.frame, field.root.querySelector('[part=palette]')].map((part) => frame.contentWindow.getComputedStyle(part).position);
+  });
+  assert.deepEqual(shown, ['relative', 'fixed']);
+});
