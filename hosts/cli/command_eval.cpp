@@ -10,6 +10,7 @@
 #include "hosts/cli/options.h"
 #include "hosts/cli/utf8_text.h"
 #include "zolt/algexpr/cas_request.h"
+#include "zolt/algexpr/make_node.h"
 #include "zolt/engines/list/engine_list.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
@@ -132,6 +133,7 @@ void addVariableOperation(CLI::App& command, SettingsS& settings, std::string co
                           CASOperationE operation, std::string const& help) {
   auto const choose = [&settings, operation, name](std::string const& variable) {
     if (!fromUtf8(variable, settings.request.variable, nullptr)) refuse(name, "the name is not UTF-8");
+    if (!isWritableName(settings.request.variable)) refuse(name, "\"" + variable + "\" is no name");
     settings.request.operation = operation;
     ++settings.operations;
   };

@@ -209,6 +209,7 @@ class EvalTest(unittest.TestCase):
                 status, out, err = ved("eval", *options, text)
                 self.assertEqual((out.decode(), err, status), (expected + "\n", b"", OK))
         self.assertEqual(ved("eval", "--factor", "--expand", "x")[0], USAGE)
+        self.assertEqual(ved("eval", "--solve", "2", "x=1")[0], USAGE)
         missing = subprocess.run(
             [VED, "eval", "--engine", "giac", "1"], env={"ZOLT_GIAC_WORKER": "/nowhere"}, capture_output=True, check=False
         )
