@@ -417,13 +417,13 @@ class DesktopTest final : public QObject {
                                      {"words", "a less than b over 2"},
                                      {"prefix", "<(a,/(b,2))"}}) {
       QAction& copy = *window.action(QLatin1String("copy-") + QLatin1String(form));
-      QVERIFY2(copy.text().contains(u'\t'), qPrintable(copy.text()));
+      QVERIFY2(copy.text().contains(u'\u2003'), qPrintable(copy.text()));
       copy.trigger();
       QString const copied = QGuiApplication::clipboard()->text();
       QVERIFY2(copied.contains(QLatin1String(text)), qPrintable(copied));
     }
     emit menu.aboutToHide();
-    QVERIFY(!window.action(QStringLiteral("copy-latex"))->text().contains(u'\t'));
+    QVERIFY(!window.action(QStringLiteral("copy-latex"))->text().contains(u'\u2003'));
     // What is incomplete has no notation but text and words.
     window.view().currentFormula()->setTree(QStringLiteral("[\"a+‸\"]"));
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));

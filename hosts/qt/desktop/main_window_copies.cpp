@@ -26,7 +26,7 @@ using qt::FormulaEdit;
 
 namespace {
 
-constexpr QChar preview_mark = u'\t';  // menus show what comes after it in a column of its own
+constexpr QChar preview_mark = u'\u2003';  // between a name and what it would copy
 constexpr int preview_width = 360;
 constexpr qsizetype preview_length = 400;  // more than fits, since a long text takes time to measure
 
@@ -128,27 +128,25 @@ void MainWindow::copyPicture() {
   if (copied) QGuiApplication::clipboard()->setImage(copied->imageData().value<QImage>());
 }
 
+// The previews begin side by side. The column that menus have after a tab is flush right, and far away.
 void MainWindow::previewCopies() {
   FormulaEdit const* const formula = view_->currentFormula();
   QFontMetrics const metrics = fontMetrics();
-  QStringList previews;
+  auto const nameOf = [this](CopyFormS const& form) {
+    return action(QLatin1String(form.entry.name))->text().section(preview_mark, 0, 0);
+  };
+  auto const widthOf = [&](QString name) { return metrics.horizontalAdvance(name.remove(u'&')); };
   int widest = 0;
-  for (CopyFormS const& form : copyForms()) {
-    previews << metrics.elidedText(previewOf(formula ? form.text(*formula) : QString()), Qt::ElideRight,
-                                   preview_width);
-    widest = std::max(widest, metrics.horizontalAdvance(previews.back()));
-  }
-  // Menus set that column flush right; filled up with blanks, previews begin side by side.
+  for (CopyFormS const& form : copyForms()) widest = std::max(widest, widthOf(nameOf(form)));
   int const blank = std::max(1, metrics.horizontalAdvance(QChar::Nbsp));
   for (CopyFormS const& form : copyForms()) {
     QAction& copy = *action(QLatin1String(form.entry.name));
-    QString const name = copy.text().section(preview_mark, 0, 0);
-    QString shown = previews.takeFirst();
-    copy.setEnabled(!shown.isEmpty());
-    if (!shown.isEmpty()) {
-      shown += QString((widest - metrics.horizontalAdvance(shown)) / blank, QChar::Nbsp);
-    }
-    copy.setText(shown.isEmpty() ? name : name + preview_mark + shown.replace(u'&', QLatin1String("&&")));
+    QString const name = nameOf(form);
+    QString preview = previewOf(formula ? form.text(*formula) : QString());
+    preview = metrics.elidedText(preview, Qt::ElideRight, preview_width).replace(u'&', QLatin1String("&&"));
+    copy.setEnabled(!preview.isEmpty());
+    QString const room((widest - widthOf(name)) / blank, QChar::Nbsp);
+    copy.setText(preview.isEmpty() ? name : name + preview_mark + room + preview);
   }
 }
 
