@@ -52,7 +52,7 @@ bool ExpandedC::expand(TextT text) {
   text_.reserve(text.size());
   for (std::size_t i = 0; i < text.size();) {
     for (auto const& [open, close] : {std::pair<TextT, TextT>(u"<!--", u"-->"), {u"<![CDATA[", u"]]>"}}) {
-      if (text[i] != u'<' || text.compare(i, open.size(), open) != 0) continue;
+      if (i == text.size() || text[i] != u'<' || text.compare(i, open.size(), open) != 0) continue;
       std::size_t const end = std::min(text.find(close, i), text.size());
       text_ += text.substr(i, end - i);
       i = end;
