@@ -10,6 +10,8 @@ import { inNextFrame, paintWith } from './shared.js';
 const BLINK = 530;  // ms
 /** In letters. */
 const SIDE = 0.32, TOP = 0.26, CARET = 0.075;
+/** Pixels on paper to a CSS pixel. */
+const PRINTED = 4;
 /** In CSS pixels. */
 const REVEAL = 12, FADE = 24, SLACK = 96, LEAP = 80, STEP = 128;
 
@@ -33,6 +35,13 @@ function roomFor(wanted: number, given: number, area: number): number {
   return wanted;
 }
 
+/** Browsers print no backgrounds, so that what is light on a dark page is black on paper. */
+function onPaper(context: CanvasRenderingContext2D, ink: string): string {
+  context.fillStyle = ink;
+  const parts = /^#(..)(..)(..)$/.exec(String(context.fillStyle))?.slice(1).map((part) => parseInt(part, 16));
+  return parts && 0.3 * parts[0]! + 0.6 * parts[1]! + 0.1 * parts[2]! > 140 ? 'black' : ink;
+}
+
 export class View implements Shown {
   /** Called after each painting. */
   onpaint: (frame: FrameWords) => void = () => undefined;
@@ -45,6 +54,7 @@ export class View implements Shown {
   #style: Style | null = null;
   #sight: FrameWords | null = null;
   #isCaretOn = true;
+  #isPrinting = false;
   #blinking = 0;
   #stop: (() => void) | null = null;
   readonly #sizes: ResizeObserver;
@@ -65,13 +75,14 @@ export class View implements Shown {
       if (entries.some(({ target }) => target === em)) this.#style = null;
       const { clientWidth: width, clientHeight: height } = scroller;
       const isSame = width === this.#area.width && height === this.#area.height && devicePixelRatio === this.#ratio;
-      if (this.#style && isSame) return;
+      if (this.#isPrinting || this.#style && isSame) return;
       this.paint();
     });
   }
 
   start(): void {
     this.#stop ??= paintWith(() => this.restyle());
+    for (const name of ['beforeprint', 'afterprint']) addEventListener(name, this.#print);
     const { scroller } = this.#owner.parts;
     // Its device pixels change with the zoom of the page as well; not every browser counts them.
     try { this.#sizes.observe(scroller, { box: 'device-pixel-content-box' }); } catch { this.#sizes.observe(scroller); }
@@ -82,6 +93,7 @@ export class View implements Shown {
   stop(): void {
     this.#stop?.();
     this.#stop = null;
+    for (const name of ['beforeprint', 'afterprint']) removeEventListener(name, this.#print);
     this.#sizes.disconnect();
     this.blink(false);
     // The memory of a canvas is not the page's to collect in time.
@@ -93,6 +105,14 @@ export class View implements Shown {
     this.#style = null;
     this.paintSoon();
   }
+
+  readonly #print = ({ type }: Event) => {
+    this.#isPrinting = type === 'beforeprint';
+    if (!this.#isPrinting) return this.restyle();
+    // Asking for style or layout now would give the page those of the screen on paper.
+    const frame = this.#style && this.#getSeen(this.#unit);
+    if (frame) this.#draw(frame);
+  };
 
   readonly #paint = () => this.paint();
   paintSoon(): void { inNextFrame(this.#paint); }
@@ -136,6 +156,13 @@ export class View implements Shown {
     };
   }
 
+  /** The frame of what is in sight where the formula was put last. */
+  #getSeen(unit: number): FrameWords | null {
+    const { x, y } = this.#offset, { width, height } = this.#area;
+    const box = [-x / unit - 4, -y / unit - 4, (width - x) / unit + 4, (height - y) / unit + 4].map(Math.floor);
+    return this.#owner.handle?.frame(...(box as [number, number, number, number])) ?? null;
+  }
+
   paint(): void {
     const { handle, parts } = this.#owner;
     if (!handle || !this.#stop) return;
@@ -155,11 +182,7 @@ export class View implements Shown {
     const { width, height } = this.#area;
     const isBeyond = this.#offset.x + (clip[2] * unit) < width || this.#offset.y + clip[3] * unit < height;
     // What has come into sight was not asked for.
-    if (isMoved || isBeyond) {
-      const { x, y } = this.#offset;
-      const box = [-x / unit - 4, -y / unit - 4, (width - x) / unit + 4, (height - y) / unit + 4].map(Math.floor);
-      frame = handle.frame(...(box as [number, number, number, number])) ?? frame;
-    }
+    if (isMoved || isBeyond) frame = this.#getSeen(unit) ?? frame;
     this.#sight = frame;
     this.#draw(frame);
     this.onpaint(frame);
@@ -203,7 +226,7 @@ export class View implements Shown {
 
   #draw(frame: FrameWords): void {
     const { handle, parts: { canvas } } = this.#owner;
-    const ratio = this.#ratio = devicePixelRatio;
+    const ratio = this.#ratio = this.#isPrinting ? Math.max(PRINTED, devicePixelRatio) : devicePixelRatio;
     const width = Math.ceil(this.#area.width * ratio), height = Math.ceil(this.#area.height * ratio);
     // In steps, since a new size takes new memory.
     if (width > canvas.width || height > canvas.height || canvas.width > 2 * width + 256 || canvas.height > 2 * height + 256) {
@@ -214,15 +237,19 @@ export class View implements Shown {
     if (canvas.style.width !== cssWidth) canvas.style.width = cssWidth;
     if (canvas.style.height !== cssHeight) canvas.style.height = cssHeight;
     // Little is painted at a time, for which handing it to the graphics processor costs more than it saves.
-    const context = canvas.getContext('2d', { willReadFrequently: true });
-    if (!context || !handle) return;
+    const shown = canvas.getContext('2d', { willReadFrequently: true });
+    if (!shown || !handle) return;
+    // Fonts of a canvas of the page ask for its style, which must not be while it is printed.
+    const beside = this.#isPrinting ? new OffscreenCanvas(canvas.width, canvas.height) : null;
+    const context = beside?.getContext('2d') as unknown as CanvasRenderingContext2D | null ?? shown;
     context.setTransform(1, 0, 0, 1, 0, 0);
     context.clearRect(0, 0, canvas.width, canvas.height);
     const at: Transform = {
       scale: this.#unit * ratio, x: Math.round(this.#offset.x * ratio), y: Math.round(this.#offset.y * ratio),
     };
-    this.paintOn(context, at, frame, handle.module, this.#owner.hasFocus);
+    this.paintOn(context, at, frame, handle.module, this.#owner.hasFocus && !this.#isPrinting);
     this.#fade(context, width, height, ratio);
+    if (beside) shown.drawImage(beside, 0, 0);
   }
 
   /** Paints what is in the frame, also for the magnifier. */
@@ -233,7 +260,7 @@ export class View implements Shown {
       context.fillStyle = style.band;
       for (const [left, top, right, bottom] of bandsOf(frame)) fillBox(context, at, left, top - 0.5, right, bottom + 0.5);
     }
-    if (this.fault) {
+    if (this.fault && !this.#isPrinting) {
       const [left, top, right, bottom] = this.fault;
       // The box of what is missing is no wider than the caret.
       const spare = Math.max(1, ((bottom - top) / 2 - (right - left)) / 2);
@@ -245,7 +272,7 @@ export class View implements Shown {
       context.fill();
       context.globalAlpha = 1;
     }
-    context.fillStyle = context.strokeStyle = style.ink;
+    context.fillStyle = context.strokeStyle = this.#isPrinting ? onPaper(context, style.ink) : style.ink;
     paintFrame(frame, context, at, module);
     if (has(frame, Flag.composes)) {
       const [left, , right, bottom] = composedOf(frame);

@@ -172,3 +172,16 @@ withPage('moving the caret is told, and places can be kept', '<zolt-formula id="
   assert.equal(await get(page, 'f', 'prefix').then((text) => text.startsWith('!')), true);
   assert.ok((await caretBox(page, 'f')).x > 0);
 });
+
+withPage('a dark page is printed black and sharp, without caret', '<zolt-formula id="f" aria-label="F" value="sqrt(x)"></zolt-formula>', async (page) => {
+  await page.focus('#f');
+  await painted(page);
+  const turn = (name) => page.evaluate((name) => { dispatchEvent(new Event(name)); }, name);
+  await turn('beforeprint');
+  const { ink, density } = await lookAt(page, 'f');
+  assert.deepEqual([ink, density], [[0, 0, 0], 4]);
+  await turn('afterprint');
+  await painted(page);
+  const screen = await lookAt(page, 'f');
+  assert.deepEqual([screen.ink, screen.density], [[255, 255, 255], 1]);
+}, { context: { colorScheme: 'dark' } });
