@@ -81,8 +81,11 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
   // ---- Life
 
   connectedCallback(): void {
-    if (loaded()) this.#open();
-    else load().then(() => { if (this.isConnected) this.#open(); }, (error: unknown) => this.#fail(error));
+    const rest = loaded()?.rest;
+    // Showing a formula takes more of the module than an empty field does.
+    if (loaded() && (!rest || rest.isThere || !this.#value.hasText)) this.#open();
+    else load().then((module) => (this.#value.hasText ? module.rest?.load() : undefined))
+      .then(() => { if (this.isConnected) this.#open(); }).catch((error: unknown) => this.#fail(error));
     this.#view.start();
     this.#speech.name();
   }

@@ -45,7 +45,7 @@ export class Value {
     prepare(handle);
     const given = this.#pending;
     this.#given = null;
-    this.#put(given);
+    if (given.text) this.#put(given);
     this.seen = handle.revision;
     return true;
   }
@@ -61,6 +61,8 @@ export class Value {
   }
 
   get #default(): Given { return { form: notations[this.#owner.format], text: this.#owner.defaultValue }; }
+  /** Without the module, whether there is something to show. */
+  get hasText(): boolean { return this.#pending.text !== ''; }
   get #pending(): Given { return this.#given ?? this.#default; }
 
   /** Without the module, what was given in that form. */

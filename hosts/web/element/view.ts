@@ -14,6 +14,7 @@ const SIDE = 0.32, TOP = 0.26, CARET = 0.075;
 const PRINTED = 4;
 /** In CSS pixels. */
 const REVEAL = 12, FADE = 24, SLACK = 96, LEAP = 80, STEP = 128;
+const STRIPS = 12;
 
 /** What is painted with, by the style of the page. */
 interface Style {
@@ -299,19 +300,23 @@ export class View implements Shown {
     const { scrollLeft, scrollTop } = this.#owner.parts.scroller;
     const beyondX = this.#content.width - this.#area.width, beyondY = this.#content.height - this.#area.height;
     const reach = FADE * ratio;
-    const fadeOut = (x1: number, y1: number, x2: number, y2: number) => {
-      const colours = context.createLinearGradient(x1, y1, x2, y2);
-      colours.addColorStop(0, '#000');
-      colours.addColorStop(1, 'transparent');
-      context.fillStyle = colours;
-      context.fillRect(Math.min(x1, x2), Math.min(y1, y2), Math.abs(x2 - x1) || width, Math.abs(y2 - y1) || height);
+    // In strips, which cost less than a gradient.
+    const fadeOut = (x: number, y: number, across: number, down: number) => {
+      for (let i = 0; i < STRIPS; ++i) {
+        context.globalAlpha = 1 - (i + 0.5) / STRIPS;
+        const at = Math.round(i * reach / STRIPS), thick = Math.round((i + 1) * reach / STRIPS) - at;
+        if (across) context.fillRect(x + (across > 0 ? at : -at - thick), y, thick, height);
+        else context.fillRect(x, y + (down > 0 ? at : -at - thick), width, thick);
+      }
     };
     context.setTransform(1, 0, 0, 1, 0, 0);
+    context.fillStyle = '#000';
     context.globalCompositeOperation = 'destination-out';
-    if (beyondX > 1 && scrollLeft > 1) fadeOut(0, 0, reach, 0);
-    if (beyondX > 1 && scrollLeft < beyondX - 1) fadeOut(width, 0, width - reach, 0);
-    if (beyondY > 1 && scrollTop > 1) fadeOut(0, 0, 0, reach);
-    if (beyondY > 1 && scrollTop < beyondY - 1) fadeOut(0, height, 0, height - reach);
+    if (beyondX > 1 && scrollLeft > 1) fadeOut(0, 0, 1, 0);
+    if (beyondX > 1 && scrollLeft < beyondX - 1) fadeOut(width, 0, -1, 0);
+    if (beyondY > 1 && scrollTop > 1) fadeOut(0, 0, 0, 1);
+    if (beyondY > 1 && scrollTop < beyondY - 1) fadeOut(0, height, 0, -1);
+    context.globalAlpha = 1;
     context.globalCompositeOperation = 'source-over';
   }
 

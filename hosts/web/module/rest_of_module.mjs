@@ -20,6 +20,8 @@ export class RestOfModule {
   /** @type {WebAssembly.Exports | null} */
   #first = null;
   #isThere = false;
+  /** @type {Promise<void> | null} */
+  #arriving = null;
 
   constructor(/** @type {RestSource} */ source) {
     this.#source = source;
@@ -44,7 +46,15 @@ export class RestOfModule {
   /** Says which first part it belongs to. */
   join(/** @type {WebAssembly.Instance} */ first) { this.#first = first.exports; }
 
-  async load() {
+  /** Fetches it in the background. */
+  load() {
+    return this.#arriving ??= this.#fetch().catch((error) => {
+      this.#arriving = null;
+      throw error;
+    });
+  }
+
+  async #fetch() {
     const address = this.#address;
     const given = address === null ? this.#source : await (await fetch(address)).arrayBuffer();
     const compiled = given instanceof WebAssembly.Module ? given : await WebAssembly.compile(/** @type {BufferSource} */ (given));

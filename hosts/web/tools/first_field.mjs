@@ -1,5 +1,5 @@
 // What a page does with a module until its first field is seen and takes keys. The functions that it calls make the first of the
-// module's two files (split_module.mjs). It is simple typing and values in plain text.
+// module's two files (split_module.mjs). It is simple typing: a field that begins with a formula waits for both.
 
 import { Form } from "../module/zolt_module.mjs";
 
@@ -13,10 +13,9 @@ export function useFirstField(module) {
   look();
   field.setSpeech(0, 1);
   field.setEditable(true);
-  for (const value of ["a^2/(x_1-3)+4", ""]) {
-    field.set(Form.plain, value);
-    look();
-  }
+  // An empty field tells its form so at once.
+  field.get(Form.plain);
+  field.get(Form.tree);
   for (const character of "x+1/2") {
     field.type(character);
     module.takeShortage();
