@@ -57,7 +57,7 @@ class SheetStage : public testing::Test {
     if (!result) return "none";
     ShownS const shown = findShown(*sheet_.getExpression(line), *result, sheet_.crefComputing().digits);
     std::string text;
-    if (shown.isValue) text += "= " + write(result->value);
+    if (shown.isValue) text += (shown.isImplied ? "=> " : "= ") + write(result->value);
     if (shown.isNumber)
       text +=
           (text.empty() ? "" : " ") + std::string(shown.isNumberExact ? "== " : "~ ") + write(result->number);
@@ -85,7 +85,7 @@ TEST_F(SheetStage, showsWhatSaysMoreThanTheFormula) {
       {"1/(1+x)", ""},
       {"diff(x^3,x)", "= 3*x^2"},
       {"x^2+y^2=r^2", ""},
-      {"1+1=3", "= false"},
+      {"1+1=3", "=> false"},
       {"a:=1/4", "== 0.25"},
       {"-7/3", "~ -2.333333333"},
       {"12345678901/8", "~ 1543209863"},

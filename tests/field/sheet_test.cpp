@@ -48,7 +48,7 @@ TEST(Sheet, BecomesADocumentAndComesBack) {
                         {SHEET_TEXT, u"end", {}, {}}};
   for (auto const kind : {DOCUMENT_LATEX, DOCUMENT_MARKDOWN}) {
     SheetT read;
-    wstring const document = writeDocument(sheet, kind, {{}, {}, {u"=(x,3)", u"6.02E23"}});
+    wstring const document = writeDocument(sheet, kind, {{}, {}, {u"=(x,3)", u"6.02E23", false, true}});
     EXPECT_NE(document.find(u"\\Rightarrow\\quad x = 3 \\approx 6.02\\cdot 10^{23}\n"), document.npos);
     ASSERT_TRUE(readDocument(document, kind, read));
     EXPECT_EQ(toUtf8(writeSheet(read)), toUtf8(writeSheet(sheet)));

@@ -67,7 +67,9 @@ struct StageS {
     if (!row(i).hasResults()) return {};
     ShownResult const& result = row(i).results().result();
     QStringList parts;
-    if (result.value) parts << QStringLiteral("= ") + row(i).results().valueEdit()->expression();
+    if (result.value)
+      parts << (result.isImplied ? QStringLiteral("=> ") : QStringLiteral("= ")) +
+                   row(i).results().valueEdit()->expression();
     QString const sign = result.isNumberExact ? QStringLiteral("= ") : QStringLiteral("~ ");
     if (result.number) parts << sign + row(i).results().numberEdit()->expression();
     if (!result.reason.isEmpty()) parts << result.reason;

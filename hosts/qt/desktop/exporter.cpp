@@ -42,10 +42,10 @@ using PictureT = std::unique_ptr<qt::FormulaPicture>;
 
 /// A line of the sheet, a result or a graph, laid out for a given width.
 struct BlockS {
-  PictureT formula;                      // null: something else
-  PictureT value, decimal;               // of a result; null: not there
-  ResultSign sign = ResultSign::Equals;  // of the number
-  ResultLayout layout;                   // of the result
+  PictureT formula;         // null: something else
+  PictureT value, decimal;  // of a result; null: not there
+  ResultSign valueSign = ResultSign::Equals, numberSign = ResultSign::Equals;
+  ResultLayout layout;  // of the result
   Graph const* graph = nullptr;
   QString text;
   QFont font;
@@ -199,7 +199,8 @@ class PageFlow {
     BlockS block;
     block.value = pictureOf(result.value);
     block.decimal = pictureOf(result.number);
-    block.sign = result.isNumberExact ? ResultSign::Equals : ResultSign::IsAbout;
+    block.valueSign = result.valueSign();
+    block.numberSign = result.numberSign();
     if (block.isResult()) blocks_.push_back(std::move(block));
   }
 
@@ -230,8 +231,8 @@ class PageFlow {
       paintResultSign(painter, at + signPlace, letterOf(block.zoom), sign);
       part->paint(painter, at + place, block.zoom, Qt::black, target);
     };
-    paintPart(block.value, block.layout.value, block.layout.valueSign, ResultSign::Equals);
-    paintPart(block.decimal, block.layout.number, block.layout.numberSign, block.sign);
+    paintPart(block.value, block.layout.value, block.layout.valueSign, block.valueSign);
+    paintPart(block.decimal, block.layout.number, block.layout.numberSign, block.numberSign);
   }
 
   std::vector<BlockS> blocks_;

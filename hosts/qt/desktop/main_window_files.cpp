@@ -307,7 +307,8 @@ QByteArray MainWindow::makeDocument(sheet::DocumentKindE kind) const {
   for (SheetRow const* const row : view_->rows()) {
     results.emplace_back();
     if (ShownResult const* const result = currentResult(*row)) {
-      results.back() = {write(result->value), write(result->number), result->isNumberExact};
+      results.back() = {write(result->value), write(result->number), result->isNumberExact,
+                        result->isImplied};
     }
   }
   return writeDocument(view_->sheet(), kind, results);

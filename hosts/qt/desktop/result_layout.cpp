@@ -51,12 +51,20 @@ void paintResultSign(QPainter& painter, QPointF at, qreal letter, ResultSign sig
   for (qreal const y : {-gap, gap}) {
     QPainterPath line;
     line.moveTo(0, y);
-    if (sign == ResultSign::Equals) {
-      line.lineTo(width, y);
-    } else {
+    if (sign == ResultSign::IsAbout) {
       line.cubicTo(0.30 * width, y - 1.4 * rise, 0.66 * width, y + 1.4 * rise, width, y);
+    } else {
+      line.lineTo(sign == ResultSign::Implies ? width - gap : width, y);
     }
     painter.drawPath(line);
+  }
+  if (sign == ResultSign::Implies) {
+    qreal const arm = 1.9 * gap;
+    QPainterPath tip;
+    tip.moveTo(width - arm, -arm);
+    tip.quadTo(width - 0.6 * gap, -0.5 * gap, width, 0);
+    tip.quadTo(width - 0.6 * gap, 0.5 * gap, width - arm, arm);
+    painter.drawPath(tip);
   }
   painter.restore();
 }

@@ -31,7 +31,7 @@ struct ResultLayout {
 qreal widestResult(qreal letter, qreal room);
 ResultLayout layOutResult(ResultPart const& value, ResultPart const& number, qreal letter, qreal room);
 
-enum class ResultSign { Equals, IsAbout };
+enum class ResultSign { Equals, IsAbout, Implies };
 
 /// Paints with the colour of the painter's pen.
 void paintResultSign(QPainter& painter, QPointF at, qreal letter, ResultSign sign);

@@ -207,11 +207,8 @@ void ResultView::paintEvent(QPaintEvent*) {
   QColor const paper = palette().color(QPalette::Base);
   QColor const colour = mix(palette().color(QPalette::Text), paper, stale_ ? stale_ink : ink);
   painter.setPen(colour);
-  if (value_) paintResultSign(painter, valueSign_, em(), ResultSign::Equals);
-  if (number_) {
-    paintResultSign(painter, numberSign_, em(),
-                    result_.isNumberExact ? ResultSign::Equals : ResultSign::IsAbout);
-  }
+  if (value_) paintResultSign(painter, valueSign_, em(), result_.valueSign());
+  if (number_) paintResultSign(painter, numberSign_, em(), result_.numberSign());
   if (!busy_) return;
   painter.setPen(Qt::NoPen);
   for (int i = 0; i < turns; ++i) {

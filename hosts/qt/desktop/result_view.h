@@ -4,6 +4,7 @@
 #include <QString>
 #include <QWidget>
 
+#include "hosts/qt/desktop/result_layout.h"
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/oss/pointer.h"
 
@@ -23,16 +24,19 @@ struct ShownResult {
   Expression value;            ///< null: not shown
   Expression number;           ///< null: not shown
   bool isNumberExact = false;  ///< all digits are there
+  bool isImplied = false;      ///< the value follows from the formula, and is not equal to it
   QString reason;              ///< why there is no value
   bool isError = false;        ///< there is none, whoever computes
   unsigned long part = 0;      ///< of the expression, that the reason is about
 
+  ResultSign valueSign() const { return isImplied ? ResultSign::Implies : ResultSign::Equals; }
+  ResultSign numberSign() const { return isNumberExact ? ResultSign::Equals : ResultSign::IsAbout; }
   bool isEmpty() const { return !value && !number && reason.isEmpty(); }
 };
 
 inline bool operator==(ShownResult const& a, ShownResult const& b) {
   return a.value == b.value && a.number == b.number && a.isNumberExact == b.isNumberExact &&
-         a.reason == b.reason && a.isError == b.isError && a.part == b.part;
+         a.isImplied == b.isImplied && a.reason == b.reason && a.isError == b.isError && a.part == b.part;
 }
 
 /// The results of a formula, below it: its exact value and a decimal number, or why there is none. Both are

@@ -41,6 +41,7 @@ ShownResult toShown(AlgebraicExpressionC const& expression, LineResultS const& r
   if (shown.isValue) all.value = result.value.value;
   if (shown.isNumber) all.number = result.number.value;
   all.isNumberExact = shown.isNumberExact;
+  all.isImplied = shown.isImplied;
   if (shown.reason) {
     all.reason = qt::toQString(describe(*shown.reason));
     all.isError = shown.reason->outcome == CAS_ERROR;

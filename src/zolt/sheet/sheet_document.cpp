@@ -85,13 +85,6 @@ wstring toLatex(wstring const& prefix) {
   return expression ? exchange::toLatex(*expression) : wstring();
 }
 
-/// Whether "=" after the formula would go on with it in place of telling its value.
-bool isRelation(wstring const& prefix) {
-  constexpr ViewT relations[] = {u"=(", u"<>(", u"<(", u"<=(", u">(", u">=("};
-  return std::any_of(std::begin(relations), std::end(relations),
-                     [&](ViewT relation) { return startsWith(prefix, relation); });
-}
-
 /// A number as a textbook has it: nobody reads a result back.
 wstring toPowerOfTen(wstring latex) {
   constexpr ViewT exponent = u"\\mathrm{E}{";
@@ -99,10 +92,10 @@ wstring toPowerOfTen(wstring latex) {
   return at == latex.npos ? latex : latex.replace(at, exponent.size(), u"\\cdot 10^{");
 }
 
-wstring toLatex(wstring const& formula, WrittenResultS const& result) {
+wstring toLatex(WrittenResultS const& result) {
   wstring latex;
   if (!result.value.empty()) {
-    latex.append(isRelation(formula) ? u"\\quad\\Rightarrow\\quad " : u"= ").append(toLatex(result.value));
+    latex.append(result.isImplied ? u"\\quad\\Rightarrow\\quad " : u"= ").append(toLatex(result.value));
   }
   if (!result.number.empty()) {
     if (!latex.empty()) latex += u' ';
@@ -394,7 +387,7 @@ wstring writeDocument(SheetT const& sheet, DocumentKindE kind, std::vector<Writt
     SheetLineS const& line = sheet[i];
     wstring const text = isLatex ? escape(line.text, latex_escapes) : escape(line.text, markdown_escapes);
     wstring latex = line.kind == SHEET_FORMULA ? toLatex(line.prefix) : wstring();
-    if (!latex.empty() && i < results.size()) latex += toLatex(line.prefix, results[i]);
+    if (!latex.empty() && i < results.size()) latex += toLatex(results[i]);
     if (line.kind == SHEET_HEADING) {
       out += isLatex ? u"\\section*{" + text + u"}" : u"## " + text;
     } else if (line.kind == SHEET_TEXT) {

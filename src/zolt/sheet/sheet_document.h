@@ -19,6 +19,7 @@ struct WrittenResultS {
   wstring value;
   wstring number;  ///< a decimal number
   bool isNumberExact = false;
+  bool isImplied = false;  ///< the value follows from the formula, and is not equal to it
 };
 
 /// The sheet as a document. An incomplete formula is in a comment, in tree notation. `results` are those of

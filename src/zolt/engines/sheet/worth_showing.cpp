@@ -103,6 +103,12 @@ bool hasSpareDigits(NodeABC const& node, unsigned digits) {
          std::count_if(text.begin(), text.end(), isDigit) + 1 < static_cast<long>(digits);
 }
 
+bool isRelation(NodeABC const& node) {
+  static std::set<wstring> const relations{u"=", u"<>", u"<", u"<=", u">", u">="};
+  ParentNodeABC const* const parent = node.asParent();
+  return parent && relations.count(parent->crefName()) != 0;
+}
+
 }  // namespace
 
 bool wantsNumber(CASResultS const& value, unsigned digits) {
@@ -125,6 +131,7 @@ ShownS findShown(AlgebraicExpressionC const& expression, LineResultS const& resu
     NodeABC const& formula = *expression.getNode();
     bool const isFunction = !detail::readDefinition(formula).parameters.empty();
     shown.isValue = !isFunction && saysMore(formula, result.value, result.usesDefinitions);
+    shown.isImplied = isRelation(formula);
     return shown;
   }
   if (shown.isNumber) return shown;

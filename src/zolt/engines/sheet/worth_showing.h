@@ -8,6 +8,7 @@ namespace zolt::engine_sheet {
 /// is not worth a line, nor is the fact that a formula with open variables has no value.
 struct ShownS {
   bool isValue = false;
+  bool isImplied = false;  ///< the value follows from the formula, a relation, and is not equal to it
   bool isNumber = false;
   bool isNumberExact = false;          ///< nothing has been rounded
   CASResultS const* reason = nullptr;  ///< why there is no value; part of the line's result
