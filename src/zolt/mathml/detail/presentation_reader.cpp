@@ -35,9 +35,10 @@ bool PresentationReaderC::read(MathmlIdT id) {
     }
   }
   // The sentence that the formula ends does not belong to it.
-  bool const isPunctuation = !places_.empty() && isToken(at(places_.back().second).tag) &&
-                             TextT(u".,;").find(tree_.text(places_.back().second)) != TextT::npos;
-  if (isPunctuation && places_.size() > 1) latex_.resize(places_.back().first);
+  MathmlIdT const last = places_.size() > 1 ? places_.back().second : no_element;
+  bool const isMark = last != no_element && isToken(at(last).tag) && isPunctuation(tree_.text(last)) &&
+                      !tree_.hasAttribute(last, u"data-name");
+  if (isMark) latex_.resize(places_.back().first);
   return fault_.cause == READ_ERROR_NONE;
 }
 
@@ -308,7 +309,9 @@ void PresentationReaderC::laterBase(MathmlIdT id) {
   MathmlTagE const tag = at(core).tag;
   if (isToken(tag)) {
     bool const isSimple = tag == MATHML_MN || (tag == MATHML_MI && tree_.text(core).size() == 1);
-    bool const isBraced = core != id && isSimple && asBar(tree_.text(core)) == u'\0';
+    // A name with an index of its own takes a further one only from outside of braces.
+    bool const hasIndex = tag == MATHML_MTEXT && tree_.text(core).find(u'_') != TextT::npos;
+    bool const isBraced = hasIndex || (core != id && isSimple && asBar(tree_.text(core)) == u'\0');
     return isBraced ? laterArgument(core) : later(core);
   }
   if (isRow(core)) {

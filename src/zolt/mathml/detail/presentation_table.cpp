@@ -126,6 +126,8 @@ bool isOnlyRoom(std::u16string_view text) {
   });
 }
 
+bool isPunctuation(TextT text) { return !text.empty() && TextT(u".,;").find(text) != TextT::npos; }
+
 TextT findSignCommand(TextT sign) {
   SignS const* const found = find(signs, [&](SignS const& row) { return row.sign == sign; });
   return found ? found->command : TextT();

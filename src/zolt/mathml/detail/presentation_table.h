@@ -37,6 +37,8 @@ FenceS const* findFenceOfTable(std::u16string_view environment);
 char16_t asBar(std::u16string_view text);
 /// Whether a token of these characters is only room between others.
 bool isOnlyRoom(std::u16string_view text);
+/// Whether the text at the end of a formula belongs to the sentence around it.
+bool isPunctuation(std::u16string_view text);
 
 /// Signs that are characters with a meaning of their own in LaTeX, and signs of several characters.
 /// The LaTeX of a sign; empty when it is written as it is.

@@ -218,7 +218,7 @@ void PresentationWriterC::readName(TextT command) {
   if (command == u"\\text") {
     oss::wstring const text = exchange::fromLatexText(name);
     putToken(u"mtext", text);
-    if (isOnlyRoom(text)) builder_.addAttribute(operands_.back(), u"data-name", text);
+    if (isOnlyRoom(text) || isPunctuation(text)) builder_.addAttribute(operands_.back(), u"data-name", text);
     return;
   }
   if (name.substr(0, 6) == u"\\text{") {
