@@ -136,6 +136,15 @@ class ComputingTest final : public QObject {
     QCOMPARE(stage.view().rows().size(), 3);
     QVERIFY(!stage.view().isModified());
 
+    // Solutions that are no roots of anything are rounded.
+    stage.view().insertBelow(&stage.row(2), makeFormulaLine(QStringLiteral("=(^(y,5),+(y,1))"), {}));
+    emit menu.aboutToShow();
+    menu.actions()[0]->trigger();
+    QTRY_COMPARE(stage.view().rows().size(), 5);
+    QCOMPARE(stage.row(4).line().prefix, QStringLiteral("=(y,1.167303978)"));
+    stage.view().history().undo();
+    stage.view().history().undo();
+
     // Of a part of a formula, and what is shown already.
     stage.enter(2);
     QVERIFY(stage.row(2).formula()->selectPart(1));

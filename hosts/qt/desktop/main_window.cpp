@@ -103,7 +103,7 @@ void MainWindow::connectView() {
   });
   // An error that has been told stays: what is settled then is what was typed before.
   connect(view_, &SheetView::formulaSettled, this, [this](SheetRow const* row) {
-    if (row == view_->currentRow() && source_->isVisibleTo(statusBar())) statusTimer_.start();
+    if (row == view_->currentRow() && !tellsError_) statusTimer_.start();
   });
   connect(view_, &SheetView::caretMoved, this, [this] { palette_->follow(view_->currentFormula()); });
   connect(view_, &SheetView::errorOccurred, this, &MainWindow::showError);
@@ -141,7 +141,7 @@ void MainWindow::makeStatusBar() {
   statusBar()->addPermanentWidget(source_, 3);
   // A message needs the room: it is below what is permanent.
   connect(statusBar(), &QStatusBar::messageChanged, this,
-          [this](QString const& message) { source_->setVisible(message.isEmpty()); });
+          [this](QString const& message) { source_->setVisible(message.isEmpty() && !tellsError_); });
   statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-out"))));
   statusBar()->addPermanentWidget(zoomLabel_);
   statusBar()->addPermanentWidget(makeZoomButton(action(QStringLiteral("zoom-in"))));
@@ -156,12 +156,14 @@ void MainWindow::showState(QString const& text, QRgb colour) {
 void MainWindow::showError(QString const& text) {
   // It stays although what it is about is selected.
   statusTimer_.stop();
+  tellsError_ = true;
   // A reason may need all of the line.
   source_->hide();
   showState(text, error_colour);
 }
 
 void MainWindow::updateStatus() {
+  tellsError_ = false;
   source_->show();
   FormulaEdit const* const formula = view_->currentFormula();
   if (!formula || formula->isEmpty()) {
@@ -176,8 +178,10 @@ void MainWindow::updateStatus() {
   if (formula->isComplete()) {
     showState(tr("Complete"), complete_colour);
   } else {
-    showState(tr("Incomplete – the Enter key marks what is missing"), incomplete_colour);
+    showState(tr("%1 (the Enter key marks it)").arg(formula->incompleteReason()), incomplete_colour);
   }
+  // There is nothing in one line to be told, and a reason may need all of it.
+  source_->setVisible(formula->isComplete());
   source_->setFullText(inOneLine(*formula));
 }
 

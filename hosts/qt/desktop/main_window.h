@@ -104,6 +104,8 @@ class MainWindow final : public QMainWindow {
   void updateComputeActions();
   void fillVariables(QMenu& menu, math::algexpr::CASOperationE operation);
   void compute(math::algexpr::CASOperationE operation, QString const& variable);
+  /// Inserts the result below the row; rounded solutions where there are no others.
+  void ask(SheetRow const& row, math::algexpr::CASRequestS const& request);
   void insertLines(SheetRow& below, std::vector<ExpressionT> const& lines);
   /// The result that is shown under the current formula; null when there is none.
   ExpressionT shownResult() const;
@@ -196,6 +198,7 @@ class MainWindow final : public QMainWindow {
   QLabel* stateDot_ = nullptr;
   ElidedLabel* state_ = nullptr;
   ElidedLabel* source_ = nullptr;
+  bool tellsError_ = false;  ///< the status line, until the formula changes
   QToolButton* zoomLabel_ = nullptr;
   QTimer statusTimer_;
   QString path_;

@@ -184,13 +184,23 @@ void MainWindow::compute(CASOperationE operation, QString const& variable) {
   SheetRow& row = *view_->currentRow();
   CASRequestS request = computer_->makeRequest(row, part, operation);
   request.variable = qt::toWstring(variable);
-  computer_->ask(row, request, [this, id = row.id(), operation](CASResultS const& result) {
+  ask(row, request);
+}
+
+void MainWindow::ask(SheetRow const& row, CASRequestS const& request) {
+  computer_->ask(row, request, [this, id = row.id(), request](CASResultS const& result) {
     SheetRow* const asked = view_->findRow(id);
     if (!asked) return;
+    if (result.cause == CAS_CAUSE_ONLY_ROUNDED && request.numbers == CAS_EXACT_NUMBERS) {
+      CASRequestS rounded = request;
+      rounded.numbers = CAS_ROUNDED_NUMBERS;
+      return ask(*asked, rounded);
+    }
     if (result.outcome != CAS_VALUE) return showError(whyNoResult(result));
     oss::wstring const& name = result.value->getNode()->crefName();
-    if (operation == CAS_SOLVE && name == u"false") return showError(tr("There is no solution"));
-    if (operation == CAS_SOLVE && name == u"true") return showError(tr("Every value is a solution"));
+    bool const isSolved = request.operation == CAS_SOLVE;
+    if (isSolved && name == u"false") return showError(tr("There is no solution"));
+    if (isSolved && name == u"true") return showError(tr("Every value is a solution"));
     insertLines(*asked, linesOf(result.value));
   });
 }
