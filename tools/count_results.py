@@ -36,6 +36,9 @@ def main(files):
                 print(f"failed: {name}")
                 passed += cases or 0
                 failed += count_cases("FAILED", output) or 1
+            elif not (test.find("skipped").get("message") or "").startswith("SKIP_"):
+                print(f"failed: {name}, which could not be run")
+                failed += 1
             else:
                 print(f"skipped: {name}")
                 skipped += 1
