@@ -404,7 +404,8 @@ BigIntegerC BigIntegerC::gcd(BigIntegerC a, BigIntegerC b) {
     std::int64_t y = static_cast<std::int64_t>(b.highestBits(&shiftB) >> 33);
     std::int64_t const gap = shiftA - shiftB;
     std::int64_t p = 1, q = 0, r = 0, s = 1;
-    if (shiftA > 0 && gap < 31) {
+    // Numbers that the deadline has cut short are in any order.
+    if (shiftA > 0 && gap >= 0 && gap < 31) {
       y >>= gap;
       while (y + r != 0 && y + s != 0) {
         std::int64_t const t = (x + p) / (y + r);
