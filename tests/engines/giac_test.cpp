@@ -96,6 +96,9 @@ TEST_F(RealWorker, AgreesWithTheEmbeddedEngine) {
     static char const* const calls[] = {"sqrt", "abs",  "floor", "ceil",   "ln",     "exp",
                                         "sin",  "cos",  "tan",   "arcsin", "arccos", "arctan",
                                         "sinh", "cosh", "tanh",  "log",    "-"};
+    static char const* const constructs[] = {
+        "sum(k,1,3,k*$)",   "prod(k,1,3,k+$)",    "int(0,2,x*$,x)",           "det($,2;3,$)", "binom(6,2)*$",
+        "where(x^2*$,x,$)", "cases($,$<$;$,1<2)", "det([$,1;2,$]*[1,2;3,$])", "$%+log(3,$)"};
     static char const* const signs[] = {"+", "-", "*", "/", " div ", " mod "};
     if (depth == 0) return leaves[pick(8)];
     unsigned const kind = pick(8);
@@ -103,10 +106,18 @@ TEST_F(RealWorker, AgreesWithTheEmbeddedEngine) {
     if (kind < 3) return calls[pick(17)] + a;
     if (kind == 3) return a + "^" + (pick(2) ? "2" : "(1/2)");
     if (kind == 4) return "nthroot(" + a + ",3)";
-    if (kind == 5) return "sum(k,1,3,k*" + a + ")";
+    if (kind == 5) {
+      std::string text = constructs[pick(9)];
+      for (std::size_t at = 0; (at = text.find('$', at)) != text.npos;) {
+        std::string const part = "(" + make(depth - 1) + ")";
+        text.replace(at, 1, part);
+        at += part.size();
+      }
+      return text;
+    }
     return a + signs[pick(6)] + "(" + make(depth - 1) + ")";
   };
-  for (unsigned i = 0; i < 400; ++i) {
+  for (unsigned i = 0; i < 600; ++i) {
     std::string const text = make(1 + pick(3));
     SCOPED_TRACE(text);
     CASRequestS request = ask(text, CAS_APPROXIMATE);

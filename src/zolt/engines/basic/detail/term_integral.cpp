@@ -184,8 +184,8 @@ class IntegratorC {
     return true;
   }
 
-  // A power of the variable times a power of a linear or quadratic term. The exponent is a copy, since the numbers of
-  // the pool move when it grows.
+  // A power of the variable times a power of a linear or quadratic term. The exponent is a copy, since the
+  // numbers of the pool move when it grows.
   bool integratePowerOf(RationalC const& power, TermT base, RationalC const exponent, TermT* result) {
     std::vector<TermT> coefficients;
     RationalC const next = exponent + 1;

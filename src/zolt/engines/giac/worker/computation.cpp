@@ -318,6 +318,10 @@ ResultWriterC::NodeP ComputationC::approximateNode(gen const& value, unsigned& c
     bool const isNumber =
         rounded.type == _REAL || rounded.type == _DOUBLE_ || rounded.type == _CPLX || isExactReal(rounded);
     if (!isNumber) throw FaultS{CAS_CAUSE_NEEDS_ALGEBRA, 0, {}};
+    // What rounding has left over is no imaginary part.
+    bool const isReal =
+        rounded.type == _CPLX && countCommonDigits(re(rounded, &context_), rounded, &context_) >= digits;
+    if (isReal) rounded = re(rounded, &context_);
     common = std::min(countCommonDigits(less, rounded, &context_), digits - 3);
     if (!isExactFunction) break;
   }

@@ -334,6 +334,14 @@ gen EvaluatorC::evaluateCall(PlaceS place, wstring const& name) {
   if (takesAngle && isInDegrees) operands[0] = operands[0] * cst_pi / gen(180);
   gen const argument = operands.size() == 1 ? operands[0] : gen(operands, _SEQ__VECT);
   gen result = checked((*function)(argument, context_), place, isInfinite);
+  // A tangent that is nearly one of its table is taken for that.
+  bool const isFromTable =
+      function == at_atan && !isInfinite && isConstant(argument) && !hasFunction(result, at_atan);
+  if (isFromTable) {
+    constexpr int digits = 40;
+    gen const distance = abs(approximate(tan(result, context_) - argument, digits, context_), context_);
+    if (is_strictly_greater(distance, gen(1e-30), context_)) fail(CAS_CAUSE_NEEDS_ALGEBRA, place);
+  }
   if (givesAngle && isInDegrees) result = normal(result * gen(180) / cst_pi, context_);
   return result;
 }
