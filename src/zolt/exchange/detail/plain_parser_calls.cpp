@@ -132,6 +132,7 @@ bool PlainParserC::beginBody(FrameS const& frame, std::vector<NodeT> const& argu
     return true;
   }
   body.name.pop_back();
+  if (body.name.empty()) return false;
   for (unsigned long const count : {2ul, 3ul}) {
     ReadingS const* const function =
         frame.side ? findSidedFunction(body.name) : findFunction(body.name, count);
