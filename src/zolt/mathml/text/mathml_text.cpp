@@ -129,7 +129,7 @@ bool decodeXml(oss::bytestring const& bytes, wstring& text) {
     std::transform(name.begin(), name.end(), name.begin(),
                    [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
     if (name == "iso-8859-1") {
-      for (unsigned char const c : plain) text += char16_t{c};
+      for (char const c : plain) text += char16_t{static_cast<unsigned char>(c)};
       return true;
     }
     if (name != "utf-8" && name != "us-ascii") return false;
