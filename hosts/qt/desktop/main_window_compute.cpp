@@ -109,7 +109,7 @@ void MainWindow::makeComputeMenu() {
   connect(&menu, &QMenu::aboutToHide, this, [&menu] {
     for (QAction* const action : menu.actions()) action->setEnabled(true);
   });
-  connect(view_, &SheetView::contextMenuMade, this, [this, &menu](QMenu* formulaMenu) {
+  connect(view_, &SheetView::contextMenuMade, this, [&menu](QMenu* formulaMenu) {
     formulaMenu->addSeparator();
     formulaMenu->addMenu(&menu);
   });

@@ -22,7 +22,7 @@ using qt::toQString;
 
 namespace {
 
-constexpr int columns = 5;
+constexpr int column_count = 5;
 constexpr QSize icon_size(44, 34);
 constexpr QSize button_size(50, 40);
 
@@ -62,7 +62,7 @@ PaletteDock::PaletteDock(std::shared_ptr<qt::FormulaFonts> fonts, QWidget* paren
     section.title->setFont(font);
     section.title->setContentsMargins(2, 8, 0, 2);
     section.grid->setSpacing(1);
-    section.grid->setColumnStretch(columns, 1);
+    section.grid->setColumnStretch(column_count, 1);
     for (field::PaletteEntryS const& entry : group.entries) section.buttons.push_back(makeButton(entry));
     list->addWidget(section.title);
     list->addLayout(section.grid);
@@ -75,7 +75,7 @@ PaletteDock::PaletteDock(std::shared_ptr<qt::FormulaFonts> fonts, QWidget* paren
   list->addWidget(nothing_);
   list->addStretch(1);
   area->setWidget(page);
-  area->setMinimumWidth(columns * (button_size.width() + 1) + 24);
+  area->setMinimumWidth(column_count * (button_size.width() + 1) + 24);
   column->addWidget(area);
   setWidget(body);
 }
@@ -115,7 +115,7 @@ void PaletteDock::arrange(SectionS const& section, std::vector<field::PaletteEnt
     bool const shown = field::matchSearch(entries[i], wanted.toStdU16String()) != field::SEARCH_MATCH_NONE;
     section.buttons[i]->setVisible(shown);
     if (!shown) continue;
-    section.grid->addWidget(section.buttons[i], place / columns, place % columns);
+    section.grid->addWidget(section.buttons[i], place / column_count, place % column_count);
     ++place;
   }
   section.title->setVisible(place > 0);
