@@ -1,6 +1,7 @@
 #include "hosts/cli/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 #include <sstream>
 
@@ -81,6 +82,11 @@ std::vector<std::string> getOptionNames(CommandS const& command) {
   return names;
 }
 
+bool takesExpressions(CommandS const& command) {
+  return std::any_of(command.words.begin(), command.words.end(),
+                     [](WordS const& word) { return word.names.empty() && word.value == "EXPR"; });
+}
+
 /// Says what is wrong with the command line, and where its correct form is described.
 void complain(CLI::ParseError const& error, CLI::App const& program, std::string const& firstWord) {
   ProgramS const known = describe(program);
@@ -102,7 +108,9 @@ void complain(CLI::ParseError const& error, CLI::App const& program, std::string
       std::string const nearest =
           option.compare(0, 2, "--") == 0 ? findNearest(option, getOptionNames(*command)) : std::string();
       message = "there is no option \"" + option + '"' + suggest(nearest);
-      if (!chosen.empty()) advice = "An expression that begins with \"-\" needs \"--\" before it.\n";
+      if (nearest.empty() && takesExpressions(*command)) {
+        advice = "An expression that begins with \"-\" needs \"--\" before it.\n";
+      }
     }
   }
   advice += "Try: ved " + (chosen.empty() ? "" : command->name + ' ') + "--help";

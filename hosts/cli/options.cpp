@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
+#include <type_traits>
 
 #include "hosts/cli/nearest_word.h"
 
@@ -33,7 +34,12 @@ CLI::Option& addLimited(CLI::App& command, std::string const& name, T& value, T 
       refuse(name, "the value is not between " + toText(least) + " and " + toText(most));
     value = given;
   };
-  CLI::Option* const option = command.add_option_function<T>(name, take, help);
+  auto const findFault = [](std::string const& text) {
+    T given;
+    if (CLI::detail::lexical_cast(text, given)) return std::string();
+    return '"' + text + (std::is_integral_v<T> ? "\" is no count" : "\" is no number");
+  };
+  CLI::Option* const option = command.add_option_function<T>(name, take, help)->check(findFault);
   return *option->type_name("N")->default_str(toText(value));
 }
 

@@ -493,6 +493,8 @@ class CommandLineTest(unittest.TestCase):
         self.assertEqual(ved("-v")[2], b'ved: there is no option "-v"\nTry: ved --help\n')
         for line, meant in ("rednr", "render"), ("convert --form=plain x", "--from"), ("convert --to latout x", "layout"):
             self.assertIn(f'; did you mean "{meant}"?\n', ved(*line.split())[2].decode())
+        for line, fault in ("render -j 2.5 x", "--jobs: \"2.5\" is no count"), ("render --scale big x", "--scale: \"big\" is no number"):
+            self.assertEqual(ved(*line.split())[2].decode(), f"ved: {fault}\nTry: ved render --help\n")
         message = ved("convert", "-x")[2].decode()
         self.assertIn("-x", message.splitlines()[0])
         self.assertIn('needs "--" before it', message)
