@@ -190,35 +190,36 @@ bool JsonReaderC::takeKey(wstring const& key) {
   return true;
 }
 
-bool JsonReaderC::endObject() {
+std::optional<JsonReaderC::FrameS> JsonReaderC::endFrame() {
   findToken();
   if (skippedDepth_ > 0) {
     --skippedDepth_;
-    return true;
+    return std::nullopt;
   }
-  FrameS const frame = std::move(frames_.back());
+  std::optional<FrameS> frame = std::move(frames_.back());
   frames_.pop_back();
-  if (operands_.size() != frame.firstOperand + 1) return failAt(frame.begin, READ_ERROR_NO_MEANING);
+  return frame;
+}
+
+bool JsonReaderC::endObject() {
+  std::optional<FrameS> const frame = endFrame();
+  if (!frame) return true;
+  if (operands_.size() != frame->firstOperand + 1) return failAt(frame->begin, READ_ERROR_NO_MEANING);
   NodeT& value = operands_.back();
-  if (frame.minus != u'\0' && isNumber(*value)) value = withMinus(value, frame.minus);
+  if (frame->minus != u'\0' && isNumber(*value)) value = withMinus(value, frame->minus);
   return true;
 }
 
 bool JsonReaderC::endArray() {
-  findToken();
-  if (skippedDepth_ > 0) {
-    --skippedDepth_;
-    return true;
-  }
-  FrameS const frame = std::move(frames_.back());
-  frames_.pop_back();
-  if (!frame.head) return failAt(frame.begin, READ_ERROR_MISSING_OPERAND);
-  auto const first = operands_.begin() + static_cast<std::ptrdiff_t>(frame.firstOperand);
+  std::optional<FrameS> const frame = endFrame();
+  if (!frame) return true;
+  if (!frame->head) return failAt(frame->begin, READ_ERROR_MISSING_OPERAND);
+  auto const first = operands_.begin() + static_cast<std::ptrdiff_t>(frame->firstOperand);
   std::vector<NodeT> const operands(first, operands_.end());
-  operands_.resize(frame.firstOperand);
-  NodeT node = makeCall(frame.head->crefName(), operands);
+  operands_.resize(frame->firstOperand);
+  NodeT node = makeCall(frame->head->crefName(), operands);
   if (!node) {
-    return failAt(frame.begin, operands.empty() ? READ_ERROR_MISSING_ARGUMENTS : READ_ERROR_ARGUMENT_COUNT);
+    return failAt(frame->begin, operands.empty() ? READ_ERROR_MISSING_ARGUMENTS : READ_ERROR_ARGUMENT_COUNT);
   }
   operands_.push_back(std::move(node));
   return true;

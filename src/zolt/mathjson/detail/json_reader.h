@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -51,6 +52,8 @@ class JsonReaderC {
   };
 
   void findToken();
+  /// Takes away the innermost array or object, whose end was found; none when it was skipped.
+  std::optional<FrameS> endFrame();
   bool isSkipped() const;
   bool mayBegin() const;
   bool push(NodeT node, math::common::ReadErrorE cause);
