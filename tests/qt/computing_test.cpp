@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QDeadlineTimer>
 #include <QMenu>
+#include <QScrollBar>
 #include <QTest>
 #include <QThread>
 #include <QWheelEvent>
@@ -239,6 +240,40 @@ class ComputingTest final : public QObject {
     QTRY_VERIFY(stage.finish() && stage.row(1).graph() && !stage.row(1).graph()->isSampling());
     QCOMPARE(stage.view().sheet()[1].graph, saved[1].graph);
     QVERIFY(!stage.row(1).graph()->graph().curve.empty());
+  }
+
+  void whatAppearsBelowIsInSight() {
+    StageS stage(QStringList(30, QStringLiteral("x")));
+    QVERIFY(stage.finish());
+    SheetRow& row = stage.row(20);
+    QWidget const& port = *stage.view().viewport();
+    auto const edge = [&](QWidget& widget, int y) { return widget.mapTo(&port, QPoint(0, y)).y(); };
+    stage.enter(20);
+    // The line is the last that is seen.
+    QScrollBar& bar = *stage.view().verticalScrollBar();
+    bar.setValue(bar.value() + edge(row, row.height()) - port.height());
+    stage.type("^2+1/3+2/3");
+    QTRY_VERIFY(stage.finish() && row.hasResults() && row.results().height() > 0);
+    QVERIFY(edge(row, row.height()) <= port.height());
+    // What is higher than the window leaves the caret where it is seen.
+    stage.window.resize(stage.window.width(), stage.window.height() - port.height() + 200);
+    stage.window.action(QStringLiteral("graph"))->trigger();
+    QVERIFY(row.graph() && row.height() > port.height());
+    int const caret = port.mapFromGlobal(row.caretOnScreen().topLeft()).y();
+    QVERIFY(caret >= 0 && caret < 60);
+  }
+
+  void ticksAreOfPiWhereAFunctionRepeatsItself() {
+    auto const isOfPi = [](char16_t const* prefix) {
+      return isTrigonometric(*AlgebraicExpressionC::fromPrefixString(prefix)->getNode(), u"x");
+    };
+    for (char16_t const* const prefix : {u"*(a,sin(x))", u"cos(+(/(*(2,x),3),_PI))", u"tan(_neg(x))"}) {
+      QVERIFY(isOfPi(prefix));
+    }
+    for (char16_t const* const prefix : {u"sin(/(1,x))", u"asin(x)", u"sin(*(_PI,x))", u"sin(^(x,2))",
+                                         u"+(x,sin(2))", u"+(sin(x),sin(^(x,2)))"}) {
+      QVERIFY(!isOfPi(prefix));
+    }
   }
 
   void resultsAreExportedAndCopied() {

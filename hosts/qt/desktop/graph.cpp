@@ -7,10 +7,15 @@
 #include <algorithm>
 #include <cmath>
 
+#include "zolt/algexpr/flat_tree.h"
+#include "zolt/algexpr/float_node.h"
+#include "zolt/algexpr/nodes.h"
 #include "zolt/engines/basic/real_function.h"
 #include "zolt/qt/text.h"
 
 namespace zolt::desktop {
+
+using namespace math::algexpr;
 
 namespace {
 
@@ -30,9 +35,49 @@ class EngineFunction final : public plot::PlottedFunctionABC {
   engine_basic::RealFunctionC& function_;
 };
 
+/// How a part depends on a variable. An even growth is that of a rational multiple, with anything added.
+enum GrowthE { GROWTH_NUMBER, GROWTH_CONSTANT, GROWTH_EVEN, GROWTH_OTHER };
+
+GrowthE growthOf(NodeABC const& leaf, oss::wstring const& variable) {
+  if (leaf.crefName() == variable) return GROWTH_EVEN;
+  bool const isNumber = castNode<IntegerNodeC>(leaf) || castNode<FloatNodeC>(leaf);
+  return isNumber ? GROWTH_NUMBER : GROWTH_CONSTANT;
+}
+
+GrowthE combine(oss::wstring const& name, std::vector<GrowthE> const& parts) {
+  GrowthE const most = *std::max_element(parts.begin(), parts.end());
+  if (most != GROWTH_EVEN || name == u"+" || name == u"-" || name == u"_neg") return most;
+  if (parts.size() != 2) return GROWTH_OTHER;
+  bool const isMultiple = (name == u"*" && parts[0] == GROWTH_NUMBER) ||
+                          ((name == u"*" || name == u"/") && parts[1] == GROWTH_NUMBER);
+  return isMultiple ? GROWTH_EVEN : GROWTH_OTHER;
+}
+
 unsigned countTicks(double length, double room) { return unsigned(std::clamp(length / room, 2.0, 40.0)); }
 
 }  // namespace
+
+bool isTrigonometric(NodeABC const& root, oss::wstring const& variable) {
+  FlatTreeC tree;
+  if (!tree.fill(root)) return false;
+  bool isFound = false;
+  std::vector<GrowthE> growths(tree.end(0));
+  // The parts of a part have the greater numbers.
+  for (std::uint32_t at = tree.end(0); at-- > 0;) {
+    oss::wstring const& name = tree.crefNode(at).crefName();
+    std::vector<GrowthE> parts;
+    for (std::uint32_t part = at + 1; part < tree.end(at); part = tree.end(part)) {
+      parts.push_back(growths[part]);
+    }
+    growths[at] = parts.empty() ? growthOf(tree.crefNode(at), variable) : combine(name, parts);
+    bool const isAngle = name == u"sin" || name == u"cos" || name == u"tan" || name == u"cot" ||
+                         name == u"sec" || name == u"csc";
+    if (!isAngle || parts.size() != 1 || parts[0] < GROWTH_EVEN) continue;
+    if (parts[0] == GROWTH_OTHER) return false;
+    isFound = true;
+  }
+  return isFound;
+}
 
 bool GraphedFunction::equals(GraphedFunction const& other) const {
   if (!expression || !other.expression || !expression->equals(*other.expression)) return false;

@@ -23,11 +23,15 @@ struct GraphedFunction {
   oss::wstring variable;
   oss::PointerTC<math::algexpr::CASDefinitionsC> definitions;
   math::algexpr::CASAngleE angle = math::algexpr::CAS_RADIANS;
-  bool isTrigonometric = false;
+  bool isTrigonometric = false;  ///< as `isTrigonometric` tells
 
   /// Whether both have the same graph.
   bool equals(GraphedFunction const& other) const;
 };
+
+/// Whether there are sines, cosines or tangents in it, each of an angle that grows evenly with the variable
+/// and by a rational number: such a function repeats itself at multiples of π, and `sin(1/x)` does not.
+bool isTrigonometric(math::algexpr::NodeABC const& node, oss::wstring const& variable);
 
 /// What a graph shows: a window of the plane and the curve in it.
 struct Graph {

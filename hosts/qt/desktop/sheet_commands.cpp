@@ -94,7 +94,7 @@ void ToggleGraphCommand::toggle() {
     return QList<SheetRow*>{row()};
   });
   enter();
-  if (!isShown) view().showRow(*row());
+  if (!isShown) view().showBelow();
 }
 
 // ---- Edits ------------------------------------------------------------------------------------------------

@@ -203,10 +203,7 @@ std::optional<GraphedFunction> SheetComputer::graphedFunction(SheetRow const& ro
   function.variable = variables.front();
   function.definitions = sheet_.makeRequest(row.id(), expression, CAS_EVALUATE).definitions;
   function.angle = computing().angle;
-  QString const prefix = qt::toQString(expression->toPrefixString());
-  for (char const* const name : {"sin(", "cos(", "tan("}) {
-    function.isTrigonometric = function.isTrigonometric || prefix.contains(QLatin1String(name));
-  }
+  function.isTrigonometric = isTrigonometric(*expression->getNode(), function.variable);
   return function;
 }
 
@@ -237,10 +234,10 @@ void SheetComputer::showLater() {
 }
 
 void SheetComputer::showChanged() {
-  view_.keepPlace([this] {
+  QList<SheetRow*> changed;
+  view_.keepPlace([&] {
     QElapsedTimer clock;
     clock.start();
-    QList<SheetRow*> changed;
     while (!unshown_.isEmpty() && clock.elapsed() < show_budget) {
       unsigned long const line = unshown_.takeFirst();
       isUnshown_.remove(line);
@@ -249,6 +246,7 @@ void SheetComputer::showChanged() {
     }
     return changed;
   });
+  if (changed.contains(view_.currentRow())) view_.showBelow();
   sinceShown_.start();
   showLater();
 }

@@ -387,6 +387,16 @@ void SheetView::reveal() {
   ensureVisible(0, top.y(), 0, reveal_margin);
 }
 
+void SheetView::showBelow() {
+  QRect const caret = current_->caretOnScreen();
+  QRect const seen = viewport()->rect();
+  if (!seen.intersects(QRect(viewport()->mapFromGlobal(caret.topLeft()), caret.size()))) return;
+  QScrollBar& bar = *verticalScrollBar();
+  int const caretTop = page_->mapFromGlobal(caret.topLeft()).y();
+  int const wanted = std::min(current_->geometry().bottom() + 1 - seen.height(), caretTop - reveal_margin);
+  if (wanted > bar.value()) bar.setValue(wanted);
+}
+
 bool SheetView::enterNeighbour(int distance) {
   qsizetype const target = rows_.indexOf(current_) + distance;
   if (target < 0 || target >= rows_.size()) return false;

@@ -70,8 +70,9 @@ class SheetView final : public QScrollArea {
   /// Runs what changes the heights of rows, which it returns; what is looked at stays in place.
   void keepPlace(std::function<QList<SheetRow*>()> const& change);
 
-  /// Scrolls all of the row into sight.
-  void showRow(SheetRow const& row) { ensureVisible(0, row.geometry().bottom(), 0, 0); }
+  /// Scrolls what is below the current formula into sight, as far as its caret stays in sight. Does nothing
+  /// when the caret is out of sight.
+  void showBelow();
 
   /// Gives the keyboard focus to the first formula or, without one, to the first line.
   void enterFirstFormula();
