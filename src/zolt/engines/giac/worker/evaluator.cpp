@@ -309,6 +309,25 @@ gen EvaluatorC::openAt(gen const& result, unary_function_ptr const* function, Pl
   return result;
 }
 
+// The algebra system leaves the hyperbolic functions of a logarithm as they are.
+gen EvaluatorC::withoutLogarithm(gen const& result) const {
+  gen simple = result;
+  for (unary_function_ptr const* const function : {at_sinh, at_cosh, at_tanh}) {
+    simple = replaced(simple, function, [&](gen const& call) {
+      gen const& argument = call._SYMBptr->feuille;
+      if (!hasFunction(argument, at_ln)) return call;
+      gen const up = _lncollect(exp(argument, context_), context_), down = inv(up, context_);
+      gen const sum = up + down, difference = up - down;
+      gen const value = normal(function == at_sinh   ? rdiv(difference, gen(2), context_)
+                               : function == at_cosh ? rdiv(sum, gen(2), context_)
+                                                     : rdiv(difference, sum, context_),
+                               context_);
+      return hasFunction(value, at_exp) ? call : value;
+    });
+  }
+  return simple;
+}
+
 gen EvaluatorC::evaluateCall(PlaceS place, wstring const& name) {
   auto const defined = definitions_.find(name);
   vecteur operands = evaluateChildren(place);
@@ -334,6 +353,8 @@ gen EvaluatorC::evaluateCall(PlaceS place, wstring const& name) {
   if (takesAngle && isInDegrees) operands[0] = operands[0] * cst_pi / gen(180);
   gen const argument = operands.size() == 1 ? operands[0] : gen(operands, _SEQ__VECT);
   gen result = checked((*function)(argument, context_), place, isInfinite);
+  bool const isHyperbolic = function == at_sinh || function == at_cosh || function == at_tanh;
+  if (isHyperbolic) result = withoutLogarithm(result);
   // A tangent that is nearly one of its table is taken for that.
   bool const isFromTable =
       function == at_atan && !isInfinite && isConstant(argument) && !hasFunction(result, at_atan);

@@ -72,6 +72,7 @@ class EvaluatorC {
   giac::vecteur evaluateChildren(PlaceS place);
   /// Throws when a result is undefined, or infinite without an infinite operand.
   gen checked(gen const& result, PlaceS place, bool mayBeInfinite) const;
+  gen withoutLogarithm(gen const& result) const;
   gen openAt(gen const& result, giac::unary_function_ptr const* function, PlaceS place);
   wstring const& variableAt(PlaceS place, unsigned index) const;
   gen outerValue(PlaceS place, unsigned index);

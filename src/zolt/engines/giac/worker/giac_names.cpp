@@ -11,6 +11,7 @@ struct FunctionS {
   char16_t const* name;
   unary_function_ptr const* const* function;
   unsigned long arity;
+  bool takesMore = false;
 };
 
 // Constructs and signs are the evaluator's.
@@ -42,10 +43,10 @@ FunctionS const functions[] = {{u"abs", &at_abs, 1},
                                {u"arg", &at_arg, 1},
                                {u"sign", &at_sign, 1},
                                {u"sgn", &at_sign, 1},
-                               {u"gcd", &at_gcd, 2},
-                               {u"lcm", &at_lcm, 2},
-                               {u"min", &at_min, 2},
-                               {u"max", &at_max, 2},
+                               {u"gcd", &at_gcd, 2, true},
+                               {u"lcm", &at_lcm, 2, true},
+                               {u"min", &at_min, 2, true},
+                               {u"max", &at_max, 2, true},
                                {u"binomial", &at_comb, 2},
                                {u"Gamma", &at_Gamma, 1},
                                {u"erf", &at_erf, 1},
@@ -160,7 +161,9 @@ unary_function_ptr const* findFunction(wstring const& name, unsigned long arity)
     return all;
   }();
   auto const found = byName.find(name);
-  return found == byName.end() || found->second->arity != arity ? nullptr : *found->second->function;
+  if (found == byName.end()) return nullptr;
+  FunctionS const& row = *found->second;
+  return row.arity == arity || (row.takesMore && arity > row.arity) ? *row.function : nullptr;
 }
 
 char16_t const* findName(unary_function_ptr const& function) {

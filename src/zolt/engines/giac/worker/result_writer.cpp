@@ -3,6 +3,7 @@
 
 #include <mpfr.h>
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -163,6 +164,51 @@ ResultWriterC::NodeP ResultWriterC::writePowerOf(gen const& base, gen const& exp
   return product.type == _FRAC ? writeCall(u"^", makevecteur(inside._VECTptr->front(), product)) : nullptr;
 }
 
+namespace {
+
+struct PowerS {
+  gen base;
+  gen exponent;
+};
+
+PowerS readPower(gen const& factor) {
+  if (factor.type == _SYMB && factor._SYMBptr->sommet == at_inv) {
+    PowerS const below = readPower(factor._SYMBptr->feuille);
+    return {below.base, -below.exponent};
+  }
+  bool const isPower = factor.type == _SYMB && factor._SYMBptr->sommet == at_pow &&
+                       factor._SYMBptr->feuille.type == _VECT &&
+                       factor._SYMBptr->feuille._VECTptr->size() == 2;
+  if (!isPower) return {factor, 1};
+  vecteur const& parts = *factor._SYMBptr->feuille._VECTptr;
+  // A power of a root is one of a power.
+  PowerS const inside = readPower(parts[0]);
+  bool const isOfRoot = parts[1].type == _INT_ && inside.exponent.type == _FRAC;
+  return isOfRoot ? PowerS{inside.base, inside.exponent * parts[1]} : PowerS{parts[0], parts[1]};
+}
+
+// The algebra system splits x^(5/3) into x·x^(2/3). A square root stays a root, and numbers stay out of it.
+void joinPowers(vecteur& factors) {
+  for (gen& factor : factors) {
+    PowerS const root = readPower(factor);
+    bool const isRoot =
+        root.exponent.type == _FRAC && root.exponent._FRACptr->den != gen(2) && isExactReal(root.exponent);
+    if (!isRoot || isExactReal(root.base)) continue;
+    bool const isAbove = is_positive(root.exponent, nullptr);
+    auto const whole = std::find_if(factors.begin(), factors.end(), [&](gen const& other) {
+      PowerS const power = readPower(other);
+      return power.exponent.type == _INT_ && (power.exponent.val > 0) == isAbove && power.base == root.base;
+    });
+    if (whole == factors.end()) continue;
+    gen const exponent = root.exponent + readPower(*whole).exponent;
+    factor = symbolic(at_pow, gen(makevecteur(root.base, exponent), _SEQ__VECT));
+    factors.erase(whole);
+    return joinPowers(factors);
+  }
+}
+
+}  // namespace
+
 ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   unary_function_ptr const& function = value._SYMBptr->sommet;
   gen const& operand = value._SYMBptr->feuille;
@@ -184,6 +230,8 @@ ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   if (function == at_pow && arguments.size() == 2) {
     if (NodeP const power = writePowerOf(arguments[0], arguments[1])) return power;
   }
+  if (function == at_prod) joinPowers(arguments);
+  if (function == at_prod && arguments.size() == 1) return writeNode(arguments[0]);
   bool const isInDegrees = angle_ == CAS_DEGREES && arguments.size() == 1;
   bool const takesAngle = function == at_sin || function == at_cos || function == at_tan ||
                           function == at_cot || function == at_sec || function == at_csc;
