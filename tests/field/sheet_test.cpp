@@ -48,7 +48,9 @@ TEST(Sheet, BecomesADocumentAndComesBack) {
                         {SHEET_TEXT, u"end", {}, {}}};
   for (auto const kind : {DOCUMENT_LATEX, DOCUMENT_MARKDOWN}) {
     SheetT read;
-    wstring const document = writeDocument(sheet, kind, {{}, {}, {u"=(x,3)", u"6.02E23", false, true}});
+    wstring const document =
+        writeDocument(sheet, kind, {{}, {}, {u"=(x,3)", u"6.02E23", false, true, u"a-1.png"}});
+    EXPECT_NE(document.find(kind == DOCUMENT_LATEX ? u"{a-1.png}" : u"(a-1.png "), document.npos);
     EXPECT_NE(document.find(u"\\Rightarrow\\quad x = 3 \\approx 6.02\\cdot 10^{23}\n"), document.npos);
     ASSERT_TRUE(readDocument(document, kind, read));
     EXPECT_EQ(toUtf8(writeSheet(read)), toUtf8(writeSheet(sheet)));

@@ -9,6 +9,7 @@
 #include <QPdfWriter>
 #include <QSvgGenerator>
 #include <algorithm>
+#include <functional>
 #include <vector>
 
 #include "hosts/qt/desktop/result_layout.h"
@@ -57,6 +58,11 @@ struct BlockS {
   bool isResult() const { return value || decimal; }
 };
 
+QFont graphFont(QFont font) {
+  font.setPixelSize(12);
+  return font;
+}
+
 PictureT makePicture(SheetLine const& line, std::shared_ptr<qt::FormulaFonts> const& fonts,
                      bool decimalComma) {
   auto picture = std::make_unique<qt::FormulaPicture>(fonts, decimalComma);
@@ -96,8 +102,7 @@ class PageFlow {
       addResult(shown->result, fonts, decimalComma);
       if (!shown->graph) continue;
       blocks_.emplace_back();
-      blocks_.back().font = font;
-      blocks_.back().font.setPixelSize(12);
+      blocks_.back().font = graphFont(font);
       blocks_.back().graph = &*shown->graph;
     }
   }
@@ -238,7 +243,7 @@ class PageFlow {
   std::vector<BlockS> blocks_;
 };
 
-QByteArray toPng(PageFlow const& flow, QSizeF size) {
+QByteArray toPng(QSizeF size, std::function<void(QPainter&)> const& paint) {
   QByteArray bytes;
   QSizeF const pixels = size * picture_scale;
   if (pixels.width() * pixels.height() > most_pixels) return bytes;
@@ -247,7 +252,7 @@ QByteArray toPng(PageFlow const& flow, QSizeF size) {
   QPainter painter(&image);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.scale(picture_scale, picture_scale);
-  flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PIXELS);
+  paint(painter);
   painter.end();
   QBuffer buffer(&bytes);
   image.save(&buffer, "PNG");
@@ -295,7 +300,18 @@ QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QStri
   qreal const width = flow.naturalWidth();
   flow.layOut(width, 1e6);
   QSizeF const size(width + 2 * picture_margin, flow.height() + 2 * picture_margin);
-  return format == PictureFormat::Svg ? toSvg(flow, size, title) : toPng(flow, size);
+  if (format == PictureFormat::Svg) return toSvg(flow, size, title);
+  return toPng(size, [&](QPainter& painter) {
+    flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PIXELS);
+  });
+}
+
+QByteArray Exporter::exportGraph(Graph const& graph) const {
+  QSizeF const size(graph_width, graph_height);
+  return toPng(size, [&](QPainter& painter) {
+    painter.setFont(graphFont(textFont_));
+    paintGraph(painter, {{}, size}, graph, graph.window, GraphColours::onPaper());
+  });
 }
 
 QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) const {

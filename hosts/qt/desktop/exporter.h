@@ -45,6 +45,8 @@ class Exporter final {
   QByteArray exportSheet(Sheet const& sheet, PictureFormat format, QString const& title) const;
   /// One formula in its natural size.
   QByteArray exportFormula(SheetLine const& line, PictureFormat format) const;
+  /// A graph as a PNG picture.
+  QByteArray exportGraph(Graph const& graph) const;
   /// Paints on a printer or into a PDF; `resolution` is the device's, in dots per inch. Returns false when
   /// the device cannot be painted on.
   bool print(Sheet const& sheet, QPagedPaintDevice& device, int resolution) const;

@@ -173,12 +173,14 @@ class MainWindow final : public QMainWindow {
   bool importDocument(QString const& path);
   void importAsked();
   Exporter makeExporter() const;
-  QByteArray makeDocument(sheet::DocumentKindE kind) const;
+  /// With a picture beside it of each graph.
+  void exportDocument(QString const& path, sheet::DocumentKindE kind);
   void exportSheet();
   void exportFormula();
   QString askExportPath(QString const& title, QString const& others = {});
   /// Empty `bytes` mean that the picture would be too large.
-  void writeExport(QString const& path, QByteArray const& bytes);
+  /// False, after telling so, when the file could not be written.
+  bool writeExport(QString const& path, QByteArray const& bytes);
   void printAsked();
   void record(bool on);
   void complain(QString const& what, QString const& why);

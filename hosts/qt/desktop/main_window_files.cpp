@@ -7,6 +7,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QStandardPaths>
 #include <QStatusBar>
@@ -23,6 +24,7 @@
 #include "hosts/qt/desktop/sheet_file.h"
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/write_file.h"
+#include "zolt/qt/text.h"
 
 namespace zolt::desktop {
 
@@ -299,8 +301,14 @@ Exporter MainWindow::makeExporter() const {
   return exporter;
 }
 
-QByteArray MainWindow::makeDocument(sheet::DocumentKindE kind) const {
+void MainWindow::exportDocument(QString const& path, sheet::DocumentKindE kind) {
   std::vector<sheet::WrittenResultS> results;
+  // Documents have pictures only as files, whose names must not need escapes.
+  QFileInfo const file(path);
+  QString const name = file.completeBaseName().replace(QRegularExpression(QStringLiteral("[^A-Za-z0-9_-]")),
+                                                       QStringLiteral("-"));
+  Exporter const exporter = makeExporter();
+  int graphs = 0;
   auto const write = [](ShownResult::Expression const& expression) {
     return expression ? expression->toPrefixString() : oss::wstring();
   };
@@ -310,15 +318,19 @@ QByteArray MainWindow::makeDocument(sheet::DocumentKindE kind) const {
       results.back() = {write(result->value), write(result->number), result->isNumberExact,
                         result->isImplied};
     }
+    if (!row->graph()) continue;
+    QString const picture = QStringLiteral("%1-graph-%2.png").arg(name).arg(++graphs);
+    if (!writeExport(file.dir().filePath(picture), exporter.exportGraph(row->graph()->graph()))) return;
+    results.back().graph = qt::toWstring(picture);
   }
-  return writeDocument(view_->sheet(), kind, results);
+  writeExport(path, writeDocument(view_->sheet(), kind, results));
 }
 
 void MainWindow::exportSheet() {
   QString const path =
       askExportPath(tr("Export Sheet"), tr(";;LaTeX document (*.tex);;Markdown document (*.md)"));
   if (path.isEmpty()) return;
-  if (auto const kind = documentKindOf(path)) return writeExport(path, makeDocument(*kind));
+  if (auto const kind = documentKindOf(path)) return exportDocument(path, *kind);
   QString const title = QFileInfo(path_).completeBaseName();
   Exporter const exporter = makeExporter();
   writeExport(path, exporter.exportSheet(view_->sheet(), pictureFormatOf(path), title));
@@ -331,13 +343,14 @@ void MainWindow::exportFormula() {
   writeExport(path, exporter.exportFormula(view_->currentRow()->line(), pictureFormatOf(path)));
 }
 
-void MainWindow::writeExport(QString const& path, QByteArray const& bytes) {
+bool MainWindow::writeExport(QString const& path, QByteArray const& bytes) {
   QString error = tr("The picture would be too large.");
   if (bytes.isEmpty() || !writeFile(path, bytes, error)) {
     complain(tr("%1 could not be written.").arg(QDir::toNativeSeparators(path)), error);
-    return;
+    return false;
   }
   statusBar()->showMessage(tr("Exported to %1").arg(QDir::toNativeSeparators(path)), message_time);
+  return true;
 }
 
 void MainWindow::printAsked() {

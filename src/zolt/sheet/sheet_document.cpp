@@ -43,6 +43,9 @@ constexpr ViewT markdown_tree_end = u" -->";
 // Within a formula: what comes after it is its result. It is a comment in both kinds of documents.
 constexpr ViewT result_mark = u"\n% zolt-result\n";
 
+// In the line of a picture of a graph.
+constexpr ViewT graph_mark = u"zolt-graph";
+
 template <std::size_t size>
 wstring escape(ViewT text, EscapeS const (&escapes)[size]) {
   wstring out;
@@ -351,6 +354,7 @@ class DocumentReaderC {
     constexpr ViewT silent[] = {u"\\maketitle", u"\\tableofcontents", u"\\title{", u"\\author{",
                                 u"\\date{",     u"\\label{",          u"\\newpage"};
     auto const isStart = [&](ViewT start) { return startsWith(line, start); };
+    if (line.find(graph_mark) != line.npos && (line[0] == u'\\' || line[0] == u'!')) return true;
     return kind_ == DOCUMENT_LATEX &&
            (line[0] == u'%' || std::any_of(std::begin(silent), std::end(silent), isStart));
   }
@@ -379,10 +383,25 @@ class DocumentReaderC {
 
 }  // namespace
 
+namespace {
+
+wstring writeGraph(wstring const& file, DocumentKindE kind) {
+  if (kind == DOCUMENT_MARKDOWN) return u"![Graph](" + file + u" \"" + wstring(graph_mark) + u"\")\n\n";
+  return u"\\includegraphics[width=0.7\\linewidth]{" + file + u"} % " + wstring(graph_mark) + u"\n\n";
+}
+
+}  // namespace
+
 wstring writeDocument(SheetT const& sheet, DocumentKindE kind, std::vector<WrittenResultS> const& results) {
   bool const isLatex = kind == DOCUMENT_LATEX;
   wstring out;
-  if (isLatex) out += u"\\documentclass{article}\n\\usepackage{amsmath,amssymb}\n\\begin{document}\n\n";
+  bool const hasGraph = std::any_of(results.begin(), results.end(),
+                                    [](WrittenResultS const& result) { return !result.graph.empty(); });
+  if (isLatex) {
+    out += u"\\documentclass{article}\n\\usepackage{amsmath,amssymb}\n";
+    if (hasGraph) out += u"\\usepackage{graphicx}\n";
+    out += u"\\begin{document}\n\n";
+  }
   for (std::size_t i = 0; i < sheet.size(); ++i) {
     SheetLineS const& line = sheet[i];
     wstring const text = isLatex ? escape(line.text, latex_escapes) : escape(line.text, markdown_escapes);
@@ -401,6 +420,7 @@ wstring writeDocument(SheetT const& sheet, DocumentKindE kind, std::vector<Writt
       continue;
     }
     out += u"\n\n";
+    if (i < results.size() && !results[i].graph.empty()) out += writeGraph(results[i].graph, kind);
   }
   if (isLatex) out += u"\\end{document}\n";
   return out;

@@ -20,6 +20,7 @@ struct WrittenResultS {
   wstring number;  ///< a decimal number
   bool isNumberExact = false;
   bool isImplied = false;  ///< the value follows from the formula, and is not equal to it
+  wstring graph = {};      ///< the file name of a picture: letters, digits, "-", "_" and "."
 };
 
 /// The sheet as a document. An incomplete formula is in a comment, in tree notation. `results` are those of
