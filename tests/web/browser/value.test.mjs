@@ -244,11 +244,13 @@ withPage('a field is restored with its form, and goes to another window', '<form
   await page.waitForFunction((tree) => document.getElementById('f').tree === tree, tree);
   const shown = await page.evaluate(async () => {
     const frame = document.body.appendChild(document.createElement('iframe')), field = document.getElementById('f');
+    // What was restored can be read before it is shown.
+    await field.ready;
     field.openPalette();
-    await new Promise((settle) => setTimeout(settle, 200));
+    let palette;
+    while (!(palette = field.root.querySelector('[part=palette]'))) await new Promise(requestAnimationFrame);
     frame.contentDocument.body.append(field);
-    await new Promise((settle) => setTimeout(settle, 100));
-    return [field.parts.frame, field.root.querySelector('[part=palette]')].map((part) => frame.contentWindow.getComputedStyle(part).position);
+    return [field.parts.frame, palette].map((part) => frame.contentWindow.getComputedStyle(part).position);
   });
   assert.deepEqual(shown, ['relative', 'fixed']);
 });
