@@ -10,6 +10,13 @@ export interface MenuActs {
   toggleKeyboard(): void;
 }
 
+/** The commands for rows and columns, in groups. */
+const ofTables = [
+  ['row-above', 'row-below', 'column-left', 'column-right'],
+  ['delete-rows', 'delete-columns'],
+  ['rows-up', 'rows-down', 'columns-left', 'columns-right', 'next-row'],
+];
+
 export class Menu {
   readonly #owner: Owner;
   readonly #acts: MenuActs;
@@ -47,7 +54,7 @@ export class Menu {
       item('Copy as LaTeX', '', true, () => this.#acts.copyAs('latex')),
       item('Copy as MathML', '', true, () => this.#acts.copyAs('mathml')),
       item('Copy as picture', '', true, () => this.#acts.copyAs('png')), line(),
-      ...(isTable ? [...['row-above', 'row-below', 'column-left', 'column-right', 'delete-rows', 'delete-columns'].map((name) => command(name)), line()] : []),
+      ...(isTable ? ofTables.flatMap((names) => [...names.map((name) => command(name)), line()]) : []),
       command('select-all'), command('clear'), line(),
       item('Insert…', 'Ctrl+Space', !isLocked, () => this.#acts.openPalette(at)),
       item('Formula keyboard', '', !isLocked, () => this.#acts.toggleKeyboard()));

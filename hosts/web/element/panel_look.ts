@@ -25,7 +25,7 @@ const css = `
 .option[aria-selected=true] { background: Highlight; color: HighlightText }
 .option .typed { margin-inline-start: auto; padding-inline-start: 1rem; opacity: .8; white-space: nowrap }
 .option[aria-selected=true] .typed { opacity: 1 }
-.menu { display: flex; flex-direction: column; min-inline-size: 13rem }
+.menu { display: flex; flex-direction: column; min-inline-size: 13rem; box-sizing: border-box; max-block-size: calc(100vh - 8px) }
 .menu button { display: flex; justify-content: space-between; gap: 2rem; padding: .35rem .6rem; text-align: start }
 .menu .keys { opacity: .65 }
 .menu hr { inline-size: 100%; margin: .25rem 0; border: 0; border-block-start: 1px solid color-mix(in srgb, CanvasText 18%, transparent) }

@@ -166,4 +166,12 @@ withPage('the palette asks for the size of a table', '<zolt-formula id="f" aria-
     await page.keyboard.press('Tab');
   }
   assert.equal(await get(page, 'f', 'prefix'), 'matrix(list(1,2,3),list(4,5,6))');
-});
+  // The menu of a table is longer than this window, and its last lines can be reached.
+  await page.keyboard.press('ArrowLeft');
+  await page.keyboard.press('Shift+F10');
+  await field.getByRole('menuitem', { name: 'Move row up' }).click();
+  assert.equal(await get(page, 'f', 'prefix'), 'matrix(list(4,5,6),list(1,2,3))');
+  await page.keyboard.press('Shift+F10');
+  const { y, height } = await field.locator('[part=menu]').boundingBox();
+  assert.ok(y >= 0 && y + height <= 400, `${y} + ${height}`);
+}, { context: { viewport: { width: 700, height: 400 } } });
