@@ -14,7 +14,7 @@ import { adoptSheet, build, type Parts } from './look.js';
 import { commandsOf, type Fault } from './owner.js';
 import { Panels } from './panels.js';
 import { Pointer } from './pointer.js';
-import { load, loaded } from './shared.js';
+import { load, loaded, loadWhole } from './shared.js';
 import { Speech } from './speech.js';
 import type { SvgOptions } from './svg.js';
 import { Value } from './value.js';
@@ -60,6 +60,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
       view.fault = null;
       this.#form.touch();
       this.refresh();
+      if (!this.handle && this.isConnected) this.#load().catch(() => undefined);
     });
     const panels = this.#panels = new Panels(this, view, { copyAs: (notation) => void this.copyAs(notation) });
     const input = this.#input = new Input(this);
@@ -82,13 +83,16 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
 
   connectedCallback(): void {
     const rest = loaded()?.rest;
-    // Showing a formula takes more of the module than an empty field does.
     if (loaded() && (!rest || rest.isThere || !this.#value.hasText)) this.#open();
-    else load().then((module) => (this.#value.hasText ? module.rest?.load() : undefined))
+    // A formula may be given while the module is on its way.
+    else this.#load().then(() => this.#load())
       .then(() => { if (this.isConnected) this.#open(); }).catch((error: unknown) => this.#fail(error));
     this.#view.start();
     this.#speech.name();
   }
+
+  /** Showing a formula takes more of the module than an empty field does. */
+  #load(): Promise<unknown> { return this.#value.hasText ? loadWhole() : load(); }
 
   disconnectedCallback(): void {
     this.#view.stop();

@@ -1,5 +1,6 @@
 // What all fields of a page share: the module, the faces, and the moments at which all are painted anew.
 
+import { RestOfModule } from '../module/rest_of_module.mjs';
 import { FormulaModule } from '../module/zolt_module.mjs';
 
 export type Module = FormulaModule;
@@ -15,6 +16,7 @@ export interface Sources {
 }
 
 let module: Module | null = null;
+let rest: RestOfModule | null = null;
 let loading: Promise<Module> | null = null;
 const painters = new Set<() => void>();
 
@@ -29,12 +31,19 @@ export function load(sources: Sources = {}): Promise<Module> {
   });
 }
 
+/** The same with its second file, which showing a formula takes: both come at once. */
+export async function loadWhole(): Promise<Module> {
+  const first = load();
+  await Promise.all([first, rest?.load()]);
+  return first;
+}
+
 async function start(sources: Sources): Promise<Module> {
   const from = sources.module ?? new URL('./zolt_first.wasm', import.meta.url);
-  const rest = sources.module ? undefined : new URL('./zolt_rest.wasm', import.meta.url);
+  rest = sources.module ? null : new RestOfModule(new URL('./zolt_rest.wasm', import.meta.url));
   const fonts = sources.fonts === undefined ? new URL('./fonts/', import.meta.url) : sources.fonts;
   const isAddress = typeof from === 'string' || from instanceof URL;
-  const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly, rest });
+  const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly, ...rest && { rest } });
   if (typeof document !== 'undefined') {
     if (fonts !== null) addFaces(made, new URL(String(fonts).replace(/\/?$/, '/'), document.baseURI));
     listen();

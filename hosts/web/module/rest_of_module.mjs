@@ -19,6 +19,9 @@ export class RestOfModule {
   #source;
   /** @type {WebAssembly.Exports | null} */
   #first = null;
+  #tellFirst = () => {};
+  /** @type {Promise<void>} */
+  #joined = new Promise((settle) => { this.#tellFirst = settle; });
   #isThere = false;
   /** @type {Promise<void> | null} */
   #arriving = null;
@@ -44,9 +47,12 @@ export class RestOfModule {
   }
 
   /** Says which first part it belongs to. */
-  join(/** @type {WebAssembly.Instance} */ first) { this.#first = first.exports; }
+  join(/** @type {WebAssembly.Instance} */ first) {
+    this.#first = first.exports;
+    this.#tellFirst();
+  }
 
-  /** Fetches it in the background. */
+  /** Fetches it in the background, also while the first part is still on its way. */
   load() {
     return this.#arriving ??= this.#fetch().catch((error) => {
       this.#arriving = null;
@@ -58,6 +64,7 @@ export class RestOfModule {
     const address = this.#address;
     const given = address === null ? this.#source : await (await fetch(address)).arrayBuffer();
     const compiled = given instanceof WebAssembly.Module ? given : await WebAssembly.compile(/** @type {BufferSource} */ (given));
+    await this.#joined;
     this.#install(compiled);
   }
 

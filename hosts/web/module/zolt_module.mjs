@@ -33,11 +33,11 @@ export const SetResult = { refused: 0, done: 1, same: 2 };
 export class FormulaModule extends WasmModule {
   /**
    * @param {Source | Promise<Source>} source
-   * @param {{extended?: boolean, rest?: import("./rest_of_module.mjs").RestSource}} [options] `extended` false: the standard operators
+   * @param {{extended?: boolean, rest?: import("./rest_of_module.mjs").RestSource | RestOfModule}} [options] `extended` false: the standard operators
    *   alone; `rest`: the other file of a module in two
    */
   static async load(source, { extended = true, rest } = {}) {
-    const other = rest === undefined ? null : new RestOfModule(rest);
+    const other = rest === undefined ? null : rest instanceof RestOfModule ? rest : new RestOfModule(rest);
     return new FormulaModule(await WasmModule.start(source, other), { extended, rest: other });
   }
 
