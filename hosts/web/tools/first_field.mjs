@@ -1,5 +1,6 @@
 // What a page does with a module until its first field is seen and takes keys. The functions that it calls make the first of the
-// module's two files (split_module.mjs). It is simple typing: a field that begins with a formula waits for both.
+// module's two files (split_module.mjs). It is typing on one line, without constructs: a field that begins
+// with a formula waits for both.
 
 import { Form } from "../module/zolt_module.mjs";
 
@@ -16,7 +17,7 @@ export function useFirstField(module) {
   // An empty field tells its form so at once.
   field.get(Form.plain);
   field.get(Form.tree);
-  for (const character of "x+1/2") {
+  for (const character of "x+1") {
     field.type(character);
     module.takeShortage();
     look();

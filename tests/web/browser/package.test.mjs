@@ -5,10 +5,17 @@ import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { test } from 'node:test';
+import { gzipSync } from 'node:zlib';
 
 const source = process.env.ZOLT_WEB_PACKAGE;
 const web = new URL('../../../hosts/web/', import.meta.url).pathname;
 const esbuild = createRequire(`${web}package.json`)('esbuild');
+
+test('what a first empty field loads is less than 128 KB', () => {
+  const files = ['zolt-formula.js', 'zolt_first.wasm', 'fonts/KaTeX_Main-Regular-frequent.woff2', 'fonts/KaTeX_Math-Italic-frequent.woff2'];
+  const sizes = files.map((file) => gzipSync(readFileSync(join(source, 'dist', file)), { level: 9 }).length);
+  assert.ok(sizes.reduce((sum, size) => sum + size) < 128000, sizes.join(' + '));
+});
 
 test('the package is packed, installed, bundled with its types, and imported by a server', { timeout: 120000 }, async () => {
   const folder = mkdtempSync(join(tmpdir(), 'zolt-'));
