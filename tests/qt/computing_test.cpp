@@ -5,9 +5,12 @@
 #include <QDeadlineTimer>
 #include <QMenu>
 #include <QScrollBar>
+#include <QSettings>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QWheelEvent>
+#include <atomic>
 #include <cmath>
 
 #include "hosts/qt/desktop/exporter.h"
@@ -18,6 +21,7 @@
 #include "hosts/qt/desktop/sheet_view.h"
 #include "tests/qt/desktop_stage.h"
 #include "tests/qt/keys.h"
+#include "zolt/engines/basic/basic_engine.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/text.h"
@@ -39,6 +43,17 @@ class SlowEngine final : public CASEngineABC {
     result.cause = CAS_CAUSE_STOPPED;
     return result;
   }
+};
+
+/// The embedded engine, which counts what it computes on the thread of the window.
+class CountingEngine final : public engine_basic::BasicEngineC {
+ public:
+  CASResultS compute(CASRequestS const& request, CASStopC const* stop) const override {
+    ++(QThread::currentThread() == qApp->thread() ? atKeys : elsewhere);
+    return BasicEngineC::compute(request, stop);
+  }
+
+  mutable std::atomic<int> atKeys{0}, elsewhere{0};
 };
 
 struct StageS {
@@ -261,6 +276,36 @@ class ComputingTest final : public QObject {
     QVERIFY(row.graph() && row.height() > port.height());
     int const caret = port.mapFromGlobal(row.caretOnScreen().topLeft()).y();
     QVERIFY(caret >= 0 && caret < 60);
+  }
+
+  void keysComputeNothing() {
+    QStringList lines;
+    for (int i = 1; i <= 1000; ++i) lines << QStringLiteral(":=(a_%1,+(a_%2,1))").arg(i).arg(i - 1);
+    StageS stage(lines);
+    oss::PointerTC<CountingEngine> const engine(new CountingEngine);
+    stage.window.computer().setEngine(engine.get());
+    QVERIFY(stage.finish());
+    int const before = engine->elsewhere;
+    QCOMPARE(before, 1000);
+    stage.enter(500);
+    stage.type("0");
+    QTRY_COMPARE(engine->elsewhere.load(), before + 500);
+    QVERIFY(stage.finish());
+    QCOMPARE(engine->elsewhere.load(), before + 500);
+    QCOMPARE(engine->atKeys.load(), 0);
+  }
+
+  void settingsHoldForTheNextWindow() {
+    QTemporaryDir folder;
+    QSettings settings(folder.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat);
+    MainWindow window(fonts(), &settings);
+    engine_sheet::ComputingS computing;
+    computing.angle = CAS_DEGREES;
+    window.computer().setComputing(computing);
+    DialogAnswer const answer("OK");
+    window.action(QStringLiteral("computing"))->trigger();
+    MainWindow next(fonts(), &settings);
+    QCOMPARE(next.computer().computing().angle, CAS_DEGREES);
   }
 
   void ticksAreOfPiWhereAFunctionRepeatsItself() {

@@ -286,6 +286,8 @@ void MainWindow::askComputing() {
   if (dialog.exec() != QDialog::Accepted) return;
   setComputing(dialog.computing());
   setEngine(dialog.engine());
+  // For windows that are opened while this one is.
+  if (settings_) rememberComputing();
 }
 
 void MainWindow::setComputing(engine_sheet::ComputingS const& computing) {
