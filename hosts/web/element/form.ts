@@ -45,9 +45,9 @@ export class FormValue {
     if (!this.#isStale) return null;
     const fault = handle && !isEmpty ? handle.diagnose() : null;
     internals.setFormValue(this.#owner.value, handle?.get(Form.tree) ?? null);
-    if (this.#custom) internals.setValidity({ customError: true }, this.#custom, parts.input);
-    else if (isEmpty && required) internals.setValidity({ valueMissing: true }, 'Please enter a formula.', parts.input);
-    else if (fault) internals.setValidity({ badInput: true }, `${fault.message}.`, parts.input);
+    if (this.#custom) internals.setValidity({ customError: true }, this.#custom, parts.frame);
+    else if (isEmpty && required) internals.setValidity({ valueMissing: true }, 'Please enter a formula.', parts.frame);
+    else if (fault) internals.setValidity({ badInput: true }, `${fault.message}.`, parts.frame);
     else internals.setValidity({});
     this.#isStale = false;
     return fault;
