@@ -7,6 +7,7 @@
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/detail/latex_words.h"
 #include "zolt/exchange/detail/plain_lexer.h"
 
 namespace zolt::exchange::detail {

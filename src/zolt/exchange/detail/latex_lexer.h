@@ -6,6 +6,7 @@
 
 #include "zolt/common/read_error.h"
 #include "zolt/exchange/detail/latex_notation.h"
+#include "zolt/exchange/detail/latex_words.h"
 
 namespace zolt::exchange::detail {
 

@@ -5,6 +5,7 @@
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_notation.h"
+#include "zolt/exchange/detail/latex_words.h"
 #include "zolt/exchange/detail/plain_lexer.h"
 
 namespace zolt::exchange::detail {

@@ -8,6 +8,7 @@
 
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/detail/latex_words.h"
 #include "zolt/exchange/latex.h"
 #include "zolt/exchange/latex_operator.h"
 #include "zolt/oss/code_point.h"
@@ -140,89 +141,9 @@ constexpr LetterS letters[] = {
 
 constexpr LetterS double_struck = {u"RCNZQPH", u"ℝℂℕℤℚℙℍ"};
 
-struct WordsS {
-  LatexWordE meaning;
-  std::u16string_view words;
-};
-
-constexpr WordsS words[] = {
-    {LATEX_WORD_NOTHING, u"\\, \\! \\: \\; \\> \\  \\/"},
-    {LATEX_WORD_NOTHING, u"\\space \\quad \\qquad \\enspace \\enskip \\thinspace \\medspace \\thickspace"},
-    {LATEX_WORD_NOTHING,
-     u"\\negthinspace \\negmedspace \\negthickspace \\nobreakspace \\nobreak \\allowbreak"},
-    {LATEX_WORD_NOTHING, u"\\displaystyle \\textstyle \\scriptstyle \\scriptscriptstyle \\limits \\nolimits"},
-    {LATEX_WORD_NOTHING, u"\\displaylimits \\mathstrut \\strut \\nonumber \\notag \\rm \\it \\bf \\sf \\cal"},
-    {LATEX_WORD_NOTHING,
-     u"\\mathbf \\mathsf \\mathtt \\mathcal \\mathscr \\mathfrak \\mathnormal \\boldsymbol"},
-    {LATEX_WORD_NOTHING, u"\\bm \\pmb \\boldmath \\mathbin \\mathrel \\mathopen \\mathclose"},
-    {LATEX_WORD_NOTHING, u"\\mathpunct \\mathinner \\ensuremath \\boxed \\smash \\middle \\hline"},
-    {LATEX_WORD_SKIPPED,
-     u"\\hspace \\hspace* \\kern \\mkern \\hskip \\mskip \\phantom \\hphantom \\vphantom"},
-    {LATEX_WORD_SKIPPED, u"\\color \\textcolor \\label \\tag"},
-    {LATEX_WORD_SIZE, u"\\big \\Big \\bigg \\Bigg \\bigm \\Bigm \\biggm \\Biggm"},
-    {LATEX_WORD_LEFT, u"\\left \\bigl \\Bigl \\biggl \\Biggl"},
-    {LATEX_WORD_RIGHT, u"\\right \\bigr \\Bigr \\biggr \\Biggr"},
-    {LATEX_WORD_NAME, u"\\mathrm \\mathit \\mathup \\textrm \\textit \\textup \\textnormal"},
-    {LATEX_WORD_OPERATOR, u"\\mathop"},
-    {LATEX_WORD_FUNCTION, u"\\operatorname \\operatorname*"},
-    {LATEX_WORD_TEXT, u"\\text \\mbox \\hbox"},
-    {LATEX_WORD_DOUBLE_STRUCK, u"\\mathbb"},
-    {LATEX_WORD_DELIMITER,
-     u"\\{ \\} \\| \\vert \\lvert \\rvert \\Vert \\lVert \\rVert \\lbrace \\rbrace \\lbrack"},
-    {LATEX_WORD_DELIMITER, u"\\rbrack \\lparen \\rparen \\lfloor \\rfloor \\lceil \\rceil"},
-    {LATEX_WORD_BEGIN, u"\\begin"},
-    {LATEX_WORD_END, u"\\end"},
-    {LATEX_WORD_ROW, u"\\\\ \\cr"},
-    {LATEX_WORD_MEANINGLESS,
-     u"\\dots \\ldots \\cdots \\vdots \\ddots \\dotsb \\dotsc \\dotsi \\dotsm \\dotso"},
-    {LATEX_WORD_MEANINGLESS,
-     u"\\pmod \\pod \\oint \\oiint \\mid \\tilde \\widetilde \\ddot \\dddot \\breve \\check \\acute"},
-    {LATEX_WORD_MEANINGLESS,
-     u"\\grave \\underline \\underbrace \\overbrace \\overset \\underset \\stackrel \\xrightarrow"},
-    {LATEX_WORD_MEANINGLESS,
-     u"\\substack \\limsup \\liminf \\bigcup \\bigcap \\bigoplus \\bigotimes \\coprod \\oplus"},
-    {LATEX_WORD_MEANINGLESS,
-     u"\\otimes \\sim \\simeq \\cong \\forall \\exists \\dagger \\top \\bot \\circ \\star \\bullet"}};
-
-struct DelimiterS {
-  std::u16string_view command;
-  char16_t sign;
-  LatexSideE side = LATEX_SIDE_ANY;
-};
-
-constexpr DelimiterS delimiters[] = {{u"\\{", u'{'},
-                                     {u"\\}", u'}'},
-                                     {u"\\|", u'‖'},
-                                     {u"\\vert", u'|'},
-                                     {u"\\Vert", u'‖'},
-                                     {u"\\lbrace", u'{'},
-                                     {u"\\rbrace", u'}'},
-                                     {u"\\lbrack", u'['},
-                                     {u"\\rbrack", u']'},
-                                     {u"\\lparen", u'('},
-                                     {u"\\rparen", u')'},
-                                     {u"\\lfloor", u'⌊'},
-                                     {u"\\rfloor", u'⌋'},
-                                     {u"\\lceil", u'⌈'},
-                                     {u"\\rceil", u'⌉'},
-                                     {u"\\lvert", u'|', LATEX_SIDE_LEFT},
-                                     {u"\\rvert", u'|', LATEX_SIDE_RIGHT},
-                                     {u"\\lVert", u'‖', LATEX_SIDE_LEFT},
-                                     {u"\\rVert", u'‖', LATEX_SIDE_RIGHT}};
-
 // An opening bracket, the one that closes it, the function of both.
 constexpr std::u16string_view bracket_pairs[] = {u"()",     u"[]",      u"{}",    u"||abs",
                                                  u"‖‖norm", u"⌊⌋floor", u"⌈⌉ceil"};
-
-template <class ActionT>
-void forEachWord(std::u16string_view list, ActionT action) {
-  while (!list.empty()) {
-    // "\ " ends with the blank that it is.
-    std::size_t const end = std::min(list.find(u' ', list[0] == u'\\' ? 2 : 1), list.size());
-    action(list.substr(0, end));
-    list.remove_prefix(std::min(end + 1, list.size()));
-  }
-}
 
 /// The command at the beginning of a written form: "\frac" of "\frac{#1}{#2}".
 std::u16string_view commandOf(LatexNotationS const& row) {
@@ -241,11 +162,6 @@ std::u16string_view commandOf(LatexNotationS const& row) {
   bool const isFree = word == LATEX_WORD_UNKNOWN || word == LATEX_WORD_MEANINGLESS;
   return isFree ? command : std::u16string_view();
 }
-
-struct WordS {
-  std::u16string_view text;
-  LatexWordE meaning;
-};
 
 /// What hosts add before anything is looked up waits here: a program that never meets LaTeX needs no tables.
 std::vector<LatexOperatorS>& waiting() {
@@ -279,7 +195,7 @@ IndexS::IndexS() : notations(std::begin(rows), std::end(rows)) {
   }
   for (LatexNotationS const& row : notations) {
     if (!commandOf(row).empty()) readings.push_back({commandOf(row), &row});
-    forEachWord(row.read, [&](std::u16string_view text) { readings.push_back({text, &row}); });
+    forEachLatexWord(row.read, [&](std::u16string_view text) { readings.push_back({text, &row}); });
   }
   std::stable_sort(readings.begin(), readings.end(),
                    [](auto const& a, auto const& b) { return a.text < b.text; });
@@ -311,18 +227,6 @@ void IndexS::add(LatexOperatorS op) {
 IndexS& index() {
   static IndexS tables;
   return tables;
-}
-
-std::vector<WordS> const& wordIndex() {
-  static std::vector<WordS> const sorted = [] {
-    std::vector<WordS> all;
-    for (WordsS const& group : words) {
-      forEachWord(group.words, [&](std::u16string_view text) { all.push_back({text, group.meaning}); });
-    }
-    std::sort(all.begin(), all.end(), [](auto const& a, auto const& b) { return a.text < b.text; });
-    return all;
-  }();
-  return sorted;
 }
 
 template <class TableT, class TestT>
@@ -430,25 +334,6 @@ char16_t fromDoubleStruck(char16_t letter) {
   return place == double_struck.letter.npos ? u'\0' : double_struck.name[place];
 }
 
-LatexWordE findLatexWord(std::u16string_view command) {
-  std::vector<WordS> const& sorted = wordIndex();
-  auto const found = std::lower_bound(sorted.begin(), sorted.end(), command,
-                                      [](WordS const& entry, auto key) { return entry.text < key; });
-  return found != sorted.end() && found->text == command ? found->meaning : LATEX_WORD_UNKNOWN;
-}
-
-char16_t findDelimiter(std::u16string_view command) {
-  DelimiterS const* const found =
-      find(delimiters, [&](DelimiterS const& entry) { return entry.command == command; });
-  return found ? found->sign : u'\0';
-}
-
-LatexSideE findDelimiterSide(std::u16string_view command) {
-  DelimiterS const* const found =
-      find(delimiters, [&](DelimiterS const& entry) { return entry.command == command; });
-  return found ? found->side : LATEX_SIDE_ANY;
-}
-
 LatexNotationS const* findRaisedSign(std::u16string_view text) {
   auto const begins = [&](LatexNotationS const& row) {
     if (row.kind != LATEX_POSTFIX || row.written[0] != u'^') return false;
@@ -482,7 +367,7 @@ std::u16string findNearestCommand(std::u16string_view command) {
     nearest = known;
   };
   for (LatexReadingS const& reading : index().readings) consider(reading.text);
-  for (WordS const& word : wordIndex()) consider(word.text);
+  for (LatexWordS const& word : latexWords()) consider(word.text);
   for (LetterS const& letter : letters) consider(u"\\" + std::u16string(letter.name));
   auto const [first, last] = greekLetters();
   for (auto const* letter = first; letter != last; ++letter) consider(u"\\" + std::u16string(letter->name));
@@ -517,7 +402,7 @@ wstring findLatexSign(std::u16string_view command) {
     if (sign.empty() && isCharacter && text[0] >= 0x80) sign = text;
     if (word.empty() && text[0] != u'\\') word = text;
   };
-  forEachWord(row.read, consider);
+  forEachLatexWord(row.read, consider);
   for (LatexOperatorS const& op : index().added) {
     if (row.name.data() != op.name.data()) continue;
     for (wstring const& text : op.read) consider(text);

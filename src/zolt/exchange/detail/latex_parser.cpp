@@ -9,6 +9,7 @@
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/detail/latex_words.h"
 
 namespace zolt::exchange::detail {
 

@@ -4,6 +4,7 @@
 #include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_lexer.h"
 #include "zolt/exchange/detail/latex_names.h"
+#include "zolt/exchange/detail/latex_words.h"
 
 // Scripts and environments.
 namespace zolt::exchange::detail {
