@@ -151,6 +151,14 @@ bool LoweringC::lowerName(std::uint32_t at, LoweredS& lowered) {
   return makeOne(same, lowered);
 }
 
+// Names are real numbers here, but for this one, which may be no number of ours.
+bool LoweringC::hasImaginaryUnit(std::uint32_t at) const {
+  for (std::uint32_t part = at; part < tree_.end(at); ++part) {
+    if (tree_.numChildren(part) == 0 && tree_.crefNode(part).crefName() == u"i") return true;
+  }
+  return false;
+}
+
 bool LoweringC::lowerCall(std::uint32_t at, LoweredS& lowered) {
   wstring const& name = tree_.crefNode(at).crefName();
   unsigned long const count = tree_.numChildren(at);
@@ -183,11 +191,11 @@ bool LoweringC::lowerCall(std::uint32_t at, LoweredS& lowered) {
   if (count == 1) {
     if (name == u"det") return lowerDeterminant(at, operands[0], lowered);
     if (name == u"norm") return lowerNorm(at, operands[0], lowered);
-    bool const isSame = name == u"_quietpos" || name == u"_pos" || name == u"conj";
-    bool const mayBeTable = isSame || name == u"_neg";
+    bool const isSame = name == u"_quietpos" || name == u"_pos" || (name == u"conj" && !hasImaginaryUnit(at));
+    bool const mayBeTable = isSame || name == u"_neg" || name == u"conj";
     if (mayBeTable && operands[0].kind != KIND_SET) {
       lowered = operands[0];
-      for (NodeP& part : lowered.parts) part = make(at, isSame ? u"_quietpos" : u"_neg", {part});
+      for (NodeP& part : lowered.parts) part = make(at, isSame ? u"_quietpos" : name, {part});
       return true;
     }
   }

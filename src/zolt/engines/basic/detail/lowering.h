@@ -39,6 +39,7 @@ class LoweringC {
  private:
   bool lower(std::uint32_t at, LoweredS& lowered);
   bool lowerName(std::uint32_t at, LoweredS& lowered);
+  bool hasImaginaryUnit(std::uint32_t at) const;
   bool lowerCall(std::uint32_t at, LoweredS& lowered);
   bool lowerSum(std::uint32_t at, LoweredS const& a, LoweredS const& b, LoweredS& lowered);
   bool lowerProduct(std::uint32_t at, LoweredS const& a, LoweredS const& b, LoweredS& lowered);
