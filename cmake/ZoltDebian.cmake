@@ -87,5 +87,5 @@ endforeach()
 zolt_add_debian_package(
   development libzolt-dev "formula editor component (development files)"
   "Headers, and what CMake and pkg-config need." SECTION libdevel ${needs} RECOMMENDS
-  "libcairo2-dev, libfreetype-dev, libharfbuzz-dev, qt6-base-dev, qt6-svg-dev")
+  "libexpat1-dev, libcairo2-dev, libfreetype-dev, libharfbuzz-dev, qt6-base-dev, qt6-svg-dev")
 include(CPack)

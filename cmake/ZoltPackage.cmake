@@ -21,8 +21,9 @@ foreach(component IN LISTS ZOLT_ALL_COMPONENTS)
   list(FILTER depends INCLUDE REGEX "^zolt::")
   list(TRANSFORM depends REPLACE "^zolt::" "")
 
+  # What needs a large library of others is installed only by who wants it.
   set(part libraries)
-  if(find_code)
+  if(component MATCHES "^(surface_cairo|qt)$")
     set(part library_${component})
   endif()
   install(
