@@ -52,6 +52,10 @@ def check_promises():
         for suite, test, function in re.findall(r"`(?:([A-Z][a-z]\w+)\.(\w*)\*?|(test_\w+|[a-z]+[A-Z]\w+))`", cell):
             if not re.search(rf"\({suite}, {test}" if suite else rf"\b{function}\(", tests):
                 yield f"docs/reliability.md: there is no test {suite}.{test}{function}"
+        for case_file, folder in re.findall(r"`(?:(\w+\.cases)|regressions/(\w+))`", cell):
+            where, name = ("tests", f"**/{case_file}") if case_file else ("fuzzing/regressions", f"{folder}/*")
+            if not any((sources.ROOT / where).glob(name)):
+                yield f"docs/reliability.md: there is nothing at {where}/{name}"
 
 
 def main():

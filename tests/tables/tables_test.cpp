@@ -149,6 +149,14 @@ TEST(Tables, AreReadFromHtml) {
   column.html = u"<table><tr><td sdval=\"1.5\">1,50</td></tr><tr><td>x</td></tr></table>";
   EXPECT_EQ(stage.refField().paste(column), field::PASTE_DONE);
   EXPECT_EQ(stage.prefix(), "matrix(list(1.5),list(x))");
+
+  // Words with tabs are worth more than a page with what is shown of them.
+  StageC other;
+  field::ClipboardContentS words;
+  words.plainText = u"1/2\tx";
+  words.html = u"<table><tr><td>0.5</td><td>x</td></tr></table>";
+  EXPECT_EQ(other.refField().paste(words), field::PASTE_DONE);
+  EXPECT_EQ(other.prefix(), "matrix(list(/(1,2),x))");
 }
 
 TEST(Tables, AreShownAndEdited) { playCases(); }
