@@ -289,7 +289,7 @@ BallS coshOfBall(BallS a) {
 
 unsigned countCertainDigits(BallS a) {
   constexpr unsigned most = 17;
-  if (a.middle == 0 || a.mayBeZero()) return 0;
+  if (a.middle == 0 || a.mayBeZero() || !std::isfinite(a.middle)) return 0;
   // The first digit's place is that of the middle; rounding adds half a unit of the last place.
   int const place = static_cast<int>(std::floor(std::log10(std::fabs(a.middle))));
   unsigned digits = 0;
