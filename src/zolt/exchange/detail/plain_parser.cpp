@@ -261,8 +261,9 @@ PlainParserC::NextE PlainParserC::readProduct() {
   static NotationS const* const times = findInfix(u"*");
   // After a function without brackets, factors belong to its argument, up to the next function.
   finishTighterThan(RULE_ARGUMENT);
-  bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION &&
-                          !(token().type == PLAIN_TOKEN_NAME && isFunction(token().text));
+  bool const isCall = token().type == PLAIN_TOKEN_NAME &&
+                      (isFunction(token().text) || findMark(token().text) != wstring::npos);
+  bool const inArgument = !frames_.empty() && frames_.back().kind == PENDING_APPLICATION && !isCall;
   if (!inArgument) finishTighterThan(times->rule);
   keepShownBrackets();
   FrameS frame{token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER, PENDING_INFIX};

@@ -78,6 +78,7 @@ class PlainParserC {
   NextE readSignBeforeOperand();
   NextE readRoot();
   NextE readName();
+  NextE readMarkedName(FrameS&& frame);
   void takeMark(FrameS& frame);
   NextE readQuotedName();
   NextE readWordCall(std::u16string_view name);

@@ -72,11 +72,20 @@ PlainParserC::NextE PlainParserC::readName() {
     if (!frame.isIndexed) takeMark(frame);
     return beginBracket(std::move(frame));
   }
-  // "log_2 x", as "ln x"
-  bool const isMarked = findMark(frame.name) != wstring::npos && frame.name.back() != u'_';
-  if (!isMarked || !token().startsOperand() || opensCall()) return keep(makeNamed(toLetters(frame.name)));
+  return readMarkedName(std::move(frame));
+}
+
+// Reads "log_2 x" and "log_2^2(x)", as "ln x" and "ln^2(x)"; any other name is a name.
+PlainParserC::NextE PlainParserC::readMarkedName(FrameS&& frame) {
+  NodeT const name = makeNamed(toLetters(frame.name));
+  if (findMark(frame.name) == wstring::npos || frame.name.back() == u'_') return keep(name);
+  PlainLexerC const before = lexer_;
   takeMark(frame);
-  return beginApplication(std::move(frame));
+  bool const isReadable = readFunctionExponent(frame);
+  if (isReadable && frame.exponent && opensCall()) return beginBracket(std::move(frame));
+  if (isReadable && token().startsOperand() && !opensCall()) return beginApplication(std::move(frame));
+  lexer_ = before;
+  return keep(name);
 }
 
 PlainParserC::NextE PlainParserC::beginApplication(FrameS&& frame) {
@@ -236,6 +245,10 @@ bool PlainParserC::readFunctionExponent(FrameS& frame) {
   if (exponent[0] != common::minus_sign) {
     frame.exponent = common::isDigit(exponent[0]) ? makeNumber(exponent) : makeNamed(exponent);
     return true;
+  }
+  if (frame.second) {
+    frame.exponent = makeNumber(exponent);
+    return bool{frame.exponent};
   }
   ReadingS const* const function = findFunction(frame.name, 1);
   std::u16string_view const inverse = function->notation->plain.inverse;

@@ -6,6 +6,7 @@
 #include "zolt/algexpr/algebraic_expression.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/tree_path.h"
 
@@ -51,7 +52,10 @@ void FormulaCopyC::edit(Node4C& row, std::vector<EditS> const& edits) {
     (at == moved.end() ? items[i] : at->second).reset(row.child(i));
     row.removeChild(i);
   }
-  auto const append = [&](ItemT item) { row.insertChild(row.numChildren(), item.release()); };
+  std::vector<Node4C*> targets{&row};  // the rows that get what comes next: that of the call begun last
+  auto const append = [&](ItemT item) {
+    targets.back()->insertChild(targets.back()->numChildren(), item.release());
+  };
 
   auto next = std::find_if(edits.begin(), edits.end(), [](EditS const& edit) { return bool{edit.place}; });
   for (ItemT& item : items) {
@@ -86,9 +90,18 @@ void FormulaCopyC::edit(Node4C& row, std::vector<EditS> const& edits) {
         continue;
       }
       finish();
-      append(std::move(moved[next->item]));
+      taken += next->length;
+      unsigned int const start = origin.start + taken - static_cast<unsigned int>(old - origin.added.begin());
+      if (next->item) append(std::move(moved[next->item]));
+      if (next->call.op) {
+        ItemT call = makeCall(next->call, {origin.node, start});
+        Node4C* const argument = call->child(argumentRows(*next->call.op, call->numChildren()).front());
+        append(std::move(call));
+        targets.push_back(argument);
+      }
+      if (next->endsCall) targets.pop_back();
       item = std::make_unique<Node4C>(NODE4_TEXT, nullptr, wstring(), 0);
-      piece = {origin.node, origin.start + taken - static_cast<unsigned int>(old - origin.added.begin()), {}};
+      piece = {origin.node, start, {}};
       written.clear();
     }
     take(static_cast<unsigned int>(text.size()));
@@ -96,10 +109,26 @@ void FormulaCopyC::edit(Node4C& row, std::vector<EditS> const& edits) {
   }
 }
 
+// All items of a row are known when its first one is, and a call's row has no original.
 void FormulaCopyC::rememberItems(Node4C const& row) {
-  Node4C const& original = *findOriginal(row);
   if (row.numChildren() > 0 && origins_.count(row.child(0)) > 0) return;
+  Node4C const& original = *findOriginal(row);
   for (unsigned long i = 0; i < row.numChildren(); ++i) origins_[row.child(i)] = {original.child(i), 0, {}};
+}
+
+/// A construct with its mark and an argument that is still empty; `end` is where its name ends in the
+/// formula.
+std::unique_ptr<Node4C> FormulaCopyC::makeCall(ConstructNameS const& name, PlaceS end) {
+  std::vector<std::unique_ptr<Node4C>> rows(name.op->getInsertedRows());
+  auto const order = argumentRows(*name.op, static_cast<unsigned long>(rows.size()));
+  auto const make = [&](unsigned long row, wstring const& text) {
+    rows[row] = math::ved::rows::makeText(text);
+    origins_[rows[row].get()] = {end.node, end.pos - static_cast<unsigned int>(text.size()), {}};
+  };
+  make(order.front(), {});
+  // The mark is the end of the name, as in "log_2", or belongs to the name as a whole, as in "cbrt".
+  if (order.size() > 1) make(order[1], name.mark);
+  return math::ved::rows::makeConstruct(*name.op, std::move(rows));
 }
 
 DiagnosisS FormulaCopyC::diagnose(std::vector<SelectionS>* parts) const {

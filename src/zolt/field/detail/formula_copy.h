@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "zolt/field/auto_replace.h"
+#include "zolt/field/detail/construct_names.h"
 #include "zolt/ved/convert/diagnosis.h"
 #include "zolt/ved/tree/place.h"
 
@@ -29,7 +30,10 @@ class FormulaCopyC {
   struct EditS {
     PlaceS place;  ///< in a text of the row; none: the item goes
     char16_t sign = u'\0';
-    Node4C* item = nullptr;  ///< an item of the row that moves there, when no sign is given
+    Node4C* item = nullptr;   ///< an item of the row that moves there, when no sign is given
+    unsigned int length = 0;  ///< how many characters of the text go there
+    ConstructNameS call{};    ///< a construct that begins there; all up to `endsCall` is its argument
+    bool endsCall = false;    ///< the construct that began last ends there
   };
 
   Node4C& refRoot() { return *root_; }
@@ -52,6 +56,7 @@ class FormulaCopyC {
   };
 
   void rememberItems(Node4C const& row);
+  std::unique_ptr<Node4C> makeCall(ConstructNameS const& name, PlaceS end);
   Node4C const* findOriginal(Node4C const& node) const;
   PlaceS toOriginal(PlaceS place) const;
 

@@ -32,9 +32,10 @@ enum TokenE {
   TOKEN_NOT,     ///< a word before an operand
   TOKEN_NUMBER,
   TOKEN_NAME,
-  TOKEN_FUNCTION,  ///< a name that needs arguments
-  TOKEN_OPERAND,   ///< pi, prefix text, a construct that has a sign
-  TOKEN_CALL,      ///< a construct that can only be written as a name with brackets
+  TOKEN_FUNCTION,   ///< a name that needs arguments
+  TOKEN_CONSTRUCT,  ///< the same, which a bracket would make a construct of one row: "sqrt", "log_2"
+  TOKEN_OPERAND,    ///< pi, prefix text, a construct that has a sign
+  TOKEN_CALL,       ///< a construct that can only be written as a name with brackets
   TOKEN_OPEN,
   TOKEN_CLOSE,
   TOKEN_POWER,
@@ -109,9 +110,13 @@ class RowReaderC {
       return !between && operators_.lookupText(sign, OPERATOR_BEFORE) ? TOKEN_PREFIX : TOKEN_SIGN;
     }
     while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
-    auto const op = operators_.lookupText(text.substr(pos, end - pos));
+    wstring const name = text.substr(pos, end - pos);
+    auto const op = operators_.lookupText(name);
     if (op && op->isLinear()) return op->getArity() == 1 ? TOKEN_NOT : TOKEN_SIGN;
-    return op && op->getArity() > 0 ? TOKEN_FUNCTION : TOKEN_NAME;
+    if (op && op->getArity() > 0) return TOKEN_FUNCTION;
+    ConstructNameS const named = findConstruct(operators_, name);
+    return named.op && (named.op->getInsertedRows() == 1 || !named.mark.empty()) ? TOKEN_CONSTRUCT
+                                                                                 : TOKEN_NAME;
   }
 
   OperatorListC const& operators_;
@@ -161,7 +166,7 @@ class ArgumentsC {
   // From the last function to the first, so that the argument of an argument is known.
   EditsT findEdits() {
     for (std::size_t i = tokens_.size(); i-- > 0;) {
-      if (tokens_[i].kind == TOKEN_FUNCTION) complete(i);
+      if (tokens_[i].kind == TOKEN_FUNCTION || tokens_[i].kind == TOKEN_CONSTRUCT) complete(i);
       if (tokens_[i].kind == TOKEN_NOT && i > 0 && isRelation(tokens_[i - 1]) && !isOpen(i + 1))
         bracketNot(i);
     }
@@ -174,7 +179,7 @@ class ArgumentsC {
 
  private:
   struct PlacedS {
-    std::size_t at;  // twice the number of the token, and one more after it
+    std::size_t at;  // four times the number of the token, and one more for its name, two more after it
     FormulaCopyC::EditS edit;
   };
 
@@ -185,13 +190,39 @@ class ArgumentsC {
     if (begin >= tokens_.size()) return;
     bool const called = tokens_[begin].kind == TOKEN_OPEN;
     std::size_t const end = called ? partners_[begin] : findEnd(begin);
-    if (end == none || (called && !raised)) return;
-    if (!called) {
-      edits_.push_back({2 * begin, {tokens_[begin].begin, Node4C::OPEN_C}});
-      edits_.push_back({2 * end + 1, {tokens_[end].end, Node4C::CLOSE_C}});
-      ends_ = {function, end};
+    if (end == none) return;
+    if (tokens_[function].kind == TOKEN_CONSTRUCT) {
+      call(function);
+      if (called) {
+        leaveOut(begin);
+        leaveOut(end);
+      }
+      edits_.push_back({4 * end + 2, {tokens_[end].end, u'\0', nullptr, 0, {}, true}});
+    } else if (!called) {
+      edits_.push_back({4 * begin, {tokens_[begin].begin, Node4C::OPEN_C}});
+      edits_.push_back({4 * end + 2, {tokens_[end].end, Node4C::CLOSE_C}});
     }
+    if (!called) ends_ = {function, end};
     if (raised) raise(function, end);
+  }
+
+  /// Begins a construct in place of its name.
+  void call(std::size_t name) {
+    PlaceS const begin = tokens_[name].begin;
+    auto const length = static_cast<unsigned int>(tokens_[name].end.pos - begin.pos);
+    edits_.push_back(
+        {4 * name + 1,
+         {begin, u'\0', nullptr, length, findConstruct(operators_, textOf(tokens_[name])), false}});
+  }
+
+  /// Leaves out a bracket.
+  void leaveOut(std::size_t bracket) {
+    TokenS const& token = tokens_[bracket];
+    if (token.item) {
+      edits_.push_back({0, {{}, u'\0', token.item}});
+    } else {
+      edits_.push_back({4 * bracket, {token.begin, u'\0', nullptr, 1}});
+    }
   }
 
   bool isOpen(std::size_t i) const { return i < tokens_.size() && tokens_[i].kind == TOKEN_OPEN; }
@@ -209,8 +240,8 @@ class ArgumentsC {
       end = i;
     }
     if (end == word) return;
-    edits_.push_back({2 * word, {tokens_[word].begin, Node4C::OPEN_C}});
-    edits_.push_back({2 * end + 1, {tokens_[end].end, Node4C::CLOSE_C}});
+    edits_.push_back({4 * word, {tokens_[word].begin, Node4C::OPEN_C}});
+    edits_.push_back({4 * end + 2, {tokens_[end].end, Node4C::CLOSE_C}});
   }
 
   /// The last token of an argument that begins without a bracket: its factors up to the next function.
@@ -218,7 +249,7 @@ class ArgumentsC {
     std::size_t end = none;
     for (std::size_t i = begin; i < tokens_.size(); ++i) {
       TokenE const kind = tokens_[i].kind;
-      if (i == begin && kind == TOKEN_FUNCTION) {
+      if (i == begin && (kind == TOKEN_FUNCTION || kind == TOKEN_CONSTRUCT)) {
         if (ends_.first != begin) return none;
         i = ends_.second;
       } else if (kind == TOKEN_OPEN && i > begin && partners_[i] != none) {
@@ -239,11 +270,11 @@ class ArgumentsC {
     Node4C* const power = tokens_[function + 1].item;
     wstring const inverse = findInverse(function);
     if (inverse.empty()) {
-      edits_.push_back({2 * end + 1, {tokens_[end].end, u'\0', power}});
+      edits_.push_back({4 * end + 2, {tokens_[end].end, u'\0', power}});
       return;
     }
     edits_.push_back({0, {{}, u'\0', power}});
-    for (char16_t const c : inverse) edits_.push_back({2 * function, {tokens_[function].begin, c}});
+    for (char16_t const c : inverse) edits_.push_back({4 * function + 1, {tokens_[function].begin, c}});
   }
 
   /// What the name of the inverse function has before that of the function, when the exponent asks for it.
@@ -337,12 +368,7 @@ EditsT findMixedNumbers(std::vector<TokenS> const& tokens, OperatorListC const& 
   return edits;
 }
 
-/// Whether a name says a second argument, as "log_2", so that what follows is no factor.
-bool isIndexedFunction(TokenS const& token, OperatorListC const& operators) {
-  return token.kind == TOKEN_NAME && !findConstruct(operators, textOf(token)).mark.empty();
-}
-
-EditsT findProducts(std::vector<TokenS> const& tokens, OperatorListC const& operators) {
+EditsT findProducts(std::vector<TokenS> const& tokens) {
   EditsT edits;
   TokenE last = TOKEN_SIGN;  // of an operand that ends here its kind, TOKEN_OPERAND after what follows one
   for (std::size_t i = 0; i < tokens.size(); ++i) {
@@ -360,6 +386,7 @@ EditsT findProducts(std::vector<TokenS> const& tokens, OperatorListC const& oper
       case TOKEN_PREFIX:
       case TOKEN_NAME:
       case TOKEN_FUNCTION:
+      case TOKEN_CONSTRUCT:
       case TOKEN_OPERAND:
       case TOKEN_CALL:
         implied = afterAny && !(last == TOKEN_NUMBER && (isNumberFraction(token) || isTypedNumber(token)));
@@ -385,8 +412,11 @@ EditsT findProducts(std::vector<TokenS> const& tokens, OperatorListC const& oper
       case TOKEN_FACTORIAL:
         if (last != TOKEN_FUNCTION && last != TOKEN_SIGN) last = TOKEN_OPERAND;
         break;
+      case TOKEN_CONSTRUCT:
+        last = TOKEN_FUNCTION;
+        break;
       default:
-        last = isIndexedFunction(token, operators) ? TOKEN_FUNCTION : token.kind;
+        last = token.kind;
     }
   }
   return edits;
@@ -405,7 +435,7 @@ void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators
     if (!edits.empty()) copy.edit(row, edits);
   }
   if (!options.impliedProducts) return;
-  EditsT const edits = findProducts(reader.read(row), operators);
+  EditsT const edits = findProducts(reader.read(row));
   if (!edits.empty()) copy.edit(row, edits);
 }
 
