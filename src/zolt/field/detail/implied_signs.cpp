@@ -1,6 +1,7 @@
 #include "zolt/field/detail/implied_signs.h"
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -90,7 +91,7 @@ class RowReaderC {
     }
   }
 
-  TokenE readToken(wstring const& text, std::size_t pos, std::size_t& end) const {
+  TokenE readToken(wstring const& text, std::size_t pos, std::size_t& end) {
     char16_t const c = text[pos];
     if (c == Node4C::PREFIX_C) {
       end = std::min(text.find(c, end), text.size() - 1) + 1;
@@ -110,7 +111,17 @@ class RowReaderC {
       return !between && operators_.lookupText(sign, OPERATOR_BEFORE) ? TOKEN_PREFIX : TOKEN_SIGN;
     }
     while (end < text.size() && text[end] != common::pi_sign && isWordCharacter(text[end])) ++end;
-    wstring const name = text.substr(pos, end - pos);
+    return kindOf(text.substr(pos, end - pos));
+  }
+
+  // Long formulas use few names, and the search for a construct looks at all operators.
+  TokenE kindOf(wstring const& name) {
+    auto const [known, isNew] = kinds_.emplace(name, TOKEN_NAME);
+    if (isNew) known->second = findKind(name);
+    return known->second;
+  }
+
+  TokenE findKind(wstring const& name) const {
     auto const op = operators_.lookupText(name);
     if (op && op->isLinear()) return op->getArity() == 1 ? TOKEN_NOT : TOKEN_SIGN;
     if (op && op->getArity() > 0) return TOKEN_FUNCTION;
@@ -120,6 +131,7 @@ class RowReaderC {
   }
 
   OperatorListC const& operators_;
+  std::unordered_map<wstring, TokenE> kinds_;
   std::vector<TokenS> tokens_;
 };
 
@@ -422,9 +434,8 @@ EditsT findProducts(std::vector<TokenS> const& tokens) {
   return edits;
 }
 
-void completeRow(FormulaCopyC& copy, Node4C& row, OperatorListC const& operators,
+void completeRow(FormulaCopyC& copy, Node4C& row, RowReaderC& reader, OperatorListC const& operators,
                  InputOptionsS const& options) {
-  RowReaderC reader(operators);
   if (options.impliedProducts) {
     EditsT const edits = findMixedNumbers(reader.read(row), operators);
     if (!edits.empty()) copy.edit(row, edits);
@@ -451,8 +462,9 @@ DiagnosisS diagnoseTyped(Node4C const& formula, OperatorListC const& operators, 
   FormulaCopyC copy(formula, operators, completion);
   if (completion.begin) found = copy.diagnose(parts);
   if (found.expression) return found;
+  RowReaderC reader(operators);
   walkTree(copy.refRoot(), [&](Node4C& node) {
-    if (node.getType() == NODE4_LINE) completeRow(copy, node, operators, options);
+    if (node.getType() == NODE4_LINE) completeRow(copy, node, reader, operators, options);
   });
   return copy.isEdited() ? copy.diagnose(parts) : found;
 }
