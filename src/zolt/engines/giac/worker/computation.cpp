@@ -29,17 +29,6 @@ bool hasEqualTerms(gen const& value) {
   return false;
 }
 
-/// Whether there is a root, which to the algebra system is a power.
-bool hasRoot(gen const& value) {
-  if (value.type == _VECT) return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRoot);
-  if (value.type != _SYMB) return false;
-  gen const& operand = value._SYMBptr->feuille;
-  unary_function_ptr const& function = value._SYMBptr->sommet;
-  bool const isRoot = function == at_sqrt ||
-                      (function == at_pow && operand.type == _VECT && operand._VECTptr->back().type == _FRAC);
-  return isRoot || hasRoot(operand);
-}
-
 bool hasRootInSum(gen const& value) {
   if (value.type == _VECT) {
     return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRootInSum);
@@ -50,9 +39,9 @@ bool hasRootInSum(gen const& value) {
   return value._SYMBptr->sommet == at_plus ? hasRoot(operand) : hasRootInSum(operand);
 }
 
-/// What a person would rather not read: nodes, and roots in denominators.
+/// What a person would rather not read: nodes, and roots and quotients in denominators.
 int measure(gen const& value) {
-  constexpr int root_below = 10, equal_terms = 3;
+  constexpr int root_below = 10, quotient_below = 12, equal_terms = 3;
   if (value.type == _VECT) {
     int size = 1;
     for (gen const& one : *value._VECTptr) size += measure(one);
@@ -69,7 +58,9 @@ int measure(gen const& value) {
   gen const& operand = value._SYMBptr->feuille;
   bool const hasPower = function == at_inv && (hasFunction(operand, at_sqrt) || hasFunction(operand, at_pow));
   bool const isBelow = hasPower && (lidnt(operand).empty() || hasRootInSum(operand));
-  return 1 + measure(operand) + (isBelow ? root_below : 0) + (hasEqualTerms(value) ? equal_terms : 0);
+  bool const isNested = function == at_inv && hasFunction(operand, at_inv);
+  return 1 + measure(operand) + (isBelow ? root_below : 0) + (isNested ? quotient_below : 0) +
+         (hasEqualTerms(value) ? equal_terms : 0);
 }
 
 /// Whether there is a power that would be long when multiplied out.

@@ -54,6 +54,16 @@ bool hasFunction(gen const& value, unary_function_ptr const* function) {
   return value._SYMBptr->sommet == function || hasFunction(value._SYMBptr->feuille, function);
 }
 
+bool hasRoot(gen const& value) {
+  if (value.type == _VECT) return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRoot);
+  if (value.type != _SYMB) return false;
+  gen const& operand = value._SYMBptr->feuille;
+  unary_function_ptr const& function = value._SYMBptr->sommet;
+  bool const isRoot = function == at_sqrt ||
+                      (function == at_pow && operand.type == _VECT && operand._VECTptr->back().type == _FRAC);
+  return isRoot || hasRoot(operand);
+}
+
 gen replaced(gen const& value, unary_function_ptr const* function,
              std::function<gen(gen const& operation)> const& change) {
   if (value.type == _VECT) {
@@ -309,6 +319,30 @@ gen EvaluatorC::openAt(gen const& result, unary_function_ptr const* function, Pl
   return result;
 }
 
+// A constant factor of a logarithm is an exponent of what is in it.
+gen EvaluatorC::exponential(gen const& exponent) const {
+  if (exponent.type != _SYMB) return exp(exponent, context_);
+  gen const& operand = exponent._SYMBptr->feuille;
+  unary_function_ptr const& function = exponent._SYMBptr->sommet;
+  if (function == at_ln) return operand;
+  if (function == at_neg) return inv(exponential(operand), context_);
+  if (operand.type != _VECT) return exp(exponent, context_);
+  vecteur parts = *operand._VECTptr;
+  if (function == at_plus) {
+    gen product = 1;
+    for (gen const& term : parts) product = product * exponential(term);
+    return product;
+  }
+  auto const logarithm = std::find_if(parts.begin(), parts.end(), [](gen const& factor) {
+    return factor.type == _SYMB && factor._SYMBptr->sommet == at_ln;
+  });
+  if (function != at_prod || logarithm == parts.end()) return exp(exponent, context_);
+  gen const base = logarithm->_SYMBptr->feuille;
+  parts.erase(logarithm);
+  gen const factor = _prod(gen(parts, _SEQ__VECT), context_);
+  return isConstant(factor) ? pow(base, factor, context_) : exp(exponent, context_);
+}
+
 // The algebra system leaves the hyperbolic functions of a logarithm as they are.
 gen EvaluatorC::withoutLogarithm(gen const& result) const {
   gen simple = result;
@@ -316,7 +350,7 @@ gen EvaluatorC::withoutLogarithm(gen const& result) const {
     simple = replaced(simple, function, [&](gen const& call) {
       gen const& argument = call._SYMBptr->feuille;
       if (!hasFunction(argument, at_ln)) return call;
-      gen const up = _lncollect(exp(argument, context_), context_), down = inv(up, context_);
+      gen const up = exponential(argument), down = inv(up, context_);
       gen const sum = up + down, difference = up - down;
       gen const value = normal(function == at_sinh   ? rdiv(difference, gen(2), context_)
                                : function == at_cosh ? rdiv(sum, gen(2), context_)
@@ -355,6 +389,7 @@ gen EvaluatorC::evaluateCall(PlaceS place, wstring const& name) {
   gen result = checked((*function)(argument, context_), place, isInfinite);
   bool const isHyperbolic = function == at_sinh || function == at_cosh || function == at_tanh;
   if (isHyperbolic) result = withoutLogarithm(result);
+  if (function == at_exp && hasFunction(argument, at_ln)) result = exponential(argument);
   // A tangent that is nearly one of its table is taken for that.
   bool const isFromTable =
       function == at_atan && !isInfinite && isConstant(argument) && !hasFunction(result, at_atan);

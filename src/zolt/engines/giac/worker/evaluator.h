@@ -72,6 +72,7 @@ class EvaluatorC {
   giac::vecteur evaluateChildren(PlaceS place);
   /// Throws when a result is undefined, or infinite without an infinite operand.
   gen checked(gen const& result, PlaceS place, bool mayBeInfinite) const;
+  gen exponential(gen const& exponent) const;
   gen withoutLogarithm(gen const& result) const;
   gen openAt(gen const& result, giac::unary_function_ptr const* function, PlaceS place);
   wstring const& variableAt(PlaceS place, unsigned index) const;
@@ -133,6 +134,8 @@ class EvaluatorC {
 gen approximate(gen const& value, int digits, giac::context* context);
 /// Whether the function is anywhere in the value.
 bool hasFunction(gen const& value, giac::unary_function_ptr const* function);
+/// Whether there is a root, which to the algebra system is a power.
+bool hasRoot(gen const& value);
 /// With every operation of the function in the value changed.
 gen replaced(gen const& value, giac::unary_function_ptr const* function,
              std::function<gen(gen const& operation)> const& change);

@@ -10,6 +10,7 @@
 #include "zolt/algexpr/make_node.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
+#include "zolt/engines/giac/worker/evaluator.h"
 
 namespace zolt::giac_worker {
 
@@ -207,6 +208,28 @@ void joinPowers(vecteur& factors) {
   }
 }
 
+bool isNegative(gen const& term) {
+  if (isExactReal(term)) return is_strictly_positive(-term, nullptr);
+  if (term.type != _SYMB) return false;
+  gen const& operand = term._SYMBptr->feuille;
+  if (term._SYMBptr->sommet == at_neg) return true;
+  return term._SYMBptr->sommet == at_prod && operand.type == _VECT && !operand._VECTptr->empty() &&
+         isNegative(operand._VECTptr->front());
+}
+
+// Makes a sum of negative terms one of positive terms. False, with nothing changed, for anything else, and
+// for one with roots, which as a solution is written beside the one with the other root.
+bool dropSign(gen& factor) {
+  bool const isSum =
+      factor.type == _SYMB && factor._SYMBptr->sommet == at_plus && factor._SYMBptr->feuille.type == _VECT;
+  if (!isSum || hasRoot(factor)) return false;
+  vecteur terms = *factor._SYMBptr->feuille._VECTptr;
+  if (!std::all_of(terms.begin(), terms.end(), isNegative)) return false;
+  for (gen& term : terms) term = -term;
+  factor = symbolic(at_plus, gen(terms, _SEQ__VECT));
+  return true;
+}
+
 }  // namespace
 
 ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
@@ -230,7 +253,14 @@ ResultWriterC::NodeP ResultWriterC::writeFunction(gen const& value) {
   if (function == at_pow && arguments.size() == 2) {
     if (NodeP const power = writePowerOf(arguments[0], arguments[1])) return power;
   }
-  if (function == at_prod) joinPowers(arguments);
+  if (function == at_prod) {
+    joinPowers(arguments);
+    auto const negative = std::find_if(arguments.begin(), arguments.end(), dropSign);
+    if (negative != arguments.end()) {
+      NodeP const product = writeNode(symbolic(at_prod, gen(arguments, _SEQ__VECT)));
+      return product ? makeFunction(u"_neg", {product}) : nullptr;
+    }
+  }
   if (function == at_prod && arguments.size() == 1) return writeNode(arguments[0]);
   bool const isInDegrees = angle_ == CAS_DEGREES && arguments.size() == 1;
   bool const takesAngle = function == at_sin || function == at_cos || function == at_tan ||
