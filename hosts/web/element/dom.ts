@@ -57,6 +57,34 @@ export function putAt(what: HTMLElement, box: DOMRectReadOnly, gap: number): voi
   const shown = document.documentElement;
   const fits = box.bottom + gap + height <= shown.clientHeight || box.top - gap - height < 0;
   const top = fits ? box.bottom + gap : box.top - gap - height;
-  what.style.left = `${Math.max(4, Math.min(box.left, shown.clientWidth - width - 4))}px`;
-  what.style.top = `${Math.max(4, Math.min(top, shown.clientHeight - height - 4))}px`;
+  what.style.left = `${Math.max(EDGE, Math.min(box.left, shown.clientWidth - width - EDGE))}px`;
+  what.style.top = `${Math.max(EDGE, Math.min(top, shown.clientHeight - height - EDGE))}px`;
+}
+
+/** A stretch of the window from top to bottom, in CSS pixels. */
+export type Stretch = Pick<DOMRectReadOnly, 'top' | 'bottom'>;
+
+/** In CSS pixels: between a line and what is put beside it; how far from its line something still belongs to it; edges of the window. */
+const GAP = 6, REACH = 100, EDGE = 4;
+
+/**
+ * Puts a shown element below a line of the window, and below `whole`, which the line is a part of, if that does not end far away; above
+ * where there is too little room for `least` of its `height`. It never covers the line; what there is no room for is scrolled to.
+ * `floor` is where the free part of the window ends. What was above (`isAbove`, as returned) stays there while it can.
+ */
+export function putBeside(what: HTMLElement, line: DOMRectReadOnly, whole: Stretch,
+  { height, least, floor, isAbove }: { height: number; least: number; floor: number; isAbove: boolean }): boolean {
+  // The keyboard of a phone takes a part of the window away.
+  const { offsetTop: top, height: seen } = visualViewport ?? { offsetTop: 0, height: innerHeight };
+  const bottom = Math.min(top + seen, floor) - EDGE;
+  const near = { top: line.top - whole.top > REACH ? line.top : whole.top, bottom: whole.bottom - line.bottom > REACH ? line.bottom : whole.bottom };
+  const places = [near, line].flatMap((edge) => [{ isAbove: false, at: edge.bottom + GAP, room: bottom - edge.bottom - GAP },
+    { isAbove: true, at: edge.top - GAP, room: edge.top - GAP - top - EDGE }]);
+  if (isAbove) places.sort((one, other) => Number(other.isAbove) - Number(one.isAbove));
+  const place = places.find(({ room }) => room >= Math.min(height, least)) ?? places.reduce((one, other) => other.room > one.room ? other : one);
+  const shown = Math.max(0, Math.min(height, place.room));
+  what.style.maxBlockSize = `${shown}px`;
+  what.style.left = `${Math.max(EDGE, Math.min(line.left, document.documentElement.clientWidth - what.offsetWidth - EDGE))}px`;
+  what.style.top = `${place.isAbove ? place.at - shown : place.at}px`;
+  return place.isAbove;
 }

@@ -53,6 +53,8 @@ export class Keyboard {
   constructor(owner: Owner) { this.#owner = owner; }
 
   get isOpen(): boolean { return this.#board !== null && !this.#board.hidden; }
+  /** Where it begins in the window. */
+  get top(): number { return this.isOpen ? this.#board!.getBoundingClientRect().top : Infinity; }
 
   /** The keyboard of the device stays away while this one is there. */
   open(): void {

@@ -20,7 +20,7 @@ const css = `
 .panel button:focus-visible { outline: 2px solid Highlight; outline-offset: -2px }
 .panel button:disabled { opacity: .38; cursor: default }
 .note { max-inline-size: min(22rem, calc(100vw - 8px)); padding: .3rem .6rem; border-inline-start: .25rem solid var(--zolt-fault-color, #d03030); pointer-events: none }
-.completions { max-block-size: 17rem; overflow: hidden }
+.completions { box-sizing: border-box; overflow: hidden }
 .option { display: flex; align-items: center; gap: .6rem; padding: .1rem .5rem; border-radius: .3rem; min-block-size: 2rem; cursor: pointer }
 .option[aria-selected=true] { background: Highlight; color: HighlightText }
 .option .typed { margin-inline-start: auto; padding-inline-start: 1rem; opacity: .8; white-space: nowrap }
@@ -49,6 +49,9 @@ const css = `
 .keyboard .row button { flex: 1 1 0; min-inline-size: 0; block-size: 2.7rem; padding: 0; font-size: 1.15rem; background: color-mix(in srgb, CanvasText 7%, transparent); display: grid; place-items: center }
 .keyboard .row button.wide { flex-grow: 1.6 }
 .keyboard .row button:active { background: color-mix(in srgb, CanvasText 22%, transparent) }
+@media (any-pointer: coarse) {
+  .completions { overflow: auto }
+}
 @media (forced-colors: active) {
   .panel button { border: 1px solid ButtonText }
 }

@@ -25,7 +25,7 @@ export class PanelSet {
   constructor(owner: Owner, view: View, { copyAs }: PanelActs) {
     this.#root = owner.root;
     this.adoptSheet();
-    this.completions = new CompletionList(owner);
+    this.completions = new CompletionList(owner, () => this.keyboard.top);
     this.handles = new Handles(owner, view);
     this.keyboard = new Keyboard(owner);
     this.note = new Note(owner);

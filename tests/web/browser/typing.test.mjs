@@ -132,6 +132,26 @@ withPage('the list of completions is led by keys', field, async (page) => {
   assert.equal(await page.evaluate(() => document.activeElement.id), 'f');
 });
 
+withPage('the list of completions leaves the formula to be seen, and never covers the line that is edited', field, async (page) => {
+  const list = page.locator('#f').locator('[role=listbox]');
+  for (const [height, top, clear] of [[600, 20, 'f'], [600, 480, 'f'], [220, 60, 'line'], [160, 20, 'line']]) {
+    await page.setViewportSize({ width: 700, height });
+    await page.evaluate((top) => { document.querySelector('h1').style.cssText = `margin:0;height:${top}px`; }, top);
+    await page.focus('#f');
+    await page.keyboard.type('a/(b+c/\\a');
+    await list.waitFor();
+    await painted(page);
+    const [shown, line, whole] = await page.evaluate(() => {
+      const field = document.getElementById('f'), { shown } = field;
+      return [field.root.querySelector('[role=listbox]').getBoundingClientRect(), shown.toWindow(shown.boxes.caret), field.getBoundingClientRect()];
+    });
+    const free = clear === 'f' ? whole : line;
+    assert.ok((shown.bottom <= free.top || shown.top >= free.bottom) && shown.height > 20 && shown.top >= 0 && shown.bottom <= height, JSON.stringify([height, shown, line, whole]));
+    await page.keyboard.press('Escape');
+    await page.keyboard.press('Control+Shift+Delete');
+  }
+});
+
 withPage('keys without an effect go on to the page', '<button id="a">a</button><zolt-formula id="f" aria-label="F"></zolt-formula><button id="b">b</button>', async (page) => {
   await page.evaluate(() => {
     const field = document.getElementById('f');
