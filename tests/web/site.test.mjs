@@ -3,7 +3,7 @@
 //   node site.test.mjs <folder of the element's package> <folder to make it in>
 import assert from "node:assert/strict";
 import { spawnSync } from "node:child_process";
-import { existsSync, readdirSync } from "node:fs";
+import { existsSync, readFileSync, readdirSync } from "node:fs";
 import { createRequire } from "node:module";
 import { join } from "node:path";
 import { pathToFileURL } from "node:url";
@@ -30,8 +30,10 @@ const pages = readdirSync(site).filter((name) => name.endsWith(".html"));
 for (const name of pages) {
   await page.goto(pathToFileURL(join(site, name)).href);
   for (const target of await page.$$eval("main a, nav a, img", (all) => all.map((one) => one.getAttribute("href") ?? one.getAttribute("src")))) {
-    const file = decodeURIComponent(target.split("#")[0]);
-    if (!target.includes("://") && file && !existsSync(join(site, file))) complaints.push(`${name}: ${target} leads nowhere`);
+    if (target.includes("://")) continue;
+    const [file, part] = target.split("#").map(decodeURIComponent);
+    const to = join(site, file || name);
+    if (!existsSync(to) || part === "" || (part && !readFileSync(to, "utf8").includes(`id="${part}"`))) complaints.push(`${name}: ${target} leads nowhere`);
   }
   const members = await page.$$eval("dt", (all) => all.map((one) => one.textContent));
   if (name === "types.html" && !["value: string", "readonly fault: Fault | null"].every((one) => members.includes(one))) complaints.push("members of the element are missing");

@@ -25,8 +25,8 @@ PARTS = [
     ("Start", [("README.md", "Overview"), ("docs/web.md", "Web pages"), ("hosts/web/package/README.md", "The element's package"), ("docs/commands.md", "Commands"), ("docs/qt-widget.md", "The Qt widget"), ("docs/embedding.md", "Embedding in C++")]),
     ("Notations", [("docs/plain-text.md", "Plain text"), ("docs/latex.md", "LaTeX"), ("docs/mathml.md", "MathML"), ("docs/mathjson.md", "MathJSON"), ("docs/speech.md", "Speech"), ("docs/engines.md", "Engines")]),
     ("Formats", [("docs/event-scripts.md", "Event scripts"), ("docs/sheet-format.md", "Sheets"), ("docs/byte-format.md", "Bytes"), ("docs/pictures.md", "Pictures")]),
-    ("API", [("types", "The element"), ("hosts/web/bridge/bridge.h", "bridge.h"), ("hosts/web/bridge/engine.h", "engine.h")]),
-    ("Inside", [("docs/architecture.md", "Architecture"), ("docs/invariants.md", "Invariants"), ("docs/incremental.md", "Incremental work"), ("docs/performance.md", "Performance"), ("docs/reliability.md", "Reliability"), ("CONTRIBUTING.md", "Contributing"), ("CHANGELOG.md", "Changes")]),
+    ("API", [("types", "The element"), ("hosts/web/bridge/bridge.h", "bridge.h"), ("hosts/web/bridge/bridge_buffers.h", "bridge_buffers.h"), ("hosts/web/bridge/engine.h", "engine.h")]),
+    ("Inside", [("docs/architecture.md", "Architecture"), ("docs/invariants.md", "Invariants"), ("docs/incremental.md", "Incremental work"), ("docs/performance.md", "Performance"), ("docs/reliability.md", "Reliability"), ("CONTRIBUTING.md", "Contributing"), ("SECURITY.md", "Security"), ("CHANGELOG.md", "Changes")]),
 ]  # fmt: skip
 # The pages with tables of what can be written.
 WITH_EXAMPLES = ("docs/plain-text.md", "docs/latex.md")
@@ -50,6 +50,8 @@ def page_name(path):
 
 
 ALL = {path: page_name(path) for _, pages in PARTS for path, _ in pages}
+# Sources and folders that documents lead to, which get pages as well.
+LINKED = {}
 
 
 def link(target, of):
@@ -58,10 +60,21 @@ def link(target, of):
         return target
     file, mark, part = target.partition("#")
     path = (ROOT / of).parent.joinpath(file).resolve()
-    name = path.relative_to(ROOT).as_posix() if path.is_relative_to(ROOT) else ""
-    if name in ALL:
-        return ALL[name] + mark + part
-    return f"files/{path.name}" if path.is_file() and path.suffix in (".svg", ".png") else "#"
+    if not path.exists() or not path.is_relative_to(ROOT):
+        sys.exit(f"make_site.py: {of} leads to {target}, which is not there")
+    if path.suffix in (".svg", ".png"):
+        return f"files/{path.name}"
+    name = path.relative_to(ROOT).as_posix()
+    return (ALL.get(name) or LINKED.setdefault(name, page_name(name))) + mark + part
+
+
+def source_page(name):
+    """A file as it is, or what a folder has."""
+    path = ROOT / name
+    if path.is_file():
+        return f"<h1>{html.escape(name)}</h1><pre><code>{html.escape(path.read_text(encoding='utf-8'))}</code></pre>"
+    rows = [f'<li><a href="{link(one.name, name + "/index")}">{html.escape(one.name)}</a></li>' for one in sorted(path.iterdir()) if one.name[0] not in "._"]
+    return f"<h1>{html.escape(name)}</h1><ul>{''.join(rows)}</ul>"
 
 
 def body_of(path, package):
@@ -82,7 +95,7 @@ def player(path):
         return ""
     notation, formula = PLAYED[path]
     return (
-        f'<section class="player" data-notation="{notation}"{" data-examples" if path in WITH_EXAMPLES else ""} aria-label="Try it">'
+        f'<section class="player" data-notation="{notation}"{" data-examples" if path in WITH_EXAMPLES else ""} aria-labelledby="try"><h2 id="try">Try it</h2>'
         f'<zolt-formula aria-label="A formula to edit" data-formula="{html.escape(formula)}"></zolt-formula>'
         f'<textarea rows="2" spellcheck="false" aria-label="The formula as text"{" readonly" if notation == "words" else ""}></textarea><p role="status"></p></section>'
     )
@@ -140,16 +153,30 @@ def main():
         shutil.copy(picture, output / "files")
     if reference:
         shutil.copytree(reference, output / "reference")
+        # Of classes whose inner ones are all private, Doxygen promises a list that it leaves out.
+        for page in (output / "reference").glob("*.html"):
+            text = page.read_text(encoding="utf-8")
+            if 'name="nested-classes"' not in text and '"#nested-classes"' in text:
+                page.write_text(re.sub(r'<a href="#nested-classes">\w+</a>( &#124;\n)?', "", text), encoding="utf-8")
     forgotten = [path.name for path in (ROOT / "docs").glob("*.md") if f"docs/{path.name}" not in ALL]
     if forgotten:
         sys.exit(f"make_site.py: no part of the site has {', '.join(forgotten)}")
     frame = (HERE / "page.html").read_text(encoding="utf-8")
+
+    def write(name, path, title, body):
+        parts = {"title": html.escape(title), "navigation": navigation(path, reference is not None), "player": player(path), "body": body}
+        (output / name).write_text(re.sub(r"\{\{(\w+)\}\}", lambda m: parts[m.group(1)], frame), encoding="utf-8")
+
     for _, pages in PARTS:
         for path, title in pages:
-            parts = {"title": html.escape(title), "navigation": navigation(path, reference is not None), "player": player(path), "body": body_of(path, package)}
-            text = re.sub(r"\{\{(\w+)\}\}", lambda m: parts[m.group(1)], frame)
-            (output / ALL[path]).write_text(text, encoding="utf-8")
-    print(f"{len(ALL)} pages: {(output / 'index.html').resolve()}")
+            write(ALL[path], path, title, body_of(path, package))
+    # Pages of folders lead to further ones.
+    written = set()
+    while missing := LINKED.keys() - written:
+        for path in missing:
+            write(LINKED[path], path, path, source_page(path))
+        written |= missing
+    print(f"{len(ALL) + len(LINKED)} pages: {(output / 'index.html').resolve()}")
 
 
 if __name__ == "__main__":
