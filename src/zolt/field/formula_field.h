@@ -46,7 +46,7 @@ class FormulaFieldC {
   FormulaFieldC(FormulaFieldC const&) = delete;
   FormulaFieldC& operator=(FormulaFieldC const&) = delete;
 
-  /// The view, for painting, sizes and reading. Give input to the field, not to the view.
+  /// For painting, sizes and reading; input goes to the field.
   math::ved::ViewZNT4C& refView() { return view_; }
   math::ved::ViewZNT4C const& crefView() const { return view_; }
 
@@ -94,8 +94,7 @@ class FormulaFieldC {
   // ---- Input (formula_field_input.cpp) --------------------------------------------------------------------
   // What they refuse, `takeRefusal` explains.
   bool typeCharacter(char16_t c);
-  /// A text from an input method, typed as one step. A text longer than `limits::max_typed_text` is inserted
-  /// as it is, without replacements.
+  /// Types a text as one step. One longer than `limits::max_typed_text` is inserted without replacements.
   bool insertText(wstring const& text);
   /// Shows text that an input method composes at the caret, as part of the layout, with the caret in it after
   /// `caret` characters; an empty text takes it away. It is in no expression, copy, history or recording:
@@ -287,12 +286,13 @@ class FormulaFieldC {
   bool letterAccepted_ = false;     // the last input completed a letter
   unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
   bool groupFailed_ = false, reveal_ = false;
-  char16_t ended_ = u'\0';                      // the sign by which the last input left a construct
-  bool ungrouped_ = false, separated_ = false;  // it closed brackets, which vanished; was ";" for a comma
-  unsigned long separatedFrom_ = 0;             // the history before that input
-  math::ved::SelectionPathS separatedAt_;       // and the selection
-  bool marked_ = false, markDue_ = false;       // the selection is a faulty part; was one before the act
-  bool wordTyped_ = false;                      // the last input typed a letter, so a name may be unfinished
+  std::vector<math::ved::Node4C const*> bounds_;  // the constructs whose bounds are typed as in "sum_("
+  char16_t ended_ = u'\0';                        // the sign by which the last input left a construct
+  bool ungrouped_ = false, separated_ = false;    // it closed brackets, which vanished; was ";" for a comma
+  unsigned long separatedFrom_ = 0;               // the history before that input
+  math::ved::SelectionPathS separatedAt_;         // and the selection
+  bool marked_ = false, markDue_ = false;         // the selection is a faulty part; was one before the act
+  bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew
 };

@@ -1,5 +1,6 @@
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
@@ -41,6 +42,34 @@ void FormulaFieldC::mergeDoubled(char16_t sign) {
   auto const merged = writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(content))));
   GroupC group(*this);
   group.end(select({endOf(outer.goLeft()), caret()}) && view_.paste(merged));
+}
+
+bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
+  std::vector<std::pair<bytestring, unsigned long>> contents;
+  for (auto const& [range, row] : replacement.contents) {
+    if (range.anchor == range.caret) continue;
+    view_.copy(range, contents.emplace_back(bytestring(), row).first);
+  }
+  GroupC group(*this);
+  // Inserted by its name an operator might take the operand before it.
+  auto const inserted = rows::toRow(
+      rows::makeConstruct(*replacement.op, std::vector<rows::NodeT>(replacement.op->getInsertedRows())));
+  inserted->checkTree();
+  bool done = deleteRange(replacement.begin, replacement.end) && view_.paste(writeBytes(*inserted));
+  Node4C const* const construct = done ? caret().node->goLeft() : nullptr;
+  if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
+  TreePathT const path = pathOf(*construct);
+  auto const enter = [&](unsigned long row) {
+    Node4C const* const node = nodeAt(view_.crefRoot(), path);
+    return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));
+  };
+  for (auto const& [content, row] : contents) done = done && enter(row) && view_.paste(content);
+  if (!replacement.mark.empty())
+    done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
+  if (replacement.caretRow != ConstructReplacementS::after_construct)
+    return group.end(done && enter(replacement.caretRow));
+  Node4C const* const made = done ? nodeAt(view_.crefRoot(), path) : nullptr;
+  return group.end(made && placeCaret(placeAfter(*made)));
 }
 
 }  // namespace zolt::field

@@ -6,6 +6,7 @@
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
@@ -68,6 +69,22 @@ bool beginsWithName(OperatorBC const& op) {
   return letters && !op.isConstruct() && (!op.isLinear() || op.getArity() == 1);
 }
 
+/// What a character does, also in constructs that are typed with their bounds.
+InputDecisionS decide(ViewZNT4C const& view, char16_t c, InputOptionsS const& options,
+                      TypedBoundsT const& bounds) {
+  InputDecisionS decision = decideInput(view, c, options);
+  if (bounds.empty() || view.isSelected() || !options.leaving) return decision;
+  PlaceS const place = view.getSelection().caret;
+  if (endsValue(place, c, bounds)) return decideInput(view, u',', options);
+  char16_t const sign = foldTyped(c, options);
+  LeavingS const leaving = leaveBounds(place, sign, bounds, view.crefOperatorList(), options);
+  if (!leaving.target) return decision;
+  if (leaving.complete) return {INPUT_MOVE, {}, leaving.target, {}};
+  if (decision.kind == INPUT_MOVE) decision = {INPUT_TEXT, wstring(1, sign), {}, {}};
+  decision.target = leaving.target;
+  return decision;
+}
+
 }  // namespace
 
 bool FormulaFieldC::typeCharacter(char16_t c) {
@@ -76,19 +93,21 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const ungrouped = std::exchange(ungrouped_, false);
   bool const isSecond = std::exchange(separated_, false) && c == u';';
   bool const endsAgain = std::exchange(ended_, u'\0') == c;
+  TypedBoundsT bounds = std::exchange(bounds_, {});
   ActC act(*this, step, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
+  bounds_ = std::move(bounds);
   act.dropMark();
   if (isSecond && endTableRow()) return true;
   if (auto const taken = typeInCompletion(c)) return *taken;
   if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
-  InputDecisionS decision = decideInput(view_, c, options_);
+  InputDecisionS decision = decide(view_, c, options_, bounds_);
   if (movedOut || (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT))) {
     // The name must be found before the caret leaves it.
     if (!movedOut) completeName();
     bool const hasSpace = c == u' ' && endsSignBetween(caret(), view_.crefOperatorList());
-    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}} : decideInput(view_, c, options_);
+    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}} : decide(view_, c, options_, bounds_);
   }
   if (wordTyped_ && options_.singleLetters && decision.text == u"(") {
     ReplacementS const found =
@@ -109,6 +128,8 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   }
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
   wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
+  if (decision.kind == INPUT_OPERATOR && !decision.target) adoptVariant(bounds_, caret());
+  keepAround(bounds_, caret());
   refreshNames();
   return taken;
 }
@@ -287,13 +308,17 @@ bool FormulaFieldC::insertFraction() {
   return fraction.op && replaceCall(fraction);
 }
 
-/// A word between operands, just typed at the end of an exponent or a denominator, leaves it as a sign does.
-/// False when there is none.
+/// A word between operands, just typed at the end of an exponent, a denominator or what is summed, leaves it
+/// as a sign does. False when there is none.
 bool FormulaFieldC::moveWordOut() {
   PlaceS begin;
-  PlaceS const target = leaveByWord(caret(), view_.crefOperatorList(), options_, begin);
-  if (!target) return false;
+  PlaceS target = leaveByWord(caret(), view_.crefOperatorList(), options_, begin);
+  if (!begin) return false;
   wstring const word = caret().node->crefText().substr(begin.pos, caret().pos - begin.pos);
+  std::size_t const blanks = word.find_first_not_of(u' ');
+  PlaceS const further = leaveBoundsByWord(caret(), word.substr(blanks), bounds_, view_.crefOperatorList());
+  if (options_.leaving && further) target = further;
+  if (!target) return false;
   PlacePathS const after = pathOf(target);
   GroupC group(*this);
   bool const done = deleteRange(begin, caret()) && placeCaret(placeAt(view_.crefRoot(), after));
@@ -390,6 +415,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   }
   if (options_.grouping && typed && decision.text == u")") {
     if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
+    if (PlaceS const after = afterUpperGroup(caret(), bounds_)) ungroup(after);
   }
   if (wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
   if (options_.impliedProducts && typed && decision.text == u"(") {
@@ -397,7 +423,8 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   }
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
     if (ConstructReplacementS const found = findConstructReplacement(view_, options_); found.op) {
-      replaceCall(found);
+      bool const hasBounds = replaceCall(found) && found.hasBounds;
+      if (hasBounds) bounds_.push_back(enclosingItem(*caret().node));
     }
   }
 }
@@ -462,34 +489,6 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
     restoreSelection(places);
   }
   return group.end(done);
-}
-
-bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
-  std::vector<std::pair<bytestring, unsigned long>> contents;
-  for (auto const& [range, row] : replacement.contents) {
-    if (range.anchor == range.caret) continue;
-    view_.copy(range, contents.emplace_back(bytestring(), row).first);
-  }
-  GroupC group(*this);
-  // Inserted by its name an operator might take the operand before it.
-  auto const inserted = rows::toRow(
-      rows::makeConstruct(*replacement.op, std::vector<rows::NodeT>(replacement.op->getInsertedRows())));
-  inserted->checkTree();
-  bool done = deleteRange(replacement.begin, replacement.end) && view_.paste(writeBytes(*inserted));
-  Node4C const* const construct = done ? caret().node->goLeft() : nullptr;
-  if (!construct || construct->getType() != NODE4_OPERATOR) return group.end(false);
-  TreePathT const path = pathOf(*construct);
-  auto const enter = [&](unsigned long row) {
-    Node4C const* const node = nodeAt(view_.crefRoot(), path);
-    return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));
-  };
-  for (auto const& [content, row] : contents) done = done && enter(row) && view_.paste(content);
-  if (!replacement.mark.empty())
-    done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
-  if (replacement.caretRow != ConstructReplacementS::after_construct)
-    return group.end(done && enter(replacement.caretRow));
-  Node4C const* const made = done ? nodeAt(view_.crefRoot(), path) : nullptr;
-  return group.end(made && placeCaret(placeAfter(*made)));
 }
 
 }  // namespace zolt::field

@@ -65,6 +65,7 @@ class FormulaFieldC::ActC {
     field_.ungrouped_ = false;
     field_.separated_ = false;
     field_.ended_ = u'\0';
+    field_.bounds_.clear();
     field_.markDue_ = std::exchange(field_.marked_, false);
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
     field_.view_.takeRejection();

@@ -6,6 +6,7 @@
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -46,6 +47,24 @@ ConstructReplacementS findMarkedConstruct(ViewZNT4C const& view, Node4C const& o
   found.contents = {{mark, rows[1]}};
   takePair(open, rows[0], found);
   found.caretRow = rows[0];
+  return found;
+}
+
+/// Handles "sum_(" when "(" was just typed.
+ConstructReplacementS findBoundedConstruct(ViewZNT4C const& view, Node4C const& open) {
+  PlaceS const end = placeBefore(open);
+  wstring const& text = end.node->crefText();
+  unsigned int const start = nameStart(text, end.pos);
+  if (end.pos < start + 2 || text[end.pos - 1] != u'_') return {};
+  ConstructReplacementS found;
+  auto op = findConstruct(view.crefOperatorList(), textBetween(start, {end.node, end.pos - 1})).op;
+  bool const isPair = !hasSuppliedClose(*open.getParent()) && findPartner(open);
+  if (isPair || !op || !takesBounds(*op)) return found;
+  found.begin = {end.node, start};
+  found.end = view.getSelection().caret;
+  found.caretRow = argumentRows(*op, op->getInsertedRows()).front();
+  found.hasBounds = true;
+  found.op = std::move(op);
   return found;
 }
 
@@ -136,6 +155,7 @@ ConstructReplacementS findConstructReplacement(ViewZNT4C const& view, InputOptio
   Node4C const* const left = caret.node->goLeft();
   if (!left || left->getType() != NODE4_OPEN) return {};
   ConstructReplacementS found = findOpenedConstruct(view, *left);
+  if (!found.op) found = findBoundedConstruct(view, *left);
   if (!found.op) found = findIndexedConstruct(view, *left, options);
   return found.op ? found : findMarkedConstruct(view, *left);
 }

@@ -32,6 +32,7 @@ struct ConstructReplacementS {
   wstring mark;
   unsigned long markRow = 0;
   unsigned long caretRow = 0;  ///< may be `after_construct`
+  bool hasBounds = false;      ///< its bounds follow, as in "sum_("
 };
 
 /// What puts the construct of that name in the place of the selection, which becomes its first argument.

@@ -31,16 +31,6 @@ Node4C const* findClosedAlready(PlaceS place) {
   return next && next->getType() == NODE4_CLOSE ? next : nullptr;
 }
 
-/// The place after the exponent or fraction whose last row ends at `place`, when no bracket in that row is
-/// open; else null.
-PlaceS afterFinishedItem(PlaceS place) {
-  Node4C const* const item = enclosingItem(*place.node);
-  if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
-  Node4C const& row = *place.node->getParent();
-  if (isEmptyRow(row) || row.goRight()) return {};
-  return placeAfter(*item);
-}
-
 /// The place after the item around `place`, whatever the item, when its row ends at `place`; else null.
 PlaceS afterItem(PlaceS place) {
   Node4C const* const item = enclosingItem(*place.node);
@@ -286,6 +276,14 @@ bool startsOperand(PlaceS place) {
 }
 
 }  // namespace
+
+PlaceS afterFinishedItem(PlaceS place) {
+  Node4C const* const item = enclosingItem(*place.node);
+  if (!item || isCallConstruct(*item) || !isAtRowEnd(place) || findOpenBracket(place)) return {};
+  Node4C const& row = *place.node->getParent();
+  if (isEmptyRow(row) || row.goRight()) return {};
+  return placeAfter(*item);
+}
 
 LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
                      InputOptionsS const& options) {

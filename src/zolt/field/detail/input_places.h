@@ -33,6 +33,10 @@ struct LeavingS {
 LeavingS leaveBySign(PlaceS place, char16_t sign, OperatorListC const& operators,
                      InputOptionsS const& options);
 
+/// The place after the exponent or fraction whose last row ends at `place`, when no bracket in that row is
+/// open; else null.
+PlaceS afterFinishedItem(PlaceS place);
+
 /// The end of the argument of a construct written with brackets that ends at the place, perhaps in exponents
 /// and fractions at its end. Null elsewhere, and where a bracket is open.
 PlaceS findEndedArgument(PlaceS place);
