@@ -20,10 +20,10 @@ export async function hasGiac(): Promise<boolean> {
   return !!answer?.ok && (await answer.json().catch(() => null))?.isThere === true;
 }
 
-/** It ends what takes too long, as the worker here is ended. */
-export async function askGiac(question: Question): Promise<Answer> {
+/** It ends what takes too long, as the worker here is ended, and what is no longer wanted. */
+export async function askGiac(question: Question, signal: AbortSignal): Promise<Answer> {
   const body = JSON.stringify(question);
-  const answer = await fetch('giac', { method: 'POST', body, headers: { 'Content-Type': 'application/json' } }).catch(() => null);
+  const answer = await fetch('giac', { method: 'POST', body, headers: { 'Content-Type': 'application/json' }, signal }).catch(() => null);
   return answer?.ok ? answer.json() : { outcome: 'none', text: 'The algebra system does not answer', part: 0 };
 }
 

@@ -32,6 +32,7 @@ class Row {
   readonly #fault = make('p', { className: 'fault' });
   #later = 0;
   #asked = '';
+  #asking = new AbortController();
 
   constructor(value: string, operation: string) {
     const remove = make('button', { type: 'button', textContent: '×', title: 'Remove', ariaLabel: 'Remove the formula' });
@@ -53,6 +54,11 @@ class Row {
       current = this.#formula;
       show();
     });
+    // While it is typed, a formula is incomplete most of the time.
+    this.#formula.addEventListener('blur', () => {
+      const { fault } = this.#formula;
+      if (fault) this.#fault.textContent = `${fault.message}.`;
+    });
     this.#formula.addEventListener('refuse', (event) => { this.#fault.textContent = `${(event as CustomEvent).detail.message}.`; });
     this.#formula.addEventListener('move-out', (event) => {
       const { direction } = (event as CustomEvent).detail;
@@ -73,6 +79,8 @@ class Row {
   async compute(): Promise<void> {
     const { prefix } = this.#formula, operation = this.#operation.value;
     this.#asked = `${operation} ${prefix}`;
+    this.#asking.abort();
+    this.#asking = new AbortController();
     const asked = this.#asked;
     this.#fault.textContent = '';
     if (!prefix || at<HTMLSelectElement>('engine').value === 'none') {
@@ -80,7 +88,7 @@ class Row {
       return;
     }
     const question = { expression: prefix, operation, variable: mainVariable(prefix) };
-    const answer = await (at<HTMLSelectElement>('engine').value === 'giac' ? askGiac(question) : computer.ask(question));
+    const answer = await (at<HTMLSelectElement>('engine').value === 'giac' ? askGiac(question, this.#asking.signal) : computer.ask(question));
     // Something else may have been typed meanwhile.
     if (asked === this.#asked) this.#show(answer);
   }
@@ -142,7 +150,8 @@ async function start(): Promise<void> {
     for (const field of fields()) field.options = { decimalComma: (event.target as HTMLInputElement).checked };
   });
   at('engine').addEventListener('change', () => { for (const row of all) void row.compute(); });
-  if (await hasGiac()) at('engine').append(make('option', { value: 'giac', textContent: 'Giac (GPL-3+), on this computer' }));
+  if (await hasGiac()) at('engine').append(make('option', { value: 'giac', textContent: 'Giac, on this computer' }));
+  else at('no-giac').hidden = false;
   await Promise.all(all.map(({ fields }) => fields[0]!.ready));
   for (const row of all) void row.compute();
   current = all[0]!.fields[0]!;

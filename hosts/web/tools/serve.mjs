@@ -1,7 +1,7 @@
 // Serves a folder on the loopback address: node serve.mjs <folder> [<command-line tool>]. It prints the address.
 // With the command-line tool, the page may compute with the algebra system that this one runs in a process of its own.
 
-import { execFile } from 'node:child_process';
+import { spawn } from 'node:child_process';
 import { createReadStream, statSync } from 'node:fs';
 import { createServer } from 'node:http';
 import { extname, join, normalize } from 'node:path';
@@ -19,6 +19,7 @@ export const policy = "default-src 'none'; script-src 'self' 'wasm-unsafe-eval';
 const asked = { solve: ['--solve'], differentiate: ['--diff'], integrate: ['--integrate'], approximate: ['--numeric'], simplify: ['--simplify'],
   expand: ['--expand'], factor: ['--factor'], evaluate: [] };
 const MOST = 5000;  // ms; the process is ended then
+const LONGEST = 1 << 22;
 
 /** The first message of the tool, without its name. */
 const sentenceOf = (complaint) => complaint.split('\n')[0].replace(/^\w+: |\.$/g, '').replace(/^./, (first) => first.toUpperCase());
@@ -35,14 +36,24 @@ function questionIn(body) {
   }
 }
 
-/** Asks the tool's algebra system, in a process that is ended after `most` ms. */
-function compute(tool, { expression, operation, variable }, most) {
+/** Asks the tool's algebra system, in a process that is ended after `most` ms, or when nobody waits for the answer any more. */
+function compute(tool, { expression, operation, variable }, most, response) {
   const words = ['eval', '--engine', 'giac', '--from', 'prefix', '--to', 'prefix', '--deadline', '4', ...asked[operation]];
   if (/solve|differentiate|integrate/.test(operation)) words.push(variable);
-  return new Promise((settle) => execFile(tool, [...words, '--', expression], { timeout: most, killSignal: 'SIGKILL', maxBuffer: 1 << 22 }, (error, out, complaint) => {
+  // The tool starts the algebra system as a process of its own, which belongs to its group.
+  const started = spawn(tool, [...words, '--', expression], { detached: true, stdio: ['ignore', 'pipe', 'pipe'] });
+  const end = () => { try { process.kill(-started.pid, 'SIGKILL'); } catch { /* It has ended by itself. */ } };
+  let out = '', complaint = '';
+  started.stdout.setEncoding('utf8').on('data', (text) => { if ((out += text).length > LONGEST) end(); });
+  started.stderr.setEncoding('utf8').on('data', (text) => { complaint = (complaint + text).slice(0, 1000); });
+  const deadline = setTimeout(end, most);
+  response.once('close', end);
+  return new Promise((settle, fail) => started.once('error', fail).once('close', (status) => {
+    clearTimeout(deadline);
+    response.off('close', end);
     const text = out.trim();
-    if (text && !error) settle({ outcome: 'value', text, part: 0 });
-    else settle({ outcome: 'none', text: error?.killed ? 'This takes too long' : sentenceOf(complaint), part: 0 });
+    if (text && status === 0) settle({ outcome: 'value', text, part: 0 });
+    else settle({ outcome: 'none', text: status === null ? 'This takes too long' : sentenceOf(complaint), part: 0 });
   }));
 }
 
@@ -53,7 +64,7 @@ async function answer(tool, request, response, headers, most) {
   if (request.headers['content-type'] !== 'application/json') return response.writeHead(415, headers).end();
   const question = questionIn(body);
   if (!question) return response.writeHead(400, headers).end();
-  const result = await compute(tool, question, most);
+  const result = await compute(tool, question, most, response);
   response.writeHead(200, { ...headers, 'Content-Type': 'application/json' }).end(JSON.stringify(result));
 }
 

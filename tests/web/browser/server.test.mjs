@@ -1,5 +1,5 @@
 import assert from 'node:assert/strict';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { connect, createServer } from 'node:net';
 import { networkInterfaces, tmpdir } from 'node:os';
 import { join } from 'node:path';
@@ -11,18 +11,23 @@ const folder = mkdtempSync(join(tmpdir(), 'zolt-'));
 const tool = join(folder, 'tool');
 writeFileSync(tool, `#!${process.execPath}
 const words = process.argv.slice(2), last = words.at(-1);
-if (last === 'slow') for (;;);
+if (last === 'slow') {
+  const system = require('node:child_process').spawn(process.execPath, ['-e', 'setTimeout(Object, 90000)']);
+  require('node:fs').writeFileSync(__dirname + '/system', String(system.pid));
+  for (;;);
+}
 if (last === 'wrong') { console.error('ved: division by zero.'); process.exit(1); }
 console.log(JSON.stringify(words));
 `, { mode: 0o755 });
 writeFileSync(join(folder, 'secret'), 'x');
-const server = await serve([join(folder, 'site')], 0, { '/a.html': 'page' }, tool, 4000);
+const system = join(folder, 'system');
+const server = await serve([join(folder, 'site')], 0, { '/a.html': 'page' }, tool, 6000);
 after(() => {
   server.close();
   rmSync(folder, { recursive: true });
 });
 
-const send = (body, type = 'application/json') => fetch(`${server.address}giac`, { method: 'POST', body, headers: { 'Content-Type': type } });
+const send = (body, type = 'application/json', signal = null) => fetch(`${server.address}giac`, { method: 'POST', body, headers: { 'Content-Type': type }, signal });
 const ask = (expression, operation = 'solve', variable = 'x') =>
   send(JSON.stringify({ expression, operation, variable })).then((response) => response.json());
 /** What comes back for a line of a request that no browser would send. */
@@ -33,11 +38,26 @@ const raw = (path, host) => new Promise((settle) => {
     .end(`GET ${path} HTTP/1.1\r\nHost: ${host ?? hostname}\r\nConnection: close\r\n\r\n`);
 });
 
-test('the algebra system of the command-line tool answers, and is ended when it takes too long', async () => {
+test('the algebra system of the command-line tool answers, and is ended when it takes too long', { timeout: 60000 }, async () => {
   const given = JSON.parse((await ask('=(^(x,2),1)')).text);
   assert.deepEqual(given.slice(-4), ['--solve', 'x', '--', '=(^(x,2),1)']);
   assert.deepEqual(await ask('wrong'), { outcome: 'none', text: 'Division by zero', part: 0 });
   assert.deepEqual(await ask('slow'), { outcome: 'none', text: 'This takes too long', part: 0 });
+  // What the tool has started ends with it, also when the page no longer wants an answer.
+  const pause = () => new Promise((settle) => setTimeout(settle, 20));
+  const end = async () => {
+    while (!existsSync(system)) await pause();
+    const process = readFileSync(system, 'utf8');
+    return async () => { while (existsSync(`/proc/${process}/stat`) && !/\) [XZ] /.test(readFileSync(`/proc/${process}/stat`, 'utf8'))) await pause(); };
+  };
+  await (await end())();
+  rmSync(system);
+  const asking = new AbortController();
+  const gone = assert.rejects(send(JSON.stringify({ expression: 'slow', operation: 'solve', variable: 'x' }), 'application/json', asking.signal));
+  const ended = await end();
+  asking.abort();
+  await gone;
+  await ended();
   // What looks like an option or a command is an expression all the same.
   for (const text of ['--help', '$(id)', 'a\n;b']) assert.deepEqual(JSON.parse((await ask(text, 'factor')).text).slice(-3), ['--factor', '--', text]);
 });
