@@ -181,6 +181,8 @@ void MainWindow::compute(CASOperationE operation, QString const& variable) {
     }
     return;
   }
+  // What an earlier one came to is over, however this one ends.
+  updateStatus();
   SheetRow& row = *view_->currentRow();
   CASRequestS request = computer_->makeRequest(row, part, operation);
   request.variable = qt::toWstring(variable);

@@ -1,7 +1,8 @@
 #include "hosts/qt/desktop/mnemonics.h"
 
+#include <QAbstractButton>
 #include <QKeySequence>
-#include <QPushButton>
+#include <QLabel>
 
 namespace zolt::desktop {
 
@@ -15,10 +16,13 @@ int letterOf(QString const& text) {
 }  // namespace
 
 void giveMnemonics(QWidget& dialog) {
-  QList<QPushButton*> const buttons = dialog.findChildren<QPushButton*>();
+  QList<QAbstractButton*> const buttons = dialog.findChildren<QAbstractButton*>();
   QList<int> taken;
-  for (QPushButton const* const button : buttons) taken << letterOf(button->text());
-  for (QPushButton* const button : buttons) {
+  for (QAbstractButton const* const button : buttons) taken << letterOf(button->text());
+  for (QLabel const* const label : dialog.findChildren<QLabel*>()) {
+    if (label->buddy()) taken << letterOf(label->text());
+  }
+  for (QAbstractButton* const button : buttons) {
     QString const text = button->text();
     for (qsizetype i = 0; i < text.size() && letterOf(button->text()) == 0; ++i) {
       int const letter = text[i].toUpper().unicode();
