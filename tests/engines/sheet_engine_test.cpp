@@ -9,6 +9,7 @@
 #include "tests/support/cases.h"
 #include "tests/support/operators.h"
 
+#include "zolt/catalogue_extended/extended_operators.h"
 #include "zolt/engines/basic/basic_engine.h"
 #include "zolt/engines/sheet/worth_showing.h"
 #include "zolt/exchange/plain_text.h"
@@ -21,7 +22,7 @@ using namespace math::algexpr;
 /// A sheet whose tasks are done at once, with a record of them.
 class SheetStage : public testing::Test {
  protected:
-  SheetStage() { tests::standardOperators(); }
+  SheetStage() { catalogue_extended::registerExtendedOperators(tests::standardOperators()); }
 
   void show(std::vector<std::string> const& texts) {
     std::vector<LineT> order;
@@ -83,6 +84,7 @@ TEST_F(SheetStage, showsWhatSaysMoreThanTheFormula) {
       {"x+x", "= 2*x"},
       {"b^2-4*a*c", ""},
       {"1/(1+x)", ""},
+      {"[1,2;3,4]*[x;y]", "= [x+2*y;3*x+4*y]"},
       {"diff(x^3,x)", "= 3*x^2"},
       {"x^2+y^2=r^2", ""},
       {"1+1=3", "=> false"},

@@ -17,8 +17,8 @@ namespace {
 
 /// What is said by an expression, apart from brackets and from where in products minuses are.
 struct GistS {
-  std::vector<wstring> parts;   ///< in the order of the prefix text
-  std::set<wstring> functions;  ///< but for those of plain arithmetic
+  std::vector<wstring> parts;        ///< in the order of the prefix text
+  std::multiset<wstring> functions;  ///< each call of one, but for those of plain arithmetic
   unsigned long minuses = 0;
   unsigned long symbols = 0;
   unsigned long leaves = 0;
