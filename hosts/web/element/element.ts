@@ -56,9 +56,9 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.root = this.attachShadow({ mode: 'open', delegatesFocus: true });
     this.parts = build(this.root);
     const view = this.#view = new View(this);
-    this.#value = new Value(this, () => {
+    this.#value = new Value(this, (isWhole) => {
       view.fault = null;
-      this.#form.touch();
+      if (isWhole) this.#form.touchWhole(); else this.#form.touch();
       this.refresh();
       if (!this.handle && this.isConnected) this.#load().catch(() => undefined);
     });
@@ -77,6 +77,13 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     this.#pointer.onlongpress = (x, y) => panels.use(({ menu }) => menu.open(new DOMRect(x, y - 20, 0, 40)));
     this.parts.frame.addEventListener('contextmenu', (event) => this.#onMenu(event));
     listenToDrags(this, view, this.#copies, { stop: () => this.#pointer.stop(), press: () => this.#onPress(false) });
+    // What a page has set before the script arrived would hide the properties of the class.
+    const mine = this as unknown as Record<string, unknown>;
+    for (const name of Object.keys(this).filter((name) => name in ZoltFormulaElement.prototype)) {
+      const given = mine[name];
+      delete mine[name];
+      mine[name] = given;
+    }
   }
 
   // ---- Life
@@ -168,6 +175,9 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
         this.parts.placeholder.textContent = now;
         this.#speech.name();
         this.refresh();
+        break;
+      case 'required':
+        if (this.#value.isEmpty || this.internals.validity.valueMissing) return this.#form.touchWhole();
         break;
       case 'inputmode':
         this.parts.input.inputMode = now ?? '';

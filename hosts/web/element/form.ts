@@ -3,6 +3,7 @@
 import { Form } from '../module/zolt_module.mjs';
 import { Later } from './later.js';
 import type { Fault, Owner } from './owner.js';
+import { loaded } from './shared.js';
 
 export interface FormSide extends Owner {
   readonly internals: ElementInternals;
@@ -31,6 +32,13 @@ export class FormValue {
     addEventListener('pagehide', this.#onLeave);
   }
 
+  /** The same where the formula is known to be complete or empty, as after a program has set it: forms are checked without asking. */
+  touchWhole(): void {
+    this.touch();
+    // A field that is not shown takes no memory for being asked.
+    if (this.#owner.handle || !loaded()) this.#check(null);
+  }
+
   readonly #onLeave = () => void this.update();
 
   stop(): void {
@@ -41,16 +49,21 @@ export class FormValue {
   /** Brings value and validity up to date. */
   update(): Fault | null {
     this.stop();
-    const { internals, handle, required, isEmpty, parts } = this.#owner;
+    const { internals, handle, isEmpty } = this.#owner;
     if (!this.#isStale) return null;
     const fault = handle && !isEmpty ? handle.diagnose() : null;
     internals.setFormValue(this.#owner.value, handle?.get(Form.tree) ?? null);
+    this.#check(fault);
+    this.#isStale = false;
+    return fault;
+  }
+
+  #check(fault: Fault | null): void {
+    const { internals, required, isEmpty, parts } = this.#owner;
     if (this.#custom) internals.setValidity({ customError: true }, this.#custom, parts.frame);
     else if (isEmpty && required) internals.setValidity({ valueMissing: true }, 'Please enter a formula.', parts.frame);
     else if (fault) internals.setValidity({ badInput: true }, `${fault.message}.`, parts.frame);
     else internals.setValidity({});
-    this.#isStale = false;
-    return fault;
   }
 
   setCustom(message: string): void {

@@ -28,11 +28,11 @@ export class Value {
   /** The formula that the last "change" was about. */
   seen = 0;
   readonly #owner: ValueSide;
-  readonly #onset: () => void;
+  readonly #onset: (isWhole: boolean) => void;
   #given: Given | null = null;
 
-  /** `onset` is called when another formula has been set. */
-  constructor(owner: ValueSide, onset: () => void) {
+  /** `onset` is called when another formula has been set, and told whether it cannot be an incomplete one. */
+  constructor(owner: ValueSide, onset: (isWhole: boolean) => void) {
     this.#owner = owner;
     this.#onset = onset;
   }
@@ -77,7 +77,7 @@ export class Value {
     this.isDirty = true;
     if (!this.handle) {
       this.#given = { form, text };
-      this.#onset();
+      this.#onset(form !== Form.tree);
       return null;
     }
     const fault = this.#put({ form, text });
@@ -103,7 +103,7 @@ export class Value {
     }
     // As in a line of text, the caret is at the end of what a program sets.
     if (form !== Form.tree) handle.run(commandsOf(handle.module).byName.get('formula-end')!);
-    this.#onset();
+    this.#onset(form !== Form.tree);
     return null;
   }
 

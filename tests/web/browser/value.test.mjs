@@ -79,7 +79,12 @@ withPage('a form takes its value and resets it', form, async (page) => {
 
 withPage('a formula that is missing or incomplete stops its form, and says why', form, async (page) => {
   await listen(page, 'f', 'invalid', 'change');
-  await page.evaluate(() => { document.getElementById('f').value = ''; });
+  // Without a pause, in which the field would look at itself.
+  await page.evaluate(() => {
+    document.getElementById('f').value = '';
+    document.getElementById('form').requestSubmit();
+  });
+  assert.deepEqual(await get(page, 'f', 'seen'), ['invalid']);
   const check = () => page.evaluate(() => {
     const field = document.getElementById('f');
     return { valid: field.checkValidity(), missing: field.validity.valueMissing, bad: field.validity.badInput, message: field.validationMessage };
@@ -98,6 +103,13 @@ withPage('a formula that is missing or incomplete stops its form, and says why',
   await page.evaluate(() => { document.getElementById('f').setCustomValidity('Not this one'); });
   assert.equal((await check()).message, 'Not this one');
 });
+
+withPage('what a page sets before the script arrives is taken over', '<zolt-formula id="f" aria-label="F"></zolt-formula><script src="/early.js"></script>', async (page) => {
+  await page.focus('#f');
+  await page.keyboard.press('Control+End');
+  await page.keyboard.type('+1,5');
+  assert.deepEqual([await get(page, 'f', 'value'), await get(page, 'f', 'placeholder')], ['a/b+1.5', 'Term']);
+}, { scripts: { '/early.js': `Object.assign(document.getElementById('f'), { value: 'a/b', options: { decimalComma: true }, placeholder: 'Term' });` } });
 
 withPage('constraints and options hold', '<zolt-formula id="f" aria-label="F" constraints="number" options="decimal-comma"></zolt-formula>', async (page) => {
   await page.focus('#f');
