@@ -1,7 +1,7 @@
 // The list of names that can be completed.
 
 import type { Completion } from './completion.js';
-import { hide, keepFocus, make, putBeside, setAttribute, showAbove } from './dom.js';
+import { hide, keepFocus, make, putBeside, scaleOf, setAttribute, showAbove } from './dom.js';
 import type { Box } from './frame.js';
 import type { Owner } from './owner.js';
 import { paintPicture } from './painter.js';
@@ -81,8 +81,8 @@ export class CompletionList {
   /** Where the line is now, which moves with the page. */
   readonly #put = () => {
     const list = this.#list!;
-    const row = (list.firstElementChild as HTMLElement).offsetHeight;
-    const height = Math.min(list.scrollHeight + list.offsetHeight - list.clientHeight, MOST * row);
+    const row = list.firstElementChild!.getBoundingClientRect().height;
+    const height = Math.min((list.scrollHeight + list.offsetHeight - list.clientHeight) * scaleOf(list), MOST * row);
     this.#isAbove = putBeside(list, this.#owner.shown.toWindow(this.#box), this.#owner.getBoundingClientRect(),
       { height, least: LEAST * row, floor: this.#floor(), isAbove: this.#isAbove });
   };

@@ -51,14 +51,27 @@ export function hide(what: HTMLElement): void {
   what.hidden = true;
 }
 
+/** How many pixels of the window a pixel of an element is, where the page enlarges it by its style. */
+export function scaleOf(element: HTMLElement): number {
+  return element.getBoundingClientRect().width / element.offsetWidth || 1;
+}
+
+/** Moves a shown element to a place of the window, at most as high as said. */
+export function moveTo(what: HTMLElement, left: number, top: number, height?: number): void {
+  // Above all others, a `zoom` of the page counts and a `transform` does not.
+  const zoom = scaleOf(what);
+  if (height !== undefined) what.style.maxBlockSize = `${height / zoom}px`;
+  what.style.left = `${left / zoom}px`;
+  what.style.top = `${top / zoom}px`;
+}
+
 /** Puts a shown element below (else above) a box of the window, within the window. */
 export function putAt(what: HTMLElement, box: DOMRectReadOnly, gap: number): void {
   const { width, height } = what.getBoundingClientRect();
   const shown = document.documentElement;
   const fits = box.bottom + gap + height <= shown.clientHeight || box.top - gap - height < 0;
   const top = fits ? box.bottom + gap : box.top - gap - height;
-  what.style.left = `${Math.max(EDGE, Math.min(box.left, shown.clientWidth - width - EDGE))}px`;
-  what.style.top = `${Math.max(EDGE, Math.min(top, shown.clientHeight - height - EDGE))}px`;
+  moveTo(what, Math.max(EDGE, Math.min(box.left, shown.clientWidth - width - EDGE)), Math.max(EDGE, Math.min(top, shown.clientHeight - height - EDGE)));
 }
 
 /** A stretch of the window from top to bottom, in CSS pixels. */
@@ -83,8 +96,7 @@ export function putBeside(what: HTMLElement, line: DOMRectReadOnly, whole: Stret
   if (isAbove) places.sort((one, other) => Number(other.isAbove) - Number(one.isAbove));
   const place = places.find(({ room }) => room >= Math.min(height, least)) ?? places.reduce((one, other) => other.room > one.room ? other : one);
   const shown = Math.max(0, Math.min(height, place.room));
-  what.style.maxBlockSize = `${shown}px`;
-  what.style.left = `${Math.max(EDGE, Math.min(line.left, document.documentElement.clientWidth - what.offsetWidth - EDGE))}px`;
-  what.style.top = `${place.isAbove ? place.at - shown : place.at}px`;
+  const { width } = what.getBoundingClientRect();
+  moveTo(what, Math.max(EDGE, Math.min(line.left, document.documentElement.clientWidth - width - EDGE)), place.isAbove ? place.at - shown : place.at, shown);
   return place.isAbove;
 }

@@ -1,6 +1,6 @@
 // The handles that fingers move the caret and what is selected with, and the magnifier above them.
 
-import { make } from './dom.js';
+import { hide, make, moveTo, scaleOf, showAbove } from './dom.js';
 import { anchorOf, caretOf, Flag, has, type Box, type FrameWords } from './frame.js';
 import type { Owner } from './owner.js';
 import type { View } from './view.js';
@@ -34,11 +34,11 @@ export class Handles {
   }
 
   #place(handle: HTMLElement, box: Box | null): void {
-    const frame = this.#owner.parts.frame.getBoundingClientRect();
+    const field = this.#owner.parts.frame, frame = field.getBoundingClientRect(), scale = scaleOf(field);
     const at = box && this.#owner.shown.toWindow(box);
     const x = at ? (at.left + at.right) / 2 - frame.left : -1;
     handle.hidden = !at || x < -2 || x > frame.width + 2;
-    if (at) handle.style.transform = `translate(${x}px, ${Math.min(at.bottom - frame.top, frame.height)}px)`;
+    if (at) handle.style.transform = `translate(${x / scale}px, ${Math.min(at.bottom - frame.top, frame.height) / scale}px)`;
   }
 
   #make(end: 'anchor' | 'caret'): HTMLElement {
@@ -67,7 +67,7 @@ export class Handles {
     for (const name of ['pointerup', 'pointercancel'] as const) {
       handle.addEventListener(name, () => {
         grip = null;
-        if (this.#glass) this.#glass.hidden = true;
+        if (this.#glass) hide(this.#glass);
       });
     }
     this.#owner.parts.frame.append(handle);
@@ -80,9 +80,9 @@ export class Handles {
     let frame = this.#view.peek();
     if (!field || !frame) return;
     const box = end === 'caret' ? caretOf(frame) : anchorOf(frame);
-    const glass = this.#glass ??= make('canvas', { class: 'magnifier', part: 'magnifier', 'aria-hidden': 'true' });
+    const glass = this.#glass ??= make('canvas', { class: 'magnifier', part: 'magnifier', 'aria-hidden': 'true', popover: 'manual' });
     if (!glass.isConnected) this.#owner.root.append(glass);
-    glass.hidden = false;
+    showAbove(glass);
     const ratio = devicePixelRatio, { width, height, zoom, gap } = GLASS;
     glass.width = width * ratio;
     glass.height = height * ratio;
@@ -90,8 +90,8 @@ export class Handles {
     glass.style.height = `${height}px`;
     const place = this.#owner.shown.toWindow(box);
     const middle = (place.left + place.right) / 2;
-    glass.style.left = `${Math.max(4, Math.min(middle - width / 2, document.documentElement.clientWidth - width - 4))}px`;
-    glass.style.top = `${place.top - height - gap < 4 ? place.bottom + 2 * gap : place.top - height - gap}px`;
+    moveTo(glass, Math.max(4, Math.min(middle - width / 2, document.documentElement.clientWidth - width - 4)),
+      place.top - height - gap < 4 ? place.bottom + 2 * gap : place.top - height - gap);
     const scale = this.#view.scale * zoom;
     const x = (box[0] + box[2]) / 2, y = (box[1] + box[3]) / 2;
     const reach = [width / 2 / scale + 4, height / 2 / scale + 4] as const;

@@ -1,6 +1,7 @@
 // The keyboard: keys, typed text, and what input methods, dictation and the keyboards of phones compose. A text control
 // that nobody sees takes them, since only such a one is given them all.
 
+import { scaleOf } from './dom.js';
 import { caretOf } from './frame.js';
 import { commandsOf, type Owner } from './owner.js';
 
@@ -223,10 +224,11 @@ export class Input {
     const frame = this.#owner.shown.peek();
     if (!frame) return;
     const box = this.#owner.shown.toWindow(caretOf(frame));
-    const { left, top, width, height } = this.#owner.parts.frame.getBoundingClientRect();
-    this.#control.style.left = `${Math.max(0, Math.min(box.left - left, width - 4))}px`;
-    this.#control.style.top = `${Math.max(0, Math.min(box.top - top, height - 8))}px`;
-    this.#control.style.height = `${Math.min(box.height, height)}px`;
+    const { frame: field } = this.#owner.parts, scale = scaleOf(field);
+    const { left, top, width, height } = field.getBoundingClientRect();
+    this.#control.style.left = `${Math.max(0, Math.min(box.left - left, width - 4)) / scale}px`;
+    this.#control.style.top = `${Math.max(0, Math.min(box.top - top, height - 8)) / scale}px`;
+    this.#control.style.height = `${Math.min(box.height, height) / scale}px`;
   }
 
   #suggestLater(): void {

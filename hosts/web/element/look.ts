@@ -6,6 +6,8 @@ import { make, sheetOf } from './dom.js';
 const css = `
 :host {
   display: inline-block; box-sizing: border-box; position: relative; vertical-align: baseline;
+  /* Formulas are written alike in all scripts. */
+  direction: ltr; writing-mode: horizontal-tb;
   min-inline-size: 7em; max-inline-size: 100%; font-size: 1.25em; line-height: 1.2;
   color: FieldText; background: Field; border: 1px solid color-mix(in srgb, currentColor 38%, transparent);
   border-radius: .25em; cursor: text; -webkit-tap-highlight-color: transparent; touch-action: pan-x pan-y pinch-zoom;
@@ -32,7 +34,7 @@ textarea {
   position: absolute; inset-block-start: 0; left: 0; inline-size: 2px; block-size: 1.2em; margin: 0; padding: 0; border: 0; opacity: 0;
   resize: none; overflow: hidden; white-space: pre; pointer-events: none; font-size: max(1em, 16px); outline: none;
 }
-.placeholder { position: absolute; inset: 0; padding-inline: .35em; display: flex; align-items: center; opacity: .6; font-size: .8em; white-space: nowrap; overflow: hidden; pointer-events: none }
+.placeholder { unicode-bidi: plaintext; position: absolute; inset: 0; padding-inline: .35em; display: flex; align-items: center; opacity: .6; font-size: .8em; white-space: nowrap; overflow: hidden; pointer-events: none }
 .placeholder[hidden] { display: none }
 .unseen { position: absolute; inline-size: 1px; block-size: 1px; overflow: hidden; clip-path: inset(50%); white-space: nowrap; contain: strict }
 @media (forced-colors: active) {

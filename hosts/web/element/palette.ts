@@ -1,12 +1,14 @@
 // The palette of what can be inserted.
 
-import { make } from './dom.js';
+import { make, putBeside } from './dom.js';
 import type { Owner } from './owner.js';
 import { paintPicture } from './painter.js';
 import { Panel } from './panel.js';
 import type { Module } from './shared.js';
 
 const PICTURE = { width: 44, height: 32, zoom: 1.15 };
+/** How high it is at least before it goes above its line, in CSS pixels. */
+const LEAST = 200;
 
 /** Larger tables grow by their own keys. */
 const MOST_ROWS = 6, MOST_COLUMNS = 6;
@@ -53,7 +55,13 @@ export class Palette {
     this.#search.value = '';
     this.#panel.element.hidden = false;
     this.#fill('');
-    this.#panel.open(at);
+    this.#panel.open(at, () => {
+      const { element } = this.#panel;
+      element.style.maxBlockSize = '';
+      // What is inserted is to be seen.
+      putBeside(element, at, this.#owner.getBoundingClientRect(),
+        { height: element.getBoundingClientRect().height, least: LEAST, floor: Infinity, isAbove: false });
+    });
     this.#search.focus({ preventScroll: true });
   }
 

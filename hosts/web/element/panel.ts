@@ -20,10 +20,10 @@ export class Panel {
     });
   }
 
-  open(at: DOMRectReadOnly): void {
+  open(at: DOMRectReadOnly, put = () => putAt(this.element, at, 6)): void {
     if (!this.element.isConnected) this.#owner.root.append(this.element);
     showAbove(this.element);
-    putAt(this.element, at, 6);
+    put();
     document.addEventListener('pointerdown', this.#outside, true);
   }
 

@@ -9,7 +9,7 @@ const css = `
 [data-side=right]::before { left: 50%; border-radius: 0 50% 50% 50%; rotate: 0deg }
 .magnifier { position: fixed; margin: 0; padding: 0; border: 1px solid color-mix(in srgb, FieldText 40%, transparent); border-radius: 1rem; background: Field; color: FieldText; box-shadow: 0 2px 12px #0005; overflow: hidden; pointer-events: none; inset: auto }
 .panel {
-  position: fixed; inset: auto; margin: 0; padding: .25rem; border: 1px solid color-mix(in srgb, CanvasText 25%, transparent); border-radius: .4rem;
+  position: fixed; inset: auto; box-sizing: border-box; margin: 0; padding: .25rem; border: 1px solid color-mix(in srgb, CanvasText 25%, transparent); border-radius: .4rem;
   background: Canvas; color: CanvasText; box-shadow: 0 .25rem 1rem #0003; font: .875rem/1.3 system-ui, sans-serif; cursor: default;
   max-inline-size: min(28rem, calc(100vw - 8px)); overflow: auto; user-select: none; -webkit-user-select: none; touch-action: manipulation;
 }
@@ -20,7 +20,7 @@ const css = `
 .panel button:focus-visible { outline: 2px solid Highlight; outline-offset: -2px }
 .panel button:disabled { opacity: .38; cursor: default }
 .note { max-inline-size: min(22rem, calc(100vw - 8px)); padding: .3rem .6rem; border-inline-start: .25rem solid var(--zolt-fault-color, #d03030); pointer-events: none }
-.completions { box-sizing: border-box; overflow: hidden }
+.completions { overflow: hidden }
 .option { display: flex; align-items: center; gap: .6rem; padding: .1rem .5rem; border-radius: .3rem; min-block-size: 2rem; cursor: pointer }
 .option[aria-selected=true] { background: Highlight; color: HighlightText }
 .option .typed { margin-inline-start: auto; padding-inline-start: 1rem; opacity: .8; white-space: nowrap }

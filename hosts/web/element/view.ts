@@ -1,5 +1,6 @@
 // What is seen of a field: the canvas with formula, selection, fault and caret, and what of the formula is in sight.
 
+import { scaleOf } from './dom.js';
 import {
   anchorOf, bandsOf, baselineOf, caretOf, composedOf, Flag, has, heightOf, revealOf, widthOf, type Box, type FrameWords,
 } from './frame.js';
@@ -23,7 +24,11 @@ interface Style {
   readonly caret: string;
   readonly band: string;
   readonly fault: string;
+  readonly zoom: number;
 }
+
+/** By how much the style of the page enlarges an element. */
+const zoomOf = (element: Element) => (element as { currentCSSZoom?: number }).currentCSSZoom ?? 1;
 
 const still = typeof matchMedia === 'function' ? matchMedia('(prefers-reduced-motion: reduce)') : null;
 
@@ -75,8 +80,9 @@ export class View implements Shown {
     this.#sizes = new ResizeObserver((entries) => {
       if (entries.some(({ target }) => target === em)) this.#style = null;
       const { clientWidth: width, clientHeight: height } = scroller;
-      const isSame = width === this.#area.width && height === this.#area.height && devicePixelRatio === this.#ratio;
+      const isSame = width === this.#area.width && height === this.#area.height && devicePixelRatio * zoomOf(canvas) === this.#ratio;
       if (this.#isPrinting || this.#style && isSame) return;
+      this.#style = null;
       this.paint();
     });
   }
@@ -135,14 +141,14 @@ export class View implements Shown {
   get #unit(): number { return this.#styles.em / 12; }
 
   toUnits(x: number, y: number): [number, number] {
-    const { left, top } = this.#owner.parts.scroller.getBoundingClientRect();
-    return [Math.round((x - left - this.#offset.x) / this.#unit), Math.round((y - top - this.#offset.y) / this.#unit)];
+    const { scroller } = this.#owner.parts, { left, top } = scroller.getBoundingClientRect(), scale = scaleOf(scroller);
+    return [Math.round(((x - left) / scale - this.#offset.x) / this.#unit), Math.round(((y - top) / scale - this.#offset.y) / this.#unit)];
   }
 
   toWindow([left, top, right, bottom]: Box): DOMRect {
-    const area = this.#owner.parts.scroller.getBoundingClientRect();
-    const unit = this.#unit;
-    return new DOMRect(area.left + this.#offset.x + left * unit, area.top + this.#offset.y + top * unit,
+    const { scroller } = this.#owner.parts, area = scroller.getBoundingClientRect(), scale = scaleOf(scroller);
+    const unit = this.#unit * scale;
+    return new DOMRect(area.left + this.#offset.x * scale + left * unit, area.top + this.#offset.y * scale + top * unit,
       (right - left) * unit, (bottom - top) * unit);
   }
 
@@ -153,7 +159,7 @@ export class View implements Shown {
     const found = getComputedStyle(this.#owner.parts.canvas);
     return this.#style = {
       em: parseFloat(found.fontSize) || 16, ink: found.color, caret: found.caretColor, band: found.textDecorationColor,
-      fault: found.outlineColor,
+      fault: found.outlineColor, zoom: zoomOf(this.#owner.parts.canvas),
     };
   }
 
@@ -227,7 +233,8 @@ export class View implements Shown {
 
   #draw(frame: FrameWords): void {
     const { handle, parts: { canvas } } = this.#owner;
-    const ratio = this.#ratio = this.#isPrinting ? Math.max(PRINTED, devicePixelRatio) : devicePixelRatio;
+    const density = devicePixelRatio * this.#styles.zoom;
+    const ratio = this.#ratio = this.#isPrinting ? Math.max(PRINTED, density) : density;
     const width = Math.ceil(this.#area.width * ratio), height = Math.ceil(this.#area.height * ratio);
     // In steps, since a new size takes new memory.
     if (width > canvas.width || height > canvas.height || canvas.width > 2 * width + 256 || canvas.height > 2 * height + 256) {

@@ -51,6 +51,31 @@ withPage('what is selected is dragged within a field and to another',
     assert.equal(await get(page, 'f', 'tree').then((tree) => /bc.*a\+/.test(tree)), true);
   });
 
+withPage('the pointer finds its place in pages that are enlarged, or written in other directions', '<div id="d"><zolt-formula id="f" aria-label="F"></zolt-formula></div>', async (page) => {
+  for (const style of ['zoom: 1.5', 'transform: scale(1.6); transform-origin: 0 0', 'direction: rtl', 'writing-mode: vertical-rl']) {
+    await page.evaluate((style) => {
+      document.getElementById('d').style.cssText = style;
+      Object.assign(document.getElementById('f'), { value: 'abc+def' }).style.inlineSize = '';
+    }, style);
+    await painted(page);
+    const { x, y } = await caretBox(page, 'f'), box = await page.locator('#f').boundingBox();
+    // At places apart, so that these are no double click.
+    for (const at of [x, box.x + (x - box.x) / 5]) await page.mouse.click(at, y);
+    await page.keyboard.type('!');
+    assert.match(await get(page, 'f', 'tree'), /^\["a!‸bc\+def"\]$/, style);
+    await page.evaluate(() => {
+      const field = document.getElementById('f');
+      field.style.inlineSize = '180px';
+      field.value = Array.from({ length: 40 }, (_, i) => `x_${i}`).join('+');
+    });
+    await page.keyboard.press('Control+Home');
+    await page.keyboard.press('Control+End');
+    await painted(page);
+    const end = await caretBox(page, 'f'), narrow = await page.locator('#f').boundingBox();
+    assert.ok(end.x > narrow.x && end.x < narrow.x + narrow.width, style);
+  }
+});
+
 withPage('the wheel and the caret bring what is hidden into sight', '<zolt-formula id="f" aria-label="F"></zolt-formula>', async (page) => {
   await page.evaluate(() => {
     const field = document.getElementById('f');
