@@ -41,7 +41,7 @@ for (const name of pages) {
   const counts = await page.evaluate(async () => {
     const field = document.querySelector("zolt-formula");
     await field.ready;
-    await new Promise((settled) => setTimeout(settled, 50));
+    for (const end = Date.now() + 10000; field.value === "" && Date.now() < end;) await new Promise((settled) => setTimeout(settled, 20));
     const start = field.value === "" ? ["empty"] : [];
     return [...document.querySelectorAll("button.example")].reduce((sum, example) => {
       example.click();

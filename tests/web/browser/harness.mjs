@@ -3,6 +3,7 @@
 import assert from 'node:assert/strict';
 import { createRequire } from 'node:module';
 import { after, test } from 'node:test';
+import { isDeepStrictEqual } from 'node:util';
 import { serve } from '../../../hosts/web/tools/serve.mjs';
 
 const require = createRequire(new URL('../../../hosts/web/package.json', import.meta.url));
@@ -52,6 +53,13 @@ export function withPage(name, body, act, { context: options = {}, path = null, 
 export const get = (page, id, property) => page.evaluate(([id, property]) => document.getElementById(id)[property], [id, property]);
 /** Waits until what was done is painted. */
 export const painted = (page) => page.evaluate(() => new Promise((settle) => requestAnimationFrame(() => requestAnimationFrame(settle))));
+/** Waits until what a look at the page finds is as expected, or matches. */
+export async function becomes(look, expected) {
+  const fits = (found) => expected instanceof RegExp ? expected.test(found) : isDeepStrictEqual(found, expected);
+  let found;
+  for (const end = Date.now() + 30000; !fits(found = await look()) && Date.now() < end;) await new Promise((settle) => setTimeout(settle, 20));
+  if (!fits(found)) assert.fail(`${JSON.stringify(found)} does not become ${expected instanceof RegExp ? expected : JSON.stringify(expected)}`);
+}
 /** Remembers the events of a field, as "type" or "type:inputType". */
 export const listen = (page, id, ...types) => page.evaluate(([id, types]) => {
   const field = document.getElementById(id);

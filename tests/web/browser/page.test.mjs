@@ -1,6 +1,6 @@
 import assert from 'node:assert/strict';
 import { mkdir } from 'node:fs/promises';
-import { axe, caretBox, get, listen, painted, withPage } from './harness.mjs';
+import { axe, becomes, caretBox, get, listen, painted, withPage } from './harness.mjs';
 
 const out = new URL('../../../out/web/', import.meta.url).pathname;
 await mkdir(out, { recursive: true });
@@ -20,12 +20,12 @@ withPage('a page of fields has no fault for assistive technology',
     assert.deepEqual(await faultsOf(page), []);
     await page.focus('#f');
     await page.keyboard.type('+\\al');
-    await painted(page);
+    await page.locator('#f').locator('[part=completions]').waitFor();
     assert.deepEqual(await page.evaluate(async () => (await axe.run()).violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`)), []);
     await page.keyboard.press('Escape');
-    for (const open of ['openPalette', 'openKeyboard']) {
+    for (const [open, part] of [['openPalette', 'palette'], ['openKeyboard', 'keyboard']]) {
       await page.evaluate((open) => document.getElementById('f')[open](), open);
-      await page.waitForTimeout(100);
+      await page.locator('#f').locator(`[part=${part}]`).waitFor();
       assert.deepEqual(await page.evaluate(async () => (await axe.run()).violations.map(({ id, nodes }) => `${id}: ${nodes[0].html}`)), [], open);
     }
   });
@@ -57,17 +57,14 @@ withPage('screen readers find name, words and mathematics, and hear what is done
   const heard = () => page.evaluate(() => document.getElementById('f').parts.announcement.textContent);
   await page.keyboard.press('Home');
   await page.keyboard.press('ArrowRight');
-  await page.waitForTimeout(250);
-  assert.match(await heard(), /numerator/);
+  await becomes(heard, /numerator/);
   await page.keyboard.type('y');
-  await page.waitForTimeout(250);
-  assert.match(await heard(), /y/);
+  await becomes(heard, /y/);
   await page.waitForFunction(() => document.getElementById('f').parts.formula.querySelector('mfrac')?.firstElementChild.textContent.length === 2);
   await page.keyboard.press('Backspace');
   await page.keyboard.press('Delete');
   await page.keyboard.press('Enter');
-  await painted(page);
-  assert.ok((await heard()).length > 5);
+  await becomes(heard, /.{6}/);
   assert.equal(await page.evaluate(() => document.getElementById('f').parts.input.getAttribute('aria-invalid')), 'true');
 });
 
@@ -81,29 +78,26 @@ const lookAt = (page, id) => page.evaluate((id) => {
 }, id);
 
 withPage('the page decides on colour and size, in light and dark', '<zolt-formula id="f" aria-label="F" value="sqrt(x)"></zolt-formula>', async (page) => {
-  assert.deepEqual((await lookAt(page, 'f')).ink, [0, 0, 0]);
+  const ink = async () => (await lookAt(page, 'f')).ink;
+  await becomes(ink, [0, 0, 0]);
   await page.emulateMedia({ colorScheme: 'dark' });
-  await page.waitForTimeout(100);
-  assert.deepEqual((await lookAt(page, 'f')).ink, [255, 255, 255]);
+  await becomes(ink, [255, 255, 255]);
   await page.evaluate(() => { document.getElementById('f').style.color = 'rgb(200, 10, 20)'; });
-  await page.waitForTimeout(100);
-  assert.deepEqual((await lookAt(page, 'f')).ink, [200, 10, 20]);
+  await becomes(ink, [200, 10, 20]);
   const small = await page.locator('#f').boundingBox();
   await page.evaluate(() => { document.getElementById('f').style.fontSize = '40px'; });
-  await page.waitForTimeout(100);
-  const large = await page.locator('#f').boundingBox();
-  assert.ok(large.height > 1.6 * small.height);
+  await becomes(async () => (await page.locator('#f').boundingBox()).height > 1.6 * small.height, true);
   await page.emulateMedia({ forcedColors: 'active', colorScheme: 'dark' });
   await page.evaluate(() => { document.getElementById('f').style.color = ''; });
-  await page.waitForTimeout(100);
-  assert.deepEqual((await lookAt(page, 'f')).ink, [255, 255, 255]);
+  await becomes(ink, [255, 255, 255]);
 });
 
 for (const deviceScaleFactor of [1, 1.25, 3.5]) {
   withPage(`what is painted is as sharp as a screen of density ${deviceScaleFactor}`, '<p>Text <zolt-formula id="f" aria-label="F" value="a/b"></zolt-formula></p>', async (page) => {
-    await painted(page);
-    const { density, ink } = await lookAt(page, 'f');
-    assert.ok(ink && Math.abs(density - deviceScaleFactor) < 0.01);
+    await becomes(async () => {
+      const { density, ink } = await lookAt(page, 'f');
+      return !!ink && Math.abs(density - deviceScaleFactor) < 0.01;
+    }, true);
   }, { context: { deviceScaleFactor } });
 }
 
@@ -120,6 +114,7 @@ withPage('a formula is on the line of the text', '<p>Text <zolt-formula id="f" a
 
 withPage('the caret rests where motion is unwanted', '<zolt-formula id="f" aria-label="F"></zolt-formula>', async (page) => {
   await page.focus('#f');
+  await painted(page);
   const shots = [];
   for (let i = 0; i < 6; ++i) {
     await page.waitForTimeout(200);
@@ -129,7 +124,6 @@ withPage('the caret rests where motion is unwanted', '<zolt-formula id="f" aria-
 }, { context: { reducedMotion: 'reduce' } });
 
 withPage('fifty fields on a page are shown and edited', Array.from({ length: 50 }, (_, i) => `<zolt-formula id="f${i}" aria-label="F${i}" value="sqrt(x_${i})/${i + 1}"></zolt-formula>`).join(' '), async (page) => {
-  await page.waitForTimeout(200);
   for (const i of [0, 17, 49]) {
     await page.focus(`#f${i}`);
     await page.keyboard.press('End');
@@ -138,8 +132,7 @@ withPage('fifty fields on a page are shown and edited', Array.from({ length: 50 
     assert.equal(await get(page, `f${i}`, 'prefix'), `+(/(sqrt(x_${i}),${i + 1}),1)`);
   }
   await page.locator('#f49').scrollIntoViewIfNeeded();
-  await painted(page);
-  assert.ok((await lookAt(page, 'f49')).ink);
+  await becomes(async () => (await lookAt(page, 'f49')).ink !== null, true);
   await page.screenshot({ path: `${out}fifty.png`, fullPage: true });
 });
 
@@ -181,7 +174,8 @@ withPage('a dark page is printed black and sharp, without caret', '<zolt-formula
   const { ink, density } = await lookAt(page, 'f');
   assert.deepEqual([ink, density], [[0, 0, 0], 4]);
   await turn('afterprint');
-  await painted(page);
-  const screen = await lookAt(page, 'f');
-  assert.deepEqual([screen.ink, screen.density], [[255, 255, 255], 1]);
+  await becomes(async () => {
+    const screen = await lookAt(page, 'f');
+    return [screen.ink, screen.density];
+  }, [[255, 255, 255], 1]);
 }, { context: { colorScheme: 'dark' } });
