@@ -112,8 +112,9 @@ withPage('the list of completions is led by keys', field, async (page) => {
   await page.keyboard.press('End');
   await page.keyboard.press('End');
   await page.keyboard.type('+\\al');
-  await painted(page);
+  await shown().waitFor();
   await page.keyboard.press('Escape');
+  await shown().waitFor({ state: 'hidden' });
   assert.equal(await get(page, 'f', 'fault').then((fault) => !!fault), true);
   await page.keyboard.type('alp');
   await shown().waitFor();
@@ -121,8 +122,8 @@ withPage('the list of completions is led by keys', field, async (page) => {
   await page.keyboard.press('Tab');
   assert.equal(await get(page, 'f', 'prefix'), '+(sqrt(x),α)');
   // A press of the pointer takes an entry, and the focus stays.
+  await shown().waitFor({ state: 'hidden' });
   await page.keyboard.type('+\\bet');
-  await painted(page);
   await shown().locator('[role=option]').first().click();
   assert.equal(await get(page, 'f', 'prefix'), '+(+(sqrt(x),α),β)');
   assert.equal(await page.evaluate(() => document.activeElement.id), 'f');
