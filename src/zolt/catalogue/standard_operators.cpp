@@ -66,6 +66,11 @@ struct WordsS : OperatorWordsS {
   WordsS made(std::vector<wstring> of) && { return signRuns = std::move(of), std::move(*this); }
   WordsS closed(char16_t by) && { return closingSign = by, std::move(*this); }
   WordsS equated(unsigned long row) && { return valueRow = row, std::move(*this); }
+  WordsS bounded(unsigned long below) && {
+    lowerRows = below;
+    hasUpperRow = true;
+    return std::move(*this);
+  }
 };
 
 /// Takes the rows of the table in their order: registers the operators, gives each a code (its number in the
@@ -196,9 +201,10 @@ void TableC::fill() {
           .shown(u"∫")
           .typed(u"int(")
           .called({{u"int", {}}, {u"integrate", {}}})
-          .inserted(u"∫"));
+          .inserted(u"∫")
+          .bounded(1));
   add(KEY_SUM, construct<OperatorSigmaC>(u"sum", u"sum"),
-      WordsS(calculus, u"sum").known({u"sigma sign"}).shown(u"∑").inserted(u"∑").equated(1));
+      WordsS(calculus, u"sum").known({u"sigma sign"}).shown(u"∑").inserted(u"∑").equated(1).bounded(2));
   add(KEY_WHERE, construct<OperatorWhereC>(u"where", u"where"),
       WordsS(calculus, u"value of a variable").known({u"at", u"substitute"}).shown(u"f|ₓ").equated(2));
 

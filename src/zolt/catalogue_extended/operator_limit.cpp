@@ -80,6 +80,7 @@ OperatorLimitC::OperatorLimitC(SideE side)
   words.typedRows = {ROW_VARIABLE, ROW_PLACE, ROW_TERM};
   words.valueRow = ROW_PLACE;
   words.valueSign = arrow[0];
+  words.lowerRows = 2;
   words.insideSigns = {{u'+', OperatorLimitSideC::nameOf(FROM_ABOVE)},
                        {u'-', OperatorLimitSideC::nameOf(FROM_BELOW)},
                        {u',', OperatorLimitSideC::nameOf(BOTH_SIDES)},

@@ -31,6 +31,8 @@ OperatorProductC::OperatorProductC()
   words.aliases = {u"pi sign"};
   words.signs = u"∏";
   words.valueRow = 1;
+  words.lowerRows = 2;
+  words.hasUpperRow = true;
   setWords(words);
 }
 

@@ -6,6 +6,7 @@
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::ved {
+class Node4C;
 class OperatorBC;
 class OperatorListC;
 class ViewZNT4C;
@@ -37,6 +38,14 @@ struct InputDecisionS {
   wstring text;
   PlaceS target;  ///< where the caret moves first; null: it does not move
   PlaceS begin;   ///< from where to there the operand reaches that a text takes; null: the text decides
+};
+
+/// A big sign around the caret whose bounds are typed as text has them: "sum_(k=1)^n k", "∫_0^1 x dx",
+/// "\\lim_{x\\to 0} f". In it, signs lead from row to row, and out of what is summed, as they do in the text;
+/// in the same construct that is filled otherwise they are typed.
+struct TypedBoundsS {
+  math::ved::Node4C const* construct;  ///< gone, perhaps, when the caret has left it
+  char16_t close = u'\0';  ///< the bracket that ends the bound at the caret; none: any sign that may
 };
 
 /// What typing `c` does at the view's caret. A character that looks like one of the table's signs counts as

@@ -137,6 +137,10 @@ void CompletionC::setQuery(wstring query) {
     RankS const ranked = rank(candidate, query);
     if (ranked.tier <= worst) found.push_back({ranked, &candidate});
   }
+  // Of several with the same name, what was registered last has it, as everywhere.
+  auto const other = std::stable_partition(found.begin(), found.end(),
+                                           [](FoundS const& one) { return one.rank.tier <= tier_same; });
+  std::reverse(found.begin(), other);
   std::stable_sort(found.begin(), found.end(), [](FoundS const& a, FoundS const& b) {
     return std::tuple(a.rank.tier, b.candidate->used, a.rank.length) <
            std::tuple(b.rank.tier, a.candidate->used, b.rank.length);

@@ -100,8 +100,7 @@ class FormulaFieldC {
   /// `caret` characters; an empty text takes it away. It is in no expression, copy, history or recording:
   /// `insertText` commits, and every other input cancels it. False while the field is locked.
   bool compose(wstring const& text, unsigned long caret);
-  /// Inserts the operator of that name, as a palette button does.
-  bool insertOperator(wstring const& name);
+  bool insertOperator(wstring const& name);  ///< as a palette button does
   /// True once after the last call that takes text, an operator or what is pasted was refused, unless the
   /// field is locked; `refusal` then says why.
   bool takeRefusal(RefusalS& refusal);
@@ -212,6 +211,7 @@ class FormulaFieldC {
   bool actOn(InputDecisionS const& decision);
   bool endTableRow();
   void mergeDoubled(char16_t sign);
+  void closeGroup();
   bool actByRule(InputDecisionS const& decision);
   bool insert(InputDecisionS const& decision);
   bool insertFraction();
@@ -286,13 +286,13 @@ class FormulaFieldC {
   bool letterAccepted_ = false;     // the last input completed a letter
   unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
   bool groupFailed_ = false, reveal_ = false;
-  std::vector<math::ved::Node4C const*> bounds_;  // the constructs whose bounds are typed as in "sum_("
-  char16_t ended_ = u'\0';                        // the sign by which the last input left a construct
-  bool ungrouped_ = false, separated_ = false;    // it closed brackets, which vanished; was ";" for a comma
-  unsigned long separatedFrom_ = 0;               // the history before that input
-  math::ved::SelectionPathS separatedAt_;         // and the selection
-  bool marked_ = false, markDue_ = false;         // the selection is a faulty part; was one before the act
-  bool wordTyped_ = false;  // the last input typed a letter, so a name may be unfinished
+  std::vector<TypedBoundsS> bounds_;            // outermost first
+  char16_t ended_ = u'\0';                      // the sign by which the last input left a construct
+  bool ungrouped_ = false, separated_ = false;  // it closed brackets, which vanished; was ";" for a comma
+  unsigned long separatedFrom_ = 0;             // the history before that input
+  math::ved::SelectionPathS separatedAt_;       // and the selection
+  bool marked_ = false, markDue_ = false;       // the selection is a faulty part; was one before the act
+  bool wordTyped_ = false;                      // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew
 };

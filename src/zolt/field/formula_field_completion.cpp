@@ -2,6 +2,7 @@
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
@@ -190,6 +191,12 @@ std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
     if (meant == CompletionC::none)
       return refuse(pendingCommand(), {math::common::READ_ERROR_BAD_NAME, 0, 0, {}});
     auto const op = view_.crefOperatorList().lookup(completion_.crefEntries()[meant]->insert);
+    // The name of a function whose base is typed next.
+    if (c == u'_' && op && findMarkable(view_.crefOperatorList(), op->getText() + c)) {
+      cancelCompletion();
+      wstring const gap = endsNameAt(caret()) ? u" " : u"";
+      return insertText(gap + op->getText() + c);
+    }
     if (!accept(meant)) return false;
     if (c == u' ') return true;
     bool const isBracket = c == u'(' || c == u'[' || c == u'{';
@@ -208,6 +215,10 @@ std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
   if (c != command_sign || !options_.completion) return std::nullopt;
   completeName();
   wordTyped_ = false;
+  // An upper bound of one word ends here.
+  BoundsStepS step;
+  decideInBounds(view_, c, options_, bounds_, step);
+  if (step.target) placeCaret(step.target);
   completion_.open(COMPLETION_OF_COMMAND, view_);
   showComposed();
   return true;

@@ -1,7 +1,9 @@
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/row_building.h"
@@ -42,6 +44,32 @@ void FormulaFieldC::mergeDoubled(char16_t sign) {
   auto const merged = writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(content))));
   GroupC group(*this);
   group.end(select({endOf(outer.goLeft()), caret()}) && view_.paste(merged));
+}
+
+/// What braces have just closed, as in LaTeX: those that only hold an exponent, "x^{n+1}", vanish, and an
+/// index of one word is a part of the name, "x_{max}".
+void FormulaFieldC::closeGroup() {
+  PlaceS const at = caret();
+  Node4C const* const item = at.pos == 0 ? at.node->goLeft() : nullptr;
+  if (!options_.grouping || !item || item->getType() != NODE4_OPERATOR) return;
+  Node4C const* const power = enclosingItem(*at.node);
+  bool const isHeld = power && power->getType() == NODE4_POWER && item->numChildren() == 1 &&
+                      item->crefOperator()->crefWords().closingSign == u'}';
+  SelectionS const row = wholeRow(*at.node->getParent());
+  GroupC group(*this);
+  if (isHeld && row.anchor == placeBefore(*item) && row.caret == at) {
+    PlacePathS const after = pathOf(placeAfter(*power));
+    bytestring content;
+    view_.copy(wholeRow(*item->child(0)), content);
+    ungrouped_ = select(row) && view_.paste(content) && placeCaret(placeAt(view_.crefRoot(), after));
+    group.end(ungrouped_);
+    return;
+  }
+  bool const isIndex = item->crefOperator() == findConstruct(view_.crefOperatorList(), u"_").op.get() &&
+                       item->numChildren() == 2 && isWord(*item->child(0)) && isWord(*item->child(1));
+  if (!isIndex) return static_cast<void>(group.end(true));
+  wstring const name = item->child(0)->child(0)->crefText() + u'_' + item->child(1)->child(0)->crefText();
+  group.end(deleteRange(placeBefore(*item), at) && view_.insertText(name));
 }
 
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {

@@ -69,32 +69,16 @@ bool beginsWithName(OperatorBC const& op) {
   return letters && !op.isConstruct() && (!op.isLinear() || op.getArity() == 1);
 }
 
-/// What a character does, also in constructs that are typed with their bounds.
-InputDecisionS decide(ViewZNT4C const& view, char16_t c, InputOptionsS const& options,
-                      TypedBoundsT const& bounds) {
-  InputDecisionS decision = decideInput(view, c, options);
-  if (bounds.empty() || view.isSelected() || !options.leaving) return decision;
-  PlaceS const place = view.getSelection().caret;
-  if (endsValue(place, c, bounds)) return decideInput(view, u',', options);
-  char16_t const sign = foldTyped(c, options);
-  LeavingS const leaving = leaveBounds(place, sign, bounds, view.crefOperatorList(), options);
-  if (!leaving.target) return decision;
-  if (leaving.complete) return {INPUT_MOVE, {}, leaving.target, {}};
-  if (decision.kind == INPUT_MOVE) decision = {INPUT_TEXT, wstring(1, sign), {}, {}};
-  decision.target = leaving.target;
-  return decision;
-}
-
 }  // namespace
 
 bool FormulaFieldC::typeCharacter(char16_t c) {
-  ScriptStepS step = makeStep(SCRIPT_CHAR);
-  step.code = c;
+  ScriptStepS recorded = makeStep(SCRIPT_CHAR);
+  recorded.code = c;
   bool const ungrouped = std::exchange(ungrouped_, false);
   bool const isSecond = std::exchange(separated_, false) && c == u';';
   bool const endsAgain = std::exchange(ended_, u'\0') == c;
-  TypedBoundsT bounds = std::exchange(bounds_, {});
-  ActC act(*this, step, ActC::KEEP_COMPLETION);
+  auto bounds = std::exchange(bounds_, {});
+  ActC act(*this, recorded, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   bounds_ = std::move(bounds);
   act.dropMark();
@@ -102,12 +86,14 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (auto const taken = typeInCompletion(c)) return *taken;
   if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
-  InputDecisionS decision = decide(view_, c, options_, bounds_);
+  BoundsStepS step;
+  InputDecisionS decision = decideInBounds(view_, c, options_, bounds_, step);
   if (movedOut || (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT))) {
     // The name must be found before the caret leaves it.
     if (!movedOut) completeName();
     bool const hasSpace = c == u' ' && endsSignBetween(caret(), view_.crefOperatorList());
-    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}} : decide(view_, c, options_, bounds_);
+    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}}
+                        : decideInBounds(view_, c, options_, bounds_, step);
   }
   if (wordTyped_ && options_.singleLetters && decision.text == u"(") {
     ReplacementS const found =
@@ -119,8 +105,12 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const taken = actOn(decision);
   separated_ = taken && options_.decimalComma && c == u';';
   if (taken) {
+    if (step.target) bounds_.back().close = step.close;
     replaceCompleted(decision);
+    if (decision.kind == INPUT_MOVE && c == u'_') bounds_.push_back({enclosingItem(*caret().node), u'\0'});
+    if (decision.text == u"(" && c == u'{' && !bounds_.empty()) bounds_.back().close = u'}';
     if (decision.kind == INPUT_MOVE && endsAgain) mergeDoubled(c);
+    if (decision.kind == INPUT_MOVE && c == u'}') closeGroup();
     if (decision.kind == INPUT_MOVE) ended_ = c;
   } else {
     act.restoreMark();
@@ -413,9 +403,13 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
       return;
     }
   }
+  if (ReplacementS const found = typed ? findDifferential(caret(), bounds_) : ReplacementS(); found.begin) {
+    GroupC group(*this);
+    group.end(replaceText(found) && view_.insertText(found.text));
+    return;
+  }
   if (options_.grouping && typed && decision.text == u")") {
     if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
-    if (PlaceS const after = afterUpperGroup(caret(), bounds_)) ungroup(after);
   }
   if (wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
   if (options_.impliedProducts && typed && decision.text == u"(") {
@@ -424,7 +418,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
     if (ConstructReplacementS const found = findConstructReplacement(view_, options_); found.op) {
       bool const hasBounds = replaceCall(found) && found.hasBounds;
-      if (hasBounds) bounds_.push_back(enclosingItem(*caret().node));
+      if (hasBounds) bounds_.push_back({enclosingItem(*caret().node), u')'});
     }
   }
 }

@@ -9,6 +9,7 @@
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/view/view.h"
 
 namespace zolt::field::detail {
 
@@ -16,14 +17,8 @@ using namespace math::ved;
 
 namespace {
 
-/// The rows of a construct with bounds in the order in which they are typed.
-enum BoundsRowE : std::size_t { ROW_VARIABLE, ROW_VALUE, ROW_UPPER };
-
-/// Whether the row is one name or number.
-bool isWord(Node4C const& row) {
-  wstring const& text = row.child(0)->crefText();
-  return row.numChildren() == 1 && !text.empty() && std::all_of(text.begin(), text.end(), isWordCharacter);
-}
+/// The bracket that closes a bound which that sign opens; none: U+0000.
+char16_t closeOf(char16_t open) { return open == u'(' ? u')' : open == u'{' ? u'}' : u'\0'; }
 
 /// Whether the sign or word binds looser than a product.
 bool endsProduct(wstring const& sign, OperatorListC const& operators) {
@@ -33,57 +28,124 @@ bool endsProduct(wstring const& sign, OperatorListC const& operators) {
   return op && times && op->getPrecedence() > times->getPrecedence();
 }
 
+enum BoundsPartE {
+  PART_LOWER,  ///< a row below the sign but the last of these
+  PART_LAST_LOWER,
+  PART_UPPER,
+  PART_BODY,  ///< what the sign applies to, before the variable of an integral
+  PART_LAST   ///< the last row, which a sign may leave
+};
+
 /// A row of a construct with bounds that ends at a place, perhaps in exponents and fractions at its end.
 struct EndedRowS {
   Node4C const* row = nullptr;  ///< null: none does
-  std::size_t number = 0;
-  Node4C const* next = nullptr;  ///< null: it is the last one
-  PlaceS end;
+  Node4C const* next = nullptr;
+  BoundsPartE part = PART_LAST;
+  bool isVariable = false;  ///< it is the last one and comes after what the sign applies to
 };
 
 EndedRowS findEndedRow(PlaceS place, Node4C const& construct) {
   while (place && enclosingItem(*place.node) != &construct) place = afterFinishedItem(place);
   if (!place || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
+  OperatorWordsS const& words = construct.crefOperator()->crefWords();
   auto const rows = argumentRows(*construct.crefOperator(), construct.numChildren());
   auto const at = std::find(rows.begin(), rows.end(), row.findChildNumber());
   if (at == rows.end()) return {};
-  Node4C const* const next = at + 1 == rows.end() ? nullptr : construct.child(at[1]);
-  return {&row, static_cast<std::size_t>(at - rows.begin()), next, place};
+  unsigned long const numBounds = words.lowerRows + (words.hasUpperRow ? 1 : 0);
+  if (at + 1 == rows.end()) return {&row, nullptr, PART_LAST, rows.size() > numBounds + 1};
+  auto const number = static_cast<unsigned long>(at - rows.begin());
+  BoundsPartE const part = number + 1 < words.lowerRows ? PART_LOWER
+                           : number < words.lowerRows   ? PART_LAST_LOWER
+                           : number < numBounds         ? PART_UPPER
+                                                        : PART_BODY;
+  return {&row, construct.child(at[1]), part, false};
 }
 
-/// What a sign does at the end of a row before the last one.
-LeavingS leaveBound(PlaceS place, char16_t sign, EndedRowS const& ended) {
-  bool const isUpper = ended.number == ROW_UPPER;
-  if (isEmptyRow(*ended.row)) return {isUpper && sign == u'^' ? place : PlaceS(), true};
-  if (isUpper && sign == u' ') return {rowEnd(*ended.next), true};
-  bool const opens = isUpper && (sign == u'(' || sign == u'|') && isWord(*ended.row);
-  return {opens ? rowEnd(*ended.next) : PlaceS(), false};
+/// What a character does at the end of a bound.
+BoundsStepS stepInBound(PlaceS place, char16_t c, char16_t close, EndedRowS const& ended) {
+  bool const isUpper = ended.part == PART_UPPER;
+  if (isEmptyRow(*ended.row)) {
+    bool const begins = (isUpper && c == u'^') || (close == u'\0' && closeOf(c));
+    return {begins ? place : PlaceS(), false, false, closeOf(c)};
+  }
+  if (ended.part == PART_LOWER) return {};
+  PlaceS const next = rowEnd(*ended.next);
+  if (close != u'\0') return {c == close ? next : PlaceS(), false, !isUpper, u'\0'};
+  if (c == u' ' || (c == u'^' && !isUpper && isWord(*ended.row))) return {next, false, false, u'\0'};
+  bool const opens = isUpper && (c == u'(' || c == u'|' || c == u'\\') && isWord(*ended.row);
+  return {opens ? next : PlaceS(), opens, false, u'\0'};
 }
 
 /// After all of them, from the innermost, whose last rows end at the place; null when none does.
-PlaceS afterBounds(PlaceS place, TypedBoundsT const& bounds) {
+PlaceS afterBounds(PlaceS place, std::vector<TypedBoundsS> const& bounds) {
   PlaceS after;
   for (auto at = bounds.rbegin(); at != bounds.rend(); ++at) {
-    EndedRowS const ended = findEndedRow(after ? after : place, **at);
+    EndedRowS const ended = findEndedRow(after ? after : place, *at->construct);
     if (!ended.row || ended.next) break;
-    after = placeAfter(**at);
+    after = placeAfter(*at->construct);
   }
   return after;
 }
 
-}  // namespace
-
-bool takesBounds(OperatorBC const& op) {
-  unsigned long const value = op.crefWords().valueRow;
-  auto const rows = argumentRows(op, op.getInsertedRows());
-  return value != 0 && rows.size() > ROW_UPPER && rows[ROW_VALUE] == value;
+bool isAround(Node4C const& construct, PlaceS place) {
+  Node4C const* item = enclosingItem(*place.node);
+  while (item && item != &construct) item = enclosingItem(*item);
+  return item;
 }
 
-void keepAround(TypedBoundsT& bounds, PlaceS place) {
+/// Whether "_" typed at the place begins the bounds of the construct around it, which is empty.
+bool beginsBounds(PlaceS place) {
+  Node4C const* const item = enclosingItem(*place.node);
+  if (!item || item->getType() != NODE4_OPERATOR || !takesBounds(*item->crefOperator())) return false;
+  for (unsigned long i = 0; i < item->numChildren(); ++i) {
+    if (!isEmptyRow(*item->child(i))) return false;
+  }
+  return place.node->getParent()->findChildNumber() ==
+         argumentRows(*item->crefOperator(), item->numChildren()).front();
+}
+
+/// Whether an opening brace at the place begins an index, or the bounds of the construct whose name and "_"
+/// end there: "x_{", "sum_{".
+bool opensIndex(PlaceS place, OperatorListC const& operators) {
+  wstring const& text = place.node->crefText();
+  unsigned int const start = nameStart(text, place.pos);
+  if (place.pos < start + 2 || text[place.pos - 1] != u'_') return false;
+  auto const op = findConstruct(operators, text.substr(start, place.pos - 1 - start)).op;
+  return (op && takesBounds(*op)) || findConstruct(operators, u"_").op;
+}
+
+BoundsStepS stepInBounds(PlaceS place, char16_t c, std::vector<TypedBoundsS> const& bounds,
+                         OperatorListC const& operators, InputOptionsS const& options) {
+  if (bounds.empty() || !isAround(*bounds.back().construct, place)) return {};
+  EndedRowS const ended = findEndedRow(place, *bounds.back().construct);
+  if (!ended.row) return {};
+  if (ended.part < PART_BODY) return stepInBound(place, c, bounds.back().close, ended);
+  if (isEmptyRow(*ended.row)) return {c == u' ' ? place : PlaceS(), false, false, u'\0'};
+  if (ended.part == PART_BODY) return {};
+  bool const ends = c == u')' || c == u',' || (ended.isVariable && !isWordCharacter(c)) ||
+                    (endsOperandBefore(place, operators) && endsProduct(wstring(1, c), operators));
+  PlaceS const at = ends ? afterBounds(place, bounds) : PlaceS();
+  if (!at) return {};
+  LeavingS const further = leaveBySign(at, c, operators, options);
+  if (further.target) return {further.target, !further.complete, false, u'\0'};
+  return {at, c != u' ', false, u'\0'};
+}
+
+}  // namespace
+
+bool isWord(Node4C const& row) {
+  wstring const& text = row.child(0)->crefText();
+  return row.numChildren() == 1 && !text.empty() && std::all_of(text.begin(), text.end(), isWordCharacter);
+}
+
+bool takesBounds(OperatorBC const& op) { return op.crefWords().lowerRows > 0; }
+
+void keepAround(std::vector<TypedBoundsS>& bounds, PlaceS place) {
   for (Node4C const* item = enclosingItem(*place.node); item && !bounds.empty();
        item = enclosingItem(*item)) {
-    auto const found = std::find(bounds.rbegin(), bounds.rend(), item);
+    auto const found = std::find_if(bounds.rbegin(), bounds.rend(),
+                                    [&](TypedBoundsS const& one) { return one.construct == item; });
     if (found == bounds.rend()) continue;
     bounds.erase(found.base(), bounds.end());
     return;
@@ -91,48 +153,48 @@ void keepAround(TypedBoundsT& bounds, PlaceS place) {
   bounds.clear();
 }
 
-void adoptVariant(TypedBoundsT& bounds, PlaceS place) {
+void adoptVariant(std::vector<TypedBoundsS>& bounds, PlaceS place) {
   Node4C const* const item = bounds.empty() ? nullptr : enclosingItem(*place.node);
   bool const isBounded = item && item->getType() == NODE4_OPERATOR && takesBounds(*item->crefOperator());
-  if (!isBounded) return;
-  for (Node4C const* outer = item; outer; outer = enclosingItem(*outer)) {
-    if (outer == bounds.back()) return;
-  }
-  bounds.back() = item;
+  if (isBounded && !isAround(*bounds.back().construct, place)) bounds.back() = {item, u'\0'};
 }
 
-bool endsValue(PlaceS place, char16_t sign, TypedBoundsT const& bounds) {
-  EndedRowS const ended = sign == u')' && !bounds.empty() ? findEndedRow(place, *bounds.back()) : EndedRowS();
-  return ended.row && ended.number == ROW_VALUE && !isEmptyRow(*ended.row);
+InputDecisionS decideInBounds(ViewZNT4C const& view, char16_t c, InputOptionsS const& options,
+                              std::vector<TypedBoundsS> const& bounds, BoundsStepS& step) {
+  step = {};
+  InputDecisionS decision = decideInput(view, c, options);
+  if (view.isSelected() || !options.leaving || !options.constructs) return decision;
+  PlaceS const place = view.getSelection().caret;
+  OperatorListC const& operators = view.crefOperatorList();
+  if (c == u'{' && opensIndex(place, operators)) return {INPUT_TEXT, u"(", {}, {}};
+  bool const begins = c == u'_' && beginsBounds(place);
+  if (begins) return {INPUT_MOVE, {}, place, {}};
+  char16_t const sign = c == u'{' || c == u'}' ? c : foldTyped(c, options);
+  step = stepInBounds(place, sign, bounds, operators, options);
+  if (!step.target) return decision;
+  if (step.asComma) return decideInput(view, u',', options);
+  if (!step.isTyped) return {INPUT_MOVE, {}, step.target, {}};
+  if (decision.kind == INPUT_MOVE) decision = {INPUT_TEXT, wstring(1, sign), {}, {}};
+  decision.target = step.target;
+  return decision;
 }
 
-LeavingS leaveBounds(PlaceS place, char16_t sign, TypedBoundsT const& bounds, OperatorListC const& operators,
-                     InputOptionsS const& options) {
-  EndedRowS const ended = bounds.empty() ? EndedRowS() : findEndedRow(place, *bounds.back());
-  if (!ended.row) return {};
-  if (ended.next) return leaveBound(place, sign, ended);
-  if (isEmptyRow(*ended.row)) return {sign == u' ' ? place : PlaceS(), true};
-  bool const ends = sign == u')' || sign == u',' ||
-                    (endsOperandBefore(place, operators) && endsProduct(wstring(1, sign), operators));
-  PlaceS const at = ends ? afterBounds(place, bounds) : PlaceS();
-  if (!at) return {};
-  LeavingS const further = leaveBySign(at, sign, operators, options);
-  return further.target ? further : LeavingS{at, false};
-}
-
-PlaceS leaveBoundsByWord(PlaceS place, wstring const& word, TypedBoundsT const& bounds,
+PlaceS leaveBoundsByWord(PlaceS place, wstring const& word, std::vector<TypedBoundsS> const& bounds,
                          OperatorListC const& operators) {
-  return endsProduct(word, operators) ? afterBounds(place, bounds) : PlaceS();
+  return !bounds.empty() && endsProduct(word, operators) ? afterBounds(place, bounds) : PlaceS();
 }
 
-PlaceS afterUpperGroup(PlaceS place, TypedBoundsT const& bounds) {
-  Node4C const* const construct = bounds.empty() ? nullptr : enclosingItem(*place.node);
-  if (!construct || construct != bounds.back()) return {};
-  auto const rows = argumentRows(*construct->crefOperator(), construct->numChildren());
-  Node4C const& row = *place.node->getParent();
-  bool const isUpper = rows.size() > ROW_UPPER + 1 && row.findChildNumber() == rows[ROW_UPPER];
-  bool const isTyped = isWholeGroup(row) && row.numChildren() > 3 && row.child(1)->getType() == NODE4_OPEN;
-  return isUpper && isTyped ? rowEnd(*construct->child(rows.back())) : PlaceS();
+ReplacementS findDifferential(PlaceS place, std::vector<TypedBoundsS> const& bounds) {
+  if (bounds.empty() || !isAround(*bounds.back().construct, place)) return {};
+  EndedRowS const ended = findEndedRow(place, *bounds.back().construct);
+  if (ended.part != PART_BODY || !ended.row || place.node->getParent() != ended.row) return {};
+  wstring const& text = place.node->crefText();
+  unsigned int begin = place.pos - 2;
+  bool const isLone = place.pos >= 2 && text[begin] == u'd' && wordStart(text, place.pos) == begin;
+  if (!isLone || math::common::isDigit(text[place.pos - 1])) return {};
+  while (begin > 0 && text[begin - 1] == u' ') --begin;
+  if (begin == 0 && !place.node->goLeft()) return {};
+  return {{place.node, begin}, place, text.substr(place.pos - 1, 1), {}, rowEnd(*ended.next)};
 }
 
 }  // namespace zolt::field::detail

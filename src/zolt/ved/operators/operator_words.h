@@ -39,6 +39,10 @@ struct OperatorWordsS {
   unsigned long valueRow = 0;  ///< row that the construct shows a sign before, to which that sign leads from
                                ///< the row before it; 0: none
   char16_t valueSign = u'=';   ///< that sign
+  /// Of a big sign, as "∑" or "lim": how many of the rows that are filled first are below it; 0: none. Signs
+  /// lead through the rows of "∑_(k=1)^n k" as in text.
+  unsigned long lowerRows = 0;
+  bool hasUpperRow = false;  ///< the row that is filled after these is above it
   /// The rows in the order in which a person fills them, where that is not the order of the arguments. Since
   /// its own name with the arguments means the expression, only `names` then become the construct.
   std::vector<unsigned long> typedRows;
