@@ -38,10 +38,13 @@ export async function loadWhole(): Promise<Module> {
   return first;
 }
 
+/** A folder beside the script. Bundlers take an address that is written out for a file, and fail where it is none. */
+const beside = (folder: string) => new URL(folder, import.meta.url);
+
 async function start(sources: Sources): Promise<Module> {
   const from = sources.module ?? new URL('./zolt_first.wasm', import.meta.url);
   rest = sources.module ? null : new RestOfModule(new URL('./zolt_rest.wasm', import.meta.url));
-  const fonts = sources.fonts === undefined ? new URL('./fonts/', import.meta.url) : sources.fonts;
+  const fonts = sources.fonts === undefined ? beside('fonts/') : sources.fonts;
   const isAddress = typeof from === 'string' || from instanceof URL;
   const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly, ...rest && { rest } });
   if (typeof document !== 'undefined') {

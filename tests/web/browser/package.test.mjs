@@ -1,11 +1,12 @@
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
-import { mkdtempSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readdirSync, readFileSync, rmSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
 import { join } from 'node:path';
 import { test } from 'node:test';
 import { gzipSync } from 'node:zlib';
+import { get, withPage } from './harness.mjs';
 
 const source = process.env.ZOLT_WEB_PACKAGE;
 const web = new URL('../../../hosts/web/', import.meta.url).pathname;
@@ -45,3 +46,19 @@ test('the package is packed, installed, bundled with its types, and imported by 
   assert.match(execFileSync(process.execPath, ['server.js'], { cwd: folder, encoding: 'utf8' }), /^<svg .*<path .*<\/svg>/);
   rmSync(folder, { recursive: true });
 });
+
+/** A page whose program is bundled with the element, with the files beside it that the README names. */
+const dist = join(source, 'dist');
+const { outputFiles: chunks } = await esbuild.build({ stdin: { contents: "import './zolt-formula.js';", resolveDir: dist }, bundle: true, splitting: true, format: 'esm', outdir: '/bundled', write: false });
+const bundled = Object.fromEntries([...chunks.map(({ path, text }) => [path, text]),
+  ...['zolt_first.wasm', 'zolt_rest.wasm', ...readdirSync(join(dist, 'fonts')).map((name) => `fonts/${name}`)].map((name) => [`/bundled/${name}`, readFileSync(join(dist, name))]),
+  ['/bundled/index.html', '<!doctype html><html lang="en"><link rel="icon" href="data:,"><script type="module" src="stdin.js"></script><zolt-formula id="f" aria-label="F"></zolt-formula></html>']]);
+withPage('a bundle of a program and the element works', '', async (page) => {
+  await page.waitForFunction(() => document.getElementById('f')?.ready);
+  await page.evaluate(() => document.getElementById('f').ready);
+  await page.focus('#f');
+  await page.keyboard.type('1/2+\\alp');
+  await page.locator('#f').locator('[part=completions]').waitFor();
+  await page.keyboard.press('Enter');
+  assert.equal(await get(page, 'f', 'prefix'), '+(/(1,2),α)');
+}, { path: 'bundled/index.html', scripts: bundled });
