@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QPdfWriter>
+#include <QProcess>
 #include <QSemaphore>
 #include <QSettings>
 #include <QSignalSpy>
@@ -492,6 +493,20 @@ class DesktopTest final : public QObject {
     sheet << formulaLine(wide.constData());
     QVERIFY(exporter.exportSheet(sheet, PictureFormat::Pdf, {}).count("/Type /Page\n") > 3);
     QVERIFY(!exporter.exportSheet({}, PictureFormat::Png, {}).isEmpty());
+  }
+
+  void formulasCanBeCopiedFromPages() {
+    SheetLine const incomplete{LineKind::Formula, {}, {}, QStringLiteral(R"(["v=", /<["s"] ; [""]>, ""])")};
+    Exporter const exporter(fonts(), QApplication::font(), false);
+    QProcess reader;
+    reader.start(QStringLiteral(PDFTOTEXT), {QStringLiteral("-"), QStringLiteral("-")});
+    // The letters "ff" must not be copied as one sign.
+    reader.write(
+        exporter.exportSheet({formulaLine("=(/(off,2),sqrt(_PI))"), incomplete}, PictureFormat::Pdf, {}));
+    reader.closeWriteChannel();
+    QVERIFY(reader.waitForFinished());
+    QCOMPARE(QString::fromUtf8(reader.readAll()).simplified(),
+             QStringLiteral("off/2 = sqrt(pi) (1) v=s/ (2)"));
   }
 
   void recordingsReplay() {

@@ -1,6 +1,8 @@
 #include "zolt/qt/formula_picture.h"
 
 #include <QBuffer>
+#include <QFontMetricsF>
+#include <QPaintEngine>
 #include <QPainter>
 #include <cmath>
 #include <initializer_list>
@@ -10,6 +12,7 @@
 #include "zolt/field/formula_field.h"
 #include "zolt/field/readable_text.h"
 #include "zolt/qt/text.h"
+#include "zolt/surfaces/typeset/font_size.h"
 #include "zolt/surfaces/typeset/svg_picture.h"
 
 namespace zolt::qt {
@@ -57,6 +60,23 @@ surfaces::OutlineT toOutline(QPainterPath const& path) {
   }
   if (!outline.empty()) outline.push_back(makeStep('Z', {}));
   return outline;
+}
+
+/// Writes text that is not seen over what is painted in `area`: readers of the page find, copy and read it
+/// aloud, while the formula itself is outlines. The painter's coordinates are the surface's.
+void writeUnseen(QPainter& painter, QString const& text, QSizeF area, qreal baseline) {
+  QFont font;
+  font.setPixelSize(surfaces::getFontSize(0).em);
+  font.setHintingPreference(QFont::PreferNoHinting);
+  // Spaced letters make no ligatures, which would be copied as one character.
+  font.setLetterSpacing(QFont::AbsoluteSpacing, 0.125);
+  qreal const width = QFontMetricsF(font).horizontalAdvance(text);
+  if (!(width > 0)) return;
+  painter.setFont(font);
+  painter.setPen(QColor(0, 0, 0, 0));
+  painter.translate(0, baseline);
+  painter.scale(area.width() / width, 1);
+  painter.drawText(QPointF(), text);
 }
 
 class OutlinesC final : public surfaces::GlyphSourceABC {
@@ -136,6 +156,10 @@ void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColo
   graphics_->begin(painter, colour, target);
   draw();
   graphics_->end();
+  if (painter.paintEngine()->type() == QPaintEngine::Pdf) {
+    QString const text = toQString(field_->copy(field_->crefView().getWhole()).plainText);
+    writeUnseen(painter, text, size(), field_->refView().getBaseline());
+  }
   painter.restore();
 }
 
