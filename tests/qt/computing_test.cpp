@@ -33,6 +33,8 @@ using qt::FormulaEdit;
 
 namespace {
 
+constexpr int patience = 60000;  // ms; other programs may use the machine
+
 /// An engine that computes until it is stopped, whatever it is asked.
 class SlowEngine final : public CASEngineABC {
  public:
@@ -116,8 +118,8 @@ class ComputingTest final : public QObject {
 
     stage.enter(1);
     stage.type("0");
-    QTRY_VERIFY(stage.row(2).results().isStale());
-    QTRY_COMPARE(stage.shown(2), QStringLiteral("= 80"));
+    QTRY_VERIFY_WITH_TIMEOUT(stage.row(2).results().isStale(), patience);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.shown(2), QStringLiteral("= 80"), patience);
     QVERIFY(!stage.row(2).results().isStale());
     QCOMPARE(stage.row(2).results().valueEdit()->accessibleName(), QStringLiteral("Result"));
     // Results are no part of the sheet.
@@ -126,7 +128,7 @@ class ComputingTest final : public QObject {
     QVERIFY(stage.window.computer().selectFault(stage.row(3)));
     QVERIFY(stage.row(3).formula()->hasSelection());
     stage.window.action(QStringLiteral("results"))->setChecked(false);
-    QTRY_COMPARE(stage.shown(2), QString());
+    QTRY_COMPARE_WITH_TIMEOUT(stage.shown(2), QString(), patience);
     QCOMPARE(stage.row(2).results().height(), 0);
   }
 
@@ -135,7 +137,7 @@ class ComputingTest final : public QObject {
     QVERIFY(stage.finish());
     stage.enter(2);
     stage.window.action(QStringLiteral("expand"))->trigger();
-    QTRY_COMPARE(stage.view().rows().size(), 4);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.view().rows().size(), 4, patience);
     QCOMPARE(stage.row(3).line().prefix, QStringLiteral("+(+(^(x,2),*(3,x)),2)"));
     stage.view().history().undo();
     QCOMPARE(stage.view().rows().size(), 3);
@@ -146,7 +148,7 @@ class ComputingTest final : public QObject {
     emit menu.aboutToShow();
     QCOMPARE(menu.actions().size(), 2);
     menu.actions()[0]->trigger();
-    QTRY_COMPARE(stage.view().rows().size(), 5);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.view().rows().size(), 5, patience);
     QCOMPARE(stage.row(2).line().prefix, QStringLiteral("=(x,sqrt(a))"));
     stage.view().history().undo();
     QCOMPARE(stage.view().rows().size(), 3);
@@ -156,7 +158,7 @@ class ComputingTest final : public QObject {
     stage.view().insertBelow(&stage.row(2), makeFormulaLine(QStringLiteral("=(^(y,5),+(y,1))"), {}));
     emit menu.aboutToShow();
     menu.actions()[0]->trigger();
-    QTRY_COMPARE(stage.view().rows().size(), 5);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.view().rows().size(), 5, patience);
     QCOMPARE(stage.row(4).line().prefix, QStringLiteral("=(y,1.167303978)"));
     stage.view().history().undo();
     stage.view().history().undo();
@@ -166,7 +168,7 @@ class ComputingTest final : public QObject {
     QVERIFY(stage.row(2).formula()->selectPart(1));
     emit stage.window.action(QStringLiteral("differentiate"))->menu()->aboutToShow();
     stage.window.action(QStringLiteral("differentiate"))->menu()->actions()[0]->trigger();
-    QTRY_COMPARE(stage.view().rows().size(), 4);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.view().rows().size(), 4, patience);
     QCOMPARE(stage.row(3).line().prefix, QStringLiteral("1"));
   }
 
@@ -174,18 +176,18 @@ class ComputingTest final : public QObject {
     StageS stage({"+(1,1)", "+(2,2)"});
     QVERIFY(stage.finish());
     stage.window.computer().setEngine(new SlowEngine);
-    QTRY_VERIFY(stage.row(0).results().isBusy());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.row(0).results().isBusy(), patience);
     QVERIFY(stage.row(0).results().isStale());
     stage.enter(0);
     stage.type("1");
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Left);
     QCOMPARE(stage.row(0).formula()->prefix(), QStringLiteral("+(1,11)"));
-    QTRY_VERIFY(stage.row(1).results().isBusy() || stage.row(0).results().isBusy());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.row(1).results().isBusy() || stage.row(0).results().isBusy(), patience);
     for (int i : {1, 0}) {
       stage.enter(i);
-      QTRY_VERIFY(stage.window.computer().isComputing(stage.row(i)));
+      QTRY_VERIFY_WITH_TIMEOUT(stage.window.computer().isComputing(stage.row(i)), patience);
       QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
-      QTRY_COMPARE(stage.shown(i), QStringLiteral("The computation was stopped"));
+      QTRY_COMPARE_WITH_TIMEOUT(stage.shown(i), QStringLiteral("The computation was stopped"), patience);
       QVERIFY(!stage.row(i).results().isBusy());
     }
   }
@@ -203,7 +205,7 @@ class ComputingTest final : public QObject {
       stage.enter(i);
       action.trigger();
       QVERIFY(stage.row(i).graph() && action.isChecked());
-      QTRY_VERIFY(!stage.row(i).graph()->isSampling());
+      QTRY_VERIFY_WITH_TIMEOUT(!stage.row(i).graph()->isSampling(), patience);
     }
     GraphView& graph = *stage.row(1).graph();
     plot::WindowS const first = graph.graph().window;
@@ -214,7 +216,7 @@ class ComputingTest final : public QObject {
     graph.setFocus();
     QTest::keyClick(&graph, Qt::Key_Plus);
     QTest::keyClick(&graph, Qt::Key_Right);
-    QTRY_VERIFY(!graph.isSampling());
+    QTRY_VERIFY_WITH_TIMEOUT(!graph.isSampling(), patience);
     plot::WindowS const moved = graph.graph().window;
     QVERIFY(moved.right - moved.left < first.right - first.left && moved.left > first.left);
     // A wheel keeps in place what is at the pointer.
@@ -229,7 +231,7 @@ class ComputingTest final : public QObject {
     QApplication::sendEvent(&graph, &wheel);
     QVERIFY(std::fabs(under() - before) < 1e-9);
     QTest::keyClick(&graph, Qt::Key_Home);
-    QTRY_VERIFY(!graph.isSampling());
+    QTRY_VERIFY_WITH_TIMEOUT(!graph.isSampling(), patience);
     QCOMPARE(graph.graph().window.left, first.left);
     QTest::keyClick(&graph, Qt::Key_Escape);
     QVERIFY(stage.row(1).formula()->hasFocus());
@@ -240,8 +242,9 @@ class ComputingTest final : public QObject {
     // The graph follows its formula and what that depends on.
     stage.enter(0);
     stage.type("0");
-    QTRY_VERIFY(stage.finish() && !graph.isSampling() &&
-                graph.function().expression->toPrefixString() == u"*(20,sin(x))");
+    QTRY_VERIFY_WITH_TIMEOUT(stage.finish() && !graph.isSampling() &&
+                                 graph.function().expression->toPrefixString() == u"*(20,sin(x))",
+                             patience);
     // It is saved with the sheet, and hiding it is a step.
     Sheet const saved = stage.view().sheet();
     QVERIFY(saved[1].graph.isShown() && !saved[2].graph.isShown());
@@ -252,7 +255,8 @@ class ComputingTest final : public QObject {
     QCOMPARE(stage.view().sheet()[1].graph, saved[1].graph);
     QVERIFY(action.isChecked());
     stage.view().setSheet(saved);
-    QTRY_VERIFY(stage.finish() && stage.row(1).graph() && !stage.row(1).graph()->isSampling());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.finish() && stage.row(1).graph() && !stage.row(1).graph()->isSampling(),
+                             patience);
     QCOMPARE(stage.view().sheet()[1].graph, saved[1].graph);
     QVERIFY(!stage.row(1).graph()->graph().curve.empty());
   }
@@ -268,7 +272,7 @@ class ComputingTest final : public QObject {
     QScrollBar& bar = *stage.view().verticalScrollBar();
     bar.setValue(bar.value() + edge(row, row.height()) - port.height());
     stage.type("^2+1/3+2/3");
-    QTRY_VERIFY(stage.finish() && row.hasResults() && row.results().height() > 0);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.finish() && row.hasResults() && row.results().height() > 0, patience);
     QVERIFY(edge(row, row.height()) <= port.height());
     // What is higher than the window leaves the caret where it is seen.
     stage.window.resize(stage.window.width(), stage.window.height() - port.height() + 200);
@@ -289,7 +293,7 @@ class ComputingTest final : public QObject {
     QCOMPARE(before, 1000);
     stage.enter(500);
     stage.type("0");
-    QTRY_COMPARE(engine->elsewhere.load(), before + 500);
+    QTRY_COMPARE_WITH_TIMEOUT(engine->elsewhere.load(), before + 500, patience);
     QVERIFY(stage.finish());
     QCOMPARE(engine->elsewhere.load(), before + 500);
     QCOMPARE(engine->atKeys.load(), 0);
