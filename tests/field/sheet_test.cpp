@@ -37,6 +37,9 @@ TEST(Sheet, ReadsBackAsWritten) {
   EXPECT_TRUE(isWithinLimits({{SHEET_FORMULA, {}, {}, wstring(100, u'x')}}));
   sheet.assign(4, {SHEET_FORMULA, {}, {}, wstring(max_sheet_formula, u'x')});
   EXPECT_FALSE(isWithinLimits(sheet));
+  EXPECT_FALSE(readSheet(wstring(max_sheet_characters + 1, u'\n'), sheet, error));
+  EXPECT_EQ(error.cause, SHEET_ERROR_TOO_LARGE);
+  EXPECT_EQ(sheet.size(), 4U) << "a sheet that cannot be read changes nothing";
 }
 
 TEST(Sheet, BecomesADocumentAndComesBack) {

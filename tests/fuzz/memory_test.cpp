@@ -7,6 +7,7 @@
 #include <array>
 #include <functional>
 #include <new>
+#include <tuple>
 
 #include "fuzzing/allocations.h"
 #include "fuzzing/trip.h"
@@ -277,6 +278,74 @@ TEST(ScarceMemory, WhatOperatorsAndClipboardsThrowTakesTheEditBack) {
   EXPECT_TRUE(field.run(field::COMMAND_UNDO) && !field.crefView().canUndo());
 }
 
+// Whatever a reader or a conversion has made so far goes, and what it was given stays.
+TEST(ScarceMemory, ReadersHaveNoEffect) {
+  prepare();
+  TreeNotationS tree;
+  field::EventScriptT script;
+  sheet::SheetT sheet;
+  wstring prefix;
+  PointerTC<AlgebraicExpressionC> expression;
+  auto const& operators =
+      *OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
+  std::unique_ptr<Node4C> node;
+  std::function<void()> const acts[] = {
+      [&] { expression = AlgebraicExpressionC::fromPrefixString(u"+(sum(k,1,n,sqrt(k)),_neg(2.50))"); },
+      [&] { expression = exchange::fromPlainText(u"sum(k,1,n,a b/2)-|x|^3!", nullptr); },
+      [&] { expression = exchange::fromLatex(u"\\sum_{k=1}^n \\frac{a}{\\sqrt[3]{b}}-\\alpha^2", nullptr); },
+      [&] {
+        expression = mathjson::fromMathJson(u"[\"Add\",[\"Power\",\"x\",2],{\"num\":\"-2.50\"}]", nullptr);
+      },
+#ifdef ZOLT_HAS_MATHML_TEXT
+      [&] {
+        expression = mathml::fromMathmlText(
+            u"<math><msqrt><mi>x</mi><mo>+</mo><mn>1</mn></msqrt><mo>!</mo></math>", nullptr);
+      },
+#endif
+      [&] {
+        node.reset(Node4C::fromAlgebraicExpression(expression, 0, math::algexpr::NUMBER_FORMAT_AUTOMATIC));
+      },
+      [&] { expression = node->getAlgebraicExpression(nullptr); },
+      [&] {
+        unsigned first = 0, second = 0;
+        ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
+        Node4C::convertInfixToPrefix(u"2*(a+b)^3!", prefix, first, second, cause);
+      },
+      [&] {
+        unsigned long position = 0;
+        readTreeNotation(u"[\"a\", /<[\"b\u2038\"] ; [\"x\", P[\"2\"], \"\"]>, \"\"]", operators, tree,
+                         position);
+      },
+      [&] {
+        unsigned long position = 0;
+        script::readEventScript(u"type \"a+b\" key left op sqrt", script, position);
+      },
+      [&] {
+        sheet::SheetErrorS error;
+        sheet::readSheet(u"zolt-sheet 1\ntext a\nformula +(a,b)\nend 2\n", sheet, error);
+      },
+  };
+  // What the first one of a process makes for all stays, too.
+  for (auto const& act : acts) act();
+  tree = {};
+  script.clear();
+  sheet.clear();
+  prefix.clear();
+  auto const state = [&] {
+    return std::make_tuple(expression, node.get(), prefix, tree.root.get(), script.size(), sheet.size());
+  };
+  for (auto const& act : acts) {
+    auto const before = state();
+    std::size_t failures = 0;
+    for (std::size_t const blocks = AllocationsS::blocks(); !isDone(act, failures); ++failures) {
+      EXPECT_EQ(AllocationsS::blocks(), blocks) << &act - acts << " " << failures;
+      EXPECT_TRUE(state() == before) << failures;
+    }
+    EXPECT_GT(failures, 2u);
+    EXPECT_FALSE(state() == before);
+  }
+}
+
 TEST(ScarceMemory, LargeActsAreAllOrNothing) {
   prepare();
   ViewZNT4C view(makeSurface());
@@ -304,6 +373,8 @@ TEST(ScarceMemory, LargeActsAreAllOrNothing) {
   for (auto const& act : acts) {
     bytestring const before = writeBytes(view.crefRoot());
     for (std::size_t n = 0; !isDone(act, n); n += 1 + n / 8) {
+      // Taking back needs memory, too; without any it waits for the next call.
+      static_cast<void>(isDone([&] { view.crefRoot(); }, n % 3));
       EXPECT_EQ(writeBytes(view.crefRoot()), before) << n;
     }
     EXPECT_EQ(checkInvariants(view.crefRoot()), "");

@@ -66,7 +66,8 @@ wstring toHex(char16_t c) {
 class SubjectC {
  public:
   explicit SubjectC(wstring const& notation)
-      : field_((standardOperators(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))),
+      : graphics_((standardOperators(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))),
+        field_(graphics_),
         runner_(field_) {
     EXPECT_TRUE(field_.setNotation(notation));
     notation_ = field_.writeNotation();
@@ -88,6 +89,9 @@ class SubjectC {
     return cost;
   }
 
+  /// How many texts were measured for the last cost.
+  unsigned long countMeasured() const { return measured_; }
+
   unsigned long costOfWhatIsEnabled() {
     return countIn([this] {
       for (CommandS const& command : commands()) field_.isEnabled(command.command);
@@ -97,10 +101,12 @@ class SubjectC {
  private:
   template <class ActT>
   unsigned long countIn(ActT const& act) {
+    graphics_->resetCounts();
     unsigned long const start = fuzz::countedSteps;
     act();
     field_.takeChange();
     field_.refView().getExpressionSize();
+    measured_ = graphics_->getMeasureCount();
     return fuzz::countedSteps - start;
   }
   static EventScriptT read(wstring const& text) {
@@ -122,9 +128,11 @@ class SubjectC {
     field_.getSelectionRectangles();
   }
 
+  oss::PointerTC<RecordingGraphicsC> graphics_;
   FormulaFieldC field_;
   script::ScriptRunnerC runner_;
   wstring notation_;
+  unsigned long measured_ = 0;
 };
 
 /// A matrix with so many rows and columns, the caret in its middle.
@@ -151,6 +159,7 @@ TEST(GrowthOfAKey, FollowsTheEdit) {
         unsigned long const growth = script == u"op sqrt" && before == u"char y" ? 6 : 5;
         EXPECT_LE(largest.cost(before, script), growth * least)
             << shape.name << ": " << toUtf8(script) << ", from " << least << " steps";
+        EXPECT_EQ(largest.countMeasured(), small.countMeasured()) << shape.name << ": " << toUtf8(script);
       }
     }
   }

@@ -6,8 +6,10 @@
 #include "tests/support/small_stack.h"
 #include "tests/support/stage.h"
 #include "zolt/algexpr/make_node.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/readable_text.h"
+#include "zolt/mathjson/mathjson.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/validate_tree.h"
@@ -292,6 +294,22 @@ TEST(Limits, WhatIsTooDeepIsKeptAsText) {
     ASSERT_TRUE(expression);
     auto const again = exchange::fromPlainText(exchange::toPlainText(*expression), nullptr);
     EXPECT_TRUE(again && again->equals(*expression));
+  });
+}
+
+// No notation has a limit of its own.
+TEST(Limits, TextsNestToAnyDepth) {
+  LargeC const operators;
+  onSmallStack([] {
+    for (auto const& [before, after] : {std::pair{u"sqrt(", u")"}, {u"/(", u",2)"}, {u"f(^(x,", u"))"}}) {
+      auto const expression = AlgebraicExpressionC::fromPrefixString(nest(50000, before, u"a", after));
+      ASSERT_TRUE(expression);
+      for (auto const& again : {exchange::fromLatex(exchange::toLatex(*expression), nullptr),
+                                exchange::fromPlainText(exchange::toPlainText(*expression), nullptr),
+                                mathjson::fromMathJson(mathjson::toMathJson(*expression), nullptr)}) {
+        EXPECT_TRUE(again && again->equals(*expression)) << toUtf8(before);
+      }
+    }
   });
 }
 

@@ -93,6 +93,10 @@ TEST(Threads, HaveFieldsConversionsAndPicturesOfTheirOwn) {
     EXPECT_FALSE(mathml::toMathml(*shared).empty());
     EXPECT_TRUE(picture == drawPicture(shared));
   });
+  oss::PointerTC<CASSessionBC> const session = new CASSessionBC(nullptr);
+  CASSessionBC::setSession(session);
+  std::thread([&] { EXPECT_EQ(CASSessionBC::getSession(), session); }).join();
+  CASSessionBC::setSession(nullptr);
 }
 
 // Trees and views are handed on: the thread that made them may be gone, or be at work on others.
