@@ -273,6 +273,40 @@ TEST(FieldConstraints, JudgeWhatIsHandedOut) {
   }
 }
 
+// Nor while the field asks outside of an edit: for an expression of the program's, for a name that was just
+// typed, and for the reason.
+TEST(FieldConstraints, MayNotChangeTheFieldThatAsks) {
+  struct MeddlerC : math::algexpr::ConstraintsBC {
+    StageC& stage;
+    mutable int calls = 0;
+    explicit MeddlerC(StageC& asking) : stage(asking) {}
+    void meddle() const {
+      ++calls;
+      stage.refField().setConstraints(nullptr);
+      EXPECT_FALSE(stage.refField().typeCharacter(u'z') || stage.refField().run(COMMAND_UNDO));
+      EXPECT_FALSE(stage.refField().setPlainText(u"z"));
+    }
+    bool check(oss::PointerTC<AlgebraicExpressionC> expression) const override {
+      bool const accepts = expression->toPrefixString().find_first_of(u"q\u03B1") == wstring::npos;
+      return meddle(), accepts;
+    }
+    wstring explain(AlgebraicExpressionC const&) const override { return meddle(), u"no"; }
+  };
+  StageC stage("[\"a\u2038\"]");
+  oss::PointerTC<MeddlerC> const meddler = new MeddlerC(stage);
+  stage.refField().setConstraints(meddler);
+  math::common::ReadErrorS error;
+  EXPECT_FALSE(stage.refField().setPlainText(u"q", &error));
+  EXPECT_EQ(toUtf8(error.message), "no");
+  EXPECT_EQ(meddler->calls, 2);
+  EXPECT_TRUE(stage.play("command select-all type \"alpha\""));
+  meddler->calls = 0;
+  EXPECT_EQ(describe(stage.refField().diagnose().expression), "alpha");
+  EXPECT_EQ(meddler->calls, 1);
+  EXPECT_EQ(stage.notation(), "[\"alpha\u2038\"]");
+  EXPECT_EQ(stage.findFault(), "");
+}
+
 // A program may always empty the field.
 TEST(FieldConstraints, LetTheProgramClear) {
   for (std::string const lock : {"", "lock"}) {

@@ -45,6 +45,12 @@ struct FlagResetS {
   ~FlagResetS() { flag = false; }
 };
 
+/// Whether the view's constraints, of which there are some, accept it. They are code of the host's.
+bool isAccepted(ViewZNT4C const& view, PointerTC<AlgebraicExpressionC> const& expression) {
+  ViewHoldC const hold(view);
+  return view.getConstraints()->check(expression);
+}
+
 }  // namespace
 
 // Places are kept by their paths, since undo brings an earlier formula back in other nodes.
@@ -106,11 +112,13 @@ void FormulaFieldC::recordOptions(InputOptionsS const& from, InputOptionsS const
 
 bool FormulaFieldC::setExpression(PointerTC<AlgebraicExpressionC> expression, unsigned long precision,
                                   math::algexpr::NumberDisplayFormatE format) {
-  if (auto const constraints = getConstraints(); expression && constraints) {
+  // The constraints that are being asked are not asked again.
+  if (view_.isBusy()) return false;
+  if (expression && getConstraints()) {
     // The number of digits shown may change it.
     std::unique_ptr<Node4C> const shown(Node4C::fromAlgebraicExpression(expression, precision, format));
     auto const judged = shown->getAlgebraicExpression(nullptr);
-    if (judged && !constraints->check(judged)) return false;
+    if (judged && !isAccepted(view_, judged)) return false;
   }
   bool const written = recorded_ && expression;
   ScriptStepS step = makeStep(SCRIPT_SHOW, written ? expression->toPrefixString() : wstring());
@@ -141,7 +149,9 @@ void FormulaFieldC::setConstraints(PointerTC<math::algexpr::ConstraintsBC> const
 }
 
 wstring FormulaFieldC::explainRefusal(AlgebraicExpressionC const& expression) const {
-  wstring reason = getConstraints() ? getConstraints()->explain(expression) : wstring();
+  bool const mayAsk = getConstraints() && !view_.isBusy();
+  ViewHoldC const hold(view_);
+  wstring reason = mayAsk ? getConstraints()->explain(expression) : wstring();
   return reason.empty() ? math::common::describe(math::common::READ_ERROR_NOT_ALLOWED) : reason;
 }
 
@@ -161,7 +171,7 @@ FormulaDiagnosisS FormulaFieldC::diagnose() const {
       // A name stays as it was typed when the constraints reject its letter.
       diagnosed_->judging = true;
       FlagResetS const reset{diagnosed_->judging};
-      if (!getConstraints()->check(found.expression)) {
+      if (!isAccepted(view_, found.expression)) {
         found = diagnoseTyped(root, view_.crefOperatorList(), options_);
       }
     }

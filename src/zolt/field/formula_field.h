@@ -187,10 +187,10 @@ class FormulaFieldC {
    public:
     ViewC(PointerTC<math::ved::GraphicsABC> graphics, FormulaFieldC const& field)
         : ViewZNT4C(std::move(graphics)), field_(field) {}
+    using ViewZNT4C::isBusy;
 
    private:
     PointerTC<math::algexpr::AlgebraicExpressionC> getJudgedExpression() const override;
-
     FormulaFieldC const& field_;
   };
 

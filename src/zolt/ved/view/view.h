@@ -206,6 +206,8 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   /// What the constraints judge after an edit; null, for a formula that is no expression, is never rejected.
   /// Who hands out more than the tree says overrides it.
   virtual PointerTC<algexpr::AlgebraicExpressionC> getJudgedExpression() const;
+  /// Whether it calls code of the host's, or is in the middle of an event: then it refuses every change.
+  bool isBusy() const { return event_ || notifying_ || held_; }
 
  private:
   class EventC;
@@ -213,7 +215,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   friend class ViewHoldC;
 
   // view.cpp
-  bool isBusy() const { return event_ || notifying_ || held_; }
   bool dispatchEvent(EventE event, unsigned long code, bool shift, long x, long y);
   bool dispatchKey(unsigned long code, bool shift);
   /// Ends every event: normalises the tree when the layout is pending and, outside groups, settles the edit.
