@@ -209,6 +209,25 @@ TEST(ScarceMemory, RejectedEditsGoBackToTheirOwnBeginning) {
   EXPECT_GT(failures, 10u);
 }
 
+// A group goes on after an edit that failed, and is one step.
+TEST(ScarceMemory, GroupsKeepTheirBeginning) {
+  prepare();
+  std::size_t failures = 0;
+  for (bool through = false; !through; ++failures) {
+    ViewZNT4C view(makeSurface());
+    view.insertText(u"a");
+    bytestring const before = writeBytes(view.crefRoot());
+    view.beginGroup();
+    view.insertText(u"b");
+    through = isDone([&] { view.insertText(u"(c+d)"); }, failures);
+    EXPECT_TRUE(view.insertText(u"d"));
+    view.endGroup();
+    EXPECT_TRUE(view.undo());
+    EXPECT_EQ(writeBytes(view.crefRoot()), before) << failures;
+  }
+  EXPECT_GT(failures, 3u);
+}
+
 TEST(ScarceMemory, WhatAHostThrowsTakesTheEditBack) {
   class SurfaceC : public RecordingGraphicsC {
    public:

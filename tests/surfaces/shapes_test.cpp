@@ -5,6 +5,7 @@
 
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/surfaces/typeset/detail/brush.h"
 #include "zolt/surfaces/typeset/font_size.h"
 #include "zolt/surfaces/typeset/row_fit.h"
 
@@ -183,6 +184,31 @@ TEST_F(TypesetShapes, StrokesGoThroughTheirPoints) {
   }
   graphics.drawStroke(STROKE_SMOOTH, {{1, 1}});
   EXPECT_EQ(graphics.kinds, "ss");
+}
+
+TEST(Brush, EndsStrokesRound) {
+  BrushC brush;
+  brush.moveTo({0, 0, 10});
+  brush.lineTo({100, 0, 10});
+  brush.lineTo({100, 100, 10});
+  PathC path;
+  brush.finish(path);
+  int ends = 0;
+  PathPointS from{};
+  for (PathStepS const& step : path.getSteps()) {
+    bool const isCurve = step.verb == PATH_CURVE;
+    for (double const t : {0.25, 0.5, 0.75}) {
+      double const u = 1 - t, b0 = u * u * u, b1 = 3 * u * u * t, b2 = 3 * u * t * t, b3 = t * t * t;
+      auto const& [c1, c2, to] = step.points;
+      double const x = b0 * from.x + b1 * c1.x + b2 * c2.x + b3 * to.x;
+      double const y = b0 * from.y + b1 * c1.y + b2 * c2.y + b3 * to.y;
+      if (!isCurve || (x > -0.1 && y < 100.1)) continue;
+      ++ends;
+      EXPECT_NEAR(x < 0 ? std::hypot(x, y) : std::hypot(x - 100, y - 100), 10, 0.01);
+    }
+    from = step.points[isCurve ? 2 : 0];
+  }
+  EXPECT_EQ(ends, 12);
 }
 
 TEST_F(TypesetShapes, GlyphsOutOfSightAreNotAskedFor) {

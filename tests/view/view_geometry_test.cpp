@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include <cstdlib>
 
 #include "tests/support/stage.h"
@@ -136,6 +138,16 @@ TEST(Rectangles, BoundTheCaretAndTheSelection) {
     EXPECT_EQ(toText(stage.refView().getCurrentNodeRectangle()), one.selection);
     EXPECT_EQ(stage.refView().getCurrentNodeRectangle().isNull(), std::string(one.selection) == "0 0 0 0");
   }
+}
+
+TEST(Selection, IsGivenAsPlacesOfARow) {
+  StageC stage("[\"\", sqrt<[\"a⚑b\", /<[\"c\"] ; [\"d\"]>, \"e‸f\"]>, \"\"]");
+  Node4C* row = nullptr;
+  unsigned long first = 0, last = 0;
+  unsigned firstPos = 0, lastPos = 0;
+  EXPECT_TRUE(stage.refView().getSelectionBounds(row, first, firstPos, last, lastPos));
+  EXPECT_EQ(row, stage.crefRoot().child(0)->child(1)->child(0));
+  EXPECT_EQ(std::make_tuple(first, firstPos, last, lastPos), std::make_tuple(0UL, 1U, 2UL, 1U));
 }
 
 TEST(Rectangles, AreLaidOutFirst) {
