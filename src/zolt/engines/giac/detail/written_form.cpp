@@ -41,6 +41,18 @@ bool isConstant(NodeABC const& node) {
   return true;
 }
 
+/// Whether it is more than sums, products and powers of names and numbers.
+bool hasCall(NodeABC const& node) {
+  static char16_t const* const plain[] = {u"+", u"-", u"*", u"/", u"^", u"_neg", u"_quietpos"};
+  ParentNodeABC const* const parent = node.asParent();
+  if (!parent) return false;
+  if (std::find(std::begin(plain), std::end(plain), node.crefName()) == std::end(plain)) return true;
+  for (unsigned long i = 0; i < parent->numChildren(); ++i) {
+    if (hasCall(parent->child(i))) return true;
+  }
+  return false;
+}
+
 /// A term without its sign.
 struct TermS {
   bool isNegative = false;
@@ -96,12 +108,16 @@ class FormC {
     auto const isFine = [](TermS const& term) { return bool(term.size); };
     if (terms.empty() || !std::all_of(terms.begin(), terms.end(), isFine)) return nullptr;
     // What has a minus does not come first where it need not.
-    if (terms[0].isNegative && (terms.size() == 2 || isConstant(*terms[0].size))) {
+    if (terms[0].isNegative && (terms.size() == 2 || isConstant(*terms[0].size) || hasCall(*terms[0].size))) {
       auto const first =
           std::find_if(terms.begin(), terms.end(), [](auto const& term) { return !term.isNegative; });
       if (first != terms.end()) std::rotate(terms.begin(), first, first + 1);
     }
     // Nor does a number, unless what comes next would begin with a minus.
+    // Among constants it does: 1+√5.
+    if (terms.size() == 2 && !terms[1].isNegative && isNumber(*terms[1].size) && isConstant(*terms[0].size)) {
+      std::swap(terms[0], terms[1]);
+    }
     bool const isNumberFirst = terms.size() > 1 && !terms[0].isNegative && !terms[1].isNegative &&
                                isConstant(*terms[0].size) && !isConstant(*terms[1].size);
     if (isNumberFirst) std::rotate(terms.begin(), terms.begin() + 1, terms.end());
@@ -112,19 +128,28 @@ class FormC {
     return total;
   }
 
+  // The negative of a difference of two, or of one divided; null for all else.
+  static NodeP turn(NodeABC const& size) {
+    if (isCall(size, u"/", 2)) {
+      ParentNodeABC const& quotient = *size.asParent();
+      NodeP const above = isCall(quotient.child(0), u"-", 2) ? turn(quotient.child(0)) : NodeP();
+      return above ? makeFunction(u"/", {above, quotient.childPointer(1)}) : nullptr;
+    }
+    if (!isCall(size, u"-", 2)) return nullptr;
+    NodeP const first = size.asParent()->childPointer(0), second = size.asParent()->childPointer(1);
+    bool const isOfTwo =
+        !isCall(*first, u"+", 2) && !isCall(*first, u"-", 2) && !beginsWithSign(*listFactors(first).front());
+    return isOfTwo ? makeOperation(u"-", {second, first}) : nullptr;
+  }
+
   // The sign of a product is that of its first factor.
   static NodeP negate(NodeP const& size) {
     if (isNumber(*size)) return makeNumber(minus + size->crefName());
+    if (NodeP const turned = turn(*size)) return turned;
     if (!isCall(*size, u"*", 2)) return makeOperation(u"_neg", {size});
-    std::vector<NodeP> factors;
-    NodeP first = size;
-    for (; isCall(*first, u"*", 2); first = first->asParent()->childPointer(0)) {
-      factors.push_back(first->asParent()->childPointer(1));
-    }
-    NodeP product = negate(first);
-    for (auto factor = factors.rbegin(); factor != factors.rend(); ++factor) {
-      product = makeFunction(u"*", {product, *factor});
-    }
+    std::vector<NodeP> const factors = listFactors(size);
+    NodeP product = negate(factors[0]);
+    for (std::size_t i = 1; i < factors.size(); ++i) product = makeFunction(u"*", {product, factors[i]});
     return product;
   }
 
@@ -195,8 +220,17 @@ class FormC {
   }
 
   void addPower(ParentNodeABC const& power, bool isBelow, ProductS& product) {
-    NodeP const base = write(power.childPointer(0));
-    TermS const exponent = split(power.childPointer(1));
+    NodeP const under = power.childPointer(0), degree = power.childPointer(1);
+    bool const isOfExponential = isCall(*under, u"exp", 1) && castNode<IntegerNodeC>(*degree);
+    if (isOfExponential) {
+      NodeP const exponent = makeFunction(u"*", {degree, under->asParent()->childPointer(0)});
+      NodeP const joined = write(makeFunction(u"exp", {exponent}));
+      product.isFine = product.isFine && joined;
+      if (joined) addFactor(joined, isBelow, product);
+      return;
+    }
+    NodeP const base = write(under);
+    TermS const exponent = split(degree);
     if (!base || !exponent.size) {
       product.isFine = false;
       return;
@@ -237,23 +271,69 @@ class FormC {
                                        : makeFunction(u"log", {argument, base});
   }
 
+  // Of what is written already.
+  static std::vector<NodeP> listFactors(NodeP const& product) {
+    std::vector<NodeP> factors;
+    NodeP first = product;
+    for (; isCall(*first, u"*", 2); first = first->asParent()->childPointer(0)) {
+      factors.push_back(first->asParent()->childPointer(1));
+    }
+    factors.push_back(first);
+    std::reverse(factors.begin(), factors.end());
+    return factors;
+  }
+
+  // √2·√(ab) is √(2ab).
+  static void joinRoots(std::vector<NodeP>& factors) {
+    auto const findRoot = [&](bool ofNumber) {
+      return std::find_if(factors.begin(), factors.end(), [&](NodeP const& factor) {
+        if (!isCall(*factor, u"sqrt", 1)) return false;
+        NodeP const inside = listFactors(factor->asParent()->childPointer(0)).front();
+        bool const isPlain = !inside->asParent() || isCall(*inside, u"^", 2);
+        return ofNumber ? isNumber(factor->asParent()->child(0)) : isPlain && !isNumber(*inside);
+      });
+    };
+    auto const number = findRoot(true), other = findRoot(false);
+    if (number == factors.end() || other == factors.end()) return;
+    NodeP joined = (*number)->asParent()->childPointer(0);
+    for (NodeP const& factor : listFactors((*other)->asParent()->childPointer(0))) {
+      joined = makeFunction(u"*", {joined, factor});
+    }
+    *other = makeFunction(u"sqrt", {joined});
+    factors.erase(number);
+  }
+
   TermS product(NodeP const& node) {
     ProductS product;
     collectFactors(node, false, product);
     if (!product.isFine) return {};
     joinLogarithms(product);
+    joinRoots(product.above);
+    joinRoots(product.below);
     for (auto* const side : {&product.above, &product.below}) {
-      std::stable_partition(side->begin(), side->end(), isCoefficient);
+      std::stable_sort(side->begin(), side->end(),
+                       [](NodeP const& a, NodeP const& b) { return rankFactor(*a) < rankFactor(*b); });
     }
     NodeP const above = multiply(product.above);
     NodeP const size = product.below.empty() ? above : makeFunction(u"/", {above, multiply(product.below)});
     return {product.isNegative, size};
   }
 
-  // Powers of numbers are what whole numbers are factored into.
-  static bool isCoefficient(NodeP const& factor) {
-    if (!isCall(*factor, u"^", 2)) return isNumber(*factor);
-    return isNumber(factor->asParent()->child(0)) && isNumber(factor->asParent()->child(1));
+  // Numbers come first, then other constants, names, all else, and functions that need no brackets around
+  // them.
+  static int rankFactor(NodeABC const& factor) {
+    enum RankE { RANK_NUMBER, RANK_CONSTANT, RANK_NAME, RANK_OTHER, RANK_SINE, RANK_FUNCTION };
+    static char16_t const* const last[] = {u"cos",  u"tan",  u"cot",  u"arcsin", u"arccos", u"arctan",
+                                           u"cosh", u"sinh", u"tanh", u"ln",     u"log",    u"log10"};
+    bool const isPower = isCall(factor, u"^", 2);
+    NodeABC const& base = isPower ? factor.asParent()->child(0) : factor;
+    // Powers of numbers are what whole numbers are factored into.
+    if (isNumber(base) && (!isPower || isNumber(factor.asParent()->child(1)))) return RANK_NUMBER;
+    if (isConstant(factor)) return RANK_CONSTANT;
+    if (!base.asParent()) return isNumber(base) ? RANK_OTHER : RANK_NAME;
+    if (base.crefName() == u"sin") return RANK_SINE;
+    bool const isLast = std::find(std::begin(last), std::end(last), base.crefName()) != std::end(last);
+    return isLast ? RANK_FUNCTION : RANK_OTHER;
   }
 
   static NodeP multiply(std::vector<NodeP> const& factors) {

@@ -16,9 +16,11 @@ using engine_giac::detail::AnswerS;
 
 namespace {
 
+/// Whether terms of a sum, or factors of a product, are the same.
 bool hasEqualTerms(gen const& value) {
   gen const& operand = value._SYMBptr->feuille;
-  if (value._SYMBptr->sommet != at_plus || operand.type != _VECT) return false;
+  unary_function_ptr const& function = value._SYMBptr->sommet;
+  if ((function != at_plus && function != at_prod) || operand.type != _VECT) return false;
   vecteur const& terms = *operand._VECTptr;
   constexpr std::size_t most_compared = 30;
   if (terms.size() > most_compared) return false;
@@ -80,6 +82,58 @@ bool hasLongPower(gen const& value) {
     if (isLong) return true;
   }
   return hasLongPower(operand);
+}
+
+/// Whether two terms at least have a denominator with names, and all of these are the same.
+bool hasOneDenominator(vecteur const& terms, context* context) {
+  vecteur below;
+  for (gen const& term : terms) {
+    if (hasFunction(term, at_inv)) below.push_back(_denom(term, context));
+  }
+  return below.size() > 1 && !lidnt(below[0]).empty() &&
+         std::all_of(below.begin(), below.end(), [&](gen const& one) { return one == below[0]; });
+}
+
+/// Denominators as powers where they are some.
+gen withPowersBelow(gen const& value, context* context) {
+  return replaced(value, at_inv, [&](gen const& quotient) {
+    gen const& below = quotient._SYMBptr->feuille;
+    bool const isSum = below.type == _SYMB && below._SYMBptr->sommet == at_plus;
+    if (!isSum || hasRoot(below)) return quotient;
+    gen const factors = factor(below, false, context);
+    return hasFunction(factors, at_pow) && measure(factors) < measure(below) ? symbolic(at_inv, factors)
+                                                                             : quotient;
+  });
+}
+
+/// With ln(2)+ln(5) as ln(10), where that is no long number.
+gen withOneLogarithm(gen const& value, context* context) {
+  constexpr int most_bits = 14;
+  bool isLong = false;
+  gen const joined = replaced(_lncollect(value, context), at_ln, [&](gen const& logarithm) {
+    gen const& number = logarithm._SYMBptr->feuille;
+    isLong |= number.type == _ZINT || (number.type == _INT_ && sizeinbase2(number) > most_bits);
+    return logarithm;
+  });
+  return isLong ? value : joined;
+}
+
+/// A power of a negative or an inverse is one of what is in it, and equal terms are one.
+gen collected(gen const& value, context* context) {
+  gen const simple = replaced(value, at_pow, [&](gen const& power) {
+    if (power._SYMBptr->feuille.type != _VECT) return power;
+    vecteur const& parts = *power._SYMBptr->feuille._VECTptr;
+    bool const isWhole = parts.size() == 2 && parts[0].type == _SYMB && parts[1].type == _INT_;
+    if (!isWhole) return power;
+    gen const& inside = parts[0]._SYMBptr->feuille;
+    if (parts[0]._SYMBptr->sommet == at_inv) return inv(pow(inside, parts[1], context), context);
+    if (parts[0]._SYMBptr->sommet != at_neg) return power;
+    gen const size = pow(inside, parts[1], context);
+    return parts[1].val % 2 == 0 ? size : -size;
+  });
+  gen const sum = eval(simple, 1, context);
+  gen const joined = hasFunction(sum, at_inv) ? sum : normal(sum, context);
+  return measure(joined) < measure(sum) ? joined : sum;
 }
 
 /// Functions whose values have as many digits as asked for.
@@ -159,16 +213,22 @@ AnswerS ComputationC::compute() {
       return approximateAll(value);
     case CAS_SIMPLIFY:
       return finish(forParts(value, [this](gen const& one) {
+        constexpr int most_replaced = 200;
+        bool const isHyperbolic =
+            measure(one) < most_replaced && (hasFunction(one, at_cosh) || hasFunction(one, at_sinh));
         gen const simple = hasFunction(one, at_surd) ? one : giac::simplify(one, &context_);
-        return shorten(measure(simple) < measure(one) ? simple : one);
+        gen const powers = isHyperbolic ? normal(_hyp2exp(one, &context_), &context_) : simple;
+        gen const& best = measure(powers) < measure(simple) ? powers : simple;
+        return shorten(measure(best) < measure(one) ? best : one);
       }));
     case CAS_EXPAND:
-      return finish(forParts(value, [this](gen const& one) { return expand(one, &context_); }));
+      return finish(
+          forParts(value, [this](gen const& one) { return collected(expand(one, &context_), &context_); }));
     case CAS_FACTOR:
       return finish(forParts(value, [this](gen const& one) { return factorize(one); }));
     case CAS_DIFFERENTIATE:
       if (isTruthValued(value) || isSet(value)) throw FaultS{CAS_CAUSE_WRONG_ARGUMENT, 0, {}};
-      return finish(shorten(derive(value, variable, &context_)));
+      return finish(shorten(derived(value, variable, 1, &context_)));
     case CAS_INTEGRATE: {
       if (isTruthValued(value) || value.type == _VECT) throw FaultS{CAS_CAUSE_WRONG_ARGUMENT, 0, {}};
       gen const whole = _integrate(gen(makevecteur(value, variable), _SEQ__VECT), &context_);
@@ -208,11 +268,13 @@ gen ComputationC::shorten(gen const& whole) {
     return eval(subst(shorten(covered), names, roots, false, &context_), 1, &context_);
   }
   gen value = whole;
+  bool hasOneBelow = false;
   bool const isSum =
       whole.type == _SYMB && whole._SYMBptr->sommet == at_plus && whole._SYMBptr->feuille.type == _VECT;
   if (isSum && hasFunction(whole, at_inv)) {
     vecteur terms;
     for (gen const& term : *whole._SYMBptr->feuille._VECTptr) terms.push_back(shorten(term));
+    hasOneBelow = hasOneDenominator(terms, &context_);
     value = _plus(gen(terms, _SEQ__VECT), &context_);
   }
   constexpr int most_simplified = 60, most_constant = 400;
@@ -227,7 +289,7 @@ gen ComputationC::shorten(gen const& whole) {
   int least = size;
   auto const consider = [&](gen const& other) {
     int const length = measure(other);
-    bool const isQuotient = isSum && hasFunction(other, at_inv);
+    bool const isQuotient = isSum && !hasOneBelow && hasFunction(other, at_inv);
     if (is_undef(other) || length >= least || (isQuotient && length * 4 > size * 3)) return;
     best = other;
     least = length;
@@ -235,6 +297,9 @@ gen ComputationC::shorten(gen const& whole) {
   if (!hasLongPower(value)) consider(normal(value, &context_));
   bool const isSmall = size < (evaluator_.isConstant(value) ? most_constant : most_simplified);
   if (isSmall && !hasLongPower(value)) consider(giac::simplify(value, &context_));
+  if (isSmall && hasFunction(best, at_inv)) consider(withPowersBelow(best, &context_));
+  bool const hasLogarithms = hasFunction(best, at_ln) && hasFunction(best, at_plus);
+  if (isSmall && hasLogarithms && evaluator_.isConstant(best)) consider(withOneLogarithm(best, &context_));
   return best;
 }
 

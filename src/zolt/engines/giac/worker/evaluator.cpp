@@ -64,6 +64,13 @@ bool hasRoot(gen const& value) {
   return isRoot || hasRoot(operand);
 }
 
+// With an order, the algebra system brings quotients over one denominator, and multiplies all powers out.
+gen derived(gen const& value, gen const& variable, gen const& order, giac::context* context) {
+  gen const first = is_one(order) ? derive(value, variable, context) : undef;
+  return is_undef(first) || hasFunction(first, at_inv) ? derive(value, variable, order, context)
+                                                       : eval(first, 1, context);
+}
+
 gen replaced(gen const& value, unary_function_ptr const* function,
              std::function<gen(gen const& operation)> const& change) {
   if (value.type == _VECT) {

@@ -136,6 +136,8 @@ gen approximate(gen const& value, int digits, giac::context* context);
 bool hasFunction(gen const& value, giac::unary_function_ptr const* function);
 /// Whether there is a root, which to the algebra system is a power.
 bool hasRoot(gen const& value);
+/// The derivative of the order, from 1.
+gen derived(gen const& value, gen const& variable, gen const& order, giac::context* context);
 /// With every operation of the function in the value changed.
 gen replaced(gen const& value, giac::unary_function_ptr const* function,
              std::function<gen(gen const& operation)> const& change);

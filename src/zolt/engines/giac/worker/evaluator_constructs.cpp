@@ -99,7 +99,7 @@ gen EvaluatorC::evaluateDerivative(PlaceS place) {
   gen const bound = names_.makeBound(variable);
   gen const body = evaluateWith(child(place, 0), variable, bound);
   if (isTruthValued(body) || isSet(body)) fail(CAS_CAUSE_WRONG_ARGUMENT, child(place, 0));
-  gen const derivative = order.val == 0 ? body : derive(body, bound, order, context_);
+  gen const derivative = order.val == 0 ? body : derived(body, bound, order, context_);
   gen const outside = outerValue(place, 1);
   // What is left to be derived is so by a variable.
   bool const isOpen = hasFunction(derivative, at_derive) && outside.type != _IDNT;
