@@ -54,6 +54,8 @@ const css = `
 }
 @media (forced-colors: active) {
   .panel button { border: 1px solid ButtonText }
+  /* Else the browser puts a plate of the page's colour below the text, and paints nothing else. */
+  .option[aria-selected=true], .palette .sizes .in, .keyboard .tabs button[aria-selected=true] { forced-color-adjust: none; background: Highlight; color: HighlightText }
 }
 `;
 
