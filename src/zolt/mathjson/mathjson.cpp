@@ -40,13 +40,14 @@ class EventsC {
   detail::JsonReaderC& reader_;
 };
 
-/// The place of a character that no JSON text has; the length when there is none.
+/// The place of a character that no JSON text has, or that the parser cannot read; the length when there is
+/// none.
 std::size_t findBadCharacter(wstring const& text) {
   std::size_t i = 0;
   while (i < text.size()) {
     std::size_t const begin = i;
     char32_t const c = oss::readCodePoint(text, i);
-    if (c == 0 || oss::isSurrogate(c)) return begin;
+    if (c == 0 || c == detail::not_read || oss::isSurrogate(c)) return begin;
   }
   return i;
 }

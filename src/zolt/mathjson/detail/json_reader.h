@@ -77,5 +77,8 @@ oss::PointerTC<math::algexpr::NodeABC> makeJsonFunction(
 
 /// What a character that JSON cannot have is written after: four hexadecimal digits follow.
 constexpr char16_t escape_mark = u'\uFFFE';
+/// What the parser takes for another character, since it is the mark of the end of 16-bit text. JSON's own
+/// escape carries it.
+constexpr char16_t not_read = u'\uFFFF';
 
 }  // namespace zolt::mathjson::detail

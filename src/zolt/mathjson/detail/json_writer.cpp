@@ -103,6 +103,10 @@ void JsonWriterC::writeName(std::u16string_view name) {
       for (int shift = 12; shift >= 0; shift -= 4) output_ += digits[(c >> shift) & 0xF];
       continue;
     }
+    if (c == not_read) {
+      output_ += u"\\uFFFF";
+      continue;
+    }
     if (c == u'"' || c == u'\\') output_ += u'\\';
     output_ += name.substr(begin, i - begin);
   }
