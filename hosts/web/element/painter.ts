@@ -14,9 +14,14 @@ export interface Transform {
 // The page's own text is for what the faces lack.
 const others = '"DejaVu Serif", "DejaVu Sans", "STIX Two Math", serif';
 
+/** For those who ask for more contrast. */
+const strongInks = [1, 0.75, 0.5] as const;
+const contrast = typeof matchMedia === 'function' ? matchMedia('(forced-colors: active), (prefers-contrast: more)') : null;
+
 class CanvasSurface implements Surface {
   readonly #fonts: string[] = [];
   #font = '';
+  readonly #inks = contrast?.matches ? strongInks : inks;
 
   constructor(readonly to: CanvasRenderingContext2D, readonly at: Transform, module: Module) {
     for (const { style, family } of facesOf(module)) this.#fonts.push(`${style} #px "${familyOf(family)}", "${family}", ${others}`);
@@ -42,12 +47,12 @@ class CanvasSurface implements Surface {
   }
   closePath(): void { this.to.closePath(); }
   fill(ink: number): void {
-    this.to.globalAlpha = inks[ink]!;
+    this.to.globalAlpha = this.#inks[ink]!;
     this.to.fill();
     this.to.globalAlpha = 1;
   }
   stroke(ink: number, thickness: number): void {
-    this.to.globalAlpha = inks[ink]!;
+    this.to.globalAlpha = this.#inks[ink]!;
     // A line thinner than a pixel would fade.
     this.to.lineWidth = Math.max(thickness, 1 / this.at.scale);
     this.to.stroke();
@@ -67,7 +72,7 @@ class CanvasSurface implements Surface {
     let left = Math.round((Math.min(x1, x2) - half) * scale + x), right = Math.round((Math.max(x1, x2) + half) * scale + x);
     let top = Math.round((Math.min(y1, y2) - half) * scale + y), bottom = Math.round((Math.max(y1, y2) + half) * scale + y);
     if (isFlat) bottom = top + thick; else right = left + thick;
-    this.to.globalAlpha = inks[ink]!;
+    this.to.globalAlpha = this.#inks[ink]!;
     this.to.setTransform(1, 0, 0, 1, 0, 0);
     this.to.fillRect(left, top, right - left, bottom - top);
     this.to.setTransform(scale, 0, 0, scale, x, y);
