@@ -122,6 +122,29 @@ TEST_F(BridgeTest, AFrameHasAllThatIsPainted) {
   EXPECT_GT(zolt_frame(field, 0, 0, 0, 0)[ZOLT_FRAME_WORDS], 2000);
 }
 
+TEST_F(BridgeTest, ChangesAreWhatAKeyHasChanged) {
+  set(u"sqrt(a)+sqrt(b)+sqrt(c)");
+  run(u"formula-end");
+  EXPECT_EQ(zolt_changes(field, 1, 0), nullptr);
+  int const whole = frameWord(ZOLT_FRAME_WORDS), edge = frameWord(ZOLT_FRAME_WIDTH);
+  ASSERT_NE(zolt_changes(field, 1, 0), nullptr);
+  EXPECT_LE(numbers(2)[0], 0);
+  EXPECT_GE(numbers(2)[1], edge);
+  EXPECT_EQ(zolt_changes(field, 1, 0), nullptr);
+  zolt_frame(field, 0, 0, 0, 0);
+  EXPECT_EQ(zolt_changes(field, 1, 0)[ZOLT_FRAME_WORDS], zolt_frame(field, 0, 0, 0, 0)[ZOLT_FRAME_LIST]);
+  EXPECT_GT(numbers(2)[0], numbers(2)[1]);
+  ASSERT_TRUE(type(u"+x"));
+  zolt_frame(field, 0, 0, 0, 0);
+  int const* const words = zolt_changes(field, 1, 0);
+  EXPECT_LT(words[ZOLT_FRAME_WORDS], whole / 2);
+  EXPECT_GT(numbers(2)[0], edge / 2);
+  run(u"select-all");
+  zolt_frame(field, 0, 0, 0, 0);
+  zolt_changes(field, 1, 0);
+  EXPECT_LE(numbers(2)[0], 0);
+}
+
 TEST_F(BridgeTest, CopiesGoFromFieldToField) {
   set(u"x^2+1");
   run(u"select-all");

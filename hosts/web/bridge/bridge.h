@@ -61,6 +61,11 @@ enum ZoltFlagE {
   ZOLT_FLAG_CAN_UNDO = 64,
   ZOLT_FLAG_CAN_REDO = 128
 };
+/* Of the frame that was asked for last, the words before the display list, and of the list what reaches into
+ * the part between two x that must be painted anew: that from `left` to `right` (none when right < left), and
+ * where list and bands differ from those of the call before. The numbers have both x; right < left: nothing
+ * is to be painted. Null also when no frame has been asked for since. */
+int32_t const* zolt_changes(int32_t field, int32_t left, int32_t right);
 /* What ZOLT_FRAME_REVISION says, and a number that is another one after every move of the caret or of the
  * anchor. Both cost nothing. */
 int32_t zolt_revision(int32_t field);

@@ -37,6 +37,12 @@ std::int32_t getFlags(FieldS const& field) {
   return flags;
 }
 
+std::vector<std::int32_t>& clear(FrameS& frame) {
+  frame.items.clear();
+  frame.words.assign(ZOLT_FRAME_HEAD, 0);
+  return frame.words;
+}
+
 std::int32_t const* finish(std::vector<std::int32_t>& words) {
   words[ZOLT_FRAME_WORDS] = toNumber(words.size());
   return words.data();
@@ -55,8 +61,7 @@ std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32
   // What is in a box is little, however large the formula is.
   if (!shown || !mayBegin(right > left ? 0 : shown->weight)) return nullptr;
   auto& formula = shown->field;
-  std::vector<std::int32_t>& words = shown->frame;
-  words.assign(ZOLT_FRAME_HEAD, 0);
+  std::vector<std::int32_t>& words = clear(shown->frame);
   appendSize(words, formula.crefView());
   words[ZOLT_FRAME_REVISION] = shown->revision;
   words[ZOLT_FRAME_HISTORY] = toNumber(formula.crefView().getHistoryPosition());
@@ -78,9 +83,35 @@ std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32
   words[ZOLT_FRAME_LIST] = toNumber(words.size());
   std::optional<RectangleS> clip;
   if (right > left) clip = RectangleS(left, top, right, bottom);
-  shown->surface->begin(words, clip);
+  shown->surface->begin(shown->frame, clip);
   formula.crefView().display(0, 0);
   shown->surface->end();
+  return finish(words);
+}
+
+std::int32_t const* zolt_changes(std::int32_t field, std::int32_t left, std::int32_t right) {
+  FieldS* const shown = module().find(field);
+  if (!shown || shown->frame.words.empty() || !mayBegin()) return nullptr;
+  FrameS& now = shown->frame;
+  SpanS span = {left, right};
+  addChanges(span, shown->handedOver, now);
+  std::vector<std::int32_t>& words = shown->changes;
+  words.clear();
+  auto const add = [&](std::int32_t const* begin, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) words.push_back(begin[i]);
+  };
+  add(now.words.data(), toCount(now.words[ZOLT_FRAME_LIST]));
+  // What the host paints is on whole pixels, which may be some units wide.
+  constexpr std::int64_t spare = 12;
+  for (std::size_t i = 0; span.left <= span.right && i < now.items.size(); ++i) {
+    ItemPlaceS const& item = now.items[i];
+    if (item.right < span.left - spare || item.left > span.right + spare) continue;
+    add(now.at(i), now.sizeOf(i));
+  }
+  now.words.swap(shown->handedOver.words);
+  now.items.swap(shown->handedOver.items);
+  now.words.clear();
+  buffers().answer({span.left, span.right});
   return finish(words);
 }
 
@@ -96,12 +127,11 @@ std::int32_t const* zolt_picture(std::int32_t length) {
   if (!mayBegin(toCount(length))) return nullptr;
   FieldS& scratch = module().refScratch();
   if (!scratch.field.setNotation(buffers().takeText(length))) return nullptr;
-  std::vector<std::int32_t>& words = scratch.frame;
-  words.assign(ZOLT_FRAME_HEAD, 0);
+  std::vector<std::int32_t>& words = clear(scratch.frame);
   auto const& view = scratch.field.crefView();
   appendSize(words, view);
   words[ZOLT_FRAME_BANDS] = words[ZOLT_FRAME_LIST] = toNumber(words.size());
-  scratch.surface->begin(words, std::nullopt);
+  scratch.surface->begin(scratch.frame, std::nullopt);
   // Without a caret, every empty place is shown.
   view.crefRoot().display(view.crefGraphics(), 0, 0, &view.crefRoot());
   scratch.surface->end();

@@ -33,7 +33,9 @@ struct FieldS {
   std::int32_t revision = 0;
   std::int32_t moves = 0;
   math::ved::SelectionS seen;  // only to be compared with, since its nodes may be gone
-  std::vector<std::int32_t> frame;
+  FrameS frame;
+  FrameS handedOver;  // the frame of the last call for changes
+  std::vector<std::int32_t> changes;
   unsigned long precision = 0;
   math::algexpr::NumberDisplayFormatE format = math::algexpr::NUMBER_FORMAT_AUTOMATIC;
   // What was set last, and what came of it, so that setting it once more costs nothing.

@@ -23,6 +23,14 @@ export const inks = [1, 0.45, 0.16] as const;
 
 const GLYPHS = 0, FILL = 1, STROKE = 2, RULE = 3;
 
+const letters = new Map<number, string>();
+
+function letterOf(code: number): string {
+  let letter = letters.get(code);
+  if (letter === undefined) letters.set(code, letter = String.fromCodePoint(code));
+  return letter;
+}
+
 function drawPath(words: Int32Array, floats: Float32Array, from: number, end: number, to: Surface): void {
   to.beginPath();
   for (let i = from; i < end; ) {
@@ -54,7 +62,7 @@ export function draw(frame: FrameWords, to: Surface): void {
       to.font(words[i + 1]!, floats[i + 2]!);
       const y = floats[i + 3]!;
       const end = i + 5 + 2 * words[i + 4]!;
-      for (i += 5; i < end; i += 2) to.glyph(String.fromCodePoint(words[i]!), floats[i + 1]!, y);
+      for (i += 5; i < end; i += 2) to.glyph(letterOf(words[i]!), floats[i + 1]!, y);
     } else if (kind === FILL) {
       const from = i + 3, end = from + words[i + 2]!;
       drawPath(words, floats, from, end, to);

@@ -27,9 +27,9 @@ export class FormValue {
   /** The formula, or what is asked of it, has changed. */
   touch(): void {
     this.#isStale = true;
-    this.#later.touch();
     // The browser keeps what is in a page that is left.
-    addEventListener('pagehide', this.#onLeave);
+    if (!this.#later.isWaiting) addEventListener('pagehide', this.#onLeave);
+    this.#later.touch();
   }
 
   /** The same where the formula is known to be complete or empty, as after a program has set it: forms are checked without asking. */

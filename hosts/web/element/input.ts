@@ -3,6 +3,7 @@
 
 import { scaleOf } from './dom.js';
 import { caretOf } from './frame.js';
+import { Later } from './later.js';
 import { commandsOf, type Owner } from './owner.js';
 
 const PAUSE = 400;  // ms, after which names are suggested
@@ -48,8 +49,8 @@ export class Input {
   #isComposing = false;
   /** Where the row's text and caret were when the control was told. */
   #told: { text: string; anchor: number; caret: number } | null = null;
-  #suggestion = 0;
-  #following = 0;
+  readonly #suggesting = new Later(() => this.#suggest(), PAUSE, 0);
+  readonly #following = new Later(() => this.follow(), REST, 0);
 
   constructor(owner: Owner) {
     this.#owner = owner;
@@ -124,7 +125,7 @@ export class Input {
   type(text: string, inputType = 'insertText'): void {
     if (!text || this.#owner.isLocked) return;
     this.#owner.act(inputType, text, (handle) => handle.type(text));
-    this.#suggestLater();
+    this.#suggesting.touch();
   }
 
   /** What a keyboard has changed in the control without asking first. */
@@ -192,8 +193,8 @@ export class Input {
   /** Ends what is being composed when the focus goes. */
   end(): void {
     document.removeEventListener('selectionchange', this.#selected);
-    clearTimeout(this.#suggestion);
-    clearTimeout(this.#following);
+    this.#suggesting.stop();
+    this.#following.stop();
     this.#isComposing = false;
     this.#control.value = '';
     this.#told = null;
@@ -203,8 +204,7 @@ export class Input {
 
   onPaint(isSame: boolean): void {
     if (this.#isComposing || (isSame && (this.#told || !this.tellsRow))) return;
-    clearTimeout(this.#following);
-    this.#following = window.setTimeout(() => this.follow(), REST);
+    this.#following.touch();
     if (this.tellsRow && this.#owner.hasFocus) this.#tell();
   }
 
@@ -231,10 +231,7 @@ export class Input {
     this.#control.style.height = `${Math.min(box.height, height) / scale}px`;
   }
 
-  #suggestLater(): void {
-    clearTimeout(this.#suggestion);
-    this.#suggestion = window.setTimeout(() => {
-      if (this.#owner.hasFocus && !this.#isComposing && this.#owner.handle?.suggest()) this.#owner.refresh();
-    }, PAUSE);
+  #suggest(): void {
+    if (this.#owner.hasFocus && !this.#isComposing && this.#owner.handle?.suggest()) this.#owner.refresh();
   }
 }

@@ -6,6 +6,7 @@ export class Later {
   readonly #rest: number;
   readonly #share: number;
   #timer = 0;
+  #due = 0;
   #cost = 0;
 
   /** `rest` in ms, at least; of the time, it takes one part in `share` at most. */
@@ -15,10 +16,18 @@ export class Later {
     this.#share = share;
   }
 
-  /** There is something to do. */
+  /** There is something to do. A timer that runs already goes on, since a new one with every key costs more. */
   touch(): void {
-    this.stop();
-    this.#timer = window.setTimeout(() => this.now(), Math.max(this.#rest, this.#share * this.#cost));
+    const pause = Math.max(this.#rest, this.#share * this.#cost);
+    this.#due = performance.now() + pause;
+    if (this.#timer === 0) this.#wait(pause);
+  }
+
+  #wait(pause: number): void {
+    this.#timer = window.setTimeout(() => {
+      const left = this.#due - performance.now();
+      if (left > 1) this.#wait(left); else this.now();
+    }, pause);
   }
 
   now(): void {

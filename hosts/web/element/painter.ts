@@ -18,20 +18,34 @@ const others = '"DejaVu Serif", "DejaVu Sans", "STIX Two Math", serif';
 const strongInks = [1, 0.75, 0.5] as const;
 const contrast = typeof matchMedia === 'function' ? matchMedia('(forced-colors: active), (prefers-contrast: more)') : null;
 
+// A canvas knows texts that are there already; new ones it must read.
+const fonts = new WeakMap<Module, Map<number, string>[]>();
+
+function fontsOf(module: Module): Map<number, string>[] {
+  let all = fonts.get(module);
+  if (!all) fonts.set(module, all = facesOf(module).map(() => new Map()));
+  return all;
+}
+
 class CanvasSurface implements Surface {
-  readonly #fonts: string[] = [];
+  readonly #fonts: Map<number, string>[];
   #font = '';
   readonly #inks = contrast?.matches ? strongInks : inks;
 
-  constructor(readonly to: CanvasRenderingContext2D, readonly at: Transform, module: Module) {
-    for (const { style, family } of facesOf(module)) this.#fonts.push(`${style} #px "${familyOf(family)}", "${family}", ${others}`);
+  constructor(readonly to: CanvasRenderingContext2D, readonly at: Transform, readonly module: Module) {
+    this.#fonts = fontsOf(module);
     to.setTransform(at.scale, 0, 0, at.scale, at.x, at.y);
     to.lineCap = to.lineJoin = 'round';
     to.fontKerning = 'none';
   }
 
   font(face: number, em: number): void {
-    const font = this.#fonts[face]!.replace('#', String(em));
+    const sizes = this.#fonts[face]!;
+    let font = sizes.get(em);
+    if (font === undefined) {
+      const { style, family } = facesOf(this.module)[face]!;
+      sizes.set(em, font = `${style} ${em}px "${familyOf(family)}", "${family}", ${others}`);
+    }
     if (font !== this.#font) this.to.font = this.#font = font;
   }
   glyph(text: string, x: number, y: number): void { this.to.fillText(text, x, y); }

@@ -4,6 +4,7 @@ import { scaleOf } from './dom.js';
 import {
   anchorOf, bandsOf, baselineOf, caretOf, composedOf, Flag, has, heightOf, revealOf, widthOf, type Box, type FrameWords,
 } from './frame.js';
+import { Later } from './later.js';
 import type { Owner, Shown } from './owner.js';
 import { fillBox, paintFrame, type Transform } from './painter.js';
 import { inNextFrame, paintWith } from './shared.js';
@@ -16,6 +17,9 @@ const PRINTED = 4;
 /** In CSS pixels. */
 const REVEAL = 12, FADE = 24, SLACK = 96, LEAP = 80, STEP = 128;
 const STRIPS = 12;
+const Side = { left: 1, right: 2, top: 4, bottom: 8 } as const;
+/** In units, beyond everything. */
+const ALL = 2 ** 30;
 
 /** What is painted with, by the style of the page. */
 interface Style {
@@ -58,10 +62,8 @@ export class View implements Shown {
   drop: Box | null = null;
   readonly #owner: Owner;
   #style: Style | null = null;
-  #sight: FrameWords | null = null;
   #isCaretOn = true;
   #isPrinting = false;
-  #blinking = 0;
   #stop: (() => void) | null = null;
   readonly #sizes: ResizeObserver;
   // In CSS pixels.
@@ -71,12 +73,17 @@ export class View implements Shown {
   #offset = { x: 0, y: 0 };
   #rows = 0;
   #ratio = 0;
+  #context: CanvasRenderingContext2D | null = null;
+  /** All that the canvas shows besides the display list; null: it must be painted as a whole. */
+  #painted: readonly unknown[] | null = null;
+  #marks: Box | null = null;
 
   constructor(owner: Owner) {
     this.#owner = owner;
     const { scroller, canvas, em } = owner.parts;
     scroller.addEventListener('scroll', () => this.paintSoon(), { passive: true });
     canvas.addEventListener('transitionend', () => this.restyle());
+    canvas.addEventListener('contextrestored', () => this.restyle());
     this.#sizes = new ResizeObserver((entries) => {
       if (entries.some(({ target }) => target === em)) this.#style = null;
       const { clientWidth: width, clientHeight: height } = scroller;
@@ -109,7 +116,7 @@ export class View implements Shown {
   }
 
   restyle(): void {
-    this.#style = null;
+    this.#style = this.#painted = null;
     this.paintSoon();
   }
 
@@ -126,15 +133,15 @@ export class View implements Shown {
 
   /** Shows the caret for a while, and then on and off. */
   blink(on: boolean): void {
-    clearInterval(this.#blinking);
-    this.#blinking = 0;
     this.#isCaretOn = true;
-    if (!on || still?.matches) return;
-    this.#blinking = window.setInterval(() => {
-      this.#isCaretOn = !this.#isCaretOn;
-      this.paintSoon();
-    }, BLINK);
+    if (on && !still?.matches) this.#blinking.touch(); else this.#blinking.stop();
   }
+
+  readonly #blinking = new Later(() => {
+    this.#isCaretOn = !this.#isCaretOn;
+    this.paintSoon();
+    this.#blinking.touch();
+  }, BLINK, 0);
 
   // ---- Where things are
 
@@ -190,9 +197,7 @@ export class View implements Shown {
     const isBeyond = this.#offset.x + (clip[2] * unit) < width || this.#offset.y + clip[3] * unit < height;
     // What has come into sight was not asked for.
     if (isMoved || isBeyond) frame = this.#getSeen(unit) ?? frame;
-    this.#sight = frame;
-    this.#draw(frame);
-    this.onpaint(frame);
+    this.onpaint(this.#draw(frame));
   }
 
   /** Gives the formula its room. */
@@ -231,8 +236,9 @@ export class View implements Shown {
     return true;
   }
 
-  #draw(frame: FrameWords): void {
-    const { handle, parts: { canvas } } = this.#owner;
+  /** Paints what has changed since it was painted last; returns the frame with what is painted of it. */
+  #draw(frame: FrameWords): FrameWords {
+    const { handle, hasFocus, parts: { canvas } } = this.#owner;
     const density = devicePixelRatio * this.#styles.zoom;
     const ratio = this.#ratio = this.#isPrinting ? Math.max(PRINTED, density) : density;
     const width = Math.ceil(this.#area.width * ratio), height = Math.ceil(this.#area.height * ratio);
@@ -240,24 +246,79 @@ export class View implements Shown {
     if (width > canvas.width || height > canvas.height || canvas.width > 2 * width + 256 || canvas.height > 2 * height + 256) {
       canvas.width = Math.ceil(width / 128) * 128;
       canvas.height = Math.ceil(height / 32) * 32;
+      this.#painted = null;
     }
     const cssWidth = `${canvas.width / ratio}px`, cssHeight = `${canvas.height / ratio}px`;
     if (canvas.style.width !== cssWidth) canvas.style.width = cssWidth;
     if (canvas.style.height !== cssHeight) canvas.style.height = cssHeight;
     // Little is painted at a time, for which handing it to the graphics processor costs more than it saves.
-    const shown = canvas.getContext('2d', { willReadFrequently: true });
-    if (!shown || !handle) return;
-    // Fonts of a canvas of the page ask for its style, which must not be while it is printed.
-    const beside = this.#isPrinting ? new OffscreenCanvas(canvas.width, canvas.height) : null;
-    const context = beside?.getContext('2d') as unknown as CanvasRenderingContext2D | null ?? shown;
-    context.setTransform(1, 0, 0, 1, 0, 0);
-    context.clearRect(0, 0, canvas.width, canvas.height);
+    const shown = this.#context ??= canvas.getContext('2d', { willReadFrequently: true });
+    if (!shown || !handle) return frame;
     const at: Transform = {
       scale: this.#unit * ratio, x: Math.round(this.#offset.x * ratio), y: Math.round(this.#offset.y * ratio),
     };
-    this.paintOn(context, at, frame, handle.module, this.#owner.hasFocus && !this.#isPrinting);
-    this.#fade(context, width, height, ratio);
-    if (beside) shown.drawImage(beside, 0, 0);
+    const fades = this.#findFades();
+    const composes = has(frame, Flag.composes);
+    const painted = [composes, at.scale, at.x, at.y, width, height, hasFocus, this.#isPrinting, this.#styles, this.fault, fades];
+    const isWhole = !this.#painted?.every((one, i) => one === painted[i]);
+    const marks = this.#findMarks(frame, at, hasFocus && !this.#isPrinting);
+    const [from, to] = isWhole ? [-ALL, ALL] : this.#compareMarks(marks, composes);
+    const changes = handle.changes(from, to);
+    if (!changes) {
+      this.#painted = null;
+      return frame;
+    }
+    this.#painted = painted;
+    this.#marks = marks;
+    if (changes.left > changes.right) return changes.frame;
+    // What is drawn smoothly is a little wider than it is.
+    const left = isWhole ? 0 : Math.floor(changes.left * at.scale + at.x) - 2;
+    const right = isWhole ? canvas.width : Math.ceil(changes.right * at.scale + at.x) + 2;
+    // Fonts of a canvas of the page ask for its style, which must not be while it is printed.
+    const beside = this.#isPrinting ? new OffscreenCanvas(canvas.width, canvas.height) : null;
+    const context = beside?.getContext('2d') as unknown as CanvasRenderingContext2D | null ?? shown;
+    context.save();
+    context.setTransform(1, 0, 0, 1, 0, 0);
+    context.clearRect(left, 0, right - left, canvas.height);
+    if (!isWhole) {
+      context.beginPath();
+      context.rect(left, 0, right - left, canvas.height);
+      context.clip();
+    }
+    this.paintOn(context, at, changes.frame, handle.module, hasFocus && !this.#isPrinting);
+    const reach = FADE * ratio;
+    const isFading = fades & ((left < reach ? Side.left : 0) | (right > width - reach ? Side.right : 0) | Side.top | Side.bottom);
+    if (isFading) this.#fade(context, isFading, width, height, reach);
+    context.restore();
+    if (beside) {
+      shown.clearRect(0, 0, canvas.width, canvas.height);
+      shown.drawImage(beside, 0, 0);
+    }
+    return changes.frame;
+  }
+
+  /** Where the caret is painted, and what is being composed is underlined; null: neither is. */
+  #findMarks(frame: FrameWords, at: Transform, hasFocus: boolean): Box | null {
+    const caret = this.#findCaret(frame, hasFocus), composed = has(frame, Flag.composes) ? composedOf(frame) : null;
+    const one = caret ?? composed;
+    if (!one) return null;
+    const other = composed ?? one;
+    // The caret is wider than its box, and what is beside it is paled.
+    const spare = CARET * 12 + 2 + 2 / at.scale;
+    return [Math.floor(Math.min(one[0], other[0]) - spare), one[1], Math.ceil(Math.max(one[2], other[2]) + spare), one[3]];
+  }
+
+  /** From where to where the marks are to be painted anew. */
+  #compareMarks(now: Box | null, composes: boolean): [number, number] {
+    const before = this.#marks;
+    if (!before || !now) return before ? [before[0], before[2]] : now ? [now[0], now[2]] : [1, 0];
+    if (!composes && now.every((edge, i) => edge === before[i])) return [1, 0];
+    return [Math.min(before[0], now[0]), Math.max(before[2], now[2])];
+  }
+
+  #findCaret(frame: FrameWords, hasFocus: boolean): Box | null {
+    const isSeen = hasFocus && this.#isCaretOn && !this.#owner.isLocked && !has(frame, Flag.selected);
+    return this.drop ?? (isSeen ? caretOf(frame) : null);
   }
 
   /** Paints what is in the frame, also for the magnifier. */
@@ -286,8 +347,7 @@ export class View implements Shown {
       const [left, , right, bottom] = composedOf(frame);
       fillBox(context, at, left, bottom, right, bottom + 0.7);
     }
-    const isCaretSeen = hasFocus && this.#isCaretOn && !this.#owner.isLocked && !has(frame, Flag.selected);
-    const caret = this.drop ?? (isCaretSeen ? caretOf(frame) : null);
+    const caret = this.#findCaret(frame, hasFocus);
     if (caret) {
       const middle = (caret[0] + caret[2]) / 2, half = Math.max(CARET * 12, 1.4 * devicePixelRatio / at.scale) / 2;
       // Letters are paled beside it, so that it cannot be taken for a stroke of theirs.
@@ -302,11 +362,17 @@ export class View implements Shown {
     }
   }
 
-  /** Shows that the formula goes on. */
-  #fade(context: CanvasRenderingContext2D, width: number, height: number, ratio: number): void {
-    const { scrollLeft, scrollTop } = this.#owner.parts.scroller;
+  /** At which sides the formula goes on. */
+  #findFades(): number {
     const beyondX = this.#content.width - this.#area.width, beyondY = this.#content.height - this.#area.height;
-    const reach = FADE * ratio;
+    if (beyondX <= 1 && beyondY <= 1) return 0;
+    const { scrollLeft: x, scrollTop: y } = this.#owner.parts.scroller;
+    return (beyondX > 1 && x > 1 ? Side.left : 0) | (beyondX > 1 && x < beyondX - 1 ? Side.right : 0) |
+      (beyondY > 1 && y > 1 ? Side.top : 0) | (beyondY > 1 && y < beyondY - 1 ? Side.bottom : 0);
+  }
+
+  /** Shows that the formula goes on. */
+  #fade(context: CanvasRenderingContext2D, sides: number, width: number, height: number, reach: number): void {
     // In strips, which cost less than a gradient.
     const fadeOut = (x: number, y: number, across: number, down: number) => {
       for (let i = 0; i < STRIPS; ++i) {
@@ -319,10 +385,10 @@ export class View implements Shown {
     context.setTransform(1, 0, 0, 1, 0, 0);
     context.fillStyle = '#000';
     context.globalCompositeOperation = 'destination-out';
-    if (beyondX > 1 && scrollLeft > 1) fadeOut(0, 0, 1, 0);
-    if (beyondX > 1 && scrollLeft < beyondX - 1) fadeOut(width, 0, -1, 0);
-    if (beyondY > 1 && scrollTop > 1) fadeOut(0, 0, 0, 1);
-    if (beyondY > 1 && scrollTop < beyondY - 1) fadeOut(0, height, 0, -1);
+    if (sides & Side.left) fadeOut(0, 0, 1, 0);
+    if (sides & Side.right) fadeOut(width, 0, -1, 0);
+    if (sides & Side.top) fadeOut(0, 0, 0, 1);
+    if (sides & Side.bottom) fadeOut(0, height, 0, -1);
     context.globalAlpha = 1;
     context.globalCompositeOperation = 'source-over';
   }
@@ -341,5 +407,4 @@ export class View implements Shown {
     return frame ? { caret: caretOf(frame), anchor: anchorOf(frame) } : null;
   }
   get scale(): number { return this.#unit; }
-  get sight(): FrameWords | null { return this.#sight; }
 }

@@ -214,6 +214,14 @@ export class FormulaHandle {
     return /** @type {FrameWords} */ (this.module.frameAt(this.module.calls.zolt_frame(this.number, left, top, right, bottom)));
   }
 
+  /** Of the last frame what is to be painted anew, `from` one x `to` another at least, as `zolt_changes` says; null: there is no new frame. */
+  changes(/** @type {number} */ from, /** @type {number} */ to) {
+    const frame = this.module.frameAt(this.module.calls.zolt_changes(this.number, from, to));
+    if (!frame) return null;
+    const [left, right] = /** @type {[number, number]} */ (this.module.numbers(2));
+    return { frame, left, right };
+  }
+
   /** Another number after every change of the formula. @returns {number} */
   get revision() { return this.module.calls.zolt_revision(this.number); }
   /** Another number after every move of the caret or of the anchor. @returns {number} */

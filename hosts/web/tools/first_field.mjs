@@ -9,6 +9,7 @@ export function useFirstField(module) {
   const field = /** @type {import("../module/zolt_module.mjs").FormulaHandle} */ (module.open());
   const look = () => {
     field.frame(0, 0, 400, 100);
+    field.changes(1, 0);
     return field.revision + field.moves;
   };
   look();

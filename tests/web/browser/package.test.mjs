@@ -12,10 +12,10 @@ const source = process.env.ZOLT_WEB_PACKAGE;
 const web = new URL('../../../hosts/web/', import.meta.url).pathname;
 const esbuild = createRequire(`${web}package.json`)('esbuild');
 
-test('what a first empty field loads is less than 128 KB', () => {
+test('what a first empty field loads is less than 130 KB', () => {
   const files = ['zolt-formula.js', 'zolt_first.wasm', 'fonts/KaTeX_Main-Regular-frequent.woff2', 'fonts/KaTeX_Math-Italic-frequent.woff2'];
   const sizes = files.map((file) => gzipSync(readFileSync(join(source, 'dist', file)), { level: 9 }).length);
-  assert.ok(sizes.reduce((sum, size) => sum + size) < 128000, sizes.join(' + '));
+  assert.ok(sizes.reduce((sum, size) => sum + size) < 130000, sizes.join(' + '));
 });
 
 test('the package is packed, installed, bundled with its types, and imported by a server', { timeout: 120000 }, async () => {
