@@ -84,6 +84,7 @@ TEST_F(SheetStage, showsWhatSaysMoreThanTheFormula) {
       {"x+x", "= 2*x"},
       {"b^2-4*a*c", ""},
       {"1/(1+x)", ""},
+      {"x/(a/(b+c))", "= x*(b+c)/a"},
       {"[1,2;3,4]*[x;y]", "= [x+2*y;3*x+4*y]"},
       {"diff(x^3,x)", "= 3*x^2"},
       {"x^2+y^2=r^2", ""},

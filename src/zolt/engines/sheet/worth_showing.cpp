@@ -22,6 +22,7 @@ struct GistS {
   unsigned long minuses = 0;
   unsigned long symbols = 0;
   unsigned long leaves = 0;
+  bool hasNested = false;  ///< whether there are quotients in quotients
 };
 
 bool isBracket(wstring const& name) { return name == u"_quietpos" || name == u"_pos"; }
@@ -33,15 +34,22 @@ bool isArithmetic(wstring const& name) {
 
 GistS findGist(PointerTC<NodeABC> const& root) {
   GistS gist;
-  std::vector<NodeABC const*> waiting{root.get()};
+  struct PlaceS {
+    NodeABC const* node;
+    bool isInQuotient;
+  };
+  std::vector<PlaceS> waiting{{root.get(), false}};
   while (!waiting.empty()) {
-    NodeABC const& node = *waiting.back();
+    NodeABC const& node = *waiting.back().node;
+    bool const isAround = waiting.back().isInQuotient;
     waiting.pop_back();
     ParentNodeABC const* const parent = node.asParent();
-    for (unsigned long i = parent ? parent->numChildren() : 0; i > 0; --i) {
-      waiting.push_back(&parent->child(i - 1));
-    }
     wstring const& name = node.crefName();
+    bool const isQuotient = parent && name == u"/";
+    if (isQuotient && isAround) gist.hasNested = true;
+    for (unsigned long i = parent ? parent->numChildren() : 0; i > 0; --i) {
+      waiting.push_back({&parent->child(i - 1), isQuotient || isAround});
+    }
     if (parent && isBracket(name)) continue;
     // A minus is where the writer of a fraction puts it.
     bool const isNegative = !parent && makeNumber(name) && name[0] == math::common::minus_sign;
@@ -65,6 +73,7 @@ bool saysMore(NodeABC const& formula, CASResultS const& result, bool usesDefinit
   if (asked.parts == found.parts && asked.minuses == found.minuses) return false;
   if (usesDefinitions || found.symbols == 0 || found.symbols < asked.symbols) return true;
   if (found.symbols == asked.symbols && found.leaves < asked.leaves) return true;
+  if (asked.hasNested && !found.hasNested) return true;
   return !std::includes(found.functions.begin(), found.functions.end(), asked.functions.begin(),
                         asked.functions.end());
 }

@@ -113,6 +113,9 @@ class FormC {
           std::find_if(terms.begin(), terms.end(), [](auto const& term) { return !term.isNegative; });
       if (first != terms.end()) std::rotate(terms.begin(), first, first + 1);
     }
+    // A root comes after what is beside it: −b−√(b²−4ac).
+    bool const isBoth = terms.size() == 2 && terms[0].isNegative && terms[1].isNegative;
+    if (isBoth && hasCall(*terms[0].size) && !hasCall(*terms[1].size)) std::swap(terms[0], terms[1]);
     // Nor does a number, unless what comes next would begin with a minus.
     // Among constants it does: 1+√5.
     if (terms.size() == 2 && !terms[1].isNegative && isNumber(*terms[1].size) && isConstant(*terms[0].size)) {
@@ -271,6 +274,24 @@ class FormC {
                                        : makeFunction(u"log", {argument, base});
   }
 
+  // 2^(n+1)/2 is 2^n.
+  static void lowerExponent(ProductS& product) {
+    for (auto below = product.below.begin(); below != product.below.end(); ++below) {
+      auto const above = std::find_if(product.above.begin(), product.above.end(), [&](NodeP const& factor) {
+        if (!isNumber(**below) || !isCall(*factor, u"^", 2)) return false;
+        NodeABC const &base = factor->asParent()->child(0), &exponent = factor->asParent()->child(1);
+        return isNumber(base) && base.crefName() == (*below)->crefName() && isCall(exponent, u"+", 2) &&
+               isOne(exponent.asParent()->child(1));
+      });
+      if (above == product.above.end()) continue;
+      ParentNodeABC const& power = *(*above)->asParent();
+      NodeP const base = power.childPointer(0), exponent = power.child(1).asParent()->childPointer(0);
+      *above = makeOperation(u"^", {base, exponent});
+      product.below.erase(below);
+      return;
+    }
+  }
+
   // Of what is written already.
   static std::vector<NodeP> listFactors(NodeP const& product) {
     std::vector<NodeP> factors;
@@ -308,6 +329,7 @@ class FormC {
     collectFactors(node, false, product);
     if (!product.isFine) return {};
     joinLogarithms(product);
+    lowerExponent(product);
     joinRoots(product.above);
     joinRoots(product.below);
     for (auto* const side : {&product.above, &product.below}) {
