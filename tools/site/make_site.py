@@ -86,6 +86,8 @@ def body_of(path, package):
     # What says which file a code block is part of is for a checker.
     text = re.sub(r"^```cpp \S+$", "```cpp", text, flags=re.MULTILINE)
     made = markdown.markdown(text, extensions=["tables", "fenced_code", "toc", "sane_lists"])
+    # A table that needs no words above its columns has no headers.
+    made = made.replace("<th></th>", "<td></td>")
     made = re.sub(r'(<a href=")([^"]*)"', lambda m: m.group(1) + html.escape(link(html.unescape(m.group(2)), path)) + '"', made)
     return re.sub(r'(<img [^>]*src=")([^"]*)"', lambda m: m.group(1) + link(m.group(2), path) + '"', made)
 

@@ -1,3 +1,6 @@
+// What is wider than the page is scrolled by keys as well.
+for (const wide of document.querySelectorAll("pre, table")) if (wide.scrollWidth > wide.clientWidth) wide.tabIndex = 0;
+
 // The field of a page: what is edited shows as text, what is typed as text shows as a formula, and examples go there on a click.
 const player = document.querySelector(".player");
 if (player) play(player);
