@@ -3,6 +3,7 @@
 import { Form } from '../module/zolt_module.mjs';
 import { Later } from './later.js';
 import type { Fault, Owner } from './owner.js';
+import { whenWhole } from './shared.js';
 import { loaded } from './shared.js';
 
 export interface FormSide extends Owner {
@@ -18,7 +19,7 @@ export interface FormSide extends Owner {
 export class FormValue {
   readonly #owner: FormSide;
   #isStale = true;
-  readonly #later = new Later(() => this.update(), 300, 50);
+  readonly #later = new Later(() => whenWhole(() => this.update()), 300, 50);
   #form: HTMLFormElement | null = null;
   #custom = '';
 

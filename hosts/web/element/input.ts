@@ -5,6 +5,7 @@ import { scaleOf } from './dom.js';
 import { caretOf } from './frame.js';
 import { Later } from './later.js';
 import { commandsOf, type Owner } from './owner.js';
+import { whenWhole } from './shared.js';
 
 const PAUSE = 400;  // ms, after which names are suggested
 const REST = 1000;  // ms, after which the control follows the caret
@@ -49,7 +50,7 @@ export class Input {
   #isComposing = false;
   /** Where the row's text and caret were when the control was told. */
   #told: { text: string; anchor: number; caret: number } | null = null;
-  readonly #suggesting = new Later(() => this.#suggest(), PAUSE, 0);
+  readonly #suggesting = new Later(() => whenWhole(() => this.#suggest()), PAUSE, 0);
   readonly #following = new Later(() => this.follow(), REST, 0);
 
   constructor(owner: Owner) {

@@ -41,6 +41,12 @@ export async function loadWhole(): Promise<Module> {
 /** A folder beside the script. Bundlers take an address that is written out for a file, and fail where it is none. */
 const beside = (folder: string) => new URL(folder, import.meta.url);
 
+/** Does what takes the second file when that is there: calling into it before makes the page wait. */
+export function whenWhole(act: () => void): void {
+  if (!module?.rest || module.rest.isThere) act();
+  else module.rest.load().then(act, () => undefined);
+}
+
 async function start(sources: Sources): Promise<Module> {
   const from = sources.module ?? new URL('./zolt_first.wasm', import.meta.url);
   rest = sources.module ? null : new RestOfModule(new URL('./zolt_rest.wasm', import.meta.url));

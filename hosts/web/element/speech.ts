@@ -6,6 +6,7 @@ import { setAttribute } from './dom.js';
 import { Later } from './later.js';
 import { buildMathml } from './mathml.js';
 import type { FormSide } from './form.js';
+import { whenWhole } from './shared.js';
 
 /** Longer ones take a page as long as they take a reader; they are there in words. */
 const MOST = 50_000;
@@ -13,8 +14,8 @@ const MOST = 50_000;
 export class Speech {
   readonly #owner: FormSide;
   #shown: string | null = null;
-  readonly #telling = new Later(() => this.#tell(), 120, 20);
-  readonly #showing = new Later(() => this.#showMathml(), 1000, 50);
+  readonly #telling = new Later(() => whenWhole(() => this.#tell()), 120, 20);
+  readonly #showing = new Later(() => whenWhole(() => this.#showMathml()), 1000, 50);
 
   constructor(owner: FormSide) { this.#owner = owner; }
 
@@ -37,10 +38,12 @@ export class Speech {
 
   /** The field has the focus: it says what is in it. */
   listen(): void {
-    const { handle, parts } = this.#owner;
-    if (!handle) return;
-    handle.announce();
-    setAttribute(parts.input, 'aria-description', handle.get(Form.words) || 'empty');
+    whenWhole(() => {
+      const { handle, hasFocus, parts } = this.#owner;
+      if (!handle || !hasFocus) return;
+      handle.announce();
+      setAttribute(parts.input, 'aria-description', handle.get(Form.words) || 'empty');
+    });
   }
 
   /** The focus goes. */

@@ -271,3 +271,19 @@ withPage('a field is restored with its form, and goes to another window', '<form
   });
   assert.deepEqual(shown, ['relative', 'fixed']);
 });
+
+withPage('a field that is given the focus at once does not make the page wait for the rest of the module',
+  '<zolt-formula id="f" aria-label="F" autofocus></zolt-formula>', async (page) => {
+    const waits = [];
+    await page.route('**/zolt_rest.wasm', async (route) => {
+      if (route.request().resourceType() === 'xhr') waits.push(route.request().url());
+      await new Promise((settle) => setTimeout(settle, 1000));
+      await route.continue();
+    });
+    await page.reload();
+    await page.evaluate(() => document.getElementById('f').ready);
+    await page.focus('#f');
+    await page.keyboard.type('x');
+    await page.waitForFunction(() => document.getElementById('f').parts.input.getAttribute('aria-description'));
+    assert.deepEqual(waits, []);
+  });
