@@ -501,12 +501,15 @@ class DesktopTest final : public QObject {
     QProcess reader;
     reader.start(QStringLiteral(PDFTOTEXT), {QStringLiteral("-"), QStringLiteral("-")});
     // The letters "ff" must not be copied as one sign.
-    reader.write(
-        exporter.exportSheet({formulaLine("=(/(off,2),sqrt(_PI))"), incomplete}, PictureFormat::Pdf, {}));
+    Sheet const sheet{formulaLine("=(/(off,2),sqrt(_PI))"), incomplete, formulaLine(wide.constData())};
+    reader.write(exporter.exportSheet(sheet, PictureFormat::Pdf, {}));
     reader.closeWriteChannel();
     QVERIFY(reader.waitForFinished());
     QCOMPARE(QString::fromUtf8(reader.readAll()).simplified(),
-             QStringLiteral("off/2 = sqrt(pi) (1) v=s/ (2)"));
+             QStringLiteral("off/2 = sqrt(pi) (1) v=s/ (2) x") + QStringLiteral("+x").repeated(80) +
+                 QStringLiteral(" (3)"));
+    QByteArray wide = "x";
+    for (int i = 0; i < 80; ++i) wide = "+(" + wide + ",x)";
   }
 
   void recordingsReplay() {

@@ -329,7 +329,8 @@ QByteArray Exporter::exportFormula(SheetLine const& line, PictureFormat format) 
   writer.setPageMargins({});
   QPainter painter(&writer);
   qreal const scale = writer.resolution() / 72.0 * zoom;
-  picture->paint(painter, QPointF(single_margin, single_margin) * scale, scale, Qt::black, qt::PAINT_PAPER);
+  picture->paint(painter, QPointF(single_margin, single_margin) * scale, scale, Qt::black,
+                 qt::PAINT_PAPER_WITH_TEXT);
   painter.end();
   return bytes;
 }
@@ -350,7 +351,7 @@ bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resoluti
       if (!device.newPage()) return false;
       y = 0;
     }
-    PageFlow::paint(block, painter, {0, y}, qt::PAINT_PAPER);
+    PageFlow::paint(block, painter, {0, y}, qt::PAINT_PAPER_WITH_TEXT);
     y += block.height + flow.gapAfter(i);
   }
   return painter.end();

@@ -68,9 +68,10 @@ void writeUnseen(QPainter& painter, QString const& text, QSizeF area, qreal base
   QFont font;
   font.setPixelSize(surfaces::getFontSize(0).em);
   font.setHintingPreference(QFont::PreferNoHinting);
-  // Spaced letters make no ligatures, which would be copied as one character.
-  font.setLetterSpacing(QFont::AbsoluteSpacing, 0.125);
-  qreal const width = QFontMetricsF(font).horizontalAdvance(text);
+  // Spaced letters, even by as little as there is, make no ligatures, which would be copied as one character.
+  // The device counts the space in its own dots.
+  font.setLetterSpacing(QFont::AbsoluteSpacing, 1.0 / 64);
+  qreal const width = QFontMetricsF(font, painter.device()).horizontalAdvance(text);
   if (!(width > 0)) return;
   painter.setFont(font);
   painter.setPen(QColor(0, 0, 0, 0));
@@ -156,7 +157,7 @@ void FormulaPicture::paint(QPainter& painter, QPointF topLeft, qreal zoom, QColo
   graphics_->begin(painter, colour, target);
   draw();
   graphics_->end();
-  if (painter.paintEngine()->type() == QPaintEngine::Pdf) {
+  if (target == PAINT_PAPER_WITH_TEXT && painter.paintEngine()->type() == QPaintEngine::Pdf) {
     QString const text = toQString(field_->copy(field_->crefView().getWhole()).plainText);
     writeUnseen(painter, text, size(), field_->refView().getBaseline());
   }

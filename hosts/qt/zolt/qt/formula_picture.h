@@ -46,7 +46,6 @@ class FormulaPicture final {
   /// How far below the top the axis is, on which the signs beside the formula are centred.
   int axis() const;
   /// Paints the formula with its top-left corner at `topLeft`, at `zoom` painter units per surface unit.
-  /// In a PDF its plain text is over it, unseen, so that it can be copied and searched for.
   void paint(QPainter& painter, QPointF topLeft, qreal zoom, QColor const& colour,
              PaintTargetE target = PAINT_PIXELS) const;
 

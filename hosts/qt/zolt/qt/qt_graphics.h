@@ -17,7 +17,10 @@ namespace zolt::qt {
 /// The kind of target that a painter paints on.
 enum PaintTargetE {
   PAINT_PIXELS = 0,  ///< widgets and images: bars and other straight strokes are aligned with the pixels
-  PAINT_PAPER = 1    ///< printers, PDF, SVG
+  PAINT_PAPER = 1,   ///< printers, PDF, SVG
+  /// The same, and the plain text of a `FormulaPicture` is over it, unseen, to be copied and searched for.
+  /// For printers and PDF other than PDF/A-1, which has no transparent text.
+  PAINT_PAPER_WITH_TEXT = 2
 };
 
 /// The textbook look on a `QPainter`. One unit of the surface is one unit of the painter's coordinates: scale
