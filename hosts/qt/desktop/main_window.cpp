@@ -278,17 +278,19 @@ void MainWindow::setDecimalComma(bool decimalComma) {
 
 // A rule is not kept beyond the window: one that somebody has forgotten would only seem to be broken keys.
 void MainWindow::askAllowedFormulas() {
-  QString rules = view_->allowedFormulas();
-  QString note;
-  do {
-    bool accepted = false;
-    QString const label = note + tr("What may be entered, such as “number”, “names x y”, “polynomial x” or\n"
-                                    "“nodes 50”, with “or” between alternatives and “;” between what must\n"
-                                    "all hold. Nothing: every formula.");
-    rules = QInputDialog::getText(this, tr("Restrict Formulas"), label, QLineEdit::Normal, rules, &accepted);
-    if (!accepted) return;
-    note = tr("“%1” is no such rule.").arg(rules) + QStringLiteral("\n\n");
-  } while (!view_->setAllowedFormulas(rules));
+  QString const label =
+      tr("What may be entered, such as “number”, “names x y”, “polynomial x” or\n"
+         "“nodes 50”, with “or” between alternatives and “;” between what must\n"
+         "all hold. Nothing: every formula.");
+  QInputDialog dialog(this);
+  dialog.setWindowTitle(tr("Restrict Formulas"));
+  dialog.setOkButtonText(tr("&OK"));
+  dialog.setCancelButtonText(tr("&Cancel"));
+  dialog.setTextValue(view_->allowedFormulas());
+  dialog.setLabelText(label);
+  while (dialog.exec() == QDialog::Accepted && !view_->setAllowedFormulas(dialog.textValue())) {
+    dialog.setLabelText(tr("“%1” is no such rule.").arg(dialog.textValue()) + QStringLiteral("\n\n") + label);
+  }
 }
 
 void MainWindow::setTyping(QString const& name, bool field::InputOptionsS::*rule, bool on) {

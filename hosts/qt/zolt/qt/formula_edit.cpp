@@ -444,10 +444,12 @@ void FormulaEdit::connectNotify(QMetaMethod const& signal) {
 
 QMenu* FormulaEdit::createStandardContextMenu() {
   auto* const menu = new QMenu(this);
-  auto const add = [&](field::CommandE command) {
+  auto const add = [&](field::CommandE command, char letter = 0) {
     field::CommandS const& entry = field::commands()[command];
+    QString title = toQString(entry.title);
+    if (letter) title.insert(title.indexOf(QLatin1Char(letter)), u'&');
     QString const keys = toQString(entry.keys).section(QStringLiteral(", "), 0, 0);
-    QAction* const action = menu->addAction(toQString(entry.title), this, [=] { runCommand(command); });
+    QAction* const action = menu->addAction(title, this, [=] { runCommand(command); });
     // The shortcuts are only shown: the widget handles the keys itself.
     action->setShortcut(QKeySequence(keys));
     action->setShortcutContext(Qt::WidgetShortcut);
@@ -455,19 +457,19 @@ QMenu* FormulaEdit::createStandardContextMenu() {
     action->setEnabled(isCommandEnabled(command));
   };
   if (!isReadOnly() && isUndoRedoEnabled()) {
-    add(field::COMMAND_UNDO);
-    add(field::COMMAND_REDO);
+    add(field::COMMAND_UNDO, 'U');
+    add(field::COMMAND_REDO, 'R');
     menu->addSeparator();
   }
-  if (!isReadOnly()) add(field::COMMAND_CUT);
-  add(field::COMMAND_COPY);
+  if (!isReadOnly()) add(field::COMMAND_CUT, 't');
+  add(field::COMMAND_COPY, 'C');
   if (!isReadOnly()) {
-    add(field::COMMAND_PASTE);
-    add(field::COMMAND_CLEAR);
+    add(field::COMMAND_PASTE, 'P');
+    add(field::COMMAND_CLEAR, 'l');
   }
   menu->addSeparator();
-  add(field::COMMAND_SELECT_ALL);
-  add(field::COMMAND_GROW_SELECTION);
+  add(field::COMMAND_SELECT_ALL, 'a');
+  add(field::COMMAND_GROW_SELECTION, 'G');
   if (!isReadOnly() && isCommandEnabled(field::COMMAND_DELETE_ROWS)) {
     menu->addSeparator();
     for (int command = field::COMMAND_ROW_ABOVE; command < field::COMMAND_NEXT_ROW; ++command) {

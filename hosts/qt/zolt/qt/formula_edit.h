@@ -97,8 +97,6 @@ class FormulaEdit : public EditField {
   // The setters of the formula return false, with nothing changed and `errorOccurred` emitted, when the text
   // is not a formula or the constraints reject it.
   QString expression() const;
-  /// Shows the formula with the caret at its end and a new history.
-  bool setExpression(QString const& expression);
   QString prefix() const;
   bool setPrefix(QString const& prefix);
   QString latex() const;
@@ -225,6 +223,8 @@ class FormulaEdit : public EditField {
   Q_INVOKABLE QVariant inputMethodQuery(Qt::InputMethodQuery query, QVariant const& argument) const;
 
  public slots:
+  /// Shows the formula with the caret at its end and a new history.
+  bool setExpression(QString const& expression);
   /// Inserts the formula that the text means, as pasting it does.
   void insert(QString const& text);
   /// When the formula is incomplete, selects the faulty part, emits `errorOccurred` and returns false.
