@@ -32,9 +32,7 @@ bool hasEqualTerms(gen const& value) {
 }
 
 bool hasRootInSum(gen const& value) {
-  if (value.type == _VECT) {
-    return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRootInSum);
-  }
+  if (value.type == _VECT) return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRootInSum);
   if (value.type == _FRAC) return hasRootInSum(value._FRACptr->num) || hasRootInSum(value._FRACptr->den);
   if (value.type != _SYMB) return false;
   gen const& operand = value._SYMBptr->feuille;
@@ -84,14 +82,15 @@ bool hasLongPower(gen const& value) {
   return hasLongPower(operand);
 }
 
-/// Whether two terms at least have a denominator with names, and all of these are the same.
-bool hasOneDenominator(vecteur const& terms, context* context) {
-  vecteur below;
+/// The different denominators with names, and how many terms have one of them.
+vecteur findDenominators(vecteur const& terms, int& quotients, context* context) {
+  vecteur all;
   for (gen const& term : terms) {
-    if (hasFunction(term, at_inv)) below.push_back(_denom(term, context));
+    gen const below = hasFunction(term, at_inv) ? _denom(term, context) : gen(1);
+    if (!lidnt(below).empty()) ++quotients;
+    if (!lidnt(below).empty() && std::find(all.begin(), all.end(), below) == all.end()) all.push_back(below);
   }
-  return below.size() > 1 && !lidnt(below[0]).empty() &&
-         std::all_of(below.begin(), below.end(), [&](gen const& one) { return one == below[0]; });
+  return all;
 }
 
 /// Denominators as powers where they are some.
@@ -99,10 +98,9 @@ gen withPowersBelow(gen const& value, context* context) {
   return replaced(value, at_inv, [&](gen const& quotient) {
     gen const& below = quotient._SYMBptr->feuille;
     bool const isSum = below.type == _SYMB && below._SYMBptr->sommet == at_plus;
-    if (!isSum || hasRoot(below)) return quotient;
-    gen const factors = factor(below, false, context);
-    return hasFunction(factors, at_pow) && measure(factors) < measure(below) ? symbolic(at_inv, factors)
-                                                                             : quotient;
+    gen const factors = isSum && !hasRoot(below) ? factor(below, false, context) : below;
+    bool const isShorter = hasFunction(factors, at_pow) && measure(factors) < measure(below);
+    return isShorter ? symbolic(at_inv, factors) : quotient;
   });
 }
 
@@ -213,11 +211,10 @@ AnswerS ComputationC::compute() {
       return approximateAll(value);
     case CAS_SIMPLIFY:
       return finish(forParts(value, [this](gen const& one) {
-        constexpr int most_replaced = 200;
-        bool const isHyperbolic =
-            measure(one) < most_replaced && (hasFunction(one, at_cosh) || hasFunction(one, at_sinh));
+        bool const isHyperbolic = hasFunction(one, at_cosh) || hasFunction(one, at_sinh);
         gen const simple = hasFunction(one, at_surd) ? one : giac::simplify(one, &context_);
-        gen const powers = isHyperbolic ? normal(_hyp2exp(one, &context_), &context_) : simple;
+        gen const powers =
+            isHyperbolic && !hasLongPower(one) ? normal(_hyp2exp(one, &context_), &context_) : simple;
         gen const& best = measure(powers) < measure(simple) ? powers : simple;
         return shorten(measure(best) < measure(one) ? best : one);
       }));
@@ -268,16 +265,19 @@ gen ComputationC::shorten(gen const& whole) {
     return eval(subst(shorten(covered), names, roots, false, &context_), 1, &context_);
   }
   gen value = whole;
+  constexpr int most_simplified = 60, most_constant = 400, most_joined = 8;
   bool hasOneBelow = false;
   bool const isSum =
       whole.type == _SYMB && whole._SYMBptr->sommet == at_plus && whole._SYMBptr->feuille.type == _VECT;
   if (isSum && hasFunction(whole, at_inv)) {
     vecteur terms;
     for (gen const& term : *whole._SYMBptr->feuille._VECTptr) terms.push_back(shorten(term));
-    hasOneBelow = hasOneDenominator(terms, &context_);
     value = _plus(gen(terms, _SEQ__VECT), &context_);
+    int quotients = 0;
+    int const denominators = static_cast<int>(findDenominators(terms, quotients, &context_).size());
+    if (denominators > most_joined) return value;
+    hasOneBelow = denominators == 1 && quotients > 1;
   }
-  constexpr int most_simplified = 60, most_constant = 400;
   if (value.type != _SYMB && value.type != _FRAC) return value;
   if (isExactReal(value)) return value;
   if (value.type == _FRAC && value._FRACptr->den.type == _CPLX) {
