@@ -74,9 +74,9 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   /// in all other texts. An exponent moves close to the ink of the text that it is on.
   void drawTextAs(math::ved::TextRoleE role, oss::wstring const& text, long x, long y) const final;
   /// Brackets, bars, radicals and horizontal lines move closer to a prefix that begins what they enclose.
-  void beginsWith(oss::wstring const& text) const final { enclosed_.assign(text, 0, 1); }
+  void beginsWith(oss::wstring const& text) const final { enclosed_ = text.substr(0, 1); }
   /// What is above a low letter alone comes down to its ink.
-  void isAbove(oss::wstring const& text) const final { covered_.assign(text, 0, most_covered); }
+  void isAbove(oss::wstring const& text) const final { covered_ = text.substr(0, most_covered); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
   void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const final;
 
