@@ -23,14 +23,14 @@ struct CallRowS {
 
 void registerPlainRows() {
   // Of several rows with one name and arity the last one is written.
-  CallRowS const calls[] = {{u"product", 4, u"prod(#1=#2,#3,#4)", {u"prod", u"product"}},
-                            {u"product", 4, u"prod", {u"prod", u"product"}},
+  CallRowS const calls[] = {{u"product", 4, u"prod(#1=#2,#3,#4)", {u"prod", u"product", u"∏"}},
+                            {u"product", 4, u"prod", {u"prod", u"product", u"∏"}},
                             {u"limit", 3, u"lim(#2->#3,#1)", {u"lim"}},
                             {u"limit", 4, u"lim(#2->#3,#1,#4)", {u"lim"}},
                             {u"limit", 4, u"lim(#2->#3#4,#1)", {u"lim"}},
                             {u"index", 2, u"index", {u"index", u"_"}},
                             {u"index", 3, u"index", {u"index", u"_"}},
-                            {u"antiderivative", 2, u"int", {u"int", u"primitive"}},
+                            {u"antiderivative", 2, u"int", {u"int", u"primitive", u"∫"}},
                             {u"diffn", 3, u"diff", {u"diff"}},
                             {u"pdiff", 2, u"pdiff", {u"pdiff"}},
                             {u"pdiffn", 3, u"pdiff", {u"pdiff"}},

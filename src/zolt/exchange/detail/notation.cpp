@@ -26,9 +26,9 @@ constexpr CallPatternS::ArgumentS where_arguments[] = {{1, {}, 0}, {2, u"=", 3}}
 constexpr CallPatternS sum_pattern{sum_arguments, std::size(sum_arguments)};
 constexpr CallPatternS where_pattern{where_arguments, std::size(where_arguments)};
 
-constexpr NotationS makeEquationForm(std::u16string_view name, unsigned long arity,
+constexpr NotationS makeEquationForm(std::u16string_view name, unsigned long arity, std::u16string_view read,
                                      CallPatternS const& pattern) {
-  NotationS form{name, FORM_FUNCTION, arity, {name, name}};
+  NotationS form{name, FORM_FUNCTION, arity, {name, read}};
   form.pattern = &pattern;
   return form;
 }
@@ -105,8 +105,8 @@ constexpr NotationS notations[] = {
     {u"log", FORM_FUNCTION, 2, {u"log", u"log"}},
     {u"log10", FORM_FUNCTION, 1, {u"log", u"log log10"}},
     {u"diff", FORM_FUNCTION, 2, {u"diff", u"diff"}},
-    {u"integral", FORM_FUNCTION, 4, {u"int", u"int integral"}},
-    {u"sum", FORM_FUNCTION, 4, {u"sum", u"sum"}},
+    {u"integral", FORM_FUNCTION, 4, {u"int", u"int integral ∫"}},
+    {u"sum", FORM_FUNCTION, 4, {u"sum", u"sum ∑"}},
     {u"where", FORM_FUNCTION, 3, {u"where", u"where"}},
     {u"error", FORM_FUNCTION, 0, {u"error", u"error"}},
     {u"sin", FORM_FUNCTION, 1, {u"sin", u"sin", {}, u"asin"}},
@@ -120,8 +120,8 @@ constexpr NotationS notations[] = {
     {u"tanh", FORM_FUNCTION, 1, {u"tanh", u"tanh"}},
     {u"ln", FORM_FUNCTION, 1, {u"ln", u"ln"}},
     {u"exp", FORM_FUNCTION, 1, {u"exp", u"exp"}},
-    makeEquationForm(u"sum", 4, sum_pattern),
-    makeEquationForm(u"where", 3, where_pattern)};
+    makeEquationForm(u"sum", 4, u"sum ∑", sum_pattern),
+    makeEquationForm(u"where", 3, u"where", where_pattern)};
 
 constexpr LetterS greek_letters[] = {
     {u"alpha", u"α"},  {u"beta", u"β"},   {u"gamma", u"γ"}, {u"delta", u"δ"},   {u"epsilon", u"ε"},

@@ -76,6 +76,10 @@ char16_t lowered(char16_t c) {
   return common::isDigit(sign) || sign == u'n' ? sign : u'\0';
 }
 
+constexpr char16_t first_subscript = u'\u2080';
+
+bool isSubscriptDigit(char16_t c) { return c >= first_subscript && c <= u'\u2089'; }
+
 }  // namespace
 
 bool isBareName(std::u16string_view name) {
@@ -136,6 +140,8 @@ void PlainLexerC::readNextToken() {
     readNumber();
   } else if (findNameEnd(text_, position_) > position_) {
     readName();
+  } else if (isBigSign(c) && isFunction({&c, 1})) {
+    readBigSign();
   } else if (c == quote) {
     readQuotedName();
   } else if (lowered(c) != u'\0') {
@@ -194,6 +200,22 @@ void PlainLexerC::readName() {
     unsigned const primes = common::countPrimes(c);
     token_.text.append(std::max(primes, 1u), primes > 0 ? common::prime_sign : c);
   }
+}
+
+/// Reads a big sign with the bound that is right after it, "∫_0" or "∫₀".
+void PlainLexerC::readBigSign() {
+  token_.text = peek();
+  ++position_;
+  if (peek() == u'_') {
+    std::size_t const end = findNameEnd(text_, position_);
+    token_.text += text_.substr(position_, end - position_);
+    position_ = end;
+  } else if (isSubscriptDigit(peek())) {
+    token_.text += u'_';
+    for (; isSubscriptDigit(peek()); ++position_)
+      token_.text += static_cast<char16_t>(peek() - first_subscript + u'0');
+  }
+  token_.type = PLAIN_TOKEN_NAME;
 }
 
 void PlainLexerC::readQuotedName() {

@@ -62,6 +62,7 @@ class PlainLexerC {
   void readSign(char16_t c);
   void readNumber();
   void readName();
+  void readBigSign();
   void readQuotedName();
   void readSuperscript();
   void setOperator(ReadingS const& reading);
@@ -73,6 +74,9 @@ class PlainLexerC {
   std::size_t position_ = 0;
   PlainTokenS token_;
 };
+
+/// Whether the sign is a name of a function with bounds: ∫, ∑, ∏.
+inline bool isBigSign(char16_t c) { return c == u'∫' || c == u'∑' || c == u'∏'; }
 
 /// Whether the characters of `name` allow it to be written without quotes; primes are then written as "'".
 bool isBareName(std::u16string_view name);

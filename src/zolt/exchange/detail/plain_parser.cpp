@@ -42,8 +42,10 @@ PointerTC<math::algexpr::NodeABC> PlainParserC::read() {
     return nullptr;
   }
   NextE next = NEXT_OPERAND;
-  while (next == NEXT_OPERAND || next == NEXT_SIGN) next = next == NEXT_OPERAND ? readOperand() : readSign();
-  return next == NEXT_FAILED ? nullptr : takeOperand();
+  // What is missing of an operation may only be found where it ends.
+  while ((next == NEXT_OPERAND || next == NEXT_SIGN) && error_.cause == READ_ERROR_NONE)
+    next = next == NEXT_OPERAND ? readOperand() : readSign();
+  return error_.cause == READ_ERROR_NONE ? takeOperand() : nullptr;
 }
 
 // ---- Operands ---------------------------------------------------------------------------------------------
@@ -65,6 +67,7 @@ PlainParserC::NextE PlainParserC::readOperand() {
     case PLAIN_TOKEN_ROOT:
       return readRoot();
     case PLAIN_TOKEN_PREFIX: {
+      if (NextE const next = readDerivative(); next != NEXT_NOTHING) return next;
       NotationS const& op = *token().infix;
       if (currentRule() <= op.rule) {
         return readPrefix(op, op.rule);
@@ -167,6 +170,9 @@ PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
   FrameS frame{RULE_ASSIGNMENT, PENDING_GROUP, close};
   frame.name = token().text;
   frame.begin = token().begin;
+  // The braces in "x^{n+1}" only group.
+  frame.isIndexed = close == u'}' && !frames_.empty() && frames_.back().kind == PENDING_INFIX &&
+                    frames_.back().sign->rule == RULE_POWER;
   return beginBracket(std::move(frame));
 }
 
@@ -177,9 +183,15 @@ PlainParserC::NextE PlainParserC::beginBracket(FrameS&& frame) {
 }
 
 PlainParserC::NextE PlainParserC::begin(FrameS&& frame) {
-  frames_.push_back(std::move(frame));
+  push(std::move(frame));
   lexer_.readNextToken();
   return NEXT_OPERAND;
+}
+
+void PlainParserC::push(FrameS&& frame) {
+  frame.inIntegral = frame.kind == PENDING_INTEGRAL ||
+                     (frame.close == u'\0' && !frames_.empty() && frames_.back().inIntegral);
+  frames_.push_back(std::move(frame));
 }
 
 bool PlainParserC::opensCall() const { return token().type == PLAIN_TOKEN_OPEN && token().bracket == u')'; }
@@ -209,6 +221,7 @@ PlainParserC::NextE PlainParserC::readSign() {
       // Of two numbers side by side nobody knows whether a sign is missing.
       return isPartOfQuotient() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
     default:
+      if (readDifferential()) return NEXT_SIGN;
       return startsFactor() ? readProduct() : fail(READ_ERROR_MISSING_OPERATOR);
   }
 }
@@ -268,7 +281,7 @@ PlainParserC::NextE PlainParserC::readProduct() {
   keepShownBrackets();
   FrameS frame{token().type == PLAIN_TOKEN_PREFIX ? token().infix->rule : RULE_POWER, PENDING_INFIX};
   frame.sign = times;
-  frames_.push_back(std::move(frame));
+  push(std::move(frame));
   return NEXT_OPERAND;
 }
 
@@ -300,8 +313,9 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
                                                 (matches || closesList(opened, close)));
   if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
   if (current.isTable) return matches ? finishTable() : fail(READ_ERROR_MISSING_CLOSE);
-  PlainListS const* const list =
-      isGroup ? findList(opened, close, operands_.size() - current.firstOperand) : nullptr;
+  std::size_t const numOperands = operands_.size() - current.firstOperand;
+  bool const isList = isGroup && !(current.isIndexed && numOperands == 1);
+  PlainListS const* const list = isList ? findList(opened, close, numOperands) : nullptr;
   if (isGroup && !list && current.end > 0) {
     if (matches && findTable(current.close)) return finishTable();
     return failAt(current.begin, current.end, READ_ERROR_UNEXPECTED_COMMA);
@@ -327,15 +341,24 @@ PlainParserC::NextE PlainParserC::readBracketEnd() {
     std::size_t const end = token().end;
     bool const doubled = type == PLAIN_TOKEN_BAR && isDoubled(frame, arguments);
     lexer_.readNextToken();
-    if ((token().begin == end && beginMarkedCall(frame, arguments)) || beginBody(frame, arguments)) {
+    bool const isJoined = token().begin == end || frame.close == u'}';
+    if ((isJoined && beginMarkedCall(frame, arguments)) || beginBody(frame, arguments)) {
       frames_.back().firstOperand = frames_.back().rowStart = frame.firstOperand;
       operands_.resize(frame.firstOperand);
       return NEXT_OPERAND;
     }
+    if (beginIntegrand(frame, arguments)) {
+      operands_.resize(frame.firstOperand);
+      operands_.push_back({arguments[0], true});
+      return NEXT_SIGN;
+    }
     result.node = list      ? makeFunction(list->name, std::move(arguments))
                   : doubled ? makeFunction(findDoubleBars(), childrenOf(*arguments[0]->asParent()))
                             : makeCall(frame, std::move(arguments));
-    if (!result.node) return failAt(frame.begin, frame.end, READ_ERROR_ARGUMENT_COUNT);
+    if (!result.node) {
+      bool const isBounded = !frame.name.empty() && isBigSign(frame.name[0]) && frame.isIndexed;
+      return failAt(frame.begin, frame.end, isBounded ? READ_ERROR_BAD_BOUNDS : READ_ERROR_ARGUMENT_COUNT);
+    }
   }
   if (isGroup && !list) lexer_.readNextToken();
   operands_.resize(frame.firstOperand);
@@ -385,11 +408,15 @@ PlainParserC::NextE PlainParserC::finishTable() {
 
 void PlainParserC::finishTighterThan(int rule) {
   while (!frames_.empty() && frames_.back().close == u'\0' && frames_.back().operandRule > rule) {
-    keepShownBrackets();
-    FrameS const frame = std::move(frames_.back());
-    frames_.pop_back();
-    finish(frame);
+    finishTop();
   }
+}
+
+void PlainParserC::finishTop() {
+  keepShownBrackets();
+  FrameS const frame = std::move(frames_.back());
+  frames_.pop_back();
+  finish(frame);
 }
 
 /// Brackets around a sign after another sign, before the last operand, are not only there to group: a
@@ -427,6 +454,12 @@ void PlainParserC::finish(FrameS const& frame) {
       result.node = frame.sign->rule == RULE_POWER
                         ? makePower(takeOperand(), std::move(operand))
                         : makeFunction(wstring(frame.sign->name), {takeOperand(), std::move(operand)});
+      break;
+    case PENDING_INTEGRAL:
+      result.node = makeIntegral(frame, std::move(operand));
+      break;
+    case PENDING_DERIVATIVE:
+      result.node = makeDerivative(frame, std::move(operand));
       break;
     case PENDING_BODY: {
       FrameS call = frame;

@@ -33,6 +33,8 @@ class PlainParserC {
     PENDING_ROOT,         ///< a radical sign
     PENDING_APPLICATION,  ///< a function without brackets
     PENDING_BODY,         ///< a function after its bounds, as in "sum_(k=1)^n k"
+    PENDING_INTEGRAL,     ///< an integral before its "dx"
+    PENDING_DERIVATIVE,   ///< "d/dx"
     PENDING_CALL,         ///< a function with brackets
     PENDING_GROUP         ///< any other brackets, or bars
   };
@@ -46,13 +48,14 @@ class PlainParserC {
     bool takesSign = false;           // the operand may start with a sign, even if its rule is tighter
     bool isWritten = false;           // `name` is as people write it, not as the expression library does
     bool isTable = false;             // ";" has ended a row
-    bool isIndexed = false;           // a name that ends with "_" is right before the bracket
+    bool isIndexed = false;           // a name that ends with "_", or "^", is right before the bracket
+    bool inIntegral = false;          // of an integral, and of what is pending in it without brackets
     unsigned commas = 0;              // in a call, so far
     wstring name = {};                // empty: brackets that only group
     NotationS const* sign = nullptr;  // of an infix operation, or what is a name when no operand follows
-    NodeT exponent = {};              // of a function, as in sin²x, or its upper bound; of a root, its index
-    NodeT second = {};  // the argument that is in the name, as in log_2(x), log_(a+1)(x), or the lower bound
-    NodeT side = {};    // what a sign after an argument tells, as in lim(x->0+,f)
+    NodeT exponent = {};  // of a function, as in sin²x, or its upper bound; of a root, its index; an order
+    NodeT second = {};    // the argument in the name, as in log_2(x), log_(a+1)(x), or the lower bound
+    NodeT side = {};      // what a sign after an argument tells, as in lim(x->0+,f), or the variable in "dx"
     std::size_t firstOperand = 0;
     std::size_t rowStart = 0;  // of a table: the first operand of its last row
     std::size_t begin = 0;     // what an error in the arguments marks
@@ -89,6 +92,7 @@ class PlainParserC {
   NextE beginGroup(char16_t close);
   NextE beginBracket(FrameS&& frame);
   NextE begin(FrameS&& frame);
+  void push(FrameS&& frame);
 
   NextE readSign();
   bool startsFactor() const;
@@ -105,13 +109,26 @@ class PlainParserC {
 
   /// Reduces the operations on top of the stack that bind tighter than `rule`; stops at brackets.
   void finishTighterThan(int rule);
+  void finishTop();
   void keepShownBrackets();
   void finish(FrameS const& frame);
   NodeT makeCall(FrameS const& frame, std::vector<NodeT> arguments);
   bool beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments);
-  bool beginBody(FrameS const& frame, std::vector<NodeT> const& arguments);
-  bool readUpperBound(FrameS& body);
   bool isDoubled(FrameS const& bars, std::vector<NodeT> const& arguments) const;
+
+  static bool isIntegral(std::u16string_view name);
+  bool beginBody(FrameS const& frame, std::vector<NodeT> const& arguments);
+  bool beginIntegrand(FrameS const& frame, std::vector<NodeT> const& arguments);
+  void pushBody(FrameS&& body);
+  bool readUpperBound(FrameS& body);
+  NodeT readBound();
+  NodeT takeBound(NodeT bound);
+  NextE readIntegral(FrameS&& frame);
+  NextE readDifferentialFirst();
+  bool readDifferential();
+  NextE readDerivative();
+  static NodeT makeDerivative(FrameS const& frame, NodeT operand);
+  NodeT makeIntegral(FrameS const& frame, NodeT integrand);
 
   NextE takeToken(NodeT node, bool literal = false);
   NextE keep(NodeT node, bool literal = false);
@@ -119,6 +136,7 @@ class PlainParserC {
 
   RuleE currentRule() const { return frames_.empty() ? RULE_ASSIGNMENT : frames_.back().operandRule; }
   bool opensCall() const;
+  bool opensBraces() const { return token().type == PLAIN_TOKEN_OPEN && token().bracket == u'}'; }
   PlainTokenS const& token() const { return lexer_.crefToken(); }
   NextE fail(math::common::ReadErrorE cause);
   NextE failAt(std::size_t begin, std::size_t end, math::common::ReadErrorE cause);

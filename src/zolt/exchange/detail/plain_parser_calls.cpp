@@ -47,31 +47,31 @@ bool arrange(NotationS const& call, std::vector<PointerTC<math::algexpr::NodeABC
   return true;
 }
 
-/// Whether a call's first argument has the form that is written there, such as x->0, and the others are as
-/// they are.
-bool isFirstArgument(CallPatternS const& call, math::algexpr::NodeABC const& node) {
-  ReadingS const* const sign = call.arguments[0].sign.empty() ? nullptr : findReading(call.arguments[0].sign);
-  for (std::size_t i = 1; i < call.count; ++i) {
-    if (!call.arguments[i].sign.empty() || call.arguments[i].side > 0) return false;
-  }
-  auto const* const operation = node.asParent();
-  return sign && operation && operation->numChildren() == 2 && operation->crefName() == sign->notation->name;
+/// Whether a node is letters and digits, so that it can be a part of a name.
+bool isWord(math::algexpr::NodeABC const& node) {
+  wstring const& name = node.crefName();
+  return !node.asParent() && isBareName(u'a' + name) && name.find(common::prime_sign) == name.npos;
 }
 
 }  // namespace
 
 PlainParserC::NextE PlainParserC::readName() {
+  if (NextE const next = readDerivative(); next != NEXT_NOTHING) return next;
+  if (NextE const next = readDifferentialFirst(); next != NEXT_NOTHING) return next;
   FrameS frame = startCall(token().text);
+  if (isIntegral(frame.name)) return readIntegral(std::move(frame));
   if (isFunction(frame.name)) {
     frame.isWritten = true;
     return readFunction(std::move(frame));
   }
   // After a blank, brackets are a factor: "a (b+c)".
-  if (opensCall() && token().begin == frame.end) {
-    frame.isIndexed = frame.name.back() == u'_';
+  frame.isIndexed = frame.name.back() == u'_';
+  if ((opensCall() || (frame.isIndexed && opensBraces())) && token().begin == frame.end) {
+    frame.close = token().bracket;
     if (!frame.isIndexed) takeMark(frame);
     return beginBracket(std::move(frame));
   }
+  if (isBigSign(frame.name[0])) return failAt(frame.begin, frame.end, READ_ERROR_BAD_BOUNDS);
   return readMarkedName(std::move(frame));
 }
 
@@ -92,7 +92,7 @@ PlainParserC::NextE PlainParserC::beginApplication(FrameS&& frame) {
   frame.kind = PENDING_APPLICATION;
   frame.operandRule = RULE_ARGUMENT;
   frame.close = u'\0';
-  frames_.push_back(std::move(frame));
+  push(std::move(frame));
   return NEXT_OPERAND;
 }
 
@@ -112,76 +112,19 @@ void PlainParserC::takeMark(FrameS& frame) {
 bool PlainParserC::beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments) {
   bool const isMarked =
       frame.isIndexed && arguments.size() == 1 && findMark(frame.name) + 1 == frame.name.size();
-  if (!isMarked || !opensCall()) return false;
+  bool const isApplied = frame.close == u'}' && token().startsOperand();
+  if (!isMarked || !(opensCall() || isApplied)) return false;
   FrameS call{RULE_ASSIGNMENT, PENDING_CALL, u')'};
   call.name = frame.name.substr(0, frame.name.size() - 1);
   call.isWritten = true;
   call.second = arguments[0];
   call.begin = frame.begin;
   call.end = frame.end;
-  beginBracket(std::move(call));
-  return true;
-}
-
-/// Whether the brackets that have just been read hold a bound of a function whose operand then begins, as in
-/// "lim_(x->0) f", "sum_(k=1)^n f", "prod_(k=1)^(n+1) f". Where hosts make no indices of such brackets, they
-/// are a call's.
-bool PlainParserC::beginBody(FrameS const& frame, std::vector<NodeT> const& arguments) {
-  if (!frame.isIndexed || arguments.size() != 1) return false;
-  FrameS body{RULE_PRODUCT, PENDING_BODY};
-  body.takesSign = body.isWritten = true;
-  body.begin = frame.begin;
-  body.end = frame.end;
-  body.side = frame.side;
-  body.name = frame.name;
-  if (frame.second) {
-    body.second = frame.second;
-    body.exponent = arguments[0];
-    frames_.push_back(std::move(body));
-    return true;
-  }
-  body.name.pop_back();
-  if (body.name.empty()) return false;
-  for (unsigned long const count : {2ul, 3ul}) {
-    ReadingS const* const function =
-        frame.side ? findSidedFunction(body.name) : findFunction(body.name, count);
-    CallPatternS const* const pattern = function ? function->notation->pattern : nullptr;
-    bool const fits = pattern && pattern->count == count && findIndexing(frame.name, 1) &&
-                      isFirstArgument(*pattern, *arguments[0]);
-    if (!fits) continue;
-    body.second = arguments[0];
-    if (count == 3) return readUpperBound(body);
-    frames_.push_back(std::move(body));
-    return true;
-  }
-  return false;
-}
-
-/// Reads what follows "sum_(k=1)" up to the operand, which then begins, or to the bracket of the upper bound.
-/// False, with nothing read, when it is no bound.
-bool PlainParserC::readUpperBound(FrameS& body) {
-  if (token().type != PLAIN_TOKEN_INFIX || token().infix->rule != RULE_POWER) return false;
-  PlainLexerC const before = lexer_;
-  lexer_.readNextToken();
   if (opensCall()) {
-    body.kind = PENDING_CALL;
-    body.operandRule = RULE_ASSIGNMENT;
-    body.close = u')';
-    body.isIndexed = true;
-    beginBracket(std::move(body));
-    return true;
+    beginBracket(std::move(call));
+  } else {
+    beginApplication(std::move(call));
   }
-  PlainTokenE const type = token().type;
-  if (type == PLAIN_TOKEN_NUMBER) body.exponent = makeNumber(token().text);
-  if (type == PLAIN_TOKEN_NAME && !isFunction(token().text))
-    body.exponent = makeNamed(toLetters(token().text));
-  if (type == PLAIN_TOKEN_CONSTANT) body.exponent = makeNamed(token().text);
-  if (!body.exponent) {
-    lexer_ = before;
-    return false;
-  }
-  lexer_.readNextToken();
-  frames_.push_back(std::move(body));
   return true;
 }
 
@@ -209,7 +152,7 @@ PlainParserC::NextE PlainParserC::readWordCall(std::u16string_view name) {
   FrameS prefix{tighterThan(RULE_RELATION), PENDING_PREFIX};
   prefix.takesSign = true;
   prefix.name = frame.name;
-  frames_.push_back(std::move(prefix));
+  push(std::move(prefix));
   return NEXT_OPERAND;
 }
 
@@ -297,7 +240,11 @@ bool PlainParserC::readSide() {
 
 PlainParserC::NodeT PlainParserC::makeCall(FrameS const& frame, std::vector<NodeT> arguments) {
   if (frame.isIndexed && (frame.second || frame.side)) return nullptr;
+  if (!frame.isWritten && isBigSign(frame.name[0])) return nullptr;
   if (!frame.isWritten) {
+    // "x_{max}"
+    if (frame.isIndexed && frame.close == u'}' && arguments.size() == 1 && isWord(*arguments[0]))
+      return makeNamed(toLetters(frame.name) + arguments[0]->getName());
     ReadingS const* const indexing = frame.isIndexed ? findIndexing(frame.name, arguments.size()) : nullptr;
     if (!indexing) return makeFunction(frame.name, std::move(arguments));
     arguments.insert(arguments.begin(), makeNamed(toLetters(frame.name.substr(0, frame.name.size() - 1))));

@@ -111,7 +111,13 @@ void PlainWriterC::writeInfix(ParentNodeABC const& node, NotationS const& infix,
     if (!left || !right) return writeCall(node);
   }
   open(infix.rule < rule);
+  // "x^{a}" is read as x^a.
+  PlainListS const* const list =
+      infix.rule == RULE_POWER && right->asParent() ? findListOf(*right->asParent()) : nullptr;
+  bool const isBraced = list && list->open == u'{' && right->asParent()->numChildren() == 1;
+  if (isBraced) later(u")");
   laterAfter(infix, *right, infix.rightRule);
+  if (isBraced) later(u"(");
   later(infix.plain.written);
   later(*left, infix.leftRule);
 }
