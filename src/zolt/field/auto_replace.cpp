@@ -8,6 +8,7 @@
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/name_factors.h"
+#include "zolt/field/detail/typed_calculus.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -129,7 +130,9 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   if (leaving.complete) decision.kind = INPUT_MOVE;
   decision.target = leaving.target;
   if (c == u'/' && options.fractions) {
-    decision.begin = startOfProduct(leaving.target ? leaving.target : place, operators);
+    PlaceS const end = leaving.target ? leaving.target : place;
+    decision.begin = startOfProduct(end, operators);
+    if (PlaceS const partial = startOfPartial(end)) decision.begin = partial;
   }
   return decision;
 }

@@ -45,7 +45,8 @@ struct InputDecisionS {
 /// in the same construct that is filled otherwise they are typed.
 struct TypedBoundsS {
   math::ved::Node4C const* construct;  ///< gone, perhaps, when the caret has left it
-  char16_t close = u'\0';  ///< the bracket that ends the bound at the caret; none: any sign that may
+  char16_t close = u'\0';     ///< the bracket that ends the bound at the caret; none: any sign that may
+  bool isDerivative = false;  ///< its variable was typed before what it applies to, as in "d/dx f"
 };
 
 /// What typing `c` does at the view's caret. A character that looks like one of the table's signs counts as

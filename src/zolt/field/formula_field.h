@@ -226,9 +226,9 @@ class FormulaFieldC {
   bool bracketSelection();
   bool ungroup(PlaceS after);
   bool regroup();
-  /// The replacement that `completeName` would make; without a beginning there is none.
   ReplacementS findCompletion() const;
-  void replaceCompleted(InputDecisionS const& decision);
+  void replaceCompleted(InputDecisionS const& decision, char16_t c);
+  bool replaceCalculus(InputDecisionS const& decision, char16_t c);
   void replaceEndedName(wstring const& by);
   bool replaceText(ReplacementS const& replacement);
   bool replaceCall(detail::ConstructReplacementS const& replacement);

@@ -141,8 +141,7 @@ bool FormulaFieldC::insertEntry(PaletteEntryS const& entry, wstring const& name)
   call.begin = call.end = caret();
   auto const rows = argumentRows(*op, op->getInsertedRows());
   call.caretRow = rows.front();
-  if (rows.size() > 1) call.markRow = rows[1];
-  call.mark = named.mark;
+  call.marks = {{named.mark, rows[1]}};
   return replaceCall(call);
 }
 

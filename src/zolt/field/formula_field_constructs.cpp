@@ -4,6 +4,8 @@
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/typed_bounds.h"
+#include "zolt/field/detail/typed_calculus.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/row_building.h"
@@ -72,6 +74,22 @@ void FormulaFieldC::closeGroup() {
   group.end(deleteRange(placeBefore(*item), at) && view_.insertText(name));
 }
 
+/// What is typed of derivatives and integrals as they are printed. False when it is nothing of them.
+bool FormulaFieldC::replaceCalculus(InputDecisionS const& decision, char16_t c) {
+  bool const isText = decision.kind == INPUT_TEXT;
+  if (!options_.constructs || !(isText || (decision.kind == INPUT_MOVE && c == u' '))) return false;
+  ConstructReplacementS found;
+  bool const isDerivative = isText ? isWordCharacter(decision.text[0]) || decision.text == u"(" : true;
+  if (isDerivative) found = findDerivative(view_, isText ? decision.text[0] : u' ');
+  bool const isIntegral = isText && !found.op;
+  if (isIntegral && decision.text == u"^") found = findRaisedIntegral(view_);
+  if (isIntegral && isWordCharacter(decision.text[0])) found = findIndefinite(view_);
+  if (!found.op || !replaceCall(found)) return false;
+  char16_t const close = decision.text == u"(" ? u')' : u'\0';
+  bounds_.push_back({enclosingItem(*caret().node), close, !isIntegral});
+  return true;
+}
+
 bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
   std::vector<std::pair<bytestring, unsigned long>> contents;
   for (auto const& [range, row] : replacement.contents) {
@@ -92,8 +110,7 @@ bool FormulaFieldC::replaceCall(ConstructReplacementS const& replacement) {
     return node && row < node->numChildren() && placeCaret(rowEnd(*node->child(row)));
   };
   for (auto const& [content, row] : contents) done = done && enter(row) && view_.paste(content);
-  if (!replacement.mark.empty())
-    done = done && enter(replacement.markRow) && view_.insertText(replacement.mark);
+  for (auto const& [text, row] : replacement.marks) done = done && enter(row) && view_.insertText(text);
   if (replacement.caretRow != ConstructReplacementS::after_construct)
     return group.end(done && enter(replacement.caretRow));
   Node4C const* const made = done ? nodeAt(view_.crefRoot(), path) : nullptr;

@@ -7,6 +7,7 @@
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/typed_bounds.h"
+#include "zolt/field/detail/typed_calculus.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
@@ -106,9 +107,11 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   separated_ = taken && options_.decimalComma && c == u';';
   if (taken) {
     if (step.target) bounds_.back().close = step.close;
-    replaceCompleted(decision);
-    if (decision.kind == INPUT_MOVE && c == u'_') bounds_.push_back({enclosingItem(*caret().node), u'\0'});
-    if (decision.text == u"(" && c == u'{' && !bounds_.empty()) bounds_.back().close = u'}';
+    replaceCompleted(decision, c);
+    if (decision.kind == INPUT_MOVE && c == u'_')
+      bounds_.push_back({enclosingItem(*caret().node), u'\0', false});
+    bool const opensBound = decision.text == u"(" && c == u'{' && !bounds_.empty();
+    if (opensBound && !bounds_.back().isDerivative) bounds_.back().close = u'}';
     if (decision.kind == INPUT_MOVE && endsAgain) mergeDoubled(c);
     if (decision.kind == INPUT_MOVE && c == u'}') closeGroup();
     if (decision.kind == INPUT_MOVE) ended_ = c;
@@ -287,7 +290,9 @@ bool FormulaFieldC::insert(InputDecisionS const& decision) {
 
 bool FormulaFieldC::insertFraction() {
   SelectionS const stretch = inOneRow(view_.getSelection());
-  bool const isSigned = view_.isSelected() && beginsWithSign(stretch, view_.crefOperatorList());
+  OperatorListC const& operators = view_.crefOperatorList();
+  bool const isSigned = view_.isSelected() && (beginsWithSign(stretch, operators) ||
+                                               startOfPartial(stretch.caret) == stretch.anchor);
   if (!isSigned) return view_.insertText(u"/");
   ConstructReplacementS fraction;
   fraction.op = view_.crefOperatorList().lookup(u"/");
@@ -394,8 +399,8 @@ bool FormulaFieldC::regroup() {
   return group.end(bracketSelection());
 }
 
-void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
-  if (decision.kind == INPUT_MOVE) return;
+void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, char16_t c) {
+  if (replaceCalculus(decision, c) || decision.kind == INPUT_MOVE) return;
   bool const typed = decision.kind == INPUT_TEXT;
   if (options_.letters && typed) {
     if (ReplacementS const found = findSignReplacement(view_); found.begin) {
@@ -403,7 +408,9 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
       return;
     }
   }
-  if (ReplacementS const found = typed ? findDifferential(caret(), bounds_) : ReplacementS(); found.begin) {
+  if (ReplacementS const found =
+          typed ? findDifferential(caret(), bounds_, view_.crefOperatorList()) : ReplacementS();
+      found.begin) {
     GroupC group(*this);
     group.end(replaceText(found) && view_.insertText(found.text));
     return;
@@ -418,7 +425,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision) {
   if (options_.constructs && typed && (decision.text == u"(" || decision.text == u",")) {
     if (ConstructReplacementS const found = findConstructReplacement(view_, options_); found.op) {
       bool const hasBounds = replaceCall(found) && found.hasBounds;
-      if (hasBounds) bounds_.push_back({enclosingItem(*caret().node), u')'});
+      if (hasBounds) bounds_.push_back({enclosingItem(*caret().node), u')', false});
     }
   }
 }
@@ -442,6 +449,7 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
   if (found.begin) replaceText(found);
 }
 
+/// The replacement that `completeName` would make; without a beginning there is none.
 ReplacementS FormulaFieldC::findCompletion() const {
   bool const possible = wordTyped_ && isEditable() && !view_.isSelected();
   return possible ? findNameReplacement(view_.crefOperatorList(), caret(), options_) : ReplacementS();

@@ -260,6 +260,9 @@ PlainParserC::NodeT PlainParserC::makeIntegral(FrameS const& frame, NodeT integr
 PlainParserC::NextE PlainParserC::readDerivative() {
   bool const isPartial = token().type == PLAIN_TOKEN_PREFIX && token().infix->name == u"partial";
   if (!isPartial && token().text != u"d") return NEXT_NOTHING;
+  bool const isDivisor =
+      !frames_.empty() && frames_.back().kind == PENDING_INFIX && frames_.back().sign->name == u"/";
+  if (isDivisor) return NEXT_NOTHING;
   PlainLexerC ahead = lexer_;
   ahead.readNextToken();
   std::size_t end = 0;
@@ -294,7 +297,9 @@ PlainParserC::NextE PlainParserC::readDerivative() {
 
 PlainParserC::NodeT PlainParserC::makeDerivative(FrameS const& frame, NodeT operand) {
   unsigned const count = countDerivatives(frame.exponent.get());
-  if (count == 0) return makeFunction(frame.name + u'n', {std::move(operand), frame.second, frame.exponent});
+  // Where hosts have a derivative of an order, it is shown as it is written.
+  bool const isWhole = count == 0 || (frame.exponent && findFunction(frame.name, 3));
+  if (isWhole) return makeFunction(frame.name + u'n', {std::move(operand), frame.second, frame.exponent});
   for (unsigned i = 0; i < count; ++i) operand = makeFunction(frame.name, {std::move(operand), frame.second});
   return operand;
 }

@@ -83,8 +83,7 @@ ConstructReplacementS findIndexedConstruct(ViewZNT4C const& view, Node4C const& 
   PlaceS const nameEnd{end.node, end.pos - 1};
   ReplacementS const letter = findNameReplacement(operators, nameEnd, options);
   found.begin = letter.begin ? letter.begin : PlaceS{end.node, start};
-  found.mark = letter.begin ? letter.text : textBetween(start, nameEnd);
-  found.markRow = rows[0];
+  found.marks = {{letter.begin ? letter.text : textBetween(start, nameEnd), rows[0]}};
   found.end = view.getSelection().caret;
   takePair(open, rows[1], found);
   found.caretRow = rows[1];
@@ -104,8 +103,7 @@ ConstructReplacementS findOpenedConstruct(ViewZNT4C const& view, Node4C const& o
   auto const rows = argumentRows(*name.op, name.op->getInsertedRows());
   takePair(open, rows.front(), found);
   found.caretRow = rows.front();
-  if (rows.size() > 1) found.markRow = rows[1];
-  found.mark = std::move(name.mark);
+  if (!name.mark.empty()) found.marks = {{std::move(name.mark), rows[1]}};
   return found;
 }
 
@@ -140,8 +138,7 @@ ConstructReplacementS makeCall(ViewZNT4C const& view, wstring const& name) {
   auto const rows = argumentRows(*named.op, named.op->getInsertedRows());
   call.contents = {{stretch, rows.front()}};
   call.caretRow = rows.front();
-  if (rows.size() > 1) call.markRow = rows[1];
-  call.mark = std::move(named.mark);
+  if (!named.mark.empty()) call.marks = {{std::move(named.mark), rows[1]}};
   call.op = std::move(named.op);
   return call;
 }

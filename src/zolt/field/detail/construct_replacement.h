@@ -22,17 +22,19 @@ struct ConstructReplacementS {
     math::ved::SelectionS range;
     unsigned long row;
   };
+  struct MarkS {
+    oss::wstring text;
+    unsigned long row;
+  };
   static constexpr unsigned long after_construct = static_cast<unsigned long>(-1);
 
   PointerTC<math::ved::OperatorBC> op;  ///< null: nothing is replaced
   PlaceS begin;
   PlaceS end;
   std::vector<ContentS> contents;  ///< what moves into rows of the construct
-  /// What is typed into a row: "2" of "log_2(", "a" of "a_(".
-  wstring mark;
-  unsigned long markRow = 0;
-  unsigned long caretRow = 0;  ///< may be `after_construct`
-  bool hasBounds = false;      ///< its bounds follow, as in "sum_("
+  std::vector<MarkS> marks;        ///< what is typed into rows: "2" of "log_2(", "a" of "a_("
+  unsigned long caretRow = 0;      ///< may be `after_construct`
+  bool hasBounds = false;          ///< its bounds or its operand follow as in text: "sum_(", "d/dx "
 };
 
 /// What puts the construct of that name in the place of the selection, which becomes its first argument.

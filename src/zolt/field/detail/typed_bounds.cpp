@@ -44,7 +44,8 @@ struct EndedRowS {
   bool isVariable = false;  ///< it is the last one and comes after what the sign applies to
 };
 
-EndedRowS findEndedRow(PlaceS place, Node4C const& construct) {
+EndedRowS findEndedRow(PlaceS place, TypedBoundsS const& bounds) {
+  Node4C const& construct = *bounds.construct;
   while (place && enclosingItem(*place.node) != &construct) place = afterFinishedItem(place);
   if (!place || !isAtRowEnd(place) || findOpenBracket(place)) return {};
   Node4C const& row = *place.node->getParent();
@@ -52,6 +53,7 @@ EndedRowS findEndedRow(PlaceS place, Node4C const& construct) {
   auto const rows = argumentRows(*construct.crefOperator(), construct.numChildren());
   auto const at = std::find(rows.begin(), rows.end(), row.findChildNumber());
   if (at == rows.end()) return {};
+  if (bounds.isDerivative) return {&row, nullptr, PART_LAST, at != rows.begin()};
   unsigned long const numBounds = words.lowerRows + (words.hasUpperRow ? 1 : 0);
   if (at + 1 == rows.end()) return {&row, nullptr, PART_LAST, rows.size() > numBounds + 1};
   auto const number = static_cast<unsigned long>(at - rows.begin());
@@ -81,7 +83,7 @@ BoundsStepS stepInBound(PlaceS place, char16_t c, char16_t close, EndedRowS cons
 PlaceS afterBounds(PlaceS place, std::vector<TypedBoundsS> const& bounds) {
   PlaceS after;
   for (auto at = bounds.rbegin(); at != bounds.rend(); ++at) {
-    EndedRowS const ended = findEndedRow(after ? after : place, *at->construct);
+    EndedRowS const ended = findEndedRow(after ? after : place, *at);
     if (!ended.row || ended.next) break;
     after = placeAfter(*at->construct);
   }
@@ -118,11 +120,13 @@ bool opensIndex(PlaceS place, OperatorListC const& operators) {
 BoundsStepS stepInBounds(PlaceS place, char16_t c, std::vector<TypedBoundsS> const& bounds,
                          OperatorListC const& operators, InputOptionsS const& options) {
   if (bounds.empty() || !isAround(*bounds.back().construct, place)) return {};
-  EndedRowS const ended = findEndedRow(place, *bounds.back().construct);
+  EndedRowS const ended = findEndedRow(place, bounds.back());
   if (!ended.row) return {};
   if (ended.part < PART_BODY) return stepInBound(place, c, bounds.back().close, ended);
   if (isEmptyRow(*ended.row)) return {c == u' ' ? place : PlaceS(), false, false, u'\0'};
   if (ended.part == PART_BODY) return {};
+  if (bounds.back().isDerivative && bounds.back().close != u'\0')
+    return {c == bounds.back().close ? afterBounds(place, bounds) : PlaceS(), false, false, u'\0'};
   bool const ends = c == u')' || c == u',' || (ended.isVariable && !isWordCharacter(c)) ||
                     (endsOperandBefore(place, operators) && endsProduct(wstring(1, c), operators));
   PlaceS const at = ends ? afterBounds(place, bounds) : PlaceS();
@@ -137,6 +141,21 @@ BoundsStepS stepInBounds(PlaceS place, char16_t c, std::vector<TypedBoundsS> con
 bool isWord(Node4C const& row) {
   wstring const& text = row.child(0)->crefText();
   return row.numChildren() == 1 && !text.empty() && std::all_of(text.begin(), text.end(), isWordCharacter);
+}
+
+bool isLoneDifferential(PlaceS place, OperatorListC const& operators) {
+  wstring const& text = place.node->crefText();
+  bool const isLone =
+      place.pos >= 2 && text[place.pos - 2] == u'd' && wordStart(text, place.pos) == place.pos - 2;
+  if (!isLone || math::common::isDigit(text[place.pos - 1])) return false;
+  wstring const begun = text.substr(place.pos - 2, 2);
+  auto const begins = [&](wstring const& word) { return word.compare(0, begun.size(), begun) == 0; };
+  auto const& all = operators.crefInOrder();
+  return !begins(u"delta") && std::none_of(all.begin(), all.end(), [&](OperatorBC const* op) {
+    auto const& others = op->crefWords().names;
+    return begins(op->getName()) || begins(op->getText()) ||
+           std::any_of(others.begin(), others.end(), [&](auto const& other) { return begins(other.name); });
+  });
 }
 
 bool takesBounds(OperatorBC const& op) { return op.crefWords().lowerRows > 0; }
@@ -156,7 +175,7 @@ void keepAround(std::vector<TypedBoundsS>& bounds, PlaceS place) {
 void adoptVariant(std::vector<TypedBoundsS>& bounds, PlaceS place) {
   Node4C const* const item = bounds.empty() ? nullptr : enclosingItem(*place.node);
   bool const isBounded = item && item->getType() == NODE4_OPERATOR && takesBounds(*item->crefOperator());
-  if (isBounded && !isAround(*bounds.back().construct, place)) bounds.back() = {item, u'\0'};
+  if (isBounded && !isAround(*bounds.back().construct, place)) bounds.back() = {item, u'\0', false};
 }
 
 InputDecisionS decideInBounds(ViewZNT4C const& view, char16_t c, InputOptionsS const& options,
@@ -184,14 +203,14 @@ PlaceS leaveBoundsByWord(PlaceS place, wstring const& word, std::vector<TypedBou
   return !bounds.empty() && endsProduct(word, operators) ? afterBounds(place, bounds) : PlaceS();
 }
 
-ReplacementS findDifferential(PlaceS place, std::vector<TypedBoundsS> const& bounds) {
+ReplacementS findDifferential(PlaceS place, std::vector<TypedBoundsS> const& bounds,
+                              OperatorListC const& operators) {
   if (bounds.empty() || !isAround(*bounds.back().construct, place)) return {};
-  EndedRowS const ended = findEndedRow(place, *bounds.back().construct);
+  EndedRowS const ended = findEndedRow(place, bounds.back());
   if (ended.part != PART_BODY || !ended.row || place.node->getParent() != ended.row) return {};
+  if (!isLoneDifferential(place, operators)) return {};
   wstring const& text = place.node->crefText();
   unsigned int begin = place.pos - 2;
-  bool const isLone = place.pos >= 2 && text[begin] == u'd' && wordStart(text, place.pos) == begin;
-  if (!isLone || math::common::isDigit(text[place.pos - 1])) return {};
   while (begin > 0 && text[begin - 1] == u' ') --begin;
   if (begin == 0 && !place.node->goLeft()) return {};
   return {{place.node, begin}, place, text.substr(place.pos - 1, 1), {}, rowEnd(*ended.next)};

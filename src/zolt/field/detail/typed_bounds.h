@@ -24,6 +24,10 @@ struct BoundsStepS {
 /// Whether the row is one name or number.
 bool isWord(math::ved::Node4C const& row);
 
+/// Whether a "d" that begins a word and one letter end at the place, "x dx", which are not the beginning of
+/// another word: "x di" may become "x div 2".
+bool isLoneDifferential(PlaceS place, OperatorListC const& operators);
+
 /// Whether a construct has bounds (`OperatorWordsS::lowerRows`).
 bool takesBounds(OperatorBC const& op);
 
@@ -42,6 +46,7 @@ PlaceS leaveBoundsByWord(PlaceS place, wstring const& word, std::vector<TypedBou
                          OperatorListC const& operators);
 
 /// The replacement for the "dx" that was just typed at the place: its variable goes to the row for it.
-ReplacementS findDifferential(PlaceS place, std::vector<TypedBoundsS> const& bounds);
+ReplacementS findDifferential(PlaceS place, std::vector<TypedBoundsS> const& bounds,
+                              OperatorListC const& operators);
 
 }  // namespace zolt::field::detail

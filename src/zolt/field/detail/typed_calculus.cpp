@@ -1,0 +1,183 @@
+#include "zolt/field/detail/typed_calculus.h"
+
+#include "zolt/common/signs.h"
+#include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/name_factors.h"
+#include "zolt/field/detail/typed_bounds.h"
+#include "zolt/field/detail/word_bounds.h"
+#include "zolt/ved/operators/operator.h"
+#include "zolt/ved/operators/operator_list.h"
+#include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/view/view.h"
+
+namespace zolt::field::detail {
+
+using namespace math::ved;
+
+namespace {
+
+constexpr char16_t partial = u'∂';
+
+/// A row that is one text with one exponent at most, apart from brackets that were just opened at its end.
+struct RaisedTextS {
+  wstring text;
+  Node4C const* exponent = nullptr;  ///< its row; null: none
+  bool isAll = false;
+};
+
+RaisedTextS readRaised(Node4C const& row, Node4C const* end) {
+  RaisedTextS raised;
+  Node4C const* item = row.child(0);
+  raised.text = item->crefText();
+  item = item->goRight();
+  if (item && item->getType() == NODE4_POWER) {
+    raised.exponent = item->child(0);
+    item = item->goRight();
+    if (item->sizeText() > 0) return raised;
+    item = item->goRight();
+  }
+  raised.isAll = !item || item == end;
+  return raised;
+}
+
+/// Whether two exponents are the same word, or both are missing.
+bool isSameOrder(Node4C const* first, Node4C const* second) {
+  if (!first || !second) return first == second;
+  return isWord(*first) && isWord(*second) && first->child(0)->crefText() == second->child(0)->crefText();
+}
+
+/// What is above and below the bar of a derivative without its operand.
+struct DerivativeS {
+  wstring name;  ///< of the construct; empty: it is none
+  wstring variable;
+  Node4C const* order = nullptr;  ///< null: the first
+};
+
+/// `open`: a bracket at the end of the denominator that is no part of it; null: none.
+DerivativeS readDerivative(Node4C const& fraction, Node4C const* open) {
+  DerivativeS derivative;
+  RaisedTextS const above = readRaised(*fraction.child(0), nullptr);
+  RaisedTextS const below = readRaised(*fraction.child(1), open);
+  bool const isD = above.text == u"d" || above.text == wstring(1, partial);
+  if (!isD || !above.isAll || !below.isAll || below.text.size() < 2 || below.text[0] != above.text[0])
+    return derivative;
+  wstring const variable = toMeantName(below.text.substr(1));
+  bool const isOneLetter = variable.size() == 1 || variable[1] == u'_';
+  bool const isName = isWordCharacter(variable[0]) && !math::common::isDigit(variable[0]);
+  if (!isName || !isOneLetter || !isSameOrder(above.exponent, below.exponent)) return derivative;
+  derivative.name = above.text[0] == partial ? u"pdiff" : u"diff";
+  derivative.variable = variable;
+  derivative.order = above.exponent;
+  return derivative;
+}
+
+bool isFraction(Node4C const* item, OperatorListC const& operators) {
+  return item && item->getType() == NODE4_OPERATOR && item->crefOperator() == operators.lookup(u"/").get();
+}
+
+/// Whether an integral has bounds on either side of its sign.
+bool isIntegral(OperatorBC const& op) { return op.crefWords().lowerRows == 1 && op.crefWords().hasUpperRow; }
+
+}  // namespace
+
+ConstructReplacementS findDerivative(ViewZNT4C const& view, char16_t typed) {
+  PlaceS const caret = view.getSelection().caret;
+  OperatorListC const& operators = view.crefOperatorList();
+  bool const isCall = typed == u'(';
+  // What was typed is after the fraction, or at the end of what is below its bar.
+  Node4C const* const open = isCall && caret.pos == 0 ? caret.node->goLeft() : nullptr;
+  if (isCall && (!open || open->getType() != NODE4_OPEN)) return {};
+  PlaceS const end = open ? placeBefore(*open) : caret;
+  bool const isLetter = !isCall && typed != u' ';
+  wstring const before = end.node->crefText().substr(0, isLetter ? end.pos - 1 : end.pos);
+  bool const isAfter = before.find_first_not_of(u' ') == before.npos;
+  Node4C const* fraction = isAfter ? end.node->goLeft() : nullptr;
+  bool const isInside = !isFraction(fraction, operators) && !isLetter;
+  if (isInside) fraction = enclosingItem(*end.node);
+  bool const isBelow =
+      isInside && isFraction(fraction, operators) && end.node->getParent()->findChildNumber() == 1;
+  if (!isFraction(fraction, operators) || (isInside && !isBelow)) return {};
+  if (isInside && isCall && !isAtRowEnd(caret) &&
+      !(hasSuppliedClose(*end.node->getParent()) && findPartner(*open) &&
+        isAtRowEnd(placeAfter(*findPartner(*open)))))
+    return {};
+  if (isInside && !isCall && !isAtRowEnd(caret)) return {};
+  DerivativeS const derivative = readDerivative(*fraction, isInside ? open : nullptr);
+  ConstructReplacementS found;
+  if (derivative.name.empty()) return found;
+  auto const simple = operators.lookup(derivative.name);
+  if (simple) found.op = derivative.order ? findSharing(operators, *simple, 3) : simple;
+  if (!found.op) return found;
+  auto const rows = argumentRows(*found.op, found.op->getInsertedRows());
+  found.begin = placeBefore(*fraction);
+  found.end = isInside ? placeAfter(*fraction) : caret;
+  if (derivative.order) found.contents = {{wholeRow(*derivative.order), rows[2]}};
+  found.marks = {{derivative.variable, rows[1]}};
+  if (isLetter) found.marks.push_back({wstring(1, typed), rows[0]});
+  found.caretRow = rows[0];
+  found.hasBounds = true;
+  return found;
+}
+
+PlaceS startOfPartial(PlaceS place) {
+  Node4C const* const power = place.pos == 0 ? place.node->goLeft() : nullptr;
+  PlaceS const end = power && power->getType() == NODE4_POWER ? placeBefore(*power) : place;
+  bool const isPartial = end.pos > 0 && end.node->crefText()[end.pos - 1] == partial;
+  return isPartial ? PlaceS{end.node, end.pos - 1} : PlaceS();
+}
+
+ConstructReplacementS findRaisedIntegral(ViewZNT4C const& view) {
+  PlaceS const caret = view.getSelection().caret;
+  Node4C const* const power = enclosingItem(*caret.node);
+  if (!power || power->getType() != NODE4_POWER || !isEmptyRow(*power->child(0))) return {};
+  PlaceS const end = placeBefore(*power);
+  unsigned int const start = nameStart(end.node->crefText(), end.pos);
+  wstring const name = end.node->crefText().substr(start, end.pos - start);
+  std::size_t const mark = name.find(u'_');
+  if (mark == name.npos || mark == 0 || mark + 1 == name.size()) return {};
+  auto op = findConstruct(view.crefOperatorList(), name.substr(0, mark)).op;
+  if (!op || !isIntegral(*op)) return {};
+  auto const rows = argumentRows(*op, op->getInsertedRows());
+  ConstructReplacementS found;
+  found.begin = {end.node, start};
+  found.end = placeAfter(*power);
+  found.marks = {{toMeantName(name.substr(mark + 1)), rows[0]}};
+  found.caretRow = rows[1];
+  found.hasBounds = true;
+  found.op = std::move(op);
+  return found;
+}
+
+ConstructReplacementS findIndefinite(ViewZNT4C const& view) {
+  PlaceS const place = view.getSelection().caret;
+  Node4C const* const construct = enclosingItem(*place.node);
+  if (!construct || construct->getType() != NODE4_OPERATOR || !isIntegral(*construct->crefOperator()) ||
+      !isAtRowEnd(place) || !isLoneDifferential(place, view.crefOperatorList()))
+    return {};
+  auto const rows = argumentRows(*construct->crefOperator(), construct->numChildren());
+  for (std::size_t i = 0; i < rows.size(); ++i) {
+    Node4C const* const row = construct->child(rows[i]);
+    if (i == 0 ? row != place.node->getParent() : !isEmptyRow(*row)) return {};
+  }
+  ConstructReplacementS found;
+  found.op = findSharing(view.crefOperatorList(), *construct->crefOperator(), 2);
+  if (!found.op) return found;
+  wstring const& text = place.node->crefText();
+  PlaceS end{place.node, place.pos - 2};
+  while (end.pos > 0 && text[end.pos - 1] == u' ') --end.pos;
+  PlaceS begin = rowStart(*place.node->getParent());
+  while (begin != end && begin.pos < begin.node->sizeText() && begin.node->crefText()[begin.pos] == u' ')
+    ++begin.pos;
+  if (begin == end) return {};
+  auto const taking = argumentRows(*found.op, found.op->getInsertedRows());
+  found.begin = placeBefore(*construct);
+  found.end = placeAfter(*construct);
+  found.contents = {{{begin, end}, taking[0]}};
+  found.marks = {{text.substr(place.pos - 1, 1), taking[1]}};
+  found.caretRow = taking[1];
+  found.hasBounds = true;
+  return found;
+}
+
+}  // namespace zolt::field::detail
