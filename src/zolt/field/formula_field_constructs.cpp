@@ -5,7 +5,6 @@
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/typed_calculus.h"
-#include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/row_building.h"
@@ -77,16 +76,15 @@ void FormulaFieldC::closeGroup() {
 /// What is typed of derivatives and integrals as they are printed. False when it is nothing of them.
 bool FormulaFieldC::replaceCalculus(InputDecisionS const& decision, char16_t c) {
   bool const isText = decision.kind == INPUT_TEXT;
-  if (!options_.constructs || !(isText || (decision.kind == INPUT_MOVE && c == u' '))) return false;
-  ConstructReplacementS found;
-  bool const isDerivative = isText ? isWordCharacter(decision.text[0]) || decision.text == u"(" : true;
-  if (isDerivative) found = findDerivative(view_, isText ? decision.text[0] : u' ');
-  bool const isIntegral = isText && !found.op;
-  if (isIntegral && decision.text == u"^") found = findRaisedIntegral(view_);
-  if (isIntegral && isWordCharacter(decision.text[0])) found = findIndefinite(view_);
+  bool const isMove = decision.kind == INPUT_MOVE && c == u' ';
+  // All of it is in a construct or after one.
+  bool const isPossible = enclosingItem(*caret().node) || caret().node->goLeft();
+  if (!options_.constructs || !isPossible || !(isText || isMove)) return false;
+  TypedBoundsS bounds{};
+  ConstructReplacementS const found = findCalculus(view_, isText ? decision.text[0] : u' ', bounds);
   if (!found.op || !replaceCall(found)) return false;
-  char16_t const close = decision.text == u"(" ? u')' : u'\0';
-  bounds_.push_back({enclosingItem(*caret().node), close, !isIntegral});
+  bounds.construct = enclosingItem(*caret().node);
+  bounds_.push_back(bounds);
   return true;
 }
 

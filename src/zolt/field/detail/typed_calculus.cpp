@@ -79,8 +79,7 @@ bool isFraction(Node4C const* item, OperatorListC const& operators) {
 /// Whether an integral has bounds on either side of its sign.
 bool isIntegral(OperatorBC const& op) { return op.crefWords().lowerRows == 1 && op.crefWords().hasUpperRow; }
 
-}  // namespace
-
+/// The derivative that "d/dx" becomes when an operand begins after it.
 ConstructReplacementS findDerivative(ViewZNT4C const& view, char16_t typed) {
   PlaceS const caret = view.getSelection().caret;
   OperatorListC const& operators = view.crefOperatorList();
@@ -116,17 +115,10 @@ ConstructReplacementS findDerivative(ViewZNT4C const& view, char16_t typed) {
   found.marks = {{derivative.variable, rows[1]}};
   if (isLetter) found.marks.push_back({wstring(1, typed), rows[0]});
   found.caretRow = rows[0];
-  found.hasBounds = true;
   return found;
 }
 
-PlaceS startOfPartial(PlaceS place) {
-  Node4C const* const power = place.pos == 0 ? place.node->goLeft() : nullptr;
-  PlaceS const end = power && power->getType() == NODE4_POWER ? placeBefore(*power) : place;
-  bool const isPartial = end.pos > 0 && end.node->crefText()[end.pos - 1] == partial;
-  return isPartial ? PlaceS{end.node, end.pos - 1} : PlaceS();
-}
-
+/// The integral that "int_0" becomes when "^" was just typed after it.
 ConstructReplacementS findRaisedIntegral(ViewZNT4C const& view) {
   PlaceS const caret = view.getSelection().caret;
   Node4C const* const power = enclosingItem(*caret.node);
@@ -144,11 +136,11 @@ ConstructReplacementS findRaisedIntegral(ViewZNT4C const& view) {
   found.end = placeAfter(*power);
   found.marks = {{toMeantName(name.substr(mark + 1)), rows[0]}};
   found.caretRow = rows[1];
-  found.hasBounds = true;
   found.op = std::move(op);
   return found;
 }
 
+/// The integral without bounds that one becomes when "x dx" was just typed in its first place.
 ConstructReplacementS findIndefinite(ViewZNT4C const& view) {
   PlaceS const place = view.getSelection().caret;
   Node4C const* const construct = enclosingItem(*place.node);
@@ -176,8 +168,25 @@ ConstructReplacementS findIndefinite(ViewZNT4C const& view) {
   found.contents = {{{begin, end}, taking[0]}};
   found.marks = {{text.substr(place.pos - 1, 1), taking[1]}};
   found.caretRow = taking[1];
-  found.hasBounds = true;
   return found;
+}
+
+}  // namespace
+
+ConstructReplacementS findCalculus(ViewZNT4C const& view, char16_t typed, TypedBoundsS& bounds) {
+  if (typed == u'^') return findRaisedIntegral(view);
+  if (typed != u' ' && typed != u'(' && !isWordCharacter(typed)) return {};
+  ConstructReplacementS found = findDerivative(view, typed);
+  bounds.isDerivative = bool{found.op};
+  if (found.op && typed == u'(') bounds.close = u')';
+  return found.op || !isWordCharacter(typed) ? found : findIndefinite(view);
+}
+
+PlaceS startOfPartial(PlaceS place) {
+  Node4C const* const power = place.pos == 0 ? place.node->goLeft() : nullptr;
+  PlaceS const end = power && power->getType() == NODE4_POWER ? placeBefore(*power) : place;
+  bool const isPartial = end.pos > 0 && end.node->crefText()[end.pos - 1] == partial;
+  return isPartial ? PlaceS{end.node, end.pos - 1} : PlaceS();
 }
 
 }  // namespace zolt::field::detail

@@ -1,24 +1,21 @@
 #pragma once
 
+#include "zolt/field/auto_replace.h"
 #include "zolt/field/detail/construct_replacement.h"
 
 namespace zolt::field::detail {
 
 // Derivatives and integrals that are typed as they are printed.
 
-/// The derivative that "d/dx" becomes when an operand begins after it, with the character that was just typed
-/// before the caret: a blank or a letter, after which its operand is a product, or "(", which it then has for
-/// its own. The same with "∂", and with an order, "d²/dx²", where there is a construct for it.
-ConstructReplacementS findDerivative(math::ved::ViewZNT4C const& view, char16_t typed);
+/// What a blank, "(", "^" or a character of a word, which was just typed before the caret, makes of what it
+/// ends: of "d/dx" the derivative of the operand that begins after it, the product or what the "(" begins,
+/// also with "∂", and with an order where there is a construct for it; of "int_0" before "^" the integral; of
+/// an integral in whose first place "x dx" stands the one without bounds. `bounds` are then those of the new
+/// construct, which is left open.
+ConstructReplacementS findCalculus(math::ved::ViewZNT4C const& view, char16_t typed, TypedBoundsS& bounds);
 
 /// Where the "∂" or "∂²" begins that ends at the place, which is above the bar of "∂/∂x"; null: none ends
 /// there.
 PlaceS startOfPartial(PlaceS place);
-
-/// The integral that "int_0" becomes when "^" was just typed after it.
-ConstructReplacementS findRaisedIntegral(math::ved::ViewZNT4C const& view);
-
-/// The integral without bounds that one becomes when "x dx" was just typed in its first place.
-ConstructReplacementS findIndefinite(math::ved::ViewZNT4C const& view);
 
 }  // namespace zolt::field::detail
