@@ -486,8 +486,27 @@ class DesktopTest final : public QObject {
     Sheet sheet = *readSheet(sampleBytes(), error);
     Exporter const exporter(fonts(), QApplication::font(), false);
     QByteArray const png = exporter.exportSheet(sheet, PictureFormat::Png, {});
-    QVERIFY(QImage::fromData(png, "PNG").width() > 400);
-    QVERIFY(QSvgRenderer(exporter.exportSheet(sheet, PictureFormat::Svg, QStringLiteral("<&>"))).isValid());
+    QImage const page = QImage::fromData(png, "PNG").convertToFormat(QImage::Format_Grayscale8);
+    QVERIFY(page.width() > 400);
+    QByteArray const svg = exporter.exportSheet(sheet, PictureFormat::Svg, QStringLiteral("<&>"));
+    auto const numFormulas = std::count_if(sheet.begin(), sheet.end(), [](SheetLine const& line) {
+      return line.kind == LineKind::Formula && !(line.prefix.isEmpty() && line.tree.isEmpty());
+    });
+    QCOMPARE(svg.count("role=\"img\" aria-label=\""), numFormulas);
+    QCOMPARE(svg.count("id=\"g1-41\""), 1);
+    QImage drawn(page.size(), QImage::Format_Grayscale8);
+    drawn.fill(Qt::white);
+    QPainter painter(&drawn);
+    QSvgRenderer(svg).render(&painter);
+    painter.end();
+    int dark = 0, other = 0;
+    for (int y = 0; y < page.height(); ++y) {
+      for (int x = 0; x < page.width(); ++x) {
+        dark += page.constScanLine(y)[x] < 128 ? 1 : 0;
+        other += std::abs(page.constScanLine(y)[x] - drawn.constScanLine(y)[x]) > 160 ? 1 : 0;
+      }
+    }
+    QVERIFY2(dark > 500 && other < dark / 20, qPrintable(QStringLiteral("%1 of %2").arg(other).arg(dark)));
     QVERIFY(QSvgRenderer(exporter.exportFormula(sheet[4], PictureFormat::Svg)).isValid());
     QVERIFY(exporter.exportFormula(sheet[2], PictureFormat::Pdf).startsWith("%PDF"));
     QByteArray const onePage = exporter.exportSheet(sheet, PictureFormat::Pdf, QStringLiteral("Sheet"));

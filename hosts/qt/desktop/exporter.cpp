@@ -7,6 +7,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QSet>
 #include <QSvgGenerator>
 #include <algorithm>
 #include <functional>
@@ -40,6 +41,29 @@ constexpr qreal picture_scale = 2;  // device pixels to a pixel of PNG pictures
 constexpr qreal most_pixels = 100e6;
 
 using PictureT = std::unique_ptr<qt::FormulaPicture>;
+
+/// A formula and where its upper left corner is.
+struct PlacedFormulaS {
+  qt::FormulaPicture const& picture;
+  QPointF at;
+  qreal zoom;
+};
+
+/// What a sheet is painted on.
+struct PageS {
+  QPainter& painter;
+  qt::PaintTargetE target;
+  std::vector<PlacedFormulaS>* formulas =
+      nullptr;  ///< unless null, takes them in place of their being painted
+
+  void paint(qt::FormulaPicture const& picture, QPointF at, qreal zoom) const {
+    if (formulas) {
+      formulas->push_back({picture, at, zoom});
+    } else {
+      picture.paint(painter, at, zoom, Qt::black, target);
+    }
+  }
+};
 
 /// A line of the sheet, a result or a graph, laid out for a given width.
 struct BlockS {
@@ -161,7 +185,8 @@ class PageFlow {
     return block(i).height + (hasResult ? result_gap + block(i + 1).height : 0);
   }
 
-  static void paint(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
+  static void paint(BlockS const& block, PageS const& page, QPointF at) {
+    QPainter& painter = page.painter;
     painter.setPen(Qt::black);
     if (block.graph) {
       QSizeF const size(std::min(block.width - formula_indent, graph_width), block.height);
@@ -170,22 +195,22 @@ class PageFlow {
                  GraphColours::onPaper());
       return;
     }
-    if (block.isResult()) return paintResult(block, painter, at + QPointF(formula_indent, 0), target);
+    if (block.isResult()) return paintResult(block, page, at + QPointF(formula_indent, 0));
     if (!block.formula) {
       painter.setFont(block.font);
       painter.drawText(QRectF(at, QSizeF(block.width, block.height)), Qt::TextWordWrap, block.text);
       return;
     }
-    block.formula->paint(painter, at + QPointF(formula_indent, 0), block.zoom, Qt::black, target);
+    page.paint(*block.formula, at + QPointF(formula_indent, 0), block.zoom);
     painter.setFont(block.font);
     painter.setPen(Qt::darkGray);
     QRectF const box(at.x() + block.width - number_width, at.y(), number_width, block.height);
     painter.drawText(box, Qt::AlignRight | Qt::AlignVCenter, QStringLiteral("(%1)").arg(block.number));
   }
 
-  void paintAll(QPainter& painter, QPointF at, qt::PaintTargetE target) const {
+  void paintAll(PageS const& page, QPointF at) const {
     for (std::size_t i = 0; i < blocks_.size(); ++i) {
-      paint(block(i), painter, at, target);
+      paint(block(i), page, at);
       at.ry() += block(i).height + gapAfter(i);
     }
   }
@@ -229,12 +254,11 @@ class PageFlow {
     layOut();
   }
 
-  static void paintResult(BlockS const& block, QPainter& painter, QPointF at, qt::PaintTargetE target) {
-    painter.setPen(Qt::black);
+  static void paintResult(BlockS const& block, PageS const& page, QPointF at) {
     auto const paintPart = [&](PictureT const& part, QPointF place, QPointF signPlace, ResultSign sign) {
       if (!part) return;
-      paintResultSign(painter, at + signPlace, letterOf(block.zoom), sign);
-      part->paint(painter, at + place, block.zoom, Qt::black, target);
+      paintResultSign(page.painter, at + signPlace, letterOf(block.zoom), sign);
+      page.paint(*part, at + place, block.zoom);
     };
     paintPart(block.value, block.layout.value, block.layout.valueSign, block.valueSign);
     paintPart(block.decimal, block.layout.number, block.layout.numberSign, block.numberSign);
@@ -259,6 +283,31 @@ QByteArray toPng(QSizeF size, std::function<void(QPainter&)> const& paint) {
   return bytes;
 }
 
+/// The formulas in one picture, each with its text for those who do not see it. They share their letters.
+QByteArray toSvgGroups(std::vector<PlacedFormulaS> const& formulas) {
+  QByteArray letters, groups;
+  QSet<QByteArray> defined;
+  for (PlacedFormulaS const& formula : formulas) {
+    QByteArray const place = "translate(" + QByteArray::number(formula.at.x()) + ',' +
+                             QByteArray::number(formula.at.y()) + ") scale(" +
+                             QByteArray::number(formula.zoom) + ')';
+    for (QByteArray const& line : formula.picture.toSvg(formula.zoom, 0, Qt::black).split('\n')) {
+      bool const isLetter = line.startsWith("<path id=");
+      if (line.startsWith("<svg ")) {
+        groups += "<g transform=\"" + place + "\" " + line.mid(line.indexOf("role=")) + '\n';
+      } else if (line == "</svg>") {
+        groups += "</g>\n";
+      } else if (isLetter && !defined.contains(line)) {
+        defined.insert(line);
+        letters += line + '\n';
+      } else if (!isLetter && line != "<defs>" && line != "</defs>" && !line.startsWith("<?xml")) {
+        groups += line + '\n';
+      }
+    }
+  }
+  return "<defs>\n" + letters + "</defs>\n" + groups;
+}
+
 QByteArray toSvg(PageFlow const& flow, QSizeF size, QString const& title) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
@@ -270,9 +319,10 @@ QByteArray toSvg(PageFlow const& flow, QSizeF size, QString const& title) {
   generator.setTitle(title.toHtmlEscaped());
   QPainter painter(&generator);
   painter.fillRect(QRectF(QPointF(), size), Qt::white);
-  flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PAPER);
+  std::vector<PlacedFormulaS> formulas;
+  flow.paintAll({painter, qt::PAINT_PAPER, &formulas}, {picture_margin, picture_margin});
   painter.end();
-  return bytes;
+  return bytes.insert(bytes.lastIndexOf("</svg>"), toSvgGroups(formulas));
 }
 
 }  // namespace
@@ -302,7 +352,7 @@ QByteArray Exporter::exportSheet(Sheet const& sheet, PictureFormat format, QStri
   QSizeF const size(width + 2 * picture_margin, flow.height() + 2 * picture_margin);
   if (format == PictureFormat::Svg) return toSvg(flow, size, title);
   return toPng(size, [&](QPainter& painter) {
-    flow.paintAll(painter, {picture_margin, picture_margin}, qt::PAINT_PIXELS);
+    flow.paintAll({painter, qt::PAINT_PIXELS}, {picture_margin, picture_margin});
   });
 }
 
@@ -351,7 +401,7 @@ bool Exporter::print(Sheet const& sheet, QPagedPaintDevice& device, int resoluti
       if (!device.newPage()) return false;
       y = 0;
     }
-    PageFlow::paint(block, painter, {0, y}, qt::PAINT_PAPER_WITH_TEXT);
+    PageFlow::paint(block, {painter, qt::PAINT_PAPER_WITH_TEXT}, {0, y});
     y += block.height + flow.gapAfter(i);
   }
   return painter.end();
