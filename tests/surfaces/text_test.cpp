@@ -95,6 +95,25 @@ TEST_F(TypesetText, GivesSignsTheirSpace) {
             place(u"+b", 0, math::ved::TEXT_FOLLOWS_ITEM)[0].x + double(getFontSize(0).metrics[0]) / 2);
 }
 
+TEST_F(TypesetText, SetsSignsAlikeWithAndWithoutBlanks) {
+  struct {
+    oss::wstring blank, tight;
+  } const cases[] = {
+      {u"a + b = c", u"a+b=c"}, {u"a +  b", u"a+b"}, {u"f, x", u"f,x"}, {u"2 \u2219 x", u"2\u2219x"}};
+  for (auto const& [blank, tight] : cases) {
+    for (unsigned long depth : {0UL, 1UL}) {
+      EXPECT_EQ(typesetter->measure(blank, depth), typesetter->measure(tight, depth));
+      EXPECT_EQ(place(blank, depth).back().x, place(tight, depth).back().x);
+    }
+  }
+  // After a construct a sign is as far from it, whichever blanks are typed.
+  for (auto const role : {math::ved::TEXT_FOLLOWS_ITEM, math::ved::TEXT_FOLLOWS_BRACKET}) {
+    EXPECT_EQ(place(u" = x", 0, role)[1].x, place(u"=x", 0, role)[0].x);
+    EXPECT_EQ(place(u"x = ", 0, role)[2].x, place(u"x=", 0, role)[1].x);
+  }
+  EXPECT_GT(gap(u"= =", 1), 0) << "not one relation";
+}
+
 TEST_F(TypesetText, LowersIndices) {
   for (oss::wstring const text : {u"x_1", u"x_max", u"x\u2081", u"ab_i", u"f'_1", u"x_\xD835\xDC65"}) {
     std::size_t const base = text.find_first_of(u"_\u2081");

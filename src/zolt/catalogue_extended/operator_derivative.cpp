@@ -1,6 +1,6 @@
 #include "zolt/catalogue_extended/operator_derivative.h"
 
-#include "zolt/catalogue_extended/detail/body.h"
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::catalogue_extended {
@@ -61,7 +61,7 @@ void OperatorDerivativeBC::layoutNode4(Node4C* node, GraphicsABC const& graphics
   Node4C& function = *node->child(order ? 2 : 1);
   long const sign = graphics.getTextWidth(sign_);
   long const line = graphics.getTextHeight(sign_);
-  auto const room = detail::bodyRoom(function, detail::BODY_OPERAND, graphics);
+  auto const room = bodyRoom(function, BODY_OPERAND, graphics);
   // A unit is between the sign and its order.
   long const orderWidth = order ? order->getWidth() + 1 : 0;
   long const raised = order ? Node4C::maxDim(0, order->getHeight() - order_overlap) : 0;
@@ -88,14 +88,14 @@ void OperatorDerivativeBC::displayNode4(Node4C* node, GraphicsABC const& graphic
   Node4C const* const order = order_ == ANY_ORDER ? node->child(0) : nullptr;
   Node4C const& variable = *node->child(order ? 1 : 0);
   Node4C const& function = *node->child(order ? 2 : 1);
-  long const bar = function.getDX() - detail::bodyRoom(function, detail::BODY_OPERAND, graphics).left - 1;
+  long const bar = function.getDX() - bodyRoom(function, BODY_OPERAND, graphics).left - 1;
   long const sign = graphics.getTextWidth(sign_);
   graphics.drawHorizontalLine(x, y + midHeight, bar);
   graphics.drawTextAs(TEXT_IS_UPPER_D, sign_, x + (order ? order->getDX() - 1 : (bar + sign) / 2) - sign,
                       y + midHeight - graphics.getTextHeight(sign_) - 1);
   graphics.drawTextAs(TEXT_IS_LOWER_D, sign_, x + variable.getDX() - sign - 2,
                       y + variable.getDY() + variable.getMidHeight() - graphics.getTextMidHeight(sign_));
-  detail::drawBodyBrackets(*node, function, detail::BODY_OPERAND, graphics, x, y);
+  drawBodyBrackets(*node, function, BODY_OPERAND, graphics, x, y);
   if (!order) return;
   long const left = x + variable.getDX() + variable.getWidth();
   long const top = y + variable.getDY() + order_overlap - order->getHeight();

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "zolt/catalogue_extended/detail/body.h"
 #include "zolt/catalogue_extended/detail/row_line.h"
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
@@ -64,7 +64,7 @@ void OperatorIndexC::beforeChildrenLayout(Node4C* node, GraphicsABC const&) cons
 
 void OperatorIndexC::layoutNode4(Node4C* node, GraphicsABC const& graphics) const {
   Node4C& base = *node->child(0);
-  bool const isBracketed = detail::isLoose(base, detail::BODY_OPERAND);
+  bool const isBracketed = isLoose(base, BODY_OPERAND);
   long const cell = isBracketed ? graphics.getMetric(1) : 0;
   long const overhang = isBracketed ? graphics.getMetric(2) : 0;
   base.setDX(cell);

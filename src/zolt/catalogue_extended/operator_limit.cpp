@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "zolt/algexpr/parent_node.h"
-#include "zolt/catalogue_extended/detail/body.h"
 #include "zolt/common/signs.h"
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/operators/operator_list.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
@@ -130,7 +130,7 @@ void OperatorLimitC::layoutNode4(Node4C* node, GraphicsABC const& graphics) cons
   graphics.selectFont(variable.getFontDepth() + 1);
   long const mark = side_ == BOTH_SIDES ? 0 : graphics.getTextWidth(markOf(side_));
   node->selectFont(graphics);
-  auto const room = detail::bodyRoom(term, detail::BODY_PRODUCT, graphics);
+  auto const room = bodyRoom(term, BODY_PRODUCT, graphics);
   long const overhang = graphics.getMetric(2);
   long const sign = graphics.getTextWidth(sign_text);
 
@@ -159,10 +159,10 @@ void OperatorLimitC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
                                   long midHeight) const {
   Node4C const& place = *node->child(ROW_PLACE);
   Node4C const& term = *node->child(ROW_TERM);
-  long const column = term.getDX() - detail::bodyRoom(term, detail::BODY_PRODUCT, graphics).left;
+  long const column = term.getDX() - bodyRoom(term, BODY_PRODUCT, graphics).left;
   graphics.drawText(sign_text, x + (column - graphics.getTextWidth(sign_text)) / 2,
                     y + midHeight - graphics.getTextMidHeight(sign_text));
-  detail::drawBodyBrackets(*node, term, detail::BODY_PRODUCT, graphics, x, y);
+  drawBodyBrackets(*node, term, BODY_PRODUCT, graphics, x, y);
   place.selectFont(graphics);
   drawBefore(place, arrow, graphics, x, y);
   if (side_ == BOTH_SIDES) return;

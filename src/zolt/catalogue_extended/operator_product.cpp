@@ -1,6 +1,6 @@
 #include "zolt/catalogue_extended/operator_product.h"
 
-#include "zolt/catalogue_extended/detail/body.h"
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::catalogue_extended {
@@ -44,7 +44,7 @@ void OperatorProductC::layoutNode4(Node4C* node, GraphicsABC const& graphics) co
   long const size = signSize(*node, graphics);
   long const sign = graphics.getTextWidth(equals);
   node->selectFont(graphics);
-  auto const room = detail::bodyRoom(term, detail::BODY_PRODUCT, graphics);
+  auto const room = bodyRoom(term, BODY_PRODUCT, graphics);
   long const overhang = graphics.getMetric(2);
 
   long const bounds = variable.getWidth() + sign + from.getWidth();
@@ -74,9 +74,9 @@ void OperatorProductC::displayNode4(Node4C* node, GraphicsABC const& graphics, l
   long const size = signSize(*node, graphics);
   drawBefore(*node->child(1), equals, graphics, x, y);
   node->selectFont(graphics);
-  long const column = term.getDX() - detail::bodyRoom(term, detail::BODY_PRODUCT, graphics).left;
+  long const column = term.getDX() - bodyRoom(term, BODY_PRODUCT, graphics).left;
   graphics.drawSign(SIGN_PRODUCT, x + (column - size) / 2, y + midHeight - size / 2, size, size + 1);
-  detail::drawBodyBrackets(*node, term, detail::BODY_PRODUCT, graphics, x, y);
+  drawBodyBrackets(*node, term, BODY_PRODUCT, graphics, x, y);
 }
 
 }  // namespace zolt::catalogue_extended

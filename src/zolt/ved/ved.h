@@ -36,6 +36,7 @@
 #include "zolt/ved/geometry/rectangle.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/construct.h"
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_bars.h"
 #include "zolt/ved/operators/operator_binary_infix.h"

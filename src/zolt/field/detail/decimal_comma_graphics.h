@@ -77,6 +77,9 @@ class DecimalCommaGraphicsC final : public math::ved::GraphicsABC {
     surface_->drawComposed(text, x, y);
   }
   void isAbove(wstring const& text) const override { surface_->isAbove(text); }
+  void drawSpareBrackets(long x, long y, long width, long height) const override {
+    surface_->drawSpareBrackets(x, y, width, height);
+  }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const override {
     surface_->drawSign(sign, x, y, width, height);
   }

@@ -77,6 +77,7 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   void beginsWith(oss::wstring const& text) const final { enclosed_ = text.substr(0, 1); }
   /// What is above a low letter alone comes down to its ink.
   void isAbove(oss::wstring const& text) const final { covered_ = text.substr(0, most_covered); }
+  void drawSpareBrackets(long, long, long, long) const final { enclosed_.clear(); }
   void drawSign(math::ved::SignE sign, long x, long y, long width, long height) const final;
   void drawStroke(math::ved::StrokeE kind, std::vector<math::ved::PointS> const& points) const final;
 

@@ -39,7 +39,13 @@ class PlacerC {
 
   void place(RuledCharS const& ruled) {
     endMark(ruled.lowered);
-    if (glyphs_.empty()) {
+    if (ruled.look.charClass == CLASS_SPACE) {
+      // A sign beside it is placed as if it were not there.
+      signIsLast_ = signIsLast_ && ruled.after > 0;
+      if (glyphs_.size() == blanks_) ++blanks_;
+      return append(ruled, ruled.look.upright, ruled.origin);
+    }
+    if (glyphs_.size() == blanks_) {
       firstShift_ = findFirstShift(ruled);
     } else if (!ruled.joined) {
       firstShift_ = 0;
@@ -61,11 +67,11 @@ class PlacerC {
   /// has no neighbour to keep away from, or is drawn by a construct between two rows of its own.
   void finish() {
     endMark(false);
-    if (prefixRoom_ > 0 && glyphs_.size() > 1) movePrefix();
-    if (signIsLast_ && sign_ == 0 && prefixRoom_ > 0) {
+    if (prefixRoom_ > 0 && glyphs_.size() > blanks_ + 1) movePrefix();
+    if (signIsLast_ && sign_ == blanks_ && prefixRoom_ > 0) {
       for (PlacedGlyphS& glyph : glyphs_) glyph.x += prefix_space * em_;
     }
-    if (!signIsLast_ || (sign_ == 0 && !followsItem_)) return;
+    if (!signIsLast_ || (sign_ == blanks_ && !followsItem_)) return;
     for (std::size_t i = sign_; i < glyphs_.size(); ++i) glyphs_[i].x += halfGap_;
   }
 
@@ -117,7 +123,7 @@ class PlacerC {
   void movePrefix() {
     double const move = prefix_move * prefixRoom_;
     std::size_t const end = prefixEnd_ > 0 ? prefixEnd_ : glyphs_.size();
-    for (std::size_t i = 0; i < end; ++i) glyphs_[i].x -= move;
+    for (std::size_t i = blanks_; i < end; ++i) glyphs_[i].x -= move;
     if (prefixEnd_ > 0) glyphs_[prefixEnd_].x -= move / 2;
   }
 
@@ -166,6 +172,7 @@ class PlacerC {
   double firstShift_ = 0;  // of a sign or comma that starts the text
   double prefixRoom_ = 0;
   std::size_t prefixEnd_ = 0;  // glyph of the first sign after the start of the text; 0: there is none
+  std::size_t blanks_ = 0;     // how many the text starts with
   std::size_t sign_ = 0;       // glyph of the last sign
   bool signIsLast_ = false;
   bool hasMark_ = false;  // an underscore waits for an index

@@ -141,6 +141,12 @@ class GraphicsABC : public oss::RefCountedBC {
   /// above nothing else: over a low letter it may come closer. Unless overridden it does nothing.
   virtual void isAbove(oss::wstring const&) const {}
 
+  /// Draws a pair of brackets that its content can do without in print, though not in a line of text: the
+  /// one around a summand. Unless overridden it calls `drawBracketPair`, as for supplied ones.
+  virtual void drawSpareBrackets(long x, long y, long width, long height) const {
+    drawBracketPair(x, y, width, height, true);
+  }
+
   /// How far below the top of a text's box the baseline of the current font is, in units, for hosts that set
   /// formulas in lines of text (`ViewZNT4C::getBaseline`). Unless overridden it is half-way between the axis
   /// and the bottom of the box. Drawing does not depend on it.

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_diff.h"
 
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/tree/node4.h"
-#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -34,9 +34,7 @@ void OperatorDiffC::displayNode4(Node4C* node, GraphicsABC const& graphics, long
   graphics.drawTextAs(TEXT_IS_UPPER_D, crefText(), x + (length - graphics.getTextWidth(crefText())) / 2,
                       bar - graphics.getTextHeight(crefText()) - 1);
   graphics.drawHorizontalLine(x, bar, length);
-  graphics.beginsWith(crefFirstText(*expression));
-  graphics.drawBracketPair(x + expression->getDX(), y + expression->getDY(), expression->getWidth(),
-                           expression->getHeight(), true);
+  drawRoomyBrackets(*node, *expression, BODY_OPERAND, graphics, x, y);
 }
 
 }  // namespace zolt::math::ved

@@ -1,7 +1,7 @@
 #include "zolt/ved/operators/operator_sigma.h"
 
+#include "zolt/ved/operators/construct_body.h"
 #include "zolt/ved/tree/node4.h"
-#include "zolt/ved/tree/row_view.h"
 
 namespace zolt::math::ved {
 
@@ -57,9 +57,7 @@ void OperatorSigmaC::displayNode4(Node4C* node, GraphicsABC const& graphics, lon
   graphics.drawSign(SIGN_SUM, x + (summand->getDX() - size - graphics.getMetric(1)) / 2,
                     y + midHeight - size / 2, size, size + 1);
   drawBefore(*node->child(1), equals, graphics, x, y);
-  graphics.beginsWith(crefFirstText(*summand));
-  graphics.drawBracketPair(x + summand->getDX(), y + summand->getDY(), summand->getWidth(),
-                           summand->getHeight(), true);
+  drawRoomyBrackets(*node, *summand, BODY_PRODUCT, graphics, x, y);
 }
 
 }  // namespace zolt::math::ved

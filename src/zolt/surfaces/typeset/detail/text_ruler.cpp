@@ -68,6 +68,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
   current_.look = characters_.find(c);
   current_.start = start;
   CharClassE const charClass = current_.look.charClass;
+  std::int64_t const blanks = charClass == CLASS_SPACE ? blanks_ : std::exchange(blanks_, 0);
   if (charClass == CLASS_INDEX_MARK && readIndexMark()) return current_;
 
   bool const isLetter = charClass == CLASS_LETTER, isDigit = charClass == CLASS_DIGIT;
@@ -106,7 +107,7 @@ RuledCharS const& TextRulerC::read(char16_t c) {
     case CLASS_BINARY:
     case CLASS_RELATION:
     case CLASS_COLON:
-      readSign();
+      readSign(static_cast<int>(blanks));
       return current_;
     case CLASS_COMMA:
       space = scaled(tight_ ? tight_comma_space : comma_space);
@@ -116,8 +117,8 @@ RuledCharS const& TextRulerC::read(char16_t c) {
       before_ = BEFORE_SIGN;
       break;
     case CLASS_SPACE:
-      token_ = TOKEN_NONE;
-      break;
+      readBlank();
+      return current_;
     case CLASS_DIGIT:
       if (token_ == TOKEN_NONE) token_ = TOKEN_NUMBER;
       if (token_ == TOKEN_EXPONENT_MARK) token_ = TOKEN_EXPONENT;
@@ -157,6 +158,20 @@ bool TextRulerC::readIndexMark() {
   return true;
 }
 
+// A blank that is typed beside a sign is no wider than the space that the sign has anyway: "a + b" is set as
+// "a+b" is.
+void TextRulerC::readBlank() {
+  token_ = TOKEN_NONE;
+  if (trailing_ == 0) {
+    add(0, 0);
+    blanks_ += current_.end - current_.start;
+    return;
+  }
+  if (before_ == BEFORE_RELATION) before_ = BEFORE_SIGN;
+  current_.origin = current_.end = current_.start;
+  current_.after = trailing_;
+}
+
 int TextRulerC::getFactorSpace() const { return scaled(tight_ ? tight_binary_space : product_space); }
 
 // Until a digit follows, the mark is shown as it is: it may become part of a name.
@@ -187,7 +202,7 @@ void TextRulerC::readInRun(char16_t c) {
   current_.end = std::max(current_.start, runStart_ + width);
 }
 
-void TextRulerC::readSign() {
+void TextRulerC::readSign(int blanks) {
   CharClassE const charClass = current_.look.charClass;
   bool const relation = charClass == CLASS_RELATION || charClass == CLASS_COLON;
   if (relation && before_ == BEFORE_RELATION) {
@@ -206,14 +221,14 @@ void TextRulerC::readSign() {
     left = right = tight_ ? tight_binary_space : product_space;
   } else if (token_ == TOKEN_EXPONENT_MARK || before_ == BEFORE_SIGN || before_ == BEFORE_RELATION) {
     left = right = 0;
-  } else if (before_ == BEFORE_OPERAND) {
+  } else if (before_ == BEFORE_OPERAND || blanks > 0) {
     left = right = tight_ ? tight_binary_space : binary_space;
   } else if (!tight_) {
     constexpr char32_t plus = '+';
     left = right = current_.look.upright.codePoint == plus ? leading_plus_space : leading_minus_space;
   }
   trailing_ = scaled(right);
-  add(scaled(left), trailing_);
+  add(scaled(left) - blanks, trailing_);
   if (token_ == TOKEN_EXPONENT_MARK) powerSign_ = current_.look.upright.advance;
   token_ = token_ == TOKEN_EXPONENT_MARK ? TOKEN_EXPONENT : TOKEN_NONE;
   before_ = relation ? BEFORE_RELATION : token_ == TOKEN_EXPONENT ? BEFORE_OPERAND : BEFORE_SIGN;

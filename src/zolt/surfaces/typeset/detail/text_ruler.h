@@ -60,7 +60,8 @@ class TextRulerC {
   bool joinPair(char16_t c);
   bool readIndexMark();
   void readInRun(char16_t c);
-  void readSign();
+  void readSign(int blanks);
+  void readBlank();
   void readPowerDigit();
   void add(int left, int right);
   int advanceOf(FaceGlyphS const& glyph) const;
@@ -74,9 +75,10 @@ class TextRulerC {
   bool powerHasDigits_ = false;
   TokenE token_ = TOKEN_NONE;
   BeforeE before_ = BEFORE_NOTHING;
-  char16_t high_ = 0;     // a surrogate waiting for its partner
-  int trailing_ = 0;      // the space that the sign just read keeps after itself
-  bool inIndex_ = false;  // after the underscore of a name
+  char16_t high_ = 0;        // a surrogate waiting for its partner
+  int trailing_ = 0;         // the space that the sign just read keeps after itself
+  std::int64_t blanks_ = 0;  // how wide the blanks are that were read last
+  bool inIndex_ = false;     // after the underscore of a name
   bool hasIndex_ = false;
   std::int64_t indexStart_ = 0;  // where the last index begins
   int owed_ = 0;                 // what an underscore that is shown is wider than one that is not

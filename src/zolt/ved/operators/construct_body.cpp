@@ -1,18 +1,14 @@
-#include "zolt/catalogue_extended/detail/body.h"
+#include "zolt/ved/operators/construct_body.h"
 
 #include <string_view>
 
-#include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/node4.h"
 #include "zolt/ved/tree/row_view.h"
 
-namespace zolt::catalogue_extended::detail {
-
-using namespace math::ved;
-namespace common = math::common;
+namespace zolt::math::ved {
 
 namespace {
 
@@ -23,9 +19,21 @@ constexpr unsigned long most_characters = 64;
 /// Whether the character is a part of a name or number, or belongs to the one before it.
 bool isTight(char16_t c) {
   constexpr std::u16string_view others = u"._!%°";
-  return common::isDigit(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
+  return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
          others.find(c) != others.npos || c == common::prime_sign || c == common::infinity_sign ||
          (c >= u'\u00C0' && c < u'\u2000' && c != u'\u00D7' && c != u'\u00F7');
+}
+
+/// Whether there is a word beside a blank, which may be an operator: "a and b".
+bool hasLooseWord(oss::wstring const& text) {
+  if (text.find(u' ') == text.npos) return false;
+  std::size_t letters = 0;
+  for (char16_t const c : text) {
+    bool const isLetter = (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
+    letters = isLetter ? letters + 1 : 0;
+    if (letters > 1) return true;
+  }
+  return false;
 }
 
 /// Counts the operands of a row as far as it has been read.
@@ -50,13 +58,13 @@ class OperandCountC {
 
  private:
   bool readText(oss::wstring const& text) {
-    if (text.size() > most_characters) return false;
+    if (text.size() > most_characters || hasLooseWord(text)) return false;
     bool inWord = false;
     for (char16_t const c : text) {
-      bool const isTimes = c == common::times_sign && body_ == BODY_PRODUCT;
-      if (!isTimes && !isTight(c)) return false;
-      if (!isTimes && !inWord) ++operands_;
-      inWord = !isTimes;
+      bool const isBetween = c == u' ' || (c == common::times_sign && body_ == BODY_PRODUCT);
+      if (!isBetween && !isTight(c)) return false;
+      if (!isBetween && !inWord) ++operands_;
+      inWord = !isBetween;
     }
     return true;
   }
@@ -119,4 +127,13 @@ void drawBodyBrackets(Node4C const& construct, Node4C const& body, BodyE kind, G
                            true);
 }
 
-}  // namespace zolt::catalogue_extended::detail
+void drawRoomyBrackets(Node4C const& construct, Node4C const& body, BodyE kind, GraphicsABC const& graphics,
+                       long x, long y) {
+  bool const isNeeded = isLoose(body, kind) || isFollowed(construct);
+  long const left = x + body.getDX(), top = y + body.getDY();
+  graphics.beginsWith(crefFirstText(body));
+  if (isNeeded) return graphics.drawBracketPair(left, top, body.getWidth(), body.getHeight(), true);
+  graphics.drawSpareBrackets(left, top, body.getWidth(), body.getHeight());
+}
+
+}  // namespace zolt::math::ved

@@ -1,14 +1,9 @@
 #pragma once
 
 namespace zolt::math::ved {
+
 class GraphicsABC;
 class Node4C;
-}  // namespace zolt::math::ved
-
-namespace zolt::catalogue_extended::detail {
-
-using math::ved::GraphicsABC;
-using math::ved::Node4C;
 
 /// What may be in a row without brackets around it.
 enum BodyE {
@@ -31,5 +26,9 @@ BodyRoomS bodyRoom(Node4C const& body, BodyE kind, GraphicsABC const& graphics);
 /// Draws the brackets where they are needed; (x, y) is the construct's corner.
 void drawBodyBrackets(Node4C const& construct, Node4C const& body, BodyE kind, GraphicsABC const& graphics,
                       long x, long y);
+/// The same for a construct with room for both brackets at all times. Where they are not needed, the surface
+/// decides (`GraphicsABC::drawSpareBrackets`).
+void drawRoomyBrackets(Node4C const& construct, Node4C const& body, BodyE kind, GraphicsABC const& graphics,
+                       long x, long y);
 
-}  // namespace zolt::catalogue_extended::detail
+}  // namespace zolt::math::ved
