@@ -367,8 +367,14 @@ class DesktopTest final : public QObject {
   void noTwoEntriesOfAMenuShareALetter() {
     MainWindow window(fonts(), nullptr);
     QStringList faults;
-    qt::FormulaEdit field;
-    QList<QAction*> const fieldMenu = field.createStandardContextMenu()->actions();
+    window.view().setSheet({formulaLine("matrix(list(a,b),list(c,d))")});
+    qt::FormulaEdit* const field = window.view().currentFormula();
+    field->runCommand(field::COMMAND_FORMULA_END);
+    field->runCommand(field::COMMAND_LEFT);
+    QMenu* const menu = field->createStandardContextMenu();
+    emit field->contextMenuMade(menu);
+    QList<QAction*> const fieldMenu = menu->actions();
+    QCOMPARE(fieldMenu.size(), 20);  // with separators, entries for tables, and those of the window
     for (QAction const* const entry : fieldMenu) {
       if (!entry->isSeparator() && !entry->text().contains(u'&')) faults << entry->text();
     }

@@ -16,6 +16,7 @@
 #include "hosts/qt/desktop/sheet_view.h"
 #include "hosts/qt/desktop/size_grid.h"
 #include "zolt/qt/formula_edit.h"
+#include "zolt/qt/mnemonics.h"
 #include "zolt/qt/text.h"
 
 namespace zolt::desktop {
@@ -142,6 +143,7 @@ void MainWindow::makeTableMenu(QMenu& menu) {
       action->setEnabled(formula && formula->isCommandEnabled(entry.command));
     });
   }
+  qt::giveLetters(menu.actions());
 }
 
 void MainWindow::makeInsertMenu() {

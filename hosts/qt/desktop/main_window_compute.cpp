@@ -19,6 +19,7 @@
 #include "zolt/engines/sheet/variables.h"
 #include "zolt/qt/formula_edit.h"
 #include "zolt/qt/formula_mime.h"
+#include "zolt/qt/mnemonics.h"
 #include "zolt/qt/text.h"
 
 namespace zolt::desktop {
@@ -111,7 +112,13 @@ void MainWindow::makeComputeMenu() {
   });
   connect(view_, &SheetView::contextMenuMade, this, [&menu](QMenu* formulaMenu) {
     formulaMenu->addSeparator();
-    formulaMenu->addMenu(&menu);
+    // The menu bar's letter is the one of "Copy" here. An entry for tables that has the other one gets a
+    // third.
+    for (QAction* const entry : formulaMenu->actions()) {
+      if (qt::letterOf(entry->text()) == Qt::Key_M) entry->setText(entry->text().remove(u'&'));
+    }
+    formulaMenu->addAction(tr("Co&mpute"))->setMenu(&menu);
+    qt::giveLetters(formulaMenu->actions());
   });
   connect(view_, &SheetView::resultMenuMade, this, [this](QMenu* resultMenu) {
     updateComputeActions();

@@ -18,6 +18,7 @@
 #include "zolt/qt/formula_accessible.h"
 #include "zolt/qt/formula_edit_state.h"
 #include "zolt/qt/formula_mime.h"
+#include "zolt/qt/mnemonics.h"
 #include "zolt/qt/text.h"
 #include "zolt/ved/geometry/blind_graphics.h"
 #include "zolt/ved/operators/operator.h"
@@ -476,6 +477,7 @@ QMenu* FormulaEdit::createStandardContextMenu() {
       add(static_cast<field::CommandE>(command));
     }
   }
+  giveLetters(menu->actions());
   return menu;
 }
 
