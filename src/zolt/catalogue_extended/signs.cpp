@@ -20,12 +20,14 @@ enum PrecedenceE {
   PRECEDENCE_NONE = 0,
   PRECEDENCE_AFTER = 5,
   PRECEDENCE_SIGN = 20,
+  PRECEDENCE_PRODUCT = 30,
   PRECEDENCE_SUM = 40,
   PRECEDENCE_INTERSECTION = 42,
   PRECEDENCE_UNION = 44,
   PRECEDENCE_RELATION = 50,
   PRECEDENCE_IMPLICATION = 84,
-  PRECEDENCE_EQUIVALENCE = 86
+  PRECEDENCE_EQUIVALENCE = 86,
+  PRECEDENCE_CONDITION = 88
 };
 
 constexpr char16_t const* arithmetic = u"Arithmetic";
@@ -59,9 +61,12 @@ constexpr SignS table[] = {
     {u"subset", u'⊂', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"subset", u"subset ⊂", u"\\subset ⊂"},
     {u"subseteq", u'⊆', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"subset or equal", u"subseteq ⊆",
      u"\\subseteq ⊆ \\subseteqq"},
-    {u"union", u'∪', OPERATOR_BETWEEN, PRECEDENCE_UNION, sets, u"union", u"union ∪", u"\\cup ∪", u"cup"},
-    {u"intersect", u'∩', OPERATOR_BETWEEN, PRECEDENCE_INTERSECTION, sets, u"intersection", u"intersect ∩",
-     u"\\cap ∩", u"cap"},
+    {u"supset", u'⊃', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"superset", u"supset ⊃", u"\\supset ⊃"},
+    {u"supseteq", u'⊇', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"superset or equal", u"supseteq ⊇",
+     u"\\supseteq ⊇ \\supseteqq"},
+    {u"union", u'∪', OPERATOR_BETWEEN, PRECEDENCE_UNION, sets, u"union", u"union ∪ cup", u"\\cup ∪"},
+    {u"intersect", u'∩', OPERATOR_BETWEEN, PRECEDENCE_INTERSECTION, sets, u"intersection", u"intersect ∩ cap",
+     u"\\cap ∩"},
     {u"setminus", u'∖', OPERATOR_BETWEEN, PRECEDENCE_UNION, sets, u"difference of sets", u"setminus ∖",
      u"\\setminus ∖ \\smallsetminus \\backslash", u"without backslash"},
     {u"∅", u'∅', OPERATOR_BY_NAME, PRECEDENCE_NONE, sets, u"empty set", u"emptyset ∅",
@@ -76,6 +81,18 @@ constexpr SignS table[] = {
      u"\\to → \\rightarrow \\longrightarrow", u"tends rightarrow", u"->", u"−>", u"→⟶"},
     {u"approx", u'≈', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"approximately equal", u"approx ≈",
      u"\\approx ≈", u"about"},
+    {u"sim", u'∼', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"similar to, distributed as",
+     u"sim ∼ ~", u"\\sim ∼", u"similar distributed", u"~", u"", u"~"},
+    {u"simeq", u'≃', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"asymptotically equal", u"simeq ≃",
+     u"\\simeq ≃", u"asymptotic"},
+    {u"cong", u'≅', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"congruent, isomorphic", u"cong ≅",
+     u"\\cong ≅", u"congruent isomorphic"},
+    {u"ll", u'≪', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"much less", u"<< ≪ ll", u"\\ll ≪", u"",
+     u"<<", u"<<"},
+    {u"gg", u'≫', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"much greater", u">> ≫ gg", u"\\gg ≫",
+     u"", u">>", u">>"},
+    {u"mapsto", u'↦', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"maps to", u"mapsto ↦",
+     u"\\mapsto ↦ \\longmapsto", u"maps"},
     {u"equiv", u'≡', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"identical, congruent", u"equiv ≡",
      u"\\equiv ≡", u"congruent identical"},
     {u"propto", u'∝', OPERATOR_BETWEEN, PRECEDENCE_RELATION, relations, u"proportional to", u"propto ∝",
@@ -88,10 +105,18 @@ constexpr SignS table[] = {
      u"\\Rightarrow ⇒ \\implies \\Longrightarrow", u"Rightarrow", u"=>", u"=>", u"⟹"},
     {u"iff", u'⇔', OPERATOR_BETWEEN, PRECEDENCE_EQUIVALENCE, logic, u"if and only if", u"iff ⇔ <=>",
      u"\\Leftrightarrow ⇔ \\iff \\Longleftrightarrow", u"equivalent Leftrightarrow", u"<=>", u"≤>", u"⟺"},
+    {u"given", u'∣', OPERATOR_BETWEEN, PRECEDENCE_CONDITION, logic, u"given, such that", u"given ∣",
+     u"\\mid ∣", u"condition suchthat mid"},
     // The text is one of two operators, like "+"; the one between operands is what a key inserts for both.
     {u"_negpos", u'∓', OPERATOR_BEFORE, PRECEDENCE_SIGN, nullptr, u"", u"∓", u"\\mp ∓"},
     {u"-+", u'∓', OPERATOR_BETWEEN, PRECEDENCE_SUM, arithmetic, u"minus or plus", u"∓", u"\\mp ∓",
      u"mp minusplus"},
+    {u"oplus", u'⊕', OPERATOR_BETWEEN, PRECEDENCE_SUM, arithmetic, u"direct sum, exclusive or", u"oplus ⊕",
+     u"\\oplus ⊕", u"xor"},
+    {u"otimes", u'⊗', OPERATOR_BETWEEN, PRECEDENCE_PRODUCT, arithmetic, u"tensor product", u"otimes ⊗",
+     u"\\otimes ⊗", u"tensor"},
+    {u"…", u'…', OPERATOR_BY_NAME, PRECEDENCE_NONE, arithmetic, u"dots", u"… ...",
+     u"\\dots … \\ldots \\cdots \\dotsc \\dotsb \\dotsm", u"ellipsis", u"...", u"..."},
     {u"percent", u'%', OPERATOR_AFTER, PRECEDENCE_AFTER, arithmetic, u"percent", u"% percent", u"\\%", u"",
      u"", u"", u"%"},
     {u"permille", u'‰', OPERATOR_AFTER, PRECEDENCE_AFTER, arithmetic, u"per mille", u"‰ permille", u"‰",
@@ -133,6 +158,10 @@ OperatorWordsS wordsOf(SignS const& row) {
   words.title = row.title;
   words.shortcut = row.typed[0] != u'\0' ? wstring(row.typed) : split(row.plain)[0];
   words.aliases = split(row.aliases);
+  for (wstring const& other : split(row.plain)) {
+    bool const isWord = other[0] >= u'a' && other[0] <= u'z';
+    if (row.place == OPERATOR_BETWEEN && isWord && other != row.name) words.names.push_back({other, {}});
+  }
   words.signRuns = split(row.runs);
   words.signs = row.signs;
   return words;
@@ -144,7 +173,8 @@ void addNotations(SignS const& row) {
   bool const isAfter = row.place == OPERATOR_AFTER;
   if (row.plain) {
     std::vector<wstring> read = split(row.plain);
-    bool const isWord = isBetween && row.precedence > PRECEDENCE_SUM;
+    bool const isLetter = read[0][0] >= u'a' && read[0][0] <= u'z';
+    bool const isWord = isBetween && (isLetter || row.precedence > PRECEDENCE_SUM);
     wstring const written = isWord ? u" " + read[0] + u" " : read[0];
     exchange::PlainPlaceE const place = isBetween  ? exchange::PLAIN_BETWEEN
                                         : isBefore ? exchange::PLAIN_BEFORE

@@ -68,13 +68,27 @@ bool endsWholeName(PlaceS place) {
   return last == math::common::prime_sign || (last == math::common::infinity_sign && !isIndex);
 }
 
-/// Whether the last character before the caret begins another name, as "g" does in "f′g".
+/// Whether a name with an index of digits ends at the place, "v_0".
+bool endsCountedName(PlaceS place) {
+  wstring const& text = place.node->crefText();
+  unsigned int digits = place.pos;
+  while (digits > 0 && math::common::isDigit(text[digits - 1])) --digits;
+  return digits < place.pos && digits > 1 && text[digits - 1] == u'_' && isWordCharacter(text[digits - 2]);
+}
+
+/// Whether the last character before the caret begins another name, as "g" does in "f′g" and "t" in "v_0t".
 bool beginsAnotherName(PlaceS caret) {
   if (caret.pos < 2) return false;
   PlaceS const before{caret.node, caret.pos - 1};
   char16_t const c = caret.node->crefText()[before.pos];
   if (c == u'_' || c == math::common::prime_sign || !isWordCharacter(c)) return false;
   if (endsWholeName(before)) return true;
+  if (endsCountedName(before)) {
+    // Typing must give the same as pasting.
+    wstring const typed = nameEndingAt(caret).text;
+    auto const read = exchange::fromPlainText(typed, math::algexpr::CASSessionBC::getSession());
+    return read && read->getNode()->asParent();
+  }
   if (c != math::common::infinity_sign) return false;
   NameS const name = nameEndingAt(before);
   return !name.text.empty() && name.text.back() != u'_';
@@ -211,7 +225,11 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
   std::vector<wstring> factors{name};
   if (options.singleLetters) factors = findFactors(name, operators, options.names);
   std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;
-  for (std::size_t i = 0; options.letters && i + called < factors.size(); ++i) {
+  for (std::size_t i = 0; options.letters && i < factors.size(); ++i) {
+    if (i + called == factors.size()) {
+      factors[i] = toCalledName(factors[i], operators);
+      break;
+    }
     factors[i] = toMeantName(factors[i]);
     auto const op = factors.size() > 1 ? operators.lookup(factors[i]) : nullptr;
     if (op) factors[i] = op->getText();

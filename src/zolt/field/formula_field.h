@@ -181,7 +181,6 @@ class FormulaFieldC {
  private:
   class ActC;
   class GroupC;
-
   /// Its constraints judge what the field hands out.
   class ViewC final : public math::ved::ViewZNT4C {
    public:
@@ -212,6 +211,7 @@ class FormulaFieldC {
   bool endTableRow();
   void mergeDoubled(char16_t sign);
   void closeGroup();
+  void separateByBar(char16_t closing);
   bool actByRule(InputDecisionS const& decision);
   bool insert(InputDecisionS const& decision);
   bool insertFraction();
@@ -286,7 +286,7 @@ class FormulaFieldC {
   bool letterAccepted_ = false;     // the last input completed a letter
   unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
   bool groupFailed_ = false, reveal_ = false;
-  std::vector<TypedBoundsS> bounds_;            // outermost first
+  std::vector<TypedBoundsS> bounds_, bars_;     // outermost first; bars that their sign has opened
   char16_t ended_ = u'\0';                      // the sign by which the last input left a construct
   bool ungrouped_ = false, separated_ = false;  // it closed brackets, which vanished; was ";" for a comma
   unsigned long separatedFrom_ = 0;             // the history before that input

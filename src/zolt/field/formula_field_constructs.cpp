@@ -34,6 +34,21 @@ bool FormulaFieldC::endTableRow() {
   return false;
 }
 
+bool FormulaFieldC::insertFraction() {
+  SelectionS const stretch = inOneRow(view_.getSelection());
+  OperatorListC const& operators = view_.crefOperatorList();
+  bool const isSigned = view_.isSelected() && (beginsWithSign(stretch, operators) ||
+                                               startOfPartial(stretch.caret) == stretch.anchor);
+  if (!isSigned) return view_.insertText(u"/");
+  ConstructReplacementS fraction;
+  fraction.op = view_.crefOperatorList().lookup(u"/");
+  fraction.begin = stretch.anchor;
+  fraction.end = stretch.caret;
+  fraction.contents = {{stretch, 0}};
+  fraction.caretRow = 1;
+  return fraction.op && replaceCall(fraction);
+}
+
 /// Makes one construct of the one before the caret and the one in it, both of which the same sign has just
 /// ended: a norm of the bars in "||x||".
 void FormulaFieldC::mergeDoubled(char16_t sign) {
@@ -71,6 +86,33 @@ void FormulaFieldC::closeGroup() {
   if (!isIndex) return static_cast<void>(group.end(true));
   wstring const name = item->child(0)->child(0)->crefText() + u'_' + item->child(1)->child(0)->crefText();
   group.end(deleteRange(placeBefore(*item), at) && view_.insertText(name));
+}
+
+/// A bar that no other one has closed when the brackets or braces around it are closed, or their next part
+/// begins, is the sign of a condition, as in plain text: "P(A|B)".
+void FormulaFieldC::separateByBar(char16_t closing) {
+  if (closing != u')' && closing != u'}' && closing != u',') return;
+  OperatorListC const& operators = view_.crefOperatorList();
+  Node4C const* const item = bars_.back().construct;
+  PlaceS inside = caret();
+  while (inside && enclosingItem(*inside.node) != item) inside = afterFinishedItem(inside);
+  if (!inside || !isAtRowEnd(inside) || findOpenBracket(inside)) return;
+  PlaceS const before = placeBefore(*item);
+  Node4C const* const around = enclosingItem(*before.node);
+  bool const isBraced = around && around->getType() == NODE4_OPERATOR && !findOpenBracket(before) &&
+                        around->crefOperator()->crefWords().closingSign == u'}';
+  bool const isBracketed = findOpenBracket(before);
+  bool const isEnded = closing == u')' ? isBracketed : closing == u'}' ? isBraced : isBracketed || isBraced;
+  auto const op = operators.lookup(u"given");
+  if (!op || !isEnded || !endsOperandBefore(before, operators)) return;
+  PlacePathS const start = pathOf(before);
+  completeName();
+  PlaceS const again = placeAt(view_.crefRoot(), start);
+  Node4C const& bars = *again.node->goRight();
+  bytestring content;
+  view_.copy(wholeRow(*bars.child(0)), content);
+  GroupC group(*this);
+  group.end(select({again, placeAfter(bars)}) && view_.insertText(op->getText()) && view_.paste(content));
 }
 
 /// What is typed of derivatives and integrals as they are printed. False when it is nothing of them.

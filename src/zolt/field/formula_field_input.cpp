@@ -51,6 +51,7 @@ Node4C const* findGrowingExponent(PlaceS place) {
   return left;
 }
 
+bool isRadical(char16_t c) { return c == u'√' || c == u'∛' || c == u'∜'; }
 bool isWord(wstring const& text) { return !text.empty() && isWordCharacter(text[0]); }
 
 /// Whether what is inserted by that name applies to a base: "^", "°", "!".
@@ -78,14 +79,17 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const ungrouped = std::exchange(ungrouped_, false);
   bool const isSecond = std::exchange(separated_, false) && c == u';';
   bool const endsAgain = std::exchange(ended_, u'\0') == c;
-  auto bounds = std::exchange(bounds_, {});
+  auto bounds = std::exchange(bounds_, {}), bars = std::exchange(bars_, {});
   ActC act(*this, recorded, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   bounds_ = std::move(bounds);
+  bars_ = std::move(bars);
   act.dropMark();
   if (isSecond && endTableRow()) return true;
+  if (endsAgain && c == u'(') return true;
   if (auto const taken = typeInCompletion(c)) return *taken;
   if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
+  if (!bars_.empty()) separateByBar(c);
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
   BoundsStepS step;
   InputDecisionS decision = decideInBounds(view_, c, options_, bounds_, step);
@@ -122,7 +126,11 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   bool const inWord = taken && decision.kind == INPUT_TEXT && isWord(decision.text);
   wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
   if (decision.kind == INPUT_OPERATOR && !decision.target) adoptVariant(bounds_, caret());
+  // "√(x+1)" is what "sqrt(x+1)" is: the bracket is the root's.
+  if (taken && isRadical(c) && isEmptyRow(*caret().node->getParent())) ended_ = u'(';
+  if (decision.kind == INPUT_OPERATOR && c == u'|') bars_.push_back({enclosingItem(*caret().node), c, false});
   keepAround(bounds_, caret());
+  keepAround(bars_, caret());
   refreshNames();
   return taken;
 }
@@ -288,21 +296,6 @@ bool FormulaFieldC::insert(InputDecisionS const& decision) {
   return decision.text == u"/" ? insertFraction() : view_.insertText(decision.text);
 }
 
-bool FormulaFieldC::insertFraction() {
-  SelectionS const stretch = inOneRow(view_.getSelection());
-  OperatorListC const& operators = view_.crefOperatorList();
-  bool const isSigned = view_.isSelected() && (beginsWithSign(stretch, operators) ||
-                                               startOfPartial(stretch.caret) == stretch.anchor);
-  if (!isSigned) return view_.insertText(u"/");
-  ConstructReplacementS fraction;
-  fraction.op = view_.crefOperatorList().lookup(u"/");
-  fraction.begin = stretch.anchor;
-  fraction.end = stretch.caret;
-  fraction.contents = {{stretch, 0}};
-  fraction.caretRow = 1;
-  return fraction.op && replaceCall(fraction);
-}
-
 /// A word between operands, just typed at the end of an exponent, a denominator or what is summed, leaves it
 /// as a sign does. False when there is none.
 bool FormulaFieldC::moveWordOut() {
@@ -443,7 +436,7 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
     auto const op = found.begin ? operators.lookup(found.text) : nullptr;
     bool const isBetween = op && op->getPlace() == OPERATOR_BETWEEN;
     // Before a bracket a name is a function's, but for a word between two operands.
-    if (by == u"(" && !isBetween) found = {};
+    if (by == u"(" && !isBetween) found = findNameReplacement(operators, end, options_, NAME_IS_CALLED);
     if (by == u" " && isBetween && end.node == at.node) ++found.end.pos;
   }
   if (found.begin) replaceText(found);

@@ -205,7 +205,8 @@ LatexParserC::NextE LatexParserC::closeBracket() {
     NextE const next = makeOver();
     return advance(next == NEXT_SIGN ? keep(takeOperand(), OPERAND_BRACED) : next);
   }
-  bool const isSet = frame.close == u'}' && frame.kind == PENDING_GROUP && isAfterSetSign();
+  bool const isCondition = !operands_.empty() && operands_.back().node->getName() == condition_name;
+  bool const isSet = frame.close == u'}' && frame.kind == PENDING_GROUP && (isCondition || isAfterSetSign());
   bool const isOpen = frame.close == u'[';
   if (frame.kind == PENDING_GROUP && (frame.comma > 0 || isSet || isOpen)) return closeList(frame);
   OperandS result;
@@ -236,6 +237,41 @@ LatexParserC::NextE LatexParserC::closeBracket() {
   }
   operands_.resize(frame.firstOperand);
   return advance(keep(std::move(result.node), result.flags));
+}
+
+// A bar that no other one closes is the sign of a condition: "P(A|B)".
+bool LatexParserC::separates() const {
+  unsigned depth = 0, bars = 1;
+  LatexLexerC ahead = lexer_;
+  for (unsigned left = most_condition; left > 0; --left) {
+    ahead.readNextToken();
+    switch (ahead.crefToken().type) {
+      case LATEX_TOKEN_OPEN:
+      case LATEX_TOKEN_BRACE_OPEN:
+        ++depth;
+        break;
+      case LATEX_TOKEN_CLOSE:
+      case LATEX_TOKEN_BRACE_CLOSE:
+        if (depth-- == 0) return bars % 2 == 1;
+        break;
+      case LATEX_TOKEN_COMMA:
+      case LATEX_TOKEN_CELL:
+      case LATEX_TOKEN_ROW:
+        if (depth == 0) return bars % 2 == 1;
+        break;
+      case LATEX_TOKEN_TABLE_END:
+      case LATEX_TOKEN_END:
+        return bars % 2 == 1;
+      case LATEX_TOKEN_BAD:
+        return false;
+      case LATEX_TOKEN_BAR:
+        if (depth == 0) ++bars;
+        break;
+      default:
+        break;
+    }
+  }
+  return false;
 }
 
 // ---- Differentials ----------------------------------------------------------------------------------------

@@ -306,7 +306,7 @@ LatexParserC::NextE LatexParserC::readSign() {
   }
   switch (token().type) {
     case LATEX_TOKEN_INFIX:
-      return readInfix();
+      return readInfix(*token().notation);
     case LATEX_TOKEN_POSTFIX:
       return readPostfix(token().notation);
     case LATEX_TOKEN_RAISED:
@@ -348,9 +348,9 @@ LatexParserC::NextE LatexParserC::readSign() {
   }
 }
 
-LatexParserC::NextE LatexParserC::readInfix() {
-  FrameS frame{PENDING_INFIX, token().notation->rightRule};
-  frame.notation = token().notation;
+LatexParserC::NextE LatexParserC::readInfix(LatexNotationS const& notation) {
+  FrameS frame{PENDING_INFIX, notation.rightRule};
+  frame.notation = &notation;
   foldMinus();
   finishTighterThan(frame.notation->rule);
   if (frame.notation->rule == RULE_ASSIGNMENT && (operands_.back().flags & OPERAND_ASSIGNMENT) != 0) {
@@ -429,7 +429,9 @@ LatexParserC::NextE LatexParserC::readBar() {
   if (token().side == LATEX_SIDE_RIGHT || closes) {
     return !closes_.empty() && closes_.back() == no_bracket ? readWhere() : readBracketEnd();
   }
-  return lexer_.peekToken().type == LATEX_TOKEN_LOWER ? readWhere() : readProduct();
+  if (lexer_.peekToken().type == LATEX_TOKEN_LOWER) return readWhere();
+  LatexNotationS const* const condition = findLatex(condition_name, 2);
+  return condition && separates() ? readInfix(*condition) : readProduct();
 }
 
 LatexParserC::NextE LatexParserC::readWhere() {

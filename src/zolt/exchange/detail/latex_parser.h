@@ -117,7 +117,7 @@ class LatexParserC {
 
   // After an operand.
   NextE readSign();
-  NextE readInfix();
+  NextE readInfix(LatexNotationS const& notation);
   NextE readPostfix(LatexNotationS const* notation);
   NextE readRaised();
   NextE readUpper();
@@ -129,6 +129,7 @@ class LatexParserC {
   NextE readProduct();
   NextE readTimes();
   NextE readBar();
+  bool separates() const;
   NextE readWhere();
   NextE readBracketEnd();
   NextE readComma();

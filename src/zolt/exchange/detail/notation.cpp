@@ -407,6 +407,12 @@ std::u16string toLetters(std::u16string_view name) {
   return meant;
 }
 
+std::u16string toCalledLetters(std::u16string_view name) {
+  constexpr std::u16string_view known[] = {u"Gamma", u"Psi"};
+  bool const isKnown = std::find(std::begin(known), std::end(known), name) != std::end(known);
+  return isKnown ? std::u16string(name) : toLetters(name);
+}
+
 namespace {
 
 template <class TestT>

@@ -147,6 +147,10 @@ NotationS const* findBrackets(char16_t sign);
 /// after an underscore, "θ_max" for "theta_max".
 std::u16string toLetters(std::u16string_view name);
 
+/// The same before the brackets of a call, "φ" for "phi". Of the functions that have a Greek letter's name
+/// those that engines know by it keep it: "Gamma".
+std::u16string toCalledLetters(std::u16string_view name);
+
 struct LetterS {
   std::u16string_view name;
   std::u16string_view letter;
@@ -156,6 +160,10 @@ struct LetterS {
 std::pair<LetterS const*, LetterS const*> greekLetters();
 
 constexpr std::u16string_view bracket_name = u"_quietpos";
+constexpr char16_t bar = u'|';
+/// The operator of a host that a single bar means, "P(A|B)", and how many tokens a condition may have then.
+constexpr std::u16string_view condition_name = u"given";
+constexpr unsigned most_condition = 64;
 constexpr std::u16string_view pi_name = u"_PI";
 /// The letter, which is only a part of names; alone it is the constant.
 constexpr char16_t greek_pi = u'\u03C0';

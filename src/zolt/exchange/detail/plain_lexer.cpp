@@ -43,7 +43,18 @@ bool isNameCharacter(char16_t c) {
 /// Signs that are names by themselves, and parts of a name next to its underscore.
 bool isPartOfName(char16_t c) { return c == greek_pi || c == common::infinity_sign; }
 
-/// A name is letters and digits, then primes, and the same again after each underscore.
+/// Of the letters, those that no mark or digit of an index looks like.
+bool isLetter(char16_t c) { return isNameCharacter(c) && (c < 0x0300 || (c >= 0x0370 && c < 0x2000)); }
+
+/// Whether a number that is all of an index ends just before `end`, as in "v_0".
+bool endsCounted(std::u16string_view text, std::size_t begin, std::size_t end) {
+  std::size_t digits = end;
+  while (digits > begin && common::isDigit(text[digits - 1])) --digits;
+  return digits < end && digits > begin + 1 && text[digits - 1] == u'_';
+}
+
+/// A name is letters and digits, then primes, and the same again after each underscore. After a number as
+/// index another name begins: "v_0t" is v_0∙t.
 std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
   std::size_t end = begin;
   bool partEnded = false;
@@ -58,6 +69,8 @@ std::size_t findNameEnd(std::u16string_view text, std::size_t begin) {
     } else if (c == u'_') {
       partEnded = false;
     } else if (partEnded || !(isNameCharacter(c) || (end > begin && common::isDigit(c)))) {
+      break;
+    } else if (isLetter(c) && endsCounted(text, begin, end)) {
       break;
     }
   }

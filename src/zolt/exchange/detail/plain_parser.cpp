@@ -23,8 +23,6 @@ using math::algexpr::makePower;
 
 namespace {
 
-constexpr char16_t bar = u'|';
-
 char16_t openingOf(char16_t close) {
   return close == u')' ? u'(' : close == u']' ? u'[' : close == u'[' ? u']' : u'{';
 }
@@ -201,14 +199,14 @@ bool PlainParserC::opensCall() const { return token().type == PLAIN_TOKEN_OPEN &
 PlainParserC::NextE PlainParserC::readSign() {
   switch (token().type) {
     case PLAIN_TOKEN_INFIX:
-      return readSide() ? NEXT_SIGN : readInfix();
+      return readSide() ? NEXT_SIGN : readInfix(*token().infix);
     case PLAIN_TOKEN_POSTFIX:
     case PLAIN_TOKEN_SUPERSCRIPT:
       return readPostfix();
     case PLAIN_TOKEN_OPEN:
       return endsList() ? readBracketEnd() : readProduct();
     case PLAIN_TOKEN_BAR:
-      return !closes_.empty() && closes_.back() == bar ? readBracketEnd() : readProduct();
+      return readBar();
     case PLAIN_TOKEN_END:
     case PLAIN_TOKEN_CLOSE:
     case PLAIN_TOKEN_COMMA:
@@ -250,9 +248,9 @@ bool PlainParserC::endsList() const {
   return !ahead.crefToken().startsOperand();
 }
 
-PlainParserC::NextE PlainParserC::readInfix() {
-  FrameS frame{token().infix->rightRule, PENDING_INFIX};
-  frame.sign = token().infix;
+PlainParserC::NextE PlainParserC::readInfix(NotationS const& sign) {
+  FrameS frame{sign.rightRule, PENDING_INFIX};
+  frame.sign = &sign;
   frame.takesSign = true;
   finishTighterThan(frame.sign->rule);
   if (frame.sign->rule != RULE_POWER) keepShownBrackets();

@@ -99,7 +99,9 @@ class PlainParserC {
   bool isPartOfQuotient() const;
   bool readSide();
   bool endsList() const;
-  NextE readInfix();
+  NextE readInfix(NotationS const& sign);
+  NextE readBar();
+  bool separates() const;
   NextE readPostfix();
   NextE readProduct();
   NextE readBracketEnd();

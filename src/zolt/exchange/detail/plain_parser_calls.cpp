@@ -69,6 +69,7 @@ PlainParserC::NextE PlainParserC::readName() {
   if ((opensCall() || (frame.isIndexed && opensBraces())) && token().begin == frame.end) {
     frame.close = token().bracket;
     if (!frame.isIndexed) takeMark(frame);
+    if (!frame.isIndexed && !frame.isWritten) frame.name = toCalledLetters(frame.name);
     return beginBracket(std::move(frame));
   }
   if (isBigSign(frame.name[0])) return failAt(frame.begin, frame.end, READ_ERROR_BAD_BOUNDS);
@@ -134,6 +135,29 @@ bool PlainParserC::isDoubled(FrameS const& bars, std::vector<NodeT> const& argum
   auto const* const inner = arguments.size() == 1 ? arguments[0]->asParent() : nullptr;
   if (!inner || findDoubleBars().empty() || inner->crefName() != bars.name) return false;
   return lexer_.isBar(bars.begin + 1) && lexer_.isBar(token().begin - 1);
+}
+
+// A bar that no other one closes is the sign of a condition: "P(A|B)".
+bool PlainParserC::separates() const {
+  unsigned depth = 0, bars = 1;
+  PlainLexerC ahead = lexer_;
+  for (unsigned left = most_condition; left > 0; --left) {
+    ahead.readNextToken();
+    PlainTokenE const type = ahead.crefToken().type;
+    if (type == PLAIN_TOKEN_END || (depth == 0 && (type == PLAIN_TOKEN_CLOSE || type == PLAIN_TOKEN_COMMA)))
+      return bars % 2 == 1;
+    if (type == PLAIN_TOKEN_BAD) return false;
+    if (type == PLAIN_TOKEN_OPEN) ++depth;
+    if (type == PLAIN_TOKEN_CLOSE) --depth;
+    if (type == PLAIN_TOKEN_BAR && depth == 0) ++bars;
+  }
+  return false;
+}
+
+PlainParserC::NextE PlainParserC::readBar() {
+  if (!closes_.empty() && closes_.back() == bar) return readBracketEnd();
+  ReadingS const* const condition = findReading(condition_name);
+  return condition && separates() ? readInfix(*condition->notation) : readProduct();
 }
 
 PlainParserC::NextE PlainParserC::readQuotedName() {

@@ -202,7 +202,8 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
   bool const fits = function && (function->arity == 0 || function->arity == node.numChildren());
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
-  } else if (isBareName(name) && !isReserved(name) && findMark(name) == name.npos && !findIndexing(name, 1)) {
+  } else if (isBareName(name) && toCalledLetters(name) == name && !isReserved(name) &&
+             findMark(name) == name.npos && !findIndexing(name, 1)) {
     writeBare(name);
   } else {
     writeQuoted(name);

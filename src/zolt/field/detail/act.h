@@ -66,6 +66,7 @@ class FormulaFieldC::ActC {
     field_.separated_ = false;
     field_.ended_ = u'\0';
     field_.bounds_.clear();
+    field_.bars_.clear();
     field_.markDue_ = std::exchange(field_.marked_, false);
     field_.refusal_.cause = math::common::READ_ERROR_NONE;
     field_.view_.takeRejection();

@@ -101,7 +101,8 @@ PointerTC<OperatorBC> findSignByName(OperatorListC const& operators, wstring con
 
 SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsigned int pos) {
   SignRunS found;
-  if (pos == 0 || isWordCharacter(text[pos - 1])) return found;
+  // "..." ends like a number.
+  if (pos == 0 || (isWordCharacter(text[pos - 1]) && text[pos - 1] != u'.')) return found;
   found.op = findLast(operators, [&](OperatorBC const& op) {
     for (wstring const& run : op.crefWords().signRuns) {
       found.length = static_cast<unsigned int>(run.size());

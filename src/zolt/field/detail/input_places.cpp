@@ -155,7 +155,7 @@ class ProductWalkC {
     wstring const& text = at_.node->crefText();
     char16_t const c = text[at_.pos - 1];
     bool const isPostfix = isPostfixAt(at_, operators_);
-    if (isPostfix || c == math::common::times_sign) {
+    if (isPostfix || isTimes(c)) {
       joined_ = isPostfix && joined_;
       signed_ = signed_ || (isPostfix && (c != u'!' || isRaised_));
       --at_.pos;
@@ -193,9 +193,15 @@ class ProductWalkC {
   /// Whether a times sign or a word that binds as one is before the place.
   bool endsWithTimes(PlaceS place) const {
     wstring const& text = place.node->crefText();
-    if (place.pos > 0 && text[place.pos - 1] == math::common::times_sign) return true;
+    if (place.pos > 0 && isTimes(text[place.pos - 1])) return true;
     auto const word = findWord(text, wordStart(text, place.pos), place.pos, operators_);
     return word && bindsAsTimes(*word);
+  }
+
+  bool isTimes(char16_t c) const {
+    if (c < 0x80 || isWordCharacter(c)) return false;
+    auto const op = operators_.lookupText(wstring(1, c), OPERATOR_BETWEEN);
+    return op && bindsAsTimes(*op);
   }
 
   bool bindsAsTimes(OperatorBC const& word) const {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "zolt/algexpr/cas_session.h"
+#include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
@@ -69,6 +70,13 @@ wstring toMeantName(wstring const& name) {
   if (!read) return name;
   wstring const meant = read->getNode()->getName();
   return meant.find(u'(') == wstring::npos && !read->getNode()->asParent() ? meant : name;
+}
+
+wstring toCalledName(wstring const& name, OperatorListC const& operators) {
+  if (operators.lookupText(name) || findConstruct(operators, name).op) return name;
+  auto const read = exchange::fromPlainText(name + u"(x)", math::algexpr::CASSessionBC::getSession());
+  auto const* const call = read ? read->getNode()->asParent() : nullptr;
+  return call && call->numChildren() == 1 && !operators.lookup(call->getName()) ? call->getName() : name;
 }
 
 }  // namespace zolt::field::detail

@@ -25,5 +25,7 @@ constexpr std::size_t most_split = 200;
 /// What a whole name means: the letter for "alpha", the name of the operator for "pi"; the name itself when
 /// it means nothing else.
 wstring toMeantName(wstring const& name);
+/// The same before the brackets of a call.
+wstring toCalledName(wstring const& name, math::ved::OperatorListC const& operators);
 
 }  // namespace zolt::field::detail

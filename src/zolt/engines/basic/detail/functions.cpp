@@ -68,14 +68,16 @@ FunctionS const* findFunction(OpE op) {
 
 bool isKnownFunction(wstring const& name) {
   static auto const& named = *new std::set<wstring>{
-      u"asinh",    u"acosh", u"atanh",     u"cot",     u"sec",      u"csc",    u"re",       u"im",
-      u"arg",      u"sign",  u"sgn",       u"gcd",     u"lcm",      u"min",    u"max",      u"Gamma",
-      u"erf",      u"erfc",  u"Si",        u"Ci",      u"Ei",       u"Beta",   u"Zeta",     u"Psi",
-      u"LambertW", u"conj",  u"norm",      u"det",     u"percent",  u"limit",  u"pdiff",    u"diffn",
-      u"pdiffn",   u"iff",   u"implies",   u"set",     u"binomial", u"cases",  u"matrix",   u"product",
-      u"union",    u"in",    u"intersect", u"notin",   u"setminus", u"subset", u"permille", u"subseteq",
-      u"interval", u"list",  u"to",        u"approx",  u"equiv",    u"propto", u"parallel", u"perp",
-      u"partial",  u"nabla", u"-+",        u"_negpos", u"vec",      u"hat",    u"dot",      u"index"};
+      u"asinh",    u"acosh",  u"atanh",     u"cot",     u"sec",      u"csc",    u"re",       u"im",
+      u"arg",      u"sign",   u"sgn",       u"gcd",     u"lcm",      u"min",    u"max",      u"Gamma",
+      u"erf",      u"erfc",   u"Si",        u"Ci",      u"Ei",       u"Beta",   u"Zeta",     u"Psi",
+      u"LambertW", u"conj",   u"norm",      u"det",     u"percent",  u"limit",  u"pdiff",    u"diffn",
+      u"pdiffn",   u"iff",    u"implies",   u"set",     u"binomial", u"cases",  u"matrix",   u"product",
+      u"union",    u"in",     u"intersect", u"notin",   u"setminus", u"subset", u"permille", u"subseteq",
+      u"interval", u"list",   u"to",        u"approx",  u"equiv",    u"propto", u"parallel", u"perp",
+      u"sim",      u"simeq",  u"cong",      u"ll",      u"gg",       u"mapsto", u"supset",   u"supseteq",
+      u"oplus",    u"otimes", u"given",     u"partial", u"nabla",    u"-+",     u"_negpos",  u"vec",
+      u"hat",      u"dot",    u"index"};
   return named.count(name) > 0 || StandardEngineC().isCoreFunction(name);
 }
 
