@@ -1,5 +1,8 @@
 #include "zolt/field/auto_replace.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/decimal_text.h"
 #include "zolt/common/signs.h"
@@ -94,6 +97,20 @@ bool beginsAnotherName(PlaceS caret) {
   return !name.text.empty() && name.text.back() != u'_';
 }
 
+/// After the order of a derivative as it is printed, "∂^2", "∇^2" or "d^2", at whose end the place is: a
+/// letter there is what it applies to. Null elsewhere.
+PlaceS leaveOrder(PlaceS place) {
+  Node4C const* const item = enclosingItem(*place.node);
+  if (!item || item->getType() != NODE4_POWER || !isAtRowEnd(place)) return {};
+  wstring const& order = place.node->crefText();
+  bool const isNumber = item->child(0)->numChildren() == 1 && !order.empty() &&
+                        std::all_of(order.begin(), order.end(), math::common::isDigit);
+  PlaceS const base = placeBefore(*item);
+  constexpr std::u16string_view signs = u"∂∇";
+  bool const isSign = base.pos > 0 && signs.find(base.node->crefText()[base.pos - 1]) != signs.npos;
+  return isNumber && (isSign || nameEndingAt(base).text == u"d") ? placeAfter(*item) : PlaceS();
+}
+
 /// The character that a typed one means at the place: itself where an operator has it for its own, as "[" of
 /// an interval, and else the sign that it looks like.
 char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC const& operators,
@@ -120,6 +137,10 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   }
   OperatorListC const& operators = view.crefOperatorList();
   char16_t const c = meantAt(place, selected, typed, operators, options);
+  // Before a sign there, as in "{1, -2}" and "( -x)", a blank would keep it away from its operand.
+  Node4C const* const left = place.pos == 0 ? place.node->goLeft() : nullptr;
+  bool const begins = place.pos == 0 && (!left || isOpeningBracket(left->getType()));
+  if (c == u' ' && begins && !selected && options.leaving) return {INPUT_MOVE, {}, place, {}};
   if (selected && (c == u'(' || c == u')')) return {INPUT_BRACKETS, {}, {}, {}};
   if (selected && c == u'^' && options.exponents) return {INPUT_OPEN_EXPONENT, {}, {}, {}};
   if (InsideSignS const inside = selected ? InsideSignS() : findByInsideSign(operators, place, c);
@@ -142,7 +163,9 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   if (selected) return decision;
   LeavingS const leaving = leaveBySign(place, c, operators, options);
   if (leaving.complete) decision.kind = INPUT_MOVE;
-  decision.target = leaving.target;
+  bool const isLetter = isWordCharacter(c) && !math::common::startsNumber(c) && c != u'_';
+  decision.target = isLetter && options.exponents ? leaveOrder(place) : PlaceS();
+  if (!decision.target) decision.target = leaving.target;
   if (c == u'/' && options.fractions) {
     PlaceS const end = leaving.target ? leaving.target : place;
     decision.begin = startOfProduct(end, operators);

@@ -57,6 +57,9 @@ wstring describeRefusal(ReadErrorS const& error, wstring const& text) {
   if (error.cause == READ_ERROR_BAD_CHARACTER) {
     sentence = nameOf(text.substr(error.begin, error.end - error.begin)) + u" has no meaning in a formula";
   }
+  if (error.cause == READ_ERROR_BAD_NAME && !text.empty() && text[0] == u'\\') {
+    sentence = u"Nothing is called " + nameOf(text);
+  }
   std::size_t const end = text.find_last_not_of(u" \t\r\n", error.begin - 1) + 1;
   if (error.begin == 0 || end == 0) return sentence;
   std::size_t const begin = end > most_shown ? end - most_shown : 0;

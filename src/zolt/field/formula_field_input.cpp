@@ -465,7 +465,11 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   PlacePathS const target = pathOf(replacement.target ? replacement.target : replacement.begin);
   bool done = deleteRange(replacement.begin, replacement.end);
   if (replacement.target) return group.end(done && placeCaret(placeAt(view_.crefRoot(), target)));
-  auto const op = view_.crefOperatorList().lookup(replacement.text);
+  auto op = view_.crefOperatorList().lookup(replacement.text);
+  // "log" is also the name of the construct with a base.
+  auto const function =
+      op && op->isConstruct() ? view_.crefOperatorList().lookupText(replacement.text) : nullptr;
+  if (function && isCalled(*function)) op = function;
   if (PlaceS const after = op && !caretMoves ? leaveByReplacement(caret(), *op, options_) : PlaceS()) {
     done = done && placeCaret(after);
   }

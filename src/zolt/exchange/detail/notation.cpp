@@ -103,7 +103,7 @@ constexpr NotationS notations[] = {
     {u"floor", FORM_FUNCTION, 1, {u"floor", u"floor", u"⌊⌋"}},
     {u"ceil", FORM_FUNCTION, 1, {u"ceil", u"ceil ceiling", u"⌈⌉"}},
     {u"log", FORM_FUNCTION, 2, {u"log", u"log"}},
-    {u"log10", FORM_FUNCTION, 1, {u"log", u"log log10"}},
+    {u"log10", FORM_FUNCTION, 1, {u"log", u"log log10 lg"}},
     {u"diff", FORM_FUNCTION, 2, {u"diff", u"diff"}},
     {u"integral", FORM_FUNCTION, 4, {u"int", u"int integral ∫"}},
     {u"sum", FORM_FUNCTION, 4, {u"sum", u"sum ∑"}},
