@@ -20,6 +20,7 @@
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/tree/table_view.h"
+#include "zolt/ved/view/range_copy.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::field {
@@ -173,7 +174,7 @@ RowT makeCell(wstring const& text, OperatorListC const& operators, ReadersS cons
   ViewZNT4C view(new BlindGraphicsC);
   wstring const characters = readers.options.decimalComma ? toPointText(text) : text;
   if (&view.crefOperatorList() != &operators || !typeCharacters(view, characters)) return nullptr;
-  return view.copyRow(view.getWhole());
+  return copyRow(view.getWhole(), view.crefOperatorList());
 }
 
 /// The first operator that makes a table of so many columns; null: none.
@@ -247,8 +248,8 @@ MemoryClipboardC::~MemoryClipboardC() = default;
 ClipboardContentS copyRange(ViewZNT4C const& view, SelectionS const& range, InputOptionsS const& options) {
   ClipboardContentS content;
   if (!range.anchor || range.anchor == range.caret) return content;
-  auto const row = view.copyRow(range);
-  content.bytes = ViewZNT4C::writeCopy(*row, range);
+  auto const row = copyRow(range, view.crefOperatorList());
+  content.bytes = writeCopy(*row, range);
   auto const expression = diagnoseTyped(*row, view.crefOperatorList(), options).expression;
   if (expression) content.prefix = expression->toPrefixString();
   if (findBlock(range)) {

@@ -9,6 +9,7 @@
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/row_view.h"
+#include "zolt/ved/view/range_copy.h"
 
 namespace zolt::field {
 
@@ -56,7 +57,7 @@ void FormulaFieldC::mergeDoubled(char16_t sign) {
   if (!op) return;
   Node4C const& outer = *caret().node->goLeft();
   std::vector<rows::NodeT> content;
-  content.push_back(view_.copyRow(wholeRow(*outer.child(0)->child(1)->child(0))));
+  content.push_back(copyRow(wholeRow(*outer.child(0)->child(1)->child(0)), view_.crefOperatorList()));
   auto const merged = writeBytes(*rows::toRow(rows::makeConstruct(*op, std::move(content))));
   GroupC group(*this);
   group.end(select({endOf(outer.goLeft()), caret()}) && view_.paste(merged));

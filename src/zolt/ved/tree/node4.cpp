@@ -10,8 +10,6 @@
 
 namespace zolt::math::ved {
 
-wstring const Node4C::PLACEHOLDER_STR = u"\u25CF";
-
 Node4C::Node4C() = default;
 
 Node4C::Node4C(Node4TypeE type, PointerTC<OperatorBC> const& op, wstring const& text,

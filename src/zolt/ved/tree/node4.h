@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -14,6 +13,7 @@
 #include "zolt/ved/tree/detail/child_array.h"
 #include "zolt/ved/tree/detail/node_state.h"
 #include "zolt/ved/tree/node4_type.h"
+#include "zolt/ved/tree/node_characters.h"
 #include "zolt/ved/tree/place.h"
 
 namespace zolt::math::algexpr {
@@ -38,19 +38,9 @@ struct ErrorSelectionS;
 ///
 /// Metrics (position, size, axis) are in surface units, of signed 32 bits, relative to the parent's top-left
 /// corner; they are meaningless before layout writes them.
-class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
+class Node4C : public oss::SerializableABC, public NodeCharactersBC, private oss::LiveCountTC<Node4C> {
  public:
-  static constexpr char16_t PREFIX_C = u'`';  ///< encloses finished prefix text inside a row's infix text
-  static constexpr char16_t OPEN_C = u'(';
-  static constexpr char16_t COMMA_C = u',';
-  static constexpr char16_t CLOSE_C = u')';
-  static constexpr char16_t POWER_C = u'^';
-  static wstring const PLACEHOLDER_STR;  ///< "●", shown and measured in place of an empty slot
   static constexpr unsigned long max_nb_args_error_cls = 4;
-  static constexpr unsigned long nb_acceptable_characters = 128;
-  using CharacterTableT = std::array<bool, nb_acceptable_characters>;
-  static CharacterTableT const acceptable_characters;
-  static CharacterTableT const identifier_characters;
   static constexpr char16_t TheCastableId[] = u"Node4C";
 
   /// A text without characters; for reading from a stream.
@@ -158,10 +148,6 @@ class Node4C : public oss::SerializableABC, private oss::LiveCountTC<Node4C> {
   static void stepInside(PlaceS& place);
   /// This node if it is a row, else a new row with this node as its only child; the caller places the row.
   Node4C* inLine();
-  /// Whether a character can be part of an operand (`identifier`: of a name).
-  static bool isAcceptable(unsigned short c, bool identifier);
-  /// Whether a character may be typed into a text; other signs are typed through the operators they name.
-  static bool isTypable(char16_t c);
 
   // ---- Serialisation (tree/node4_stream.cpp) --------------------------------------------------------------
   static char16_t const* getCastableId() { return TheCastableId; }

@@ -125,11 +125,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   PointerTC<algexpr::AlgebraicExpressionC> copy(oss::bytestring& bytes) const;
   /// The same of what is shown in `range`, whatever is selected.
   PointerTC<algexpr::AlgebraicExpressionC> copy(SelectionS const& range, oss::bytestring& bytes) const;
-  /// What is shown in `range`, as a row of its own; null when the range has no anchor. A block of cells is a
-  /// table in that row.
-  std::unique_ptr<Node4C> copyRow(SelectionS const& range) const;
-  /// The bytes of what `copyRow` gave for `range`: of a block, the table alone.
-  static oss::bytestring writeCopy(Node4C const& row, SelectionS const& range);
   /// `copy`, then the backspace key: call only with a selection.
   PointerTC<algexpr::AlgebraicExpressionC> cut(oss::bytestring& bytes);
   /// Replaces the selection by what `copy` wrote. False, with nothing done, for bytes that do not read or
@@ -235,10 +230,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool moveCaret(CaretStepE step);
   /// Moves the caret, with `shift` as the end of a selection.
   bool runCaretKey(CaretStepE step, bool shift);
-  Node4C const& crefCurrentRow() const;  ///< what an insertion goes into: the selection's row, or the caret's
-  /// How deep the rows in the selection nest; 0 without a selection.
-  [[nodiscard]] unsigned long countSelectedRows() const;
-  [[nodiscard]] bool mayNest(unsigned long rows) const;
   // view_text.cpp
   template <class EditT>
   bool insert(EditT edit);
@@ -262,7 +253,6 @@ class ViewZNT4C : private oss::LiveCountTC<ViewZNT4C> {
   bool doRunOperator(PointerTC<OperatorBC> op);
   // view_clipboard.cpp
   std::unique_ptr<Node4C> cutSelection();
-  std::unique_ptr<Node4C> copyBlock(TableBlockS block) const;
   bool pasteRow(std::unique_ptr<Node4C> row);
   bool backupBeforeModif();
   /// Opens a step of the history, which can go back to its beginning; ignored while one is open.

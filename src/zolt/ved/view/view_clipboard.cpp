@@ -10,6 +10,7 @@
 #include "zolt/ved/view/detail/event_guard.h"
 #include "zolt/ved/view/detail/pastable_row.h"
 #include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/range_copy.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -39,47 +40,10 @@ bool isAll(SelectionS const& selection, Node4C const& root) {
 
 }  // namespace
 
-/// A table with copies of the cells of a block, in a row.
-std::unique_ptr<Node4C> ViewZNT4C::copyBlock(TableBlockS block) const {
-  auto const registered = operatorList_->lookup(block.table->crefText());
-  auto op = registered ? registered->findColumns(block.countColumns()) : nullptr;
-  if (!op) {
-    // Its columns belong together.
-    op = block.table->getOperator();
-    block.firstColumn = 0;
-    block.lastColumn = countColumns(*block.table) - 1;
-  }
-  unsigned long const columns = block.countColumns();
-  auto table = rows::makeConstruct(*op, block.countRows() * columns);
-  for (unsigned long i = 0; i < table->numChildren(); ++i) {
-    Node4C const& cell = *cellAt(*block.table, block.firstRow + i / columns, block.firstColumn + i % columns);
-    table->setChild(i, cell.clone());
-  }
-  auto row = rows::toRow(std::move(table));
-  row->checkTree();
-  return row;
-}
-
-std::unique_ptr<Node4C> ViewZNT4C::copyRow(SelectionS const& range) const {
-  if (!range.anchor) return nullptr;
-  if (TableBlockS const block = findBlock(range)) return copyBlock(block);
-  auto const [start, end] = inOneRow(range);
-  Node4C const& row = *start.node->getParent();
-  unsigned long const first = start.node->findChildNumber();
-  unsigned long const count = end.node->findChildNumber() - first + 1;
-  auto copy = std::make_unique<Node4C>(NODE4_LINE, count);
-  for (unsigned long i = 0; i < count; ++i) copy->setChild(i, row.child(first + i)->clone());
-  // The end is cut first, since both ends may be in the same text.
-  copy->child(count - 1)->refText().erase(end.pos);
-  copy->child(0)->refText().erase(0, start.pos);
-  copy->checkTree();
-  return copy;
-}
-
 std::unique_ptr<Node4C> ViewZNT4C::cutSelection() {
   // An operator takes the table that a block is in.
   if (findBlock(getSelection())) selection_ = inOneRow(selection_);
-  auto copy = copyRow(getSelection());
+  auto copy = copyRow(getSelection(), *operatorList_);
   if (copy) deleteSelection();
   return copy;
 }
@@ -90,7 +54,7 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(bytestring& bytes) cons
 }
 
 PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::copy(SelectionS const& range, bytestring& bytes) const {
-  auto const row = copyRow(range);
+  auto const row = copyRow(range, *operatorList_);
   if (!row) return nullptr;
   bytestring written = writeCopy(*row, range);
   auto expression = row->getAlgebraicExpression(nullptr);
@@ -102,10 +66,6 @@ PointerTC<algexpr::AlgebraicExpressionC> ViewZNT4C::cut(bytestring& bytes) {
   auto expression = copy(bytes);
   addEvent(EVENT_KEY, KEY_BACKSPACE, false, false, false, 0, 0);
   return expression;
-}
-
-bytestring ViewZNT4C::writeCopy(Node4C const& row, SelectionS const& range) {
-  return writeBytes(findBlock(range) ? *row.child(1) : row);
 }
 
 bool ViewZNT4C::paste(bytestring const& bytes) {
@@ -130,7 +90,7 @@ bool ViewZNT4C::paste(PointerTC<algexpr::AlgebraicExpressionC> expression) {
 bool ViewZNT4C::pasteRow(std::unique_ptr<Node4C> row) {
   // The pasted row itself does not count below, since normalisation replaces it by its items.
   takeBackIfDue();
-  if (!row || !mayNest(countNestedRows(*row) - 1)) return bip();
+  if (!row || !mayNest(countNestedRows(*row) - 1, getSelection())) return bip();
   EventC guard(*this);
   if (deleteSelection()) {
     splitText(true);

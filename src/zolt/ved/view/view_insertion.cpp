@@ -2,6 +2,7 @@
 
 #include "zolt/ved/tree/row_view.h"
 #include "zolt/ved/view/detail/row_nesting.h"
+#include "zolt/ved/view/range_copy.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -23,7 +24,9 @@ void ViewInsertionC::placeCaret(PlaceS place) { view_.selection_.caret = place; 
 
 void ViewInsertionC::placeAnchor(PlaceS place) { view_.selection_.anchor = place; }
 
-std::unique_ptr<Node4C> ViewInsertionC::copySelection() const { return view_.copyRow(view_.getSelection()); }
+std::unique_ptr<Node4C> ViewInsertionC::copySelection() const {
+  return copyRow(view_.getSelection(), view_.crefOperatorList());
+}
 
 std::unique_ptr<Node4C> ViewInsertionC::cutSelection() { return view_.cutSelection(); }
 
@@ -68,11 +71,17 @@ unsigned long ViewInsertionC::enclosingRow(Node4C const& construct) const {
 
 void ViewInsertionC::checkRow(Node4C& row) { row.checkTree(view_.selection_); }
 
-bool ViewInsertionC::mayNest() const { return view_.mayNest(1); }
+bool ViewInsertionC::mayNest() const { return ved::mayNest(1, view_.getSelection()); }
 
-bool ViewInsertionC::mayNestSelection() const { return view_.mayNest(1 + view_.countSelectedRows()); }
+bool ViewInsertionC::mayNestSelection() const {
+  SelectionS const selection = view_.getSelection();
+  return ved::mayNest(1 + countNestedRows(selection), selection);
+}
 
 // The count includes the caret's row, which makes up for the new row.
-bool ViewInsertionC::mayNestRow() const { return view_.mayNest(countNestedRows(view_.crefCurrentRow())); }
+bool ViewInsertionC::mayNestRow() const {
+  SelectionS const selection = view_.getSelection();
+  return ved::mayNest(countNestedRows(crefCurrentRow(selection)), selection);
+}
 
 }  // namespace zolt::math::ved

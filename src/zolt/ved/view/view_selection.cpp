@@ -1,8 +1,4 @@
-#include <algorithm>
-
-#include "zolt/ved/limits.h"
 #include "zolt/ved/tree/row_view.h"
-#include "zolt/ved/view/detail/row_nesting.h"
 #include "zolt/ved/view/view.h"
 
 namespace zolt::math::ved {
@@ -50,24 +46,6 @@ bool ViewZNT4C::runCaretKey(CaretStepE step, bool shift) {
   if (shift != selected) selection_.anchor = shift ? selection_.caret : PlaceS();
   bool const moved = moveCaret(step);
   return (moved || (selected && !shift)) && needRedraw();
-}
-
-// ---- Nesting --------------------------------------------------------------------------------------------
-
-Node4C const& ViewZNT4C::crefCurrentRow() const { return *spanOf(getSelection()).caret.node->getParent(); }
-
-unsigned long ViewZNT4C::countSelectedRows() const {
-  if (!isSelected()) return 0;
-  auto const [start, end] = spanOf(selection_);
-  unsigned long rows = 0;
-  for (Node4C const* item = start.node; item; item = item == end.node ? nullptr : item->goRight()) {
-    rows = std::max(rows, countNestedRows(*item));
-  }
-  return rows;
-}
-
-bool ViewZNT4C::mayNest(unsigned long rows) const {
-  return countRowsAround(crefCurrentRow()) + rows <= limits::max_nested_rows;
 }
 
 }  // namespace zolt::math::ved
