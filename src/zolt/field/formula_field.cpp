@@ -64,7 +64,7 @@ struct FormulaFieldC::DiagnosedS {
 
 FormulaFieldC::FormulaFieldC(PointerTC<GraphicsABC> surface)
     : surface_(new DecimalCommaGraphicsC(std::move(surface))),
-      view_(surface_, *this),
+      view_(surface_, options_),
       clipboard_(new MemoryClipboardC),
       seen_(view_.crefRoot().makeRecord()),
       diagnosed_(std::make_unique<DiagnosedS>()) {}
@@ -153,10 +153,6 @@ wstring FormulaFieldC::explainRefusal(AlgebraicExpressionC const& expression) co
   ViewHoldC const hold(view_);
   wstring reason = mayAsk ? getConstraints()->explain(expression) : wstring();
   return reason.empty() ? math::common::describe(math::common::READ_ERROR_NOT_ALLOWED) : reason;
-}
-
-PointerTC<AlgebraicExpressionC> FormulaFieldC::ViewC::getJudgedExpression() const {
-  return diagnoseTyped(crefRoot(), crefOperatorList(), field_.options_).expression;
 }
 
 FormulaDiagnosisS FormulaFieldC::diagnose() const {

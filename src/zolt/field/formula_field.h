@@ -12,10 +12,11 @@
 #include "zolt/field/completion.h"
 #include "zolt/field/formula_error.h"
 #include "zolt/field/input_options.h"
+#include "zolt/field/judged_view.h"
+#include "zolt/field/last_input.h"
 #include "zolt/field/script_step.h"
 #include "zolt/ved/geometry/graphics.h"
 #include "zolt/ved/tree/tree_path.h"
-#include "zolt/ved/view/view.h"
 
 namespace zolt::field {
 
@@ -181,17 +182,6 @@ class FormulaFieldC {
  private:
   class ActC;
   class GroupC;
-  /// Its constraints judge what the field hands out.
-  class ViewC final : public math::ved::ViewZNT4C {
-   public:
-    ViewC(PointerTC<math::ved::GraphicsABC> graphics, FormulaFieldC const& field)
-        : ViewZNT4C(std::move(graphics)), field_(field) {}
-    using ViewZNT4C::isBusy;
-
-   private:
-    PointerTC<math::algexpr::AlgebraicExpressionC> getJudgedExpression() const override;
-    FormulaFieldC const& field_;
-  };
 
   /// The last diagnosis and what it depended on.
   struct DiagnosedS;
@@ -208,7 +198,7 @@ class FormulaFieldC {
 
   // formula_field_input.cpp
   bool actOn(InputDecisionS const& decision);
-  bool endTableRow();
+  bool endTableRow(LastInputS const& last);
   void mergeDoubled(char16_t sign);
   void closeGroup();
   void separateByBar(char16_t closing);
@@ -269,8 +259,8 @@ class FormulaFieldC {
   bool sendKey(unsigned long code);
 
   PointerTC<detail::DecimalCommaGraphicsC> surface_;
-  ViewC view_;
   InputOptionsS options_;
+  JudgedViewC view_;
   PointerTC<ClipboardABC> clipboard_;
   MathmlReaderT readMathml_ = nullptr;
   ClipboardContentS copied_;            // what the commands copied since the recording began
@@ -286,13 +276,10 @@ class FormulaFieldC {
   bool letterAccepted_ = false;     // the last input completed a letter
   unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
   bool groupFailed_ = false, reveal_ = false;
-  std::vector<TypedBoundsS> bounds_, bars_;     // outermost first; bars that their sign has opened
-  char16_t ended_ = u'\0';                      // the sign by which the last input left a construct
-  bool ungrouped_ = false, separated_ = false;  // it closed brackets, which vanished; was ";" for a comma
-  unsigned long separatedFrom_ = 0;             // the history before that input
-  math::ved::SelectionPathS separatedAt_;       // and the selection
-  bool marked_ = false, markDue_ = false;       // the selection is a faulty part; was one before the act
-  bool wordTyped_ = false;                      // the last input typed a letter, so a name may be unfinished
+  std::vector<TypedBoundsS> bounds_, bars_;  // outermost first; bars that their sign has opened
+  LastInputS last_;
+  bool marked_ = false, markDue_ = false;  // the selection is a faulty part; was one before the act
+  bool wordTyped_ = false;                 // the last input typed a letter, so a name may be unfinished
   long column_ = no_column;
   std::vector<SelectionS> grown_;  // the selection before each time it grew
 };

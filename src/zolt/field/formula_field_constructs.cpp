@@ -18,13 +18,13 @@ using namespace math::ved;
 
 /// Under a decimal comma, ";;" ends a row of a table: what the first of them did is taken back. False, with
 /// nothing changed, where no row can end.
-bool FormulaFieldC::endTableRow() {
+bool FormulaFieldC::endTableRow(LastInputS const& last) {
   if (groups_ > 0) return false;
   unsigned long const here = view_.getHistoryPosition();
   SelectionPathS const now = saveSelection();
-  while (view_.getHistoryPosition() > separatedFrom_ && view_.undo()) {
+  while (view_.getHistoryPosition() > last.historyBefore && view_.undo()) {
   }
-  restoreSelection(separatedAt_);
+  restoreSelection(last.selectionBefore);
   InputOptionsS options = options_;
   options.decimalComma = false;
   InputDecisionS const decision = decideInput(view_, u';', options);
@@ -78,8 +78,8 @@ void FormulaFieldC::closeGroup() {
     PlacePathS const after = pathOf(placeAfter(*power));
     bytestring content;
     view_.copy(wholeRow(*item->child(0)), content);
-    ungrouped_ = select(row) && view_.paste(content) && placeCaret(placeAt(view_.crefRoot(), after));
-    group.end(ungrouped_);
+    last_.ungrouped = select(row) && view_.paste(content) && placeCaret(placeAt(view_.crefRoot(), after));
+    group.end(last_.ungrouped);
     return;
   }
   bool const isIndex = item->crefOperator() == findConstruct(view_.crefOperatorList(), u"_").op.get() &&

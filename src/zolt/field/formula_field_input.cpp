@@ -76,19 +76,17 @@ bool beginsWithName(OperatorBC const& op) {
 bool FormulaFieldC::typeCharacter(char16_t c) {
   ScriptStepS recorded = makeStep(SCRIPT_CHAR);
   recorded.code = c;
-  bool const ungrouped = std::exchange(ungrouped_, false);
-  bool const isSecond = std::exchange(separated_, false) && c == u';';
-  bool const endsAgain = std::exchange(ended_, u'\0') == c;
+  LastInputS const last = std::exchange(last_, {});
   auto bounds = std::exchange(bounds_, {}), bars = std::exchange(bars_, {});
   ActC act(*this, recorded, ActC::KEEP_COMPLETION);
   if (!view_.isEditable()) return false;
   bounds_ = std::move(bounds);
   bars_ = std::move(bars);
   act.dropMark();
-  if (isSecond && endTableRow()) return true;
-  if (endsAgain && c == u'(') return true;
+  if (last.separated && c == u';' && endTableRow(last)) return true;
+  if (last.ended == c && c == u'(') return true;
   if (auto const taken = typeInCompletion(c)) return *taken;
-  if (ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
+  if (last.ungrouped && bindsToGroup(c, view_.crefOperatorList()) && !regroup()) return false;
   if (!bars_.empty()) separateByBar(c);
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
   BoundsStepS step;
@@ -105,10 +103,10 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
         findNameReplacement(view_.crefOperatorList(), caret(), options_, NAME_IS_CALLED);
     if (found.begin) replaceText(found);
   }
-  separatedAt_ = saveSelection();
-  separatedFrom_ = view_.getHistoryPosition();
+  last_.selectionBefore = saveSelection();
+  last_.historyBefore = view_.getHistoryPosition();
   bool const taken = actOn(decision);
-  separated_ = taken && options_.decimalComma && c == u';';
+  last_.separated = taken && options_.decimalComma && c == u';';
   if (taken) {
     if (step.target) bounds_.back().close = step.close;
     replaceCompleted(decision, c);
@@ -116,9 +114,9 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
       bounds_.push_back({enclosingItem(*caret().node), u'\0', false});
     bool const opensBound = decision.text == u"(" && c == u'{' && !bounds_.empty();
     if (opensBound && !bounds_.back().isDerivative) bounds_.back().close = u'}';
-    if (decision.kind == INPUT_MOVE && endsAgain) mergeDoubled(c);
+    if (decision.kind == INPUT_MOVE && last.ended == c) mergeDoubled(c);
     if (decision.kind == INPUT_MOVE && c == u'}') closeGroup();
-    if (decision.kind == INPUT_MOVE) ended_ = c;
+    if (decision.kind == INPUT_MOVE) last_.ended = c;
   } else {
     act.restoreMark();
     refuse(wstring(1, c), {findCause(c), 0, 1, {}});
@@ -127,7 +125,7 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   wordTyped_ = inWord && (wordTyped_ || !math::common::isDigit(decision.text[0]));
   if (decision.kind == INPUT_OPERATOR && !decision.target) adoptVariant(bounds_, caret());
   // "√(x+1)" is what "sqrt(x+1)" is: the bracket is the root's.
-  if (taken && isRadical(c) && isEmptyRow(*caret().node->getParent())) ended_ = u'(';
+  if (taken && isRadical(c) && isEmptyRow(*caret().node->getParent())) last_.ended = u'(';
   if (decision.kind == INPUT_OPERATOR && c == u'|') bars_.push_back({enclosingItem(*caret().node), c, false});
   keepAround(bounds_, caret());
   keepAround(bars_, caret());
@@ -409,7 +407,7 @@ void FormulaFieldC::replaceCompleted(InputDecisionS const& decision, char16_t c)
     return;
   }
   if (options_.grouping && typed && decision.text == u")") {
-    if (PlaceS const after = afterGroup(caret())) ungrouped_ = ungroup(after);
+    if (PlaceS const after = afterGroup(caret())) last_.ungrouped = ungroup(after);
   }
   if (wordTyped_ && !(typed && isWord(decision.text))) replaceEndedName(decision.text);
   if (options_.impliedProducts && typed && decision.text == u"(") {

@@ -62,9 +62,7 @@ class FormulaFieldC::ActC {
     // After an event the view normalises only when a layout is pending, and that can move a caret beside a
     // supplied bracket. The result must not depend on when the host paints, so the layout is done here.
     field_.view_.getExpressionSize();
-    field_.ungrouped_ = false;
-    field_.separated_ = false;
-    field_.ended_ = u'\0';
+    field_.last_ = {};
     field_.bounds_.clear();
     field_.bars_.clear();
     field_.markDue_ = std::exchange(field_.marked_, false);
