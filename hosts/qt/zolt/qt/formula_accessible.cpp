@@ -5,6 +5,7 @@
 
 #include "zolt/field/readable_text.h"
 #include "zolt/qt/formula_edit.h"
+#include "zolt/qt/spoken_formula.h"
 #include "zolt/qt/text.h"
 
 namespace zolt::qt {
@@ -26,7 +27,8 @@ class FormulaAccessible final : public QAccessibleWidget,
 
   QString text(QAccessible::Text kind) const override {
     if (kind == QAccessible::Value) return words();
-    if (kind == QAccessible::Description && !edit().announcement().isEmpty()) return edit().announcement();
+    if (kind == QAccessible::Description && !formula().announcement().isEmpty())
+      return formula().announcement();
     return QAccessibleWidget::text(kind);
   }
 
@@ -41,21 +43,21 @@ class FormulaAccessible final : public QAccessibleWidget,
   void selection(int selectionIndex, int* startOffset, int* endOffset) const override {
     *startOffset = *endOffset = 0;
     if (selectionIndex != 0) return;
-    FormulaEdit::CaretOffsets const at = edit().caretOffsets();
+    SpokenFormula::Offsets const at = formula().caretOffsets();
     *startOffset = std::min(at.anchor, at.caret);
     *endOffset = std::max(at.anchor, at.caret);
   }
   int selectionCount() const override { return edit().hasSelection() ? 1 : 0; }
-  void addSelection(int startOffset, int endOffset) override { edit().selectOffsets(startOffset, endOffset); }
+  void addSelection(int startOffset, int endOffset) override { formula().select(startOffset, endOffset); }
   void removeSelection(int selectionIndex) override {
     if (selectionIndex == 0) edit().runCommand(field::COMMAND_DROP_SELECTION);
   }
   void setSelection(int selectionIndex, int startOffset, int endOffset) override {
-    if (selectionIndex == 0) edit().selectOffsets(startOffset, endOffset);
+    if (selectionIndex == 0) formula().select(startOffset, endOffset);
   }
 
-  int cursorPosition() const override { return edit().caretOffsets().caret; }
-  void setCursorPosition(int position) override { edit().selectOffsets(position, position); }
+  int cursorPosition() const override { return formula().caretOffsets().caret; }
+  void setCursorPosition(int position) override { formula().select(position, position); }
 
   QString text(int startOffset, int endOffset) const override {
     return words().mid(startOffset, endOffset - startOffset);
@@ -67,23 +69,23 @@ class FormulaAccessible final : public QAccessibleWidget,
     if (boundary != QAccessible::CharBoundary) {
       return QAccessibleTextInterface::textAtOffset(offset, boundary, startOffset, endOffset);
     }
-    FormulaEdit::CaretOffsets const step = edit().stepAt(offset);
+    SpokenFormula::Offsets const step = formula().stepAt(offset);
     *startOffset = step.anchor;
     *endOffset = step.caret;
     return text(step.anchor, step.caret).trimmed();
   }
 
   QRect characterRect(int offset) const override {
-    QRect const box = edit().characterRectangle(offset);
+    QRect const box = formula().characterRectangle(offset);
     return {edit().mapToGlobal(box.topLeft()), box.size()};
   }
   int offsetAtPoint(QPoint const& point) const override {
     // The caret's nearest place may be the one after the character.
-    int const offset = edit().offsetNear(edit().mapFromGlobal(point));
+    int const offset = formula().offsetNear(edit().mapFromGlobal(point));
     bool const isBefore = offset > 0 && characterRect(offset - 1).contains(point);
     return isBefore ? offset - 1 : offset;
   }
-  void scrollToSubstring(int startIndex, int) override { edit().revealOffset(startIndex); }
+  void scrollToSubstring(int startIndex, int) override { formula().reveal(startIndex); }
   QString attributes(int, int* startOffset, int* endOffset) const override {
     *startOffset = 0;
     *endOffset = characterCount();
@@ -92,18 +94,19 @@ class FormulaAccessible final : public QAccessibleWidget,
 
   void deleteText(int startOffset, int endOffset) override {
     if (edit().isReadOnly()) return;
-    edit().selectOffsets(startOffset, endOffset);
+    formula().select(startOffset, endOffset);
     if (edit().hasSelection()) edit().runCommand(field::COMMAND_DELETE_LEFT);
   }
   void insertText(int offset, QString const& text) override { replaceText(offset, offset, text); }
   void replaceText(int startOffset, int endOffset, QString const& text) override {
     if (edit().isReadOnly()) return;
-    edit().selectOffsets(startOffset, endOffset);
+    formula().select(startOffset, endOffset);
     edit().insertText(text);
   }
 
  private:
   FormulaEdit& edit() const { return *static_cast<FormulaEdit*>(object()); }
+  SpokenFormula formula() const { return SpokenFormula(edit()); }
   QString words() const { return edit().readableText(); }
 };
 
@@ -138,7 +141,7 @@ void notifyTextChange(FormulaEdit& edit, field::SpokenEditS const& change) {
 }
 
 void notifyCaret(FormulaEdit& edit) {
-  FormulaEdit::CaretOffsets const at = edit.caretOffsets();
+  SpokenFormula::Offsets const at = SpokenFormula(edit).caretOffsets();
   if (at.anchor != at.caret) {
     QAccessibleTextSelectionEvent event(&edit, std::min(at.anchor, at.caret), std::max(at.anchor, at.caret));
     event.setCursorPosition(at.caret);

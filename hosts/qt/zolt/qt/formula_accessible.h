@@ -20,7 +20,8 @@ void notifyValue(FormulaEdit& edit);
 void notifyTextChange(FormulaEdit& edit, field::SpokenEditS const& change);
 /// Where the caret or the selection is.
 void notifyCaret(FormulaEdit& edit);
-/// Something to be said at once, which is the field's `announcement`; empty: the last one no longer holds.
+/// Something to be said at once, which is its `SpokenFormula::announcement`; empty: the last one no longer
+/// holds.
 void announce(FormulaEdit& edit, QString const& words);
 
 }  // namespace zolt::qt

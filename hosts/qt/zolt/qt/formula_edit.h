@@ -187,29 +187,9 @@ class FormulaEdit : public EditField {
   QSize formulaSize() const;
   int axis() const;
 
-  // For assistive technology. Offsets count the characters of `readableText`.
-  /// The two ends of the selection.
-  struct CaretOffsets {
-    int anchor = 0;
-    int caret = 0;
-  };
-  /// The formula in words: "x plus 1 over 2".
+  /// The formula in words, "x plus 1 over 2", as assistive technology reads it.
   QString readableText() const;
   QString selectedWords() const;  ///< the selection in words
-  /// What a listener has been told last about the caret: "into the denominator"; empty where the events of
-  /// texts tell all.
-  QString announcement() const;
-  CaretOffsets caretOffsets() const;  ///< both are equal when nothing is selected
-  /// The two places of the caret between which the character at `offset` is; the last one at the end.
-  CaretOffsets stepAt(int offset) const;
-  /// Selects between the places of the caret that are nearest to the offsets.
-  void selectOffsets(int anchor, int caret);
-  /// The caret's box at `offset`, in widget coordinates.
-  QRect placeRectangle(int offset) const;
-  /// The box around what the character at `offset` says, in widget coordinates.
-  QRect characterRectangle(int offset) const;
-  int offsetNear(QPoint pos) const;
-  void revealOffset(int offset);
 
   /// Appends the current formula with its caret, every option that differs from a new field, and all input
   /// from now on to `script`, which the caller keeps alive until it passes null.
@@ -292,6 +272,7 @@ class FormulaEdit : public EditField {
   void timerEvent(QTimerEvent* event) override;
 
  private:
+  friend class SpokenFormula;
   struct StateS;
 
   std::unique_ptr<StateS> state_;
