@@ -54,6 +54,11 @@ char16_t translate(char16_t c, std::u16string_view from, std::u16string_view to)
 
 }  // namespace
 
+oss::wstring toAsciiLower(oss::wstring text) {
+  for (char16_t& c : text) c = toAsciiLower(c);
+  return text;
+}
+
 char16_t foldLookAlike(char16_t c, LookAlikeUseE use) {
   constexpr char16_t full_width_distance = 0xFEE0;
   if (use == LOOK_ALIKE_TYPED && c > 0xFF00 && c < 0xFF5F) {

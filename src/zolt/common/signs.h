@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string_view>
+#include "zolt/oss/wstring.h"
 
 namespace zolt::math::common {
 
@@ -26,6 +26,12 @@ constexpr char16_t pi_sign = u'\u0960';
 /// What a minus may look like in text that is read.
 constexpr bool isMinus(char16_t c) { return c == u'-' || c == en_dash || c == minus_sign; }
 constexpr bool isDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
+constexpr bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
+/// The small letter of a capital of ASCII; any other character is its own.
+constexpr char16_t toAsciiLower(char16_t c) {
+  return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + (u'a' - u'A')) : c;
+}
+oss::wstring toAsciiLower(oss::wstring text);
 constexpr bool isRelation(char16_t c) {
   return c == u'=' || c == u'<' || c == u'>' || c == not_equal_sign || c == less_or_equal_sign ||
          c == greater_or_equal_sign;

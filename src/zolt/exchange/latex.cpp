@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/detail/latex_parser.h"
 #include "zolt/exchange/detail/latex_writer.h"
@@ -28,8 +29,7 @@ bool looksLikeLatex(wstring const& text) {
   for (std::size_t i = rest.find(u'\\'); i < rest.size() && i + 1 < rest.size();
        i = rest.find(u'\\', i + 1)) {
     char16_t const next = rest[i + 1];
-    bool const isCommand = (next >= u'a' && next <= u'z') || (next >= u'A' && next <= u'Z');
-    if (isCommand || (i == 0 && (next == u'(' || next == u'['))) return true;
+    if (math::common::isAsciiLetter(next) || (i == 0 && (next == u'(' || next == u'['))) return true;
   }
   return false;
 }

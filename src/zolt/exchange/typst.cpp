@@ -16,8 +16,6 @@ using namespace detail;
 
 namespace {
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 bool isText(NodeABC const& node, std::u16string_view text) {
   return !node.asParent() && node.crefName() == text;
 }

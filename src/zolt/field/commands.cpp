@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <set>
 
+#include "zolt/common/signs.h"
+
 namespace zolt::field {
 
 namespace {
@@ -10,10 +12,8 @@ namespace {
 constexpr bool modifies = true;
 
 /// The keys of a chord in small letters, so that chords can be compared.
-std::set<wstring> readChord(wstring chord) {
-  for (char16_t& c : chord) {
-    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
-  }
+std::set<wstring> readChord(wstring const& written) {
+  wstring const chord = math::common::toAsciiLower(written);
   std::set<wstring> keys;
   for (std::size_t start = 0; start < chord.size();) {
     std::size_t const end = std::min(chord.find(u'+', start + 1), chord.size());

@@ -9,6 +9,7 @@
 
 namespace zolt::field {
 
+using namespace math::common;
 using namespace math::ved;
 
 namespace {
@@ -23,15 +24,6 @@ constexpr unsigned tier_word = 5;       // the beginning of a word of the title
 constexpr unsigned tier_part = 6;       // a part of a name or title
 constexpr unsigned tier_letters = 7;    // letters of a name in their order, among them the first
 constexpr unsigned tier_not = 8;
-
-bool isLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
-char16_t lowered(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + (u'a' - u'A')) : c; }
-
-wstring lowered(wstring text) {
-  for (char16_t& c : text) c = lowered(c);
-  return text;
-}
 
 bool beginsWith(wstring const& text, wstring const& beginning, std::size_t at = 0) {
   return text.compare(at, beginning.size(), beginning) == 0;
@@ -52,8 +44,8 @@ bool hasLetters(wstring const& text, wstring const& letters) {
 unsigned tierOfName(wstring const& name, wstring const& query, bool isTyped) {
   if (name == query) return isTyped ? tier_typed : tier_name;
   if (beginsWith(name, query)) return tier_beginning;
-  wstring const small = lowered(name);
-  wstring const wanted = lowered(query);
+  wstring const small = toAsciiLower(name);
+  wstring const wanted = toAsciiLower(query);
   if (small == wanted) return tier_same;
   if (beginsWith(small, wanted)) return tier_begins;
   if (small.find(wanted) != wstring::npos) return tier_part;
@@ -61,11 +53,11 @@ unsigned tierOfName(wstring const& name, wstring const& query, bool isTyped) {
 }
 
 unsigned tierOfTitle(wstring const& title, wstring const& query) {
-  wstring const small = lowered(title);
-  wstring const wanted = lowered(query);
+  wstring const small = toAsciiLower(title);
+  wstring const wanted = toAsciiLower(query);
   unsigned tier = tier_not;
   for (std::size_t at = small.find(wanted); at != wstring::npos; at = small.find(wanted, at + 1)) {
-    if (at == 0 || !isLetter(small[at - 1])) return tier_word;
+    if (at == 0 || !isAsciiLetter(small[at - 1])) return tier_word;
     tier = tier_part;
   }
   return tier;
@@ -73,9 +65,8 @@ unsigned tierOfTitle(wstring const& title, wstring const& query) {
 
 /// Whether a word can be typed after a backslash.
 bool isCommandName(wstring const& name) {
-  return !name.empty() && isLetter(name[0]) && std::all_of(name.begin(), name.end(), [](char16_t c) {
-    return isLetter(c) || math::common::isDigit(c);
-  });
+  return !name.empty() && isAsciiLetter(name[0]) &&
+         std::all_of(name.begin(), name.end(), [](char16_t c) { return isAsciiLetter(c) || isDigit(c); });
 }
 
 /// The names of an entry that can be typed after a backslash; first the one that is typed without one.
@@ -86,7 +77,7 @@ std::vector<wstring> namesOf(PaletteEntryS const& entry) {
   for (wstring const& keyword : entry.keywords) {
     if (isCommandName(keyword) && keyword != typed) names.push_back(keyword);
   }
-  wstring const title = lowered(entry.title);
+  wstring const title = toAsciiLower(entry.title);
   if (isCommandName(title) && title != typed) names.push_back(title);
   return names;
 }
@@ -173,8 +164,8 @@ void CompletionC::moveCurrent(bool forwards) {
 
 bool CompletionC::isContinuedBy(char16_t c) const {
   if (query_.size() >= max_query) return false;
-  if (isLetter(c)) return true;
-  if (!math::common::isDigit(c)) return false;
+  if (isAsciiLetter(c)) return true;
+  if (!isDigit(c)) return false;
   wstring const longer = query_ + c;
   return std::any_of(candidates_.begin(), candidates_.end(), [&](CandidateS const& candidate) {
     return std::any_of(candidate.names.begin(), candidate.names.end(),

@@ -1,3 +1,4 @@
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
@@ -19,14 +20,12 @@ namespace {
 constexpr char16_t command_sign = u'\\';
 constexpr std::size_t least_name = 2;  // letters before a name is completed
 
-bool isLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 /// Where the name begins that ends at the place, if it has only letters and enough of them; else null.
 PlaceS findNameBegin(PlaceS end) {
   wstring const& text = end.node->crefText();
   if (end.pos < text.size() && isWordCharacter(text[end.pos])) return {};
   unsigned int begin = end.pos;
-  while (begin > 0 && isLetter(text[begin - 1])) --begin;
+  while (begin > 0 && math::common::isAsciiLetter(text[begin - 1])) --begin;
   // What else belongs to the name: "x_ma", "a2b".
   bool const whole = begin == wordStart(text, end.pos) || !endsNameAt({end.node, begin});
   return whole && end.pos - begin >= least_name ? PlaceS{end.node, begin} : PlaceS();
@@ -207,7 +206,7 @@ std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
     return ++braces_, true;
   } else if (c == u'}' && braces_ > 0) {
     return closeBraces();
-  } else if (afterLetter && isLetter(c)) {
+  } else if (afterLetter && math::common::isAsciiLetter(c)) {
     view_.insertText(u" ");
   }
   bracesExpected_ = false;

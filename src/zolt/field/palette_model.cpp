@@ -36,13 +36,6 @@ wstring pictureOf(wstring const& insert) {
   return view.insertText(insert) ? writeTreeNotation(view.crefRoot()) : wstring();
 }
 
-wstring lowered(wstring text) {
-  for (char16_t& c : text) {
-    if (c >= u'A' && c <= u'Z') c = static_cast<char16_t>(c + (u'a' - u'A'));
-  }
-  return text;
-}
-
 std::vector<wstring> keywordsOf(OperatorBC const& op) {
   OperatorWordsS const& words = op.crefWords();
   std::vector<wstring> all = words.aliases;
@@ -96,12 +89,12 @@ std::vector<PaletteGroupS> makePalette(ViewZNT4C const& view) {
 }
 
 SearchMatchE matchSearch(PaletteEntryS const& entry, wstring const& wanted) {
-  wstring const small = lowered(wanted), title = lowered(entry.title);
+  wstring const small = math::common::toAsciiLower(wanted), title = math::common::toAsciiLower(entry.title);
   SearchMatchE best = small.empty() || title == small      ? SEARCH_MATCH_WHOLE
                       : title.find(small) != wstring::npos ? SEARCH_MATCH_PART
                                                            : SEARCH_MATCH_NONE;
   for (wstring const& keyword : entry.keywords) {
-    wstring const name = lowered(keyword);
+    wstring const name = math::common::toAsciiLower(keyword);
     if (keyword == wanted) return SEARCH_MATCH_EXACT;
     if (name == small) best = SEARCH_MATCH_WHOLE;
     if (best == SEARCH_MATCH_NONE && name.compare(0, small.size(), small) == 0) best = SEARCH_MATCH_PART;

@@ -32,8 +32,6 @@ bool isBlank(char16_t c) {
   return c == u'~' || ((c <= u' ' || c >= u'\u00A0') && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');
 }
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 }  // namespace
 
 LatexLexerC::LatexLexerC(std::u16string_view text) : text_(text) {

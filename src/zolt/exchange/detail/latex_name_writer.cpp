@@ -22,8 +22,6 @@ namespace {
 
 constexpr TextT function_letters = u"fghFGH";
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 /// A name as its letter or word, its index and its primes.
 struct PartsS {
   TextT base;

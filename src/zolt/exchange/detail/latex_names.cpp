@@ -25,7 +25,6 @@ constexpr TextT environments[] = {u"equation", u"equation*", u"displaymath", u"m
 constexpr TextT lowered_letters = u"ₐₑₒₓₕₖₗₘₙₚₛₜᵢᵣᵤᵥⱼ";
 constexpr TextT lowered_meaning = u"aeoxhklmnpstiruvj";
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 bool isSpace(char16_t c) {
   // The sign between a function and its argument shows that a word is no part of a name.
   return c <= u' ' || (c >= u'\u00A0' && c != u'\u2061' && foldLookAlike(c, LOOK_ALIKE_PASTED) == u' ');

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <vector>
 
+#include "zolt/common/signs.h"
 #include "zolt/exchange/detail/latex_brackets.h"
 #include "zolt/exchange/detail/latex_names.h"
 #include "zolt/exchange/detail/latex_words.h"
@@ -153,8 +154,7 @@ std::u16string_view commandOf(LatexNotationS const& row) {
   if (row.kind == LATEX_TABLE) return row.written;
   if (row.written[0] == u'{') return {};
   if (row.written[0] != u'\\') return row.written;
-  auto const isLetter = [](char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
-  auto const end = std::find_if_not(row.written.begin() + 1, row.written.end(), isLetter);
+  auto const end = std::find_if_not(row.written.begin() + 1, row.written.end(), math::common::isAsciiLetter);
   // "\%" has no letters.
   std::size_t const size = std::max<std::size_t>(2, static_cast<std::size_t>(end - row.written.begin()));
   std::u16string_view const command = row.written.substr(0, size);

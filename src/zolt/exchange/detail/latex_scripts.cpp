@@ -16,8 +16,6 @@ namespace {
 constexpr char16_t opening_brace = u'{';
 constexpr char16_t closing_brace = u'}';
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 }  // namespace
 
 // ---- Environments -----------------------------------------------------------------------------------------

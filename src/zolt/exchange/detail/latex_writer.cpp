@@ -19,7 +19,6 @@ using math::algexpr::isNumber;
 
 namespace {
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
 bool isNegative(math::algexpr::NodeABC const& node) {
   return isNumber(node) && node.crefName()[0] == minus_sign;
 }

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "zolt/common/signs.h"
 #include "zolt/field/detail/cell_text.h"
 #include "zolt/oss/code_point.h"
 #include "zolt/ved/limits.h"
@@ -12,6 +13,7 @@ namespace zolt::field::detail {
 
 namespace {
 
+using math::common::toAsciiLower;
 using ViewT = std::u16string_view;
 
 struct EntityS {
@@ -27,8 +29,6 @@ constexpr EntityS entities[] = {
 
 bool isBlank(char16_t c) { return c == u' ' || c == u'\n' || c == u'\r' || c == u'\t' || c == u'\u00A0'; }
 
-char16_t toSmall(char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; }
-
 /// What comes between "<" and ">".
 struct TagS {
   wstring name;  ///< in small letters, with "/" before that of an end
@@ -39,7 +39,7 @@ struct TagS {
 unsigned long readNumber(ViewT text, unsigned long base, unsigned long most) {
   unsigned long number = 0;
   for (char16_t const c : text) {
-    char16_t const small = toSmall(c);
+    char16_t const small = toAsciiLower(c);
     unsigned long const digit = small >= u'0' && small <= u'9' ? static_cast<unsigned long>(small - u'0')
                                 : small >= u'a' && small <= u'f'
                                     ? static_cast<unsigned long>(small - u'a') + 10
@@ -60,7 +60,7 @@ ViewT findValue(ViewT attributes, ViewT name) {
     bool isName = true;
     std::size_t const first = i;
     for (; i < attributes.size() && !isBlank(attributes[i]) && attributes[i] != u'='; ++i) {
-      isName = isName && i - first < name.size() && toSmall(attributes[i]) == name[i - first];
+      isName = isName && i - first < name.size() && toAsciiLower(attributes[i]) == name[i - first];
     }
     isName = isName && i - first == name.size();
     std::size_t const sign = skip(i);
@@ -87,9 +87,7 @@ wstring readExactNumber(ViewT attributes) {
     ViewT const value = findValue(attributes, name);
     bool const isNumber = !value.empty() && value.find_first_not_of(u"0123456789.eE+-") == ViewT::npos;
     if (!isNumber) continue;
-    wstring number(value);
-    std::transform(number.begin(), number.end(), number.begin(), toSmall);
-    return number;
+    return toAsciiLower(wstring(value));
   }
   return {};
 }
@@ -128,7 +126,7 @@ class TableReaderC {
     TagS tag;
     std::size_t i = at + 1;
     for (; i < end && !isBlank(html_[i]) && (html_[i] != u'/' || i == at + 1); ++i) {
-      tag.name += toSmall(html_[i]);
+      tag.name += toAsciiLower(html_[i]);
     }
     tag.attributes = ViewT(html_).substr(i, end - i);
     // What these have in them is not shown.
@@ -242,7 +240,7 @@ class TableReaderC {
     }
     ViewT const name = ViewT(html_).substr(at + 1, end - at - 1);
     if (!name.empty() && name[0] == u'#') {
-      bool const isHex = name.size() > 1 && toSmall(name[1]) == u'x';
+      bool const isHex = name.size() > 1 && toAsciiLower(name[1]) == u'x';
       auto const code =
           static_cast<char32_t>(readNumber(name.substr(isHex ? 2 : 1), isHex ? 16 : 10, 0x110000));
       wstring sign;

@@ -20,7 +20,7 @@ namespace {
 constexpr bool isCapital(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'À' && c <= u'Þ'); }
 
 constexpr bool isLetterOrDigit(char16_t c) {
-  return math::common::isDigit(c) || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+  return math::common::isDigit(c) || math::common::isAsciiLetter(c);
 }
 
 /// The words before row `row` of `count`, or after the last one.

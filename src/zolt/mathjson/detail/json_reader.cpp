@@ -17,10 +17,7 @@ namespace {
 
 bool isSeparator(char16_t c) { return c <= u' ' || c == u',' || c == u':' || c == u'\uFEFF'; }
 
-bool isWordPart(char16_t c) {
-  return isDigit(c) || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || c == u'-' || c == u'+' ||
-         c == u'.';
-}
+bool isWordPart(char16_t c) { return isDigit(c) || isAsciiLetter(c) || c == u'-' || c == u'+' || c == u'.'; }
 
 /// The value of four hexadecimal digits; negative when there are none.
 int readHex(std::u16string_view digits) {

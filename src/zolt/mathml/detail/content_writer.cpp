@@ -183,10 +183,7 @@ ContentWriterC::IdT ContentWriterC::make(ParentNodeABC const& node, IdT const* o
 ContentWriterC::IdT ContentWriterC::makeCall(ParentNodeABC const& node, ContentRowS const* row,
                                              IdT const* operands) {
   wstring const& name = node.crefName();
-  auto const isLetter = [](char16_t c) {
-    return c > 0x7F || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-  };
-  bool const isUsers = !row && isLetter(name[0]);
+  bool const isUsers = !row && (name[0] > 0x7F || isAsciiLetter(name[0]));
   std::vector<IdT> parts = {row && row->kind == CONTENT_SYMBOL
                                 ? makeSymbol(*row)
                                 : builder_.addToken(isUsers ? TextT(u"ci") : TextT(u"csymbol"), name)};

@@ -55,11 +55,11 @@ void PresentationReaderC::fail(MathmlIdT id, ReadErrorE cause) {
 // A command and a letter after it need a blank between them.
 void PresentationReaderC::put(TextT text, MathmlIdT id) {
   if (text.empty()) return;
-  auto const isLetter = [](char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); };
-  if (endsCommand_ && isLetter(text[0])) latex_ += u' ';
+  if (endsCommand_ && isAsciiLetter(text[0])) latex_ += u' ';
   places_.emplace_back(latex_.size(), id);
   latex_ += text;
-  endsCommand_ = text.size() > 1 && text[0] == u'\\' && std::all_of(text.begin() + 1, text.end(), isLetter);
+  endsCommand_ =
+      text.size() > 1 && text[0] == u'\\' && std::all_of(text.begin() + 1, text.end(), isAsciiLetter);
 }
 
 // ---- Elements ---------------------------------------------------------------------------------------------

@@ -14,8 +14,6 @@ using TextT = std::u16string_view;
 
 namespace {
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 bool isWord(TextT text) {
   auto const isPart = [](char16_t c) { return isAsciiLetter(c) || isDigit(c); };
   return text.size() > 1 && isAsciiLetter(text[0]) && std::all_of(text.begin(), text.end(), isPart);

@@ -19,8 +19,6 @@ constexpr char16_t opening_brace = u'{';
 constexpr char16_t closing_brace = u'}';
 constexpr char16_t apply_sign = u'\u2061';
 
-bool isAsciiLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 /// Whether a character is a name rather than an operator.
 bool isNameSign(TextT sign) {
   char16_t const c = sign[0];

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "zolt/common/signs.h"
 #include "zolt/surfaces/typeset/detail/brush.h"
 #include "zolt/surfaces/typeset/detail/sign_shape.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -40,9 +41,7 @@ bool marksIndex(char16_t c) { return c == u'_' || (c >= 0x2080 && c <= 0x2089); 
 
 bool mayBeInName(char16_t c) {
   bool const isSign = c >= 0x2190 && c < 0x2C00;
-  return c >= 0x80
-             ? !isSign
-             : c == u'_' || (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
+  return c >= 0x80 ? !isSign : c == u'_' || math::common::isDigit(c) || math::common::isAsciiLetter(c);
 }
 
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {

@@ -19,8 +19,8 @@ constexpr unsigned long most_characters = 64;
 /// Whether the character is a part of a name or number, or belongs to the one before it.
 bool isTight(char16_t c) {
   constexpr std::u16string_view others = u"._!%°";
-  return (c >= u'0' && c <= u'9') || (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') ||
-         others.find(c) != others.npos || c == common::prime_sign || c == common::infinity_sign ||
+  return common::isDigit(c) || common::isAsciiLetter(c) || others.find(c) != others.npos ||
+         c == common::prime_sign || c == common::infinity_sign ||
          (c >= u'\u00C0' && c < u'\u2000' && c != u'\u00D7' && c != u'\u00F7');
 }
 
@@ -29,8 +29,7 @@ bool hasLooseWord(oss::wstring const& text) {
   if (text.find(u' ') == text.npos) return false;
   std::size_t letters = 0;
   for (char16_t const c : text) {
-    bool const isLetter = (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z');
-    letters = isLetter ? letters + 1 : 0;
+    letters = common::isAsciiLetter(c) ? letters + 1 : 0;
     if (letters > 1) return true;
   }
   return false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "zolt/algexpr/make_operation.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::math::ved {
 
@@ -16,9 +17,7 @@ PointerTC<OperatorBC> find(Map const& map, Key const& key) {
   return entry == map.end() ? nullptr : entry->second;
 }
 
-bool isAsciiWord(char16_t c) {
-  return (c >= u'0' && c <= u'9') || (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z');
-}
+bool isAsciiWord(char16_t c) { return common::isDigit(c) || common::isAsciiLetter(c); }
 
 }  // namespace
 

@@ -47,8 +47,6 @@ constexpr SignS signs[] = {{u'+', 0, TOKEN_PLUS},
                            {common::store_sign, 0, TOKEN_STORE},
                            {common::pi_sign, 0, TOKEN_PI}};
 
-constexpr bool isLetter(char16_t c) { return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z'); }
-
 }  // namespace
 
 LexicalAnalyserC::LexicalAnalyserC(wstring const& text)
@@ -64,7 +62,7 @@ char16_t LexicalAnalyserC::peek(unsigned int ahead) const {
 }
 
 bool LexicalAnalyserC::stopsName(char16_t c) const {
-  if (isLetter(c)) return false;
+  if (common::isAsciiLetter(c)) return false;
   return c == u'\0' || c == u' ' || c == Node4C::PREFIX_C ||
          std::any_of(std::begin(signs), std::end(signs),
                      [&](SignS const& sign) { return sign.first == c; }) ||
@@ -98,7 +96,7 @@ void LexicalAnalyserC::readNextToken() {
   if (c == u'\0') return position_ == text_.size() ? takeSign(TOKEN_END, 0) : takeSign(TOKEN_NUL, 1);
   if (c == Node4C::PREFIX_C) return takeVerbatim();
   if (common::startsNumber(c)) return takeNumber();
-  if (isLetter(c)) return takeName();
+  if (common::isAsciiLetter(c)) return takeName();
   for (SignS const& sign : signs) {
     if (sign.first != c || (sign.second != u'\0' && sign.second != peek(1))) continue;
     return takeSign(sign.type, sign.second == u'\0' ? 1 : 2);

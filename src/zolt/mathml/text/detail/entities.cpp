@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "zolt/common/signs.h"
 #include "zolt/mathml/text/detail/entity_list.h"
 
 namespace zolt::mathml::detail {
@@ -30,9 +31,7 @@ std::vector<EntityS> const& entities() {
   return all;
 }
 
-bool isNameCharacter(char16_t c) {
-  return (c >= u'a' && c <= u'z') || (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
-}
+bool isNameCharacter(char16_t c) { return math::common::isAsciiLetter(c) || math::common::isDigit(c); }
 
 bool isOfXml(TextT name) {
   static constexpr TextT names[] = {u"amp", u"lt", u"gt", u"quot", u"apos"};
