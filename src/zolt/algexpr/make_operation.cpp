@@ -4,11 +4,8 @@
 #include <utility>
 
 #include "zolt/algexpr/detail/core_names.h"
-#include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_node.h"
-#include "zolt/algexpr/nodes.h"
 #include "zolt/algexpr/written_operand.h"
-#include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
 
@@ -32,11 +29,6 @@ std::set<wstring>& signsAfter() {
 bool needsGuardBeforeExponent(NodeABC const& node) {
   if (!node.asParent()) return false;
   return detail::hasTrait(node.crefName(), detail::CORE_GUARDED) || guardedNames().count(node.crefName()) > 0;
-}
-
-bool isNegativeNumber(NodeABC const& node) {
-  bool const isNumber = castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node);
-  return isNumber && node.crefName()[0] == common::minus_sign;
 }
 
 PointerTC<NodeABC> guarded(PointerTC<NodeABC> operand, bool needed) {

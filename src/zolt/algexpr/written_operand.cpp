@@ -3,10 +3,15 @@
 #include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_operation.h"
 #include "zolt/algexpr/nodes.h"
+#include "zolt/common/signs.h"
 
 namespace zolt::math::algexpr {
 
 bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
+
+bool isNegativeNumber(NodeABC const& node) {
+  return isNumber(node) && node.crefName()[0] == common::minus_sign;
+}
 
 bool isName(NodeABC const& node) { return !node.asParent() && !isNumber(node); }
 

@@ -9,6 +9,8 @@ namespace zolt::math::algexpr {
 
 /// Whether the node is a number, of either kind.
 bool isNumber(NodeABC const& node);
+/// Whether it is a number with a minus of its own: "−2" and not "-(2)".
+bool isNegativeNumber(NodeABC const& node);
 
 /// Whether it is a name or a constant.
 bool isName(NodeABC const& node);

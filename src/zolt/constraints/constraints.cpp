@@ -1,23 +1,18 @@
 #include "zolt/constraints/constraints.h"
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
-#include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
+#include "zolt/oss/quoted_text.h"
 
 namespace zolt::constraints {
 
 using namespace math::algexpr;
 
 namespace {
-
-wstring toDigits(unsigned long value) {
-  std::string const digits = std::to_string(value);
-  return {digits.begin(), digits.end()};
-}
 
 /// Calls `visit` for each node below `root`, which it is, before its children; false as soon as that is.
 template <class VisitT>
@@ -34,8 +29,6 @@ bool forEachNode(NodeABC const& root, VisitT const& visit) {
   }
   return true;
 }
-
-bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
 
 class RuleC : public ConstraintsBC {
  public:
@@ -160,7 +153,7 @@ class SizeC final : public RuleC {
   explicit SizeC(unsigned long most) : most_(most) {}
 
   wstring explain(AlgebraicExpressionC const&) const override {
-    return u"This formula would be too large: at most " + toDigits(most_) +
+    return u"This formula would be too large: at most " + oss::toDigits(most_) +
            u" numbers, names and signs are allowed here";
   }
 

@@ -98,8 +98,7 @@ RuleE TypstWriterC::ruleOfNode(NodeABC const& node) {
   ParentNodeABC const* const parent = node.asParent();
   if (!parent) {
     bool const hasExponent = isNumber(node) && node.crefName().find_first_of(u"eE") != wstring::npos;
-    bool const isNegative = isNumber(node) && node.crefName()[0] == minus_sign;
-    return isNegative ? RULE_SUM : hasExponent ? RULE_PRODUCT : RULE_ATOM;
+    return isNegativeNumber(node) ? RULE_SUM : hasExponent ? RULE_PRODUCT : RULE_ATOM;
   }
   wstring const& name = node.crefName();
   if (isLimitSide(*parent) || name == u"diffn" || name == u"pdiffn") return tighterThan(RULE_SUM);

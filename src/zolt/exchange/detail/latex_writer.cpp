@@ -15,18 +15,15 @@ using math::algexpr::castNode;
 using math::algexpr::findWrittenOperand;
 using math::algexpr::IntegerNodeC;
 using math::algexpr::isName;
+using math::algexpr::isNegativeNumber;
 using math::algexpr::isNumber;
 
 namespace {
 
-bool isNegative(math::algexpr::NodeABC const& node) {
-  return isNumber(node) && node.crefName()[0] == minus_sign;
-}
-
 /// Whether a function may have the operand without brackets.
 bool isArgument(math::algexpr::NodeABC const& operand) {
   math::algexpr::ParentNodeABC const* const parent = operand.asParent();
-  if (!parent) return !isNegative(operand) && !isPrefixLetter(operand.crefName());
+  if (!parent) return !isNegativeNumber(operand) && !isPrefixLetter(operand.crefName());
   LatexNotationS const* const notation = findLatex(parent->crefName(), parent->numChildren());
   return notation && notation->name != bracket_name &&
          (notation->kind == LATEX_COMMAND || notation->kind == LATEX_BRACKETS);
@@ -170,7 +167,7 @@ void LatexWriterC::writePrefix(ParentNodeABC const& node, LatexNotationS const& 
   } else {
     // Braces keep the reader from taking two signs together.
     bool const cancels = notation.name == u"_neg" &&
-                         (isNegative(operand) || (operand.asParent() && operand.crefName() == u"_neg"));
+                         (isNegativeNumber(operand) || (operand.asParent() && operand.crefName() == u"_neg"));
     put(cancels ? u"{-}" : notation.written, EDGE_OTHER, EDGE_SIGN);
     isFresh_ = false;
     minus_ = notation.name == u"_neg" && !cancels ? output_.size() : 0;

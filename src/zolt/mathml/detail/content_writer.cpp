@@ -4,9 +4,8 @@
 #include <iterator>
 #include <utility>
 
-#include "zolt/algexpr/float_node.h"
 #include "zolt/algexpr/make_operation.h"
-#include "zolt/algexpr/nodes.h"
+#include "zolt/algexpr/written_operand.h"
 #include "zolt/common/signs.h"
 #include "zolt/mathml/mathml_tree.h"
 
@@ -17,9 +16,6 @@ using namespace math::algexpr;
 using TextT = std::u16string_view;
 
 namespace {
-
-bool isNumber(NodeABC const& node) { return castNode<IntegerNodeC>(node) || castNode<FloatNodeC>(node); }
-bool isName(NodeABC const& node) { return !node.asParent() && !isNumber(node); }
 
 bool isList(NodeABC const& node, unsigned long count) {
   ParentNodeABC const* const parent = node.asParent();

@@ -26,7 +26,6 @@ bool isCall(NodeABC const& node, char16_t const* name, unsigned long children) {
   return parent && parent->numChildren() == children && node.crefName() == name;
 }
 
-bool isNegativeNumber(NodeABC const& node) { return isNumber(node) && node.crefName()[0] == minus[0]; }
 bool isOne(NodeABC const& node) { return castNode<IntegerNodeC>(node) && node.crefName() == u"1"; }
 
 NodeP withoutSign(NodeP const& number) { return makeNumber(number->crefName().substr(1)); }
