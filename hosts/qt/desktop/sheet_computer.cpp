@@ -262,7 +262,6 @@ bool SheetComputer::showRow(SheetRow& row) {
   row.showResult(result && expression ? toShown(*expression, *result, computing().digits) : ShownResult());
   if (!row.hasResults()) return false;
   row.results().setStale(!sheet_.isCurrent(row.id()));
-  emit resultChanged(&row);
   return row.results().height() != height;
 }
 

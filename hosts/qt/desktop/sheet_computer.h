@@ -59,10 +59,6 @@ class SheetComputer final : public QObject {
   /// Whether all that was to be computed has been, and is shown.
   bool isIdle() const;
 
- signals:
-  /// What is shown under the formula has changed.
-  void resultChanged(zolt::desktop::SheetRow* row);
-
  private:
   void takeRows();
   void settle(SheetRow& row);

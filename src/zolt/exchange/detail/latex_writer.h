@@ -90,7 +90,6 @@ class LatexWriterC {
   void closeIndex();
   void writeForm(ParentNodeABC const& node, LatexNotationS const& notation, TaskS const& task);
   void writeCall(ParentNodeABC const& node);
-  void writeArguments(ParentNodeABC const& node);
 
   // What is planned last is written first.
   void later(NodeABC const& node, RuleE rule = RULE_ASSIGNMENT, RuleE follow = RULE_ASSIGNMENT) {

@@ -48,8 +48,6 @@ double reduce(double value, double index) {
 double BallS::low() const { return error == 0 ? middle : std::nextafter(middle - error, -infinity); }
 double BallS::high() const { return error == 0 ? middle : std::nextafter(middle + error, infinity); }
 
-BallS roundedBall(double value) { return within(value, std::fabs(value) * unit + tiny); }
-
 BallS addBalls(BallS a, BallS b) {
   double const sum = a.middle + b.middle;
   if (!std::isfinite(sum)) return {sum, 0};

@@ -27,9 +27,6 @@ enum DefinedE {
   DEFINED_WRONG_ARGUMENT
 };
 
-/// A number, rounded to the nearest double or to a neighbour of that.
-BallS roundedBall(double value);
-
 BallS addBalls(BallS a, BallS b);
 inline BallS negateBall(BallS a) { return {-a.middle, a.error}; }
 BallS multiplyBalls(BallS a, BallS b);
