@@ -7,163 +7,14 @@
 
 #include "zolt/algexpr/make_node.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/engines/giac/worker/certain_digits.h"
+#include "zolt/engines/giac/worker/simple_form.h"
 
 namespace zolt::giac_worker {
 
 using namespace giac;
 using namespace math::algexpr;
 using engine_giac::detail::AnswerS;
-
-namespace {
-
-/// Whether terms of a sum, or factors of a product, are the same.
-bool hasEqualTerms(gen const& value) {
-  gen const& operand = value._SYMBptr->feuille;
-  unary_function_ptr const& function = value._SYMBptr->sommet;
-  if ((function != at_plus && function != at_prod) || operand.type != _VECT) return false;
-  vecteur const& terms = *operand._VECTptr;
-  constexpr std::size_t most_compared = 30;
-  if (terms.size() > most_compared) return false;
-  for (std::size_t i = 0; i < terms.size(); ++i) {
-    if (std::find(terms.begin() + static_cast<std::ptrdiff_t>(i) + 1, terms.end(), terms[i]) != terms.end())
-      return true;
-  }
-  return false;
-}
-
-bool hasRootInSum(gen const& value) {
-  if (value.type == _VECT) return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasRootInSum);
-  if (value.type == _FRAC) return hasRootInSum(value._FRACptr->num) || hasRootInSum(value._FRACptr->den);
-  if (value.type != _SYMB) return false;
-  gen const& operand = value._SYMBptr->feuille;
-  return value._SYMBptr->sommet == at_plus ? hasRoot(operand) : hasRootInSum(operand);
-}
-
-/// What a person would rather not read: nodes, and roots and quotients in denominators.
-int measure(gen const& value) {
-  constexpr int root_below = 10, quotient_below = 12, equal_terms = 3;
-  if (value.type == _VECT) {
-    int size = 1;
-    for (gen const& one : *value._VECTptr) size += measure(one);
-    return size;
-  }
-  if (isExactReal(value)) return value.type == _FRAC ? 2 : 1;
-  if (value.type == _FRAC) {
-    gen const& below = value._FRACptr->den;
-    return 2 + measure(value._FRACptr->num) + measure(below) +
-           (hasRootInSum(below) || below.type == _CPLX ? root_below : 0);
-  }
-  if (value.type != _SYMB) return 1;
-  unary_function_ptr const& function = value._SYMBptr->sommet;
-  gen const& operand = value._SYMBptr->feuille;
-  bool const hasPower = function == at_inv && (hasFunction(operand, at_sqrt) || hasFunction(operand, at_pow));
-  bool const isBelow = hasPower && (lidnt(operand).empty() || hasRootInSum(operand));
-  bool const isNested = function == at_inv && hasFunction(operand, at_inv);
-  return 1 + measure(operand) + (isBelow ? root_below : 0) + (isNested ? quotient_below : 0) +
-         (hasEqualTerms(value) ? equal_terms : 0);
-}
-
-/// Whether there is a power that would be long when multiplied out.
-bool hasLongPower(gen const& value) {
-  constexpr int most_expanded = 8;
-  if (value.type == _VECT) {
-    return std::any_of(value._VECTptr->begin(), value._VECTptr->end(), hasLongPower);
-  }
-  if (value.type != _SYMB) return false;
-  gen const& operand = value._SYMBptr->feuille;
-  bool const isPower =
-      value._SYMBptr->sommet == at_pow && operand.type == _VECT && operand._VECTptr->size() == 2;
-  if (isPower && operand._VECTptr->front().type == _SYMB) {
-    gen const& exponent = operand._VECTptr->back();
-    bool const isLong =
-        exponent.type == _ZINT || (exponent.type == _INT_ && std::abs(exponent.val) > most_expanded);
-    if (isLong) return true;
-  }
-  return hasLongPower(operand);
-}
-
-/// The different denominators with names, and how many terms have one of them.
-vecteur findDenominators(vecteur const& terms, int& quotients, context* context) {
-  vecteur all;
-  for (gen const& term : terms) {
-    gen const below = hasFunction(term, at_inv) ? _denom(term, context) : gen(1);
-    if (!lidnt(below).empty()) ++quotients;
-    if (!lidnt(below).empty() && std::find(all.begin(), all.end(), below) == all.end()) all.push_back(below);
-  }
-  return all;
-}
-
-/// Denominators as powers where they are some.
-gen withPowersBelow(gen const& value, context* context) {
-  return replaced(value, at_inv, [&](gen const& quotient) {
-    gen const& below = quotient._SYMBptr->feuille;
-    bool const isSum = below.type == _SYMB && below._SYMBptr->sommet == at_plus;
-    gen const factors = isSum && !hasRoot(below) ? factor(below, false, context) : below;
-    bool const isShorter = hasFunction(factors, at_pow) && measure(factors) < measure(below);
-    return isShorter ? symbolic(at_inv, factors) : quotient;
-  });
-}
-
-/// With ln(2)+ln(5) as ln(10), where that is no long number.
-gen withOneLogarithm(gen const& value, context* context) {
-  constexpr int most_bits = 14;
-  bool isLong = false;
-  gen const joined = replaced(_lncollect(value, context), at_ln, [&](gen const& logarithm) {
-    gen const& number = logarithm._SYMBptr->feuille;
-    isLong |= number.type == _ZINT || (number.type == _INT_ && sizeinbase2(number) > most_bits);
-    return logarithm;
-  });
-  return isLong ? value : joined;
-}
-
-/// A power of a negative or an inverse is one of what is in it, and equal terms are one.
-gen collected(gen const& value, context* context) {
-  gen const simple = replaced(value, at_pow, [&](gen const& power) {
-    if (power._SYMBptr->feuille.type != _VECT) return power;
-    vecteur const& parts = *power._SYMBptr->feuille._VECTptr;
-    bool const isWhole = parts.size() == 2 && parts[0].type == _SYMB && parts[1].type == _INT_;
-    if (!isWhole) return power;
-    gen const& inside = parts[0]._SYMBptr->feuille;
-    if (parts[0]._SYMBptr->sommet == at_inv) return inv(pow(inside, parts[1], context), context);
-    if (parts[0]._SYMBptr->sommet != at_neg) return power;
-    gen const size = pow(inside, parts[1], context);
-    return parts[1].val % 2 == 0 ? size : -size;
-  });
-  gen const sum = eval(simple, 1, context);
-  gen const joined = hasFunction(sum, at_inv) ? sum : normal(sum, context);
-  return measure(joined) < measure(sum) ? joined : sum;
-}
-
-/// Functions whose values have as many digits as asked for.
-bool hasAllDigits(gen const& value) {
-  static unary_function_ptr const* const* const known[] = {
-      &at_plus, &at_prod, &at_neg,  &at_inv,   &at_pow,  &at_sqrt, &at_exp,      &at_ln,
-      &at_sin,  &at_cos,  &at_tan,  &at_asin,  &at_acos, &at_atan, &at_sinh,     &at_cosh,
-      &at_tanh, &at_abs,  &at_sign, &at_floor, &at_ceil, &at_surd, &at_factorial};
-  if (value.type == _VECT) {
-    return std::all_of(value._VECTptr->begin(), value._VECTptr->end(), hasAllDigits);
-  }
-  if (value.type != _SYMB) return value.type != _DOUBLE_ && value.type != _REAL;
-  bool const isKnown = std::any_of(std::begin(known), std::end(known),
-                                   [&](auto const* one) { return value._SYMBptr->sommet == *one; });
-  return isKnown && hasAllDigits(value._SYMBptr->feuille);
-}
-
-/// The digits that two roundings of a number have in common.
-int countCommonDigits(gen const& a, gen const& b, context* context) {
-  constexpr int most = 20000;
-  gen const size = abs(b, context), distance = abs(a - b, context);
-  if (is_zero(size, context)) return 0;
-  if (is_zero(distance, context)) return most;
-  gen const ratio = distance / size;
-  bool const isNumber = ratio.type == _REAL || ratio.type == _DOUBLE_ || isExactReal(ratio);
-  if (!isNumber) return 0;
-  gen const digits = evalf_double(-ln(ratio, context) / ln(gen(10), context), 1, context);
-  if (digits.type != _DOUBLE_ || !(digits._DOUBLE_val > 1)) return 0;
-  return static_cast<int>(digits._DOUBLE_val) - 1;
-}
-
-}  // namespace
 
 ComputationC::ComputationC(engine_giac::detail::QuestionS const& question)
     : question_(question), evaluator_(question.definitions, question.angle, names_, &context_) {
@@ -215,8 +66,8 @@ AnswerS ComputationC::compute() {
         gen const simple = hasFunction(one, at_surd) ? one : giac::simplify(one, &context_);
         gen const powers =
             isHyperbolic && !hasLongPower(one) ? normal(_hyp2exp(one, &context_), &context_) : simple;
-        gen const& best = measure(powers) < measure(simple) ? powers : simple;
-        return shorten(measure(best) < measure(one) ? best : one);
+        gen const& best = measureForm(powers) < measureForm(simple) ? powers : simple;
+        return shorten(measureForm(best) < measureForm(one) ? best : one);
       }));
     case CAS_EXPAND:
       return finish(
@@ -265,7 +116,8 @@ gen ComputationC::shorten(gen const& whole) {
     return eval(subst(shorten(covered), names, roots, false, &context_), 1, &context_);
   }
   gen value = whole;
-  constexpr int most_simplified = 60, most_constant = 400, most_joined = 8;
+  constexpr int most_simplified = 60, most_constant = 400;
+  constexpr std::size_t most_joined = 8;
   bool hasOneBelow = false;
   bool const isSum =
       whole.type == _SYMB && whole._SYMBptr->sommet == at_plus && whole._SYMBptr->feuille.type == _VECT;
@@ -273,10 +125,9 @@ gen ComputationC::shorten(gen const& whole) {
     vecteur terms;
     for (gen const& term : *whole._SYMBptr->feuille._VECTptr) terms.push_back(shorten(term));
     value = _plus(gen(terms, _SEQ__VECT), &context_);
-    int quotients = 0;
-    int const denominators = static_cast<int>(findDenominators(terms, quotients, &context_).size());
-    if (denominators > most_joined) return value;
-    hasOneBelow = denominators == 1 && quotients > 1;
+    DenominatorCountS const count = countDenominators(terms, &context_);
+    if (count.denominators > most_joined) return value;
+    hasOneBelow = count.denominators == 1 && count.quotients > 1;
   }
   if (value.type != _SYMB && value.type != _FRAC) return value;
   if (isExactReal(value)) return value;
@@ -284,11 +135,11 @@ gen ComputationC::shorten(gen const& whole) {
     gen const below = conj(value._FRACptr->den, &context_);
     return rdiv(value._FRACptr->num * below, value._FRACptr->den * below, &context_);
   }
-  int const size = measure(value);
+  int const size = measureForm(value);
   gen best = value;
   int least = size;
   auto const consider = [&](gen const& other) {
-    int const length = measure(other);
+    int const length = measureForm(other);
     bool const isQuotient = isSum && !hasOneBelow && hasFunction(other, at_inv);
     if (is_undef(other) || length >= least || (isQuotient && length * 4 > size * 3)) return;
     best = other;
