@@ -134,7 +134,15 @@ async function start(): Promise<void> {
   await import('./zolt-formula/zolt-formula.js' as string);
   for (const [value, operation] of samples) add(value, operation);
   const fields = () => [...document.querySelectorAll('zolt-formula')];
-  at('add').addEventListener('click', () => add().focus());
+  const isOn = (id: string) => at<HTMLInputElement>(id).checked;
+  const applyOptions = () => {
+    for (const field of fields()) field.options = { decimalComma: isOn('comma'), singleLetters: isOn('letters') };
+  };
+  at('add').addEventListener('click', () => {
+    const row = add();
+    applyOptions();
+    row.focus();
+  });
   at('notation').addEventListener('change', show);
   at('text').addEventListener('input', () => {
     const fault = current?.setValue(at<HTMLTextAreaElement>('text').value, at<HTMLSelectElement>('notation').value as 'plain');
@@ -146,9 +154,7 @@ async function start(): Promise<void> {
   at('png').addEventListener('click', () => void current?.toPNG({ density: 3, colour: 'black', background: 'white' }).then((png) => { if (png) save(png, 'formula.png'); }));
   at('size').addEventListener('input', (event) => document.documentElement.style.setProperty('--size', `${(event.target as HTMLInputElement).value}px`));
   at('theme').addEventListener('change', (event) => { document.documentElement.style.colorScheme = (event.target as HTMLSelectElement).value; });
-  at('comma').addEventListener('change', (event) => {
-    for (const field of fields()) field.options = { decimalComma: (event.target as HTMLInputElement).checked };
-  });
+  for (const id of ['comma', 'letters']) at(id).addEventListener('change', applyOptions);
   at('engine').addEventListener('change', () => { for (const row of all) void row.compute(); });
   if (await hasGiac()) at('engine').append(make('option', { value: 'giac', textContent: 'Giac, on this computer' }));
   else at('no-giac').hidden = false;

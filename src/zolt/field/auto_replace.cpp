@@ -111,6 +111,15 @@ PlaceS leaveOrder(PlaceS place) {
   return isNumber && (isSign || nameEndingAt(base).text == u"d") ? placeAfter(*item) : PlaceS();
 }
 
+/// Whether a brace typed at the place begins the arguments of the function there, "max{a,b}", which the
+/// reader of plain text knows.
+bool opensArguments(PlaceS place, char16_t typed) {
+  wstring const name = typed == u'{' ? nameEndingAt(place).text : wstring();
+  if (name.size() < 2) return false;
+  auto const read = exchange::fromPlainText(name + u"{x,y}", math::algexpr::CASSessionBC::getSession());
+  return read && read->getNode()->getName() == name;
+}
+
 /// The character that a typed one means at the place: itself where an operator has it for its own, as "[" of
 /// an interval, and else the sign that it looks like.
 char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC const& operators,
@@ -131,6 +140,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   PlaceS const place = view.getSelection().caret;
   if (char16_t const lowered = math::common::loweredSign(typed))
     return decideExponent(place, selected, lowered);
+  if (!selected && opensArguments(place, typed)) return {INPUT_TEXT, u"(", {}, {}};
   if (unsigned const primes = math::common::countPrimes(typed)) {
     bool const hasName = !selected && !nameEndingAt(place).text.empty();
     return {INPUT_TEXT, hasName ? wstring(primes, math::common::prime_sign) : wstring(1, u'\''), {}, {}};

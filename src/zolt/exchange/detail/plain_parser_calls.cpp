@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "zolt/algexpr/make_node.h"
@@ -20,6 +21,12 @@ using math::algexpr::makeNumber;
 using math::algexpr::makePower;
 
 namespace {
+
+/// Whether people write the arguments of the function as a set: "max{a,b}".
+bool isOfSet(std::u16string_view name) {
+  constexpr std::u16string_view functions[] = {u"max", u"min", u"sup", u"gcd", u"lcm"};
+  return std::find(std::begin(functions), std::end(functions), name) != std::end(functions);
+}
 
 /// Puts the arguments of a call, as they are written, into the order of the operation. False, with nothing
 /// changed, when one of them has another form.
@@ -66,7 +73,8 @@ PlainParserC::NextE PlainParserC::readName() {
   }
   // After a blank, brackets are a factor: "a (b+c)".
   frame.isIndexed = frame.name.back() == u'_';
-  if ((opensCall() || (frame.isIndexed && opensBraces())) && token().begin == frame.end) {
+  bool const takesBraces = frame.isIndexed || isOfSet(frame.name);
+  if ((opensCall() || (takesBraces && opensBraces())) && token().begin == frame.end) {
     frame.close = token().bracket;
     if (!frame.isIndexed) takeMark(frame);
     if (!frame.isIndexed && !frame.isWritten) frame.name = toCalledLetters(frame.name);
