@@ -14,7 +14,6 @@ namespace zolt::exchange::detail {
 
 namespace common = math::common;
 using namespace math::common;
-using math::algexpr::childrenOf;
 using math::algexpr::makeFunction;
 using math::algexpr::makeNamed;
 using math::algexpr::makeNumber;
@@ -23,14 +22,8 @@ using math::algexpr::makePower;
 
 namespace {
 
-char16_t openingOf(char16_t close) {
-  return close == u')' ? u'(' : close == u']' ? u'[' : close == u'[' ? u']' : u'{';
-}
-
 /// Whether an operator's sign is that of a quotient or of a power.
 bool hasBareOperand(NotationS const& infix) { return infix.name == u"/" || infix.rule == RULE_POWER; }
-
-constexpr int no_rule = RULE_ASSIGNMENT - 1;  // looser than any rule
 
 }  // namespace
 
@@ -164,22 +157,6 @@ PlainParserC::NextE PlainParserC::readRoot() {
   return begin(std::move(frame));
 }
 
-PlainParserC::NextE PlainParserC::beginGroup(char16_t close) {
-  FrameS frame{RULE_ASSIGNMENT, PENDING_GROUP, close};
-  frame.name = token().text;
-  frame.begin = token().begin;
-  // The braces in "x^{n+1}" only group.
-  frame.isIndexed = close == u'}' && !frames_.empty() && frames_.back().kind == PENDING_INFIX &&
-                    frames_.back().sign->rule == RULE_POWER;
-  return beginBracket(std::move(frame));
-}
-
-PlainParserC::NextE PlainParserC::beginBracket(FrameS&& frame) {
-  frame.firstOperand = frame.rowStart = operands_.size();
-  closes_.push_back(frame.close);
-  return begin(std::move(frame));
-}
-
 PlainParserC::NextE PlainParserC::begin(FrameS&& frame) {
   push(std::move(frame));
   lexer_.readNextToken();
@@ -236,18 +213,6 @@ bool PlainParserC::isPartOfQuotient() const {
   return frame != frames_.rend() && frame->kind == PENDING_INFIX && hasBareOperand(*frame->sign);
 }
 
-/// Whether "[" ends an interval, as in "[a,b[": no operand comes after it.
-bool PlainParserC::endsList() const {
-  if (token().bracket != u']' || !token().text.empty() || closes_.empty()) return false;
-  auto const group =
-      std::find_if(frames_.rbegin(), frames_.rend(), [](FrameS const& one) { return one.close != u'\0'; });
-  if (group->kind != PENDING_GROUP || group->end == 0 || !closesList(openingOf(group->close), u'['))
-    return false;
-  PlainLexerC ahead = lexer_;
-  ahead.readNextToken();
-  return !ahead.crefToken().startsOperand();
-}
-
 PlainParserC::NextE PlainParserC::readInfix(NotationS const& sign) {
   FrameS frame{sign.rightRule, PENDING_INFIX};
   frame.sign = &sign;
@@ -281,127 +246,6 @@ PlainParserC::NextE PlainParserC::readProduct() {
   frame.sign = times;
   push(std::move(frame));
   return NEXT_OPERAND;
-}
-
-PlainParserC::NextE PlainParserC::readBracketEnd() {
-  finishTighterThan(no_rule);
-  PlainTokenE const type = token().type;
-  if (frames_.empty()) {
-    if (type == PLAIN_TOKEN_END) return NEXT_NOTHING;
-    return fail(type == PLAIN_TOKEN_COMMA ? READ_ERROR_UNEXPECTED_COMMA : READ_ERROR_UNEXPECTED_CLOSE);
-  }
-  FrameS& current = frames_.back();
-  bool const isGroup = current.kind == PENDING_GROUP && current.name.empty();
-  char16_t const opened = isGroup ? openingOf(current.close) : u'\0';
-  if (type == PLAIN_TOKEN_COMMA) {
-    bool const isListed = isGroup && (opensList(opened) || findTable(current.close));
-    if (current.kind != PENDING_CALL && !isListed) return fail(READ_ERROR_UNEXPECTED_COMMA);
-    ++current.commas;
-    // Only the bracket that closes tells whether it is a list.
-    if (isGroup && current.end == 0) {
-      current.begin = token().begin;
-      current.end = token().end;
-    }
-    lexer_.readNextToken();
-    return NEXT_OPERAND;
-  }
-  char16_t const close = type == PLAIN_TOKEN_OPEN ? u'[' : token().bracket;
-  bool const matches = close == closes_.back();
-  bool const fits = type == PLAIN_TOKEN_BAR || ((type == PLAIN_TOKEN_CLOSE || type == PLAIN_TOKEN_OPEN) &&
-                                                (matches || closesList(opened, close)));
-  if (!fits) return fail(READ_ERROR_MISSING_CLOSE);
-  if (current.isTable) return matches ? finishTable() : fail(READ_ERROR_MISSING_CLOSE);
-  std::size_t const numOperands = operands_.size() - current.firstOperand;
-  bool const isList = isGroup && !(current.isIndexed && numOperands == 1);
-  PlainListS const* const list = isList ? findList(opened, close, numOperands) : nullptr;
-  if (isGroup && !list && current.end > 0) {
-    if (matches && findTable(current.close)) return finishTable();
-    return failAt(current.begin, current.end, READ_ERROR_UNEXPECTED_COMMA);
-  }
-  if (isGroup && !list && !matches) return fail(READ_ERROR_MISSING_CLOSE);
-
-  FrameS const frame = std::move(frames_.back());
-  frames_.pop_back();
-  closes_.pop_back();
-  OperandS result;
-  if (isGroup && !list) {
-    result.node = operands_.back().node;
-    if (operands_.back().bracketed) result.node = makeFunction(wstring(bracket_name), {result.node});
-    result.bracketed = true;
-  } else {
-    std::vector<NodeT> arguments;
-    for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i) {
-      arguments.push_back(std::move(operands_[i].node));
-    }
-    for (std::size_t i = 0; list && i < list->added.size(); ++i) {
-      arguments.push_back(makeNumber(list->added[i]));
-    }
-    std::size_t const end = token().end;
-    bool const doubled = type == PLAIN_TOKEN_BAR && isDoubled(frame, arguments);
-    lexer_.readNextToken();
-    bool const isJoined = token().begin == end || frame.close == u'}';
-    if ((isJoined && beginMarkedCall(frame, arguments)) || beginBody(frame, arguments)) {
-      frames_.back().firstOperand = frames_.back().rowStart = frame.firstOperand;
-      operands_.resize(frame.firstOperand);
-      return NEXT_OPERAND;
-    }
-    if (beginIntegrand(frame, arguments)) {
-      operands_.resize(frame.firstOperand);
-      operands_.push_back({arguments[0], true});
-      return NEXT_SIGN;
-    }
-    result.node = list      ? makeFunction(list->name, std::move(arguments))
-                  : doubled ? makeFunction(findDoubleBars(), childrenOf(*arguments[0]->asParent()))
-                            : makeCall(frame, std::move(arguments));
-    if (!result.node) {
-      bool const isBounded = !frame.name.empty() && isBigSign(frame.name[0]) && frame.isIndexed;
-      return failAt(frame.begin, frame.end, isBounded ? READ_ERROR_BAD_BOUNDS : READ_ERROR_ARGUMENT_COUNT);
-    }
-  }
-  if (isGroup && !list) lexer_.readNextToken();
-  operands_.resize(frame.firstOperand);
-  operands_.push_back(std::move(result));
-  return NEXT_SIGN;
-}
-
-/// ";" ends a row of cells in the brackets or the call of a table.
-PlainParserC::NextE PlainParserC::readRowEnd() {
-  finishTighterThan(no_rule);
-  bool const isCall = !frames_.empty() && frames_.back().kind == PENDING_CALL;
-  PlainTableS const* const table = frames_.empty() ? nullptr
-                                   : isCall        ? findTable(frames_.back().name)
-                                                   : findTable(frames_.back().close);
-  if (!table || (!isCall && !frames_.back().name.empty())) return fail(READ_ERROR_BAD_CHARACTER);
-  finishRow();
-  lexer_.readNextToken();
-  return token().type == PLAIN_TOKEN_CLOSE ? NEXT_SIGN : NEXT_OPERAND;
-}
-
-/// Makes a list of the operands of a row.
-void PlainParserC::finishRow() {
-  FrameS& frame = frames_.back();
-  frame.isTable = true;
-  std::vector<NodeT> cells;
-  for (std::size_t i = frame.rowStart; i < operands_.size(); ++i) {
-    cells.push_back(std::move(operands_[i].node));
-  }
-  if (cells.empty()) return;  // after the last ";"
-  operands_.resize(frame.rowStart++);
-  operands_.push_back({makeFunction(wstring(math::algexpr::list_name), std::move(cells))});
-}
-
-PlainParserC::NextE PlainParserC::finishTable() {
-  finishRow();
-  FrameS const frame = std::move(frames_.back());
-  frames_.pop_back();
-  closes_.pop_back();
-  std::vector<NodeT> rows;
-  for (std::size_t i = frame.firstOperand; i < operands_.size(); ++i) {
-    rows.push_back(std::move(operands_[i].node));
-  }
-  operands_.resize(frame.firstOperand);
-  wstring const name = frame.kind == PENDING_CALL ? frame.name : findTable(frame.close)->name;
-  return takeToken(makeFunction(name, std::move(rows)));
 }
 
 void PlainParserC::finishTighterThan(int rule) {

@@ -60,6 +60,8 @@ class PlainParserC {
     std::size_t rowStart = 0;  // of a table: the first operand of its last row
     std::size_t begin = 0;     // what an error in the arguments marks
     std::size_t end = 0;
+
+    bool isGroup() const { return kind == PENDING_GROUP && name.empty(); }
   };
 
   struct OperandS {
@@ -105,9 +107,16 @@ class PlainParserC {
   NextE readPostfix();
   NextE readProduct();
   NextE readBracketEnd();
+  NextE readComma();
+  NextE finishGroup();
+  NextE finishArguments(PlainListS const* list);
   NextE readRowEnd();
   void finishRow();
   NextE finishTable();
+  /// Takes the innermost bracket off the stack.
+  FrameS takeBracket();
+  /// Takes the operands from number `first` off the stack.
+  std::vector<NodeT> takeOperands(std::size_t first);
 
   /// Reduces the operations on top of the stack that bind tighter than `rule`; stops at brackets.
   void finishTighterThan(int rule);
