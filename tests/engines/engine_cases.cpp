@@ -26,16 +26,6 @@ std::string writeExpression(ExpressionT const& expression) {
 
 namespace {
 
-std::vector<std::string> split(std::string const& text, std::string const& at) {
-  std::vector<std::string> parts;
-  std::size_t begin = 0;
-  for (std::size_t end; (end = text.find(at, begin)) != text.npos; begin = end + at.size()) {
-    parts.push_back(text.substr(begin, end - begin));
-  }
-  parts.push_back(text.substr(begin));
-  return parts;
-}
-
 /// "solve x", "num 30", "eval deg": an operation and what belongs to it.
 CASRequestS readCommand(std::string const& command) {
   static std::vector<std::pair<std::string, CASOperationE>> const operations{

@@ -110,16 +110,6 @@ TEST_F(FormulaCases, ToPrefix) {
   expectOperators(names, false);
 }
 
-std::vector<std::string> split(std::string const& text, std::string const& separator) {
-  std::vector<std::string> parts;
-  for (std::size_t start = 0;;) {
-    std::size_t const end = text.find(separator, start);
-    parts.push_back(text.substr(start, end - start));
-    if (end == std::string::npos) return parts;
-    start = end + separator.size();
-  }
-}
-
 std::string describeBox(Node4C const& node) {
   std::string text;
   for (long value : {node.getDX(), node.getDY(), node.getWidth(), node.getHeight(), node.getMidHeight()})

@@ -46,6 +46,16 @@ oss::wstring toText(std::string const& utf8) {
   return text;
 }
 
+std::vector<std::string> split(std::string const& text, std::string const& separator) {
+  std::vector<std::string> parts;
+  for (std::size_t begin = 0;;) {
+    std::size_t const end = text.find(separator, begin);
+    parts.push_back(text.substr(begin, end - begin));
+    if (end == std::string::npos) return parts;
+    begin = end + separator.size();
+  }
+}
+
 oss::wstring repeat(unsigned long count, oss::wstring const& text) {
   oss::wstring result;
   while (count-- > 0) result += text;

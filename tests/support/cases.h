@@ -26,6 +26,9 @@ oss::wstring toText(std::string const& utf8);
 using oss::fromUtf8;
 using oss::toUtf8;
 
+/// The parts of `text` between the separators, of which there is one more than there are separators.
+std::vector<std::string> split(std::string const& text, std::string const& separator);
+
 /// `text` so many times.
 oss::wstring repeat(unsigned long count, oss::wstring const& text);
 /// `inside` between so many `before` and as many `after`.
