@@ -378,6 +378,20 @@ ReadingS const* findIndexing(std::u16string_view name, unsigned long numArgument
   return isOpen ? findFunction(u"_", numArguments + 1) : nullptr;
 }
 
+bool isIntegral(std::u16string_view name) {
+  std::u16string_view const base = name.substr(0, name.find(u'_'));
+  ReadingS const* const function = base.empty() ? nullptr : findFunction(base, 4);
+  return function && function->notation->name == u"integral";
+}
+
+bool isDifferential(std::u16string_view name) {
+  if (name.size() < 2 || name[0] != u'd') return false;
+  std::u16string const variable = toLetters(name.substr(1));
+  bool const isLetter = !math::common::isDigit(variable[0]) && variable[0] != u'_';
+  bool const isOne = variable.size() == 1 || variable[1] == u'_' || variable[1] == math::common::prime_sign;
+  return isLetter && isOne && !isFunction(name) && toLetters(name) == name;
+}
+
 NotationS const* findBrackets(char16_t sign) {
   return find(notations, [&](NotationS const& notation) {
     return notation.plain.brackets.find(sign) != std::u16string_view::npos;

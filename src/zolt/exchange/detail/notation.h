@@ -129,6 +129,11 @@ std::size_t findMark(std::u16string_view name);
 /// The function that so many arguments in brackets after "_" make of a name, as in "a_(i+1)"; null: none.
 ReadingS const* findIndexing(std::u16string_view name, unsigned long numArguments);
 
+/// Whether a name is that of the integral, perhaps with a bound: "int", "int_0".
+bool isIntegral(std::u16string_view name);
+/// Whether a name is a "d" and a variable of one letter: "dx", "dtheta", "dx_1", "dt′".
+bool isDifferential(std::u16string_view name);
+
 /// The function that two bars on each side mean; empty: none.
 wstring const& findDoubleBars();
 

@@ -127,7 +127,6 @@ class PlainParserC {
   bool beginMarkedCall(FrameS const& frame, std::vector<NodeT> const& arguments);
   bool isDoubled(FrameS const& bars, std::vector<NodeT> const& arguments) const;
 
-  static bool isIntegral(std::u16string_view name);
   bool beginBody(FrameS const& frame, std::vector<NodeT> const& arguments);
   bool beginIntegrand(FrameS const& frame, std::vector<NodeT> const& arguments);
   void pushBody(FrameS&& body);

@@ -31,13 +31,8 @@ bool isFirstArgument(CallPatternS const& call, math::algexpr::NodeABC const& nod
   return sign && operation && operation->numChildren() == 2 && operation->crefName() == sign->notation->name;
 }
 
-/// Whether a name is a "d" and a variable of one letter: "dx", "dtheta", "dx_1", "dt'".
 bool isDifferential(PlainTokenS const& token) {
-  if (token.type != PLAIN_TOKEN_NAME || token.text.size() < 2 || token.text[0] != u'd') return false;
-  wstring const variable = toLetters(token.text.substr(1));
-  bool const isLetter = !common::isDigit(variable[0]) && variable[0] != u'_';
-  return isLetter && (variable.size() == 1 || variable[1] == u'_' || variable[1] == common::prime_sign) &&
-         !isFunction(token.text) && toLetters(token.text) == token.text;
+  return token.type == PLAIN_TOKEN_NAME && detail::isDifferential(token.text);
 }
 
 PointerTC<math::algexpr::NodeABC> variableOf(PlainTokenS const& differential) {
@@ -62,12 +57,6 @@ PointerTC<math::algexpr::NodeABC> readOrder(PlainLexerC& lexer, std::size_t& end
 }
 
 }  // namespace
-
-bool PlainParserC::isIntegral(std::u16string_view name) {
-  std::u16string_view const base = name.substr(0, name.find(u'_'));
-  ReadingS const* const function = base.empty() ? nullptr : findFunction(base, 4);
-  return function && function->notation->name == u"integral";
-}
 
 /// Whether the brackets that have just been read hold a bound of a function whose operand then begins, as in
 /// "lim_(x->0) f", "sum_(k=1)^n f", "prod_(k=1)^(n+1) f". Where hosts make no indices of such brackets, they

@@ -21,7 +21,7 @@ using math::algexpr::ParentNodeABC;
 namespace {
 
 /// Whether a name without quotes would be read as something other than that name.
-bool isReserved(std::u16string_view name) { return findReading(name) != nullptr; }
+bool isReserved(std::u16string_view name) { return findReading(name) || isIntegral(name); }
 
 /// The first operand of the signs that are written without brackets where `rule` is asked for.
 NodeABC const& firstOperand(NodeABC const& node, RuleE rule) {
@@ -203,7 +203,7 @@ void PlainWriterC::writeCall(ParentNodeABC const& node) {
   if (fits && function->form == FORM_FUNCTION) {
     output_ += function->plain.written;
   } else if (isBareName(name) && toCalledLetters(name) == name && !isReserved(name) &&
-             findMark(name) == name.npos && !findIndexing(name, 1)) {
+             !isDifferential(name) && findMark(name) == name.npos && !findIndexing(name, 1)) {
     writeBare(name);
   } else {
     writeQuoted(name);
