@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -19,7 +20,7 @@ namespace zolt::exchange::detail {
 
 /// How tightly a part of a formula in one line binds; the loosest comes first. The operators of hosts have
 /// rules in between.
-enum RuleE : int {
+enum RuleE : std::int16_t {
   RULE_ASSIGNMENT = -180,
   RULE_OR = -160,
   RULE_AND = -140,

@@ -124,12 +124,17 @@ void PresentationReaderC::readNumber(MathmlIdT id, wstring const& number) {
 void PresentationReaderC::readSign(MathmlIdT id, wstring const& sign) {
   if (sign.empty()) return put(isEmptyFence(id) && needsDelimiter() ? u"." : u"", id);
   if (sign == u"∫") inIntegral_ = true;
-  if (char16_t const bar = asBar(sign); bar != u'\0') {
-    bool const isRelation = sign == u"∥" && tree_.attribute(id, u"fence") != u"true" && !needsDelimiter() &&
-                            !tree_.hasAttribute(id, u"form");
-    if (!isRelation) return readBar(id, bar);
-  }
   TextT const command = findSignCommand(sign);
+  if (char16_t const bar = asBar(sign); bar != u'\0') {
+    bool const isSide =
+        tree_.attribute(id, u"fence") == u"true" || tree_.hasAttribute(id, u"form") || needsDelimiter();
+    // Bars that some write with the sign of a condition do not stretch, or begin their row.
+    MathmlIdT const parent = at(id).parent;
+    bool const isCondition = sign == u"∣" && at(id).tag == MATHML_MO &&
+                             !tree_.hasAttribute(id, u"stretchy") && parent != no_element &&
+                             tree_.text(at(parent).first) != sign;
+    if (isSide || !(sign == u"∥" || isCondition)) return readBar(id, bar);
+  }
   if (!command.empty()) return put(command, id);
   if (std::size_t const primes = countPrimesOf(id); primes > 0) return laterPrimes(primes, id);
   if (isWord(sign)) {
