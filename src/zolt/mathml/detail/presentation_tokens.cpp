@@ -121,6 +121,13 @@ void PresentationReaderC::readNumber(MathmlIdT id, wstring const& number) {
   readIdentifier(id, wstring(unsignedPart));
 }
 
+namespace {
+
+/// Whether the sign of a condition is an operator, as in the extended catalogue, and not only a bar.
+bool knowsConditions() { return bool{exchange::fromLatex(u"a∣b", nullptr)}; }
+
+}  // namespace
+
 void PresentationReaderC::readSign(MathmlIdT id, wstring const& sign) {
   if (sign.empty()) return put(isEmptyFence(id) && needsDelimiter() ? u"." : u"", id);
   if (sign == u"∫") inIntegral_ = true;
@@ -130,7 +137,7 @@ void PresentationReaderC::readSign(MathmlIdT id, wstring const& sign) {
         tree_.attribute(id, u"fence") == u"true" || tree_.hasAttribute(id, u"form") || needsDelimiter();
     // Bars that some write with the sign of a condition do not stretch, or begin their row.
     MathmlIdT const parent = at(id).parent;
-    bool const isCondition = sign == u"∣" && at(id).tag == MATHML_MO &&
+    bool const isCondition = sign == u"∣" && knowsConditions() && at(id).tag == MATHML_MO &&
                              !tree_.hasAttribute(id, u"stretchy") && parent != no_element &&
                              tree_.text(at(parent).first) != sign;
     if (isSide || !(sign == u"∥" || isCondition)) return readBar(id, bar);
