@@ -88,7 +88,7 @@ export const familyOf = (family: string): string => `Zolt ${family}`;
 /** What most formulas are written with is in smaller files of its own, as ../fonts/make_fonts.py cuts them. */
 const frequent = [
   'U+20-21, U+28-29, U+2B-3A, U+3C-3E, U+61-69, U+6C-70, U+72-75, U+78, U+2032, U+2212, U+221A, U+221E, U+2264-2265, U+22C5',
-  'U+41-5A, U+61-7A',
+  'U+41-49, U+4C-4E, U+50, U+52-54, U+56, U+58, U+61-7A',
 ];
 
 function addFaces(of: Module, folder: URL): void {
