@@ -4,6 +4,8 @@
 #include "tests/support/stage.h"
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/parent_node.h"
+#include "zolt/common/signs.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 
 namespace zolt::tests {
@@ -71,22 +73,63 @@ bool isNeverTyped(NodeABC const& node) {
   return false;
 }
 
-TEST(TypedText, MeansWhatPastedTextMeans) {
+/// Whether people type all that is in a text of LaTeX: no braces that only group, no texts and names in
+/// another type, no bases of logarithms but names, and no products that look like calls: "y(x+1)".
+bool isTypedLatex(wstring const& text) {
+  for (wstring const part : {u"{+", u"{-", u"{{", u"[{", u")_{", u"{\\partial", u"\\partial^", u"\\text",
+                             u"\\mathrm", u"\\mathord", u"\\left.", u"\\log_{", u"\\operatorname"}) {
+    if (text.find(part) != wstring::npos) return false;
+  }
+  for (std::size_t i = 1; i < text.size(); ++i) {
+    bool const isLetter = text[i] == u'(' && math::common::isAsciiLetter(text[i - 1]);
+    bool const isLong = i > 1 && (math::common::isAsciiLetter(text[i - 2]) || text[i - 2] == u'\\');
+    if (isLetter && !isLong && text[i - 1] != u'f' && text[i - 1] != u'g') return false;
+  }
+  return true;
+}
+
+/// Types the text of random expressions and compares what it means to `read(text)`. Returns how many.
+template <class WriteT, class ReadT>
+unsigned typeRandomExpressions(WriteT write, ReadT read, bool singleLetters) {
   standardOperators();
   unsigned typed = 0;
   for (unsigned seed = 0; seed < 3000; ++seed) {
     ExpressionT const expression = RandomExpressionC(seed, RandomExpressionC::WELL_MADE).make(1 + seed % 25);
-    wstring const text = exchange::toPlainText(*expression, exchange::PLAIN_TEXT_READABLE);
+    wstring const text = write(*expression);
     // Nobody types quotes.
-    if (text.find(u'"') != wstring::npos || isNeverTyped(*expression->getNode())) continue;
+    if (text.empty() || text.find(u'"') != wstring::npos || isNeverTyped(*expression->getNode())) continue;
     SCOPED_TRACE(toUtf8(text));
     ++typed;
     StageC stage;
+    InputOptionsS options = stage.refField().getOptions();
+    options.singleLetters = singleLetters;
+    stage.refField().setOptions(options);
     for (char16_t const c : text) EXPECT_TRUE(stage.refField().typeCharacter(c));
-    ExpressionT const pasted = exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession());
-    EXPECT_EQ(meaningOf(stage.refField().diagnose().expression), meaningOf(pasted)) << stage.notation();
+    stage.refField().completeName();
+    EXPECT_EQ(meaningOf(stage.refField().diagnose().expression), meaningOf(read(text))) << stage.notation();
   }
-  EXPECT_GT(typed, 800u);
+  return typed;
+}
+
+TEST(TypedText, MeansWhatPastedTextMeans) {
+  auto const write = [](auto const& expression) {
+    return exchange::toPlainText(expression, exchange::PLAIN_TEXT_READABLE);
+  };
+  auto const read = [](wstring const& text) {
+    return exchange::fromPlainText(text, math::algexpr::CASSessionBC::getSession());
+  };
+  EXPECT_GT(typeRandomExpressions(write, read, false), 800u);
+}
+
+TEST(TypedText, MeansWhatPastedLatexMeans) {
+  auto const write = [](auto const& expression) {
+    wstring const text = exchange::toLatex(expression);
+    return isTypedLatex(text) ? text : wstring();
+  };
+  auto const read = [](wstring const& text) {
+    return exchange::fromLatex(text, math::algexpr::CASSessionBC::getSession());
+  };
+  EXPECT_GT(typeRandomExpressions(write, read, true), 200u);
 }
 
 }  // namespace

@@ -61,6 +61,7 @@ struct WordsS : OperatorWordsS {
   WordsS shown(wstring text) && { return label = std::move(text), std::move(*this); }
   WordsS typed(wstring text) && { return shortcut = std::move(text), std::move(*this); }
   WordsS known(std::vector<wstring> as) && { return aliases = std::move(as), std::move(*this); }
+  WordsS indexed(wstring const& other) && { return indexedName = other, std::move(*this); }
   WordsS called(std::vector<NameS> others) && { return names = std::move(others), std::move(*this); }
   WordsS inserted(wstring by) && { return signs = std::move(by), std::move(*this); }
   WordsS made(std::vector<wstring> of) && { return signRuns = std::move(of), std::move(*this); }
@@ -140,7 +141,7 @@ void TableC::fill() {
   add(KEY_TIMES, infix(u"*", {times_sign}, PRECEDENCE_PRODUCT),
       WordsS(arithmetic, u"times").known({u"cdot", u"multiply", u"product"}).shown(u"·"));
   add(KEY_FRACTION, construct<OperatorDivC>(u"/", u"/"),
-      WordsS(arithmetic, u"fraction").known({u"frac", u"over", u"divide"}).shown(u"a/b"));
+      WordsS(arithmetic, u"fraction").known({u"frac", u"dfrac", u"tfrac", u"over", u"divide"}).shown(u"a/b"));
   add(KEY_DIV, infix(u"div", u"div", PRECEDENCE_PRODUCT, spaced),
       WordsS(arithmetic, u"integer division").known({u"quotient"}));
   add(KEY_MOD, infix(u"mod", u"mod", PRECEDENCE_PRODUCT, spaced),
@@ -160,7 +161,7 @@ void TableC::fill() {
           .shown(u"xⁿ")
           .made({{times_sign, times_sign}}));
   add(KEY_SQRT, construct<OperatorSqrtC>(u"sqrt", u"√"),
-      WordsS(structures, u"square root").known({u"radical"}).inserted(u"√"));
+      WordsS(structures, u"square root").known({u"radical"}).inserted(u"√").indexed(u"nthroot"));
   add(KEY_NTH_ROOT, construct<OperatorNthRootC>(u"nthroot", u"nthroot"),
       WordsS(structures, u"n-th root")
           .shown(u"ⁿ√")

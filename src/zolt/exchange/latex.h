@@ -42,5 +42,9 @@ wstring fromLatexText(std::u16string_view written);
 /// What a command without operands, such as "\\leq", "\\alpha" or "\\sin", shows: a character or a word.
 /// Empty for any other command.
 wstring findLatexSign(std::u16string_view command);
+/// The bracket or bar that a command such as "\\lfloor" or "\\{" is; U+0000 for any other.
+char16_t findLatexBracket(std::u16string_view command);
+/// Whether a command says only how what follows is shown, as "\\left", "\\quad" and "\\mathrm" do.
+bool isLatexStyle(std::u16string_view command);
 
 }  // namespace zolt::exchange

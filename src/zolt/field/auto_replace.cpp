@@ -11,7 +11,9 @@
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/name_factors.h"
+#include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/typed_calculus.h"
+#include "zolt/field/detail/typed_products.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -135,6 +137,11 @@ char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC cons
 
 }  // namespace
 
+PlaceS startOfDividend(PlaceS end, OperatorListC const& operators) {
+  PlaceS const partial = startOfPartial(end);
+  return partial ? partial : startOfProduct(end, operators);
+}
+
 InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
   bool const selected = view.isSelected();
   PlaceS const place = view.getSelection().caret;
@@ -178,8 +185,7 @@ InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS 
   if (!decision.target) decision.target = leaving.target;
   if (c == u'/' && options.fractions) {
     PlaceS const end = leaving.target ? leaving.target : place;
-    decision.begin = startOfProduct(end, operators);
-    if (PlaceS const partial = startOfPartial(end)) decision.begin = partial;
+    decision.begin = startOfDividend(end, operators);
   }
   return decision;
 }
@@ -256,7 +262,8 @@ ReplacementS findNameReplacement(OperatorListC const& operators, PlaceS end, Inp
   }
   if (sign && !takesOperandBefore(*sign)) return apart({begin, end, sign->getName(), {}}, sign);
   std::vector<wstring> factors{name};
-  if (options.singleLetters) factors = findFactors(name, operators, options.names);
+  if (options.singleLetters && !isDifferentialBelow(begin, name))
+    factors = findFactors(name, operators, options.names);
   std::size_t const called = use == NAME_IS_CALLED ? 1 : 0;
   for (std::size_t i = 0; options.letters && i < factors.size(); ++i) {
     if (i + called == factors.size()) {

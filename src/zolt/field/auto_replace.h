@@ -49,9 +49,26 @@ struct TypedBoundsS {
   bool isDerivative = false;  ///< its variable was typed before what it applies to, as in "d/dx f"
 };
 
+/// What is typed in braces or square brackets, as in LaTeX.
+struct TypedGroupS {
+  enum KindE {
+    ROW,       ///< a row of a construct: "\frac{1}{x+1}"
+    ARGUMENT,  ///< of a function, in the tree in brackets: "\sin{2x}"
+    INDEX,     ///< "x_{max}"
+    LETTERS,   ///< "\mathrm{max}"
+    STRUCK     ///< "\mathbb{R}"
+  };
+  KindE kind;
+  char16_t close = u'}';                         ///< the sign that ends it
+  math::ved::Node4C const* construct = nullptr;  ///< of the row; gone, perhaps, when the caret has left it
+};
+
 /// What typing `c` does at the view's caret. A character that looks like one of the table's signs counts as
 /// that sign, since keyboards differ in what they send.
 InputDecisionS decideInput(math::ved::ViewZNT4C const& view, char16_t c, InputOptionsS const& options);
+
+/// Where what a "/" that is typed at the place divides begins; null: the view's own rule holds.
+PlaceS startOfDividend(PlaceS end, math::ved::OperatorListC const& operators);
 
 /// A piece of text and what replaces it.
 struct ReplacementS {

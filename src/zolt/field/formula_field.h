@@ -28,6 +28,7 @@ using oss::wstring;
 
 namespace detail {
 class DecimalCommaGraphicsC;
+struct BoundsStepS;
 struct ConstructReplacementS;
 }  // namespace detail
 
@@ -241,7 +242,17 @@ class FormulaFieldC {
   void cancelCompletion();
   /// What the completion does with a typed character; no value: it is typed as usual.
   std::optional<bool> typeInCompletion(char16_t typed);
-  bool closeBraces();
+  std::optional<bool> typeInCommand(char16_t typed);
+  bool insertIndexed(math::ved::OperatorBC const& op);
+  bool openBraces(TypedGroupS group);
+  bool completeFunction(wstring const& name);
+  wstring gapBeforeName() const;
+  InputOptionsS nameOptions() const;
+  void closeIndex();
+  void strikeLetter();
+  bool closeBraces(char16_t sign);
+  PlaceS keepInBraces(PlaceS target) const;
+  InputDecisionS decide(char16_t c, detail::BoundsStepS& step) const;
   std::optional<bool> runInCompletion(CommandE command, ScriptStepS step);
   bool isForCompletion(CommandE command) const;
 
@@ -271,12 +282,12 @@ class FormulaFieldC {
   wstring composed_;  // by an input method
   unsigned long composedCaret_ = 0;
   CompletionC completion_;
-  unsigned braces_ = 0;             // rows of constructs that were written in braces and are not closed
-  bool bracesExpected_ = false;     // the next row of such a construct was reached
-  bool letterAccepted_ = false;     // the last input completed a letter
-  unsigned acts_ = 0, groups_ = 0;  // the number of nested calls and groups in progress
+  bool bracesExpected_ = false;               // the next row of a construct with a row in braces was reached
+  CompletedE completed_ = COMPLETED_NOTHING;  // by the last input
+  unsigned acts_ = 0, groups_ = 0;            // the number of nested calls and groups in progress
   bool groupFailed_ = false, reveal_ = false;
   std::vector<TypedBoundsS> bounds_, bars_;  // outermost first; bars that their sign has opened
+  std::vector<TypedGroupS> braces_;          // outermost first
   LastInputS last_;
   bool marked_ = false, markDue_ = false;  // the selection is a faulty part; was one before the act
   bool wordTyped_ = false;                 // the last input typed a letter, so a name may be unfinished

@@ -1,8 +1,9 @@
 #include "zolt/common/signs.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
-#include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
@@ -122,16 +123,26 @@ bool FormulaFieldC::accept(std::size_t number) {
   return true;
 }
 
+/// A blank where a name would become one with what is before it: "a" and "α". An index is one with its name.
+wstring FormulaFieldC::gapBeforeName() const {
+  PlaceS const at = caret();
+  bool const joins = !view_.isSelected() && endsNameAt(at) && !endsWithIndexSign(at);
+  return joins ? u" " : u"";
+}
+
 bool FormulaFieldC::insertEntry(PaletteEntryS const& entry, wstring const& name) {
+  if (char16_t const bracket = exchange::findLatexBracket(command_sign + name)) return typeCharacter(bracket);
   auto const op = view_.crefOperatorList().lookup(entry.insert);
   if (!op) {
     // "a" followed by "α" must not become one name.
-    bool const joins = !view_.isSelected() && endsNameAt(caret());
-    letterAccepted_ = (!joins || view_.insertText(u" ")) && view_.insertText(entry.insert);
-    return letterAccepted_;
+    bool const done = view_.insertText(gapBeforeName() + entry.insert);
+    completed_ = done ? COMPLETED_LETTER : COMPLETED_NOTHING;
+    return done;
   }
-  // Typed, a sign leaves exponents and fractions.
+  // Typed, a sign or word between operands leaves exponents, fractions and sums.
   if (char16_t const sign = typedSign(*op)) return typeCharacter(sign);
+  bool const isWordBetween = op->getPlace() == OPERATOR_BETWEEN && isWordCharacter(op->getText()[0]);
+  if (isWordBetween && op->isLinear() && !view_.isSelected()) return insertText(u' ' + op->getText() + u' ');
   ConstructNameS const named = findConstruct(view_.crefOperatorList(), name);
   if (!op->isConstruct() || view_.isSelected()) return runOperator(entry.insert);
   if (named.op.get() != op.get() || named.mark.empty()) return insertEmpty(entry, *op);
@@ -159,8 +170,8 @@ bool FormulaFieldC::insertEmpty(PaletteEntryS const& entry, OperatorBC const& op
 /// Ends the completion before the field does something else: the command whose whole name is there counts,
 /// and the beginning of one is dropped.
 void FormulaFieldC::leaveCompletion() {
-  braces_ = 0;
-  letterAccepted_ = false;
+  braces_.clear();
+  completed_ = COMPLETED_NOTHING;
   if (!completion_.isOpen()) return;
   bool const command = completion_.getKind() == COMPLETION_OF_COMMAND;
   std::size_t const exact = command ? completion_.findExact() : CompletionC::none;
@@ -173,64 +184,114 @@ void FormulaFieldC::cancelCompletion() {
 }
 
 std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
-  // Braces have a meaning of their own here.
-  char16_t const c = typed == u'{' || typed == u'}' ? typed : foldTyped(typed, options_);
-  bool const afterLetter = std::exchange(letterAccepted_, false);
+  bool const isBrace = typed == u'{' || typed == u'}';
+  bool const isExpected = std::exchange(bracesExpected_, false);
   if (completion_.getKind() == COMPLETION_OF_COMMAND) {
-    if (completion_.isContinuedBy(c)) {
-      completion_.setQuery(completion_.crefQuery() + c);
-      showComposed();
-      return true;
-    }
-    // It must leave the command as it is.
-    if (c != command_sign && findCause(typed) == math::common::READ_ERROR_BAD_CHARACTER)
-      return refuse(wstring(1, typed), {math::common::READ_ERROR_BAD_CHARACTER, 0, 1, {}});
-    std::size_t const meant = completion_.findMeant();
-    if (meant == CompletionC::none)
-      return refuse(pendingCommand(), {math::common::READ_ERROR_BAD_NAME, 0, 0, {}});
-    auto const op = view_.crefOperatorList().lookup(completion_.crefEntries()[meant]->insert);
-    // The name of a function whose base is typed next.
-    if (c == u'_' && op && findMarkable(view_.crefOperatorList(), op->getText() + c)) {
+    if (isBrace && completion_.crefQuery().empty()) {
+      // Of a set, "\{1, 2\}".
       cancelCompletion();
-      wstring const gap = endsNameAt(caret()) ? u" " : u"";
-      return insertText(gap + op->getText() + c);
+      return std::nullopt;
     }
-    if (!accept(meant)) return false;
-    if (c == u' ') return true;
-    bool const isBracket = c == u'(' || c == u'[' || c == u'{';
-    bool const construct = op && op->isConstruct();
-    if (c == u'{' && construct) return ++braces_, true;
-    if (isBracket && op && op->getArity() > 0 && isWrittenAsCall(*op)) return true;
-  } else if (c == u'{' && bracesExpected_) {
-    bracesExpected_ = false;
-    return ++braces_, true;
-  } else if (c == u'}' && braces_ > 0) {
-    return closeBraces();
-  } else if (afterLetter && math::common::isAsciiLetter(c)) {
-    view_.insertText(u" ");
+    if (auto const taken = typeInCommand(typed)) return taken;
+  } else if (typed == u'{' && isExpected) {
+    return openBraces({TypedGroupS::ROW, u'}', enclosingItem(*caret().node)});
   }
-  bracesExpected_ = false;
-  if (c != command_sign || !options_.completion) return std::nullopt;
+  CompletedE const completed = std::exchange(completed_, COMPLETED_NOTHING);
+  if (completed == COMPLETED_FUNCTION && typed == u'{')
+    return typeCharacter(u'(') && openBraces({TypedGroupS::ARGUMENT});
+  constexpr std::u16string_view attached = u"(^_'′, ";
+  bool const isName = math::common::isAsciiLetter(typed) || math::common::isDigit(typed);
+  bool const isApart = completed == COMPLETED_FUNCTION ? attached.find(typed) == attached.npos
+                                                       : completed == COMPLETED_LETTER && isName;
+  if (isApart) typeCharacter(u' ');
+  if (typed == u'{' && endsWithIndexSign(caret())) openBraces({TypedGroupS::INDEX});
+  if ((typed == u'}' || typed == u']') && closeBraces(typed)) return true;
+  if (typed != command_sign || !options_.completion) return std::nullopt;
   completeName();
   wordTyped_ = false;
   // An upper bound of one word ends here.
   BoundsStepS step;
-  decideInBounds(view_, c, options_, bounds_, step);
+  decide(typed, step);
   if (step.target) placeCaret(step.target);
   completion_.open(COMPLETION_OF_COMMAND, view_);
   showComposed();
   return true;
 }
 
-/// To the next row of the construct whose row was written in braces, or out of it.
-bool FormulaFieldC::closeBraces() {
-  --braces_;
-  completeName();
-  Node4C const* const item = enclosingItem(*caret().node);
-  if (!item) return false;
-  Node4C const* const next = caret().node->getParent()->goRight();
-  bracesExpected_ = next != nullptr;
-  return placeCaret(next ? rowEnd(*next) : placeAfter(*item));
+/// What a character does to an open command; nothing: it ended it and does what it does elsewhere.
+std::optional<bool> FormulaFieldC::typeInCommand(char16_t typed) {
+  char16_t const c = typed == u'{' ? typed : foldTyped(typed, options_);
+  if (completion_.isContinuedBy(c)) {
+    completion_.setQuery(completion_.crefQuery() + c);
+    showComposed();
+    return true;
+  }
+  wstring const& query = completion_.crefQuery();
+  wstring const command = command_sign + (query.empty() ? wstring(1, c) : query);
+  char16_t const bracket = exchange::findLatexBracket(command);
+  if (bracket != u'\0' || exchange::isLatexStyle(command)) {
+    bool const isSign = query.empty();
+    cancelCompletion();
+    if (bracket != u'\0' && !typeCharacter(bracket)) return false;
+    if (bracket == u'\0' && c == u'{') return openBraces({TypedGroupS::LETTERS});
+    // A space, which keeps apart what is around it.
+    if (isSign && bracket == u'\0') completed_ = COMPLETED_LETTER;
+    bool const isNone = c == u'.' && (command == u"\\left" || command == u"\\right");
+    return isSign || isNone || c == u' ' ? std::optional(true) : std::nullopt;
+  }
+  if (query.empty() && (c == u'%' || c == u'_')) {
+    cancelCompletion();
+    return std::nullopt;
+  }
+  if (query == u"mathbb" && c == u'{') {
+    cancelCompletion();
+    return openBraces({TypedGroupS::STRUCK});
+  }
+  // It must leave the command as it is.
+  if (c != command_sign && findCause(typed) == math::common::READ_ERROR_BAD_CHARACTER)
+    return refuse(wstring(1, typed), {math::common::READ_ERROR_BAD_CHARACTER, 0, 1, {}});
+  wstring const sign =
+      completion_.findExact() == CompletionC::none ? exchange::findLatexSign(command) : wstring();
+  if (!sign.empty()) {
+    bool const isName = isWordCharacter(sign[0]);
+    cancelCompletion();
+    bool const done = view_.crefOperatorList().lookup(sign) ? runOperator(sign)
+                      : isName && sign.size() > 1           ? completeFunction(sign)
+                                                  : insertText((isName ? gapBeforeName() : wstring()) + sign);
+    if (!done) return false;
+    return c == u' ' ? std::optional(true) : std::nullopt;
+  }
+  std::size_t const meant = completion_.findMeant();
+  if (meant == CompletionC::none)
+    return refuse(pendingCommand(), {math::common::READ_ERROR_BAD_NAME, 0, 0, {}});
+  auto const op = view_.crefOperatorList().lookup(completion_.crefEntries()[meant]->insert);
+  bool const isConstruct = op && op->isConstruct();
+  bool const isFunction =
+      op && isCalled(*op) && math::common::isAsciiLetter(op->getText()[0]) && !view_.isSelected();
+  // The name of a function whose base is typed next.
+  bool const hasBase = c == u'_' && op && findMarkable(view_.crefOperatorList(), op->getText() + c);
+  if (hasBase || (isFunction && c != u'(')) {
+    completion_.noteUse(meant);
+    cancelCompletion();
+    if (!completeFunction(op->getText())) return false;
+    return c == u' ' ? std::optional(true) : std::nullopt;
+  }
+  if (!accept(meant)) return false;
+  if (c == u' ') return true;
+  completed_ = COMPLETED_NOTHING;
+  if (c == u'{' && isConstruct) return openBraces({TypedGroupS::ROW, u'}', enclosingItem(*caret().node)});
+  if (typed == u'[' && isConstruct && insertIndexed(*op))
+    return openBraces({TypedGroupS::ROW, u']', enclosingItem(*caret().node)});
+  bool const isBracket = c == u'(' || c == u'[' || c == u'{';
+  if (isBracket && op && op->getArity() > 0 && isWrittenAsCall(*op)) return true;
+  return std::nullopt;
+}
+
+/// Types the name of a function after a command; its argument or exponent follows.
+bool FormulaFieldC::completeFunction(wstring const& name) {
+  if (!insertText(gapBeforeName() + name)) return false;
+  completed_ = COMPLETED_FUNCTION;
+  return true;
 }
 
 std::optional<bool> FormulaFieldC::runInCompletion(CommandE command, ScriptStepS step) {

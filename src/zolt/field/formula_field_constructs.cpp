@@ -1,10 +1,15 @@
+#include <algorithm>
+
+#include "zolt/common/signs.h"
 #include "zolt/field/auto_replace.h"
 #include "zolt/field/detail/act.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/typed_calculus.h"
+#include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/row_building.h"
@@ -87,6 +92,22 @@ void FormulaFieldC::closeGroup() {
   if (!isIndex) return static_cast<void>(group.end(true));
   wstring const name = item->child(0)->child(0)->crefText() + u'_' + item->child(1)->child(0)->crefText();
   group.end(deleteRange(placeBefore(*item), at) && view_.insertText(name));
+}
+
+/// A word in braces that were taken for brackets is an index, "x_{max}".
+void FormulaFieldC::closeIndex() {
+  Node4C const* const close = caret().pos == 0 ? caret().node->goLeft() : nullptr;
+  Node4C const* const open = close && isClosingBracket(close->getType()) ? findPartner(*close) : nullptr;
+  PlaceS const end = open ? placeBefore(*open) : PlaceS();
+  if (!end || !endsWithIndexSign(end)) return;
+  wstring const name = end.node->crefText().substr(nameStart(end.node->crefText(), end.pos));
+  if (findMarkable(view_.crefOperatorList(), name)) completed_ = COMPLETED_FUNCTION;
+  wstring const word = open->goRight()->crefText();
+  bool const isPart = word.size() > 1 && word.find(math::common::pi_sign) != wstring::npos;
+  bool const isWhole = open->goRight()->goRight() == close && !word.empty() && !isPart;
+  if (!options_.grouping || !isWhole || !std::all_of(word.begin(), word.end(), isWordCharacter)) return;
+  GroupC group(*this);
+  group.end(deleteRange(end, caret()) && view_.insertText(word));
 }
 
 /// A bar that no other one has closed when the brackets or braces around it are closed, or their next part

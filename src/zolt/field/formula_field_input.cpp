@@ -4,10 +4,13 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/act.h"
+#include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/input_places.h"
+#include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/typed_calculus.h"
+#include "zolt/field/detail/typed_products.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/field/error_text.h"
 #include "zolt/field/formula_field.h"
@@ -61,9 +64,6 @@ bool raisesBase(wstring const& name, OperatorListC const& operators) {
   return bool{operators.lookupText(op ? op->getText() : name, OPERATOR_AFTER)};
 }
 
-/// Whether inserting the operator writes brackets after its text.
-bool isCalled(OperatorBC const& op) { return !op.isConstruct() && !op.isLinear() && op.getArity() > 0; }
-
 /// Whether the operator is a name, alone or before what it applies to.
 bool beginsWithName(OperatorBC const& op) {
   wstring const text = op.getText();
@@ -90,17 +90,16 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (!bars_.empty()) separateByBar(c);
   bool const movedOut = wordTyped_ && !isWordCharacter(c) && moveWordOut();
   BoundsStepS step;
-  InputDecisionS decision = decideInBounds(view_, c, options_, bounds_, step);
+  InputDecisionS decision = decide(c, step);
   if (movedOut || (wordTyped_ && (decision.target || decision.kind != INPUT_TEXT))) {
     // The name must be found before the caret leaves it.
     if (!movedOut) completeName();
     bool const hasSpace = c == u' ' && endsSignBetween(caret(), view_.crefOperatorList());
-    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}}
-                        : decideInBounds(view_, c, options_, bounds_, step);
+    decision = hasSpace ? InputDecisionS{INPUT_MOVE, {}, caret(), {}} : decide(c, step);
   }
   if (wordTyped_ && options_.singleLetters && decision.text == u"(") {
     ReplacementS const found =
-        findNameReplacement(view_.crefOperatorList(), caret(), options_, NAME_IS_CALLED);
+        findNameReplacement(view_.crefOperatorList(), caret(), nameOptions(), NAME_IS_CALLED);
     if (found.begin) replaceText(found);
   }
   last_.selectionBefore = saveSelection();
@@ -110,12 +109,13 @@ bool FormulaFieldC::typeCharacter(char16_t c) {
   if (taken) {
     if (step.target) bounds_.back().close = step.close;
     replaceCompleted(decision, c);
-    if (decision.kind == INPUT_MOVE && c == u'_')
+    if (decision.kind == INPUT_MOVE && (c == u'_' || c == u'^') && !step.target)
       bounds_.push_back({enclosingItem(*caret().node), u'\0', false});
     bool const opensBound = decision.text == u"(" && c == u'{' && !bounds_.empty();
     if (opensBound && !bounds_.back().isDerivative) bounds_.back().close = u'}';
     if (decision.kind == INPUT_MOVE && last.ended == c) mergeDoubled(c);
     if (decision.kind == INPUT_MOVE && c == u'}') closeGroup();
+    if (decision.text == u")" && c == u'}') closeIndex();
     if (decision.kind == INPUT_MOVE) last_.ended = c;
   } else {
     act.restoreMark();
@@ -215,6 +215,8 @@ bool FormulaFieldC::runOperator(wstring const& name) {
     return name == u"^" ? typeExponent({INPUT_OPEN_EXPONENT, {}, {}, {}})
                         : raiseSelection({INPUT_OPERATOR, name, {}, {}});
   }
+  if ((name == u"_deg" || name == u"_rad") && beginsExponent(caret()))
+    return view_.insertText(name == u"_deg" ? u"o" : u"r");
   SelectionS const stretch = inOneRow(view_.getSelection());
   if (name == u"/") return insertFraction();
   if (!beginsWithName(*op) || !endsNameAt(stretch.anchor)) return view_.insertText(name);
@@ -304,6 +306,7 @@ bool FormulaFieldC::moveWordOut() {
   std::size_t const blanks = word.find_first_not_of(u' ');
   PlaceS const further = leaveBoundsByWord(caret(), word.substr(blanks), bounds_, view_.crefOperatorList());
   if (options_.leaving && further) target = further;
+  target = keepInBraces(target);
   if (!target) return false;
   PlacePathS const after = pathOf(target);
   GroupC group(*this);
@@ -430,11 +433,11 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
   ReplacementS found = options_.letters ? findFunctionReplacement(view_, end) : ReplacementS();
   if (!found.begin) {
     OperatorListC const& operators = view_.crefOperatorList();
-    found = findNameReplacement(operators, end, options_);
+    found = findNameReplacement(operators, end, nameOptions());
     auto const op = found.begin ? operators.lookup(found.text) : nullptr;
     bool const isBetween = op && op->getPlace() == OPERATOR_BETWEEN;
     // Before a bracket a name is a function's, but for a word between two operands.
-    if (by == u"(" && !isBetween) found = findNameReplacement(operators, end, options_, NAME_IS_CALLED);
+    if (by == u"(" && !isBetween) found = findNameReplacement(operators, end, nameOptions(), NAME_IS_CALLED);
     if (by == u" " && isBetween && end.node == at.node) ++found.end.pos;
   }
   if (found.begin) replaceText(found);
@@ -443,7 +446,7 @@ void FormulaFieldC::replaceEndedName(wstring const& by) {
 /// The replacement that `completeName` would make; without a beginning there is none.
 ReplacementS FormulaFieldC::findCompletion() const {
   bool const possible = wordTyped_ && isEditable() && !view_.isSelected();
-  return possible ? findNameReplacement(view_.crefOperatorList(), caret(), options_) : ReplacementS();
+  return possible ? findNameReplacement(view_.crefOperatorList(), caret(), nameOptions()) : ReplacementS();
 }
 
 void FormulaFieldC::completeName() {
@@ -468,7 +471,8 @@ bool FormulaFieldC::replaceText(ReplacementS const& replacement) {
   auto const function =
       op && op->isConstruct() ? view_.crefOperatorList().lookupText(replacement.text) : nullptr;
   if (function && isCalled(*function)) op = function;
-  if (PlaceS const after = op && !caretMoves ? leaveByReplacement(caret(), *op, options_) : PlaceS()) {
+  if (PlaceS const after =
+          op && !caretMoves ? keepInBraces(leaveByReplacement(caret(), *op, options_)) : PlaceS()) {
     done = done && placeCaret(after);
   }
   if (op && isCalled(*op)) {

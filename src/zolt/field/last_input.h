@@ -13,4 +13,7 @@ struct LastInputS {
   math::ved::SelectionPathS selectionBefore;
 };
 
+/// What was completed just before: a blank keeps what is typed next apart from it.
+enum CompletedE { COMPLETED_NOTHING, COMPLETED_LETTER, COMPLETED_FUNCTION };
+
 }  // namespace zolt::field

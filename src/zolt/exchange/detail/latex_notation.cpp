@@ -410,4 +410,22 @@ wstring findLatexSign(std::u16string_view command) {
   return !sign.empty() ? sign : !word.empty() ? word : wstring(command.substr(1));
 }
 
+char16_t findLatexBracket(std::u16string_view command) { return findDelimiter(command); }
+
+bool isLatexStyle(std::u16string_view command) {
+  switch (findLatexWord(command)) {
+    case LATEX_WORD_NOTHING:
+    case LATEX_WORD_SIZE:
+    case LATEX_WORD_LEFT:
+    case LATEX_WORD_RIGHT:
+    case LATEX_WORD_NAME:
+    case LATEX_WORD_OPERATOR:
+    case LATEX_WORD_FUNCTION:
+    case LATEX_WORD_TEXT:
+      return true;
+    default:
+      return false;
+  }
+}
+
 }  // namespace zolt::exchange

@@ -119,6 +119,8 @@ wstring typedForm(OperatorBC const& op) {
   return called ? op.getName() + u"(" : op.getName();
 }
 
+bool isCalled(OperatorBC const& op) { return !op.isConstruct() && !op.isLinear() && op.getArity() > 0; }
+
 bool isWrittenAsCall(OperatorBC const& op) {
   wstring const name = op.getName();
   return !name.empty() && isWordCharacter(name[0]) && !math::common::isDigit(name[0]);

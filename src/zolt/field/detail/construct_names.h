@@ -58,6 +58,9 @@ SignRunS findBySignRun(OperatorListC const& operators, wstring const& text, unsi
 /// What a person types for the operator: "<=" for "≤", "sqrt(".
 wstring typedForm(OperatorBC const& op);
 
+/// Whether inserting the operator writes brackets after its text.
+bool isCalled(OperatorBC const& op);
+
 /// Whether the construct is written as a name with brackets, which a typed ")" then closes.
 bool isWrittenAsCall(OperatorBC const& op);
 

@@ -53,18 +53,6 @@ PlaceS leaveByOperator(PlaceS place, OperatorBC const& op, OperatorListC const& 
 /// The same for an operator that takes the place of typed signs, as "≠" that of "!=".
 PlaceS leaveByReplacement(PlaceS place, OperatorBC const& op, InputOptionsS const& options);
 
-/// Where the product begins that ends at the place, when it has more factors than the last one and no operand
-/// follows: what "/" then divides is all of it, as in written text. Null otherwise.
-PlaceS startOfProduct(PlaceS place, OperatorListC const& operators);
-
-/// Where the base begins of the power just before the place; null when there is none. What raises the power,
-/// or
-/// "!", needs brackets around it.
-PlaceS startOfPower(PlaceS place, OperatorListC const& operators);
-
-/// Whether a stretch of a row, in reading order, is one operand, which needs no brackets to be raised.
-bool isBase(math::ved::SelectionS const& stretch, OperatorListC const& operators);
-
 /// What the construct before the place, which the sign has just ended, becomes together with the one
 /// that is all it holds (`doubledName`); null: it stays.
 PointerTC<math::ved::OperatorBC> findDoubled(PlaceS place, char16_t sign,
@@ -101,19 +89,8 @@ PlaceS leaveByClosingSign(PlaceS place, char16_t sign, OperatorListC const& oper
 /// it.
 bool isRaising(PlaceS place);
 
-/// Whether a name ends at the place, so that letters inserted there would change it.
-bool endsNameAt(PlaceS place);
-
-/// Whether an operand (a name, a number, a construct or a closing bracket) ends at the place.
-bool endsOperandAt(PlaceS place);
-/// The same when blanks may come between; and a word such as "and" is no operand.
-bool endsOperandBefore(PlaceS place, OperatorListC const& operators);
-
-/// Whether a blank is before the place, or a sign between operands, which needs none after it.
-bool endsSignBetween(PlaceS place, OperatorListC const& operators);
-
-/// Whether a number or a factorial ends at the place, so that "!" after it is a factorial.
-bool endsCounted(PlaceS place);
+/// Whether the place is at the start of an exponent, perhaps in braces: the sign of an angle is all of it.
+bool beginsExponent(PlaceS place);
 
 /// Whether there is a "," outside brackets between two places of one row.
 bool hasComma(PlaceS begin, PlaceS end);

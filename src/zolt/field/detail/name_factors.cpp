@@ -5,6 +5,7 @@
 #include "zolt/algexpr/cas_session.h"
 #include "zolt/algexpr/parent_node.h"
 #include "zolt/common/signs.h"
+#include "zolt/exchange/latex.h"
 #include "zolt/exchange/plain_text.h"
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/word_bounds.h"
@@ -24,7 +25,9 @@ bool isKnown(wstring const& name, OperatorListC const& operators, std::vector<ws
   if (std::find(names.begin(), names.end(), name) != names.end()) return true;
   auto const op = operators.lookupText(name);
   if (op && !op->isLinear() && op->getArity() > 0) return true;
-  return findConstruct(operators, name).op || toMeantName(name) != name;
+  if (findConstruct(operators, name).op || toMeantName(name) != name) return true;
+  // Also functions that are no operators of the table, such as "sec".
+  return exchange::findLatexSign(u'\\' + name) == name;
 }
 
 /// After the digits, the index and the primes that belong to what ends at `pos`.

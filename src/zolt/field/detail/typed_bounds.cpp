@@ -4,6 +4,7 @@
 
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/construct_names.h"
+#include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -42,6 +43,9 @@ struct EndedRowS {
   Node4C const* next = nullptr;
   BoundsPartE part = PART_LAST;
   bool isVariable = false;  ///< it is the last one and comes after what the sign applies to
+  /// The first row below the sign while nothing is in it: what is above was typed first, "∫^b_a".
+  Node4C const* lower = nullptr;
+  bool isUpperFilled = false;
 };
 
 EndedRowS findEndedRow(PlaceS place, TypedBoundsS const& bounds) {
@@ -55,13 +59,17 @@ EndedRowS findEndedRow(PlaceS place, TypedBoundsS const& bounds) {
   if (at == rows.end()) return {};
   if (bounds.isDerivative) return {&row, nullptr, PART_LAST, at != rows.begin()};
   unsigned long const numBounds = words.lowerRows + (words.hasUpperRow ? 1 : 0);
-  if (at + 1 == rows.end()) return {&row, nullptr, PART_LAST, rows.size() > numBounds + 1};
+  Node4C const* const first = construct.child(rows.front());
+  Node4C const* const lower = isEmptyRow(*first) ? first : nullptr;
+  if (at + 1 == rows.end()) return {&row, nullptr, PART_LAST, rows.size() > numBounds + 1, lower};
   auto const number = static_cast<unsigned long>(at - rows.begin());
   BoundsPartE const part = number + 1 < words.lowerRows ? PART_LOWER
                            : number < words.lowerRows   ? PART_LAST_LOWER
                            : number < numBounds         ? PART_UPPER
                                                         : PART_BODY;
-  return {&row, construct.child(at[1]), part, false};
+  bool const isUpperFilled =
+      words.hasUpperRow && part == PART_LAST_LOWER && !isEmptyRow(*construct.child(at[1]));
+  return {&row, construct.child(at[isUpperFilled ? 2 : 1]), part, false, lower, isUpperFilled};
 }
 
 /// What a character does at the end of a bound.
@@ -73,8 +81,10 @@ BoundsStepS stepInBound(PlaceS place, char16_t c, char16_t close, EndedRowS cons
   }
   if (ended.part == PART_LOWER) return {};
   PlaceS const next = rowEnd(*ended.next);
-  if (close != u'\0') return {c == close ? next : PlaceS(), false, !isUpper, u'\0'};
-  if (c == u' ' || (c == u'^' && !isUpper && isWord(*ended.row))) return {next, false, false, u'\0'};
+  bool const goesUp = !isUpper && !ended.isUpperFilled;
+  if (close != u'\0') return {c == close ? next : PlaceS(), false, goesUp, u'\0'};
+  if (c == u'_' && isUpper && ended.lower) return {rowEnd(*ended.lower), false, false, u'\0'};
+  if (c == u' ' || (c == u'^' && goesUp && isWord(*ended.row))) return {next, false, false, u'\0'};
   bool const opens = isUpper && (c == u'(' || c == u'|' || c == u'\\') && isWord(*ended.row);
   return {opens ? next : PlaceS(), opens, false, u'\0'};
 }
@@ -96,15 +106,18 @@ bool isAround(Node4C const& construct, PlaceS place) {
   return item;
 }
 
-/// Whether "_" typed at the place begins the bounds of the construct around it, which is empty.
-bool beginsBounds(PlaceS place) {
-  Node4C const* const item = enclosingItem(*place.node);
-  if (!item || item->getType() != NODE4_OPERATOR || !takesBounds(*item->crefOperator())) return false;
+/// Where "_" or "^" typed at the place begins the bounds of the construct around it, which is empty. Null: it
+/// does not.
+PlaceS beginBounds(PlaceS place, char16_t sign) {
+  Node4C const* const item = sign == u'_' || sign == u'^' ? enclosingItem(*place.node) : nullptr;
+  if (!item || item->getType() != NODE4_OPERATOR || !takesBounds(*item->crefOperator())) return {};
   for (unsigned long i = 0; i < item->numChildren(); ++i) {
-    if (!isEmptyRow(*item->child(i))) return false;
+    if (!isEmptyRow(*item->child(i))) return {};
   }
-  return place.node->getParent()->findChildNumber() ==
-         argumentRows(*item->crefOperator(), item->numChildren()).front();
+  auto const rows = argumentRows(*item->crefOperator(), item->numChildren());
+  OperatorWordsS const& words = item->crefOperator()->crefWords();
+  if (place.node->getParent() != item->child(rows.front()) || (sign == u'^' && !words.hasUpperRow)) return {};
+  return sign == u'_' ? place : rowEnd(*item->child(rows[words.lowerRows]));
 }
 
 /// Whether an opening brace at the place begins an index, or the bounds of the construct whose name and "_"
@@ -123,7 +136,10 @@ BoundsStepS stepInBounds(PlaceS place, char16_t c, std::vector<TypedBoundsS> con
   EndedRowS const ended = findEndedRow(place, bounds.back());
   if (!ended.row) return {};
   if (ended.part < PART_BODY) return stepInBound(place, c, bounds.back().close, ended);
-  if (isEmptyRow(*ended.row)) return {c == u' ' ? place : PlaceS(), false, false, u'\0'};
+  if (isEmptyRow(*ended.row)) {
+    bool const isAbove = c == u'_' && ended.lower && !ended.isVariable;
+    return {isAbove ? rowEnd(*ended.lower) : c == u' ' ? place : PlaceS(), false, false, u'\0'};
+  }
   if (ended.part == PART_BODY) return {};
   if (bounds.back().isDerivative && bounds.back().close != u'\0')
     return {c == bounds.back().close ? afterBounds(place, bounds) : PlaceS(), false, false, u'\0'};
@@ -186,8 +202,7 @@ InputDecisionS decideInBounds(ViewZNT4C const& view, char16_t c, InputOptionsS c
   PlaceS const place = view.getSelection().caret;
   OperatorListC const& operators = view.crefOperatorList();
   if (c == u'{' && opensIndex(place, operators)) return {INPUT_TEXT, u"(", {}, {}};
-  bool const begins = c == u'_' && beginsBounds(place);
-  if (begins) return {INPUT_MOVE, {}, place, {}};
+  if (PlaceS const begun = beginBounds(place, c)) return {INPUT_MOVE, {}, begun, {}};
   char16_t const sign = c == u'{' || c == u'}' ? c : foldTyped(c, options);
   step = stepInBounds(place, sign, bounds, operators, options);
   if (!step.target) return decision;

@@ -2,7 +2,6 @@
 
 #include "zolt/common/signs.h"
 #include "zolt/field/detail/construct_names.h"
-#include "zolt/field/detail/input_places.h"
 #include "zolt/field/detail/name_factors.h"
 #include "zolt/field/detail/typed_bounds.h"
 #include "zolt/field/detail/word_bounds.h"
@@ -187,6 +186,14 @@ PlaceS startOfPartial(PlaceS place) {
   PlaceS const end = power && power->getType() == NODE4_POWER ? placeBefore(*power) : place;
   bool const isPartial = end.pos > 0 && end.node->crefText()[end.pos - 1] == partial;
   return isPartial ? PlaceS{end.node, end.pos - 1} : PlaceS();
+}
+
+bool isDifferentialBelow(PlaceS begin, wstring const& name) {
+  Node4C const& row = *begin.node->getParent();
+  if (name.size() != 2 || name[0] != u'd' || begin != rowStart(row) || row.findChildNumber() != 1)
+    return false;
+  wstring const& above = row.goLeft()->child(0)->crefText();
+  return !above.empty() && above[0] == u'd';
 }
 
 }  // namespace zolt::field::detail

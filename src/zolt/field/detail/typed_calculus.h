@@ -18,4 +18,7 @@ ConstructReplacementS findCalculus(math::ved::ViewZNT4C const& view, char16_t ty
 /// there.
 PlaceS startOfPartial(PlaceS place);
 
+/// Whether a name that begins at the place is the "dx" below the bar of "d/dx" or "∂/∂x".
+bool isDifferentialBelow(PlaceS begin, wstring const& name);
+
 }  // namespace zolt::field::detail

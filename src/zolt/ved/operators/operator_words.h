@@ -30,6 +30,8 @@ struct OperatorWordsS {
   /// A construct that is typed by that other one's name with its own number of arguments: "int(f,x)" is the
   /// integral of the name, but of two arguments. It takes the other's place once they are counted.
   wstring sharedName;
+  /// What its command becomes before square brackets, which then hold the first row: "\sqrt[3]{x}".
+  wstring indexedName;
   wstring signs;                  ///< characters each of which inserts it: "√"
   std::vector<wstring> signRuns;  ///< signs of a text, as the tree has them, that become it: "!="
   char16_t closingSign = u'\0';   ///< leads out of the construct from the end of a filled row: "⌋"
