@@ -13,7 +13,6 @@
 #include "zolt/field/detail/name_factors.h"
 #include "zolt/field/detail/operand_ends.h"
 #include "zolt/field/detail/typed_calculus.h"
-#include "zolt/field/detail/typed_products.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/tree/row_view.h"
@@ -136,11 +135,6 @@ char16_t meantAt(PlaceS place, bool selected, char16_t typed, OperatorListC cons
 }
 
 }  // namespace
-
-PlaceS startOfDividend(PlaceS end, OperatorListC const& operators) {
-  PlaceS const partial = startOfPartial(end);
-  return partial ? partial : startOfProduct(end, operators);
-}
 
 InputDecisionS decideInput(ViewZNT4C const& view, char16_t typed, InputOptionsS const& options) {
   bool const selected = view.isSelected();

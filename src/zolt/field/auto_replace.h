@@ -67,9 +67,6 @@ struct TypedGroupS {
 /// that sign, since keyboards differ in what they send.
 InputDecisionS decideInput(math::ved::ViewZNT4C const& view, char16_t c, InputOptionsS const& options);
 
-/// Where what a "/" that is typed at the place divides begins; null: the view's own rule holds.
-PlaceS startOfDividend(PlaceS end, math::ved::OperatorListC const& operators);
-
 /// A piece of text and what replaces it.
 struct ReplacementS {
   PlaceS begin;  ///< null: nothing is replaced

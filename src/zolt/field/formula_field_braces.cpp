@@ -6,6 +6,7 @@
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/construct_replacement.h"
 #include "zolt/field/detail/typed_bounds.h"
+#include "zolt/field/detail/typed_calculus.h"
 #include "zolt/field/formula_field.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"

@@ -4,6 +4,7 @@
 #include "zolt/field/detail/construct_names.h"
 #include "zolt/field/detail/name_factors.h"
 #include "zolt/field/detail/typed_bounds.h"
+#include "zolt/field/detail/typed_products.h"
 #include "zolt/field/detail/word_bounds.h"
 #include "zolt/ved/operators/operator.h"
 #include "zolt/ved/operators/operator_list.h"
@@ -186,6 +187,11 @@ PlaceS startOfPartial(PlaceS place) {
   PlaceS const end = power && power->getType() == NODE4_POWER ? placeBefore(*power) : place;
   bool const isPartial = end.pos > 0 && end.node->crefText()[end.pos - 1] == partial;
   return isPartial ? PlaceS{end.node, end.pos - 1} : PlaceS();
+}
+
+PlaceS startOfDividend(PlaceS end, OperatorListC const& operators) {
+  PlaceS const partial = startOfPartial(end);
+  return partial ? partial : startOfProduct(end, operators);
 }
 
 bool isDifferentialBelow(PlaceS begin, wstring const& name) {

@@ -18,6 +18,10 @@ ConstructReplacementS findCalculus(math::ved::ViewZNT4C const& view, char16_t ty
 /// there.
 PlaceS startOfPartial(PlaceS place);
 
+/// Where what a "/" that is typed at the place divides begins, such a "∂" or a product; null: the view's own
+/// rule holds.
+PlaceS startOfDividend(PlaceS end, math::ved::OperatorListC const& operators);
+
 /// Whether a name that begins at the place is the "dx" below the bar of "d/dx" or "∂/∂x".
 bool isDifferentialBelow(PlaceS begin, wstring const& name);
 
