@@ -13,6 +13,11 @@ get_property(ZOLT_ALL_COMPONENTS GLOBAL PROPERTY ZOLT_COMPONENTS)
 set(ZOLT_DEFAULT_COMPONENTS)
 file(RELATIVE_PATH ZOLT_PREFIX_FROM_PC /${pkg_config_dir} /)
 
+# All that `cmake --install --component development` needs.
+list(TRANSFORM ZOLT_ALL_COMPONENTS PREPEND zolt_ OUTPUT_VARIABLE all_libraries)
+add_custom_target(libraries)
+add_dependencies(libraries ${all_libraries})
+
 foreach(component IN LISTS ZOLT_ALL_COMPONENTS)
   get_property(find_code GLOBAL PROPERTY ZOLT_${component}_FIND_CODE)
   get_property(depends GLOBAL PROPERTY ZOLT_${component}_DEPENDS)
