@@ -1,10 +1,14 @@
 # zolt_precompile(<target> <kind>)
 #
-# With ZOLT_PRECOMPILE, the headers of others that the target's files include are parsed once for all targets of a kind
-# (CORE, TEST or QT) rather than once for each file. Every file still includes what it needs: most presets do
-# without.
+# With ZOLT_PRECOMPILE, the headers that most of the target's files include, those of others and of the tree, are parsed
+# once for all targets of a kind (CORE, VED, TEST or QT) rather than once for each file. Every file still includes what it
+# needs: most presets do without.
 set(ZOLT_PRECOMPILED_CORE <algorithm> <cstddef> <cstdint> <functional> <map> <memory> <optional> <string> <utility> <vector>)
-set(ZOLT_PRECOMPILED_TEST ${ZOLT_PRECOMPILED_CORE} <gtest/gtest.h>)
+set(ZOLT_PRECOMPILED_VED ${ZOLT_PRECOMPILED_CORE})
+foreach(header IN ITEMS algexpr/algebraic_expression ved/operators/operator_list ved/operators/operator ved/tree/row_view ved/view/view)
+  list(APPEND ZOLT_PRECOMPILED_VED ${PROJECT_SOURCE_DIR}/src/zolt/${header}.h)
+endforeach()
+set(ZOLT_PRECOMPILED_TEST ${ZOLT_PRECOMPILED_VED} <gtest/gtest.h>)
 set(ZOLT_PRECOMPILED_QT ${ZOLT_PRECOMPILED_CORE} <QHash> <QMainWindow> <QMenu> <QPainter> <QPointer> <QVariant>)
 
 function(zolt_precompile target kind)
@@ -20,6 +24,10 @@ function(zolt_precompile target kind)
     target_link_libraries(${owner} PRIVATE zolt_warnings)
     set_target_properties(${owner} PROPERTIES CXX_EXTENSIONS OFF AUTOMOC OFF AUTORCC OFF POSITION_INDEPENDENT_CODE
                                                                                          "${BUILD_SHARED_LIBS}")
+    if(kind MATCHES "VED|TEST")
+      target_include_directories(${owner} PRIVATE ${PROJECT_SOURCE_DIR}/src)
+      target_compile_definitions(${owner} PRIVATE $<TARGET_PROPERTY:zolt_oss,INTERFACE_COMPILE_DEFINITIONS>)
+    endif()
     if(kind STREQUAL "TEST")
       target_link_libraries(${owner} PRIVATE GTest::gtest)
     endif()
