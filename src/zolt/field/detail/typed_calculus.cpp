@@ -190,8 +190,8 @@ PlaceS startOfPartial(PlaceS place) {
 }
 
 PlaceS startOfDividend(PlaceS end, OperatorListC const& operators) {
-  PlaceS const partial = startOfPartial(end);
-  return partial ? partial : startOfProduct(end, operators);
+  PlaceS const derivative = startOfPartial(end);
+  return derivative ? derivative : startOfProduct(end, operators);
 }
 
 bool isDifferentialBelow(PlaceS begin, wstring const& name) {
