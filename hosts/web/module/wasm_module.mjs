@@ -11,29 +11,29 @@ export class WasmModule {
   /** Compiles and starts a module; `rest` is the rest of one that comes in two files. */
   static async start(/** @type {Source | Promise<Source>} */ source, /** @type {RestOfModule | null} */ rest = null) {
     const given = await source;
-    const compiled =
-      given instanceof WebAssembly.Module ? given
-      : typeof Response !== "undefined" && given instanceof Response ? await WasmModule.#compile(given)
-      : await WebAssembly.compile(/** @type {BufferSource} */ (given));
     /** @type {{memory?: WebAssembly.Memory}} */
     const home = {};
-    const instance = await WebAssembly.instantiate(compiled, WasmModule.#imports(compiled, home, rest));
+    const instance = await WasmModule.#instantiate(given, WasmModule.#imports(home, rest));
     home.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
     rest?.join(instance);
     if (rest && !rest.canComeAtOnce) await rest.load();
     return instance;
   }
 
-  static async #compile(/** @type {Response} */ response) {
-    if (!response.ok) throw new Error(`zolt: ${response.url}: ${response.status}`);
+  /** @returns {Promise<WebAssembly.Instance>} */
+  static async #instantiate(/** @type {Source} */ given, /** @type {WebAssembly.Imports} */ imports) {
+    if (given instanceof WebAssembly.Module) return WebAssembly.instantiate(given, imports);
+    if (typeof Response === "undefined" || !(given instanceof Response))
+      return (await WebAssembly.instantiate(/** @type {BufferSource} */ (given), imports)).instance;
+    if (!given.ok) throw new Error(`zolt: ${given.url}: ${given.status}`);
     // Servers that do not know the type of the file would make streaming fail.
-    return response.headers.get("Content-Type") === "application/wasm"
-      ? WebAssembly.compileStreaming(response) : WebAssembly.compile(await response.arrayBuffer());
+    const isKnown = given.headers.get("Content-Type") === "application/wasm";
+    return (isKnown ? await WebAssembly.instantiateStreaming(given, imports) : await WebAssembly.instantiate(await given.arrayBuffer(), imports)).instance;
   }
 
-  /** The functions of the rest, and what the C library asks of a system: the clock, for deadlines. */
-  static #imports(/** @type {WebAssembly.Module} */ compiled, /** @type {{memory?: WebAssembly.Memory}} */ home,
-                  /** @type {RestOfModule | null} */ rest) {
+  /** The functions of the rest, and what the C library asks of a system: the clock, for deadlines. They are made when the module asks
+   *  for them, so that it need not be there to be asked what it imports. */
+  static #imports(/** @type {{memory?: WebAssembly.Memory}} */ home, /** @type {RestOfModule | null} */ rest) {
     const readClock = (/** @type {any[]} */ ...args) => {
       // Between the clock and the address is what it should be accurate to, in one argument or in two.
       const at = args[args.length - 1];
@@ -41,14 +41,12 @@ export class WasmModule {
       new DataView(/** @type {WebAssembly.Memory} */ (home.memory).buffer).setBigUint64(at, now, true);
       return 0;
     };
-    /** @type {Record<string, Record<string, Function>>} */
-    const imports = {};
-    for (const { module, name } of WebAssembly.Module.imports(compiled)) {
-      (imports[module] ??= {})[name] =
-        module === "placeholder" && rest ? rest.placeholder(name)
-        : name === "clock_time_get" ? readClock : () => 0;
-    }
-    return /** @type {any} */ (imports);
+    const find = (/** @type {string} */ module, /** @type {string} */ name) =>
+      module === "placeholder" && rest ? rest.placeholder(name)
+      : name === "clock_time_get" ? readClock : () => 0;
+    return /** @type {any} */ (new Proxy({}, {
+      get: (_, module) => new Proxy({}, { get: (_, name) => find(String(module), String(name)) }),
+    }));
   }
 
   constructor(/** @type {WebAssembly.Instance} */ instance) {
