@@ -199,11 +199,12 @@ std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
   CompletedE const completed = std::exchange(completed_, COMPLETED_NOTHING);
   if (completed == COMPLETED_FUNCTION && typed == u'{')
     return typeCharacter(u'(') && openBraces({TypedGroupS::ARGUMENT});
-  constexpr std::u16string_view attached = u"(^_'′, ";
   bool const isName = math::common::isAsciiLetter(typed) || math::common::isDigit(typed);
-  bool const isApart = completed == COMPLETED_FUNCTION ? attached.find(typed) == attached.npos
-                                                       : completed == COMPLETED_LETTER && isName;
-  if (isApart) typeCharacter(u' ');
+  bool const isRaised = math::common::loweredSign(typed) != u'\0' || math::common::countPrimes(typed) > 0;
+  bool const isOperand =
+      isName || typed == u'.' || typed == u'|' || typed == command_sign || (typed >= 0x80 && !isRaised);
+  if (completed == COMPLETED_FUNCTION ? isOperand : completed == COMPLETED_LETTER && isName)
+    typeCharacter(u' ');
   if (typed == u'{' && endsWithIndexSign(caret())) openBraces({TypedGroupS::INDEX});
   if ((typed == u'}' || typed == u']') && closeBraces(typed)) return true;
   if (typed != command_sign || !options_.completion) return std::nullopt;
