@@ -119,6 +119,7 @@ build() {
   case $preset in
     dev) options=(-DZOLT_PRECOMPILE=ON -DCMAKE_CXX_FLAGS_DEBUG=) ;;
     asan) options=(-DZOLT_PRECOMPILE=ON -DCMAKE_CXX_FLAGS_DEBUG=-g1) ;;
+    fuzz | fuzz-search) options=(-DZOLT_PRECOMPILE=ON '-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g1 -DNDEBUG') ;;
   esac
   # What has just been installed was not there when the folder was configured.
   if [ ! -f "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/build.ninja" ] || [ "$has_installed" ]; then
