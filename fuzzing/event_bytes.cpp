@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <vector>
 
 #include "fuzzing/bytes_text.h"
+#include "fuzzing/trip.h"
+#include "zolt/algexpr/cas_session.h"
 #include "zolt/catalogue/standard_operators.h"
 #include "zolt/field/commands.h"
 #include "zolt/oss/quoted_text.h"
+#include "zolt/ved/operators/operator_list_repository.h"
 #include "zolt/ved/view/key_code.h"
 
 namespace zolt::fuzz {
@@ -27,12 +31,27 @@ constexpr ScriptWordE words[] = {
     SCRIPT_UNLOCK,   SCRIPT_PAINT,  SCRIPT_COMPLETE, SCRIPT_ASK,          SCRIPT_MOVE,
     SCRIPT_SELECT,   SCRIPT_NAMES,  SCRIPT_SUGGEST,  SCRIPT_ACCEPT};
 
-constexpr char16_t const* operators[] = {
+constexpr char16_t const* standard_names[] = {
     u"+",         u"-",        u"*",   u"div",   u"mod",   u"_pos",   u"_neg", u"^",     u"_rad", u"_deg",
     u"!",         u"=",        u"<>",  u"<",     u">",     u"<=",     u">=",   u"not",   u"and",  u"or",
     u":=",        u":>",       u"_PI", u"/",     u"d",     u"sqrt",   u"abs",  u"floor", u"ceil", u"log",
     u"diff",      u"integral", u"sum", u"where", u"error", u"sin",    u"cos",  u"log10", u"exp",  u"nthroot",
     u"_quietpos", u"tan",      u"ln",  u"∞",     u"+-",    u"_posneg"};
+
+/// The names of all operators; those that a catalogue adds are the last.
+std::vector<wstring> const& operators() {
+  static std::vector<wstring> const names = [] {
+    prepare();
+    std::vector<wstring> all(std::begin(standard_names), std::end(standard_names));
+    auto const list =
+        math::ved::OperatorListRepositoryC::lookup(math::algexpr::CASSessionBC::getSession()->getEngine());
+    for (auto const* const op : list->crefInOrder()) {
+      if (std::find(all.begin(), all.end(), op->getName()) == all.end()) all.push_back(op->getName());
+    }
+    return all;
+  }();
+  return names;
+}
 
 constexpr char16_t const* options[] = {
     u"constructs", u"letters",    u"leaving",          u"decimal-comma", u"implied-products",
@@ -127,7 +146,7 @@ void readArguments(ReaderC& reader, ScriptStepS& step) {
       step.code = reader.byte();
       break;
     case SCRIPT_OPERATOR:
-      step.text = reader.name(operators);
+      step.text = reader.name(operators());
       break;
     case SCRIPT_COMMAND:
       step.text = commands()[reader.byte() % COMMAND_COUNT].name;
@@ -224,7 +243,7 @@ class WriterC {
         return put(std::min(step.code, 0xFFUL));
       case SCRIPT_OPERATOR:
         putWord(step.word);
-        return put(find(operators, step.text));
+        return put(find(operators(), step.text));
       case SCRIPT_COMMAND: {
         CommandS const* const command = findCommand(step.text);
         putWord(step.word);

@@ -8,6 +8,9 @@
 #include "zolt/script/script_runner.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
 #include "zolt/ved/tree/validate_tree.h"
+#ifdef ZOLT_HAS_MATHML_TEXT
+#include "zolt/mathml/text/mathml_text.h"
+#endif
 
 namespace zolt::fuzz {
 
@@ -23,6 +26,9 @@ class FieldSessionC {
  public:
   FieldSessionC()
       : field_((prepare(), new RecordingGraphicsC(RecordingGraphicsC::LOG_NOTHING))), runner_(field_) {
+#ifdef ZOLT_HAS_MATHML_TEXT
+    field_.setMathmlReader(mathml::fromMathmlText);
+#endif
     start_ = bytes();
     field_.record(&recorded_);
   }
