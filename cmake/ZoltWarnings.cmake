@@ -6,4 +6,8 @@ if(MSVC)
 else()
   target_compile_options(zolt_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow
                                                  $<$<BOOL:${ZOLT_WERROR}>:-Werror>)
+  if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # It takes a source that is compiled together with others for a header.
+    target_compile_options(zolt_warnings INTERFACE -Wno-subobject-linkage)
+  endif()
 endif()

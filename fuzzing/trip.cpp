@@ -91,13 +91,13 @@ bool isTextbook(wstring const& prefix) {
   return true;
 }
 
+}  // namespace
+
 std::string draw(Node4C const& root) {
   RecordingGraphicsC surface;
   root.display(surface, 3, 5, nullptr);
   return surface.getText();
 }
-
-}  // namespace
 
 void prepare() {
   static bool const registered = [] {

@@ -47,6 +47,9 @@ void startMeter();
 /// Checks that both were at most in proportion to an input of `size` bytes or characters.
 std::string checkMeter(std::size_t size);
 
+/// What is drawn of a formula that is laid out.
+std::string draw(Node4C const& root);
+
 /// Checks the numbered invariants.
 std::string checkInvariants(Node4C const& root);
 

@@ -20,12 +20,6 @@ namespace {
 constexpr std::size_t largest_tree = 30000;
 constexpr long largest_picture = 5000;
 
-std::string draw(Node4C const& root) {
-  RecordingGraphicsC surface;
-  root.display(surface, 0, 0, nullptr);
-  return surface.getText();
-}
-
 bool isOrdered(RectangleS const& box) { return box.left <= box.right && box.top <= box.bottom; }
 
 }  // namespace

@@ -115,11 +115,13 @@ build() {
     # It would not keep what is compiled with precompiled headers.
     [[ $(ccache --get-config sloppiness) == *pch_defines* ]] || export CCACHE_SLOPPINESS=pch_defines,time_macros
   fi
-  # A third of the time goes into what a debugger wants to know. Traces of the sanitizers do with lines.
+  # Headers are parsed once for many sources, and sources compiled eight at a time. A third of the remaining time would go
+  # into what a debugger wants to know. Traces of the sanitizers do with lines.
+  local fast=(-DZOLT_PRECOMPILE=ON -DCMAKE_UNITY_BUILD=ON)
   case $preset in
-    dev) options=(-DZOLT_PRECOMPILE=ON -DCMAKE_CXX_FLAGS_DEBUG=) ;;
-    asan) options=(-DZOLT_PRECOMPILE=ON -DCMAKE_CXX_FLAGS_DEBUG=-g1) ;;
-    fuzz | fuzz-search) options=(-DZOLT_PRECOMPILE=ON '-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g1 -DNDEBUG') ;;
+    dev) options=("${fast[@]}" -DCMAKE_CXX_FLAGS_DEBUG=) ;;
+    asan) options=("${fast[@]}" -DCMAKE_CXX_FLAGS_DEBUG=-g1) ;;
+    fuzz | fuzz-search) options=("${fast[@]}" '-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -g1 -DNDEBUG') ;;
   esac
   # What has just been installed was not there when the folder was configured.
   if [ ! -f "$folder/build.ninja" ] || [ CMakePresets.json -nt "$folder/build.ninja" ] || [ "$has_installed" ]; then

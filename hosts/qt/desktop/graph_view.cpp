@@ -18,7 +18,7 @@ using qt::toQString;
 
 namespace {
 
-constexpr int graph_height = 300;  // pixels
+constexpr int view_height = 300;  // pixels
 constexpr int most_width = 760;
 constexpr int margin = 4;
 constexpr int poll_interval = 8;    // ms
@@ -47,7 +47,7 @@ GraphView::GraphView(sheet::GraphWindowS const& window, QWidget* parent)
     shown_.top = window.top;
   }
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  setFixedHeight(graph_height);
+  setFixedHeight(view_height);
   setFocusPolicy(Qt::ClickFocus);
   setMouseTracking(true);
   setCursor(Qt::CrossCursor);

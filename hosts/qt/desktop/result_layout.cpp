@@ -9,7 +9,6 @@ namespace zolt::desktop {
 namespace {
 
 // In letters' sizes.
-constexpr qreal indent = 0.4;
 constexpr qreal sign_width = 0.7;
 constexpr qreal sign_gap = 0.32;
 constexpr qreal number_gap = 1.1;
@@ -18,12 +17,13 @@ constexpr qreal stroke = 0.055;
 }  // namespace
 
 qreal widestResult(qreal letter, qreal room) {
-  return std::max(1.0, room - (indent + sign_width + sign_gap) * letter);
+  return std::max(1.0, room - (result_indent + sign_width + sign_gap) * letter);
 }
 
 ResultLayout layOutResult(ResultPart const& value, ResultPart const& number, qreal letter, qreal room) {
   ResultLayout layout;
-  qreal const left = indent * letter, sign = (sign_width + sign_gap) * letter, gap = number_gap * letter;
+  qreal const left = result_indent * letter, sign = (sign_width + sign_gap) * letter,
+              gap = number_gap * letter;
   layout.end = {left, 0};
   qreal const both = value.size.width() + gap + sign + number.size.width();
   bool const isBeside = value.isThere() && number.isThere() && both <= widestResult(letter, room);

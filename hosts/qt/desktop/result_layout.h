@@ -9,6 +9,8 @@ namespace zolt::desktop {
 
 /// The size of a result's letters, in those of its formula.
 constexpr qreal result_scale = 0.9;
+/// From where it begins, in the size of its letters.
+constexpr qreal result_indent = 0.4;
 
 /// A value or a number of a result; of no size where there is none.
 struct ResultPart {

@@ -22,9 +22,6 @@ namespace {
 constexpr qreal ink = 0.74;  // of the text's colour, the rest being the paper's
 constexpr qreal stale_ink = 0.35;
 constexpr qreal pi = 3.14159265358979323846;
-
-constexpr qreal indent = 0.4;  // of a letter's size
-
 constexpr int turn_period = 60;  // ms
 constexpr int turns = 12;
 constexpr int spinner_size = 14;
@@ -145,7 +142,7 @@ void ResultView::setDecimalComma(bool decimalComma) {
 }
 
 void ResultView::fit() {
-  int const letter = em(), margin = qRound(indent * letter);
+  int const letter = em(), margin = qRound(result_indent * letter);
   int const most = int(widestResult(letter, width()));
   auto const partOf = [&](FormulaEdit* edit) {
     if (!edit) return ResultPart();

@@ -53,7 +53,7 @@ struct SignS {
 };
 
 // Groups and their entries come in palettes in this order.
-constexpr SignS table[] = {
+constexpr SignS signs[] = {
     {u"in", u'∈', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"element of", u"in ∈", u"\\in ∈",
      u"element isin"},
     {u"notin", u'∉', OPERATOR_BETWEEN, PRECEDENCE_RELATION, sets, u"not an element of", u"notin ∉",
@@ -201,11 +201,11 @@ void addSigns(OperatorListC& operators) {
   static bool const notated = [] {
     // The arrow is no longer the store operator's.
     exchange::registerLatexOperator({u":>", exchange::LATEX_BETWEEN, 90, 0, u"\\triangleright", {u"»"}});
-    for (SignS const& row : table) addNotations(row);
+    for (SignS const& row : signs) addNotations(row);
     return true;
   }();
   static_cast<void>(notated);
-  for (SignS const& row : table) {
+  for (SignS const& row : signs) {
     PointerTC<OperatorBC> const op = makeOperator(row);
     if (row.group) op->setWords(wordsOf(row));
     operators.add(op);

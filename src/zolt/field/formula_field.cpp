@@ -23,22 +23,6 @@ using math::algexpr::AlgebraicExpressionC;
 
 namespace {
 
-/// Everything that a diagnosis depends on.
-struct QuestionS {
-  NodeRecordPointerC formula;
-  PointerTC<math::algexpr::CASSessionBC> session;
-  PointerTC<math::algexpr::ConstraintsBC> constraints;
-  SelectionPathS completed;  // the name that was just typed
-  bool impliedProducts = false;
-  bool impliedBrackets = false;
-
-  bool operator==(QuestionS const& other) const {
-    return formula.get() == other.formula.get() && session == other.session &&
-           constraints == other.constraints && completed == other.completed &&
-           impliedProducts == other.impliedProducts && impliedBrackets == other.impliedBrackets;
-  }
-};
-
 /// Takes a flag back at the end of a block, however it ends.
 struct FlagResetS {
   bool& flag;
@@ -55,6 +39,22 @@ bool isAccepted(ViewZNT4C const& view, PointerTC<AlgebraicExpressionC> const& ex
 
 // Places are kept by their paths, since undo brings an earlier formula back in other nodes.
 struct FormulaFieldC::DiagnosedS {
+  /// Everything that a diagnosis depends on.
+  struct QuestionS {
+    NodeRecordPointerC formula;
+    PointerTC<math::algexpr::CASSessionBC> session;
+    PointerTC<math::algexpr::ConstraintsBC> constraints;
+    SelectionPathS completed;  // the name that was just typed
+    bool impliedProducts = false;
+    bool impliedBrackets = false;
+
+    bool operator==(QuestionS const& other) const {
+      return formula.get() == other.formula.get() && session == other.session &&
+             constraints == other.constraints && completed == other.completed &&
+             impliedProducts == other.impliedProducts && impliedBrackets == other.impliedBrackets;
+    }
+  };
+
   QuestionS question;
   PointerTC<AlgebraicExpressionC> expression;
   ErrorCauseE cause = ERROR_CAUSE_SYNTAX;
@@ -158,9 +158,10 @@ wstring FormulaFieldC::explainRefusal(AlgebraicExpressionC const& expression) co
 FormulaDiagnosisS FormulaFieldC::diagnose() const {
   Node4C const& root = view_.crefRoot();
   ReplacementS const completion = diagnosed_->judging ? ReplacementS() : findCompletion();
-  QuestionS question{root.makeRecord(),        math::algexpr::CASSessionBC::getSession(),
-                     getConstraints(),         pathOf(SelectionS{completion.begin, completion.end}),
-                     options_.impliedProducts, options_.impliedBrackets};
+  DiagnosedS::QuestionS question{
+      root.makeRecord(),        math::algexpr::CASSessionBC::getSession(),
+      getConstraints(),         pathOf(SelectionS{completion.begin, completion.end}),
+      options_.impliedProducts, options_.impliedBrackets};
   if (!(question == diagnosed_->question)) {
     DiagnosisS found = diagnoseTyped(root, view_.crefOperatorList(), options_, completion);
     if (completion.begin && found.expression && getConstraints()) {

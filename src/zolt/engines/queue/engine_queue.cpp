@@ -12,19 +12,15 @@ namespace zolt::engine_queue {
 
 using namespace math::algexpr;
 
-namespace {
-
-struct JobS {
-  EngineQueueC::TicketT ticket = 0;
-  CASRequestS request;
-  EngineQueueC::TakeT take;
-  oss::PointerTC<CASStopC> stop;
-  CASResultS result = {};
-};
-
-}  // namespace
-
 struct EngineQueueC::SharedS {
+  struct JobS {
+    TicketT ticket = 0;
+    CASRequestS request;
+    TakeT take;
+    oss::PointerTC<CASStopC> stop;
+    CASResultS result = {};
+  };
+
   // Jobs go from `waiting` to `running` to `done`; one that is cancelled has no `take`, and is dropped at the
   // next step.
   void run() {
@@ -116,7 +112,7 @@ void EngineQueueC::cancelAll() {
 
 std::size_t EngineQueueC::poll() {
   for (;;) {
-    JobS job;
+    SharedS::JobS job;
     {
       std::lock_guard<std::mutex> const locked(shared_->lock);
       if (shared_->done.empty()) break;

@@ -18,10 +18,7 @@ namespace {
 
 constexpr std::u16string_view opening_signs = u"([⌊⌈";
 constexpr std::u16string_view closing_signs = u")]⌋⌉";
-constexpr std::u16string_view function_letters = u"fghFGH";
-constexpr char16_t opening_brace = u'{';
-constexpr char16_t closing_brace = u'}';
-constexpr char16_t partial_sign = u'\u2202';
+constexpr char16_t partial_letter = u'\u2202';
 constexpr char16_t apply_sign = u'\u2061';
 constexpr char16_t invisible_times = u'\u2062';
 constexpr char16_t invisible_comma = u'\u2063';
@@ -277,7 +274,7 @@ void LatexLexerC::readCommand() {
   }
   if (setMeaning(command)) return;
   std::u16string_view const letter = findLatexLetter(command.substr(1));
-  if (!letter.empty()) return setName(letter, letter[0] == partial_sign ? LATEX_NAME_D : 0u);
+  if (!letter.empty()) return setName(letter, letter[0] == partial_letter ? LATEX_NAME_D : 0u);
   std::size_t const after = position_;
   skipBlanks();
   if (command == u"\\not" && peek() == u'=') {
@@ -321,7 +318,7 @@ bool LatexLexerC::setMeaning(std::u16string_view text) {
                                          : findLetterCommand(text).empty() ? std::u16string_view()
                                                                            : text;
       set(LATEX_TOKEN_PREFIX);
-      if (!letter.empty()) setName(letter, letter[0] == partial_sign ? LATEX_NAME_D : 0u);
+      if (!letter.empty()) setName(letter, letter[0] == partial_letter ? LATEX_NAME_D : 0u);
       break;
     }
     case LATEX_TABLE:
@@ -463,7 +460,7 @@ void LatexLexerC::readSign(char16_t c) {
   if (isDigit(raised) || raised == u'n') return set(LATEX_TOKEN_RAISED, {&raised, 1});
   position_ = findLatexLetterEnd(text_, begin);
   std::u16string_view const letter = text_.substr(begin, position_ - begin);
-  if (!letter.empty()) return setName(letter, c == partial_sign ? LATEX_NAME_D : 0u);
+  if (!letter.empty()) return setName(letter, c == partial_letter ? LATEX_NAME_D : 0u);
   position_ = begin + 1;
   setError(READ_ERROR_BAD_CHARACTER);
 }

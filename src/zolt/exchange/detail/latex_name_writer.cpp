@@ -20,8 +20,6 @@ bool isPrefixLetter(TextT name) {
 
 namespace {
 
-constexpr TextT function_letters = u"fghFGH";
-
 /// A name as its letter or word, its index and its primes.
 struct PartsS {
   TextT base;

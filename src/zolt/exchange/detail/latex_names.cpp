@@ -15,9 +15,6 @@ using TextT = std::u16string_view;
 
 namespace {
 
-constexpr char16_t opening_brace = u'{';
-constexpr char16_t closing_brace = u'}';
-
 constexpr TextT environments[] = {u"equation", u"equation*", u"displaymath", u"math",    u"align",
                                   u"align*",   u"aligned",   u"gather",      u"gather*", u"gathered",
                                   u"split",    u"multline",  u"multline*"};

@@ -12,6 +12,12 @@ using oss::wstring;
 // Names, numbers and wrappings in LaTeX, in a `text` from `position` on, which is moved to the end of what
 // was read. A function that returns false may have moved it.
 
+constexpr char16_t opening_brace = u'{';
+constexpr char16_t closing_brace = u'}';
+
+/// Letters that a bracket calls: f(x).
+constexpr std::u16string_view function_letters = u"fghFGH";
+
 struct LatexEscapeS {
   std::u16string_view written;
   char16_t meant;

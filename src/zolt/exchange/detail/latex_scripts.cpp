@@ -11,13 +11,6 @@ namespace zolt::exchange::detail {
 
 using namespace math::common;
 
-namespace {
-
-constexpr char16_t opening_brace = u'{';
-constexpr char16_t closing_brace = u'}';
-
-}  // namespace
-
 // ---- Environments -----------------------------------------------------------------------------------------
 
 void LatexLexerC::readEnvironment(LatexWordE word) {

@@ -7,6 +7,7 @@
 #include "zolt/ved/convert/detail/algebraic_to_node4_visitor.h"
 #include "zolt/ved/limits.h"
 #include "zolt/ved/operators/operator_list_repository.h"
+#include "zolt/ved/operators/row_building.h"
 #include "zolt/ved/tree/node4.h"
 
 namespace zolt::math::ved {
@@ -45,27 +46,19 @@ std::set<algexpr::NodeABC const*> findTooDeep(algexpr::NodeABC const& top, Opera
   return tooDeep;
 }
 
-using NodeT = std::unique_ptr<Node4C>;
-
-NodeT toRow(NodeT node) {
-  NodeT row(node->inLine());
-  node.release();
-  return row;
-}
-
-NodeT buildRow(algexpr::AlgebraicExpressionC const& expression, unsigned long precision,
-               algexpr::NumberDisplayFormatE format) {
+rows::NodeT buildRow(algexpr::AlgebraicExpressionC const& expression, unsigned long precision,
+                     algexpr::NumberDisplayFormatE format) {
   auto const operators = OperatorListRepositoryC::lookup(expression.getCASEngine());
   AlgebraicToNode4VisitorC builder(operators, precision, format, nullptr);
   expression.accept(builder);
-  NodeT result(builder.takeResult());
-  if (builder.getRowDepth() <= max_row_depth) return toRow(std::move(result));
+  rows::NodeT result(builder.takeResult());
+  if (builder.getRowDepth() <= max_row_depth) return rows::toRow(std::move(result));
 
   result.reset();
   auto const tooDeep = findTooDeep(*expression.getNode(), *operators);
   AlgebraicToNode4VisitorC bounded(operators, precision, format, &tooDeep);
   expression.accept(bounded);
-  return toRow(NodeT(bounded.takeResult()));
+  return rows::toRow(rows::NodeT(bounded.takeResult()));
 }
 
 }  // namespace
@@ -74,7 +67,7 @@ Node4C* Node4C::fromAlgebraicExpression(PointerTC<algexpr::AlgebraicExpressionC>
                                         unsigned long precision, algexpr::NumberDisplayFormatE format) {
   auto root = std::make_unique<Node4C>(NODE4_ROOT, nullptr, wstring(), 1);
   if (!expression || !expression->getNode()) {
-    root->setChild(0, toRow(std::make_unique<Node4C>(NODE4_TEXT, nullptr, wstring(), 0)).release());
+    root->setChild(0, rows::makeEmptyRow().release());
     return root.release();
   }
   root->setChild(0, buildRow(*expression, precision, format).release());

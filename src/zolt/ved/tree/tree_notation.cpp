@@ -16,7 +16,7 @@ namespace {
 
 constexpr char16_t caret_mark = u'\u2038';
 constexpr char16_t anchor_mark = u'\u2691';
-constexpr std::pair<Node4TypeE, std::u16string_view> brackets[] = {
+constexpr std::pair<Node4TypeE, std::u16string_view> bracket_words[] = {
     {NODE4_OPEN, u"("}, {NODE4_CLOSE, u")"}, {NODE4_AUTO_OPEN, u"AO"}, {NODE4_AUTO_CLOSE, u"AC"}};
 
 /// A node that could not be read from a stream has no operator.
@@ -51,7 +51,7 @@ class NotationWriterC {
     if (node.getType() == NODE4_TEXT) writeText(node);
     if (node.getType() == NODE4_OPERATOR) out_ += nameOf(node) + u'<';
     if (node.getType() == NODE4_POWER) out_ += u'P';
-    for (auto const& [type, word] : brackets) {
+    for (auto const& [type, word] : bracket_words) {
       if (node.getType() == type) out_ += word;
     }
   }
@@ -152,7 +152,7 @@ class NotationReaderC {
       begin(NODE4_TEXT);
       return readText() && end();
     }
-    for (auto const& [type, word] : brackets) {
+    for (auto const& [type, word] : bracket_words) {
       if (!isNext(word)) continue;
       position_ += word.size();
       begin(type);

@@ -35,10 +35,10 @@ constexpr std::chrono::milliseconds interval(5);
   dup2(socket, 0);
   dup2(socket, 1);
   for (int file = 3; file < files; ++file) close(file);
-  rlimit const memory{most_memory, most_memory}, nothing{0, 0};
+  rlimit const memory{most_memory, most_memory}, zero{0, 0};
   setrlimit(RLIMIT_AS, &memory);
-  setrlimit(RLIMIT_CORE, &nothing);
-  setrlimit(RLIMIT_FSIZE, &nothing);
+  setrlimit(RLIMIT_CORE, &zero);
+  setrlimit(RLIMIT_FSIZE, &zero);
   execve(path, const_cast<char* const*>(arguments), const_cast<char* const*>(environment));
   _exit(127);
 }
