@@ -52,11 +52,12 @@ struct TypedBoundsS {
 /// What is typed in braces or square brackets, as in LaTeX.
 struct TypedGroupS {
   enum KindE {
-    ROW,       ///< a row of a construct: "\frac{1}{x+1}"
-    ARGUMENT,  ///< of a function, in the tree in brackets: "\sin{2x}"
-    INDEX,     ///< "x_{max}"
-    LETTERS,   ///< "\mathrm{max}"
-    STRUCK     ///< "\mathbb{R}"
+    ROW,        ///< a row of a construct: "\frac{1}{x+1}"
+    SHORT_ROW,  ///< one without braces, which takes a single character: "\frac12"
+    ARGUMENT,   ///< of a function, in the tree in brackets: "\sin{2x}"
+    INDEX,      ///< "x_{max}"
+    LETTERS,    ///< "\mathrm{max}"
+    STRUCK      ///< "\mathbb{R}"
   };
   KindE kind;
   char16_t close = u'}';                         ///< the sign that ends it

@@ -251,6 +251,8 @@ class FormulaFieldC {
   void closeIndex();
   void strikeLetter();
   bool closeBraces(char16_t sign);
+  bool leaveRow(math::ved::Node4C const& row, math::ved::Node4C const& construct);
+  bool typeShortRow(char16_t c);
   PlaceS keepInBraces(PlaceS target) const;
   InputDecisionS decide(char16_t c, detail::BoundsStepS& step) const;
   std::optional<bool> runInCompletion(CommandE command, ScriptStepS step);

@@ -78,10 +78,27 @@ bool FormulaFieldC::closeBraces(char16_t sign) {
     if (isBound || (op && op->crefWords().closingSign == sign)) return false;
   }
   if (findOpenBracket(at)) return false;
+  return leaveRow(*row, *construct);
+}
+
+/// To the next row of a construct, which is typed like the one that ends, or out of it.
+bool FormulaFieldC::leaveRow(Node4C const& row, Node4C const& construct) {
+  bool const isShort = braces_.back().kind == TypedGroupS::SHORT_ROW;
   braces_.pop_back();
-  Node4C const* const next = row->goRight();
-  bracesExpected_ = next != nullptr;
-  return placeCaret(next ? rowEnd(*next) : placeAfter(*construct));
+  if (Node4C const* const next = row.goRight()) {
+    bracesExpected_ = true;
+    if (isShort) braces_.push_back({TypedGroupS::SHORT_ROW, u'\0', &construct});
+    return placeCaret(rowEnd(*next));
+  }
+  ConstructReplacementS const derivative = findFilledDerivative(view_.crefOperatorList(), construct);
+  return placeCaret(placeAfter(construct)) && (!derivative.op || replaceCall(derivative));
+}
+
+/// Types a letter or digit into a row that takes no more.
+bool FormulaFieldC::typeShortRow(char16_t c) {
+  Node4C const* const construct = braces_.back().construct;
+  Node4C const* const row = findRow(*caret().node, construct);
+  return row && view_.insertText(wstring(1, c)) && leaveRow(*row, *construct);
 }
 
 /// No sign but the closing one leads out of braces. Null: the caret is at the place.

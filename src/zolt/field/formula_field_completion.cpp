@@ -186,6 +186,10 @@ void FormulaFieldC::cancelCompletion() {
 std::optional<bool> FormulaFieldC::typeInCompletion(char16_t typed) {
   bool const isBrace = typed == u'{' || typed == u'}';
   bool const isExpected = std::exchange(bracesExpected_, false);
+  if (!braces_.empty() && braces_.back().kind == TypedGroupS::SHORT_ROW) {
+    if (math::common::isAsciiLetter(typed) || math::common::isDigit(typed)) return typeShortRow(typed);
+    braces_.pop_back();
+  }
   if (completion_.getKind() == COMPLETION_OF_COMMAND) {
     if (isBrace && completion_.crefQuery().empty()) {
       // Of a set, "\{1, 2\}".
@@ -283,6 +287,10 @@ std::optional<bool> FormulaFieldC::typeInCommand(char16_t typed) {
   if (c == u'{' && isConstruct) return openBraces({TypedGroupS::ROW, u'}', enclosingItem(*caret().node)});
   if (typed == u'[' && isConstruct && insertIndexed(*op))
     return openBraces({TypedGroupS::ROW, u']', enclosingItem(*caret().node)});
+  bool const hasShortRows = op && op->getInsertedRows() == 2 && op->crefWords().lowerRows == 0;
+  if (math::common::isDigit(c) && isConstruct && hasShortRows &&
+      openBraces({TypedGroupS::SHORT_ROW, u'\0', enclosingItem(*caret().node)}))
+    return typeShortRow(c);
   bool const isBracket = c == u'(' || c == u'[' || c == u'{';
   if (isBracket && op && op->getArity() > 0 && isWrittenAsCall(*op)) return true;
   return std::nullopt;

@@ -47,29 +47,42 @@ bool isSameOrder(Node4C const* first, Node4C const* second) {
   return isWord(*first) && isWord(*second) && first->child(0)->crefText() == second->child(0)->crefText();
 }
 
-/// What is above and below the bar of a derivative without its operand.
+/// What is above and below the bar of a derivative, besides its operand.
 struct DerivativeS {
   wstring name;  ///< of the construct; empty: it is none
   wstring variable;
   Node4C const* order = nullptr;  ///< null: the first
 };
 
-/// `open`: a bracket at the end of the denominator that is no part of it; null: none.
-DerivativeS readDerivative(Node4C const& fraction, Node4C const* open) {
+bool isDerivativeSign(char16_t c) { return c == u'd' || c == partial; }
+
+/// `open`: a bracket at the end of the denominator that is no part of it; null: none. `isFilled`: what is
+/// differentiated follows the "d" above the bar.
+DerivativeS readDerivative(Node4C const& fraction, Node4C const* open, bool isFilled) {
   DerivativeS derivative;
   RaisedTextS const above = readRaised(*fraction.child(0), nullptr);
   RaisedTextS const below = readRaised(*fraction.child(1), open);
-  bool const isD = above.text == u"d" || above.text == wstring(1, partial);
-  if (!isD || !above.isAll || !below.isAll || below.text.size() < 2 || below.text[0] != above.text[0])
-    return derivative;
-  wstring const variable = toMeantName(below.text.substr(1));
+  char16_t const sign = above.text.empty() ? u'\0' : above.text[0];
+  bool const isD = isDerivativeSign(sign) && (isFilled || (above.text.size() == 1 && above.isAll));
+  if (!isD || !below.isAll || below.text.size() < 2 || below.text[0] != sign) return derivative;
+  std::size_t const begin = std::min(below.text.find_first_not_of(u' ', 1), below.text.size() - 1);
+  wstring const variable = toMeantName(below.text.substr(begin));
   bool const isOneLetter = variable.size() == 1 || variable[1] == u'_';
   bool const isName = isWordCharacter(variable[0]) && !math::common::isDigit(variable[0]);
-  if (!isName || !isOneLetter || !isSameOrder(above.exponent, below.exponent)) return derivative;
-  derivative.name = above.text[0] == partial ? u"pdiff" : u"diff";
+  // Above "f" stands an exponent of its own.
+  Node4C const* const order = above.text.size() == 1 ? above.exponent : nullptr;
+  if (!isName || !isOneLetter || !isSameOrder(order, below.exponent)) return derivative;
+  derivative.name = sign == partial ? u"pdiff" : u"diff";
   derivative.variable = variable;
-  derivative.order = above.exponent;
+  derivative.order = order;
   return derivative;
+}
+
+/// The construct for a derivative; null: there is none.
+PointerTC<OperatorBC> findDerivativeOperator(DerivativeS const& derivative, OperatorListC const& operators) {
+  if (derivative.name.empty()) return nullptr;
+  auto simple = operators.lookup(derivative.name);
+  return simple && derivative.order ? findSharing(operators, *simple, 3) : simple;
 }
 
 bool isFraction(Node4C const* item, OperatorListC const& operators) {
@@ -102,11 +115,9 @@ ConstructReplacementS findDerivative(ViewZNT4C const& view, char16_t typed) {
         isAtRowEnd(placeAfter(*findPartner(*open)))))
     return {};
   if (isInside && !isCall && !isAtRowEnd(caret)) return {};
-  DerivativeS const derivative = readDerivative(*fraction, isInside ? open : nullptr);
+  DerivativeS const derivative = readDerivative(*fraction, isInside ? open : nullptr, false);
   ConstructReplacementS found;
-  if (derivative.name.empty()) return found;
-  auto const simple = operators.lookup(derivative.name);
-  if (simple) found.op = derivative.order ? findSharing(operators, *simple, 3) : simple;
+  found.op = findDerivativeOperator(derivative, operators);
   if (!found.op) return found;
   auto const rows = argumentRows(*found.op, found.op->getInsertedRows());
   found.begin = placeBefore(*fraction);
@@ -180,6 +191,27 @@ ConstructReplacementS findCalculus(ViewZNT4C const& view, char16_t typed, TypedB
   bounds.isDerivative = bool{found.op};
   if (found.op && typed == u'(') bounds.close = u')';
   return found.op || !isWordCharacter(typed) ? found : findIndefinite(view);
+}
+
+ConstructReplacementS findFilledDerivative(OperatorListC const& operators, Node4C const& fraction) {
+  ConstructReplacementS found;
+  if (!isFraction(&fraction, operators)) return found;
+  DerivativeS const derivative = readDerivative(fraction, nullptr, true);
+  auto op = findDerivativeOperator(derivative, operators);
+  Node4C const& above = *fraction.child(0);
+  PlaceS begin = derivative.order ? placeAfter(*derivative.order->getParent()) : PlaceS{above.child(0), 1};
+  wstring const& text = begin.node->crefText();
+  while (begin.pos < text.size() && text[begin.pos] == u' ') ++begin.pos;
+  if (!op || begin == rowEnd(above)) return found;
+  auto const rows = argumentRows(*op, op->getInsertedRows());
+  found.begin = placeBefore(fraction);
+  found.end = placeAfter(fraction);
+  found.contents = {{{begin, rowEnd(above)}, rows[0]}};
+  if (derivative.order) found.contents.push_back({wholeRow(*derivative.order), rows[2]});
+  found.marks = {{derivative.variable, rows[1]}};
+  found.caretRow = ConstructReplacementS::after_construct;
+  found.op = std::move(op);
+  return found;
 }
 
 PlaceS startOfPartial(PlaceS place) {

@@ -14,6 +14,11 @@ namespace zolt::field::detail {
 /// construct, which is left open.
 ConstructReplacementS findCalculus(math::ved::ViewZNT4C const& view, char16_t typed, TypedBoundsS& bounds);
 
+/// The derivative that a fraction is whose rows were typed as "df" and "dx", with the same "d" or "∂" and
+/// order; the caret leaves it.
+ConstructReplacementS findFilledDerivative(math::ved::OperatorListC const& operators,
+                                           math::ved::Node4C const& fraction);
+
 /// Where the "∂" or "∂²" begins that ends at the place, which is above the bar of "∂/∂x"; null: none ends
 /// there.
 PlaceS startOfPartial(PlaceS place);
