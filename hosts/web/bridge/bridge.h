@@ -11,7 +11,7 @@
 #include "hosts/web/bridge/bridge_buffers.h"
 
 /* Raised whenever a call or a number below changes its meaning. */
-#define ZOLT_BRIDGE_VERSION 2
+#define ZOLT_BRIDGE_VERSION 3
 
 #ifdef __cplusplus
 extern "C" {
@@ -21,6 +21,9 @@ extern "C" {
 int32_t zolt_version(void);
 /* Once, before everything else. `extended` 0: the standard operators alone. */
 int32_t zolt_start(int32_t extended);
+/* Fills the table of operators, which the first call that needs it does otherwise: opening an empty field and
+ * showing it does not. */
+void zolt_prepare(void);
 /* 1 once after memory has run out and a call was taken back. */
 int32_t zolt_take_shortage(void);
 

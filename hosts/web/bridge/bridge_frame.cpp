@@ -57,7 +57,7 @@ using zolt::math::ved::RectangleS;
 
 std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32_t top, std::int32_t right,
                                std::int32_t bottom) {
-  FieldS* const shown = module().find(field);
+  FieldS* const shown = module().findShown(field);
   // What is in a box is little, however large the formula is.
   if (!shown || !mayBegin(right > left ? 0 : shown->weight)) return nullptr;
   auto& formula = shown->field;
@@ -90,7 +90,7 @@ std::int32_t const* zolt_frame(std::int32_t field, std::int32_t left, std::int32
 }
 
 std::int32_t const* zolt_changes(std::int32_t field, std::int32_t left, std::int32_t right) {
-  FieldS* const shown = module().find(field);
+  FieldS* const shown = module().findShown(field);
   if (!shown || shown->frame.words.empty() || !mayBegin()) return nullptr;
   FrameS& now = shown->frame;
   SpanS span = {left, right};
@@ -116,11 +116,13 @@ std::int32_t const* zolt_changes(std::int32_t field, std::int32_t left, std::int
 }
 
 std::int32_t zolt_revision(std::int32_t field) {
-  return askField(field, 0, [](FieldS const& shown) { return shown.revision; });
+  FieldS const* const shown = module().findShown(field);
+  return shown ? shown->revision : 0;
 }
 
 std::int32_t zolt_moves(std::int32_t field) {
-  return askField(field, 0, [](FieldS const& shown) { return shown.moves; });
+  FieldS const* const shown = module().findShown(field);
+  return shown ? shown->moves : 0;
 }
 
 std::int32_t const* zolt_picture(std::int32_t length) {

@@ -50,6 +50,7 @@ bool readPlace(std::vector<std::int32_t> const& numbers, std::size_t count, std:
 
 std::int32_t zolt_version(void) { return ZOLT_BRIDGE_VERSION; }
 std::int32_t zolt_start(std::int32_t extended) { return module().start(extended != 0) ? 1 : 0; }
+void zolt_prepare(void) { module().prepare(); }
 std::int32_t zolt_take_shortage(void) { return module().takeShortage() ? 1 : 0; }
 std::int32_t zolt_open(void) { return module().open(); }
 void zolt_close(std::int32_t field) { module().close(field); }
@@ -138,7 +139,7 @@ std::int32_t zolt_move_selection(std::int32_t field, std::int32_t x, std::int32_
 }
 
 std::int32_t zolt_take_refusal(std::int32_t field) {
-  FieldS* const shown = module().find(field);
+  FieldS* const shown = module().findShown(field);
   RefusalS refusal;
   if (!shown || !shown->field.takeRefusal(refusal)) return -1;
   answerError(refusal, refusal.box);
@@ -148,7 +149,7 @@ std::int32_t zolt_take_refusal(std::int32_t field) {
 // ---- Options
 
 void zolt_set_editable(std::int32_t field, std::int32_t editable) {
-  withField(field, [&](FieldS& shown) {
+  change(module().findShown(field), [&](FieldS& shown) {
     shown.field.setEditable(editable != 0);
     return true;
   });
@@ -199,7 +200,7 @@ std::int32_t zolt_set_constraints(std::int32_t field, std::int32_t length) {
 }
 
 void zolt_set_numbers(std::int32_t field, std::int32_t precision, std::int32_t format) {
-  FieldS* const shown = module().find(field);
+  FieldS* const shown = module().findShown(field);
   if (!shown) return;
   using namespace zolt::math::algexpr;
   shown->precision = toCount(precision);
@@ -210,7 +211,7 @@ void zolt_set_numbers(std::int32_t field, std::int32_t precision, std::int32_t f
 
 void zolt_set_speech(std::int32_t field, std::int32_t language, std::int32_t verbosity) {
   using namespace zolt::exchange;
-  FieldS* const shown = module().find(field);
+  FieldS* const shown = module().findShown(field);
   if (!shown) return;
   SpeechStyleS const style{
       static_cast<SpeechLanguageE>(std::clamp<std::int32_t>(language, 0, num_speech_languages - 1)),

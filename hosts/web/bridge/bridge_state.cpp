@@ -46,15 +46,26 @@ ModuleC::ModuleC()
       powersTypesetter_(makeTypesetter(surfaces::NUMBERS_WITH_POWERS)) {}
 
 bool ModuleC::start(bool extended) {
-  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
-  if (!operators->crefByName().empty()) return false;
-  catalogue::registerStandardOperators(*operators);
-  if (extended) catalogue_extended::registerExtendedOperators(*operators);
+  if (operators_ != OPERATORS_NOT_CHOSEN) return false;
+  operators_ = extended ? OPERATORS_EXTENDED : OPERATORS_STANDARD;
   renewReserve();
   return true;
 }
 
-FieldS* ModuleC::find(std::int32_t number) const {
+void ModuleC::prepare() {
+  if (operators_ == OPERATORS_NOT_CHOSEN || operators_ == OPERATORS_THERE) return;
+  auto const operators = math::ved::OperatorListRepositoryC::lookup(CASSessionBC::getSession()->getEngine());
+  catalogue::registerStandardOperators(*operators);
+  if (operators_ == OPERATORS_EXTENDED) catalogue_extended::registerExtendedOperators(*operators);
+  operators_ = OPERATORS_THERE;
+}
+
+FieldS* ModuleC::find(std::int32_t number) {
+  prepare();
+  return findShown(number);
+}
+
+FieldS* ModuleC::findShown(std::int32_t number) const {
   std::size_t const index = toCount(number);
   return index == 0 || index > fields_.size() ? nullptr : fields_[index - 1].get();
 }
@@ -72,12 +83,13 @@ std::int32_t ModuleC::open() {
 }
 
 void ModuleC::close(std::int32_t number) {
-  if (!find(number)) return;
+  if (!findShown(number)) return;
   fields_[toCount(number) - 1] = nullptr;
   while (!fields_.empty() && !fields_.back()) fields_.pop_back();
 }
 
 FieldS& ModuleC::refScratch() {
+  prepare();
   if (!scratch_) scratch_ = std::make_unique<FieldS>(new field::MemoryClipboardC);
   return *scratch_;
 }
@@ -137,6 +149,7 @@ std::int32_t answerExpression(ExpressionT const& expression, std::int32_t form, 
 }
 
 ExpressionT readMathml(std::int32_t length, std::int32_t numbers, math::common::ReadErrorS& error) {
+  module().prepare();
   std::vector<std::int32_t> const& words = buffers().crefNumbers();
   std::size_t const count = std::min(toCount(numbers), static_cast<unsigned long>(words.size()));
   mathml::MathmlTreeC tree;

@@ -49,8 +49,10 @@ class ModuleC {
  public:
   static ModuleC& get();
 
-  /// Null when there is none of that number.
-  FieldS* find(std::int32_t number) const;
+  /// Null when there is none of that number. Fills the table of operators, if that has not been done.
+  FieldS* find(std::int32_t number);
+  /// The same for what needs no operators, so that a first field is there before the table.
+  FieldS* findShown(std::int32_t number) const;
   std::int32_t open();
   void close(std::int32_t number);
 
@@ -60,7 +62,10 @@ class ModuleC {
   /// A field for questions that are about none of the page's.
   FieldS& refScratch();
 
+  /// Chooses the operators; false when they have been chosen.
   bool start(bool extended);
+  /// Fills the table of operators with those that were chosen, once.
+  void prepare();
   void noteShortage() { hadShortage_ = true; }
   bool takeShortage() { return std::exchange(hadShortage_, false); }
 
@@ -71,6 +76,12 @@ class ModuleC {
   std::unique_ptr<FieldS> scratch_;
   PointerTC<field::MemoryClipboardC> clipboard_;
   PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;
+  enum {
+    OPERATORS_NOT_CHOSEN,
+    OPERATORS_STANDARD,
+    OPERATORS_EXTENDED,
+    OPERATORS_THERE
+  } operators_ = OPERATORS_NOT_CHOSEN;
   bool hadShortage_ = false;
 };
 
@@ -84,10 +95,9 @@ bool settle(FieldS& field, unsigned long position);
 /// not enough memory for what that may take.
 bool mayBegin(std::size_t characters = 0);
 
-/// Runs `act`, which brings in so many characters, on the field; false, when there is none.
+/// Runs `act`, which brings in so many characters, on the field; false, when it is null.
 template <class ActT>
-std::int32_t withField(std::int32_t number, ActT act, std::int32_t characters = 0) {
-  FieldS* const field = module().find(number);
+std::int32_t change(FieldS* field, ActT act, std::int32_t characters = 0) {
   if (!field) return 0;
   std::size_t const judged = field->field.getConstraints() ? field->weight : 0;
   if (!mayBegin(toCount(characters) + judged)) return 0;
@@ -95,6 +105,10 @@ std::int32_t withField(std::int32_t number, ActT act, std::int32_t characters = 
   unsigned long const position = field->field.crefView().getHistoryPosition();
   bool const done = act(*field);
   return settle(*field, position) && done ? 1 : 0;
+}
+template <class ActT>
+std::int32_t withField(std::int32_t number, ActT act, std::int32_t characters = 0) {
+  return change(module().find(number), act, characters);
 }
 
 /// Asks the field, which stays as it is; `none` when there is no such field.

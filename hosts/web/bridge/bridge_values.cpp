@@ -76,12 +76,15 @@ std::int32_t answerDiagnosis(FormulaErrorS const& error, bool isExpression) {
 }  // namespace
 
 std::int32_t zolt_get(std::int32_t field, std::int32_t form) {
+  // A new field is empty, and needs no operators yet.
+  FieldS const* const found = module().findShown(field);
+  if (found && form != ZOLT_WORDS && isShown(*found, nullptr))
+    return buffers().answer(form == ZOLT_TREE ? found->field.writeNotation() : wstring());
   return askAll(field, -1, [&](FieldS const& shown) {
     if (form == ZOLT_TREE) return buffers().answer(shown.field.writeNotation());
     if (form == ZOLT_WORDS) {
       return buffers().answer(makeReadableText(shown.field.crefView(), shown.speech.getStyle()).text);
     }
-    if (isShown(shown, nullptr)) return buffers().answer(u"");
     return answerExpression(shown.field.diagnose().expression, form, shown);
   });
 }

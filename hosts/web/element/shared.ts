@@ -58,7 +58,10 @@ async function start(sources: Sources): Promise<Module> {
     listen();
   }
   // The fields are painted first.
-  if (made.rest) (globalThis.requestIdleCallback ?? setTimeout)(() => made.rest?.load().catch(() => undefined), { timeout: 300 } as never);
+  (globalThis.requestIdleCallback ?? setTimeout)(() => {
+    made.prepare();
+    made.rest?.load().catch(() => undefined);
+  }, { timeout: 300 } as never);
   return module = made;
 }
 

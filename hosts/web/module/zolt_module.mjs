@@ -4,7 +4,7 @@
 import { RestOfModule } from "./rest_of_module.mjs";
 import { WasmModule } from "./wasm_module.mjs";
 
-export const BRIDGE_VERSION = 2;
+export const BRIDGE_VERSION = 3;
 
 /** Words of a frame (`ZoltFrameE`). */
 export const Frame = {
@@ -50,6 +50,11 @@ export class FormulaModule extends WasmModule {
     this.calls.zolt_start(extended ? 1 : 0);
     /** What the faces are called in `@font-face`: "KaTeX_Main", "KaTeX_Math italic". */
     this.faces = this.texts(this.calls.zolt_faces());
+  }
+
+  /** Does in a pause what the first key would do otherwise. */
+  prepare() {
+    this.calls.zolt_prepare();
   }
 
   /** The fault that a call has left. @returns {Fault} */

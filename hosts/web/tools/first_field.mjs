@@ -18,6 +18,7 @@ export function useFirstField(module) {
   // An empty field tells its form so at once.
   field.get(Form.plain);
   field.get(Form.tree);
+  module.prepare();
   for (const character of "x+1") {
     field.type(character);
     module.takeShortage();
