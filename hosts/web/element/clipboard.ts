@@ -170,21 +170,29 @@ export class Copies {
   }
 
   async toPng({ fontSize = this.#view.scale * 12, margin = 2, colour, background = '', density = 2 }: PngOptions = {}): Promise<Blob | null> {
-    await document.fonts.ready;
-    const { handle } = this.#owner;
-    const frame = handle?.frame();
-    if (!handle || !frame) return null;
-    const scale = fontSize / 12 * density, edge = margin * density;
     const canvas = document.createElement('canvas');
-    canvas.width = Math.ceil(widthOf(frame) * scale + 2 * edge);
-    canvas.height = Math.ceil(heightOf(frame) * scale + 2 * edge);
     const context = canvas.getContext('2d')!;
-    if (background) {
-      context.fillStyle = background;
-      context.fillRect(0, 0, canvas.width, canvas.height);
+    const scale = fontSize / 12 * density, edge = margin * density;
+    const paint = () => {
+      const { handle } = this.#owner;
+      const frame = handle?.frame();
+      if (!handle || !frame) return false;
+      canvas.width = Math.ceil(widthOf(frame) * scale + 2 * edge);
+      canvas.height = Math.ceil(heightOf(frame) * scale + 2 * edge);
+      if (background) {
+        context.fillStyle = background;
+        context.fillRect(0, 0, canvas.width, canvas.height);
+      }
+      context.fillStyle = context.strokeStyle = colour ?? getComputedStyle(this.#owner).color;
+      paintFrame(frame, context, { scale, x: edge, y: edge }, handle.module);
+      return true;
+    };
+    // The faces that it takes load when it is painted.
+    if (!paint()) return null;
+    if (document.fonts.status === 'loading') {
+      await document.fonts.ready;
+      if (!paint()) return null;
     }
-    context.fillStyle = context.strokeStyle = colour ?? getComputedStyle(this.#owner).color;
-    paintFrame(frame, context, { scale, x: edge, y: edge }, handle.module);
     return new Promise((settle) => canvas.toBlob(settle, 'image/png'));
   }
 }

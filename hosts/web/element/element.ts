@@ -133,7 +133,7 @@ export class ZoltFormulaElement extends ControlElement implements FormSide {
     if (!isOpen) return this.#fail(new Error('zolt-formula: no memory for another formula'));
     const handle = this.handle!;
     if (this.constraints) handle.setConstraints(this.constraints);
-    handle.setEditable(!this.isLocked);
+    if (this.isLocked) handle.setEditable(false);
     this.#value.seen = handle.revision;
     this.#painted = { revision: -1, moves: -1 };
     this.#becomeReady();

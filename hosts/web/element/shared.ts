@@ -76,7 +76,7 @@ const faces = new WeakMap<Module, readonly Face[]>();
 export function facesOf(of: Module): readonly Face[] {
   let found = faces.get(of);
   if (!found) {
-    found = of.texts(of.calls.zolt_faces()).map((face) => {
+    found = of.faces.map((face) => {
       const [family, italic] = face.split(/( italic)$/);
       return { style: italic ? 'italic' : 'normal', family: family! };
     });
@@ -107,7 +107,9 @@ function addFaces(of: Module, folder: URL): void {
     add('', {});
     // Of two faces with a character the later one shows it.
     const unicodeRange = frequent[i];
-    if (unicodeRange) void add('-frequent', { unicodeRange }).load().catch(() => undefined);
+    const face = unicodeRange && add('-frequent', { unicodeRange });
+    // The first to load takes the page some milliseconds, and the fields come before.
+    if (face) setTimeout(() => face.load().catch(() => undefined), 0);
   });
 }
 

@@ -48,8 +48,11 @@ export class FormulaModule extends WasmModule {
     this.rest = rest;
     if (this.calls.zolt_version() !== BRIDGE_VERSION) throw new Error("zolt: the module is of another version");
     this.calls.zolt_start(extended ? 1 : 0);
-    /** What the faces are called in `@font-face`: "KaTeX_Main", "KaTeX_Math italic". */
-    this.faces = this.texts(this.calls.zolt_faces());
+  }
+
+  /** What the faces are called in `@font-face`: "KaTeX_Main", "KaTeX_Math italic". */
+  get faces() {
+    return this.texts(this.calls.zolt_faces());
   }
 
   /** Does in a pause what the first key would do otherwise. */

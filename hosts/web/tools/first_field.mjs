@@ -6,6 +6,7 @@ import { Form } from "../module/zolt_module.mjs";
 
 /** @param {import("../module/zolt_module.mjs").FormulaModule} module */
 export function useFirstField(module) {
+  if (module.faces.length === 0) throw new Error("the module has no faces");
   const field = /** @type {import("../module/zolt_module.mjs").FormulaHandle} */ (module.open());
   const look = () => {
     field.frame(0, 0, 400, 100);
