@@ -57,6 +57,8 @@ async function withPage(name, act) {
   page.setDefaultTimeout(patience);
   const session = await context.newCDPSession(page);
   await session.send("Performance.enable", { timeDomain: "threadTicks" });
+  // The browser is busy with the window itself at first, whatever the page is.
+  await new Promise((settle) => setTimeout(settle, 700));
   let late;
   const tooLate = new Promise((_, fail) => { late = setTimeout(() => fail(new Error("too long")), patience); });
   try {

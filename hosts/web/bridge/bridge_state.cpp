@@ -18,12 +18,9 @@ using math::algexpr::CASSessionBC;
 
 namespace {
 
-PointerTC<surfaces::TypesetterC> makeTypesetter(surfaces::NumberLookE look) {
+PointerTC<surfaces::TypesetterC> makeTypesetter() {
   std::string error;
-  PointerTC<surfaces::TypesetterC> const typesetter(
-      new surfaces::TypesetterC(surfaces::FontSetC::fromMemory(getFontMetrics(), error)));
-  typesetter->setNumberLook(look);
-  return typesetter;
+  return new surfaces::TypesetterC(surfaces::FontSetC::fromMemory(getFontMetrics(), error));
 }
 
 }  // namespace
@@ -40,10 +37,7 @@ ModuleC& ModuleC::get() {
   return module;
 }
 
-ModuleC::ModuleC()
-    : clipboard_(new field::MemoryClipboardC),
-      typesetter_(makeTypesetter(surfaces::NUMBERS_AS_TYPED)),
-      powersTypesetter_(makeTypesetter(surfaces::NUMBERS_WITH_POWERS)) {}
+ModuleC::ModuleC() : clipboard_(new field::MemoryClipboardC), typesetter_(makeTypesetter()) {}
 
 bool ModuleC::start(bool extended) {
   if (operators_ != OPERATORS_NOT_CHOSEN) return false;
@@ -86,6 +80,14 @@ void ModuleC::close(std::int32_t number) {
   if (!findShown(number)) return;
   fields_[toCount(number) - 1] = nullptr;
   while (!fields_.empty() && !fields_.back()) fields_.pop_back();
+}
+
+PointerTC<surfaces::TypesetterC> const& ModuleC::getPowersTypesetter() {
+  if (!powersTypesetter_) {
+    powersTypesetter_ = makeTypesetter();
+    powersTypesetter_->setNumberLook(surfaces::NUMBERS_WITH_POWERS);
+  }
+  return powersTypesetter_;
 }
 
 FieldS& ModuleC::refScratch() {

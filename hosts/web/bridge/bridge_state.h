@@ -58,7 +58,7 @@ class ModuleC {
 
   PointerTC<field::MemoryClipboardC> const& getClipboard() const { return clipboard_; }
   PointerTC<surfaces::TypesetterC> const& getTypesetter() const { return typesetter_; }
-  PointerTC<surfaces::TypesetterC> const& getPowersTypesetter() const { return powersTypesetter_; }
+  PointerTC<surfaces::TypesetterC> const& getPowersTypesetter();
   /// A field for questions that are about none of the page's.
   FieldS& refScratch();
 
@@ -75,7 +75,7 @@ class ModuleC {
   std::vector<std::unique_ptr<FieldS>> fields_;  // the number of a field is its place here, from 1 on
   std::unique_ptr<FieldS> scratch_;
   PointerTC<field::MemoryClipboardC> clipboard_;
-  PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;
+  PointerTC<surfaces::TypesetterC> typesetter_, powersTypesetter_;  // the second when it is needed
   enum {
     OPERATORS_NOT_CHOSEN,
     OPERATORS_STANDARD,

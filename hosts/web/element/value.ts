@@ -114,7 +114,10 @@ export class Value {
   }
 
   get isEmpty(): boolean {
-    const frame = this.handle && this.#owner.shown.peek();
+    const { handle } = this;
+    // A frame takes a new field longer than all else.
+    if (handle?.revision === 0) return true;
+    const frame = handle && this.#owner.shown.peek();
     return frame ? has(frame, Flag.empty) : !this.#pending.text.trim();
   }
 }
