@@ -34,9 +34,7 @@ std::string checkTexts(TypesetterC const& typesetter, unsigned long depth) {
     if (wider < width || wider > 0x7FFFFFFF) return "a width is out of range";
     width = wider;
   }
-  std::vector<PlacedGlyphS> glyphs;
-  typesetter.place(text, depth, math::ved::TEXT_STARTS_ROW, glyphs);
-  for (PlacedGlyphS const& glyph : glyphs) {
+  for (PlacedGlyphS const& glyph : typesetter.place(text, depth, math::ved::TEXT_STARTS_ROW).glyphs) {
     if (!std::isfinite(glyph.x) || !std::isfinite(glyph.width)) return "a glyph has no place";
   }
   return {};

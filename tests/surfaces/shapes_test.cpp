@@ -5,6 +5,7 @@
 
 #include "tests/surfaces/probe_graphics.h"
 #include "zolt/surfaces/recording/recording_graphics.h"
+#include "zolt/surfaces/typeset/bracket_shape.h"
 #include "zolt/surfaces/typeset/detail/brush.h"
 #include "zolt/surfaces/typeset/font_size.h"
 #include "zolt/surfaces/typeset/row_fit.h"

@@ -13,9 +13,7 @@ class TypesetText : public ::testing::Test {
  protected:
   std::vector<PlacedGlyphS> place(oss::wstring const& text, unsigned long depth = 0,
                                   math::ved::TextRoleE role = math::ved::TEXT_STARTS_ROW) const {
-    std::vector<PlacedGlyphS> glyphs;
-    typesetter->place(text, depth, role, glyphs);
-    return glyphs;
+    return typesetter->place(text, depth, role).glyphs;
   }
   /// Space between two neighbours, in thousandths of an em of depth 0.
   int gap(oss::wstring const& text, std::size_t left) const {
@@ -239,6 +237,25 @@ TEST(FontSet, ExplainsWhatIsMissing) {
   EXPECT_NE(error, "");
   EXPECT_FALSE(FontSetC::fromMemory({{"one", "no font"}, {"two", "none either"}}, error));
   EXPECT_NE(error.find("one"), std::string::npos) << error;
+}
+
+// The texts that were painted last are kept.
+TEST_F(TypesetText, WhatIsKeptFollowsTheLook) {
+  unsigned const word = place(u"zsin")[0].face;
+  typesetter->addUprightName(u"zsin");
+  EXPECT_NE(place(u"zsin")[0].face, word);
+  std::size_t const typed = place(u"2e3").size();
+  typesetter->setNumberLook(NUMBERS_WITH_POWERS);
+  EXPECT_NE(place(u"2e3").size(), typed);
+  EXPECT_NE(place(u"+x", 0, math::ved::TEXT_FOLLOWS_ITEM)[0].x, place(u"+x")[0].x);
+  EXPECT_LT(place(u"+x", 1)[1].em, place(u"+x")[1].em);
+  // Others take their places in time.
+  for (char16_t c = 0; c < 5000; ++c) {
+    oss::wstring const name{u'x', char16_t(u'a' + c % 26), char16_t(u'a' + c / 26 % 26),
+                            char16_t(u'A' + c / 676)};
+    ASSERT_EQ(place(name).back().codePoint, char32_t(name.back()));
+  }
+  EXPECT_EQ(place(oss::wstring(100, u'b')).size(), 100u);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -64,6 +65,48 @@ TEST_F(BridgeTest, FormsGoInAndOut) {
   EXPECT_EQ(get(ZOLT_TREE), u"[\"a‸\"]");
   EXPECT_EQ(set(u" "), 1);
   EXPECT_EQ(get(), u"");
+}
+
+// Outlines are kept at the origin and moved to where they are.
+TEST_F(BridgeTest, OutlinesAreAlikeWhereverTheyAre) {
+  auto const outlines = [&](std::u16string_view text) {
+    EXPECT_EQ(set(text), 1);
+    std::vector<std::vector<float>> all;
+    int const* const words = zolt_frame(field, 0, 0, 0, 0);
+    auto const toFloat = [](int word) {
+      float value;
+      std::memcpy(&value, &word, sizeof value);
+      return value;
+    };
+    for (int i = words[ZOLT_FRAME_LIST]; i < words[ZOLT_FRAME_WORDS];) {
+      if (words[i] != ZOLT_ITEM_FILL) {
+        i += words[i] == ZOLT_ITEM_GLYPHS ? 5 + 2 * words[i + 4] : 7;
+        continue;
+      }
+      int const end = i + 3 + words[i + 2];
+      auto& points = all.emplace_back();
+      for (i += 3; i < end;) {
+        int const count = words[i] == 2 ? 6 : words[i] == 3 ? 0 : 2;
+        for (int k = 1; k <= count; ++k) points.push_back(toFloat(words[i + k]));
+        i += 1 + count;
+      }
+    }
+    return all;
+  };
+  std::u16string many = u"sqrt(x)";
+  // More than are kept.
+  for (int i = 0; i < 150; ++i) many = u"(" + many + u"/2)^2";
+  auto const first = outlines(u"a+sqrt(x)"), high = outlines(many), second = outlines(u"sqrt(x)+sqrt(x)");
+  ASSERT_EQ(first.size(), 1u);
+  ASSERT_EQ(second.size(), 2u);
+  EXPECT_GT(high.size(), 150u);
+  for (auto const& moved : second) {
+    ASSERT_EQ(moved.size(), first[0].size());
+    EXPECT_NE(moved[0], first[0][0]);
+    for (std::size_t i = 0; i < moved.size(); ++i)
+      EXPECT_EQ(moved[i] - moved[i % 2], first[0][i] - first[0][i % 2]) << i;
+    EXPECT_EQ(moved[1], first[0][1]);
+  }
 }
 
 TEST_F(BridgeTest, AnEqualValueKeepsCaretAndHistory) {
@@ -215,10 +258,9 @@ TEST(FontMetrics, AreThoseOfTheFiles) {
   auto const module = make(FontSetC::fromMemory(zolt::web::getFontMetrics(), error));
   int compared = 0;
   for (char16_t c = 0x20; c < 0x2B00; ++c) {
-    std::vector<PlacedGlyphS> ours, theirs;
     std::u16string const text{u'x', c, u'y'};
-    module->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW, ours);
-    files->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW, theirs);
+    auto const& ours = module->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW).glyphs;
+    auto const& theirs = files->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW).glyphs;
     bool const has = std::none_of(ours.begin(), ours.end(), [](auto& g) { return g.shape == SHAPE_MISSING; });
     if (!has) continue;
     ++compared;

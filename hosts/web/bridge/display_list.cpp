@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <map>
 
 #include "hosts/web/bridge/bridge.h"
+#include "hosts/web/bridge/buffers.h"
 #include "zolt/surfaces/typeset/font_size.h"
 
 namespace zolt::web {
@@ -18,6 +20,51 @@ constexpr double grid = 1024;
 /// Letters of scripts that have square ones are that much wider than others.
 constexpr double narrow = 0.55, wide = 1;
 constexpr char16_t first_wide = 0x2E80;
+
+double toGrid(double value) { return std::floor(value * grid + 0.5) / grid; }
+
+std::int32_t wordOf(float value) {
+  std::int32_t word;
+  static_assert(sizeof word == sizeof value);
+  std::memcpy(&word, &value, sizeof word);
+  return word;
+}
+
+struct KeptStepS {
+  std::int32_t verb;
+  int numPoints;
+  surfaces::PathPointS points[3];
+};
+
+/// An outline with its box at the origin, on the grid.
+struct KeptOutlineS {
+  std::vector<KeptStepS> steps;
+  std::size_t numWords = 0;
+  double left = HUGE_VAL, right = -HUGE_VAL;
+};
+
+/// The outlines that were drawn last, for all fields.
+KeptOutlineS const& findOutline(surfaces::OutlineS const& outline) {
+  constexpr std::size_t most_kept = 100;
+  static std::map<surfaces::OutlineS, KeptOutlineS>& all = *new std::map<surfaces::OutlineS, KeptOutlineS>;
+  auto const found = all.find(outline);
+  if (found != all.end()) return found->second;
+  if (all.size() >= most_kept) all.clear();
+  surfaces::PathC path;
+  appendOutline(path, outline, 0, 0);
+  KeptOutlineS& kept = all[outline];
+  for (surfaces::PathStepS const& step : path.getSteps()) {
+    KeptStepS on{step.verb, step.countPoints(), {}};
+    for (int i = 0; i < on.numPoints; ++i) {
+      on.points[i] = {toGrid(step.points[i].x), toGrid(step.points[i].y)};
+      kept.left = std::min(kept.left, on.points[i].x);
+      kept.right = std::max(kept.right, on.points[i].x);
+    }
+    kept.steps.push_back(on);
+    kept.numWords += 1 + 2 * static_cast<std::size_t>(on.numPoints);
+  }
+  return kept;
+}
 
 bool areAlike(FrameS const& a, std::size_t i, FrameS const& b, std::size_t j) {
   return std::equal(a.at(i), a.at(i) + a.sizeOf(i), b.at(j), b.at(j) + b.sizeOf(j));
@@ -61,11 +108,7 @@ void addChanges(SpanS& span, FrameS const& before, FrameS const& now) {
 
 std::int32_t toWord(double value) {
   // The sum turns a negative zero into a positive one.
-  float const rounded = static_cast<float>(std::floor(value * grid + 0.5) / grid + 0.0);
-  std::int32_t word;
-  static_assert(sizeof word == sizeof rounded);
-  std::memcpy(&word, &rounded, sizeof word);
-  return word;
+  return wordOf(static_cast<float>(toGrid(value) + 0.0));
 }
 
 void DisplayListC::begin(FrameS& frame, std::optional<math::ved::RectangleS> const& clip) {
@@ -148,6 +191,27 @@ void DisplayListC::fillPath(surfaces::PathC const& path, surfaces::InkE ink) con
   beginItem(ZOLT_ITEM_FILL);
   add(ink);
   addPath(path, 0);
+}
+
+void DisplayListC::fillOutline(surfaces::OutlineS const& outline, long x, long y, surfaces::InkE ink) const {
+  if (!frame_) return;
+  KeptOutlineS const& kept = findOutline(outline);
+  if (kept.steps.empty()) return;
+  beginItem(ZOLT_ITEM_FILL);
+  add(ink);
+  double const left = static_cast<double>(x), top = static_cast<double>(y);
+  setEdges(kept.left + left, kept.right + left);
+  add(toNumber(kept.numWords));
+  std::vector<std::int32_t>& words = frame_->words;
+  words.resize(words.size() + kept.numWords);
+  std::int32_t* word = words.data() + words.size() - kept.numWords;
+  for (KeptStepS const& step : kept.steps) {
+    *word++ = step.verb;
+    for (int i = 0; i < step.numPoints; ++i) {
+      *word++ = wordOf(static_cast<float>(step.points[i].x + left));
+      *word++ = wordOf(static_cast<float>(step.points[i].y + top));
+    }
+  }
 }
 
 void DisplayListC::strokePath(surfaces::PathC const& path, double thickness, surfaces::InkE ink) const {

@@ -51,6 +51,7 @@ class DisplayListC final : public surfaces::TypesetGraphicsABC {
  protected:
   void fillGlyphs(surfaces::GlyphRunS const& run) const override;
   void fillPath(surfaces::PathC const& path, surfaces::InkE ink) const override;
+  void fillOutline(surfaces::OutlineS const& outline, long x, long y, surfaces::InkE ink) const override;
   void strokePath(surfaces::PathC const& path, double thickness, surfaces::InkE ink) const override;
   void fillRule(surfaces::RuleS const& rule, surfaces::InkE ink) const override;
 

@@ -37,13 +37,6 @@ bool isLowLetter(char16_t c) {
   return low.find(c) != low.npos;
 }
 
-bool marksIndex(char16_t c) { return c == u'_' || (c >= 0x2080 && c <= 0x2089); }
-
-bool mayBeInName(char16_t c) {
-  bool const isSign = c >= 0x2190 && c < 0x2C00;
-  return c >= 0x80 ? !isSign : c == u'_' || math::common::isDigit(c) || math::common::isAsciiLetter(c);
-}
-
 bool sameRun(PlacedGlyphS const& a, PlacedGlyphS const& b) {
   return b.shape == SHAPE_GLYPH && a.face == b.face && a.em == b.em && a.rise == b.rise;
 }
@@ -100,10 +93,7 @@ long TypesetGraphicsABC::getTextHeight(oss::wstring const& text) const {
 }
 
 long TypesetGraphicsABC::getIndexWidth(oss::wstring const& text) const {
-  std::size_t name = text.size();
-  bool hasIndex = false;
-  for (; name > 0 && mayBeInName(text[name - 1]); --name) hasIndex = hasIndex || marksIndex(text[name - 1]);
-  return hasIndex ? typesetter_->measureIndex(text.substr(name), depth_) : 0;
+  return typesetter_->measureIndex(text, depth_);
 }
 
 long TypesetGraphicsABC::getTextMidHeight(oss::wstring const&) const { return fontSize().midHeight; }
@@ -123,8 +113,8 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   if (text.empty()) return;
   enclosed_.clear();
   FontSizeS const& size = fontSize();
-  std::vector<PlacedGlyphS>& glyphs = glyphs_;
-  typesetter_->place(text, depth_, role, glyphs);
+  PlacedTextS const& placed = typesetter_->place(text, depth_, role);
+  std::vector<PlacedGlyphS> const& glyphs = placed.glyphs;
   bool const isExponent =
       role == TEXT_STARTS_EXPONENT || role == TEXT_IS_UNIT || role == TEXT_IS_EXPONENT_SLOT;
   double const left = double(x) - (isExponent ? kern : 0) + differentialShift(role, size),
@@ -148,9 +138,9 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   auto last = glyphs.rbegin();
   while (last != glyphs.rend() && last->rise < 0) ++last;
   if (last == glyphs.rend() || last->shape != SHAPE_GLYPH) return;
-  long const index = last == glyphs.rbegin() ? 0 : getIndexWidth(text);
+  long const index = last == glyphs.rbegin() ? 0 : placed.indexWidth;
   double const room =
-      double(getTextWidth(text) - index + size.metrics[0]) - (last->x + last->width + last->overhang);
+      double(placed.width - index + size.metrics[0]) - (last->x + last->width + last->overhang);
   exponentKern_ = std::clamp(room - exponent_distance, -most_away, most_closer);
 }
 
@@ -164,47 +154,26 @@ void TypesetGraphicsABC::fillSlot(double x, double y, double width) const {
 }
 
 void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long width, long height) const {
-  PathC& path = path_;
-  path.clear();
   double const closer = takeCloser(), lower = takeLower();
   switch (sign) {
     case math::ved::SIGN_RADICAL:
     case math::ved::SIGN_INDEXED_RADICAL: {
       double const tick = double(getTickSize(sign)) + closer;
-      appendRadical(path, double(x), double(y), double(height), tick, sign == math::ved::SIGN_INDEXED_RADICAL,
-                    fontSize());
       fillBar({double(x) + tick + 0.5, double(y) + 0.5}, cellCentre(x + width - 1, y));
-      break;
+      return fillOutline({sign, 0, height, tick, depth_}, x, y, INK_TEXT);
     }
+    case math::ved::SIGN_HAT:
+    case math::ved::SIGN_ARROW:
+    case math::ved::SIGN_DOT:
+      return fillOutline({sign, width, height, lower, depth_}, x, y, INK_TEXT);
     case math::ved::SIGN_INTEGRAL:
-      appendIntegral(path, double(x), double(y), double(width), double(height));
-      break;
     case math::ved::SIGN_SUM:
-      appendSum(path, double(x), double(y), double(width), double(height));
-      break;
     case math::ved::SIGN_PRODUCT:
-      appendProduct(path, double(x), double(y), double(width), double(height));
-      break;
     case math::ved::SIGN_OPEN_SQUARE:
     case math::ved::SIGN_CLOSE_SQUARE:
-      appendSquareBracket(path, sign == math::ved::SIGN_OPEN_SQUARE ? SIDE_LEFT : SIDE_RIGHT, double(x),
-                          double(y), double(width), double(height), fontSize());
-      break;
     case math::ved::SIGN_OPEN_BRACE:
     case math::ved::SIGN_CLOSE_BRACE:
-      appendBrace(path, sign == math::ved::SIGN_OPEN_BRACE ? SIDE_LEFT : SIDE_RIGHT, double(x), double(y),
-                  double(width), double(height), fontSize());
-      break;
-    case math::ved::SIGN_HAT:
-      appendHat(path, double(x), double(y) + lower, double(width), double(height), fontSize());
-      break;
-    case math::ved::SIGN_ARROW:
-      appendArrow(path, double(x), double(y) + lower, double(width), double(height), fontSize());
-      break;
-    case math::ved::SIGN_DOT:
-      appendDisc(path, double(x) + double(width) / 2 + 0.4, double(y) + lower + double(height) / 2,
-                 0.058 * fontSize().em);
-      break;
+      return fillOutline({sign, width, height, 0, depth_}, x, y, INK_TEXT);
     case math::ved::SIGN_NORM_BARS:
       fillBars(sign, x, y, width, height, closer);
       return fillBars(math::ved::SIGN_ABSOLUTE_BARS, x + norm_bar_distance, y, width - 2 * norm_bar_distance,
@@ -212,7 +181,12 @@ void TypesetGraphicsABC::drawSign(math::ved::SignE sign, long x, long y, long wi
     default:
       return fillBars(sign, x, y, width, height, closer);
   }
-  fillPath(path, INK_TEXT);
+}
+
+void TypesetGraphicsABC::fillOutline(OutlineS const& outline, long x, long y, InkE ink) const {
+  path_.clear();
+  appendOutline(path_, outline, double(x), double(y));
+  if (!path_.getSteps().empty()) fillPath(path_, ink);
 }
 
 void TypesetGraphicsABC::drawLine(long x1, long y1, long x2, long y2) const {
@@ -290,26 +264,19 @@ double TypesetGraphicsABC::takeLower() const {
 }
 
 void TypesetGraphicsABC::drawOpenBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_OPEN, BRACKET_IN_ROW, double(x) + takeCloser(), y, height,
+  fillOutline({OUTLINE_OPENS_IN_ROW, 0, height, takeCloser(), depth_}, x, y,
               automatic ? INK_SUPPLIED : INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawCloseBracket(long x, long y, long height, bool automatic) const {
-  fillBracket(BRACKET_CLOSE, BRACKET_IN_ROW, double(x - getMetric(1)), y, height,
+  fillOutline({OUTLINE_CLOSES_IN_ROW, 0, height, 0, depth_}, x - getMetric(1), y,
               automatic ? INK_SUPPLIED : INK_TEXT);
 }
 
 void TypesetGraphicsABC::drawBracketPair(long x, long y, long width, long height, bool) const {
   long const cell = getMetric(1), top = y - getMetric(2), full = height + 2 * getMetric(2);
-  fillBracket(BRACKET_OPEN, BRACKET_AROUND_BOX, double(x - cell) + takeCloser(), top, full, INK_TEXT);
-  fillBracket(BRACKET_CLOSE, BRACKET_AROUND_BOX, double(x + width), top, full, INK_TEXT);
-}
-
-void TypesetGraphicsABC::fillBracket(BracketSideE side, BracketPlaceE place, double left, long top,
-                                     long height, InkE ink) const {
-  path_.clear();
-  appendBracket(path_, side, place, left, double(top), double(height), fontSize());
-  if (!path_.getSteps().empty()) fillPath(path_, ink);
+  fillOutline({OUTLINE_OPENS_AROUND_BOX, 0, full, takeCloser(), depth_}, x - cell, top, INK_TEXT);
+  fillOutline({OUTLINE_CLOSES_AROUND_BOX, 0, full, 0, depth_}, x + width, top, INK_TEXT);
 }
 
 }  // namespace zolt::surfaces

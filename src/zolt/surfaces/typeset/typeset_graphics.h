@@ -6,7 +6,8 @@
 #include <vector>
 
 #include "zolt/oss/pointer.h"
-#include "zolt/surfaces/typeset/bracket_shape.h"
+#include "zolt/surfaces/typeset/font_size.h"
+#include "zolt/surfaces/typeset/outline.h"
 #include "zolt/surfaces/typeset/path.h"
 #include "zolt/surfaces/typeset/rule.h"
 #include "zolt/surfaces/typeset/typesetter.h"
@@ -93,14 +94,15 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   virtual void fillPath(PathC const& path, InkE ink) const = 0;
   /// Strokes an open path with round ends and joins.
   virtual void strokePath(PathC const& path, double thickness, InkE ink) const = 0;
+  /// Fills a sign or bracket with its box at the place, by `fillPath` unless a surface keeps outlines: those
+  /// of a formula are few, and building one takes longer than all else of it.
+  virtual void fillOutline(OutlineS const& outline, long x, long y, InkE ink) const;
   /// Paints a bar; a surface of pixels aligns it with `snapRule`.
   virtual void fillRule(RuleS const& rule, InkE ink) const = 0;
 
  private:
   static constexpr std::size_t most_covered = 8;
 
-  void fillBracket(BracketSideE side, BracketPlaceE place, double left, long top, long height,
-                   InkE ink) const;
   void fillBars(math::ved::SignE sign, long x, long y, long width, long height, double closer) const;
   void fillBar(PathPointS from, PathPointS to) const;
   void fillSlot(double x, double y, double width) const;
@@ -112,11 +114,10 @@ class TypesetGraphicsABC : public math::ved::GraphicsABC {
   oss::PointerTC<TypesetterC> typesetter_;
   std::optional<math::ved::RectangleS> clipBox_;
   mutable unsigned long depth_ = 0;
-  mutable oss::wstring enclosed_;             // the first character of what the next sign encloses
-  mutable oss::wstring covered_;              // the beginning of what the next sign is above
-  mutable double exponentKern_ = 0;           // how far an exponent on the text just drawn moves to the left
-  mutable std::vector<PlacedGlyphS> glyphs_;  // kept for their memory, as is the path
-  mutable PathC path_;
+  mutable oss::wstring enclosed_;    // the first character of what the next sign encloses
+  mutable oss::wstring covered_;     // the beginning of what the next sign is above
+  mutable double exponentKern_ = 0;  // how far an exponent on the text just drawn moves to the left
+  mutable PathC path_;               // kept for its memory
 };
 
 }  // namespace zolt::surfaces

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <optional>
 
+#include "zolt/common/signs.h"
 #include "zolt/oss/code_point.h"
 #include "zolt/surfaces/typeset/detail/text_ruler.h"
 #include "zolt/surfaces/typeset/font_size.h"
@@ -182,6 +184,42 @@ class PlacerC {
 
 bool isTight(unsigned long depth) { return depth > 0; }
 
+/// The surface units of parts of an em.
+long toWidth(std::int64_t parts, unsigned long depth) {
+  return long((parts * getFontSize(depth).em + em_parts / 2) / em_parts);
+}
+
+bool marksIndex(char16_t c) { return c == u'_' || (c >= 0x2080 && c <= 0x2089); }
+
+bool mayBeInName(char16_t c) {
+  bool const isSign = c >= 0x2190 && c < 0x2C00;
+  return c >= 0x80 ? !isSign : c == u'_' || math::common::isDigit(c) || math::common::isAsciiLetter(c);
+}
+
+/// Longer texts are not kept, and no more characters in all.
+constexpr std::size_t most_kept = 64, most_kept_in_all = 4096;
+
+struct PlacedKeyS {
+  oss::wstring text;
+  unsigned long depth;
+  math::ved::TextRoleE role;
+};
+struct PlacedQuestionS {
+  oss::wstring const& text;
+  unsigned long depth;
+  math::ved::TextRoleE role;
+};
+struct PlacedOrderS {
+  using is_transparent = void;
+
+  template <class FirstT, class SecondT>
+  bool operator()(FirstT const& a, SecondT const& b) const {
+    if (a.depth != b.depth) return a.depth < b.depth;
+    if (a.role != b.role) return a.role < b.role;
+    return a.text < b.text;
+  }
+};
+
 }  // namespace
 
 struct TypesetterC::StateS {
@@ -191,6 +229,9 @@ struct TypesetterC::StateS {
   LetterStyleC names;
   std::vector<RuledCharS> run;  // kept for its memory
   NumberLookE numberLook = NUMBERS_AS_TYPED;
+  std::map<PlacedKeyS, PlacedTextS, PlacedOrderS> kept;
+  std::size_t numKept = 0;  // characters
+  PlacedTextS latest;       // that is not kept
 };
 
 TypesetterC::TypesetterC(oss::PointerTC<FontSetC> fonts) : state_(std::make_unique<StateS>(fonts)) {}
@@ -198,9 +239,15 @@ TypesetterC::~TypesetterC() = default;
 
 FontSetC const& TypesetterC::getFonts() const { return state_->characters.getFonts(); }
 
-void TypesetterC::setNumberLook(NumberLookE look) { state_->numberLook = look; }
+void TypesetterC::setNumberLook(NumberLookE look) {
+  state_->numberLook = look;
+  state_->kept.clear();
+}
 
-void TypesetterC::addUprightName(oss::wstring const& name) { state_->names.add(name); }
+void TypesetterC::addUprightName(oss::wstring const& name) {
+  state_->names.add(name);
+  state_->kept.clear();
+}
 
 bool TypesetterC::hasIndex(oss::wstring const& text) const {
   TextRulerC ruler(state_->characters, state_->names, false, state_->numberLook);
@@ -211,13 +258,17 @@ bool TypesetterC::hasIndex(oss::wstring const& text) const {
 long TypesetterC::measure(oss::wstring const& text, unsigned long depth) const {
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   for (char16_t const c : text) ruler.read(c);
-  return long((ruler.getEnd() * getFontSize(depth).em + em_parts / 2) / em_parts);
+  return toWidth(ruler.getEnd(), depth);
 }
 
 long TypesetterC::measureIndex(oss::wstring const& text, unsigned long depth) const {
+  std::size_t name = text.size();
+  bool hasIndex = false;
+  for (; name > 0 && mayBeInName(text[name - 1]); --name) hasIndex = hasIndex || marksIndex(text[name - 1]);
+  if (!hasIndex) return 0;
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
-  for (char16_t const c : text) ruler.read(c);
-  return long((ruler.getIndexWidth() * getFontSize(depth).em + em_parts / 2) / em_parts);
+  for (; name < text.size(); ++name) ruler.read(text[name]);
+  return toWidth(ruler.getIndexWidth(), depth);
 }
 
 double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth) const {
@@ -229,10 +280,24 @@ double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth
   return placer.getPrefixRoom();
 }
 
-void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
-                        std::vector<PlacedGlyphS>& glyphs) const {
-  glyphs.clear();
-  PlacerC placer(getFontSize(depth), role, glyphs);
+PlacedTextS const& TypesetterC::place(oss::wstring const& text, unsigned long depth,
+                                      math::ved::TextRoleE role) const {
+  if (text.size() > most_kept) return state_->latest = makePlaced(text, depth, role);
+  auto& kept = state_->kept;
+  auto const found = kept.find(PlacedQuestionS{text, depth, role});
+  if (found != kept.end()) return found->second;
+  state_->numKept += text.size() + 1;
+  if (state_->numKept > most_kept_in_all) {
+    kept.clear();
+    state_->numKept = text.size() + 1;
+  }
+  return kept.emplace(PlacedKeyS{text, depth, role}, makePlaced(text, depth, role)).first->second;
+}
+
+PlacedTextS TypesetterC::makePlaced(oss::wstring const& text, unsigned long depth,
+                                    math::ved::TextRoleE role) const {
+  PlacedTextS placed;
+  PlacerC placer(getFontSize(depth), role, placed.glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   std::vector<RuledCharS>& run = state_->run;
   bool const isUnit = role == math::ved::TEXT_IS_UNIT;
@@ -256,6 +321,9 @@ void TypesetterC::place(oss::wstring const& text, unsigned long depth, math::ved
   }
   endRun();
   placer.finish();
+  placed.width = toWidth(ruler.getEnd(), depth);
+  placed.indexWidth = measureIndex(text, depth);
+  return placed;
 }
 
 }  // namespace zolt::surfaces

@@ -37,6 +37,13 @@ struct PlacedGlyphS {
   double rise;          ///< how far the origin is above the baseline
 };
 
+/// A text as it is painted.
+struct PlacedTextS {
+  std::vector<PlacedGlyphS> glyphs;  ///< from left to right
+  long width;                        ///< as `TypesetterC::measure` says
+  long indexWidth;                   ///< as `TypesetterC::measureIndex` says
+};
+
 /// Decides how texts look and how wide they are. Every surface asks this class, so that all lay a formula out
 /// alike. Letters are italic; digits, signs and the names of functions are upright; signs have space around
 /// them. A name of several letters is set as a word, closer than the letters of a product. What follows the
@@ -77,11 +84,13 @@ class TypesetterC final : public oss::RefCountedBC {
   /// The blank before the sign that begins a row with this text, as `place` places it; 0 for another text.
   double findPrefixRoom(oss::wstring const& text, unsigned long depth) const;
 
-  /// Replaces the contents of `glyphs` by the items of `text`, from left to right.
-  void place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role,
-             std::vector<PlacedGlyphS>& glyphs) const;
+  /// What is painted of a text, which stays until the next call of the typesetter. The texts that were
+  /// painted last are kept, since a formula is painted again and again.
+  PlacedTextS const& place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role) const;
 
  private:
+  PlacedTextS makePlaced(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role) const;
+
   struct StateS;
   std::unique_ptr<StateS> state_;
 };
