@@ -34,7 +34,8 @@ std::string checkTexts(TypesetterC const& typesetter, unsigned long depth) {
     if (wider < width || wider > 0x7FFFFFFF) return "a width is out of range";
     width = wider;
   }
-  for (PlacedGlyphS const& glyph : typesetter.place(text, depth, math::ved::TEXT_STARTS_ROW).glyphs) {
+  auto const placed = typesetter.place(text, depth, math::ved::TEXT_STARTS_ROW);
+  for (PlacedGlyphS const& glyph : placed->glyphs) {
     if (!std::isfinite(glyph.x) || !std::isfinite(glyph.width)) return "a glyph has no place";
   }
   return {};

@@ -13,7 +13,7 @@ class TypesetText : public ::testing::Test {
  protected:
   std::vector<PlacedGlyphS> place(oss::wstring const& text, unsigned long depth = 0,
                                   math::ved::TextRoleE role = math::ved::TEXT_STARTS_ROW) const {
-    return typesetter->place(text, depth, role).glyphs;
+    return typesetter->place(text, depth, role)->glyphs;
   }
   /// Space between two neighbours, in thousandths of an em of depth 0.
   int gap(oss::wstring const& text, std::size_t left) const {

@@ -259,8 +259,9 @@ TEST(FontMetrics, AreThoseOfTheFiles) {
   int compared = 0;
   for (char16_t c = 0x20; c < 0x2B00; ++c) {
     std::u16string const text{u'x', c, u'y'};
-    auto const& ours = module->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW).glyphs;
-    auto const& theirs = files->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW).glyphs;
+    auto const inModule = module->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW);
+    auto const inFiles = files->place(text, 0, zolt::math::ved::TEXT_STARTS_ROW);
+    auto const &ours = inModule->glyphs, &theirs = inFiles->glyphs;
     bool const has = std::none_of(ours.begin(), ours.end(), [](auto& g) { return g.shape == SHAPE_MISSING; });
     if (!has) continue;
     ++compared;

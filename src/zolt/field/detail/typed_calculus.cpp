@@ -198,11 +198,12 @@ ConstructReplacementS findFilledDerivative(OperatorListC const& operators, Node4
   if (!isFraction(&fraction, operators)) return found;
   DerivativeS const derivative = readDerivative(fraction, nullptr, true);
   auto op = findDerivativeOperator(derivative, operators);
+  if (!op) return found;
   Node4C const& above = *fraction.child(0);
   PlaceS begin = derivative.order ? placeAfter(*derivative.order->getParent()) : PlaceS{above.child(0), 1};
   wstring const& text = begin.node->crefText();
   while (begin.pos < text.size() && text[begin.pos] == u' ') ++begin.pos;
-  if (!op || begin == rowEnd(above)) return found;
+  if (begin == rowEnd(above)) return found;
   auto const rows = argumentRows(*op, op->getInsertedRows());
   found.begin = placeBefore(fraction);
   found.end = placeAfter(fraction);

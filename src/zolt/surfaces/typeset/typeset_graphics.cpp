@@ -113,8 +113,8 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   if (text.empty()) return;
   enclosed_.clear();
   FontSizeS const& size = fontSize();
-  PlacedTextS const& placed = typesetter_->place(text, depth_, role);
-  std::vector<PlacedGlyphS> const& glyphs = placed.glyphs;
+  auto const placed = typesetter_->place(text, depth_, role);
+  std::vector<PlacedGlyphS> const& glyphs = placed->glyphs;
   bool const isExponent =
       role == TEXT_STARTS_EXPONENT || role == TEXT_IS_UNIT || role == TEXT_IS_EXPONENT_SLOT;
   double const left = double(x) - (isExponent ? kern : 0) + differentialShift(role, size),
@@ -138,9 +138,9 @@ void TypesetGraphicsABC::drawTextAs(math::ved::TextRoleE role, oss::wstring cons
   auto last = glyphs.rbegin();
   while (last != glyphs.rend() && last->rise < 0) ++last;
   if (last == glyphs.rend() || last->shape != SHAPE_GLYPH) return;
-  long const index = last == glyphs.rbegin() ? 0 : placed.indexWidth;
+  long const index = last == glyphs.rbegin() ? 0 : placed->indexWidth;
   double const room =
-      double(placed.width - index + size.metrics[0]) - (last->x + last->width + last->overhang);
+      double(placed->width - index + size.metrics[0]) - (last->x + last->width + last->overhang);
   exponentKern_ = std::clamp(room - exponent_distance, -most_away, most_closer);
 }
 

@@ -196,8 +196,8 @@ bool mayBeInName(char16_t c) {
   return c >= 0x80 ? !isSign : c == u'_' || math::common::isDigit(c) || math::common::isAsciiLetter(c);
 }
 
-/// Longer texts are not kept, and no more characters in all.
-constexpr std::size_t most_kept = 64, most_kept_in_all = 4096;
+/// Longer texts are not kept, and no more of them.
+constexpr std::size_t longest_kept = 32, most_kept = 1000;
 
 struct PlacedKeyS {
   oss::wstring text;
@@ -229,9 +229,7 @@ struct TypesetterC::StateS {
   LetterStyleC names;
   std::vector<RuledCharS> run;  // kept for its memory
   NumberLookE numberLook = NUMBERS_AS_TYPED;
-  std::map<PlacedKeyS, PlacedTextS, PlacedOrderS> kept;
-  std::size_t numKept = 0;  // characters
-  PlacedTextS latest;       // that is not kept
+  std::map<PlacedKeyS, std::shared_ptr<PlacedTextS const>, PlacedOrderS> kept;
 };
 
 TypesetterC::TypesetterC(oss::PointerTC<FontSetC> fonts) : state_(std::make_unique<StateS>(fonts)) {}
@@ -280,23 +278,22 @@ double TypesetterC::findPrefixRoom(oss::wstring const& text, unsigned long depth
   return placer.getPrefixRoom();
 }
 
-PlacedTextS const& TypesetterC::place(oss::wstring const& text, unsigned long depth,
-                                      math::ved::TextRoleE role) const {
-  if (text.size() > most_kept) return state_->latest = makePlaced(text, depth, role);
+std::shared_ptr<PlacedTextS const> TypesetterC::place(oss::wstring const& text, unsigned long depth,
+                                                      math::ved::TextRoleE role) const {
   auto& kept = state_->kept;
   auto const found = kept.find(PlacedQuestionS{text, depth, role});
   if (found != kept.end()) return found->second;
-  state_->numKept += text.size() + 1;
-  if (state_->numKept > most_kept_in_all) {
-    kept.clear();
-    state_->numKept = text.size() + 1;
-  }
-  return kept.emplace(PlacedKeyS{text, depth, role}, makePlaced(text, depth, role)).first->second;
+  auto placed = std::make_shared<PlacedTextS const>(makePlaced(text, depth, role));
+  if (text.size() > longest_kept) return placed;
+  if (kept.size() >= most_kept) kept.clear();
+  kept.emplace(PlacedKeyS{text, depth, role}, placed);
+  return placed;
 }
 
 PlacedTextS TypesetterC::makePlaced(oss::wstring const& text, unsigned long depth,
                                     math::ved::TextRoleE role) const {
   PlacedTextS placed;
+  placed.glyphs.reserve(text.size());
   PlacerC placer(getFontSize(depth), role, placed.glyphs);
   TextRulerC ruler(state_->characters, state_->names, isTight(depth), state_->numberLook);
   std::vector<RuledCharS>& run = state_->run;

@@ -84,9 +84,10 @@ class TypesetterC final : public oss::RefCountedBC {
   /// The blank before the sign that begins a row with this text, as `place` places it; 0 for another text.
   double findPrefixRoom(oss::wstring const& text, unsigned long depth) const;
 
-  /// What is painted of a text, which stays until the next call of the typesetter. The texts that were
-  /// painted last are kept, since a formula is painted again and again.
-  PlacedTextS const& place(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role) const;
+  /// What is painted of a text; never null. The texts that were painted last are kept, since a formula is
+  /// painted again and again.
+  std::shared_ptr<PlacedTextS const> place(oss::wstring const& text, unsigned long depth,
+                                           math::ved::TextRoleE role) const;
 
  private:
   PlacedTextS makePlaced(oss::wstring const& text, unsigned long depth, math::ved::TextRoleE role) const;
