@@ -38,14 +38,6 @@ export class RestOfModule {
   /** Whether a call can wait for it. */
   get canComeAtOnce() { return this.#address === null || typeof XMLHttpRequest === "function"; }
 
-  /** The place of one of its functions, by its number in the table, until it is there. */
-  placeholder(/** @type {string} */ number) {
-    return (/** @type {any[]} */ ...args) => {
-      this.loadNow();
-      return /** @type {WebAssembly.Table} */ (this.#first?.["__indirect_function_table"]).get(Number(number))(...args);
-    };
-  }
-
   /** Says which first part it belongs to. */
   join(/** @type {WebAssembly.Instance} */ first) {
     this.#first = first.exports;

@@ -31,7 +31,7 @@ export class WasmModule {
     return (isKnown ? await WebAssembly.instantiateStreaming(given, imports) : await WebAssembly.instantiate(await given.arrayBuffer(), imports)).instance;
   }
 
-  /** The functions of the rest, and what the C library asks of a system: the clock, for deadlines. They are made when the module asks
+  /** Asking for the rest, and what the C library asks of a system: the clock, for deadlines. They are made when the module asks
    *  for them, so that it need not be there to be asked what it imports. */
   static #imports(/** @type {{memory?: WebAssembly.Memory}} */ home, /** @type {RestOfModule | null} */ rest) {
     const readClock = (/** @type {any[]} */ ...args) => {
@@ -42,7 +42,7 @@ export class WasmModule {
       return 0;
     };
     const find = (/** @type {string} */ module, /** @type {string} */ name) =>
-      module === "placeholder" && rest ? rest.placeholder(name)
+      module === "rest" ? () => rest?.loadNow()
       : name === "clock_time_get" ? readClock : () => 0;
     return /** @type {any} */ (new Proxy({}, {
       get: (_, module) => new Proxy({}, { get: (_, name) => find(String(module), String(name)) }),
@@ -53,7 +53,8 @@ export class WasmModule {
     /** The calls of the module's header. @type {any} */
     this.calls = instance.exports;
     this.memory = /** @type {WebAssembly.Memory} */ (instance.exports.memory);
-    this.calls._initialize();
+    // One that is started already (../tools/start_module.mjs) has no such call.
+    this.calls._initialize?.();
   }
 
   // ---- Buffers

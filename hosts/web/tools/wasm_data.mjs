@@ -1,7 +1,7 @@
 // The data of a linked module, and which of it some functions can reach: for split_module.mjs, which gives constants to the part of
 // the module that uses them.
-import { execFileSync } from "node:child_process";
 import { readFileSync, writeFileSync } from "node:fs";
+import { run } from "./binaryen.mjs";
 
 /** @typedef {{at: number, size: number}} Piece a piece of memory */
 
@@ -83,14 +83,18 @@ export function readMap(/** @type {string} */ path) {
 }
 
 /**
- * Which of the constants the functions of a module can reach: by a number in them that is an address in a constant, or by such a
+ * Which of the constants a module can reach: by a number in its functions or variables that is an address in a constant, or by such a
  * number in a constant that is reached. Addresses must be so high that other numbers are none.
  */
 export function findReached(/** @type {string} */ path, /** @type {Uint8Array} */ memory, /** @type {Piece[]} */ constants) {
-  const text = execFileSync("wasm-dis", ["--all-features", path], { encoding: "utf8", maxBuffer: 1e9 });
+  const text = run("wasm-dis", path);
   const functions = text.split("\n").filter((line) => !/^ \((data|elem) /.test(line)).join("\n");
   const numbers = [...functions.matchAll(/(?:i32\.const |offset=)(\d+)/g)].map(([, number]) => Number(number));
   const words = new DataView(memory.buffer);
+  const addWords = (/** @type {number} */ from, /** @type {number} */ end) => {
+    for (let at = (from + 3) & ~3; at + 4 <= Math.min(end, memory.length); at += 4) numbers.push(words.getUint32(at, true));
+  };
+  [...constants, { at: memory.length, size: 0 }].forEach(({ at }, i) => addWords(i === 0 ? 0 : constants[i - 1].at + constants[i - 1].size, at));
   /** @type {Set<Piece>} */
   const reached = new Set();
   for (let number = numbers.pop(); number !== undefined; number = numbers.pop()) {
@@ -102,8 +106,7 @@ export function findReached(/** @type {string} */ path, /** @type {Uint8Array} *
     const found = constants[low];
     if (!found || number < found.at || reached.has(found)) continue;
     reached.add(found);
-    const end = Math.min(found.at + found.size, memory.length);
-    for (let at = (found.at + 3) & ~3; at + 4 <= end; at += 4) numbers.push(words.getUint32(at, true));
+    addWords(found.at, found.at + found.size);
   }
   return reached;
 }
