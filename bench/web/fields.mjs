@@ -4,7 +4,8 @@
 export const fields = {
   "zolt-formula": {
     files: ["ours/zolt-formula.js", "ours/zolt_first.wasm", "ours/fonts/KaTeX_Main-Regular-frequent.woff2", "ours/fonts/KaTeX_Math-Italic-frequent.woff2"],
-    head: `<script type="module" src="/ours/zolt-formula.js"></script>`,
+    head: `<script type="module" async blocking="render" src="/ours/zolt-formula.js"></script>
+      <link rel="preload" as="fetch" crossorigin href="/ours/zolt_first.wasm">`,
     body: `<zolt-formula id="field" style="display:block"></zolt-formula>`,
     script: `
       const field = document.getElementById("field");

@@ -5,7 +5,7 @@ import { Flag, has, heightOf, widthOf } from './frame.js';
 import { buildMathml, hasMathml } from './mathml.js';
 import { commandsOf, type Owner } from './owner.js';
 import { paintFrame } from './painter.js';
-import type { Module } from './shared.js';
+import { beginToPaint, type Module } from './shared.js';
 import { toSvg, type SvgOptions } from './svg.js';
 import type { View } from './view.js';
 
@@ -187,6 +187,8 @@ export class Copies {
       paintFrame(frame, context, { scale, x: edge, y: edge }, handle.module);
       return true;
     };
+    const { handle } = this.#owner;
+    if (handle) beginToPaint(handle.module);
     // The faces that it takes load when it is painted.
     if (!paint()) return null;
     if (document.fonts.status === 'loading') {

@@ -32,7 +32,7 @@ canvas.formula {
 .em { position: absolute; inline-size: 1em; visibility: hidden }
 textarea {
   position: absolute; inset-block-start: 0; left: 0; inline-size: 2px; block-size: 1.2em; margin: 0; padding: 0; border: 0; opacity: 0;
-  resize: none; overflow: hidden; white-space: pre; pointer-events: none; font-size: max(1em, 16px); outline: none;
+  resize: none; overflow: hidden; white-space: pre; pointer-events: none; font-family: inherit; font-size: max(1em, 16px); outline: none;
 }
 .placeholder { unicode-bidi: plaintext; position: absolute; inset: 0; padding-inline: .35em; display: flex; align-items: center; opacity: .6; font-size: .8em; white-space: nowrap; overflow: hidden; pointer-events: none }
 .placeholder[hidden] { display: none }

@@ -18,6 +18,8 @@ export interface Sources {
 let module: Module | null = null;
 let rest: RestOfModule | null = null;
 let loading: Promise<Module> | null = null;
+/** Of the font files; null: the page has the faces. */
+let folder: URL | null = null;
 const painters = new Set<() => void>();
 
 /** The module, once it is there. */
@@ -51,12 +53,9 @@ async function start(sources: Sources): Promise<Module> {
   const from = sources.module ?? new URL('./zolt_first.wasm', import.meta.url);
   rest = sources.module ? null : new RestOfModule(new URL('./zolt_rest.wasm', import.meta.url));
   const fonts = sources.fonts === undefined ? beside('fonts/') : sources.fonts;
+  if (fonts !== null && typeof document !== 'undefined') folder = new URL(String(fonts).replace(/\/?$/, '/'), document.baseURI);
   const isAddress = typeof from === 'string' || from instanceof URL;
   const made = await FormulaModule.load(isAddress ? fetch(from) : from, { extended: !sources.standardOnly, ...rest && { rest } });
-  if (typeof document !== 'undefined') {
-    if (fonts !== null) addFaces(made, new URL(String(fonts).replace(/\/?$/, '/'), document.baseURI));
-    listen();
-  }
   // The fields are painted first.
   (globalThis.requestIdleCallback ?? setTimeout)(() => {
     made.prepare();
@@ -108,8 +107,7 @@ function addFaces(of: Module, folder: URL): void {
     // Of two faces with a character the later one shows it.
     const unicodeRange = frequent[i];
     const face = unicodeRange && add('-frequent', { unicodeRange });
-    // The first to load takes the page some milliseconds, and the fields come before.
-    if (face) setTimeout(() => face.load().catch(() => undefined), 0);
+    if (face) face.load().catch(() => undefined);
   });
 }
 
@@ -123,7 +121,13 @@ export function paintWith(paint: () => void): () => void {
 
 export function repaintAll(): void { for (const paint of painters) paint(); }
 
-function listen(): void {
+let hasBegun = false;
+
+/** Before a formula is painted: not earlier, since this takes some milliseconds, and fields take keys before. */
+export function beginToPaint(of: Module): void {
+  if (hasBegun) return;
+  hasBegun = true;
+  if (folder) addFaces(of, folder);
   document.fonts.addEventListener('loadingdone', repaintAll);
   for (const query of ['(prefers-color-scheme: dark)', '(forced-colors: active)', '(prefers-contrast: more)']) {
     matchMedia(query).addEventListener('change', repaintAll);

@@ -7,7 +7,7 @@ import {
 import { Later } from './later.js';
 import type { Owner, Shown } from './owner.js';
 import { fillBox, paintFrame, type Transform } from './painter.js';
-import { inNextFrame, paintWith } from './shared.js';
+import { beginToPaint, inNextFrame, paintWith } from './shared.js';
 
 const BLINK = 530;  // ms
 /** In letters. */
@@ -101,7 +101,9 @@ export class View implements Shown {
     // Its device pixels change with the zoom of the page as well; not every browser counts them.
     try { this.#sizes.observe(scroller, { box: 'device-pixel-content-box' }); } catch { this.#sizes.observe(scroller); }
     this.#sizes.observe(this.#owner.parts.em);
-    this.restyle();
+    this.#style = this.#painted = null;
+    // A frame takes the page some time, and there is nothing to show yet.
+    if (this.#owner.handle) this.paintSoon();
   }
 
   stop(): void {
@@ -185,6 +187,7 @@ export class View implements Shown {
     const left = parts.scroller.scrollLeft, above = parts.scroller.scrollTop;
     const clip = [(left - side) / unit - 4, (above - top) / unit - 4, (left + this.#area.width + SLACK) / unit,
       (above + this.#area.height + SLACK) / unit].map(Math.floor) as [number, number, number, number];
+    beginToPaint(handle.module);
     let frame = handle.frame(...clip);
     if (!frame) return;
     this.#layOut(frame, unit, side, top);

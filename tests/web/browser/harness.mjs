@@ -41,6 +41,8 @@ export function withPage(name, body, act, { context: options = {}, path = null, 
     await page.goto(server.address + (path ?? 'tried.html'));
     if (!path) {
       await page.evaluate(() => Promise.all([...document.querySelectorAll('zolt-formula')].map((field) => field.ready)));
+      // Painting asks for them.
+      await painted(page);
       await page.evaluate(() => document.fonts.ready);
     }
     await act(page, context);

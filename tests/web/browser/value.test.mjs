@@ -287,3 +287,17 @@ withPage('a field that is given the focus at once does not make the page wait fo
     await page.waitForFunction(() => document.getElementById('f').parts.input.getAttribute('aria-description'));
     assert.deepEqual(waits, []);
   });
+
+withPage('a page that asks for the module along with the script has it once', '', async (page) => {
+  const asked = [];
+  page.on('request', (request) => asked.push(request.url().split('/').at(-1)));
+  await page.reload();
+  await page.evaluate(() => customElements.whenDefined('zolt-formula').then(() => document.getElementById('f').ready));
+  assert.deepEqual(asked.filter((file) => file === 'zolt_first.wasm'), ['zolt_first.wasm']);
+}, {
+  path: 'early.html',
+  scripts: {
+    '/early.html': `<!doctype html><script type="module" async blocking="render" src="/zolt-formula/zolt-formula.js"></script>
+      <link rel="icon" href="data:,"><link rel="preload" as="fetch" crossorigin href="/zolt-formula/zolt_first.wasm"><zolt-formula id="f"></zolt-formula>`,
+  },
+});
